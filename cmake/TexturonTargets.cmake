@@ -1,0 +1,29 @@
+# What every target of the project shares.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+# A result must not depend on the processor: no fused multiply-add behind our back, no reassociation.
+add_library(texturon_options INTERFACE)
+if(MSVC)
+  target_compile_options(texturon_options INTERFACE /W4 /WX /fp:precise /utf-8)
+else()
+  target_compile_options(texturon_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror -ffp-contract=off)
+  if(TEXTURON_SANITIZE)
+    target_compile_options(texturon_options INTERFACE
+      -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(texturon_options INTERFACE -fsanitize=address,undefined)
+  endif()
+endif()
+
+# texturon_library(name SOURCES ... LINKS ...): one layer of the engine. It may include only what it links, with the
+# paths written from src/.
+function(texturon_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+  target_link_libraries(${name} PUBLIC ${ARG_LINKS} PRIVATE texturon_options)
+endfunction()

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace texturon {
+
+/// A long computation that the user can watch and stop. The window closes when the object goes.
+class Progress {
+public:
+  virtual ~Progress() = default;
+  /// Shows `percent` (0 to 100). Returns false once the user has closed the window: the caller then ends early.
+  virtual bool Advance(int percent) = 0;
+};
+
+/// Everything that the engine may show to or ask of whoever runs it. The desktop answers with dialogs, the command line
+/// on standard error, an unattended run with silence, a test with a script. All texts are Windows-1252.
+class Prompts {
+public:
+  virtual ~Prompts() = default;
+
+  /// A message box with OK only.
+  virtual void ShowMessage(std::string_view text) = 0;
+  /// A remark of the program's own that no message box shows: a file was tolerated, a value was cut.
+  virtual void Notice(std::string_view text) = 0;
+  /// A yes/no question. Who cannot ask answers false.
+  virtual bool AskYesNo(std::string_view question) = 0;
+  /// One line of text, preset. Empty: cancelled. Who cannot ask gives the preset back.
+  virtual std::optional<std::string> AskText(std::string_view prompt, std::string_view preset) = 0;
+  /// Index of the chosen line. Empty: cancelled. Who cannot ask chooses the first.
+  virtual std::optional<std::size_t> ChooseFromList(std::string_view title, std::span<const std::string> lines) = 0;
+  /// Opens a progress window. Never null.
+  virtual std::unique_ptr<Progress> OpenProgress(std::string_view caption, std::string_view text) = 0;
+  /// Shows or takes down the wait cursor.
+  virtual void SetBusy(bool busy) = 0;
+};
+
+/// Answers every question as a run without anybody watching does: nothing shown, no to questions, presets kept.
+class SilentPrompts : public Prompts {
+public:
+  void ShowMessage(std::string_view text) override;
+  void Notice(std::string_view text) override;
+  bool AskYesNo(std::string_view question) override;
+  std::optional<std::string> AskText(std::string_view prompt, std::string_view preset) override;
+  std::optional<std::size_t> ChooseFromList(std::string_view title, std::span<const std::string> lines) override;
+  std::unique_ptr<Progress> OpenProgress(std::string_view caption, std::string_view text) override;
+  void SetBusy(bool busy) override;
+};
+
+}  // namespace texturon
