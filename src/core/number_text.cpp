@@ -1,0 +1,212 @@
+#include "core/number_text.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <limits>
+#include <system_error>
+
+namespace texturon {
+namespace {
+
+// Sign, the 309 digits of the largest double, the point and the decimals.
+constexpr int kMostDecimals = 100;
+constexpr std::size_t kBufferSize = 1 + 309 + 1 + kMostDecimals;
+using NumberBuffer = std::array<char, kBufferSize>;
+
+void AppendPadded(std::string& out, std::string_view text, int width, char fill = ' ') {
+  const auto wanted = static_cast<std::size_t>(std::max(width, 0));
+  const std::size_t padding = text.size() < wanted ? wanted - text.size() : 0;
+  if (fill == '0' && text.starts_with('-')) {
+    out.push_back('-');
+    text.remove_prefix(1);
+  }
+  out.append(padding, fill);
+  out.append(text);
+}
+
+std::string_view NonFiniteText(double value) {
+  if (std::isnan(value)) return "nan";
+  return value < 0.0 ? "-inf" : "inf";
+}
+
+std::string_view WriteNumber(NumberBuffer& buffer, double value, std::chars_format format, int decimals) {
+  const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, format,
+                                     std::clamp(decimals, 0, kMostDecimals));
+  return {buffer.data(), static_cast<std::size_t>(written.ptr - buffer.data())};
+}
+
+bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+int HexDigit(char c) {
+  if (IsDigit(c)) return c - '0';
+  const char lower = static_cast<char>(c | 0x20);
+  return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
+}
+
+std::size_t CountWhiteSpace(std::string_view text) {
+  std::size_t i = 0;
+  while (i < text.size() && (text[i] == ' ' || (text[i] >= '\t' && text[i] <= '\r'))) ++i;
+  return i;
+}
+
+// Whether an out-of-range number is too large rather than too small: the place of its first significant digit
+// before or after the point, moved by the exponent.
+bool IsTooLarge(std::string_view digits, char exponentLetter, bool hex) {
+  std::int64_t place = 0;
+  bool pointSeen = false;
+  bool significant = false;
+  std::size_t i = 0;
+  for (; i < digits.size() && (digits[i] | 0x20) != exponentLetter; ++i) {
+    if (digits[i] == '.') {
+      pointSeen = true;
+    } else {
+      significant = significant || digits[i] != '0';
+      if (!pointSeen && significant) ++place;
+      if (pointSeen && !significant) --place;
+    }
+  }
+  if (hex) place *= 4;
+  std::int64_t exponent = 0;
+  if (i < digits.size()) {
+    const bool negative = i + 1 < digits.size() && digits[i + 1] == '-';
+    for (const char c : digits.substr(i + 1)) {
+      if (IsDigit(c)) exponent = std::min<std::int64_t>(exponent * 10 + (c - '0'), std::int64_t{1} << 60);
+    }
+    if (negative) exponent = -exponent;
+  }
+  return place + exponent > 0;
+}
+
+// Reads digits without sign or white space. Length 0: none.
+ParsedDouble ParseMagnitude(std::string_view text) {
+  const char* const begin = text.data();
+  std::size_t prefix = 0;
+  auto format = std::chars_format::general;
+  if (text.size() > 2 && text[0] == '0' && (text[1] | 0x20) == 'x') {
+    const std::size_t digit = text[2] == '.' ? 3 : 2;
+    if (digit < text.size() && HexDigit(text[digit]) >= 0) {
+      prefix = 2;
+      format = std::chars_format::hex;
+    }
+  }
+  ParsedDouble result;
+  const auto parsed = std::from_chars(begin + prefix, begin + text.size(), result.value, format);
+  if (parsed.ec == std::errc::invalid_argument) return {};
+  result.length = static_cast<std::size_t>(parsed.ptr - begin);
+  if (parsed.ec == std::errc::result_out_of_range) {
+    const bool hex = prefix != 0;
+    const bool tooLarge = IsTooLarge(text.substr(prefix, result.length - prefix), hex ? 'p' : 'e', hex);
+    result.value = tooLarge ? std::numeric_limits<double>::infinity() : 0.0;
+  }
+  return result;
+}
+
+struct ParsedMagnitude {
+  std::uint64_t value = 0;  // not above 2^32
+  bool negative = false;
+  std::size_t length = 0;
+};
+
+ParsedMagnitude ParseInteger(std::string_view text) {
+  constexpr std::uint64_t kTooLarge = std::uint64_t{1} << 32;
+  ParsedMagnitude result;
+  std::size_t i = CountWhiteSpace(text);
+  if (i < text.size() && (text[i] == '+' || text[i] == '-')) result.negative = text[i++] == '-';
+  const std::size_t firstDigit = i;
+  for (; i < text.size() && IsDigit(text[i]); ++i) {
+    result.value = std::min(result.value * 10 + static_cast<std::uint64_t>(text[i] - '0'), kTooLarge);
+  }
+  if (i != firstDigit) result.length = i;
+  return result;
+}
+
+}  // namespace
+
+void AppendFixed(std::string& out, double value, int decimals, int width, char fill) {
+  if (!std::isfinite(value)) return AppendPadded(out, NonFiniteText(value), width);
+  NumberBuffer buffer;
+  AppendPadded(out, WriteNumber(buffer, value, std::chars_format::fixed, decimals), width, fill);
+}
+
+void AppendScientific(std::string& out, double value, int decimals, int width) {
+  if (!std::isfinite(value)) return AppendPadded(out, NonFiniteText(value), width);
+  NumberBuffer buffer;
+  const std::string_view written = WriteNumber(buffer, value, std::chars_format::scientific, decimals);
+  const std::size_t firstExponentDigit = written.rfind('e') + 2;
+  std::string text(written);
+  if (written.size() - firstExponentDigit == 2) text.insert(firstExponentDigit, 1, '0');
+  AppendPadded(out, text, width);
+}
+
+void AppendShortest(std::string& out, double value) {
+  if (!std::isfinite(value)) {
+    out.append(NonFiniteText(value));
+    return;
+  }
+  NumberBuffer buffer;
+  const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
+  out.append(buffer.data(), written.ptr);
+}
+
+void AppendInteger(std::string& out, std::int64_t value, int width, char fill) {
+  std::array<char, 24> buffer;
+  const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
+  const auto length = static_cast<std::size_t>(written.ptr - buffer.data());
+  AppendPadded(out, {buffer.data(), length}, width, fill);
+}
+
+std::string FixedText(double value, int decimals, int width, char fill) {
+  std::string text;
+  AppendFixed(text, value, decimals, width, fill);
+  return text;
+}
+
+std::string ScientificText(double value, int decimals, int width) {
+  std::string text;
+  AppendScientific(text, value, decimals, width);
+  return text;
+}
+
+std::string ShortestText(double value) {
+  std::string text;
+  AppendShortest(text, value);
+  return text;
+}
+
+std::string IntegerText(std::int64_t value, int width, char fill) {
+  std::string text;
+  AppendInteger(text, value, width, fill);
+  return text;
+}
+
+ParsedDouble ParseDouble(std::string_view text) {
+  std::size_t start = CountWhiteSpace(text);
+  bool negative = false;
+  if (start < text.size() && (text[start] == '-' || text[start] == '+')) negative = text[start++] == '-';
+  if (start == text.size() || text[start] == '-') return {};
+  ParsedDouble result = ParseMagnitude(text.substr(start));
+  if (!result.found()) return {};
+  result.length += start;
+  if (negative) result.value = -result.value;
+  return result;
+}
+
+ParsedInt32 ParseInt32(std::string_view text) {
+  const ParsedMagnitude parsed = ParseInteger(text);
+  const auto value = static_cast<std::int64_t>(parsed.value);
+  constexpr std::int64_t kLeast = std::numeric_limits<std::int32_t>::min();
+  constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
+  return {static_cast<std::int32_t>(std::clamp(parsed.negative ? -value : value, kLeast, kMost)), parsed.length};
+}
+
+ParsedInt32 ParseUnsigned32(std::string_view text) {
+  const ParsedMagnitude parsed = ParseInteger(text);
+  if (parsed.value > std::numeric_limits<std::uint32_t>::max()) return {-1, parsed.length};
+  const auto magnitude = static_cast<std::uint32_t>(parsed.value);
+  return {static_cast<std::int32_t>(parsed.negative ? 0U - magnitude : magnitude), parsed.length};
+}
+
+}  // namespace texturon
