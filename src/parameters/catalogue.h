@@ -1,0 +1,81 @@
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/settings.h"
+
+namespace texturon {
+
+/// How the values of a row are printed for people.
+struct ValueFormat {
+  int metricDecimals = 3;
+  int imperialDecimals = 3;
+  bool scientific = false;
+};
+
+/// One row of the master catalogue: what the program knows of a parameter.
+struct MasterRow {
+  std::string_view name;
+  std::string_view metricUnit;  ///< Windows-1252; a per-cent sign is stored doubled
+  std::string_view imperialUnit;
+  double imperialFactor;  ///< imperial value = metric value x this
+  ValueFormat format;
+  std::string_view definition;  ///< one line
+};
+
+/// The 107 rows in their fixed order.
+std::span<const MasterRow> MasterCatalogue();
+
+/// One row of the working list: a name from the settings, what is known of it, and its last result.
+struct ParameterDef {
+  bool selected = true;  ///< computed and shown
+  bool valid = false;    ///< the last pass computed it
+  Tolerance tolerance;   ///< limits in the metric unit
+  std::string name;
+  std::string metricUnit;
+  std::string imperialUnit;
+  double imperialFactor = 1.0;
+  double value = 0.0;  ///< metric; 0 after a failed computation, untouched when the row was skipped
+  ValueFormat format;
+};
+
+/// The working list that the driver walks and that tables, reports and exports show.
+struct ParameterCatalogue {
+  std::vector<ParameterDef> rows;
+};
+
+/// The selection that a document starts with: every master row, selected, without tolerances.
+std::vector<ParameterSelection> DefaultSelection();
+
+/// Working list for a selection, in its order and with its names (cut at kMostParameters). A name that the master list
+/// does not have takes unit, factor and format of the master row with the same suffix, in any case; without one it is
+/// dimensionless. Values of rows that stood in `former` under the same name are kept.
+ParameterCatalogue MakeWorkingList(std::span<const ParameterSelection> selection,
+                                   const ParameterCatalogue& former = {});
+
+/// Master row for a name: its own, else that of the same suffix. Case is ignored.
+const MasterRow* FindMasterRow(std::string_view name);
+
+/// A unit as it is printed: the doubled per-cent sign once.
+std::string PrintedUnit(std::string_view unit);
+
+/// Verdict after the tolerance: empty where the row is not toleranced. Without bilateral limits only the upper one
+/// counts, and 0.0 is no limit; with both, two zeros are none.
+enum class Verdict { kPass, kFail };
+std::optional<Verdict> JudgeValue(double value, const Tolerance& tolerance);
+std::optional<Verdict> JudgeRow(const ParameterDef& row);
+
+// Names as test plans and result files write them. Case counts; a name that is not mapped stands for itself.
+std::string ExternalToCatalogueName(std::string_view external);
+std::string CatalogueToExternalName(std::string_view name);
+/// True for the derived core-roughness rows: Rpk+k, Rpk/k, Rk+vk, Rvk/k, Rmr1, Rmr2, Rpk*, Rvk*.
+bool IsRkFamily(std::string_view name);
+
+/// True for the seven motif rows (R, Rx, AR, W, Wx, Wte, AW), in any case.
+bool IsMotifName(std::string_view name);
+
+}  // namespace texturon

@@ -1,0 +1,96 @@
+#include "parameters/driver.h"
+
+#include <array>
+
+#include "core/text.h"
+#include "core/units.h"
+#include "parameters/parameter_profile.h"
+#include "parameters/suffix_table.h"
+
+namespace texturon {
+namespace {
+
+/// The profiles of one pass by letter.
+class PassProfiles {
+public:
+  explicit PassProfiles(const DriverInput& input) {
+    const AnalysisSettings& settings = input.settings;
+    Put(0, 'F', input.formSuppressed, settings, std::nullopt);
+    Put(1, 'P', input.primary, settings, std::nullopt);
+    const bool formByFilter = settings.FormRemovalType == kFormFilter;
+    Put(2, 'W', input.waviness, settings,
+        formByFilter ? std::optional<double>(settings.FormFilterCutoffMM) : std::nullopt);
+    Put(3, 'R', input.roughness, settings, settings.LcCutoffMM);
+  }
+
+  static bool IsKnown(char letter) { return IndexOf(letter).has_value(); }
+
+  /// Null when the profile does not exist.
+  const ParameterProfile* Find(char letter) const {
+    const auto& profile = profiles_[*IndexOf(letter)];
+    return profile ? &*profile : nullptr;
+  }
+
+private:
+  static std::optional<std::size_t> IndexOf(char letter) {
+    constexpr std::string_view kLetters = "FPWR";
+    const std::size_t index = kLetters.find(letter);
+    if (index == std::string_view::npos) return std::nullopt;
+    return index;
+  }
+
+  void Put(std::size_t index, char letter, const std::optional<Profile>& profile, const AnalysisSettings& settings,
+           std::optional<double> samplingLengthMM) {
+    if (!profile || profile->range.count < 1) return;
+    const double evaluationLengthMM =
+        static_cast<double>(profile->range.count) * profile->spacingUM * kMillimetresPerMicrometre;
+    const ParameterProfile::Lengths lengths{.spacingMM = profile->spacingUM * kMillimetresPerMicrometre,
+                                            .samplingLengthMM = samplingLengthMM.value_or(evaluationLengthMM * 0.2),
+                                            .roughnessCutoffMM = settings.LcCutoffMM};
+    profiles_[index].emplace(letter, profile->Heights(), lengths);
+  }
+
+  std::array<std::optional<ParameterProfile>, 4> profiles_;
+};
+
+constexpr char UpperAscii(char c) {
+  return c >= 'a' && c <= 'z' ? static_cast<char>(c - ('a' - 'A')) : c;
+}
+
+}  // namespace
+
+DriverReport ComputeParameters(ParameterCatalogue& catalogue, const DriverInput& input) {
+  const PassProfiles profiles(input);
+  DriverReport report;
+  for (ParameterDef& row : catalogue.rows) {
+    row.valid = false;
+    if (!row.selected || EqualIgnoringCase(row.name, "Special")) continue;
+    if (IsMotifName(row.name)) {
+      row.value = 0.0;
+      continue;
+    }
+    const char letter = row.name.empty() ? '\0' : UpperAscii(row.name.front());
+    if (!PassProfiles::IsKnown(letter)) {
+      report.messages.push_back(row.name + " - Unknown profile");
+      continue;
+    }
+    const ParameterProfile* profile = profiles.Find(letter);
+    if (profile == nullptr) continue;
+    const SuffixRow* suffix = FindSuffix(std::string_view(row.name).substr(1));
+    if (suffix == nullptr) {
+      report.messages.push_back(row.name + " - Unknown parameter");
+      continue;
+    }
+    const auto value =
+        suffix->routine != nullptr ? suffix->routine({*profile, input.settings}) : std::optional<double>();
+    row.value = value.value_or(0.0);
+    row.valid = value.has_value();
+    if (suffix->findsElements && profile->Heights().size() >= 2 &&
+        !profile->SegmentExtremes(profile->SamplingLengthMM()).empty()) {
+      report.elementHeights = profile->Heights();
+    }
+  }
+  return report;
+}
+
+}  // namespace texturon

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "core/profile.h"
+#include "core/settings.h"
+#include "parameters/catalogue.h"
+
+namespace texturon {
+
+/// What one pass of the driver reads. A profile that does not exist is empty; rows that need it are skipped.
+struct DriverInput {
+  const AnalysisSettings& settings;
+  std::optional<Profile> formSuppressed;
+  std::optional<Profile> primary;
+  std::optional<Profile> waviness;
+  std::optional<Profile> roughness;
+};
+
+struct DriverReport {
+  /// Message-box texts, in row order: unknown profile letters and unknown suffixes.
+  std::vector<std::string> messages;
+  /// Heights that the profile-element finder was given last; empty when it did not run.
+  std::optional<std::span<const double>> elementHeights;
+};
+
+/// Computes every selected row of the working list, in its order, and sets each row's value and valid flag.
+///
+/// The first letter of a name chooses the profile (F form-suppressed, P primary, W waviness, R roughness), the rest of
+/// it the routine, both without regard to case. Sampling lengths: a fifth of the evaluation length for F and P, the
+/// form filter's cutoff for W when that form removal is set and otherwise also a fifth, the roughness cutoff for R.
+DriverReport ComputeParameters(ParameterCatalogue& catalogue, const DriverInput& input);
+
+}  // namespace texturon

@@ -1,0 +1,41 @@
+#include "parameters/parameter_profile.h"
+
+#include "parameters/peak_to_valley.h"
+
+namespace texturon {
+
+const HeightExtremes& ParameterProfile::Extremes() const {
+  if (!extremes_) extremes_ = FindExtremes(heights_);
+  return *extremes_;
+}
+
+const HeightMoments& ParameterProfile::Moments() const {
+  if (!moments_) moments_ = ComputeMoments(heights_);
+  return *moments_;
+}
+
+const std::vector<HeightExtremes>& ParameterProfile::SegmentExtremes(double samplingLengthMM) const {
+  const auto [entry, isNew] = segments_.try_emplace(samplingLengthMM);
+  if (isNew) {
+    const auto lengths = DivideIntoSamplingLengths(heights_.size(), lengths_.spacingMM, samplingLengthMM,
+                                                   ShortProfile::kIsOneSamplingLength);
+    if (lengths) entry->second = ExtremesPerSamplingLength(heights_, *lengths);
+  }
+  return entry->second;
+}
+
+const std::optional<std::vector<ProfileElement>>& ParameterProfile::Elements(double heightPercent,
+                                                                             double widthPercent) const {
+  const auto [entry, isNew] = elements_.try_emplace({heightPercent, widthPercent});
+  if (isNew) {
+    const auto height = MeanPeakToValley(SegmentExtremes(lengths_.samplingLengthMM));
+    if (height && heights_.size() >= 2) {
+      const ElementThresholds thresholds{heightPercent * 0.01 * *height,
+                                         lengths_.samplingLengthMM / lengths_.spacingMM * widthPercent * 0.01};
+      entry->second = FindProfileElements(heights_, thresholds);
+    }
+  }
+  return entry->second;
+}
+
+}  // namespace texturon

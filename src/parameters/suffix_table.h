@@ -1,0 +1,23 @@
+#pragma once
+
+#include <span>
+#include <string_view>
+
+#include "parameters/parameter_profile.h"
+
+namespace texturon {
+
+/// What a row's name without its first letter stands for.
+struct SuffixRow {
+  std::string_view suffix;
+  RowRoutine routine;  ///< null: not computed by this version; the row is invalid
+  bool findsElements = false;
+};
+
+/// All suffixes; the first that equals a row's suffix without regard to case decides.
+std::span<const SuffixRow> SuffixTable();
+
+/// Null for a suffix that does not exist.
+const SuffixRow* FindSuffix(std::string_view suffix);
+
+}  // namespace texturon
