@@ -1,0 +1,141 @@
+#include "core/compute_range.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "core/units.h"
+#include "signal/form_arc.h"
+
+namespace texturon {
+namespace {
+
+constexpr std::string_view kTooFew = "Insufficient data for calculation.";
+constexpr std::string_view kTooFewInRegion = "Insufficient data for region calculation.";
+
+bool IsTooShort(std::int64_t first, std::int64_t last) {
+  return last < first + kLeastSteps;
+}
+
+IndexRange ClampedRange(std::int64_t first, std::int64_t last, std::int32_t pointCount) {
+  const auto clamp = [pointCount](std::int64_t index) {
+    return static_cast<std::int32_t>(std::clamp<std::int64_t>(index, 0, pointCount - 1));
+  };
+  return IndexRange::FromEnds(clamp(first), clamp(last));
+}
+
+RangeOrMessage RegionRange(const Document& document) {
+  const ProfileSet& profiles = document.profiles;
+  const std::int64_t n = profiles.pointCount;
+  const std::int64_t start = StepsInLength(document.regionStartMM, profiles.spacingUM);
+  const std::int64_t fromEnd = StepsInLength(document.regionEndOffsetMM, profiles.spacingUM);
+  const std::int64_t length = StepsInLength(document.regionLengthMM, profiles.spacingUM);
+  std::int64_t first = start;
+  std::int64_t last = n - fromEnd;
+  switch (document.regionMode) {
+    case 0:
+      last = n - 1;
+      break;
+    case 1:
+      last = start + length;
+      break;
+    case 2:
+      first = 0;
+      break;
+    case 3:
+      first = n - fromEnd - length;
+      break;
+    default:
+      break;
+  }
+  const IndexRange range = ClampedRange(first, last, profiles.pointCount);
+  if (IsTooShort(range.first, range.last)) return kTooFewInRegion;
+  ComputeRange resolved{range, {}};
+  if (document.excludeSet) resolved.exclusion = IndexRange::FromEnds(document.excludeFirst, document.excludeLast);
+  return resolved;
+}
+
+/// Where the apex lies before any asphere is fitted, in um from the first sample: the centre of the least-squares arc, or
+/// the middle of the record.
+double PreliminaryApex(const Document& document) {
+  const ProfileSet& profiles = document.profiles;
+  const AnalysisSettings& settings = document.settings.analysis;
+  std::vector<double> form(profiles.raw.size());
+  std::vector<double> residual(profiles.raw.size());
+  const FormInput input{.heights = profiles.raw,
+                        .spacingUM = profiles.spacingUM,
+                        .step = FormThinningStep(settings, profiles.pointCount, profiles.spacingUM)};
+  const auto arc = FitArc(input, {form, residual});
+  return arc ? arc->centerXUM : static_cast<double>(profiles.pointCount) * profiles.spacingUM * 0.5;
+}
+
+RangeOrMessage ClearApertureRange(Document& document) {
+  const ProfileSet& profiles = document.profiles;
+  const AnalysisSettings& settings = document.settings.analysis;
+  const double apexUM = PreliminaryApex(document);
+  const auto indexAt = [apexUM, &profiles](double offsetUM) {
+    return static_cast<std::int64_t>(RoundToIndex((apexUM + offsetUM) / profiles.spacingUM));
+  };
+  const double half = settings.AsphereClearApertureDiameterMM * 500.0;
+  const std::int64_t first = indexAt(-half);
+  const std::int64_t last = indexAt(half);
+  if (IsTooShort(first, last)) return kTooFew;
+  const IndexRange range = ClampedRange(first, last, profiles.pointCount);
+  if (IsTooShort(range.first, range.last)) return kTooFew;
+
+  const double halfDiscard = settings.AsphereClearApertureCentralDiscardMM * 500.0;
+  document.excludeFirst = static_cast<std::int32_t>(indexAt(-halfDiscard));
+  document.excludeLast = static_cast<std::int32_t>(indexAt(halfDiscard));
+  document.excludeSet = document.excludeLast > document.excludeFirst;
+  ComputeRange resolved{range, {}};
+  if (document.excludeSet) resolved.exclusion = IndexRange::FromEnds(document.excludeFirst, document.excludeLast);
+  return resolved;
+}
+
+}  // namespace
+
+void ApplyWholeCutoffs(Document& document) {
+  if (!document.wholeCutoffLength) return;
+  AnalysisSettings& settings = document.settings.analysis;
+  const double lengthMM =
+      static_cast<double>(document.profiles.pointCount) * document.profiles.spacingUM * kMillimetresPerMicrometre;
+  double discardMM = 0.0;
+  if (settings.FilterType == kFilterRobustGaussian) {
+    settings.UserDiscardType = kDiscardNone;
+  } else {
+    settings.UserDiscardType = kDiscardHalfCutoff;
+    discardMM = settings.LcCutoffMM * 0.5;
+    settings.UserDiscardLengthMM = discardMM;
+  }
+  document.regionSet = settings.LcCutoffMM > 0.0;
+  if (!document.regionSet) return;
+  const double cutoffs = std::trunc((lengthMM - 2.0 * discardMM) / settings.LcCutoffMM);
+  document.regionMode = 1;
+  document.regionStartMM = 0.0;
+  document.regionLengthMM = cutoffs * settings.LcCutoffMM + 2.0 * discardMM;
+}
+
+RangeOrMessage ResolveComputeRange(Document& document) {
+  const AnalysisSettings& settings = document.settings.analysis;
+  if (settings.FormRemovalType == kFormAsphere && settings.AsphereUseClearAperture) {
+    return ClearApertureRange(document);
+  }
+  if (document.regionSet) return RegionRange(document);
+  document.excludeSet = false;
+  document.excludeFirst = -1;
+  document.excludeLast = -1;
+  const std::int32_t last = document.profiles.pointCount - 1;
+  if (IsTooShort(0, last)) return kTooFew;
+  return ComputeRange{IndexRange::FromEnds(0, last), {}};
+}
+
+std::int32_t FormThinningStep(const AnalysisSettings& settings, std::int32_t count, double spacingUM) {
+  std::int32_t step = 0;
+  if (settings.FormRemovalDataReductionMethod == kThinToPoints && settings.FormRemovalNumberOfPoints > 0) {
+    step = count / settings.FormRemovalNumberOfPoints;
+  } else if (settings.FormRemovalDataReductionMethod == kThinToSpacing) {
+    step = RoundToIndex(std::floor(settings.FormRemovalReductionSpacingUM / spacingUM));
+  }
+  return std::max(step, 0);
+}
+
+}  // namespace texturon

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+#include <variant>
+
+#include "core/document.h"
+#include "core/index_range.h"
+
+namespace texturon {
+
+/// The system's one minimum of data: the last point must lie at least this far behind the first.
+inline constexpr std::int32_t kLeastSteps = 50;
+
+/// What a run computes over, and what its form fit leaves out.
+struct ComputeRange {
+  IndexRange range;
+  std::optional<IndexRange> exclusion;  ///< absolute indices
+};
+
+/// A range, or the message that refuses it.
+using RangeOrMessage = std::variant<ComputeRange, std::string_view>;
+
+/// Makes the evaluation length a whole number of long-wave cutoffs, when the document asks for it: sets the region (mode 1
+/// from the start, k cutoffs and the two discarded ends) and the end discard in force. A cutoff of 0 or less: no region.
+void ApplyWholeCutoffs(Document& document);
+
+/// Resolves clear aperture, region or whole record into indices. The whole record forgets the document's exclusion.
+RangeOrMessage ResolveComputeRange(Document& document);
+
+/// Step between the points that a form fit uses, by the document's data reduction; 0 for all.
+std::int32_t FormThinningStep(const AnalysisSettings& settings, std::int32_t count, double spacingUM);
+
+}  // namespace texturon

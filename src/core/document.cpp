@@ -1,0 +1,39 @@
+#include "core/document.h"
+
+#include <utility>
+
+namespace texturon {
+
+Document MakeDocument() {
+  Document document;
+  Settings settings;
+  settings.analysis.parameters = DefaultSelection();
+  ApplySettings(document, std::move(settings));
+  return document;
+}
+
+void ApplySettings(Document& document, Settings settings) {
+  document.settings = std::move(settings);
+  document.catalogue = MakeWorkingList(document.settings.analysis.parameters, document.catalogue);
+}
+
+void SetProfile(Document& document, ProfileSet profiles) {
+  document.profiles = std::move(profiles);
+  document.results = {};
+}
+
+void InvertProfile(ProfileSet& profiles) {
+  for (double& height : profiles.raw) height = -height;
+}
+
+void ExcludeFromForm(Document& document, std::int32_t first, std::int32_t last) {
+  document.excludeSet = true;
+  document.excludeFirst = first;
+  document.excludeLast = last;
+  if (document.regionSet) return;
+  document.regionSet = true;
+  document.regionMode = 0;
+  document.regionStartMM = 0.0;
+}
+
+}  // namespace texturon

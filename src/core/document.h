@@ -1,0 +1,94 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "core/profile_set.h"
+#include "core/settings.h"
+#include "parameters/catalogue.h"
+#include "signal/form_arc.h"
+#include "signal/form_filter.h"
+#include "signal/form_line.h"
+#include "signal/form_mean.h"
+#include "signal/form_polynomial.h"
+
+namespace texturon {
+
+/// `formApplied` when no form removal succeeded and the mean was taken out instead.
+inline constexpr std::int32_t kNoFormApplied = -99;
+
+/// The geometry that form removal took out, in the terms of the routine that did it.
+using FormGeometry = std::variant<MeanFit, LineFit, ArcFit, PolynomialFit, FilterFit>;
+
+/// Heights of a profile from the highest to the lowest; point i has the material ratio i x 100 / n percent.
+struct HeightCurve {
+  std::vector<double> heightsUM;
+
+  double RatioPercent(std::size_t i) const {
+    return static_cast<double>(i) * 100.0 / static_cast<double>(heightsUM.size());
+  }
+};
+
+/// What the last run produced besides the profiles.
+struct AnalysisResults {
+  std::int32_t formRequested = 0;
+  std::int32_t formApplied = kNoFormApplied;
+  std::int32_t residualTypeUsed = 0;
+  FormGeometry formGeometry;
+  bool formRemoved = false;
+  bool primaryComputed = false;
+  bool roughnessComputed = false;
+  bool spectrumComputed = false;
+  bool primaryCurveComputed = false;
+  bool roughnessCurveComputed = false;
+  double rawPeak = 0.0;
+  double rawValleyDepth = 0.0;
+  double primaryPeak = 0.0;
+  double primaryValleyDepth = 0.0;
+  HeightCurve primaryCurve;
+  HeightCurve roughnessCurve;
+};
+
+/// One measured record with the settings that drive its analysis and the results that they gave. A value: copying it
+/// keeps a former state. It holds no numerics; Compute derives everything from `profiles.raw`.
+struct Document {
+  ProfileSet profiles;
+  Settings settings;
+  ParameterCatalogue catalogue;
+
+  // What to compute over, and how.
+  bool regionSet = false;
+  std::int32_t regionMode = 0;
+  double regionStartMM = 0.0;
+  double regionEndOffsetMM = 0.0;
+  double regionLengthMM = 0.0;
+  bool wholeCutoffLength = false;
+  bool useAllDataForForm = false;
+  bool excludeSet = false;
+  std::int32_t excludeFirst = -1;  ///< absolute sample indices
+  std::int32_t excludeLast = -1;
+  bool quietMode = false;         ///< nobody watches: no wait cursor, and the messages that say so are not shown
+  bool writesTraceFile = true;    ///< the heights given to the profile-element finder go to a side file
+
+  AnalysisResults results;
+};
+
+/// A document without a profile: default settings, every master parameter selected.
+Document MakeDocument();
+
+/// Puts settings in force: the working list follows their selection, values of rows that stay are kept.
+void ApplySettings(Document& document, Settings settings);
+
+/// Replaces the measured record and drops the results of the former one. Settings, region and exclusion stay.
+void SetProfile(Document& document, ProfileSet profiles);
+
+/// Turns the measured record upside down.
+void InvertProfile(ProfileSet& profiles);
+
+/// Leaves the samples [first, last] out of the form fit. Where no region is in force the whole record becomes one, because
+/// a computation over the plain record forgets the exclusion.
+void ExcludeFromForm(Document& document, std::int32_t first, std::int32_t last);
+
+}  // namespace texturon

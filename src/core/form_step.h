@@ -1,0 +1,12 @@
+#pragma once
+
+#include "core/compute_range.h"
+#include "core/document.h"
+
+namespace texturon {
+
+/// Takes the form out of `profiles.raw` as FormRemovalType says and writes `form`, `formSuppressed`, the spacing of the
+/// residual and the geometry. A fit that fails is replaced by mean removal, without a message.
+void RemoveForm(Document& document, const ComputeRange& compute);
+
+}  // namespace texturon

@@ -1,0 +1,74 @@
+#include "formats/import.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "core/platform.h"
+#include "core/text.h"
+#include "formats/extension_table.h"
+
+namespace texturon {
+namespace {
+
+const ExtensionEntry* FindExtension(const std::filesystem::path& path) {
+  const std::string extension = TextFromPath(path.extension());
+  const auto table = ExtensionTable();
+  const auto entry = std::find_if(table.begin(), table.end(), [&extension](const ExtensionEntry& candidate) {
+    return EqualIgnoringCase(candidate.extension, extension);
+  });
+  return entry != table.end() ? &*entry : nullptr;
+}
+
+/// The sentence for a chain that read nothing: the readers' reasons, those that recognised the file first.
+std::string ReasonOf(const std::vector<ReadAttempt>& attempts) {
+  const auto recognised = std::find_if(attempts.begin(), attempts.end(), [](const ReadAttempt& attempt) {
+    return attempt.result.status == ReadResult::Status::kRefused;
+  });
+  const ReadAttempt& told = recognised != attempts.end() ? *recognised : attempts.back();
+  return "is refused by the reader of the " + told.reader + ": " + told.result.reason;
+}
+
+}  // namespace
+
+ImportOutcome LoadProfileFile(const std::filesystem::path& path, const ImportOptions& options, Prompts& prompts) {
+  ImportOutcome outcome;
+  const FileBytes file = ReadWholeFile(path);
+  if (!file.ok()) {
+    outcome.reason = file.reason;
+    return outcome;
+  }
+  const ExtensionEntry* entry = FindExtension(path);
+  if (entry == nullptr) {
+    outcome.reason = "has an extension that no reader is known for";
+    return outcome;
+  }
+  if (file.bytes.empty()) {
+    outcome.reason = "is empty";
+    return outcome;
+  }
+  for (const ProfileReader* reader : entry->chain) {
+    ImportedProfile profile;
+    ReadResult result = reader->read({path, file.bytes, options, prompts}, profile);
+    outcome.attempts.push_back({std::string(reader->name), result});
+    if (result.status != ReadResult::Status::kRead) continue;
+    std::replace(profile.identification.begin(), profile.identification.end(), ',', ';');
+    std::replace(profile.date.begin(), profile.date.end(), ',', ';');
+    outcome.loaded = profile.spacingUM > 0.0;
+    if (!outcome.loaded) outcome.reason = "has a point spacing that is not above 0";
+    outcome.profile = std::move(profile);
+    return outcome;
+  }
+  outcome.reason = ReasonOf(outcome.attempts);
+  return outcome;
+}
+
+ProfileSet MakeProfileSet(ImportedProfile&& profile, std::string sourcePath) {
+  ProfileSet set = MakeProfileSet(std::move(profile.heightsUM), profile.spacingUM);
+  set.identification = std::move(profile.identification);
+  set.dateTime = std::move(profile.date);
+  set.sourcePath = std::move(sourcePath);
+  set.tipRadiusMM = profile.tipRadiusMM;
+  return set;
+}
+
+}  // namespace texturon

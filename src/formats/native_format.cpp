@@ -1,0 +1,192 @@
+#include "formats/native_format.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "core/date_text.h"
+#include "core/number_text.h"
+#include "core/platform.h"
+#include "core/profile_set.h"
+#include "core/text.h"
+#include "formats/text_cursor.h"
+
+namespace texturon {
+namespace {
+
+constexpr std::size_t kTextLimit = 254;       // characters of identification and date
+constexpr std::size_t kLineLimit = 36'000;    // characters of a table's line
+constexpr std::size_t kRowsThatAgree = 10;    // rows of a table that must have the same number of fields
+
+struct Header {
+  std::string identification;
+  std::string date;
+  double spacingUM = 0.0;
+  std::int32_t count = 0;
+};
+
+ReadResult Refuse(const ReaderInput& input, const TextCursor& cursor, std::string_view message) {
+  input.prompts.ShowMessage(message);
+  return ReadResult::Refused("line " + IntegerText(static_cast<std::int64_t>(cursor.Line())) + ": " +
+                             std::string(message));
+}
+
+/// The text after a keyword: one character skipped, the rest of the line without its last character. In a line longer
+/// than the limit that character belongs to the text; it is lost all the same.
+std::string KeywordText(TextCursor& cursor) {
+  cursor.SkipOne();
+  std::string text = cursor.RestOfLine(kTextLimit);
+  if (!text.empty()) text.pop_back();
+  return text;
+}
+
+/// Reads the keyword header; a refusal, or nothing when all is well.
+std::optional<ReadResult> ReadHeader(const ReaderInput& input, TextCursor& cursor, Header& header) {
+  const auto expect = [&cursor](std::string_view keyword) { return EqualIgnoringCase(cursor.Token(), keyword); };
+  if (!expect("LUMETRACE_DATA")) return Refuse(input, cursor, "Invalid file format.");
+  if (!expect("1.0")) return Refuse(input, cursor, "Invalid file revision.");
+  if (!expect("IDENTIFICATION:")) return Refuse(input, cursor, "Invalid 'IDENTIFICATION:' designator.");
+  header.identification = KeywordText(cursor);
+  if (!expect("DATE:")) return Refuse(input, cursor, "Invalid 'DATE:' designator.");
+  header.date = KeywordText(cursor);
+  if (!expect("SPACING_UM:")) return Refuse(input, cursor, "Invalid 'SPACING_UM:' designator.");
+  header.spacingUM = cursor.Number().value_or(0.0);
+  if (!expect("NUMBER_OF_POINTS:")) return Refuse(input, cursor, "Invalid 'NUMBER_OF_POINTS:' designator.");
+  header.count = cursor.Integer().value_or(0);
+  if (header.count < 1 || header.count > kPointCapacity) return Refuse(input, cursor, "Invalid number of points.");
+  return std::nullopt;
+}
+
+void TakeHeader(Header&& header, ImportedProfile& profile) {
+  profile.identification = std::move(header.identification);
+  profile.date = std::move(header.date);
+  profile.spacingUM = header.spacingUM;
+}
+
+std::vector<std::string_view> SplitIntoLines(std::string_view text) {
+  std::vector<std::string_view> lines;
+  while (!text.empty()) {
+    const std::size_t end = text.find('\n');
+    const std::size_t length = std::min(end == std::string_view::npos ? text.size() : end + 1, kLineLimit);
+    lines.push_back(text.substr(0, length));
+    text.remove_prefix(length);
+  }
+  return lines;
+}
+
+/// Fields between tabs; runs of tabs and tabs at the ends separate nothing.
+std::vector<std::string_view> SplitAtTabs(std::string_view line) {
+  std::vector<std::string_view> fields;
+  const auto end = line.find_last_not_of("\r\n");
+  line = line.substr(0, end == std::string_view::npos ? 0 : end + 1);
+  while (true) {
+    const std::size_t start = line.find_first_not_of('\t');
+    if (start == std::string_view::npos) return fields;
+    line.remove_prefix(start);
+    const std::size_t length = std::min(line.find('\t'), line.size());
+    fields.push_back(line.substr(0, length));
+    line.remove_prefix(length);
+  }
+}
+
+std::size_t AskColumn(const ReaderInput& input, std::size_t columns) {
+  const std::string prompt = "Enter the column number (1:" + IntegerText(static_cast<std::int64_t>(columns)) + "):";
+  const auto answer = input.prompts.AskText(prompt, IntegerText(input.options.column));
+  const std::int32_t wanted = answer ? ParseInt32(*answer).value : input.options.column;
+  return std::min(static_cast<std::size_t>(std::max(wanted, 1)), columns);
+}
+
+}  // namespace
+
+ReadResult ReadNativeProfile(const ReaderInput& input, ImportedProfile& profile) {
+  TextCursor cursor(input.bytes);
+  Header header;
+  if (auto refusal = ReadHeader(input, cursor, header)) return *refusal;
+  if (!EqualIgnoringCase(cursor.Token(), "PROFILE_UM:")) {
+    return Refuse(input, cursor, "Invalid 'PROFILE_UM:' designator.");
+  }
+  const auto count = static_cast<std::size_t>(header.count);
+  // A height takes a digit and, but for the last, a separator: a count beyond that is known to be wrong beforehand.
+  const bool fits = count <= (cursor.Remaining() + 1) / 2;
+  if (fits) profile.heightsUM.reserve(count);
+  while (fits && profile.heightsUM.size() < count) {
+    const auto height = cursor.Number();
+    if (!height) break;
+    profile.heightsUM.push_back(*height);
+  }
+  if (!fits || (profile.heightsUM.size() < count && cursor.AtEnd())) {
+    return Refuse(input, cursor, "Unexpected end of file.");
+  }
+  if (profile.heightsUM.size() < count) {
+    input.prompts.Notice("line " + IntegerText(static_cast<std::int64_t>(cursor.Line())) +
+                         ": not a number; this height and all after it are taken as 0");
+    profile.heightsUM.resize(count, 0.0);
+  }
+  TakeHeader(std::move(header), profile);
+  return ReadResult::Read();
+}
+
+ReadResult ReadNativeHeaderWithTable(const ReaderInput& input, ImportedProfile& profile) {
+  TextCursor cursor(input.bytes);
+  Header header;
+  if (auto refusal = ReadHeader(input, cursor, header)) return *refusal;
+
+  std::filesystem::path tablePath = input.path;
+  tablePath.replace_extension(".LMTd");
+  const FileBytes table = ReadWholeFile(tablePath);
+  if (!table.ok()) return ReadResult::Refused("the table with the ending .LMTd " + table.reason);
+  const std::vector<std::string_view> lines = SplitIntoLines(table.bytes);
+  if (lines.size() < kRowsThatAgree) return ReadResult::Refused("the table has fewer than 10 rows");
+  const std::size_t columns = SplitAtTabs(lines[0]).size();
+  for (std::size_t i = 1; i < kRowsThatAgree; ++i) {
+    if (SplitAtTabs(lines[i]).size() != columns) {
+      return ReadResult::Refused("row " + IntegerText(static_cast<std::int64_t>(i + 1)) +
+                                 " of the table has another number of fields than row 1");
+    }
+  }
+  if (columns == 0) return ReadResult::Refused("the table's rows are empty");
+  const auto count = static_cast<std::size_t>(header.count);
+  if (lines.size() < count) return ReadResult::Refused("the table has fewer rows than the header has points");
+
+  const std::size_t column = AskColumn(input, columns);
+  profile.heightsUM.reserve(count);
+  for (std::size_t i = 0; i < count; ++i) {
+    const auto fields = SplitAtTabs(lines[i]);
+    const ParsedDouble height = column <= fields.size() ? ParseDouble(fields[column - 1]) : ParsedDouble{};
+    profile.heightsUM.push_back(height.usable() ? height.value : 0.0);
+  }
+  TakeHeader(std::move(header), profile);
+  return ReadResult::Read();
+}
+
+std::string NativeProfileText(std::span<const double> heightsUM, double spacingUM, std::string_view identification,
+                              const std::tm& savedAt) {
+  std::string name(identification);
+  std::replace_if(name.begin(), name.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
+  std::string text;
+  text.reserve(200 + name.size() + heightsUM.size() * 15);
+  text += "Lumetrace_Data 1.0\r\nIDENTIFICATION: " + name + "\r\nDATE: " + DateText(savedAt) + "\r\nSPACING_UM: ";
+  AppendFixed(text, spacingUM, 6);
+  text += "\r\nNUMBER_OF_POINTS: ";
+  AppendInteger(text, static_cast<std::int64_t>(heightsUM.size()));
+  text += "\r\nPROFILE_UM:\r\n";
+  for (const double height : heightsUM) {
+    AppendFixed(text, height, 6, 12);
+    text += "\r\n";
+  }
+  return text;
+}
+
+bool WriteNativeProfile(std::filesystem::path& path, const NativeProfileToWrite& profile, Prompts& prompts) {
+  path.replace_extension(".lmt");
+  const std::string text =
+      NativeProfileText(profile.heightsUM, profile.spacingUM, profile.identification, profile.savedAt);
+  if (ReplaceFile(path, text).ok()) return true;
+  prompts.ShowMessage("Could not write file.");
+  return false;
+}
+
+}  // namespace texturon

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/prompts.h"
+
+namespace texturon {
+
+/// What a reader delivers. Meaningless unless the read succeeded.
+struct ImportedProfile {
+  std::string identification;  ///< Windows-1252, as the file gives it
+  std::string date;            ///< unparsed
+  double spacingUM = 0.0;      ///< must end up above 0
+  std::vector<double> heightsUM;
+  double tipRadiusMM = -1.0;  ///< -1.0: not stated
+};
+
+/// What the caller knows beforehand, so that a reader need not ask.
+struct ImportOptions {
+  std::optional<std::int32_t> profileChoice;  ///< which profile of several, from 1; empty: the reader asks
+  std::int32_t column = 1;                    ///< preset of a question for a table's column, from 1
+  std::optional<double> spacingUM;            ///< preset of a question for the spacing
+};
+
+/// One file on its way in: its path and all its bytes, with which every reader of a chain works.
+struct ReaderInput {
+  const std::filesystem::path& path;
+  std::string_view bytes;
+  const ImportOptions& options;
+  Prompts& prompts;
+};
+
+/// How a read ended. A reader that does not recognise its input stays silent, so that the next of a chain may try; one that
+/// recognises a damaged file has shown its message box. `reason` says for people what was wrong and where.
+struct ReadResult {
+  enum class Status { kRead, kNotRecognised, kRefused };
+  Status status = Status::kNotRecognised;
+  std::string reason;
+
+  static ReadResult Read() { return {Status::kRead, {}}; }
+  static ReadResult NotRecognised(std::string reason) { return {Status::kNotRecognised, std::move(reason)}; }
+  static ReadResult Refused(std::string reason) { return {Status::kRefused, std::move(reason)}; }
+};
+
+using ReadFunction = ReadResult (*)(const ReaderInput& input, ImportedProfile& profile);
+
+}  // namespace texturon

@@ -1,0 +1,65 @@
+#include "formats/text_cursor.h"
+
+#include <algorithm>
+
+#include "core/number_text.h"
+
+namespace texturon {
+namespace {
+
+constexpr bool IsWhiteSpace(char c) {
+  return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+}  // namespace
+
+std::size_t TextCursor::Line() const {
+  const std::size_t end = std::min(position_, text_.size());
+  return 1 + static_cast<std::size_t>(std::count(text_.begin(), text_.begin() + static_cast<std::ptrdiff_t>(end), '\n'));
+}
+
+void TextCursor::SkipWhiteSpace() {
+  while (!AtEnd() && IsWhiteSpace(text_[position_])) ++position_;
+}
+
+std::string_view TextCursor::Token() {
+  SkipWhiteSpace();
+  const std::size_t start = position_;
+  while (!AtEnd() && !IsWhiteSpace(text_[position_])) ++position_;
+  return text_.substr(start, position_ - start);
+}
+
+void TextCursor::SkipOne() {
+  if (AtEnd()) return;
+  position_ += text_.substr(position_, 2) == "\r\n" ? 2 : 1;
+}
+
+std::string TextCursor::RestOfLine(std::size_t limit) {
+  std::string line;
+  while (!AtEnd() && line.size() < limit) {
+    const std::size_t before = position_;
+    SkipOne();
+    const bool endsLine = text_[position_ - 1] == '\n';
+    line.push_back(endsLine ? '\n' : text_[before]);
+    if (endsLine) break;
+  }
+  return line;
+}
+
+std::optional<double> TextCursor::Number() {
+  SkipWhiteSpace();
+  const ParsedDouble number = ParseDouble(text_.substr(position_));
+  if (!number.usable()) return std::nullopt;
+  position_ += number.length;
+  return number.value;
+}
+
+std::optional<std::int32_t> TextCursor::Integer() {
+  SkipWhiteSpace();
+  const ParsedInt32 number = ParseInt32(text_.substr(position_));
+  if (!number.found()) return std::nullopt;
+  position_ += number.length;
+  return number.value;
+}
+
+}  // namespace texturon

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace texturon {
+
+/// Walks through a text token by token as C stream input does. CR LF counts as one character, a line feed.
+class TextCursor {
+ public:
+  explicit TextCursor(std::string_view text) : text_(text) {}
+
+  bool AtEnd() const { return position_ >= text_.size(); }
+  std::size_t Position() const { return position_; }
+  std::size_t Remaining() const { return text_.size() - position_; }
+  /// Number of the line at the position, from 1.
+  std::size_t Line() const;
+
+  /// Next run of characters that are not white space; empty at the end.
+  std::string_view Token();
+  /// Skips exactly one character.
+  void SkipOne();
+  /// Rest of the line, at most `limit` characters of it, with the line feed where it was reached.
+  std::string RestOfLine(std::size_t limit);
+  /// Next number; empty, with the position before it, where there is none. A non-finite number is none.
+  std::optional<double> Number();
+  std::optional<std::int32_t> Integer();
+  void SkipWhiteSpace();
+
+ private:
+  std::string_view text_;
+  std::size_t position_ = 0;
+};
+
+}  // namespace texturon
