@@ -1,0 +1,225 @@
+#include "app/analysis_json.h"
+
+#include <optional>
+
+#include "core/captions.h"
+#include "core/charset.h"
+#include "parameters/catalogue.h"
+#include "parameters/labels.h"
+
+namespace texturon {
+namespace {
+
+class AnalysisJsonWriter {
+ public:
+  AnalysisJsonWriter(const Document& document, JsonWriter& json) : document_(document), json_(json) {}
+
+  void Form() {
+    const AnalysisResults& results = document_.results;
+    json_.Key("form");
+    json_.BeginObject();
+    json_.Key("requested");
+    json_.Integer(document_.settings.analysis.FormRemovalType);
+    json_.Key("applied");
+    json_.Integer(results.formApplied);
+    Text("caption", FormCaption(document_));
+    Number("residual_spacing_um", document_.profiles.residualSpacingUM);
+    if (results.formRemoved) std::visit([this](const auto& fit) { Geometry(fit); }, results.formGeometry);
+    json_.EndObject();
+  }
+
+  void Ranges() {
+    const ProfileSet& profiles = document_.profiles;
+    json_.Key("ranges");
+    json_.BeginObject();
+    Range("compute", profiles.computeRange);
+    Range("primary", profiles.primaryRange);
+    Range("evaluation", profiles.evaluationRange);
+    json_.EndObject();
+  }
+
+  void Flags() {
+    json_.Key("flags");
+    json_.BeginObject();
+    Bool("ls_applied", document_.profiles.lsApplied);
+    Bool("waviness_computed", document_.profiles.wavinessComputed);
+    Bool("spectrum_valid", document_.profiles.spectrum.valid);
+    json_.EndObject();
+  }
+
+  void Parameters() {
+    json_.Key("parameters");
+    json_.BeginArray();
+    for (const ParameterDef& row : document_.catalogue.rows) {
+      if (!row.selected) continue;
+      json_.BeginObject();
+      Text("name", row.name);
+      json_.Key("value");
+      row.valid ? json_.Number(row.value) : json_.Null();
+      Text("unit", PrintedUnit(row.metricUnit));
+      Text("imperial_unit", PrintedUnit(row.imperialUnit));
+      Number("imperial_factor", row.imperialFactor);
+      Bool("valid", row.valid);
+      Text("label", RowLabel(row.name, document_.settings.analysis, document_.settings.display.Metric));
+      VerdictOf(JudgeRow(row));
+      json_.EndObject();
+    }
+    json_.EndArray();
+  }
+
+  void ConfigurableRows() {
+    const AnalysisSettings& settings = document_.settings.analysis;
+    const bool metric = document_.settings.display.Metric;
+    json_.Key("material_ratios");
+    json_.BeginArray();
+    MaterialRatios("Pmr", settings.primaryMaterialRatios, metric);
+    MaterialRatios("Rmr", settings.roughnessMaterialRatios, metric);
+    json_.EndArray();
+    json_.Key("htps");
+    json_.BeginArray();
+    Htps("PHtp", settings.primaryHtps);
+    Htps("RHtp", settings.roughnessHtps);
+    json_.EndArray();
+  }
+
+  /// The core roughness is not computed by this version.
+  void CoreRoughness() {
+    json_.Key("rk");
+    json_.BeginObject();
+    Bool("valid", false);
+    for (const std::string_view name : {"Rk", "Rpk", "Rvk", "Mr1", "Mr2", "upper_line", "lower_line"}) {
+      json_.Key(name);
+      json_.Null();
+    }
+    json_.EndObject();
+  }
+
+  void Profiles() {
+    const ProfileSet& profiles = document_.profiles;
+    json_.Key("profiles");
+    json_.BeginObject();
+    Numbers("raw", profiles.raw);
+    Numbers("form_suppressed", profiles.formSuppressed);
+    Numbers("primary", profiles.primary);
+    Numbers("waviness", profiles.waviness);
+    Numbers("roughness", profiles.roughness);
+    if (!profiles.closing.empty()) Numbers("closing", profiles.closing);
+    if (!profiles.opening.empty()) Numbers("opening", profiles.opening);
+    json_.EndObject();
+    json_.Key("spectrum");
+    json_.BeginObject();
+    Numbers("wavelength_mm", profiles.spectrum.wavelengthMM);
+    Numbers("amplitude_um", profiles.spectrum.amplitudeUM);
+    json_.EndObject();
+  }
+
+  void Number(std::string_view key, double value) {
+    json_.Key(key);
+    json_.Number(value);
+  }
+  void Text(std::string_view key, std::string_view text) {
+    json_.Key(key);
+    json_.Text(Utf8FromWindows1252(text));
+  }
+
+ private:
+  void Geometry(const MeanFit& fit) { Number("mean_um", fit.meanUM); }
+  void Geometry(const LineFit& fit) {
+    Number("slope", fit.slope);
+    Number("intercept_um", fit.interceptUM);
+  }
+  void Geometry(const ArcFit& fit) {
+    Number("radius_um", fit.radiusUM);
+    Number("center_x_um", fit.centerXUM);
+    Number("center_y_um", fit.centerYUM);
+  }
+  void Geometry(const PolynomialFit& fit) { Numbers("coefficients", fit.coefficients); }
+  void Geometry(const FilterFit& fit) {
+    Number("slope", fit.slope);
+    Number("intercept_um", fit.interceptUM);
+  }
+
+  template <typename Rows>
+  void MaterialRatios(std::string_view name, const Rows& rows, bool metric) {
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+      if (rows[i].selected) UncomputedRow(name, i, MaterialRatioLabel(rows[i], metric));
+    }
+  }
+  template <typename Rows>
+  void Htps(std::string_view name, const Rows& rows) {
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+      if (rows[i].selected) UncomputedRow(name, i, HtpLabel(rows[i]));
+    }
+  }
+
+  /// The configurable rows are not computed by this version.
+  void UncomputedRow(std::string_view name, std::size_t row, std::string_view label) {
+    json_.BeginObject();
+    Text("name", name);
+    json_.Key("row");
+    json_.Integer(static_cast<std::int64_t>(row));
+    json_.Key("value");
+    json_.Null();
+    Bool("valid", false);
+    Text("label", label);
+    VerdictOf(std::nullopt);
+    json_.EndObject();
+  }
+
+  void VerdictOf(std::optional<Verdict> verdict) {
+    json_.Key("verdict");
+    if (!verdict) {
+      json_.Null();
+    } else {
+      json_.Text(*verdict == Verdict::kPass ? "PASS" : "FAIL");
+    }
+  }
+  void Range(std::string_view key, const IndexRange& range) {
+    const std::int32_t ends[] = {range.first, range.last, range.count};
+    json_.Key(key);
+    json_.Integers(ends);
+  }
+  void Bool(std::string_view key, bool value) {
+    json_.Key(key);
+    json_.Bool(value);
+  }
+  void Numbers(std::string_view key, std::span<const double> values) {
+    json_.Key(key);
+    json_.Numbers(values);
+  }
+
+  const Document& document_;
+  JsonWriter& json_;
+};
+
+}  // namespace
+
+std::string AnalysisJson(const Document& document, std::string_view file, const std::vector<std::string>& messages,
+                         const AnalysisJsonOptions& options) {
+  JsonWriter json(options.layout);
+  AnalysisJsonWriter writer(document, json);
+  json.BeginObject();
+  json.Key("file");
+  json.Text(file);
+  writer.Text("identification", document.profiles.identification);
+  writer.Text("date", document.profiles.dateTime);
+  writer.Number("spacing_um", document.profiles.spacingUM);
+  json.Key("point_count");
+  json.Integer(document.profiles.pointCount);
+  writer.Number("tip_radius_mm", document.profiles.tipRadiusMM);
+  writer.Form();
+  writer.Ranges();
+  writer.Flags();
+  writer.Parameters();
+  writer.ConfigurableRows();
+  writer.CoreRoughness();
+  json.Key("messages");
+  json.BeginArray();
+  for (const std::string& message : messages) json.Text(Utf8FromWindows1252(message));
+  json.EndArray();
+  if (options.withProfiles) writer.Profiles();
+  json.EndObject();
+  return json.Result();
+}
+
+}  // namespace texturon

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "app/json_writer.h"
+#include "core/document.h"
+
+namespace texturon {
+
+struct AnalysisJsonOptions {
+  JsonWriter::Layout layout = JsonWriter::Layout::kIndented;
+  bool withProfiles = false;
+};
+
+/// The JSON object of one analysed file. `file` is in the system's own bytes, `messages` are Windows-1252.
+std::string AnalysisJson(const Document& document, std::string_view file, const std::vector<std::string>& messages,
+                         const AnalysisJsonOptions& options);
+
+}  // namespace texturon

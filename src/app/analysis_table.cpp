@@ -1,0 +1,171 @@
+#include "app/analysis_table.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "core/captions.h"
+#include "core/charset.h"
+#include "core/number_text.h"
+#include "core/units.h"
+#include "parameters/catalogue.h"
+#include "parameters/labels.h"
+
+namespace texturon {
+namespace {
+
+constexpr std::size_t kLineWidth = 100;
+
+/// Characters shown, not bytes.
+std::size_t ShownWidth(std::string_view utf8) {
+  return static_cast<std::size_t>(
+      std::count_if(utf8.begin(), utf8.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+}
+
+std::string PadRight(std::string text, std::size_t width) {
+  const std::size_t shown = ShownWidth(text);
+  if (shown < width) text.append(width - shown, ' ');
+  return text;
+}
+
+std::string PadLeft(const std::string& text, std::size_t width) {
+  const std::size_t shown = ShownWidth(text);
+  return shown < width ? std::string(width - shown, ' ') + text : text;
+}
+
+void AppendFact(std::string& out, std::string_view title, const std::string& text) {
+  if (text.empty()) return;
+  out += PadRight(std::string(title), 16) + Utf8FromWindows1252(text) + "\n";
+}
+
+std::string LengthText(double lengthMM, bool metric, int decimals) {
+  if (metric) return FixedText(lengthMM, decimals) + " mm";
+  return FixedText(lengthMM * kInchesPerMillimetre, decimals + 1) + " in";
+}
+
+/// "0.000 to 4.000 mm (8000 points)" for a range counted from the first sample.
+std::string RangeText(const IndexRange& range, double spacingUM, bool metric) {
+  const auto at = [spacingUM](std::int32_t i) { return static_cast<double>(i) * spacingUM * kMillimetresPerMicrometre; };
+  return LengthText(at(range.first), metric, 4) + " to " + LengthText(at(range.last), metric, 4) + " (" +
+         IntegerText(range.count) + " points)";
+}
+
+std::string CutoffText(const Document& document) {
+  const AnalysisSettings& settings = document.settings.analysis;
+  const bool metric = document.settings.display.Metric;
+  std::string text = FilterLabel(settings.FilterType) + ", long-wave cutoff " + LengthText(settings.LcCutoffMM, metric, 4);
+  if (document.profiles.lsApplied) {
+    text += ", short-wave cutoff " + LengthText(settings.LsCutoffMM, metric, 4);
+  } else {
+    text += ", no short-wave filter";
+  }
+  return text;
+}
+
+std::string ValueText(const ParameterDef& row, bool metric) {
+  const double value = metric ? row.value : row.value * row.imperialFactor;
+  const int decimals = metric ? row.format.metricDecimals : row.format.imperialDecimals;
+  return row.format.scientific ? ScientificText(value, decimals) : FixedText(value, decimals);
+}
+
+std::string UnitOf(const ParameterDef& row, bool metric) {
+  return Utf8FromWindows1252(PrintedUnit(metric ? row.metricUnit : row.imperialUnit));
+}
+
+void AppendFacts(std::string& out, const Document& document, std::string_view file) {
+  const ProfileSet& profiles = document.profiles;
+  const bool metric = document.settings.display.Metric;
+  out += PadRight("File", 16) + std::string(file) + "\n";
+  AppendFact(out, "Identification", profiles.identification);
+  AppendFact(out, "Date", profiles.dateTime);
+  AppendFact(out, "Record",
+             IntegerText(profiles.pointCount) + " points at " + ShortestText(profiles.spacingUM) + " \xB5m = " +
+                 LengthText(static_cast<double>(profiles.pointCount) * profiles.spacingUM * kMillimetresPerMicrometre,
+                            metric, 4));
+  if (profiles.tipRadiusMM > 0.0) {
+    AppendFact(out, "Stylus tip", FixedText(profiles.tipRadiusMM * kMicrometresPerMillimetre, 2) + " \xB5m radius");
+  }
+  if (!document.results.primaryComputed) return;
+  out += PadRight("Form removed", 16) + Utf8FromWindows1252(FormCaption(document));
+  const std::int32_t requested = document.settings.analysis.FormRemovalType;
+  if (requested != kFormNone && document.results.formApplied == kNoFormApplied) {
+    out += "   (the form asked for, type " + IntegerText(requested) + ", could not be fitted)";
+  }
+  out += "\n";
+  AppendFact(out, "Filter", CutoffText(document));
+  AppendFact(out, "Primary", RangeText(profiles.primaryRange, profiles.spacingUM, metric));
+  AppendFact(out, "Evaluated", RangeText(profiles.evaluationRange, profiles.spacingUM, metric));
+}
+
+void AppendParameters(std::string& out, const Document& document) {
+  const bool metric = document.settings.display.Metric;
+  out += "\n" + PadRight("Parameter", 12) + PadLeft("Value", 16) + "  Unit\n";
+  out += std::string(40, '-') + "\n";
+  std::vector<std::string> undefined;
+  for (const ParameterDef& row : document.catalogue.rows) {
+    if (!row.selected) continue;
+    if (!row.valid) {
+      undefined.push_back(Utf8FromWindows1252(row.name));
+      continue;
+    }
+    std::string line = PadRight(Utf8FromWindows1252(row.name), 12) + PadLeft(ValueText(row, metric), 16) + "  " +
+                       PadRight(UnitOf(row, metric), 5);
+    line += Utf8FromWindows1252(RowLabel(row.name, document.settings.analysis, metric));
+    if (const auto verdict = JudgeRow(row)) line += *verdict == Verdict::kPass ? "   PASS" : "   FAIL";
+    line.erase(line.find_last_not_of(' ') + 1);
+    out += line + "\n";
+  }
+  if (undefined.empty()) return;
+  std::string line = "\nNo value:";
+  for (const std::string& name : undefined) {
+    if (line.size() + 1 + name.size() > kLineWidth) {
+      out += line + "\n";
+      line = "         ";
+    }
+    line += " " + name;
+  }
+  out += line + "\n";
+}
+
+std::string CsvCell(std::string_view bytes) {
+  if (bytes.find_first_of(",\"\r\n") == std::string_view::npos) return std::string(bytes);
+  std::string cell = "\"";
+  for (const char c : bytes) {
+    if (c == '"') cell += '"';
+    cell += c;
+  }
+  return cell + "\"";
+}
+
+}  // namespace
+
+std::string AnalysisTable(const Document& document, std::string_view file) {
+  std::string out;
+  AppendFacts(out, document, file);
+  if (document.results.primaryComputed) AppendParameters(out, document);
+  return out;
+}
+
+std::string CsvHeader(const Document& document) {
+  std::string titles = "File,Identification,Date";
+  std::string units = ",,";
+  for (const ParameterDef& row : document.catalogue.rows) {
+    if (!row.selected) continue;
+    titles += "," + CsvCell(Utf8FromWindows1252(row.name));
+    units += "," + CsvCell(UnitOf(row, document.settings.display.Metric));
+  }
+  return titles + "\n" + units + "\n";
+}
+
+std::string CsvRow(const Document& document, std::string_view file) {
+  std::string line = CsvCell(file) + "," + CsvCell(Utf8FromWindows1252(document.profiles.identification)) + "," +
+                     CsvCell(Utf8FromWindows1252(document.profiles.dateTime));
+  const bool metric = document.settings.display.Metric;
+  for (const ParameterDef& row : document.catalogue.rows) {
+    if (!row.selected) continue;
+    line += ",";
+    if (row.valid) line += ShortestText(metric ? row.value : row.value * row.imperialFactor);
+  }
+  return line + "\n";
+}
+
+}  // namespace texturon

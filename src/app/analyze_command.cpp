@@ -1,0 +1,64 @@
+#include <iostream>
+
+#include "app/analysis_json.h"
+#include "app/analysis_table.h"
+#include "app/commands.h"
+#include "core/pipeline.h"
+#include "core/platform.h"
+
+namespace texturon {
+namespace {
+
+void Print(const Document& document, const std::string& file, const ConsolePrompts& prompts,
+           const AnalyzeOptions& analyze) {
+  switch (analyze.form) {
+    case OutputForm::kTable:
+      std::cout << AnalysisTable(document, file);
+      break;
+    case OutputForm::kCsv:
+      std::cout << CsvRow(document, file);
+      break;
+    case OutputForm::kJson:
+      std::cout << AnalysisJson(document, file, prompts.Messages(),
+                                {.layout = analyze.files.size() > 1 ? JsonWriter::Layout::kOneLine
+                                                                    : JsonWriter::Layout::kIndented,
+                                 .withProfiles = analyze.withProfiles})
+                << "\n";
+      break;
+  }
+}
+
+}  // namespace
+
+int RunAnalyze(const AnalyzeOptions& analyze, const CommonOptions& common) {
+  ConsolePrompts prompts({.answersYes = common.answer == "yes", .isQuiet = common.quiet});
+  const auto setup = PrepareRun(common, prompts);
+  if (!setup) return kExitRefused;
+  const Environment environment = SystemEnvironment();
+  int status = setup->settingsHadProblems ? kExitRefused : kExitDone;
+  if (analyze.form == OutputForm::kCsv) std::cout << CsvHeader(setup->document);
+  bool isFirst = true;
+  for (const std::string& file : analyze.files) {
+    Document document = setup->document;
+    prompts.BeginFile(file);
+    if (!LoadInto(document, file, *setup, prompts)) {
+      status = kExitRefused;
+      continue;
+    }
+    const ComputeOutcome outcome = Compute(document, prompts, environment);
+    if (outcome != ComputeOutcome::kDone) {
+      status = kExitRefused;
+      Complain(file + (outcome == ComputeOutcome::kRefused ? ": not analysed, there are too few points to compute over."
+                                                           : ": not analysed, no primary profile is left."));
+    }
+    if (analyze.form == OutputForm::kTable && !isFirst) std::cout << "\n\n";
+    isFirst = false;
+    Print(document, file, prompts, analyze);
+  }
+  std::cout.flush();
+  if (std::cout) return status;
+  Complain("standard output cannot be written.");
+  return kExitRefused;
+}
+
+}  // namespace texturon

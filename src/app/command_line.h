@@ -1,0 +1,8 @@
+#pragma once
+
+namespace texturon {
+
+/// Parses the command line and runs the command that it names. Returns the exit status.
+int RunCommandLine(int argc, char** argv);
+
+}  // namespace texturon

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "app/run_options.h"
+
+namespace texturon {
+
+enum class OutputForm { kTable, kCsv, kJson };
+
+struct AnalyzeOptions {
+  std::vector<std::string> files;
+  OutputForm form = OutputForm::kTable;
+  bool withProfiles = false;
+};
+
+struct SettingsOptions {
+  std::string checkFile;  ///< empty: list every key
+};
+
+// The commands of the program. Each writes its result to standard output and returns the exit status.
+int RunAnalyze(const AnalyzeOptions& analyze, const CommonOptions& common);
+int RunConvert(const std::string& input, const std::string& output, const CommonOptions& common);
+int RunParameters();
+int RunFormats();
+int RunSettings(const SettingsOptions& options);
+
+}  // namespace texturon

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "app/console_prompts.h"
+#include "core/document.h"
+#include "core/environment.h"
+#include "formats/profile_reader.h"
+
+namespace texturon {
+
+/// Exit statuses of the program.
+enum ExitStatus : int { kExitDone = 0, kExitRefused = 1, kExitUsage = 2 };
+
+/// The common options as the command line gave them. Texts are in the system's own bytes.
+struct CommonOptions {
+  std::string settingsFile;
+  std::vector<std::string> assignments;  ///< SECTION.KEY=VALUE
+  std::string region;                    ///< MODE,START,END,LENGTH
+  std::string exclude;                   ///< FIRST,LAST
+  std::string spacing;
+  std::string answer;
+  std::int32_t profile = 0;  ///< 0: not chosen
+  std::int32_t column = 1;
+  bool imperial = false;
+  bool quiet = false;
+  bool wholeCutoffs = false;
+  bool allDataForForm = false;
+  bool invert = false;
+  bool noTrace = false;
+};
+
+/// A command line that is wrong: exit status 2.
+struct UsageError {
+  std::string text;
+};
+
+/// One region of the command line.
+struct RegionOption {
+  std::int32_t mode = 0;
+  double startMM = 0.0;
+  double endOffsetMM = 0.0;
+  double lengthMM = 0.0;
+};
+std::optional<RegionOption> ParseRegion(const std::string& text);
+
+/// What every command that analyses or reads files starts from.
+struct RunSetup {
+  Document document;  ///< settings in force, no profile
+  ImportOptions import;
+  bool invert = false;
+  bool settingsHadProblems = false;  ///< the settings file held values that do not parse: the exit status says so
+};
+
+/// Builds the start of a run from the options: defaults, settings file, assignments, then what the settings file cannot
+/// carry. Throws UsageError for a wrong option; empty, with one sentence on standard error, for a settings file that
+/// cannot be read.
+std::optional<RunSetup> PrepareRun(const CommonOptions& options, ConsolePrompts& prompts);
+
+/// Loads a file into the document. False, with one sentence on standard error, when it could not be read.
+bool LoadInto(Document& document, const std::string& file, const RunSetup& setup, ConsolePrompts& prompts);
+
+/// Writes one sentence on standard error: "texturon: <text>".
+void Complain(const std::string& text);
+
+}  // namespace texturon

@@ -1,0 +1,179 @@
+#include "parameters/catalogue.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+
+#include "parameters/driver.h"
+#include "parameters/labels.h"
+#include "parameters/suffix_table.h"
+#include "support/near.h"
+
+namespace texturon {
+namespace {
+
+TEST(MasterCatalogue, HasDistinctNamesWhoseSuffixesExist) {
+  std::set<std::string_view> names;
+  for (const MasterRow& row : MasterCatalogue()) {
+    EXPECT_TRUE(names.insert(row.name).second) << row.name;
+    EXPECT_FALSE(row.definition.empty()) << row.name;
+    EXPECT_TRUE(IsMotifName(row.name) || FindSuffix(row.name.substr(1)) != nullptr) << row.name;
+  }
+  EXPECT_EQ(names.size(), 107u);
+  EXPECT_EQ(MasterCatalogue().front().name, "Ft");
+  EXPECT_EQ(MasterCatalogue().back().name, "AW");
+}
+
+TEST(MasterCatalogue, KeepsItsOddUnits) {
+  struct Case {
+    std::string_view name, metric, imperial;
+    double factor;
+  };
+  const Case cases[] = {
+      {"Ra", "\xB5m", "\xB5in", 39.37007874015748}, {"Ra1l", "mm", "in", 39.37007874015748},
+      {"Pm0", "\xB5m2", "\xB5in2", 39.37007874015748}, {"AR", "\xB5m", "\xB5in", 39.37007874015748},
+      {"Rsm", "mm", "in", 0.03937007874015748},        {"Wvda", "mm2", "in2", 0.0015500031000062},
+      {"Rm4", "\xB5m-2", "\xB5in-2", 0.00064516},      {"Rpc", "#/cm", "#/in", 2.54},
+      {"Rmr1", "%%", "%%", 1.0},                       {"Wdq", "\xB0", "\xB0", 1.0},
+  };
+  for (const Case& c : cases) {
+    const MasterRow* row = FindMasterRow(c.name);
+    ASSERT_NE(row, nullptr) << c.name;
+    EXPECT_EQ(row->metricUnit, c.metric) << c.name;
+    EXPECT_EQ(row->imperialUnit, c.imperial) << c.name;
+    EXPECT_EQ(row->imperialFactor, c.factor) << c.name;
+  }
+  EXPECT_EQ(PrintedUnit("%%"), "%");
+}
+
+TEST(WorkingList, GivesUnknownNamesTheUnitOfTheirSuffix) {
+  const std::vector<ParameterSelection> selection = {{.name = "Pdq"}, {.name = "wKU"}, {.name = "Pxyz"}, {.name = ""}};
+  const ParameterCatalogue catalogue = MakeWorkingList(selection);
+  ASSERT_EQ(catalogue.rows.size(), 4u);
+  EXPECT_EQ(catalogue.rows[0].metricUnit, "\xB0");
+  EXPECT_EQ(catalogue.rows[1].metricUnit, "");
+  EXPECT_EQ(catalogue.rows[2].metricUnit, "");
+  EXPECT_EQ(MakeWorkingList(std::vector<ParameterSelection>(200)).rows.size(), 128u);
+}
+
+TEST(ExternalNames, MapBothWaysExceptA2) {
+  const std::pair<const char*, const char*> both[] = {{"Rz", "RzDIN"},   {"RSm", "Rsm"},       {"CV", "Rvo"},
+                                                      {"Mr1", "Rmr1"},   {"Mr2", "Rmr2"},      {"Rpk_Star", "Rpk*"},
+                                                      {"Rvk_Star", "Rvk*"}, {"Ra", "Ra"}};
+  for (const auto& [external, name] : both) {
+    EXPECT_EQ(ExternalToCatalogueName(external), name);
+    EXPECT_EQ(CatalogueToExternalName(name), external);
+  }
+  EXPECT_EQ(ExternalToCatalogueName("A2"), "Rvo");
+  EXPECT_EQ(ExternalToCatalogueName("rz"), "rz");
+  EXPECT_TRUE(IsRkFamily("Rpk/k"));
+  EXPECT_FALSE(IsRkFamily("Rpk"));
+}
+
+TEST(Verdicts, FollowTheLimits) {
+  struct Case {
+    bool toleranced, bilateral;
+    double lower, upper, value;
+    std::optional<Verdict> verdict;
+  };
+  const Case cases[] = {
+      {false, false, 0, 1, 5, std::nullopt},    {true, false, 0, 1, 1, Verdict::kPass},
+      {true, false, 0, 1, 1.001, Verdict::kFail}, {true, false, 0, 0, 9, Verdict::kPass},
+      {true, true, 0, 0, 9, Verdict::kPass},    {true, true, 1, 2, 0.5, Verdict::kFail},
+      {true, true, 1, 2, 2.5, Verdict::kFail},  {true, true, 1, 2, 2.0, Verdict::kPass},
+      {true, true, -1, 0, 0.5, Verdict::kFail},
+  };
+  for (const Case& c : cases) {
+    const Tolerance tolerance{
+        .toleranced = c.toleranced, .bilateral = c.bilateral, .upperLimit = c.upper, .lowerLimit = c.lower};
+    EXPECT_EQ(JudgeValue(c.value, tolerance), c.verdict) << c.value << " in " << c.lower << " to " << c.upper;
+  }
+}
+
+TEST(Labels, ShowTheSettingBehindTheValue) {
+  AnalysisSettings settings;
+  settings.ClosingRadiusForWvoid = 0.5;
+  settings.OpeningRadiusForWcvx = 20.0;
+  settings.RoughnessPcLevel = 1.0;
+  struct Case {
+    std::string_view name, metric, imperial;
+  };
+  const Case cases[] = {
+      {"Wvdd", "   (Radius: 500.00 \xB5m)", "   (Radius: 0.0 in)"},
+      {"wcvx", "   (Radius: 20.00 mm)", "   (Radius: 0.8 in)"},
+      {"Rc", "   (z%: 10 l%: 1)", "   (z%: 10 l%: 1)"},
+      {"Psm", "   (z: 10 %    l: 1 %)", "   (z: 10 %    l: 1 %)"},
+      {"Rpc", "   (+/- 0.500 \xB5m)", "   (+/- 20 \xB5in)"},
+      {"Weslp", "   (Window: 0.250 mm)", "   (Window: 0.010 in)"},
+      {"Wsegl", "   (Segment: 2.5 mm)", "   (Segment: 0 in)"},
+      {"Ra", "", ""},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(RowLabel(c.name, settings, true), c.metric);
+    EXPECT_EQ(RowLabel(c.name, settings, false), c.imperial);
+  }
+  settings.ClosingRadiusForWvoid = 1000.0;
+  EXPECT_EQ(RowLabel("Wvoid", settings, true), "   (Radius: 1.00 m)");
+  const MaterialRatioRow mean{.meanReferenced = true, .depthUM = -0.5};
+  EXPECT_EQ(MaterialRatioLabel(mean, true), "   (Mean - 0.5 \xB5m)");
+  EXPECT_EQ(MaterialRatioLabel(mean, false), "   (Mean - 20 \xB5in)");
+  EXPECT_EQ(MaterialRatioLabel({.depthUM = 1.5, .offsetPercent = 2.0}, true), "   (1.50 \xB5m  2.0 %)");
+  EXPECT_EQ(HtpLabel({.upperPercent = 50.0, .lowerPercent = 10.0}), "   (10.0%,  50.0%)");
+}
+
+class Driver : public ::testing::Test {
+ protected:
+  DriverReport Run(const std::vector<std::string>& names) {
+    catalogue_ = {};
+    for (const std::string& name : names) catalogue_.rows.push_back({.name = name, .value = 77.0});
+    return ComputeParameters(catalogue_, {.settings = settings_,
+                                          .formSuppressed = {},
+                                          .primary = View(primary_, ProfileKind::kPrimary),
+                                          .waviness = View(waviness_, ProfileKind::kWaviness),
+                                          .roughness = View(roughness_, ProfileKind::kRoughness)});
+  }
+  static std::optional<Profile> View(const std::vector<double>& z, ProfileKind kind) {
+    return Profile{kind, z, IndexRange::FromCount(0, static_cast<std::int32_t>(z.size())), 100.0};
+  }
+
+  AnalysisSettings settings_;
+  std::vector<double> primary_ = std::vector<double>(60, 1.0);
+  std::vector<double> waviness_ = std::vector<double>(60, 2.0);
+  std::vector<double> roughness_ = std::vector<double>(60, 3.0);
+  ParameterCatalogue catalogue_;
+};
+
+TEST_F(Driver, ChoosesProfileAndRoutineWithoutRegardToCase) {
+  Run({"Pa", "wA", "rA", "RQ"});
+  const double expected[] = {1.0, 2.0, 3.0, 3.0};
+  for (std::size_t i = 0; i < 4; ++i) {
+    EXPECT_TRUE(catalogue_.rows[i].valid);
+    EXPECT_TRUE(Near(catalogue_.rows[i].value, expected[i], 1e-12)) << catalogue_.rows[i].name;
+  }
+}
+
+TEST_F(Driver, ReportsUnknownNamesAndSkipsQuietly) {
+  catalogue_.rows.clear();
+  const DriverReport report = Run({"Xa", "Rnone", "special", "Ft", "R", "RA"});
+  EXPECT_EQ(report.messages, (std::vector<std::string>{"Xa - Unknown profile", "Rnone - Unknown parameter"}));
+  for (std::size_t i = 0; i < 5; ++i) EXPECT_FALSE(catalogue_.rows[i].valid) << catalogue_.rows[i].name;
+  EXPECT_EQ(catalogue_.rows[3].value, 77.0) << "a skipped row keeps what it held";
+  EXPECT_TRUE(catalogue_.rows[5].valid);
+}
+
+TEST_F(Driver, ZeroesARowThatFails) {
+  Run({"R3z"});
+  EXPECT_FALSE(catalogue_.rows[0].valid);
+  EXPECT_EQ(catalogue_.rows[0].value, 0.0);
+}
+
+TEST_F(Driver, NamesTheHeightsThatTheElementFinderSawLast) {
+  EXPECT_FALSE(Run({"Ra"}).elementHeights.has_value());
+  const DriverReport report = Run({"Rsm", "Psm", "Rc", "Wa"});
+  ASSERT_TRUE(report.elementHeights.has_value());
+  EXPECT_EQ(report.elementHeights->data(), roughness_.data());
+}
+
+}  // namespace
+}  // namespace texturon
