@@ -11,7 +11,7 @@ namespace texturon {
 namespace {
 
 class AnalysisJsonWriter {
- public:
+public:
   AnalysisJsonWriter(const Document& document, JsonWriter& json) : document_(document), json_(json) {}
 
   void Form() {
@@ -122,7 +122,7 @@ class AnalysisJsonWriter {
     json_.Text(Utf8FromWindows1252(text));
   }
 
- private:
+private:
   void Geometry(const MeanFit& fit) { Number("mean_um", fit.meanUM); }
   void Geometry(const LineFit& fit) {
     Number("slope", fit.slope);
@@ -130,11 +130,11 @@ class AnalysisJsonWriter {
   }
   void Geometry(const ArcFit& fit) {
     Number("radius_um", fit.radiusUM);
-    Number("center_x_um", fit.centerXUM);
-    Number("center_y_um", fit.centerYUM);
+    Number("center_x_um", fit.centreXUM);
+    Number("center_y_um", fit.centreYUM);
   }
   void Geometry(const PolynomialFit& fit) { Numbers("coefficients", fit.coefficients); }
-  void Geometry(const FilterFit& fit) {
+  void Geometry(const FilterFormFit& fit) {
     Number("slope", fit.slope);
     Number("intercept_um", fit.interceptUM);
   }

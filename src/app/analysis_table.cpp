@@ -44,7 +44,9 @@ std::string LengthText(double lengthMM, bool metric, int decimals) {
 
 /// "0.000 to 4.000 mm (8000 points)" for a range counted from the first sample.
 std::string RangeText(const IndexRange& range, double spacingUM, bool metric) {
-  const auto at = [spacingUM](std::int32_t i) { return static_cast<double>(i) * spacingUM * kMillimetresPerMicrometre; };
+  const auto at = [spacingUM](std::int32_t i) {
+    return static_cast<double>(i) * spacingUM * kMillimetresPerMicrometre;
+  };
   return LengthText(at(range.first), metric, 4) + " to " + LengthText(at(range.last), metric, 4) + " (" +
          IntegerText(range.count) + " points)";
 }
@@ -52,7 +54,8 @@ std::string RangeText(const IndexRange& range, double spacingUM, bool metric) {
 std::string CutoffText(const Document& document) {
   const AnalysisSettings& settings = document.settings.analysis;
   const bool metric = document.settings.display.Metric;
-  std::string text = FilterLabel(settings.FilterType) + ", long-wave cutoff " + LengthText(settings.LcCutoffMM, metric, 4);
+  std::string text =
+      FilterLabel(settings.FilterType) + ", long-wave cutoff " + LengthText(settings.LcCutoffMM, metric, 4);
   if (document.profiles.lsApplied) {
     text += ", short-wave cutoff " + LengthText(settings.LsCutoffMM, metric, 4);
   } else {

@@ -10,8 +10,8 @@ namespace texturon {
 /// The result of one file for people, UTF-8: what was measured, what was taken out, and the parameters one a line.
 std::string AnalysisTable(const Document& document, std::string_view file);
 
-/// The results of several files for spreadsheets, UTF-8: titles, units, then one line a file. Values are the shortest text
-/// that reads back to the same double; a row that could not be computed leaves its cell empty.
+/// The results of several files for spreadsheets, UTF-8: titles, units, then one line a file. Values are the shortest
+/// text that reads back to the same double; a row that could not be computed leaves its cell empty.
 std::string CsvHeader(const Document& document);
 std::string CsvRow(const Document& document, std::string_view file);
 

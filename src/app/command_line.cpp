@@ -1,12 +1,11 @@
 #include "app/command_line.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
 #include <iostream>
 #include <string>
 #include <string_view>
-
-#include <CLI/CLI.hpp>
 
 #include "app/commands.h"
 #include "core/text.h"
@@ -14,7 +13,7 @@
 namespace texturon {
 namespace {
 
-constexpr std::array<std::string_view, 10> kCommands = {"analyze", "inspect", "export",     "convert", "batch",
+constexpr std::array<std::string_view, 10> kCommands = {"analyze", "inspect", "export",     "convert",  "batch",
                                                         "watch",   "formats", "parameters", "settings", "help"};
 
 /// The headless batch contract: a plan as first argument, or three arguments whose first is no command.
@@ -26,7 +25,8 @@ bool IsBatchContract(int argc, char** argv) {
       EqualIgnoringCase(first.substr(first.size() - kPlanExtension.size()), kPlanExtension)) {
     return true;
   }
-  return argc == 4 && !first.starts_with('-') && std::find(kCommands.begin(), kCommands.end(), first) == kCommands.end();
+  return argc == 4 && !first.starts_with('-') &&
+         std::find(kCommands.begin(), kCommands.end(), first) == kCommands.end();
 }
 
 void AddSettingsOptions(CLI::App& command, CommonOptions& options) {
@@ -52,9 +52,10 @@ void AddFileOptions(CLI::App& command, CommonOptions& options) {
 }
 
 void AddComputeOptions(CLI::App& command, CommonOptions& options) {
-  command.add_option("--region", options.region,
-                     "compute over a region: mode (0 start, 1 start and length, 2 end, 3 end and length, 4 start and "
-                     "end) and the three lengths in mm")
+  command
+      .add_option("--region", options.region,
+                  "compute over a region: mode (0 start, 1 start and length, 2 end, 3 end and length, 4 start and "
+                  "end) and the three lengths in mm")
       ->type_name("MODE,START,END,LENGTH");
   command.add_flag("--whole-cutoffs", options.wholeCutoffs, "evaluate a whole number of long-wave cutoffs");
   command.add_option("--exclude", options.exclude, "samples that the form fit leaves out, from 0")

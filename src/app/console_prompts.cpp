@@ -12,7 +12,7 @@ namespace {
 
 /// A bar on one line of the terminal, wiped when the work is over.
 class BarProgress : public Progress {
- public:
+public:
   explicit BarProgress(std::string title) : title_(std::move(title)) {}
   ~BarProgress() override { std::cerr << '\r' << std::string(title_.size() + kWidth + 10, ' ') << '\r' << std::flush; }
   BarProgress(const BarProgress&) = delete;
@@ -25,7 +25,7 @@ class BarProgress : public Progress {
     return true;
   }
 
- private:
+private:
   static constexpr std::size_t kWidth = 30;
   std::string title_;
 };

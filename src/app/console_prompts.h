@@ -11,7 +11,7 @@ namespace texturon {
 /// of the file at hand, questions are answered as the command line said, presets are taken, and progress is a bar where
 /// standard error is a terminal.
 class ConsolePrompts : public Prompts {
- public:
+public:
   struct Manner {
     bool answersYes = false;
     bool isQuiet = false;  ///< shows neither messages nor progress
@@ -35,7 +35,7 @@ class ConsolePrompts : public Prompts {
   std::unique_ptr<Progress> OpenProgress(std::string_view caption, std::string_view text) override;
   void SetBusy(bool busy) override;
 
- private:
+private:
   void WriteLine(std::string_view text) const;
 
   Manner manner_;

@@ -12,7 +12,7 @@ namespace texturon {
 /// Writes one JSON value, number by number, without building a tree: profiles have millions of numbers. Numbers are the
 /// shortest text that reads back to the same double; what is not finite is null.
 class JsonWriter {
- public:
+public:
   /// On several lines for people, or on one.
   enum class Layout { kIndented, kOneLine };
 
@@ -37,7 +37,7 @@ class JsonWriter {
 
   const std::string& Result() const { return text_; }
 
- private:
+private:
   void Open(char bracket);
   void Close(char bracket);
   void BeforeValue();

@@ -9,7 +9,7 @@ namespace {
 
 /// Writes the geometry of each form in the units in force.
 class CaptionWriter {
- public:
+public:
   CaptionWriter(bool metric, const AnalysisSettings& settings) : metric_(metric), settings_(settings) {}
 
   std::string operator()(const MeanFit& fit) const { return "Form: Datum   (Mean: " + Height(fit.meanUM) + ")"; }
@@ -26,14 +26,15 @@ class CaptionWriter {
       case 3:
         return "Form: Parabola";
       default:
-        return "Form: Polynomial   (Order: " + IntegerText(static_cast<std::int64_t>(fit.coefficients.size()) - 1) + ")";
+        return "Form: Polynomial   (Order: " + IntegerText(static_cast<std::int64_t>(fit.coefficients.size()) - 1) +
+               ")";
     }
   }
-  std::string operator()(const FilterFit& /*fit*/) const {
+  std::string operator()(const FilterFormFit& /*fit*/) const {
     return "Form: Spline Gaussian Filter (Cutoff: " + Length(settings_.FormFilterCutoffMM) + ")";
   }
 
- private:
+private:
   std::string Line(double slope, double interceptUM) const {
     return "Form: LS Line   (Slope: " + FixedText(slope, 3) + "  Intercept: " + Height(interceptUM) + ")";
   }

@@ -54,8 +54,8 @@ RangeOrMessage RegionRange(const Document& document) {
   return resolved;
 }
 
-/// Where the apex lies before any asphere is fitted, in um from the first sample: the centre of the least-squares arc, or
-/// the middle of the record.
+/// Where the apex lies before any asphere is fitted, in um from the first sample: the centre of the least-squares arc,
+/// or the middle of the record.
 double PreliminaryApex(const Document& document) {
   const ProfileSet& profiles = document.profiles;
   const AnalysisSettings& settings = document.settings.analysis;
@@ -65,7 +65,7 @@ double PreliminaryApex(const Document& document) {
                         .spacingUM = profiles.spacingUM,
                         .step = FormThinningStep(settings, profiles.pointCount, profiles.spacingUM)};
   const auto arc = FitArc(input, {form, residual});
-  return arc ? arc->centerXUM : static_cast<double>(profiles.pointCount) * profiles.spacingUM * 0.5;
+  return arc ? arc->centreXUM : static_cast<double>(profiles.pointCount) * profiles.spacingUM * 0.5;
 }
 
 RangeOrMessage ClearApertureRange(Document& document) {

@@ -22,8 +22,9 @@ struct ComputeRange {
 /// A range, or the message that refuses it.
 using RangeOrMessage = std::variant<ComputeRange, std::string_view>;
 
-/// Makes the evaluation length a whole number of long-wave cutoffs, when the document asks for it: sets the region (mode 1
-/// from the start, k cutoffs and the two discarded ends) and the end discard in force. A cutoff of 0 or less: no region.
+/// Makes the evaluation length a whole number of long-wave cutoffs, when the document asks for it: sets the region
+/// (mode 1 from the start, k cutoffs and the two discarded ends) and the end discard in force. A cutoff of 0 or less:
+/// no region.
 void ApplyWholeCutoffs(Document& document);
 
 /// Resolves clear aperture, region or whole record into indices. The whole record forgets the document's exclusion.

@@ -20,7 +20,7 @@ namespace texturon {
 inline constexpr std::int32_t kNoFormApplied = -99;
 
 /// The geometry that form removal took out, in the terms of the routine that did it.
-using FormGeometry = std::variant<MeanFit, LineFit, ArcFit, PolynomialFit, FilterFit>;
+using FormGeometry = std::variant<MeanFit, LineFit, ArcFit, PolynomialFit, FilterFormFit>;
 
 /// Heights of a profile from the highest to the lowest; point i has the material ratio i x 100 / n percent.
 struct HeightCurve {
@@ -69,8 +69,8 @@ struct Document {
   bool excludeSet = false;
   std::int32_t excludeFirst = -1;  ///< absolute sample indices
   std::int32_t excludeLast = -1;
-  bool quietMode = false;         ///< nobody watches: no wait cursor, and the messages that say so are not shown
-  bool writesTraceFile = true;    ///< the heights given to the profile-element finder go to a side file
+  bool quietMode = false;       ///< nobody watches: no wait cursor, and the messages that say so are not shown
+  bool writesTraceFile = true;  ///< the heights given to the profile-element finder go to a side file
 
   AnalysisResults results;
 };
@@ -87,8 +87,8 @@ void SetProfile(Document& document, ProfileSet profiles);
 /// Turns the measured record upside down.
 void InvertProfile(ProfileSet& profiles);
 
-/// Leaves the samples [first, last] out of the form fit. Where no region is in force the whole record becomes one, because
-/// a computation over the plain record forgets the exclusion.
+/// Leaves the samples [first, last] out of the form fit. Where no region is in force the whole record becomes one,
+/// because a computation over the plain record forgets the exclusion.
 void ExcludeFromForm(Document& document, std::int32_t first, std::int32_t last);
 
 }  // namespace texturon

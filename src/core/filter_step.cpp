@@ -17,9 +17,6 @@
 namespace texturon {
 namespace {
 
-/// Tension at which the spline filter's transmission comes closest to the Gaussian one.
-constexpr double kShortWaveTension = 0.625242;
-
 template <typename Values>
 auto Part(Values& values, const IndexRange& range) {
   return std::span(values).subspan(static_cast<std::size_t>(range.first), static_cast<std::size_t>(range.count));
@@ -39,7 +36,7 @@ void FilterShortWaves(Document& document) {
   const auto target = Part(profiles.primary, profiles.computeRange);
   profiles.primaryRange = profiles.computeRange;
   if (cutoffMM > 0.0) {
-    const auto valid = SplineFilter(source, target, profiles.residualSpacingUM, cutoffMM, kShortWaveTension);
+    const auto valid = SplineFilter(source, target, profiles.residualSpacingUM, cutoffMM, kGaussianLikeTension);
     if (valid) {
       profiles.lsApplied = true;
       profiles.primaryRange = valid->ShiftedBy(profiles.computeRange.first);
@@ -71,8 +68,8 @@ std::optional<IndexRange> FilterLongWaves(Document& document, Prompts& prompts) 
   }
 }
 
-/// Trims both ends by the discard in force, if that takes more than the filter itself did and leaves enough. The lengths
-/// of the fixed kinds are written back into the settings.
+/// Trims both ends by the discard in force, if that takes more than the filter itself did and leaves enough. The
+/// lengths of the fixed kinds are written back into the settings.
 IndexRange DiscardEnds(const IndexRange& filtered, std::int32_t primaryCount, double spacingUM,
                        AnalysisSettings& settings) {
   if (settings.UserDiscardType <= kDiscardNone) return filtered;
@@ -114,9 +111,9 @@ bool FilterStep(Document& document, Prompts& prompts) {
   results.primaryComputed = true;
 
   if (const auto filtered = FilterLongWaves(document, prompts)) {
-    profiles.evaluationRange = DiscardEnds(*filtered, profiles.primaryRange.count, profiles.residualSpacingUM,
-                                           document.settings.analysis)
-                                   .ShiftedBy(profiles.primaryRange.first);
+    profiles.evaluationRange =
+        DiscardEnds(*filtered, profiles.primaryRange.count, profiles.residualSpacingUM, document.settings.analysis)
+            .ShiftedBy(profiles.primaryRange.first);
     const IndexRange& range = profiles.evaluationRange;
     for (auto i = static_cast<std::size_t>(range.first); i <= static_cast<std::size_t>(range.last); ++i) {
       profiles.roughness[i] = profiles.primary[i] - profiles.waviness[i];

@@ -34,11 +34,11 @@ bool ApplyRequestedForm(Document& document, const FormInput& input, const FormOu
       return Apply(document, input, output, FitArc);
     case kFormPolynomial:
       return Apply(document, input, output, [order = settings.PolynomialOrder](const auto& in, const auto& out) {
-        return FitPolynomial(in, out, order);
+        return FitPolynomial(in, order, out);
       });
     case kFormFilter:
       return Apply(document, input, output, [cutoffMM = settings.FormFilterCutoffMM](const auto& in, const auto& out) {
-        return RemoveFormByFilter(in, out, cutoffMM);
+        return RemoveFormByFilter(in, cutoffMM, out);
       });
     default:
       return false;
@@ -52,16 +52,15 @@ void RemoveForm(Document& document, const ComputeRange& compute) {
   AnalysisResults& results = document.results;
   const AnalysisSettings& settings = document.settings.analysis;
 
-  const IndexRange fitted =
-      document.useAllDataForForm ? IndexRange::FromCount(0, profiles.pointCount) : compute.range;
+  const IndexRange fitted = document.useAllDataForForm ? IndexRange::FromCount(0, profiles.pointCount) : compute.range;
   const auto first = static_cast<std::size_t>(fitted.first);
   const auto count = static_cast<std::size_t>(fitted.count);
-  const FormInput input{.heights = std::span(profiles.raw).subspan(first, count),
-                        .spacingUM = profiles.spacingUM,
-                        .step = FormThinningStep(settings, compute.range.count, profiles.spacingUM),
-                        .exclusion = document.useAllDataForForm ? std::nullopt
-                                                                : RelativeExclusion(compute.exclusion, fitted.first),
-                        .residual = ResidualKindOf(settings.ResidualType)};
+  const FormInput input{
+      .heights = std::span(profiles.raw).subspan(first, count),
+      .spacingUM = profiles.spacingUM,
+      .step = FormThinningStep(settings, compute.range.count, profiles.spacingUM),
+      .exclusion = document.useAllDataForForm ? std::nullopt : RelativeExclusion(compute.exclusion, fitted.first),
+      .residual = ResidualKindOf(settings.ResidualType)};
   const FormOutput output{.form = std::span(profiles.form).subspan(first, count),
                           .residual = std::span(profiles.formSuppressed).subspan(first, count)};
 

@@ -40,10 +40,9 @@ bool IsDigit(char c) {
   return c >= '0' && c <= '9';
 }
 
-int HexDigit(char c) {
-  if (IsDigit(c)) return c - '0';
+bool IsHexDigit(char c) {
   const char lower = static_cast<char>(c | 0x20);
-  return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
+  return IsDigit(c) || (lower >= 'a' && lower <= 'f');
 }
 
 std::size_t CountWhiteSpace(std::string_view text) {
@@ -80,27 +79,35 @@ bool IsTooLarge(std::string_view digits, char exponentLetter, bool hex) {
   return place + exponent > 0;
 }
 
+// Hexadecimal digits up to an exponent with two signs: the standard library's reader would take "p+-1" for an exponent.
+std::string_view CutAtDoubleSign(std::string_view digits) {
+  const std::size_t exponent = digits.find_first_not_of("0123456789abcdefABCDEF.");
+  if (exponent == std::string_view::npos || (digits[exponent] | 0x20) != 'p') return digits;
+  return digits.substr(exponent + 1, 2) == "+-" ? digits.substr(0, exponent) : digits;
+}
+
+std::size_t HexPrefixLength(std::string_view text) {
+  if (text.size() < 3 || text[0] != '0' || (text[1] | 0x20) != 'x') return 0;
+  const std::size_t digit = text[2] == '.' ? 3 : 2;
+  return digit < text.size() && IsHexDigit(text[digit]) ? 2 : 0;
+}
+
 // Reads digits without sign or white space. Length 0: none.
 ParsedDouble ParseMagnitude(std::string_view text) {
-  const char* const begin = text.data();
-  std::size_t prefix = 0;
-  auto format = std::chars_format::general;
-  if (text.size() > 2 && text[0] == '0' && (text[1] | 0x20) == 'x') {
-    const std::size_t digit = text[2] == '.' ? 3 : 2;
-    if (digit < text.size() && HexDigit(text[digit]) >= 0) {
-      prefix = 2;
-      format = std::chars_format::hex;
-    }
-  }
+  const std::size_t prefix = HexPrefixLength(text);
+  const bool hex = prefix != 0;
+  std::string_view digits = text.substr(prefix);
+  if (hex) digits = CutAtDoubleSign(digits);
   ParsedDouble result;
-  const auto parsed = std::from_chars(begin + prefix, begin + text.size(), result.value, format);
+  const auto parsed = std::from_chars(digits.data(), digits.data() + digits.size(), result.value,
+                                      hex ? std::chars_format::hex : std::chars_format::general);
   if (parsed.ec == std::errc::invalid_argument) return {};
-  result.length = static_cast<std::size_t>(parsed.ptr - begin);
+  const auto used = static_cast<std::size_t>(parsed.ptr - digits.data());
   if (parsed.ec == std::errc::result_out_of_range) {
-    const bool hex = prefix != 0;
-    const bool tooLarge = IsTooLarge(text.substr(prefix, result.length - prefix), hex ? 'p' : 'e', hex);
+    const bool tooLarge = IsTooLarge(digits.substr(0, used), hex ? 'p' : 'e', hex);
     result.value = tooLarge ? std::numeric_limits<double>::infinity() : 0.0;
   }
+  result.length = prefix + used;
   return result;
 }
 

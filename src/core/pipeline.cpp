@@ -18,7 +18,7 @@ namespace {
 
 /// The wait cursor for as long as it lives; none where nobody watches.
 class BusyScope {
- public:
+public:
   BusyScope(Prompts& prompts, bool isQuiet) : prompts_(isQuiet ? nullptr : &prompts) {
     if (prompts_ != nullptr) prompts_->SetBusy(true);
   }
@@ -28,7 +28,7 @@ class BusyScope {
   BusyScope(const BusyScope&) = delete;
   BusyScope& operator=(const BusyScope&) = delete;
 
- private:
+private:
   Prompts* prompts_;
 };
 
@@ -51,7 +51,8 @@ void ComputeHeightCurves(Document& document) {
   }
 }
 
-/// The heights that the profile-element finder was given last, one a line. A file that cannot be written is done without.
+/// The heights that the profile-element finder was given last, one a line. A file that cannot be written is done
+/// without.
 void WriteTraceFile(std::span<const double> heightsUM, const Environment& environment) {
   std::string text;
   text.reserve(heightsUM.size() * 12);
@@ -68,13 +69,12 @@ void ComputeSelectedParameters(Document& document, Prompts& prompts, const Envir
   const auto viewIf = [&profiles](bool exists, ProfileKind kind) {
     return exists ? std::optional(profiles.View(kind)) : std::nullopt;
   };
-  const DriverReport report =
-      ComputeParameters(document.catalogue,
-                        {.settings = document.settings.analysis,
-                         .formSuppressed = viewIf(results.formRemoved, ProfileKind::kFormSuppressed),
-                         .primary = viewIf(results.primaryComputed, ProfileKind::kPrimary),
-                         .waviness = viewIf(profiles.wavinessComputed, ProfileKind::kWaviness),
-                         .roughness = viewIf(results.roughnessComputed, ProfileKind::kRoughness)});
+  const DriverReport report = ComputeParameters(
+      document.catalogue, {.settings = document.settings.analysis,
+                           .formSuppressed = viewIf(results.formRemoved, ProfileKind::kFormSuppressed),
+                           .primary = viewIf(results.primaryComputed, ProfileKind::kPrimary),
+                           .waviness = viewIf(profiles.wavinessComputed, ProfileKind::kWaviness),
+                           .roughness = viewIf(results.roughnessComputed, ProfileKind::kRoughness)});
   if (!document.quietMode) {
     for (const std::string& message : report.messages) prompts.ShowMessage(message);
   }

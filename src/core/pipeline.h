@@ -16,8 +16,8 @@ enum class ComputeOutcome {
 
 /// Turns the measured record into every derived profile, curve and parameter: chooses the compute range, takes the form
 /// out, filters, makes the spectrum and the height curves and computes the selected rows of the working list. Reads the
-/// document's settings and writes its profiles, ranges and results; the end discards of fixed kind are written back into
-/// the settings. The environment names the folder of the trace file.
+/// document's settings and writes its profiles, ranges and results; the end discards of fixed kind are written back
+/// into the settings. The environment names the folder of the trace file.
 ComputeOutcome Compute(Document& document, Prompts& prompts, const Environment& environment);
 
 }  // namespace texturon

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "core/prompts.h"
 #include "core/profile_set.h"
+#include "core/prompts.h"
 #include "formats/profile_reader.h"
 
 namespace texturon {
@@ -24,8 +24,8 @@ struct ImportOutcome {
 };
 
 /// Reads a profile file with the reader, or the chain of readers, that its extension stands for. A chain ends with the
-/// first that reads; one that recognises and refuses does not end it. Commas of identification and date become semicolons.
-/// A spacing that is not above 0 refuses the file.
+/// first that reads; one that recognises and refuses does not end it. Commas of identification and date become
+/// semicolons. A spacing that is not above 0 refuses the file.
 ImportOutcome LoadProfileFile(const std::filesystem::path& path, const ImportOptions& options, Prompts& prompts);
 
 /// The measured record of a loaded file. `sourcePath` is the text that outputs show.

@@ -17,9 +17,9 @@
 namespace texturon {
 namespace {
 
-constexpr std::size_t kTextLimit = 254;       // characters of identification and date
-constexpr std::size_t kLineLimit = 36'000;    // characters of a table's line
-constexpr std::size_t kRowsThatAgree = 10;    // rows of a table that must have the same number of fields
+constexpr std::size_t kTextLimit = 254;     // characters of identification and date
+constexpr std::size_t kLineLimit = 36'000;  // characters of a table's line
+constexpr std::size_t kRowsThatAgree = 10;  // rows of a table that must have the same number of fields
 
 struct Header {
   std::string identification;
@@ -165,7 +165,8 @@ ReadResult ReadNativeHeaderWithTable(const ReaderInput& input, ImportedProfile& 
 std::string NativeProfileText(std::span<const double> heightsUM, double spacingUM, std::string_view identification,
                               const std::tm& savedAt) {
   std::string name(identification);
-  std::replace_if(name.begin(), name.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
+  std::replace_if(
+      name.begin(), name.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
   std::string text;
   text.reserve(200 + name.size() + heightsUM.size() * 15);
   text += "Lumetrace_Data 1.0\r\nIDENTIFICATION: " + name + "\r\nDATE: " + DateText(savedAt) + "\r\nSPACING_UM: ";

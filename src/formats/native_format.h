@@ -13,12 +13,12 @@ namespace texturon {
 
 // The program's own text format: a keyword header (identification, date, spacing, count) and one height in um a line.
 
-/// Reads ".lmt". Keywords are compared without regard to case, heights are separated by any white space. A height that is
-/// no number, or not finite, ends the conversion: it and all after it are 0, and a notice says so.
+/// Reads ".lmt". Keywords are compared without regard to case, heights are separated by any white space. A height that
+/// is no number, or not finite, ends the conversion: it and all after it are 0, and a notice says so.
 ReadResult ReadNativeProfile(const ReaderInput& input, ImportedProfile& profile);
 
-/// Reads ".LMTH": the same header without heights, which stand in the tab-separated table with the ending ".LMTd" beside
-/// it, one row a point. Asks for the column.
+/// Reads ".LMTH": the same header without heights, which stand in the tab-separated table with the ending ".LMTd"
+/// beside it, one row a point. Asks for the column.
 ReadResult ReadNativeHeaderWithTable(const ReaderInput& input, ImportedProfile& profile);
 
 /// The bytes of a ".lmt" file. Heights and spacing keep six decimals; line ends are CR LF; line breaks inside the
@@ -33,8 +33,8 @@ struct NativeProfileToWrite {
   std::tm savedAt{};
 };
 
-/// Writes a ".lmt" file; `path` gets that extension whatever it had. Shows "Could not write file." and returns false when
-/// it cannot be created; a file that stood there before is then unharmed.
+/// Writes a ".lmt" file; `path` gets that extension whatever it had. Shows "Could not write file." and returns false
+/// when it cannot be created; a file that stood there before is then unharmed.
 bool WriteNativeProfile(std::filesystem::path& path, const NativeProfileToWrite& profile, Prompts& prompts);
 
 }  // namespace texturon

@@ -35,8 +35,8 @@ struct ReaderInput {
   Prompts& prompts;
 };
 
-/// How a read ended. A reader that does not recognise its input stays silent, so that the next of a chain may try; one that
-/// recognises a damaged file has shown its message box. `reason` says for people what was wrong and where.
+/// How a read ended. A reader that does not recognise its input stays silent, so that the next of a chain may try; one
+/// that recognises a damaged file has shown its message box. `reason` says for people what was wrong and where.
 struct ReadResult {
   enum class Status { kRead, kNotRecognised, kRefused };
   Status status = Status::kNotRecognised;

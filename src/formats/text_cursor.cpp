@@ -15,7 +15,8 @@ constexpr bool IsWhiteSpace(char c) {
 
 std::size_t TextCursor::Line() const {
   const std::size_t end = std::min(position_, text_.size());
-  return 1 + static_cast<std::size_t>(std::count(text_.begin(), text_.begin() + static_cast<std::ptrdiff_t>(end), '\n'));
+  return 1 +
+         static_cast<std::size_t>(std::count(text_.begin(), text_.begin() + static_cast<std::ptrdiff_t>(end), '\n'));
 }
 
 void TextCursor::SkipWhiteSpace() {

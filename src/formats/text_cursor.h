@@ -10,7 +10,7 @@ namespace texturon {
 
 /// Walks through a text token by token as C stream input does. CR LF counts as one character, a line feed.
 class TextCursor {
- public:
+public:
   explicit TextCursor(std::string_view text) : text_(text) {}
 
   bool AtEnd() const { return position_ >= text_.size(); }
@@ -30,7 +30,7 @@ class TextCursor {
   std::optional<std::int32_t> Integer();
   void SkipWhiteSpace();
 
- private:
+private:
   std::string_view text_;
   std::size_t position_ = 0;
 };

@@ -102,6 +102,7 @@ TEST(NumberText, ReadingDoubles) {
       {"0x-1", 0.0, 1},
       {"0xg", 0.0, 1},
       {"0x1p", 1.0, 3},
+      {"0x1p+-1", 1.0, 3},
       {"0x1p-1075", 0.0, 9},
       {"0x1p1024", kInfinity, 8},
       {"inf", kInfinity, 3},

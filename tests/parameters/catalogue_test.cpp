@@ -1,7 +1,6 @@
 #include "parameters/catalogue.h"
 
 #include <gtest/gtest.h>
-
 #include <set>
 #include <string>
 
@@ -31,11 +30,16 @@ TEST(MasterCatalogue, KeepsItsOddUnits) {
     double factor;
   };
   const Case cases[] = {
-      {"Ra", "\xB5m", "\xB5in", 39.37007874015748}, {"Ra1l", "mm", "in", 39.37007874015748},
-      {"Pm0", "\xB5m2", "\xB5in2", 39.37007874015748}, {"AR", "\xB5m", "\xB5in", 39.37007874015748},
-      {"Rsm", "mm", "in", 0.03937007874015748},        {"Wvda", "mm2", "in2", 0.0015500031000062},
-      {"Rm4", "\xB5m-2", "\xB5in-2", 0.00064516},      {"Rpc", "#/cm", "#/in", 2.54},
-      {"Rmr1", "%%", "%%", 1.0},                       {"Wdq", "\xB0", "\xB0", 1.0},
+      {"Ra", "\xB5m", "\xB5in", 39.37007874015748},
+      {"Ra1l", "mm", "in", 39.37007874015748},
+      {"Pm0", "\xB5m2", "\xB5in2", 39.37007874015748},
+      {"AR", "\xB5m", "\xB5in", 39.37007874015748},
+      {"Rsm", "mm", "in", 0.03937007874015748},
+      {"Wvda", "mm2", "in2", 0.0015500031000062},
+      {"Rm4", "\xB5m-2", "\xB5in-2", 0.00064516},
+      {"Rpc", "#/cm", "#/in", 2.54},
+      {"Rmr1", "%%", "%%", 1.0},
+      {"Wdq", "\xB0", "\xB0", 1.0},
   };
   for (const Case& c : cases) {
     const MasterRow* row = FindMasterRow(c.name);
@@ -58,8 +62,8 @@ TEST(WorkingList, GivesUnknownNamesTheUnitOfTheirSuffix) {
 }
 
 TEST(ExternalNames, MapBothWaysExceptA2) {
-  const std::pair<const char*, const char*> both[] = {{"Rz", "RzDIN"},   {"RSm", "Rsm"},       {"CV", "Rvo"},
-                                                      {"Mr1", "Rmr1"},   {"Mr2", "Rmr2"},      {"Rpk_Star", "Rpk*"},
+  const std::pair<const char*, const char*> both[] = {{"Rz", "RzDIN"},      {"RSm", "Rsm"},  {"CV", "Rvo"},
+                                                      {"Mr1", "Rmr1"},      {"Mr2", "Rmr2"}, {"Rpk_Star", "Rpk*"},
                                                       {"Rvk_Star", "Rvk*"}, {"Ra", "Ra"}};
   for (const auto& [external, name] : both) {
     EXPECT_EQ(ExternalToCatalogueName(external), name);
@@ -78,10 +82,10 @@ TEST(Verdicts, FollowTheLimits) {
     std::optional<Verdict> verdict;
   };
   const Case cases[] = {
-      {false, false, 0, 1, 5, std::nullopt},    {true, false, 0, 1, 1, Verdict::kPass},
+      {false, false, 0, 1, 5, std::nullopt},      {true, false, 0, 1, 1, Verdict::kPass},
       {true, false, 0, 1, 1.001, Verdict::kFail}, {true, false, 0, 0, 9, Verdict::kPass},
-      {true, true, 0, 0, 9, Verdict::kPass},    {true, true, 1, 2, 0.5, Verdict::kFail},
-      {true, true, 1, 2, 2.5, Verdict::kFail},  {true, true, 1, 2, 2.0, Verdict::kPass},
+      {true, true, 0, 0, 9, Verdict::kPass},      {true, true, 1, 2, 0.5, Verdict::kFail},
+      {true, true, 1, 2, 2.5, Verdict::kFail},    {true, true, 1, 2, 2.0, Verdict::kPass},
       {true, true, -1, 0, 0.5, Verdict::kFail},
   };
   for (const Case& c : cases) {
@@ -123,7 +127,7 @@ TEST(Labels, ShowTheSettingBehindTheValue) {
 }
 
 class Driver : public ::testing::Test {
- protected:
+protected:
   DriverReport Run(const std::vector<std::string>& names) {
     catalogue_ = {};
     for (const std::string& name : names) catalogue_.rows.push_back({.name = name, .value = 77.0});

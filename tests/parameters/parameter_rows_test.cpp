@@ -1,6 +1,5 @@
-#include <gtest/gtest.h>
-
 #include <cmath>
+#include <gtest/gtest.h>
 #include <limits>
 #include <numbers>
 #include <random>
@@ -92,7 +91,13 @@ TEST(SamplingLengthRows, UseWholeSamplingLengthsOnly) {
   // Four points a sampling length, two of them, one point left over that would change everything.
   const std::vector<double> heights = {1.0, -2.0, 0.5, 0.0, 4.0, -1.0, 3.0, -0.5, 100.0};
   const Expectation cases[] = {
-      {"zDIN", 4.0}, {"zi", 4.0}, {"max", 5.0}, {"y", 5.0}, {"z1max", 5.0}, {"pm", 2.5}, {"vm", 1.5},
+      {"zDIN", 4.0},
+      {"zi", 4.0},
+      {"max", 5.0},
+      {"y", 5.0},
+      {"z1max", 5.0},
+      {"pm", 2.5},
+      {"vm", 1.5},
       // One pair in the first (1 + 2), two in the second (4 + 3 + 1 + 0.5) / 2.
       {"zJIS", (3.0 + 4.25) / 2.0},
   };
@@ -148,8 +153,8 @@ TEST(ElementRows, TakeThePercentagesOfTheirLetterAndSpacingsInMillimetres) {
     heights.push_back(-size * std::sin(2.0 * std::numbers::pi * (i + 0.5) / 20.0));
   }
   AnalysisSettings settings;
-  settings.RcRzPercent = 20.0;    // roughness: both kinds of row
-  settings.RsmRzPercent = 99.0;   // plays no part
+  settings.RcRzPercent = 20.0;   // roughness: both kinds of row
+  settings.RsmRzPercent = 99.0;  // plays no part
   settings.PsmPzPercent = 1.0;
   settings.WsmWzPercent = 20.0;
   settings.WcWzPercent = 1.0;

@@ -1,8 +1,7 @@
 #include "parameters/profile_elements.h"
 
-#include <gtest/gtest.h>
-
 #include <cmath>
+#include <gtest/gtest.h>
 #include <numbers>
 #include <vector>
 

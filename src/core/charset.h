@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace texturon {
+
+// Texts are Windows-1252 bytes inside the program; UTF-8 exists only at the terminal, in JSON and on the screen.
+
+/// Every byte has a code point; the five that Windows-1252 leaves undefined (81, 8D, 8F, 90, 9D) become the control
+/// characters of the same number.
+std::string Utf8FromWindows1252(std::string_view text);
+
+/// A code point without a byte, and each ill-formed sequence, becomes one '?'. The inverse of Utf8FromWindows1252 for
+/// all that it gives.
+std::string Windows1252FromUtf8(std::string_view text);
+
+}  // namespace texturon

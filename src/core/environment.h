@@ -1,0 +1,17 @@
+#pragma once
+
+#include <ctime>
+#include <filesystem>
+#include <functional>
+
+namespace texturon {
+
+/// Clock and folders as a run sees them. Handed in, so that a test can fix every byte of an output.
+struct Environment {
+  std::function<std::tm()> localTime;
+  std::filesystem::path workingFolder;
+  std::filesystem::path temporaryFolder;
+  std::filesystem::path programFolder;
+};
+
+}  // namespace texturon

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <ctime>
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+#include "core/environment.h"
+
+namespace texturon {
+
+// All that differs from one operating system to another. Nothing here throws.
+
+/// How a file operation ended. `reason` is empty when it succeeded and otherwise goes on where the file's name stops:
+/// "is a directory", "cannot be opened (permission denied)".
+struct FileOutcome {
+  std::string reason;
+
+  bool ok() const { return reason.empty(); }
+};
+
+struct FileBytes {
+  std::string bytes;
+  std::string reason;
+  bool missing = false;  // there is no such file; `reason` says so too
+
+  bool ok() const { return reason.empty(); }
+};
+
+/// A path from the bytes of a command line: taken as they are; on Windows they are UTF-8.
+std::filesystem::path PathFromSystemText(std::string_view text);
+/// Paths as the program's own Windows-1252 texts (settings, messages) and back.
+std::filesystem::path PathFromText(std::string_view text);
+std::string TextFromPath(const std::filesystem::path& path);
+/// "<path> <reason>."
+std::string FileSentence(const std::filesystem::path& path, std::string_view reason);
+
+/// Reads a file whole; pipes and devices up to their end. At most 1 GiB.
+FileBytes ReadWholeFile(const std::filesystem::path& path);
+
+/// Gives `path` the content `bytes`, so that at any moment it holds all of the old or all of the new: written to an
+/// exclusive temporary file beside it, flushed to the disk, renamed over it. An existing file keeps its permissions, a
+/// symbolic link stays and its target is replaced; one that may not be written is refused. What is no regular file (a
+/// device, a pipe) is written directly.
+FileOutcome ReplaceFile(const std::filesystem::path& path, std::string_view bytes);
+
+/// Writes a file into a folder that others can write to as well: refuses a symbolic link, what is no regular file, and
+/// a file that belongs to somebody else or has a second name.
+FileOutcome WriteSideFile(const std::filesystem::path& path, std::string_view bytes);
+
+std::tm LocalTime(std::time_t time);
+bool ErrorOutputIsTerminal();
+
+/// Clock, current folder, temporary folder and the folder of the running program.
+Environment SystemEnvironment();
+
+}  // namespace texturon
