@@ -1,0 +1,21 @@
+#pragma once
+
+// Compiler help for inner loops. A multiversioned function is compiled twice, for the base instruction set and for
+// AVX2, and the loader picks one. Fused multiply-add is left out on purpose: with the same operations in the same order
+// per element every processor gives the same bytes.
+
+#if defined(__GNUC__) && !defined(__clang__) && defined(__x86_64__) && defined(__linux__)
+#define TEXTURON_MULTIVERSION __attribute__((target_clones("avx2", "default")))
+#else
+#define TEXTURON_MULTIVERSION
+#endif
+
+// TEXTURON_INLINE: must end up inside its multiversioned caller. TEXTURON_IVDEP: no iteration of the next loop depends
+// on another one.
+#if defined(__GNUC__) && !defined(__clang__)
+#define TEXTURON_INLINE inline __attribute__((always_inline))
+#define TEXTURON_IVDEP _Pragma("GCC ivdep")
+#else
+#define TEXTURON_INLINE inline
+#define TEXTURON_IVDEP
+#endif
