@@ -11,7 +11,8 @@ if(MSVC)
   target_compile_options(texturon_options INTERFACE /W4 /WX /fp:precise /utf-8)
 else()
   target_compile_options(texturon_options INTERFACE
-    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror -ffp-contract=off)
+    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror -ffp-contract=off
+    -Wno-missing-field-initializers)  # records have defaults; initialisers name what differs from them
   if(TEXTURON_SANITIZE)
     target_compile_options(texturon_options INTERFACE
       -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
