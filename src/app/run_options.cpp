@@ -1,0 +1,157 @@
+#include "app/run_options.h"
+
+#include <array>
+#include <cmath>
+#include <iostream>
+#include <string_view>
+#include <utility>
+
+#include "core/ini_file.h"
+#include "core/number_text.h"
+#include "core/platform.h"
+#include "core/settings_check.h"
+#include "core/settings_file.h"
+#include "core/settings_text.h"
+#include "formats/import.h"
+
+namespace texturon {
+namespace {
+
+/// A whole text as a finite number.
+std::optional<double> WholeNumber(std::string_view text) {
+  const ParsedDouble number = ParseDouble(text);
+  if (!number.usable() || number.length != text.size()) return std::nullopt;
+  return number.value;
+}
+
+/// Exactly Count numbers separated by commas.
+template <std::size_t Count>
+std::optional<std::array<double, Count>> NumberList(std::string_view text) {
+  std::array<double, Count> numbers{};
+  for (std::size_t i = 0; i < Count; ++i) {
+    const std::size_t comma = text.find(',');
+    if ((comma == std::string_view::npos) != (i + 1 == Count)) return std::nullopt;
+    const auto number = WholeNumber(text.substr(0, comma));
+    if (!number) return std::nullopt;
+    numbers[i] = *number;
+    if (comma != std::string_view::npos) text.remove_prefix(comma + 1);
+  }
+  return numbers;
+}
+
+std::optional<std::int32_t> WholeIndex(double number) {
+  if (number != std::trunc(number) || std::abs(number) > 2147483647.0) return std::nullopt;
+  return static_cast<std::int32_t>(number);
+}
+
+/// Loads the settings file. False, with a sentence on standard error, when it cannot be used at all; `hadProblems`
+/// tells of values that do not parse, which are read as far as they go.
+bool LoadSettingsFile(const std::string& file, Settings& settings, ConsolePrompts& prompts, bool& hadProblems) {
+  const std::filesystem::path path = PathFromSystemText(file);
+  const SettingsFileResult result = LoadSettings(path, settings, prompts);
+  if (!result.ok()) {
+    Complain(result.error);
+    return false;
+  }
+  if (!result.found) {
+    Complain(file + ": there is no such file.");
+    return false;
+  }
+  const FileBytes bytes = ReadWholeFile(path);
+  for (const SettingsProblem& problem : CheckSettings(IniFile(bytes.bytes))) {
+    if (!problem.isBadValue) continue;
+    hadProblems = true;
+    Complain(file + ": line " + IntegerText(static_cast<std::int64_t>(problem.line)) + ": " + problem.text + ".");
+  }
+  return true;
+}
+
+void ApplyAssignments(const std::vector<std::string>& assignments, Settings& settings) {
+  for (const std::string& assignment : assignments) {
+    const std::size_t equals = assignment.find('=');
+    if (equals == std::string::npos) throw UsageError{"--set " + assignment + ": not of the form SECTION.KEY=VALUE."};
+    const auto refusal = SetOne(settings, assignment.substr(0, equals), assignment.substr(equals + 1));
+    if (refusal) throw UsageError{"--set " + assignment + ": " + *refusal + "."};
+  }
+}
+
+void ApplyRunOptions(const CommonOptions& options, RunSetup& setup) {
+  Document& document = setup.document;
+  document.quietMode = options.quiet;
+  document.wholeCutoffLength = options.wholeCutoffs;
+  document.useAllDataForForm = options.allDataForForm;
+  document.writesTraceFile = !options.noTrace;
+  setup.invert = options.invert;
+  if (!options.region.empty()) {
+    const auto region = ParseRegion(options.region);
+    if (!region) throw UsageError{"--region " + options.region + ": not of the form MODE,START,END,LENGTH."};
+    document.regionSet = true;
+    document.regionMode = region->mode;
+    document.regionStartMM = region->startMM;
+    document.regionEndOffsetMM = region->endOffsetMM;
+    document.regionLengthMM = region->lengthMM;
+  }
+  if (!options.exclude.empty()) {
+    const auto ends = NumberList<2>(options.exclude);
+    const auto first = ends ? WholeIndex((*ends)[0]) : std::nullopt;
+    const auto last = ends ? WholeIndex((*ends)[1]) : std::nullopt;
+    if (!first || !last) throw UsageError{"--exclude " + options.exclude + ": not of the form FIRST,LAST."};
+    ExcludeFromForm(document, *first, *last);
+  }
+  if (!options.spacing.empty()) {
+    setup.import.spacingUM = WholeNumber(options.spacing);
+    if (!setup.import.spacingUM || *setup.import.spacingUM <= 0.0) {
+      throw UsageError{"--spacing " + options.spacing + ": not a number above 0."};
+    }
+  }
+  if (options.profile > 0) setup.import.profileChoice = options.profile;
+  setup.import.column = options.column;
+}
+
+}  // namespace
+
+std::optional<RegionOption> ParseRegion(const std::string& text) {
+  const auto numbers = NumberList<4>(text);
+  if (!numbers) return std::nullopt;
+  const auto mode = WholeIndex((*numbers)[0]);
+  if (!mode) return std::nullopt;
+  return RegionOption{*mode, (*numbers)[1], (*numbers)[2], (*numbers)[3]};
+}
+
+void Complain(const std::string& text) {
+  std::cerr << "texturon: " << text << '\n';
+}
+
+std::optional<RunSetup> PrepareRun(const CommonOptions& options, ConsolePrompts& prompts) {
+  RunSetup setup;
+  setup.document = MakeDocument();
+  Settings settings = setup.document.settings;
+  if (!options.settingsFile.empty()) {
+    prompts.BeginFile(options.settingsFile);
+    if (!LoadSettingsFile(options.settingsFile, settings, prompts, setup.settingsHadProblems)) return std::nullopt;
+    prompts.BeginFile("");
+  }
+  ApplyAssignments(options.assignments, settings);
+  if (options.imperial) settings.display.Metric = false;
+  ApplySettings(setup.document, std::move(settings));
+  ApplyRunOptions(options, setup);
+  return setup;
+}
+
+bool LoadInto(Document& document, const std::string& file, const RunSetup& setup, ConsolePrompts& prompts) {
+  const std::filesystem::path path = PathFromSystemText(file);
+  prompts.HoldMessages(true);
+  ImportOutcome outcome = LoadProfileFile(path, setup.import, prompts);
+  prompts.HoldMessages(false);
+  if (!outcome.loaded) {
+    const bool endsSentence = outcome.reason.ends_with('.');
+    Complain(file + " " + outcome.reason + (endsSentence ? "" : "."));
+    return false;
+  }
+  ProfileSet profiles = MakeProfileSet(std::move(outcome.profile), TextFromPath(path));
+  if (setup.invert) InvertProfile(profiles);
+  SetProfile(document, std::move(profiles));
+  return true;
+}
+
+}  // namespace texturon

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/prompts.h"
+
+namespace texturon {
+
+/// Answers from a script and remembers what it was shown.
+class ScriptedPrompts : public Prompts {
+public:
+  std::vector<std::string> messages;
+  std::vector<std::string> notices;
+  std::vector<std::string> questions;
+  std::vector<std::string> presets;
+  std::vector<std::string> progressTitles;
+  std::optional<std::string> textAnswer;  ///< empty: cancelled
+  bool yes = false;
+  int busyChanges = 0;
+
+  void ShowMessage(std::string_view text) override { messages.emplace_back(text); }
+  void Notice(std::string_view text) override { notices.emplace_back(text); }
+  bool AskYesNo(std::string_view question) override {
+    questions.emplace_back(question);
+    return yes;
+  }
+  std::optional<std::string> AskText(std::string_view prompt, std::string_view preset) override {
+    questions.emplace_back(prompt);
+    presets.emplace_back(preset);
+    return textAnswer;
+  }
+  std::optional<std::size_t> ChooseFromList(std::string_view /*title*/,
+                                            std::span<const std::string> /*lines*/) override {
+    return std::nullopt;
+  }
+  std::unique_ptr<Progress> OpenProgress(std::string_view caption, std::string_view text) override {
+    progressTitles.emplace_back(caption);
+    return SilentPrompts().OpenProgress(caption, text);
+  }
+  void SetBusy(bool /*busy*/) override { ++busyChanges; }
+};
+
+}  // namespace texturon
