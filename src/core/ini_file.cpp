@@ -31,12 +31,10 @@ std::string WrittenValue(std::string_view value) {
   return written;
 }
 
-std::size_t HashOfKey(std::size_t section, std::string_view key) {
+std::uint32_t HashOfKey(std::size_t section, std::string_view key) {
   std::uint64_t hash = 14695981039346656037ULL ^ section;  // FNV-1a
-  for (const char c : key) {
-    hash = (hash ^ static_cast<unsigned char>(LowerAscii(c))) * 1099511628211ULL;
-  }
-  return static_cast<std::size_t>(hash ^ (hash >> 32));
+  for (const char c : key) hash = (hash ^ static_cast<unsigned char>(LowerAscii(c))) * 1099511628211ULL;
+  return static_cast<std::uint32_t>(hash ^ (hash >> 32));
 }
 
 }  // namespace
@@ -124,37 +122,49 @@ std::string_view IniFile::ValueOf(const Line& line) const {
   return WithoutQuotes(std::string_view(pool_).substr(line.begin + line.valueAt, line.valueLength));
 }
 
-std::size_t IniFile::SlotOf(std::size_t section, std::string_view key) const {
-  std::size_t slot = HashOfKey(section, key) % slots_.size();
-  for (; slots_[slot]; slot = (slot + 1) % slots_.size()) {
-    const Place& place = *slots_[slot];
-    if (place.section == section && EqualIgnoringCase(KeyOf(sections_[section].lines[place.line]), key)) break;
+std::size_t IniFile::SlotOf(std::size_t section, std::string_view key, std::uint32_t hash) const {
+  const std::size_t mask = slots_.size() - 1;
+  std::size_t number = hash & mask;
+  for (; !slots_[number].isFree(); number = (number + 1) & mask) {
+    const Slot& slot = slots_[number];
+    if (slot.hash != hash || slot.section != section) continue;
+    if (EqualIgnoringCase(KeyOf(sections_[section].lines[slot.line]), key)) break;
   }
-  return slot;
+  return number;
+}
+
+const IniFile::Slot& IniFile::FindSlot(std::size_t section, std::string_view key) const {
+  return slots_[SlotOf(section, key, HashOfKey(section, key))];
 }
 
 void IniFile::IndexKey(std::size_t section, std::size_t line) {
   if (2 * (keyCount_ + 1) > slots_.size()) GrowIndex();
-  std::optional<Place>& place = slots_[SlotOf(section, KeyOf(sections_[section].lines[line]))];
-  if (place) return;
-  place = Place{static_cast<std::uint32_t>(section), static_cast<std::uint32_t>(line)};
+  const std::string_view key = KeyOf(sections_[section].lines[line]);
+  const std::uint32_t hash = HashOfKey(section, key);
+  Slot& slot = slots_[SlotOf(section, key, hash)];
+  if (!slot.isFree()) return;
+  slot = {hash, static_cast<std::uint32_t>(section), static_cast<std::uint32_t>(line)};
   ++keyCount_;
 }
 
 void IniFile::GrowIndex() {
-  std::vector<std::optional<Place>> former(4 * slots_.size());
+  std::vector<Slot> former(4 * slots_.size());
   former.swap(slots_);
-  for (const std::optional<Place>& place : former) {
-    if (place) slots_[SlotOf(place->section, KeyOf(sections_[place->section].lines[place->line]))] = place;
+  const std::size_t mask = slots_.size() - 1;
+  for (const Slot& slot : former) {
+    if (slot.isFree()) continue;
+    std::size_t number = slot.hash & mask;
+    while (!slots_[number].isFree()) number = (number + 1) & mask;
+    slots_[number] = slot;
   }
 }
 
 std::optional<std::string_view> IniFile::Find(std::string_view section, std::string_view key) const {
   const std::optional<std::size_t> index = FindSection(section);
   if (!index) return std::nullopt;
-  const std::optional<Place>& place = slots_[SlotOf(*index, key)];
-  if (!place) return std::nullopt;
-  return ValueOf(sections_[*index].lines[place->line]);
+  const Slot& slot = FindSlot(*index, key);
+  if (slot.isFree()) return std::nullopt;
+  return ValueOf(sections_[*index].lines[slot.line]);
 }
 
 IniFile::Line IniFile::MakeEntry(std::string_view before, std::string_view key, std::string_view between,
@@ -181,10 +191,10 @@ void IniFile::Set(std::string_view section, std::string_view key, std::string_vi
     sections_.back().lines.push_back(header);
     index = sections_.size() - 1;
   }
-  const std::optional<Place> place = slots_[SlotOf(*index, key)];
-  if (!place) return AddLine(sections_[*index], MakeEntry("", key, "=", written, kLineEnd));
+  const Slot& slot = FindSlot(*index, key);
+  if (slot.isFree()) return AddLine(sections_[*index], MakeEntry("", key, "=", written, kLineEnd));
 
-  Line& line = sections_[*index].lines[place->line];
+  Line& line = sections_[*index].lines[slot.line];
   const std::string_view text = std::string_view(pool_).substr(line.begin, line.length);
   if (text.substr(line.valueAt, line.valueLength) == written) return;
   const std::string_view before = text.substr(0, line.keyAt);
@@ -203,7 +213,7 @@ std::vector<IniEntry> IniFile::Entries() const {
       const Line& line = section.lines[i];
       if (line.keyLength == 0) continue;
       bool shadowed = section.shadowed;
-      if (s != 0 && !shadowed) shadowed = slots_[SlotOf(s, KeyOf(line))]->line != i;
+      if (s != 0 && !shadowed) shadowed = FindSlot(s, KeyOf(line)).line != i;
       entries.push_back({section.NameIn(pool_), KeyOf(line), ValueOf(line), line.number, shadowed});
     }
   }

@@ -76,9 +76,13 @@ private:
     std::size_t blankBegin = 0;  // the blank lines that close it
     std::size_t blankLength = 0;
   };
-  struct Place {
+  // A place of the key index: hash and whereabouts of a key. Section 0 has no keys that count: the slot is free.
+  struct Slot {
+    std::uint32_t hash = 0;
     std::uint32_t section = 0;
     std::uint32_t line = 0;
+
+    bool isFree() const { return section == 0; }
   };
 
   void ParseLine(std::size_t begin, std::size_t contentLength, std::size_t length, std::size_t number);
@@ -90,15 +94,16 @@ private:
   Line MakeEntry(std::string_view before, std::string_view key, std::string_view between, std::string_view value,
                  std::string_view after);
 
-  // Slot of a key in the index: where it is, or where it would go.
-  std::size_t SlotOf(std::size_t section, std::string_view key) const;
+  // Number of the slot where a key is, or where it would go.
+  std::size_t SlotOf(std::size_t section, std::string_view key, std::uint32_t hash) const;
+  const Slot& FindSlot(std::size_t section, std::string_view key) const;
   void IndexKey(std::size_t section, std::size_t line);
   void GrowIndex();
 
   std::string pool_;               // the file's bytes, then the lines made since
   std::vector<Section> sections_;  // the first holds what stands before any header
   std::unordered_map<std::string, std::size_t> sectionsByName_;
-  std::vector<std::optional<Place>> slots_;  // open addressing, at most half full
+  std::vector<Slot> slots_;  // open addressing; a power of two of them, at most half in use
   std::size_t keyCount_ = 0;
   std::vector<std::size_t> strayLines_;
 };

@@ -29,6 +29,12 @@ bool ContainsIgnoringCase(std::string_view text, std::string_view part) {
   return std::search(text.begin(), text.end(), part.begin(), part.end(), SameLetter) != text.end();
 }
 
+std::string Quoted(std::string_view text) {
+  std::string quoted = "\"";
+  quoted.append(text).push_back('"');
+  return quoted;
+}
+
 std::string_view TrimBlanks(std::string_view text) {
   constexpr std::string_view kBlanks = " \t\r\n\v\f";
   const std::size_t first = text.find_first_not_of(kBlanks);

@@ -16,6 +16,9 @@ bool EqualIgnoringCase(std::string_view a, std::string_view b);
 bool StartsWithIgnoringCase(std::string_view text, std::string_view prefix);
 bool ContainsIgnoringCase(std::string_view text, std::string_view part);
 
+/// "text", for messages.
+std::string Quoted(std::string_view text);
+
 /// The text without white space (blanks, tabs and line ends) at its ends.
 std::string_view TrimBlanks(std::string_view text);
 

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "core/prompts.h"
+#include "core/settings.h"
+
+namespace texturon {
+
+struct SettingsFileResult {
+  /// A sentence that names file and reason; empty: it went well.
+  std::string error;
+  /// False: there is no such file, and nothing was read. No error: the settings stay as they were.
+  bool found = true;
+
+  bool ok() const { return error.empty(); }
+};
+
+/// Reads a settings file into the settings as LoadSettingsText does; its remarks go to `prompts` as notices. A file of
+/// a layout before 2 is upgraded first, on the disk too where that changes its text; where it cannot be written, the
+/// upgraded text is read all the same and a notice says so.
+SettingsFileResult LoadSettings(const std::filesystem::path& path, Settings& settings, Prompts& prompts);
+
+/// Writes every setting; what else an existing file holds stays. The file is never left half written.
+SettingsFileResult SaveSettings(const std::filesystem::path& path, const Settings& settings);
+
+/// The text of a file of the present layout: each line that holds "IniVersion" becomes "IniVersion=2.00", and the first
+/// "SelectionRef=" of a line becomes "SelectionRef00=", "SelectionRef01=" ... in the order of the lines. Line ends and
+/// all else stay.
+std::string UpgradeSettingsText(const std::string& text);
+
+}  // namespace texturon
