@@ -179,6 +179,22 @@ TEXTURON_INLINE void DirectTile(std::size_t radix, const Cplx* roots, const FftP
   }
 }
 
+using TurnRows = std::array<double, kMaxLanes * kMaxLanes>;
+
+/// y[q * stride + k] = x[k * kMaxLanes + q] for k < rows (even) and q < width, two by two.
+TEXTURON_INLINE void Transpose(const TurnRows& x, std::size_t rows, std::size_t width, double* y, std::size_t stride) {
+  for (std::size_t q = 0; q + 1 < width; q += 2) {
+    for (std::size_t k = 0; k < rows; k += 2) {
+      const PairOfDoubles a = LoadPair(&x[k * kMaxLanes + q]);
+      const PairOfDoubles b = LoadPair(&x[(k + 1) * kMaxLanes + q]);
+      StorePair(y + q * stride + k, LowPair(a, b));
+      StorePair(y + (q + 1) * stride + k, HighPair(a, b));
+    }
+  }
+  if (width % 2 == 0) return;
+  for (std::size_t k = 0; k < rows; ++k) y[(width - 1) * stride + k] = x[k * kMaxLanes + width - 1];
+}
+
 }  // namespace
 
 bool IsFixedRadix(std::size_t radix) {
@@ -237,12 +253,11 @@ void MultiplyRows(ConstRows in, Rows out, std::size_t lanes, std::span<const Cpl
 
 TEXTURON_MULTIVERSION
 void RunTurnTile(const TurnTile& turn) {
-  alignas(64) std::array<double, kMaxLanes * kMaxLanes> re;
-  alignas(64) std::array<double, kMaxLanes * kMaxLanes> im;
+  alignas(64) TurnRows re;
+  alignas(64) TurnRows im;
   const std::size_t lanes = turn.lanes / kLaneQuantum * kLaneQuantum;
   for (std::size_t k0 = 0; k0 < turn.rows; k0 += turn.block) {
     const std::size_t count = std::min(turn.block, turn.rows - k0);
-    const std::size_t stored = PaddedLanes(count);
     const double* ur = turn.coarse.re + k0 / turn.block * turn.coarse.stride;
     const double* ui = turn.coarse.im + k0 / turn.block * turn.coarse.stride;
     for (std::size_t k = 0; k < count; ++k) {
@@ -257,16 +272,9 @@ void RunTurnTile(const TurnTile& turn) {
         im[k * kMaxLanes + q] = y.im;
       }
     }
-    for (std::size_t k = count; k < stored; ++k) {
-      std::fill_n(re.begin() + static_cast<std::ptrdiff_t>(k * kMaxLanes), lanes, 0.0);
-      std::fill_n(im.begin() + static_cast<std::ptrdiff_t>(k * kMaxLanes), lanes, 0.0);
-    }
-    double* yr = turn.outRe + k0 * turn.outRows + turn.outRow * stored;
-    double* yi = turn.outIm + k0 * turn.outRows + turn.outRow * stored;
-    for (std::size_t q = 0; q < turn.width; ++q) {
-      for (std::size_t k = 0; k < stored; ++k) yr[q * stored + k] = re[k * kMaxLanes + q];
-      for (std::size_t k = 0; k < stored; ++k) yi[q * stored + k] = im[k * kMaxLanes + q];
-    }
+    const std::size_t out = k0 * turn.outRows + turn.outRow * count;
+    Transpose(re, count, turn.width, turn.outRe + out, count);
+    Transpose(im, count, turn.width, turn.outIm + out, count);
   }
 }
 
