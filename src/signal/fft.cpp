@@ -4,6 +4,8 @@
 #include <cmath>
 #include <vector>
 
+#include "signal/fft_memory.h"
+
 namespace texturon {
 namespace {
 
@@ -110,26 +112,20 @@ void FftPlan::Forward(std::span<const double> reIn, std::span<const double> imIn
   const std::size_t n2 = rows_.length();
   if (whole_) return ConvolveWhole({reIn.data(), imIn.data(), 1}, {reOut.data(), imOut.data(), 1});
 
-  const std::size_t turned = n2 * PaddedLanes(n1);
-  const std::size_t bundle = std::max(PaddedLanes(n1), n2) * kBundle;
+  const std::size_t tile = std::max(PaddedLanes(n1), n2) * kBundle;
   const std::size_t coarse = (n1 / kBundle + 1) * kBundle;
   const std::size_t fine = kBundle * kBundle;
   const std::size_t scratch = std::max(columns_.ScratchDoubles(kBundle), rows_.ScratchDoubles(kBundle));
-  const std::size_t total = 2 * (turned + 2 * bundle + coarse + fine) + scratch;
-  const std::unique_ptr<double[]> memory(new double[total]);
-  double* next = memory.get();
-  const auto take = [&next](std::size_t size) {
-    const Rows rows{next, next + size, kBundle};
-    next += 2 * size;
-    return rows;
-  };
+  const LineMemory memory(SplitDoubles(n2 * PaddedLanes(n1)) + 2 * SplitDoubles(tile) + SplitDoubles(coarse) +
+                          SplitDoubles(fine) + scratch);
+  std::span<double> rest = memory.span();
   Work work;
-  work.turned = take(turned);
-  work.tile = take(bundle);
-  work.edge = take(bundle);
-  work.coarse = take(coarse);
-  work.fine = take(fine);
-  work.scratch = {next, scratch};
+  work.turned = TakeSplit(rest, n2 * PaddedLanes(n1), kBundle);
+  work.tile = TakeSplit(rest, tile, kBundle);
+  work.edge = TakeSplit(rest, tile, kBundle);
+  work.coarse = TakeSplit(rest, coarse, kBundle);
+  work.fine = TakeSplit(rest, fine, kBundle);
+  work.scratch = rest;
   TransformColumns({reIn.data(), imIn.data(), n2}, work);
   TransformRows({reOut.data(), imOut.data(), n1}, work);
 }

@@ -45,7 +45,7 @@ struct FftPass {
   const Cplx* twiddles = nullptr;
 };
 
-/// True for the radices that RunFixedPass knows: 2, 3, 4, 5, 8.
+/// True for the radices that RunFixedPass knows: 2, 3, 4, 5, 6, 8, 9, 10, 16.
 bool IsFixedRadix(std::size_t radix);
 void RunFixedPass(std::size_t radix, const FftPass& pass);
 
