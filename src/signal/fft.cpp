@@ -4,11 +4,13 @@
 #include <cmath>
 #include <vector>
 
+#include "signal/fft_memory.h"
+
 namespace texturon {
 namespace {
 
 /// Columns that are transformed side by side.
-constexpr std::size_t kBundle = 8;
+constexpr std::size_t kBundle = 16;
 static_assert(kBundle <= kMaxLanes && kBundle % kLaneQuantum == 0);
 
 /// Weight of one element of a convolution over the whole length relative to BatchFft::Cost.
@@ -110,26 +112,20 @@ void FftPlan::Forward(std::span<const double> reIn, std::span<const double> imIn
   const std::size_t n2 = rows_.length();
   if (whole_) return ConvolveWhole({reIn.data(), imIn.data(), 1}, {reOut.data(), imOut.data(), 1});
 
-  const std::size_t turned = n2 * PaddedLanes(n1);
-  const std::size_t bundle = std::max(n1, n2) * kBundle;
+  const std::size_t tile = std::max(PaddedLanes(n1), n2) * kBundle;
   const std::size_t coarse = (n1 / kBundle + 1) * kBundle;
   const std::size_t fine = kBundle * kBundle;
   const std::size_t scratch = std::max(columns_.ScratchDoubles(kBundle), rows_.ScratchDoubles(kBundle));
-  const std::size_t total = 2 * (turned + 2 * bundle + coarse + fine) + scratch;
-  const std::unique_ptr<double[]> memory(new double[total]);
-  double* next = memory.get();
-  const auto take = [&next](std::size_t size) {
-    const Rows rows{next, next + size, kBundle};
-    next += 2 * size;
-    return rows;
-  };
+  const LineMemory memory(SplitDoubles(n2 * PaddedLanes(n1)) + 2 * SplitDoubles(tile) + SplitDoubles(coarse) +
+                          SplitDoubles(fine) + scratch);
+  std::span<double> rest = memory.span();
   Work work;
-  work.turned = take(turned);
-  work.tile = take(bundle);
-  work.edge = take(bundle);
-  work.coarse = take(coarse);
-  work.fine = take(fine);
-  work.scratch = {next, scratch};
+  work.turned = TakeSplit(rest, n2 * PaddedLanes(n1), kBundle);
+  work.tile = TakeSplit(rest, tile, kBundle);
+  work.edge = TakeSplit(rest, tile, kBundle);
+  work.coarse = TakeSplit(rest, coarse, kBundle);
+  work.fine = TakeSplit(rest, fine, kBundle);
+  work.scratch = rest;
   TransformColumns({reIn.data(), imIn.data(), n2}, work);
   TransformRows({reOut.data(), imOut.data(), n1}, work);
 }
@@ -155,16 +151,19 @@ void FftPlan::TransformColumns(ConstRows in, const Work& work) const {
     const auto turn = [&](Rows table, std::size_t count, std::size_t step) {
       for (std::size_t i = 0; i < count; ++i) {
         for (std::size_t q = 0; q < lanes; ++q) {
-          const Cplx root = q < width ? roots_.At(i * step * (c + q)) : Cplx{};
+          const Cplx root = q < width && i * step < n1 ? roots_.At(i * step * (c + q)) : Cplx{};
           table.re[i * table.stride + q] = root.re;
           table.im[i * table.stride + q] = root.im;
         }
       }
     };
     turn(work.coarse, (n1 + kBundle - 1) / kBundle, kBundle);
-    turn(work.fine, std::min(n1, kBundle), 1);
+    turn(work.fine, kBundle, 1);
+    // The padding of the turned block is made of rows of zeros.
+    std::fill(tile.re + n1 * lanes, tile.re + PaddedLanes(n1) * lanes, 0.0);
+    std::fill(tile.im + n1 * lanes, tile.im + PaddedLanes(n1) * lanes, 0.0);
     RunTurnTile({.tile = tile,
-                 .rows = n1,
+                 .rows = PaddedLanes(n1),
                  .lanes = lanes,
                  .width = width,
                  .block = kBundle,

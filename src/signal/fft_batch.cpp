@@ -5,6 +5,8 @@
 #include <cmath>
 #include <utility>
 
+#include "signal/fft_memory.h"
+
 namespace texturon {
 namespace {
 
@@ -85,14 +87,12 @@ std::size_t BatchFft::ScratchDoubles(std::size_t lanes) const {
   for (const Stage& stage : stages_) {
     if (stage.convolution) convolution = std::max(convolution, stage.convolution->ScratchDoubles());
   }
-  return 4 * length_ * lanes + convolution;
+  return 2 * SplitDoubles(length_ * lanes) + convolution;
 }
 
 void BatchFft::Run(ConstRows in, Rows out, std::size_t lanes, std::span<double> scratch) const {
-  const std::size_t part = length_ * lanes;
-  Rows here{scratch.data(), scratch.data() + part, lanes};
-  Rows there{scratch.data() + 2 * part, scratch.data() + 3 * part, lanes};
-  const std::span<double> rest = scratch.subspan(4 * part);
+  Rows here = TakeSplit(scratch, length_ * lanes, lanes);
+  Rows there = TakeSplit(scratch, length_ * lanes, lanes);
   if (stages_.empty()) {
     const Cplx one{1.0, 0.0};
     MultiplyRows(in, out, lanes, {&one, 1}, Product::kPlain);
@@ -121,7 +121,7 @@ void BatchFft::Run(ConstRows in, Rows out, std::size_t lanes, std::span<double> 
       pass.run = lanes;
     }
     if (stage.convolution) {
-      stage.convolution->Run(pass, rest);
+      stage.convolution->Run(pass, scratch);
     } else if (!stage.roots.empty()) {
       RunDirectPass(stage.radix, stage.roots.data(), pass);
     } else {
@@ -184,19 +184,22 @@ PrimeConvolution::PrimeConvolution(std::size_t radix)
     : chirp_(ChirpFactors(radix)), padded_(ChirpPaddedLength(radix)), spectrum_(padded_.length()) {
   const std::vector<Cplx> wrapped = WrappedChirp(chirp_, padded_.length());
   const std::size_t part = wrapped.size() * kLaneQuantum;
-  std::vector<double> memory(4 * part + padded_.ScratchDoubles(kLaneQuantum));
-  const Rows in{memory.data(), memory.data() + part, kLaneQuantum};
-  const Rows out{memory.data() + 2 * part, memory.data() + 3 * part, kLaneQuantum};
+  const LineMemory memory(2 * SplitDoubles(part) + padded_.ScratchDoubles(kLaneQuantum));
+  std::span<double> rest = memory.span();
+  const Rows in = TakeSplit(rest, part, kLaneQuantum);
+  const Rows out = TakeSplit(rest, part, kLaneQuantum);
+  std::fill_n(in.re, part, 0.0);
+  std::fill_n(in.im, part, 0.0);
   for (std::size_t j = 0; j < wrapped.size(); ++j) {
     in.re[j * kLaneQuantum] = wrapped[j].re;
     in.im[j * kLaneQuantum] = wrapped[j].im;
   }
-  padded_.Run(in, out, kLaneQuantum, std::span(memory).subspan(4 * part));
+  padded_.Run(in, out, kLaneQuantum, rest);
   for (std::size_t k = 0; k < wrapped.size(); ++k) spectrum_[k] = {out.re[k * kLaneQuantum], out.im[k * kLaneQuantum]};
 }
 
 std::size_t PrimeConvolution::ScratchDoubles() const {
-  return 4 * padded_.length() * kConvolutionLanes + padded_.ScratchDoubles(kConvolutionLanes);
+  return 2 * SplitDoubles(padded_.length() * kConvolutionLanes) + padded_.ScratchDoubles(kConvolutionLanes);
 }
 
 void PrimeConvolution::Run(const FftPass& pass, std::span<double> scratch) const {
@@ -214,9 +217,9 @@ void PrimeConvolution::Run(const FftPass& pass, std::span<double> scratch) const
     for (std::size_t q = 0; q < pass.run; q += kConvolutionLanes) {
       const std::size_t lanes = std::min(kConvolutionLanes, pass.run - q);
       const std::size_t part = length * lanes;
-      const Rows a{scratch.data(), scratch.data() + part, lanes};
-      const Rows b{scratch.data() + 2 * part, scratch.data() + 3 * part, lanes};
-      const std::span<double> rest = scratch.subspan(4 * part);
+      std::span<double> rest = scratch;
+      const Rows a = TakeSplit(rest, part, lanes);
+      const Rows b = TakeSplit(rest, part, lanes);
       const std::size_t in = p * pass.inStep + q;
       const std::size_t out = p * pass.outStep + q;
       MultiplyRows({pass.inRe + in, pass.inIm + in, pass.inLeg}, a, lanes, chirp_, Product::kPlain);

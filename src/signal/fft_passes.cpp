@@ -81,6 +81,70 @@ TEXTURON_INLINE void Butterfly(Legs<8>& a) {
        even[0] - odd[0], even[1] - o1, even[2] - o2, even[3] - o3};
 }
 
+// Six and ten by coprime factors, without turns between them: input 3 a + 2 b (5 a + 2 b), output k with k mod 2 from
+// the transform over a and k mod 3 (5) from that over b.
+
+TEXTURON_INLINE void Butterfly(Legs<6>& a) {
+  Legs<3> x = {a[0], a[2], a[4]};
+  Legs<3> y = {a[3], a[5], a[1]};
+  Butterfly(x);
+  Butterfly(y);
+  a = {x[0] + y[0], x[1] - y[1], x[2] + y[2], x[0] - y[0], x[1] + y[1], x[2] - y[2]};
+}
+
+TEXTURON_INLINE void Butterfly(Legs<10>& a) {
+  Legs<5> x = {a[0], a[2], a[4], a[6], a[8]};
+  Legs<5> y = {a[5], a[7], a[9], a[1], a[3]};
+  Butterfly(x);
+  Butterfly(y);
+  a = {x[0] + y[0], x[1] - y[1], x[2] + y[2], x[3] - y[3], x[4] + y[4],
+       x[0] - y[0], x[1] + y[1], x[2] - y[2], x[3] + y[3], x[4] - y[4]};
+}
+
+TEXTURON_INLINE void Butterfly(Legs<9>& a) {
+  constexpr Cplx kTurn1 = {0.76604444311897803520, -0.64278760968653932632};
+  constexpr Cplx kTurn2 = {0.17364817766693034885, -0.98480775301220805937};
+  constexpr Cplx kTurn4 = {-0.93969262078590838405, -0.34202014332566873304};
+  Legs<3> x = {a[0], a[3], a[6]};
+  Legs<3> y = {a[1], a[4], a[7]};
+  Legs<3> z = {a[2], a[5], a[8]};
+  Butterfly(x);
+  Butterfly(y);
+  Butterfly(z);
+  Legs<3> p = {x[0], y[0], z[0]};
+  Legs<3> q = {x[1], y[1] * kTurn1, z[1] * kTurn2};
+  Legs<3> r = {x[2], y[2] * kTurn2, z[2] * kTurn4};
+  Butterfly(p);
+  Butterfly(q);
+  Butterfly(r);
+  a = {p[0], q[0], r[0], p[1], q[1], r[1], p[2], q[2], r[2]};
+}
+
+TEXTURON_INLINE void Butterfly(Legs<16>& a) {
+  constexpr double kHalfRoot = 0.70710678118654752440;
+  constexpr Cplx kTurn1 = {0.92387953251128675613, -0.38268343236508977173};
+  constexpr Cplx kTurn3 = {0.38268343236508977173, -0.92387953251128675613};
+  constexpr Cplx kTurn9 = {-0.92387953251128675613, 0.38268343236508977173};
+  Legs<4> x = {a[0], a[4], a[8], a[12]};
+  Legs<4> y = {a[1], a[5], a[9], a[13]};
+  Legs<4> z = {a[2], a[6], a[10], a[14]};
+  Legs<4> t = {a[3], a[7], a[11], a[15]};
+  Butterfly(x);
+  Butterfly(y);
+  Butterfly(z);
+  Butterfly(t);
+  const auto eighth = [](Cplx c) { return Cplx{kHalfRoot * (c.re + c.im), kHalfRoot * (c.im - c.re)}; };
+  Legs<4> p = {x[0], y[0], z[0], t[0]};
+  Legs<4> q = {x[1], y[1] * kTurn1, eighth(z[1]), t[1] * kTurn3};
+  Legs<4> r = {x[2], eighth(y[2]), Quarter(z[2]), eighth(Quarter(t[2]))};
+  Legs<4> u = {x[3], y[3] * kTurn3, eighth(Quarter(z[3])), t[3] * kTurn9};
+  Butterfly(p);
+  Butterfly(q);
+  Butterfly(r);
+  Butterfly(u);
+  a = {p[0], q[0], r[0], u[0], p[1], q[1], r[1], u[1], p[2], q[2], r[2], u[2], p[3], q[3], r[3], u[3]};
+}
+
 template <std::size_t R, bool kTwiddled, std::size_t... K>
 TEXTURON_INLINE void RunPass(const FftPass& pass, std::index_sequence<K...> /*legs*/) {
   const std::size_t run = pass.run / kLaneQuantum * kLaneQuantum;
@@ -179,10 +243,27 @@ TEXTURON_INLINE void DirectTile(std::size_t radix, const Cplx* roots, const FftP
   }
 }
 
+using TurnRows = std::array<double, kMaxLanes * kMaxLanes>;
+
+/// y[q * stride + k] = x[k * kMaxLanes + q] for k < rows (even) and q < width, two by two.
+TEXTURON_INLINE void Transpose(const TurnRows& x, std::size_t rows, std::size_t width, double* y, std::size_t stride) {
+  for (std::size_t q = 0; q + 1 < width; q += 2) {
+    for (std::size_t k = 0; k < rows; k += 2) {
+      const PairOfDoubles a = LoadPair(&x[k * kMaxLanes + q]);
+      const PairOfDoubles b = LoadPair(&x[(k + 1) * kMaxLanes + q]);
+      StorePair(y + q * stride + k, LowPair(a, b));
+      StorePair(y + (q + 1) * stride + k, HighPair(a, b));
+    }
+  }
+  if (width % 2 == 0) return;
+  for (std::size_t k = 0; k < rows; ++k) y[(width - 1) * stride + k] = x[k * kMaxLanes + width - 1];
+}
+
 }  // namespace
 
 bool IsFixedRadix(std::size_t radix) {
-  return radix == 2 || radix == 3 || radix == 4 || radix == 5 || radix == 8;
+  constexpr std::array<std::size_t, 9> kRadices = {2, 3, 4, 5, 6, 8, 9, 10, 16};
+  return std::find(kRadices.begin(), kRadices.end(), radix) != kRadices.end();
 }
 
 TEXTURON_MULTIVERSION
@@ -196,8 +277,16 @@ void RunFixedPass(std::size_t radix, const FftPass& pass) {
       return RunPass<4>(pass);
     case 5:
       return RunPass<5>(pass);
-    default:
+    case 6:
+      return RunPass<6>(pass);
+    case 8:
       return RunPass<8>(pass);
+    case 9:
+      return RunPass<9>(pass);
+    case 10:
+      return RunPass<10>(pass);
+    default:
+      return RunPass<16>(pass);
   }
 }
 
@@ -237,12 +326,11 @@ void MultiplyRows(ConstRows in, Rows out, std::size_t lanes, std::span<const Cpl
 
 TEXTURON_MULTIVERSION
 void RunTurnTile(const TurnTile& turn) {
-  alignas(64) std::array<double, kMaxLanes * kMaxLanes> re;
-  alignas(64) std::array<double, kMaxLanes * kMaxLanes> im;
+  alignas(64) TurnRows re;
+  alignas(64) TurnRows im;
   const std::size_t lanes = turn.lanes / kLaneQuantum * kLaneQuantum;
   for (std::size_t k0 = 0; k0 < turn.rows; k0 += turn.block) {
     const std::size_t count = std::min(turn.block, turn.rows - k0);
-    const std::size_t stored = PaddedLanes(count);
     const double* ur = turn.coarse.re + k0 / turn.block * turn.coarse.stride;
     const double* ui = turn.coarse.im + k0 / turn.block * turn.coarse.stride;
     for (std::size_t k = 0; k < count; ++k) {
@@ -257,16 +345,9 @@ void RunTurnTile(const TurnTile& turn) {
         im[k * kMaxLanes + q] = y.im;
       }
     }
-    for (std::size_t k = count; k < stored; ++k) {
-      std::fill_n(re.begin() + static_cast<std::ptrdiff_t>(k * kMaxLanes), lanes, 0.0);
-      std::fill_n(im.begin() + static_cast<std::ptrdiff_t>(k * kMaxLanes), lanes, 0.0);
-    }
-    double* yr = turn.outRe + k0 * turn.outRows + turn.outRow * stored;
-    double* yi = turn.outIm + k0 * turn.outRows + turn.outRow * stored;
-    for (std::size_t q = 0; q < turn.width; ++q) {
-      for (std::size_t k = 0; k < stored; ++k) yr[q * stored + k] = re[k * kMaxLanes + q];
-      for (std::size_t k = 0; k < stored; ++k) yi[q * stored + k] = im[k * kMaxLanes + q];
-    }
+    const std::size_t out = k0 * turn.outRows + turn.outRow * count;
+    Transpose(re, count, turn.width, turn.outRe + out, count);
+    Transpose(im, count, turn.width, turn.outIm + out, count);
   }
 }
 

@@ -45,7 +45,7 @@ struct FftPass {
   const Cplx* twiddles = nullptr;
 };
 
-/// True for the radices that RunFixedPass knows: 2, 3, 4, 5, 8.
+/// True for the radices that RunFixedPass knows: 2, 3, 4, 5, 6, 8, 9, 10, 16.
 bool IsFixedRadix(std::size_t radix);
 void RunFixedPass(std::size_t radix, const FftPass& pass);
 
@@ -61,14 +61,15 @@ enum class Product { kPlain, kConjugated };
 void MultiplyRows(ConstRows in, Rows out, std::size_t lanes, std::span<const Cplx> factors, Product product);
 
 /// The step between the two halves of a two-factor transform: a tile of rows [k][lane] is multiplied by
-/// coarse[k / block][lane] * fine[k % block][lane] and stored as rows of blocks, out[k / block][lane][k % block].
+/// coarse[k / block][lane] * fine[k % block][lane] and stored as rows of blocks, out[k / block][lane][k % block]. Lane
+/// counts and rows are multiples of kLaneQuantum; the last block may be narrower than the others.
 struct TurnTile {
-  ConstRows tile;           ///< `rows` rows of `lanes` values, stride = lanes
-  std::size_t rows = 0;     ///< k < rows
-  std::size_t lanes = 0;    ///< multiple of kLaneQuantum, at most kMaxLanes
+  ConstRows tile;
+  std::size_t rows = 0;
+  std::size_t lanes = 0;    ///< at most kMaxLanes
   std::size_t width = 0;    ///< lanes that are stored
-  std::size_t block = 0;    ///< k values in a block, multiple of kLaneQuantum, at most kMaxLanes
-  std::size_t outRows = 0;  ///< rows of a whole output block
+  std::size_t block = 0;    ///< k values in a block, at most kMaxLanes
+  std::size_t outRows = 0;  ///< rows of an output block
   std::size_t outRow = 0;   ///< output row of lane 0
   ConstRows coarse;
   ConstRows fine;

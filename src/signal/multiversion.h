@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstring>
+
 // Compiler help for inner loops. A multiversioned function is compiled twice, for the base instruction set and for
 // AVX2, and the loader picks one. Fused multiply-add is left out on purpose: with the same operations in the same order
 // per element every processor gives the same bytes.
@@ -19,3 +21,38 @@
 #define TEXTURON_INLINE inline
 #define TEXTURON_IVDEP
 #endif
+
+namespace texturon {
+
+// Two doubles in one register, for transpositions; the compiler finds no good ones for loops.
+#if defined(__GNUC__)
+using PairOfDoubles = double __attribute__((vector_size(16)));
+TEXTURON_INLINE PairOfDoubles LowPair(PairOfDoubles a, PairOfDoubles b) {
+  return __builtin_shufflevector(a, b, 0, 2);
+}
+TEXTURON_INLINE PairOfDoubles HighPair(PairOfDoubles a, PairOfDoubles b) {
+  return __builtin_shufflevector(a, b, 1, 3);
+}
+#else
+struct PairOfDoubles {
+  double low;
+  double high;
+};
+inline PairOfDoubles LowPair(PairOfDoubles a, PairOfDoubles b) {
+  return {a.low, b.low};
+}
+inline PairOfDoubles HighPair(PairOfDoubles a, PairOfDoubles b) {
+  return {a.high, b.high};
+}
+#endif
+
+TEXTURON_INLINE PairOfDoubles LoadPair(const double* from) {
+  PairOfDoubles pair;
+  std::memcpy(&pair, from, sizeof pair);
+  return pair;
+}
+TEXTURON_INLINE void StorePair(double* to, PairOfDoubles pair) {
+  std::memcpy(to, &pair, sizeof pair);
+}
+
+}  // namespace texturon
