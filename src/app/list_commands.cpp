@@ -8,7 +8,8 @@
 #include "core/ini_file.h"
 #include "core/number_text.h"
 #include "core/platform.h"
-#include "core/settings_table.h"
+#include "core/settings_check.h"
+#include "core/settings_listing.h"
 #include "formats/extension_table.h"
 #include "parameters/catalogue.h"
 
@@ -46,6 +47,23 @@ int StatusOfOutput() {
   return std::cout ? kExitDone : kExitRefused;
 }
 
+int CheckSettingsFile(const std::string& file) {
+  const std::filesystem::path path = PathFromSystemText(file);
+  const FileBytes bytes = ReadWholeFile(path);
+  if (!bytes.ok()) {
+    Complain(file + " " + bytes.reason + ".");
+    return kExitRefused;
+  }
+  const std::vector<SettingsProblem> problems = CheckSettings(IniFile(bytes.bytes));
+  for (const SettingsProblem& problem : problems) {
+    std::cout << file << ":" << IntegerText(static_cast<std::int64_t>(problem.line)) << ": " << Utf8(problem.text)
+              << "\n";
+  }
+  if (problems.empty()) std::cout << file << ": no problems\n";
+  std::cout.flush();
+  return problems.empty() ? kExitDone : kExitRefused;
+}
+
 }  // namespace
 
 int RunParameters() {
@@ -72,6 +90,19 @@ int RunFormats() {
   for (const WriterEntry& writer : WriterTable()) {
     std::cout << writer.extension << "  " << Utf8(writer.name) << "\n";
   }
+  return StatusOfOutput();
+}
+
+int RunSettings(const SettingsOptions& options) {
+  if (!options.checkFile.empty()) return CheckSettingsFile(options.checkFile);
+  std::vector<std::vector<std::string>> rows = {{"KEY", "TYPE", "UNIT", "DEFAULT", "MEANING"}};
+  for (const SettingDescription& setting : DescribeSettings()) {
+    std::string meaning = Utf8(setting.meaning);
+    if (!setting.choices.empty()) meaning += " (" + Utf8(setting.choices) + ")";
+    rows.push_back({Utf8(setting.section) + "." + Utf8(setting.key), Utf8(setting.type), Utf8(setting.unit),
+                    Utf8(setting.defaultText), meaning});
+  }
+  PrintColumns(rows);
   return StatusOfOutput();
 }
 

@@ -6,10 +6,8 @@
 #include <string_view>
 #include <utility>
 
-#include "core/ini_file.h"
 #include "core/number_text.h"
 #include "core/platform.h"
-#include "core/settings_check.h"
 #include "core/settings_file.h"
 #include "core/settings_text.h"
 #include "formats/import.h"
@@ -45,10 +43,9 @@ std::optional<std::int32_t> WholeIndex(double number) {
 }
 
 /// Loads the settings file. False, with a sentence on standard error, when it cannot be used at all; `hadProblems`
-/// tells of values that do not parse, which are read as far as they go.
+/// tells of values that are not understood, which are read as far as they go.
 bool LoadSettingsFile(const std::string& file, Settings& settings, ConsolePrompts& prompts, bool& hadProblems) {
-  const std::filesystem::path path = PathFromSystemText(file);
-  const SettingsFileResult result = LoadSettings(path, settings, prompts);
+  const SettingsFileResult result = LoadSettings(PathFromSystemText(file), settings, prompts);
   if (!result.ok()) {
     Complain(result.error);
     return false;
@@ -57,12 +54,8 @@ bool LoadSettingsFile(const std::string& file, Settings& settings, ConsolePrompt
     Complain(file + ": there is no such file.");
     return false;
   }
-  const FileBytes bytes = ReadWholeFile(path);
-  for (const SettingsProblem& problem : CheckSettings(IniFile(bytes.bytes))) {
-    if (!problem.isBadValue) continue;
-    hadProblems = true;
-    Complain(file + ": line " + IntegerText(static_cast<std::int64_t>(problem.line)) + ": " + problem.text + ".");
-  }
+  hadProblems = !result.understoodAll;
+  if (hadProblems) Complain(file + " holds values that are not understood; they are read as far as they go.");
   return true;
 }
 
@@ -127,9 +120,7 @@ std::optional<RunSetup> PrepareRun(const CommonOptions& options, ConsolePrompts&
   setup.document = MakeDocument();
   Settings settings = setup.document.settings;
   if (!options.settingsFile.empty()) {
-    prompts.BeginFile(options.settingsFile);
     if (!LoadSettingsFile(options.settingsFile, settings, prompts, setup.settingsHadProblems)) return std::nullopt;
-    prompts.BeginFile("");
   }
   ApplyAssignments(options.assignments, settings);
   if (options.imperial) settings.display.Metric = false;

@@ -374,6 +374,11 @@ Environment SystemEnvironment() {
   environment.workingFolder = std::filesystem::current_path(error);
   environment.temporaryFolder = std::filesystem::temp_directory_path(error);
   environment.programFolder = ProgramFile().parent_path();
+#ifdef _WIN32
+  environment.traceFile = "c:\\Temp\\Xc.csv";
+#else
+  environment.traceFile = environment.temporaryFolder / "Xc.csv";
+#endif
   return environment;
 }
 

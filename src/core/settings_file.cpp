@@ -60,10 +60,9 @@ SettingsFileResult LoadSettings(const std::filesystem::path& path, Settings& set
       file = IniFile(std::move(upgraded));
     }
   }
-  for (const std::string& remark : LoadSettingsText(file, settings)) {
-    prompts.Notice(TextFromPath(path) + ": " + remark);
-  }
-  return {};
+  const std::vector<std::string> remarks = LoadSettingsText(file, settings);
+  for (const std::string& remark : remarks) prompts.Notice(TextFromPath(path) + ": " + remark);
+  return {.understoodAll = remarks.empty()};
 }
 
 SettingsFileResult SaveSettings(const std::filesystem::path& path, const Settings& settings) {

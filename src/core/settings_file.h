@@ -13,6 +13,8 @@ struct SettingsFileResult {
   std::string error;
   /// False: there is no such file, and nothing was read. No error: the settings stay as they were.
   bool found = true;
+  /// False: values were cut or not fully understood; the remarks that were given say which.
+  bool understoodAll = true;
 
   bool ok() const { return error.empty(); }
 };

@@ -7,8 +7,8 @@
 
 #include "formats/import.h"
 #include "support/near.h"
-#include "support/scripted_prompts.h"
 #include "support/scratch_folder.h"
+#include "support/scripted_prompts.h"
 
 namespace texturon {
 namespace {
