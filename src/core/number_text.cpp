@@ -72,7 +72,7 @@ bool IsTooLarge(std::string_view digits, char exponentLetter, bool hex) {
   if (i < digits.size()) {
     const bool negative = i + 1 < digits.size() && digits[i + 1] == '-';
     for (const char c : digits.substr(i + 1)) {
-      if (IsDigit(c)) exponent = std::min<std::int64_t>(exponent * 10 + (c - '0'), std::int64_t{1} << 60);
+      if (IsDigit(c)) exponent = std::min<std::int64_t>(exponent * 10 + (c - '0'), std::int64_t{1} << 40);
     }
     if (negative) exponent = -exponent;
   }

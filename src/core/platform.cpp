@@ -337,7 +337,7 @@ FileOutcome ReplaceFile(const std::filesystem::path& path, std::string_view byte
 
 FileOutcome WriteSideFile(const std::filesystem::path& path, std::string_view bytes) {
   std::error_code error;
-  if (std::filesystem::is_symlink(path, error)) return {Failure("cannot be written", ELOOP)};
+  if (kNoFollowFlag == 0 && std::filesystem::is_symlink(path, error)) return {Failure("cannot be written", ELOOP)};
   File file(OpenFile(path, kWriteFlags | kCreateFlag | kNoFollowFlag | kNoWaitFlag));
   if (!file.isOpen()) return {Failure("cannot be opened for writing", errno)};
   FileStatus status{};

@@ -131,6 +131,7 @@ TEST(NumberText, ReadingDoubles) {
   EXPECT_TRUE(std::signbit(ParseDouble("-0").value));
   EXPECT_EQ(ParseDouble(std::string(400, '9')).value, kInfinity);
   EXPECT_EQ(ParseDouble("0." + std::string(400, '0') + "1").value, 0.0);
+  EXPECT_EQ(ParseDouble("0x." + std::string(400, '0') + "1p500").value, 0.0);
 }
 
 TEST(NumberText, ReadingIntegers) {
