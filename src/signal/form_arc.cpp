@@ -30,15 +30,14 @@ struct Circle {
     const double equation = Equation(x, t);
     return equation / (std::sqrt(std::max(radius * radius + equation, 0.0)) + radius);
   }
-  // Height of the half circle above the line: the root of t^2 - 2 b t + q = 0 on that half.
+  // Height of the half circle above the line: the root of t^2 - 2 b t + q = 0 on that half. With b of the half's sign,
+  // as it is near the points, b - root(b^2 - q) is q / (b + root(b^2 - q)) and does not cancel.
   double Height(double x) const {
-    const double b = B - a * x;
+    const double half = B > 0.0 ? 1.0 : -1.0;  // points below the centre: the lower half
+    const double b = half * (B - a * x);
     const double q = x * ((1.0 + a * a) * x - 2.0 * S) - 2.0 * C;
     const double root = std::sqrt(std::max(b * b - q, 0.0));
-    const bool lowerHalf = B > 0.0;
-    const double sameSign = lowerHalf ? b + root : b - root;  // of b's sign near the points: no cancellation
-    const double direct = lowerHalf ? b - root : b + root;
-    return (b > 0.0) == lowerHalf && root > 0.0 ? q / sameSign : direct;
+    return half * (std::min(b, root) > 0.0 ? q / (b + root) : b - root);
   }
 };
 
@@ -107,22 +106,25 @@ std::optional<ArcFit> FitArc(const FormInput& input, FormOutput output) {
   if (!found) return {};
   const Circle circle = *found;
 
-  const bool perpendicular = input.residual == ResidualKind::kPerpendicular;
-  for (std::size_t i = 0; i < input.heights.size(); ++i) {
-    const double index = static_cast<double>(i);
-    const double x = frame.X(index);
-    const double t = frame.line.Above(input.heights[i], index);
-    const double height = circle.Height(x);
+  const std::span<const double> heights = input.heights;
+  for (std::size_t i = 0; i < heights.size(); ++i) {
+    const double index = ExactDouble(i);
+    const double height = circle.Height(frame.X(index));
     output.form[i] = frame.line.Coarse(index) + (frame.line.Fine(index) + height);
-    if (perpendicular) {
+    output.residual[i] = frame.line.Above(heights[i], index) - height;
+  }
+  const bool perpendicular = input.residual == ResidualKind::kPerpendicular;
+  if (perpendicular) {
+    for (std::size_t i = 0; i < heights.size(); ++i) {
+      const double index = ExactDouble(i);
+      const double x = frame.X(index);
+      const double t = frame.line.Above(heights[i], index);
       const double outside = circle.Outside(x, t);
       output.residual[i] = t + circle.a * x >= circle.B ? outside : -outside;
-    } else {
-      output.residual[i] = t - height;
     }
   }
   const double centreIndex = frame.line.origin + frame.line.meanIndex;
-  const double spacing = perpendicular ? MeanStep(input.heights, input.spacingUM) : input.spacingUM;
+  const double spacing = perpendicular ? MeanStep(heights, input.spacingUM) : input.spacingUM;
   const ArcFit fit{circle.radius, circle.A + centreIndex * input.spacingUM, circle.B + frame.line.Height(centreIndex),
                    spacing};
   if (!std::isfinite(fit.centreXUM) || !std::isfinite(fit.centreYUM) || !std::isfinite(spacing)) return {};

@@ -36,13 +36,18 @@ struct FormOutput {
   }
 };
 
+/// An index as a double. By way of 32 bits, of which processors convert several at once.
+inline double ExactDouble(std::size_t index) {
+  return static_cast<double>(static_cast<std::int32_t>(index));
+}
+
 /// Fit points at first, first + step, ... without a gap.
 struct FitRun {
   std::size_t first = 0;
   std::size_t step = 1;
   std::span<const double> heights;  // of these points only, one after the other
 
-  double Index(std::size_t j) const { return static_cast<double>(first + j * step); }
+  double Index(std::size_t j) const { return static_cast<double>(first) + static_cast<double>(step) * ExactDouble(j); }
 };
 
 /// The points that take part in a fit, in at most two runs: before and behind the exclusion. Views the input's heights

@@ -21,7 +21,7 @@ std::optional<LineFit> FitLine(const FormInput& input, FormOutput output) {
   const double shrink = perpendicular ? 1.0 / stretch : 1.0;
   const LevelLine level = *line;  // a copy that no output can alias
   for (std::size_t i = 0; i < n; ++i) {
-    const double index = static_cast<double>(i);
+    const double index = ExactDouble(i);
     output.form[i] = level.Height(index);
     output.residual[i] = level.Above(input.heights[i], index) * shrink;
   }

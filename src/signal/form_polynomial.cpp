@@ -1,9 +1,9 @@
 #include "signal/form_polynomial.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
 
+#include "signal/all_finite.h"
 #include "signal/double_double.h"
 #include "signal/orthogonal_polynomials.h"
 
@@ -35,10 +35,6 @@ std::vector<double> ToPowersOfX(const std::vector<DoubleDouble>& powers, double 
     scale *= ratio;
   }
   return coefficients;
-}
-
-bool AllFinite(std::span<const double> values) {
-  return std::all_of(values.begin(), values.end(), [](double value) { return std::isfinite(value); });
 }
 
 }  // namespace

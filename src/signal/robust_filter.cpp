@@ -39,8 +39,9 @@ double RelativeChange(double scale, double previous) {
 }
 
 int Percent(double change) {
+  if (!(change < 1.0)) return 0;
   const double percent = 100.0 * std::log10(change) / std::log10(kRobustConvergence);
-  return static_cast<int>(std::lround(std::clamp(percent, 0.0, 100.0)));
+  return static_cast<int>(std::lround(std::min(percent, 100.0)));
 }
 
 }  // namespace

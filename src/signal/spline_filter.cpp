@@ -8,6 +8,7 @@
 #include <memory>
 #include <numbers>
 
+#include "signal/all_finite.h"
 #include "signal/double_double.h"
 #include "signal/filter_contract.h"
 
@@ -156,12 +157,6 @@ WeightSurvey Survey(std::span<const double> weights, std::size_t n) {
     survey.anyNegative |= weight < 0.0;
   }
   return survey;
-}
-
-bool AllFinite(std::span<const double> values) {
-  bool finite = true;
-  for (const double value : values) finite &= std::abs(value) <= std::numeric_limits<double>::max();
-  return finite;
 }
 
 }  // namespace

@@ -7,18 +7,13 @@
 #include <vector>
 
 #include "support/dense_solve.h"
+#include "support/form_outputs.h"
 #include "support/near.h"
 
 namespace texturon {
 namespace {
 
 constexpr double kSpacingUM = 2.0;
-
-struct Outputs {
-  explicit Outputs(std::size_t n) : form(n), residual(n) {}
-  FormOutput Spans() { return {form, residual}; }
-  std::vector<double> form, residual;
-};
 
 // Heights of a circle whose nearest point to y = 0 lies over the middle; sign +1 is concave, centre above.
 std::vector<double> Arc(std::size_t n, double radius, double sign, double tilt = 0.0, double noise = 0.0) {
@@ -77,7 +72,7 @@ TEST(FormArc, MatchesTheNormalEquationsWith32Digits) {
           for (const auto& exclusion : exclusions) {
             const std::int32_t step = exclusion ? 3 : 1;
             const Twin twin(z, step, exclusion);
-            Outputs vertical(z.size()), upright(z.size());
+            FormArrays vertical(z.size()), upright(z.size());
             const auto fit = FitArc({z, kSpacingUM, step, exclusion, ResidualKind::kVertical}, vertical.Spans());
             ASSERT_TRUE(fit) << radius;
             ASSERT_TRUE(FitArc({z, kSpacingUM, step, exclusion, ResidualKind::kPerpendicular}, upright.Spans()));
@@ -103,7 +98,7 @@ TEST(FormArc, CountsMaterialAboveTheArcPositiveOnBothKinds) {
   for (const double sign : {1.0, -1.0}) {
     std::vector<double> z = Arc(1001, 5000.0, sign);
     z[500] += 1.0;  // over the centre, so that the distance is the height; left out of the fit
-    Outputs out(z.size());
+    FormArrays out(z.size());
     const auto fit =
         FitArc({z, kSpacingUM, 1, IndexRange::FromEnds(500, 500), ResidualKind::kPerpendicular}, out.Spans());
     ASSERT_TRUE(fit);
@@ -118,7 +113,7 @@ TEST(FormArc, CountsMaterialAboveTheArcPositiveOnBothKinds) {
 TEST(FormArc, StretchesTheSpacingToTheMeanPathStep) {
   // Without noise the points lie on the circle, where each chord spans the angle between them.
   const std::vector<double> z = Arc(1001, 2000.0, -1.0);
-  Outputs out(z.size());
+  FormArrays out(z.size());
   const auto fit = FitArc({z, kSpacingUM, 1, {}, ResidualKind::kPerpendicular}, out.Spans());
   ASSERT_TRUE(fit);
   double path = 0.0;
@@ -136,7 +131,7 @@ TEST(FormArc, TakesTheEndOfTheHalfCircleBeyondTheRadius) {
     const double x = kSpacingUM * (static_cast<double>(i) - 275.0);
     z[i] = 70.0 + std::sqrt(500.0 * 500.0 - x * x);
   }
-  Outputs out(526);
+  FormArrays out(526);
   const std::span<const double> leftOut = std::span<const double>(z).first(526);
   const auto fit = FitArc({leftOut, kSpacingUM, 1, IndexRange::FromEnds(0, 24)}, out.Spans());
   ASSERT_TRUE(fit);
@@ -150,7 +145,7 @@ TEST(FormArc, TakesTheEndOfTheHalfCircleBeyondTheRadius) {
 }
 
 TEST(FormArc, FailsWithoutACircle) {
-  Outputs out(1000);
+  FormArrays out(1000);
   std::vector<double> z = Arc(1000, 1e4, 1.0);
   EXPECT_FALSE(FitArc({z, kSpacingUM, 500}, out.Spans()));
   EXPECT_TRUE(FitArc({z, kSpacingUM, 499}, out.Spans()));

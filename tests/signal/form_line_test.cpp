@@ -9,16 +9,11 @@
 #include "signal/form_mean.h"
 #include "signal/mean.h"
 #include "support/dense_solve.h"
+#include "support/form_outputs.h"
 #include "support/near.h"
 
 namespace texturon {
 namespace {
-
-struct Outputs {
-  explicit Outputs(std::size_t n) : form(n), residual(n) {}
-  FormOutput Spans() { return {form, residual}; }
-  std::vector<double> form, residual;
-};
 
 std::vector<double> NoisyLine(std::size_t n, double slope, double intercept, double noise) {
   std::mt19937 random(5);
@@ -31,7 +26,7 @@ std::vector<double> NoisyLine(std::size_t n, double slope, double intercept, dou
 
 TEST(FormMean, LevelsAllHeightsWhateverIsExcluded) {
   const std::vector<double> z = {1.0, 2.0, 9.0, 4.0};
-  Outputs out(4);
+  FormArrays out(4);
   const auto fit = RemoveMean({z, 0.5, 2, IndexRange::FromEnds(2, 2), ResidualKind::kPerpendicular}, out.Spans());
   ASSERT_TRUE(fit);
   EXPECT_EQ(fit->meanUM, 4.0);
@@ -44,7 +39,7 @@ TEST(FormMean, LevelsAllHeightsWhateverIsExcluded) {
 
 TEST(FormLine, AnExactLineLeavesNothing) {
   const std::vector<double> z = NoisyLine(1000, 0.75, -300.0, 0.0);
-  Outputs out(z.size());
+  FormArrays out(z.size());
   for (const ResidualKind kind : {ResidualKind::kVertical, ResidualKind::kPerpendicular}) {
     const auto fit = FitLine({z, 0.5, 1, {}, kind}, out.Spans());
     ASSERT_TRUE(fit);
@@ -71,7 +66,7 @@ TEST(FormLine, IsTheLeastSquaresLineOfItsFitPoints) {
           count += 1.0, sx += x, sxx += x * x, sy += z[i], sxy += DoubleDouble(x) * z[i];
         }
         const auto twin = SolveDense({{sxx, sx}, {sx, count}}, {sxy, sy});
-        Outputs out(z.size());
+        FormArrays out(z.size());
         const auto fit = FitLine({z, 0.5, step, exclusion, ResidualKind::kVertical}, out.Spans());
         ASSERT_TRUE(fit);
         EXPECT_TRUE(Near(fit->slope, twin[0].hi, 1e-14));
@@ -84,7 +79,7 @@ TEST(FormLine, IsTheLeastSquaresLineOfItsFitPoints) {
         EXPECT_TRUE(AllNear(out.residual, residual, 1e-14)) << step;
 
         // Perpendicular: shorter by the cosine, of the same sign, and without mean only for a step above 1.
-        Outputs upright(z.size());
+        FormArrays upright(z.size());
         ASSERT_TRUE(FitLine({z, 0.5, step, exclusion, ResidualKind::kPerpendicular}, upright.Spans()));
         const double mean = step > 1 ? Mean(residual) : 0.0;
         const double cosine = 1.0 / std::sqrt(1.0 + fit->slope * fit->slope);
@@ -97,7 +92,7 @@ TEST(FormLine, IsTheLeastSquaresLineOfItsFitPoints) {
 }
 
 TEST(FormLine, NeedsTwoFiniteFitPoints) {
-  Outputs out(6);
+  FormArrays out(6);
   std::vector<double> z = {1.0, 5.0, 2.0, 8.0, 4.0, 0.0};
   EXPECT_FALSE(FitLine({z, 0.5, 6}, out.Spans()));
   EXPECT_TRUE(FitLine({z, 0.5, 5}, out.Spans()));

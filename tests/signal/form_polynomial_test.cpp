@@ -7,16 +7,11 @@
 #include <vector>
 
 #include "support/dense_solve.h"
+#include "support/form_outputs.h"
 #include "support/near.h"
 
 namespace texturon {
 namespace {
-
-struct Outputs {
-  explicit Outputs(std::size_t n) : form(n), residual(n) {}
-  FormOutput Spans() { return {form, residual}; }
-  std::vector<double> form, residual;
-};
 
 std::vector<double> Surface(std::size_t n) {
   std::mt19937 random(13);
@@ -58,7 +53,7 @@ TEST(FormPolynomial, MatchesThePowersWith32Digits) {
         const FormInput input{z, 0.25, exclusion ? 3 : 1, exclusion, ResidualKind::kPerpendicular};
         const double scale = static_cast<double>(n);
         const auto twin = PowersTwin(z, order, input, scale);
-        Outputs out(n);
+        FormArrays out(n);
         const auto fit = FitPolynomial(input, static_cast<int>(order), out.Spans());
         ASSERT_TRUE(fit);
         EXPECT_EQ(fit->residualSpacingUM, 0.25);
@@ -94,7 +89,7 @@ TEST(FormPolynomial, LeavesNothingOfAChebyshevPolynomialOfHighOrder) {
   };
   for (const Case c : {Case{200'000, 20}, Case{51, 20}, Case{51, 50}, Case{5000, 35}, Case{5001, 36}, Case{900, 100}}) {
     const std::vector<double> z = chebyshev(c.n, c.m);
-    Outputs out(c.n);
+    FormArrays out(c.n);
     const auto fit = FitPolynomial({z, 0.5}, c.m, out.Spans());
     ASSERT_TRUE(fit) << c.n << ' ' << c.m;
     EXPECT_TRUE(AllNear(out.residual, std::vector(c.n, 0.0), 1e-9)) << c.n << ' ' << c.m;
@@ -107,7 +102,7 @@ TEST(FormPolynomial, LeavesNothingOfAChebyshevPolynomialOfHighOrder) {
 
 TEST(FormPolynomial, ClampsItsOrderAndFailsWithTooLittleToGoBy) {
   const std::vector<double> z = Surface(300);
-  Outputs hundred(300), more(300);
+  FormArrays hundred(300), more(300);
   const auto fit = FitPolynomial({z, 0.5}, 100, hundred.Spans());
   ASSERT_TRUE(fit);
   EXPECT_EQ(fit->coefficients.size(), 101u);
