@@ -1,6 +1,7 @@
 #include "signal/fft.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <vector>
 
@@ -92,19 +93,54 @@ struct FftPlan::Work {
 std::optional<FftPlan> FftPlan::Make(std::size_t n) {
   if (!FftAcceptsLength(n)) return std::nullopt;
   const std::size_t columnLength = BestColumnLength(n);
-  FftPlan plan(n, columnLength);
   // With few columns of a long prime length most lanes would be empty.
   if (std::min(columnLength, n / columnLength) < kBundle && n > kMaxDirectRadix) {
     const std::size_t padded = ChirpPaddedLength(n);
     const std::size_t split = BestColumnLength(padded);
     const double whole = 2.0 * SplitCost(split, padded / split) + kWholeOverhead * static_cast<double>(padded);
-    if (whole < SplitCost(columnLength, n / columnLength)) plan.whole_ = std::make_shared<const WholeChirp>(n, padded);
+    if (whole < SplitCost(columnLength, n / columnLength)) {
+      FftPlan plan(1, 1);
+      plan.length_ = n;
+      plan.whole_ = std::make_shared<const WholeChirp>(n, padded);
+      return plan;
+    }
   }
-  return plan;
+  return FftPlan(n, columnLength);
 }
 
 FftPlan::FftPlan(std::size_t n, std::size_t columnLength)
-    : length_(n), columns_(columnLength), rows_(n / columnLength), roots_(n) {}
+    : length_(n), columns_(columnLength), rows_(n / columnLength), roots_(n) {
+  while (fineRows_ * fineRows_ < columnLength) fineRows_ *= 2;
+  coarse_ = FirstLanes((PaddedLanes(columnLength) + fineRows_ - 1) / fineRows_, fineRows_);
+  fine_ = FirstLanes(fineRows_, 1);
+}
+
+FftPlan::LaneTable FftPlan::FirstLanes(std::size_t rows, std::size_t step) const {
+  LaneTable table{std::vector<double>(rows * kBundle), std::vector<double>(rows * kBundle)};
+  for (std::size_t i = 0; i < rows && i * step < columns_.length(); ++i) {
+    for (std::size_t q = 0; q < std::min(kBundle, rows_.length()); ++q) {
+      const Cplx root = roots_.At(i * step * q);
+      table.re[i * kBundle + q] = root.re;
+      table.im[i * kBundle + q] = root.im;
+    }
+  }
+  return table;
+}
+
+void FftPlan::MoveLanes(const LaneTable& first, std::size_t step, std::size_t c, Rows out) const {
+  std::array<Cplx, kBundle> move;
+  const std::size_t rows = first.re.size() / kBundle;
+  for (std::size_t i = 0; i < rows; i += kBundle) {
+    const std::size_t count = std::min(kBundle, rows - i);
+    for (std::size_t k = 0; k < count; ++k) {
+      const std::size_t row = (i + k) * step;
+      move[k] = row < columns_.length() ? roots_.At(row * c) : Cplx{};
+    }
+    const std::size_t at = i * kBundle;
+    MultiplyRows({first.re.data() + at, first.im.data() + at, kBundle}, {out.re + at, out.im + at, kBundle}, kBundle,
+                 std::span(move).first(count), Product::kPlain);
+  }
+}
 
 void FftPlan::Forward(std::span<const double> reIn, std::span<const double> imIn, std::span<double> reOut,
                       std::span<double> imOut) const {
@@ -113,8 +149,8 @@ void FftPlan::Forward(std::span<const double> reIn, std::span<const double> imIn
   if (whole_) return ConvolveWhole({reIn.data(), imIn.data(), 1}, {reOut.data(), imOut.data(), 1});
 
   const std::size_t tile = std::max(PaddedLanes(n1), n2) * kBundle;
-  const std::size_t coarse = (n1 / kBundle + 1) * kBundle;
-  const std::size_t fine = kBundle * kBundle;
+  const std::size_t coarse = coarse_.re.size();
+  const std::size_t fine = fine_.re.size();
   const std::size_t scratch = std::max(columns_.ScratchDoubles(kBundle), rows_.ScratchDoubles(kBundle));
   const LineMemory memory(SplitDoubles(n2 * PaddedLanes(n1)) + 2 * SplitDoubles(tile) + SplitDoubles(coarse) +
                           SplitDoubles(fine) + scratch);
@@ -148,17 +184,8 @@ void FftPlan::TransformColumns(ConstRows in, const Work& work) const {
       source = edge;
     }
     columns_.Run(source, tile, lanes, work.scratch);
-    const auto turn = [&](Rows table, std::size_t count, std::size_t step) {
-      for (std::size_t i = 0; i < count; ++i) {
-        for (std::size_t q = 0; q < lanes; ++q) {
-          const Cplx root = q < width && i * step < n1 ? roots_.At(i * step * (c + q)) : Cplx{};
-          table.re[i * table.stride + q] = root.re;
-          table.im[i * table.stride + q] = root.im;
-        }
-      }
-    };
-    turn(work.coarse, (n1 + kBundle - 1) / kBundle, kBundle);
-    turn(work.fine, kBundle, 1);
+    MoveLanes(coarse_, fineRows_, c, work.coarse);
+    MoveLanes(fine_, 1, c, work.fine);
     // The padding of the turned block is made of rows of zeros.
     std::fill(tile.re + n1 * lanes, tile.re + PaddedLanes(n1) * lanes, 0.0);
     std::fill(tile.im + n1 * lanes, tile.im + PaddedLanes(n1) * lanes, 0.0);
@@ -171,6 +198,7 @@ void FftPlan::TransformColumns(ConstRows in, const Work& work) const {
                  .outRow = c,
                  .coarse = work.coarse,
                  .fine = work.fine,
+                 .fineRows = fineRows_,
                  .outRe = work.turned.re,
                  .outIm = work.turned.im});
   }

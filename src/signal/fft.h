@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <span>
+#include <vector>
 
 #include "signal/fft_batch.h"
 #include "signal/fft_roots.h"
@@ -46,10 +47,16 @@ public:
 private:
   struct Work;
   struct WholeChirp;
+  struct LaneTable {
+    std::vector<double> re;
+    std::vector<double> im;
+  };
 
   FftPlan(std::size_t n, std::size_t columnLength);
-  static std::size_t ColumnLength(std::size_t n);
 
+  LaneTable FirstLanes(std::size_t rows, std::size_t step) const;
+  /// The table's turns times those of the bundle that starts at column c.
+  void MoveLanes(const LaneTable& first, std::size_t step, std::size_t c, Rows out) const;
   void TransformColumns(ConstRows in, const Work& work) const;
   void TransformRows(Rows out, const Work& work) const;
   void ConvolveWhole(ConstRows in, Rows out) const;
@@ -58,6 +65,9 @@ private:
   BatchFft columns_;  ///< over j1 of x[j1 n2 + j2]
   BatchFft rows_;     ///< over j2
   UnitRoots roots_;
+  std::size_t fineRows_ = 1;  ///< turns exp(-2 pi i k c / n) come from row k / fineRows_ and row k % fineRows_
+  LaneTable coarse_;          ///< for the lanes c = 0, 1, .. of the first bundle, k = 0, fineRows_, ..
+  LaneTable fine_;            ///< k = 0, 1, ..
   std::shared_ptr<const WholeChirp> whole_;  ///< replaces the split where that would leave most lanes empty
 };
 
