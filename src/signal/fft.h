@@ -4,10 +4,8 @@
 #include <memory>
 #include <optional>
 #include <span>
-#include <vector>
 
-#include "signal/fft_batch.h"
-#include "signal/fft_roots.h"
+#include "signal/fft_split.h"
 
 namespace texturon {
 
@@ -25,10 +23,6 @@ std::size_t LargestFftLength(std::size_t n);
 /// A complex Fourier transform of one length: X[k] = sum over j of x[j] exp(-2 pi i j k / n), real and imaginary parts
 /// in separate arrays. The relative rms error is below 1e-15 log2(n) (found: see fft_test). Cheap to build (O(sqrt n)
 /// sines), immutable, may be copied and used by several threads at once.
-///
-/// The length is split into two factors of about sqrt(n). Columns are transformed in bundles, turned and laid out for
-/// the second half, which then transforms bundles again and writes rows of the result: two trips through memory, all
-/// other work stays in the second-level cache and runs along neighbouring columns.
 class FftPlan {
 public:
   /// Nothing when the length is refused.
@@ -44,31 +38,19 @@ public:
   void Inverse(std::span<const double> reIn, std::span<const double> imIn, std::span<double> reOut,
                std::span<double> imOut) const;
 
+  /// X[0 .. n / 2] of real values; for odd lengths with more than one factor at half the work. RealFftPlan (real_fft.h)
+  /// is what a caller wants.
+  void ForwardReal(std::span<const double> x, std::span<double> reOut, std::span<double> imOut) const;
+
 private:
-  struct Work;
-  struct WholeChirp;
-  struct LaneTable {
-    std::vector<double> re;
-    std::vector<double> im;
-  };
+  class Convolution;
 
-  FftPlan(std::size_t n, std::size_t columnLength);
+  explicit FftPlan(std::size_t n) : length_(n) {}
 
-  LaneTable FirstLanes(std::size_t rows, std::size_t step) const;
-  /// The table's turns times those of the bundle that starts at column c.
-  void MoveLanes(const LaneTable& first, std::size_t step, std::size_t c, Rows out) const;
-  void TransformColumns(ConstRows in, const Work& work) const;
-  void TransformRows(Rows out, const Work& work) const;
-  void ConvolveWhole(ConstRows in, Rows out) const;
-
-  std::size_t length_ = 1;
-  BatchFft columns_;  ///< over j1 of x[j1 n2 + j2]
-  BatchFft rows_;     ///< over j2
-  UnitRoots roots_;
-  std::size_t fineRows_ = 1;  ///< turns exp(-2 pi i k c / n) come from row k / fineRows_ and row k % fineRows_
-  LaneTable coarse_;          ///< for the lanes c = 0, 1, .. of the first bundle, k = 0, fineRows_, ..
-  LaneTable fine_;            ///< k = 0, 1, ..
-  std::shared_ptr<const WholeChirp> whole_;  ///< replaces the split where that would leave most lanes empty
+  std::size_t length_;
+  // One of the two; shared by copies of the plan.
+  std::shared_ptr<const SplitFft> split_;
+  std::shared_ptr<const Convolution> convolution_;  ///< for little more than a long prime
 };
 
 /// One transform with a plan of its own. False when the length of reIn is refused; then nothing is written.

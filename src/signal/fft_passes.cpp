@@ -252,6 +252,28 @@ void MultiplyRows(ConstRows in, Rows out, std::size_t lanes, std::span<const Cpl
 }
 
 TEXTURON_MULTIVERSION
+void SeparateRealPair(Rows z, std::size_t rows, Rows second, std::size_t lanes) {
+  lanes = lanes / kLaneQuantum * kLaneQuantum;
+  for (std::size_t k = 0; k <= rows / 2; ++k) {
+    double* ar = z.re + k * z.stride;
+    double* ai = z.im + k * z.stride;
+    const double* mr = z.re + (k == 0 ? 0 : rows - k) * z.stride;
+    const double* mi = z.im + (k == 0 ? 0 : rows - k) * z.stride;
+    double* br = second.re + k * second.stride;
+    double* bi = second.im + k * second.stride;
+    TEXTURON_IVDEP
+    for (std::size_t q = 0; q < lanes; ++q) {
+      const Cplx here = {ar[q], ai[q]};
+      const Cplx mirror = {mr[q], mi[q]};
+      ar[q] = 0.5 * (here.re + mirror.re);
+      ai[q] = 0.5 * (here.im - mirror.im);
+      br[q] = 0.5 * (here.im + mirror.im);
+      bi[q] = 0.5 * (mirror.re - here.re);
+    }
+  }
+}
+
+TEXTURON_MULTIVERSION
 void RunTurnTile(const TurnTile& turn) {
   alignas(64) TurnRows re;
   alignas(64) TurnRows im;

@@ -60,6 +60,10 @@ enum class Product { kPlain, kConjugated };
 /// and output are the same rows or do not overlap.
 void MultiplyRows(ConstRows in, Rows out, std::size_t lanes, std::span<const Cplx> factors, Product product);
 
+/// `rows` rows z = transform of a + i b with a, b real columns: rows 0 .. rows / 2 of z become the transform of a,
+/// those of `second` the transform of b.
+void SeparateRealPair(Rows z, std::size_t rows, Rows second, std::size_t lanes);
+
 /// The step between the two halves of a two-factor transform: a tile of rows [k][lane] is multiplied by
 /// coarse[k / fineRows][lane] * fine[k % fineRows][lane] and stored as rows of blocks, out[k / block][lane][k % block].
 /// Lane counts and rows are multiples of kLaneQuantum; the last block may be narrower than the others.
