@@ -5,8 +5,7 @@
 #include <optional>
 #include <span>
 
-#include "signal/fft_batch.h"
-#include "signal/fft_roots.h"
+#include "signal/fft_split.h"
 
 namespace texturon {
 
@@ -24,10 +23,6 @@ std::size_t LargestFftLength(std::size_t n);
 /// A complex Fourier transform of one length: X[k] = sum over j of x[j] exp(-2 pi i j k / n), real and imaginary parts
 /// in separate arrays. The relative rms error is below 1e-15 log2(n) (found: see fft_test). Cheap to build (O(sqrt n)
 /// sines), immutable, may be copied and used by several threads at once.
-///
-/// The length is split into two factors of about sqrt(n). Columns are transformed in bundles, turned and laid out for
-/// the second half, which then transforms bundles again and writes rows of the result: two trips through memory, all
-/// other work stays in the second-level cache and runs along neighbouring columns.
 class FftPlan {
 public:
   /// Nothing when the length is refused.
@@ -43,22 +38,19 @@ public:
   void Inverse(std::span<const double> reIn, std::span<const double> imIn, std::span<double> reOut,
                std::span<double> imOut) const;
 
+  /// X[0 .. n / 2] of real values; for odd lengths with more than one factor at half the work. RealFftPlan (real_fft.h)
+  /// is what a caller wants.
+  void ForwardReal(std::span<const double> x, std::span<double> reOut, std::span<double> imOut) const;
+
 private:
-  struct Work;
-  struct WholeChirp;
+  class Convolution;
 
-  FftPlan(std::size_t n, std::size_t columnLength);
-  static std::size_t ColumnLength(std::size_t n);
+  explicit FftPlan(std::size_t n) : length_(n) {}
 
-  void TransformColumns(ConstRows in, const Work& work) const;
-  void TransformRows(Rows out, const Work& work) const;
-  void ConvolveWhole(ConstRows in, Rows out) const;
-
-  std::size_t length_ = 1;
-  BatchFft columns_;  ///< over j1 of x[j1 n2 + j2]
-  BatchFft rows_;     ///< over j2
-  UnitRoots roots_;
-  std::shared_ptr<const WholeChirp> whole_;  ///< replaces the split where that would leave most lanes empty
+  std::size_t length_;
+  // One of the two; shared by copies of the plan.
+  std::shared_ptr<const SplitFft> split_;
+  std::shared_ptr<const Convolution> convolution_;  ///< for little more than a long prime
 };
 
 /// One transform with a plan of its own. False when the length of reIn is refused; then nothing is written.

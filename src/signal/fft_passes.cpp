@@ -81,70 +81,6 @@ TEXTURON_INLINE void Butterfly(Legs<8>& a) {
        even[0] - odd[0], even[1] - o1, even[2] - o2, even[3] - o3};
 }
 
-// Six and ten by coprime factors, without turns between them: input 3 a + 2 b (5 a + 2 b), output k with k mod 2 from
-// the transform over a and k mod 3 (5) from that over b.
-
-TEXTURON_INLINE void Butterfly(Legs<6>& a) {
-  Legs<3> x = {a[0], a[2], a[4]};
-  Legs<3> y = {a[3], a[5], a[1]};
-  Butterfly(x);
-  Butterfly(y);
-  a = {x[0] + y[0], x[1] - y[1], x[2] + y[2], x[0] - y[0], x[1] + y[1], x[2] - y[2]};
-}
-
-TEXTURON_INLINE void Butterfly(Legs<10>& a) {
-  Legs<5> x = {a[0], a[2], a[4], a[6], a[8]};
-  Legs<5> y = {a[5], a[7], a[9], a[1], a[3]};
-  Butterfly(x);
-  Butterfly(y);
-  a = {x[0] + y[0], x[1] - y[1], x[2] + y[2], x[3] - y[3], x[4] + y[4],
-       x[0] - y[0], x[1] + y[1], x[2] - y[2], x[3] + y[3], x[4] - y[4]};
-}
-
-TEXTURON_INLINE void Butterfly(Legs<9>& a) {
-  constexpr Cplx kTurn1 = {0.76604444311897803520, -0.64278760968653932632};
-  constexpr Cplx kTurn2 = {0.17364817766693034885, -0.98480775301220805937};
-  constexpr Cplx kTurn4 = {-0.93969262078590838405, -0.34202014332566873304};
-  Legs<3> x = {a[0], a[3], a[6]};
-  Legs<3> y = {a[1], a[4], a[7]};
-  Legs<3> z = {a[2], a[5], a[8]};
-  Butterfly(x);
-  Butterfly(y);
-  Butterfly(z);
-  Legs<3> p = {x[0], y[0], z[0]};
-  Legs<3> q = {x[1], y[1] * kTurn1, z[1] * kTurn2};
-  Legs<3> r = {x[2], y[2] * kTurn2, z[2] * kTurn4};
-  Butterfly(p);
-  Butterfly(q);
-  Butterfly(r);
-  a = {p[0], q[0], r[0], p[1], q[1], r[1], p[2], q[2], r[2]};
-}
-
-TEXTURON_INLINE void Butterfly(Legs<16>& a) {
-  constexpr double kHalfRoot = 0.70710678118654752440;
-  constexpr Cplx kTurn1 = {0.92387953251128675613, -0.38268343236508977173};
-  constexpr Cplx kTurn3 = {0.38268343236508977173, -0.92387953251128675613};
-  constexpr Cplx kTurn9 = {-0.92387953251128675613, 0.38268343236508977173};
-  Legs<4> x = {a[0], a[4], a[8], a[12]};
-  Legs<4> y = {a[1], a[5], a[9], a[13]};
-  Legs<4> z = {a[2], a[6], a[10], a[14]};
-  Legs<4> t = {a[3], a[7], a[11], a[15]};
-  Butterfly(x);
-  Butterfly(y);
-  Butterfly(z);
-  Butterfly(t);
-  const auto eighth = [](Cplx c) { return Cplx{kHalfRoot * (c.re + c.im), kHalfRoot * (c.im - c.re)}; };
-  Legs<4> p = {x[0], y[0], z[0], t[0]};
-  Legs<4> q = {x[1], y[1] * kTurn1, eighth(z[1]), t[1] * kTurn3};
-  Legs<4> r = {x[2], eighth(y[2]), Quarter(z[2]), eighth(Quarter(t[2]))};
-  Legs<4> u = {x[3], y[3] * kTurn3, eighth(Quarter(z[3])), t[3] * kTurn9};
-  Butterfly(p);
-  Butterfly(q);
-  Butterfly(r);
-  Butterfly(u);
-  a = {p[0], q[0], r[0], u[0], p[1], q[1], r[1], u[1], p[2], q[2], r[2], u[2], p[3], q[3], r[3], u[3]};
-}
-
 template <std::size_t R, bool kTwiddled, std::size_t... K>
 TEXTURON_INLINE void RunPass(const FftPass& pass, std::index_sequence<K...> /*legs*/) {
   const std::size_t run = pass.run / kLaneQuantum * kLaneQuantum;
@@ -262,8 +198,7 @@ TEXTURON_INLINE void Transpose(const TurnRows& x, std::size_t rows, std::size_t 
 }  // namespace
 
 bool IsFixedRadix(std::size_t radix) {
-  constexpr std::array<std::size_t, 9> kRadices = {2, 3, 4, 5, 6, 8, 9, 10, 16};
-  return std::find(kRadices.begin(), kRadices.end(), radix) != kRadices.end();
+  return radix == 2 || radix == 3 || radix == 4 || radix == 5 || radix == 8;
 }
 
 TEXTURON_MULTIVERSION
@@ -277,16 +212,8 @@ void RunFixedPass(std::size_t radix, const FftPass& pass) {
       return RunPass<4>(pass);
     case 5:
       return RunPass<5>(pass);
-    case 6:
-      return RunPass<6>(pass);
-    case 8:
-      return RunPass<8>(pass);
-    case 9:
-      return RunPass<9>(pass);
-    case 10:
-      return RunPass<10>(pass);
     default:
-      return RunPass<16>(pass);
+      return RunPass<8>(pass);
   }
 }
 
@@ -325,19 +252,43 @@ void MultiplyRows(ConstRows in, Rows out, std::size_t lanes, std::span<const Cpl
 }
 
 TEXTURON_MULTIVERSION
+void SeparateRealPair(Rows z, std::size_t rows, Rows second, std::size_t lanes) {
+  lanes = lanes / kLaneQuantum * kLaneQuantum;
+  for (std::size_t k = 0; k <= rows / 2; ++k) {
+    double* ar = z.re + k * z.stride;
+    double* ai = z.im + k * z.stride;
+    const double* mr = z.re + (k == 0 ? 0 : rows - k) * z.stride;
+    const double* mi = z.im + (k == 0 ? 0 : rows - k) * z.stride;
+    double* br = second.re + k * second.stride;
+    double* bi = second.im + k * second.stride;
+    TEXTURON_IVDEP
+    for (std::size_t q = 0; q < lanes; ++q) {
+      const Cplx here = {ar[q], ai[q]};
+      const Cplx mirror = {mr[q], mi[q]};
+      ar[q] = 0.5 * (here.re + mirror.re);
+      ai[q] = 0.5 * (here.im - mirror.im);
+      br[q] = 0.5 * (here.im + mirror.im);
+      bi[q] = 0.5 * (mirror.re - here.re);
+    }
+  }
+}
+
+TEXTURON_MULTIVERSION
 void RunTurnTile(const TurnTile& turn) {
   alignas(64) TurnRows re;
   alignas(64) TurnRows im;
   const std::size_t lanes = turn.lanes / kLaneQuantum * kLaneQuantum;
   for (std::size_t k0 = 0; k0 < turn.rows; k0 += turn.block) {
     const std::size_t count = std::min(turn.block, turn.rows - k0);
-    const double* ur = turn.coarse.re + k0 / turn.block * turn.coarse.stride;
-    const double* ui = turn.coarse.im + k0 / turn.block * turn.coarse.stride;
     for (std::size_t k = 0; k < count; ++k) {
       const double* xr = turn.tile.re + (k0 + k) * turn.tile.stride;
       const double* xi = turn.tile.im + (k0 + k) * turn.tile.stride;
-      const double* vr = turn.fine.re + k * turn.fine.stride;
-      const double* vi = turn.fine.im + k * turn.fine.stride;
+      const std::size_t coarse = (k0 + k) / turn.fineRows * turn.coarse.stride;
+      const std::size_t fine = (k0 + k) % turn.fineRows * turn.fine.stride;
+      const double* ur = turn.coarse.re + coarse;
+      const double* ui = turn.coarse.im + coarse;
+      const double* vr = turn.fine.re + fine;
+      const double* vi = turn.fine.im + fine;
       TEXTURON_IVDEP
       for (std::size_t q = 0; q < lanes; ++q) {
         const Cplx y = Cplx{xr[q], xi[q]} * (Cplx{ur[q], ui[q]} * Cplx{vr[q], vi[q]});

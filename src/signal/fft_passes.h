@@ -45,7 +45,7 @@ struct FftPass {
   const Cplx* twiddles = nullptr;
 };
 
-/// True for the radices that RunFixedPass knows: 2, 3, 4, 5, 6, 8, 9, 10, 16.
+/// True for the radices that RunFixedPass knows: 2, 3, 4, 5, 8.
 bool IsFixedRadix(std::size_t radix);
 void RunFixedPass(std::size_t radix, const FftPass& pass);
 
@@ -60,9 +60,13 @@ enum class Product { kPlain, kConjugated };
 /// and output are the same rows or do not overlap.
 void MultiplyRows(ConstRows in, Rows out, std::size_t lanes, std::span<const Cplx> factors, Product product);
 
+/// `rows` rows z = transform of a + i b with a, b real columns: rows 0 .. rows / 2 of z become the transform of a,
+/// those of `second` the transform of b.
+void SeparateRealPair(Rows z, std::size_t rows, Rows second, std::size_t lanes);
+
 /// The step between the two halves of a two-factor transform: a tile of rows [k][lane] is multiplied by
-/// coarse[k / block][lane] * fine[k % block][lane] and stored as rows of blocks, out[k / block][lane][k % block]. Lane
-/// counts and rows are multiples of kLaneQuantum; the last block may be narrower than the others.
+/// coarse[k / fineRows][lane] * fine[k % fineRows][lane] and stored as rows of blocks, out[k / block][lane][k % block].
+/// Lane counts and rows are multiples of kLaneQuantum; the last block may be narrower than the others.
 struct TurnTile {
   ConstRows tile;
   std::size_t rows = 0;
@@ -73,6 +77,7 @@ struct TurnTile {
   std::size_t outRow = 0;   ///< output row of lane 0
   ConstRows coarse;
   ConstRows fine;
+  std::size_t fineRows = 0;
   double* outRe = nullptr;
   double* outIm = nullptr;
 };

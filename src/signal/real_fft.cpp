@@ -19,11 +19,7 @@ std::optional<RealFftPlan> RealFftPlan::Make(std::size_t n) {
 void RealFftPlan::Forward(std::span<const double> x, std::span<double> re, std::span<double> im) const {
   const std::size_t half = length_ / 2;
   if (length_ % 2 != 0) {
-    std::vector<double> fullRe(length_);
-    std::vector<double> fullIm(length_, 0.0);
-    complex_.Forward(x, fullIm, fullRe, fullIm);
-    std::copy_n(fullRe.begin(), half + 1, re.begin());
-    std::copy_n(fullIm.begin(), half + 1, im.begin());
+    complex_.ForwardReal(x, re, im);
     return;
   }
   // z[j] = x[2 j] + i x[2 j + 1] has the transform E + i O of the even and the odd samples, and X = E + w O.

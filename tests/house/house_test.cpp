@@ -1,10 +1,9 @@
 // Rules of the source tree that a compiler does not check.
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <gtest/gtest.h>
 #include <iterator>
 #include <map>
 #include <regex>

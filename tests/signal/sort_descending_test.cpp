@@ -1,9 +1,8 @@
 #include "signal/sort_descending.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <functional>
+#include <gtest/gtest.h>
 #include <limits>
 #include <random>
 #include <vector>

@@ -1,10 +1,9 @@
 // Runs the tests under the locale of the environment, as a desktop program would: nothing may depend on it.
 
-#include <gtest/gtest.h>
-
 #include <clocale>
 #include <cstdlib>
 #include <cstring>
+#include <gtest/gtest.h>
 #include <iostream>
 
 int main(int argc, char** argv) {

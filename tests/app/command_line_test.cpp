@@ -1,0 +1,247 @@
+#include "app/command_line.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <iostream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "support/near.h"
+#include "support/scratch_folder.h"
+
+namespace texturon {
+namespace {
+
+using nlohmann::json;
+
+struct Run {
+  int status;
+  std::string out;
+  std::string error;
+};
+
+Run Texturon(std::vector<std::string> arguments) {
+  arguments.insert(arguments.begin(), "texturon");
+  std::vector<char*> argv;
+  for (std::string& argument : arguments) argv.push_back(argument.data());
+  std::ostringstream out;
+  std::ostringstream error;
+  std::streambuf* const formerOut = std::cout.rdbuf(out.rdbuf());
+  std::streambuf* const formerError = std::cerr.rdbuf(error.rdbuf());
+  const int status = RunCommandLine(static_cast<int>(argv.size()), argv.data());
+  std::cout.rdbuf(formerOut);
+  std::cerr.rdbuf(formerError);
+  std::cout.clear();
+  return {status, out.str(), error.str()};
+}
+
+std::string Sample(const char* name) {
+  return std::string(TEXTURON_SOURCE_DIR) + "/samples/" + name;
+}
+
+json Parameter(const json& analysis, const std::string& name) {
+  for (const json& row : analysis["parameters"]) {
+    if (row["name"] == name) return row;
+  }
+  return {};
+}
+
+TEST(CommandLine, AnalysesASampleIntoTheAgreedJson) {
+  const Run run = Texturon({"analyze", "--json", "--profiles", "--no-trace", Sample("ground.lmt")});
+  ASSERT_EQ(run.status, 0) << run.error;
+  EXPECT_EQ(run.error, "");
+  const json analysis = json::parse(run.out);
+  for (const char* key :
+       {"file", "identification", "date", "spacing_um", "point_count", "tip_radius_mm", "form", "ranges", "flags",
+        "parameters", "material_ratios", "htps", "rk", "messages", "profiles", "spectrum"}) {
+    EXPECT_TRUE(analysis.contains(key)) << key;
+  }
+  EXPECT_EQ(analysis["point_count"], 8000);
+  EXPECT_EQ(analysis["form"]["applied"], 1);
+  EXPECT_EQ(analysis["ranges"]["evaluation"], json({0, 7999, 8000}));
+  EXPECT_EQ(analysis["parameters"].size(), 107u);
+  EXPECT_EQ(analysis["profiles"]["roughness"].size(), 8000u);
+  EXPECT_FALSE(analysis["profiles"].contains("closing"));
+  const json ra = Parameter(analysis, "Ra");
+  EXPECT_EQ(ra["unit"], "\xC2\xB5m");
+  EXPECT_EQ(Parameter(analysis, "Rmr1")["unit"], "%");
+  double sum = 0.0;
+  for (const json& z : analysis["profiles"]["roughness"]) sum += std::abs(z.get<double>());
+  EXPECT_TRUE(Near(ra["value"].get<double>(), sum / 8000.0, 1e-12));
+}
+
+TEST(CommandLine, TakesSettingsFromFileThenAssignments) {
+  const Run run =
+      Texturon({"analyze", "--json", "--no-trace", "--settings", Sample("production.ini"), "--set",
+                "PARAMETERS.MetricUpperTolLimit00=0.1", "--set", "analysis.filtertype=1", Sample("arc.lmt")});
+  ASSERT_EQ(run.status, 0) << run.error;
+  const json analysis = json::parse(run.out);
+  EXPECT_EQ(analysis["parameters"].size(), 4u);
+  EXPECT_EQ(Parameter(analysis, "Ra")["verdict"], "FAIL");
+  EXPECT_TRUE(Parameter(analysis, "Pt")["verdict"].is_null());
+  EXPECT_TRUE(Near(analysis["form"]["radius_um"].get<double>(), 12'000.0, 1e-3));
+  EXPECT_EQ(analysis["ranges"]["evaluation"][0], 800);
+}
+
+TEST(CommandLine, CarriesWhatASettingsFileCannot) {
+  const auto analyse = [](std::vector<std::string> options) {
+    options.insert(options.begin(), {"analyze", "--json", "--no-trace", Sample("ground.lmt")});
+    const Run run = Texturon(options);
+    EXPECT_EQ(run.status, 0) << run.error;
+    return json::parse(run.out);
+  };
+  EXPECT_EQ(analyse({"--region", "1,0.5,0,2.5"})["ranges"]["compute"], json({1000, 6000, 5001}));
+  EXPECT_EQ(analyse({"--whole-cutoffs"})["ranges"]["compute"], json({0, 7999, 8000}));
+  const json plain = analyse({});
+  const json inverted = analyse({"--invert"});
+  EXPECT_TRUE(
+      Near(Parameter(inverted, "Rp")["value"].get<double>(), Parameter(plain, "Rv")["value"].get<double>(), 1e-9));
+  EXPECT_NE(analyse({"--exclude", "0,4000"})["form"]["slope"], plain["form"]["slope"]);
+  EXPECT_EQ(analyse({"--exclude", "0,4000", "--all-data-for-form"})["form"]["slope"], plain["form"]["slope"]);
+  const json imperial = analyse({"--imperial"});
+  EXPECT_EQ(Parameter(imperial, "Ra")["value"], Parameter(plain, "Ra")["value"]);
+  EXPECT_NE(imperial["form"]["caption"], plain["form"]["caption"]);
+}
+
+TEST(CommandLine, PrintsATableForPeopleAndOneForSpreadsheets) {
+  const Run table = Texturon({"analyze", "--no-trace", Sample("honed.lmt")});
+  EXPECT_EQ(table.status, 0);
+  EXPECT_NE(table.out.find("Plateau-honed; generated"), std::string::npos);
+  EXPECT_NE(table.out.find("\nRa "), std::string::npos);
+  const Run csv = Texturon({"analyze", "--csv", "--no-trace", Sample("honed.lmt"), Sample("turned.lmt")});
+  EXPECT_EQ(std::count(csv.out.begin(), csv.out.end(), '\n'), 4);
+  const Run several = Texturon({"analyze", "--json", "--no-trace", Sample("honed.lmt"), Sample("turned.lmt")});
+  EXPECT_EQ(std::count(several.out.begin(), several.out.end(), '\n'), 2) << "one line a file";
+}
+
+TEST(CommandLine, RefusesWithOneSentenceAndStatusOne) {
+  const ScratchFolder folder;
+  const std::string tooShort =
+      folder
+          .Write("short.lmt",
+                 "Lumetrace_Data 1.0\nIDENTIFICATION: a\nDATE: d\nSPACING_UM: 1\nNUMBER_OF_POINTS: 3\n"
+                 "PROFILE_UM:\n1 2 3\n")
+          .string();
+  struct Case {
+    std::vector<std::string> arguments;
+    std::string named;
+  };
+  const Case cases[] = {
+      {{"analyze", (folder / "none.lmt").string()}, "none.lmt"},
+      {{"analyze", folder.path().string()}, folder.path().string()},
+      {{"analyze", folder.Write("empty.lmt", "").string()}, "empty.lmt"},
+      {{"analyze", folder.Write("odd.xyz", "1").string()}, "odd.xyz"},
+      {{"analyze", folder.Write("bad.lmt", "Lumetrace_Data 2.0").string()}, "Invalid file revision."},
+      {{"analyze", "--no-trace", tooShort}, "short.lmt"},
+      {{"analyze", "--settings", (folder / "none.ini").string(), Sample("arc.lmt")}, "none.ini"},
+      {{"analyze", "--settings", folder.path().string(), Sample("arc.lmt")}, folder.path().string()},
+      {{"analyze", "--no-trace", "--settings",
+        folder.Write("rubbish.ini", "[ANALYSIS]\nIniVersion=2\nLcCutoffMM=abc\n").string(), Sample("arc.lmt")},
+       "rubbish.ini"},
+      {{"convert", Sample("arc.lmt"), (folder / "x.doc").string()}, "x.doc"},
+      {{"convert", Sample("arc.lmt"), (folder / "no folder" / "x.lmt").string()}, "Could not write file."},
+      {{"settings", "--check", folder.Write("unknown.ini", "[ANALYSIS]\nNoSuchKey=1\n").string()}, ""},
+      {{"plan.ini", "data", "out"}, "test plan"},
+      {{"one", "two", "three"}, "test plan"},
+  };
+  for (const Case& c : cases) {
+    const Run run = Texturon(c.arguments);
+    EXPECT_EQ(run.status, 1) << c.named;
+    EXPECT_NE(run.error.find(c.named), std::string::npos) << run.error;
+  }
+  const json refused = json::parse(Texturon({"analyze", "--json", "--no-trace", tooShort}).out);
+  EXPECT_EQ(refused["messages"], json({"Insufficient data for calculation."}));
+  EXPECT_EQ(refused["form"]["applied"], -99);
+  EXPECT_TRUE(Parameter(refused, "Ra")["value"].is_null());
+}
+
+TEST(CommandLine, CallsAWrongCommandLineStatusTwo) {
+  const std::vector<std::vector<std::string>> cases = {
+      {},
+      {"analyse", "x.lmt"},
+      {"analyze"},
+      {"analyze", "--nonsense", "x"},
+      {"analyze", "--profiles", Sample("arc.lmt")},
+      {"analyze", "--region", "1,2,3", Sample("arc.lmt")},
+      {"analyze", "--region", "a,2,3,4", Sample("arc.lmt")},
+      {"analyze", "--exclude", "5", Sample("arc.lmt")},
+      {"analyze", "--set", "ANALYSIS.Nothing=1", Sample("arc.lmt")},
+      {"analyze", "--set", "ANALYSIS.LcCutoffMM=0,8", Sample("arc.lmt")},
+      {"analyze", "--set", "x", Sample("arc.lmt")},
+      {"analyze", "--spacing", "0", Sample("arc.lmt")},
+      {"analyze", "--answer", "perhaps", Sample("arc.lmt")},
+      {"analyze", "--json", "--csv", Sample("arc.lmt")},
+  };
+  for (const auto& arguments : cases) {
+    const Run run = Texturon(arguments);
+    EXPECT_EQ(run.status, 2) << (arguments.empty() ? "nothing" : arguments.back());
+    EXPECT_NE(run.error, "");
+    EXPECT_EQ(run.out, "");
+  }
+}
+
+TEST(CommandLine, ConvertsAndReadsBack) {
+  const ScratchFolder folder;
+  const std::string copy = (folder / "copy.lmt").string();
+  ASSERT_EQ(Texturon({"convert", Sample("turned.lmt"), copy}).status, 0);
+  const auto heightsOf = [](const std::string& file) {
+    return json::parse(Texturon({"analyze", "--json", "--profiles", "--no-trace", file}).out)["profiles"]["raw"];
+  };
+  EXPECT_EQ(heightsOf(copy), heightsOf(Sample("turned.lmt")));
+}
+
+TEST(CommandLine, ListsWhatThereIs) {
+  const Run parameters = Texturon({"parameters"});
+  EXPECT_EQ(parameters.status, 0);
+  EXPECT_EQ(std::count(parameters.out.begin(), parameters.out.end(), '\n'), 108);
+  EXPECT_NE(Texturon({"formats"}).out.find(".LMTH"), std::string::npos);
+  EXPECT_NE(Texturon({"settings"}).out.find("ANALYSIS.LcCutoffMM"), std::string::npos);
+  EXPECT_EQ(Texturon({"settings", "--check", Sample("production.ini")}).status, 0);
+  EXPECT_EQ(Texturon({"--version"}).status, 0);
+  EXPECT_EQ(Texturon({"analyze", "--help"}).status, 0);
+}
+
+/// The values that an institute printed for a measured surface, to the last digit printed.
+TEST(MeasuredSurface, HasTheInstitutesValues) {
+  const char* folder = std::getenv("TEXTURON_MEASURED");
+  if (folder == nullptr) GTEST_SKIP() << "TEXTURON_MEASURED is not set";
+  // A band of +-5 % of Pt stands for this percentage of the mean over five lengths, which the rows refer to.
+  const std::string file = std::string(folder) + "/native/edm.lmt";
+  const std::vector<std::string> base = {
+      "analyze", "--json", "--no-trace", file, "--set", "ANALYSIS.FormRemovalType=0", "--set", "ANALYSIS.LsCutoffMM=0"};
+  const auto run = [&base](std::vector<std::string> more) {
+    more.insert(more.begin(), base.begin(), base.end());
+    return json::parse(Texturon(more).out);
+  };
+  const json heights = run({"--profiles"});
+  const auto z = heights["profiles"]["primary"].get<std::vector<double>>();
+  const std::size_t fifth = z.size() / 5;
+  double meanHeight = 0.0;
+  for (std::size_t k = 0; k < 5; ++k) {
+    const auto begin = z.begin() + static_cast<std::ptrdiff_t>(k * fifth);
+    const auto [low, high] = std::minmax_element(begin, begin + static_cast<std::ptrdiff_t>(fifth));
+    meanHeight += (*high - *low) / 5.0;
+  }
+  const double total = Parameter(heights, "Pt")["value"].get<double>();
+  std::ostringstream percent;
+  percent.imbue(std::locale::classic());
+  percent.precision(17);
+  percent << 10.0 * total / meanHeight;
+  const json analysis = run({"--set", "ANALYSIS.PsmPzPercent=" + percent.str(), "--set",
+                             "ANALYSIS.PsmSamplingLengthPercent=0", "--set", "PARAMETERS.Name00=Pc"});
+  const auto value = [&analysis](const char* name) { return Parameter(analysis, name)["value"].get<double>(); };
+  struct Printed {
+    const char* name;
+    double value, lastDigit;
+  };
+  const Printed printed[] = {{"Pa", 0.46434, 1e-5},  {"Pq", 0.55994, 1e-5}, {"Psk", -0.13265, 1e-5},
+                             {"Pku", 2.36461, 1e-5}, {"Pt", 2.8623, 1e-4},  {"Pp", 1.39459, 1e-5},
+                             {"Pv", 1.4677, 1e-4},   {"Pc", 1.21012, 1e-5}, {"Psm", 0.04609835, 1e-8}};
+  for (const Printed& p : printed) EXPECT_LE(std::abs(value(p.name) - p.value), 0.5001 * p.lastDigit) << p.name;
+}
+
+}  // namespace
+}  // namespace texturon
