@@ -17,13 +17,13 @@ namespace {
 
 using nlohmann::json;
 
-struct Run {
+struct Outcome {
   int status;
   std::string out;
   std::string error;
 };
 
-Run Texturon(std::vector<std::string> arguments) {
+Outcome Texturon(std::vector<std::string> arguments) {
   arguments.insert(arguments.begin(), "texturon");
   std::vector<char*> argv;
   for (std::string& argument : arguments) argv.push_back(argument.data());
@@ -50,7 +50,7 @@ json Parameter(const json& analysis, const std::string& name) {
 }
 
 TEST(CommandLine, AnalysesASampleIntoTheAgreedJson) {
-  const Run run = Texturon({"analyze", "--json", "--profiles", "--no-trace", Sample("ground.lmt")});
+  const Outcome run = Texturon({"analyze", "--json", "--profiles", "--no-trace", Sample("ground.lmt")});
   ASSERT_EQ(run.status, 0) << run.error;
   EXPECT_EQ(run.error, "");
   const json analysis = json::parse(run.out);
@@ -74,7 +74,7 @@ TEST(CommandLine, AnalysesASampleIntoTheAgreedJson) {
 }
 
 TEST(CommandLine, TakesSettingsFromFileThenAssignments) {
-  const Run run =
+  const Outcome run =
       Texturon({"analyze", "--json", "--no-trace", "--settings", Sample("production.ini"), "--set",
                 "PARAMETERS.MetricUpperTolLimit00=0.1", "--set", "analysis.filtertype=1", Sample("arc.lmt")});
   ASSERT_EQ(run.status, 0) << run.error;
@@ -89,7 +89,7 @@ TEST(CommandLine, TakesSettingsFromFileThenAssignments) {
 TEST(CommandLine, CarriesWhatASettingsFileCannot) {
   const auto analyse = [](std::vector<std::string> options) {
     options.insert(options.begin(), {"analyze", "--json", "--no-trace", Sample("ground.lmt")});
-    const Run run = Texturon(options);
+    const Outcome run = Texturon(options);
     EXPECT_EQ(run.status, 0) << run.error;
     return json::parse(run.out);
   };
@@ -107,13 +107,13 @@ TEST(CommandLine, CarriesWhatASettingsFileCannot) {
 }
 
 TEST(CommandLine, PrintsATableForPeopleAndOneForSpreadsheets) {
-  const Run table = Texturon({"analyze", "--no-trace", Sample("honed.lmt")});
+  const Outcome table = Texturon({"analyze", "--no-trace", Sample("honed.lmt")});
   EXPECT_EQ(table.status, 0);
   EXPECT_NE(table.out.find("Plateau-honed; generated"), std::string::npos);
   EXPECT_NE(table.out.find("\nRa "), std::string::npos);
-  const Run csv = Texturon({"analyze", "--csv", "--no-trace", Sample("honed.lmt"), Sample("turned.lmt")});
+  const Outcome csv = Texturon({"analyze", "--csv", "--no-trace", Sample("honed.lmt"), Sample("turned.lmt")});
   EXPECT_EQ(std::count(csv.out.begin(), csv.out.end(), '\n'), 4);
-  const Run several = Texturon({"analyze", "--json", "--no-trace", Sample("honed.lmt"), Sample("turned.lmt")});
+  const Outcome several = Texturon({"analyze", "--json", "--no-trace", Sample("honed.lmt"), Sample("turned.lmt")});
   EXPECT_EQ(std::count(several.out.begin(), several.out.end(), '\n'), 2) << "one line a file";
 }
 
@@ -148,7 +148,7 @@ TEST(CommandLine, RefusesWithOneSentenceAndStatusOne) {
       {{"one", "two", "three"}, "test plan"},
   };
   for (const Case& c : cases) {
-    const Run run = Texturon(c.arguments);
+    const Outcome run = Texturon(c.arguments);
     EXPECT_EQ(run.status, 1) << c.named;
     EXPECT_NE(run.error.find(c.named), std::string::npos) << run.error;
   }
@@ -176,7 +176,7 @@ TEST(CommandLine, CallsAWrongCommandLineStatusTwo) {
       {"analyze", "--json", "--csv", Sample("arc.lmt")},
   };
   for (const auto& arguments : cases) {
-    const Run run = Texturon(arguments);
+    const Outcome run = Texturon(arguments);
     EXPECT_EQ(run.status, 2) << (arguments.empty() ? "nothing" : arguments.back());
     EXPECT_NE(run.error, "");
     EXPECT_EQ(run.out, "");
@@ -194,7 +194,7 @@ TEST(CommandLine, ConvertsAndReadsBack) {
 }
 
 TEST(CommandLine, ListsWhatThereIs) {
-  const Run parameters = Texturon({"parameters"});
+  const Outcome parameters = Texturon({"parameters"});
   EXPECT_EQ(parameters.status, 0);
   EXPECT_EQ(std::count(parameters.out.begin(), parameters.out.end(), '\n'), 108);
   EXPECT_NE(Texturon({"formats"}).out.find(".LMTH"), std::string::npos);

@@ -151,6 +151,7 @@ TEST_F(Pipeline, ShortensToALengthThatCanBeTransformed) {
   Load(503);
   Settings().FilterType = kFilterGaussian;
   Settings().LcCutoffMM = 0.05;
+  Settings().ResidualType = kResidualVertical;
   ASSERT_EQ(Run(), ComputeOutcome::kDone);
   EXPECT_EQ(document_.profiles.primaryRange, IndexRange::FromEnds(0, 502));
   EXPECT_EQ(document_.profiles.evaluationRange, IndexRange::FromEnds(0, 501));
