@@ -13,6 +13,9 @@ else()
   target_compile_options(texturon_options INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror -ffp-contract=off
     -Wno-missing-field-initializers)  # records have defaults; initialisers name what differs from them
+  if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+    target_compile_options(texturon_options INTERFACE -Wno-restrict)  # false alarms of g++ 12 on joined strings
+  endif()
   if(TEXTURON_SANITIZE)
     target_compile_options(texturon_options INTERFACE
       -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
