@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cmath>
-
 namespace texturon {
 
 /// A number as the unevaluated sum of two doubles, |lo| <= ulp(hi) / 2: about 32 significant digits in the range of a

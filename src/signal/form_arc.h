@@ -28,7 +28,8 @@ struct ArcFit {
 ///
 /// Nothing here is a difference of large numbers: the circle is found and used in coordinates that follow the points'
 /// least-squares line, and r - R is (r^2 - R^2) / (r + R). Error below 1e-9 um for radii from the length of the record
-/// to 1e9 um and more; only where an arc gets as steep as its ends at the height of the centre do heights lose digits.
+/// to 1e12 um, level or tilted; only where an arc gets as steep as its ends at the height of the centre do heights lose
+/// digits.
 std::optional<ArcFit> FitArc(const FormInput& input, FormOutput output);
 
 }  // namespace texturon

@@ -28,7 +28,7 @@ std::optional<PolynomialFitter> PolynomialFitter::Fit(std::span<const double> u,
   const std::size_t count = u.size();
   if (count < order + 1 || y.size() != count || rest.size() != count) return {};
   PolynomialFitter fitter;
-  fitter.everyTerm_ = count < 4 * order * order;
+  fitter.everyTerm_ = count < 4 * order;
   Columns basis{std::vector<double>(count, 1.0)};
   std::copy(y.begin(), y.end(), rest.begin());
   for (std::size_t k = 0; k <= order; ++k) {
@@ -36,10 +36,9 @@ std::optional<PolynomialFitter> PolynomialFitter::Fit(std::span<const double> u,
     const double coefficient = Product(basis[k], rest) / static_cast<double>(count);
     if (!std::isfinite(coefficient)) return {};
     Subtract(coefficient, basis[k], rest);
-    fitter.coefficients_.emplace_back(coefficient);
+    fitter.coefficients_.push_back(coefficient);
     if (!fitter.everyTerm_ && k > 1) std::vector<double>().swap(basis[k - 2]);  // no longer looked back at
   }
-  fitter.Refine(u, basis, rest);
   return fitter;
 }
 
@@ -50,13 +49,9 @@ bool PolynomialFitter::AddPolynomial(std::span<const double> u, Columns& basis) 
   std::vector<double> next(u.size());
   for (std::size_t j = 0; j < u.size(); ++j) next[j] = u[j] * basis[k][j];
   back_.emplace_back(k + 1, 0.0);
-  const int rounds = everyTerm_ ? 2 : 1;  // the second takes away what rounding left in the first
-  for (int round = 0; round < rounds; ++round) {
-    for (std::size_t term = FirstTerm(k); term <= k; ++term) {
-      const double share = Product(next, basis[term]) / count;
-      Subtract(share, basis[term], next);
-      back_[k][term] += share;
-    }
+  for (std::size_t term = FirstTerm(k); term <= k; ++term) {
+    back_[k][term] = Product(next, basis[term]) / count;
+    Subtract(back_[k][term], basis[term], next);
   }
   const double norm = std::sqrt(Product(next, next) / count);
   if (!(norm > kVanishing)) return false;
@@ -64,10 +59,6 @@ bool PolynomialFitter::AddPolynomial(std::span<const double> u, Columns& basis) 
   for (double& value : next) value *= scale_[k];
   basis.push_back(std::move(next));
   return true;
-}
-
-PolynomialFitter::Columns PolynomialFitter::BlockRows() const {
-  return Columns(Order() + 1, std::vector<double>(kBlock));
 }
 
 void PolynomialFitter::EvaluateBasis(std::span<const double> u, Columns& rows) const {
@@ -82,38 +73,14 @@ void PolynomialFitter::EvaluateBasis(std::span<const double> u, Columns& rows) c
   }
 }
 
-// One step of iterative refinement: the polynomials are orthogonal only to rounding, and what each coefficient has
-// taken from the others' share still stands in the rest.
-void PolynomialFitter::Refine(std::span<const double> u, const Columns& basis, std::span<double> rest) {
-  Columns rows = BlockRows();
-  std::vector<double> corrections(Order() + 1, 0.0);
-  const auto forEachBlock = [&](const auto& action) {
-    for (std::size_t start = 0; start < u.size(); start += kBlock) {
-      const std::size_t width = std::min(kBlock, u.size() - start);
-      if (!everyTerm_) EvaluateBasis(u.subspan(start, width), rows);
-      for (std::size_t k = 0; k <= Order(); ++k) {
-        const std::span<const double> row(everyTerm_ ? basis[k].data() + start : rows[k].data(), width);
-        action(k, row, rest.subspan(start, width));
-      }
-    }
-  };
-  forEachBlock([&](std::size_t k, std::span<const double> row, std::span<const double> part) {
-    corrections[k] += Product(row, part);
-  });
-  for (double& correction : corrections) correction /= static_cast<double>(u.size());
-  forEachBlock(
-      [&](std::size_t k, std::span<const double> row, std::span<double> part) { Subtract(corrections[k], row, part); });
-  for (std::size_t k = 0; k <= Order(); ++k) coefficients_[k] += corrections[k];
-}
-
 void PolynomialFitter::Evaluate(std::span<const double> u, std::span<double> values) const {
-  Columns rows = BlockRows();
+  Columns rows(Order() + 1, std::vector<double>(kBlock));
   for (std::size_t start = 0; start < u.size(); start += kBlock) {
     const std::size_t width = std::min(kBlock, u.size() - start);
     const std::span<double> part = values.subspan(start, width);
     EvaluateBasis(u.subspan(start, width), rows);
     std::fill(part.begin(), part.end(), 0.0);
-    for (std::size_t k = 0; k <= Order(); ++k) Subtract(-coefficients_[k].hi, rows[k], part);
+    for (std::size_t k = 0; k <= Order(); ++k) Subtract(-coefficients_[k], rows[k], part);
   }
 }
 
@@ -122,7 +89,7 @@ std::vector<DoubleDouble> PolynomialFitter::PowersFrom(double start) const {
   std::vector<std::vector<DoubleDouble>> rows{{DoubleDouble(1.0)}};
   std::vector<DoubleDouble> powers(Order() + 1);
   for (std::size_t k = 0; k <= Order(); ++k) {
-    for (std::size_t power = 0; power <= k; ++power) powers[power] += coefficients_[k] * rows[k][power];
+    for (std::size_t power = 0; power <= k; ++power) powers[power] += rows[k][power] * coefficients_[k];
     if (k == Order()) break;
     std::vector<DoubleDouble> next(k + 2);
     for (std::size_t power = 0; power <= k; ++power) {

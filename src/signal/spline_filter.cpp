@@ -140,23 +140,12 @@ void Path<Real>::Solve(std::span<double> w, double& conditioning) {
   w[n - 1] = static_cast<double>((rightHeight - step_ * rightSlope) + reference_);
 }
 
-// Below this measure of the middle system, or where the equations may be indefinite, doubles are not trusted: as much
-// as 1e-6 of their 16 digits is then lost. Only contrived weights get there, such as two neighbours in a whole record.
+// Below this measure of the middle system doubles are not trusted, since as much of their 16 digits is lost there. Only
+// contrived weights get so far, such as two neighbours in a whole record, and tensions of indefinite equations.
 constexpr double kWellConditioned = 1e-6;
 
-struct WeightSurvey {
-  std::size_t nonZero = 0;
-  bool anyNegative = false;
-};
-
-WeightSurvey Survey(std::span<const double> weights, std::size_t n) {
-  if (weights.empty()) return {n, false};
-  WeightSurvey survey;
-  for (const double weight : weights) {
-    survey.nonZero += weight != 0.0 ? 1 : 0;
-    survey.anyNegative |= weight < 0.0;
-  }
-  return survey;
+std::size_t CountNonZero(std::span<const double> weights) {
+  return weights.size() - static_cast<std::size_t>(std::count(weights.begin(), weights.end(), 0.0));
 }
 
 }  // namespace
@@ -168,22 +157,21 @@ std::optional<IndexRange> SplineFilter(std::span<const double> z, std::span<doub
   if (!weights.empty() && weights.size() != n) return {};
   if (!(spacingUM > 0.0) || !(cutoffMM > 0.0) || !SpacingAllowsCutoff(spacingUM, cutoffMM)) return {};
 
-  const WeightSurvey survey = Survey(weights, n);
   const std::size_t needed = tension == 0.0 ? std::min<std::size_t>(n, 2) : 1;
-  if (survey.nonZero < needed) return {};
-  const double reference =
-      z[n / 2];  // any height of the data: the equations reproduce a constant, whatever the weights
+  if (!weights.empty() && CountNonZero(weights) < needed) return {};
+  // The equations reproduce a constant, whatever the weights: any height of the data can be taken off and put back.
+  const double reference = z[n / 2];
 
   if (n == 1) {
-    w[0] = (weights.empty() ? z[0] : weights[0] * z[0] / weights[0]);
+    w[0] = z[0];
   } else {
     const double alpha = 1.0 / (2.0 * std::sin(std::numbers::pi * (spacingUM * kMillimetresPerMicrometre) / cutoffMM));
     const Equations equations{1.0 / alpha, tension, (1.0 - tension) * alpha * alpha};
     double conditioning = 0.0;
-    const bool definite = tension >= 0.0 && tension <= 1.0 && !survey.anyNegative;
-    if (definite) Path<double>(z, weights, reference, equations).Solve(w, conditioning);
-    if (!(conditioning >= kWellConditioned))
+    Path<double>(z, weights, reference, equations).Solve(w, conditioning);
+    if (!(conditioning >= kWellConditioned)) {
       Path<DoubleDouble>(z, weights, reference, equations).Solve(w, conditioning);
+    }
   }
   if (!AllFinite(w)) return {};
   return IndexRange::FromCount(0, static_cast<std::int32_t>(n));

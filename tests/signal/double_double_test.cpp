@@ -1,5 +1,6 @@
 #include "signal/double_double.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
 
 #include "support/near.h"

@@ -6,6 +6,7 @@
 #include <numbers>
 #include <vector>
 
+#include "signal/form_line.h"
 #include "signal/mean.h"
 #include "signal/spline_filter.h"
 #include "support/near.h"
@@ -34,6 +35,9 @@ TEST(FormFilter, TakesLineAndLongWavesAndLeavesTheRestWithoutMean) {
   for (std::size_t i = 0; i < kSize; ++i) mean += (z[i] - meanLine[i]) / static_cast<double>(kSize);
   for (std::size_t i = 0; i < kSize; ++i) meanLine[i] = z[i] - meanLine[i] - mean;
   EXPECT_TRUE(AllNear(residual, meanLine, 1e-12));
+  const auto whole = FitLine({z, 0.5}, {meanLine, line});
+  EXPECT_EQ(fit->slope, whole->slope);
+  EXPECT_EQ(fit->interceptUM, whole->interceptUM);
   // The recorded line and depth make the form again: its deviation from the line has that peak to valley.
   for (std::size_t i = 0; i < kSize; ++i) form[i] -= fit->interceptUM + fit->slope * 0.5 * static_cast<double>(i);
   const auto [lowest, highest] = std::minmax_element(form.begin(), form.end());

@@ -48,7 +48,7 @@ TEST(FormPolynomial, MatchesThePowersWith32Digits) {
   const std::vector<std::optional<IndexRange>> exclusions = {std::nullopt, IndexRange::FromEnds(300, 500)};
   for (const std::size_t n : {51u, 3000u}) {  // few points in relation to the order, and many
     const std::vector<double> z = Surface(n);
-    for (const std::size_t order : {0u, 1u, 2u, 4u, 7u}) {
+    for (const std::size_t order : {0u, 1u, 2u, 4u, 10u}) {
       for (const auto& exclusion : exclusions) {
         const FormInput input{z, 0.25, exclusion ? 3 : 1, exclusion, ResidualKind::kPerpendicular};
         const double scale = static_cast<double>(n);
@@ -108,6 +108,12 @@ TEST(FormPolynomial, ClampsItsOrderAndFailsWithTooLittleToGoBy) {
   EXPECT_EQ(fit->coefficients.size(), 101u);
   ASSERT_TRUE(FitPolynomial({z, 0.5}, 150, more.Spans()));
   EXPECT_EQ(hundred.form, more.form);
+
+  // As many coefficients as points: the polynomial runs through all of them.
+  const std::vector<double> few = Surface(51);
+  FormArrays through(51);
+  ASSERT_TRUE(FitPolynomial({few, 0.5}, 50, through.Spans()));
+  EXPECT_TRUE(AllNear(through.form, few, 1e-14));
 
   EXPECT_FALSE(FitPolynomial({z, 0.5}, -1, hundred.Spans()));
   EXPECT_TRUE(FitPolynomial({z, 0.5, 60}, 4, hundred.Spans()));
