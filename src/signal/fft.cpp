@@ -8,7 +8,7 @@
 namespace texturon {
 namespace {
 
-/// Time of a convolution besides its two transforms, for each point, in the units of SplitFft::Cost.
+/// Time of a convolution besides its two transforms, for each point, in the units of BatchFft::Cost.
 constexpr double kConvolutionOverhead = 4.0;
 
 std::vector<double> RealParts(std::span<const Cplx> values) {
@@ -41,8 +41,8 @@ std::size_t LargestFftLength(std::size_t n) {
 /// The whole transform as one convolution with a chirp (see ChirpFactors).
 class FftPlan::Convolution {
 public:
-  Convolution(std::size_t n, std::size_t paddedLength) : chirp_(ChirpFactors(n)), padded_(paddedLength) {
-    const std::vector<Cplx> wrapped = WrappedChirp(chirp_, paddedLength);
+  Convolution(std::size_t n, const SplitChoice& padded) : chirp_(ChirpFactors(n)), padded_(padded) {
+    const std::vector<Cplx> wrapped = WrappedChirp(chirp_, padded_.length());
     spectrumRe_ = RealParts(wrapped);
     spectrumIm_ = ImaginaryParts(wrapped);
     padded_.Forward({spectrumRe_.data(), spectrumIm_.data()}, {spectrumRe_.data(), spectrumIm_.data()});
@@ -82,12 +82,14 @@ private:
 std::optional<FftPlan> FftPlan::Make(std::size_t n) {
   if (!FftAcceptsLength(n)) return std::nullopt;
   FftPlan plan(n);
-  if (n > kMaxDirectRadix && SplitFft::IsNarrow(n)) {
-    const std::size_t padded = ChirpPaddedLength(n);
-    const double whole = 2.0 * SplitFft::Cost(padded) + kConvolutionOverhead * static_cast<double>(padded);
-    if (whole < SplitFft::Cost(n)) plan.convolution_ = std::make_shared<const Convolution>(n, padded);
+  const SplitChoice split = ChooseSplit(n);
+  if (n > kMaxDirectRadix && split.IsNarrow()) {
+    const std::size_t length = ChirpPaddedLength(n);
+    const SplitChoice padded = ChooseSplit(length);
+    const double whole = 2.0 * padded.cost + kConvolutionOverhead * static_cast<double>(length);
+    if (whole < split.cost) plan.convolution_ = std::make_shared<const Convolution>(n, padded);
   }
-  if (!plan.convolution_) plan.split_ = std::make_shared<const SplitFft>(n);
+  if (!plan.convolution_) plan.split_ = std::make_shared<const SplitFft>(split);
   return plan;
 }
 

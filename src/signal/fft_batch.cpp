@@ -13,23 +13,19 @@ namespace {
 /// Lanes of one tile of a prime convolution.
 constexpr std::size_t kConvolutionLanes = 8;
 
-/// The stages of a length, in the order in which they run: eights and fours, the small odd ones, then the long ones,
-/// which are happiest last, where they need no twiddles.
-std::vector<std::size_t> Radices(std::size_t length) {
-  std::vector<std::size_t> radices;
+/// Calls visit(radix) for the stages of a length, in the order in which they run: eights and fours, the small odd ones,
+/// then the long ones, which are happiest last, where they need no twiddles.
+template <typename Visit>
+void VisitRadices(std::size_t length, Visit visit) {
   std::size_t twos = static_cast<std::size_t>(std::countr_zero(length));
   std::size_t rest = length >> twos;
-  while (twos > 4 || twos == 3) {
-    radices.push_back(8);
-    twos -= 3;
-  }
-  for (; twos >= 2; twos -= 2) radices.push_back(4);
-  if (twos == 1) radices.push_back(2);
+  for (; twos > 4 || twos == 3; twos -= 3) visit(std::size_t{8});
+  for (; twos >= 2; twos -= 2) visit(std::size_t{4});
+  if (twos == 1) visit(std::size_t{2});
   for (std::size_t factor = 3; rest > 1; factor += 2) {
     if (factor * factor > rest) factor = rest;
-    for (; rest % factor == 0; rest /= factor) radices.push_back(factor);
+    for (; rest % factor == 0; rest /= factor) visit(factor);
   }
-  return radices;
 }
 
 /// Time of one pass per value, in units of a radix-4 pass.
@@ -57,7 +53,7 @@ double PassCost(std::size_t radix) {
 BatchFft::BatchFft(std::size_t length) : length_(length) {
   const UnitRoots all(length);
   std::size_t left = length;
-  for (const std::size_t radix : Radices(length)) {
+  VisitRadices(length, [&](std::size_t radix) {
     Stage stage;
     stage.radix = radix;
     const std::size_t steps = left / radix;
@@ -79,7 +75,7 @@ BatchFft::BatchFft(std::size_t length) : length_(length) {
     }
     stages_.push_back(std::move(stage));
     left = steps;
-  }
+  });
 }
 
 std::size_t BatchFft::ScratchDoubles(std::size_t lanes) const {
@@ -135,7 +131,7 @@ void BatchFft::Run(ConstRows in, Rows out, std::size_t lanes, std::span<double> 
 
 double BatchFft::Cost(std::size_t length) {
   double cost = 0.0;
-  for (const std::size_t radix : Radices(length)) cost += PassCost(radix);
+  VisitRadices(length, [&cost](std::size_t radix) { cost += PassCost(radix); });
   return cost * static_cast<double>(length);
 }
 

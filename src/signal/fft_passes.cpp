@@ -274,6 +274,27 @@ void SeparateRealPair(Rows z, std::size_t rows, Rows second, std::size_t lanes) 
 }
 
 TEXTURON_MULTIVERSION
+void JoinEvenAndOdd(Rows z, std::size_t half, std::size_t first, std::span<const Cplx> turns, Cplx coarse) {
+  double* lowRe = z.re + first;
+  double* lowIm = z.im + first;
+  double* highRe = z.re + (half - first);
+  double* highIm = z.im + (half - first);
+  const Cplx* fine = turns.data();
+  const auto count = static_cast<std::ptrdiff_t>(turns.size());
+  TEXTURON_IVDEP
+  for (std::ptrdiff_t i = 0; i < count; ++i) {
+    const Cplx low = {lowRe[i], lowIm[i]};
+    const Cplx high = {highRe[-i], highIm[-i]};
+    const Cplx even = {0.5 * (low.re + high.re), 0.5 * (low.im - high.im)};
+    const Cplx odd = Cplx{0.5 * (low.im + high.im), 0.5 * (high.re - low.re)} * (coarse * fine[i]);
+    lowRe[i] = even.re + odd.re;
+    lowIm[i] = even.im + odd.im;
+    highRe[-i] = even.re - odd.re;
+    highIm[-i] = odd.im - even.im;
+  }
+}
+
+TEXTURON_MULTIVERSION
 void RunTurnTile(const TurnTile& turn) {
   alignas(64) TurnRows re;
   alignas(64) TurnRows im;

@@ -64,6 +64,10 @@ void MultiplyRows(ConstRows in, Rows out, std::size_t lanes, std::span<const Cpl
 /// those of `second` the transform of b.
 void SeparateRealPair(Rows z, std::size_t rows, Rows second, std::size_t lanes);
 
+/// The last step of a real transform of even length 2 `half` through a complex one of `half` points, for the pairs
+/// (k, half - k) with first <= k < first + turns.size() <= half / 2: turns[i] * coarse = exp(-pi i (first + i) / half).
+void JoinEvenAndOdd(Rows z, std::size_t half, std::size_t first, std::span<const Cplx> turns, Cplx coarse);
+
 /// The step between the two halves of a two-factor transform: a tile of rows [k][lane] is multiplied by
 /// coarse[k / fineRows][lane] * fine[k % fineRows][lane] and stored as rows of blocks, out[k / block][lane][k % block].
 /// Lane counts and rows are multiples of kLaneQuantum; the last block may be narrower than the others.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <vector>
 
 namespace texturon {
@@ -28,6 +29,10 @@ public:
     const Cplx f = fine_[e & mask_];
     return {c.re * f.re - c.im * f.im, c.re * f.im + c.im * f.re};
   }
+
+  /// The tables: At(e) = Coarse(e / step) * Fine()[e % step], step = Fine().size().
+  Cplx Coarse(std::size_t i) const { return coarse_[i]; }
+  std::span<const Cplx> Fine() const { return fine_; }
 
 private:
   unsigned shift_ = 0;

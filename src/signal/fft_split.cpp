@@ -24,31 +24,25 @@ void ClearRows(Rows rows, std::size_t first, std::size_t last) {
   std::fill(rows.im + first * rows.stride, rows.im + last * rows.stride, 0.0);
 }
 
-double SplitCost(std::size_t n1, std::size_t n2) {
-  const double first = n1 == 1 ? 0.0 : BatchFft::Cost(n1) * static_cast<double>(PaddedLanes(n2));
-  const double second = BatchFft::Cost(n2) * static_cast<double>(PaddedLanes(n1));
-  // What does not fit into the second-level cache is as bad as some more passes.
-  const double large = static_cast<double>(std::max(n1, n2));
-  return (first + second) * (1.0 + large / 4096.0);
+}  // namespace
+
+bool SplitChoice::IsNarrow() const {
+  return std::min(n1, n2) < kBundle;
 }
 
-std::size_t BestColumnLength(std::size_t n) {
-  std::size_t best = 1;
-  double bestCost = SplitCost(1, n);
-  for (std::size_t n1 = 2; n1 * n1 <= n; ++n1) {
+SplitChoice ChooseSplit(std::size_t n) {
+  SplitChoice best;
+  for (std::size_t n1 = 1; n1 * n1 <= n; ++n1) {
     if (n % n1 != 0) continue;
-    for (const std::size_t candidate : {n1, n / n1}) {
-      const double cost = SplitCost(candidate, n / candidate);
-      if (cost < bestCost) {
-        best = candidate;
-        bestCost = cost;
-      }
-    }
+    const std::size_t n2 = n / n1;
+    const double first = BatchFft::Cost(n1) * static_cast<double>(PaddedLanes(n2));
+    const double second = BatchFft::Cost(n2) * static_cast<double>(PaddedLanes(n1));
+    // What does not fit into the second-level cache is as bad as some more passes.
+    const double cost = (first + second) * (1.0 + static_cast<double>(n2) / 4096.0);
+    if (best.cost == 0.0 || cost < best.cost) best = {n1, n2, cost};
   }
   return best;
 }
-
-}  // namespace
 
 struct SplitFft::Work {
   Work(const SplitFft& plan, std::size_t k1Rows)
@@ -71,22 +65,11 @@ struct SplitFft::Work {
   Rows fine;
 };
 
-SplitFft::SplitFft(std::size_t n) : SplitFft(BestColumnLength(n), n / BestColumnLength(n)) {}
-
-SplitFft::SplitFft(std::size_t n1, std::size_t n2) : columns_(n1), rows_(n2), roots_(n1 * n2) {
+SplitFft::SplitFft(const SplitChoice& split) : columns_(split.n1), rows_(split.n2), roots_(split.n1 * split.n2) {
+  const std::size_t n1 = split.n1;
   while (fineRows_ * fineRows_ < n1) fineRows_ *= 2;
   coarse_ = FirstLanes((PaddedLanes(n1) + fineRows_ - 1) / fineRows_, fineRows_);
   fine_ = FirstLanes(fineRows_, 1);
-}
-
-double SplitFft::Cost(std::size_t n) {
-  const std::size_t n1 = BestColumnLength(n);
-  return SplitCost(n1, n / n1);
-}
-
-bool SplitFft::IsNarrow(std::size_t n) {
-  const std::size_t n1 = BestColumnLength(n);
-  return std::min(n1, n / n1) < kBundle;
 }
 
 std::size_t SplitFft::TileSize() const {

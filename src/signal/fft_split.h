@@ -10,6 +10,17 @@
 
 namespace texturon {
 
+/// How a length is split, and the estimated time of that in the units of BatchFft::Cost.
+struct SplitChoice {
+  std::size_t n1 = 1;
+  std::size_t n2 = 1;
+  double cost = 0.0;
+
+  /// One factor is so short that lanes of its bundles stay empty.
+  bool IsNarrow() const;
+};
+SplitChoice ChooseSplit(std::size_t n);
+
 /// A forward Fourier transform of one length n = n1 n2 with both factors near sqrt(n): the n2 columns of x[j1 n2 + j2]
 /// are transformed in bundles, multiplied by exp(-2 pi i k1 j2 / n) and turned, so that bundles of the second half lie
 /// side by side; those write rows of the result, X[k2 n1 + k1]. Two trips through memory; all other work stays in the
@@ -17,7 +28,7 @@ namespace texturon {
 class SplitFft {
 public:
   /// Any n >= 1; slow where n has a long prime factor and little else.
-  explicit SplitFft(std::size_t n);
+  explicit SplitFft(const SplitChoice& split);
 
   std::size_t length() const { return columns_.length() * rows_.length(); }
 
@@ -28,11 +39,6 @@ public:
   /// real columns are one complex bundle, and the second half takes k1 <= n1 / 2 only.
   void ForwardReal(const double* x, Rows out) const;
 
-  /// Estimated time, in the units of BatchFft::Cost; partly filled bundles included.
-  static double Cost(std::size_t n);
-  /// True when one factor is so short that lanes of its bundles stay empty.
-  static bool IsNarrow(std::size_t n);
-
 private:
   struct Work;
   struct LaneTable {
@@ -40,7 +46,6 @@ private:
     std::vector<double> im;
   };
 
-  SplitFft(std::size_t n1, std::size_t n2);
   std::size_t TileSize() const;
   LaneTable FirstLanes(std::size_t rows, std::size_t step) const;
   /// The table's turns times those of the bundle that starts at column c.

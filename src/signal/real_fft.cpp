@@ -4,6 +4,8 @@
 #include <utility>
 #include <vector>
 
+#include "signal/fft_passes.h"
+
 namespace texturon {
 
 RealFftPlan::RealFftPlan(std::size_t n, FftPlan complexPlan)
@@ -32,20 +34,15 @@ void RealFftPlan::Forward(std::span<const double> x, std::span<double> re, std::
   im[half] = 0.0;
   re[0] += im[0];
   im[0] = 0.0;
-  for (std::size_t k = 1; 2 * k <= half; ++k) {
-    const std::size_t mirror = half - k;
-    const Cplx w = roots_.At(k);
-    const double evenRe = 0.5 * (re[k] + re[mirror]);
-    const double evenIm = 0.5 * (im[k] - im[mirror]);
-    const double oddRe = 0.5 * (im[k] + im[mirror]);
-    const double oddIm = 0.5 * (re[mirror] - re[k]);
-    const double turnedRe = oddRe * w.re - oddIm * w.im;
-    const double turnedIm = oddRe * w.im + oddIm * w.re;
-    re[k] = evenRe + turnedRe;
-    im[k] = evenIm + turnedIm;
-    re[mirror] = evenRe - turnedRe;
-    im[mirror] = turnedIm - evenIm;
+  const std::size_t end = (half + 1) / 2;
+  const std::span<const Cplx> fine = roots_.Fine();
+  for (std::size_t k = 1; k < end;) {
+    const std::size_t offset = k % fine.size();
+    const std::size_t count = std::min(fine.size() - offset, end - k);
+    JoinEvenAndOdd({re.data(), im.data()}, half, k, fine.subspan(offset, count), roots_.Coarse(k / fine.size()));
+    k += count;
   }
+  if (half % 2 == 0) im[half / 2] = -im[half / 2];
 }
 
 void RealFftPlan::Inverse(std::span<const double> re, std::span<const double> im, std::span<double> x) const {
