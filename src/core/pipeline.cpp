@@ -65,7 +65,7 @@ void WriteTraceFile(std::span<const double> heightsUM, const Environment& enviro
 
 void ComputeSelectedParameters(Document& document, Prompts& prompts, const Environment& environment) {
   const ProfileSet& profiles = document.profiles;
-  const AnalysisResults& results = document.results;
+  AnalysisResults& results = document.results;
   const auto viewIf = [&profiles](bool exists, ProfileKind kind) {
     return exists ? std::optional(profiles.View(kind)) : std::nullopt;
   };
@@ -74,11 +74,24 @@ void ComputeSelectedParameters(Document& document, Prompts& prompts, const Envir
                            .formSuppressed = viewIf(results.formRemoved, ProfileKind::kFormSuppressed),
                            .primary = viewIf(results.primaryComputed, ProfileKind::kPrimary),
                            .waviness = viewIf(profiles.wavinessComputed, ProfileKind::kWaviness),
-                           .roughness = viewIf(results.roughnessComputed, ProfileKind::kRoughness)});
+                           .roughness = viewIf(results.roughnessComputed, ProfileKind::kRoughness),
+                           .sortedPrimary = results.primaryCurve.heightsUM,
+                           .sortedRoughness = results.roughnessCurve.heightsUM});
+  results.coreRoughness = report.coreRoughness;
   if (!document.quietMode) {
     for (const std::string& message : report.messages) prompts.ShowMessage(message);
   }
   if (document.writesTraceFile && report.elementHeights) WriteTraceFile(*report.elementHeights, environment);
+}
+
+void ComputeRatioRows(Document& document) {
+  const AnalysisSettings& settings = document.settings.analysis;
+  AnalysisResults& results = document.results;
+  results.primaryMaterialRatios = ComputeMaterialRatios(results.primaryCurve.heightsUM, settings.primaryMaterialRatios);
+  results.roughnessMaterialRatios =
+      ComputeMaterialRatios(results.roughnessCurve.heightsUM, settings.roughnessMaterialRatios);
+  results.primaryHtps = ComputeHtps(results.primaryCurve.heightsUM, settings.primaryHtps);
+  results.roughnessHtps = ComputeHtps(results.roughnessCurve.heightsUM, settings.roughnessHtps);
 }
 
 }  // namespace
@@ -103,6 +116,7 @@ ComputeOutcome Compute(Document& document, Prompts& prompts, const Environment& 
   ComputeSpectrum(document);
   ComputeHeightCurves(document);
   ComputeSelectedParameters(document, prompts, environment);
+  ComputeRatioRows(document);
   return ComputeOutcome::kDone;
 }
 

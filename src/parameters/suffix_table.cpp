@@ -4,6 +4,7 @@
 
 #include "core/text.h"
 #include "parameters/amplitude.h"
+#include "parameters/core_roughness.h"
 #include "parameters/element_parameters.h"
 #include "parameters/peak_to_valley.h"
 
@@ -64,18 +65,18 @@ constexpr SuffixRow kSuffixes[] = {
     {"cvx", nullptr},
     {"cvxm", nullptr},
     {"cvxl", nullptr},
-    {"vo", nullptr},
-    {"k", nullptr},
-    {"pk", nullptr},
-    {"pk*", nullptr},
-    {"pk/k", nullptr},
-    {"pk+k", nullptr},
-    {"k+vk", nullptr},
-    {"vk/k", nullptr},
-    {"vk", nullptr},
-    {"vk*", nullptr},
-    {"mr1", nullptr},
-    {"mr2", nullptr},
+    {"vo", ValleyArea},
+    {"k", CoreDepth},
+    {"pk", ReducedPeakHeight},
+    {"pk*", PeakAboveCore},
+    {"pk/k", PeakToCoreRatio},
+    {"pk+k", PeakPlusCore},
+    {"k+vk", CorePlusValley},
+    {"vk/k", ValleyToCoreRatio},
+    {"vk", ReducedValleyDepth},
+    {"vk*", ValleyBelowCore},
+    {"mr1", UpperCoreMaterialRatio},
+    {"mr2", LowerCoreMaterialRatio},
     {"pq", nullptr},
     {"vq", nullptr},
     {"mq", nullptr},
