@@ -1,8 +1,10 @@
 #include "core/pipeline.h"
 
+#include <algorithm>
 #include <span>
 #include <string>
 #include <variant>
+#include <vector>
 
 #include "core/compute_range.h"
 #include "core/filter_step.h"
@@ -63,8 +65,16 @@ void WriteTraceFile(std::span<const double> heightsUM, const Environment& enviro
   (void)WriteSideFile(environment.traceFile, text);
 }
 
+/// Puts an envelope of the evaluation range into its place in the record; without one there is no such profile.
+void KeepEnvelope(std::vector<double>& profile, std::span<const double> envelopeUM, const ProfileSet& profiles) {
+  profile.clear();
+  if (envelopeUM.empty()) return;
+  profile.resize(profiles.raw.size());
+  std::copy(envelopeUM.begin(), envelopeUM.end(), profile.begin() + profiles.evaluationRange.first);
+}
+
 void ComputeSelectedParameters(Document& document, Prompts& prompts, const Environment& environment) {
-  const ProfileSet& profiles = document.profiles;
+  ProfileSet& profiles = document.profiles;
   AnalysisResults& results = document.results;
   const auto viewIf = [&profiles](bool exists, ProfileKind kind) {
     return exists ? std::optional(profiles.View(kind)) : std::nullopt;
@@ -78,6 +88,8 @@ void ComputeSelectedParameters(Document& document, Prompts& prompts, const Envir
                            .sortedPrimary = results.primaryCurve.heightsUM,
                            .sortedRoughness = results.roughnessCurve.heightsUM});
   results.coreRoughness = report.coreRoughness;
+  KeepEnvelope(profiles.closing, report.closingUM, profiles);
+  KeepEnvelope(profiles.opening, report.openingUM, profiles);
   if (!document.quietMode) {
     for (const std::string& message : report.messages) prompts.ShowMessage(message);
   }

@@ -6,6 +6,7 @@
 #include "core/units.h"
 #include "parameters/parameter_profile.h"
 #include "parameters/suffix_table.h"
+#include "parameters/void_convexity.h"
 
 namespace texturon {
 namespace {
@@ -86,6 +87,7 @@ DriverReport ComputeParameters(ParameterCatalogue& catalogue, const DriverInput&
       report.messages.push_back(row.name + " - Unknown parameter");
       continue;
     }
+    if (suffix->letters.find(letter) == std::string_view::npos) continue;
     const auto value =
         suffix->routine != nullptr ? suffix->routine({*profile, input.settings}) : std::optional<double>();
     row.value = value.value_or(0.0);
@@ -94,6 +96,10 @@ DriverReport ComputeParameters(ParameterCatalogue& catalogue, const DriverInput&
         !profile->SegmentExtremes(profile->SamplingLengthMM()).empty()) {
       report.elementHeights = profile->Heights();
     }
+  }
+  if (const ParameterProfile* waviness = profiles.Find('W')) {
+    if (const auto* closing = waviness->FindShared<ClosingOfProfile>()) report.closingUM = closing->envelopeUM;
+    if (const auto* opening = waviness->FindShared<OpeningOfProfile>()) report.openingUM = opening->envelopeUM;
   }
   if (const ParameterProfile* roughness = profiles.Find('R')) report.coreRoughness = CoreRoughnessOf(*roughness);
   return report;

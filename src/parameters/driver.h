@@ -31,6 +31,9 @@ struct DriverReport {
   std::optional<std::span<const double>> elementHeights;
   /// The roughness profile's, whether or not a row asks for it.
   RkResult coreRoughness;
+  /// Envelopes of the waviness over its range; empty when no row asked for them.
+  std::vector<double> closingUM;
+  std::vector<double> openingUM;
 };
 
 /// Computes every selected row of the working list, in its order, and sets each row's value and valid flag.
