@@ -296,6 +296,40 @@ TEST_F(Pipeline, DerivesProfilesThatAddUp) {
   EXPECT_FALSE(document_.profiles.lsApplied);
 }
 
+TEST_F(Pipeline, KeepsEnvelopesAndMotifsInPlaceWhenARowAsksForThem) {
+  Load(9000);
+  document_.regionSet = true;
+  document_.regionMode = 0;
+  document_.regionStartMM = 0.5;  // sample 1000
+  Settings().UserDiscardType = kDiscardHalfCutoff;
+  Settings().MotifAMM = 0.02;
+  ASSERT_EQ(Run(), ComputeOutcome::kDone);
+  const ProfileSet& p = document_.profiles;
+  ASSERT_EQ(p.closing.size(), 9000u);
+  ASSERT_EQ(p.opening.size(), 9000u);
+  ASSERT_EQ(p.evaluationRange.first, 1800);
+  std::size_t contacts = 0;
+  for (auto i = static_cast<std::size_t>(p.evaluationRange.first);
+       i <= static_cast<std::size_t>(p.evaluationRange.last); ++i) {
+    ASSERT_GE(p.closing[i], p.waviness[i]);
+    ASSERT_LE(p.opening[i], p.waviness[i]);
+    contacts += p.closing[i] == p.waviness[i] ? 1 : 0;
+  }
+  EXPECT_GT(contacts, 1u);
+  EXPECT_EQ(p.closing[1799], 0.0);
+  ASSERT_FALSE(p.roughnessMotifs.empty());
+  ASSERT_GE(p.roughnessMotifs.front().firstPeak, 1000);
+  for (const Motif& m : p.roughnessMotifs) {
+    EXPECT_EQ(m.firstDepthUM,
+              p.primary[static_cast<std::size_t>(m.firstPeak)] - p.primary[static_cast<std::size_t>(m.dale)]);
+  }
+  for (const Motif& m : p.wavinessMotifs) EXPECT_GE(m.firstPeak, p.roughnessMotifs.front().firstPeak);
+  for (ParameterDef& row : document_.catalogue.rows) row.selected = row.name == "Ra";
+  ASSERT_EQ(Run(), ComputeOutcome::kDone);
+  EXPECT_TRUE(p.closing.empty() && p.opening.empty() && p.roughnessMotifs.empty() && p.wavinessMotifs.empty());
+  EXPECT_TRUE(document_.results.coreRoughness.valid);
+}
+
 TEST_F(Pipeline, WritesTheHeightsThatTheElementFinderSawLast) {
   Load(60);
   Settings().LcCutoffMM = 0.01;
