@@ -77,11 +77,9 @@ std::vector<std::string_view> SplitIntoLines(std::string_view text) {
   return lines;
 }
 
-/// Fields between tabs; runs of tabs and tabs at the ends separate nothing.
+/// Fields between tabs; runs of tabs and tabs at the ends separate nothing. A line break behind a last tab is a field.
 std::vector<std::string_view> SplitAtTabs(std::string_view line) {
   std::vector<std::string_view> fields;
-  const auto end = line.find_last_not_of("\r\n");
-  line = line.substr(0, end == std::string_view::npos ? 0 : end + 1);
   while (true) {
     const std::size_t start = line.find_first_not_of('\t');
     if (start == std::string_view::npos) return fields;

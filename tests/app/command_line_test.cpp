@@ -106,6 +106,15 @@ TEST(CommandLine, CarriesWhatASettingsFileCannot) {
   EXPECT_NE(imperial["form"]["caption"], plain["form"]["caption"]);
 }
 
+TEST(CommandLine, TakesNamesInTheTerminalsCharacters) {
+  const Outcome run =
+      Texturon({"analyze", "--json", "--no-trace", "--set", "PARAMETERS.Name00=X\xC3\xA9", Sample("arc.lmt")});
+  const json analysis = json::parse(run.out);
+  EXPECT_EQ(analysis["messages"], json({"X\xC3\xA9 - Unknown profile"}));
+  EXPECT_EQ(analysis["parameters"][0]["name"], "X\xC3\xA9");
+  EXPECT_NE(run.error.find("X\xC3\xA9 - Unknown profile"), std::string::npos);
+}
+
 TEST(CommandLine, PrintsATableForPeopleAndOneForSpreadsheets) {
   const Outcome table = Texturon({"analyze", "--no-trace", Sample("honed.lmt")});
   EXPECT_EQ(table.status, 0);
@@ -141,6 +150,7 @@ TEST(CommandLine, RefusesWithOneSentenceAndStatusOne) {
       {{"analyze", "--no-trace", "--settings",
         folder.Write("rubbish.ini", "[ANALYSIS]\nIniVersion=2\nLcCutoffMM=abc\n").string(), Sample("arc.lmt")},
        "rubbish.ini"},
+      {{"analyze", "--no-trace", "--settings", Sample("arc.lmt"), Sample("arc.lmt")}, "no section"},
       {{"convert", Sample("arc.lmt"), (folder / "x.doc").string()}, "x.doc"},
       {{"convert", Sample("arc.lmt"), (folder / "no folder" / "x.lmt").string()}, "Could not write file."},
       {{"settings", "--check", folder.Write("unknown.ini", "[ANALYSIS]\nNoSuchKey=1\n").string()}, ""},

@@ -181,7 +181,7 @@ TEST_F(NativeTable, AsksForTheColumnAndClampsTheAnswer) {
 TEST_F(NativeTable, RefusesShortAndRaggedTablesWithoutAMessage) {
   std::string ragged = Rows(12);
   ragged.insert(ragged.find("\t\t"), "\t9");
-  for (const std::string& table : {Rows(9), ragged, Rows(10), std::string(20, '\n')}) {
+  for (const std::string& table : {Rows(9), ragged, Rows(10), std::string()}) {
     EXPECT_FALSE(Load(table, 11).loaded);
     EXPECT_TRUE(prompts_.messages.empty());
   }
