@@ -1,9 +1,11 @@
 #include "app/analysis_json.h"
 
 #include <optional>
+#include <utility>
 
 #include "core/captions.h"
 #include "core/charset.h"
+#include "core/ratio_row_list.h"
 #include "parameters/catalogue.h"
 #include "parameters/labels.h"
 
@@ -68,28 +70,27 @@ public:
   }
 
   void ConfigurableRows() {
-    const AnalysisSettings& settings = document_.settings.analysis;
-    const bool metric = document_.settings.display.Metric;
     json_.Key("material_ratios");
-    json_.BeginArray();
-    MaterialRatios("Pmr", settings.primaryMaterialRatios, metric);
-    MaterialRatios("Rmr", settings.roughnessMaterialRatios, metric);
-    json_.EndArray();
+    RatioRows(SelectedMaterialRatios(document_));
     json_.Key("htps");
-    json_.BeginArray();
-    Htps("PHtp", settings.primaryHtps);
-    Htps("RHtp", settings.roughnessHtps);
-    json_.EndArray();
+    RatioRows(SelectedHtps(document_));
   }
 
-  /// The core roughness is not computed by this version.
   void CoreRoughness() {
+    const RkResult& rk = document_.results.coreRoughness;
+    const std::pair<std::string_view, double> values[] = {{"Rk", rk.Rk},
+                                                          {"Rpk", rk.Rpk},
+                                                          {"Rvk", rk.Rvk},
+                                                          {"Mr1", rk.Mr1},
+                                                          {"Mr2", rk.Mr2},
+                                                          {"upper_line", rk.upperLine},
+                                                          {"lower_line", rk.lowerLine}};
     json_.Key("rk");
     json_.BeginObject();
-    Bool("valid", false);
-    for (const std::string_view name : {"Rk", "Rpk", "Rvk", "Mr1", "Mr2", "upper_line", "lower_line"}) {
+    Bool("valid", rk.valid);
+    for (const auto& [name, value] : values) {
       json_.Key(name);
-      json_.Null();
+      rk.valid ? json_.Number(value) : json_.Null();
     }
     json_.EndObject();
   }
@@ -139,31 +140,21 @@ private:
     Number("intercept_um", fit.interceptUM);
   }
 
-  template <typename Rows>
-  void MaterialRatios(std::string_view name, const Rows& rows, bool metric) {
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-      if (rows[i].selected) UncomputedRow(name, i, MaterialRatioLabel(rows[i], metric));
+  void RatioRows(const std::vector<RatioRowEntry>& rows) {
+    json_.BeginArray();
+    for (const RatioRowEntry& entry : rows) {
+      json_.BeginObject();
+      Text("name", entry.row.name);
+      json_.Key("row");
+      json_.Integer(static_cast<std::int64_t>(entry.index));
+      json_.Key("value");
+      entry.row.valid ? json_.Number(entry.row.value) : json_.Null();
+      Bool("valid", entry.row.valid);
+      Text("label", entry.label);
+      VerdictOf(JudgeRow(entry.row));
+      json_.EndObject();
     }
-  }
-  template <typename Rows>
-  void Htps(std::string_view name, const Rows& rows) {
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-      if (rows[i].selected) UncomputedRow(name, i, HtpLabel(rows[i]));
-    }
-  }
-
-  /// The configurable rows are not computed by this version.
-  void UncomputedRow(std::string_view name, std::size_t row, std::string_view label) {
-    json_.BeginObject();
-    Text("name", name);
-    json_.Key("row");
-    json_.Integer(static_cast<std::int64_t>(row));
-    json_.Key("value");
-    json_.Null();
-    Bool("valid", false);
-    Text("label", label);
-    VerdictOf(std::nullopt);
-    json_.EndObject();
+    json_.EndArray();
   }
 
   void VerdictOf(std::optional<Verdict> verdict) {

@@ -6,6 +6,7 @@
 #include "core/captions.h"
 #include "core/charset.h"
 #include "core/number_text.h"
+#include "core/ratio_row_list.h"
 #include "core/units.h"
 #include "parameters/catalogue.h"
 #include "parameters/labels.h"
@@ -102,27 +103,11 @@ void AppendFacts(std::string& out, const Document& document, std::string_view fi
   AppendFact(out, "Evaluated", RangeText(profiles.evaluationRange, profiles.spacingUM, metric));
 }
 
-void AppendParameters(std::string& out, const Document& document) {
-  const bool metric = document.settings.display.Metric;
-  out += "\n" + PadRight("Parameter", 12) + PadLeft("Value", 16) + "  Unit\n";
-  out += std::string(40, '-') + "\n";
-  std::vector<std::string> undefined;
-  for (const ParameterDef& row : document.catalogue.rows) {
-    if (!row.selected) continue;
-    if (!row.valid) {
-      undefined.push_back(Utf8FromWindows1252(row.name));
-      continue;
-    }
-    std::string line = PadRight(Utf8FromWindows1252(row.name), 12) + PadLeft(ValueText(row, metric), 16) + "  " +
-                       PadRight(UnitOf(row, metric), 5);
-    line += Utf8FromWindows1252(RowLabel(row.name, document.settings.analysis, metric));
-    if (const auto verdict = JudgeRow(row)) line += *verdict == Verdict::kPass ? "   PASS" : "   FAIL";
-    line.erase(line.find_last_not_of(' ') + 1);
-    out += line + "\n";
-  }
-  if (undefined.empty()) return;
+/// The rows under the table that have no value, by name.
+void AppendUndefined(std::string& out, const std::vector<std::string>& names) {
+  if (names.empty()) return;
   std::string line = "\nNo value:";
-  for (const std::string& name : undefined) {
+  for (const std::string& name : names) {
     if (line.size() + 1 + name.size() > kLineWidth) {
       out += line + "\n";
       line = "         ";
@@ -130,6 +115,49 @@ void AppendParameters(std::string& out, const Document& document) {
     line += " " + name;
   }
   out += line + "\n";
+}
+
+/// A row as the tables show it. The title of a configurable row ends with its number, so that columns of one name can
+/// be told apart.
+struct ShownRow {
+  const ParameterDef& row;
+  std::string title;
+  std::string label;
+};
+
+/// The selected rows of the working list, then the configurable ones.
+template <typename Show>
+void ForEachShownRow(const Document& document, const Show& show) {
+  const bool metric = document.settings.display.Metric;
+  for (const ParameterDef& row : document.catalogue.rows) {
+    if (row.selected) show(ShownRow{row, row.name, RowLabel(row.name, document.settings.analysis, metric)});
+  }
+  for (const auto& entries : {SelectedMaterialRatios(document), SelectedHtps(document)}) {
+    for (const RatioRowEntry& entry : entries) {
+      const std::string number = IntegerText(static_cast<std::int64_t>(entry.index) + 1);
+      show(ShownRow{entry.row, entry.row.name + " " + number, entry.label});
+    }
+  }
+}
+
+void AppendParameters(std::string& out, const Document& document) {
+  const bool metric = document.settings.display.Metric;
+  out += "\n" + PadRight("Parameter", 12) + PadLeft("Value", 16) + "  Unit\n";
+  out += std::string(40, '-') + "\n";
+  std::vector<std::string> undefined;
+  ForEachShownRow(document, [&](const ShownRow& shown) {
+    const std::string title = Utf8FromWindows1252(shown.title);
+    if (!shown.row.valid) {
+      undefined.push_back(title);
+      return;
+    }
+    std::string line = PadRight(title, 12) + PadLeft(ValueText(shown.row, metric), 16) + "  " +
+                       PadRight(UnitOf(shown.row, metric), 5) + Utf8FromWindows1252(shown.label);
+    if (const auto verdict = JudgeRow(shown.row)) line += *verdict == Verdict::kPass ? "   PASS" : "   FAIL";
+    line.erase(line.find_last_not_of(' ') + 1);
+    out += line + "\n";
+  });
+  AppendUndefined(out, undefined);
 }
 
 std::string CsvCell(std::string_view bytes) {
@@ -154,11 +182,10 @@ std::string AnalysisTable(const Document& document, std::string_view file) {
 std::string CsvHeader(const Document& document) {
   std::string titles = "File,Identification,Date";
   std::string units = ",,";
-  for (const ParameterDef& row : document.catalogue.rows) {
-    if (!row.selected) continue;
-    titles += "," + CsvCell(Utf8FromWindows1252(row.name));
-    units += "," + CsvCell(UnitOf(row, document.settings.display.Metric));
-  }
+  ForEachShownRow(document, [&](const ShownRow& shown) {
+    titles += "," + CsvCell(Utf8FromWindows1252(shown.title));
+    units += "," + CsvCell(UnitOf(shown.row, document.settings.display.Metric));
+  });
   return titles + "\n" + units + "\n";
 }
 
@@ -166,11 +193,10 @@ std::string CsvRow(const Document& document, std::string_view file) {
   std::string line = CsvCell(file) + "," + CsvCell(Utf8FromWindows1252(document.profiles.identification)) + "," +
                      CsvCell(Utf8FromWindows1252(document.profiles.dateTime));
   const bool metric = document.settings.display.Metric;
-  for (const ParameterDef& row : document.catalogue.rows) {
-    if (!row.selected) continue;
+  ForEachShownRow(document, [&](const ShownRow& shown) {
     line += ",";
-    if (row.valid) line += ShortestText(metric ? row.value : row.value * row.imperialFactor);
-  }
+    if (shown.row.valid) line += ShortestText(metric ? shown.row.value : shown.row.value * shown.row.imperialFactor);
+  });
   return line + "\n";
 }
 

@@ -8,6 +8,9 @@
 #include "core/profile_set.h"
 #include "core/settings.h"
 #include "parameters/catalogue.h"
+#include "parameters/core_roughness.h"
+#include "parameters/height_curve.h"
+#include "parameters/ratio_rows.h"
 #include "signal/form_arc.h"
 #include "signal/form_filter.h"
 #include "signal/form_line.h"
@@ -26,9 +29,7 @@ using FormGeometry = std::variant<MeanFit, LineFit, ArcFit, PolynomialFit, Filte
 struct HeightCurve {
   std::vector<double> heightsUM;
 
-  double RatioPercent(std::size_t i) const {
-    return static_cast<double>(i) * 100.0 / static_cast<double>(heightsUM.size());
-  }
+  double RatioPercent(std::size_t i) const { return texturon::RatioPercent(i, heightsUM.size()); }
 };
 
 /// What the last run produced besides the profiles.
@@ -49,6 +50,11 @@ struct AnalysisResults {
   double primaryValleyDepth = 0.0;
   HeightCurve primaryCurve;
   HeightCurve roughnessCurve;
+  RkResult coreRoughness;  ///< of the roughness profile
+  RatioRowResults primaryMaterialRatios;
+  RatioRowResults roughnessMaterialRatios;
+  RatioRowResults primaryHtps;
+  RatioRowResults roughnessHtps;
 };
 
 /// One measured record with the settings that drive its analysis and the results that they gave. A value: copying it

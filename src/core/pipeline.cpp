@@ -1,8 +1,10 @@
 #include "core/pipeline.h"
 
+#include <algorithm>
 #include <span>
 #include <string>
 #include <variant>
+#include <vector>
 
 #include "core/compute_range.h"
 #include "core/filter_step.h"
@@ -63,9 +65,17 @@ void WriteTraceFile(std::span<const double> heightsUM, const Environment& enviro
   (void)WriteSideFile(environment.traceFile, text);
 }
 
+/// Puts an envelope of the evaluation range into its place in the record; without one there is no such profile.
+void KeepEnvelope(std::vector<double>& profile, std::span<const double> envelopeUM, const ProfileSet& profiles) {
+  profile.clear();
+  if (envelopeUM.empty()) return;
+  profile.resize(profiles.raw.size());
+  std::copy(envelopeUM.begin(), envelopeUM.end(), profile.begin() + profiles.evaluationRange.first);
+}
+
 void ComputeSelectedParameters(Document& document, Prompts& prompts, const Environment& environment) {
-  const ProfileSet& profiles = document.profiles;
-  const AnalysisResults& results = document.results;
+  ProfileSet& profiles = document.profiles;
+  AnalysisResults& results = document.results;
   const auto viewIf = [&profiles](bool exists, ProfileKind kind) {
     return exists ? std::optional(profiles.View(kind)) : std::nullopt;
   };
@@ -74,12 +84,27 @@ void ComputeSelectedParameters(Document& document, Prompts& prompts, const Envir
                            .formSuppressed = viewIf(results.formRemoved, ProfileKind::kFormSuppressed),
                            .primary = viewIf(results.primaryComputed, ProfileKind::kPrimary),
                            .waviness = viewIf(profiles.wavinessComputed, ProfileKind::kWaviness),
-                           .roughness = viewIf(results.roughnessComputed, ProfileKind::kRoughness)});
+                           .roughness = viewIf(results.roughnessComputed, ProfileKind::kRoughness),
+                           .sortedPrimary = results.primaryCurve.heightsUM,
+                           .sortedRoughness = results.roughnessCurve.heightsUM});
+  results.coreRoughness = report.coreRoughness;
+  KeepEnvelope(profiles.closing, report.closingUM, profiles);
+  KeepEnvelope(profiles.opening, report.openingUM, profiles);
   if (!document.quietMode) {
     for (const std::string& message : report.messages) prompts.ShowMessage(message);
   }
   const bool traces = document.writesTraceFile && !environment.traceFile.empty();
   if (traces && report.elementHeights) WriteTraceFile(*report.elementHeights, environment);
+}
+
+void ComputeRatioRows(Document& document) {
+  const AnalysisSettings& settings = document.settings.analysis;
+  AnalysisResults& results = document.results;
+  results.primaryMaterialRatios = ComputeMaterialRatios(results.primaryCurve.heightsUM, settings.primaryMaterialRatios);
+  results.roughnessMaterialRatios =
+      ComputeMaterialRatios(results.roughnessCurve.heightsUM, settings.roughnessMaterialRatios);
+  results.primaryHtps = ComputeHtps(results.primaryCurve.heightsUM, settings.primaryHtps);
+  results.roughnessHtps = ComputeHtps(results.roughnessCurve.heightsUM, settings.roughnessHtps);
 }
 
 }  // namespace
@@ -104,6 +129,7 @@ ComputeOutcome Compute(Document& document, Prompts& prompts, const Environment& 
   ComputeSpectrum(document);
   ComputeHeightCurves(document);
   ComputeSelectedParameters(document, prompts, environment);
+  ComputeRatioRows(document);
   return ComputeOutcome::kDone;
 }
 

@@ -1,5 +1,6 @@
 #include "parameters/amplitude.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -50,6 +51,16 @@ std::optional<double> Skewness(const RowInput& row) {
 
 std::optional<double> Kurtosis(const RowInput& row) {
   return StandardisedMoment(row, row.profile.Moments().fourth, 4);
+}
+
+std::optional<double> ShareWithinDeviation(const RowInput& row) {
+  constexpr double kRoundingOfQ = 1e-12;
+  const auto q = RootMeanSquareDeviation(row);
+  if (!q) return std::nullopt;
+  const double limit = *q * (1.0 + kRoundingOfQ);
+  const auto heights = row.profile.Heights();
+  const auto within = std::count_if(heights.begin(), heights.end(), [limit](double z) { return std::abs(z) <= limit; });
+  return static_cast<double>(within) * 100.0 / static_cast<double>(heights.size());
 }
 
 }  // namespace texturon

@@ -16,5 +16,8 @@ std::optional<double> RootMeanSquareDeviation(const RowInput& row);  ///< q: roo
 std::optional<double> Skewness(const RowInput& row);
 /// ku: mean of z^4 over q^4. 0 where n q^4 is below the machine epsilon.
 std::optional<double> Kurtosis(const RowInput& row);
+/// twi: share in percent of the points within plus or minus q of the mean line, both included; a two-valued profile
+/// lies on them, so rounding of q is forgiven.
+std::optional<double> ShareWithinDeviation(const RowInput& row);
 
 }  // namespace texturon

@@ -6,6 +6,7 @@
 #include "core/units.h"
 #include "parameters/parameter_profile.h"
 #include "parameters/suffix_table.h"
+#include "parameters/void_convexity.h"
 
 namespace texturon {
 namespace {
@@ -15,12 +16,12 @@ class PassProfiles {
 public:
   explicit PassProfiles(const DriverInput& input) {
     const AnalysisSettings& settings = input.settings;
-    Put(0, 'F', input.formSuppressed, settings, std::nullopt);
-    Put(1, 'P', input.primary, settings, std::nullopt);
     const bool formByFilter = settings.FormRemovalType == kFormFilter;
-    Put(2, 'W', input.waviness, settings,
-        formByFilter ? std::optional<double>(settings.FormFilterCutoffMM) : std::nullopt);
-    Put(3, 'R', input.roughness, settings, settings.LcCutoffMM);
+    const auto wavinessLength = formByFilter ? std::optional<double>(settings.FormFilterCutoffMM) : std::nullopt;
+    Put('F', input.formSuppressed, LengthsOf(input.formSuppressed, settings, std::nullopt));
+    Put('P', input.primary, LengthsOf(input.primary, settings, std::nullopt), input.sortedPrimary);
+    Put('W', input.waviness, LengthsOf(input.waviness, settings, wavinessLength));
+    Put('R', input.roughness, LengthsOf(input.roughness, settings, settings.LcCutoffMM), input.sortedRoughness);
   }
 
   static bool IsKnown(char letter) { return IndexOf(letter).has_value(); }
@@ -39,15 +40,20 @@ private:
     return index;
   }
 
-  void Put(std::size_t index, char letter, const std::optional<Profile>& profile, const AnalysisSettings& settings,
-           std::optional<double> samplingLengthMM) {
-    if (!profile || profile->range.count < 1) return;
+  static ParameterProfile::Lengths LengthsOf(const std::optional<Profile>& profile, const AnalysisSettings& settings,
+                                             std::optional<double> samplingLengthMM) {
+    if (!profile) return {};
     const double evaluationLengthMM =
         static_cast<double>(profile->range.count) * profile->spacingUM * kMillimetresPerMicrometre;
-    const ParameterProfile::Lengths lengths{.spacingMM = profile->spacingUM * kMillimetresPerMicrometre,
-                                            .samplingLengthMM = samplingLengthMM.value_or(evaluationLengthMM * 0.2),
-                                            .roughnessCutoffMM = settings.LcCutoffMM};
-    profiles_[index].emplace(letter, profile->Heights(), lengths);
+    return {.spacingMM = profile->spacingUM * kMillimetresPerMicrometre,
+            .samplingLengthMM = samplingLengthMM.value_or(evaluationLengthMM * 0.2),
+            .roughnessCutoffMM = settings.LcCutoffMM};
+  }
+
+  void Put(char letter, const std::optional<Profile>& profile, const ParameterProfile::Lengths& lengths,
+           std::span<const double> sorted = {}) {
+    if (!profile || profile->range.count < 1) return;
+    profiles_[*IndexOf(letter)].emplace(letter, profile->Heights(), lengths, sorted);
   }
 
   std::array<std::optional<ParameterProfile>, 4> profiles_;
@@ -81,6 +87,7 @@ DriverReport ComputeParameters(ParameterCatalogue& catalogue, const DriverInput&
       report.messages.push_back(row.name + " - Unknown parameter");
       continue;
     }
+    if (suffix->letters.find(letter) == std::string_view::npos) continue;
     const auto value =
         suffix->routine != nullptr ? suffix->routine({*profile, input.settings}) : std::optional<double>();
     row.value = value.value_or(0.0);
@@ -90,6 +97,11 @@ DriverReport ComputeParameters(ParameterCatalogue& catalogue, const DriverInput&
       report.elementHeights = profile->Heights();
     }
   }
+  if (const ParameterProfile* waviness = profiles.Find('W')) {
+    if (const auto* closing = waviness->FindShared<ClosingOfProfile>()) report.closingUM = closing->envelopeUM;
+    if (const auto* opening = waviness->FindShared<OpeningOfProfile>()) report.openingUM = opening->envelopeUM;
+  }
+  if (const ParameterProfile* roughness = profiles.Find('R')) report.coreRoughness = CoreRoughnessOf(*roughness);
   return report;
 }
 

@@ -8,6 +8,7 @@
 #include "core/profile.h"
 #include "core/settings.h"
 #include "parameters/catalogue.h"
+#include "parameters/core_roughness.h"
 
 namespace texturon {
 
@@ -18,6 +19,9 @@ struct DriverInput {
   std::optional<Profile> primary;
   std::optional<Profile> waviness;
   std::optional<Profile> roughness;
+  /// Heights of primary and roughness from the highest to the lowest, where they are at hand.
+  std::span<const double> sortedPrimary = {};
+  std::span<const double> sortedRoughness = {};
 };
 
 struct DriverReport {
@@ -25,6 +29,11 @@ struct DriverReport {
   std::vector<std::string> messages;
   /// Heights that the profile-element finder was given last; empty when it did not run.
   std::optional<std::span<const double>> elementHeights;
+  /// The roughness profile's, whether or not a row asks for it.
+  RkResult coreRoughness;
+  /// Envelopes of the waviness over its range; empty when no row asked for them.
+  std::vector<double> closingUM;
+  std::vector<double> openingUM;
 };
 
 /// Computes every selected row of the working list, in its order, and sets each row's value and valid flag.

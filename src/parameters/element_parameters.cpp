@@ -48,4 +48,31 @@ std::optional<double> DeviationOfElementWidths(const RowInput& row) {
   return *statistics->widthDeviationPoints * row.profile.SpacingMM();
 }
 
+std::optional<double> MeanElementHeightOfLengths(const RowInput& row) {
+  const ElementPercentages percent = DiscriminationOf(row.profile.Letter(), ElementRow::kHeight, row.settings);
+  const auto& elements = row.profile.Elements(percent.height, percent.width);
+  const auto lengths = DivideIntoSamplingLengths(row.profile.Heights().size(), row.profile.SpacingMM(),
+                                                 row.profile.SamplingLengthMM(), ShortProfile::kIsOneSamplingLength);
+  if (!elements || !lengths) return std::nullopt;
+  double sum = 0.0;
+  std::size_t counted = 0;
+  auto element = elements->begin();
+  for (std::size_t k = 0; k < lengths->count; ++k) {
+    const auto begin = static_cast<double>(k * lengths->pointsEach);
+    const auto end = static_cast<double>((k + 1) * lengths->pointsEach - 1);
+    double heights = 0.0;
+    std::size_t within = 0;
+    for (; element != elements->end() && element->startPoints <= end; ++element) {
+      if (element->startPoints < begin || element->startPoints + element->widthPoints > end) continue;
+      heights += element->heightUM;
+      ++within;
+    }
+    if (within == 0) continue;
+    sum += heights / static_cast<double>(within);
+    ++counted;
+  }
+  if (counted == 0) return std::nullopt;
+  return sum / static_cast<double>(counted);
+}
+
 }  // namespace texturon

@@ -6,6 +6,7 @@
 #include "core/number_text.h"
 #include "core/text.h"
 #include "core/units.h"
+#include "parameters/counts.h"
 #include "parameters/element_parameters.h"
 
 namespace texturon {
@@ -41,10 +42,7 @@ std::string ElementWidthLabel(const AnalysisSettings& settings, char letter, boo
 }
 
 std::string PeakCountLabel(const AnalysisSettings& settings, char letter, bool metric) {
-  const double bandUM = letter == 'P'   ? settings.PrimaryPcLevel
-                        : letter == 'W' ? settings.WavinessPcLevel
-                                        : settings.RoughnessPcLevel;
-  const double half = 0.5 * bandUM;
+  const double half = 0.5 * PeakCountBandUM(letter, settings);
   if (metric) return "   (+/- " + FixedText(half, 3) + " \xB5m)";
   return "   (+/- " + FixedText(half * kMicroinchesPerMicrometre, 0) + " \xB5in)";
 }

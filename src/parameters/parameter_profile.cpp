@@ -1,8 +1,18 @@
 #include "parameters/parameter_profile.h"
 
 #include "parameters/peak_to_valley.h"
+#include "signal/sort_descending.h"
 
 namespace texturon {
+
+std::span<const double> ParameterProfile::SortedHeights() const {
+  if (sorted_.empty() && !heights_.empty()) {
+    ownSorted_.assign(heights_.begin(), heights_.end());
+    SortDescending(ownSorted_);
+    sorted_ = ownSorted_;
+  }
+  return sorted_;
+}
 
 const HeightExtremes& ParameterProfile::Extremes() const {
   if (!extremes_) extremes_ = FindExtremes(heights_);

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <any>
 #include <map>
 #include <optional>
 #include <span>
+#include <typeindex>
 #include <utility>
 #include <vector>
 
@@ -23,9 +25,12 @@ public:
     double roughnessCutoffMM = 0.0;  ///< sampling length of the rows that always use the cutoff
   };
 
-  /// Heights in um about the mean line (no routine subtracts a mean). They must outlive this object.
-  ParameterProfile(char letter, std::span<const double> heights, Lengths lengths)
-      : letter_(letter), heights_(heights), lengths_(lengths) {}
+  /// Heights in um about the mean line (no routine subtracts a mean), and the same from the highest to the lowest where
+  /// somebody has sorted them already (otherwise empty). They must outlive this object.
+  ParameterProfile(char letter, std::span<const double> heights, Lengths lengths, std::span<const double> sorted = {})
+      : letter_(letter), heights_(heights), lengths_(lengths), sorted_(sorted) {}
+  ParameterProfile(const ParameterProfile&) = delete;
+  ParameterProfile& operator=(const ParameterProfile&) = delete;
 
   char Letter() const { return letter_; }  ///< F, P, W or R
   std::span<const double> Heights() const { return heights_; }
@@ -33,6 +38,8 @@ public:
   double SamplingLengthMM() const { return lengths_.samplingLengthMM; }
   double RoughnessCutoffMM() const { return lengths_.roughnessCutoffMM; }
 
+  /// From the highest to the lowest.
+  std::span<const double> SortedHeights() const;
   const HeightExtremes& Extremes() const;
   const HeightMoments& Moments() const;
 
@@ -44,10 +51,28 @@ public:
   /// without elements.
   const std::optional<std::vector<ProfileElement>>& Elements(double heightPercent, double widthPercent) const;
 
+  /// What the rows of one family have in common, made by `make` when the first of them asks for it. There is one result
+  /// of a type: it must follow from this profile and the settings of the pass.
+  template <typename Result, typename Make>
+  const Result& Shared(const Make& make) const {
+    std::any& slot = shared_[typeid(Result)];
+    if (!slot.has_value()) slot = std::any(std::in_place_type<Result>, make());
+    return *std::any_cast<Result>(&slot);
+  }
+  /// Null when no row has asked for it.
+  template <typename Result>
+  const Result* FindShared() const {
+    const auto slot = shared_.find(typeid(Result));
+    return slot != shared_.end() ? std::any_cast<Result>(&slot->second) : nullptr;
+  }
+
 private:
   char letter_;
   std::span<const double> heights_;
   Lengths lengths_;
+  mutable std::span<const double> sorted_;
+  mutable std::vector<double> ownSorted_;
+  mutable std::map<std::type_index, std::any> shared_;
   mutable std::optional<HeightExtremes> extremes_;
   mutable std::optional<HeightMoments> moments_;
   mutable std::map<double, std::vector<HeightExtremes>> segments_;

@@ -22,6 +22,7 @@ struct OpenElement {
 };
 
 struct ClosedElement {
+  double start = 0.0;
   double width = 0.0;
   std::size_t firstHill = 0;
   std::size_t end = 0;  // one past the last excursion that it owns
@@ -64,7 +65,7 @@ private:
       return;
     }
     const std::size_t firstHill = *element_->firstHill;
-    closed_.push_back({width, firstHill, element_->wasTooNarrow ? excursions_.size() : firstHill + 2});
+    closed_.push_back({element_->start, width, firstHill, element_->wasTooNarrow ? excursions_.size() : firstHill + 2});
     element_ = OpenElement{position, {}, false, false};
   }
 
@@ -93,7 +94,7 @@ private:
         double& extreme = excursions_[e].isHill ? hill : dale;
         extreme = std::max(extreme, excursions_[e].extentUM);
       }
-      elements.push_back({element.width, hill + dale});
+      elements.push_back({element.width, hill + dale, element.start});
     }
     return elements;
   }

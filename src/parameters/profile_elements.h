@@ -10,6 +10,7 @@ namespace texturon {
 struct ProfileElement {
   double widthPoints = 0.0;  ///< between its two upward mean-line crossings, in point spacings
   double heightUM = 0.0;     ///< hill height plus dale depth
+  double startPoints = 0.0;  ///< its first crossing, counted in point spacings from the first point
 };
 
 struct ElementThresholds {

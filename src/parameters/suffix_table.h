@@ -12,6 +12,7 @@ struct SuffixRow {
   std::string_view suffix;
   RowRoutine routine;  ///< null: not computed by this version; the row is invalid
   bool findsElements = false;
+  std::string_view letters = "FPWR";  ///< profiles that have the row; for others it is skipped
 };
 
 /// All suffixes; the first that equals a row's suffix without regard to case decides.

@@ -115,6 +115,49 @@ TEST(CommandLine, TakesNamesInTheTerminalsCharacters) {
   EXPECT_NE(run.error.find("X\xC3\xA9 - Unknown profile"), std::string::npos);
 }
 
+TEST(CommandLine, ShowsTheConfigurableRowsAndTheCoreRoughness) {
+  const std::vector<std::string> options = {"analyze",
+                                            "--no-trace",
+                                            "--set",
+                                            "ROUGHNESS_BEARING_RATIOS.Selected02=1",
+                                            "--set",
+                                            "ROUGHNESS_BEARING_RATIOS.MeanReferenced02=1",
+                                            "--set",
+                                            "ROUGHNESS_BEARING_RATIOS.DepthUM02=0",
+                                            "--set",
+                                            "PRIMARY_HTPS.Selected09=1",
+                                            "--set",
+                                            "PRIMARY_HTPS.Toleranced09=1",
+                                            "--set",
+                                            "PRIMARY_HTPS.UpperTolLimitUM09=1e-6",
+                                            "--set",
+                                            "PARAMETERS.AvailableParameters=1",
+                                            "--set",
+                                            "PARAMETERS.Name00=Ra",
+                                            Sample("ground.lmt")};
+  const auto with = [&options](const char* option) {
+    std::vector<std::string> all = options;
+    all.insert(all.begin() + 1, option);
+    return Texturon(all);
+  };
+  const json analysis = json::parse(with("--json").out);
+  ASSERT_EQ(analysis["material_ratios"].size(), 1u);
+  const json ratio = analysis["material_ratios"][0];
+  EXPECT_EQ(ratio["name"], "Rmr");
+  EXPECT_EQ(ratio["row"], 2);
+  EXPECT_EQ(ratio["label"], "   (Mean + 0.0 \xC2\xB5m)");
+  EXPECT_TRUE(Near(ratio["value"].get<double>(), 50.0, 0.2)) << "ground steel is nearly symmetric about its mean line";
+  const json htp = analysis["htps"][0];
+  EXPECT_EQ(htp["name"], "PHtp");
+  EXPECT_EQ(htp["row"], 9);
+  EXPECT_EQ(htp["verdict"], "FAIL");
+  EXPECT_EQ(analysis["rk"]["valid"], true) << "without a row that asks for it";
+  EXPECT_TRUE(Near(analysis["rk"]["upper_line"].get<double>() - analysis["rk"]["lower_line"].get<double>(),
+                   analysis["rk"]["Rk"].get<double>(), 1e-12));
+  EXPECT_NE(with("--quiet").out.find("\nPHtp 10 "), std::string::npos);
+  EXPECT_TRUE(with("--csv").out.starts_with("File,Identification,Date,Ra,Rmr 3,PHtp 10\n,,,\xC2\xB5m,%,\xC2\xB5m\n"));
+}
+
 TEST(CommandLine, PrintsATableForPeopleAndOneForSpreadsheets) {
   const Outcome table = Texturon({"analyze", "--no-trace", Sample("honed.lmt")});
   EXPECT_EQ(table.status, 0);

@@ -1,0 +1,165 @@
+#include "parameters/core_roughness.h"
+
+#include <array>
+#include <cmath>
+#include <cstddef>
+
+#include "parameters/height_curve.h"
+#include "signal/lane_sums.h"
+
+namespace texturon {
+namespace {
+
+constexpr double kSecantPercent = 40.0;
+constexpr std::size_t kFewestPoints = 10;
+
+struct Secant {
+  std::size_t first = 0;
+  std::size_t end = 0;  // the far end, which the fit leaves out
+};
+
+/// The secant with the smallest drop. The far end moves along with the near one, so that all of them cost one pass.
+Secant FlattestSecant(std::span<const double> h) {
+  const std::size_t n = h.size();
+  const double last = RatioPercent(n - 1, n);
+  Secant flattest;
+  double smallestDrop = 0.0;
+  std::size_t high = 1;
+  for (std::size_t i = 0; i < n; ++i) {
+    const double target = RatioPercent(i, n) + kSecantPercent;
+    if (target >= last) break;
+    while (RatioPercent(high, n) < target) ++high;
+    const bool highIsNearer = RatioPercent(high, n) - target < target - RatioPercent(high - 1, n);
+    const std::size_t j = highIsNearer ? high : high - 1;
+    const double drop = h[i] - h[j];
+    if (i > 0 && !(drop < smallestDrop)) continue;
+    smallestDrop = drop;
+    flattest = {i, j};
+  }
+  return flattest;
+}
+
+struct StraightLine {
+  double atZeroPercent = 0.0;
+  double atHundredPercent = 0.0;
+};
+
+/// Least squares through the sorted points [first, end), taken about their middle: the sums of ratios are then known in
+/// closed form and nothing cancels.
+StraightLine FitCoreLine(std::span<const double> h, const Secant& secant) {
+  const auto n = static_cast<double>(h.size());
+  const auto count = static_cast<double>(secant.end - secant.first);
+  const std::span<const double> part = h.subspan(secant.first, secant.end - secant.first);
+  const double reference = part[part.size() / 2];
+  const double middle = 0.5 * (count - 1.0);
+  const auto [sum, moment] = LaneSums(part.size(), [&](std::size_t t) -> std::array<double, 2> {
+    const double height = part[t] - reference;
+    return {height, height * (static_cast<double>(t) - middle)};
+  });
+  const double fallPerPoint = moment / (count * (count * count - 1.0) / 12.0);
+  const double slope = fallPerPoint * n / 100.0;  // um per percent
+  const double meanRatio = (static_cast<double>(secant.first) + middle) * 100.0 / n;
+  const double atZero = reference + sum / count - slope * meanRatio;
+  return {atZero, slope * 100.0 + atZero};
+}
+
+/// Of the first point at or below a height and its predecessor the nearer one, the predecessor of equals.
+std::optional<std::size_t> NearestPoint(std::span<const double> h, double height) {
+  const std::size_t k = FirstAtOrBelow(h, height);
+  if (k == h.size()) return std::nullopt;
+  if (k == 0) return k;
+  return std::abs(h[k - 1] - height) <= std::abs(h[k] - height) ? k - 1 : k;
+}
+
+/// Trapezoid sum of height minus level over the points [first, last], one wide each.
+double AreaAbove(std::span<const double> h, std::size_t first, std::size_t last, double level) {
+  const std::span<const double> part = h.subspan(first, last - first + 1);
+  const double sum = LaneSums(part.size(), [&](std::size_t t) { return std::array{part[t] - level}; })[0];
+  return sum - 0.5 * ((part.front() - level) + (part.back() - level));
+}
+
+template <typename Value>
+std::optional<double> FromResult(const RowInput& row, Value value) {
+  const RkResult& result = CoreRoughnessOf(row.profile);
+  if (!result.valid) return std::nullopt;
+  return value(result);
+}
+
+}  // namespace
+
+RkResult ComputeCoreRoughness(std::span<const double> h) {
+  RkResult result;
+  const std::size_t n = h.size();
+  if (n < kFewestPoints) return result;
+  const Secant secant = FlattestSecant(h);
+  if (secant.end - secant.first < 2) return result;
+  const StraightLine line = FitCoreLine(h, secant);
+  result.upperLine = line.atZeroPercent;
+  result.lowerLine = line.atHundredPercent;
+  result.Rk = line.atZeroPercent - line.atHundredPercent;
+
+  const auto upper = NearestPoint(h, result.upperLine);
+  const auto lower = NearestPoint(h, result.lowerLine);
+  if (!upper || !lower) return result;
+  result.Mr1 = RatioPercent(*upper, n);
+  result.Mr2 = RatioPercent(*lower, n);
+  const double step = 100.0 / static_cast<double>(n);
+  if (*upper >= 1) result.Rpk = 2.0 * AreaAbove(h, 0, *upper, result.upperLine) * step / result.Mr1;
+  if (*lower + 1 < n) result.Rvk = 2.0 * -AreaAbove(h, *lower, n - 1, result.lowerLine) * step / (100.0 - result.Mr2);
+  result.valid = true;
+  return result;
+}
+
+const RkResult& CoreRoughnessOf(const ParameterProfile& profile) {
+  return profile.Shared<RkResult>([&profile] { return ComputeCoreRoughness(profile.SortedHeights()); });
+}
+
+std::optional<double> CoreDepth(const RowInput& row) {
+  return FromResult(row, [](const RkResult& r) { return r.Rk; });
+}
+
+std::optional<double> ReducedPeakHeight(const RowInput& row) {
+  return FromResult(row, [](const RkResult& r) { return r.Rpk; });
+}
+
+std::optional<double> ReducedValleyDepth(const RowInput& row) {
+  return FromResult(row, [](const RkResult& r) { return r.Rvk; });
+}
+
+std::optional<double> PeakAboveCore(const RowInput& row) {
+  return FromResult(row, [&](const RkResult& r) { return row.profile.Extremes().highest - r.upperLine; });
+}
+
+std::optional<double> ValleyBelowCore(const RowInput& row) {
+  return FromResult(row, [&](const RkResult& r) { return r.lowerLine - row.profile.Extremes().lowest; });
+}
+
+std::optional<double> PeakPlusCore(const RowInput& row) {
+  return FromResult(row, [](const RkResult& r) { return r.Rpk + r.Rk; });
+}
+
+std::optional<double> CorePlusValley(const RowInput& row) {
+  return FromResult(row, [](const RkResult& r) { return r.Rk + r.Rvk; });
+}
+
+std::optional<double> PeakToCoreRatio(const RowInput& row) {
+  return FromResult(row, [](const RkResult& r) { return r.Rpk / r.Rk; });
+}
+
+std::optional<double> ValleyToCoreRatio(const RowInput& row) {
+  return FromResult(row, [](const RkResult& r) { return r.Rvk / r.Rk; });
+}
+
+std::optional<double> UpperCoreMaterialRatio(const RowInput& row) {
+  return FromResult(row, [](const RkResult& r) { return r.Mr1; });
+}
+
+std::optional<double> LowerCoreMaterialRatio(const RowInput& row) {
+  return FromResult(row, [](const RkResult& r) { return r.Mr2; });
+}
+
+std::optional<double> ValleyArea(const RowInput& row) {
+  return FromResult(row, [](const RkResult& r) { return (100.0 - r.Mr2) * r.Rvk * 0.005; });
+}
+
+}  // namespace texturon

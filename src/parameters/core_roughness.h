@@ -1,0 +1,48 @@
+#pragma once
+
+#include <optional>
+#include <span>
+
+#include "parameters/parameter_profile.h"
+
+namespace texturon {
+
+/// Core roughness after ISO 13565-2. Heights in um, ratios in percent.
+struct RkResult {
+  bool valid = false;
+  double Rk = 0.0;         ///< core roughness depth
+  double Rpk = 0.0;        ///< reduced peak height
+  double Rvk = 0.0;        ///< reduced valley depth
+  double Mr1 = 0.0;        ///< material ratio at the upper limit of the core
+  double Mr2 = 0.0;        ///< material ratio at the lower limit of the core
+  double upperLine = 0.0;  ///< equivalent straight line at 0 %
+  double lowerLine = 0.0;  ///< equivalent straight line at 100 %
+};
+
+/// From heights sorted from the highest to the lowest, in linear time.
+///
+/// The equivalent straight line is the least-squares line through the sorted points under the secant of 40 % that falls
+/// least (the first of equals), its far end left out. Mr1 and Mr2 are the ratios of the points nearest to the line's
+/// heights at 0 and 100 %, of the first point at or below and its predecessor; Rpk and Rvk twice the areas between
+/// curve and these heights, divided by their widths. Invalid for fewer than ten points, and when no point lies at or
+/// below one of the heights, as on an exact ramp.
+RkResult ComputeCoreRoughness(std::span<const double> sorted);
+
+/// The profile's result, computed once.
+const RkResult& CoreRoughnessOf(const ParameterProfile& profile);
+
+// Rows. Each fails where the result is invalid. Ratios are not guarded: without a core they are infinite or undefined.
+std::optional<double> CoreDepth(const RowInput& row);               ///< k
+std::optional<double> ReducedPeakHeight(const RowInput& row);       ///< pk
+std::optional<double> ReducedValleyDepth(const RowInput& row);      ///< vk
+std::optional<double> PeakAboveCore(const RowInput& row);           ///< pk*: highest point minus upper line
+std::optional<double> ValleyBelowCore(const RowInput& row);         ///< vk*: lower line minus lowest point
+std::optional<double> PeakPlusCore(const RowInput& row);            ///< pk+k
+std::optional<double> CorePlusValley(const RowInput& row);          ///< k+vk
+std::optional<double> PeakToCoreRatio(const RowInput& row);         ///< pk/k
+std::optional<double> ValleyToCoreRatio(const RowInput& row);       ///< vk/k
+std::optional<double> UpperCoreMaterialRatio(const RowInput& row);  ///< mr1
+std::optional<double> LowerCoreMaterialRatio(const RowInput& row);  ///< mr2
+std::optional<double> ValleyArea(const RowInput& row);              ///< vo: (100 - Mr2) x Rvk / 200
+
+}  // namespace texturon

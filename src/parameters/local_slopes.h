@@ -1,0 +1,18 @@
+#pragma once
+
+#include <optional>
+
+#include "parameters/parameter_profile.h"
+
+// Local slopes by the seven-point formula of ISO 4287,
+//   (z[i+3] - 9 z[i+2] + 45 z[i+1] - 45 z[i-1] + 9 z[i-2] - z[i-3]) / (60 dx),
+// at every point that has three neighbours on both sides. Each row fails for fewer than seven points.
+namespace texturon {
+
+std::optional<double> RootMeanSquareSlope(const RowInput& row);       ///< dq: atan of the root mean square, degrees
+std::optional<double> MeanAbsoluteSlopeAngle(const RowInput& row);    ///< dmn: mean of atan |slope|, degrees
+std::optional<double> MedianAbsoluteSlopeAngle(const RowInput& row);  ///< dmd: its median (mean of the middle two)
+/// dsk: skewness of the slopes about their mean. 0 where they do not differ beyond what rounding of the heights makes.
+std::optional<double> SlopeSkewness(const RowInput& row);
+
+}  // namespace texturon

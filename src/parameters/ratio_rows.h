@@ -1,0 +1,26 @@
+#pragma once
+
+#include <array>
+#include <span>
+
+#include "core/settings.h"
+
+namespace texturon {
+
+/// Last result of a configurable row.
+struct RatioRowResult {
+  bool valid = false;
+  double value = 0.0;
+};
+using RatioRowResults = std::array<RatioRowResult, kRatioRows>;
+
+/// Material ratios (percent) from heights sorted from the highest to the lowest: at the row's depth below the height at
+/// its reference percent, or at its depth above the mean line (height 0) where the mean is the reference. The ratio at
+/// a height is that of the first point at or below it, 100 below all of them. Invalid for no points.
+RatioRowResults ComputeMaterialRatios(std::span<const double> sorted, const MaterialRatioRows& rows);
+
+/// Heights (um) between two material ratios: height at the lower percent minus height at the upper one, each the height
+/// of the point with the nearest ratio. Invalid for no points.
+RatioRowResults ComputeHtps(std::span<const double> sorted, const HtpRows& rows);
+
+}  // namespace texturon

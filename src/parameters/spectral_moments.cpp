@@ -1,0 +1,61 @@
+#include "parameters/spectral_moments.h"
+
+#include <array>
+#include <cstddef>
+
+#include "core/units.h"
+#include "signal/lane_sums.h"
+
+namespace texturon {
+namespace {
+
+double SpacingUM(const RowInput& row) {
+  return row.profile.SpacingMM() * kMicrometresPerMillimetre;
+}
+
+/// Mean over the inner points of the square of `difference(i)`, i the index of the point before.
+template <typename Difference>
+std::optional<double> MeanSquareOverInnerPoints(std::size_t pointCount, const Difference& difference) {
+  if (pointCount < 3) return std::nullopt;
+  const double sum = LaneSums(pointCount - 2, [&](std::size_t i) -> std::array<double, 1> {
+    const double d = difference(i);
+    return {d * d};
+  })[0];
+  return sum / static_cast<double>(pointCount - 2);
+}
+
+}  // namespace
+
+std::optional<double> ZerothMoment(const RowInput& row) {
+  if (row.profile.Heights().empty()) return std::nullopt;
+  return row.profile.Moments().square;
+}
+
+std::optional<double> SecondMoment(const RowInput& row) {
+  const std::span<const double> z = row.profile.Heights();
+  const double reciprocal = 1.0 / (2.0 * SpacingUM(row));
+  return MeanSquareOverInnerPoints(z.size(), [&](std::size_t i) { return (z[i + 2] - z[i]) * reciprocal; });
+}
+
+std::optional<double> FourthMoment(const RowInput& row) {
+  const std::span<const double> z = row.profile.Heights();
+  const double reciprocal = 1.0 / (SpacingUM(row) * SpacingUM(row));
+  return MeanSquareOverInnerPoints(
+      z.size(), [&](std::size_t i) { return ((z[i + 2] - z[i + 1]) - (z[i + 1] - z[i])) * reciprocal; });
+}
+
+std::optional<double> MeanPeakSpacing(const RowInput& row) {
+  const std::span<const double> z = row.profile.Heights();
+  std::size_t count = 0;
+  std::size_t first = 0;
+  std::size_t last = 0;
+  for (std::size_t i = 1; i + 1 < z.size(); ++i) {
+    if (!(z[i] > z[i - 1] && z[i] > z[i + 1])) continue;
+    if (count++ == 0) first = i;
+    last = i;
+  }
+  if (count < 2) return std::nullopt;
+  return static_cast<double>(last - first) / static_cast<double>(count - 1) * row.profile.SpacingMM();
+}
+
+}  // namespace texturon

@@ -1,0 +1,182 @@
+#include "parameters/void_convexity.h"
+
+#include <algorithm>
+
+#include "core/units.h"
+#include "signal/morphological_envelope.h"
+
+namespace texturon {
+namespace {
+
+constexpr double kCentimetresPerMicrometre = 0.0001;
+constexpr double kSquareMillimetresPerSquareMicrometre = 1e-6;
+
+double SpacingUM(const ParameterProfile& profile) {
+  return profile.SpacingMM() * kMicrometresPerMillimetre;
+}
+
+/// Either envelope, made on first request.
+template <typename Envelope, typename Make>
+const std::vector<double>& EnvelopeOf(const RowInput& row, const Make& make, double radiusMM) {
+  const ParameterProfile& profile = row.profile;
+  const auto compute = [&] {
+    Envelope result;
+    result.envelopeUM.resize(profile.Heights().size());
+    const double radiusUM = radiusMM * kMicrometresPerMillimetre;
+    if (!make(profile.Heights(), result.envelopeUM, SpacingUM(profile), radiusUM)) result.envelopeUM.clear();
+    return result;
+  };
+  return profile.Shared<Envelope>(compute).envelopeUM;
+}
+
+/// Null without an envelope.
+const VoidWalk* VoidsOf(const RowInput& row) {
+  const auto& closing = EnvelopeOf<ClosingOfProfile>(row, ClosingEnvelope, row.settings.ClosingRadiusForWvoid);
+  if (closing.empty()) return nullptr;
+  const ParameterProfile& profile = row.profile;
+  return &profile.Shared<VoidWalk>([&] { return WalkVoids(profile.Heights(), closing, SpacingUM(profile)); });
+}
+
+const BumpWalk* BumpsOf(const RowInput& row) {
+  const auto& opening = EnvelopeOf<OpeningOfProfile>(row, OpeningEnvelope, row.settings.OpeningRadiusForWcvx);
+  if (opening.empty()) return nullptr;
+  const ParameterProfile& profile = row.profile;
+  return &profile.Shared<BumpWalk>([&] { return WalkBumps(profile.Heights(), opening); });
+}
+
+/// A sum over the complete voids divided by all starts.
+std::optional<double> MeanOverStarts(const RowInput& row, double VoidWalk::*sum) {
+  const VoidWalk* voids = VoidsOf(row);
+  if (voids == nullptr || voids->starts == 0) return std::nullopt;
+  return voids->*sum / static_cast<double>(voids->starts);
+}
+
+}  // namespace
+
+VoidWalk WalkVoids(std::span<const double> z, std::span<const double> e, double spacingUM) {
+  VoidWalk walk;
+  if (z.empty()) return walk;
+  walk.deepestGap = e[0] - z[0];
+  double sum = walk.deepestGap;
+  std::size_t start = 0;
+  double depth = 0.0;  // of the void that is open, and its sum of gaps
+  double gaps = 0.0;
+  for (std::size_t i = 1; i < z.size(); ++i) {
+    const double gap = e[i] - z[i];
+    sum += gap;
+    if (gap > walk.deepestGap) {
+      walk.deepestGap = gap;
+      walk.deepestAt = i;
+    }
+    if (z[i - 1] == e[i - 1] && z[i] < e[i]) {
+      start = i - 1;
+      ++walk.starts;
+      depth = gap;
+      gaps = gap;
+    } else if (z[i] < e[i]) {
+      depth = std::max(depth, gap);
+      gaps += gap;
+    } else if (z[i - 1] < e[i - 1] && start >= 1 && i - start >= 3) {
+      const double length = static_cast<double>(i - start + 1) * spacingUM;
+      const auto ends = static_cast<double>(start + i);
+      walk.sumOfDepths += depth;
+      walk.sumOfLengths += length;
+      walk.sumOfAspects += depth / length;
+      walk.sumOfAreas += gaps / (ends + 1.0) * ends * spacingUM;
+    }
+  }
+  walk.meanGap = sum / static_cast<double>(z.size());
+  return walk;
+}
+
+BumpWalk WalkBumps(std::span<const double> z, std::span<const double> e) {
+  BumpWalk walk;
+  if (z.empty()) return walk;
+  walk.highest = z[0] - e[0];
+  bool isOpen = false;
+  std::size_t start = 0;
+  double height = 0.0;
+  for (std::size_t i = 1; i < z.size(); ++i) {
+    const double gap = z[i] - e[i];
+    if (gap > walk.highest) {
+      walk.highest = gap;
+      walk.highestAt = i;
+    }
+    if (z[i - 1] == e[i - 1] && z[i] > e[i]) {
+      isOpen = true;
+      start = i - 1;
+      height = gap;
+    } else if (z[i] > e[i]) {
+      height = std::max(height, gap);
+    } else if (z[i - 1] > e[i - 1] && isOpen && i - start > 2) {
+      walk.sumOfHeights += height;
+      ++walk.complete;
+    }
+  }
+  return walk;
+}
+
+std::optional<double> MeanVoidGap(const RowInput& row) {
+  const VoidWalk* voids = VoidsOf(row);
+  if (voids == nullptr) return std::nullopt;
+  return voids->meanGap;
+}
+
+std::optional<double> DeepestVoid(const RowInput& row) {
+  const VoidWalk* voids = VoidsOf(row);
+  if (voids == nullptr) return std::nullopt;
+  return voids->deepestGap;
+}
+
+std::optional<double> DeepestVoidPlace(const RowInput& row) {
+  const VoidWalk* voids = VoidsOf(row);
+  if (voids == nullptr) return std::nullopt;
+  return static_cast<double>(voids->deepestAt) * SpacingUM(row.profile) * kMillimetresPerMicrometre;
+}
+
+std::optional<double> VoidsPerLength(const RowInput& row) {
+  const VoidWalk* voids = VoidsOf(row);
+  if (voids == nullptr) return std::nullopt;
+  const auto points = static_cast<double>(row.profile.Heights().size());
+  return static_cast<double>(voids->starts) / (points * SpacingUM(row.profile) * kCentimetresPerMicrometre);
+}
+
+std::optional<double> MeanVoidAspect(const RowInput& row) {
+  return MeanOverStarts(row, &VoidWalk::sumOfAspects);
+}
+
+std::optional<double> MeanVoidLength(const RowInput& row) {
+  const auto lengthUM = MeanOverStarts(row, &VoidWalk::sumOfLengths);
+  if (!lengthUM) return std::nullopt;
+  return *lengthUM * kMillimetresPerMicrometre;
+}
+
+std::optional<double> MeanVoidDepth(const RowInput& row) {
+  return MeanOverStarts(row, &VoidWalk::sumOfDepths);
+}
+
+std::optional<double> MeanVoidArea(const RowInput& row) {
+  const auto areaUM2 = MeanOverStarts(row, &VoidWalk::sumOfAreas);
+  if (!areaUM2) return std::nullopt;
+  return *areaUM2 * kSquareMillimetresPerSquareMicrometre;
+}
+
+std::optional<double> HighestBump(const RowInput& row) {
+  const BumpWalk* bumps = BumpsOf(row);
+  if (bumps == nullptr) return std::nullopt;
+  return bumps->highest;
+}
+
+std::optional<double> MeanBumpHeight(const RowInput& row) {
+  const BumpWalk* bumps = BumpsOf(row);
+  if (bumps == nullptr || bumps->complete == 0) return std::nullopt;
+  return bumps->sumOfHeights / static_cast<double>(bumps->complete);
+}
+
+std::optional<double> HighestBumpPlace(const RowInput& row) {
+  const BumpWalk* bumps = BumpsOf(row);
+  if (bumps == nullptr) return std::nullopt;
+  return static_cast<double>(bumps->highestAt) * SpacingUM(row.profile) * kMillimetresPerMicrometre;
+}
+
+}  // namespace texturon

@@ -1,0 +1,263 @@
+#include "parameters/window_rows.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <numbers>
+
+#include "core/units.h"
+#include "parameters/swept_windows.h"
+
+namespace texturon {
+namespace {
+
+constexpr std::size_t kSeven = 7;
+constexpr double kMinutesOfArc = 180.0 / std::numbers::pi * 60.0;
+
+/// Where a quantity of the moving window is largest; `first` is the first window that has it.
+class Greatest {
+public:
+  void See(std::size_t first, double value) {
+    if (seen_ && !(value > value_)) return;
+    seen_ = true;
+    value_ = value;
+    first_ = first;
+  }
+  double Value() const { return value_; }
+  double MiddleMM(std::size_t points, double spacingMM) const {
+    return (static_cast<double>(first_) + 0.5 * static_cast<double>(points - 1)) * spacingMM;
+  }
+
+private:
+  bool seen_ = false;
+  double value_ = 0.0;
+  std::size_t first_ = 0;
+};
+
+/// A row's value with its position, shared by two rows. A `Kind` says how many points its window has, sweeps it over
+/// the profile for what is largest, and turns that into the value shown.
+template <typename Kind>
+struct Placed {
+  struct Value {
+    double value = 0.0;
+    double positionMM = 0.0;
+  };
+  std::optional<Value> found;
+};
+
+template <typename Kind>
+std::optional<typename Placed<Kind>::Value> PlacedOf(const RowInput& row) {
+  const auto make = [&row] {
+    Placed<Kind> placed;
+    const std::optional<std::size_t> points = Kind::Points(row);
+    if (!points) return placed;
+    const Greatest greatest = Kind::Sweep(row, *points);
+    placed.found = {Kind::Shown(greatest.Value(), row, *points), greatest.MiddleMM(*points, row.profile.SpacingMM())};
+    return placed;
+  };
+  return row.profile.Shared<Placed<Kind>>(make).found;
+}
+
+template <typename Kind>
+std::optional<double> ValueOf(const RowInput& row) {
+  const auto placed = PlacedOf<Kind>(row);
+  if (!placed) return std::nullopt;
+  return placed->value;
+}
+
+template <typename Kind>
+std::optional<double> PositionOf(const RowInput& row) {
+  const auto placed = PlacedOf<Kind>(row);
+  if (!placed) return std::nullopt;
+  return placed->positionMM;
+}
+
+/// Points in a number of whole sampling lengths; empty when they do not fit.
+std::optional<std::size_t> PointsOfLengths(const RowInput& row, std::size_t number) {
+  const auto lengths = DivideIntoSamplingLengths(row.profile.Heights().size(), row.profile.SpacingMM(),
+                                                 row.profile.SamplingLengthMM(), ShortProfile::kFails);
+  if (!lengths || lengths->count < number) return std::nullopt;
+  return lengths->pointsEach * number;
+}
+
+/// Points of a window that spans a length: its steps and one. Empty when it has no step or does not fit.
+std::optional<std::size_t> PointsOfWindow(const RowInput& row, double lengthMM) {
+  const double steps = std::round(lengthMM / row.profile.SpacingMM());
+  if (!(steps >= 1.0) || steps >= static_cast<double>(row.profile.Heights().size())) return std::nullopt;
+  return static_cast<std::size_t>(steps) + 1;
+}
+
+template <std::size_t Lengths>
+struct MeanDeviation {
+  static std::optional<std::size_t> Points(const RowInput& row) { return PointsOfLengths(row, Lengths); }
+  static Greatest Sweep(const RowInput& row, std::size_t points) {
+    const std::span<const double> z = row.profile.Heights();
+    Greatest greatest;
+    SweepWindows(
+        z.size(), points, [z](std::size_t i, std::size_t) { return std::abs(z[i]); },
+        [](double a, double b) { return a + b; }, [&](std::size_t first, double sum) { greatest.See(first, sum); });
+    return greatest;
+  }
+  static double Shown(double sum, const RowInput&, std::size_t points) { return sum / static_cast<double>(points); }
+};
+
+struct MeanPeak {
+  static std::optional<std::size_t> Points(const RowInput& row) { return PointsOfLengths(row, kSeven); }
+  static Greatest Sweep(const RowInput& row, std::size_t points) {
+    const std::span<const double> z = row.profile.Heights();
+    const std::size_t each = points / kSeven;
+    std::vector<double> highest(z.size() - each + 1);
+    SweepWindows(
+        z.size(), each, [z](std::size_t i, std::size_t) { return z[i]; },
+        [](double a, double b) { return a < b ? b : a; },
+        [&](std::size_t first, double value) { highest[first] = value; });
+    Greatest greatest;
+    for (std::size_t first = 0; first + points <= z.size(); ++first) {
+      double sum = 0.0;
+      for (std::size_t k = 0; k < kSeven; ++k) sum += highest[first + k * each];
+      greatest.See(first, sum);
+    }
+    return greatest;
+  }
+  static double Shown(double sum, const RowInput&, std::size_t) { return sum / static_cast<double>(kSeven); }
+};
+
+struct Segment {
+  static std::optional<std::size_t> Points(const RowInput& row) {
+    return PointsOfWindow(row, row.settings.WindowWidthForWseg);
+  }
+  static Greatest Sweep(const RowInput& row, std::size_t points) {
+    const std::span<const double> z = row.profile.Heights();
+    Greatest greatest;
+    SweepWindows(
+        z.size(), points,
+        [z](std::size_t i, std::size_t) {
+          return HeightExtremes{z[i], z[i]};
+        },
+        [](const HeightExtremes& a, const HeightExtremes& b) {
+          return HeightExtremes{std::max(a.highest, b.highest), std::min(a.lowest, b.lowest)};
+        },
+        [&](std::size_t first, const HeightExtremes& e) { greatest.See(first, e.highest - e.lowest); });
+    return greatest;
+  }
+  static double Shown(double height, const RowInput&, std::size_t) { return height; }
+};
+
+double SpacingUM(const RowInput& row) {
+  return row.profile.SpacingMM() * kMicrometresPerMillimetre;
+}
+
+/// Least-squares slopes from the sums of z and of x z, x counted from the border between the window's two blocks: for a
+/// window of w points about their middle m, (sum of x z - m sum of z) / (w (w^2 - 1) / 12).
+struct FittedSlope {
+  struct Sums {
+    double height = 0.0;
+    double moment = 0.0;
+  };
+  static std::optional<std::size_t> Points(const RowInput& row) {
+    return PointsOfWindow(row, row.settings.AsphereSlopeWindowMM);
+  }
+  static Greatest Sweep(const RowInput& row, std::size_t points) {
+    const std::span<const double> z = row.profile.Heights();
+    Greatest greatest;
+    const auto seen = [&](std::size_t first, const Sums& sums) {
+      const std::size_t border = first / points * points + points;
+      const double middle = 0.5 * static_cast<double>(points - 1) - static_cast<double>(border - first);
+      greatest.See(first, std::abs(sums.moment - middle * sums.height));
+    };
+    SweepWindows(
+        z.size(), points,
+        [z](std::size_t i, std::size_t border) -> Sums {
+          return {z[i], z[i] * (static_cast<double>(i) - static_cast<double>(border))};
+        },
+        [](const Sums& a, const Sums& b) -> Sums {
+          return {a.height + b.height, a.moment + b.moment};
+        },
+        seen);
+    return greatest;
+  }
+  static double Shown(double moment, const RowInput& row, std::size_t points) {
+    const auto w = static_cast<double>(points);
+    return std::atan(moment / (w * (w * w - 1.0) / 12.0 * SpacingUM(row))) * kMinutesOfArc;
+  }
+};
+
+struct ChordSlope {
+  static std::optional<std::size_t> Points(const RowInput& row) {
+    return PointsOfWindow(row, row.settings.AsphereSlopeWindowMM);
+  }
+  static Greatest Sweep(const RowInput& row, std::size_t points) {
+    const std::span<const double> z = row.profile.Heights();
+    Greatest greatest;
+    for (std::size_t first = 0; first + points <= z.size(); ++first) {
+      greatest.See(first, std::abs(z[first + points - 1] - z[first]));
+    }
+    return greatest;
+  }
+  static double Shown(double drop, const RowInput& row, std::size_t points) {
+    return std::atan(drop / (static_cast<double>(points - 1) * SpacingUM(row))) * kMinutesOfArc;
+  }
+};
+
+/// Points of an end region, at most all; empty when the region has no length.
+std::optional<std::size_t> PointsOfEnd(const RowInput& row) {
+  const std::size_t n = row.profile.Heights().size();
+  const double points = std::round(row.settings.WxpEndRegionsMM / row.profile.SpacingMM());
+  if (!(row.settings.WxpEndRegionsMM > 0.0) || n == 0) return std::nullopt;
+  if (!(points < static_cast<double>(n))) return n;
+  return std::max<std::size_t>(1, static_cast<std::size_t>(points));
+}
+
+}  // namespace
+
+std::optional<double> GreatestDeviationOfOneLength(const RowInput& row) {
+  return ValueOf<MeanDeviation<1>>(row);
+}
+std::optional<double> PlaceOfDeviationOfOneLength(const RowInput& row) {
+  return PositionOf<MeanDeviation<1>>(row);
+}
+std::optional<double> GreatestDeviationOfSevenLengths(const RowInput& row) {
+  return ValueOf<MeanDeviation<kSeven>>(row);
+}
+std::optional<double> PlaceOfDeviationOfSevenLengths(const RowInput& row) {
+  return PositionOf<MeanDeviation<kSeven>>(row);
+}
+std::optional<double> GreatestMeanPeakOfSevenLengths(const RowInput& row) {
+  return ValueOf<MeanPeak>(row);
+}
+std::optional<double> PlaceOfMeanPeakOfSevenLengths(const RowInput& row) {
+  return PositionOf<MeanPeak>(row);
+}
+std::optional<double> SegmentHeight(const RowInput& row) {
+  return ValueOf<Segment>(row);
+}
+std::optional<double> SegmentPlace(const RowInput& row) {
+  return PositionOf<Segment>(row);
+}
+std::optional<double> SteepestLine(const RowInput& row) {
+  return ValueOf<FittedSlope>(row);
+}
+std::optional<double> SteepestLinePlace(const RowInput& row) {
+  return PositionOf<FittedSlope>(row);
+}
+std::optional<double> SteepestChord(const RowInput& row) {
+  return ValueOf<ChordSlope>(row);
+}
+std::optional<double> SteepestChordPlace(const RowInput& row) {
+  return PositionOf<ChordSlope>(row);
+}
+
+std::optional<double> HighestOfLeftEnd(const RowInput& row) {
+  const auto points = PointsOfEnd(row);
+  if (!points) return std::nullopt;
+  return FindExtremes(row.profile.Heights().first(*points)).highest;
+}
+
+std::optional<double> HighestOfRightEnd(const RowInput& row) {
+  const auto points = PointsOfEnd(row);
+  if (!points) return std::nullopt;
+  return FindExtremes(row.profile.Heights().last(*points)).highest;
+}
+
+}  // namespace texturon

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <span>
+
+namespace texturon {
+
+/// A point of a profile, X and height in one unit (um).
+struct BallPoint {
+  double x = 0.0;
+  double z = 0.0;
+};
+
+/// Whether B reaches into the disc of radius r that rests on A and C from above, its rim included; also true when A and
+/// C are 2 r or more apart, so that no disc rests on both. X rises from A over B to C.
+///
+/// Decided on the power of B with respect to that disc, b (b - c) against 2 (c x b) sqrt(r^2 / c^2 - 1 / 4) with b and
+/// c measured from A: no centre is computed, whose distance would be a difference of numbers of the size of r. With a
+/// ball of 1 m that loses 1e-10 um, more than the gaps beside a contact.
+bool BallTouches(const BallPoint& a, const BallPoint& b, const BallPoint& c, double radiusUM);
+
+/// Closing envelope of a profile: what a disc of radius r (um), rolled over the heights z (um, spacing in um) from
+/// above, cannot reach. `envelope` has the length of z. Between neighbouring contacts it is the arc of the disc that
+/// rests on both, or the profile itself where they are 2 r or more apart. It is never below the profile and equals it
+/// exactly where the disc touches. Fewer than three points, and a radius that is not above 0, give the profile.
+///
+/// Linear in time. False, and nothing written, when memory for the contacts is lacking.
+bool ClosingEnvelope(std::span<const double> z, std::span<double> envelope, double spacingUM, double radiusUM);
+
+/// Opening envelope, of a disc rolled along the underside: the closing of -z, negated.
+bool OpeningEnvelope(std::span<const double> z, std::span<double> envelope, double spacingUM, double radiusUM);
+
+}  // namespace texturon
