@@ -141,7 +141,6 @@ TEST(CommandLine, RefusesWithOneSentenceAndStatusOne) {
       {{"analyze", "--no-trace", "--settings",
         folder.Write("rubbish.ini", "[ANALYSIS]\nIniVersion=2\nLcCutoffMM=abc\n").string(), Sample("arc.lmt")},
        "rubbish.ini"},
-      {{"convert", Sample("arc.lmt"), (folder / "x.doc").string()}, "x.doc"},
       {{"convert", Sample("arc.lmt"), (folder / "no folder" / "x.lmt").string()}, "Could not write file."},
       {{"settings", "--check", folder.Write("unknown.ini", "[ANALYSIS]\nNoSuchKey=1\n").string()}, ""},
       {{"plan.ini", "data", "out"}, "test plan"},
@@ -191,6 +190,14 @@ TEST(CommandLine, ConvertsAndReadsBack) {
     return json::parse(Texturon({"analyze", "--json", "--profiles", "--no-trace", file}).out)["profiles"]["raw"];
   };
   EXPECT_EQ(heightsOf(copy), heightsOf(Sample("turned.lmt")));
+  for (const char* name : {"copy.prf", "copy.sdf", "copy.pr"}) {
+    const std::string other = (folder / name).string();
+    EXPECT_EQ(Texturon({"convert", copy, other}).status, 0) << name;
+    EXPECT_TRUE(Near(heightsOf(other)[77].get<double>(), heightsOf(copy)[77].get<double>(), 1e-5)) << name;
+  }
+  const Outcome renamed = Texturon({"convert", copy, (folder / "x.doc").string()});
+  EXPECT_EQ(renamed.status, 0);
+  EXPECT_NE(renamed.error.find("x.lmt"), std::string::npos) << renamed.error;
 }
 
 TEST(CommandLine, ListsWhatThereIs) {
