@@ -90,7 +90,7 @@ int ParseAndRun(CLI::App& app, int argc, char** argv) {
   std::string output;
   CLI::App* convert = app.add_subcommand("convert", "read any profile file and write another; OUT names the format");
   convert->add_option("in", input, "profile file")->required()->type_name("IN");
-  convert->add_option("out", output, "file to write: .lmt")->required()->type_name("OUT");
+  convert->add_option("out", output, "file to write: .lmt, .prf, .sdf or .pr; anything else becomes .lmt")->required()->type_name("OUT");
   AddFileOptions(*convert, common);
   convert->callback([&] { status = RunConvert(input, output, common); });
 

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "formats/profile_reader.h"
+#include "formats/profile_writer.h"
 
 namespace texturon {
 
@@ -27,7 +28,13 @@ std::span<const ExtensionEntry> ExtensionTable();
 struct WriterEntry {
   std::string_view extension;
   std::string_view name;
+  WriteFunction write;
 };
+
+/// Every format that is written; the first is the native one.
 std::span<const WriterEntry> WriterTable();
+
+/// The writer that a file's name asks for; the native one for any extension that is not in the table.
+const WriterEntry& WriterFor(const std::filesystem::path& path);
 
 }  // namespace texturon

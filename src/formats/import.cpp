@@ -6,6 +6,7 @@
 #include "core/platform.h"
 #include "core/text.h"
 #include "formats/extension_table.h"
+#include "formats/text_lines.h"
 
 namespace texturon {
 namespace {
@@ -46,15 +47,18 @@ ImportOutcome LoadProfileFile(const std::filesystem::path& path, const ImportOpt
     outcome.reason = "is empty";
     return outcome;
   }
+  std::string storage;
+  const std::string_view text = PlainText(file.bytes, storage);
   for (const ProfileReader* reader : entry->chain) {
     ImportedProfile profile;
-    ReadResult result = reader->read({path, file.bytes, options, prompts}, profile);
+    ReadResult result = reader->read({path, text, options, prompts}, profile);
     outcome.attempts.push_back({std::string(reader->name), result});
     if (result.status != ReadResult::Status::kRead) continue;
     std::replace(profile.identification.begin(), profile.identification.end(), ',', ';');
     std::replace(profile.date.begin(), profile.date.end(), ',', ';');
     outcome.loaded = profile.spacingUM > 0.0;
     if (!outcome.loaded) outcome.reason = "has a point spacing that is not above 0";
+    for (const std::string& warning : profile.warnings) prompts.Notice(warning);
     outcome.profile = std::move(profile);
     return outcome;
   }

@@ -64,7 +64,7 @@ TEST(CommandLine, AnalysesASampleIntoTheAgreedJson) {
   EXPECT_EQ(analysis["ranges"]["evaluation"], json({0, 7999, 8000}));
   EXPECT_EQ(analysis["parameters"].size(), 107u);
   EXPECT_EQ(analysis["profiles"]["roughness"].size(), 8000u);
-  EXPECT_FALSE(analysis["profiles"].contains("closing"));
+  EXPECT_EQ(analysis["profiles"].contains("closing"), Parameter(analysis, "Wvoid")["valid"].get<bool>());
   const json ra = Parameter(analysis, "Ra");
   EXPECT_EQ(ra["unit"], "\xC2\xB5m");
   EXPECT_EQ(Parameter(analysis, "Rmr1")["unit"], "%");
@@ -194,7 +194,6 @@ TEST(CommandLine, RefusesWithOneSentenceAndStatusOne) {
         folder.Write("rubbish.ini", "[ANALYSIS]\nIniVersion=2\nLcCutoffMM=abc\n").string(), Sample("arc.lmt")},
        "rubbish.ini"},
       {{"analyze", "--no-trace", "--settings", Sample("arc.lmt"), Sample("arc.lmt")}, "no section"},
-      {{"convert", Sample("arc.lmt"), (folder / "x.doc").string()}, "x.doc"},
       {{"convert", Sample("arc.lmt"), (folder / "no folder" / "x.lmt").string()}, "Could not write file."},
       {{"settings", "--check", folder.Write("unknown.ini", "[ANALYSIS]\nNoSuchKey=1\n").string()}, ""},
       {{"plan.ini", "data", "out"}, "test plan"},
@@ -244,6 +243,14 @@ TEST(CommandLine, ConvertsAndReadsBack) {
     return json::parse(Texturon({"analyze", "--json", "--profiles", "--no-trace", file}).out)["profiles"]["raw"];
   };
   EXPECT_EQ(heightsOf(copy), heightsOf(Sample("turned.lmt")));
+  for (const char* name : {"copy.prf", "copy.sdf", "copy.pr"}) {
+    const std::string other = (folder / name).string();
+    EXPECT_EQ(Texturon({"convert", copy, other}).status, 0) << name;
+    EXPECT_TRUE(Near(heightsOf(other)[77].get<double>(), heightsOf(copy)[77].get<double>(), 1e-5)) << name;
+  }
+  const Outcome renamed = Texturon({"convert", copy, (folder / "x.doc").string()});
+  EXPECT_EQ(renamed.status, 0);
+  EXPECT_NE(renamed.error.find("x.lmt"), std::string::npos) << renamed.error;
 }
 
 TEST(CommandLine, ListsWhatThereIs) {
