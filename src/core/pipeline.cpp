@@ -73,6 +73,16 @@ void KeepEnvelope(std::vector<double>& profile, std::span<const double> envelope
   std::copy(envelopeUM.begin(), envelopeUM.end(), profile.begin() + profiles.evaluationRange.first);
 }
 
+/// Motifs counted from the record's first point instead of the range's.
+std::vector<Motif> InTheRecord(std::vector<Motif> motifs, std::int32_t rangeFirst) {
+  for (Motif& motif : motifs) {
+    motif.firstPeak += rangeFirst;
+    motif.dale += rangeFirst;
+    motif.lastPeak += rangeFirst;
+  }
+  return motifs;
+}
+
 void ComputeSelectedParameters(Document& document, Prompts& prompts, const Environment& environment) {
   ProfileSet& profiles = document.profiles;
   AnalysisResults& results = document.results;
@@ -90,6 +100,8 @@ void ComputeSelectedParameters(Document& document, Prompts& prompts, const Envir
   results.coreRoughness = report.coreRoughness;
   KeepEnvelope(profiles.closing, report.closingUM, profiles);
   KeepEnvelope(profiles.opening, report.openingUM, profiles);
+  profiles.roughnessMotifs = InTheRecord(report.motifs.roughness, profiles.primaryRange.first);
+  profiles.wavinessMotifs = InTheRecord(report.motifs.waviness, profiles.primaryRange.first);
   if (!document.quietMode) {
     for (const std::string& message : report.messages) prompts.ShowMessage(message);
   }

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "core/index_range.h"
+#include "core/motif.h"
 #include "core/profile.h"
 
 namespace texturon {
@@ -41,6 +42,8 @@ struct ProfileSet {
   std::vector<double> roughness;
   std::vector<double> closing;  ///< empty until a parameter asks for the envelope
   std::vector<double> opening;
+  std::vector<Motif> roughnessMotifs;  ///< of the primary profile; empty until a parameter asks for them
+  std::vector<Motif> wavinessMotifs;
   double residualSpacingUM = 0.0;  ///< spacing of the derived profiles; perpendicular residuals stretch it
   IndexRange computeRange;
   IndexRange primaryRange;

@@ -63,6 +63,12 @@ constexpr char UpperAscii(char c) {
   return c >= 'a' && c <= 'z' ? static_cast<char>(c - ('a' - 'A')) : c;
 }
 
+/// Empty: the row failed.
+void SetResult(ParameterDef& row, const std::optional<double>& value) {
+  row.value = value.value_or(0.0);
+  row.valid = value.has_value();
+}
+
 }  // namespace
 
 DriverReport ComputeParameters(ParameterCatalogue& catalogue, const DriverInput& input) {
@@ -71,8 +77,9 @@ DriverReport ComputeParameters(ParameterCatalogue& catalogue, const DriverInput&
   for (ParameterDef& row : catalogue.rows) {
     row.valid = false;
     if (!row.selected || EqualIgnoringCase(row.name, "Special")) continue;
-    if (IsMotifName(row.name)) {
-      row.value = 0.0;
+    if (const RowRoutine motifRow = FindWholeName(row.name)) {
+      const ParameterProfile* primary = profiles.Find('P');
+      if (primary != nullptr) SetResult(row, motifRow({*primary, input.settings}));
       continue;
     }
     const char letter = row.name.empty() ? '\0' : UpperAscii(row.name.front());
@@ -88,14 +95,14 @@ DriverReport ComputeParameters(ParameterCatalogue& catalogue, const DriverInput&
       continue;
     }
     if (suffix->letters.find(letter) == std::string_view::npos) continue;
-    const auto value =
-        suffix->routine != nullptr ? suffix->routine({*profile, input.settings}) : std::optional<double>();
-    row.value = value.value_or(0.0);
-    row.valid = value.has_value();
+    SetResult(row, suffix->routine({*profile, input.settings}));
     if (suffix->findsElements && profile->Heights().size() >= 2 &&
         !profile->SegmentExtremes(profile->SamplingLengthMM()).empty()) {
       report.elementHeights = profile->Heights();
     }
+  }
+  if (const ParameterProfile* primary = profiles.Find('P')) {
+    if (const auto* motifs = primary->FindShared<MotifResult>()) report.motifs = *motifs;
   }
   if (const ParameterProfile* waviness = profiles.Find('W')) {
     if (const auto* closing = waviness->FindShared<ClosingOfProfile>()) report.closingUM = closing->envelopeUM;

@@ -9,6 +9,7 @@
 #include "core/settings.h"
 #include "parameters/catalogue.h"
 #include "parameters/core_roughness.h"
+#include "parameters/motifs.h"
 
 namespace texturon {
 
@@ -34,6 +35,8 @@ struct DriverReport {
   /// Envelopes of the waviness over its range; empty when no row asked for them.
   std::vector<double> closingUM;
   std::vector<double> openingUM;
+  /// Of the primary profile, counted from its first point; empty lists when no row asked for them.
+  MotifResult motifs;
 };
 
 /// Computes every selected row of the working list, in its order, and sets each row's value and valid flag.

@@ -8,7 +8,9 @@
 #include "parameters/counts.h"
 #include "parameters/element_parameters.h"
 #include "parameters/local_slopes.h"
+#include "parameters/motifs.h"
 #include "parameters/peak_to_valley.h"
+#include "parameters/probability.h"
 #include "parameters/spectral_moments.h"
 #include "parameters/void_convexity.h"
 #include "parameters/window_rows.h"
@@ -82,15 +84,26 @@ constexpr SuffixRow kSuffixes[] = {
     {"vk*", ValleyBelowCore},
     {"mr1", UpperCoreMaterialRatio},
     {"mr2", LowerCoreMaterialRatio},
-    {"pq", nullptr},
-    {"vq", nullptr},
-    {"mq", nullptr},
+    {"pq", PlateauDeviation},
+    {"vq", ValleyDeviation},
+    {"mq", PlateauToValleyRatio},
     {"dq", RootMeanSquareSlope},
     {"dmd", MedianAbsoluteSlopeAngle},
     {"dmn", MeanAbsoluteSlopeAngle},
     {"dsk", SlopeSkewness},
     {"hsc", HighSpotCount, false, "PR"},
     {"vc", ValleyCount, false, "PR"},
+};
+
+struct WholeName {
+  std::string_view name;
+  RowRoutine routine;
+};
+
+constexpr WholeName kMotifRows[] = {
+    {"R", MeanRoughnessMotifDepth},  {"Rx", GreatestRoughnessMotifDepth}, {"AR", MeanRoughnessMotifLength},
+    {"W", MeanWavinessMotifDepth},   {"Wx", GreatestWavinessMotifDepth},  {"Wte", EnvelopeHeight},
+    {"AW", MeanWavinessMotifLength},
 };
 
 }  // namespace
@@ -103,6 +116,12 @@ const SuffixRow* FindSuffix(std::string_view suffix) {
   const auto found = std::find_if(std::begin(kSuffixes), std::end(kSuffixes),
                                   [suffix](const SuffixRow& row) { return EqualIgnoringCase(row.suffix, suffix); });
   return found != std::end(kSuffixes) ? &*found : nullptr;
+}
+
+RowRoutine FindWholeName(std::string_view name) {
+  const auto found = std::find_if(std::begin(kMotifRows), std::end(kMotifRows),
+                                  [name](const WholeName& row) { return EqualIgnoringCase(row.name, name); });
+  return found != std::end(kMotifRows) ? found->routine : nullptr;
 }
 
 }  // namespace texturon

@@ -10,7 +10,7 @@ namespace texturon {
 /// What a row's name without its first letter stands for.
 struct SuffixRow {
   std::string_view suffix;
-  RowRoutine routine;  ///< null: not computed by this version; the row is invalid
+  RowRoutine routine;
   bool findsElements = false;
   std::string_view letters = "FPWR";  ///< profiles that have the row; for others it is skipped
 };
@@ -20,5 +20,9 @@ std::span<const SuffixRow> SuffixTable();
 
 /// Null for a suffix that does not exist.
 const SuffixRow* FindSuffix(std::string_view suffix);
+
+/// Routine of a row that is known by its whole name and computed on the primary profile: the motif rows. Case is
+/// ignored; null for any other name.
+RowRoutine FindWholeName(std::string_view name);
 
 }  // namespace texturon

@@ -1,0 +1,134 @@
+#include "parameters/motifs.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "core/units.h"
+#include "parameters/motif_finder.h"
+
+namespace texturon {
+namespace {
+
+double SpacingUM(const RowInput& row) {
+  return row.profile.SpacingMM() * kMicrometresPerMillimetre;
+}
+
+/// Mean plus 1.65 standard deviations (n - 1) of all depths.
+double DepthLimit(const std::vector<Motif>& motifs) {
+  constexpr double kDeviations = 1.65;
+  const double n = 2.0 * static_cast<double>(motifs.size());
+  double sum = 0.0;
+  for (const Motif& motif : motifs) sum += motif.firstDepthUM + motif.lastDepthUM;
+  const double mean = sum / n;
+  double squares = 0.0;
+  for (const Motif& motif : motifs) {
+    for (const double depth : {motif.firstDepthUM, motif.lastDepthUM}) squares += (depth - mean) * (depth - mean);
+  }
+  return mean + kDeviations * std::sqrt(squares / (n - 1.0));
+}
+
+MotifResult ComputeMotifs(const RowInput& row) {
+  const AnalysisSettings& settings = row.settings;
+  const std::span<const double> z = row.profile.Heights();
+  MotifLimits limits{.greatestLengthUM = settings.MotifAMM * kMicrometresPerMillimetre,
+                     .leftToRightOnly = settings.UseTHMotif,
+                     .freesShortOnesOfEnvelope = settings.UseTHShortMotifCombination};
+  MotifResult result;
+  result.roughness = FindMotifs(z, SpacingUM(row), limits);
+  if (result.roughness.empty()) return result;
+  result.greatestDepthUM = DepthLimit(result.roughness);
+
+  const std::vector<double> envelope = UpperEnvelope(z, result.roughness);
+  const HeightExtremes extremes = FindExtremes(envelope);
+  result.envelopeHeightUM = extremes.highest - extremes.lowest;
+  limits.greatestLengthUM = settings.MotifBMM * kMicrometresPerMillimetre;
+  result.waviness = FindMotifs(envelope, SpacingUM(row), limits);
+  const std::int32_t start = result.roughness.front().firstPeak;
+  for (Motif& motif : result.waviness) {
+    motif.firstPeak += start;
+    motif.dale += start;
+    motif.lastPeak += start;
+  }
+  return result;
+}
+
+/// Both depths of every motif, none above the limit: their mean and the largest.
+struct Depths {
+  double mean = 0.0;
+  double greatest = 0.0;
+};
+
+std::optional<Depths> DepthsOf(const std::vector<Motif>& motifs, double limit) {
+  if (motifs.empty()) return std::nullopt;
+  Depths depths;
+  for (const Motif& motif : motifs) {
+    for (const double depth : {motif.firstDepthUM, motif.lastDepthUM}) {
+      const double counted = std::min(depth, limit);
+      depths.mean += counted;
+      depths.greatest = std::max(depths.greatest, counted);
+    }
+  }
+  depths.mean /= 2.0 * static_cast<double>(motifs.size());
+  return depths;
+}
+
+std::optional<Depths> RoughnessDepths(const RowInput& row) {
+  const MotifResult& motifs = MotifsOf(row);
+  return DepthsOf(motifs.roughness, motifs.greatestDepthUM);
+}
+
+std::optional<Depths> WavinessDepths(const RowInput& row) {
+  return DepthsOf(MotifsOf(row).waviness, std::numeric_limits<double>::infinity());
+}
+
+/// Neighbours share a peak, so the mean length needs the two ends alone.
+std::optional<double> MeanLength(const std::vector<Motif>& motifs, double spacingUM) {
+  if (motifs.empty()) return std::nullopt;
+  return static_cast<double>(motifs.back().lastPeak - motifs.front().firstPeak) * spacingUM /
+         static_cast<double>(motifs.size());
+}
+
+}  // namespace
+
+const MotifResult& MotifsOf(const RowInput& row) {
+  return row.profile.Shared<MotifResult>([&row] { return ComputeMotifs(row); });
+}
+
+std::optional<double> MeanRoughnessMotifDepth(const RowInput& row) {
+  const auto depths = RoughnessDepths(row);
+  if (!depths) return std::nullopt;
+  return depths->mean;
+}
+
+std::optional<double> GreatestRoughnessMotifDepth(const RowInput& row) {
+  const auto depths = RoughnessDepths(row);
+  if (!depths) return std::nullopt;
+  return depths->greatest;
+}
+
+std::optional<double> MeanRoughnessMotifLength(const RowInput& row) {
+  return MeanLength(MotifsOf(row).roughness, SpacingUM(row));
+}
+
+std::optional<double> MeanWavinessMotifDepth(const RowInput& row) {
+  const auto depths = WavinessDepths(row);
+  if (!depths) return std::nullopt;
+  return depths->mean;
+}
+
+std::optional<double> GreatestWavinessMotifDepth(const RowInput& row) {
+  const auto depths = WavinessDepths(row);
+  if (!depths) return std::nullopt;
+  return depths->greatest;
+}
+
+std::optional<double> MeanWavinessMotifLength(const RowInput& row) {
+  return MeanLength(MotifsOf(row).waviness, SpacingUM(row));
+}
+
+std::optional<double> EnvelopeHeight(const RowInput& row) {
+  return MotifsOf(row).envelopeHeightUM;
+}
+
+}  // namespace texturon

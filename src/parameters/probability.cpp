@@ -1,0 +1,213 @@
+#include "parameters/probability.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include "parameters/counts.h"
+#include "signal/lane_sums.h"
+#include "signal/normal_distribution.h"
+
+namespace texturon {
+namespace {
+
+constexpr double kPercent = 100.0;
+
+/// Sorted points [first, end) whose ratio (i + 0.5) / n lies between two percents, both included.
+struct PointRange {
+  std::size_t first = 0;
+  std::size_t end = 0;
+  std::size_t Count() const { return end > first ? end - first : 0; }
+};
+
+PointRange PointsBetween(std::size_t n, double fromPercent, double toPercent) {
+  const auto count = static_cast<double>(n);
+  const auto index = [count](double value) {
+    return value > 0.0 ? static_cast<std::size_t>(std::min(value, count)) : std::size_t{0};
+  };
+  return {index(std::ceil(fromPercent / kPercent * count - 0.5)),
+          index(std::floor(toPercent / kPercent * count + 0.5))};
+}
+
+/// A x^2 + B x y + y^2 + D x + E y + F = 0.
+struct Conic {
+  double a, b, d, e, f;
+};
+
+/// Solves five equations in place by elimination with pivots. Empty when they are singular to working accuracy.
+std::optional<std::array<double, 5>> SolveFive(std::array<std::array<double, 6>, 5> m) {
+  constexpr double kSingular = 1e-12;
+  double largest = 0.0;
+  for (const auto& equation : m) largest = std::max(largest, std::abs(equation[0]));
+  for (std::size_t k = 0; k < 5; ++k) {
+    const auto pivot = std::max_element(m.begin() + static_cast<std::ptrdiff_t>(k), m.end(),
+                                        [k](auto& p, auto& q) { return std::abs(p[k]) < std::abs(q[k]); });
+    std::swap(*pivot, m[k]);
+    if (!(std::abs(m[k][k]) > kSingular * largest)) return std::nullopt;
+    for (std::size_t row = k + 1; row < 5; ++row) {
+      const double factor = m[row][k] / m[k][k];
+      for (std::size_t column = k; column < 6; ++column) m[row][column] -= factor * m[k][column];
+    }
+  }
+  std::array<double, 5> x{};
+  for (std::size_t k = 5; k-- > 0;) {
+    double rest = m[k][5];
+    for (std::size_t column = k + 1; column < 5; ++column) rest -= m[k][column] * x[column];
+    x[k] = rest / m[k][k];
+  }
+  return x;
+}
+
+/// Smallest sum of squares of the conic's left side over the points.
+std::optional<Conic> FitConic(std::span<const double> x, std::span<const double> y) {
+  std::array<std::array<double, 6>, 5> normal{};
+  for (std::size_t i = 0; i < x.size(); ++i) {
+    const std::array<double, 6> terms = {x[i] * x[i], x[i] * y[i], x[i], y[i], 1.0, -y[i] * y[i]};
+    for (std::size_t row = 0; row < 5; ++row) {
+      for (std::size_t column = 0; column < 6; ++column) normal[row][column] += terms[row] * terms[column];
+    }
+  }
+  const auto solution = SolveFive(normal);
+  if (!solution) return std::nullopt;
+  const auto& s = *solution;
+  return Conic{s[0], s[1], s[2], s[3], s[4]};
+}
+
+struct Vector {
+  double x, y;
+};
+
+Vector HalfWay(const Vector& p, const Vector& q) {
+  const Vector sum = {p.x / std::hypot(p.x, p.y) + q.x / std::hypot(q.x, q.y),
+                      p.y / std::hypot(p.x, p.y) + q.y / std::hypot(q.x, q.y)};
+  return sum;
+}
+
+/// Abscissae, in the scaled plot, at which the straight regions end and of the transition between.
+struct Transition {
+  double plateauEnd = 0.0;
+  double centre = 0.0;
+  double valleyStart = 0.0;
+};
+
+std::optional<Transition> FindTransition(const Conic& c) {
+  const double discriminant = c.b * c.b - 4.0 * c.a;
+  if (!(discriminant > 0.0)) return std::nullopt;
+  const double root = std::sqrt(discriminant);
+  // Centre, where the gradient vanishes; the heights fall, so the plateau has the larger (less negative) slope.
+  const Vector centre = {(2.0 * c.d - c.b * c.e) / discriminant, (2.0 * c.a * c.e - c.b * c.d) / discriminant};
+  const Vector plateau = {-1.0, 0.5 * (c.b - root)};
+  const Vector valley = {1.0, 0.5 * (-c.b - root)};
+  const double atCentre = c.f + 0.5 * (c.d * centre.x + c.e * centre.y);
+  const auto endAlong = [&](const Vector& asymptote) {
+    constexpr int kHalvings = 3;
+    Vector direction = HalfWay(plateau, valley);
+    for (int k = 0; k < kHalvings; ++k) direction = HalfWay(asymptote, direction);
+    const double form = c.a * direction.x * direction.x + c.b * direction.x * direction.y + direction.y * direction.y;
+    return centre.x + std::sqrt(std::max(0.0, -atCentre / form)) * direction.x;
+  };
+  return Transition{endAlong(plateau), centre.x, endAlong(valley)};
+}
+
+ProbabilityFit ComputeFit(const RowInput& row) {
+  const AnalysisSettings& settings = row.settings;
+  const std::span<const double> sorted = row.profile.SortedHeights();
+  ProbabilityFit fit;
+  fit.limits = ProbabilityLimits{settings.UPLPercent, settings.LPLPercent, settings.UVLPercent, settings.LVLPercent};
+  if (settings.RqFittingMethod != 0) {
+    fit.limits = FindProbabilityLimits(sorted, *fit.limits, settings.RxqLowerValleyCountPercent,
+                                       settings.RxqUpperValleyCountPercent);
+  }
+  if (!fit.limits) return fit;
+  fit.plateau = FitProbabilityLine(sorted, fit.limits->upl, fit.limits->lpl);
+  const auto fewest = static_cast<std::size_t>(std::max(0, settings.RxqMinimumValleyCount));
+  if (CountValleys(row.profile.Heights(), settings.RxqValleyCountHeightUm) < fewest) return fit;
+  fit.valley = FitProbabilityLine(sorted, fit.limits->uvl, fit.limits->lvl);
+  if (!fit.plateau || !fit.valley) return fit;
+  const double crossing =
+      (fit.valley->interceptUM - fit.plateau->interceptUM) / (fit.plateau->slopeUM - fit.valley->slopeUM);
+  if (std::isfinite(crossing)) fit.crossingPercent = NormalProbability(crossing) * kPercent;
+  return fit;
+}
+
+}  // namespace
+
+double ProbabilityAbscissa(std::size_t i, std::size_t n) {
+  // The lower half mirrors the upper one, whose small ratios are exact.
+  const bool isLower = i >= n - 1 - i;
+  const std::size_t k = isLower ? n - 1 - i : i;
+  const double quantile = NormalQuantile((static_cast<double>(k) + 0.5) / static_cast<double>(n));
+  return isLower ? -quantile : quantile;
+}
+
+std::optional<ProbabilityLine> FitProbabilityLine(std::span<const double> sorted, double fromPercent,
+                                                  double toPercent) {
+  const PointRange range = PointsBetween(sorted.size(), fromPercent, toPercent);
+  if (range.Count() < 2) return std::nullopt;
+  const double reference = sorted[range.first + range.Count() / 2];
+  const auto [sx, sh, sxx, sxh] = LaneSums(range.Count(), [&](std::size_t k) -> std::array<double, 4> {
+    const double x = ProbabilityAbscissa(range.first + k, sorted.size());
+    const double h = sorted[range.first + k] - reference;
+    return {x, h, x * x, x * h};
+  });
+  const auto n = static_cast<double>(range.Count());
+  const double slope = (sxh - sx * sh / n) / (sxx - sx * sx / n);
+  return ProbabilityLine{slope, reference + (sh - slope * sx) / n};
+}
+
+std::optional<ProbabilityLimits> FindProbabilityLimits(std::span<const double> sorted, const ProbabilityLimits& outer,
+                                                       double fromPercent, double toPercent) {
+  constexpr std::size_t kSamples = 1000;
+  const PointRange range = PointsBetween(sorted.size(), outer.upl, outer.lvl);
+  if (range.Count() < 10) return std::nullopt;
+  const double top = ProbabilityAbscissa(range.first, sorted.size());
+  const double halfWidth = 0.5 * (ProbabilityAbscissa(range.end - 1, sorted.size()) - top);
+  const double lowest = sorted[range.end - 1];
+  const double halfHeight = 0.5 * (sorted[range.first] - lowest);
+  if (!(halfHeight > 0.0) || !std::isfinite(halfHeight)) return std::nullopt;
+  std::array<double, kSamples> x;
+  std::array<double, kSamples> y;
+  const auto quantileAt = [&](double scaled) { return top + halfWidth * (scaled + 1.0); };
+  for (std::size_t k = 0; k < kSamples; ++k) {
+    x[k] = -1.0 + 2.0 * static_cast<double>(k) / (kSamples - 1);
+    // Between two points along the quantiles: in the tails these are far from proportional to the ratios.
+    const double quantile = quantileAt(x[k]);
+    const double place = NormalProbability(quantile) * static_cast<double>(sorted.size()) - 0.5;
+    const double inside = std::clamp(place, static_cast<double>(range.first), static_cast<double>(range.end - 2));
+    const auto i = static_cast<std::size_t>(inside);
+    const double before = ProbabilityAbscissa(i, sorted.size());
+    const double weight = (quantile - before) / (ProbabilityAbscissa(i + 1, sorted.size()) - before);
+    const double height = sorted[i] + weight * (sorted[i + 1] - sorted[i]);
+    y[k] = (height - lowest) / halfHeight - 1.0;
+  }
+  const auto conic = FitConic(x, y);
+  if (!conic) return std::nullopt;
+  const auto transition = FindTransition(*conic);
+  if (!transition) return std::nullopt;
+  const auto percentAt = [&](double scaled) { return NormalProbability(quantileAt(scaled)) * kPercent; };
+  const double centre = percentAt(transition->centre);
+  if (!(centre >= fromPercent && centre <= toPercent)) return std::nullopt;
+  return ProbabilityLimits{outer.upl, percentAt(transition->plateauEnd), percentAt(transition->valleyStart), outer.lvl};
+}
+
+const ProbabilityFit& ProbabilityFitOf(const RowInput& row) {
+  return row.profile.Shared<ProbabilityFit>([&row] { return ComputeFit(row); });
+}
+
+std::optional<double> PlateauDeviation(const RowInput& row) {
+  const auto& line = ProbabilityFitOf(row).plateau;
+  if (!line) return std::nullopt;
+  return std::abs(line->slopeUM);
+}
+
+std::optional<double> ValleyDeviation(const RowInput& row) {
+  const auto& line = ProbabilityFitOf(row).valley;
+  if (!line) return std::nullopt;
+  return std::abs(line->slopeUM);
+}
+
+std::optional<double> PlateauToValleyRatio(const RowInput& row) {
+  return ProbabilityFitOf(row).crossingPercent;
+}
+
+}  // namespace texturon

@@ -1,0 +1,126 @@
+#include "parameters/motifs.h"
+
+#include <algorithm>
+#include <cmath>
+#include <gtest/gtest.h>
+#include <numbers>
+#include <vector>
+
+#include "parameters/motif_finder.h"
+#include "support/near.h"
+#include "support/row_value.h"
+
+namespace texturon {
+namespace {
+
+/// A profile of straight flanks, ten points each, through the given turning points.
+std::vector<double> Zigzag(const std::vector<double>& turns) {
+  std::vector<double> z = {turns[0]};
+  for (std::size_t t = 1; t < turns.size(); ++t) {
+    for (int k = 1; k <= 10; ++k) z.push_back(turns[t - 1] + (turns[t] - turns[t - 1]) * k / 10.0);
+  }
+  return z;
+}
+
+/// Peaks and dales in multiples of ten points.
+std::vector<std::vector<int>> Places(const std::vector<Motif>& motifs) {
+  std::vector<std::vector<int>> places;
+  for (const Motif& m : motifs) places.push_back({m.firstPeak / 10, m.dale / 10, m.lastPeak / 10});
+  return places;
+}
+
+TEST(MotifFinder, JoinsPairsThatMeetAllFourConditions) {
+  struct Case {
+    const char* what;
+    std::vector<double> turns;
+    double length;  // in points
+    bool leftToRight, freesShort;
+    std::vector<std::vector<int>> expected;
+  };
+  const Case cases[] = {
+      {"joined over a shallow peak", {0, 10, 0, 5, 0, 10, 0}, 1000, false, false, {{1, 2, 5}}},
+      {"width: 40 points at most 39", {0, 10, 0, 5, 0, 10, 0}, 39, false, false, {{1, 2, 3}, {3, 4, 5}}},
+      {"envelope: the common peak is above both", {0, 9, 5, 10, 2, 9, 0}, 1000, false, false, {{1, 2, 3}, {3, 4, 5}}},
+      {"enlargement: T falls from 9 to 8", {0, 10, 0, 9, 2, 8, -1}, 1000, false, false, {{1, 2, 3}, {3, 4, 5}}},
+      {"relative depth: 7 of 10", {0, 10, 0, 7, 0, 10, 0}, 1000, false, false, {{1, 2, 3}, {3, 4, 5}}},
+      {"relative depth: 6 of 10", {0, 10, 0, 6, 0, 10, 0}, 1000, false, false, {{1, 2, 5}}},
+      {"a tremor below 5 % is no peak", {0, 10, 0, 0.3, 0, 10, 0}, 1000, false, false, {{1, 2, 5}}},
+      // The shallow peak at 5 goes first; the motif from 3 to 7 then swallows the first one. From the left, the first
+      // two do not fit, and what the later join would allow comes too late.
+      {"until none is left", {0, 10, 0, 6, 4, 5, 0, 10, 0}, 1000, false, false, {{1, 2, 7}}},
+      {"one peak", {0, 10, 0}, 1000, false, false, {}},
+      {"monotone", {0, 10}, 1000, false, false, {}},
+      {"flat", {3, 3, 3}, 1000, false, false, {}},
+      {"short motifs freed of the envelope", {0, 9, 6, 9.5, 3, 9, 0}, 1000, false, true, {{1, 4, 5}}},
+  };
+  for (const Case& c : cases) {
+    const auto motifs = FindMotifs(Zigzag(c.turns), 1.0, {c.length, c.leftToRight, c.freesShort});
+    EXPECT_EQ(Places(motifs), c.expected) << c.what;
+  }
+}
+
+TEST(MotifFinder, JoinsFromLeftToRightOnlyWhenAsked) {
+  // From the left 1-3 is joined with 3-5 at once; the common peak of 3-5 and 5-7 is shallower. All three together are
+  // longer than 55 points.
+  const std::vector<double> z = Zigzag({0, 10, 3.5, 6, 0, 8, 7, 10, 0});
+  EXPECT_EQ(Places(FindMotifs(z, 1.0, {55.0, true, false})), (std::vector<std::vector<int>>{{1, 4, 5}, {5, 6, 7}}));
+  EXPECT_EQ(Places(FindMotifs(z, 1.0, {55.0, false, false})), (std::vector<std::vector<int>>{{1, 2, 3}, {3, 4, 7}}));
+}
+
+TEST(MotifFinder, DoesNotDependOnTheDirectionAndDrawsItsLines) {
+  const std::vector<double> z = RandomSurface(20'000, 30);
+  const auto motifs = FindMotifs(z, 0.5, {500.0, false, false});
+  ASSERT_GT(motifs.size(), 10u);
+  const auto back = FindMotifs(std::vector<double>(z.rbegin(), z.rend()), 0.5, {500.0, false, false});
+  ASSERT_EQ(back.size(), motifs.size());
+  for (std::size_t k = 0; k < motifs.size(); ++k) {
+    EXPECT_EQ(back[back.size() - 1 - k].dale, 19'999 - motifs[k].dale);
+    EXPECT_EQ(back[back.size() - 1 - k].lastPeak, 19'999 - motifs[k].firstPeak);
+    EXPECT_TRUE(k == 0 || motifs[k].firstPeak == motifs[k - 1].lastPeak) << k;
+  }
+  const auto line = MotifLine(z, motifs);
+  const auto envelope = UpperEnvelope(z, motifs);
+  ASSERT_EQ(line.size(), static_cast<std::size_t>(motifs.back().lastPeak - motifs.front().firstPeak + 1));
+  ASSERT_EQ(envelope.size(), line.size());
+  const auto at = [&](std::int32_t i) { return static_cast<std::size_t>(i - motifs.front().firstPeak); };
+  for (const Motif& m : motifs) {
+    EXPECT_EQ(line[at(m.dale)], z[static_cast<std::size_t>(m.dale)]);
+    EXPECT_EQ(line[at(m.lastPeak)], envelope[at(m.lastPeak)]);
+    const double along = static_cast<double>(m.dale - m.firstPeak) / (m.lastPeak - m.firstPeak);
+    const double expected =
+        z[static_cast<std::size_t>(m.firstPeak)] * (1.0 - along) + z[static_cast<std::size_t>(m.lastPeak)] * along;
+    EXPECT_TRUE(Near(envelope[at(m.dale)], expected, 1e-12));
+  }
+}
+
+TEST(MotifRows, MeasureHandBuiltMotifs) {
+  // Grooves 10 deep every 20 points (0.1 mm) whose rims ride on a wave of 5 um over 20 grooves.
+  std::vector<double> turns;
+  for (int g = 0; g < 100; ++g) {
+    turns.push_back(-10.0);
+    turns.push_back(2.5 * std::cos(2.0 * std::numbers::pi * (g + 0.5) / 20.0));
+  }
+  turns.push_back(-10.0);
+  RowCase row{.heights = Zigzag(turns), .letter = 'P', .spacingMM = 0.005};
+  const auto value = [&row](const char* name) {
+    const ParameterProfile profile('P', row.heights, {0.005, 1.0, 1.0});
+    return FindWholeName(name)({profile, row.settings});
+  };
+  EXPECT_TRUE(Near(*value("AR"), 100.0, 1e-12));
+  EXPECT_TRUE(Near(*value("R"), 10.0, 1e-2)) << "mean rim height is 0";
+  EXPECT_TRUE(Near(*value("Rx"), 10.0 + 2.5 * std::cos(std::numbers::pi / 20.0), 1e-12)) << "within 1.65 deviations";
+  const double crest = 2.5 * std::cos(std::numbers::pi / 20.0);
+  EXPECT_TRUE(Near(*value("Wte"), 2.0 * crest, 1e-12));
+  EXPECT_TRUE(Near(*value("W"), 2.0 * crest, 1e-12));
+  EXPECT_TRUE(Near(*value("Wx"), 2.0 * crest, 1e-12));
+  EXPECT_TRUE(Near(*value("AW"), 2000.0, 0.06)) << "crests are two rims wide";
+  row.heights[1010] -= 90.0;  // one deep point in a groove's flank, right at a dale
+  const double limited = *value("Rx");
+  EXPECT_GT(limited, 13.0);
+  EXPECT_LT(limited, 60.0) << "cut to the mean plus 1.65 standard deviations";
+  row.heights.assign(500, 0.0);
+  for (const char* name : {"R", "Rx", "AR", "W", "Wx", "AW", "Wte"}) EXPECT_FALSE(value(name).has_value()) << name;
+}
+
+}  // namespace
+}  // namespace texturon
