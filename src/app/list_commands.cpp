@@ -61,10 +61,10 @@ int CheckSettingsFile(const std::string& file) {
 }  // namespace
 
 int RunParameters() {
-  std::vector<std::vector<std::string>> rows = {{"NAME", "UNIT", "IMPERIAL", "FACTOR", "DEFINITION"}};
+  std::vector<std::vector<std::string>> rows = {{"NAME", "UNIT", "IMPERIAL", "FACTOR", "SOURCE", "DEFINITION"}};
   for (const MasterRow& row : MasterCatalogue()) {
     rows.push_back({Utf8(row.name), Utf8(PrintedUnit(row.metricUnit)), Utf8(PrintedUnit(row.imperialUnit)),
-                    ShortestText(row.imperialFactor), Utf8(row.definition)});
+                    ShortestText(row.imperialFactor), Utf8(row.source), Utf8(row.definition)});
   }
   PrintColumns(rows);
   return FinishOutput(kExitDone);

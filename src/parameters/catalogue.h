@@ -25,6 +25,7 @@ struct MasterRow {
   double imperialFactor;  ///< imperial value = metric value x this
   ValueFormat format;
   std::string_view definition;  ///< one line
+  std::string_view source;      ///< the standard that defines it, or this program
 };
 
 /// The 107 rows in their fixed order.
