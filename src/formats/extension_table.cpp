@@ -4,6 +4,8 @@
 
 #include "core/platform.h"
 #include "core/text.h"
+#include "formats/column_text.h"
+#include "formats/instrument_text.h"
 #include "formats/mod_format.h"
 #include "formats/native_format.h"
 #include "formats/pr_format.h"
@@ -33,7 +35,8 @@ constexpr ProfileReader Unread(std::string_view name, std::string_view markers =
 constexpr ProfileReader kPcd = Unread("portable contour text");
 constexpr ProfileReader kRsf = Unread("RSF text", "FDATA|FEAT/SURFINISH");
 constexpr ProfileReader kRsfFirst = Unread("RSF text", "FDATA");
-constexpr ProfileReader kTwoColumns = Unread("two-column text");
+constexpr ProfileReader kTwoColumns{
+    "two-column text", "positions and one or more columns of heights, at most two lines of heading", ReadTwoColumnText};
 constexpr ProfileReader kManyDat = Unread("several profiles in a DAT file");
 
 constexpr ProfileReader kPrfChain[] = {Unread("profile-view export", "profileView|PVSC"), kPrf, kPcd,
@@ -57,21 +60,22 @@ constexpr ProfileReader kRtf[] = {Unread("RTF export", "{\\rtf")};
 constexpr ProfileReader kStr[] = {Unread("STR file")};
 constexpr ProfileReader kSip[] = {Unread("SIP text", "RtipMM")};
 constexpr ProfileReader kIst[] = {Unread("IST file")};
-constexpr ProfileReader kTx[] = {Unread("TX1/TX2 text")};
+constexpr ProfileReader kTx[] = {
+    {"TX1/TX2 text", "length, number of points, heights in um; the spacing is asked for", ReadTxText, {}, {}}};
 constexpr ProfileReader kTxt[] = {
     Unread("keyed text of elements", "$ELE|$END"),
-    Unread("header-section text", "Header|HeaderVersion|Pitch|// CalcData"),
+    {"surface tester text", "sections // Header to // CalcData, pitch among the conditions", ReadSectionText, {}, {}},
     Unread("cell-view export", "CellView|Test Date|Start Time|Data Points"),
     Unread("comma-separated text x,s1c1", "x,s1c1"),
     Unread("text with a point count", "Number of points"),
-    Unread("text with a unit pair"),
+    {"text with a unit pair", "two columns under their units", ReadUnitPairText, {}, {}},
     kRsfFirst,
     Unread("dashed-header text", "Title|Linear Contour<LCon_1>|Data Size"),
-    Unread("plain text 1"),
+    {"step profiler text", "Data, Recipe, Points, X-Resolution; heights in Angstrom", ReadStepProfilerText, {}, {}},
     Unread("text with [txtpda]", "[txtpda]"),
     Unread("xyzuvwr table", "xyzuvwr"),
     Unread("text with an evaluation length", "Eval.Length"),
-    Unread("MarSurf text", "[PROFILE_HEADER]|NO_TOT_POINTS|[PROFILE_VALUES]"),
+    {"MarSurf text", "sections [PROFILE_HEADER] and [PROFILE_VALUES]", ReadProfileHeaderText, {}, {}},
     Unread("listing of several profiles", "Profiles of file:|- end of header -|xsize|xpoints"),
     Unread("MarSurf text with NPRF", "[MarSurf|NPRF"),
     Unread("comma list"),
@@ -85,7 +89,11 @@ constexpr ProfileReader kTxt[] = {
     Unread("table of actual coordinates", "XACT|YACT|ZACT"),
     Unread("table of radius, angle and height", "RADIUS|ANGLE|HEIGHT"),
     Unread("table with a tip radius to suppress"),
-    Unread("generic text"),
+    {"generic text",
+     "a table of numbers behind up to 100 lines of text; one column: the spacing is asked for",
+     ReadGenericText,
+     {},
+     {}},
 };
 constexpr ProfileReader kYnz[] = {Unread("YNZ text", "scbada")};
 constexpr ProfileReader kRsfChain[] = {kRsf};
@@ -100,7 +108,9 @@ constexpr ProfileReader kDat[] = {Unread("DAT file 1"),
 constexpr ProfileReader kDatChosen[] = {kManyDat};
 constexpr ProfileReader kDir[] = {Unread("folder of numbered profiles")};
 constexpr ProfileReader kDirChosen[] = {Unread("one of a folder's numbered profiles")};
-constexpr ProfileReader kHfm[] = {Unread("test-plan text", "Test plan|[mm]"), Unread("X;Y;valid table", "X;Y;valid")};
+constexpr ProfileReader kHfm[] = {
+    Unread("test-plan text", "Test plan|[mm]"),
+    {"X;Y;valid table", "positions, heights and a flag, with a line of units", ReadValidityTable, {}, {}}};
 constexpr ProfileReader kHwp[] = {Unread("HWP text", "DATE|TIME")};
 constexpr ProfileReader kHwpSecond[] = {
     {"LT Type text", "never reached, because the entry above has the same extension", nullptr, "LT Type", {}}};
@@ -117,7 +127,8 @@ constexpr ProfileReader kTen[] = {Unread("listing of several profiles")};
 constexpr ProfileReader kTenChosen[] = {Unread("one of several profiles")};
 constexpr ProfileReader kStp[] = {Unread("several profiles in an STP file")};
 constexpr ProfileReader kHdr[] = {Unread("header file with a data file .dat", "IDENT")};
-constexpr ProfileReader kCsv[] = {Unread("comma-separated exports")};
+constexpr ProfileReader kCsv[] = {
+    {"comma-separated exports", "a table of numbers behind up to 100 lines of text", ReadGenericText, {}, {}}};
 constexpr ProfileReader kXy[] = {kTwoColumns};
 constexpr ProfileReader kYz[] = {Unread("YZ text", "NAM=|TYP=")};
 constexpr ProfileReader kSmd[] = {

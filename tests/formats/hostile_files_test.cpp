@@ -91,6 +91,7 @@ TEST(SampleFiles, AreTakenByTheirOwnReaderOnly) {
       if (!EqualIgnoringCase(entry.extension, sample.extension)) continue;
       for (const ProfileReader& reader : entry.chain) {
         HostilePrompts prompts;
+        prompts.textAnswer = "2";
         const std::filesystem::path path = "x" + sample.extension;
         const ImportOptions options;
         ImportedProfile profile;
