@@ -9,6 +9,7 @@
 #include "core/profile_set.h"
 #include "core/text.h"
 #include "formats/even_spacing.h"
+#include "formats/native_format.h"
 #include "formats/reader_questions.h"
 #include "formats/text_lines.h"
 
@@ -86,11 +87,11 @@ struct Table {
   std::size_t line = 0;
 };
 
-/// What one unit in the last printed decimal of a number is worth; 0 where it has an exponent.
-double LastDigit(std::string_view number) {
-  if (number.find_first_of("eE") != std::string_view::npos) return 0.0;
+/// Decimals of a printed number; 0 where it has an exponent.
+std::size_t Decimals(std::string_view number) {
   const std::size_t point = number.find_first_of(".,");
-  return std::pow(10.0, point == std::string_view::npos ? 0.0 : -static_cast<double>(number.size() - point - 1));
+  if (point == std::string_view::npos || number.find_first_of("eE") != std::string_view::npos) return 0;
+  return number.size() - point - 1;
 }
 
 void TakeHeading(const std::vector<std::string_view>& heading, Table& table) {
@@ -117,6 +118,7 @@ std::string ReadTable(std::string_view text, std::size_t mostHeading, Table& tab
   std::vector<std::string_view> fields;
   std::array<double, kMostColumns> row{};
   std::size_t rows = 0;
+  std::size_t decimals = 0;
   while (const auto line = lines.Next()) {
     if (TrimBlanks(*line).empty()) continue;
     if (table.manner.columns == 0) {
@@ -141,10 +143,11 @@ std::string ReadTable(std::string_view text, std::size_t mostHeading, Table& tab
     if (!isRow) return AtLine(lines.LineNumber(), "no row of as many numbers as above");
     if (rows == static_cast<std::size_t>(kPointCapacity)) return "the table has more than 750 000 rows";
     for (std::size_t i = 0; i < fields.size(); ++i) table.columns[i].push_back(row[i]);
-    table.lastDigit = std::max(table.lastDigit, LastDigit(fields[0]));
+    decimals = std::max(decimals, Decimals(fields[0]));
     ++rows;
   }
   table.line = lines.LineNumber();
+  table.lastDigit = decimals > 0 ? std::pow(10.0, -static_cast<double>(decimals)) : 0.0;
   return rows < 3 ? "there are fewer than three rows of numbers" : "";
 }
 
@@ -233,6 +236,11 @@ ReadResult ReadGenericText(const ReaderInput& input, ImportedProfile& profile) {
   std::string wrong = ReadTable(input.bytes, 100, table);
   if (!wrong.empty()) return Unusable(std::move(wrong));
   return Finish(input, table, profile);
+}
+
+ReadResult ReadCommaSeparated(const ReaderInput& input, ImportedProfile& profile) {
+  if (StartsWithIgnoringCase(input.bytes, "Lumetrace_Data")) return ReadNativeProfile(input, profile);
+  return ReadGenericText(input, profile);
 }
 
 ReadResult ReadValidityTable(const ReaderInput& input, ImportedProfile& profile) {

@@ -5,12 +5,14 @@
 #include "core/platform.h"
 #include "core/text.h"
 #include "formats/column_text.h"
+#include "formats/digital_surf.h"
 #include "formats/instrument_text.h"
 #include "formats/mod_format.h"
 #include "formats/native_format.h"
 #include "formats/pr_format.h"
 #include "formats/prf_format.h"
 #include "formats/sdf_format.h"
+#include "formats/softgauge_text.h"
 
 namespace texturon {
 namespace {
@@ -115,8 +117,10 @@ constexpr ProfileReader kHwp[] = {Unread("HWP text", "DATE|TIME")};
 constexpr ProfileReader kHwpSecond[] = {
     {"LT Type text", "never reached, because the entry above has the same extension", nullptr, "LT Type", {}}};
 constexpr ProfileReader kPip[] = {Unread("PIP file with a data file .MBD")};
-constexpr ProfileReader kPro[] = {Unread("Digital Surf profile", "DIGITAL SURF"), kTwoColumns,
-                                  Unread("text with four header lines")};
+constexpr ProfileReader kPro[] = {
+    {"Digital Surf profile", "binary profile, not compressed", ReadDigitalSurfProfile, {}, {}},
+    kTwoColumns,
+    Unread("text with four header lines")};
 constexpr ProfileReader kAsc[] = {Unread("ASCII table", "# File Format", {{{"ASCII", true, "ASCII data required."}}}),
                                   Unread("ASCII text 1"), Unread("ASCII text 2")};
 constexpr ProfileReader kSdfChain[] = {kSdf};
@@ -127,14 +131,17 @@ constexpr ProfileReader kTen[] = {Unread("listing of several profiles")};
 constexpr ProfileReader kTenChosen[] = {Unread("one of several profiles")};
 constexpr ProfileReader kStp[] = {Unread("several profiles in an STP file")};
 constexpr ProfileReader kHdr[] = {Unread("header file with a data file .dat", "IDENT")};
-constexpr ProfileReader kCsv[] = {
-    {"comma-separated exports", "a table of numbers behind up to 100 lines of text", ReadGenericText, {}, {}}};
+constexpr ProfileReader kCsv[] = {{"comma-separated exports",
+                                   "the native format; a table of numbers behind up to 100 lines of text",
+                                   ReadCommaSeparated,
+                                   {},
+                                   {}}};
 constexpr ProfileReader kXy[] = {kTwoColumns};
 constexpr ProfileReader kYz[] = {Unread("YZ text", "NAM=|TYP=")};
 constexpr ProfileReader kSmd[] = {
     Unread("Hommelwerke export", "Hommelwerke",
            {{{"CX", true, "Could not find CX info."}, {"TIME", true, "Could not find TIME info."}}}),
-    Unread("SMD softgauge", "INSTRUMENT_SERIAL")};
+    {"SMD softgauge", "softgauge of ISO 5436-2, incremental or absolute", ReadSoftgauge, {}, {}}};
 
 constexpr ExtensionEntry kExtensions[] = {
     {".PRF", kPrfChain},
