@@ -74,9 +74,12 @@ int RunFormats() {
   std::vector<std::vector<std::string>> rows = {{"EXTENSION", "READER", "TAKES"}};
   for (const ExtensionEntry& entry : ExtensionTable()) {
     std::string extension(entry.extension);
-    for (const ProfileReader* reader : entry.chain) {
-      rows.push_back({extension, Utf8(reader->name), Utf8(reader->takes)});
+    for (const ProfileReader& reader : entry.chain) {
+      rows.push_back({extension, Utf8(reader.name), Utf8(WhatItTakes(reader))});
       extension.clear();
+    }
+    for (const ProfileReader& reader : entry.chosenChain) {
+      rows.push_back({"", Utf8(reader.name), "with --profile: " + Utf8(WhatItTakes(reader))});
     }
   }
   PrintColumns(rows);

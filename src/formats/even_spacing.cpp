@@ -80,15 +80,18 @@ std::string MakeEven(Trace&& trace, ImportedProfile& profile) {
   const double step = (x.back() - x.front()) / static_cast<double>(x.size() - 1);
   if (!(step > 0.0) || !std::isfinite(step)) return "the positions do not rise";
   double deviation = 0.0;
+  bool fallsBack = false;
   bool rises = true;
   for (std::size_t i = 0; i < x.size(); ++i) {
     deviation = std::max(deviation, std::abs(x[i] - (x.front() + static_cast<double>(i) * step)));
+    fallsBack = fallsBack || (i > 0 && x[i] < x[i - 1]);
     rises = rises && (i == 0 || x[i] > x[i - 1]);
   }
+  if (fallsBack) return "the positions go back and forth";
   WarnOfInvalid(cut, Bridge(z), profile.warnings);
   const double tolerance = std::max(1e-6 * step, 1.01 * trace.lastDigitUM);
   if (deviation > tolerance) {
-    if (!rises) return "the positions go back and forth";
+    if (!rises) return "positions repeat";
     z = Resample(x, z, step);
     profile.warnings.push_back("positions are uneven by up to " + ShortestText(deviation) +
                                " um; the heights are interpolated to the mean step");

@@ -83,10 +83,10 @@ std::optional<double> NumberField(std::string_view field, bool decimalComma) {
 
 std::optional<double> MicrometresPerUnit(std::string_view unit) {
   constexpr std::pair<std::string_view, double> kUnits[] = {
-      {"mm", 1e3},        {"um", 1.0},        {"\xB5m", 1.0},      {"\xC2\xB5m", 1.0}, {"\xE6m", 1.0},
-      {"nm", 1e-3},       {"m", 1e6},         {"pm", 1e-6},        {"a", 1e-4},        {"\xC5", 1e-4},
-      {"in", 25'400.0},   {"\xC3\x85", 1e-4}, {"angstrom", 1e-4},  {"micron", 1.0},    {"microns", 1.0},
-      {"inch", 25'400.0}, {"\xCE\xBCm", 1.0}, {"micrometer", 1.0},
+      {"mm", 1e3},        {"um", 1.0},         {"\xB5m", 1.0},  {"\xC2\xB5m", 1.0}, {"\xE6m", 1.0},
+      {"nm", 1e-3},       {"m", 1e6},          {"pm", 1e-6},    {"\xC5", 1e-4},     {"in", 25'400.0},
+      {"\xC3\x85", 1e-4}, {"angstrom", 1e-4},  {"micron", 1.0}, {"microns", 1.0},   {"inch", 25'400.0},
+      {"\xCE\xBCm", 1.0}, {"micrometer", 1.0},
   };
   const auto* const found = std::find_if(std::begin(kUnits), std::end(kUnits), [unit](const auto& candidate) {
     return EqualIgnoringCase(candidate.first, unit);

@@ -253,6 +253,24 @@ TEST(CommandLine, ConvertsAndReadsBack) {
   EXPECT_NE(renamed.error.find("x.lmt"), std::string::npos) << renamed.error;
 }
 
+TEST(CommandLine, InspectsAFile) {
+  const ScratchFolder folder;
+  const Outcome read = Texturon({"inspect", Sample("turned.lmt")});
+  EXPECT_EQ(read.status, 0) << read.error;
+  for (const char* row : {"read by         native format", "(header line SPACING_UM)", "tip radius      not stated"}) {
+    EXPECT_NE(read.out.find(row), std::string::npos) << row << "\n" << read.out;
+  }
+  const Outcome steep =
+      Texturon({"inspect", folder.Write("s.pr", "Profil a\nX-len = 1 X-res = 1000 points: 2\n0\n20000\n").string()});
+  EXPECT_NE(steep.out.find("the heights range over 20.000 mm"), std::string::npos) << steep.out;
+  EXPECT_NE(steep.out.find("the mean slope is 90.0 degrees"), std::string::npos) << steep.out;
+  const Outcome refused = Texturon({"inspect", folder.Write("b.prf", "0 2\n").string()});
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_NE(refused.out.find("refused by      Taylor Hobson PRF: line 1"), std::string::npos) << refused.out;
+  EXPECT_NE(refused.out.find("not taken by    profile-view export"), std::string::npos) << refused.out;
+  EXPECT_EQ(std::count(refused.error.begin(), refused.error.end(), '\n'), 1);
+}
+
 TEST(CommandLine, ListsWhatThereIs) {
   const Outcome parameters = Texturon({"parameters"});
   EXPECT_EQ(parameters.status, 0);

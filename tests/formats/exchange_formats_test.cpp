@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <random>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -299,6 +300,55 @@ TEST(Pr, ReadsEveryWordingOfItsSecondLine) {
         "Profil a\nX-len = 1 X-res = 2 points: 2\n1\nx\n"}) {
     EXPECT_EQ(Read(ReadPrProfile, damaged).prompts.messages.size(), 1u) << damaged;
   }
+}
+
+const SampleText& SampleOf(const std::string& reader) {
+  for (const SampleText& sample : SampleTexts()) {
+    if (sample.reader == reader) return sample;
+  }
+  throw std::runtime_error(reader);
+}
+
+TEST(OtherLayouts, SayWhatTheyAssumedAndRefuse) {
+  const ScratchFolder folder;
+  ChoosingPrompts prompts;
+  const auto load = [&](const char* name, const std::string& bytes, const ImportOptions& options = {}) {
+    prompts = {};
+    prompts.textAnswer = "2";
+    return LoadProfileFile(folder.Write(name, bytes), options, prompts);
+  };
+  const std::string gauge = SampleOf("SMD softgauge").bytes;
+  const ImportOutcome good = load("a.smd", gauge);
+  EXPECT_TRUE(good.profile.warnings.empty());
+  EXPECT_DOUBLE_EQ(good.profile.tipRadiusMM, 0.002);
+  EXPECT_EQ(good.profile.date, "01.02.2020 - 10:11");
+  EXPECT_EQ(good.profile.identification, "Sine-1");
+  EXPECT_EQ(load("a.smd", Replaced(gauge, "-20", "-21")).profile.warnings.size(), 1u) << "the sum tells";
+  EXPECT_FALSE(load("a.smd", Replaced(gauge, "CZ A 3", "CZ A 4")).loaded);
+
+  const std::string binary = SampleOf("Digital Surf profile").bytes;
+  EXPECT_FALSE(load("a.pro", Replaced(binary, "DIGITAL SURF", "DSCOMPRESSED")).loaded);
+  EXPECT_NE(prompts.messages[0].find("Compressed"), std::string::npos);
+  EXPECT_FALSE(load("a.pro", Replaced(binary, "um ", "a.u")).loaded) << "an intensity";
+  EXPECT_FALSE(load("a.pro", binary.substr(0, binary.size() - 1)).loaded);
+
+  const std::string tester = SampleOf("surface tester text").bytes;
+  EXPECT_FALSE(load("a.txt", tester.substr(0, tester.find("// CalcData"))).loaded) << "results only";
+  EXPECT_TRUE(load("a.txt", Replaced(tester, "P_ISO97", "R_ISO97")).loaded);
+  EXPECT_EQ(prompts.messages[0], "WARNING: Filtered data found!");
+
+  // The first column counts the points; 4, 5, 6 are positions without a unit.
+  const ImportOutcome indexed = load("b.txt", "1 4 5\n2 5 -25400\n3 6 7\n");
+  ASSERT_TRUE(indexed.loaded) << indexed.reason;
+  EXPECT_EQ(indexed.profile.heightsUM, (std::vector<double>{5, 6, 7}));
+  EXPECT_EQ(indexed.profile.warnings.size(), 2u) << "units and an interpolated point";
+  // Positions 0, 1, 2 without a unit only count the points.
+  EXPECT_DOUBLE_EQ(load("c.xy", "0 5\n1 6\n2 7\n").profile.spacingUM, 2.0);
+  EXPECT_EQ(prompts.questions, std::vector<std::string>{"Enter the data point spacing (um):"});
+  EXPECT_FALSE(load("d.xy", "0 5\n0.3 6\n0.1 7\n0.4 8\n").loaded) << "positions go back";
+  std::string wide = "\xFF\xFE";
+  for (const char c : std::string("mm;\xB5m\r\n0,1;1\r\n0,2;2\r\n0,3;4\r\n")) wide += {c, '\0'};
+  EXPECT_EQ(load("e.txt", wide).attempts.back().reader, "text with a unit pair");
 }
 
 }  // namespace

@@ -55,7 +55,7 @@ protected:
     if (round % 5 == 0) options.profileChoice = round % 7;
     ImportedProfile profile;
     const std::filesystem::path path = folder_ / "x.LMTH";
-    const ReadResult result = reader.read({path, bytes, options, prompts}, profile);
+    const ReadResult result = RunReader(reader, {path, bytes, options, prompts}, profile);
     ExpectPlausible(result, profile, reader.name);
   }
 
@@ -66,17 +66,17 @@ protected:
 /// that none reads out of bounds.
 TEST_F(HostileFiles, AreAnsweredByEveryReader) {
   std::mt19937_64 random(2);
-  std::set<const ProfileReader*> done;
+  std::set<std::string_view> done;
   for (const ExtensionEntry& entry : ExtensionTable()) {
-    for (const ProfileReader* reader : entry.chain) {
-      if (reader->read == nullptr || !done.insert(reader).second) continue;
-      Try(*reader, "", 0);
-      Try(*reader, std::string(300, '\0'), 1);
+    for (const ProfileReader& reader : entry.chain) {
+      if (!done.insert(reader.name).second) continue;
+      Try(reader, "", 0);
+      Try(reader, std::string(300, '\0'), 1);
       for (const SampleText& sample : SampleTexts()) {
-        const bool own = sample.reader == reader->name || reader->name == "native header with table";
-        for (int round = 0; round < (own ? 2000 : 10); ++round) Try(*reader, Mutate(sample.bytes, random), round);
+        const bool own = sample.reader == reader.name || reader.name == "native header with table";
+        for (int round = 0; round < (own ? 2000 : 5); ++round) Try(reader, Mutate(sample.bytes, random), round);
         for (std::size_t cut = 0; own && cut < 64; ++cut) {
-          Try(*reader, sample.bytes.substr(0, sample.bytes.size() * cut / 64), 1);
+          Try(reader, sample.bytes.substr(0, sample.bytes.size() * cut / 64), 1);
         }
       }
     }
@@ -89,15 +89,15 @@ TEST(SampleFiles, AreTakenByTheirOwnReaderOnly) {
     bool taken = false;
     for (const ExtensionEntry& entry : ExtensionTable()) {
       if (!EqualIgnoringCase(entry.extension, sample.extension)) continue;
-      for (const ProfileReader* reader : entry.chain) {
-        if (reader->read == nullptr) continue;
+      for (const ProfileReader& reader : entry.chain) {
         HostilePrompts prompts;
+        prompts.textAnswer = "2";
         const std::filesystem::path path = "x" + sample.extension;
         const ImportOptions options;
         ImportedProfile profile;
-        const ReadResult result = reader->read({path, sample.bytes, options, prompts}, profile);
-        if (sample.reader != reader->name) {
-          EXPECT_TRUE(taken || result.status != ReadResult::Status::kRead) << sample.reader << " by " << reader->name;
+        const ReadResult result = RunReader(reader, {path, sample.bytes, options, prompts}, profile);
+        if (sample.reader != reader.name) {
+          EXPECT_TRUE(taken || result.status != ReadResult::Status::kRead) << sample.reader << " by " << reader.name;
           continue;
         }
         taken = true;

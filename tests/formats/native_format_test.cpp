@@ -214,6 +214,40 @@ TEST(Import, CleansTextsAndRefusesWhatIsNoProfile) {
   }
 }
 
+ReadResult LeavesHeightsAndRefuses(const ReaderInput& /*input*/, ImportedProfile& profile) {
+  profile.heightsUM = {1.0};
+  profile.spacingUM = 2.0;
+  return ReadResult::Refused("damaged");
+}
+
+TEST(Import, FollowsTheTablesOddities) {
+  const ScratchFolder folder;
+  ScriptedPrompts prompts;
+  const std::filesystem::path path = "x.out";
+  const auto run = [&](const ExtensionEntry& entry, const ImportOptions& options, std::string_view bytes = "x") {
+    return ReadThroughChain(entry, {path, bytes, options, prompts});
+  };
+  const ProfileReader refusing[] = {{"refusing", "", LeavesHeightsAndRefuses, "", {}}};
+  const ProfileReader native[] = {{"native", "", ReadNativeProfile, "", {}}};
+  EXPECT_TRUE(run({".OUT", refusing, {}, true}, {}).loaded) << "the result is ignored";
+  EXPECT_FALSE(run({".OUT", refusing}, {}).loaded);
+  EXPECT_EQ(run({".DAT", refusing, native}, {.profileChoice = 3}).attempts.front().reader, "native");
+  EXPECT_EQ(run({".DAT", refusing, native}, {}).attempts.front().reader, "refusing");
+  prompts.messages.clear();
+  const auto load = [&](const char* name, const char* bytes) {
+    return LoadProfileFile(folder.Write(name, bytes), {}, prompts).attempts;
+  };
+  EXPECT_EQ(load("a.HWP", "LT Type").front().reader, "HWP text") << "the first of two entries wins";
+  EXPECT_EQ(load("a.txt", "nothing").size(), 27u);
+  EXPECT_EQ(load("a.dat", "nothing").size(), 7u);
+  EXPECT_TRUE(prompts.messages.empty());
+  EXPECT_NE(load("a.ruf", "Roughness Data").front().result.reason.find("not read yet"), std::string::npos);
+  EXPECT_EQ(prompts.messages.size(), 1u);
+  load("a.xml", "<DATA><MEASUREMENT>");
+  EXPECT_EQ(prompts.messages[1], "Wrong file version.  Contact Corvane");
+  EXPECT_EQ(prompts.messages.size(), 2u);
+}
+
 TEST(NativeFormat, WritesUnderItsOwnExtensionOrSaysSo) {
   const ScratchFolder folder;
   ScriptedPrompts prompts;
