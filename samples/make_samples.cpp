@@ -19,7 +19,7 @@ constexpr double kPi = std::numbers::pi;
 
 /// Normal deviates that are the same with every standard library.
 class Noise {
- public:
+public:
   explicit Noise(std::uint64_t seed) : random_(seed) {}
   double Uniform() { return (static_cast<double>(random_() >> 11) + 0.5) * 0x1p-53; }
   double Normal() {
@@ -27,7 +27,7 @@ class Noise {
     return radius * std::cos(2.0 * kPi * Uniform());
   }
 
- private:
+private:
   std::mt19937_64 random_;
 };
 
@@ -130,8 +130,7 @@ int main(int argc, char** argv) {
       {"arc.lmt", "Arc of 12 mm, generated", 0.5, Arc(0.5)},
   };
   for (const Sample& sample : samples) {
-    const std::string text =
-        texturon::NativeProfileText(sample.heights, sample.spacingUM, sample.identification, date);
+    const std::string text = texturon::NativeProfileText(sample.heights, sample.spacingUM, sample.identification, date);
     const auto path = folder / sample.name;
     const auto written = texturon::ReplaceFile(path, text);
     if (written.ok()) continue;

@@ -55,10 +55,7 @@ int RunAnalyze(const AnalyzeOptions& analyze, const CommonOptions& common) {
     isFirst = false;
     Print(document, file, prompts, analyze);
   }
-  std::cout.flush();
-  if (std::cout) return status;
-  Complain("standard output cannot be written.");
-  return kExitRefused;
+  return FinishOutput(status);
 }
 
 }  // namespace texturon

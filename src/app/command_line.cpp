@@ -88,9 +88,16 @@ int ParseAndRun(CLI::App& app, int argc, char** argv) {
 
   std::string input;
   std::string output;
+  CLI::App* inspect = app.add_subcommand("inspect", "which reader took a file, or why each refused, and what it holds");
+  inspect->add_option("file", input, "profile file")->required()->type_name("FILE");
+  AddFileOptions(*inspect, common);
+  inspect->callback([&] { status = RunInspect(input, common); });
+
   CLI::App* convert = app.add_subcommand("convert", "read any profile file and write another; OUT names the format");
   convert->add_option("in", input, "profile file")->required()->type_name("IN");
-  convert->add_option("out", output, "file to write: .lmt")->required()->type_name("OUT");
+  convert->add_option("out", output, "file to write: .lmt, .prf, .sdf or .pr; anything else becomes .lmt")
+      ->required()
+      ->type_name("OUT");
   AddFileOptions(*convert, common);
   convert->callback([&] { status = RunConvert(input, output, common); });
 

@@ -22,6 +22,7 @@ struct SettingsOptions {
 // The commands of the program. Each writes its result to standard output and returns the exit status.
 int RunAnalyze(const AnalyzeOptions& analyze, const CommonOptions& common);
 int RunConvert(const std::string& input, const std::string& output, const CommonOptions& common);
+int RunInspect(const std::string& file, const CommonOptions& common);
 int RunParameters();
 int RunFormats();
 int RunSettings(const SettingsOptions& options);

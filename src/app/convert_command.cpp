@@ -4,7 +4,6 @@
 #include "core/platform.h"
 #include "core/text.h"
 #include "formats/extension_table.h"
-#include "formats/native_format.h"
 
 namespace texturon {
 
@@ -12,23 +11,24 @@ int RunConvert(const std::string& input, const std::string& output, const Common
   ConsolePrompts prompts({.answersYes = common.answer == "yes", .isQuiet = common.quiet});
   const auto setup = PrepareRun(common, prompts);
   if (!setup) return kExitRefused;
-  std::filesystem::path path = PathFromSystemText(output);
-  if (!EqualIgnoringCase(TextFromPath(path.extension()), WriterTable().front().extension)) {
-    Complain(output + ": this extension is not written; use .lmt.");
-    return kExitRefused;
-  }
   Document document = setup->document;
   prompts.BeginFile(input);
   if (!LoadInto(document, input, *setup, prompts)) return kExitRefused;
   prompts.HoldMessages(true);
   const Environment environment = SystemEnvironment();
-  const NativeProfileToWrite profile{.heightsUM = document.profiles.raw,
-                                     .spacingUM = document.profiles.spacingUM,
-                                     .identification = document.profiles.identification,
-                                     .savedAt = environment.localTime()};
-  if (WriteNativeProfile(path, profile, prompts)) return kExitDone;
-  Complain(output + ": Could not write file.");
-  return kExitRefused;
+  const ProfileToWrite profile{.heightsUM = document.profiles.raw,
+                               .spacingUM = document.profiles.spacingUM,
+                               .identification = document.profiles.identification,
+                               .savedAt = environment.localTime()};
+  std::filesystem::path path = PathFromSystemText(output);
+  const std::filesystem::path asked = path;
+  const FileOutcome outcome = WriterFor(path).write(path, profile, prompts);
+  if (!outcome.ok()) {
+    Complain(output + ": Could not write file. It " + outcome.reason + ".");
+    return kExitRefused;
+  }
+  if (!EqualIgnoringCase(TextFromPath(path), TextFromPath(asked))) prompts.Notice("written to " + TextFromPath(path));
+  return kExitDone;
 }
 
 }  // namespace texturon

@@ -42,11 +42,6 @@ std::string Utf8(std::string_view text) {
   return Utf8FromWindows1252(text);
 }
 
-int StatusOfOutput() {
-  std::cout.flush();
-  return std::cout ? kExitDone : kExitRefused;
-}
-
 int CheckSettingsFile(const std::string& file) {
   const std::filesystem::path path = PathFromSystemText(file);
   const FileBytes bytes = ReadWholeFile(path);
@@ -60,8 +55,7 @@ int CheckSettingsFile(const std::string& file) {
               << "\n";
   }
   if (problems.empty()) std::cout << file << ": no problems\n";
-  std::cout.flush();
-  return problems.empty() ? kExitDone : kExitRefused;
+  return FinishOutput(problems.empty() ? kExitDone : kExitRefused);
 }
 
 }  // namespace
@@ -73,16 +67,19 @@ int RunParameters() {
                     ShortestText(row.imperialFactor), Utf8(row.source), Utf8(row.definition)});
   }
   PrintColumns(rows);
-  return StatusOfOutput();
+  return FinishOutput(kExitDone);
 }
 
 int RunFormats() {
   std::vector<std::vector<std::string>> rows = {{"EXTENSION", "READER", "TAKES"}};
   for (const ExtensionEntry& entry : ExtensionTable()) {
     std::string extension(entry.extension);
-    for (const ProfileReader* reader : entry.chain) {
-      rows.push_back({extension, Utf8(reader->name), Utf8(reader->takes)});
+    for (const ProfileReader& reader : entry.chain) {
+      rows.push_back({extension, Utf8(reader.name), Utf8(WhatItTakes(reader))});
       extension.clear();
+    }
+    for (const ProfileReader& reader : entry.chosenChain) {
+      rows.push_back({"", Utf8(reader.name), "with --profile: " + Utf8(WhatItTakes(reader))});
     }
   }
   PrintColumns(rows);
@@ -90,7 +87,7 @@ int RunFormats() {
   for (const WriterEntry& writer : WriterTable()) {
     std::cout << writer.extension << "  " << Utf8(writer.name) << "\n";
   }
-  return StatusOfOutput();
+  return FinishOutput(kExitDone);
 }
 
 int RunSettings(const SettingsOptions& options) {
@@ -103,7 +100,7 @@ int RunSettings(const SettingsOptions& options) {
                     Utf8(setting.defaultText), meaning});
   }
   PrintColumns(rows);
-  return StatusOfOutput();
+  return FinishOutput(kExitDone);
 }
 
 }  // namespace texturon

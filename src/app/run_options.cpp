@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "core/charset.h"
 #include "core/number_text.h"
 #include "core/platform.h"
 #include "core/settings_file.h"
@@ -47,7 +48,7 @@ std::optional<std::int32_t> WholeIndex(double number) {
 bool LoadSettingsFile(const std::string& file, Settings& settings, ConsolePrompts& prompts, bool& hadProblems) {
   const SettingsFileResult result = LoadSettings(PathFromSystemText(file), settings, prompts);
   if (!result.ok()) {
-    Complain(result.error);
+    Complain(file + " " + result.reason + ".");
     return false;
   }
   if (!result.found) {
@@ -63,8 +64,9 @@ void ApplyAssignments(const std::vector<std::string>& assignments, Settings& set
   for (const std::string& assignment : assignments) {
     const std::size_t equals = assignment.find('=');
     if (equals == std::string::npos) throw UsageError{"--set " + assignment + ": not of the form SECTION.KEY=VALUE."};
-    const auto refusal = SetOne(settings, assignment.substr(0, equals), assignment.substr(equals + 1));
-    if (refusal) throw UsageError{"--set " + assignment + ": " + *refusal + "."};
+    const auto refusal = SetOne(settings, Windows1252FromUtf8(assignment.substr(0, equals)),
+                                Windows1252FromUtf8(assignment.substr(equals + 1)));
+    if (refusal) throw UsageError{"--set " + assignment + ": " + Utf8FromWindows1252(*refusal) + "."};
   }
 }
 
@@ -109,6 +111,13 @@ std::optional<RegionOption> ParseRegion(const std::string& text) {
   const auto mode = WholeIndex((*numbers)[0]);
   if (!mode) return std::nullopt;
   return RegionOption{*mode, (*numbers)[1], (*numbers)[2], (*numbers)[3]};
+}
+
+int FinishOutput(int status) {
+  std::cout.flush();
+  if (std::cout) return status;
+  Complain("standard output cannot be written.");
+  return kExitRefused;
 }
 
 void Complain(const std::string& text) {

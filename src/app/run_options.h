@@ -63,6 +63,9 @@ std::optional<RunSetup> PrepareRun(const CommonOptions& options, ConsolePrompts&
 /// Loads a file into the document. False, with one sentence on standard error, when it could not be read.
 bool LoadInto(Document& document, const std::string& file, const RunSetup& setup, ConsolePrompts& prompts);
 
+/// Flushes standard output. Returns `status`, or a refusal with a sentence where the output did not take everything.
+int FinishOutput(int status);
+
 /// Writes one sentence on standard error: "texturon: <text>".
 void Complain(const std::string& text);
 

@@ -12,7 +12,7 @@ struct Environment {
   std::filesystem::path workingFolder;
   std::filesystem::path temporaryFolder;
   std::filesystem::path programFolder;
-  std::filesystem::path traceFile;  ///< where the heights given to the profile-element finder are written
+  std::filesystem::path traceFile;  ///< where the heights given to the element finder go; empty: nowhere
 };
 
 }  // namespace texturon

@@ -12,7 +12,7 @@ ResidualKind ResidualKindOf(std::int32_t residualType) {
 /// The exclusion counted from the fit's first point. Indices outside the fit are nobody's business.
 std::optional<IndexRange> RelativeExclusion(const std::optional<IndexRange>& exclusion, std::int32_t first) {
   if (!exclusion) return std::nullopt;
-  return exclusion->ShiftedBy(-first);
+  return exclusion->ShiftedBy(-std::int64_t{first});
 }
 
 /// Runs the routine of one form type and files its geometry.

@@ -105,7 +105,8 @@ void ComputeSelectedParameters(Document& document, Prompts& prompts, const Envir
   if (!document.quietMode) {
     for (const std::string& message : report.messages) prompts.ShowMessage(message);
   }
-  if (document.writesTraceFile && report.elementHeights) WriteTraceFile(*report.elementHeights, environment);
+  const bool traces = document.writesTraceFile && !environment.traceFile.empty();
+  if (traces && report.elementHeights) WriteTraceFile(*report.elementHeights, environment);
 }
 
 void ComputeRatioRows(Document& document) {

@@ -27,7 +27,7 @@
 namespace texturon {
 namespace {
 
-constexpr std::size_t kLargestFile = std::size_t{1} << 30;
+constexpr std::size_t kLargestFile = std::size_t{256} << 20;
 constexpr std::size_t kReadStep = std::size_t{1} << 16;
 constexpr int kMostLinks = 40;
 
@@ -212,15 +212,16 @@ private:
 FileBytes ReadOpenFile(const File& file, std::size_t expectedSize) {
   FileBytes result;
   std::size_t size = 0;
-  result.bytes.resize(std::min(expectedSize, kLargestFile) + 1);
+  if (expectedSize > kLargestFile) return {"", "is larger than 256 MiB"};
+  result.bytes.resize(expectedSize + 1);
   for (;;) {
-    if (size == result.bytes.size()) result.bytes.resize(std::max(2 * size, kReadStep));
+    if (size == result.bytes.size()) result.bytes.resize(std::min(std::max(2 * size, kReadStep), kLargestFile + 1));
     const std::ptrdiff_t got = ReadSome(file.handle(), result.bytes.data() + size, result.bytes.size() - size);
     if (got < 0 && errno == EINTR) continue;
     if (got < 0) return {"", Failure("cannot be read", errno)};
     if (got == 0) break;
     size += static_cast<std::size_t>(got);
-    if (size > kLargestFile) return {"", "is larger than 1 GiB"};
+    if (size > kLargestFile) return {"", "is larger than 256 MiB"};
   }
   result.bytes.resize(size);
   return result;
@@ -377,7 +378,7 @@ Environment SystemEnvironment() {
 #ifdef _WIN32
   environment.traceFile = "c:\\Temp\\Xc.csv";
 #else
-  environment.traceFile = environment.temporaryFolder / "Xc.csv";
+  if (!environment.temporaryFolder.empty()) environment.traceFile = environment.temporaryFolder / "Xc.csv";
 #endif
   return environment;
 }

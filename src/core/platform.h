@@ -9,7 +9,8 @@
 
 namespace texturon {
 
-// All that differs from one operating system to another. Nothing here throws.
+// All that differs from one operating system to another. File operations report why they failed; they throw only when
+// memory runs out.
 
 /// How a file operation ended. `reason` is empty when it succeeded and otherwise goes on where the file's name stops:
 /// "is a directory", "cannot be opened (permission denied)".
@@ -35,7 +36,7 @@ std::string TextFromPath(const std::filesystem::path& path);
 /// "<path> <reason>."
 std::string FileSentence(const std::filesystem::path& path, std::string_view reason);
 
-/// Reads a file whole; pipes and devices up to their end. At most 1 GiB.
+/// Reads a file whole; pipes and devices up to their end. At most 256 MiB.
 FileBytes ReadWholeFile(const std::filesystem::path& path);
 
 /// Gives `path` the content `bytes`, so that at any moment it holds all of the old or all of the new: written to an

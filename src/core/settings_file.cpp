@@ -7,6 +7,7 @@
 #include "core/ini_file.h"
 #include "core/number_text.h"
 #include "core/platform.h"
+#include "core/settings_table.h"
 #include "core/settings_text.h"
 
 namespace texturon {
@@ -27,6 +28,19 @@ std::string UpgradeLine(std::string line, std::int64_t& nextReference) {
   return line.replace(at, kUnnumbered.size(), "SelectionRef" + IntegerText(nextReference++, 2, '0') + "=");
 }
 
+bool HasKnownSection(const IniFile& file) {
+  const std::vector<IniSectionHeader> sections = file.Sections();
+  return std::any_of(sections.begin(), sections.end(),
+                     [](const IniSectionHeader& section) { return IsSettingsSection(section.name); });
+}
+
+// A pipe or a device is left alone: writing to it would wait for a reader or go nowhere.
+FileOutcome ReplaceRegularFile(const std::filesystem::path& path, std::string_view bytes) {
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(path, error)) return {"is no regular file"};
+  return ReplaceFile(path, bytes);
+}
+
 }  // namespace
 
 std::string UpgradeSettingsText(const std::string& text) {
@@ -34,9 +48,8 @@ std::string UpgradeSettingsText(const std::string& text) {
   upgraded.reserve(text.size());
   std::int64_t nextReference = 0;
   for (std::size_t begin = 0; begin < text.size();) {
-    const std::size_t lineFeed = std::min(text.find('\n', begin), text.size());
-    const std::size_t end = lineFeed > begin && text[lineFeed - 1] == '\r' ? lineFeed - 1 : lineFeed;
-    const std::size_t next = std::min(lineFeed + 1, text.size());
+    const std::size_t end = std::min(text.find_first_of("\r\n", begin), text.size());
+    const std::size_t next = std::min(end + (text.compare(end, 2, "\r\n") == 0 ? 2 : 1), text.size());
     upgraded += UpgradeLine(text.substr(begin, end - begin), nextReference);
     upgraded.append(text, end, next - end);
     begin = next;
@@ -46,33 +59,33 @@ std::string UpgradeSettingsText(const std::string& text) {
 
 SettingsFileResult LoadSettings(const std::filesystem::path& path, Settings& settings, Prompts& prompts) {
   FileBytes read = ReadWholeFile(path);
-  if (read.missing) return {"", false};
-  if (!read.ok()) return {FileSentence(path, read.reason)};
+  if (read.missing) return {.found = false};
+  if (!read.ok()) return {.reason = read.reason};
 
   IniFile file(read.bytes);
   if (IsOldLayout(file)) {
     std::string upgraded = UpgradeSettingsText(read.bytes);
     if (upgraded != read.bytes) {
-      const FileOutcome written = ReplaceFile(path, upgraded);
+      const FileOutcome written = ReplaceRegularFile(path, upgraded);
       if (!written.ok()) {
         prompts.Notice(FileSentence(path, written.reason) + " Its settings are used as of the present layout.");
       }
       file = IniFile(std::move(upgraded));
     }
   }
-  const std::vector<std::string> remarks = LoadSettingsText(file, settings);
+  std::vector<std::string> remarks = LoadSettingsText(file, settings);
+  if (!read.bytes.empty() && !HasKnownSection(file)) remarks.emplace_back("holds no section of the settings");
   for (const std::string& remark : remarks) prompts.Notice(TextFromPath(path) + ": " + remark);
   return {.understoodAll = remarks.empty()};
 }
 
 SettingsFileResult SaveSettings(const std::filesystem::path& path, const Settings& settings) {
   FileBytes former = ReadWholeFile(path);
-  if (!former.ok() && !former.missing) return {FileSentence(path, former.reason)};
+  if (!former.ok() && !former.missing) return {.reason = former.reason};
   IniFile file(std::move(former.bytes));
   SaveSettingsText(file, settings);
   const FileOutcome written = ReplaceFile(path, file.Bytes());
-  if (!written.ok()) return {FileSentence(path, written.reason)};
-  return {};
+  return {.reason = written.reason};
 }
 
 }  // namespace texturon

@@ -9,14 +9,14 @@
 namespace texturon {
 
 struct SettingsFileResult {
-  /// A sentence that names file and reason; empty: it went well.
-  std::string error;
-  /// False: there is no such file, and nothing was read. No error: the settings stay as they were.
+  /// Why it failed; goes on where the file's name stops. Empty: it went well.
+  std::string reason;
+  /// False: there is no such file, and nothing was read. The settings stay as they were.
   bool found = true;
   /// False: values were cut or not fully understood; the remarks that were given say which.
   bool understoodAll = true;
 
-  bool ok() const { return error.empty(); }
+  bool ok() const { return reason.empty(); }
 };
 
 /// Reads a settings file into the settings as LoadSettingsText does; its remarks go to `prompts` as notices. A file of

@@ -90,7 +90,8 @@ std::string FaultOfSetting(const SettingBinding& binding, const ReadSettingResul
   const auto least = static_cast<std::int64_t>(rows.least);
   const auto most = static_cast<std::int64_t>(rows.most);
   if (count >= least && count <= most) return {};
-  return std::string("is out of range: ") + (least == most ? "always " : "at most ") + IntegerText(most);
+  return std::string("is out of range: ") + (least == most ? "always " : IntegerText(least) + " to ") +
+         IntegerText(most);
 }
 
 }  // namespace texturon

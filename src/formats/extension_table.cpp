@@ -1,25 +1,201 @@
 #include "formats/extension_table.h"
 
+#include <algorithm>
+
+#include "core/platform.h"
+#include "core/text.h"
+#include "formats/column_text.h"
+#include "formats/digital_surf.h"
+#include "formats/instrument_text.h"
+#include "formats/mod_format.h"
 #include "formats/native_format.h"
+#include "formats/pr_format.h"
+#include "formats/prf_format.h"
+#include "formats/sdf_format.h"
+#include "formats/softgauge_text.h"
 
 namespace texturon {
 namespace {
 
+// Readers that several chains share, or that deliver heights.
 constexpr ProfileReader kNative{"native format", "text with the magic word Lumetrace_Data 1.0", ReadNativeProfile};
 constexpr ProfileReader kNativeWithTable{"native header with table",
                                          "the native header; heights in the tab-separated table .LMTd beside it",
                                          ReadNativeHeaderWithTable};
+constexpr ProfileReader kPrf{"Taylor Hobson PRF",
+                             "text form, versions 1 to 3; the binary form is recognised and refused", ReadPrfProfile};
+constexpr ProfileReader kMod{"Taylor Hobson MOD", "form data as text: positions, then heights", ReadModProfile};
+constexpr ProfileReader kPr{"PTB PR", "old and new header line, heights in um", ReadPrProfile};
+constexpr ProfileReader kSdf{"Standard Data Format", "text and binary, one profile or several", ReadSdfProfile};
 
-constexpr const ProfileReader* kLmtChain[] = {&kNative};
-constexpr const ProfileReader* kLmthChain[] = {&kNativeWithTable};
+/// A layout that is not known.
+constexpr ProfileReader Unread(std::string_view name, std::string_view markers = {},
+                               std::array<Condition, 2> conditions = {}) {
+  return {name, {}, nullptr, markers, conditions};
+}
+
+constexpr ProfileReader kPcd = Unread("portable contour text");
+constexpr ProfileReader kRsf = Unread("RSF text", "FDATA|FEAT/SURFINISH");
+constexpr ProfileReader kRsfFirst = Unread("RSF text", "FDATA");
+constexpr ProfileReader kTwoColumns{
+    "two-column text", "positions and one or more columns of heights, at most two lines of heading", ReadTwoColumnText};
+constexpr ProfileReader kManyDat = Unread("several profiles in a DAT file");
+
+constexpr ProfileReader kPrfChain[] = {Unread("profile-view export", "profileView|PVSC"), kPrf, kPcd,
+                                       Unread("keyed text of a record", "OBJECT=|NUMBER=|DateTime=")};
+constexpr ProfileReader kRuf[] = {Unread("roughness text", "Roughness Data")};
+constexpr ProfileReader kS2p[] = {Unread("S2P text", "[s2pda0]")};
+constexpr ProfileReader kModChain[] = {kMod};
+constexpr ProfileReader kPrChain[] = {kPr};
+constexpr ProfileReader kNds[] = {
+    Unread("NDS text", "Time|Trace|Polarity|Gain|Sensitivity|CalibrationFactor|ZeroShift|SampleSpacing|Samples")};
+constexpr ProfileReader kFts[] = {Unread("Taylor Hobson FTS")};
+constexpr ProfileReader kXls[] = {Unread("spreadsheet text")};
+constexpr ProfileReader kZpx[] = {Unread("ZPX file")};
+constexpr ProfileReader kPcdChain[] = {kPcd};
+constexpr ProfileReader kPdi[] = {Unread("PDI text", "~Traced Profile")};
+constexpr ProfileReader kXml[] = {
+    Unread("XML profile", "<", {{{"DataElements", true, "Wrong file version.  Contact Corvane"}}})};
+constexpr ProfileReader kMes[] = {Unread("comma-separated values")};
+constexpr ProfileReader kRst[] = {Unread("binary range file")};
+constexpr ProfileReader kRtf[] = {Unread("RTF export", "{\\rtf")};
+constexpr ProfileReader kStr[] = {Unread("STR file")};
+constexpr ProfileReader kSip[] = {Unread("SIP text", "RtipMM")};
+constexpr ProfileReader kIst[] = {Unread("IST file")};
+constexpr ProfileReader kTx[] = {
+    {"TX1/TX2 text", "length, number of points, heights in um; the spacing is asked for", ReadTxText, {}, {}}};
+constexpr ProfileReader kTxt[] = {
+    Unread("keyed text of elements", "$ELE|$END"),
+    {"surface tester text", "sections // Header to // CalcData, pitch among the conditions", ReadSectionText, {}, {}},
+    Unread("cell-view export", "CellView|Test Date|Start Time|Data Points"),
+    Unread("comma-separated text x,s1c1", "x,s1c1"),
+    Unread("text with a point count", "Number of points"),
+    {"text with a unit pair", "two columns under their units", ReadUnitPairText, {}, {}},
+    kRsfFirst,
+    Unread("dashed-header text", "Title|Linear Contour<LCon_1>|Data Size"),
+    {"step profiler text", "Data, Recipe, Points, X-Resolution; heights in Angstrom", ReadStepProfilerText, {}, {}},
+    Unread("text with [txtpda]", "[txtpda]"),
+    Unread("xyzuvwr table", "xyzuvwr"),
+    Unread("text with an evaluation length", "Eval.Length"),
+    {"MarSurf text", "sections [PROFILE_HEADER] and [PROFILE_VALUES]", ReadProfileHeaderText, {}, {}},
+    Unread("listing of several profiles", "Profiles of file:|- end of header -|xsize|xpoints"),
+    Unread("MarSurf text with NPRF", "[MarSurf|NPRF"),
+    Unread("comma list"),
+    Unread("text with date and time", "Date|Time"),
+    Unread("profile plot data", "Profile Plot Data", {{{"NO_DATA", false, "The file holds no data."}}}),
+    Unread("scan list", "RIGHT_PNHL_SCAN|LT_SCAN"),
+    Unread("distance table", "Distance(um)"),
+    kTwoColumns,
+    Unread("plain text 2"),
+    Unread("plain text 3"),
+    Unread("table of actual coordinates", "XACT|YACT|ZACT"),
+    Unread("table of radius, angle and height", "RADIUS|ANGLE|HEIGHT"),
+    Unread("table with a tip radius to suppress"),
+    {"generic text",
+     "a table of numbers behind up to 100 lines of text; one column: the spacing is asked for",
+     ReadGenericText,
+     {},
+     {}},
+};
+constexpr ProfileReader kYnz[] = {Unread("YNZ text", "scbada")};
+constexpr ProfileReader kRsfChain[] = {kRsf};
+constexpr ProfileReader kNc[] = {Unread("NC file")};
+constexpr ProfileReader kDat[] = {Unread("DAT file 1"),
+                                  Unread("DAT file with a header file .hdr"),
+                                  kRsfFirst,
+                                  kTwoColumns,
+                                  kManyDat,
+                                  Unread("text with points", "points"),
+                                  Unread("DAT file 2")};
+constexpr ProfileReader kDatChosen[] = {kManyDat};
+constexpr ProfileReader kDir[] = {Unread("folder of numbered profiles")};
+constexpr ProfileReader kDirChosen[] = {Unread("one of a folder's numbered profiles")};
+constexpr ProfileReader kHfm[] = {
+    Unread("test-plan text", "Test plan|[mm]"),
+    {"X;Y;valid table", "positions, heights and a flag, with a line of units", ReadValidityTable, {}, {}}};
+constexpr ProfileReader kHwp[] = {Unread("HWP text", "DATE|TIME")};
+constexpr ProfileReader kHwpSecond[] = {
+    {"LT Type text", "never reached, because the entry above has the same extension", nullptr, "LT Type", {}}};
+constexpr ProfileReader kPip[] = {Unread("PIP file with a data file .MBD")};
+constexpr ProfileReader kPro[] = {
+    {"Digital Surf profile", "binary profile, not compressed", ReadDigitalSurfProfile, {}, {}},
+    kTwoColumns,
+    Unread("text with four header lines")};
+constexpr ProfileReader kAsc[] = {Unread("ASCII table", "# File Format", {{{"ASCII", true, "ASCII data required."}}}),
+                                  Unread("ASCII text 1"), Unread("ASCII text 2")};
+constexpr ProfileReader kSdfChain[] = {kSdf};
+constexpr ProfileReader kLmtChain[] = {kNative};
+constexpr ProfileReader kLmthChain[] = {kNativeWithTable};
+constexpr ProfileReader kPra[] = {Unread("PRA file")};
+constexpr ProfileReader kTen[] = {Unread("listing of several profiles")};
+constexpr ProfileReader kTenChosen[] = {Unread("one of several profiles")};
+constexpr ProfileReader kStp[] = {Unread("several profiles in an STP file")};
+constexpr ProfileReader kHdr[] = {Unread("header file with a data file .dat", "IDENT")};
+constexpr ProfileReader kCsv[] = {{"comma-separated exports",
+                                   "the native format; a table of numbers behind up to 100 lines of text",
+                                   ReadCommaSeparated,
+                                   {},
+                                   {}}};
+constexpr ProfileReader kXy[] = {kTwoColumns};
+constexpr ProfileReader kYz[] = {Unread("YZ text", "NAM=|TYP=")};
+constexpr ProfileReader kSmd[] = {
+    Unread("Hommelwerke export", "Hommelwerke",
+           {{{"CX", true, "Could not find CX info."}, {"TIME", true, "Could not find TIME info."}}}),
+    {"SMD softgauge", "softgauge of ISO 5436-2, incremental or absolute", ReadSoftgauge, {}, {}}};
 
 constexpr ExtensionEntry kExtensions[] = {
+    {".PRF", kPrfChain},
+    {".RUF", kRuf},
+    {".S2P", kS2p},
+    {".MOD", kModChain},
+    {".PR", kPrChain},
+    {".NDS", kNds},
+    {".FTS", kFts},
+    {".XLS", kXls},
+    {".ZPX", kZpx},
+    {".PCD", kPcdChain},
+    {".PDI", kPdi},
+    {".XML", kXml},
+    {".MES", kMes},
+    {".RST", kRst},
+    {".RTF", kRtf},
+    {".STR", kStr},
+    {".SIP", kSip},
+    {".IST", kIst},
+    {".TX1", kTx},
+    {".TX2", kTx},
+    {".TXT", kTxt},
+    {".YNZ", kYnz},
+    {".RSF", kRsfChain},
+    {".OUT", kRsfChain, {}, true},
+    {".NC", kNc},
+    {".DAT", kDat, kDatChosen},
+    {".DIR", kDir, kDirChosen},
+    {".HFM", kHfm},
+    {".HWP", kHwp},
+    {".PIP", kPip},
+    {".PRO", kPro},
+    {".ASC", kAsc},
+    {".SDF", kSdfChain},
     {".lmt", kLmtChain},
     {".LMTH", kLmthChain},
+    {".PRA", kPra},
+    {".TEN", kTen, kTenChosen},
+    {".SIX", kTen, kTenChosen},
+    {".STP", kStp},
+    {".HDR", kHdr},
+    {".HWP", kHwpSecond},
+    {".CSV", kCsv},
+    {".XY", kXy},
+    {".YZ", kYz},
+    {".SMD", kSmd},
 };
 
 constexpr WriterEntry kWriters[] = {
-    {".lmt", "native format"},
+    {".lmt", "native format", WriteNativeProfile},
+    {".sdf", "Standard Data Format", WriteSdfProfile},
+    {".prf", "Taylor Hobson PRF", WritePrfProfile},
+    {".pr", "PTB PR", WritePrProfile},
 };
 
 }  // namespace
@@ -30,6 +206,14 @@ std::span<const ExtensionEntry> ExtensionTable() {
 
 std::span<const WriterEntry> WriterTable() {
   return kWriters;
+}
+
+const WriterEntry& WriterFor(const std::filesystem::path& path) {
+  const std::string extension = TextFromPath(path.extension());
+  const auto* const found =
+      std::find_if(std::begin(kWriters), std::end(kWriters),
+                   [&extension](const WriterEntry& entry) { return EqualIgnoringCase(entry.extension, extension); });
+  return found != std::end(kWriters) ? *found : kWriters[0];
 }
 
 }  // namespace texturon

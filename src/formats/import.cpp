@@ -6,6 +6,7 @@
 #include "core/platform.h"
 #include "core/text.h"
 #include "formats/extension_table.h"
+#include "formats/text_lines.h"
 
 namespace texturon {
 namespace {
@@ -30,6 +31,36 @@ std::string ReasonOf(const std::vector<ReadAttempt>& attempts) {
 
 }  // namespace
 
+ImportOutcome ReadThroughChain(const ExtensionEntry& entry, const ReaderInput& input) {
+  const bool isChosen = input.options.profileChoice && !entry.chosenChain.empty();
+  ImportOutcome outcome;
+  for (const ProfileReader& reader : isChosen ? entry.chosenChain : entry.chain) {
+    outcome.profile = {};
+    ReadResult result = RunReader(reader, input, outcome.profile);
+    const bool ends = result.status == ReadResult::Status::kRead;
+    outcome.attempts.push_back({std::string(reader.name), std::move(result), reader.read != nullptr});
+    if (ends) break;
+  }
+  ImportedProfile& profile = outcome.profile;
+  const bool isRead = outcome.attempts.back().result.status == ReadResult::Status::kRead;
+  const bool isLeft = entry.ignoresResult && profile.spacingUM > 0.0 && !profile.heightsUM.empty();
+  if (!isRead && !isLeft) {
+    outcome.reason = ReasonOf(outcome.attempts);
+    for (const ReadAttempt& attempt : outcome.attempts) {
+      if (attempt.result.status != ReadResult::Status::kRefused || attempt.hasRoutine) continue;
+      input.prompts.ShowMessage(attempt.result.reason);
+      break;
+    }
+    return outcome;
+  }
+  std::replace(profile.identification.begin(), profile.identification.end(), ',', ';');
+  std::replace(profile.date.begin(), profile.date.end(), ',', ';');
+  outcome.loaded = profile.spacingUM > 0.0;
+  if (!outcome.loaded) outcome.reason = "has a point spacing that is not above 0";
+  for (const std::string& warning : profile.warnings) input.prompts.Notice(warning);
+  return outcome;
+}
+
 ImportOutcome LoadProfileFile(const std::filesystem::path& path, const ImportOptions& options, Prompts& prompts) {
   ImportOutcome outcome;
   const FileBytes file = ReadWholeFile(path);
@@ -46,20 +77,8 @@ ImportOutcome LoadProfileFile(const std::filesystem::path& path, const ImportOpt
     outcome.reason = "is empty";
     return outcome;
   }
-  for (const ProfileReader* reader : entry->chain) {
-    ImportedProfile profile;
-    ReadResult result = reader->read({path, file.bytes, options, prompts}, profile);
-    outcome.attempts.push_back({std::string(reader->name), result});
-    if (result.status != ReadResult::Status::kRead) continue;
-    std::replace(profile.identification.begin(), profile.identification.end(), ',', ';');
-    std::replace(profile.date.begin(), profile.date.end(), ',', ';');
-    outcome.loaded = profile.spacingUM > 0.0;
-    if (!outcome.loaded) outcome.reason = "has a point spacing that is not above 0";
-    outcome.profile = std::move(profile);
-    return outcome;
-  }
-  outcome.reason = ReasonOf(outcome.attempts);
-  return outcome;
+  std::string storage;
+  return ReadThroughChain(*entry, {path, PlainText(file.bytes, storage), options, prompts});
 }
 
 ProfileSet MakeProfileSet(ImportedProfile&& profile, std::string sourcePath) {

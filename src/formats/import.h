@@ -6,6 +6,7 @@
 
 #include "core/profile_set.h"
 #include "core/prompts.h"
+#include "formats/extension_table.h"
 #include "formats/profile_reader.h"
 
 namespace texturon {
@@ -14,6 +15,7 @@ namespace texturon {
 struct ReadAttempt {
   std::string reader;
   ReadResult result;
+  bool hasRoutine = true;  ///< false: a layout that is recognised only
 };
 
 struct ImportOutcome {
@@ -23,9 +25,12 @@ struct ImportOutcome {
   std::string reason;  ///< why nothing was loaded; goes on where the file's name stops
 };
 
-/// Reads a profile file with the reader, or the chain of readers, that its extension stands for. A chain ends with the
-/// first that reads; one that recognises and refuses does not end it. Commas of identification and date become
-/// semicolons. A spacing that is not above 0 refuses the file.
+/// Tries the readers of one extension in turn. A chain ends with the first that reads; one that recognises and refuses
+/// does not end it. Where none reads, the first layout that is recognised only says so in a message box.
+ImportOutcome ReadThroughChain(const ExtensionEntry& entry, const ReaderInput& input);
+
+/// Reads a profile file with the reader, or the chain of readers, that its extension stands for. Commas of
+/// identification and date become semicolons. A spacing that is not above 0 refuses the file.
 ImportOutcome LoadProfileFile(const std::filesystem::path& path, const ImportOptions& options, Prompts& prompts);
 
 /// The measured record of a loaded file. `sourcePath` is the text that outputs show.

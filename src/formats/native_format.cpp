@@ -1,7 +1,6 @@
 #include "formats/native_format.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
 #include <optional>
 #include <utility>
@@ -64,6 +63,7 @@ void TakeHeader(Header&& header, ImportedProfile& profile) {
   profile.identification = std::move(header.identification);
   profile.date = std::move(header.date);
   profile.spacingUM = header.spacingUM;
+  profile.spacingSource = "header line SPACING_UM";
 }
 
 std::vector<std::string_view> SplitIntoLines(std::string_view text) {
@@ -77,11 +77,9 @@ std::vector<std::string_view> SplitIntoLines(std::string_view text) {
   return lines;
 }
 
-/// Fields between tabs; runs of tabs and tabs at the ends separate nothing.
+/// Fields between tabs; runs of tabs and tabs at the ends separate nothing. A line break behind a last tab is a field.
 std::vector<std::string_view> SplitAtTabs(std::string_view line) {
   std::vector<std::string_view> fields;
-  const auto end = line.find_last_not_of("\r\n");
-  line = line.substr(0, end == std::string_view::npos ? 0 : end + 1);
   while (true) {
     const std::size_t start = line.find_first_not_of('\t');
     if (start == std::string_view::npos) return fields;
@@ -162,32 +160,26 @@ ReadResult ReadNativeHeaderWithTable(const ReaderInput& input, ImportedProfile& 
   return ReadResult::Read();
 }
 
-std::string NativeProfileText(std::span<const double> heightsUM, double spacingUM, std::string_view identification,
-                              const std::tm& savedAt) {
-  std::string name(identification);
-  std::replace_if(
-      name.begin(), name.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
+std::string NativeProfileText(const ProfileToWrite& profile) {
+  const std::string name = OnOneLine(profile.identification);
   std::string text;
-  text.reserve(200 + name.size() + heightsUM.size() * 15);
-  text += "Lumetrace_Data 1.0\r\nIDENTIFICATION: " + name + "\r\nDATE: " + DateText(savedAt) + "\r\nSPACING_UM: ";
-  AppendFixed(text, spacingUM, 6);
+  text.reserve(200 + name.size() + profile.heightsUM.size() * 15);
+  text +=
+      "Lumetrace_Data 1.0\r\nIDENTIFICATION: " + name + "\r\nDATE: " + DateText(profile.savedAt) + "\r\nSPACING_UM: ";
+  AppendFixed(text, profile.spacingUM, 6);
   text += "\r\nNUMBER_OF_POINTS: ";
-  AppendInteger(text, static_cast<std::int64_t>(heightsUM.size()));
+  AppendInteger(text, static_cast<std::int64_t>(profile.heightsUM.size()));
   text += "\r\nPROFILE_UM:\r\n";
-  for (const double height : heightsUM) {
+  for (const double height : profile.heightsUM) {
     AppendFixed(text, height, 6, 12);
     text += "\r\n";
   }
   return text;
 }
 
-bool WriteNativeProfile(std::filesystem::path& path, const NativeProfileToWrite& profile, Prompts& prompts) {
-  path.replace_extension(".lmt");
-  const std::string text =
-      NativeProfileText(profile.heightsUM, profile.spacingUM, profile.identification, profile.savedAt);
-  if (ReplaceFile(path, text).ok()) return true;
-  prompts.ShowMessage("Could not write file.");
-  return false;
+FileOutcome WriteNativeProfile(std::filesystem::path& path, const ProfileToWrite& profile, Prompts& prompts) {
+  constexpr double kSpacingStepUM = 1e-6;
+  return WriteProfileText(path, ".lmt", profile, kSpacingStepUM, NativeProfileText, prompts);
 }
 
 }  // namespace texturon

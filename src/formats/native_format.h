@@ -1,13 +1,10 @@
 #pragma once
 
-#include <ctime>
 #include <filesystem>
-#include <span>
 #include <string>
-#include <string_view>
 
-#include "core/prompts.h"
 #include "formats/profile_reader.h"
+#include "formats/profile_writer.h"
 
 namespace texturon {
 
@@ -23,18 +20,9 @@ ReadResult ReadNativeHeaderWithTable(const ReaderInput& input, ImportedProfile& 
 
 /// The bytes of a ".lmt" file. Heights and spacing keep six decimals; line ends are CR LF; line breaks inside the
 /// identification become blanks.
-std::string NativeProfileText(std::span<const double> heightsUM, double spacingUM, std::string_view identification,
-                              const std::tm& savedAt);
+std::string NativeProfileText(const ProfileToWrite& profile);
 
-struct NativeProfileToWrite {
-  std::span<const double> heightsUM;
-  double spacingUM = 0.0;
-  std::string_view identification;
-  std::tm savedAt{};
-};
-
-/// Writes a ".lmt" file; `path` gets that extension whatever it had. Shows "Could not write file." and returns false
-/// when it cannot be created; a file that stood there before is then unharmed.
-bool WriteNativeProfile(std::filesystem::path& path, const NativeProfileToWrite& profile, Prompts& prompts);
+/// Writes a ".lmt" file as WriteFunction says.
+FileOutcome WriteNativeProfile(std::filesystem::path& path, const ProfileToWrite& profile, Prompts& prompts);
 
 }  // namespace texturon

@@ -17,7 +17,9 @@ struct ImportedProfile {
   std::string date;            ///< unparsed
   double spacingUM = 0.0;      ///< must end up above 0
   std::vector<double> heightsUM;
-  double tipRadiusMM = -1.0;  ///< -1.0: not stated
+  double tipRadiusMM = -1.0;          ///< -1.0: not stated
+  std::string spacingSource;          ///< for people: what of the file, or who, gave the spacing
+  std::vector<std::string> warnings;  ///< for people: what was tolerated and what looks wrong
 };
 
 /// What the caller knows beforehand, so that a reader need not ask.

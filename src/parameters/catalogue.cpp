@@ -80,7 +80,7 @@ std::optional<Verdict> JudgeValue(double value, const Tolerance& tolerance) {
   const auto passIf = [](bool passes) { return passes ? Verdict::kPass : Verdict::kFail; };
   if (!tolerance.bilateral) return passIf(tolerance.upperLimit == 0.0 || value <= tolerance.upperLimit);
   if (tolerance.upperLimit == 0.0 && tolerance.lowerLimit == 0.0) return Verdict::kPass;
-  return passIf(!(value > tolerance.upperLimit || value < tolerance.lowerLimit));
+  return passIf(value <= tolerance.upperLimit && value >= tolerance.lowerLimit);
 }
 
 std::optional<Verdict> JudgeRow(const ParameterDef& row) {

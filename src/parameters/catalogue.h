@@ -65,7 +65,7 @@ const MasterRow* FindMasterRow(std::string_view name);
 std::string PrintedUnit(std::string_view unit);
 
 /// Verdict after the tolerance: empty where the row is not toleranced. Without bilateral limits only the upper one
-/// counts, and 0.0 is no limit; with both, two zeros are none.
+/// counts, and 0.0 is no limit; with both, two zeros are none. An undefined value (NaN) fails every limit.
 enum class Verdict { kPass, kFail };
 std::optional<Verdict> JudgeValue(double value, const Tolerance& tolerance);
 std::optional<Verdict> JudgeRow(const ParameterDef& row);

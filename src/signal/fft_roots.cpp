@@ -27,7 +27,7 @@ UnitRoots::UnitRoots(std::size_t n) {
   const std::size_t step = std::size_t{1} << shift_;
   mask_ = step - 1;
   for (std::size_t e = 0; e < n; e += step) coarse_.push_back(UnitRoot(e, n));
-  for (std::size_t e = 0; e < step; ++e) fine_.push_back(UnitRoot(e % n, n));
+  for (std::size_t e = 0; n > 0 && e < step; ++e) fine_.push_back(UnitRoot(e % n, n));
 }
 
 }  // namespace texturon

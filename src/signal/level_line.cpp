@@ -51,7 +51,8 @@ StraightPart FindStraightPart(const FitPoints& points, const LevelLine& line) {
 std::optional<LevelLine> FindLevelLine(const FitPoints& points, std::size_t total) {
   if (points.Count() < 2) return {};
   LevelLine line;
-  line.origin = static_cast<double>(total / 2);
+  const std::size_t middle = total / 2;
+  line.origin = static_cast<double>(middle);
   FindIndexMoments(points, line);
   const StraightPart rough = FindStraightPart(points, line);
   const double reach = std::abs(rough.height) + std::abs(rough.slope) * static_cast<double>(total);

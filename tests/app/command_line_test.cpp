@@ -106,6 +106,15 @@ TEST(CommandLine, CarriesWhatASettingsFileCannot) {
   EXPECT_NE(imperial["form"]["caption"], plain["form"]["caption"]);
 }
 
+TEST(CommandLine, TakesNamesInTheTerminalsCharacters) {
+  const Outcome run =
+      Texturon({"analyze", "--json", "--no-trace", "--set", "PARAMETERS.Name00=X\xC3\xA9", Sample("arc.lmt")});
+  const json analysis = json::parse(run.out);
+  EXPECT_EQ(analysis["messages"], json({"X\xC3\xA9 - Unknown profile"}));
+  EXPECT_EQ(analysis["parameters"][0]["name"], "X\xC3\xA9");
+  EXPECT_NE(run.error.find("X\xC3\xA9 - Unknown profile"), std::string::npos);
+}
+
 TEST(CommandLine, ShowsTheConfigurableRowsAndTheCoreRoughness) {
   const std::vector<std::string> options = {"analyze",
                                             "--no-trace",
@@ -184,7 +193,7 @@ TEST(CommandLine, RefusesWithOneSentenceAndStatusOne) {
       {{"analyze", "--no-trace", "--settings",
         folder.Write("rubbish.ini", "[ANALYSIS]\nIniVersion=2\nLcCutoffMM=abc\n").string(), Sample("arc.lmt")},
        "rubbish.ini"},
-      {{"convert", Sample("arc.lmt"), (folder / "x.doc").string()}, "x.doc"},
+      {{"analyze", "--no-trace", "--settings", Sample("arc.lmt"), Sample("arc.lmt")}, "no section"},
       {{"convert", Sample("arc.lmt"), (folder / "no folder" / "x.lmt").string()}, "Could not write file."},
       {{"settings", "--check", folder.Write("unknown.ini", "[ANALYSIS]\nNoSuchKey=1\n").string()}, ""},
       {{"plan.ini", "data", "out"}, "test plan"},
@@ -234,6 +243,32 @@ TEST(CommandLine, ConvertsAndReadsBack) {
     return json::parse(Texturon({"analyze", "--json", "--profiles", "--no-trace", file}).out)["profiles"]["raw"];
   };
   EXPECT_EQ(heightsOf(copy), heightsOf(Sample("turned.lmt")));
+  for (const char* name : {"copy.prf", "copy.sdf", "copy.pr"}) {
+    const std::string other = (folder / name).string();
+    EXPECT_EQ(Texturon({"convert", copy, other}).status, 0) << name;
+    EXPECT_TRUE(Near(heightsOf(other)[77].get<double>(), heightsOf(copy)[77].get<double>(), 1e-5)) << name;
+  }
+  const Outcome renamed = Texturon({"convert", copy, (folder / "x.doc").string()});
+  EXPECT_EQ(renamed.status, 0);
+  EXPECT_NE(renamed.error.find("x.lmt"), std::string::npos) << renamed.error;
+}
+
+TEST(CommandLine, InspectsAFile) {
+  const ScratchFolder folder;
+  const Outcome read = Texturon({"inspect", Sample("turned.lmt")});
+  EXPECT_EQ(read.status, 0) << read.error;
+  for (const char* row : {"read by         native format", "(header line SPACING_UM)", "tip radius      not stated"}) {
+    EXPECT_NE(read.out.find(row), std::string::npos) << row << "\n" << read.out;
+  }
+  const Outcome steep =
+      Texturon({"inspect", folder.Write("s.pr", "Profil a\nX-len = 1 X-res = 1000 points: 2\n0\n20000\n").string()});
+  EXPECT_NE(steep.out.find("the heights range over 20.000 mm"), std::string::npos) << steep.out;
+  EXPECT_NE(steep.out.find("the mean slope is 90.0 degrees"), std::string::npos) << steep.out;
+  const Outcome refused = Texturon({"inspect", folder.Write("b.prf", "0 2\n").string()});
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_NE(refused.out.find("refused by      Taylor Hobson PRF: line 1"), std::string::npos) << refused.out;
+  EXPECT_NE(refused.out.find("not taken by    profile-view export"), std::string::npos) << refused.out;
+  EXPECT_EQ(std::count(refused.error.begin(), refused.error.end(), '\n'), 1);
 }
 
 TEST(CommandLine, ListsWhatThereIs) {

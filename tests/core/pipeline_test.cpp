@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
+#include <limits>
 #include <numbers>
 #include <random>
 #include <string>
@@ -227,6 +228,27 @@ TEST_F(Pipeline, LeavesAnExcludedStretchOutOfTheFit) {
   document_.regionSet = false;
   ASSERT_EQ(Run(), ComputeOutcome::kDone);
   EXPECT_FALSE(document_.excludeSet) << "the whole record forgets the exclusion";
+}
+
+TEST_F(Pipeline, SurvivesAnyExclusion) {
+  Load(200);
+  constexpr std::int32_t kLowest = std::numeric_limits<std::int32_t>::min();
+  constexpr std::int32_t kHighest = std::numeric_limits<std::int32_t>::max();
+  struct Case {
+    std::int32_t first, last, applied;
+  };
+  const Case cases[] = {{kLowest, kHighest, kNoFormApplied},
+                        {-1000, 1000, kNoFormApplied},
+                        {kHighest, kLowest, kFormLine},
+                        {kLowest, 5, kFormLine},
+                        {500, kHighest, kFormLine}};
+  for (const Case& c : cases) {
+    document_.regionSet = false;
+    ExcludeFromForm(document_, c.first, c.last);
+    document_.regionStartMM = 0.01;
+    ASSERT_EQ(Run(), ComputeOutcome::kDone);
+    EXPECT_EQ(document_.results.formApplied, c.applied) << c.first << " to " << c.last;
+  }
 }
 
 TEST_F(Pipeline, TakesTheApertureAboutTheArcsCentre) {

@@ -37,8 +37,8 @@ TEST(SettingsFile, WhatCannotBeReadOrWritten) {
   const SettingsFileResult missing = LoadSettings(folder / "none.ini", settings, prompts);
   EXPECT_TRUE(missing.ok());
   EXPECT_FALSE(missing.found);
-  EXPECT_EQ(LoadSettings(folder.path(), settings, prompts).error, folder.path().string() + " is a directory.");
-  EXPECT_EQ(SaveSettings(folder.path(), settings).error, folder.path().string() + " is a directory.");
+  EXPECT_EQ(LoadSettings(folder.path(), settings, prompts).reason, "is a directory");
+  EXPECT_EQ(SaveSettings(folder.path(), settings).reason, "is a directory");
   EXPECT_FALSE(SaveSettings(folder / "no folder" / "a.ini", settings).ok());
   EXPECT_EQ(folder.FileCount(), 0U);
   EXPECT_EQ(settings, Settings());
@@ -73,6 +73,14 @@ TEST(SettingsFile, AnOldFileIsUpgradedOnTheDisk) {
   ASSERT_EQ(settings.analysis.parameters.size(), 2U);
   EXPECT_EQ(settings.analysis.parameters[1].selectionRef, 5);
   EXPECT_EQ(settings.analysis.LcCutoffMM, 2.5);
+}
+
+TEST(SettingsFile, AnUpgradeKeepsEveryLineWhateverEndsIt) {
+  EXPECT_EQ(UpgradeSettingsText("[TEXTURON]\rIniVersion=1.5\r[ANALYSIS]\rLcCutoffMM=2.5\r"),
+            "[TEXTURON]\rIniVersion=2.00\r[ANALYSIS]\rLcCutoffMM=2.5\r");
+  EXPECT_EQ(UpgradeSettingsText("IniVersion\n\r\nSelectionRef=7\rSelectionRef=8"),
+            "IniVersion=2.00\n\r\nSelectionRef00=7\rSelectionRef01=8");
+  EXPECT_EQ(UpgradeSettingsText(""), "");
 }
 
 TEST(SettingsFile, NothingIsWrittenWhereTheTextStays) {

@@ -205,7 +205,7 @@ TEST(SettingsText, CountsAreNotTrusted) {
   Settings settings;
   const auto remarks = LoadSettingsText(IniFile("[PARAMETERS]\nAvailableParameters=200"), settings);
   ASSERT_EQ(remarks.size(), 1U);
-  EXPECT_EQ(remarks[0], "PARAMETERS.AvailableParameters: \"200\" is out of range: at most 128; it is read as 128.");
+  EXPECT_EQ(remarks[0], "PARAMETERS.AvailableParameters: \"200\" is out of range: 0 to 128; it is read as 128.");
 }
 
 TEST(SettingsText, SavingKeepsWhatItDoesNotKnow) {
@@ -256,7 +256,7 @@ TEST(SettingsText, SettingOneKeyIsRefused) {
       {"ANALYSIS.FilterType", "1.5", "ANALYSIS.FilterType: \"1.5\" goes on after the number"},
       {"ANALYSIS.FilterType", "4294967295", "ANALYSIS.FilterType: \"4294967295\" is out of range"},
       {"DISPLAY.Metric", "ja", "DISPLAY.Metric: \"ja\" is neither 1 nor 0, true nor false, yes nor no"},
-      {"PARAMETERS.AvailableParameters", "129", "PARAMETERS.AvailableParameters: \"129\" is out of range: at most 128"},
+      {"PARAMETERS.AvailableParameters", "129", "PARAMETERS.AvailableParameters: \"129\" is out of range: 0 to 128"},
       {"PRIMARY_HTPS.PrimaryAvailableHtps", "9", "PRIMARY_HTPS.PrimaryAvailableHtps: \"9\" is out of range: always 10"},
       {"PARAMETERS.Name00", "Ra", "PARAMETERS.Name00 does not exist: the list has 0 rows"},
       {"PRIMARY_HTPS.Selected10", "1", "PRIMARY_HTPS.Selected10 does not exist: the list has 10 rows"},

@@ -43,11 +43,11 @@ Reading Read(const std::string& bytes) {
 
 TEST(NativeFormat, WritesExactlyTheseBytes) {
   const std::vector<double> heights = {-0.123456, 0.0, 123456.7890126, -12345678.5};
-  EXPECT_EQ(NativeProfileText(heights, 0.5, "Shaft 12", SavedAt()),
+  EXPECT_EQ(NativeProfileText({heights, 0.5, "Shaft 12", SavedAt()}),
             kHeader +
                 "NUMBER_OF_POINTS: 4\r\nPROFILE_UM:\r\n   -0.123456\r\n    0.000000\r\n123456.789013\r\n"
                 "-12345678.500000\r\n");
-  EXPECT_NE(NativeProfileText({}, 0.5, "two\r\nlines", SavedAt()).find("IDENTIFICATION: two  lines\r\n"),
+  EXPECT_NE(NativeProfileText({{}, 0.5, "two\r\nlines", SavedAt()}).find("IDENTIFICATION: two  lines\r\n"),
             std::string::npos);
 }
 
@@ -56,7 +56,7 @@ TEST(NativeFormat, GivesBackWhatItWroteToSixDecimals) {
   std::uniform_real_distribution<double> height(-50.0, 50.0);
   std::vector<double> heights(2000);
   for (double& z : heights) z = height(random);
-  const Reading reading = Read(NativeProfileText(heights, 0.356051, "a b", SavedAt()));
+  const Reading reading = Read(NativeProfileText({heights, 0.356051, "a b", SavedAt()}));
   ASSERT_EQ(reading.result.status, ReadResult::Status::kRead);
   EXPECT_TRUE(AllNear(reading.profile.heightsUM, heights, 5.01e-9, 100.0));
   EXPECT_EQ(reading.profile.spacingUM, 0.356051);
@@ -181,7 +181,7 @@ TEST_F(NativeTable, AsksForTheColumnAndClampsTheAnswer) {
 TEST_F(NativeTable, RefusesShortAndRaggedTablesWithoutAMessage) {
   std::string ragged = Rows(12);
   ragged.insert(ragged.find("\t\t"), "\t9");
-  for (const std::string& table : {Rows(9), ragged, Rows(10), std::string(20, '\n')}) {
+  for (const std::string& table : {Rows(9), ragged, Rows(10), std::string()}) {
     EXPECT_FALSE(Load(table, 11).loaded);
     EXPECT_TRUE(prompts_.messages.empty());
   }
@@ -214,19 +214,57 @@ TEST(Import, CleansTextsAndRefusesWhatIsNoProfile) {
   }
 }
 
+ReadResult LeavesHeightsAndRefuses(const ReaderInput& /*input*/, ImportedProfile& profile) {
+  profile.heightsUM = {1.0};
+  profile.spacingUM = 2.0;
+  return ReadResult::Refused("damaged");
+}
+
+TEST(Import, FollowsTheTablesOddities) {
+  const ScratchFolder folder;
+  ScriptedPrompts prompts;
+  const std::filesystem::path path = "x.out";
+  const auto run = [&](const ExtensionEntry& entry, const ImportOptions& options, std::string_view bytes = "x") {
+    return ReadThroughChain(entry, {path, bytes, options, prompts});
+  };
+  const ProfileReader refusing[] = {{"refusing", "", LeavesHeightsAndRefuses, "", {}}};
+  const ProfileReader native[] = {{"native", "", ReadNativeProfile, "", {}}};
+  EXPECT_TRUE(run({".OUT", refusing, {}, true}, {}).loaded) << "the result is ignored";
+  EXPECT_FALSE(run({".OUT", refusing}, {}).loaded);
+  EXPECT_EQ(run({".DAT", refusing, native}, {.profileChoice = 3}).attempts.front().reader, "native");
+  EXPECT_EQ(run({".DAT", refusing, native}, {}).attempts.front().reader, "refusing");
+  prompts.messages.clear();
+  const auto load = [&](const char* name, const char* bytes) {
+    return LoadProfileFile(folder.Write(name, bytes), {}, prompts).attempts;
+  };
+  EXPECT_EQ(load("a.HWP", "LT Type").front().reader, "HWP text") << "the first of two entries wins";
+  EXPECT_EQ(load("a.txt", "nothing").size(), 27u);
+  EXPECT_EQ(load("a.dat", "nothing").size(), 7u);
+  EXPECT_TRUE(prompts.messages.empty());
+  EXPECT_NE(load("a.ruf", "Roughness Data").front().result.reason.find("not read yet"), std::string::npos);
+  EXPECT_EQ(prompts.messages.size(), 1u);
+  load("a.xml", "<DATA><MEASUREMENT>");
+  EXPECT_EQ(prompts.messages[1], "Wrong file version.  Contact Corvane");
+  EXPECT_EQ(prompts.messages.size(), 2u);
+}
+
 TEST(NativeFormat, WritesUnderItsOwnExtensionOrSaysSo) {
   const ScratchFolder folder;
   ScriptedPrompts prompts;
   const std::vector<double> heights = {1.0};
-  const NativeProfileToWrite profile{
-      .heightsUM = heights, .spacingUM = 0.5, .identification = "Shaft 12", .savedAt = SavedAt()};
+  ProfileToWrite profile{.heightsUM = heights, .spacingUM = 0.5, .identification = "Shaft 12", .savedAt = SavedAt()};
   std::filesystem::path path = folder / "run1.txt";
-  EXPECT_TRUE(WriteNativeProfile(path, profile, prompts));
+  EXPECT_TRUE(WriteNativeProfile(path, profile, prompts).ok());
   EXPECT_EQ(path, folder / "run1.lmt");
   EXPECT_EQ(folder.Read("run1.lmt"), kHeader + "NUMBER_OF_POINTS: 1\r\nPROFILE_UM:\r\n    1.000000\r\n");
+  profile.spacingUM = 4e-7;
+  EXPECT_NE(WriteNativeProfile(path, profile, prompts).reason.find("4e-07 um as 0"), std::string::npos);
+  EXPECT_EQ(prompts.messages.size(), 1u);
+  EXPECT_NE(folder.Read("run1.lmt"), "") << "the former file is unharmed";
+  profile.spacingUM = 0.5;
   path = folder / "no such folder" / "x.lmt";
-  EXPECT_FALSE(WriteNativeProfile(path, profile, prompts));
-  EXPECT_EQ(prompts.messages, std::vector<std::string>{"Could not write file."});
+  EXPECT_FALSE(WriteNativeProfile(path, profile, prompts).ok());
+  EXPECT_EQ(prompts.messages.back(), "Could not write file.");
 }
 
 }  // namespace

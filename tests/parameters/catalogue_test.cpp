@@ -1,5 +1,6 @@
 #include "parameters/catalogue.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
 #include <set>
 #include <string>
@@ -92,6 +93,13 @@ TEST(Verdicts, FollowTheLimits) {
     const Tolerance tolerance{
         .toleranced = c.toleranced, .bilateral = c.bilateral, .upperLimit = c.upper, .lowerLimit = c.lower};
     EXPECT_EQ(JudgeValue(c.value, tolerance), c.verdict) << c.value << " in " << c.lower << " to " << c.upper;
+  }
+}
+
+TEST(Verdicts, FailAnUndefinedValue) {
+  for (const bool bilateral : {false, true}) {
+    const Tolerance tolerance{.toleranced = true, .bilateral = bilateral, .upperLimit = 1.0};
+    EXPECT_EQ(JudgeValue(std::nan(""), tolerance), Verdict::kFail);
   }
 }
 

@@ -1,0 +1,264 @@
+#include "formats/column_text.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+
+#include "core/number_text.h"
+#include "core/profile_set.h"
+#include "core/text.h"
+#include "formats/even_spacing.h"
+#include "formats/native_format.h"
+#include "formats/reader_questions.h"
+#include "formats/text_lines.h"
+
+namespace texturon {
+namespace {
+
+constexpr double kInvalid = std::numeric_limits<double>::quiet_NaN();
+constexpr double kInvalidMark = -25'400.0;
+constexpr std::size_t kMostColumns = 32;
+
+/// How a table's rows are taken apart.
+struct Manner {
+  char separator = ' ';
+  bool decimalComma = false;
+  std::size_t columns = 0;
+};
+
+/// The fields of a row; separators at its end end nothing more.
+void SplitRow(std::string_view line, char separator, std::vector<std::string_view>& fields) {
+  fields.clear();
+  const bool isBlank = separator == ' ';
+  const std::string_view separators = isBlank ? std::string_view(" \t") : std::string_view(&separator, 1);
+  while (fields.size() <= kMostColumns) {
+    if (isBlank) line.remove_prefix(std::min(line.find_first_not_of(separators), line.size()));
+    if (isBlank && line.empty()) break;
+    const std::size_t end = line.find_first_of(separators);
+    fields.push_back(TrimBlanks(line.substr(0, end)));
+    if (end == std::string_view::npos) break;
+    line.remove_prefix(end + 1);
+  }
+  while (!fields.empty() && fields.back().empty()) fields.pop_back();
+}
+
+std::optional<double> Value(std::string_view field, bool decimalComma) {
+  if (const auto number = NumberField(field, decimalComma)) return number;
+  for (const std::string_view mark : {"nan", "bad", "***", "---"}) {
+    if (EqualIgnoringCase(field, mark)) return kInvalid;
+  }
+  return std::nullopt;
+}
+
+/// Takes a line as a row of numbers under the first separator that makes one of it.
+std::optional<Manner> MannerOf(std::string_view line) {
+  std::vector<std::string_view> fields;
+  for (const char separator : {';', '\t', ',', ' '}) {
+    if (separator != ' ' && line.find(separator) == std::string_view::npos) continue;
+    SplitRow(line, separator, fields);
+    if (fields.empty() || fields.size() > kMostColumns) continue;
+    const bool decimalComma = separator != ',';
+    const bool numbers = std::all_of(fields.begin(), fields.end(), [decimalComma](std::string_view f) {
+      return NumberField(f, decimalComma).has_value();
+    });
+    if (numbers) return Manner{separator, decimalComma, fields.size()};
+  }
+  return std::nullopt;
+}
+
+/// The unit in a heading's cell: "[mm]", "x (um)", "Lateral um", "mm".
+std::optional<double> UnitOf(std::string_view cell) {
+  cell = TrimBlanks(cell);
+  while (cell.size() > 1 && cell.front() == '"') cell = TrimBlanks(cell.substr(1, cell.size() - 2));
+  const std::size_t open = cell.find_last_of("([");
+  if (open != std::string_view::npos) {
+    return MicrometresPerUnit(TrimBlanks(cell.substr(open + 1, cell.find_first_of(")]", open) - open - 1)));
+  }
+  return MicrometresPerUnit(cell.substr(cell.find_last_of(" \t/") + 1));
+}
+
+struct Table {
+  Manner manner;
+  std::vector<std::string> names;              ///< of the columns, as far as the heading tells
+  std::vector<std::optional<double>> unitsUM;  ///< likewise
+  std::vector<std::vector<double>> columns;
+  double lastDigit = 0.0;  ///< of the first column
+  std::size_t line = 0;
+};
+
+/// Decimals of a printed number; 0 where it has an exponent.
+std::size_t Decimals(std::string_view number) {
+  const std::size_t point = number.find_first_of(".,");
+  if (point == std::string_view::npos || number.find_first_of("eE") != std::string_view::npos) return 0;
+  return number.size() - point - 1;
+}
+
+void TakeHeading(const std::vector<std::string_view>& heading, Table& table) {
+  table.names.resize(table.manner.columns);
+  table.unitsUM.resize(table.manner.columns);
+  std::vector<std::string_view> cells;
+  for (const std::string_view line : heading) {
+    for (const char separator : {table.manner.separator, '\t', ';', ',', ' '}) {
+      SplitRow(line, separator, cells);
+      if (cells.size() == table.manner.columns) break;
+    }
+    if (cells.size() > table.manner.columns) continue;
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+      if (table.names[i].empty()) table.names[i] = LowerAscii(cells[i]);
+      if (const auto unit = UnitOf(cells[i])) table.unitsUM[i] = unit;
+    }
+  }
+}
+
+/// Reads heading and rows; what was wrong, or nothing. A last row that is cut off is left out.
+std::string ReadTable(std::string_view text, std::size_t mostHeading, Table& table) {
+  LineCursor lines(text);
+  std::vector<std::string_view> heading;
+  std::vector<std::string_view> fields;
+  std::array<double, kMostColumns> row{};
+  std::size_t rows = 0;
+  std::size_t decimals = 0;
+  while (const auto line = lines.Next()) {
+    if (TrimBlanks(*line).empty()) continue;
+    if (table.manner.columns == 0) {
+      const auto manner = MannerOf(*line);
+      if (!manner) {
+        heading.push_back(*line);
+        if (heading.size() > mostHeading) return AtLine(lines.LineNumber(), "no row of numbers");
+        continue;
+      }
+      table.manner = *manner;
+      table.columns.resize(manner->columns);
+      TakeHeading(heading, table);
+    }
+    SplitRow(*line, table.manner.separator, fields);
+    bool isRow = fields.size() == table.manner.columns;
+    for (std::size_t i = 0; isRow && i < fields.size(); ++i) {
+      const auto value = Value(fields[i], table.manner.decimalComma);
+      isRow = value.has_value();
+      row[i] = value.value_or(0.0);
+    }
+    if (!isRow && TrimBlanks(lines.Rest()).empty()) break;
+    if (!isRow) return AtLine(lines.LineNumber(), "no row of as many numbers as above");
+    if (rows == static_cast<std::size_t>(kPointCapacity)) return "the table has more than 750 000 rows";
+    for (std::size_t i = 0; i < fields.size(); ++i) table.columns[i].push_back(row[i]);
+    decimals = std::max(decimals, Decimals(fields[0]));
+    ++rows;
+  }
+  table.line = lines.LineNumber();
+  table.lastDigit = decimals > 0 ? std::pow(10.0, -static_cast<double>(decimals)) : 0.0;
+  return rows < 3 ? "there are fewer than three rows of numbers" : "";
+}
+
+bool CountsUp(const std::vector<double>& column) {
+  if (column.front() != 0.0 && column.front() != 1.0) return false;
+  for (std::size_t i = 1; i < column.size(); ++i) {
+    if (column[i] - column[i - 1] != 1.0) return false;
+  }
+  return true;
+}
+
+void DropFirstColumn(Table& table) {
+  table.columns.erase(table.columns.begin());
+  table.names.erase(table.names.begin());
+  table.unitsUM.erase(table.unitsUM.begin());
+  table.lastDigit = 0.0;
+}
+
+/// Units of positions and heights: the heading's, else the likely ones with a warning.
+void SettleUnits(const Table& table, std::size_t column, double& xUnit, double& zUnit, ImportedProfile& profile) {
+  const std::vector<double>& x = table.columns[0];
+  const double step = std::abs(x.back() - x.front()) / static_cast<double>(x.size() - 1);
+  const double likely = step < 1e-6 ? 1e6 : step < 0.02 ? 1e3 : 1.0;
+  xUnit = table.unitsUM[0].value_or(likely);
+  zUnit = table.unitsUM[column].value_or(!table.unitsUM[0] && likely == 1e6 ? 1e6 : 1.0);
+  profile.spacingSource = "column of positions";
+  if (table.unitsUM[0] && table.unitsUM[column]) return;
+  const auto nameOf = [](double unit) { return unit == 1e6 ? "m" : unit == 1e3 ? "mm" : unit == 1e-3 ? "nm" : "um"; };
+  profile.warnings.push_back(std::string("units are not stated; positions are taken as ") + nameOf(xUnit) +
+                             ", heights as " + nameOf(zUnit));
+}
+
+ReadResult Unusable(std::string reason) {
+  return ReadResult::NotRecognised(std::move(reason));
+}
+
+/// Makes a profile of a table of heights alone.
+ReadResult FinishWithoutPositions(const ReaderInput& input, Table& table, std::size_t column,
+                                  ImportedProfile& profile) {
+  const double unitUM = table.unitsUM[column].value_or(1.0);
+  profile.heightsUM = std::move(table.columns[column]);
+  for (double& z : profile.heightsUM) z = z == kInvalidMark ? kInvalid : z * unitUM;
+  FillInvalid(profile.heightsUM, profile.warnings);
+  if (profile.heightsUM.empty()) return Unusable("there are no valid heights");
+  if (!AskSpacing(input, 1.0, profile)) return ReadResult::Refused("no point spacing was given");
+  return ReadResult::Read();
+}
+
+ReadResult Finish(const ReaderInput& input, Table& table, ImportedProfile& profile) {
+  const bool isIndexed = CountsUp(table.columns[0]) && !table.unitsUM[0];
+  if (isIndexed && table.columns.size() > 2) DropFirstColumn(table);
+  const bool hasPositions = table.columns.size() > 1 && !(isIndexed && CountsUp(table.columns[0]) && !table.unitsUM[0]);
+  if (!hasPositions) return FinishWithoutPositions(input, table, table.columns.size() - 1, profile);
+  const std::size_t column = AskHeightColumn(input, table.columns.size() - 1);
+  double xUnit = 1.0;
+  double zUnit = 1.0;
+  SettleUnits(table, column, xUnit, zUnit, profile);
+  Trace trace{std::move(table.columns[0]), std::move(table.columns[column]), table.lastDigit * xUnit};
+  for (double& x : trace.xUM) x *= xUnit;
+  for (double& z : trace.zUM) z = z == kInvalidMark ? kInvalid : z * zUnit;
+  std::string wrong = MakeEven(std::move(trace), profile);
+  return wrong.empty() ? ReadResult::Read() : Unusable(std::move(wrong));
+}
+
+}  // namespace
+
+ReadResult ReadTwoColumnText(const ReaderInput& input, ImportedProfile& profile) {
+  Table table;
+  std::string wrong = ReadTable(input.bytes, 2, table);
+  if (!wrong.empty()) return Unusable(std::move(wrong));
+  if (table.manner.columns < 2) return Unusable("the table has one column only");
+  return Finish(input, table, profile);
+}
+
+ReadResult ReadUnitPairText(const ReaderInput& input, ImportedProfile& profile) {
+  Table table;
+  std::string wrong = ReadTable(input.bytes, 2, table);
+  if (!wrong.empty()) return Unusable(std::move(wrong));
+  if (table.manner.columns != 2 || !table.unitsUM[0] || !table.unitsUM[1])
+    return Unusable("the heading is no unit pair");
+  return Finish(input, table, profile);
+}
+
+ReadResult ReadGenericText(const ReaderInput& input, ImportedProfile& profile) {
+  Table table;
+  std::string wrong = ReadTable(input.bytes, 100, table);
+  if (!wrong.empty()) return Unusable(std::move(wrong));
+  return Finish(input, table, profile);
+}
+
+ReadResult ReadCommaSeparated(const ReaderInput& input, ImportedProfile& profile) {
+  if (StartsWithIgnoringCase(input.bytes, "Lumetrace_Data")) return ReadNativeProfile(input, profile);
+  return ReadGenericText(input, profile);
+}
+
+ReadResult ReadValidityTable(const ReaderInput& input, ImportedProfile& profile) {
+  if (!StartsWithIgnoringCase(input.bytes, "X;Y;valid")) return Unusable("line 1 is not \"X;Y;valid\"");
+  Table table;
+  const std::string wrong = ReadTable(input.bytes, 2, table);
+  if (!wrong.empty()) return RefuseAtLine(input, 1, wrong);
+  if (table.manner.columns != 3 || !table.unitsUM[0] || !table.unitsUM[1]) {
+    return RefuseAtLine(input, 2, "Units of X and Y are not understood.");
+  }
+  Trace trace{std::move(table.columns[0]), std::move(table.columns[1]), table.lastDigit * *table.unitsUM[0]};
+  for (std::size_t i = 0; i < trace.xUM.size(); ++i) {
+    trace.xUM[i] *= *table.unitsUM[0];
+    trace.zUM[i] = table.columns[2][i] == 0.0 ? kInvalid : trace.zUM[i] * *table.unitsUM[1];
+  }
+  profile.spacingSource = "column X";
+  const std::string uneven = MakeEven(std::move(trace), profile);
+  return uneven.empty() ? ReadResult::Read() : RefuseAtLine(input, table.line, uneven);
+}
+
+}  // namespace texturon

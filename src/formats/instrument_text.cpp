@@ -1,0 +1,176 @@
+#include "formats/instrument_text.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "core/number_text.h"
+#include "core/profile_set.h"
+#include "core/text.h"
+#include "core/units.h"
+#include "formats/even_spacing.h"
+#include "formats/reader_questions.h"
+#include "formats/text_lines.h"
+
+namespace texturon {
+namespace {
+
+constexpr auto kCapacity = static_cast<std::size_t>(kPointCapacity);
+
+/// Appends a height; false when there is no room.
+bool Append(double heightUM, ImportedProfile& profile) {
+  if (profile.heightsUM.size() == kCapacity) return false;
+  profile.heightsUM.push_back(heightUM);
+  return true;
+}
+
+constexpr std::string_view kTooMany = "There are more than 750 000 points.";
+
+/// The value of "key=value".
+std::optional<std::string_view> ValueOf(std::string_view line, std::string_view key) {
+  const std::size_t equals = line.find('=');
+  if (equals == std::string_view::npos || !EqualIgnoringCase(TrimBlanks(line.substr(0, equals)), key))
+    return std::nullopt;
+  return TrimBlanks(line.substr(equals + 1));
+}
+
+}  // namespace
+
+ReadResult ReadTxText(const ReaderInput& input, ImportedProfile& profile) {
+  LineCursor lines(input.bytes);
+  const auto length = NumberField(lines.Next().value_or(std::string_view{}), true);
+  const auto count = NumberField(lines.Next().value_or(std::string_view{}));
+  if (!length || !count || *length <= 0.0 || *count < 2.0 || *count != std::trunc(*count)) {
+    return ReadResult::NotRecognised("lines 1 and 2 are not a length and a number of points");
+  }
+  if (*count > kPointCapacity) return RefuseAtLine(input, 2, kTooMany);
+  bool hasMore = false;
+  while (const auto line = lines.Next()) {
+    if (TrimBlanks(*line).empty()) continue;
+    const auto height = NumberField(*line, true);
+    if (!height) return RefuseAtLine(input, lines.LineNumber(), "Not a number.");
+    hasMore = static_cast<double>(profile.heightsUM.size()) >= *count;
+    if (hasMore) break;
+    profile.heightsUM.push_back(*height);
+  }
+  if (profile.heightsUM.empty()) return RefuseAtLine(input, lines.LineNumber(), "Unexpected end of file.");
+  if (hasMore) profile.warnings.emplace_back("there are more heights than line 2 says");
+  WarnOfCount(*count, profile);
+  if (!AskSpacing(input, *length * kMicrometresPerMillimetre / (*count - 1.0), profile)) {
+    return ReadResult::Refused("no point spacing was given");
+  }
+  if (profile.spacingSource == "assumed") profile.spacingSource = "assumed from the nominal length on line 1";
+  return ReadResult::Read();
+}
+
+ReadResult ReadStepProfilerText(const ReaderInput& input, ImportedProfile& profile) {
+  constexpr double kMicrometresPerAngstrom = 1e-4;
+  LineCursor lines(input.bytes);
+  double count = 0.0;
+  std::size_t columns = 0;
+  while (columns == 0) {
+    const auto line = lines.Next();
+    if (!line || lines.LineNumber() > 10) return ReadResult::NotRecognised("Data, Points and X-Resolution do not come");
+    const auto fields = SplitAtAny(*line, " \t");
+    if (fields.empty()) continue;
+    if (lines.LineNumber() == 1 && fields[0] != "Data")
+      return ReadResult::NotRecognised("line 1 does not begin with Data");
+    const bool hasValue = fields.size() == 2;
+    if (fields[0] == "Data") profile.identification = TrimBlanks(line->substr(4));
+    if (fields[0] == "Points" && hasValue) count = NumberField(fields[1]).value_or(0.0);
+    if (fields[0] == "X-Resolution" && hasValue) profile.spacingUM = NumberField(fields[1]).value_or(0.0);
+    if (fields[0] == "Raw") columns = fields.size();
+  }
+  if (count < 1.0 || profile.spacingUM <= 0.0) {
+    return RefuseAtLine(input, lines.LineNumber(), "Points or X-Resolution is missing.");
+  }
+  const std::size_t column = AskHeightColumn(input, columns);
+  while (const auto line = lines.Next()) {
+    const auto fields = SplitAtAny(*line, " \t");
+    if (fields.empty()) continue;
+    const auto height = column < fields.size() ? NumberField(fields[column]) : std::nullopt;
+    if (!height) return RefuseAtLine(input, lines.LineNumber(), "Not a row of heights.");
+    if (!Append(*height * kMicrometresPerAngstrom, profile)) return RefuseAtLine(input, lines.LineNumber(), kTooMany);
+  }
+  if (profile.heightsUM.empty()) return RefuseAtLine(input, lines.LineNumber(), "Unexpected end of file.");
+  WarnOfCount(count, profile);
+  profile.spacingSource = "header line X-Resolution";
+  return ReadResult::Read();
+}
+
+ReadResult ReadSectionText(const ReaderInput& input, ImportedProfile& profile) {
+  LineCursor lines(input.bytes);
+  if (!lines.Next().value_or(std::string_view{}).starts_with("// Header")) {
+    return ReadResult::NotRecognised("line 1 is not \"// Header\"");
+  }
+  bool inData = false;
+  bool hasData = false;
+  while (const auto line = lines.Next()) {
+    if (line->starts_with("//")) {
+      inData = TrimBlanks(line->substr(2)) == "CalcData";
+      hasData = hasData || inData;
+      continue;
+    }
+    if (TrimBlanks(*line).empty()) continue;
+    const auto fields = SplitAtEach(*line, ';');
+    const std::string_view value = fields.size() > 1 ? fields[1] : std::string_view{};
+    if (!inData) {
+      if (fields[0] == "Version") profile.identification = value;
+      if (fields[0] == "Date")
+        profile.date = std::string(value) + (fields.size() > 2 ? " " + std::string(fields[2]) : "");
+      if (fields[0] == "Profile" && !value.starts_with('P')) input.prompts.ShowMessage("WARNING: Filtered data found!");
+      if (fields[0] == "Pitch" && fields.size() > 2) {
+        profile.spacingUM =
+            NumberField(value, true).value_or(0.0) * MicrometresPerUnit(TrimBlanks(fields[2])).value_or(0.0);
+      }
+      continue;
+    }
+    const auto height = NumberField(fields[0], true);
+    const auto unitUM = TrimBlanks(value).empty() ? std::optional(1.0) : MicrometresPerUnit(TrimBlanks(value));
+    if (!height || !unitUM) return RefuseAtLine(input, lines.LineNumber(), "Not a height.");
+    if (!Append(*height * *unitUM, profile)) return RefuseAtLine(input, lines.LineNumber(), kTooMany);
+  }
+  if (!hasData) return ReadResult::Refused("the file holds results only, no profile (there is no section CalcData)");
+  if (profile.heightsUM.empty()) return RefuseAtLine(input, lines.LineNumber(), "Unexpected end of file.");
+  profile.spacingSource = "condition Pitch";
+  if (profile.spacingUM <= 0.0 && !AskSpacing(input, 1.0, profile))
+    return ReadResult::Refused("no point spacing was given");
+  return ReadResult::Read();
+}
+
+ReadResult ReadProfileHeaderText(const ReaderInput& input, ImportedProfile& profile) {
+  if (input.bytes.substr(0, 65'536).find("[PROFILE_HEADER]") == std::string_view::npos) {
+    return ReadResult::NotRecognised("there is no section [PROFILE_HEADER]");
+  }
+  LineCursor lines(input.bytes);
+  std::string_view section;
+  double count = 0.0;
+  while (const auto line = lines.Next()) {
+    const std::string_view text = TrimBlanks(*line);
+    if (text.starts_with('[')) section = text;
+    if (const auto value = ValueOf(text, "NAME")) profile.identification = *value;
+    if (const auto value = ValueOf(text, "DateTime")) profile.date = *value;
+    if (const auto value = ValueOf(text, "NO_TOT_POINTS")) count = NumberField(*value).value_or(0.0);
+    if (const auto value = ValueOf(text, "PB_RADIUS")) profile.tipRadiusMM = NumberField(*value, true).value_or(-1.0);
+    if (const auto value = ValueOf(text, "INTERVAL_LIN")) {
+      profile.spacingUM = NumberField(*value, true).value_or(0.0) * kMicrometresPerMillimetre;
+    }
+    const std::size_t equals = text.find('=');
+    if (section != "[PROFILE_VALUES]" || equals == std::string_view::npos) continue;
+    if (!NumberField(text.substr(0, equals))) continue;
+    const auto fields = SplitAtAny(text.substr(equals + 1), " \t;");
+    const auto z = fields.size() >= 3 ? NumberField(fields[2], true) : std::nullopt;
+    if (!z) return RefuseAtLine(input, lines.LineNumber(), "Not a row of coordinates.");
+    const bool isLocked = fields.size() > 4 && NumberField(fields[4]).value_or(1.0) != 0.0;
+    const double height = isLocked ? std::numeric_limits<double>::quiet_NaN() : *z * kMicrometresPerMillimetre;
+    if (!Append(height, profile)) return RefuseAtLine(input, lines.LineNumber(), kTooMany);
+  }
+  if (profile.heightsUM.empty()) return RefuseAtLine(input, lines.LineNumber(), "There are no profile values.");
+  if (count > 0.0) WarnOfCount(count, profile);
+  FillInvalid(profile.heightsUM, profile.warnings);
+  if (profile.heightsUM.empty()) return RefuseAtLine(input, lines.LineNumber(), "There are no valid profile values.");
+  profile.spacingSource = "INTERVAL_LIN";
+  return ReadResult::Read();
+}
+
+}  // namespace texturon

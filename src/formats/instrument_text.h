@@ -1,0 +1,24 @@
+#pragma once
+
+#include "formats/profile_reader.h"
+
+namespace texturon {
+
+// Small text layouts of single instruments.
+
+/// TX1 (primary) and TX2 (roughness): nominal length in mm, number of points, heights in um. The length need not be the
+/// record's: the spacing is asked for, preset with length / (points - 1).
+ReadResult ReadTxText(const ReaderInput& input, ImportedProfile& profile);
+
+/// Step profiler text: lines Data, Recipe, Points, X-Resolution (um), a heading, rows of an index and heights in
+/// Angstrom; the column is asked for.
+ReadResult ReadStepProfilerText(const ReaderInput& input, ImportedProfile& profile);
+
+/// Surface tester text: sections "// ...", semicolons, decimal comma; Pitch in um, heights behind "// CalcData". A file
+/// without that section holds results only and is refused.
+ReadResult ReadSectionText(const ReaderInput& input, ImportedProfile& profile);
+
+/// MarSurf text: [PROFILE_HEADER] with INTERVAL_LIN in mm, [PROFILE_VALUES] with index=x y z c lock in mm.
+ReadResult ReadProfileHeaderText(const ReaderInput& input, ImportedProfile& profile);
+
+}  // namespace texturon

@@ -1,0 +1,36 @@
+#include "formats/plausibility.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "core/number_text.h"
+
+namespace texturon {
+
+std::vector<std::string> ImplausibleSigns(const ImportedProfile& profile) {
+  constexpr double kMostRangeUM = 10'000.0;
+  const std::vector<double>& z = profile.heightsUM;
+  std::vector<std::string> signs;
+  if (z.size() < 2) return signs;
+  const auto [low, high] = std::minmax_element(z.begin(), z.end());
+  const double range = *high - *low;
+  if (range == 0.0) signs.emplace_back("all heights are the same");
+  if (range > kMostRangeUM) {
+    signs.push_back("the heights range over " + FixedText(range / 1000.0, 3) + " mm; their unit or scale may be wrong");
+  }
+  double path = 0.0;
+  bool countsUp = true;
+  for (std::size_t i = 1; i < z.size(); ++i) {
+    path += std::abs(z[i] - z[i - 1]);
+    countsUp = countsUp && z[i] - z[i - 1] == 1.0;
+  }
+  const double slope = path / (static_cast<double>(z.size() - 1) * profile.spacingUM);
+  if (slope > 1.0) {
+    signs.push_back("the mean slope is " + FixedText(std::atan(slope) * 57.29577951308232, 1) +
+                    " degrees; the spacing or the unit of the heights may be wrong");
+  }
+  if (countsUp && z.size() > 2) signs.emplace_back("the heights count up by 1: an index column may have been read");
+  return signs;
+}
+
+}  // namespace texturon

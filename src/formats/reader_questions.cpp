@@ -1,0 +1,42 @@
+#include "formats/reader_questions.h"
+
+#include <algorithm>
+
+#include "core/number_text.h"
+#include "formats/text_lines.h"
+
+namespace texturon {
+
+bool AskSpacing(const ReaderInput& input, double presetUM, ImportedProfile& profile) {
+  const std::string preset = ShortestText(input.options.spacingUM.value_or(presetUM));
+  const auto answer = input.prompts.AskText("Enter the data point spacing (um):", preset);
+  const auto spacing = answer ? NumberField(*answer, true) : std::nullopt;
+  if (!spacing || *spacing <= 0.0) return false;
+  profile.spacingUM = *spacing;
+  profile.spacingSource = *answer != preset ? "asked" : input.options.spacingUM ? "given by the caller" : "assumed";
+  if (!input.options.spacingUM) {
+    profile.warnings.push_back("the file states no usable point spacing; " + ShortestText(*spacing) + " um is taken");
+  }
+  return true;
+}
+
+std::size_t AskHeightColumn(const ReaderInput& input, std::size_t columns) {
+  if (columns < 2) return 1;
+  const std::string prompt = "Enter the column number (1:" + IntegerText(static_cast<std::int64_t>(columns)) + "):";
+  const auto answer = input.prompts.AskText(prompt, IntegerText(input.options.column));
+  const std::int32_t wanted = answer ? ParseInt32(*answer).value : input.options.column;
+  return std::min(static_cast<std::size_t>(std::max(wanted, 1)), columns);
+}
+
+ReadResult RefuseAtLine(const ReaderInput& input, std::size_t line, std::string_view message) {
+  input.prompts.ShowMessage(message);
+  return ReadResult::Refused(AtLine(line, message));
+}
+
+void WarnOfCount(double stated, ImportedProfile& profile) {
+  const auto there = static_cast<double>(profile.heightsUM.size());
+  if (stated == there) return;
+  profile.warnings.push_back("the file says " + ShortestText(stated) + " points and holds " + ShortestText(there));
+}
+
+}  // namespace texturon

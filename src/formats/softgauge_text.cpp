@@ -1,0 +1,154 @@
+#include "formats/softgauge_text.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+
+#include "core/number_text.h"
+#include "core/profile_set.h"
+#include "core/text.h"
+#include "formats/even_spacing.h"
+#include "formats/reader_questions.h"
+#include "formats/text_lines.h"
+
+namespace texturon {
+namespace {
+
+constexpr char kRecordEnd = '\x03';
+constexpr std::string_view kSeparators("\0 \t\r\n", 5);
+
+struct Axis {
+  bool isAbsolute = false;
+  double count = 0.0;
+  double unitUM = 0.0;
+  double scale = 1.0;
+  double increment = 0.0;
+};
+
+/// CX or CZ: type, count, unit, scale, data type, and for an incremental axis the increment.
+bool ReadAxis(const std::vector<std::string_view>& fields, Axis& axis) {
+  if (fields.size() < 6) return false;
+  const auto count = NumberField(fields[2]);
+  const auto unitUM = MicrometresPerUnit(fields[3]);
+  const auto scale = NumberField(fields[4]);
+  if (!count || *count < 1.0 || *count > kPointCapacity || !unitUM || !scale) return false;
+  axis = {EqualIgnoringCase(fields[1], "A"), std::trunc(*count), *unitUM, *scale,
+          fields.size() > 6 ? NumberField(fields[6]).value_or(0.0) : 0.0};
+  return true;
+}
+
+/// The texts between record ends, and the number of bytes to the end of the third with its line end.
+struct Records {
+  std::vector<std::string_view> texts;
+  std::size_t summed = 0;
+};
+
+Records SplitRecords(std::string_view bytes) {
+  constexpr std::size_t kMostRecords = 5;
+  Records records;
+  std::size_t at = 0;
+  while (records.texts.size() < kMostRecords && at < bytes.size()) {
+    const std::size_t end = bytes.find(kRecordEnd, at);
+    records.texts.push_back(bytes.substr(at, end == std::string_view::npos ? end : end - at));
+    if (end == std::string_view::npos) break;
+    at = end + 1;
+    while (at < bytes.size() && (bytes[at] == '\r' || bytes[at] == '\n')) ++at;
+    if (records.texts.size() == 3) records.summed = at;
+  }
+  return records;
+}
+
+void ReadConditions(std::string_view text, ImportedProfile& profile) {
+  LineCursor lines(text);
+  std::string date;
+  std::string time;
+  while (const auto line = lines.Next()) {
+    const auto fields = SplitAtAny(*line, kSeparators);
+    if (fields.size() < 2) continue;
+    if (fields[0] == "DATE") date = fields[1];
+    if (fields[0] == "TIME") time = fields[1];
+    if (fields[0] == "PROBING_SYSTEM") {
+      // The tip radius is the number that a unit follows.
+      for (std::size_t i = 1; i + 1 < fields.size(); ++i) {
+        const auto radius = NumberField(fields[i]);
+        const auto unitUM = MicrometresPerUnit(fields[i + 1]);
+        if (radius && unitUM) profile.tipRadiusMM = *radius * *unitUM * 1e-3;
+      }
+    }
+  }
+  profile.date = time.empty() ? date : date + " - " + time;
+}
+
+void CheckSum(std::string_view bytes, const Records& records, ImportedProfile& profile) {
+  if (records.texts.size() < 4 || records.summed == 0) return;
+  const auto stated = NumberField(SplitAtAny(records.texts[3], std::string_view("\0\x1A \t\r\n", 6)).empty()
+                                      ? std::string_view{}
+                                      : SplitAtAny(records.texts[3], std::string_view("\0\x1A \t\r\n", 6)).front());
+  const std::string_view summed = bytes.substr(0, records.summed);
+  const std::uint64_t sum = std::accumulate(summed.begin(), summed.end(), std::uint64_t{0},
+                                            [](std::uint64_t s, char c) { return s + static_cast<unsigned char>(c); });
+  if (stated && *stated != static_cast<double>(sum % 65'535) && *stated != static_cast<double>(sum % 65'536)) {
+    profile.warnings.emplace_back("the sum of the bytes is not the one that the file states");
+  }
+}
+
+/// Numbers of record 3; what was wrong, or nothing.
+std::string_view ReadNumbers(std::string_view text, std::size_t wanted, std::vector<double>& numbers) {
+  if (wanted > (text.size() + 1) / 2) return "The file cannot hold as many points as it says.";
+  numbers.reserve(wanted);
+  LineCursor lines(text);
+  while (const auto line = lines.Next()) {
+    for (const std::string_view field : SplitAtAny(*line, kSeparators)) {
+      const auto number = NumberField(field);
+      if (!number) return "Not a number.";
+      if (numbers.size() == wanted) return "There are more numbers than the file says.";
+      numbers.push_back(*number);
+    }
+  }
+  return numbers.size() < wanted ? std::string_view("Unexpected end of file.") : std::string_view{};
+}
+
+}  // namespace
+
+ReadResult ReadSoftgauge(const ReaderInput& input, ImportedProfile& profile) {
+  if (!input.bytes.starts_with("ISO 5436")) return ReadResult::NotRecognised("line 1 does not begin with \"ISO 5436\"");
+  const Records records = SplitRecords(input.bytes);
+  if (records.texts.size() < 3) return RefuseAtLine(input, 1, "The records are not closed.");
+  Axis x;
+  Axis z;
+  LineCursor lines(records.texts[0]);
+  while (const auto line = lines.Next()) {
+    const auto fields = SplitAtAny(*line, kSeparators);
+    if (fields.empty()) continue;
+    if (fields[0] == "PRF" && fields.size() > 2) profile.identification = fields[2];
+    const bool isX = fields[0] == "CX";
+    if (!isX && fields[0] != "CZ") continue;
+    if (!ReadAxis(fields, isX ? x : z)) return RefuseAtLine(input, lines.LineNumber(), "The axis is not understood.");
+  }
+  if (x.count < 1.0 || z.count < 1.0) return RefuseAtLine(input, lines.LineNumber(), "An axis is missing.");
+  ReadConditions(records.texts[1], profile);
+  const auto count = static_cast<std::size_t>(z.count);
+  if (x.isAbsolute && x.count != z.count) return RefuseAtLine(input, 3, "The axes have different numbers of points.");
+  std::vector<double> numbers;
+  const std::string_view wrong = ReadNumbers(records.texts[2], x.isAbsolute ? 2 * count : count, numbers);
+  if (!wrong.empty()) return RefuseAtLine(input, 1, wrong);
+  const auto heights = numbers.begin() + static_cast<std::ptrdiff_t>(x.isAbsolute ? count : 0);
+  Trace trace{{numbers.begin(), heights}, {heights, numbers.end()}};
+  for (double& p : trace.xUM) p *= x.scale * x.unitUM;
+  for (double& h : trace.zUM) h *= z.scale * z.unitUM;
+  CheckSum(input.bytes, records, profile);
+  if (x.isAbsolute) {
+    profile.spacingSource = "positions of the points";
+    const std::string uneven = MakeEven(std::move(trace), profile);
+    return uneven.empty() ? ReadResult::Read() : RefuseAtLine(input, 1, uneven);
+  }
+  profile.spacingUM = x.increment * x.scale * x.unitUM;
+  profile.spacingSource = "increment of CX";
+  profile.heightsUM = std::move(trace.zUM);
+  const bool isFinite =
+      std::all_of(profile.heightsUM.begin(), profile.heightsUM.end(), [](double h) { return std::isfinite(h); });
+  return isFinite && std::isfinite(profile.spacingUM) ? ReadResult::Read()
+                                                      : RefuseAtLine(input, 1, "The numbers are too large.");
+}
+
+}  // namespace texturon

@@ -1,0 +1,114 @@
+#include "formats/text_lines.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "core/charset.h"
+#include "core/number_text.h"
+#include "core/text.h"
+
+namespace texturon {
+namespace {
+
+constexpr std::size_t kLongestNumber = 400;
+
+/// A code unit as UTF-8; halves of surrogate pairs stay apart and become two question marks.
+void AppendCodeUnit(std::string& utf8, unsigned unit) {
+  if (unit < 0x80) {
+    utf8.push_back(static_cast<char>(unit));
+  } else if (unit < 0x800) {
+    utf8.push_back(static_cast<char>(0xC0 | (unit >> 6)));
+    utf8.push_back(static_cast<char>(0x80 | (unit & 0x3F)));
+  } else if (unit >= 0xD800 && unit <= 0xDFFF) {
+    utf8.push_back('?');
+  } else {
+    utf8.push_back(static_cast<char>(0xE0 | (unit >> 12)));
+    utf8.push_back(static_cast<char>(0x80 | ((unit >> 6) & 0x3F)));
+    utf8.push_back(static_cast<char>(0x80 | (unit & 0x3F)));
+  }
+}
+
+}  // namespace
+
+LineCursor::LineCursor(std::string_view text)
+    : rest_(text), lineEnd_(text.find('\n') == std::string_view::npos ? '\r' : '\n') {}
+
+std::optional<std::string_view> LineCursor::Next() {
+  if (rest_.empty()) return std::nullopt;
+  ++lineNumber_;
+  const std::size_t end = rest_.find(lineEnd_);
+  std::string_view line = rest_.substr(0, end);
+  rest_.remove_prefix(end == std::string_view::npos ? rest_.size() : end + 1);
+  while (line.ends_with('\r')) line.remove_suffix(1);
+  return line;
+}
+
+std::vector<std::string_view> SplitAtAny(std::string_view line, std::string_view separators) {
+  std::vector<std::string_view> fields;
+  while (true) {
+    const std::size_t start = line.find_first_not_of(separators);
+    if (start == std::string_view::npos) return fields;
+    line.remove_prefix(start);
+    const std::size_t length = std::min(line.find_first_of(separators), line.size());
+    fields.push_back(line.substr(0, length));
+    line.remove_prefix(length);
+  }
+}
+
+std::vector<std::string_view> SplitAtEach(std::string_view line, char separator) {
+  std::vector<std::string_view> fields;
+  while (true) {
+    const std::size_t end = line.find(separator);
+    fields.push_back(line.substr(0, end));
+    if (end == std::string_view::npos) return fields;
+    line.remove_prefix(end + 1);
+  }
+}
+
+std::optional<double> NumberField(std::string_view field, bool decimalComma) {
+  field = TrimBlanks(field);
+  if (field.empty() || field.size() > kLongestNumber) return std::nullopt;
+  ParsedDouble number;
+  if (decimalComma && field.find(',') != std::string_view::npos) {
+    std::array<char, kLongestNumber> pointed;
+    std::replace_copy(field.begin(), field.end(), pointed.begin(), ',', '.');
+    number = ParseDouble({pointed.data(), field.size()});
+  } else {
+    number = ParseDouble(field);
+  }
+  if (!number.usable() || number.length != field.size()) return std::nullopt;
+  return number.value;
+}
+
+std::optional<double> MicrometresPerUnit(std::string_view unit) {
+  constexpr std::pair<std::string_view, double> kUnits[] = {
+      {"mm", 1e3},        {"um", 1.0},         {"\xB5m", 1.0},  {"\xC2\xB5m", 1.0}, {"\xE6m", 1.0},
+      {"nm", 1e-3},       {"m", 1e6},          {"pm", 1e-6},    {"\xC5", 1e-4},     {"in", 25'400.0},
+      {"\xC3\x85", 1e-4}, {"angstrom", 1e-4},  {"micron", 1.0}, {"microns", 1.0},   {"inch", 25'400.0},
+      {"\xCE\xBCm", 1.0}, {"micrometer", 1.0},
+  };
+  const auto* const found = std::find_if(std::begin(kUnits), std::end(kUnits), [unit](const auto& candidate) {
+    return EqualIgnoringCase(candidate.first, unit);
+  });
+  if (found == std::end(kUnits)) return std::nullopt;
+  return found->second;
+}
+
+std::string AtLine(std::size_t line, std::string_view text) {
+  return "line " + IntegerText(static_cast<std::int64_t>(line)) + ": " + std::string(text);
+}
+
+std::string_view PlainText(std::string_view bytes, std::string& storage) {
+  if (bytes.starts_with("\xEF\xBB\xBF")) return bytes.substr(3);
+  if (!bytes.starts_with("\xFF\xFE")) return bytes;
+  std::string utf8;
+  utf8.reserve(bytes.size() / 2);
+  for (std::size_t i = 2; i + 1 < bytes.size(); i += 2) {
+    AppendCodeUnit(utf8, static_cast<unsigned char>(bytes[i]) | (static_cast<unsigned>(bytes[i + 1]) << 8 & 0xFF00U));
+  }
+  storage = Windows1252FromUtf8(utf8);
+  return storage;
+}
+
+}  // namespace texturon

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace texturon {
+
+/// Walks through a text line by line. A line ends at LF, and every CR before it belongs to its end; in a text without
+/// any LF it ends at CR. The last line may lack its end.
+class LineCursor {
+public:
+  explicit LineCursor(std::string_view text);
+
+  /// The next line without its end; empty when there is none.
+  std::optional<std::string_view> Next();
+  /// Number of the line that Next gave last, from 1.
+  std::size_t LineNumber() const { return lineNumber_; }
+  /// What follows the line that Next gave last.
+  std::string_view Rest() const { return rest_; }
+
+private:
+  std::string_view rest_;
+  char lineEnd_;
+  std::size_t lineNumber_ = 0;
+};
+
+/// Fields between any of `separators`; a run of them is one, those at the ends separate nothing.
+std::vector<std::string_view> SplitAtAny(std::string_view line, std::string_view separators);
+
+/// Fields between single separators; empty fields stay.
+std::vector<std::string_view> SplitAtEach(std::string_view line, char separator);
+
+/// A whole field, blanks around it aside, as a finite number. With `decimalComma` a comma stands for the point.
+std::optional<double> NumberField(std::string_view field, bool decimalComma = false);
+
+/// Micrometres in one unit of length: m, mm, um, nm, pm, Angstrom, in, in any case, the micro sign as Windows-1252,
+/// UTF-8 or DOS code page byte; empty for what is no such unit.
+std::optional<double> MicrometresPerUnit(std::string_view unit);
+
+/// "line 12: text".
+std::string AtLine(std::size_t line, std::string_view text);
+
+/// UTF-16LE behind its byte-order mark as Windows-1252; UTF-8 without its mark; anything else as it stands. `storage`
+/// holds the text where it had to be made.
+std::string_view PlainText(std::string_view bytes, std::string& storage);
+
+}  // namespace texturon

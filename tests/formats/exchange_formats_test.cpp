@@ -1,0 +1,355 @@
+// The four formats that are written, and what is told of reading three of them.
+
+#include <gtest/gtest.h>
+#include <random>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "core/number_text.h"
+#include "formats/extension_table.h"
+#include "formats/import.h"
+#include "formats/mod_format.h"
+#include "formats/pr_format.h"
+#include "formats/prf_format.h"
+#include "formats/sample_texts.h"
+#include "formats/sdf_format.h"
+#include "support/near.h"
+#include "support/scratch_folder.h"
+#include "support/scripted_prompts.h"
+
+namespace texturon {
+namespace {
+
+std::tm SavedAt() {
+  std::tm time{};
+  time.tm_year = 115;
+  time.tm_mon = 2;
+  time.tm_mday = 4;
+  time.tm_hour = 9;
+  time.tm_min = 5;
+  return time;
+}
+
+/// Takes a fixed line of a list and keeps its title and lines.
+class ChoosingPrompts : public ScriptedPrompts {
+public:
+  std::size_t line = 0;
+  std::string title;
+  std::vector<std::string> lines;
+
+  std::optional<std::size_t> ChooseFromList(std::string_view listTitle, std::span<const std::string> shown) override {
+    title = listTitle;
+    lines.assign(shown.begin(), shown.end());
+    return line;
+  }
+};
+
+struct Reading {
+  ReadResult result;
+  ImportedProfile profile;
+  ChoosingPrompts prompts;
+};
+
+Reading Read(ReadFunction read, const std::string& bytes, const ImportOptions& options = {}, std::size_t line = 0) {
+  Reading reading;
+  reading.prompts.line = line;
+  const std::filesystem::path path = "x.y";
+  reading.result = read({path, bytes, options, reading.prompts}, reading.profile);
+  return reading;
+}
+
+std::string Replaced(std::string text, const std::string& part, const std::string& by) {
+  const std::size_t at = text.find(part);
+  EXPECT_NE(at, std::string::npos) << part;
+  return at == std::string::npos ? text : text.replace(at, part.size(), by);
+}
+
+const std::vector<double> kHeights = {-0.000004, -0.000006, 1.5, -12.3456789};
+
+TEST(Writers, WriteExactlyTheseBytes) {
+  EXPECT_EQ(PrfProfileText({kHeights, 0.5, "A.B C and more", SavedAt()}),
+            Lines({"1 2", "A_B_C_ 0.000000 PRF", "CX M 4.000000e+000 MM 5.000000e-004 D",
+                   "CZ M 4.000000e+000 MM 1.000000e-008 D", "EOR", "STYLUS_RADIUS 0.000000e+000 MM",
+                   "SPACING CX 5.000000e-004 MM", "MAP 1.000000e+000 CZ CZ 1.000000e+000 1.000000e+000",
+                   "MAP 2.000000e+000 CZ CX 1.000000e+000 0.000000e+000", "EOR", "0", "-1", "150000", "-1234568", "EOR",
+                   "EOF"}));
+  EXPECT_EQ(SdfProfileText({kHeights, 0.5, "Shaft 12, left", SavedAt()}),
+            Lines({"aNIST-1.0", "ManufacID   = Shaft 12, ", "CreateDate  = 040320150905", "ModDate     = 040320150905",
+                   "NumPoints   = 4", "NumProfiles = 1", "Xscale      = 5.000000e-007", "Yscale      = 1.000000",
+                   "Zscale      = 1.000000e-006", "Zresolution = -1", "Compression = 0", "DataType    = 7",
+                   "CheckType   = 0", "*", "-0.000004", "-0.000006", "1.500000", "-12.345679"}));
+  const std::vector<double> flat(4000, 1.0);
+  EXPECT_TRUE(PrProfileText({flat, 0.5, "Bore 3\t/ left\r\n", SavedAt()})
+                  .starts_with("Profil Bore3/left\r\n"
+                               "X-Ma\xDF = 2.00 X-Aufl\xF6sung 2000.00 Punkte/Zeile : 4000\r\n1.000000\r\n"));
+}
+
+TEST(Writers, GiveBackRandomProfilesToTheFormatsResolution) {
+  const ScratchFolder folder;
+  std::mt19937_64 random(3);
+  std::uniform_real_distribution<double> height(-500.0, 500.0);
+  for (const WriterEntry& writer : WriterTable()) {
+    for (const double spacingUM : {0.05, 0.25, 0.356051, 10.0}) {
+      std::vector<double> heights(1 + random() % 3000);
+      for (double& z : heights) z = height(random);
+      ScriptedPrompts prompts;
+      std::filesystem::path path = folder / ("x" + std::string(writer.extension));
+      ASSERT_TRUE(writer.write(path, {heights, spacingUM, "SHAFT1 of 12", SavedAt()}, prompts).ok());
+      const ImportOutcome back = LoadProfileFile(path, {}, prompts);
+      ASSERT_TRUE(back.loaded) << back.reason;
+      EXPECT_TRUE(back.profile.warnings.empty()) << writer.extension << back.profile.warnings.front();
+      const bool isPrf = writer.extension == ".prf";
+      EXPECT_TRUE(AllNear(back.profile.heightsUM, heights, isPrf ? 5.1e-6 : 5.1e-7)) << writer.extension;
+      // PR keeps two decimals of points per mm.
+      EXPECT_TRUE(Near(back.profile.spacingUM, spacingUM, writer.extension == ".pr" ? 5e-6 * spacingUM : 1e-9));
+      const std::string name = back.profile.identification;
+      EXPECT_EQ(name, isPrf                        ? "SHAFT1_0"
+                      : writer.extension == ".sdf" ? "SHAFT1 of"
+                      : writer.extension == ".pr"  ? "SHAFT1of12"
+                                                   : "SHAFT1 of 12");
+    }
+    ScriptedPrompts prompts;
+    std::filesystem::path path = folder / "none";
+    EXPECT_FALSE(writer.write(path, {{}, 1.0, "", SavedAt()}, prompts).ok());
+    EXPECT_FALSE(writer.write(path, {kHeights, 0.0, "", SavedAt()}, prompts).ok());
+    EXPECT_FALSE(std::filesystem::exists(path));
+    EXPECT_EQ(prompts.messages.size(), 2u);
+  }
+}
+
+const std::string kPrf = PrfProfileText({kHeights, 0.5, "SHAFT1", SavedAt()});
+
+TEST(Prf, RefusesDamagedFilesInTheseWords) {
+  struct Case {
+    std::string bytes;
+    std::vector<std::string> messages;
+  };
+  const std::string one = "Error reading record one.";
+  const std::string two = "Error reading record 2.";
+  const std::string three = "Error reading record 3.";
+  const Case cases[] = {
+      {"2 2\n", {}},
+      {std::string(100, '\0'), {}},
+      {"0 2\n", {"Error reading record 1."}},
+      {Replaced(kPrf, "1 2", "12 2"), {"ASCII File Not Found", one}},
+      {Replaced(kPrf, "1 2", "1 4"), {"Invalid Version", one}},
+      {"1 2\r\n", {"Error in File", one}},
+      {Replaced(kPrf, "PRF", "MOD"), {"Not a true PRF File", one}},
+      {Replaced(kPrf, "CX M", "CX Q"), {"Error: Invalid Data Type", one}},
+      {Replaced(kPrf, "CZ M", "CY M"), {"Z-Axis Info not found!!!", one}},
+      {"1 2\nSHAFT1 0 PRF\nEOR\n", {"Z-Axis Info not found!!!", one}},
+      {Replaced(kPrf, "CZ M 4.000000e+000 MM", "CZ M 4.000000e+000 ELL"), {"Error in File", one}},
+      {Replaced(kPrf, "5.000000e-004 MM\r\nMAP", "x MM\r\nMAP"), {two}},
+      {Replaced(kPrf, "SPACING CX", "SPACING CZ"), {two}},
+      {Replaced(kPrf, "150000", "abc"), {three}},
+      {Replaced(kPrf, "CZ M 4.0", "CZ M 5.0"), {three}},
+      {Replaced(kPrf, "CZ M 4.000000e+000", "CZ M 2.000000e+009"), {three}},
+      {kPrf.substr(0, kPrf.find("MAP")), {two}},
+  };
+  for (const Case& c : cases) {
+    const Reading reading = Read(ReadPrfProfile, c.bytes);
+    EXPECT_EQ(reading.prompts.messages, c.messages) << c.bytes.substr(0, 200);
+    EXPECT_EQ(reading.result.status,
+              c.messages.empty() ? ReadResult::Status::kNotRecognised : ReadResult::Status::kRefused);
+    EXPECT_LE(reading.profile.heightsUM.capacity(), 16u);
+  }
+}
+
+TEST(Prf, TakesWhatOtherProgramsWrite) {
+  const Reading version3 = Read(ReadPrfProfile, Replaced(Replaced(kPrf, "1 2", "1 3"), "SHAFT1 0", "\"Shaft\" 0"));
+  EXPECT_EQ(version3.profile.identification, "Shaft");
+  const Reading shortName = Read(ReadPrfProfile, Replaced(kPrf, "SHAFT1", "AB"));
+  EXPECT_EQ(shortName.profile.identification, "AB 0.0_0");
+  const Reading inUM = Read(ReadPrfProfile, Replaced(kPrf, "CX 5.000000e-004 MM", "CX 0.7 UM"));
+  EXPECT_DOUBLE_EQ(inUM.profile.spacingUM, 0.7);
+  EXPECT_EQ(inUM.profile.warnings.size(), 1u) << "the X axis contradicts";
+  const Reading axisOnly = Read(ReadPrfProfile, Replaced(kPrf, "SPACING CX", "SPACED CX"));
+  EXPECT_DOUBLE_EQ(axisOnly.profile.spacingUM, 0.5);
+  const Reading noX = Read(ReadPrfProfile, Replaced(kPrf, "CX M", "CQ M"));
+  EXPECT_EQ(noX.profile.heightsUM.size(), kHeights.size());
+}
+
+TEST(Prf, TakesEveryNthPointOfALongRecord) {
+  constexpr std::size_t kPoints = 1'600'001;
+  std::string text =
+      "1 2\nSHAFT1 0 PRF\nCZ M " + std::to_string(kPoints) + " MM 1e-3 D\nEOR\nSPACING CX 1e-3 MM\nEOR\n";
+  for (std::size_t i = 0; i < kPoints; ++i) text += IntegerText(static_cast<std::int64_t>(i)) + "\n";
+  const Reading reading = Read(ReadPrfProfile, text);
+  ASSERT_EQ(reading.result.status, ReadResult::Status::kRead) << reading.result.reason;
+  ASSERT_EQ(reading.profile.heightsUM.size(), 533'334u);
+  EXPECT_DOUBLE_EQ(reading.profile.spacingUM, 3.0);
+  EXPECT_DOUBLE_EQ(reading.profile.heightsUM[1000], 3000.0);
+}
+
+TEST(Mod, ResamplesUnevenPositions) {
+  const std::string head =
+      "1 2\nTXRN_  0.0 MOD\nCX A 5 MM 1 D\nCZ A 5 MM 1 D\nEOR\nNUMBER_MOD_POINTS "
+      "5\nEOR\n0\n0.001\n0.0025\n0.003\n0.004\n";
+  const Reading reading = Read(ReadModProfile, head + "0\n0.001\n0.0025\n0.003\n0.004\nEOR\nEOF\n");
+  ASSERT_EQ(reading.result.status, ReadResult::Status::kRead) << reading.result.reason;
+  EXPECT_TRUE(AllNear(reading.profile.heightsUM, std::vector<double>{0, 1, 2, 3, 4}, 1e-12));
+  EXPECT_EQ(reading.profile.warnings.size(), 1u);
+  EXPECT_EQ(reading.profile.identification, "TXRN_ _0");
+  EXPECT_EQ(Read(ReadModProfile, head + "0\n1\n").result.status, ReadResult::Status::kRefused);
+  EXPECT_EQ(Read(ReadModProfile, Replaced(head, "0.0025", "0.0005") + "0\n1\n2\n3\n4\n").result.status,
+            ReadResult::Status::kRefused)
+      << "positions that go back";
+}
+
+const std::string kSdf = SdfProfileText({kHeights, 0.5, "SHAFT1", SavedAt()});
+
+TEST(Sdf, IsReadByPositionWithItsAsymmetries) {
+  EXPECT_EQ(Read(ReadSdfProfile, kSdf).profile.date, "040320150905");
+  const Reading noEquals = Read(ReadSdfProfile, Replaced(kSdf, "Xscale      =", "Xscale"));
+  EXPECT_DOUBLE_EQ(noEquals.profile.spacingUM, 0.0005);
+  const std::string integers =
+      Replaced(Replaced(kSdf, "DataType    = 7", "DataType    = 5"), "1.000000e-006", "1.000000e+002");
+  EXPECT_DOUBLE_EQ(Read(ReadSdfProfile, Replaced(integers, "-0.000004", "250")).profile.heightsUM[0], 2.5);
+  const Reading scaled = Read(ReadSdfProfile, Replaced(kSdf, "1.000000e-006", "1.000000e-009"));
+  EXPECT_DOUBLE_EQ(scaled.profile.heightsUM[2], 1.5) << "the Z scale is not applied";
+  EXPECT_EQ(scaled.profile.warnings.size(), 1u);
+  const Reading cut = Read(ReadSdfProfile, kSdf.substr(0, kSdf.find("1.500000\r\n")));
+  EXPECT_EQ(cut.profile.heightsUM.size(), 2u);
+  EXPECT_EQ(cut.profile.warnings.size(), 1u);
+  const Reading bad = Read(ReadSdfProfile, Replaced(kSdf, "-0.000006", "BAD"));
+  EXPECT_TRUE(Near(bad.profile.heightsUM[1], (1.5 - 0.000004) / 2.0, 1e-12));
+  for (const std::string& refused :
+       {Replaced(kSdf, "DataType    = 7", "DataType    = 3"),
+        Replaced(kSdf, "aNIST-1.0\r\n", "aNIST-1.0\r\nExtra = 1\r\n"), std::string(5000, '\0')}) {
+    const Reading reading = Read(ReadSdfProfile, refused);
+    EXPECT_EQ(reading.prompts.messages, std::vector<std::string>{"SDF Error: Integer data required."});
+  }
+}
+
+TEST(Sdf, GivesRowsColumnsAndAllOfAGrid) {
+  const std::string text =
+      "aISO-1.0\nManufacID = ISO\nCreateDate = 1\nModDate = 0102\nNumPoints = 3\nNumProfiles = 2\nXscale = 1e-6\n"
+      "Yscale = 5e-6\nZscale = 1e-9\nZresolution = 0\nCompression = 0\nDataType = 3\nCheckType = 0\n*\n\n"
+      "1000 2000 3000\n4000 BAD 6000\n*\n<Part>\n*\n";
+  std::string binary = "bISO-1.0ISO       ";
+  binary += "0101202000000102202000";
+  binary += std::string("00", 2) + std::string("\x03\0\x02\0", 4);
+  const auto append = [&binary](double value) {
+    const auto bits = std::bit_cast<std::uint64_t>(value);
+    for (int i = 0; i < 8; ++i) binary.push_back(static_cast<char>(bits >> (8 * i)));
+  };
+  for (const double scale : {1e-6, 5e-6, 1e-9, 0.0}) append(scale);
+  binary += std::string("\0\5\0", 3);
+  for (const int value : {1000, 2000, 3000, 4000, 5000, 6000}) {
+    binary.push_back(static_cast<char>(value & 0xFF));
+    binary.push_back(static_cast<char>(value >> 8));
+  }
+  struct Case {
+    std::size_t line;
+    std::vector<double> heights;
+    double spacingUM;
+    std::string name;
+  };
+  const Case cases[] = {{0, {1, 2, 3}, 1.0, "ISO (x:1)"},
+                        {1, {4, 5, 6}, 1.0, "ISO (x:2)"},
+                        {2, {1, 4}, 5.0, "ISO (y:1)"},
+                        {5, {1, 2, 3, 4, 5, 6}, 1.0, "ISO (chained in 'x')"}};
+  for (const std::string& bytes : {text, binary}) {
+    for (const Case& c : cases) {
+      for (const bool isAsked : {true, false}) {
+        ImportOptions options;
+        if (!isAsked) options.profileChoice = static_cast<std::int32_t>(c.line) + 1;
+        const Reading reading = Read(ReadSdfProfile, bytes, options, c.line);
+        ASSERT_EQ(reading.result.status, ReadResult::Status::kRead) << reading.result.reason;
+        EXPECT_TRUE(AllNear(reading.profile.heightsUM, c.heights, 1e-12)) << c.name;
+        EXPECT_DOUBLE_EQ(reading.profile.spacingUM, c.spacingUM);
+        EXPECT_EQ(reading.profile.identification, c.name);
+        if (!isAsked) continue;
+        EXPECT_EQ(reading.prompts.title, "Input File: x.y");
+        EXPECT_EQ(reading.prompts.lines.size(), 6u);
+      }
+    }
+    EXPECT_EQ(Read(ReadSdfProfile, bytes, {.profileChoice = 7}).result.status, ReadResult::Status::kRefused);
+  }
+  EXPECT_EQ(Read(ReadSdfProfile, text).prompts.lines[1], " 2: \tISO (x:2) \t0102");
+  EXPECT_EQ(Read(ReadSdfProfile, Replaced(text, "NumPoints = 3", "NumPoints = 2000000000")).result.status,
+            ReadResult::Status::kRefused);
+}
+
+TEST(Pr, ReadsEveryWordingOfItsSecondLine) {
+  struct Case {
+    std::string line;
+    std::size_t warnings;
+  };
+  const Case cases[] = {
+      {"X-Ma\xDF = 0.01 X-Aufl\xF6sung 400.00 Punkte/Zeile : 3", 0},
+      {"X-Ma\xE1 = 0.01 X-Aufl\x94sung = 400.00 Punkte/Zeile : 3", 0},
+      {"X-Ma\xC3\x9F = 0,01 X-Aufl\xC3\xB6sung = 400,00 Punkte/Zeile : 3", 0},
+      {"X-len = 0.005 X-resolution = 400 points/scanline: 3", 0},
+      {"X-len = 5.0 X-resolution = 400 points/scanline: 3", 1},
+      {"X-len = 0.0075 X-resolution = 0 points/scanline: 3", 0},
+      {"X-len = 0.01 X-resolution = 400 points/scanline: 4", 1},
+  };
+  for (const Case& c : cases) {
+    const Reading reading = Read(ReadPrProfile, "Profil Bore3\n" + c.line + "\n1\n2\n3");
+    EXPECT_EQ(reading.result.status, ReadResult::Status::kRead) << c.line;
+    EXPECT_TRUE(Near(reading.profile.spacingUM, 2.5, 1e-12)) << c.line;
+    EXPECT_EQ(reading.profile.heightsUM, (std::vector<double>{1, 2, 3})) << c.line;
+    EXPECT_EQ(reading.profile.warnings.size(), c.warnings) << c.line;
+    EXPECT_EQ(reading.profile.identification, "Bore3");
+  }
+  EXPECT_EQ(Read(ReadPrProfile, "Something\n").result.status, ReadResult::Status::kNotRecognised);
+  for (const char* damaged :
+       {"Profil a", "Profil a\nX-len = 1 points: 3\n1\n", "Profil a\nX-len = 1 X-res = 2 points: 0\n1\n",
+        "Profil a\nX-len = 1 X-res = 2 points: 2\n1\nx\n"}) {
+    EXPECT_EQ(Read(ReadPrProfile, damaged).prompts.messages.size(), 1u) << damaged;
+  }
+}
+
+const SampleText& SampleOf(const std::string& reader) {
+  for (const SampleText& sample : SampleTexts()) {
+    if (sample.reader == reader) return sample;
+  }
+  throw std::runtime_error(reader);
+}
+
+TEST(OtherLayouts, SayWhatTheyAssumedAndRefuse) {
+  const ScratchFolder folder;
+  ChoosingPrompts prompts;
+  const auto load = [&](const char* name, const std::string& bytes, const ImportOptions& options = {}) {
+    prompts = {};
+    prompts.textAnswer = "2";
+    return LoadProfileFile(folder.Write(name, bytes), options, prompts);
+  };
+  const std::string gauge = SampleOf("SMD softgauge").bytes;
+  const ImportOutcome good = load("a.smd", gauge);
+  EXPECT_TRUE(good.profile.warnings.empty());
+  EXPECT_DOUBLE_EQ(good.profile.tipRadiusMM, 0.002);
+  EXPECT_EQ(good.profile.date, "01.02.2020 - 10:11");
+  EXPECT_EQ(good.profile.identification, "Sine-1");
+  EXPECT_EQ(load("a.smd", Replaced(gauge, "-20", "-21")).profile.warnings.size(), 1u) << "the sum tells";
+  EXPECT_FALSE(load("a.smd", Replaced(gauge, "CZ A 3", "CZ A 4")).loaded);
+
+  const std::string binary = SampleOf("Digital Surf profile").bytes;
+  EXPECT_FALSE(load("a.pro", Replaced(binary, "DIGITAL SURF", "DSCOMPRESSED")).loaded);
+  EXPECT_NE(prompts.messages[0].find("Compressed"), std::string::npos);
+  EXPECT_FALSE(load("a.pro", Replaced(binary, "um ", "a.u")).loaded) << "an intensity";
+  EXPECT_FALSE(load("a.pro", binary.substr(0, binary.size() - 1)).loaded);
+
+  const std::string tester = SampleOf("surface tester text").bytes;
+  EXPECT_FALSE(load("a.txt", tester.substr(0, tester.find("// CalcData"))).loaded) << "results only";
+  EXPECT_TRUE(load("a.txt", Replaced(tester, "P_ISO97", "R_ISO97")).loaded);
+  EXPECT_EQ(prompts.messages[0], "WARNING: Filtered data found!");
+
+  // The first column counts the points; 4, 5, 6 are positions without a unit.
+  const ImportOutcome indexed = load("b.txt", "1 4 5\n2 5 -25400\n3 6 7\n");
+  ASSERT_TRUE(indexed.loaded) << indexed.reason;
+  EXPECT_EQ(indexed.profile.heightsUM, (std::vector<double>{5, 6, 7}));
+  EXPECT_EQ(indexed.profile.warnings.size(), 2u) << "units and an interpolated point";
+  // Positions 0, 1, 2 without a unit only count the points.
+  EXPECT_DOUBLE_EQ(load("c.xy", "0 5\n1 6\n2 7\n").profile.spacingUM, 2.0);
+  EXPECT_EQ(prompts.questions, std::vector<std::string>{"Enter the data point spacing (um):"});
+  EXPECT_FALSE(load("d.xy", "0 5\n0.3 6\n0.1 7\n0.4 8\n").loaded) << "positions go back";
+  std::string wide = "\xFF\xFE";
+  for (const char c : std::string("mm;\xB5m\r\n0,1;1\r\n0,2;2\r\n0,3;4\r\n")) wide += {c, '\0'};
+  EXPECT_EQ(load("e.txt", wide).attempts.back().reader, "text with a unit pair");
+}
+
+}  // namespace
+}  // namespace texturon

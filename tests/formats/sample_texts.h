@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace texturon {
+
+/// A short valid file: the extension under which it comes, the reader that takes it, and what that makes of it.
+struct SampleText {
+  std::string extension;
+  std::string reader;
+  std::string bytes;
+  double spacingUM;
+  std::vector<double> heightsUM;
+};
+
+/// One for every layout that is read.
+const std::vector<SampleText>& SampleTexts();
+
+/// `lines` joined with CR LF, each ended.
+std::string Lines(const std::vector<std::string>& lines);
+
+}  // namespace texturon
