@@ -6,6 +6,7 @@
 #include "core/captions.h"
 #include "core/charset.h"
 #include "core/ratio_row_list.h"
+#include "core/units.h"
 #include "parameters/catalogue.h"
 #include "parameters/labels.h"
 
@@ -138,6 +139,24 @@ private:
   void Geometry(const FilterFormFit& fit) {
     Number("slope", fit.slope);
     Number("intercept_um", fit.interceptUM);
+  }
+  void Geometry(const FixedRadiusFit& fit) {
+    Number("radius_um", fit.radiusUM);
+    Number("center_x_um", fit.centreXUM);
+    Number("center_y_um", fit.centreYUM);
+  }
+  void Geometry(const AsphereFit& fit) {
+    Number("radius_um", fit.RadiusMM() * kMicrometresPerMillimetre);
+    Number("apex_x_mm", fit.apexXMM);
+    Number("apex_z_um", fit.apexZUM);
+    Number("tilt_degrees", fit.TiltDegrees());
+    Number("curvature_per_mm", fit.curvaturePerMM);
+    Number("conic", fit.conic);
+  }
+  void Geometry(const FreeFormFit& fit) {
+    Number("shift_x_mm", fit.shiftXMM);
+    Number("shift_y_mm", fit.shiftYMM);
+    Number("theta_degrees", fit.thetaDegrees);
   }
 
   void RatioRows(const std::vector<RatioRowEntry>& rows) {

@@ -33,6 +33,19 @@ public:
   std::string operator()(const FilterFormFit& /*fit*/) const {
     return "Form: Spline Gaussian Filter (Cutoff: " + Length(settings_.FormFilterCutoffMM) + ")";
   }
+  std::string operator()(const FixedRadiusFit& fit) const {
+    return "Form: Fixed Radius   (Radius: " + Length(fit.radiusUM * kMillimetresPerMicrometre) + ")";
+  }
+  std::string operator()(const AsphereFit& fit) const {
+    return "Form: Asphere   (Radius: " + Length(fit.RadiusMM()) + "  Tilt: " + FixedText(fit.TiltDegrees(), 3) +
+           "\xB0)";
+  }
+  std::string operator()(const FreeFormFit& fit) const {
+    std::string text = fit.hasFixedStart ? "Free Form (Fixed Start" : "Free Form (dX: " + Length(fit.shiftXMM);
+    text += "  dY: " + Length(fit.shiftYMM);
+    if (fit.allowsTilt) text += "  Theta: " + FixedText(fit.thetaDegrees, 3) + "\xB0";
+    return text + ")";
+  }
 
 private:
   std::string Line(double slope, double interceptUM) const {

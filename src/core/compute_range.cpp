@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/shape_form_step.h"
 #include "core/units.h"
 #include "signal/form_arc.h"
 
@@ -68,26 +69,53 @@ double PreliminaryApex(const Document& document) {
   return arc ? arc->centreXUM : static_cast<double>(profiles.pointCount) * profiles.spacingUM * 0.5;
 }
 
-RangeOrMessage ClearApertureRange(Document& document) {
-  const ProfileSet& profiles = document.profiles;
-  const AnalysisSettings& settings = document.settings.analysis;
-  const double apexUM = PreliminaryApex(document);
-  const auto indexAt = [apexUM, &profiles](double offsetUM) {
-    return static_cast<std::int64_t>(RoundToIndex((apexUM + offsetUM) / profiles.spacingUM));
-  };
+/// The stretch of the clear aperture about an apex, without the middle zone.
+RangeOrMessage ApertureAbout(double apexUM, const ProfileSet& profiles, const AnalysisSettings& settings) {
+  const auto indexAt = [&](double offsetUM) { return RoundToIndex((apexUM + offsetUM) / profiles.spacingUM); };
   const double half = settings.AsphereClearApertureDiameterMM * 500.0;
-  const std::int64_t first = indexAt(-half);
-  const std::int64_t last = indexAt(half);
+  const std::int32_t first = indexAt(-half);
+  const std::int32_t last = indexAt(half);
   if (IsTooShort(first, last)) return kTooFew;
   const IndexRange range = ClampedRange(first, last, profiles.pointCount);
   if (IsTooShort(range.first, range.last)) return kTooFew;
-
-  const double halfDiscard = settings.AsphereClearApertureCentralDiscardMM * 500.0;
-  document.excludeFirst = static_cast<std::int32_t>(indexAt(-halfDiscard));
-  document.excludeLast = static_cast<std::int32_t>(indexAt(halfDiscard));
-  document.excludeSet = document.excludeLast > document.excludeFirst;
   ComputeRange resolved{range, {}};
-  if (document.excludeSet) resolved.exclusion = IndexRange::FromEnds(document.excludeFirst, document.excludeLast);
+  const double halfDiscard = settings.AsphereClearApertureCentralDiscardMM * 500.0;
+  const IndexRange discard = IndexRange::FromEnds(indexAt(-halfDiscard), indexAt(halfDiscard));
+  if (discard.last > discard.first) resolved.exclusion = discard;
+  return resolved;
+}
+
+/// Apex of the asphere over such a stretch, in um from the first sample of the record.
+std::optional<double> FittedApex(const Document& document, const ComputeRange& aperture, Prompts& prompts) {
+  const ProfileSet& profiles = document.profiles;
+  const AnalysisSettings& settings = document.settings.analysis;
+  const IndexRange& range = aperture.range;
+  const auto count = static_cast<std::size_t>(range.count);
+  FormInput input{.heights = std::span(profiles.raw).subspan(static_cast<std::size_t>(range.first), count),
+                  .spacingUM = profiles.spacingUM,
+                  .step = FormThinningStep(settings, range.count, profiles.spacingUM)};
+  if (aperture.exclusion) input.exclusion = aperture.exclusion->ShiftedBy(-range.first);
+  std::vector<double> form(count);
+  std::vector<double> residual(count);
+  const double firstUM = static_cast<double>(range.first) * profiles.spacingUM;
+  const auto fit = RemoveAsphere(input, settings, firstUM * kMillimetresPerMicrometre, prompts, {form, residual});
+  if (!fit) return std::nullopt;
+  return firstUM + fit->apexXMM * kMicrometresPerMillimetre;
+}
+
+RangeOrMessage ClearApertureRange(Document& document, Prompts& prompts) {
+  RangeOrMessage resolved = ApertureAbout(PreliminaryApex(document), document.profiles, document.settings.analysis);
+  if (const auto* aperture = std::get_if<ComputeRange>(&resolved)) {
+    if (const auto apexUM = FittedApex(document, *aperture, prompts)) {
+      resolved = ApertureAbout(*apexUM, document.profiles, document.settings.analysis);
+    }
+  }
+  if (const auto* aperture = std::get_if<ComputeRange>(&resolved)) {
+    document.excludeSet = aperture->exclusion.has_value();
+    const IndexRange discard = aperture->exclusion.value_or(IndexRange::FromEnds(-1, -1));
+    document.excludeFirst = discard.first;
+    document.excludeLast = discard.last;
+  }
   return resolved;
 }
 
@@ -114,10 +142,10 @@ void ApplyWholeCutoffs(Document& document) {
   document.regionLengthMM = cutoffs * settings.LcCutoffMM + 2.0 * discardMM;
 }
 
-RangeOrMessage ResolveComputeRange(Document& document) {
+RangeOrMessage ResolveComputeRange(Document& document, Prompts& prompts) {
   const AnalysisSettings& settings = document.settings.analysis;
   if (settings.FormRemovalType == kFormAsphere && settings.AsphereUseClearAperture) {
-    return ClearApertureRange(document);
+    return ClearApertureRange(document, prompts);
   }
   if (document.regionSet) return RegionRange(document);
   document.excludeSet = false;

@@ -7,6 +7,7 @@
 
 #include "core/document.h"
 #include "core/index_range.h"
+#include "core/prompts.h"
 
 namespace texturon {
 
@@ -27,8 +28,13 @@ using RangeOrMessage = std::variant<ComputeRange, std::string_view>;
 /// no region.
 void ApplyWholeCutoffs(Document& document);
 
-/// Resolves clear aperture, region or whole record into indices. The whole record forgets the document's exclusion.
-RangeOrMessage ResolveComputeRange(Document& document);
+/// Resolves clear aperture, region or whole record into indices. The whole record forgets the document's exclusion, the
+/// clear aperture sets it to its middle zone.
+///
+/// The clear aperture lies about the apex: first about the centre of the least-squares arc over the whole record (the
+/// middle of the record when that fails), then about the apex of an asphere that is fitted there; when that fit fails
+/// the first stands.
+RangeOrMessage ResolveComputeRange(Document& document, Prompts& prompts);
 
 /// Step between the points that a form fit uses, by the document's data reduction; 0 for all.
 std::int32_t FormThinningStep(const AnalysisSettings& settings, std::int32_t count, double spacingUM);

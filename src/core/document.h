@@ -12,7 +12,10 @@
 #include "parameters/height_curve.h"
 #include "parameters/ratio_rows.h"
 #include "signal/form_arc.h"
+#include "signal/form_asphere.h"
 #include "signal/form_filter.h"
+#include "signal/form_fixed_radius.h"
+#include "signal/form_free.h"
 #include "signal/form_line.h"
 #include "signal/form_mean.h"
 #include "signal/form_polynomial.h"
@@ -22,8 +25,10 @@ namespace texturon {
 /// `formApplied` when no form removal succeeded and the mean was taken out instead.
 inline constexpr std::int32_t kNoFormApplied = -99;
 
-/// The geometry that form removal took out, in the terms of the routine that did it.
-using FormGeometry = std::variant<MeanFit, LineFit, ArcFit, PolynomialFit, FilterFormFit>;
+/// The geometry that form removal took out, in the terms of the routine that did it. X positions count from the first
+/// point of the fit, those of an asphere's apex and of a free form's shift from the first sample of the record.
+using FormGeometry =
+    std::variant<MeanFit, LineFit, ArcFit, PolynomialFit, FilterFormFit, FixedRadiusFit, AsphereFit, FreeFormFit>;
 
 /// Heights of a profile from the highest to the lowest; point i has the material ratio i x 100 / n percent.
 struct HeightCurve {

@@ -2,6 +2,10 @@
 
 #include <algorithm>
 
+#include "core/nominal_settings.h"
+#include "core/shape_form_step.h"
+#include "core/units.h"
+
 namespace texturon {
 namespace {
 
@@ -25,7 +29,36 @@ bool Apply(Document& document, const FormInput& input, const FormOutput& output,
   return true;
 }
 
-bool ApplyRequestedForm(Document& document, const FormInput& input, const FormOutput& output) {
+/// Takes the wait cursor down while a fit shows its own progress.
+class WithoutWaitCursor {
+public:
+  WithoutWaitCursor(Prompts& prompts, bool isQuiet) : prompts_(isQuiet ? nullptr : &prompts) {
+    if (prompts_ != nullptr) prompts_->SetBusy(false);
+  }
+  ~WithoutWaitCursor() {
+    if (prompts_ != nullptr) prompts_->SetBusy(true);
+  }
+  WithoutWaitCursor(const WithoutWaitCursor&) = delete;
+  WithoutWaitCursor& operator=(const WithoutWaitCursor&) = delete;
+
+private:
+  Prompts* prompts_;
+};
+
+std::optional<AsphereFit> AsphereInRecord(const Document& document, const FormInput& input, double firstMM,
+                                          Prompts& prompts, const FormOutput& output) {
+  const AnalysisSettings& settings = document.settings.analysis;
+  if (HasUnusedConstant(settings)) {
+    prompts.Notice("The aspheric coefficient A0 is not used: the height of the vertex carries it.");
+  }
+  const WithoutWaitCursor arrow(prompts, document.quietMode);
+  auto fit = RemoveAsphere(input, settings, firstMM, prompts, output);
+  if (fit) fit->apexXMM += firstMM;
+  return fit;
+}
+
+bool ApplyRequestedForm(Document& document, const FormInput& input, double firstMM, Prompts& prompts,
+                        const FormOutput& output) {
   const AnalysisSettings& settings = document.settings.analysis;
   switch (settings.FormRemovalType) {
     case kFormLine:
@@ -40,6 +73,20 @@ bool ApplyRequestedForm(Document& document, const FormInput& input, const FormOu
       return Apply(document, input, output, [cutoffMM = settings.FormFilterCutoffMM](const auto& in, const auto& out) {
         return RemoveFormByFilter(in, cutoffMM, out);
       });
+    case kFormFixedRadius:
+      return Apply(document, input, output, [&](const auto& in, const auto& out) {
+        return RemoveFixedRadius(in, settings, document.quietMode, prompts, out);
+      });
+    case kFormAsphere:
+      return Apply(document, input, output, [&](const auto& in, const auto& out) {
+        return AsphereInRecord(document, in, firstMM, prompts, out);
+      });
+    case kFormFree:
+      return Apply(document, input, output, [&](const auto& in, const auto& out) {
+        auto fit = RemoveFreeForm(in, settings, prompts, out);
+        if (fit) fit->shiftXMM += firstMM;
+        return fit;
+      });
     default:
       return false;
   }
@@ -47,7 +94,7 @@ bool ApplyRequestedForm(Document& document, const FormInput& input, const FormOu
 
 }  // namespace
 
-void RemoveForm(Document& document, const ComputeRange& compute) {
+void RemoveForm(Document& document, const ComputeRange& compute, Prompts& prompts) {
   ProfileSet& profiles = document.profiles;
   AnalysisResults& results = document.results;
   const AnalysisSettings& settings = document.settings.analysis;
@@ -67,7 +114,8 @@ void RemoveForm(Document& document, const ComputeRange& compute) {
   results.formRequested = settings.FormRemovalType;
   results.formApplied = kNoFormApplied;
   profiles.residualSpacingUM = profiles.spacingUM;
-  if (ApplyRequestedForm(document, input, output)) {
+  const double firstMM = static_cast<double>(fitted.first) * profiles.spacingUM * kMillimetresPerMicrometre;
+  if (ApplyRequestedForm(document, input, firstMM, prompts, output)) {
     results.formApplied = settings.FormRemovalType;
   } else {
     Apply(document, input, output, RemoveMean);

@@ -124,7 +124,7 @@ void ComputeRatioRows(Document& document) {
 ComputeOutcome Compute(Document& document, Prompts& prompts, const Environment& environment) {
   if (document.profiles.IsEmpty()) return ComputeOutcome::kNoProfile;
   ApplyWholeCutoffs(document);
-  const RangeOrMessage resolved = ResolveComputeRange(document);
+  const RangeOrMessage resolved = ResolveComputeRange(document, prompts);
   if (const auto* message = std::get_if<std::string_view>(&resolved)) {
     prompts.ShowMessage(*message);
     return ComputeOutcome::kRefused;
@@ -135,7 +135,7 @@ ComputeOutcome Compute(Document& document, Prompts& prompts, const Environment& 
   document.profiles.computeRange = compute.range;
   {
     const BusyScope busy(prompts, document.quietMode);
-    RemoveForm(document, compute);
+    RemoveForm(document, compute, prompts);
   }
   if (!FilterStep(document, prompts)) return ComputeOutcome::kEmptyPrimary;
   ComputeSpectrum(document);

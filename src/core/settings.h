@@ -38,6 +38,14 @@ enum FilterKind : std::int32_t {
 /// Any number above 2 takes the user's length, a negative one discards nothing.
 enum EndDiscard : std::int32_t { kDiscardNone = 0, kDiscardHalfCutoff = 1, kDiscardCutoff = 2, kDiscardUserLength = 3 };
 
+/// `AsphereXPositionMethod`: where the vertex is held with AsphereXFixed, and without it where the search also starts.
+enum ApexPosition : std::int32_t {
+  kApexAtStart = 0,       // AsphereXStartMM where it is held, the middle of the data where it is not
+  kApexAtVertexSide = 1,  // the profile's peak for a negative curvature, its valley for any other
+  kApexAtPeak = 2,
+  kApexAtValley = 3,
+};
+
 /// For `RadiusMethod` and `ConicMethod`.
 enum AsphereTerm : std::int32_t { kTermFitted = 0, kTermHeld = 1 };
 

@@ -84,15 +84,6 @@ std::optional<Circle> FindCircle(const FitPoints& points, const Frame& frame) {
   return circle;
 }
 
-// Mean distance from point to point.
-double MeanStep(std::span<const double> heights, double spacing) {
-  const auto [path] = LaneSums(heights.size() - 1, [&](std::size_t i) {
-    const double rise = heights[i + 1] - heights[i];
-    return std::array{std::sqrt(spacing * spacing + rise * rise)};
-  });
-  return path / static_cast<double>(heights.size() - 1);
-}
-
 }  // namespace
 
 std::optional<ArcFit> FitArc(const FormInput& input, FormOutput output) {
@@ -124,7 +115,7 @@ std::optional<ArcFit> FitArc(const FormInput& input, FormOutput output) {
     }
   }
   const double centreIndex = frame.line.origin + frame.line.meanIndex;
-  const double spacing = perpendicular ? MeanStep(heights, input.spacingUM) : input.spacingUM;
+  const double spacing = perpendicular ? MeanPathStep(heights, input.spacingUM) : input.spacingUM;
   const ArcFit fit{circle.radius, circle.A + centreIndex * input.spacingUM, circle.B + frame.line.Height(centreIndex),
                    spacing};
   if (!std::isfinite(fit.centreXUM) || !std::isfinite(fit.centreYUM) || !std::isfinite(spacing)) return {};

@@ -1,6 +1,11 @@
 #include "signal/form_input.h"
 
 #include <algorithm>
+#include <array>
+#include <cmath>
+
+#include "core/units.h"
+#include "signal/lane_sums.h"
 
 namespace texturon {
 
@@ -31,6 +36,26 @@ void FitPoints::Add(const FormInput& input, std::size_t first, std::size_t end, 
   }
   runs_.push_back(run);
   count_ += count;
+}
+
+double MeanPathStep(std::span<const double> heights, double spacingUM) {
+  const auto [path] = LaneSums(heights.size() - 1, [&](std::size_t i) {
+    const double rise = heights[i + 1] - heights[i];
+    return std::array{std::sqrt(spacingUM * spacingUM + rise * rise)};
+  });
+  return path / static_cast<double>(heights.size() - 1);
+}
+
+FitPointsMM::FitPointsMM(const FormInput& input) {
+  const FitPoints points(input);
+  x.reserve(points.Count());
+  z.reserve(points.Count());
+  for (const FitRun& run : points.Runs()) {
+    for (std::size_t j = 0; j < run.heights.size(); ++j) {
+      x.push_back(run.Index(j) * input.spacingUM * kMillimetresPerMicrometre);
+      z.push_back(run.heights[j] * kMillimetresPerMicrometre);
+    }
+  }
 }
 
 }  // namespace texturon

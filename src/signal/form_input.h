@@ -69,4 +69,15 @@ private:
   std::size_t count_ = 0;
 };
 
+/// Mean distance from point to point along the profile, in um: the spacing of residuals that are taken perpendicular to
+/// a curve. At least two heights.
+double MeanPathStep(std::span<const double> heights, double spacingUM);
+
+/// Fit points in millimetres, X from the first height handed in.
+struct FitPointsMM {
+  explicit FitPointsMM(const FormInput& input);
+
+  std::vector<double> x, z;
+};
+
 }  // namespace texturon

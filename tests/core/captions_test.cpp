@@ -26,6 +26,17 @@ TEST(Captions, NameTheGeometryInTheUnitsInForce) {
       {PolynomialFit{.coefficients = {1, 2, 3, 4}}, "Form: Polynomial   (Order: 3)", "Form: Polynomial   (Order: 3)"},
       {FilterFormFit{}, "Form: Spline Gaussian Filter (Cutoff: 8.000 mm)",
        "Form: Spline Gaussian Filter (Cutoff: 0.315 in)"},
+      {FixedRadiusFit{.radiusUM = -25'400.0}, "Form: Fixed Radius   (Radius: -25.400 mm)",
+       "Form: Fixed Radius   (Radius: -1.000 in)"},
+      {AsphereFit{.slope = 1.0, .curvaturePerMM = -0.02}, "Form: Asphere   (Radius: -50.000 mm  Tilt: 45.000\xB0)",
+       "Form: Asphere   (Radius: -1.969 in  Tilt: 45.000\xB0)"},
+      {AsphereFit{.curvaturePerMM = 1e-101}, "Form: Asphere   (Radius: 0.000 mm  Tilt: 0.000\xB0)",
+       "Form: Asphere   (Radius: 0.000 in  Tilt: 0.000\xB0)"},
+      {FreeFormFit{.shiftXMM = 2.54, .shiftYMM = -0.5, .thetaDegrees = 1.25},
+       "Free Form (dX: 2.540 mm  dY: -0.500 mm  Theta: 1.250\xB0)",
+       "Free Form (dX: 0.100 in  dY: -0.020 in  Theta: 1.250\xB0)"},
+      {FreeFormFit{.shiftYMM = 25.4, .hasFixedStart = true, .allowsTilt = false},
+       "Free Form (Fixed Start  dY: 25.400 mm)", "Free Form (Fixed Start  dY: 1.000 in)"},
   };
   for (const Case& c : cases) {
     document.results.formGeometry = c.geometry;

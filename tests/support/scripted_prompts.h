@@ -18,7 +18,9 @@ public:
   std::vector<std::string> presets;
   std::vector<std::string> progressTitles;
   std::optional<std::string> textAnswer;  ///< empty: cancelled
+  std::vector<std::string> progressTexts;
   bool yes = false;
+  bool closesProgress = false;  ///< every progress window is closed at its first percentage
   int busyChanges = 0;
 
   void ShowMessage(std::string_view text) override { messages.emplace_back(text); }
@@ -38,9 +40,17 @@ public:
   }
   std::unique_ptr<Progress> OpenProgress(std::string_view caption, std::string_view text) override {
     progressTitles.emplace_back(caption);
+    progressTexts.emplace_back(text);
+    if (closesProgress) return std::make_unique<ClosedProgress>();
     return SilentPrompts().OpenProgress(caption, text);
   }
   void SetBusy(bool /*busy*/) override { ++busyChanges; }
+
+private:
+  class ClosedProgress : public Progress {
+  public:
+    bool Advance(int /*percent*/) override { return false; }
+  };
 };
 
 }  // namespace texturon
