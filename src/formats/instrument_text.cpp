@@ -130,7 +130,7 @@ ReadResult ReadSectionText(const ReaderInput& input, ImportedProfile& profile) {
     if (!height || !unitUM) return RefuseAtLine(input, lines.LineNumber(), "Not a height.");
     if (!Append(*height * *unitUM, profile)) return RefuseAtLine(input, lines.LineNumber(), kTooMany);
   }
-  if (!hasData) return ReadResult::Refused("the file holds results only, no profile (there is no section CalcData)");
+  if (!hasData) return RefuseAtLine(input, lines.LineNumber(), "The file holds results only, no profile (CalcData).");
   if (profile.heightsUM.empty()) return RefuseAtLine(input, lines.LineNumber(), "Unexpected end of file.");
   profile.spacingSource = "condition Pitch";
   if (profile.spacingUM <= 0.0 && !AskSpacing(input, 1.0, profile))

@@ -81,9 +81,8 @@ void ReadConditions(std::string_view text, ImportedProfile& profile) {
 
 void CheckSum(std::string_view bytes, const Records& records, ImportedProfile& profile) {
   if (records.texts.size() < 4 || records.summed == 0) return;
-  const auto stated = NumberField(SplitAtAny(records.texts[3], std::string_view("\0\x1A \t\r\n", 6)).empty()
-                                      ? std::string_view{}
-                                      : SplitAtAny(records.texts[3], std::string_view("\0\x1A \t\r\n", 6)).front());
+  const auto fields = SplitAtAny(records.texts[3], kSeparators);
+  const auto stated = NumberField(fields.empty() ? std::string_view{} : fields.front());
   const std::string_view summed = bytes.substr(0, records.summed);
   const std::uint64_t sum = std::accumulate(summed.begin(), summed.end(), std::uint64_t{0},
                                             [](std::uint64_t s, char c) { return s + static_cast<unsigned char>(c); });
@@ -98,7 +97,9 @@ std::string_view ReadNumbers(std::string_view text, std::size_t wanted, std::vec
   numbers.reserve(wanted);
   LineCursor lines(text);
   while (const auto line = lines.Next()) {
-    for (const std::string_view field : SplitAtAny(*line, kSeparators)) {
+    const auto fields = SplitAtAny(*line, kSeparators);
+    if (fields.size() == kMostFields) return "There are too many numbers on one line.";
+    for (const std::string_view field : fields) {
       const auto number = NumberField(field);
       if (!number) return "Not a number.";
       if (numbers.size() == wanted) return "There are more numbers than the file says.";

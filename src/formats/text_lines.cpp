@@ -46,7 +46,7 @@ std::optional<std::string_view> LineCursor::Next() {
 
 std::vector<std::string_view> SplitAtAny(std::string_view line, std::string_view separators) {
   std::vector<std::string_view> fields;
-  while (true) {
+  while (fields.size() < kMostFields) {
     const std::size_t start = line.find_first_not_of(separators);
     if (start == std::string_view::npos) return fields;
     line.remove_prefix(start);
@@ -54,16 +54,18 @@ std::vector<std::string_view> SplitAtAny(std::string_view line, std::string_view
     fields.push_back(line.substr(0, length));
     line.remove_prefix(length);
   }
+  return fields;
 }
 
 std::vector<std::string_view> SplitAtEach(std::string_view line, char separator) {
   std::vector<std::string_view> fields;
-  while (true) {
+  while (fields.size() < kMostFields) {
     const std::size_t end = line.find(separator);
     fields.push_back(line.substr(0, end));
     if (end == std::string_view::npos) return fields;
     line.remove_prefix(end + 1);
   }
+  return fields;
 }
 
 std::optional<double> NumberField(std::string_view field, bool decimalComma) {

@@ -27,6 +27,10 @@ private:
   std::size_t lineNumber_ = 0;
 };
 
+/// Most fields that a line is split into; what follows them is left out, so that no line takes more memory than it is
+/// worth.
+inline constexpr std::size_t kMostFields = 64;
+
 /// Fields between any of `separators`; a run of them is one, those at the ends separate nothing.
 std::vector<std::string_view> SplitAtAny(std::string_view line, std::string_view separators);
 

@@ -1,5 +1,6 @@
 // The four formats that are written, and what is told of reading three of them.
 
+#include <cstdlib>
 #include <gtest/gtest.h>
 #include <random>
 #include <stdexcept>
@@ -349,6 +350,35 @@ TEST(OtherLayouts, SayWhatTheyAssumedAndRefuse) {
   std::string wide = "\xFF\xFE";
   for (const char c : std::string("mm;\xB5m\r\n0,1;1\r\n0,2;2\r\n0,3;4\r\n")) wide += {c, '\0'};
   EXPECT_EQ(load("e.txt", wide).attempts.back().reader, "text with a unit pair");
+}
+
+/// Files of real instruments, where they are at hand.
+TEST(MeasuredFiles, AreReadWithTheirPointsSpacingAndHeights) {
+  const char* folder = std::getenv("TEXTURON_MEASURED");
+  if (folder == nullptr) GTEST_SKIP() << "TEXTURON_MEASURED is not set";
+  struct Case {
+    const char* file;
+    std::size_t points;
+    double spacingUM;
+    double firstUM;
+  };
+  const Case cases[] = {
+      {"tx1/3.tx1", 28087, 10'000.0 / 28086.0, 10.672}, {"sdf/sdf-1.sdf", 7, 1.0, 1.0},
+      {"hfm/hfm-1.hfm", 9600, 0.5, 106'606.853},        {"kla/MoNbTaWV_2D_karkea.txt", 3696, 1.0, -5.56922},
+      {"xy/3000rpm_3.txt", 1286, 1.0, -0.087596},       {"xy/SPH1.csv", 1995, 24.892, 280.416006},
+      {"xy/SPH_1.DAT", 1995, 24.892, 280.416006},       {"xy/csv-2.csv", 8, 1.0 / 12.0, -1.4274328574349},
+      {"xy/xy-4.txt", 10'001, 0.0995613, 0.003581},     {"xy/dabam-010.dat", 435, 1020.0, 0.00558},
+  };
+  for (const Case& c : cases) {
+    SilentPrompts prompts;
+    const ImportOutcome outcome = LoadProfileFile(std::filesystem::path(folder) / c.file, {}, prompts);
+    ASSERT_TRUE(outcome.loaded) << c.file << " " << outcome.reason;
+    EXPECT_EQ(outcome.profile.heightsUM.size(), c.points) << c.file;
+    EXPECT_TRUE(Near(outcome.profile.spacingUM, c.spacingUM, 1e-8)) << c.file;
+    EXPECT_TRUE(Near(outcome.profile.heightsUM.front(), c.firstUM, 1e-9)) << c.file;
+  }
+  SilentPrompts prompts;
+  EXPECT_FALSE(LoadProfileFile(std::filesystem::path(folder) / "digitalsurf/test_profile.pro", {}, prompts).loaded);
 }
 
 }  // namespace
