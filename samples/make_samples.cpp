@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "core/number_text.h"
 #include "core/platform.h"
 #include "formats/native_format.h"
 
@@ -104,6 +105,55 @@ std::vector<double> Arc(double spacingUM) {
   return z;
 }
 
+/// An aspheric lens face: R = -40 mm, k = -0.8, A4 and A6 as in asphere.ini; apex at 5.7 mm of 12, axis leaning by half
+/// a degree, diamond-turned waviness of 1 mm and fine grain.
+std::vector<double> Asphere(double spacingUM) {
+  constexpr double kCurvature = -0.025;
+  constexpr double kConicFactor = 0.2;
+  Noise noise(5);
+  std::vector<double> z = Grain(noise, 12'001, 4.0, 0.02);
+  for (std::size_t i = 0; i < z.size(); ++i) {
+    const double u = static_cast<double>(i) * spacingUM * 0.001 - 5.7;
+    const double square = u * u;
+    const double conic = kCurvature * square / (1.0 + std::sqrt(1.0 - kConicFactor * kCurvature * kCurvature * square));
+    const double sag = conic + 2e-4 * square * square - 1e-6 * square * square * square;
+    z[i] += 1000.0 * (sag + 0.0087 * u) + 0.05 * std::sin(2.0 * kPi * u);
+  }
+  return z;
+}
+
+/// The nominal of freeform.ini, um over mm: a cam's flank.
+double Flank(double xMM) {
+  return 120.0 * std::tanh(0.8 * (xMM - 5.0)) - 3.0 * (xMM - 4.0) * (xMM - 4.0);
+}
+
+/// The flank as measured: from 1.25 mm of the nominal on, 40 um higher, with grain and chatter.
+std::vector<double> MeasuredFlank(double spacingUM) {
+  Noise noise(6);
+  std::vector<double> z = Grain(noise, 8001, 5.0, 0.15);
+  for (std::size_t i = 0; i < z.size(); ++i) {
+    const double x = static_cast<double>(i) * spacingUM * 0.001;
+    z[i] += Flank(x + 1.25) + 40.0 + 0.2 * std::sin(2.0 * kPi * x / 0.6);
+  }
+  return z;
+}
+
+std::string FreeFormSettings() {
+  constexpr int kPoints = 251;
+  std::string text =
+      "; Settings with a stored nominal shape: every 40 um of a cam's flank, fitted with shift and tilt.\n"
+      "[TEXTURON]\nIniVersion=2.00\n\n[ANALYSIS]\nFormRemovalType=7\nResidualType=1\n\n"
+      "[FREE_FORM]\nFreeFormPoints=" +
+      texturon::IntegerText(kPoints) + "\n";
+  for (int i = 0; i < kPoints; ++i) {
+    const std::string number = texturon::IntegerText(2 * i, 6, '0');
+    const double xMM = 0.04 * i;
+    text += "X" + number + "(mm)=" + texturon::FixedText(xMM, 6) + "\n";
+    text += "Z" + number + "(um)=" + texturon::FixedText(Flank(xMM), 6) + "\n";
+  }
+  return text;
+}
+
 struct Sample {
   std::string name;
   std::string identification;
@@ -128,6 +178,14 @@ int main(int argc, char** argv) {
       {"turned.lmt", "Turned, generated", 0.5, Turned(0.5)},
       {"honed.lmt", "Plateau-honed, generated", 0.7, Honed()},
       {"arc.lmt", "Arc of 12 mm, generated", 0.5, Arc(0.5)},
+      {"asphere.lmt", "Asphere, generated", 1.0, Asphere(1.0)},
+      {"freeform.lmt", "Cam flank, generated", 1.0, MeasuredFlank(1.0)},
+  };
+  const auto write = [&folder](const std::string& name, const std::string& text) {
+    const auto path = folder / name;
+    const auto written = texturon::ReplaceFile(path, text);
+    if (!written.ok()) std::cerr << texturon::FileSentence(path, written.reason) << "\n";
+    return written.ok();
   };
   for (const Sample& sample : samples) {
     const std::string text = texturon::NativeProfileText(sample.heights, sample.spacingUM, sample.identification, date);
@@ -136,6 +194,7 @@ int main(int argc, char** argv) {
     if (written.ok()) continue;
     std::cerr << texturon::FileSentence(path, written.reason) << "\n";
     return 1;
+    if (!write(sample.name, text)) return 1;
   }
-  return 0;
+  return write("freeform.ini", FreeFormSettings()) ? 0 : 1;
 }

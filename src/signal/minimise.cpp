@@ -170,12 +170,16 @@ MinimiseResult Minimise(const MeritFunction& merit, std::span<double> point, std
     const int percent = PercentConverged(before, result.merit);
     const bool closed = percent != shown && progress != nullptr && !progress->Advance(percent);
     shown = percent;
+    if (closed) {
+      result.stop = MinimiseStop::kCancelled;
+      return result;
+    }
     if (2.0 * std::abs(before - result.merit) <= tolerance * (std::abs(before) + std::abs(result.merit))) {
       result.stop = MinimiseStop::kConverged;
       return result;
     }
-    if (closed || result.iterations >= kMinimiseIterationLimit) {
-      result.stop = closed ? MinimiseStop::kCancelled : MinimiseStop::kIterationLimit;
+    if (result.iterations >= kMinimiseIterationLimit) {
+      result.stop = MinimiseStop::kIterationLimit;
       return result;
     }
     std::vector<double> extrapolated(n), average(n);

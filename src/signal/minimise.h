@@ -58,7 +58,7 @@ struct MinimiseResult {
 /// `tolerance` x (|before| + |after|) / 2.
 ///
 /// `progress` may be null; it is given trunc(100 - 200 |before - after| / (|before| + |after|)) percent, 0 to 100, when
-/// that changed, and ends the search by answering no.
+/// that changed, and ends the search by answering no, also where that pass would have been the last.
 ///
 /// Where two parameters nearly cancel each other the merit falls so slowly that the tolerance is met far from the
 /// minimum: a fit that needs every digit has to go on from here.

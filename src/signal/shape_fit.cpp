@@ -17,6 +17,7 @@ constexpr double kTolerance = 1e-6;
 constexpr double kFirstStep = 0.1;  // mm, slope, conic factor; of the curvature this part
 constexpr std::size_t kOrigins = 121;
 constexpr std::size_t kMostMinima = 5;
+constexpr std::size_t kEvenlySpaced = 12;  // every so many-th origin is tried, whatever its merit
 constexpr double kTurns[] = {-0.35, -0.2, -0.1, -0.03, 0.03, 0.1, 0.2, 0.35};  // rad
 constexpr int kTryingSteps = 40;
 constexpr int kSettlingSteps = 200;
@@ -87,9 +88,12 @@ public:
       : problem_(points, shape, options), options_(options) {}
 
   P Run() {
-    std::vector<Candidate> starts = LocalMinima(Scan(false));
-    if (options_.free.tilt) {
-      for (const Candidate& candidate : LocalMinima(Scan(true))) starts.push_back(candidate);
+    std::vector<Candidate> starts;
+    for (const bool withSlope : {false, true}) {
+      if (withSlope && !options_.free.tilt) break;
+      const std::vector<Candidate> scan = Scan(withSlope);
+      for (const Candidate& candidate : LocalMinima(scan)) starts.push_back(candidate);
+      for (std::size_t i = 0; i < scan.size(); i += kEvenlySpaced) starts.push_back(scan[i]);
     }
     Candidate given{At(options_.start.xMM), 0.0};
     problem_.Level(given.parameters, false);

@@ -86,6 +86,34 @@ TEST(CommandLine, TakesSettingsFromFileThenAssignments) {
   EXPECT_EQ(analysis["ranges"]["evaluation"][0], 800);
 }
 
+TEST(CommandLine, ReportsThePlaceOfAsphereFreeFormAndFixedRadius) {
+  const auto form = [](std::vector<std::string> options) {
+    options.insert(options.begin(), {"analyze", "--json", "--no-trace"});
+    const Outcome run = Texturon(options);
+    EXPECT_EQ(run.status, 0) << run.error;
+    return json::parse(run.out)["form"];
+  };
+  const json asphere = form({"--settings", Sample("asphere.ini"), Sample("asphere.lmt")});
+  EXPECT_EQ(asphere["applied"], 6);
+  EXPECT_TRUE(Near(asphere["apex_x_mm"].get<double>(), 5.7, 1e-3));  // waviness of 0.05 um moves it by 1 um
+  EXPECT_TRUE(Near(asphere["tilt_degrees"].get<double>(), 0.4985, 2e-3));
+  EXPECT_EQ(asphere["curvature_per_mm"], -0.025);
+  EXPECT_TRUE(Near(asphere["radius_um"].get<double>(), -40'000.0, 1e-12));
+  EXPECT_TRUE(Near(asphere["conic"].get<double>(), -0.8, 1e-12));
+  EXPECT_TRUE(asphere.contains("apex_z_um"));
+  const json free = form({"--settings", Sample("freeform.ini"), Sample("freeform.lmt")});
+  EXPECT_EQ(free["applied"], 7);
+  EXPECT_TRUE(Near(free["shift_x_mm"].get<double>(), -1.25, 1e-3));
+  EXPECT_TRUE(Near(free["shift_y_mm"].get<double>(), 0.04, 1e-3));
+  EXPECT_TRUE(Near(free["theta_degrees"].get<double>(), 0.0, 1e-3));
+  const json arc =
+      form({"--set", "ANALYSIS.FormRemovalType=3", "--set", "ANALYSIS.FixedRadiusMM=-12", Sample("arc.lmt")});
+  EXPECT_EQ(arc["applied"], 3);
+  EXPECT_EQ(arc["radius_um"], -12'000.0);
+  EXPECT_TRUE(Near(arc["center_x_um"].get<double>(), 2300.0, 1e-3));
+  EXPECT_TRUE(Near(arc["center_y_um"].get<double>(), -12'000.0, 1e-5));
+}
+
 TEST(CommandLine, CarriesWhatASettingsFileCannot) {
   const auto analyse = [](std::vector<std::string> options) {
     options.insert(options.begin(), {"analyze", "--json", "--no-trace", Sample("ground.lmt")});

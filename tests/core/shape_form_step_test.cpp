@@ -166,9 +166,9 @@ TEST_F(ShapeForm, BecomesTheMeanWhenCancelled) {
     Settings().freeFormPoints.clear();
     for (int i = 0; i <= 30; ++i) Settings().freeFormPoints.push_back({0.2 * i, 20.0 * std::sin(2.0 * i)});
     ASSERT_EQ(Run(), ComputeOutcome::kDone);
-    // A search that ends with its first pass has nothing left to cancel.
-    const bool isMean = std::holds_alternative<MeanFit>(document_.results.formGeometry);
-    EXPECT_EQ(isMean, document_.results.formApplied == kNoFormApplied) << type;
+    EXPECT_EQ(document_.results.formApplied, kNoFormApplied) << type;
+    EXPECT_TRUE(std::holds_alternative<MeanFit>(document_.results.formGeometry)) << type;
+    EXPECT_TRUE(prompts_.messages.empty()) << type;
     EXPECT_EQ(OptimizationText().substr(0, 10), "Optimizing") << type;
   }
   Settings().FormRemovalType = kFormFixedRadius;
