@@ -9,7 +9,6 @@
 #include "core/profile_set.h"
 #include "core/text.h"
 #include "formats/even_spacing.h"
-#include "formats/native_format.h"
 #include "formats/reader_questions.h"
 #include "formats/text_lines.h"
 
@@ -78,10 +77,18 @@ std::optional<double> UnitOf(std::string_view cell) {
   return MicrometresPerUnit(cell.substr(cell.find_last_of(" \t/") + 1));
 }
 
+/// Whether a heading's cell is a unit and nothing else: mm, [mm], "mm".
+bool IsUnit(std::string_view cell) {
+  const std::size_t first = cell.find_first_not_of(" \t\"([");
+  if (first == std::string_view::npos) return false;
+  return MicrometresPerUnit(cell.substr(first, cell.find_last_not_of(" \t\")]") - first + 1)).has_value();
+}
+
 struct Table {
   Manner manner;
   std::vector<std::string> names;              ///< of the columns, as far as the heading tells
   std::vector<std::optional<double>> unitsUM;  ///< likewise
+  bool hasUnitLine = false;                    ///< a line of the heading is units and nothing else
   std::vector<std::vector<double>> columns;
   double lastDigit = 0.0;  ///< of the first column
   std::size_t line = 0;
@@ -104,6 +111,8 @@ void TakeHeading(const std::vector<std::string_view>& heading, Table& table) {
       if (cells.size() == table.manner.columns) break;
     }
     if (cells.size() > table.manner.columns) continue;
+    table.hasUnitLine =
+        table.hasUnitLine || (cells.size() == table.manner.columns && std::all_of(cells.begin(), cells.end(), IsUnit));
     for (std::size_t i = 0; i < cells.size(); ++i) {
       if (table.names[i].empty()) table.names[i] = LowerAscii(cells[i]);
       if (const auto unit = UnitOf(cells[i])) table.unitsUM[i] = unit;
@@ -201,7 +210,7 @@ ReadResult Finish(const ReaderInput& input, Table& table, ImportedProfile& profi
   if (isIndexed && table.columns.size() > 2) DropFirstColumn(table);
   const bool hasPositions = table.columns.size() > 1 && !(isIndexed && CountsUp(table.columns[0]) && !table.unitsUM[0]);
   if (!hasPositions) return FinishWithoutPositions(input, table, table.columns.size() - 1, profile);
-  const std::size_t column = AskHeightColumn(input, table.columns.size() - 1);
+  const std::size_t column = AskHeightColumn(input, table.columns.size() - 1, profile);
   double xUnit = 1.0;
   double zUnit = 1.0;
   SettleUnits(table, column, xUnit, zUnit, profile);
@@ -226,8 +235,7 @@ ReadResult ReadUnitPairText(const ReaderInput& input, ImportedProfile& profile) 
   Table table;
   std::string wrong = ReadTable(input.bytes, 2, table);
   if (!wrong.empty()) return Unusable(std::move(wrong));
-  if (table.manner.columns != 2 || !table.unitsUM[0] || !table.unitsUM[1])
-    return Unusable("the heading is no unit pair");
+  if (table.manner.columns != 2 || !table.hasUnitLine) return Unusable("the heading is no unit pair");
   return Finish(input, table, profile);
 }
 
@@ -238,8 +246,11 @@ ReadResult ReadGenericText(const ReaderInput& input, ImportedProfile& profile) {
   return Finish(input, table, profile);
 }
 
-ReadResult ReadCommaSeparated(const ReaderInput& input, ImportedProfile& profile) {
-  if (StartsWithIgnoringCase(input.bytes, "Lumetrace_Data")) return ReadNativeProfile(input, profile);
+ReadResult ReadDistanceTable(const ReaderInput& input, ImportedProfile& profile) {
+  constexpr std::size_t kHeaderSize = 65'536;
+  if (input.bytes.substr(0, kHeaderSize).find("Distance(um)") == std::string_view::npos) {
+    return Unusable("the heading does not name \"Distance(um)\"");
+  }
   return ReadGenericText(input, profile);
 }
 

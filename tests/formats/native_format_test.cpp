@@ -6,39 +6,18 @@
 #include <vector>
 
 #include "formats/import.h"
+#include "formats/reading.h"
 #include "support/near.h"
 #include "support/scratch_folder.h"
-#include "support/scripted_prompts.h"
 
 namespace texturon {
 namespace {
 
-std::tm SavedAt() {
-  std::tm time{};
-  time.tm_year = 115;
-  time.tm_mon = 2;
-  time.tm_mday = 4;
-  time.tm_hour = 9;
-  time.tm_min = 5;
-  time.tm_sec = 7;
-  return time;
-}
-
 const std::string kHeader =
     "Lumetrace_Data 1.0\r\nIDENTIFICATION: Shaft 12\r\nDATE: 04 Mar 2015 - 09:05:07\r\nSPACING_UM: 0.500000\r\n";
 
-struct Reading {
-  ReadResult result;
-  ImportedProfile profile;
-  ScriptedPrompts prompts;
-};
-
 Reading Read(const std::string& bytes) {
-  Reading reading;
-  const std::filesystem::path path = "x.lmt";
-  const ImportOptions options;
-  reading.result = ReadNativeProfile({path, bytes, options, reading.prompts}, reading.profile);
-  return reading;
+  return Read(ReadNativeProfile, bytes);
 }
 
 TEST(NativeFormat, WritesExactlyTheseBytes) {
@@ -76,6 +55,10 @@ TEST(NativeFormat, TakesLooseFiles) {
   const Case cases[] = {
       {"any case, LF, no last line end", lf + "profile_um:\n1 2\t\n\n3", {1, 2, 3}},
       {"more heights than points", kHeader + "NUMBER_OF_POINTS: 2\r\nPROFILE_UM:\r\n1\r\n2\r\n3\r\n", {1, 2}},
+      {"CR",
+       "Lumetrace_Data 1.0\rIDENTIFICATION: Shaft 12\rDATE: x\rSPACING_UM: 0.5\rNUMBER_OF_POINTS: "
+       "2\rPROFILE_UM:\r1\r2\r",
+       {1, 2}},
       {"exponents, plus signs", kHeader + "NUMBER_OF_POINTS: 3\r\nPROFILE_UM:\r\n1e1 +2 -.5\r\n", {10, 2, -0.5}},
       {"a token that is no number",
        kHeader + "NUMBER_OF_POINTS: 4\r\nPROFILE_UM:\r\n1\r\nabc\r\n3\r\n4\r\n",
@@ -172,6 +155,7 @@ TEST_F(NativeTable, AsksForTheColumnAndClampsTheAnswer) {
     EXPECT_EQ(outcome.profile.heightsUM[2], c.third) << c.answer.value_or("cancelled");
     EXPECT_EQ(prompts_.questions, std::vector<std::string>{"Enter the column number (1:3):"});
     EXPECT_EQ(prompts_.presets, std::vector<std::string>{"2"});
+    EXPECT_EQ(outcome.profile.column, c.third == -3.0 ? 2 : c.third == 1.0 ? 3 : 1) << "remembered for the next file";
     if (c.answer == "7") {
       EXPECT_EQ(outcome.profile.heightsUM[3], 0.0) << "a field that is no number";
     }
