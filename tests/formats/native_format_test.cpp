@@ -173,65 +173,6 @@ TEST_F(NativeTable, RefusesShortAndRaggedTablesWithoutAMessage) {
   EXPECT_FALSE(LoadProfileFile(folder_ / "t.LMTH", {}, prompts_).loaded);
 }
 
-TEST(Import, CleansTextsAndRefusesWhatIsNoProfile) {
-  const ScratchFolder folder;
-  ScriptedPrompts prompts;
-  const std::string tail = "NUMBER_OF_POINTS: 1\nPROFILE_UM:\n5\n";
-  const auto load = [&](const char* name, const std::string& bytes) {
-    return LoadProfileFile(folder.Write(name, bytes), {}, prompts);
-  };
-  const ImportOutcome good =
-      load("a.LmT", "Lumetrace_Data 1.0\nIDENTIFICATION: Shaft 4, left\nDATE: 1, 2\nSPACING_UM: 0.5\n" + tail);
-  ASSERT_TRUE(good.loaded) << good.reason;
-  EXPECT_EQ(good.profile.identification, "Shaft 4; left");
-  EXPECT_EQ(good.profile.date, "1; 2");
-  for (const char* spacing : {"0", "-1", "nan", "inf"}) {
-    const std::string bytes =
-        "Lumetrace_Data 1.0\nIDENTIFICATION: a\nDATE: d\nSPACING_UM: " + std::string(spacing) + "\n";
-    EXPECT_FALSE(load("b.lmt", bytes + tail).loaded) << spacing;
-  }
-  for (const auto& path :
-       {folder.Write("c.unknown", "x"), folder.Write("d.lmt", ""), folder / "missing.lmt", folder.path()}) {
-    const ImportOutcome outcome = LoadProfileFile(path, {}, prompts);
-    EXPECT_FALSE(outcome.loaded);
-    EXPECT_FALSE(outcome.reason.empty()) << path;
-  }
-}
-
-ReadResult LeavesHeightsAndRefuses(const ReaderInput& /*input*/, ImportedProfile& profile) {
-  profile.heightsUM = {1.0};
-  profile.spacingUM = 2.0;
-  return ReadResult::Refused("damaged");
-}
-
-TEST(Import, FollowsTheTablesOddities) {
-  const ScratchFolder folder;
-  ScriptedPrompts prompts;
-  const std::filesystem::path path = "x.out";
-  const auto run = [&](const ExtensionEntry& entry, const ImportOptions& options, std::string_view bytes = "x") {
-    return ReadThroughChain(entry, {path, bytes, options, prompts});
-  };
-  const ProfileReader refusing[] = {{"refusing", "", LeavesHeightsAndRefuses, "", {}}};
-  const ProfileReader native[] = {{"native", "", ReadNativeProfile, "", {}}};
-  EXPECT_TRUE(run({".OUT", refusing, {}, true}, {}).loaded) << "the result is ignored";
-  EXPECT_FALSE(run({".OUT", refusing}, {}).loaded);
-  EXPECT_EQ(run({".DAT", refusing, native}, {.profileChoice = 3}).attempts.front().reader, "native");
-  EXPECT_EQ(run({".DAT", refusing, native}, {}).attempts.front().reader, "refusing");
-  prompts.messages.clear();
-  const auto load = [&](const char* name, const char* bytes) {
-    return LoadProfileFile(folder.Write(name, bytes), {}, prompts).attempts;
-  };
-  EXPECT_EQ(load("a.HWP", "LT Type").front().reader, "HWP text") << "the first of two entries wins";
-  EXPECT_EQ(load("a.txt", "nothing").size(), 27u);
-  EXPECT_EQ(load("a.dat", "nothing").size(), 7u);
-  EXPECT_TRUE(prompts.messages.empty());
-  EXPECT_NE(load("a.ruf", "Roughness Data").front().result.reason.find("not read yet"), std::string::npos);
-  EXPECT_EQ(prompts.messages.size(), 1u);
-  load("a.xml", "<DATA><MEASUREMENT>");
-  EXPECT_EQ(prompts.messages[1], "Wrong file version.  Contact Corvane");
-  EXPECT_EQ(prompts.messages.size(), 2u);
-}
-
 TEST(NativeFormat, WritesUnderItsOwnExtensionOrSaysSo) {
   const ScratchFolder folder;
   ScriptedPrompts prompts;

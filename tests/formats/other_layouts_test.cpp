@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "formats/import.h"
@@ -59,9 +60,76 @@ TEST(OtherLayouts, SayWhatTheyAssumedAndRefuse) {
   EXPECT_DOUBLE_EQ(load("c.xy", "0 5\n1 6\n2 7\n").profile.spacingUM, 2.0);
   EXPECT_EQ(prompts.questions, std::vector<std::string>{"Enter the data point spacing (um):"});
   EXPECT_FALSE(load("d.xy", "0 5\n0.3 6\n0.1 7\n0.4 8\n").loaded) << "positions go back";
-  std::string wide = "\xFF\xFE";
-  for (const char c : std::string("mm;\xB5m\r\n0,1;1\r\n0,2;2\r\n0,3;4\r\n")) wide += {c, '\0'};
-  EXPECT_EQ(load("e.txt", wide).attempts.back().reader, "text with a unit pair");
+}
+
+TEST(OtherLayouts, TakeWhatTheirHeadersSay) {
+  const ScratchFolder folder;
+  ChoosingPrompts prompts;
+  prompts.textAnswer = "2";
+  const auto load = [&](const char* name, const std::string& bytes, const ImportOptions& options = {}) {
+    return LoadProfileFile(folder.Write(name, bytes), options, prompts);
+  };
+  const ImportOutcome record = load("a.prf", SampleOf("keyed text of a record").bytes);
+  EXPECT_EQ(record.profile.identification, "Shaft 7");
+  EXPECT_EQ(record.profile.date, "01.02.2020 10:11");
+  EXPECT_EQ(record.profile.spacingSource, "positions of the points");
+  EXPECT_FALSE(load("b.prf", "OBJECT=a\nNUMBER=1\nDateTime=x\n").loaded);
+  EXPECT_NE(prompts.messages.back().find("not read yet"), std::string::npos);
+
+  const std::vector<SampleText>& samples = SampleTexts();
+  std::vector<ImportOutcome> exports;
+  for (const SampleText& sample : samples) {
+    if (sample.extension == ".csv") exports.push_back(load("a.csv", sample.bytes));
+  }
+  EXPECT_DOUBLE_EQ(exports.at(0).profile.tipRadiusMM, 0.0125);
+  EXPECT_EQ(exports.at(0).profile.spacingSource, "scan parameter Length");
+  EXPECT_EQ(exports.at(1).profile.identification, "Shaft 4; left");
+  EXPECT_EQ(exports.at(1).profile.date, "01/02/2020 - 10:11");
+
+  // Line 1 is a height like the others, or the caller knows that it is one.
+  for (const char* heights : {"1.5\n-2\n0.25\n", "0.500\n1.500\n-2.000\n0.250\n"}) {
+    EXPECT_EQ(load("a.txt", heights).attempts.back().reader, "generic text") << heights;
+  }
+  const std::string gauge = SampleOf("plain softgauge text").bytes;
+  EXPECT_EQ(load("a.txt", gauge, {.spacingUM = 3.0}).profile.heightsUM.size(), 4u);
+  EXPECT_DOUBLE_EQ(load("a.txt", "25\n0.01\n0.02\n0.015\n").profile.spacingUM, 25.0) << "stands far off the heights";
+  EXPECT_DOUBLE_EQ(load("a.pro", "a\nb\nc\nd\n2\n2.5\n1\n2\n").profile.spacingUM, 2.5);
+  EXPECT_FALSE(load("a.pro", "a\nb\nc\nd\n3\n2.5\n1\n2\n").loaded) << "one too few";
+}
+
+TEST(OtherLayouts, ReadEveryPairOfUnits) {
+  const ScratchFolder folder;
+  struct Case {
+    const char* name;
+    const char* units;
+    const char* separator;
+    double spacingUM;
+    double secondUM;
+  };
+  const Case cases[] = {
+      {"a.csv", "mm,mm", ",", 500.0, 2000.0},
+      {"a.csv", "mm,um", ",", 500.0, 2.0},
+      {"a.csv", "mm, mm", ", ", 500.0, 2000.0},
+      {"a.csv", "mm , mm", " , ", 500.0, 2000.0},
+      {"a.csv", "mm, um", ", ", 500.0, 2.0},
+      {"a.csv", "um,um", ",", 0.5, 2.0},
+      {"a.csv", "\"X\", \"Height\"\n\"mm\", \"um\"", ", ", 500.0, 2.0},
+      {"a.txt", "mm;mm", ";", 500.0, 2000.0},
+      {"a.txt", "um;um", ";", 0.5, 2.0},
+      {"a.txt", "nm;nm", ";", 0.0005, 0.002},
+      {"a.asc", "X [mm]\tZ [um]", "\t", 500.0, 2.0},
+  };
+  for (const Case& c : cases) {
+    std::string text = std::string(c.units) + "\n";
+    for (const auto& [x, z] : {std::pair{"0.5", "1"}, {"1.0", "2"}, {"1.5", "-3"}})
+      text += std::string(x) + c.separator + z + "\n";
+    ScriptedPrompts prompts;
+    const ImportOutcome outcome = LoadProfileFile(folder.Write(c.name, text), {}, prompts);
+    ASSERT_TRUE(outcome.loaded) << c.units << ": " << outcome.reason;
+    EXPECT_TRUE(Near(outcome.profile.spacingUM, c.spacingUM, 1e-12)) << c.units;
+    EXPECT_TRUE(Near(outcome.profile.heightsUM[1], c.secondUM, 1e-12)) << c.units;
+    EXPECT_TRUE(outcome.profile.warnings.empty()) << c.units;
+  }
 }
 
 /// Files of real instruments, where they are at hand.
