@@ -148,6 +148,7 @@ bool LoadInto(Document& document, const std::string& file, const RunSetup& setup
     Complain(file + " " + outcome.reason + (endsSentence ? "" : "."));
     return false;
   }
+  for (const std::string& message : prompts.Messages()) prompts.Notice(message);
   ProfileSet profiles = MakeProfileSet(std::move(outcome.profile), TextFromPath(path));
   if (setup.invert) InvertProfile(profiles);
   SetProfile(document, std::move(profiles));

@@ -9,7 +9,6 @@
 #include "core/profile_set.h"
 #include "core/text.h"
 #include "formats/even_spacing.h"
-#include "formats/native_format.h"
 #include "formats/reader_questions.h"
 #include "formats/text_lines.h"
 
@@ -78,20 +77,37 @@ std::optional<double> UnitOf(std::string_view cell) {
   return MicrometresPerUnit(cell.substr(cell.find_last_of(" \t/") + 1));
 }
 
+/// Whether a heading's cell is a unit and nothing else: mm, [mm], "mm".
+bool IsUnit(std::string_view cell) {
+  const std::size_t first = cell.find_first_not_of(" \t\"([");
+  if (first == std::string_view::npos) return false;
+  return MicrometresPerUnit(cell.substr(first, cell.find_last_not_of(" \t\")]") - first + 1)).has_value();
+}
+
 struct Table {
   Manner manner;
   std::vector<std::string> names;              ///< of the columns, as far as the heading tells
   std::vector<std::optional<double>> unitsUM;  ///< likewise
+  bool hasUnitLine = false;                    ///< a line of the heading is units and nothing else
   std::vector<std::vector<double>> columns;
   double lastDigit = 0.0;  ///< of the first column
   std::size_t line = 0;
 };
 
-/// Decimals of a printed number; 0 where it has an exponent.
-std::size_t Decimals(std::string_view number) {
-  const std::size_t point = number.find_first_of(".,");
-  if (point == std::string_view::npos || number.find_first_of("eE") != std::string_view::npos) return 0;
-  return number.size() - point - 1;
+/// Decimals of the first number of a row; 0 where it has an exponent.
+std::size_t FirstDecimals(std::string_view line, char separator) {
+  std::size_t i = 0;
+  while (i < line.size() && (line[i] == ' ' || line[i] == '\t')) ++i;
+  std::size_t decimals = 0;
+  bool isBehindPoint = false;
+  for (; i < line.size(); ++i) {
+    const char c = line[i];
+    if (c == separator || c == ' ' || c == '\t') break;
+    if (c == 'e' || c == 'E') return 0;
+    decimals += isBehindPoint ? 1 : 0;
+    isBehindPoint = isBehindPoint || c == '.' || c == ',';
+  }
+  return decimals;
 }
 
 void TakeHeading(const std::vector<std::string_view>& heading, Table& table) {
@@ -104,6 +120,8 @@ void TakeHeading(const std::vector<std::string_view>& heading, Table& table) {
       if (cells.size() == table.manner.columns) break;
     }
     if (cells.size() > table.manner.columns) continue;
+    table.hasUnitLine =
+        table.hasUnitLine || (cells.size() == table.manner.columns && std::all_of(cells.begin(), cells.end(), IsUnit));
     for (std::size_t i = 0; i < cells.size(); ++i) {
       if (table.names[i].empty()) table.names[i] = LowerAscii(cells[i]);
       if (const auto unit = UnitOf(cells[i])) table.unitsUM[i] = unit;
@@ -111,12 +129,59 @@ void TakeHeading(const std::vector<std::string_view>& heading, Table& table) {
   }
 }
 
+using Row = std::array<double, kMostColumns>;
+
+/// Reads a row of plain numbers without taking it apart first; false where it is not one, or not so plain.
+bool ReadPlainRow(std::string_view line, const Manner& manner, Row& row) {
+  const auto skipBlanks = [&line, &manner] {
+    std::size_t i = 0;
+    while (i < line.size() && (line[i] == ' ' || (line[i] == '\t' && manner.separator != '\t'))) ++i;
+    line.remove_prefix(i);
+    return i > 0;
+  };
+  for (std::size_t i = 0; i < manner.columns; ++i) {
+    skipBlanks();
+    const ParsedDouble number = ParseDouble(line);
+    if (!number.usable()) return false;
+    row[i] = number.value;
+    line.remove_prefix(number.length);
+    const bool hadBlanks = skipBlanks();
+    if (i + 1 == manner.columns) break;
+    if (manner.separator == ' ') {
+      if (!hadBlanks) return false;
+    } else {
+      if (!line.starts_with(manner.separator)) return false;
+      line.remove_prefix(1);
+    }
+  }
+  return line.empty();
+}
+
+/// The same for any row: a decimal comma, marks of invalid points, separators at the end.
+bool ReadAnyRow(std::string_view line, const Manner& manner, std::vector<std::string_view>& fields, Row& row) {
+  SplitRow(line, manner.separator, fields);
+  if (fields.size() != manner.columns) return false;
+  for (std::size_t i = 0; i < fields.size(); ++i) {
+    const auto value = Value(fields[i], manner.decimalComma);
+    if (!value) return false;
+    row[i] = *value;
+  }
+  return true;
+}
+
+/// Makes room for as many rows as there are lines left.
+void ReserveRows(std::string_view rest, Table& table) {
+  const auto ends = std::count(rest.begin(), rest.end(), rest.find('\n') == std::string_view::npos ? '\r' : '\n');
+  const std::size_t rows = std::min(static_cast<std::size_t>(ends) + 2, static_cast<std::size_t>(kPointCapacity));
+  for (std::vector<double>& column : table.columns) column.reserve(rows);
+}
+
 /// Reads heading and rows; what was wrong, or nothing. A last row that is cut off is left out.
 std::string ReadTable(std::string_view text, std::size_t mostHeading, Table& table) {
   LineCursor lines(text);
   std::vector<std::string_view> heading;
   std::vector<std::string_view> fields;
-  std::array<double, kMostColumns> row{};
+  Row row{};
   std::size_t rows = 0;
   std::size_t decimals = 0;
   while (const auto line = lines.Next()) {
@@ -130,20 +195,15 @@ std::string ReadTable(std::string_view text, std::size_t mostHeading, Table& tab
       }
       table.manner = *manner;
       table.columns.resize(manner->columns);
+      ReserveRows(lines.Rest(), table);
       TakeHeading(heading, table);
     }
-    SplitRow(*line, table.manner.separator, fields);
-    bool isRow = fields.size() == table.manner.columns;
-    for (std::size_t i = 0; isRow && i < fields.size(); ++i) {
-      const auto value = Value(fields[i], table.manner.decimalComma);
-      isRow = value.has_value();
-      row[i] = value.value_or(0.0);
-    }
+    const bool isRow = ReadPlainRow(*line, table.manner, row) || ReadAnyRow(*line, table.manner, fields, row);
     if (!isRow && TrimBlanks(lines.Rest()).empty()) break;
     if (!isRow) return AtLine(lines.LineNumber(), "no row of as many numbers as above");
     if (rows == static_cast<std::size_t>(kPointCapacity)) return "the table has more than 750 000 rows";
-    for (std::size_t i = 0; i < fields.size(); ++i) table.columns[i].push_back(row[i]);
-    decimals = std::max(decimals, Decimals(fields[0]));
+    for (std::size_t i = 0; i < table.manner.columns; ++i) table.columns[i].push_back(row[i]);
+    decimals = std::max(decimals, FirstDecimals(*line, table.manner.separator));
     ++rows;
   }
   table.line = lines.LineNumber();
@@ -201,7 +261,7 @@ ReadResult Finish(const ReaderInput& input, Table& table, ImportedProfile& profi
   if (isIndexed && table.columns.size() > 2) DropFirstColumn(table);
   const bool hasPositions = table.columns.size() > 1 && !(isIndexed && CountsUp(table.columns[0]) && !table.unitsUM[0]);
   if (!hasPositions) return FinishWithoutPositions(input, table, table.columns.size() - 1, profile);
-  const std::size_t column = AskHeightColumn(input, table.columns.size() - 1);
+  const std::size_t column = AskHeightColumn(input, table.columns.size() - 1, profile);
   double xUnit = 1.0;
   double zUnit = 1.0;
   SettleUnits(table, column, xUnit, zUnit, profile);
@@ -226,8 +286,7 @@ ReadResult ReadUnitPairText(const ReaderInput& input, ImportedProfile& profile) 
   Table table;
   std::string wrong = ReadTable(input.bytes, 2, table);
   if (!wrong.empty()) return Unusable(std::move(wrong));
-  if (table.manner.columns != 2 || !table.unitsUM[0] || !table.unitsUM[1])
-    return Unusable("the heading is no unit pair");
+  if (table.manner.columns != 2 || !table.hasUnitLine) return Unusable("the heading is no unit pair");
   return Finish(input, table, profile);
 }
 
@@ -238,8 +297,11 @@ ReadResult ReadGenericText(const ReaderInput& input, ImportedProfile& profile) {
   return Finish(input, table, profile);
 }
 
-ReadResult ReadCommaSeparated(const ReaderInput& input, ImportedProfile& profile) {
-  if (StartsWithIgnoringCase(input.bytes, "Lumetrace_Data")) return ReadNativeProfile(input, profile);
+ReadResult ReadDistanceTable(const ReaderInput& input, ImportedProfile& profile) {
+  constexpr std::size_t kHeaderSize = 65'536;
+  if (input.bytes.substr(0, kHeaderSize).find("Distance(um)") == std::string_view::npos) {
+    return Unusable("the heading does not name \"Distance(um)\"");
+  }
   return ReadGenericText(input, profile);
 }
 

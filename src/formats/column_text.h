@@ -20,8 +20,8 @@ ReadResult ReadUnitPairText(const ReaderInput& input, ImportedProfile& profile);
 /// The same, and a single column of heights, for which the spacing is asked, behind at most 100 lines of heading.
 ReadResult ReadGenericText(const ReaderInput& input, ImportedProfile& profile);
 
-/// ".CSV": the native format where its magic word comes first, otherwise as ReadGenericText.
-ReadResult ReadCommaSeparated(const ReaderInput& input, ImportedProfile& profile);
+/// As ReadGenericText, for a heading that names "Distance(um)".
+ReadResult ReadDistanceTable(const ReaderInput& input, ImportedProfile& profile);
 
 /// The table "X;Y;valid" with a line of units; valid 0 marks an invalid point.
 ReadResult ReadValidityTable(const ReaderInput& input, ImportedProfile& profile);

@@ -9,6 +9,7 @@
 #include "core/text.h"
 #include "formats/even_spacing.h"
 #include "formats/little_endian.h"
+#include "formats/reader_questions.h"
 #include "formats/text_lines.h"
 
 namespace texturon {
@@ -44,6 +45,11 @@ ReadResult Refuse(const ReaderInput& input, std::string_view message) {
   return ReadResult::Refused(std::string(message));
 }
 
+/// Whether a header is text: the binary one has numbers below 256 of two bytes.
+bool IsText(std::string_view header) {
+  return header.find('\0') == std::string_view::npos;
+}
+
 /// "dd.mm.yyyy - hh:mm:ss"; empty where the file states none.
 std::string DateOf(std::string_view bytes) {
   const auto part = [bytes](std::size_t i) { return LittleEndian<std::int16_t>(bytes, kDate + 2 * i); };
@@ -60,6 +66,7 @@ ReadResult ReadDigitalSurfProfile(const ReaderInput& input, ImportedProfile& pro
     return Refuse(input, "Compressed Digital Surf files are not read; save the profile uncompressed.");
   }
   if (!bytes.starts_with("DIGITAL SURF")) return ReadResult::NotRecognised("the signature is not that of Digital Surf");
+  if (IsText(bytes.substr(0, kHeaderSize))) return Refuse(input, NotReadYet("Digital Surf text"));
   if (bytes.size() < kHeaderSize) return Refuse(input, "The Digital Surf header is cut short.");
   if (LittleEndian<std::int16_t>(bytes, kObjectType) != 1)
     return Refuse(input, "The Digital Surf object is no profile.");

@@ -5,10 +5,12 @@
 #include "core/platform.h"
 #include "core/text.h"
 #include "formats/column_text.h"
+#include "formats/comma_separated.h"
 #include "formats/digital_surf.h"
 #include "formats/instrument_text.h"
 #include "formats/mod_format.h"
 #include "formats/native_format.h"
+#include "formats/plain_heights.h"
 #include "formats/pr_format.h"
 #include "formats/prf_format.h"
 #include "formats/sdf_format.h"
@@ -30,20 +32,31 @@ constexpr ProfileReader kSdf{"Standard Data Format", "text and binary, one profi
 
 /// A layout that is not known.
 constexpr ProfileReader Unread(std::string_view name, std::string_view markers = {},
-                               std::array<Condition, 2> conditions = {}) {
-  return {name, {}, nullptr, markers, conditions};
+                               std::array<Condition, 2> conditions = {}, Companion companion = {}) {
+  return {name, {}, nullptr, markers, conditions, companion};
 }
 
-constexpr ProfileReader kPcd = Unread("portable contour text");
+constexpr ProfileReader kPcd{
+    "portable text", "integer heights in steps of the entry RES (um); the spacing is asked for", ReadResolutionText};
 constexpr ProfileReader kRsf = Unread("RSF text", "FDATA|FEAT/SURFINISH");
 constexpr ProfileReader kRsfFirst = Unread("RSF text", "FDATA");
 constexpr ProfileReader kTwoColumns{
     "two-column text", "positions and one or more columns of heights, at most two lines of heading", ReadTwoColumnText};
+constexpr ProfileReader kGeneric{
+    "generic text", "a table of numbers behind up to 100 lines of text; one column: the spacing is asked for",
+    ReadGenericText};
+constexpr ProfileReader kCommaList{"comma list", "heights in um, each with a comma behind it; the spacing is asked for",
+                                   ReadCommaList};
 constexpr ProfileReader kManyDat = Unread("several profiles in a DAT file");
 
-constexpr ProfileReader kPrfChain[] = {Unread("profile-view export", "profileView|PVSC"), kPrf, kPcd,
-                                       Unread("keyed text of a record", "OBJECT=|NUMBER=|DateTime=")};
-constexpr ProfileReader kRuf[] = {Unread("roughness text", "Roughness Data")};
+constexpr ProfileReader kPrfChain[] = {
+    Unread("profile-view export", "profileView|PVSC"),
+    kPrf,
+    kPcd,
+    {"keyed text of a record", "OBJECT=, NUMBER=, DateTime= with the section [PROFILE_VALUES]", ReadRecordText}};
+constexpr ProfileReader kRuf[] = {
+    Unread("roughness text", "Roughness Data",
+           {{{"inch", false, "Metric data required."}, {"Inch", false, "Metric data required."}}})};
 constexpr ProfileReader kS2p[] = {Unread("S2P text", "[s2pda0]")};
 constexpr ProfileReader kModChain[] = {kMod};
 constexpr ProfileReader kPrChain[] = {kPr};
@@ -56,46 +69,42 @@ constexpr ProfileReader kPcdChain[] = {kPcd};
 constexpr ProfileReader kPdi[] = {Unread("PDI text", "~Traced Profile")};
 constexpr ProfileReader kXml[] = {
     Unread("XML profile", "<", {{{"DataElements", true, "Wrong file version.  Contact Corvane"}}})};
-constexpr ProfileReader kMes[] = {Unread("comma-separated values")};
+constexpr ProfileReader kMes[] = {kCommaList};
 constexpr ProfileReader kRst[] = {Unread("binary range file")};
 constexpr ProfileReader kRtf[] = {Unread("RTF export", "{\\rtf")};
 constexpr ProfileReader kStr[] = {Unread("STR file")};
 constexpr ProfileReader kSip[] = {Unread("SIP text", "RtipMM")};
 constexpr ProfileReader kIst[] = {Unread("IST file")};
 constexpr ProfileReader kTx[] = {
-    {"TX1/TX2 text", "length, number of points, heights in um; the spacing is asked for", ReadTxText, {}, {}}};
+    {"TX1/TX2 text", "length, number of points, heights in um; the spacing is asked for", ReadTxText}};
 constexpr ProfileReader kTxt[] = {
     Unread("keyed text of elements", "$ELE|$END"),
-    {"surface tester text", "sections // Header to // CalcData, pitch among the conditions", ReadSectionText, {}, {}},
+    {"surface tester text", "sections // Header to // CalcData, pitch among the conditions", ReadSectionText},
     Unread("cell-view export", "CellView|Test Date|Start Time|Data Points"),
     Unread("comma-separated text x,s1c1", "x,s1c1"),
     Unread("text with a point count", "Number of points"),
-    {"text with a unit pair", "two columns under their units", ReadUnitPairText, {}, {}},
+    {"text with a unit pair", "two columns under their units", ReadUnitPairText},
     kRsfFirst,
     Unread("dashed-header text", "Title|Linear Contour<LCon_1>|Data Size"),
-    {"step profiler text", "Data, Recipe, Points, X-Resolution; heights in Angstrom", ReadStepProfilerText, {}, {}},
+    {"step profiler text", "Data, Recipe, Points, X-Resolution; heights in Angstrom", ReadStepProfilerText},
     Unread("text with [txtpda]", "[txtpda]"),
     Unread("xyzuvwr table", "xyzuvwr"),
     Unread("text with an evaluation length", "Eval.Length"),
-    {"MarSurf text", "sections [PROFILE_HEADER] and [PROFILE_VALUES]", ReadProfileHeaderText, {}, {}},
+    {"MarSurf text", "sections [PROFILE_HEADER] and [PROFILE_VALUES]", ReadProfileHeaderText},
     Unread("listing of several profiles", "Profiles of file:|- end of header -|xsize|xpoints"),
     Unread("MarSurf text with NPRF", "[MarSurf|NPRF"),
-    Unread("comma list"),
+    kCommaList,
     Unread("text with date and time", "Date|Time"),
     Unread("profile plot data", "Profile Plot Data", {{{"NO_DATA", false, "The file holds no data."}}}),
     Unread("scan list", "RIGHT_PNHL_SCAN|LT_SCAN"),
-    Unread("distance table", "Distance(um)"),
+    {"distance table", "a table whose heading names Distance(um)", ReadDistanceTable},
     kTwoColumns,
-    Unread("plain text 2"),
+    {"plain softgauge text", "the spacing on line 1, then heights, in um", ReadPlainSoftgauge},
     Unread("plain text 3"),
     Unread("table of actual coordinates", "XACT|YACT|ZACT"),
     Unread("table of radius, angle and height", "RADIUS|ANGLE|HEIGHT"),
     Unread("table with a tip radius to suppress"),
-    {"generic text",
-     "a table of numbers behind up to 100 lines of text; one column: the spacing is asked for",
-     ReadGenericText,
-     {},
-     {}},
+    kGeneric,
 };
 constexpr ProfileReader kYnz[] = {Unread("YNZ text", "scbada")};
 constexpr ProfileReader kRsfChain[] = {kRsf};
@@ -106,23 +115,23 @@ constexpr ProfileReader kDat[] = {Unread("DAT file 1"),
                                   kTwoColumns,
                                   kManyDat,
                                   Unread("text with points", "points"),
-                                  Unread("DAT file 2")};
+                                  kGeneric};
 constexpr ProfileReader kDatChosen[] = {kManyDat};
 constexpr ProfileReader kDir[] = {Unread("folder of numbered profiles")};
 constexpr ProfileReader kDirChosen[] = {Unread("one of a folder's numbered profiles")};
 constexpr ProfileReader kHfm[] = {
     Unread("test-plan text", "Test plan|[mm]"),
-    {"X;Y;valid table", "positions, heights and a flag, with a line of units", ReadValidityTable, {}, {}}};
+    {"X;Y;valid table", "positions, heights and a flag, with a line of units", ReadValidityTable}};
 constexpr ProfileReader kHwp[] = {Unread("HWP text", "DATE|TIME")};
 constexpr ProfileReader kHwpSecond[] = {
-    {"LT Type text", "never reached, because the entry above has the same extension", nullptr, "LT Type", {}}};
+    {"LT Type text", "never reached, because the entry above has the same extension", nullptr, "LT Type"}};
 constexpr ProfileReader kPip[] = {Unread("PIP file with a data file .MBD")};
 constexpr ProfileReader kPro[] = {
-    {"Digital Surf profile", "binary profile, not compressed", ReadDigitalSurfProfile, {}, {}},
+    {"Digital Surf profile", "binary profile, not compressed", ReadDigitalSurfProfile},
     kTwoColumns,
-    Unread("text with four header lines")};
+    {"text with four header lines", "four lines, number of points, spacing, heights", ReadFourLineHeader}};
 constexpr ProfileReader kAsc[] = {Unread("ASCII table", "# File Format", {{{"ASCII", true, "ASCII data required."}}}),
-                                  Unread("ASCII text 1"), Unread("ASCII text 2")};
+                                  kTwoColumns, kGeneric};
 constexpr ProfileReader kSdfChain[] = {kSdf};
 constexpr ProfileReader kLmtChain[] = {kNative};
 constexpr ProfileReader kLmthChain[] = {kNativeWithTable};
@@ -130,18 +139,19 @@ constexpr ProfileReader kPra[] = {Unread("PRA file")};
 constexpr ProfileReader kTen[] = {Unread("listing of several profiles")};
 constexpr ProfileReader kTenChosen[] = {Unread("one of several profiles")};
 constexpr ProfileReader kStp[] = {Unread("several profiles in an STP file")};
-constexpr ProfileReader kHdr[] = {Unread("header file with a data file .dat", "IDENT")};
-constexpr ProfileReader kCsv[] = {{"comma-separated exports",
-                                   "the native format; a table of numbers behind up to 100 lines of text",
-                                   ReadCommaSeparated,
-                                   {},
-                                   {}}};
+constexpr ProfileReader kHdr[] = {
+    Unread("header file with a data file .dat", "IDENT", {}, {".dat", "Could not find %s.dat"})};
+constexpr ProfileReader kCsv[] = {
+    {"comma-separated exports",
+     "the native format; roughness tester and stylus profiler exports; a table of numbers "
+     "behind up to 100 lines of text",
+     ReadCommaSeparated}};
 constexpr ProfileReader kXy[] = {kTwoColumns};
 constexpr ProfileReader kYz[] = {Unread("YZ text", "NAM=|TYP=")};
 constexpr ProfileReader kSmd[] = {
     Unread("Hommelwerke export", "Hommelwerke",
            {{{"CX", true, "Could not find CX info."}, {"TIME", true, "Could not find TIME info."}}}),
-    {"SMD softgauge", "softgauge of ISO 5436-2, incremental or absolute", ReadSoftgauge, {}, {}}};
+    {"SMD softgauge", "softgauge of ISO 5436-2, incremental or absolute", ReadSoftgauge}};
 
 constexpr ExtensionEntry kExtensions[] = {
     {".PRF", kPrfChain},

@@ -18,6 +18,13 @@ struct Condition {
   std::string_view message;
 };
 
+/// A file of the same name and another ending that holds the heights, and the message box where it is missing: "%s"
+/// stands for the name without its ending.
+struct Companion {
+  std::string_view extension;
+  std::string_view message;
+};
+
 /// One reader: its name for people, what it takes, and how it reads. Without a routine the layout is not known: files
 /// are recognised by their marker texts (separated by "|", none for a layout without any) and refused.
 struct ProfileReader {
@@ -26,6 +33,7 @@ struct ProfileReader {
   ReadFunction read = nullptr;
   std::string_view markers;
   std::array<Condition, 2> conditions;
+  Companion companion;
 };
 
 /// Runs the reader's routine, or recognises the file by its markers.
@@ -39,7 +47,7 @@ struct ExtensionEntry {
   std::string_view extension;  ///< with its dot; compared without regard to case
   std::span<const ProfileReader> chain;
   std::span<const ProfileReader> chosenChain;  ///< where the caller chose a profile; none: the same chain
-  bool ignoresResult = false;                  ///< loads whatever the chain says, if only the spacing is above 0
+  bool ignoresResult = false;                  ///< loads what a refusal left, if its spacing is above 0
 };
 
 /// Every extension that is read, in the order of comparison: the first that equals a file's decides.

@@ -1,6 +1,8 @@
 #include "formats/import.h"
 
 #include <algorithm>
+#include <memory>
+#include <string_view>
 #include <utility>
 
 #include "core/platform.h"
@@ -11,8 +13,12 @@
 namespace texturon {
 namespace {
 
+/// The entry of a file's extension, which is what follows the last dot of its name, even where nothing precedes it.
 const ExtensionEntry* FindExtension(const std::filesystem::path& path) {
-  const std::string extension = TextFromPath(path.extension());
+  const std::string name = TextFromPath(path.filename());
+  const std::size_t dot = name.rfind('.');
+  if (dot == std::string::npos) return nullptr;
+  const std::string_view extension = std::string_view(name).substr(dot);
   const auto table = ExtensionTable();
   const auto entry = std::find_if(table.begin(), table.end(), [&extension](const ExtensionEntry& candidate) {
     return EqualIgnoringCase(candidate.extension, extension);
@@ -76,6 +82,13 @@ ImportOutcome LoadProfileFile(const std::filesystem::path& path, const ImportOpt
   if (file.bytes.empty()) {
     outcome.reason = "is empty";
     return outcome;
+  }
+  constexpr std::size_t kTakesTime = 8'000'000;
+  std::unique_ptr<Progress> progress;
+  if (file.bytes.size() >= kTakesTime) {
+    const std::string text = "Loading " + TextFromPath(path.filename()) + "...";
+    progress = prompts.OpenProgress(text, text);
+    progress->Advance(0);
   }
   std::string storage;
   return ReadThroughChain(*entry, {path, PlainText(file.bytes, storage), options, prompts});

@@ -30,7 +30,8 @@ struct ImportOutcome {
 ImportOutcome ReadThroughChain(const ExtensionEntry& entry, const ReaderInput& input);
 
 /// Reads a profile file with the reader, or the chain of readers, that its extension stands for. Commas of
-/// identification and date become semicolons. A spacing that is not above 0 refuses the file.
+/// identification and date become semicolons. A spacing that is not above 0 refuses the file. A large file shows
+/// "Loading (name)..." meanwhile.
 ImportOutcome LoadProfileFile(const std::filesystem::path& path, const ImportOptions& options, Prompts& prompts);
 
 /// The measured record of a loaded file. `sourcePath` is the text that outputs show.

@@ -34,6 +34,85 @@ std::optional<std::string_view> ValueOf(std::string_view line, std::string_view 
   return TrimBlanks(line.substr(equals + 1));
 }
 
+bool HeaderHolds(const ReaderInput& input, std::string_view text) {
+  constexpr std::size_t kHeaderSize = 65'536;
+  return input.bytes.substr(0, kHeaderSize).find(text) != std::string_view::npos;
+}
+
+/// What the sections of a MarSurf text say besides the heights.
+struct SectionEntries {
+  std::string_view name;
+  std::string_view object;
+  std::string_view number;
+  double count = 0.0;
+  double firstXUM = 0.0;
+  double lastXUM = 0.0;
+};
+
+void TakeEntry(std::string_view text, SectionEntries& entries, ImportedProfile& profile) {
+  if (const auto value = ValueOf(text, "NAME")) entries.name = *value;
+  if (const auto value = ValueOf(text, "OBJECT")) entries.object = *value;
+  if (const auto value = ValueOf(text, "NUMBER")) entries.number = *value;
+  if (const auto value = ValueOf(text, "DateTime")) profile.date = *value;
+  if (const auto value = ValueOf(text, "NO_TOT_POINTS")) entries.count = NumberField(*value).value_or(0.0);
+  if (const auto value = ValueOf(text, "PB_RADIUS")) profile.tipRadiusMM = NumberField(*value, true).value_or(-1.0);
+  if (const auto value = ValueOf(text, "INTERVAL_LIN")) {
+    profile.spacingUM = NumberField(*value, true).value_or(0.0) * kMicrometresPerMillimetre;
+  }
+}
+
+/// The spacing of INTERVAL_LIN, compared with the positions; theirs where it is not stated.
+void SettleSpacing(const SectionEntries& entries, std::size_t points, ImportedProfile& profile) {
+  const double mean = (entries.lastXUM - entries.firstXUM) / static_cast<double>(points - 1);
+  profile.spacingSource = "INTERVAL_LIN";
+  if (points < 2 || !(mean > 0.0)) return;
+  if (profile.spacingUM <= 0.0) {
+    profile.spacingUM = mean;
+    profile.spacingSource = "positions of the points";
+  } else if (std::abs(mean - profile.spacingUM) > 1e-3 * profile.spacingUM) {
+    profile.warnings.push_back("INTERVAL_LIN says " + ShortestText(profile.spacingUM) + " um, the positions " +
+                               ShortestText(mean) + " um; INTERVAL_LIN is taken");
+  }
+}
+
+ReadResult ReadProfileSections(const ReaderInput& input, ImportedProfile& profile) {
+  LineCursor lines(input.bytes);
+  bool inValues = false;
+  SectionEntries entries;
+  while (const auto line = lines.Next()) {
+    const std::string_view text = TrimBlanks(*line);
+    if (text.starts_with('[')) inValues = text == "[PROFILE_VALUES]";
+    if (!inValues) {
+      TakeEntry(text, entries, profile);
+      continue;
+    }
+    const std::size_t equals = text.find('=');
+    if (equals == std::string_view::npos || !NumberField(text.substr(0, equals))) continue;
+    const auto fields = SplitAtAny(text.substr(equals + 1), " \t;");
+    const auto x = fields.size() >= 3 ? NumberField(fields[0], true) : std::nullopt;
+    const auto z = fields.size() >= 3 ? NumberField(fields[2], true) : std::nullopt;
+    if (!z) return RefuseAtLine(input, lines.LineNumber(), "Not a row of coordinates.");
+    const bool isLocked = fields.size() > 4 && NumberField(fields[4]).value_or(1.0) != 0.0;
+    const double height = isLocked ? std::numeric_limits<double>::quiet_NaN() : *z * kMicrometresPerMillimetre;
+    entries.lastXUM = x.value_or(0.0) * kMicrometresPerMillimetre;
+    if (profile.heightsUM.empty()) entries.firstXUM = entries.lastXUM;
+    if (!Append(height, profile)) return RefuseAtLine(input, lines.LineNumber(), kTooMany);
+  }
+  if (profile.heightsUM.empty()) return RefuseAtLine(input, lines.LineNumber(), "There are no profile values.");
+  if (entries.count > 0.0) WarnOfCount(entries.count, profile);
+  SettleSpacing(entries, profile.heightsUM.size(), profile);
+  FillInvalid(profile.heightsUM, profile.warnings);
+  const bool isUsable =
+      !profile.heightsUM.empty() && std::isfinite(profile.spacingUM) &&
+      std::all_of(profile.heightsUM.begin(), profile.heightsUM.end(), [](double z) { return std::isfinite(z); });
+  if (!isUsable) return RefuseAtLine(input, lines.LineNumber(), "There are no valid profile values.");
+  profile.identification = entries.name;
+  if (entries.name.empty() && !entries.object.empty()) {
+    profile.identification = std::string(entries.object) + " " + std::string(entries.number);
+  }
+  return ReadResult::Read();
+}
+
 }  // namespace
 
 ReadResult ReadTxText(const ReaderInput& input, ImportedProfile& profile) {
@@ -84,7 +163,7 @@ ReadResult ReadStepProfilerText(const ReaderInput& input, ImportedProfile& profi
   if (count < 1.0 || profile.spacingUM <= 0.0) {
     return RefuseAtLine(input, lines.LineNumber(), "Points or X-Resolution is missing.");
   }
-  const std::size_t column = AskHeightColumn(input, columns);
+  const std::size_t column = AskHeightColumn(input, columns, profile);
   while (const auto line = lines.Next()) {
     const auto fields = SplitAtAny(*line, " \t");
     if (fields.empty()) continue;
@@ -139,38 +218,18 @@ ReadResult ReadSectionText(const ReaderInput& input, ImportedProfile& profile) {
 }
 
 ReadResult ReadProfileHeaderText(const ReaderInput& input, ImportedProfile& profile) {
-  if (input.bytes.substr(0, 65'536).find("[PROFILE_HEADER]") == std::string_view::npos) {
-    return ReadResult::NotRecognised("there is no section [PROFILE_HEADER]");
+  if (!HeaderHolds(input, "[PROFILE_HEADER]")) return ReadResult::NotRecognised("there is no section [PROFILE_HEADER]");
+  return ReadProfileSections(input, profile);
+}
+
+ReadResult ReadRecordText(const ReaderInput& input, ImportedProfile& profile) {
+  for (const std::string_view key : {"OBJECT=", "NUMBER=", "DateTime="}) {
+    if (!HeaderHolds(input, key)) return ReadResult::NotRecognised("the key " + Quoted(key) + " is missing");
   }
-  LineCursor lines(input.bytes);
-  std::string_view section;
-  double count = 0.0;
-  while (const auto line = lines.Next()) {
-    const std::string_view text = TrimBlanks(*line);
-    if (text.starts_with('[')) section = text;
-    if (const auto value = ValueOf(text, "NAME")) profile.identification = *value;
-    if (const auto value = ValueOf(text, "DateTime")) profile.date = *value;
-    if (const auto value = ValueOf(text, "NO_TOT_POINTS")) count = NumberField(*value).value_or(0.0);
-    if (const auto value = ValueOf(text, "PB_RADIUS")) profile.tipRadiusMM = NumberField(*value, true).value_or(-1.0);
-    if (const auto value = ValueOf(text, "INTERVAL_LIN")) {
-      profile.spacingUM = NumberField(*value, true).value_or(0.0) * kMicrometresPerMillimetre;
-    }
-    const std::size_t equals = text.find('=');
-    if (section != "[PROFILE_VALUES]" || equals == std::string_view::npos) continue;
-    if (!NumberField(text.substr(0, equals))) continue;
-    const auto fields = SplitAtAny(text.substr(equals + 1), " \t;");
-    const auto z = fields.size() >= 3 ? NumberField(fields[2], true) : std::nullopt;
-    if (!z) return RefuseAtLine(input, lines.LineNumber(), "Not a row of coordinates.");
-    const bool isLocked = fields.size() > 4 && NumberField(fields[4]).value_or(1.0) != 0.0;
-    const double height = isLocked ? std::numeric_limits<double>::quiet_NaN() : *z * kMicrometresPerMillimetre;
-    if (!Append(height, profile)) return RefuseAtLine(input, lines.LineNumber(), kTooMany);
+  if (input.bytes.find("[PROFILE_VALUES]") == std::string_view::npos) {
+    return RefuseAtLine(input, 1, NotReadYet("record named by OBJECT= and NUMBER="));
   }
-  if (profile.heightsUM.empty()) return RefuseAtLine(input, lines.LineNumber(), "There are no profile values.");
-  if (count > 0.0) WarnOfCount(count, profile);
-  FillInvalid(profile.heightsUM, profile.warnings);
-  if (profile.heightsUM.empty()) return RefuseAtLine(input, lines.LineNumber(), "There are no valid profile values.");
-  profile.spacingSource = "INTERVAL_LIN";
-  return ReadResult::Read();
+  return ReadProfileSections(input, profile);
 }
 
 }  // namespace texturon

@@ -18,7 +18,12 @@ ReadResult ReadStepProfilerText(const ReaderInput& input, ImportedProfile& profi
 /// without that section holds results only and is refused.
 ReadResult ReadSectionText(const ReaderInput& input, ImportedProfile& profile);
 
-/// MarSurf text: [PROFILE_HEADER] with INTERVAL_LIN in mm, [PROFILE_VALUES] with index=x y z c lock in mm.
+/// MarSurf text: [PROFILE_HEADER] with INTERVAL_LIN in mm, [PROFILE_VALUES] with index=x y z c lock in mm. Without
+/// INTERVAL_LIN the positions x give the spacing.
 ReadResult ReadProfileHeaderText(const ReaderInput& input, ImportedProfile& profile);
+
+/// The same by the keys OBJECT=, NUMBER= and DateTime=, of which the first two name the measurement. A file that has no
+/// values of its own names a record that is not read.
+ReadResult ReadRecordText(const ReaderInput& input, ImportedProfile& profile);
 
 }  // namespace texturon

@@ -11,7 +11,9 @@
 #include "core/platform.h"
 #include "core/profile_set.h"
 #include "core/text.h"
+#include "formats/reader_questions.h"
 #include "formats/text_cursor.h"
+#include "formats/text_lines.h"
 
 namespace texturon {
 namespace {
@@ -29,8 +31,7 @@ struct Header {
 
 ReadResult Refuse(const ReaderInput& input, const TextCursor& cursor, std::string_view message) {
   input.prompts.ShowMessage(message);
-  return ReadResult::Refused("line " + IntegerText(static_cast<std::int64_t>(cursor.Line())) + ": " +
-                             std::string(message));
+  return ReadResult::Refused(AtLine(cursor.Line(), message));
 }
 
 /// The text after a keyword: one character skipped, the rest of the line without its last character. In a line longer
@@ -90,13 +91,6 @@ std::vector<std::string_view> SplitAtTabs(std::string_view line) {
   }
 }
 
-std::size_t AskColumn(const ReaderInput& input, std::size_t columns) {
-  const std::string prompt = "Enter the column number (1:" + IntegerText(static_cast<std::int64_t>(columns)) + "):";
-  const auto answer = input.prompts.AskText(prompt, IntegerText(input.options.column));
-  const std::int32_t wanted = answer ? ParseInt32(*answer).value : input.options.column;
-  return std::min(static_cast<std::size_t>(std::max(wanted, 1)), columns);
-}
-
 }  // namespace
 
 ReadResult ReadNativeProfile(const ReaderInput& input, ImportedProfile& profile) {
@@ -119,8 +113,7 @@ ReadResult ReadNativeProfile(const ReaderInput& input, ImportedProfile& profile)
     return Refuse(input, cursor, "Unexpected end of file.");
   }
   if (profile.heightsUM.size() < count) {
-    input.prompts.Notice("line " + IntegerText(static_cast<std::int64_t>(cursor.Line())) +
-                         ": not a number; this height and all after it are taken as 0");
+    input.prompts.Notice(AtLine(cursor.Line(), "not a number; this height and all after it are taken as 0"));
     profile.heightsUM.resize(count, 0.0);
   }
   TakeHeader(std::move(header), profile);
@@ -136,7 +129,8 @@ ReadResult ReadNativeHeaderWithTable(const ReaderInput& input, ImportedProfile& 
   tablePath.replace_extension(".LMTd");
   const FileBytes table = ReadWholeFile(tablePath);
   if (!table.ok()) return ReadResult::Refused("the table with the ending .LMTd " + table.reason);
-  const std::vector<std::string_view> lines = SplitIntoLines(table.bytes);
+  std::string storage;
+  const std::vector<std::string_view> lines = SplitIntoLines(PlainText(table.bytes, storage));
   if (lines.size() < kRowsThatAgree) return ReadResult::Refused("the table has fewer than 10 rows");
   const std::size_t columns = SplitAtTabs(lines[0]).size();
   for (std::size_t i = 1; i < kRowsThatAgree; ++i) {
@@ -149,7 +143,7 @@ ReadResult ReadNativeHeaderWithTable(const ReaderInput& input, ImportedProfile& 
   const auto count = static_cast<std::size_t>(header.count);
   if (lines.size() < count) return ReadResult::Refused("the table has fewer rows than the header has points");
 
-  const std::size_t column = AskColumn(input, columns);
+  const std::size_t column = AskColumn(input, columns, profile);
   profile.heightsUM.reserve(count);
   for (std::size_t i = 0; i < count; ++i) {
     const auto fields = SplitAtTabs(lines[i]);

@@ -44,13 +44,14 @@ std::string_view ReadSecondRecord(LineCursor& lines, SecondRecord& record) {
       const auto spacing = LengthMM(fields, 2);
       if (!spacing) return "the spacing is not understood";
       record.spacingMM = *spacing;
-      record.hasSpacing = true;
+      record.hasSpacing = *spacing > 0.0;
     }
   }
   return "record 2 does not end";
 }
 
-/// The spacing of SPACING, else of the X axis. Some writers put 1.0 into the axis whatever the spacing is.
+/// The spacing of SPACING, else, or where that is 0, of the X axis. Some writers put 1.0 into the axis whatever the
+/// spacing is.
 bool TakeSpacing(const PrfFirstRecord& first, const SecondRecord& second, ImportedProfile& profile) {
   const double axisMM = first.x.scale * first.x.unitUM * kMillimetresPerMicrometre;
   const bool axisTells = first.x.stated && first.x.scale != 1.0;
@@ -145,10 +146,7 @@ ReadResult ReadPrfProfile(const ReaderInput& input, ImportedProfile& profile) {
 }
 
 std::string PrfProfileText(const ProfileToWrite& profile) {
-  constexpr std::size_t kNameLength = 6;
-  std::string name = OnOneLine(profile.identification.substr(0, kNameLength));
-  std::replace_if(
-      name.begin(), name.end(), [](char c) { return c == ' ' || c == '.'; }, '_');
+  const std::string name = PrfName(profile.identification);
   const std::string points = ScientificText(static_cast<double>(profile.heightsUM.size()), 6);
   const std::string spacingMM = ScientificText(profile.spacingUM * kMillimetresPerMicrometre, 6);
   std::string text;

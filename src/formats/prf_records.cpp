@@ -1,9 +1,11 @@
 #include "formats/prf_records.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "core/number_text.h"
 #include "core/text.h"
+#include "formats/profile_writer.h"
 
 namespace texturon {
 namespace {
@@ -36,6 +38,14 @@ std::string ReadAxis(const std::vector<std::string_view>& fields, PrfAxis& axis)
 }
 
 }  // namespace
+
+std::string PrfName(std::string_view identification, char fill) {
+  std::string name = OnOneLine(identification.substr(0, kNameLength));
+  std::replace_if(
+      name.begin(), name.end(), [](char c) { return c == ' ' || c == '.'; }, '_');
+  if (fill != '\0') name.resize(kNameLength, fill);
+  return name;
+}
 
 std::vector<std::string_view> PrfFields(std::string_view line) {
   return SplitAtAny(line, " ,\t\r\n");

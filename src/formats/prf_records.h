@@ -25,6 +25,10 @@ struct PrfFirstRecord {
   PrfAxis z;
 };
 
+/// The name under which an identification is written: its first six characters, blanks and full stops as underscores;
+/// shorter ones are filled up with `fill` where one is given.
+std::string PrfName(std::string_view identification, char fill = '\0');
+
 /// Fields between blanks, tabs and commas.
 std::vector<std::string_view> PrfFields(std::string_view line);
 bool IsEndOfRecord(std::string_view line);

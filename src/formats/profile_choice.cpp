@@ -8,6 +8,7 @@
 namespace texturon {
 
 std::string ProfileListLine(std::int64_t number, std::string_view name, std::string_view date) {
+  if (name.empty() && date.empty()) return "Profile " + IntegerText(number, 2) + ": \t  \t";
   return IntegerText(number, 2) + ": \t" + std::string(name.substr(0, 62)) + " \t" + std::string(date.substr(0, 10));
 }
 

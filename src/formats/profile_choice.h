@@ -10,7 +10,8 @@
 
 namespace texturon {
 
-/// One line of the list of a file's profiles: number, name cut to 62 and date cut to 10 characters.
+/// One line of the list of a file's profiles: number, name cut to 62 and date cut to 10 characters; "Profile" and the
+/// number where it has neither.
 std::string ProfileListLine(std::int64_t number, std::string_view name, std::string_view date);
 
 /// Which of `count` profiles to take, from 0: the caller's choice, else the user's from a list under `title`, whose

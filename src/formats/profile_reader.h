@@ -18,6 +18,7 @@ struct ImportedProfile {
   double spacingUM = 0.0;      ///< must end up above 0
   std::vector<double> heightsUM;
   double tipRadiusMM = -1.0;          ///< -1.0: not stated
+  std::int32_t column = 0;            ///< the table's column that was asked for, from 1; 0: no question
   std::string spacingSource;          ///< for people: what of the file, or who, gave the spacing
   std::vector<std::string> warnings;  ///< for people: what was tolerated and what looks wrong
 };
@@ -25,7 +26,7 @@ struct ImportedProfile {
 /// What the caller knows beforehand, so that a reader need not ask.
 struct ImportOptions {
   std::optional<std::int32_t> profileChoice;  ///< which profile of several, from 1; empty: the reader asks
-  std::int32_t column = 1;                    ///< preset of a question for a table's column, from 1
+  std::int32_t column = 1;                    ///< preset of a question for a table's column: the last answer, from 1
   std::optional<double> spacingUM;            ///< preset of a question for the spacing
 };
 

@@ -1,31 +1,56 @@
 #include "formats/reader_questions.h"
 
 #include <algorithm>
+#include <cmath>
+#include <optional>
 
 #include "core/number_text.h"
+#include "core/units.h"
 #include "formats/text_lines.h"
 
 namespace texturon {
 
+namespace {
+
+/// Spacing (um) of a trace whose length the user knows.
+std::optional<double> AskTraceLength(const ReaderInput& input, std::size_t points) {
+  const auto answer = input.prompts.AskText("Enter the trace length (mm):", "");
+  const auto length = answer ? NumberField(*answer, true) : std::nullopt;
+  if (!length || points < 2) return std::nullopt;
+  return *length * kMicrometresPerMillimetre / static_cast<double>(points - 1);
+}
+
+}  // namespace
+
 bool AskSpacing(const ReaderInput& input, double presetUM, ImportedProfile& profile) {
   const std::string preset = ShortestText(input.options.spacingUM.value_or(presetUM));
   const auto answer = input.prompts.AskText("Enter the data point spacing (um):", preset);
-  const auto spacing = answer ? NumberField(*answer, true) : std::nullopt;
-  if (!spacing || *spacing <= 0.0) return false;
+  const auto spacing = answer ? NumberField(*answer, true) : AskTraceLength(input, profile.heightsUM.size());
+  if (!spacing || *spacing <= 0.0 || !std::isfinite(*spacing)) return false;
   profile.spacingUM = *spacing;
-  profile.spacingSource = *answer != preset ? "asked" : input.options.spacingUM ? "given by the caller" : "assumed";
+  profile.spacingSource = answer != preset ? "asked" : input.options.spacingUM ? "given by the caller" : "assumed";
   if (!input.options.spacingUM) {
     profile.warnings.push_back("the file states no usable point spacing; " + ShortestText(*spacing) + " um is taken");
   }
   return true;
 }
 
-std::size_t AskHeightColumn(const ReaderInput& input, std::size_t columns) {
-  if (columns < 2) return 1;
+std::size_t AskColumn(const ReaderInput& input, std::size_t columns, ImportedProfile& profile) {
   const std::string prompt = "Enter the column number (1:" + IntegerText(static_cast<std::int64_t>(columns)) + "):";
   const auto answer = input.prompts.AskText(prompt, IntegerText(input.options.column));
   const std::int32_t wanted = answer ? ParseInt32(*answer).value : input.options.column;
-  return std::min(static_cast<std::size_t>(std::max(wanted, 1)), columns);
+  const std::size_t column = std::min(static_cast<std::size_t>(std::max(wanted, 1)), columns);
+  profile.column = static_cast<std::int32_t>(column);
+  return column;
+}
+
+std::size_t AskHeightColumn(const ReaderInput& input, std::size_t columns, ImportedProfile& profile) {
+  return columns < 2 ? 1 : AskColumn(input, columns, profile);
+}
+
+std::string NotReadYet(std::string_view layout) {
+  return "this layout (" + std::string(layout) +
+         ") is not read yet; export the profile as .lmt, .sdf, .smd or two-column text";
 }
 
 ReadResult RefuseAtLine(const ReaderInput& input, std::size_t line, std::string_view message) {

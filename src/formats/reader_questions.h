@@ -2,17 +2,25 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 #include "formats/profile_reader.h"
 
 namespace texturon {
 
-/// Asks for the point spacing, preset with the caller's or else with `presetUM`, and puts it into the profile with a
-/// warning that it is not the file's. False: cancelled, or no number above 0.
+/// Asks for the point spacing, preset with the caller's or else with `presetUM`, and puts it into the profile, whose
+/// heights are already there, with a warning that it is not the file's. Who cancels is asked for the trace length
+/// instead. False: neither is a number above 0.
 bool AskSpacing(const ReaderInput& input, double presetUM, ImportedProfile& profile);
 
-/// Asks which of `columns` columns of heights to take, unless there is only one; from 1.
-std::size_t AskHeightColumn(const ReaderInput& input, std::size_t columns);
+/// Asks which of a table's `columns` columns to take, from 1, and notes the answer in the profile.
+std::size_t AskColumn(const ReaderInput& input, std::size_t columns, ImportedProfile& profile);
+
+/// The same, unless there is only one.
+std::size_t AskHeightColumn(const ReaderInput& input, std::size_t columns, ImportedProfile& profile);
+
+/// What is said of a file whose layout is recognised, but not known well enough to be read.
+std::string NotReadYet(std::string_view layout);
 
 /// Shows `message` and refuses with it, naming the line.
 ReadResult RefuseAtLine(const ReaderInput& input, std::size_t line, std::string_view message);

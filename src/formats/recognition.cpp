@@ -1,5 +1,10 @@
+#include <filesystem>
+#include <optional>
+
+#include "core/platform.h"
 #include "core/text.h"
 #include "formats/extension_table.h"
+#include "formats/reader_questions.h"
 #include "formats/text_lines.h"
 
 namespace texturon {
@@ -8,16 +13,23 @@ namespace {
 // Marker texts stand in a file's header.
 constexpr std::size_t kHeaderSize = 65'536;
 
-std::string WhatToDo(const ProfileReader& reader) {
-  return "this layout (" + std::string(reader.name) +
-         ") is not read yet; export the profile as .lmt, .sdf, .smd or two-column text";
+/// The message where a companion is missing; empty: it is there, or none belongs to the layout.
+std::optional<std::string> MissingCompanion(const Companion& companion, const ReaderInput& input) {
+  if (companion.extension.empty()) return std::nullopt;
+  std::filesystem::path path = input.path;
+  std::error_code error;
+  if (std::filesystem::exists(path.replace_extension(companion.extension), error)) return std::nullopt;
+  std::string message(companion.message);
+  const std::size_t place = message.find("%s");
+  if (place != std::string::npos) message.replace(place, 2, TextFromPath(path.stem()));
+  return message;
 }
 
 }  // namespace
 
 ReadResult RunReader(const ProfileReader& reader, const ReaderInput& input, ImportedProfile& profile) {
   if (reader.read != nullptr) return reader.read(input, profile);
-  if (reader.markers.empty()) return ReadResult::NotRecognised(WhatToDo(reader));
+  if (reader.markers.empty()) return ReadResult::NotRecognised(NotReadYet(reader.name));
   const std::string_view header = input.bytes.substr(0, kHeaderSize);
   const auto holds = [header](std::string_view text) { return header.find(text) != std::string_view::npos; };
   for (const std::string_view marker : SplitAtEach(reader.markers, '|')) {
@@ -27,7 +39,8 @@ ReadResult RunReader(const ProfileReader& reader, const ReaderInput& input, Impo
     if (condition.text.empty() || holds(condition.text) == condition.mustBeThere) continue;
     return ReadResult::Refused(std::string(condition.message));
   }
-  return ReadResult::Refused(WhatToDo(reader));
+  const auto missing = MissingCompanion(reader.companion, input);
+  return ReadResult::Refused(missing ? *missing : NotReadYet(reader.name));
 }
 
 std::string WhatItTakes(const ProfileReader& reader) {

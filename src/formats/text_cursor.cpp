@@ -13,14 +13,22 @@ constexpr bool IsWhiteSpace(char c) {
 
 }  // namespace
 
+TextCursor::TextCursor(std::string_view text)
+    : text_(text), lineEnd_(text.find('\n') == std::string_view::npos ? '\r' : '\n') {}
+
 std::size_t TextCursor::Line() const {
-  const std::size_t end = std::min(position_, text_.size());
-  return 1 +
-         static_cast<std::size_t>(std::count(text_.begin(), text_.begin() + static_cast<std::ptrdiff_t>(end), '\n'));
+  const std::string_view before = text_.substr(0, position_);
+  return 1 + static_cast<std::size_t>(std::count(before.begin(), before.end(), lineEnd_));
 }
 
 void TextCursor::SkipWhiteSpace() {
   while (!AtEnd() && IsWhiteSpace(text_[position_])) ++position_;
+}
+
+bool TextCursor::SkipIf(char c) {
+  const bool isThere = !AtEnd() && text_[position_] == c;
+  if (isThere) ++position_;
+  return isThere;
 }
 
 std::string_view TextCursor::Token() {
@@ -40,7 +48,7 @@ std::string TextCursor::RestOfLine(std::size_t limit) {
   while (!AtEnd() && line.size() < limit) {
     const std::size_t before = position_;
     SkipOne();
-    const bool endsLine = text_[position_ - 1] == '\n';
+    const bool endsLine = text_[position_ - 1] == lineEnd_;
     line.push_back(endsLine ? '\n' : text_[before]);
     if (endsLine) break;
   }

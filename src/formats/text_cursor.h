@@ -8,10 +8,11 @@
 
 namespace texturon {
 
-/// Walks through a text token by token as C stream input does. CR LF counts as one character, a line feed.
+/// Walks through a text token by token as C stream input does. CR LF counts as one character, a line feed; so does CR
+/// in a text without any LF.
 class TextCursor {
 public:
-  explicit TextCursor(std::string_view text) : text_(text) {}
+  explicit TextCursor(std::string_view text);
 
   bool AtEnd() const { return position_ >= text_.size(); }
   std::size_t Position() const { return position_; }
@@ -29,9 +30,12 @@ public:
   std::optional<double> Number();
   std::optional<std::int32_t> Integer();
   void SkipWhiteSpace();
+  /// Skips the next character if it is `c`; whether it was.
+  bool SkipIf(char c);
 
 private:
   std::string_view text_;
+  char lineEnd_;
   std::size_t position_ = 0;
 };
 

@@ -70,7 +70,7 @@ std::vector<std::string_view> SplitAtEach(std::string_view line, char separator)
 
 std::optional<double> NumberField(std::string_view field, bool decimalComma) {
   field = TrimBlanks(field);
-  if (field.empty() || field.size() > kLongestNumber) return std::nullopt;
+  if (field.empty() || field.size() > kLongestNumber || field.front() == ',') return std::nullopt;
   ParsedDouble number;
   if (decimalComma && field.find(',') != std::string_view::npos) {
     std::array<char, kLongestNumber> pointed;
@@ -103,11 +103,14 @@ std::string AtLine(std::size_t line, std::string_view text) {
 
 std::string_view PlainText(std::string_view bytes, std::string& storage) {
   if (bytes.starts_with("\xEF\xBB\xBF")) return bytes.substr(3);
-  if (!bytes.starts_with("\xFF\xFE")) return bytes;
+  const bool isBigEndian = bytes.starts_with("\xFE\xFF");
+  if (!isBigEndian && !bytes.starts_with("\xFF\xFE")) return bytes;
   std::string utf8;
   utf8.reserve(bytes.size() / 2);
   for (std::size_t i = 2; i + 1 < bytes.size(); i += 2) {
-    AppendCodeUnit(utf8, static_cast<unsigned char>(bytes[i]) | (static_cast<unsigned>(bytes[i + 1]) << 8 & 0xFF00U));
+    const unsigned first = static_cast<unsigned char>(bytes[i]);
+    const unsigned second = static_cast<unsigned char>(bytes[i + 1]);
+    AppendCodeUnit(utf8, isBigEndian ? first << 8 | second : second << 8 | first);
   }
   storage = Windows1252FromUtf8(utf8);
   return storage;

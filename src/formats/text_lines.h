@@ -37,7 +37,8 @@ std::vector<std::string_view> SplitAtAny(std::string_view line, std::string_view
 /// Fields between single separators; empty fields stay.
 std::vector<std::string_view> SplitAtEach(std::string_view line, char separator);
 
-/// A whole field, blanks around it aside, as a finite number. With `decimalComma` a comma stands for the point.
+/// A whole field, blanks around it aside, as a finite number. With `decimalComma` a comma behind a digit stands for the
+/// point.
 std::optional<double> NumberField(std::string_view field, bool decimalComma = false);
 
 /// Micrometres in one unit of length: m, mm, um, nm, pm, Angstrom, in, in any case, the micro sign as Windows-1252,
@@ -47,7 +48,7 @@ std::optional<double> MicrometresPerUnit(std::string_view unit);
 /// "line 12: text".
 std::string AtLine(std::size_t line, std::string_view text);
 
-/// UTF-16LE behind its byte-order mark as Windows-1252; UTF-8 without its mark; anything else as it stands. `storage`
+/// UTF-16 behind its byte-order mark as Windows-1252; UTF-8 without its mark; anything else as it stands. `storage`
 /// holds the text where it had to be made.
 std::string_view PlainText(std::string_view bytes, std::string& storage);
 

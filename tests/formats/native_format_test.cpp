@@ -6,39 +6,18 @@
 #include <vector>
 
 #include "formats/import.h"
+#include "formats/reading.h"
 #include "support/near.h"
 #include "support/scratch_folder.h"
-#include "support/scripted_prompts.h"
 
 namespace texturon {
 namespace {
 
-std::tm SavedAt() {
-  std::tm time{};
-  time.tm_year = 115;
-  time.tm_mon = 2;
-  time.tm_mday = 4;
-  time.tm_hour = 9;
-  time.tm_min = 5;
-  time.tm_sec = 7;
-  return time;
-}
-
 const std::string kHeader =
     "Lumetrace_Data 1.0\r\nIDENTIFICATION: Shaft 12\r\nDATE: 04 Mar 2015 - 09:05:07\r\nSPACING_UM: 0.500000\r\n";
 
-struct Reading {
-  ReadResult result;
-  ImportedProfile profile;
-  ScriptedPrompts prompts;
-};
-
 Reading Read(const std::string& bytes) {
-  Reading reading;
-  const std::filesystem::path path = "x.lmt";
-  const ImportOptions options;
-  reading.result = ReadNativeProfile({path, bytes, options, reading.prompts}, reading.profile);
-  return reading;
+  return Read(ReadNativeProfile, bytes);
 }
 
 TEST(NativeFormat, WritesExactlyTheseBytes) {
@@ -76,6 +55,10 @@ TEST(NativeFormat, TakesLooseFiles) {
   const Case cases[] = {
       {"any case, LF, no last line end", lf + "profile_um:\n1 2\t\n\n3", {1, 2, 3}},
       {"more heights than points", kHeader + "NUMBER_OF_POINTS: 2\r\nPROFILE_UM:\r\n1\r\n2\r\n3\r\n", {1, 2}},
+      {"CR",
+       "Lumetrace_Data 1.0\rIDENTIFICATION: Shaft 12\rDATE: x\rSPACING_UM: 0.5\rNUMBER_OF_POINTS: "
+       "2\rPROFILE_UM:\r1\r2\r",
+       {1, 2}},
       {"exponents, plus signs", kHeader + "NUMBER_OF_POINTS: 3\r\nPROFILE_UM:\r\n1e1 +2 -.5\r\n", {10, 2, -0.5}},
       {"a token that is no number",
        kHeader + "NUMBER_OF_POINTS: 4\r\nPROFILE_UM:\r\n1\r\nabc\r\n3\r\n4\r\n",
@@ -172,6 +155,7 @@ TEST_F(NativeTable, AsksForTheColumnAndClampsTheAnswer) {
     EXPECT_EQ(outcome.profile.heightsUM[2], c.third) << c.answer.value_or("cancelled");
     EXPECT_EQ(prompts_.questions, std::vector<std::string>{"Enter the column number (1:3):"});
     EXPECT_EQ(prompts_.presets, std::vector<std::string>{"2"});
+    EXPECT_EQ(outcome.profile.column, c.third == -3.0 ? 2 : c.third == 1.0 ? 3 : 1) << "remembered for the next file";
     if (c.answer == "7") {
       EXPECT_EQ(outcome.profile.heightsUM[3], 0.0) << "a field that is no number";
     }
@@ -187,65 +171,6 @@ TEST_F(NativeTable, RefusesShortAndRaggedTablesWithoutAMessage) {
   }
   std::filesystem::remove(folder_ / "t.LMTd");
   EXPECT_FALSE(LoadProfileFile(folder_ / "t.LMTH", {}, prompts_).loaded);
-}
-
-TEST(Import, CleansTextsAndRefusesWhatIsNoProfile) {
-  const ScratchFolder folder;
-  ScriptedPrompts prompts;
-  const std::string tail = "NUMBER_OF_POINTS: 1\nPROFILE_UM:\n5\n";
-  const auto load = [&](const char* name, const std::string& bytes) {
-    return LoadProfileFile(folder.Write(name, bytes), {}, prompts);
-  };
-  const ImportOutcome good =
-      load("a.LmT", "Lumetrace_Data 1.0\nIDENTIFICATION: Shaft 4, left\nDATE: 1, 2\nSPACING_UM: 0.5\n" + tail);
-  ASSERT_TRUE(good.loaded) << good.reason;
-  EXPECT_EQ(good.profile.identification, "Shaft 4; left");
-  EXPECT_EQ(good.profile.date, "1; 2");
-  for (const char* spacing : {"0", "-1", "nan", "inf"}) {
-    const std::string bytes =
-        "Lumetrace_Data 1.0\nIDENTIFICATION: a\nDATE: d\nSPACING_UM: " + std::string(spacing) + "\n";
-    EXPECT_FALSE(load("b.lmt", bytes + tail).loaded) << spacing;
-  }
-  for (const auto& path :
-       {folder.Write("c.unknown", "x"), folder.Write("d.lmt", ""), folder / "missing.lmt", folder.path()}) {
-    const ImportOutcome outcome = LoadProfileFile(path, {}, prompts);
-    EXPECT_FALSE(outcome.loaded);
-    EXPECT_FALSE(outcome.reason.empty()) << path;
-  }
-}
-
-ReadResult LeavesHeightsAndRefuses(const ReaderInput& /*input*/, ImportedProfile& profile) {
-  profile.heightsUM = {1.0};
-  profile.spacingUM = 2.0;
-  return ReadResult::Refused("damaged");
-}
-
-TEST(Import, FollowsTheTablesOddities) {
-  const ScratchFolder folder;
-  ScriptedPrompts prompts;
-  const std::filesystem::path path = "x.out";
-  const auto run = [&](const ExtensionEntry& entry, const ImportOptions& options, std::string_view bytes = "x") {
-    return ReadThroughChain(entry, {path, bytes, options, prompts});
-  };
-  const ProfileReader refusing[] = {{"refusing", "", LeavesHeightsAndRefuses, "", {}}};
-  const ProfileReader native[] = {{"native", "", ReadNativeProfile, "", {}}};
-  EXPECT_TRUE(run({".OUT", refusing, {}, true}, {}).loaded) << "the result is ignored";
-  EXPECT_FALSE(run({".OUT", refusing}, {}).loaded);
-  EXPECT_EQ(run({".DAT", refusing, native}, {.profileChoice = 3}).attempts.front().reader, "native");
-  EXPECT_EQ(run({".DAT", refusing, native}, {}).attempts.front().reader, "refusing");
-  prompts.messages.clear();
-  const auto load = [&](const char* name, const char* bytes) {
-    return LoadProfileFile(folder.Write(name, bytes), {}, prompts).attempts;
-  };
-  EXPECT_EQ(load("a.HWP", "LT Type").front().reader, "HWP text") << "the first of two entries wins";
-  EXPECT_EQ(load("a.txt", "nothing").size(), 27u);
-  EXPECT_EQ(load("a.dat", "nothing").size(), 7u);
-  EXPECT_TRUE(prompts.messages.empty());
-  EXPECT_NE(load("a.ruf", "Roughness Data").front().result.reason.find("not read yet"), std::string::npos);
-  EXPECT_EQ(prompts.messages.size(), 1u);
-  load("a.xml", "<DATA><MEASUREMENT>");
-  EXPECT_EQ(prompts.messages[1], "Wrong file version.  Contact Corvane");
-  EXPECT_EQ(prompts.messages.size(), 2u);
 }
 
 TEST(NativeFormat, WritesUnderItsOwnExtensionOrSaysSo) {

@@ -1,0 +1,139 @@
+#include "formats/comma_separated.h"
+
+#include <cmath>
+#include <optional>
+
+#include "core/number_text.h"
+#include "core/profile_set.h"
+#include "core/text.h"
+#include "core/units.h"
+#include "formats/column_text.h"
+#include "formats/native_format.h"
+#include "formats/reader_questions.h"
+#include "formats/text_lines.h"
+
+namespace texturon {
+namespace {
+
+/// The first two cells of a row; the first may stand in quotes.
+struct TwoCells {
+  std::string_view first;
+  std::string_view second;
+};
+
+TwoCells SplitTwoCells(std::string_view line) {
+  std::size_t end = line.find(',');
+  std::string_view first = line.substr(0, end);
+  if (line.starts_with('"')) {
+    const std::size_t quote = line.find('"', 1);
+    first = line.substr(1, quote == std::string_view::npos ? quote : quote - 1);
+    end = line.find(',', quote);
+  }
+  if (end == std::string_view::npos) return {TrimBlanks(first), {}};
+  const std::string_view rest = line.substr(end + 1);
+  return {TrimBlanks(first), TrimBlanks(rest.substr(0, rest.find(',')))};
+}
+
+/// What follows a key that begins a cell; empty where another does.
+std::string_view Behind(std::string_view cell, std::string_view key) {
+  return StartsWithIgnoringCase(cell, key) ? TrimBlanks(cell.substr(key.size())) : std::string_view{};
+}
+
+/// Whether the rows are those of the roughness tester: a quoted comment beside a number of points, date and time below.
+bool IsTesterExport(std::string_view text) {
+  constexpr std::size_t kRows = 12;
+  if (!text.starts_with('"')) return false;
+  LineCursor lines(text);
+  bool hasDate = false;
+  bool hasTime = false;
+  while (const auto line = lines.Next()) {
+    const TwoCells cells = SplitTwoCells(*line);
+    const auto number = NumberField(cells.second);
+    if (!number && !cells.second.empty()) return false;
+    const double count = number.value_or(0.0);
+    if (lines.LineNumber() == 1 && (count < 1.0 || count != std::trunc(count))) return false;
+    hasDate = hasDate || StartsWithIgnoringCase(cells.first, "DATE");
+    hasTime = hasTime || StartsWithIgnoringCase(cells.first, "TIME");
+    if (lines.LineNumber() == kRows) break;
+  }
+  return hasDate && hasTime;
+}
+
+ReadResult ReadTesterExport(const ReaderInput& input, ImportedProfile& profile) {
+  LineCursor lines(input.bytes);
+  const TwoCells head = SplitTwoCells(lines.Next().value_or(std::string_view{}));
+  const double count = NumberField(head.second).value_or(0.0);
+  std::string_view date;
+  std::string_view time;
+  while (const auto line = lines.Next()) {
+    if (TrimBlanks(*line).empty()) continue;
+    const TwoCells cells = SplitTwoCells(*line);
+    if (date.empty()) date = Behind(cells.first, "DATE");
+    if (time.empty()) time = Behind(cells.first, "TIME");
+    if (cells.first == "R" || cells.first == "W") {
+      profile.warnings.push_back("the heights are those of the " + std::string(cells.first) + " profile");
+    }
+    if (cells.second.empty()) continue;  // results may go on below the heights
+    const auto height = NumberField(cells.second);
+    if (!height) return RefuseAtLine(input, lines.LineNumber(), "Not a height.");
+    if (profile.heightsUM.size() == static_cast<std::size_t>(kPointCapacity)) {
+      return RefuseAtLine(input, lines.LineNumber(), "There are more than 750 000 points.");
+    }
+    profile.heightsUM.push_back(*height);
+  }
+  if (profile.heightsUM.empty()) return RefuseAtLine(input, lines.LineNumber(), "Unexpected end of file.");
+  WarnOfCount(count, profile);
+  profile.identification = head.first;
+  profile.date = time.empty() ? std::string(date) : std::string(date) + " - " + std::string(time);
+  if (!AskSpacing(input, 1.0, profile)) return ReadResult::Refused("no point spacing was given");
+  return ReadResult::Read();
+}
+
+/// A length such as "12.5 um", or in a key that ends in its unit: ("Length (um)", "12.5").
+std::optional<double> LengthUM(const TwoCells& cells) {
+  const auto fields = SplitAtAny(cells.second, " \t");
+  if (fields.empty()) return std::nullopt;
+  const auto number = NumberField(fields[0]);
+  const std::size_t open = cells.first.rfind('(');
+  const std::string_view unit = fields.size() > 1                ? fields[1]
+                                : open != std::string_view::npos ? cells.first.substr(open + 1)
+                                                                 : std::string_view("um");
+  const auto unitUM = MicrometresPerUnit(unit.substr(0, unit.find(')')));
+  if (!number || !unitUM) return std::nullopt;
+  return *number * *unitUM;
+}
+
+/// Takes tip radius and trace length from the lines above "Scan Data". Positions are rounded to 0.1 um: where the
+/// length agrees with them it gives the better spacing.
+void TakeScanParameters(std::string_view text, ImportedProfile& profile) {
+  constexpr std::size_t kMostLines = 100;
+  LineCursor lines(text);
+  const auto steps = static_cast<double>(profile.heightsUM.size() - 1);
+  while (const auto line = lines.Next()) {
+    if (line->starts_with("Scan Data") || lines.LineNumber() > kMostLines) return;
+    const TwoCells cells = SplitTwoCells(*line);
+    const auto length = LengthUM(cells);
+    if (!length || *length <= 0.0) continue;
+    if (StartsWithIgnoringCase(cells.first, "Stylus radius")) {
+      profile.tipRadiusMM = *length * kMillimetresPerMicrometre;
+    } else if (StartsWithIgnoringCase(cells.first, "Length") && steps > 0.0) {
+      constexpr double kRoundingUM = 0.11;
+      if (std::abs(*length - profile.spacingUM * steps) > kRoundingUM) continue;
+      profile.spacingUM = *length / steps;
+      profile.spacingSource = "scan parameter Length";
+    }
+  }
+}
+
+}  // namespace
+
+ReadResult ReadCommaSeparated(const ReaderInput& input, ImportedProfile& profile) {
+  if (StartsWithIgnoringCase(input.bytes, "Lumetrace_Data")) return ReadNativeProfile(input, profile);
+  if (IsTesterExport(input.bytes)) return ReadTesterExport(input, profile);
+  ReadResult result = ReadGenericText(input, profile);
+  const bool isRead = result.status == ReadResult::Status::kRead;
+  if (isRead && StartsWithIgnoringCase(input.bytes, "Scan Parameters")) TakeScanParameters(input.bytes, profile);
+  return result;
+}
+
+}  // namespace texturon
