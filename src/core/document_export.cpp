@@ -12,6 +12,7 @@
 #include "export/curve_export.h"
 #include "export/parameter_csv.h"
 #include "export/profile_export.h"
+#include "formats/mod_writer.h"
 
 namespace texturon {
 namespace {
@@ -113,7 +114,7 @@ ResidualOutcome ResidualOf(const Document& document, ProfileKind kind, Prompts& 
   const double firstMM = profile.range.first * spacingUM * kMillimetresPerMicrometre;
   auto table = MakeResidualTable(profile.Heights(), spacingUM, fit->apexXMM - firstMM,
                                  ResidualTableOptionsOf(document.settings.analysis));
-  if (!table) return {{}, "the length and spacing of the residual table give no rows"};
+  if (!table || table->rows.empty()) return {{}, "the length and spacing of the residual table give no rows"};
   if (table->exceedsData && !prompts.AskYesNo("Side length greater than data extent.  Export anyway?")) {
     return {{}, "the side length is greater than the data extent"};
   }
@@ -127,6 +128,70 @@ ExportResult ExportResidual(const Document& document, Prompts& prompts) {
   return {AsphereTableExport(residual.table.rows, layout, "Aspheric residual, X and Z in mm"), {}};
 }
 
+/// X of the fitted centre in the record; 0 where no arc was taken out.
+double CentreMM(const Document& document) {
+  const AnalysisResults& results = document.results;
+  const double firstUM = document.useAllDataForForm
+                             ? 0.0
+                             : document.profiles.computeRange.first * document.profiles.spacingUM;
+  if (const auto* const arc = std::get_if<ArcFit>(&results.formGeometry)) {
+    return (firstUM + arc->centreXUM) * kMillimetresPerMicrometre;
+  }
+  if (const auto* const radius = std::get_if<FixedRadiusFit>(&results.formGeometry)) {
+    return (firstUM + radius->centreXUM) * kMillimetresPerMicrometre;
+  }
+  return 0.0;
+}
+
+ExportResult FromMod(ModText&& text) {
+  return {std::move(text.bytes), std::move(text.reason)};
+}
+
+ExportResult ExportWavinessMod(const Document& document, Prompts& /*prompts*/) {
+  if (!document.profiles.wavinessComputed) return Missing(ProfileTitle(ProfileKind::kWaviness));
+  const Profile profile = document.profiles.View(ProfileKind::kWaviness);
+  const std::int32_t form = document.settings.analysis.FormRemovalType;
+  return FromMod(WavinessModText(
+      {.points = {.heightsUM = profile.Heights(),
+                  .spacingUM = profile.spacingUM,
+                  .firstIndex = profile.range.first,
+                  .xOffsetMM = CentreMM(document)},
+       .isArc = form == kFormArc || form == kFormFixedRadius,
+       .assessmentLengthMM = (profile.range.count - 1) * profile.spacingUM * kMillimetresPerMicrometre}));
+}
+
+/// The coefficients of an asphere that are not zero, under the powers that they multiply.
+std::vector<ModCoefficient> CoefficientsOf(const AsphereDescription& asphere) {
+  std::vector<ModCoefficient> coefficients;
+  for (std::size_t i = 0; i < asphere.coefficients.size(); ++i) {
+    if (asphere.coefficients[i] == 0.0) continue;
+    coefficients.push_back({.number = static_cast<double>(i + 1), .value = asphere.coefficients[i]});
+  }
+  return coefficients;
+}
+
+ExportResult ExportResidualMod(const Document& document, Prompts& prompts) {
+  const ResidualOutcome residual = ResidualOf(document, ProfileKind::kWaviness, prompts);
+  if (!residual.reason.empty()) return {{}, residual.reason};
+  const AnalysisSettings& settings = document.settings.analysis;
+  const std::vector<TableRow>& rows = residual.table.rows;
+  std::vector<double> heightsUM(rows.size());
+  std::transform(rows.begin(), rows.end(), heightsUM.begin(),
+                 [](const TableRow& row) { return row.zMM * kMicrometresPerMillimetre; });
+  const auto& fit = std::get<AsphereFit>(document.results.formGeometry);
+  const std::vector<ModCoefficient> coefficients = CoefficientsOf(DescribeAsphere(settings));
+  return FromMod(AsphereModText(
+      {.points = {.heightsUM = heightsUM,
+                  .spacingUM = settings.AspResidualSpacingMM * kMicrometresPerMillimetre,
+                  .firstIndex = RoundToIndex(rows.empty() ? 0.0 : rows.front().xMM / settings.AspResidualSpacingMM)},
+       .identification = document.profiles.identification,
+       .assessmentLengthMM = static_cast<double>(rows.size() - 1) * settings.AspResidualSpacingMM,
+       .coefficients = coefficients,
+       .radiusMM = fit.RadiusMM(),
+       .conic = fit.conic,
+       .comment = settings.AsphereMODFileComment}));
+}
+
 ExportResult ExportSagTable(const Document& document, Prompts& /*prompts*/) {
   const AnalysisSettings& settings = document.settings.analysis;
   const std::vector<TableRow> rows = SagTableOf(settings);
@@ -138,7 +203,7 @@ constexpr std::array kExportKinds = {
     ExportKind{"raw", "Raw Data", ExportProfile<ProfileKind::kRaw>},
     ExportKind{"form-suppressed", "Form Suppressed Data", ExportProfile<ProfileKind::kFormSuppressed>},
     ExportKind{"primary", "Primary Profile", ExportProfile<ProfileKind::kPrimary>},
-    ExportKind{"waviness", "Waviness Profile", ExportProfile<ProfileKind::kWaviness>},
+    ExportKind{"waviness", "Waviness Profile", ExportProfile<ProfileKind::kWaviness>, ExportWavinessMod},
     ExportKind{"roughness", "Roughness Profile", ExportProfile<ProfileKind::kRoughness>},
     ExportKind{"closing", "Morphological Closing Profile", ExportProfile<ProfileKind::kClosing>},
     ExportKind{"opening", "Morphological Opening Profile", ExportProfile<ProfileKind::kOpening>},
@@ -148,7 +213,7 @@ constexpr std::array kExportKinds = {
     ExportKind{"roughness-brc", "Roughness Bearing Ratio Curve", ExportBearingRatios<CurveProfile::kRoughness>},
     ExportKind{"probability", "Probability Curve", ExportProbability},
     ExportKind{"spectrum", "Spectrum", ExportSpectrum},
-    ExportKind{"asphere-residual", "Aspheric Residual", ExportResidual},
+    ExportKind{"asphere-residual", "Aspheric Residual", ExportResidual, ExportResidualMod},
     ExportKind{"sag-table", "Sag Table", ExportSagTable},
 };
 
