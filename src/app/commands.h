@@ -35,6 +35,13 @@ struct BatchOptions {
   bool resume = false;
 };
 
+struct WatchOptions {
+  std::string folder;
+  std::string mask;
+  std::string parameterFile;
+  std::string holdFolder;
+};
+
 struct SettingsOptions {
   std::string checkFile;  ///< empty: list every key
 };
@@ -47,6 +54,7 @@ int RunExport(const ExportOptions& options, const CommonOptions& common);
 /// The kinds of exports, separated by commas.
 std::string ExportKindNames();
 int RunInspect(const std::string& file, const CommonOptions& common);
+int RunWatch(const WatchOptions& options, const CommonOptions& common);
 int RunParameters();
 int RunFormats();
 int RunSettings(const SettingsOptions& options);
