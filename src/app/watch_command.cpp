@@ -67,15 +67,14 @@ int RunWatch(const WatchOptions& options, const CommonOptions& common) {
   if (!setup) return kExitRefused;
   const FolderWatchOptions watch = OptionsOf(options, setup->document.settings);
   CatchInterrupts();
-  const std::string reason =
-      WatchFolder(watch, {.start = setup->document, .import = setup->import, .invert = setup->invert},
-                  SystemEnvironment(),
-                  {.analysed =
-                       [&common](const std::string& file, const FileAnalysis& /*analysis*/) {
-                         if (!common.quiet) std::cout << file << " analysed" << std::endl;
-                       },
-                   .failed = [](const std::string& sentence) { Complain(Utf8FromWindows1252(sentence)); },
-                   .stops = Interrupted});
+  const std::string reason = WatchFolder(
+      watch, {.start = setup->document, .import = setup->import, .invert = setup->invert}, SystemEnvironment(),
+      {.analysed =
+           [&common](const std::string& file, const FileAnalysis& /*analysis*/) {
+             if (!common.quiet) std::cout << file << " analysed" << std::endl;
+           },
+       .failed = [](const std::string& sentence) { Complain(Utf8FromWindows1252(sentence)); },
+       .stops = Interrupted});
   if (!reason.empty()) {
     Complain(Utf8FromWindows1252(reason));
     return kExitRefused;

@@ -43,8 +43,12 @@ class Watch {
 public:
   Watch(const FolderWatchOptions& options, const FileAnalysisOptions& analysis, const Environment& environment,
         const FolderWatchObserver& observer)
-      : options_(options), analysis_(analysis), environment_(environment), observer_(observer),
-        log_(environment, options.logsEvents), journal_(options.folder / ".texturon-watch-journal"),
+      : options_(options),
+        analysis_(analysis),
+        environment_(environment),
+        observer_(observer),
+        log_(environment, options.logsEvents),
+        journal_(options.folder / ".texturon-watch-journal"),
         doneList_(options.folder / ".texturon-watch-done") {}
 
   std::string Run() {
@@ -75,7 +79,8 @@ private:
   void Pause() const {
     constexpr std::chrono::milliseconds kSlice(50);
     const auto end = std::chrono::steady_clock::now() + options_.poll;
-    while (!Stops() && std::chrono::steady_clock::now() < end) std::this_thread::sleep_for(std::min(kSlice, options_.poll));
+    while (!Stops() && std::chrono::steady_clock::now() < end)
+      std::this_thread::sleep_for(std::min(kSlice, options_.poll));
   }
 
   /// Takes up what a former run left: the entry at hand and the files done.
@@ -108,7 +113,8 @@ private:
 
   void Poll() {
     if (atHand_ && !Finish()) return;
-    const FolderFiles listed = ListFolder(options_.folder, options_.singleFile.empty() ? options_.mask : std::string("*"));
+    const FolderFiles listed =
+        ListFolder(options_.folder, options_.singleFile.empty() ? options_.mask : std::string("*"));
     if (!listed.reason.empty()) Complain(FileSentence(options_.folder, listed.reason));
     std::map<std::string, FileStamp> seen;
     for (const std::filesystem::path& path : listed.files) {
@@ -187,8 +193,8 @@ private:
   /// Does what is left of the entry at hand. False: not all of it could be done, and the entry stays.
   bool Finish() {
     if (!rowIsWritten_ && !atHand_->parameterFile.empty()) {
-      const auto file = WaitForAppendFile(PathFromSystemText(atHand_->parameterFile), std::chrono::hours(24 * 365),
-                                          observer_.stops);
+      const auto file =
+          WaitForAppendFile(PathFromSystemText(atHand_->parameterFile), std::chrono::hours(24 * 365), observer_.stops);
       if (file->state() == AppendFile::State::kInUse) return false;
       if (file->state() == AppendFile::State::kFailed) {
         Complain(FileSentence(PathFromSystemText(atHand_->parameterFile), file->outcome().reason));
@@ -240,7 +246,8 @@ private:
   FileOutcome Remember(const std::string& line) {
     if (done_.contains(line)) return {};
     AppendFile list(doneList_);
-    if (list.state() != AppendFile::State::kHeld) return {list.outcome().reason.empty() ? "is in use" : list.outcome().reason};
+    if (list.state() != AppendFile::State::kHeld)
+      return {list.outcome().reason.empty() ? "is in use" : list.outcome().reason};
     FileOutcome outcome = list.endsInsideLine() ? list.Append("\n") : FileOutcome{};
     if (outcome.ok()) outcome = list.Append(line);
     if (outcome.ok()) outcome = list.Flush();

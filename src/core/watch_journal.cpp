@@ -70,9 +70,8 @@ std::optional<FileStamp> StampOf(const std::filesystem::path& path) {
 std::string WatchEntryText(const WatchEntry& entry) {
   return std::string(kFirstLine) + "\n" + Counted(entry.file) +
          IntegerText(static_cast<std::int64_t>(entry.stamp.size)) + "\n" + IntegerText(entry.stamp.time) + "\n" +
-         Counted(entry.holdFile) + Counted(entry.parameterFile) +
-         IntegerText(static_cast<std::int64_t>(entry.rowAt)) + "\n" + Counted(entry.rowText) +
-         Counted(entry.header);
+         Counted(entry.holdFile) + Counted(entry.parameterFile) + IntegerText(static_cast<std::int64_t>(entry.rowAt)) +
+         "\n" + Counted(entry.rowText) + Counted(entry.header);
 }
 
 std::optional<WatchEntry> ParseWatchEntry(std::string_view text) {
