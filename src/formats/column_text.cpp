@@ -30,11 +30,11 @@ struct Manner {
 void SplitRow(std::string_view line, char separator, std::vector<std::string_view>& fields) {
   fields.clear();
   const bool isBlank = separator == ' ';
-  const std::string_view separators = isBlank ? std::string_view(" \t") : std::string_view(&separator, 1);
+  constexpr std::string_view kBlanks = " \t";
   while (fields.size() <= kMostColumns) {
-    if (isBlank) line.remove_prefix(std::min(line.find_first_not_of(separators), line.size()));
+    if (isBlank) line.remove_prefix(std::min(line.find_first_not_of(kBlanks), line.size()));
     if (isBlank && line.empty()) break;
-    const std::size_t end = line.find_first_of(separators);
+    const std::size_t end = isBlank ? line.find_first_of(kBlanks) : line.find(separator);
     fields.push_back(TrimBlanks(line.substr(0, end)));
     if (end == std::string_view::npos) break;
     line.remove_prefix(end + 1);
