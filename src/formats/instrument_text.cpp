@@ -102,10 +102,7 @@ ReadResult ReadProfileSections(const ReaderInput& input, ImportedProfile& profil
   if (entries.count > 0.0) WarnOfCount(entries.count, profile);
   SettleSpacing(entries, profile.heightsUM.size(), profile);
   FillInvalid(profile.heightsUM, profile.warnings);
-  const bool isUsable =
-      !profile.heightsUM.empty() && std::isfinite(profile.spacingUM) &&
-      std::all_of(profile.heightsUM.begin(), profile.heightsUM.end(), [](double z) { return std::isfinite(z); });
-  if (!isUsable) return RefuseAtLine(input, lines.LineNumber(), "There are no valid profile values.");
+  if (profile.heightsUM.empty()) return RefuseAtLine(input, lines.LineNumber(), "There are no valid profile values.");
   profile.identification = entries.name;
   if (entries.name.empty() && !entries.object.empty()) {
     profile.identification = std::string(entries.object) + " " + std::string(entries.number);

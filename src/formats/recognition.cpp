@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <cmath>
 #include <filesystem>
 #include <optional>
 
@@ -25,10 +27,24 @@ std::optional<std::string> MissingCompanion(const Companion& companion, const Re
   return message;
 }
 
+/// Scales and units can make numbers of a file too large to be any.
+bool IsFinite(const ImportedProfile& profile) {
+  return std::isfinite(profile.spacingUM) &&
+         std::all_of(profile.heightsUM.begin(), profile.heightsUM.end(), [](double z) { return std::isfinite(z); });
+}
+
+ReadResult RunRoutine(const ProfileReader& reader, const ReaderInput& input, ImportedProfile& profile) {
+  ReadResult result = reader.read(input, profile);
+  if (result.status != ReadResult::Status::kRead || IsFinite(profile)) return result;
+  constexpr std::string_view kTooLarge = "The numbers of the file are too large.";
+  input.prompts.ShowMessage(kTooLarge);
+  return ReadResult::Refused(std::string(kTooLarge));
+}
+
 }  // namespace
 
 ReadResult RunReader(const ProfileReader& reader, const ReaderInput& input, ImportedProfile& profile) {
-  if (reader.read != nullptr) return reader.read(input, profile);
+  if (reader.read != nullptr) return RunRoutine(reader, input, profile);
   if (reader.markers.empty()) return ReadResult::NotRecognised(NotReadYet(reader.name));
   const std::string_view header = input.bytes.substr(0, kHeaderSize);
   const auto holds = [header](std::string_view text) { return header.find(text) != std::string_view::npos; };
