@@ -3,8 +3,12 @@
 #include "app/analysis_json.h"
 #include "app/analysis_table.h"
 #include "app/commands.h"
+#include "core/charset.h"
+#include "core/date_text.h"
+#include "core/document_export.h"
 #include "core/pipeline.h"
 #include "core/platform.h"
+#include "export/parameter_file.h"
 
 namespace texturon {
 namespace {
@@ -26,6 +30,15 @@ void Print(const Document& document, const std::string& file, const ConsolePromp
                 << "\n";
       break;
   }
+}
+
+/// Adds the row of an analysis to the parameter file. False, with a sentence on standard error, when it is lost.
+bool AppendRow(const Document& document, const std::string& appendTo, const Environment& environment) {
+  const ParameterFileText text = ParameterFileTextOf(document, DateText(environment.localTime()));
+  CollectingPrompts prompts;
+  if (AppendParameters(PathFromSystemText(appendTo), text.header, text.row, prompts).written) return true;
+  for (const std::string& message : prompts.messages()) Complain(Utf8FromWindows1252(message));
+  return false;
 }
 
 }  // namespace
@@ -50,6 +63,10 @@ int RunAnalyze(const AnalyzeOptions& analyze, const CommonOptions& common) {
       status = kExitRefused;
       Complain(file + (outcome == ComputeOutcome::kRefused ? ": not analysed, there are too few points to compute over."
                                                            : ": not analysed, no primary profile is left."));
+    }
+    if (outcome == ComputeOutcome::kDone && !analyze.appendTo.empty() &&
+        !AppendRow(document, analyze.appendTo, environment)) {
+      status = kExitRefused;
     }
     if (analyze.form == OutputForm::kTable && !isFirst) std::cout << "\n\n";
     isFirst = false;

@@ -81,6 +81,9 @@ int ParseAndRun(CLI::App& app, int argc, char** argv) {
   analyzeCommand->add_flag("--csv", csv, "one line a file for spreadsheets")->excludes(jsonFlag);
   analyzeCommand->add_flag("--profiles", analyze.withProfiles, "with --json: the profiles and the spectrum as well")
       ->needs(jsonFlag);
+  analyzeCommand
+      ->add_option("--append-to", analyze.appendTo, "add a row a file to a parameter file, which is created if need be")
+      ->type_name("CSV");
   analyzeCommand->callback([&] {
     analyze.form = json ? OutputForm::kJson : csv ? OutputForm::kCsv : OutputForm::kTable;
     status = RunAnalyze(analyze, common);
@@ -92,6 +95,19 @@ int ParseAndRun(CLI::App& app, int argc, char** argv) {
   inspect->add_option("file", input, "profile file")->required()->type_name("FILE");
   AddFileOptions(*inspect, common);
   inspect->callback([&] { status = RunInspect(input, common); });
+
+  ExportOptions exportOptions;
+  CLI::App* exportCommand = app.add_subcommand("export", "write one profile or curve of the analysis of a file");
+  exportCommand->add_option("file", exportOptions.file, "profile file")->required()->type_name("FILE");
+  exportCommand->add_option("kind", exportOptions.kind, "what to write: " + ExportKindNames())
+      ->required()
+      ->type_name("KIND");
+  exportCommand->add_option("-o,--output", exportOptions.output, "file to write; standard output without it")
+      ->type_name("FILE");
+  exportCommand->add_flag("--mod", exportOptions.asMod, "as form data (MOD): waviness and asphere-residual");
+  AddFileOptions(*exportCommand, common);
+  AddComputeOptions(*exportCommand, common);
+  exportCommand->callback([&] { status = RunExport(exportOptions, common); });
 
   CLI::App* convert = app.add_subcommand("convert", "read any profile file and write another; OUT names the format");
   convert->add_option("in", input, "profile file")->required()->type_name("IN");

@@ -13,6 +13,14 @@ struct AnalyzeOptions {
   std::vector<std::string> files;
   OutputForm form = OutputForm::kTable;
   bool withProfiles = false;
+  std::string appendTo;  ///< parameter file that gets a row a file; empty: none
+};
+
+struct ExportOptions {
+  std::string file;
+  std::string kind;
+  std::string output;  ///< empty: standard output
+  bool asMod = false;
 };
 
 struct SettingsOptions {
@@ -22,6 +30,9 @@ struct SettingsOptions {
 // The commands of the program. Each writes its result to standard output and returns the exit status.
 int RunAnalyze(const AnalyzeOptions& analyze, const CommonOptions& common);
 int RunConvert(const std::string& input, const std::string& output, const CommonOptions& common);
+int RunExport(const ExportOptions& options, const CommonOptions& common);
+/// The kinds of exports, separated by commas.
+std::string ExportKindNames();
 int RunInspect(const std::string& file, const CommonOptions& common);
 int RunParameters();
 int RunFormats();

@@ -87,12 +87,15 @@ std::string FilterLabel(std::int32_t filterType) {
   }
 }
 
-std::string AnalysisDescription(const Document& document) {
+std::string FilterDescription(const Document& document) {
   const AnalysisSettings& settings = document.settings.analysis;
-  std::string text = FormCaption(document) + " / " + FilterLabel(settings.FilterType) + ", Lc " +
-                     FixedText(settings.LcCutoffMM, 4) + " mm";
+  std::string text = FilterLabel(settings.FilterType) + ", Lc " + FixedText(settings.LcCutoffMM, 4) + " mm";
   if (document.profiles.lsApplied) text += ", Ls " + FixedText(settings.LsCutoffMM, 4) + " mm";
   return text;
+}
+
+std::string AnalysisDescription(const Document& document) {
+  return FormCaption(document) + " / " + FilterDescription(document);
 }
 
 }  // namespace texturon

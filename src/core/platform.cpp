@@ -8,6 +8,7 @@
 #include <new>
 #include <random>
 #include <system_error>
+#include <thread>
 #include <utility>
 
 #include "core/charset.h"
@@ -16,10 +17,12 @@
 #ifdef _WIN32
 #include <fcntl.h>
 #include <io.h>
+#include <share.h>
 #include <sys/stat.h>
 #include <windows.h>
 #else
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #endif
@@ -57,9 +60,27 @@ std::ptrdiff_t WriteSome(int file, const char* bytes, std::size_t size) {
 int StatusOf(int file, FileStatus& status) {
   return _fstat64(file, &status);
 }
-int Truncate(int file) {
-  return _chsize_s(file, 0);
+int Truncate(int file, std::int64_t size) {
+  return _chsize_s(file, size);
 }
+int OpenToAppend(const std::filesystem::path& path) {
+  int file = -1;
+  const int flags = _O_RDWR | _O_APPEND | _O_CREAT | _O_BINARY | _O_NOINHERIT;
+  return _wsopen_s(&file, path.c_str(), flags, _SH_DENYRW, _S_IREAD | _S_IWRITE) == 0 ? file : -1;
+}
+bool FailedBecauseInUse() {
+  return GetLastError() == ERROR_SHARING_VIOLATION;
+}
+bool Lock(int /*file*/) {
+  return true;  // opened without sharing
+}
+bool IsStillAt(const std::filesystem::path& /*path*/, int /*file*/) {
+  return true;
+}
+std::int64_t SeekTo(int file, std::int64_t place) {
+  return _lseeki64(file, place, SEEK_SET);
+}
+void FlushFolderOf(const std::filesystem::path& /*path*/) {}
 int FlushToDisk(int file) {
   return _commit(file);
 }
@@ -112,8 +133,33 @@ std::ptrdiff_t WriteSome(int file, const char* bytes, std::size_t size) {
 int StatusOf(int file, FileStatus& status) {
   return ::fstat(file, &status);
 }
-int Truncate(int file) {
-  return ::ftruncate(file, 0);
+int Truncate(int file, std::int64_t size) {
+  return ::ftruncate(file, size);
+}
+int OpenToAppend(const std::filesystem::path& path) {
+  return ::open(path.c_str(), O_RDWR | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK, 0666);
+}
+bool FailedBecauseInUse() {
+  return false;
+}
+bool Lock(int file) {
+  return ::flock(file, LOCK_EX | LOCK_NB) == 0;
+}
+bool IsStillAt(const std::filesystem::path& path, int file) {
+  FileStatus named;
+  FileStatus open;
+  return ::stat(path.c_str(), &named) == 0 && ::fstat(file, &open) == 0 && named.st_ino == open.st_ino &&
+         named.st_dev == open.st_dev;
+}
+std::int64_t SeekTo(int file, std::int64_t place) {
+  return ::lseek(file, place, SEEK_SET);
+}
+void FlushFolderOf(const std::filesystem::path& path) {
+  const std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : ".";
+  const int directory = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (directory < 0) return;
+  ::fsync(directory);
+  ::close(directory);
 }
 int FlushToDisk(int file) {
   return ::fsync(file);
@@ -143,12 +189,7 @@ void CopyPermissions(int file, const std::filesystem::path& from) {
 }
 bool RenameOver(const std::filesystem::path& from, const std::filesystem::path& to) {
   if (::rename(from.c_str(), to.c_str()) != 0) return false;
-  const std::filesystem::path folder = to.has_parent_path() ? to.parent_path() : ".";
-  const int directory = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (directory >= 0) {
-    ::fsync(directory);
-    ::close(directory);
-  }
+  FlushFolderOf(to);
   return true;
 }
 std::filesystem::path ProgramFile() {
@@ -182,6 +223,16 @@ std::string Failure(std::string_view what, int code) {
   return std::string(what) + " (" + SystemReason(code) + ")";
 }
 
+bool WriteAll(int handle, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const std::ptrdiff_t written = WriteSome(handle, bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) return false;
+    bytes.remove_prefix(static_cast<std::size_t>(written));
+  }
+  return true;
+}
+
 class File {
 public:
   explicit File(int handle) : handle_(handle) {}
@@ -195,15 +246,7 @@ public:
     const int handle = std::exchange(handle_, -1);
     return handle < 0 || CloseFile(handle) == 0;
   }
-  bool Write(std::string_view bytes) const {
-    while (!bytes.empty()) {
-      const std::ptrdiff_t written = WriteSome(handle_, bytes.data(), bytes.size());
-      if (written < 0 && errno == EINTR) continue;
-      if (written < 0) return false;
-      bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
-    return true;
-  }
+  bool Write(std::string_view bytes) const { return WriteAll(handle_, bytes); }
 
 private:
   int handle_;
@@ -344,9 +387,111 @@ FileOutcome WriteSideFile(const std::filesystem::path& path, std::string_view by
   FileStatus status{};
   if (StatusOf(file.handle(), status) != 0 || !IsRegular(status)) return {"is no regular file"};
   if (!IsOnlyOurs(status)) return {"belongs to somebody else or has a second name"};
-  if (Truncate(file.handle()) != 0 || !file.Write(bytes) || !file.Close()) {
+  if (Truncate(file.handle(), 0) != 0 || !file.Write(bytes) || !file.Close()) {
     return {Failure("cannot be written", errno)};
   }
+  return {};
+}
+
+AppendFile::AppendFile(const std::filesystem::path& path) {
+  // A file that was replaced between its opening and its lock is opened again under its name.
+  constexpr int kAttempts = 16;
+  for (int i = 0; i < kAttempts; ++i) {
+    Open(path);
+    if (state_ != State::kHeld || IsStillAt(path, handle_)) return;
+    CloseFile(std::exchange(handle_, -1));
+  }
+  state_ = State::kInUse;
+}
+
+AppendFile::~AppendFile() {
+  if (handle_ >= 0) CloseFile(handle_);
+}
+
+void AppendFile::Open(const std::filesystem::path& path) {
+  state_ = State::kFailed;
+  std::error_code error;
+  if (std::filesystem::is_directory(path, error)) {
+    outcome_.reason = "is a directory";
+    return;
+  }
+  handle_ = OpenToAppend(path);
+  if (handle_ < 0) {
+    if (FailedBecauseInUse()) state_ = State::kInUse;
+    outcome_.reason = Failure("cannot be opened for writing", errno);
+    return;
+  }
+  FileStatus status{};
+  if (StatusOf(handle_, status) != 0 || !IsRegular(status)) {
+    outcome_.reason = "is no regular file";
+    return;
+  }
+  if (!Lock(handle_)) {
+    state_ = State::kInUse;
+    return;
+  }
+  state_ = State::kHeld;
+  StatusOf(handle_, status);  // again: another may have added to it before the lock
+  size_ = static_cast<std::uint64_t>(status.st_size);
+  char last = '\n';
+  if (size_ > 0 && SeekTo(handle_, static_cast<std::int64_t>(size_) - 1) >= 0) ReadSome(handle_, &last, 1);
+  endsInsideLine_ = last != '\n';
+}
+
+FileOutcome AppendFile::Append(std::string_view bytes) {
+  if (!WriteAll(handle_, bytes)) {
+    const int code = errno;
+    Truncate(handle_, static_cast<std::int64_t>(size_));
+    return {Failure("cannot be written", code)};
+  }
+  size_ += bytes.size();
+  if (!bytes.empty()) endsInsideLine_ = bytes.back() != '\n';
+  return {};
+}
+
+FileOutcome AppendFile::CutTo(std::uint64_t size) {
+  if (Truncate(handle_, static_cast<std::int64_t>(size)) != 0) return {Failure("cannot be written", errno)};
+  size_ = size;
+  endsInsideLine_ = false;
+  return {};
+}
+
+FileOutcome AppendFile::Flush() {
+  if (FlushToDisk(handle_) != 0) return {Failure("cannot be written", errno)};
+  return {};
+}
+
+std::unique_ptr<AppendFile> WaitForAppendFile(const std::filesystem::path& path, std::chrono::milliseconds patience,
+                                              const std::function<bool()>& givesUp) {
+  constexpr std::chrono::milliseconds kStep(5);
+  const auto end = std::chrono::steady_clock::now() + patience;
+  for (;;) {
+    auto file = std::make_unique<AppendFile>(path);
+    const bool isOver = std::chrono::steady_clock::now() >= end || (givesUp && givesUp());
+    if (file->state() != AppendFile::State::kInUse || isOver) return file;
+    file.reset();
+    std::this_thread::sleep_for(kStep);
+  }
+}
+
+FileOutcome MoveToPlace(const std::filesystem::path& from, const std::filesystem::path& to) {
+  if (RenameOver(from, to)) {
+    FlushFolderOf(from);
+    return {};
+  }
+  if (errno != EXDEV) return {Failure("cannot be moved to " + TextFromPath(to), errno)};
+  const FileBytes content = ReadWholeFile(from);
+  if (!content.ok()) return {content.reason};
+  const FileOutcome copied = ReplaceFile(to, content.bytes);
+  if (!copied.ok()) return {"cannot be moved: " + TextFromPath(to) + " " + copied.reason};
+  return RemoveDurably(from);
+}
+
+FileOutcome RemoveDurably(const std::filesystem::path& path) {
+  std::error_code error;
+  std::filesystem::remove(path, error);
+  if (error) return {Failure("cannot be removed", error.value())};
+  FlushFolderOf(path);
   return {};
 }
 

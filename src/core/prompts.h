@@ -6,6 +6,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace texturon {
 
@@ -49,6 +50,20 @@ public:
   std::optional<std::size_t> ChooseFromList(std::string_view title, std::span<const std::string> lines) override;
   std::unique_ptr<Progress> OpenProgress(std::string_view caption, std::string_view text) override;
   void SetBusy(bool busy) override;
+};
+
+/// Answers as SilentPrompts does, and keeps what it was shown for whoever asks later.
+class CollectingPrompts : public SilentPrompts {
+public:
+  void ShowMessage(std::string_view text) override { messages_.emplace_back(text); }
+  void Notice(std::string_view text) override { notices_.emplace_back(text); }
+
+  const std::vector<std::string>& messages() const { return messages_; }
+  const std::vector<std::string>& notices() const { return notices_; }
+
+private:
+  std::vector<std::string> messages_;
+  std::vector<std::string> notices_;
 };
 
 }  // namespace texturon

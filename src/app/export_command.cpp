@@ -1,0 +1,52 @@
+#include <filesystem>
+#include <iostream>
+
+#include "app/commands.h"
+#include "core/charset.h"
+#include "core/document_export.h"
+#include "core/pipeline.h"
+#include "core/platform.h"
+
+namespace texturon {
+
+std::string ExportKindNames() {
+  std::string names;
+  for (const ExportKind& kind : ExportKinds()) {
+    if (!names.empty()) names += ", ";
+    names += kind.name;
+  }
+  return names;
+}
+
+int RunExport(const ExportOptions& options, const CommonOptions& common) {
+  const ExportKind* const kind = FindExportKind(options.kind);
+  if (kind == nullptr) throw UsageError{"export: " + options.kind + " is none of " + ExportKindNames() + "."};
+  const ExportFunction make = options.asMod ? kind->makeMod : kind->make;
+  if (make == nullptr) throw UsageError{"export: " + options.kind + " has no form as --mod."};
+
+  ConsolePrompts prompts({.answersYes = common.answer == "yes", .isQuiet = common.quiet});
+  const auto setup = PrepareRun(common, prompts);
+  if (!setup) return kExitRefused;
+  Document document = setup->document;
+  prompts.BeginFile(options.file);
+  if (!LoadInto(document, options.file, *setup, prompts)) return kExitRefused;
+  Compute(document, prompts, SystemEnvironment());
+  const ExportResult result = make(document, prompts);
+  if (!result.ok()) {
+    Complain(options.file + ": not exported, " + Utf8FromWindows1252(result.reason) + ".");
+    return kExitRefused;
+  }
+  const int status = setup->settingsHadProblems ? kExitRefused : kExitDone;
+  if (options.output.empty()) {
+    std::cout << result.text;
+    return FinishOutput(status);
+  }
+  const FileOutcome written = ReplaceFile(PathFromSystemText(options.output), result.text);
+  if (!written.ok()) {
+    Complain(options.output + " " + written.reason + ".");
+    return kExitRefused;
+  }
+  return status;
+}
+
+}  // namespace texturon
