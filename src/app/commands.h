@@ -23,6 +23,11 @@ struct ExportOptions {
   bool asMod = false;
 };
 
+struct InspectOptions {
+  std::vector<std::string> files;
+  bool asJson = false;
+};
+
 struct SettingsOptions {
   std::string checkFile;  ///< empty: list every key
 };
@@ -33,7 +38,7 @@ int RunConvert(const std::string& input, const std::string& output, const Common
 int RunExport(const ExportOptions& options, const CommonOptions& common);
 /// The kinds of exports, separated by commas.
 std::string ExportKindNames();
-int RunInspect(const std::string& file, const CommonOptions& common);
+int RunInspect(const InspectOptions& inspect, const CommonOptions& common);
 int RunParameters();
 int RunFormats();
 int RunSettings(const SettingsOptions& options);

@@ -208,7 +208,7 @@ std::string ReadTable(std::string_view text, std::size_t mostHeading, Table& tab
   }
   table.line = lines.LineNumber();
   table.lastDigit = decimals > 0 ? std::pow(10.0, -static_cast<double>(decimals)) : 0.0;
-  return rows < 3 ? "there are fewer than three rows of numbers" : "";
+  return rows < 3 ? AtLine(lines.LineNumber(), "the file ends with fewer than three rows of numbers") : "";
 }
 
 bool CountsUp(const std::vector<double>& column) {
