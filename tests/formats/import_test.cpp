@@ -2,7 +2,9 @@
 
 #include "formats/import.h"
 
+#include <fstream>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -153,6 +155,14 @@ TEST(Import, RefusesNumbersThatAScaleMakesInfinite) {
       LoadProfileFile(folder.Write("a.pr", "Profil a\nX-len = 1 X-res = 1e-320 points: 2\n1\n2\n"), {}, prompts);
   EXPECT_FALSE(outcome.loaded);
   EXPECT_EQ(prompts.messages, std::vector<std::string>{"The numbers of the file are too large."});
+}
+
+TEST(Import, IsDocumentedForEveryExtension) {
+  std::ifstream file(TEXTURON_SOURCE_DIR "/docs/formats.md");
+  const std::string page{std::istreambuf_iterator<char>(file), {}};
+  for (const ExtensionEntry& entry : ExtensionTable()) {
+    EXPECT_NE(page.find("`" + std::string(entry.extension) + "`"), std::string::npos) << entry.extension;
+  }
 }
 
 TEST(Import, ListsProfilesInLinesOfOneShape) {
