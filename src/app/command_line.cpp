@@ -6,8 +6,12 @@
 #include <iostream>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "app/commands.h"
+#include "core/charset.h"
+#include "core/command_line_run.h"
+#include "core/platform.h"
 #include "core/text.h"
 
 namespace texturon {
@@ -63,6 +67,13 @@ void AddComputeOptions(CLI::App& command, CommonOptions& options) {
   command.add_flag("--all-data-for-form", options.allDataForForm, "fit the form over the whole record");
   command.add_flag("--imperial", options.imperial, "show imperial units");
   command.add_flag("--no-trace", options.noTrace, "write no side file of the heights given to the element finder");
+}
+
+int RunTestPlan(const std::vector<std::string>& arguments) {
+  const RunOutcome outcome = RunCommandLine(CommandLineText(arguments), SystemEnvironment());
+  if (outcome.done) return kExitDone;
+  Complain(Utf8FromWindows1252(outcome.reason));
+  return kExitRefused;
 }
 
 /// Parses and runs; throws what CLI11 and the commands throw for a wrong command line.
@@ -136,11 +147,8 @@ int ParseAndRun(CLI::App& app, int argc, char** argv) {
 
 }  // namespace
 
-int RunCommandLine(int argc, char** argv) {
-  if (IsBatchContract(argc, argv)) {
-    Complain("the run by test plan is not part of this version; use 'texturon analyze'.");
-    return kExitRefused;
-  }
+int RunProgram(int argc, char** argv) {
+  if (IsBatchContract(argc, argv)) return RunTestPlan({argv + 1, argv + argc});
   CLI::App app{"Surface texture analysis of profiles."};
   app.name("texturon");
   app.set_version_flag("--version", "texturon " TEXTURON_VERSION);

@@ -3,6 +3,6 @@
 namespace texturon {
 
 /// Parses the command line and runs the command that it names. Returns the exit status.
-int RunCommandLine(int argc, char** argv);
+int RunProgram(int argc, char** argv);
 
 }  // namespace texturon

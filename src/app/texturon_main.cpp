@@ -4,5 +4,5 @@
 
 int main(int argc, char** argv) {
   std::ios::sync_with_stdio(false);
-  return texturon::RunCommandLine(argc, argv);
+  return texturon::RunProgram(argc, argv);
 }

@@ -131,9 +131,8 @@ ExportResult ExportResidual(const Document& document, Prompts& prompts) {
 /// X of the fitted centre in the record; 0 where no arc was taken out.
 double CentreMM(const Document& document) {
   const AnalysisResults& results = document.results;
-  const double firstUM = document.useAllDataForForm
-                             ? 0.0
-                             : document.profiles.computeRange.first * document.profiles.spacingUM;
+  const double firstUM =
+      document.useAllDataForForm ? 0.0 : document.profiles.computeRange.first * document.profiles.spacingUM;
   if (const auto* const arc = std::get_if<ArcFit>(&results.formGeometry)) {
     return (firstUM + arc->centreXUM) * kMillimetresPerMicrometre;
   }

@@ -97,8 +97,9 @@ bool MayWrite(const std::filesystem::path& path) {
   return _waccess(path.c_str(), 2) == 0;
 }
 void CopyPermissions(int /*file*/, const std::filesystem::path& /*from*/) {}
-bool RenameOver(const std::filesystem::path& from, const std::filesystem::path& to) {
-  if (MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0) return true;
+bool RenameOver(const std::filesystem::path& from, const std::filesystem::path& to, FlushFile flush) {
+  const DWORD through = flush == FlushFile::kYes ? MOVEFILE_WRITE_THROUGH : 0;
+  if (MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | through) != 0) return true;
   errno = GetLastError() == ERROR_SHARING_VIOLATION ? EBUSY : EACCES;
   return false;
 }
@@ -187,9 +188,9 @@ void CopyPermissions(int file, const std::filesystem::path& from) {
   }
   [[maybe_unused]] const int ignored = ::fchmod(file, status.st_mode & 0777);
 }
-bool RenameOver(const std::filesystem::path& from, const std::filesystem::path& to) {
+bool RenameOver(const std::filesystem::path& from, const std::filesystem::path& to, FlushFile flush) {
   if (::rename(from.c_str(), to.c_str()) != 0) return false;
-  FlushFolderOf(to);
+  if (flush == FlushFile::kYes) FlushFolderOf(to);
   return true;
 }
 std::filesystem::path ProgramFile() {
@@ -295,7 +296,8 @@ std::filesystem::path TemporaryName(const std::filesystem::path& path) {
   return path.parent_path() / (".texturon-" + IntegerText(random()) + "-" + IntegerText(counter++) + ".tmp");
 }
 
-FileOutcome WriteAndRename(const std::filesystem::path& target, bool keepPermissions, std::string_view bytes) {
+FileOutcome WriteAndRename(const std::filesystem::path& target, bool keepPermissions, std::string_view bytes,
+                           FlushFile flush) {
   constexpr int kAttempts = 16;
   std::filesystem::path temporary;
   int handle = -1;
@@ -309,11 +311,12 @@ FileOutcome WriteAndRename(const std::filesystem::path& target, bool keepPermiss
   {
     File file(handle);
     if (keepPermissions) CopyPermissions(file.handle(), target);
-    if (!file.Write(bytes) || FlushToDisk(file.handle()) != 0 || !file.Close()) {
+    const bool flushes = flush == FlushFile::kYes;
+    if (!file.Write(bytes) || (flushes && FlushToDisk(file.handle()) != 0) || !file.Close()) {
       outcome.reason = Failure("cannot be written", errno);
     }
   }
-  if (outcome.ok() && !RenameOver(temporary, target)) outcome.reason = Failure("cannot be replaced", errno);
+  if (outcome.ok() && !RenameOver(temporary, target, flush)) outcome.reason = Failure("cannot be replaced", errno);
   if (!outcome.ok()) {
     std::error_code ignored;
     std::filesystem::remove(temporary, ignored);
@@ -367,7 +370,7 @@ FileBytes ReadWholeFile(const std::filesystem::path& path) {
   }
 }
 
-FileOutcome ReplaceFile(const std::filesystem::path& path, std::string_view bytes) {
+FileOutcome ReplaceFile(const std::filesystem::path& path, std::string_view bytes, FlushFile flush) {
   const std::filesystem::path target = FollowLinks(path);
   std::error_code error;
   const std::filesystem::file_status status = std::filesystem::status(target, error);
@@ -376,7 +379,7 @@ FileOutcome ReplaceFile(const std::filesystem::path& path, std::string_view byte
   const bool exists = std::filesystem::exists(status);
   if (exists && !std::filesystem::is_regular_file(status)) return WriteDirectly(target, bytes);
   if (exists && !MayWrite(target)) return {Failure("cannot be written", errno)};
-  return WriteAndRename(target, exists, bytes);
+  return WriteAndRename(target, exists, bytes, flush);
 }
 
 FileOutcome WriteSideFile(const std::filesystem::path& path, std::string_view bytes) {
@@ -475,7 +478,7 @@ std::unique_ptr<AppendFile> WaitForAppendFile(const std::filesystem::path& path,
 }
 
 FileOutcome MoveToPlace(const std::filesystem::path& from, const std::filesystem::path& to) {
-  if (RenameOver(from, to)) {
+  if (RenameOver(from, to, FlushFile::kYes)) {
     FlushFolderOf(from);
     return {};
   }

@@ -44,10 +44,11 @@ std::string FileSentence(const std::filesystem::path& path, std::string_view rea
 FileBytes ReadWholeFile(const std::filesystem::path& path);
 
 /// Gives `path` the content `bytes`, so that at any moment it holds all of the old or all of the new: written to an
-/// exclusive temporary file beside it, flushed to the disk, renamed over it. An existing file keeps its permissions, a
-/// symbolic link stays and its target is replaced; one that may not be written is refused. What is no regular file (a
-/// device, a pipe) is written directly.
-FileOutcome ReplaceFile(const std::filesystem::path& path, std::string_view bytes);
+/// exclusive temporary file beside it, flushed to the disk unless `flush` says otherwise, renamed over it. An existing
+/// file keeps its permissions, a symbolic link stays and its target is replaced; one that may not be written is
+/// refused. What is no regular file (a device, a pipe) is written directly.
+enum class FlushFile { kYes, kNo };
+FileOutcome ReplaceFile(const std::filesystem::path& path, std::string_view bytes, FlushFile flush = FlushFile::kYes);
 
 /// Writes a file into a folder that others can write to as well: refuses a symbolic link, what is no regular file, and
 /// a file that belongs to somebody else or has a second name.

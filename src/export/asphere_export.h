@@ -11,9 +11,9 @@ namespace texturon {
 
 /// The layouts of an aspheric table; X and Z are millimetres in each.
 enum class AsphereLayout : std::int32_t {
-  kNamed = 0,       ///< a line that names the table, then "x,z" with six decimals
-  kMillimetres = 1, ///< "mm, mm", then "x, z" with six and twelve decimals
-  kXZWords = 2,     ///< "X0001.25000Z0000.03125"
+  kNamed = 0,        ///< a line that names the table, then "x,z" with six decimals
+  kMillimetres = 1,  ///< "mm, mm", then "x, z" with six and twelve decimals
+  kXZWords = 2,      ///< "X0001.25000Z0000.03125"
 };
 
 /// The layout of a number in the settings; any other than 0 and 2 is kMillimetres.

@@ -42,9 +42,8 @@ std::string AmplitudeDistributionExport(std::span<const double> sorted, CurvePro
 std::string BearingRatioExport(std::span<const double> sorted, CurveProfile profile, const ExportSource& source,
                                std::string_view settings) {
   const bool isPrimary = profile == CurveProfile::kPrimary;
-  std::string text =
-      Beginning(source, settings, isPrimary ? "\"Primary BRC\", \"Height\"" : "\"Roughness BRC\", \"Height\"",
-                "\"%\", \"um\"");
+  std::string text = Beginning(
+      source, settings, isPrimary ? "\"Primary BRC\", \"Height\"" : "\"Roughness BRC\", \"Height\"", "\"%\", \"um\"");
   text.reserve(text.size() + sorted.size() * kRowLength);
   for (const BearingPoint& point : BearingRatioCurve(sorted)) AppendRow(text, {point.ratioPercent, point.heightUM}, 3);
   return text;
@@ -61,8 +60,7 @@ std::string ProbabilityExport(std::span<const double> sorted, const ExportSource
 }
 
 std::string SpectrumExport(const Spectrum& spectrum, const ExportSource& source, std::string_view settings) {
-  std::string text =
-      Beginning(source, settings, "\"Wavelengths\", \"Mean to Peak Amplitude\"", "\"mm\", \"um\"");
+  std::string text = Beginning(source, settings, "\"Wavelengths\", \"Mean to Peak Amplitude\"", "\"mm\", \"um\"");
   text.reserve(text.size() + spectrum.amplitudeUM.size() * kRowLength);
   for (std::size_t i = 0; i < spectrum.amplitudeUM.size(); ++i) {
     AppendRow(text, {spectrum.wavelengthMM[i], spectrum.amplitudeUM[i]}, 6);

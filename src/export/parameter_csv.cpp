@@ -60,16 +60,16 @@ struct LabelledColumn {
 };
 
 constexpr LabelledColumn kLabelledColumns[] = {
-    {"Pvc", ValleyCountLabel},     {"Rvc", ValleyCountLabel},   {"Phsc", PrimaryHighSpotLabel},
-    {"Rhsc", RoughnessHighSpotLabel}, {"Ppc", PeakCountLabel},  {"Rpc", PeakCountLabel},
-    {"Wpc", PeakCountLabel},       {"Psm", ElementWidthLabel},  {"Wsm", ElementWidthLabel},
-    {"Rsm", ElementWidthLabel},    {"Wc", ElementHeightLabel},  {"Rc", ElementHeightLabel},
+    {"Pvc", ValleyCountLabel},        {"Rvc", ValleyCountLabel},  {"Phsc", PrimaryHighSpotLabel},
+    {"Rhsc", RoughnessHighSpotLabel}, {"Ppc", PeakCountLabel},    {"Rpc", PeakCountLabel},
+    {"Wpc", PeakCountLabel},          {"Psm", ElementWidthLabel}, {"Wsm", ElementWidthLabel},
+    {"Rsm", ElementWidthLabel},       {"Wc", ElementHeightLabel}, {"Rc", ElementHeightLabel},
 };
 
 std::string LabelOf(const ParameterDef& row, const AnalysisSettings& settings, bool metric) {
-  const auto* const column = std::find_if(
-      std::begin(kLabelledColumns), std::end(kLabelledColumns),
-      [&row](const LabelledColumn& labelled) { return EqualIgnoringCase(labelled.name, row.name); });
+  const auto* const column =
+      std::find_if(std::begin(kLabelledColumns), std::end(kLabelledColumns),
+                   [&row](const LabelledColumn& labelled) { return EqualIgnoringCase(labelled.name, row.name); });
   if (column != std::end(kLabelledColumns)) return column->label(settings, column->name.front(), metric);
   return PrintedUnit(metric ? row.metricUnit : row.imperialUnit);
 }
@@ -137,7 +137,8 @@ struct RatioColumns {
 /// A text that stays one field of one line.
 std::string OneField(std::string_view text) {
   std::string field(text);
-  std::replace_if(field.begin(), field.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
+  std::replace_if(
+      field.begin(), field.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
   return field;
 }
 
@@ -154,8 +155,8 @@ std::string ParameterCsvHeader(const ParameterCsvInput& input) {
   }
   const RatioColumns columns{input};
   columns.MaterialRatios([&](const MaterialRatioRow& row, const RatioRowResult& /*result*/, bool isPrimary) {
-    titles += isPrimary ? InColumn(display.PrimaryAsTpa ? "Tpa" : "Pmr")
-                        : InColumn(display.RoughnessAsTpi ? "Tpi" : "Rmr");
+    titles +=
+        isPrimary ? InColumn(display.PrimaryAsTpa ? "Tpa" : "Pmr") : InColumn(display.RoughnessAsTpi ? "Tpi" : "Rmr");
     labels += MaterialRatioColumn(row, display.Metric);
   });
   columns.Htps([&](const HtpRow& row, const RatioRowResult& /*result*/, bool isPrimary) {
@@ -184,8 +185,8 @@ std::string ParameterCsvSource(std::string_view path) {
 std::string ParameterCsvRow(const ParameterCsvInput& input) {
   const bool metric = input.settings.display.Metric;
   std::string line = "\"" + OneField(input.time) + "  \", \"" + ParameterCsvSource(input.source) + "    \", \"" +
-                     OneField(input.identification) + "            \", \"" +
-                     OneField(ParameterCsvSettingsText(input)) + "      \"";
+                     OneField(input.identification) + "            \", \"" + OneField(ParameterCsvSettingsText(input)) +
+                     "      \"";
   for (const ParameterDef& row : input.catalogue.rows) {
     if (!row.selected) continue;
     line += Value(row.valid, metric ? row.value : row.value * row.imperialFactor, DecimalsOf(row.name));

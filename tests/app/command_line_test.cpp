@@ -31,7 +31,7 @@ Outcome Texturon(std::vector<std::string> arguments) {
   std::ostringstream error;
   std::streambuf* const formerOut = std::cout.rdbuf(out.rdbuf());
   std::streambuf* const formerError = std::cerr.rdbuf(error.rdbuf());
-  const int status = RunCommandLine(static_cast<int>(argv.size()), argv.data());
+  const int status = RunProgram(static_cast<int>(argv.size()), argv.data());
   std::cout.rdbuf(formerOut);
   std::cerr.rdbuf(formerError);
   std::cout.clear();

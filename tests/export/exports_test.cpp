@@ -28,11 +28,14 @@ TEST(ProfileExport, WritesEachKindWithItsTitleAndSettings) {
   const Case cases[] = {
       {ProfileKind::kRaw, "\"Raw Data\"\r\n\r\n", "\"X\", \"Raw Data Height\"\r\n"},
       {ProfileKind::kFormSuppressed, "\"Form Suppressed Data\"\r\n\r\n\"form / filter\"\r\n", kPlain},
-      {ProfileKind::kPrimary, "\"Primary Profile\"\r\n\r\n\"form / filter\"\r\n\"Short Cutoff = 0.0025 mm\"\r\n", kPlain},
+      {ProfileKind::kPrimary, "\"Primary Profile\"\r\n\r\n\"form / filter\"\r\n\"Short Cutoff = 0.0025 mm\"\r\n",
+       kPlain},
       {ProfileKind::kWaviness, "\"Waviness Profile\"\r\n\r\n\"form\"\r\n\"filter\"\r\n\r\n", kPlain},
       {ProfileKind::kRoughness, "\"Roughness Profile\"\r\n\r\n\"form / filter\"\r\n", kPlain},
-      {ProfileKind::kClosing, "\"Morphological Closing Profile (Radius = 1.5 m)\"\r\n\r\n\"form / filter\"\r\n", kPlain},
-      {ProfileKind::kOpening, "\"Morphological Opening Profile (Radius = 1.5 m)\"\r\n\r\n\"form / filter\"\r\n", kPlain},
+      {ProfileKind::kClosing, "\"Morphological Closing Profile (Radius = 1.5 m)\"\r\n\r\n\"form / filter\"\r\n",
+       kPlain},
+      {ProfileKind::kOpening, "\"Morphological Opening Profile (Radius = 1.5 m)\"\r\n\r\n\"form / filter\"\r\n",
+       kPlain},
   };
   const std::vector<double> heights = {9.0, 0.125, -1234.5678901, -0.0000004, 9.0};
   for (const Case& c : cases) {
@@ -47,20 +50,23 @@ TEST(CurveExport, WritesEachCurve) {
   const std::vector<double> sorted = {2.0, 1.0, 0.0, -2.0};
   const std::string head(kHead);
   EXPECT_EQ(BearingRatioExport(sorted, CurveProfile::kPrimary, kSource, "s"),
-            head + "\"s\"\r\n\"Primary BRC\", \"Height\"\r\n\"%\", \"um\"\r\n0.000, 2.000\r\n25.000, 1.000\r\n"
-                   "50.000, 0.000\r\n75.000, -2.000\r\n");
+            head +
+                "\"s\"\r\n\"Primary BRC\", \"Height\"\r\n\"%\", \"um\"\r\n0.000, 2.000\r\n25.000, 1.000\r\n"
+                "50.000, 0.000\r\n75.000, -2.000\r\n");
   EXPECT_TRUE(BearingRatioExport(sorted, CurveProfile::kRoughness, kSource, "s")
                   .starts_with(head + "\"s\"\r\n\"Roughness BRC\", \"Height\"\r\n\"%\", \"um\"\r\n"));
   // Normal quantiles of 1/8, 3/8, 5/8 and 7/8: tables of the normal distribution.
   EXPECT_EQ(ProbabilityExport(sorted, kSource, "s"),
-            head + "\"s\"\r\n\"Roughness BRC\", \"Roughness Probability\", \"Height\"\r\n\"%\", \"StdDev\", \"um\"\r\n"
-                   "12.500, -1.150, 2.000\r\n37.500, -0.319, 1.000\r\n62.500, 0.319, 0.000\r\n87.500, 1.150, -2.000\r\n");
+            head +
+                "\"s\"\r\n\"Roughness BRC\", \"Roughness Probability\", \"Height\"\r\n\"%\", \"StdDev\", \"um\"\r\n"
+                "12.500, -1.150, 2.000\r\n37.500, -0.319, 1.000\r\n62.500, 0.319, 0.000\r\n87.500, 1.150, -2.000\r\n");
   Spectrum spectrum;
   spectrum.amplitudeUM = {0.0, 0.25, 0.0000125};
   spectrum.wavelengthMM = {4.0, 4.0, 2.0};
   EXPECT_EQ(SpectrumExport(spectrum, kSource, "s"),
-            head + "\"s\"\r\n\"Wavelengths\", \"Mean to Peak Amplitude\"\r\n\"mm\", \"um\"\r\n4.000000, 0.000000\r\n"
-                   "4.000000, 0.250000\r\n2.000000, 0.000013\r\n");
+            head +
+                "\"s\"\r\n\"Wavelengths\", \"Mean to Peak Amplitude\"\r\n\"mm\", \"um\"\r\n4.000000, 0.000000\r\n"
+                "4.000000, 0.250000\r\n2.000000, 0.000013\r\n");
 }
 
 TEST(CurveExport, WritesAHundredAmplitudeClassesFromBelow) {

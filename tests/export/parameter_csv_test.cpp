@@ -80,7 +80,8 @@ TEST(ParameterCsv, WritesHeaderAndRowInBothSystems) {
                 "\"(19.7 \xB5in)\", \"(z: 10 %    l: 1 %) (\xB5in)\", \"\", \"%\"\r\n");
   // 1.23456789 um = 48.605035 uin, mm = 0.048605 in; counts a centimetre x 2.54 are counts an inch.
   EXPECT_EQ(ParameterCsvRow(analysis.Input()),
-            kRowStart + std::string("\"LT 0.22 in / Ln 4.000 mm / form / filter      \", 48.605, 0.048605, 48.605035, ") +
+            kRowStart +
+                std::string("\"LT 0.22 in / Ln 4.000 mm / form / filter      \", 48.605, 0.048605, 48.605035, ") +
                 "3.136, 1.235, 1.235, 48.605, 1.235, \" \"\r\n");
 }
 
@@ -95,15 +96,12 @@ TEST(ParameterCsv, AddsAColumnForEachSelectedRatioAndHeight) {
   analysis.primary[3] = {true, 12.345};
   analysis.roughness[0] = {true, 99.0};
   analysis.primaryHtps[1] = {true, 2.0};
-  const auto columnsOf = [](const std::string& line, const char* first) {
-    return line.substr(line.find(first));
-  };
+  const auto columnsOf = [](const std::string& line, const char* first) { return line.substr(line.find(first)); };
   EXPECT_EQ(columnsOf(ParameterCsvHeader(analysis.Input()), ", \"Pmr"),
             ", \"Pmr\", \"Rmr\", \"Rmr\", \"Phtp\", \"Rhtp\"\r\n" + std::string(kBlanks) +
                 ", \"(0.25 \xB5m  5.0 %)\", (Mean - 0.75 \xB5m), (Mean + 1.00 \xB5m), \"(10.0 %  60.0 %)\", "
                 "\"(2.5 %  50.0 %)\"\r\n");
-  EXPECT_EQ(columnsOf(ParameterCsvRow(analysis.Input()), ", 12."),
-            ", 12.35, 99.00, \" \", 2.000, \" \"\r\n");
+  EXPECT_EQ(columnsOf(ParameterCsvRow(analysis.Input()), ", 12."), ", 12.35, 99.00, \" \", 2.000, \" \"\r\n");
   analysis.settings.display.Metric = false;
   analysis.settings.display.PrimaryAsTpa = true;
   analysis.settings.display.RoughnessAsTpi = true;
@@ -111,8 +109,7 @@ TEST(ParameterCsv, AddsAColumnForEachSelectedRatioAndHeight) {
             ", \"Tpa\", \"Tpi\", \"Tpi\", \"Phtp\", \"Rhtp\"\r\n" + std::string(kBlanks) +
                 ", \"(9.84 \xB5in  5.0 %)\", (Mean - 30 \xB5in), (Mean + 39 \xB5in), \"(10.0 %  60.0 %)\", "
                 "\"(2.5 %  50.0 %)\"\r\n");
-  EXPECT_EQ(columnsOf(ParameterCsvRow(analysis.Input()), ", 12."),
-            ", 12.35, 99.00, \" \", 78.740, \" \"\r\n");
+  EXPECT_EQ(columnsOf(ParameterCsvRow(analysis.Input()), ", 12."), ", 12.35, 99.00, \" \", 78.740, \" \"\r\n");
 }
 
 TEST(ParameterFile, GetsItsHeaderOnceAndARowEachTime) {
