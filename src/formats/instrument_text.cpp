@@ -5,9 +5,11 @@
 #include <limits>
 
 #include "core/number_text.h"
+#include "core/platform.h"
 #include "core/profile_set.h"
 #include "core/text.h"
 #include "core/units.h"
+#include "formats/companion_file.h"
 #include "formats/even_spacing.h"
 #include "formats/reader_questions.h"
 #include "formats/text_lines.h"
@@ -110,6 +112,26 @@ ReadResult ReadProfileSections(const ReaderInput& input, ImportedProfile& profil
   return ReadResult::Read();
 }
 
+/// Whether a text has the shape of `pattern`, in which 0 stands for any digit.
+bool HasShape(std::string_view text, std::string_view pattern) {
+  return std::equal(text.begin(), text.end(), pattern.begin(), pattern.end(),
+                    [](char c, char p) { return p == '0' ? c >= '0' && c <= '9' : c == p; });
+}
+
+/// Date and time of the condition sheet beside a TX file. Its labels are in any language, so the values tell.
+std::string DateOfConditionSheet(const std::filesystem::path& path) {
+  const FileBytes sheet = ReadWholeFile(CompanionPath(path, ".tx3"));
+  std::string_view date;
+  std::string_view time;
+  LineCursor lines(sheet.bytes);
+  while (const auto line = lines.Next()) {
+    const std::string_view value = TrimBlanks(line->substr(line->find('\t') + 1));
+    if (date.empty() && HasShape(value, "00.00.0000")) date = value;
+    if (time.empty() && HasShape(value, "00:00:00")) time = value;
+  }
+  return time.empty() ? std::string(date) : std::string(date) + " - " + std::string(time);
+}
+
 }  // namespace
 
 ReadResult ReadTxText(const ReaderInput& input, ImportedProfile& profile) {
@@ -136,6 +158,7 @@ ReadResult ReadTxText(const ReaderInput& input, ImportedProfile& profile) {
     return ReadResult::Refused("no point spacing was given");
   }
   if (profile.spacingSource == "assumed") profile.spacingSource = "assumed from the nominal length on line 1";
+  profile.date = DateOfConditionSheet(input.path);
   return ReadResult::Read();
 }
 

@@ -11,6 +11,7 @@
 #include "core/platform.h"
 #include "core/profile_set.h"
 #include "core/text.h"
+#include "formats/companion_file.h"
 #include "formats/reader_questions.h"
 #include "formats/text_cursor.h"
 #include "formats/text_lines.h"
@@ -131,9 +132,7 @@ ReadResult ReadNativeHeaderWithTable(const ReaderInput& input, ImportedProfile& 
   Header header;
   if (auto refusal = ReadHeader(input, cursor, header)) return *refusal;
 
-  std::filesystem::path tablePath = input.path;
-  tablePath.replace_extension(".LMTd");
-  const FileBytes table = ReadWholeFile(tablePath);
+  const FileBytes table = ReadWholeFile(CompanionPath(input.path, ".LMTd"));
   if (!table.ok()) return ReadResult::Refused("the table with the ending .LMTd " + table.reason);
   std::string storage;
   const std::string_view rows = PlainText(table.bytes, storage);

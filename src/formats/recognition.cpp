@@ -5,6 +5,7 @@
 
 #include "core/platform.h"
 #include "core/text.h"
+#include "formats/companion_file.h"
 #include "formats/extension_table.h"
 #include "formats/reader_questions.h"
 #include "formats/text_lines.h"
@@ -18,12 +19,11 @@ constexpr std::size_t kHeaderSize = 65'536;
 /// The message where a companion is missing; empty: it is there, or none belongs to the layout.
 std::optional<std::string> MissingCompanion(const Companion& companion, const ReaderInput& input) {
   if (companion.extension.empty()) return std::nullopt;
-  std::filesystem::path path = input.path;
   std::error_code error;
-  if (std::filesystem::exists(path.replace_extension(companion.extension), error)) return std::nullopt;
+  if (std::filesystem::exists(CompanionPath(input.path, companion.extension), error)) return std::nullopt;
   std::string message(companion.message);
   const std::size_t place = message.find("%s");
-  if (place != std::string::npos) message.replace(place, 2, TextFromPath(path.stem()));
+  if (place != std::string::npos) message.replace(place, 2, TextFromPath(input.path.stem()));
   return message;
 }
 

@@ -76,6 +76,9 @@ TEST(OtherLayouts, TakeWhatTheirHeadersSay) {
   EXPECT_FALSE(load("b.prf", "OBJECT=a\nNUMBER=1\nDateTime=x\n").loaded);
   EXPECT_NE(prompts.messages.back().find("not read yet"), std::string::npos);
 
+  folder.Write("t.TX3", "Fecha\t08.04.2025\r\nHora\t18:18:57\r\n");
+  EXPECT_EQ(load("t.tx1", SampleOf("TX1/TX2 text").bytes).profile.date, "08.04.2025 - 18:18:57");
+
   const std::vector<SampleText>& samples = SampleTexts();
   std::vector<ImportOutcome> exports;
   for (const SampleText& sample : samples) {
