@@ -18,6 +18,7 @@ namespace {
 constexpr double kInvalid = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInvalidMark = -25'400.0;
 constexpr std::size_t kMostColumns = 32;
+constexpr std::size_t kMostHeading = 100;  // lines above a table that names itself by nothing but its numbers
 
 /// How a table's rows are taken apart.
 struct Manner {
@@ -50,11 +51,13 @@ std::optional<double> Value(std::string_view field, bool decimalComma) {
   return std::nullopt;
 }
 
-/// Takes a line as a row of numbers under the first separator that makes one of it.
-std::optional<Manner> MannerOf(std::string_view line) {
+/// Takes a line as a row of numbers under the first separator that makes one of it. Without `commaSeparates` a comma is
+/// a decimal sign and nothing else.
+std::optional<Manner> MannerOf(std::string_view line, bool commaSeparates) {
   std::vector<std::string_view> fields;
   for (const char separator : {';', '\t', ',', ' '}) {
     if (separator != ' ' && line.find(separator) == std::string_view::npos) continue;
+    if (separator == ',' && !commaSeparates) continue;
     SplitRow(line, separator, fields);
     if (fields.empty() || fields.size() > kMostColumns) continue;
     const bool decimalComma = separator != ',';
@@ -85,6 +88,7 @@ bool IsUnit(std::string_view cell) {
 }
 
 struct Table {
+  bool commaSeparates = true;
   Manner manner;
   std::vector<std::string> names;              ///< of the columns, as far as the heading tells
   std::vector<std::optional<double>> unitsUM;  ///< likewise
@@ -187,7 +191,7 @@ std::string ReadTable(std::string_view text, std::size_t mostHeading, Table& tab
   while (const auto line = lines.Next()) {
     if (TrimBlanks(*line).empty()) continue;
     if (table.manner.columns == 0) {
-      const auto manner = MannerOf(*line);
+      const auto manner = MannerOf(*line, table.commaSeparates);
       if (!manner) {
         heading.push_back(*line);
         if (heading.size() > mostHeading) return AtLine(lines.LineNumber(), "no row of numbers");
@@ -292,9 +296,16 @@ ReadResult ReadUnitPairText(const ReaderInput& input, ImportedProfile& profile) 
 
 ReadResult ReadGenericText(const ReaderInput& input, ImportedProfile& profile) {
   Table table;
-  std::string wrong = ReadTable(input.bytes, 100, table);
+  std::string wrong = ReadTable(input.bytes, kMostHeading, table);
   if (!wrong.empty()) return Unusable(std::move(wrong));
-  return Finish(input, table, profile);
+  const bool mayBeDecimal = table.manner.separator == ',' && table.manner.columns == 2;
+  ReadResult result = Finish(input, table, profile);
+  if (result.status != ReadResult::Status::kNotRecognised || !mayBeDecimal) return result;
+  // What makes no positions under a comma may be one column of heights with a decimal comma.
+  Table column{.commaSeparates = false};
+  if (!ReadTable(input.bytes, kMostHeading, column).empty() || column.manner.columns != 1) return result;
+  profile = {};
+  return Finish(input, column, profile);
 }
 
 ReadResult ReadDistanceTable(const ReaderInput& input, ImportedProfile& profile) {

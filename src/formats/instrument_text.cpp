@@ -26,6 +26,7 @@ bool Append(double heightUM, ImportedProfile& profile) {
   return true;
 }
 
+constexpr std::string_view kOnlyFirst = "the file holds several profiles; the first is read";
 constexpr std::string_view kTooMany = "There are more than 750 000 points.";
 
 /// The value of "key=value".
@@ -84,6 +85,10 @@ ReadResult ReadProfileSections(const ReaderInput& input, ImportedProfile& profil
   while (const auto line = lines.Next()) {
     const std::string_view text = TrimBlanks(*line);
     if (text.starts_with('[')) inValues = text == "[PROFILE_VALUES]";
+    if (inValues && text.starts_with('[') && !profile.heightsUM.empty()) {
+      profile.warnings.emplace_back(kOnlyFirst);
+      break;
+    }
     if (!inValues) {
       TakeEntry(text, entries, profile);
       continue;
@@ -207,6 +212,10 @@ ReadResult ReadSectionText(const ReaderInput& input, ImportedProfile& profile) {
   while (const auto line = lines.Next()) {
     if (line->starts_with("//")) {
       inData = TrimBlanks(line->substr(2)) == "CalcData";
+      if (inData && hasData) {
+        profile.warnings.emplace_back(kOnlyFirst);
+        break;
+      }
       hasData = hasData || inData;
       continue;
     }

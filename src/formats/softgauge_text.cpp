@@ -62,9 +62,13 @@ void ReadConditions(std::string_view text, ImportedProfile& profile) {
   LineCursor lines(text);
   std::string date;
   std::string time;
+  bool inComment = false;
   while (const auto line = lines.Next()) {
     const auto fields = SplitAtAny(*line, kSeparators);
-    if (fields.size() < 2) continue;
+    const bool wasInComment = inComment;
+    if (line->find("/*") != std::string_view::npos) inComment = true;
+    if (line->find("*/") != std::string_view::npos) inComment = false;
+    if (wasInComment || fields.size() < 2) continue;
     if (fields[0] == "DATE") date = fields[1];
     if (fields[0] == "TIME") time = fields[1];
     if (fields[0] == "PROBING_SYSTEM") {
