@@ -69,6 +69,28 @@ void AddComputeOptions(CLI::App& command, CommonOptions& options) {
   command.add_flag("--no-trace", options.noTrace, "write no side file of the heights given to the element finder");
 }
 
+void AddBatchOptions(CLI::App& command, BatchOptions& options) {
+  CLI::Option* folder = command.add_option("folder", options.folder, "folder with profile files")->type_name("FOLDER");
+  command.add_option("--mask", options.mask, "which files: * and ? stand for characters (every readable kind)")
+      ->type_name("GLOB")
+      ->needs(folder);
+  command.add_option("--files-from", options.filesFrom, "a list with a path a line instead of a folder")
+      ->type_name("LIST")
+      ->excludes(folder);
+  command.add_option("--parameter-file", options.parameterFile, "gets the rows; created if need be")
+      ->required()
+      ->type_name("CSV");
+  command.add_option("--jobs", options.jobs, "files analysed at once (one a processor core)")
+      ->type_name("N")
+      ->check(CLI::PositiveNumber);
+  command.add_option("--profiles-to", options.profilesTo, "folder for primary, waviness and roughness of each file")
+      ->type_name("DIR");
+  command.add_option("--failures", options.failuresFile, "gets a line a file that failed: path, tab, reason")
+      ->type_name("FILE");
+  command.add_option("--summary", options.summaryFile, "gets the statistics of every column")->type_name("FILE");
+  command.add_flag("--resume", options.resume, "leave out files that the parameter file has rows of");
+}
+
 int RunTestPlan(const std::vector<std::string>& arguments) {
   const RunOutcome outcome = RunCommandLine(CommandLineText(arguments), SystemEnvironment());
   if (outcome.done) return kExitDone;
@@ -130,6 +152,14 @@ int ParseAndRun(CLI::App& app, int argc, char** argv) {
       ->type_name("OUT");
   AddFileOptions(*convert, common);
   convert->callback([&] { status = RunConvert(input, output, common); });
+
+  BatchOptions batch;
+  CLI::App* batchCommand =
+      app.add_subcommand("batch", "analyse the files of a folder, one row each in a parameter file");
+  AddBatchOptions(*batchCommand, batch);
+  AddFileOptions(*batchCommand, common);
+  AddComputeOptions(*batchCommand, common);
+  batchCommand->callback([&] { status = RunBatch(batch, common); });
 
   app.add_subcommand("parameters", "list the parameter catalogue")->callback([&] { status = RunParameters(); });
   app.add_subcommand("formats", "list the file formats")->callback([&] { status = RunFormats(); });

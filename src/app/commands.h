@@ -28,6 +28,18 @@ struct InspectOptions {
   bool asJson = false;
 };
 
+struct BatchOptions {
+  std::string folder;
+  std::string mask;
+  std::string filesFrom;
+  std::string parameterFile;
+  std::string profilesTo;
+  std::string failuresFile;
+  std::string summaryFile;
+  int jobs = 0;  ///< 0: one a processor core
+  bool resume = false;
+};
+
 struct SettingsOptions {
   std::string checkFile;  ///< empty: list every key
 };
@@ -35,6 +47,7 @@ struct SettingsOptions {
 // The commands of the program. Each writes its result to standard output and returns the exit status.
 int RunAnalyze(const AnalyzeOptions& analyze, const CommonOptions& common);
 int RunConvert(const std::string& input, const std::string& output, const CommonOptions& common);
+int RunBatch(const BatchOptions& options, const CommonOptions& common);
 int RunExport(const ExportOptions& options, const CommonOptions& common);
 /// The kinds of exports, separated by commas.
 std::string ExportKindNames();

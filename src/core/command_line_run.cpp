@@ -30,7 +30,8 @@ constexpr std::size_t kFolderPiece = 4;
 class PlanRun {
 public:
   explicit PlanRun(const Environment& environment)
-      : environment_(environment), document_(StartDocument(environment)),
+      : environment_(environment),
+        document_(StartDocument(environment)),
         log_(environment, document_.settings.autoLoading.LogEventsWhenAutoLoading) {}
 
   RunOutcome Run(std::string_view commandLine) {
@@ -224,7 +225,8 @@ std::vector<std::string> CommandLineArguments(std::string_view text) {
     text.remove_prefix(quote + 1);
   }
   while (!pieces.empty() && pieces.back().empty()) pieces.pop_back();
-  const auto first = std::find_if(pieces.begin(), pieces.end(), [](const std::string& piece) { return !piece.empty(); });
+  const auto first =
+      std::find_if(pieces.begin(), pieces.end(), [](const std::string& piece) { return !piece.empty(); });
   pieces.erase(pieces.begin(), first);
   return pieces;
 }

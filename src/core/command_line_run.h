@@ -21,9 +21,9 @@ struct RunOutcome {
   std::string reason;  ///< why not, as a sentence, Windows-1252
 };
 
-/// The headless run by test plan: `"plan.ini" "data file" "output folder"`, in the system's own bytes. Analyses the data
-/// once a family that the plan asks for, writes profile files, results, status file and, where the settings file beside
-/// the program says so, the event log; asks and shows nothing.
+/// The headless run by test plan: `"plan.ini" "data file" "output folder"`, in the system's own bytes. Analyses the
+/// data once a family that the plan asks for, writes profile files, results, status file and, where the settings file
+/// beside the program says so, the event log; asks and shows nothing.
 RunOutcome RunCommandLine(std::string_view commandLine, const Environment& environment);
 
 }  // namespace texturon

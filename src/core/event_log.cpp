@@ -23,7 +23,8 @@ constexpr std::string_view kAlternative =
 void EventLog::LogEvent(std::string_view text) const {
   if (!isOn_) return;
   std::string entry = EventTimeText(environment_.localTime()) + std::string(text);
-  std::replace_if(entry.begin(), entry.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
+  std::replace_if(
+      entry.begin(), entry.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
   entry += "\r\n";
   const auto log = WaitForAppendFile(environment_.workingFolder / "TexturonCommandLine-Event.Log", kLockPatience);
   if (log->state() == AppendFile::State::kInUse) return;

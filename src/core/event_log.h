@@ -7,8 +7,8 @@
 namespace texturon {
 
 /// The event log of unattended runs, in the working folder: one line an event, written at once, under a lock that every
-/// process takes. An entry for which the lock is not had within a second is dropped; where the log can be neither opened
-/// nor created, a second file says so.
+/// process takes. An entry for which the lock is not had within a second is dropped; where the log can be neither
+/// opened nor created, a second file says so.
 class EventLog {
 public:
   EventLog(const Environment& environment, bool isOn) : environment_(environment), isOn_(isOn) {}

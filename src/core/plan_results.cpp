@@ -44,9 +44,8 @@ std::string LongFilterText(const Document& document) {
 
 std::string MotifFilterText(const Document& document) {
   const AnalysisSettings& settings = document.settings.analysis;
-  const std::string start = document.profiles.lsApplied
-                                ? "GAUSSIAN/ " + FixedText(settings.LsCutoffMM, 4) + " -    mm"
-                                : "GAUSSIAN/ none         ";
+  const std::string start = document.profiles.lsApplied ? "GAUSSIAN/ " + FixedText(settings.LsCutoffMM, 4) + " -    mm"
+                                                        : "GAUSSIAN/ none         ";
   return start + "    A:  " + FixedText(settings.MotifAMM, 4) + "   B: " + FixedText(settings.MotifBMM, 4);
 }
 
@@ -111,17 +110,15 @@ void AppendParameterLines(const Document& document, const PlannedParameter& para
     return;
   }
   const auto verdict = JudgeValue(planned.value, parameter.tolerance);
-  lines.emplace_back(!verdict                       ? "Result = ?"
-                     : *verdict == Verdict::kPass ? "Result = PASS"
-                                                  : "Result = FAIL");
+  lines.emplace_back(!verdict ? "Result = ?" : *verdict == Verdict::kPass ? "Result = PASS" : "Result = FAIL");
   lines.push_back(parameter.name + " = " + FixedText(planned.value, 3) + " " + planned.unit);
 }
 
 /// Heights at the indices from `firstIndex` on.
 std::string PointsText(std::span<const double> heightsUM, std::int32_t firstIndex, double spacingUM) {
   constexpr std::size_t kRowLength = 24;
-  std::string text = "Talyseries Surface\r\nNumPoints=" + IntegerText(static_cast<std::int64_t>(heightsUM.size())) +
-                     "\r\nmm mm\r\n";
+  std::string text =
+      "Talyseries Surface\r\nNumPoints=" + IntegerText(static_cast<std::int64_t>(heightsUM.size())) + "\r\nmm mm\r\n";
   text.reserve(text.size() + heightsUM.size() * kRowLength);
   double index = firstIndex;
   for (const double height : heightsUM) {

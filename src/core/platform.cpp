@@ -338,13 +338,17 @@ std::filesystem::path PathFromText(std::string_view text) {
   return PathFromSystemText(Utf8FromWindows1252(text));
 }
 
-std::string TextFromPath(const std::filesystem::path& path) {
+std::string SystemTextFromPath(const std::filesystem::path& path) {
 #ifdef _WIN32
   const std::u8string utf8 = path.u8string();
-  return Windows1252FromUtf8(std::string(utf8.begin(), utf8.end()));
+  return std::string(utf8.begin(), utf8.end());
 #else
-  return Windows1252FromUtf8(path.native());
+  return path.native();
 #endif
+}
+
+std::string TextFromPath(const std::filesystem::path& path) {
+  return Windows1252FromUtf8(SystemTextFromPath(path));
 }
 
 std::string FileSentence(const std::filesystem::path& path, std::string_view reason) {

@@ -34,6 +34,7 @@ struct FileBytes {
 
 /// A path from the bytes of a command line: taken as they are; on Windows they are UTF-8.
 std::filesystem::path PathFromSystemText(std::string_view text);
+std::string SystemTextFromPath(const std::filesystem::path& path);
 /// Paths as the program's own Windows-1252 texts (settings, messages) and back.
 std::filesystem::path PathFromText(std::string_view text);
 std::string TextFromPath(const std::filesystem::path& path);

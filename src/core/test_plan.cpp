@@ -295,8 +295,8 @@ private:
   /// Named in the plan, but never computed: it keeps its lines in the results.
   void AddUnknown(std::string_view shownName, std::string_view planName, std::string_view catalogueName) {
     log_("WARNING:  '" + std::string(planName) + "' - Parameter not implemented.");
-    plan_.parameters.push_back(
-        {std::string(shownName), ListOf(family_, catalogueName), PlannedSource::kNone, 0, ToleranceOf(keys_, planName)});
+    plan_.parameters.push_back({std::string(shownName), ListOf(family_, catalogueName), PlannedSource::kNone, 0,
+                                ToleranceOf(keys_, planName)});
   }
 
   const PlanKeys& keys_;

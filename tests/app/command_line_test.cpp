@@ -224,8 +224,8 @@ TEST(CommandLine, RefusesWithOneSentenceAndStatusOne) {
       {{"analyze", "--no-trace", "--settings", Sample("arc.lmt"), Sample("arc.lmt")}, "no section"},
       {{"convert", Sample("arc.lmt"), (folder / "no folder" / "x.lmt").string()}, "Could not write file."},
       {{"settings", "--check", folder.Write("unknown.ini", "[ANALYSIS]\nNoSuchKey=1\n").string()}, ""},
-      {{"plan.ini", "data", "out"}, "test plan"},
-      {{"one", "two", "three"}, "test plan"},
+      {{"plan.ini", "data", "out"}, "plan.ini does not exist"},
+      {{"one", "two", "three"}, "First command line argument was not an INI."},
   };
   for (const Case& c : cases) {
     const Outcome run = Texturon(c.arguments);

@@ -19,9 +19,10 @@ constexpr int kPoints = 400;
 /// Heights +1 and -1 um in turn, 10 um apart: nothing of them passes the filter, so that primary and roughness are the
 /// heights themselves.
 std::string AlternatingRecord() {
-  std::string text = "1 2\r\nALTERN 0.000000 PRF\r\nCX M 4.000000e+002 MM 1.000000e-002 D\r\n"
-                     "CZ M 4.000000e+002 MM 1.000000e-008 D\r\nEOR\r\nSTYLUS_RADIUS 0.000000e+000 MM\r\n"
-                     "SPACING CX 1.000000e-002 MM\r\nEOR\r\n";
+  std::string text =
+      "1 2\r\nALTERN 0.000000 PRF\r\nCX M 4.000000e+002 MM 1.000000e-002 D\r\n"
+      "CZ M 4.000000e+002 MM 1.000000e-008 D\r\nEOR\r\nSTYLUS_RADIUS 0.000000e+000 MM\r\n"
+      "SPACING CX 1.000000e-002 MM\r\nEOR\r\n";
   for (int i = 0; i < kPoints; ++i) text += i % 2 == 0 ? "100000\r\n" : "-100000\r\n";
   return text + "EOR\r\nEOF\r\n";
 }
@@ -58,11 +59,12 @@ protected:
 
   void SwitchLogOn() { folder_.Write("program/Texturon.ini", "[AUTO_LOADING]\r\nLogEventsWhenAutoLoading=1\r\n"); }
 
-  RunOutcome Run(const std::string& plan, const std::string& data = "S1234.prf", const std::string& planName = "p.INI") {
+  RunOutcome Run(const std::string& plan, const std::string& data = "S1234.prf",
+                 const std::string& planName = "p.INI") {
     folder_.Write(planName, plan);
-    return RunCommandLine(CommandLineText({(folder_ / planName).string(), (folder_ / data).string(),
-                                           (folder_ / "out").string()}),
-                          environment_);
+    return RunCommandLine(
+        CommandLineText({(folder_ / planName).string(), (folder_ / data).string(), (folder_ / "out").string()}),
+        environment_);
   }
 
   std::string Status() const { return folder_.Read("work/TexturonCommandLine-Status.txt"); }
@@ -88,19 +90,34 @@ TEST_F(CommandLineRun, WritesEveryByteOfAStandardAndAWavinessPass) {
   EXPECT_EQ(folder_.Read("out/ROUGHNESS.S4").substr(0, 60), ProfileFile(kPoints, 0).substr(0, 60));
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_ / "out"), {}), 4);
   const std::string time = "Wed, 04 Mar 2015 09:05:07: ";
-  std::string log = "Nizais.\r\nRegurioz  Instrument Control Event Log\r\n- see end of file for latest information.\r\n\r\n";
+  std::string log =
+      "Nizais.\r\nRegurioz  Instrument Control Event Log\r\n- see end of file for latest information.\r\n\r\n";
   const std::string path = folder_.path().string();
-  for (const std::string& line :
-       {std::string("5 arguments"), std::string("Command line arguments:"), "0: " + path + "/p.INI", std::string("1:  "),
-        "2: " + path + "/S1234.prf", std::string("3:  "), "4: " + path + "/out",
-        std::string("INI detected in command line. Reading settings..."), std::string("2 sections found in INI."),
-        std::string("Section 0: a..."), std::string("Section 1: limits..."),
-        std::string("WARNING:  'Rfoo' - Parameter not implemented."), std::string("STD: 3 parameters detected"),
-        std::string("Settings successfully read from command line."), "OutputFolder: " + path + "/out",
-        "Opening DataFile: " + path + "/S1234.prf...", std::string("OutputExtension: S4"), std::string("Data loaded"),
-        std::string("Writing profiles..."), std::string("W: 1 parameters detected"), std::string("Writing profiles..."),
-        std::string("RK: 0 parameters detected"), std::string("MOTIF: 0 parameters detected"),
-        std::string("Writing results..."), std::string("Output written...")}) {
+  for (const std::string& line : {std::string("5 arguments"),
+                                  std::string("Command line arguments:"),
+                                  "0: " + path + "/p.INI",
+                                  std::string("1:  "),
+                                  "2: " + path + "/S1234.prf",
+                                  std::string("3:  "),
+                                  "4: " + path + "/out",
+                                  std::string("INI detected in command line. Reading settings..."),
+                                  std::string("2 sections found in INI."),
+                                  std::string("Section 0: a..."),
+                                  std::string("Section 1: limits..."),
+                                  std::string("WARNING:  'Rfoo' - Parameter not implemented."),
+                                  std::string("STD: 3 parameters detected"),
+                                  std::string("Settings successfully read from command line."),
+                                  "OutputFolder: " + path + "/out",
+                                  "Opening DataFile: " + path + "/S1234.prf...",
+                                  std::string("OutputExtension: S4"),
+                                  std::string("Data loaded"),
+                                  std::string("Writing profiles..."),
+                                  std::string("W: 1 parameters detected"),
+                                  std::string("Writing profiles..."),
+                                  std::string("RK: 0 parameters detected"),
+                                  std::string("MOTIF: 0 parameters detected"),
+                                  std::string("Writing results..."),
+                                  std::string("Output written...")}) {
     log += time + line + "\r\n";
   }
   EXPECT_EQ(Log(), log);
@@ -209,13 +226,17 @@ TEST(TestPlan, SortsNamesIntoFamiliesAndWarnsOfWhatItCannotDo) {
        {"WARNING: Only Primary and Roughness bearing ratios are supported",
         "WARNING: Only Primary and Roughness Htp's are supported", "WARNING: Phsc - must be relative to meanline.",
         "STD: 4 parameters detected"},
-       kFilterRobustGaussian, 0.25, 0.0025},
+       kFilterRobustGaussian,
+       0.25,
+       0.0025},
       {Family::kWaviness, {"Wa"}, {"W: 1 parameters detected"}, kFilterSplineGaussian, 0.8, 0.0},
       {Family::kRk, {"Rk", "Mr1", "CV"}, {"RK: 3 parameters detected"}, kFilterIso13565, 0.8, 0.8 / 300.0},
       {Family::kMotif,
        {"Wx", "AW", "PHtp"},
        {"WARNING: Only Primary profiles are supported for motif Htps", "MOTIF: 3 parameters detected"},
-       kFilterRobustGaussian, 0.25, 0.0025},
+       kFilterRobustGaussian,
+       0.25,
+       0.0025},
   };
   for (const Case& c : cases) {
     Document document = MakeDocument();

@@ -1,0 +1,102 @@
+#include "core/file_analysis.h"
+
+#include <exception>
+#include <span>
+#include <string_view>
+#include <utility>
+
+#include "core/date_text.h"
+#include "core/pipeline.h"
+#include "core/platform.h"
+#include "core/prompts.h"
+#include "core/ratio_row_list.h"
+#include "formats/import.h"
+
+namespace texturon {
+namespace {
+
+ColumnValue ColumnOf(const ParameterDef& row, bool metric) {
+  ColumnValue column{row.name, std::nullopt, false};
+  if (!row.valid) return column;
+  column.value = metric ? row.value : row.value * row.imperialFactor;
+  column.outOfTolerance = JudgeRow(row) == Verdict::kFail;
+  return column;
+}
+
+std::vector<ColumnValue> ColumnsOf(const Document& document) {
+  const bool metric = document.settings.display.Metric;
+  std::vector<ColumnValue> columns;
+  for (const ParameterDef& row : document.catalogue.rows) {
+    if (row.selected) columns.push_back(ColumnOf(row, metric));
+  }
+  const auto add = [&columns, metric](const std::vector<RatioRowEntry>& entries) {
+    for (const RatioRowEntry& entry : entries) {
+      columns.push_back(ColumnOf(entry.row, metric));
+      columns.back().name += entry.label;
+    }
+  };
+  add(SelectedMaterialRatios(document));
+  add(SelectedHtps(document));
+  return columns;
+}
+
+/// The reason where a profile could not be written.
+std::string WriteProfiles(const Document& document, const std::filesystem::path& path,
+                          const std::filesystem::path& folder) {
+  SilentPrompts nobody;
+  for (const std::string_view name : {"primary", "waviness", "roughness"}) {
+    const ExportResult result = FindExportKind(name)->make(document, nobody);
+    if (!result.ok()) continue;
+    std::filesystem::path target = folder / path.filename();
+    target += "." + std::string(name) + ".csv";
+    const FileOutcome outcome = ReplaceFile(target, result.text, FlushFile::kNo);
+    if (!outcome.ok()) return FileSentence(target, outcome.reason);
+  }
+  return {};
+}
+
+/// Loads and computes; the reason where there is nothing to write.
+std::string Analyse(const std::filesystem::path& path, const FileAnalysisOptions& options,
+                    const Environment& environment, Document& document) {
+  CollectingPrompts prompts;
+  ImportOutcome loaded = LoadProfileFile(path, options.import, prompts);
+  if (!loaded.loaded) {
+    if (loaded.reason.ends_with('.')) loaded.reason.pop_back();
+    return FileSentence(path, loaded.reason);
+  }
+  ProfileSet profiles = MakeProfileSet(std::move(loaded.profile), TextFromPath(path));
+  if (options.invert) InvertProfile(profiles);
+  SetProfile(document, std::move(profiles));
+  switch (Compute(document, prompts, environment)) {
+    case ComputeOutcome::kDone:
+      return {};
+    case ComputeOutcome::kEmptyPrimary:
+      return FileSentence(path, "is not analysed: no primary profile is left");
+    case ComputeOutcome::kNoProfile:
+    case ComputeOutcome::kRefused:
+      break;
+  }
+  return FileSentence(path, "is not analysed: there are too few points to compute over");
+}
+
+}  // namespace
+
+FileAnalysis AnalyseFile(const std::filesystem::path& path, const FileAnalysisOptions& options,
+                         const Environment& environment) {
+  FileAnalysis analysis;
+  try {
+    Document document = options.start;
+    document.quietMode = true;
+    document.writesTraceFile = false;
+    analysis.reason = Analyse(path, options, environment, document);
+    if (!analysis.ok()) return analysis;
+    analysis.text = ParameterFileTextOf(document, DateText(environment.localTime()));
+    analysis.columns = ColumnsOf(document);
+    if (!options.profilesTo.empty()) analysis.reason = WriteProfiles(document, path, options.profilesTo);
+  } catch (const std::exception& error) {
+    analysis.reason = FileSentence(path, std::string("is not analysed: ") + error.what());
+  }
+  return analysis;
+}
+
+}  // namespace texturon

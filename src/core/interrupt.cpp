@@ -1,0 +1,27 @@
+#include "core/interrupt.h"
+
+#include <csignal>
+
+namespace texturon {
+namespace {
+
+volatile std::sig_atomic_t interrupted = 0;
+
+extern "C" void MarkInterrupt(int number) {
+  interrupted = 1;
+  std::signal(number, SIG_DFL);
+}
+
+}  // namespace
+
+void CatchInterrupts() {
+  interrupted = 0;
+  std::signal(SIGINT, MarkInterrupt);
+  std::signal(SIGTERM, MarkInterrupt);
+}
+
+bool Interrupted() {
+  return interrupted != 0;
+}
+
+}  // namespace texturon
