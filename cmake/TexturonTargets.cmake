@@ -18,9 +18,15 @@ else()
   endif()
   if(TEXTURON_SANITIZE)
     target_compile_options(texturon_options INTERFACE
-      -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer
-      -Wno-maybe-uninitialized)  # false alarms in the standard library's own code
+      -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+      # False alarms in the standard library's own code.
+      target_compile_options(texturon_options INTERFACE -Wno-maybe-uninitialized)
+    endif()
     target_link_options(texturon_options INTERFACE -fsanitize=address,undefined)
+  endif()
+  if(TEXTURON_FUZZ)
+    target_compile_options(texturon_options INTERFACE -fsanitize=fuzzer-no-link)
   endif()
 endif()
 

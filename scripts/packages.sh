@@ -15,4 +15,5 @@ need_packages() {
 
 program_packages=(g++ cmake ninja-build libcli11-dev)
 test_packages=(libgtest-dev nlohmann-json3-dev locales)
+fuzz_packages=(clang libclang-rt-14-dev)
 bench_packages=(libbenchmark-dev libfftw3-dev liblapack-dev)

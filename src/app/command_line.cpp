@@ -133,10 +133,13 @@ int ParseAndRun(CLI::App& app, int argc, char** argv) {
 
   std::string input;
   std::string output;
-  CLI::App* inspect = app.add_subcommand("inspect", "which reader took a file, or why each refused, and what it holds");
-  inspect->add_option("file", input, "profile file")->required()->type_name("FILE");
-  AddFileOptions(*inspect, common);
-  inspect->callback([&] { status = RunInspect(input, common); });
+  InspectOptions inspect;
+  CLI::App* inspectCommand =
+      app.add_subcommand("inspect", "which reader took a file, or why each refused, and what it holds");
+  inspectCommand->add_option("files", inspect.files, "profile files")->required()->type_name("FILE");
+  inspectCommand->add_flag("--json", inspect.asJson, "one JSON object a file");
+  AddFileOptions(*inspectCommand, common);
+  inspectCommand->callback([&] { status = RunInspect(inspect, common); });
 
   ExportOptions exportOptions;
   CLI::App* exportCommand = app.add_subcommand("export", "write one profile or curve of the analysis of a file");

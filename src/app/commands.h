@@ -23,6 +23,11 @@ struct ExportOptions {
   bool asMod = false;
 };
 
+struct InspectOptions {
+  std::vector<std::string> files;
+  bool asJson = false;
+};
+
 struct BatchOptions {
   std::string folder;
   std::string mask;
@@ -53,7 +58,7 @@ int RunBatch(const BatchOptions& options, const CommonOptions& common);
 int RunExport(const ExportOptions& options, const CommonOptions& common);
 /// The kinds of exports, separated by commas.
 std::string ExportKindNames();
-int RunInspect(const std::string& file, const CommonOptions& common);
+int RunInspect(const InspectOptions& inspect, const CommonOptions& common);
 int RunWatch(const WatchOptions& options, const CommonOptions& common);
 int RunParameters();
 int RunFormats();

@@ -2,6 +2,7 @@
 #include <iostream>
 
 #include "app/commands.h"
+#include "app/json_writer.h"
 #include "core/charset.h"
 #include "core/number_text.h"
 #include "core/platform.h"
@@ -11,55 +12,146 @@
 namespace texturon {
 namespace {
 
+/// What is told of a profile beside what the file states.
+struct Findings {
+  double lengthMM = 0.0;
+  double lowestUM = 0.0;
+  double highestUM = 0.0;
+  std::vector<std::string> warnings;
+};
+
+Findings FindingsOf(const ImportedProfile& profile) {
+  const auto [low, high] = std::minmax_element(profile.heightsUM.begin(), profile.heightsUM.end());
+  Findings findings{static_cast<double>(profile.heightsUM.size() - 1) * profile.spacingUM * 1e-3, *low, *high,
+                    profile.warnings};
+  for (std::string& sign : ImplausibleSigns(profile)) findings.warnings.push_back(std::move(sign));
+  return findings;
+}
+
 void PrintRow(std::string_view name, std::string_view text) {
   constexpr std::size_t kWidth = 16;
   std::cout << name << std::string(kWidth - name.size(), ' ') << Utf8FromWindows1252(text) << "\n";
 }
 
 void PrintProfile(const ImportedProfile& profile) {
+  const Findings findings = FindingsOf(profile);
   const std::string source = profile.spacingSource.empty() ? "" : " (" + profile.spacingSource + ")";
-  const auto [low, high] = std::minmax_element(profile.heightsUM.begin(), profile.heightsUM.end());
-  const auto steps = static_cast<double>(profile.heightsUM.size() - 1);
   PrintRow("identification", profile.identification);
   PrintRow("date", profile.date);
   PrintRow("points", IntegerText(static_cast<std::int64_t>(profile.heightsUM.size())));
   PrintRow("spacing", ShortestText(profile.spacingUM) + " um" + source);
-  PrintRow("length", FixedText(steps * profile.spacingUM * 1e-3, 6) + " mm");
-  PrintRow("heights", FixedText(*low, 6) + " to " + FixedText(*high, 6) + " um");
+  PrintRow("length", FixedText(findings.lengthMM, 6) + " mm");
+  PrintRow("heights", FixedText(findings.lowestUM, 6) + " to " + FixedText(findings.highestUM, 6) + " um");
   PrintRow("tip radius", profile.tipRadiusMM > 0.0 ? ShortestText(profile.tipRadiusMM) + " mm" : "not stated");
-  for (const std::string& warning : profile.warnings) PrintRow("warning", warning);
-  for (const std::string& sign : ImplausibleSigns(profile)) PrintRow("warning", sign);
+  for (const std::string& warning : findings.warnings) PrintRow("warning", warning);
 }
 
-void PrintAttempts(const std::vector<ReadAttempt>& attempts) {
-  for (const ReadAttempt& attempt : attempts) {
-    switch (attempt.result.status) {
-      case ReadResult::Status::kRead:
-        PrintRow("read by", attempt.reader);
-        break;
-      case ReadResult::Status::kRefused:
-        PrintRow("refused by", attempt.reader + ": " + attempt.result.reason);
-        break;
-      case ReadResult::Status::kNotRecognised:
-        PrintRow("not taken by", attempt.reader + ": " + attempt.result.reason);
-        break;
-    }
+/// A status as a row's title and as a word for programs.
+struct StatusNames {
+  std::string_view title;
+  std::string_view word;
+};
+
+StatusNames NamesOf(ReadResult::Status status) {
+  switch (status) {
+    case ReadResult::Status::kRead:
+      return {"read by", "read"};
+    case ReadResult::Status::kRefused:
+      return {"refused by", "refused"};
+    case ReadResult::Status::kNotRecognised:
+      break;
   }
+  return {"not taken by", "not_recognised"};
 }
+
+void PrintTable(const std::string& file, const ImportOutcome& outcome) {
+  std::cout << "file            " << file << "\n";
+  for (const ReadAttempt& attempt : outcome.attempts) {
+    const std::string reason = attempt.result.reason.empty() ? "" : ": " + attempt.result.reason;
+    PrintRow(NamesOf(attempt.result.status).title, attempt.reader + reason);
+  }
+  if (outcome.loaded) PrintProfile(outcome.profile);
+}
+
+class InspectionJson {
+public:
+  explicit InspectionJson(JsonWriter::Layout layout) : json_(layout) {}
+
+  std::string Write(const std::string& file, const ImportOutcome& outcome) {
+    json_.BeginObject();
+    json_.Key("file");
+    json_.Text(file);
+    json_.Key("loaded");
+    json_.Bool(outcome.loaded);
+    if (!outcome.loaded) Text("reason", outcome.reason);
+    json_.Key("attempts");
+    json_.BeginArray();
+    for (const ReadAttempt& attempt : outcome.attempts) {
+      json_.BeginObject();
+      Text("reader", attempt.reader);
+      Text("status", NamesOf(attempt.result.status).word);
+      Text("reason", attempt.result.reason);
+      json_.EndObject();
+    }
+    json_.EndArray();
+    if (outcome.loaded) Profile(outcome.profile);
+    json_.EndObject();
+    return json_.Result();
+  }
+
+private:
+  void Profile(const ImportedProfile& profile) {
+    const Findings findings = FindingsOf(profile);
+    Text("identification", profile.identification);
+    Text("date", profile.date);
+    json_.Key("point_count");
+    json_.Integer(static_cast<std::int64_t>(profile.heightsUM.size()));
+    Number("spacing_um", profile.spacingUM);
+    Text("spacing_source", profile.spacingSource);
+    Number("length_mm", findings.lengthMM);
+    Number("lowest_um", findings.lowestUM);
+    Number("highest_um", findings.highestUM);
+    Number("tip_radius_mm", profile.tipRadiusMM);
+    json_.Key("warnings");
+    json_.BeginArray();
+    for (const std::string& warning : findings.warnings) json_.Text(Utf8FromWindows1252(warning));
+    json_.EndArray();
+  }
+  void Text(std::string_view key, std::string_view text) {
+    json_.Key(key);
+    json_.Text(Utf8FromWindows1252(text));
+  }
+  void Number(std::string_view key, double value) {
+    json_.Key(key);
+    json_.Number(value);
+  }
+
+  JsonWriter json_;
+};
 
 }  // namespace
 
-int RunInspect(const std::string& file, const CommonOptions& common) {
+int RunInspect(const InspectOptions& inspect, const CommonOptions& common) {
   ConsolePrompts prompts({.answersYes = common.answer == "yes", .isQuiet = true});
   const auto setup = PrepareRun(common, prompts);
   if (!setup) return kExitRefused;
-  const ImportOutcome outcome = LoadProfileFile(PathFromSystemText(file), setup->import, prompts);
-  std::cout << "file            " << file << "\n";
-  PrintAttempts(outcome.attempts);
-  if (outcome.loaded) PrintProfile(outcome.profile);
-  std::cout.flush();
-  if (!outcome.loaded) Complain(file + " " + outcome.reason + (outcome.reason.ends_with('.') ? "" : "."));
-  return outcome.loaded && std::cout ? kExitDone : kExitRefused;
+  int status = kExitDone;
+  const bool isOne = inspect.files.size() == 1;
+  for (const std::string& file : inspect.files) {
+    const ImportOutcome outcome = LoadProfileFile(PathFromSystemText(file), setup->import, prompts);
+    if (inspect.asJson) {
+      InspectionJson json(isOne ? JsonWriter::Layout::kIndented : JsonWriter::Layout::kOneLine);
+      std::cout << json.Write(file, outcome) << "\n";
+    } else {
+      if (&file != &inspect.files.front()) std::cout << "\n";
+      PrintTable(file, outcome);
+    }
+    if (outcome.loaded) continue;
+    std::cout.flush();
+    ComplainOf(file, outcome.reason);
+    status = kExitRefused;
+  }
+  return FinishOutput(status);
 }
 
 }  // namespace texturon

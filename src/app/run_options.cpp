@@ -124,6 +124,10 @@ void Complain(const std::string& text) {
   std::cerr << "texturon: " << text << '\n';
 }
 
+void ComplainOf(const std::string& file, std::string_view reason) {
+  Complain(file + " " + Utf8FromWindows1252(reason) + (reason.ends_with('.') ? "" : "."));
+}
+
 std::optional<RunSetup> PrepareRun(const CommonOptions& options, ConsolePrompts& prompts) {
   RunSetup setup;
   setup.document = MakeDocument();
@@ -144,8 +148,7 @@ bool LoadInto(Document& document, const std::string& file, const RunSetup& setup
   ImportOutcome outcome = LoadProfileFile(path, setup.import, prompts);
   prompts.HoldMessages(false);
   if (!outcome.loaded) {
-    const bool endsSentence = outcome.reason.ends_with('.');
-    Complain(file + " " + outcome.reason + (endsSentence ? "" : "."));
+    ComplainOf(file, outcome.reason);
     return false;
   }
   for (const std::string& message : prompts.Messages()) prompts.Notice(message);

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "app/console_prompts.h"
@@ -68,5 +69,8 @@ int FinishOutput(int status);
 
 /// Writes one sentence on standard error: "texturon: <text>".
 void Complain(const std::string& text);
+
+/// The same of a file, in the system's own bytes; `reason`, Windows-1252, goes on where its name stops.
+void ComplainOf(const std::string& file, std::string_view reason);
 
 }  // namespace texturon

@@ -18,6 +18,7 @@ namespace {
 constexpr double kInvalid = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInvalidMark = -25'400.0;
 constexpr std::size_t kMostColumns = 32;
+constexpr std::size_t kMostHeading = 100;  // lines above a table that names itself by nothing but its numbers
 
 /// How a table's rows are taken apart.
 struct Manner {
@@ -30,11 +31,11 @@ struct Manner {
 void SplitRow(std::string_view line, char separator, std::vector<std::string_view>& fields) {
   fields.clear();
   const bool isBlank = separator == ' ';
-  const std::string_view separators = isBlank ? std::string_view(" \t") : std::string_view(&separator, 1);
+  constexpr std::string_view kBlanks = " \t";
   while (fields.size() <= kMostColumns) {
-    if (isBlank) line.remove_prefix(std::min(line.find_first_not_of(separators), line.size()));
+    if (isBlank) line.remove_prefix(std::min(line.find_first_not_of(kBlanks), line.size()));
     if (isBlank && line.empty()) break;
-    const std::size_t end = line.find_first_of(separators);
+    const std::size_t end = isBlank ? line.find_first_of(kBlanks) : line.find(separator);
     fields.push_back(TrimBlanks(line.substr(0, end)));
     if (end == std::string_view::npos) break;
     line.remove_prefix(end + 1);
@@ -50,11 +51,13 @@ std::optional<double> Value(std::string_view field, bool decimalComma) {
   return std::nullopt;
 }
 
-/// Takes a line as a row of numbers under the first separator that makes one of it.
-std::optional<Manner> MannerOf(std::string_view line) {
+/// Takes a line as a row of numbers under the first separator that makes one of it. Without `commaSeparates` a comma is
+/// a decimal sign and nothing else.
+std::optional<Manner> MannerOf(std::string_view line, bool commaSeparates) {
   std::vector<std::string_view> fields;
   for (const char separator : {';', '\t', ',', ' '}) {
     if (separator != ' ' && line.find(separator) == std::string_view::npos) continue;
+    if (separator == ',' && !commaSeparates) continue;
     SplitRow(line, separator, fields);
     if (fields.empty() || fields.size() > kMostColumns) continue;
     const bool decimalComma = separator != ',';
@@ -85,6 +88,7 @@ bool IsUnit(std::string_view cell) {
 }
 
 struct Table {
+  bool commaSeparates = true;
   Manner manner;
   std::vector<std::string> names;              ///< of the columns, as far as the heading tells
   std::vector<std::optional<double>> unitsUM;  ///< likewise
@@ -187,7 +191,7 @@ std::string ReadTable(std::string_view text, std::size_t mostHeading, Table& tab
   while (const auto line = lines.Next()) {
     if (TrimBlanks(*line).empty()) continue;
     if (table.manner.columns == 0) {
-      const auto manner = MannerOf(*line);
+      const auto manner = MannerOf(*line, table.commaSeparates);
       if (!manner) {
         heading.push_back(*line);
         if (heading.size() > mostHeading) return AtLine(lines.LineNumber(), "no row of numbers");
@@ -208,7 +212,7 @@ std::string ReadTable(std::string_view text, std::size_t mostHeading, Table& tab
   }
   table.line = lines.LineNumber();
   table.lastDigit = decimals > 0 ? std::pow(10.0, -static_cast<double>(decimals)) : 0.0;
-  return rows < 3 ? "there are fewer than three rows of numbers" : "";
+  return rows < 3 ? AtLine(lines.LineNumber(), "the file ends with fewer than three rows of numbers") : "";
 }
 
 bool CountsUp(const std::vector<double>& column) {
@@ -292,9 +296,16 @@ ReadResult ReadUnitPairText(const ReaderInput& input, ImportedProfile& profile) 
 
 ReadResult ReadGenericText(const ReaderInput& input, ImportedProfile& profile) {
   Table table;
-  std::string wrong = ReadTable(input.bytes, 100, table);
+  std::string wrong = ReadTable(input.bytes, kMostHeading, table);
   if (!wrong.empty()) return Unusable(std::move(wrong));
-  return Finish(input, table, profile);
+  const bool mayBeDecimal = table.manner.separator == ',' && table.manner.columns == 2;
+  ReadResult result = Finish(input, table, profile);
+  if (result.status != ReadResult::Status::kNotRecognised || !mayBeDecimal) return result;
+  // What makes no positions under a comma may be one column of heights with a decimal comma.
+  Table column{.commaSeparates = false};
+  if (!ReadTable(input.bytes, kMostHeading, column).empty() || column.manner.columns != 1) return result;
+  profile = {};
+  return Finish(input, column, profile);
 }
 
 ReadResult ReadDistanceTable(const ReaderInput& input, ImportedProfile& profile) {

@@ -81,7 +81,7 @@ ReadResult ReadDigitalSurfProfile(const ReaderInput& input, ImportedProfile& pro
   }
   const std::size_t start =
       kHeaderSize + LittleEndian<std::uint16_t>(bytes, kCommentSize) + LittleEndian<std::uint16_t>(bytes, kPrivateSize);
-  const std::size_t size = bits / 8U;
+  const std::size_t size = static_cast<std::size_t>(bits) / 8;
   if (start > bytes.size() || (bytes.size() - start) / size < static_cast<std::size_t>(count)) {
     return Refuse(input, "The Digital Surf file cannot hold as many points as its header says.");
   }
@@ -100,11 +100,9 @@ ReadResult ReadDigitalSurfProfile(const ReaderInput& input, ImportedProfile& pro
                                     ? std::numeric_limits<double>::quiet_NaN()
                                     : (value * step + offset) * *heightUnitUM);
   }
-  if (!std::isfinite(step) || !std::isfinite(offset)) return Refuse(input, "The Digital Surf scale is no number.");
   FillInvalid(profile.heightsUM, profile.warnings);
   const double spacing = LittleEndian<float>(bytes, kStepX) * *spacingUnitUM;
-  if (profile.heightsUM.empty() || !std::isfinite(spacing))
-    return Refuse(input, "The Digital Surf profile has no valid points.");
+  if (profile.heightsUM.empty()) return Refuse(input, "The Digital Surf profile has no valid points.");
   profile.spacingUM = spacing;
   profile.spacingSource = "header";
   profile.identification = Field(bytes, kObjectName, 30);

@@ -36,7 +36,8 @@ struct ProfileReader {
   Companion companion;
 };
 
-/// Runs the reader's routine, or recognises the file by its markers.
+/// Runs the reader's routine, or recognises the file by its markers. Spacing or heights that are not finite are
+/// refused.
 ReadResult RunReader(const ProfileReader& reader, const ReaderInput& input, ImportedProfile& profile);
 
 /// What the reader takes, for a list; how it recognises what it does not read.

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include "core/number_text.h"
 #include "core/platform.h"
 #include "core/text.h"
 #include "formats/extension_table.h"
@@ -26,13 +27,17 @@ const ExtensionEntry* FindExtension(const std::filesystem::path& path) {
   return entry != table.end() ? &*entry : nullptr;
 }
 
-/// The sentence for a chain that read nothing: the readers' reasons, those that recognised the file first.
+/// The sentence for a chain that read nothing: the reason of the first reader that recognised the file, else the
+/// last's.
 std::string ReasonOf(const std::vector<ReadAttempt>& attempts) {
   const auto recognised = std::find_if(attempts.begin(), attempts.end(), [](const ReadAttempt& attempt) {
     return attempt.result.status == ReadResult::Status::kRefused;
   });
-  const ReadAttempt& told = recognised != attempts.end() ? *recognised : attempts.back();
-  return "is refused by the reader of the " + told.reader + ": " + told.result.reason;
+  const auto told = [](const ReadAttempt& attempt) { return attempt.reader + ": " + attempt.result.reason; };
+  if (recognised != attempts.end()) return "is refused by the reader of the " + told(*recognised);
+  if (attempts.size() == 1) return "is not recognised by the reader of the " + told(attempts.back());
+  return "is recognised by none of the " + IntegerText(static_cast<std::int64_t>(attempts.size())) +
+         " readers of its extension; the last is that of the " + told(attempts.back());
 }
 
 }  // namespace

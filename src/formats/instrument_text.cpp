@@ -5,9 +5,11 @@
 #include <limits>
 
 #include "core/number_text.h"
+#include "core/platform.h"
 #include "core/profile_set.h"
 #include "core/text.h"
 #include "core/units.h"
+#include "formats/companion_file.h"
 #include "formats/even_spacing.h"
 #include "formats/reader_questions.h"
 #include "formats/text_lines.h"
@@ -24,6 +26,7 @@ bool Append(double heightUM, ImportedProfile& profile) {
   return true;
 }
 
+constexpr std::string_view kOnlyFirst = "the file holds several profiles; the first is read";
 constexpr std::string_view kTooMany = "There are more than 750 000 points.";
 
 /// The value of "key=value".
@@ -82,6 +85,10 @@ ReadResult ReadProfileSections(const ReaderInput& input, ImportedProfile& profil
   while (const auto line = lines.Next()) {
     const std::string_view text = TrimBlanks(*line);
     if (text.starts_with('[')) inValues = text == "[PROFILE_VALUES]";
+    if (inValues && text.starts_with('[') && !profile.heightsUM.empty()) {
+      profile.warnings.emplace_back(kOnlyFirst);
+      break;
+    }
     if (!inValues) {
       TakeEntry(text, entries, profile);
       continue;
@@ -102,15 +109,32 @@ ReadResult ReadProfileSections(const ReaderInput& input, ImportedProfile& profil
   if (entries.count > 0.0) WarnOfCount(entries.count, profile);
   SettleSpacing(entries, profile.heightsUM.size(), profile);
   FillInvalid(profile.heightsUM, profile.warnings);
-  const bool isUsable =
-      !profile.heightsUM.empty() && std::isfinite(profile.spacingUM) &&
-      std::all_of(profile.heightsUM.begin(), profile.heightsUM.end(), [](double z) { return std::isfinite(z); });
-  if (!isUsable) return RefuseAtLine(input, lines.LineNumber(), "There are no valid profile values.");
+  if (profile.heightsUM.empty()) return RefuseAtLine(input, lines.LineNumber(), "There are no valid profile values.");
   profile.identification = entries.name;
   if (entries.name.empty() && !entries.object.empty()) {
     profile.identification = std::string(entries.object) + " " + std::string(entries.number);
   }
   return ReadResult::Read();
+}
+
+/// Whether a text has the shape of `pattern`, in which 0 stands for any digit.
+bool HasShape(std::string_view text, std::string_view pattern) {
+  return std::equal(text.begin(), text.end(), pattern.begin(), pattern.end(),
+                    [](char c, char p) { return p == '0' ? c >= '0' && c <= '9' : c == p; });
+}
+
+/// Date and time of the condition sheet beside a TX file. Its labels are in any language, so the values tell.
+std::string DateOfConditionSheet(const std::filesystem::path& path) {
+  const FileBytes sheet = ReadWholeFile(CompanionPath(path, ".tx3"));
+  std::string_view date;
+  std::string_view time;
+  LineCursor lines(sheet.bytes);
+  while (const auto line = lines.Next()) {
+    const std::string_view value = TrimBlanks(line->substr(line->find('\t') + 1));
+    if (date.empty() && HasShape(value, "00.00.0000")) date = value;
+    if (time.empty() && HasShape(value, "00:00:00")) time = value;
+  }
+  return time.empty() ? std::string(date) : std::string(date) + " - " + std::string(time);
 }
 
 }  // namespace
@@ -139,6 +163,7 @@ ReadResult ReadTxText(const ReaderInput& input, ImportedProfile& profile) {
     return ReadResult::Refused("no point spacing was given");
   }
   if (profile.spacingSource == "assumed") profile.spacingSource = "assumed from the nominal length on line 1";
+  profile.date = DateOfConditionSheet(input.path);
   return ReadResult::Read();
 }
 
@@ -187,6 +212,10 @@ ReadResult ReadSectionText(const ReaderInput& input, ImportedProfile& profile) {
   while (const auto line = lines.Next()) {
     if (line->starts_with("//")) {
       inData = TrimBlanks(line->substr(2)) == "CalcData";
+      if (inData && hasData) {
+        profile.warnings.emplace_back(kOnlyFirst);
+        break;
+      }
       hasData = hasData || inData;
       continue;
     }

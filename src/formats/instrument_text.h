@@ -7,7 +7,8 @@ namespace texturon {
 // Small text layouts of single instruments.
 
 /// TX1 (primary) and TX2 (roughness): nominal length in mm, number of points, heights in um. The length need not be the
-/// record's: the spacing is asked for, preset with length / (points - 1).
+/// record's: the spacing is asked for, preset with length / (points - 1). Date and time are those of the condition
+/// sheet with the ending .tx3 beside it.
 ReadResult ReadTxText(const ReaderInput& input, ImportedProfile& profile);
 
 /// Step profiler text: lines Data, Recipe, Points, X-Resolution (um), a heading, rows of an index and heights in

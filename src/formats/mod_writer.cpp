@@ -92,8 +92,4 @@ ModText AsphereModText(const AsphereMod& record) {
   return text;
 }
 
-bool ConfirmSideLength(double sideLengthMM, double extentMM, Prompts& prompts) {
-  return sideLengthMM <= extentMM || prompts.AskYesNo("Side length greater than data extent.  Export anyway?");
-}
-
 }  // namespace texturon

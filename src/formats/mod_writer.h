@@ -5,8 +5,6 @@
 #include <string>
 #include <string_view>
 
-#include "core/prompts.h"
-
 namespace texturon {
 
 // Taylor Hobson form data as text, ".MOD": positions and heights of a profile with what is known of its form. The
@@ -58,8 +56,5 @@ struct ModText {
 /// seven significant digits; positions are therefore even only to these.
 ModText WavinessModText(const WavinessMod& record);
 ModText AsphereModText(const AsphereMod& record);
-
-/// Whether an aspheric residual may be exported over `sideLengthMM`: asks where the data, `extentMM` long, end before.
-bool ConfirmSideLength(double sideLengthMM, double extentMM, Prompts& prompts);
 
 }  // namespace texturon

@@ -11,6 +11,7 @@
 #include "core/platform.h"
 #include "core/profile_set.h"
 #include "core/text.h"
+#include "formats/companion_file.h"
 #include "formats/reader_questions.h"
 #include "formats/text_cursor.h"
 #include "formats/text_lines.h"
@@ -67,15 +68,21 @@ void TakeHeader(Header&& header, ImportedProfile& profile) {
   profile.spacingSource = "header line SPACING_UM";
 }
 
-std::vector<std::string_view> SplitIntoLines(std::string_view text) {
-  std::vector<std::string_view> lines;
-  while (!text.empty()) {
-    const std::size_t end = text.find('\n');
-    const std::size_t length = std::min(end == std::string_view::npos ? text.size() : end + 1, kLineLimit);
-    lines.push_back(text.substr(0, length));
-    text.remove_prefix(length);
+/// Takes the first line, with its line feed, off a table's text; a line that is too long goes on as the next.
+std::string_view TakeLine(std::string_view& text) {
+  const std::size_t end = text.substr(0, kLineLimit).find('\n');
+  const std::string_view line = text.substr(0, end == std::string_view::npos ? kLineLimit : end + 1);
+  text.remove_prefix(line.size());
+  return line;
+}
+
+/// Whether the table has at least `rows` lines.
+bool HasRows(std::string_view table, std::size_t rows) {
+  while (rows > 0 && !table.empty()) {
+    TakeLine(table);
+    --rows;
   }
-  return lines;
+  return rows == 0;
 }
 
 /// Fields between tabs; runs of tabs and tabs at the ends separate nothing. A line break behind a last tab is a field.
@@ -125,28 +132,28 @@ ReadResult ReadNativeHeaderWithTable(const ReaderInput& input, ImportedProfile& 
   Header header;
   if (auto refusal = ReadHeader(input, cursor, header)) return *refusal;
 
-  std::filesystem::path tablePath = input.path;
-  tablePath.replace_extension(".LMTd");
-  const FileBytes table = ReadWholeFile(tablePath);
+  const FileBytes table = ReadWholeFile(CompanionPath(input.path, ".LMTd"));
   if (!table.ok()) return ReadResult::Refused("the table with the ending .LMTd " + table.reason);
   std::string storage;
-  const std::vector<std::string_view> lines = SplitIntoLines(PlainText(table.bytes, storage));
-  if (lines.size() < kRowsThatAgree) return ReadResult::Refused("the table has fewer than 10 rows");
-  const std::size_t columns = SplitAtTabs(lines[0]).size();
-  for (std::size_t i = 1; i < kRowsThatAgree; ++i) {
-    if (SplitAtTabs(lines[i]).size() != columns) {
-      return ReadResult::Refused("row " + IntegerText(static_cast<std::int64_t>(i + 1)) +
+  const std::string_view rows = PlainText(table.bytes, storage);
+  if (!HasRows(rows, kRowsThatAgree)) return ReadResult::Refused("the table has fewer than 10 rows");
+  std::string_view rest = rows;
+  const std::size_t columns = SplitAtTabs(TakeLine(rest)).size();
+  for (std::size_t i = 2; i <= kRowsThatAgree; ++i) {
+    if (SplitAtTabs(TakeLine(rest)).size() != columns) {
+      return ReadResult::Refused("row " + IntegerText(static_cast<std::int64_t>(i)) +
                                  " of the table has another number of fields than row 1");
     }
   }
   if (columns == 0) return ReadResult::Refused("the table's rows are empty");
   const auto count = static_cast<std::size_t>(header.count);
-  if (lines.size() < count) return ReadResult::Refused("the table has fewer rows than the header has points");
+  if (!HasRows(rows, count)) return ReadResult::Refused("the table has fewer rows than the header has points");
 
   const std::size_t column = AskColumn(input, columns, profile);
   profile.heightsUM.reserve(count);
-  for (std::size_t i = 0; i < count; ++i) {
-    const auto fields = SplitAtTabs(lines[i]);
+  rest = rows;
+  while (profile.heightsUM.size() < count) {
+    const auto fields = SplitAtTabs(TakeLine(rest));
     const ParsedDouble height = column <= fields.size() ? ParseDouble(fields[column - 1]) : ParsedDouble{};
     profile.heightsUM.push_back(height.usable() ? height.value : 0.0);
   }

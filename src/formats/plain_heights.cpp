@@ -159,9 +159,6 @@ ReadResult ReadResolutionText(const ReaderInput& input, ImportedProfile& profile
   if (profile.heightsUM.size() < kFewest)
     return RefuseAtLine(input, lines.LineNumber(), "There are no integer heights.");
   for (double& z : profile.heightsUM) z *= *resolution;
-  const bool isFinite =
-      std::all_of(profile.heightsUM.begin(), profile.heightsUM.end(), [](double z) { return std::isfinite(z); });
-  if (!isFinite) return RefuseAtLine(input, lineOfRun, "The heights are too large.");
   return AskSpacingOrRefuse(input, profile);
 }
 

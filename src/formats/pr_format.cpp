@@ -34,9 +34,9 @@ std::optional<Scale> ReadScale(std::string_view line) {
   const auto resolution = NumberBehind(line, ContainsIgnoringCase(line, "X-res") ? "X-res" : "X-Aufl");
   const std::size_t colon = line.rfind(':');
   if (!resolution || colon == std::string_view::npos) return std::nullopt;
-  const auto count = NumberField(line.substr(colon + 1));
-  if (!count) return std::nullopt;
-  return Scale{length.value_or(0.0), *resolution, std::trunc(*count)};
+  const ParsedDouble count = ParseDouble(line.substr(colon + 1));
+  if (!count.usable()) return std::nullopt;
+  return Scale{length.value_or(0.0), *resolution, std::trunc(count.value)};
 }
 
 void TakeSpacing(const Scale& scale, ImportedProfile& profile) {

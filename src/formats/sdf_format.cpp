@@ -110,9 +110,7 @@ ReadResult ReadSdfProfile(const ReaderInput& input, ImportedProfile& profile) {
   if (profile.heightsUM.empty()) return Refuse(input, line + 1, "SDF Error: no heights.");
   Warn(header, wanted, cursor.Number().has_value(), profile);
   FillInvalid(profile.heightsUM, profile.warnings);
-  const bool finite =
-      std::all_of(profile.heightsUM.begin(), profile.heightsUM.end(), [](double z) { return std::isfinite(z); });
-  if (profile.heightsUM.empty() || !finite) return Refuse(input, line + 1, "SDF Error: no valid heights.");
+  if (profile.heightsUM.empty()) return Refuse(input, line + 1, "SDF Error: no valid heights.");
   profile.identification = header.identification;
   profile.date = header.date;
   profile.spacingUM = header.spacingUM;

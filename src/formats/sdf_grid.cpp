@@ -76,9 +76,6 @@ ReadResult Finish(const ReaderInput& input, const SdfHeader& header, SdfPick&& p
   for (double& z : profile.heightsUM) z = z * header.zScale * kMicrometresPerMetre;
   FillInvalid(profile.heightsUM, profile.warnings);
   if (profile.heightsUM.empty()) return Refuse(input, "SDF Error: no valid heights.");
-  const bool finite =
-      std::all_of(profile.heightsUM.begin(), profile.heightsUM.end(), [](double z) { return std::isfinite(z); });
-  if (!finite) return Refuse(input, "SDF Error: the heights are not finite.");
   if (static_cast<std::int64_t>(profile.heightsUM.size()) < pick.count && profile.warnings.empty()) {
     profile.warnings.push_back("the header says " + IntegerText(pick.count) + " points, the data hold " +
                                IntegerText(static_cast<std::int64_t>(profile.heightsUM.size())));

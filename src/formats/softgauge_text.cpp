@@ -62,9 +62,13 @@ void ReadConditions(std::string_view text, ImportedProfile& profile) {
   LineCursor lines(text);
   std::string date;
   std::string time;
+  bool inComment = false;
   while (const auto line = lines.Next()) {
     const auto fields = SplitAtAny(*line, kSeparators);
-    if (fields.size() < 2) continue;
+    const bool wasInComment = inComment;
+    if (line->find("/*") != std::string_view::npos) inComment = true;
+    if (line->find("*/") != std::string_view::npos) inComment = false;
+    if (wasInComment || fields.size() < 2) continue;
     if (fields[0] == "DATE") date = fields[1];
     if (fields[0] == "TIME") time = fields[1];
     if (fields[0] == "PROBING_SYSTEM") {
@@ -146,10 +150,7 @@ ReadResult ReadSoftgauge(const ReaderInput& input, ImportedProfile& profile) {
   profile.spacingUM = x.increment * x.scale * x.unitUM;
   profile.spacingSource = "increment of CX";
   profile.heightsUM = std::move(trace.zUM);
-  const bool isFinite =
-      std::all_of(profile.heightsUM.begin(), profile.heightsUM.end(), [](double h) { return std::isfinite(h); });
-  return isFinite && std::isfinite(profile.spacingUM) ? ReadResult::Read()
-                                                      : RefuseAtLine(input, 1, "The numbers are too large.");
+  return ReadResult::Read();
 }
 
 }  // namespace texturon

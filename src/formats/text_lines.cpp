@@ -29,6 +29,18 @@ void AppendCodeUnit(std::string& utf8, unsigned unit) {
   }
 }
 
+/// Whether a text without a mark begins with letters of two bytes, the higher of which is 0 and comes second.
+bool LooksWide(std::string_view bytes) {
+  constexpr std::size_t kLetters = 8;
+  if (bytes.size() < 2 * kLetters) return false;
+  for (std::size_t i = 0; i < 2 * kLetters; i += 2) {
+    const auto byte = static_cast<unsigned char>(bytes[i]);
+    const bool isLetter = byte >= ' ' || byte == '\t' || byte == '\r' || byte == '\n';
+    if (!isLetter || bytes[i + 1] != '\0') return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 LineCursor::LineCursor(std::string_view text)
@@ -104,10 +116,11 @@ std::string AtLine(std::size_t line, std::string_view text) {
 std::string_view PlainText(std::string_view bytes, std::string& storage) {
   if (bytes.starts_with("\xEF\xBB\xBF")) return bytes.substr(3);
   const bool isBigEndian = bytes.starts_with("\xFE\xFF");
-  if (!isBigEndian && !bytes.starts_with("\xFF\xFE")) return bytes;
+  const bool isMarked = isBigEndian || bytes.starts_with("\xFF\xFE");
+  if (!isMarked && !LooksWide(bytes)) return bytes;
   std::string utf8;
   utf8.reserve(bytes.size() / 2);
-  for (std::size_t i = 2; i + 1 < bytes.size(); i += 2) {
+  for (std::size_t i = isMarked ? 2 : 0; i + 1 < bytes.size(); i += 2) {
     const unsigned first = static_cast<unsigned char>(bytes[i]);
     const unsigned second = static_cast<unsigned char>(bytes[i + 1]);
     AppendCodeUnit(utf8, isBigEndian ? first << 8 | second : second << 8 | first);

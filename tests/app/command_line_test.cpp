@@ -299,6 +299,80 @@ TEST(CommandLine, InspectsAFile) {
   EXPECT_EQ(std::count(refused.error.begin(), refused.error.end(), '\n'), 1);
 }
 
+TEST(CommandLine, InspectsFilesForPrograms) {
+  const ScratchFolder folder;
+  const std::string good =
+      folder.Write("g\xC3\xBCt 1.sdf", "x\nID = S\n\nM = 5\nN = 3\nP = 1\nX = 1e-6\nY\nZ = 1\n\n\nT = 7\n\n* 1 2 -4\n")
+          .string();
+  const std::string damaged = folder.Write("b.prf", "0 2\n").string();
+  const Outcome run = Texturon({"inspect", "--json", good, damaged});
+  EXPECT_EQ(run.status, 1) << "one of them is refused";
+  std::istringstream lines(run.out);
+  std::string line;
+  std::getline(lines, line);
+  const json first = json::parse(line);
+  EXPECT_EQ(first["file"], good);
+  EXPECT_EQ(first["loaded"], true);
+  EXPECT_EQ(first["attempts"], json::parse(R"([{"reader": "Standard Data Format", "status": "read", "reason": ""}])"));
+  EXPECT_EQ(first["identification"], "S");
+  EXPECT_EQ(first["date"], "5");
+  EXPECT_EQ(first["point_count"], 3);
+  EXPECT_TRUE(Near(first["spacing_um"].get<double>(), 1.0, 1e-12));
+  EXPECT_TRUE(Near(first["length_mm"].get<double>(), 0.002, 1e-12));
+  EXPECT_EQ(first["spacing_source"], "header line 7 (Xscale)");
+  EXPECT_EQ(first["lowest_um"], -4.0);
+  EXPECT_EQ(first["highest_um"], 2.0);
+  EXPECT_EQ(first["tip_radius_mm"], -1.0);
+  EXPECT_EQ(first["warnings"].size(), 2u) << "the Z scale and the slope";
+  std::getline(lines, line);
+  const json second = json::parse(line);
+  EXPECT_EQ(second["loaded"], false);
+  EXPECT_FALSE(second.contains("point_count"));
+  EXPECT_EQ(second["attempts"].size(), 4u);
+  EXPECT_EQ(second["attempts"][0]["status"], "not_recognised");
+  EXPECT_EQ(second["attempts"][1]["status"], "refused");
+  EXPECT_NE(second["reason"].get<std::string>().find("Error reading record 1."), std::string::npos);
+}
+
+TEST(CommandLine, SaysInOneSentenceWhyAFileIsNotRead) {
+  const ScratchFolder folder;
+  const std::string zeros(2'000'000, '\0');
+  std::filesystem::create_directory(folder / "f\xC3\xBCr sp\xC3\xA4ter.sdf");
+  struct Case {
+    std::filesystem::path file;
+    std::string reason;
+  };
+  const Case cases[] = {
+      {folder.Write("leer \xC3\xA4.prf", ""), "is empty."},
+      {folder / "f\xC3\xBCr sp\xC3\xA4ter.sdf", "is a directory."},
+      {folder / "none.txt", "does not exist."},
+      {folder.Write("none", "1"), "has an extension that no reader is known for."},
+      {folder.Write("n.lmt", zeros), "line 1: Invalid file format."},
+      {folder.Write("n.txt", zeros), "line 1: the file ends with fewer than three rows of numbers."},
+      {folder.Write("n.sdf", zeros), "line 1: SDF Error: Integer data required."},
+      {folder.Write("n \xC3\xA4.hdr", "IDENT"), "Could not find n \xC3\xA4.dat."},
+      {folder.Write(
+           "s.lmt",
+           "Lumetrace_Data 1.0\nIDENTIFICATION: a\nDATE: d\nSPACING_UM: 0\nNUMBER_OF_POINTS: 1\nPROFILE_UM:\n1\n"),
+       "has a point spacing that is not above 0."},
+  };
+  for (const Case& c : cases) {
+    const Outcome run = Texturon({"inspect", c.file.string()});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_TRUE(run.error.starts_with("texturon: " + c.file.string() + " ")) << run.error;
+    EXPECT_TRUE(run.error.ends_with(c.reason + "\n")) << run.error;
+    EXPECT_EQ(std::count(run.error.begin(), run.error.end(), '\n'), 1) << run.error;
+  }
+}
+
+TEST(CommandLine, ShowsWhatAReaderWarnsOf) {
+  const ScratchFolder folder;
+  std::string text = "// Header\nVersion;x;1\n// Condition-A\nProfile;R_ISO97\nPitch;0,5;um\n// CalcData\n";
+  for (int i = 0; i < 100; ++i) text += i % 2 == 0 ? "0,1\n" : "0\n";
+  const Outcome run = Texturon({"analyze", "--no-trace", folder.Write("r.txt", text).string()});
+  EXPECT_NE(run.error.find("WARNING: Filtered data found!"), std::string::npos) << run.error;
+}
+
 TEST(CommandLine, ListsWhatThereIs) {
   const Outcome parameters = Texturon({"parameters"});
   EXPECT_EQ(parameters.status, 0);

@@ -1,6 +1,5 @@
 // The four formats that are written, and what is told of reading three of them.
 
-#include <bit>
 #include <gtest/gtest.h>
 #include <random>
 #include <string>
@@ -179,23 +178,8 @@ TEST(Sdf, IsReadByPositionWithItsAsymmetries) {
 }
 
 TEST(Sdf, GivesRowsColumnsAndAllOfAGrid) {
-  const std::string text =
-      "aISO-1.0\nManufacID = ISO\nCreateDate = 1\nModDate = 0102\nNumPoints = 3\nNumProfiles = 2\nXscale = 1e-6\n"
-      "Yscale = 5e-6\nZscale = 1e-9\nZresolution = 0\nCompression = 0\nDataType = 3\nCheckType = 0\n*\n\n"
-      "1000 2000 3000\n4000 BAD 6000\n*\n<Part>\n*\n";
-  std::string binary = "bISO-1.0ISO       ";
-  binary += "0101202000000102202000";
-  binary += std::string("00", 2) + std::string("\x03\0\x02\0", 4);
-  const auto append = [&binary](double value) {
-    const auto bits = std::bit_cast<std::uint64_t>(value);
-    for (int i = 0; i < 8; ++i) binary.push_back(static_cast<char>(bits >> (8 * i)));
-  };
-  for (const double scale : {1e-6, 5e-6, 1e-9, 0.0}) append(scale);
-  binary += std::string("\0\5\0", 3);
-  for (const int value : {1000, 2000, 3000, 4000, 5000, 6000}) {
-    binary.push_back(static_cast<char>(value & 0xFF));
-    binary.push_back(static_cast<char>(value >> 8));
-  }
+  const std::string text = SdfGridText();
+  const std::string binary = SdfGridBinary();
   struct Case {
     std::size_t line;
     std::vector<double> heights;

@@ -2,7 +2,9 @@
 
 #include "formats/import.h"
 
+#include <fstream>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -112,7 +114,7 @@ TEST(Import, TakesNamesAndCharacterSetsAsTheyCome) {
     big += {'\0', c};
     if (c != '\n') macintosh += c;
   }
-  for (const std::string& bytes : {text, little, big, macintosh}) {
+  for (const std::string& bytes : {text, little, little.substr(2), big, macintosh}) {
     for (const char* name : {".txt", "Welle \xC3\xBC 3.TXT", "a.b.txt"}) {
       const ImportOutcome outcome = LoadProfileFile(folder.Write(name, bytes), {}, prompts);
       EXPECT_EQ(outcome.attempts.back().reader, "text with a unit pair") << outcome.reason;
@@ -144,6 +146,23 @@ TEST(Import, AsksForSpacingThenForTheTraceLength) {
             (std::vector<std::string>{"Enter the data point spacing (um):", "Enter the trace length (mm):"}));
   prompts = {};
   EXPECT_FALSE(LoadProfileFile(folder / "a.mes", {}, prompts).loaded) << "neither is known";
+}
+
+TEST(Import, RefusesNumbersThatAScaleMakesInfinite) {
+  const ScratchFolder folder;
+  ScriptedPrompts prompts;
+  const ImportOutcome outcome =
+      LoadProfileFile(folder.Write("a.pr", "Profil a\nX-len = 1 X-res = 1e-320 points: 2\n1\n2\n"), {}, prompts);
+  EXPECT_FALSE(outcome.loaded);
+  EXPECT_EQ(prompts.messages, std::vector<std::string>{"The numbers of the file are too large."});
+}
+
+TEST(Import, IsDocumentedForEveryExtension) {
+  std::ifstream file(TEXTURON_SOURCE_DIR "/docs/formats.md");
+  const std::string page{std::istreambuf_iterator<char>(file), {}};
+  for (const ExtensionEntry& entry : ExtensionTable()) {
+    EXPECT_NE(page.find("`" + std::string(entry.extension) + "`"), std::string::npos) << entry.extension;
+  }
 }
 
 TEST(Import, ListsProfilesInLinesOfOneShape) {

@@ -78,11 +78,6 @@ TEST(ModWriter, RefusesWhatNobodyCouldRead) {
   EXPECT_FALSE(WavinessModText({.points = {odd, 0.5}}).ok());
   EXPECT_FALSE(AsphereModText({.points = {kHeights, 0.5}, .radiusMM = odd[1]}).ok());
   EXPECT_FALSE(AsphereModText({.points = {kHeights, 0.5}, .coefficients = many}).ok());
-  ChoosingPrompts prompts;
-  EXPECT_TRUE(ConfirmSideLength(5.0, 5.0, prompts));
-  EXPECT_TRUE(prompts.questions.empty());
-  EXPECT_FALSE(ConfirmSideLength(5.1, 5.0, prompts));
-  EXPECT_EQ(prompts.questions, std::vector<std::string>{"Side length greater than data extent.  Export anyway?"});
 }
 
 }  // namespace

@@ -36,6 +36,8 @@ TEST(OtherLayouts, SayWhatTheyAssumedAndRefuse) {
   EXPECT_TRUE(good.profile.warnings.empty());
   EXPECT_DOUBLE_EQ(good.profile.tipRadiusMM, 0.002);
   EXPECT_EQ(good.profile.date, "01.02.2020 - 10:11");
+  const std::string comment = "COMMENT /* it says\r\nDATE unknown\r\n*/\r\nTIME 10:11\r\n";
+  EXPECT_EQ(load("a.smd", Replaced(gauge, "TIME 10:11\r\n", comment)).profile.date, "01.02.2020 - 10:11");
   EXPECT_EQ(good.profile.identification, "Sine-1");
   EXPECT_EQ(load("a.smd", Replaced(gauge, "-20", "-21")).profile.warnings.size(), 1u) << "the sum tells";
   EXPECT_FALSE(load("a.smd", Replaced(gauge, "CZ A 3", "CZ A 4")).loaded);
@@ -48,6 +50,10 @@ TEST(OtherLayouts, SayWhatTheyAssumedAndRefuse) {
 
   const std::string tester = SampleOf("surface tester text").bytes;
   EXPECT_FALSE(load("a.txt", tester.substr(0, tester.find("// CalcData"))).loaded) << "results only";
+  EXPECT_EQ(load("a.txt", tester + "// CalcData\n7\n").profile.heightsUM.size(), 3u) << "two profiles are not one";
+  const std::string sections = SampleOf("MarSurf text").bytes;
+  EXPECT_EQ(load("a.txt", sections + sections).profile.heightsUM.size(), 3u);
+  EXPECT_EQ(load("a.txt", "1,5\r\n-2,25\r\n0,5\r\n").profile.heightsUM, (std::vector<double>{1.5, -2.25, 0.5}));
   EXPECT_TRUE(load("a.txt", Replaced(tester, "P_ISO97", "R_ISO97")).loaded);
   EXPECT_EQ(prompts.messages[0], "WARNING: Filtered data found!");
 
@@ -75,6 +81,9 @@ TEST(OtherLayouts, TakeWhatTheirHeadersSay) {
   EXPECT_EQ(record.profile.spacingSource, "positions of the points");
   EXPECT_FALSE(load("b.prf", "OBJECT=a\nNUMBER=1\nDateTime=x\n").loaded);
   EXPECT_NE(prompts.messages.back().find("not read yet"), std::string::npos);
+
+  folder.Write("t.TX3", "Fecha\t08.04.2025\r\nHora\t18:18:57\r\n");
+  EXPECT_EQ(load("t.tx1", SampleOf("TX1/TX2 text").bytes).profile.date, "08.04.2025 - 18:18:57");
 
   const std::vector<SampleText>& samples = SampleTexts();
   std::vector<ImportOutcome> exports;

@@ -52,6 +52,29 @@ std::string Lines(const std::vector<std::string>& lines) {
   return text;
 }
 
+std::string SdfGridText() {
+  return "aISO-1.0\nManufacID = ISO\nCreateDate = 1\nModDate = 0102\nNumPoints = 3\nNumProfiles = 2\nXscale = 1e-6\n"
+         "Yscale = 5e-6\nZscale = 1e-9\nZresolution = 0\nCompression = 0\nDataType = 3\nCheckType = 0\n*\n\n"
+         "1000 2000 3000\n4000 BAD 6000\n*\n<Part>\n*\n";
+}
+
+std::string SdfGridBinary() {
+  std::string binary = "bISO-1.0ISO       ";
+  binary += "0101202000000102202000";
+  binary += std::string("00", 2) + std::string("\x03\0\x02\0", 4);
+  const auto append = [&binary](double value) {
+    const auto bits = std::bit_cast<std::uint64_t>(value);
+    for (int i = 0; i < 8; ++i) binary.push_back(static_cast<char>(bits >> (8 * i)));
+  };
+  for (const double scale : {1e-6, 5e-6, 1e-9, 0.0}) append(scale);
+  binary += std::string("\0\5\0", 3);
+  for (const int value : {1000, 2000, 3000, 4000, 5000, 6000}) {
+    binary.push_back(static_cast<char>(value & 0xFF));
+    binary.push_back(static_cast<char>(value >> 8));
+  }
+  return binary;
+}
+
 const std::vector<SampleText>& SampleTexts() {
   static const std::vector<SampleText> samples = {
       {".lmt",
@@ -81,6 +104,8 @@ const std::vector<SampleText>& SampleTexts() {
        "DataType\t= 7\nCheckType\t= 0\n*\n1.5 -2\n0.25 99\n*\nanything\n*",
        0.25,
        {1.5, -2.0, 0.25}},
+      {".sdf", "Standard Data Format", SdfGridText(), 5.0, {2.0}},
+      {".sdf", "Standard Data Format", SdfGridBinary(), 5.0, {2.0, 5.0}},
       {".pr",
        "PTB PR",
        "Profil Bore3/left\r\nX-Ma\xC3\x9F = 0.00 X-Aufl\xC3\xB6sung 2000.00 Punkte/Zeile : 3\r\n1.5\r\n-2\r\n0.25",

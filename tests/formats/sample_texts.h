@@ -17,6 +17,11 @@ struct SampleText {
 /// One for every layout that is read.
 const std::vector<SampleText>& SampleTexts();
 
+/// A grid of 2 profiles with 3 points, 1000 to 6000 nm, as text with the second point of the second one bad, and
+/// binary.
+std::string SdfGridText();
+std::string SdfGridBinary();
+
 /// `lines` joined with CR LF, each ended.
 std::string Lines(const std::vector<std::string>& lines);
 
