@@ -45,7 +45,7 @@ private:
     if (!profile) return {};
     const double evaluationLengthMM =
         static_cast<double>(profile->range.count) * profile->spacingUM * kMillimetresPerMicrometre;
-    return {.spacingMM = profile->spacingUM * kMillimetresPerMicrometre,
+    return {.spacingUM = profile->spacingUM,
             .samplingLengthMM = samplingLengthMM.value_or(evaluationLengthMM * 0.2),
             .roughnessCutoffMM = settings.LcCutoffMM};
   }

@@ -25,7 +25,7 @@ LocalSlopes ComputeSlopes(const ParameterProfile& profile) {
   const std::span<const double> z = profile.Heights();
   LocalSlopes slopes;
   if (z.size() < 2 * kReach + 1) return slopes;
-  const double divisor = 60.0 * profile.SpacingMM() * kMicrometresPerMillimetre;
+  const double divisor = 60.0 * profile.SpacingUM();
   slopes.values.resize(z.size() - 2 * kReach);
   for (std::size_t i = 0; i < slopes.values.size(); ++i) {
     slopes.values[i] = ((z[i + 6] - z[i]) - 9.0 * (z[i + 5] - z[i + 1]) + 45.0 * (z[i + 4] - z[i + 2])) / divisor;
@@ -79,8 +79,7 @@ std::optional<double> SlopeSkewness(const RowInput& row) {
   const double deviation = std::sqrt(squares / n);
   const HeightExtremes& extremes = row.profile.Extremes();
   const double rounding = 4.0 * std::numeric_limits<double>::epsilon() *
-                          std::max(std::abs(extremes.highest), std::abs(extremes.lowest)) /
-                          (row.profile.SpacingMM() * kMicrometresPerMillimetre);
+                          std::max(std::abs(extremes.highest), std::abs(extremes.lowest)) / row.profile.SpacingUM();
   if (!(deviation > rounding)) return 0.0;
   return cubes / n / (deviation * deviation * deviation);
 }
