@@ -106,7 +106,7 @@ RkResult ComputeCoreRoughness(std::span<const double> h) {
   const double step = 100.0 / static_cast<double>(n);
   if (*upper >= 1) result.Rpk = 2.0 * AreaAbove(h, 0, *upper, result.upperLine) * step / result.Mr1;
   if (*lower + 1 < n) result.Rvk = 2.0 * -AreaAbove(h, *lower, n - 1, result.lowerLine) * step / (100.0 - result.Mr2);
-  result.valid = true;
+  result.valid = std::isfinite(result.Rk) && std::isfinite(result.Rpk) && std::isfinite(result.Rvk);
   return result;
 }
 

@@ -39,7 +39,8 @@ struct DriverReport {
   MotifResult motifs;
 };
 
-/// Computes every selected row of the working list, in its order, and sets each row's value and valid flag.
+/// Computes every selected row of the working list, in its order, and sets each row's value and valid flag. A value
+/// that is not finite is a failure, but for the ratios of the core roughness, which have no guard against a core of 0.
 ///
 /// The first letter of a name chooses the profile (F form-suppressed, P primary, W waviness, R roughness), the rest of
 /// it the routine, both without regard to case. Sampling lengths: a fifth of the evaluation length for F and P, the

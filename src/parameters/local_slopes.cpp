@@ -60,6 +60,7 @@ std::optional<double> MedianAbsoluteSlopeAngle(const RowInput& row) {
   if (slopes.empty()) return std::nullopt;
   std::vector<double> steepness(slopes.size());
   std::transform(slopes.begin(), slopes.end(), steepness.begin(), [](double slope) { return std::abs(slope); });
+  if (std::any_of(steepness.begin(), steepness.end(), [](double s) { return std::isnan(s); })) return std::nullopt;
   const auto middle = steepness.begin() + static_cast<std::ptrdiff_t>(steepness.size() / 2);
   std::nth_element(steepness.begin(), middle, steepness.end());
   double angle = std::atan(*middle);
