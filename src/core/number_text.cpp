@@ -92,8 +92,41 @@ std::size_t HexPrefixLength(std::string_view text) {
   return digit < text.size() && IsHexDigit(text[digit]) ? 2 : 0;
 }
 
+// Digits with or without a point and digits behind it, up to 15 in all and nothing that could belong to the number
+// behind them: both the whole number that they make and the power of ten are exact in a double, so that their quotient
+// is rounded once, as the library's reader does it in three times the time. Length 0: another kind of number, or none.
+ParsedDouble ParseShortDecimal(std::string_view text) {
+  constexpr std::size_t kMostDigits = 15;
+  constexpr std::array<double, kMostDigits + 1> kPowers = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                           1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+  const std::size_t size = std::min(text.size(), kMostDigits + 2);
+  std::uint64_t whole = 0;
+  std::size_t i = 0;
+  for (; i < size && IsDigit(text[i]); ++i) whole = whole * 10 + static_cast<std::uint64_t>(text[i] - '0');
+  std::size_t digits = i;
+  if (digits == 0) return {};
+  std::size_t decimals = 0;
+  if (i < size && text[i] == '.') {
+    const std::size_t point = i++;
+    for (; i < size && IsDigit(text[i]); ++i) whole = whole * 10 + static_cast<std::uint64_t>(text[i] - '0');
+    decimals = i - point - 1;
+    digits += decimals;
+    if (decimals == 0) return {};
+  }
+  if (digits > kMostDigits) return {};
+  if (i < text.size()) {
+    const char lower = static_cast<char>(text[i] | 0x20);
+    if (IsDigit(text[i]) || text[i] == '.' || (lower >= 'a' && lower <= 'z')) return {};
+  }
+  ParsedDouble result;
+  result.value = static_cast<double>(whole) / kPowers[decimals];
+  result.length = i;
+  return result;
+}
+
 // Reads digits without sign or white space. Length 0: none.
 ParsedDouble ParseMagnitude(std::string_view text) {
+  if (const ParsedDouble quick = ParseShortDecimal(text); quick.found()) return quick;
   const std::size_t prefix = HexPrefixLength(text);
   const bool hex = prefix != 0;
   std::string_view digits = text.substr(prefix);
