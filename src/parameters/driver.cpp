@@ -105,7 +105,10 @@ DriverReport ComputeParameters(ParameterCatalogue& catalogue, const DriverInput&
     if (const auto* closing = waviness->FindShared<ClosingOfProfile>()) report.closingUM = closing->envelopeUM;
     if (const auto* opening = waviness->FindShared<OpeningOfProfile>()) report.openingUM = opening->envelopeUM;
   }
-  if (const ParameterProfile* roughness = profiles.Find('R')) report.coreRoughness = CoreRoughnessOf(*roughness);
+  if (const ParameterProfile* roughness = profiles.Find('R')) {
+    const bool isMade = roughness->FindShared<RkResult>() != nullptr;
+    if (isMade || input.wantsCoreRoughness) report.coreRoughness = CoreRoughnessOf(*roughness);
+  }
   return report;
 }
 

@@ -23,6 +23,7 @@ struct DriverInput {
   /// Heights of primary and roughness from the highest to the lowest, where they are at hand.
   std::span<const double> sortedPrimary = {};
   std::span<const double> sortedRoughness = {};
+  bool wantsCoreRoughness = true;  ///< also when no row asks for it
 };
 
 struct DriverReport {
@@ -30,7 +31,7 @@ struct DriverReport {
   std::vector<std::string> messages;
   /// Heights that the profile-element finder was given last; empty when it did not run.
   std::optional<std::span<const double>> elementHeights;
-  /// The roughness profile's, whether or not a row asks for it.
+  /// The roughness profile's; as it was made where it is not wanted and no row asks for it.
   RkResult coreRoughness;
   /// Envelopes of the waviness over its range; empty when no row asked for them.
   std::vector<double> closingUM;

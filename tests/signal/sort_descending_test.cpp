@@ -49,9 +49,8 @@ TEST(SortDescending, OrdersWhateverTheValuesCrowdInto) {
     std::vector<double> values(kCount);
     for (std::size_t i = 0; i < kCount; ++i) values[i] = shape(i);
     std::vector<double> expected = values;
-    std::sort(expected.begin(), expected.end(), [](double a, double b) {
-      return a != b ? a > b : !std::signbit(a) && std::signbit(b);
-    });
+    std::sort(expected.begin(), expected.end(),
+              [](double a, double b) { return a != b ? a > b : !std::signbit(a) && std::signbit(b); });
     SortDescending(values);
     EXPECT_EQ(std::memcmp(values.data(), expected.data(), kCount * sizeof(double)), 0) << &shape - shapes;
   }
