@@ -96,31 +96,35 @@ std::size_t HexPrefixLength(std::string_view text) {
 // behind them: both the whole number that they make and the power of ten are exact in a double, so that their quotient
 // is rounded once, as the library's reader does it in three times the time. Length 0: another kind of number, or none.
 ParsedDouble ParseShortDecimal(std::string_view text) {
-  constexpr std::size_t kMostDigits = 15;
-  constexpr std::array<double, kMostDigits + 1> kPowers = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                                           1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-  const std::size_t size = std::min(text.size(), kMostDigits + 2);
+  constexpr std::ptrdiff_t kMostDigits = 15;
+  static constexpr std::array<double, kMostDigits + 1> kPowers = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                                  1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+  const char* const start = text.data();
+  const char* const end = start + std::min<std::size_t>(text.size(), kMostDigits + 2);
+  const char* at = start;
   std::uint64_t whole = 0;
-  std::size_t i = 0;
-  for (; i < size && IsDigit(text[i]); ++i) whole = whole * 10 + static_cast<std::uint64_t>(text[i] - '0');
-  std::size_t digits = i;
-  if (digits == 0) return {};
-  std::size_t decimals = 0;
-  if (i < size && text[i] == '.') {
-    const std::size_t point = i++;
-    for (; i < size && IsDigit(text[i]); ++i) whole = whole * 10 + static_cast<std::uint64_t>(text[i] - '0');
-    decimals = i - point - 1;
-    digits += decimals;
+  const auto takeDigits = [&] {
+    for (; at != end && IsDigit(*at); ++at) whole = whole * 10 + static_cast<std::uint64_t>(*at - '0');
+  };
+  takeDigits();
+  if (at == start) return {};
+  std::ptrdiff_t decimals = 0;
+  bool hasPoint = false;
+  if (at != end && *at == '.') {
+    hasPoint = true;
+    const char* const point = at++;
+    takeDigits();
+    decimals = at - point - 1;
     if (decimals == 0) return {};
   }
-  if (digits > kMostDigits) return {};
-  if (i < text.size()) {
-    const char lower = static_cast<char>(text[i] | 0x20);
-    if (IsDigit(text[i]) || text[i] == '.' || (lower >= 'a' && lower <= 'z')) return {};
+  if (at - start - (hasPoint ? 1 : 0) > kMostDigits) return {};
+  if (at != start + text.size()) {
+    const char lower = static_cast<char>(*at | 0x20);
+    if (IsDigit(*at) || *at == '.' || (lower >= 'a' && lower <= 'z')) return {};
   }
   ParsedDouble result;
-  result.value = static_cast<double>(whole) / kPowers[decimals];
-  result.length = i;
+  result.value = static_cast<double>(whole) / kPowers[static_cast<std::size_t>(decimals)];
+  result.length = static_cast<std::size_t>(at - start);
   return result;
 }
 
