@@ -51,8 +51,9 @@ BENCHMARK_CAPTURE(BM_Compute, gaussian_with_trace, kFilterGaussian, true)
     ->Unit(benchmark::kMillisecond);
 
 void BM_ReadNative(benchmark::State& state) {
+  const std::vector<double> heights = Surface(static_cast<std::size_t>(state.range(0)));
   const std::string text =
-      NativeProfileText(Surface(static_cast<std::size_t>(state.range(0))), 0.5, "bench", std::tm{.tm_mday = 1});
+      NativeProfileText({.heightsUM = heights, .spacingUM = 0.5, .identification = "bench", .savedAt = {.tm_mday = 1}});
   const std::filesystem::path path = "bench.lmt";
   const ImportOptions options;
   SilentPrompts prompts;
