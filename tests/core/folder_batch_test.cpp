@@ -30,7 +30,8 @@ protected:
       folder_.Write(name, i == 7 ? "damaged" : SmallProfile(i == 13 ? 20 : 400, 1.0 + 0.01 * i));
     }
     Settings settings = start_.settings;
-    settings.analysis.parameters = {{.name = "Pt", .tolerance = {.toleranced = true, .upperLimit = 1.2}}, {.name = "Ra"}};
+    settings.analysis.parameters = {{.name = "Pt", .tolerance = {.toleranced = true, .upperLimit = 1.2}},
+                                    {.name = "Ra"}};
     settings.analysis.LsCutoffMM = 0.0;
     settings.analysis.FormRemovalType = 0;
     ApplySettings(start_, std::move(settings));
@@ -118,7 +119,8 @@ TEST_F(FolderBatch, SummaryIsThatOfTheValues) {
   EXPECT_TRUE(Near(pt.minimum, 1.0, 1e-12));
   EXPECT_TRUE(Near(pt.maximum, 1.39, 1e-12));
   EXPECT_EQ(pt.outOfTolerance, 19u);
-  EXPECT_TRUE(SummaryCsv(outcome.summary).starts_with("\"Files\", 38\r\n\"Failed\", 2\r\n\r\n\"Parameter\", \"Count\", "));
+  EXPECT_TRUE(
+      SummaryCsv(outcome.summary).starts_with("\"Files\", 38\r\n\"Failed\", 2\r\n\r\n\"Parameter\", \"Count\", "));
 }
 
 TEST_F(FolderBatch, StoppedRunLeavesAWholeBeginningThatResumeCompletes) {
@@ -132,7 +134,8 @@ TEST_F(FolderBatch, StoppedRunLeavesAWholeBeginningThatResumeCompletes) {
   EXPECT_EQ(rows, FirstRows(rows.size()));
   // A torn last row, as a killed run may leave, is no row.
   const std::string whole = folder_.Read("rows.csv");
-  folder_.Write("rows.csv", whole + "\"01 Jan 2020 - 00:00:00  \", \"" + (folder_ / "in/039.lmt").string() + "    \", \"sm");
+  folder_.Write("rows.csv",
+                whole + "\"01 Jan 2020 - 00:00:00  \", \"" + (folder_ / "in/039.lmt").string() + "    \", \"sm");
   observer_.stops = {};
   options_.resume = true;
   const FolderBatchOutcome resumed = Run();
@@ -188,9 +191,18 @@ TEST(FolderFiles, MasksMatchAsUsersExpect) {
     bool matches;
   };
   const Case cases[] = {
-      {"a.prf", "*.PRF", true},     {"a.prf.tmp", "*.prf", false}, {"a", "*.*", true},      {"a", "*", true},
-      {"a1b.prf", "a?b.*", true},   {"ab.prf", "a?b.*", false},    {"aXbXc", "a*b*c", true}, {"aXbX", "a*b*c", false},
-      {"mississippi", "*iss*pi", true}, {"", "*", true},           {"a", "", false},        {"ab", "a", false},
+      {"a.prf", "*.PRF", true},
+      {"a.prf.tmp", "*.prf", false},
+      {"a", "*.*", true},
+      {"a", "*", true},
+      {"a1b.prf", "a?b.*", true},
+      {"ab.prf", "a?b.*", false},
+      {"aXbXc", "a*b*c", true},
+      {"aXbX", "a*b*c", false},
+      {"mississippi", "*iss*pi", true},
+      {"", "*", true},
+      {"a", "", false},
+      {"ab", "a", false},
   };
   for (const Case& c : cases) EXPECT_EQ(MatchesMask(c.name, c.mask), c.matches) << c.name << " " << c.mask;
 }

@@ -209,15 +209,15 @@ TEST(WatchJournal, RowIsCompletedWhateverOfItStands) {
     const char* completed;
   };
   const Case cases[] = {
-      {"", "", "h\r\nrow\r\n"},                                          // nothing written
-      {"", "h\r\nro", "h\r\nrow\r\n"},                                   // torn
-      {"", "h\r\nrow\r\n", "h\r\nrow\r\n"},                              // written
+      {"", "", "h\r\nrow\r\n"},              // nothing written
+      {"", "h\r\nro", "h\r\nrow\r\n"},       // torn
+      {"", "h\r\nrow\r\n", "h\r\nrow\r\n"},  // written
       {"h\r\na\r\n", "h\r\na\r\n", "h\r\na\r\nrow\r\n"},
       {"h\r\na\r\n", "h\r\na\r\nr", "h\r\na\r\nrow\r\n"},
-      {"h\r\na\r\n", "h\r\na\r\nb\r\n", "h\r\na\r\nb\r\nrow\r\n"},       // another's row, ours missing
+      {"h\r\na\r\n", "h\r\na\r\nb\r\n", "h\r\na\r\nb\r\nrow\r\n"},         // another's row, ours missing
       {"h\r\na\r\n", "h\r\na\r\nrow\r\nb\r\n", "h\r\na\r\nrow\r\nb\r\n"},  // another's row after ours
-      {"h\r\na", "h\r\na\r\nro", "h\r\na\r\nrow\r\n"},                   // no line end before it
-      {"h\r\na\r\n", "", "h\r\nrow\r\n"},                                // begun anew
+      {"h\r\na", "h\r\na\r\nro", "h\r\na\r\nrow\r\n"},                     // no line end before it
+      {"h\r\na\r\n", "", "h\r\nrow\r\n"},                                  // begun anew
   };
   for (const Case& c : cases) {
     const ScratchFolder folder;
