@@ -373,9 +373,10 @@ void PreferLargePages() {
   mallopt(M_TOP_PAD, kUsualPad);
   if (block == nullptr) return;
   const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
-  const std::uintptr_t first = (reinterpret_cast<std::uintptr_t>(block) + page - 1) / page * page;
+  const auto start = reinterpret_cast<std::uintptr_t>(block);
+  const std::uintptr_t first = (start + page - 1) / page * page;
   const auto end = reinterpret_cast<std::uintptr_t>(sbrk(0));
-  if (end > first) (void)madvise(reinterpret_cast<void*>(first), end - first, MADV_HUGEPAGE);
+  if (end > first) (void)madvise(static_cast<char*>(block) + (first - start), end - first, MADV_HUGEPAGE);
   std::free(block);
 #endif
 }
