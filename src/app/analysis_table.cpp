@@ -6,10 +6,9 @@
 #include "core/captions.h"
 #include "core/charset.h"
 #include "core/number_text.h"
-#include "core/ratio_row_list.h"
+#include "core/shown_rows.h"
 #include "core/units.h"
 #include "parameters/catalogue.h"
-#include "parameters/labels.h"
 
 namespace texturon {
 namespace {
@@ -65,16 +64,6 @@ std::string CutoffText(const Document& document) {
   return text;
 }
 
-std::string ValueText(const ParameterDef& row, bool metric) {
-  const double value = metric ? row.value : row.value * row.imperialFactor;
-  const int decimals = metric ? row.format.metricDecimals : row.format.imperialDecimals;
-  return row.format.scientific ? ScientificText(value, decimals) : FixedText(value, decimals);
-}
-
-std::string UnitOf(const ParameterDef& row, bool metric) {
-  return Utf8FromWindows1252(PrintedUnit(metric ? row.metricUnit : row.imperialUnit));
-}
-
 void AppendFacts(std::string& out, const Document& document, std::string_view file) {
   const ProfileSet& profiles = document.profiles;
   const bool metric = document.settings.display.Metric;
@@ -117,46 +106,22 @@ void AppendUndefined(std::string& out, const std::vector<std::string>& names) {
   out += line + "\n";
 }
 
-/// A row as the tables show it. The title of a configurable row ends with its number, so that columns of one name can
-/// be told apart.
-struct ShownRow {
-  const ParameterDef& row;
-  std::string title;
-  std::string label;
-};
-
-/// The selected rows of the working list, then the configurable ones.
-template <typename Show>
-void ForEachShownRow(const Document& document, const Show& show) {
-  const bool metric = document.settings.display.Metric;
-  for (const ParameterDef& row : document.catalogue.rows) {
-    if (row.selected) show(ShownRow{row, row.name, RowLabel(row.name, document.settings.analysis, metric)});
-  }
-  for (const auto& entries : {SelectedMaterialRatios(document), SelectedHtps(document)}) {
-    for (const RatioRowEntry& entry : entries) {
-      const std::string number = IntegerText(static_cast<std::int64_t>(entry.index) + 1);
-      show(ShownRow{entry.row, entry.row.name + " " + number, entry.label});
-    }
-  }
-}
-
 void AppendParameters(std::string& out, const Document& document) {
-  const bool metric = document.settings.display.Metric;
   out += "\n" + PadRight("Parameter", 12) + PadLeft("Value", 16) + "  Unit\n";
   out += std::string(40, '-') + "\n";
   std::vector<std::string> undefined;
-  ForEachShownRow(document, [&](const ShownRow& shown) {
+  for (const ShownRow& shown : ShownRows(document)) {
     const std::string title = Utf8FromWindows1252(shown.title);
-    if (!shown.row.valid) {
+    if (shown.value.empty()) {
       undefined.push_back(title);
-      return;
+      continue;
     }
-    std::string line = PadRight(title, 12) + PadLeft(ValueText(shown.row, metric), 16) + "  " +
-                       PadRight(UnitOf(shown.row, metric), 5) + Utf8FromWindows1252(shown.label);
-    if (const auto verdict = JudgeRow(shown.row)) line += *verdict == Verdict::kPass ? "   PASS" : "   FAIL";
+    std::string line = PadRight(title, 12) + PadLeft(shown.value, 16) + "  " +
+                       PadRight(Utf8FromWindows1252(shown.unit), 5) + Utf8FromWindows1252(shown.label);
+    if (shown.verdict) line += *shown.verdict == Verdict::kPass ? "   PASS" : "   FAIL";
     line.erase(line.find_last_not_of(' ') + 1);
     out += line + "\n";
-  });
+  }
   AppendUndefined(out, undefined);
 }
 
@@ -182,10 +147,10 @@ std::string AnalysisTable(const Document& document, std::string_view file) {
 std::string CsvHeader(const Document& document) {
   std::string titles = "File,Identification,Date";
   std::string units = ",,";
-  ForEachShownRow(document, [&](const ShownRow& shown) {
+  for (const ShownRow& shown : ShownRows(document)) {
     titles += "," + CsvCell(Utf8FromWindows1252(shown.title));
-    units += "," + CsvCell(UnitOf(shown.row, document.settings.display.Metric));
-  });
+    units += "," + CsvCell(Utf8FromWindows1252(shown.unit));
+  }
   return titles + "\n" + units + "\n";
 }
 
@@ -193,10 +158,10 @@ std::string CsvRow(const Document& document, std::string_view file) {
   std::string line = CsvCell(file) + "," + CsvCell(Utf8FromWindows1252(document.profiles.identification)) + "," +
                      CsvCell(Utf8FromWindows1252(document.profiles.dateTime));
   const bool metric = document.settings.display.Metric;
-  ForEachShownRow(document, [&](const ShownRow& shown) {
+  for (const ShownRow& shown : ShownRows(document)) {
     line += ",";
     if (shown.row.valid) line += ShortestText(metric ? shown.row.value : shown.row.value * shown.row.imperialFactor);
-  });
+  }
   return line + "\n";
 }
 

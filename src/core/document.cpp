@@ -22,6 +22,28 @@ void SetProfile(Document& document, ProfileSet profiles) {
   document.results = {};
 }
 
+bool HasProfile(const Document& document, ProfileKind kind) {
+  const ProfileSet& profiles = document.profiles;
+  const AnalysisResults& results = document.results;
+  switch (kind) {
+    case ProfileKind::kRaw:
+      return !profiles.IsEmpty();
+    case ProfileKind::kFormSuppressed:
+      return results.formRemoved;
+    case ProfileKind::kPrimary:
+      return results.primaryComputed;
+    case ProfileKind::kWaviness:
+      return profiles.wavinessComputed;
+    case ProfileKind::kRoughness:
+      return results.roughnessComputed;
+    case ProfileKind::kClosing:
+      return !profiles.closing.empty();
+    case ProfileKind::kOpening:
+      return !profiles.opening.empty();
+  }
+  return false;
+}
+
 void InvertProfile(ProfileSet& profiles) {
   for (double& height : profiles.raw) height = -height;
 }

@@ -104,6 +104,9 @@ void ApplySettings(Document& document, Settings settings);
 /// Replaces the measured record and drops the results of the former one. Settings, region and exclusion stay.
 void SetProfile(Document& document, ProfileSet profiles);
 
+/// Whether the last run gave a profile of a kind.
+bool HasProfile(const Document& document, ProfileKind kind);
+
 /// Turns the measured record upside down.
 void InvertProfile(ProfileSet& profiles);
 

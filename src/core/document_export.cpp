@@ -25,26 +25,6 @@ ExportResult Missing(std::string_view what) {
   return {{}, "there is no " + std::string(what)};
 }
 
-bool HasProfile(const Document& document, ProfileKind kind) {
-  switch (kind) {
-    case ProfileKind::kRaw:
-      return !document.profiles.IsEmpty();
-    case ProfileKind::kFormSuppressed:
-      return document.results.formRemoved;
-    case ProfileKind::kPrimary:
-      return document.results.primaryComputed;
-    case ProfileKind::kWaviness:
-      return document.profiles.wavinessComputed;
-    case ProfileKind::kRoughness:
-      return document.results.roughnessComputed;
-    case ProfileKind::kClosing:
-      return !document.profiles.closing.empty();
-    case ProfileKind::kOpening:
-      return !document.profiles.opening.empty();
-  }
-  return false;
-}
-
 template <ProfileKind kind>
 ExportResult ExportProfile(const Document& document, Prompts& /*prompts*/) {
   const AnalysisSettings& settings = document.settings.analysis;

@@ -52,8 +52,10 @@ TEST(ExportCommand, WritesEveryKindOrSaysWhyNot) {
       {{asphere, "asphere-residual", "--settings", settings}, 1, "the side length is greater than the data extent"},
       {{asphere, "asphere-residual", "--settings", settings, "--answer", "yes", "--set",
         "ANALYSIS.AspResidualFileType=1"},
-       0, "mm, mm\r\n-"},
-      {{asphere, "asphere-residual", "--settings", settings, "--answer", "yes", "--mod"}, 0,
+       0,
+       "mm, mm\r\n-"},
+      {{asphere, "asphere-residual", "--settings", settings, "--answer", "yes", "--mod"},
+       0,
        "FILTER_MODE WAVINESS\r\nFORM ASPHERIC\r\n"},
       {{asphere, "sag-table", "--settings", settings}, 0, "mm, mm\r\n0.000000, 0.000000000000\r\n"},
       {{asphere, "sag-table", "--mod"}, 2, "no form as --mod"},
@@ -72,8 +74,8 @@ TEST(ExportCommand, WritesEveryKindOrSaysWhyNot) {
 TEST(AnalyzeCommand, AddsARowAFileToAParameterFile) {
   const ScratchFolder folder;
   const std::string csv = (folder / "rows.csv").string();
-  const std::vector<std::string> call = {"analyze", "--no-trace", "--append-to", csv, Sample("ground.lmt"),
-                                         Sample("turned.lmt")};
+  const std::vector<std::string> call = {"analyze", "--no-trace",         "--append-to",
+                                         csv,       Sample("ground.lmt"), Sample("turned.lmt")};
   EXPECT_EQ(Texturon(call).status, 0);
   EXPECT_EQ(Texturon(call).status, 0);
   const std::string rows = folder.Read("rows.csv");

@@ -1,0 +1,38 @@
+#include <QApplication>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "core/charset.h"
+#include "core/command_line_run.h"
+#include "core/platform.h"
+#include "ui/main_frame.h"
+#include "ui/qt_text.h"
+
+namespace {
+
+constexpr int kTestPlanArguments = 4;
+
+/// The headless run: needs no screen.
+int RunTestPlan(int argc, char** argv) {
+  const texturon::RunOutcome outcome = texturon::RunCommandLine(
+      texturon::CommandLineText(std::vector<std::string>(argv + 1, argv + argc)), texturon::SystemEnvironment());
+  if (!outcome.done) std::cerr << "texturon-desktop: " << texturon::Utf8FromWindows1252(outcome.reason) << '\n';
+  return outcome.done ? 0 : 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc == kTestPlanArguments) return RunTestPlan(argc, argv);
+  QApplication application(argc, argv);
+  QApplication::setApplicationName("Texturon");
+  QApplication::setOrganizationName("Texturon");
+  QApplication::setApplicationVersion(TEXTURON_VERSION);
+  texturon::CMainFrame frame(texturon::SystemEnvironment());
+  if (const QStringList arguments = QApplication::arguments(); arguments.size() > 1) {
+    frame.OpenFile(texturon::ToPath(arguments.at(1)));
+  }
+  frame.show();
+  return QApplication::exec();
+}

@@ -1,0 +1,45 @@
+#include "core/shown_rows.h"
+
+#include <utility>
+
+#include "core/number_text.h"
+#include "core/ratio_row_list.h"
+#include "parameters/labels.h"
+
+namespace texturon {
+namespace {
+
+std::string ValueText(const ParameterDef& row, bool metric) {
+  if (!row.valid) return {};
+  const double value = metric ? row.value : row.value * row.imperialFactor;
+  const int decimals = metric ? row.format.metricDecimals : row.format.imperialDecimals;
+  return row.format.scientific ? ScientificText(value, decimals) : FixedText(value, decimals);
+}
+
+ShownRow Show(const ParameterDef& row, std::string title, std::string label, bool metric) {
+  return {.row = row,
+          .title = std::move(title),
+          .value = ValueText(row, metric),
+          .unit = PrintedUnit(metric ? row.metricUnit : row.imperialUnit),
+          .label = std::move(label),
+          .verdict = JudgeRow(row)};
+}
+
+}  // namespace
+
+std::vector<ShownRow> ShownRows(const Document& document) {
+  const bool metric = document.settings.display.Metric;
+  std::vector<ShownRow> rows;
+  for (const ParameterDef& row : document.catalogue.rows) {
+    if (row.selected) rows.push_back(Show(row, row.name, RowLabel(row.name, document.settings.analysis, metric), metric));
+  }
+  for (const auto& entries : {SelectedMaterialRatios(document), SelectedHtps(document)}) {
+    for (const RatioRowEntry& entry : entries) {
+      const std::string number = IntegerText(static_cast<std::int64_t>(entry.index) + 1);
+      rows.push_back(Show(entry.row, entry.row.name + " " + number, entry.label, metric));
+    }
+  }
+  return rows;
+}
+
+}  // namespace texturon

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/document.h"
+#include "parameters/catalogue.h"
+
+namespace texturon {
+
+/// A selected row as tables show it, in the document's units; texts are Windows-1252.
+struct ShownRow {
+  ParameterDef row;
+  std::string title;  ///< the name; that of a configurable row ends with its number
+  std::string value;  ///< empty: not computed
+  std::string unit;
+  std::string label;  ///< the setting behind the value; begins with three blanks, empty for most rows
+  std::optional<Verdict> verdict;
+};
+
+/// The selected rows of the working list, then the configurable ones.
+std::vector<ShownRow> ShownRows(const Document& document);
+
+}  // namespace texturon

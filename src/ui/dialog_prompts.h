@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QWidget>
+
+#include "core/prompts.h"
+
+namespace texturon {
+
+/// What the engine shows and asks, as dialogs over the main window.
+class DialogPrompts : public Prompts {
+public:
+  explicit DialogPrompts(QWidget* parent) : parent_(parent) {}
+
+  void ShowMessage(std::string_view text) override;
+  void Notice(std::string_view text) override;
+  bool AskYesNo(std::string_view question) override;
+  std::optional<std::string> AskText(std::string_view prompt, std::string_view preset) override;
+  std::optional<std::size_t> ChooseFromList(std::string_view title, std::span<const std::string> lines) override;
+  std::unique_ptr<Progress> OpenProgress(std::string_view caption, std::string_view text) override;
+  void SetBusy(bool busy) override;
+
+private:
+  QWidget* parent_;
+};
+
+}  // namespace texturon

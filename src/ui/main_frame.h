@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QMainWindow>
+#include <memory>
+
+#include "core/document_export.h"
+#include "ui/dialog_prompts.h"
+#include "ui/texturon_doc.h"
+
+class QAction;
+class QMenu;
+class QSplitter;
+
+namespace texturon {
+
+class CTexturonParamView;
+class CTexturonView;
+
+/// The main window: profiles above, one of the curves beside them, the parameters below. What it shows and asks goes
+/// through `prompts` where one is given, else through dialogs of its own.
+class CMainFrame : public QMainWindow {
+  Q_OBJECT
+
+public:
+  explicit CMainFrame(Environment environment, Prompts* prompts = nullptr);
+  ~CMainFrame() override;
+
+  CTexturonDoc& Doc() { return *doc_; }
+  CTexturonView& View() { return *view_; }
+  CTexturonParamView& ParamView() { return *paramView_; }
+  /// Opens a profile and remembers it in the list of recent files.
+  bool OpenFile(const std::filesystem::path& path);
+
+protected:
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+
+private:
+  void MakeFileMenu();
+  void MakeExportMenu();
+  void MakeViewMenu();
+  void MakeAnalysisMenu();
+  void MakeHelpMenu();
+  QAction* AddCommand(QMenu& menu, const QString& text, const QKeySequence& keys, const QString& tip,
+                      const std::function<void()>& run);
+  void ShowRecentFiles();
+  void OnOpen();
+  void OnSaveAs();
+  void OnExport(const ExportKind& kind, bool asMod);
+  void OnExportParameters(bool asks);
+  void UpdateState();
+
+  std::unique_ptr<DialogPrompts> ownPrompts_;
+  CTexturonDoc* doc_;
+  CTexturonView* view_;
+  CTexturonParamView* paramView_;
+  QSplitter* upper_;
+  QMenu* recentMenu_ = nullptr;
+  QList<QAction*> needProfile_;
+};
+
+}  // namespace texturon

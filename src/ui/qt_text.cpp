@@ -1,0 +1,24 @@
+#include "ui/qt_text.h"
+
+#include "core/charset.h"
+#include "core/platform.h"
+
+namespace texturon {
+
+QString FromText(std::string_view windows1252) {
+  return QString::fromStdString(Utf8FromWindows1252(windows1252));
+}
+
+std::string ToText(const QString& text) {
+  return Windows1252FromUtf8(text.toStdString());
+}
+
+QString FromPath(const std::filesystem::path& path) {
+  return QString::fromStdString(SystemTextFromPath(path));
+}
+
+std::filesystem::path ToPath(const QString& path) {
+  return PathFromSystemText(path.toStdString());
+}
+
+}  // namespace texturon

@@ -1,0 +1,90 @@
+#include "ui/texturon_doc.h"
+
+#include <utility>
+
+#include "core/pipeline.h"
+#include "core/platform.h"
+#include "core/settings_file.h"
+#include "formats/extension_table.h"
+#include "formats/import.h"
+
+namespace texturon {
+
+CTexturonDoc::CTexturonDoc(Prompts& prompts, Environment environment, QObject* parent)
+    : QObject(parent), prompts_(prompts), environment_(std::move(environment)), document_(MakeDocument()) {}
+
+bool CTexturonDoc::Open(const std::filesystem::path& path) {
+  ImportOutcome loaded = LoadProfileFile(path, {}, prompts_);
+  if (!loaded.loaded) {
+    if (loaded.reason.ends_with('.')) loaded.reason.pop_back();
+    prompts_.ShowMessage(FileSentence(path, loaded.reason));
+    return false;
+  }
+  SetProfile(document_, MakeProfileSet(std::move(loaded.profile), TextFromPath(path)));
+  document_.regionSet = false;
+  Recompute();
+  return true;
+}
+
+bool CTexturonDoc::Save(const std::filesystem::path& path) {
+  std::filesystem::path target = path;
+  const ProfileToWrite profile{.heightsUM = document_.profiles.raw,
+                               .spacingUM = document_.profiles.spacingUM,
+                               .identification = document_.profiles.identification,
+                               .savedAt = environment_.localTime()};
+  return WriterFor(target).write(target, profile, prompts_).ok();
+}
+
+bool CTexturonDoc::LoadSettingsFile(const std::filesystem::path& path) {
+  Settings settings = document_.settings;
+  const SettingsFileResult result = LoadSettings(path, settings, prompts_);
+  if (!result.ok() || !result.found) {
+    prompts_.ShowMessage(FileSentence(path, result.ok() ? "does not exist" : result.reason));
+    return false;
+  }
+  ReplaceSettings(std::move(settings));
+  return true;
+}
+
+bool CTexturonDoc::SaveSettingsFile(const std::filesystem::path& path) {
+  const SettingsFileResult result = SaveSettings(path, document_.settings);
+  if (!result.ok()) prompts_.ShowMessage(FileSentence(path, result.reason));
+  return result.ok();
+}
+
+void CTexturonDoc::ReplaceSettings(Settings settings) {
+  ApplySettings(document_, std::move(settings));
+  Recompute();
+}
+
+void CTexturonDoc::Invert() {
+  InvertProfile(document_.profiles);
+  Recompute();
+}
+
+void CTexturonDoc::SetIdentification(const std::string& identification) {
+  document_.profiles.identification = identification;
+  emit Changed();
+}
+
+void CTexturonDoc::ComputeAll() {
+  document_.regionSet = false;
+  Recompute();
+}
+
+void CTexturonDoc::ComputeOver(double firstMM, double lastMM) {
+  const Document former = document_;
+  document_.regionSet = true;
+  document_.regionMode = 1;
+  document_.regionStartMM = firstMM;
+  document_.regionLengthMM = lastMM - firstMM;
+  if (Compute(document_, prompts_, environment_) == ComputeOutcome::kRefused) document_ = former;
+  emit Changed();
+}
+
+void CTexturonDoc::Recompute() {
+  if (HasProfile()) Compute(document_, prompts_, environment_);
+  emit Changed();
+}
+
+}  // namespace texturon

@@ -1,0 +1,168 @@
+// The main window on a screen in memory, driven by its menus.
+
+#include "ui/main_frame.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDropEvent>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QUrl>
+#include <gtest/gtest.h>
+#include <string>
+
+#include "core/pipeline.h"
+#include "core/platform.h"
+#include "core/shown_rows.h"
+#include "formats/import.h"
+#include "support/scratch_folder.h"
+#include "support/scripted_prompts.h"
+#include "ui/qt_text.h"
+#include "ui/texturon_param_view.h"
+#include "ui/texturon_view.h"
+
+namespace texturon {
+namespace {
+
+/// The one application of the test program, on a screen in memory and with its stored choices in a folder of its own.
+QApplication& Application() {
+  static const ScratchFolder folder;
+  static int argc = 1;
+  static std::string name = "ui_test";
+  static char* argv[] = {name.data(), nullptr};
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  qputenv("XDG_CONFIG_HOME", folder.path().c_str());
+  static QApplication application(argc, argv);
+  QApplication::setOrganizationName("ui_test");
+  return application;
+}
+
+std::filesystem::path Sample(const char* name) {
+  return std::filesystem::path(TEXTURON_SOURCE_DIR) / "samples" / name;
+}
+
+class MainFrame : public ::testing::Test {
+protected:
+  MainFrame() {
+    Application();
+    Environment environment = SystemEnvironment();
+    environment.traceFile.clear();
+    frame_ = std::make_unique<CMainFrame>(environment, &prompts_);
+  }
+
+  /// Chooses the command with this text from whatever menu has it.
+  void Choose(const QString& text) {
+    for (QAction* const action : frame_->findChildren<QAction*>()) {
+      if (action->text() != text) continue;
+      EXPECT_TRUE(action->isEnabled()) << text.toStdString();
+      action->trigger();
+      return;
+    }
+    ADD_FAILURE() << "no command " << text.toStdString();
+  }
+
+  ScriptedPrompts prompts_;
+  std::unique_ptr<CMainFrame> frame_;
+};
+
+/// The table of a file as the engine alone makes it.
+std::vector<ShownRow> EngineRows(const std::filesystem::path& file) {
+  SilentPrompts nobody;
+  Document document = MakeDocument();
+  SetProfile(document, MakeProfileSet(LoadProfileFile(file, {}, nobody).profile, TextFromPath(file)));
+  document.writesTraceFile = false;
+  Compute(document, nobody, {});
+  return ShownRows(document);
+}
+
+TEST_F(MainFrame, ShowsTheEnginesValuesOfEverySample) {
+  for (const auto& entry : std::filesystem::directory_iterator(Sample(""))) {
+    if (entry.path().extension() != ".lmt") continue;
+    ASSERT_TRUE(frame_->OpenFile(entry.path()));
+    const std::vector<ShownRow> rows = EngineRows(entry.path());
+    const CGridCtrl& grid = frame_->ParamView().Grid();
+    ASSERT_EQ(grid.rowCount(), static_cast<int>(rows.size()));
+    for (int i = 0; i < grid.rowCount(); ++i) {
+      const ShownRow& row = rows[static_cast<std::size_t>(i)];
+      EXPECT_EQ(grid.item(i, 0)->text(), FromText(row.title));
+      EXPECT_EQ(grid.item(i, 1)->text(), row.value.empty() ? QString::fromUtf8("\u2013") : FromText(row.value));
+    }
+    EXPECT_TRUE(frame_->windowTitle().startsWith(FromPath(entry.path())));
+  }
+}
+
+TEST_F(MainFrame, CommandsChangeTheDocument) {
+  for (QAction* const action : frame_->findChildren<QAction*>()) {
+    if (action->text() == "&Invert") {
+      EXPECT_FALSE(action->isEnabled()) << "there is nothing to invert yet";
+    }
+  }
+  ASSERT_TRUE(frame_->OpenFile(Sample("ground.lmt")));
+  const double first = frame_->Doc().document().profiles.raw.front();
+  Choose("&Invert");
+  EXPECT_EQ(frame_->Doc().document().profiles.raw.front(), -first);
+  prompts_.textAnswer = "new name";
+  Choose("I&dentification...");
+  EXPECT_EQ(frame_->Doc().document().profiles.identification, "new name");
+  EXPECT_EQ(prompts_.questions, std::vector<std::string>{"Enter the new identification:"});
+  Choose("&Metric");
+  EXPECT_FALSE(frame_->Doc().document().settings.display.Metric);
+  EXPECT_EQ(frame_->ParamView().Grid().item(1, 2)->text(), FromText("\xB5in"));
+  Choose("&Metric");
+  frame_->View().Graph().xAxis->setRange(1.0, 3.0);
+  Choose("Compute on &Zoom");
+  EXPECT_EQ(frame_->Doc().document().profiles.computeRange.first, 2000);
+  EXPECT_EQ(frame_->Doc().document().profiles.computeRange.last, 6000);
+  Choose("Compute &All");
+  EXPECT_EQ(frame_->Doc().document().profiles.computeRange.count, 8000);
+}
+
+TEST_F(MainFrame, ProfilesAreShownAndHidden) {
+  ASSERT_TRUE(frame_->OpenFile(Sample("ground.lmt")));
+  EXPECT_EQ(frame_->View().Graph().graphCount(), 2);
+  Choose("Roughness Profile");
+  EXPECT_EQ(frame_->View().Graph().graphCount(), 3);
+  EXPECT_EQ(frame_->View().Graph().graph(2)->dataCount(), 8000);
+  Choose("Primary Profile");
+  EXPECT_EQ(frame_->View().Graph().graphCount(), 2);
+}
+
+TEST_F(MainFrame, FilesThatCannotBeReadLeaveTheDocumentAsItWas) {
+  const ScratchFolder folder;
+  ASSERT_TRUE(frame_->OpenFile(Sample("ground.lmt")));
+  for (const auto& path : {folder.Write("empty.lmt", ""), folder.Write("bad.prf", "no profile"), folder / "none.lmt"}) {
+    prompts_.messages.clear();
+    EXPECT_FALSE(frame_->OpenFile(path));
+    EXPECT_FALSE(prompts_.messages.empty()) << path;
+    EXPECT_EQ(frame_->Doc().document().profiles.pointCount, 8000);
+  }
+}
+
+TEST_F(MainFrame, TakesDroppedFilesAndRemembersThem) {
+  QMimeData data;
+  data.setUrls({QUrl::fromLocalFile(FromPath(Sample("turned.lmt")))});
+  QDragEnterEvent enter(QPoint(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(frame_.get(), &enter);
+  EXPECT_TRUE(enter.isAccepted());
+  QDropEvent drop(QPointF(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(frame_.get(), &drop);
+  EXPECT_EQ(frame_->Doc().document().profiles.identification, "Turned; generated");
+  QMenu* recent = nullptr;
+  for (QMenu* const menu : frame_->findChildren<QMenu*>()) {
+    if (menu->title() == "Recent &Files") recent = menu;
+  }
+  ASSERT_NE(recent, nullptr);
+  emit recent->aboutToShow();
+  EXPECT_EQ(recent->actions().front()->text(), FromPath(Sample("turned.lmt")));
+}
+
+TEST_F(MainFrame, CopiesTheTableAsText) {
+  ASSERT_TRUE(frame_->OpenFile(Sample("ground.lmt")));
+  const QStringList lines = frame_->ParamView().Grid().AsText().split('\n');
+  EXPECT_EQ(lines[0], "Parameter\tValue\tUnit\tVerdict\tSetting");
+  EXPECT_TRUE(lines[1].startsWith("Ft\t3.4298"));
+}
+
+}  // namespace
+}  // namespace texturon
