@@ -56,8 +56,8 @@ RangeOrMessage RegionRange(const Document& document) {
 }
 
 /// Where the apex lies before any asphere is fitted, in um from the first sample: the centre of the least-squares arc,
-/// or the middle of the record.
-double PreliminaryApex(const Document& document) {
+/// if there is one.
+std::optional<double> PreliminaryApex(const Document& document) {
   const ProfileSet& profiles = document.profiles;
   const AnalysisSettings& settings = document.settings.analysis;
   std::vector<double> form(profiles.raw.size());
@@ -66,7 +66,7 @@ double PreliminaryApex(const Document& document) {
                         .spacingUM = profiles.spacingUM,
                         .step = FormThinningStep(settings, profiles.pointCount, profiles.spacingUM)};
   const auto arc = FitArc(input, {form, residual});
-  return arc ? arc->centreXUM : static_cast<double>(profiles.pointCount) * profiles.spacingUM * 0.5;
+  return arc ? std::optional(arc->centreXUM) : std::nullopt;
 }
 
 /// The stretch of the clear aperture about an apex, without the middle zone.
@@ -104,10 +104,17 @@ std::optional<double> FittedApex(const Document& document, const ComputeRange& a
 }
 
 RangeOrMessage ClearApertureRange(Document& document, Prompts& prompts) {
-  RangeOrMessage resolved = ApertureAbout(PreliminaryApex(document), document.profiles, document.settings.analysis);
+  const ProfileSet& profiles = document.profiles;
+  const double middleUM = static_cast<double>(profiles.pointCount) * profiles.spacingUM * 0.5;
+  const double apexUM = PreliminaryApex(document).value_or(middleUM);
+  RangeOrMessage resolved = ApertureAbout(apexUM, profiles, document.settings.analysis);
+  if (std::holds_alternative<std::string_view>(resolved)) {
+    // A weak surface that leans has its arc's centre beside the record, its vertex perhaps not.
+    resolved = ApertureAbout(middleUM, profiles, document.settings.analysis);
+  }
   if (const auto* aperture = std::get_if<ComputeRange>(&resolved)) {
-    if (const auto apexUM = FittedApex(document, *aperture, prompts)) {
-      resolved = ApertureAbout(*apexUM, document.profiles, document.settings.analysis);
+    if (const auto fittedUM = FittedApex(document, *aperture, prompts)) {
+      resolved = ApertureAbout(*fittedUM, profiles, document.settings.analysis);
     }
   }
   if (const auto* aperture = std::get_if<ComputeRange>(&resolved)) {

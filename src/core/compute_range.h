@@ -32,8 +32,8 @@ void ApplyWholeCutoffs(Document& document);
 /// clear aperture sets it to its middle zone.
 ///
 /// The clear aperture lies about the apex: first about the centre of the least-squares arc over the whole record (the
-/// middle of the record when that fails), then about the apex of an asphere that is fitted there; when that fit fails
-/// the first stands.
+/// middle of the record when that fails or leaves too little of the aperture within the record), then about the apex of
+/// an asphere that is fitted there; when that fit fails the first stands.
 RangeOrMessage ResolveComputeRange(Document& document, Prompts& prompts);
 
 /// Step between the points that a form fit uses, by the document's data reduction; 0 for all.

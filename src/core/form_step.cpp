@@ -66,8 +66,13 @@ bool ApplyRequestedForm(Document& document, const FormInput& input, double first
     case kFormArc:
       return Apply(document, input, output, FitArc);
     case kFormPolynomial:
-      return Apply(document, input, output, [order = settings.PolynomialOrder](const auto& in, const auto& out) {
-        return FitPolynomial(in, order, out);
+      return Apply(document, input, output, [&](const auto& in, const auto& out) {
+        const auto fit = FitPolynomial(in, settings.PolynomialOrder, out);
+        if (fit && fit->swingsAway) {
+          prompts.Notice(
+              "The polynomial leads far away from the profile where the fit used no points; use a lower order.");
+        }
+        return fit;
       });
     case kFormFilter:
       return Apply(document, input, output, [cutoffMM = settings.FormFilterCutoffMM](const auto& in, const auto& out) {

@@ -34,7 +34,9 @@ std::vector<TableRow> SagTable(const AsphereDescription& asphere, double firstMM
 std::optional<ResidualTable> MakeResidualTable(std::span<const double> residualUM, double spacingUM, double apexMM,
                                                const ResidualTableOptions& options) {
   const auto side = StepsIn(options.sideLengthMM, options.spacingMM);
-  if (!side || !(options.sideLengthMM > 0.0) || residualUM.empty() || !(spacingUM > 0.0)) return std::nullopt;
+  if (!side || !(options.sideLengthMM > 0.0) || residualUM.empty() || !(spacingUM > 0.0) || !std::isfinite(apexMM)) {
+    return std::nullopt;
+  }
   const double step = spacingUM * kMillimetresPerMicrometre;
   const double last = static_cast<double>(residualUM.size() - 1);
   ResidualTable table;

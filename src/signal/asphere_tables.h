@@ -40,7 +40,7 @@ struct ResidualTable {
 
 /// Heights above the asphere, `spacingUM` apart, at equal distances from the apex, linearly between two points.
 /// `apexMM` is counted from the first of the heights. Nothing without heights, for a spacing or length that is not
-/// positive or for more than kMostTableRows.
+/// positive, for an apex that is no number or for more than kMostTableRows.
 std::optional<ResidualTable> MakeResidualTable(std::span<const double> residualUM, double spacingUM, double apexMM,
                                                const ResidualTableOptions& options);
 

@@ -10,8 +10,19 @@
 
 namespace texturon {
 
+namespace {
+
+constexpr double kFlattest = 1e9;  // lengths of the profile: flatter than the digits of its heights
+
+bool IsRadius(double radiusMM) {
+  constexpr double kNoRadius = 1e-100;
+  return std::abs(radiusMM) >= kNoRadius;
+}
+
+}  // namespace
+
 RadiusDoubt DoubtRadius(std::span<const double> heights, double radiusMM) {
-  if (heights.empty()) return RadiusDoubt::kNone;
+  if (heights.empty() || !IsRadius(radiusMM)) return RadiusDoubt::kNone;
   const double ends = (heights.front() + heights.back()) / 2.0;
   const bool isConvex = heights[heights.size() / 2] > ends;
   if (isConvex && radiusMM > 0.0) return RadiusDoubt::kDataIsConvex;
@@ -20,15 +31,15 @@ RadiusDoubt DoubtRadius(std::span<const double> heights, double radiusMM) {
 }
 
 FixedRadiusResult FitFixedRadius(const FormInput& input, double radiusMM, Progress* progress, FormOutput output) {
-  constexpr double kNoRadius = 1e-100;
-  if (!output.Fits(input) || !AllFinite(input.heights) || !(std::abs(radiusMM) >= kNoRadius)) return {};
+  if (!output.Fits(input) || !AllFinite(input.heights) || !IsRadius(radiusMM)) return {};
   const FitPointsMM points(input);
   const std::size_t n = points.x.size();
   if (n < 3) return {};
+  const double length = points.x.back() - points.x.front();
+  if (std::abs(radiusMM) > kFlattest * length) return {};
   ShapeFitOptions how{.curvature = 1.0 / radiusMM, .progress = progress};
   how.free.tilt = false;
   how.start.xMM = points.x[n / 2];
-  const double length = points.x.back() - points.x.front();
   how.originFirst = points.x.front() - 0.25 * length;
   how.originLast = points.x.back() + 0.25 * length;
   AsphereShape shape({.curvature = how.curvature});

@@ -10,7 +10,7 @@
 
 namespace texturon {
 
-/// What the data would have asked of whoever set the radius.
+/// What the data would have asked of whoever set the radius. None where |radius| < 1e-100 mm, which is no radius.
 enum class RadiusDoubt : std::uint8_t {
   kNone,
   kDataIsConvex,   // a positive radius, and the middle point lies above the mean of the two ends
@@ -37,8 +37,8 @@ struct FixedRadiusResult {
 /// whatever the residual setting says: distance from the centre less |R|, so that on a concave profile material above
 /// the circle is negative. Their spacing is the mean step along the path.
 ///
-/// Nothing for |radius| < 1e-100 mm, for fewer than 3 fit points, for values that are not finite or when the minimiser
-/// does not end by itself.
+/// Nothing for |radius| < 1e-100 mm or above 1e9 lengths of the profile, for fewer than 3 fit points, for values that
+/// are not finite or when the minimiser does not end by itself.
 FixedRadiusResult FitFixedRadius(const FormInput& input, double radiusMM, Progress* progress, FormOutput output);
 
 }  // namespace texturon

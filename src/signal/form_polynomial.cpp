@@ -1,6 +1,7 @@
 #include "signal/form_polynomial.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 
 #include "signal/all_finite.h"
@@ -35,6 +36,13 @@ std::vector<double> ToPowersOfX(const std::vector<DoubleDouble>& powers, double 
     scale *= ratio;
   }
   return coefficients;
+}
+
+bool SwingsAway(std::span<const double> heights, std::span<const double> residual) {
+  constexpr double kFar = 10.0;  // of the heights' range
+  const auto [lowest, highest] = std::minmax_element(heights.begin(), heights.end());
+  const double far = kFar * (*highest - *lowest);
+  return far > 0.0 && std::any_of(residual.begin(), residual.end(), [far](double r) { return std::abs(r) > far; });
 }
 
 }  // namespace
@@ -72,6 +80,7 @@ std::optional<PolynomialFit> FitPolynomial(const FormInput& input, int order, Fo
     }
   }
   PolynomialFit fit{ToPowersOfX(fitter->PowersFrom(scale.At(0.0)), scale.factor, input.spacingUM), input.spacingUM};
+  fit.swingsAway = points.Count() < n && SwingsAway(input.heights, output.residual);
   if (!AllFinite(fit.coefficients) || !AllFinite(output.form)) return {};
   return fit;
 }

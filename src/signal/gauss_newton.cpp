@@ -99,11 +99,16 @@ ShapeProblem::ShapeProblem(const PointsMM& points, Shape& shape, const ShapeFitO
       deviation_(kBlock),
       weight_(kBlock) {
   free_.push_back(ShapeParameters::kZ);
+  xIsFree_ = options.free.x;
   if (options.free.x) free_.push_back(ShapeParameters::kX);
   if (options.free.curvature) free_.push_back(ShapeParameters::kCurvature);
   if (options.free.conic) free_.push_back(ShapeParameters::kConic);
   if (options.free.tilt) free_.push_back(ShapeParameters::kAngle);
   for (auto& column : columns_) column.resize(kBlock);
+}
+
+void ShapeProblem::UseTerms(const ShapeParameters& parameters) {
+  shape_.SetTerms(parameters.values[ShapeParameters::kCurvature], parameters.values[ShapeParameters::kConic]);
 }
 
 ShapeProblem::Evaluation ShapeProblem::Rated(double sum, std::size_t onShape) const {
@@ -115,7 +120,7 @@ ShapeProblem::Evaluation ShapeProblem::Rated(double sum, std::size_t onShape) co
 
 ShapeProblem::Evaluation ShapeProblem::Evaluate(const ShapeParameters& parameters) {
   ++evaluations_;
-  shape_.SetTerms(parameters.values[ShapeParameters::kCurvature], parameters.values[ShapeParameters::kConic]);
+  UseTerms(parameters);
   const Axes axes(parameters.Place());
   double sum = 0.0;
   std::size_t onShape = 0;
@@ -142,8 +147,7 @@ ShapeProblem::Evaluation ShapeProblem::Evaluate(const ShapeParameters& parameter
 ShapeProblem::Equations ShapeProblem::SetUp(const ShapeParameters& parameters, const Square& combinations,
                                             double leastDeviation) {
   ++evaluations_;
-  const auto& values = parameters.values;
-  shape_.SetTerms(values[ShapeParameters::kCurvature], values[ShapeParameters::kConic]);
+  UseTerms(parameters);
   const Axes axes(parameters.Place());
   const bool needsTerms = std::any_of(free_.begin(), free_.end(), [](std::size_t index) {
     return index == ShapeParameters::kCurvature || index == ShapeParameters::kConic;
@@ -266,6 +270,41 @@ Vector DampedStep(const Square& matrix, const Vector& gradient, double damping, 
 
 }  // namespace
 
+std::optional<ShapeProblem::Centre> ShapeProblem::CentreOf(const ShapeParameters& parameters) {
+  UseTerms(parameters);
+  const Axes axes(parameters.Place());
+  const std::size_t last = points_.x.size() - 1;
+  std::array<double, 3> u{}, w{};
+  std::size_t j = 0;
+  for (const std::size_t i : {std::size_t{0}, last / 2, last}) u[j++] = axes.AlongU(points_.x[i], points_.z[i]);
+  shape_.Evaluate(u, {.height = w});
+  const double toMiddle[] = {u[1] - u[0], w[1] - w[0]};
+  const double toLast[] = {u[2] - u[0], w[2] - w[0]};
+  const double middleSquare = toMiddle[0] * toMiddle[0] + toMiddle[1] * toMiddle[1];
+  const double lastSquare = toLast[0] * toLast[0] + toLast[1] * toLast[1];
+  const double area = 2.0 * (toMiddle[0] * toLast[1] - toMiddle[1] * toLast[0]);
+  const double along = u[0] + (toLast[1] * middleSquare - toMiddle[1] * lastSquare) / area;
+  const double above = w[0] + (toMiddle[0] * lastSquare - toLast[0] * middleSquare) / area;
+  const Centre centre{axes.MeasuredX(along, above), axes.MeasuredZ(along, above)};
+  if (!std::isfinite(centre.x) || !std::isfinite(centre.z)) return std::nullopt;
+  return centre;
+}
+
+// A turn by the angle t about the centre carries a vertex that lies at v from it by (turning matrix - 1) v. The
+// equations know only the part that goes with t; this adds the rest.
+void ShapeProblem::FollowTurn(const ShapeParameters& from, ShapeParameters& to) {
+  const double turn = to.values[ShapeParameters::kAngle] - from.values[ShapeParameters::kAngle];
+  if (turn == 0.0) return;
+  const auto centre = CentreOf(from);
+  if (!centre) return;
+  const double x = from.values[ShapeParameters::kX] - centre->x;
+  const double z = from.values[ShapeParameters::kZ] - centre->z;
+  const double sine = std::sin(turn) - turn;
+  const double cosine = -2.0 * std::sin(0.5 * turn) * std::sin(0.5 * turn);
+  if (xIsFree_) to.values[ShapeParameters::kX] += cosine * x - sine * z;
+  to.values[ShapeParameters::kZ] += sine * x + cosine * z;
+}
+
 double ShapeProblem::Descend(ShapeParameters& parameters, int mostSteps) {
   const std::size_t m = free_.size();
   const double extent = Extent(points_.x) + Extent(points_.z);
@@ -292,6 +331,7 @@ double ShapeProblem::Descend(ShapeParameters& parameters, int mostSteps) {
       promised -= y[k] * equations.gradient[k];
       for (std::size_t row = 0; row <= k; ++row) tried.values[free_[row]] += combinations[row][k] * y[k];
     }
+    FollowTurn(parameters, tried);
     const double points = static_cast<double>(equations.evaluation.onShape);
     const double current = equations.evaluation.meanMerit;
     const bool isAbsolute = merit_ == ShapeMerit::kLeastAbsolute;
@@ -319,7 +359,7 @@ double ShapeProblem::Level(ShapeParameters& parameters, bool withSlope) {
   ++evaluations_;
   parameters.values[ShapeParameters::kZ] = 0.0;
   parameters.values[ShapeParameters::kAngle] = 0.0;
-  shape_.SetTerms(parameters.values[ShapeParameters::kCurvature], parameters.values[ShapeParameters::kConic]);
+  UseTerms(parameters);
   const Axes axes(parameters.Place());
   double n = 0.0, meanU = 0.0, meanD = 0.0, uu = 0.0, ud = 0.0, dd = 0.0;
   for (std::size_t first = 0; first < points_.x.size(); first += kBlock) {

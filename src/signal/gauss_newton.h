@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <optional>
 #include <vector>
 
 #include "signal/shape_fit.h"
@@ -50,6 +51,16 @@ private:
     Evaluation evaluation;
   };
   Equations SetUp(const ShapeParameters& parameters, const Square& combinations, double leastDeviation);
+  void UseTerms(const ShapeParameters& parameters);
+  /// Of the circle through the shape over the first, the middle and the last point; none where that is a straight line
+  /// or there is no shape.
+  struct Centre {
+    double x, z;
+  };
+  std::optional<Centre> CentreOf(const ShapeParameters& parameters);
+  /// A shape that turns about its centre of curvature changes little, and the merit is a narrow valley along the arcs
+  /// on which x and height go with the angle. Bends the straight step from `from` to `to` onto such an arc.
+  void FollowTurn(const ShapeParameters& from, ShapeParameters& to);
   Evaluation Rated(double sum, std::size_t onShape) const;
 
   PointsMM points_;
@@ -57,6 +68,7 @@ private:
   ShapeMerit merit_;
   std::size_t leastOnShape_;
   std::vector<std::size_t> free_;  // indices of the parameters that may change
+  bool xIsFree_ = true;
   int evaluations_ = 0;
   std::vector<double> u_, w_, height_, slope_, byCurvature_, byConic_, deviation_, weight_;
   std::array<std::vector<double>, kMost> columns_;

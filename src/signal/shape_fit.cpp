@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numeric>
 #include <utility>
 #include <vector>
 
@@ -19,6 +20,7 @@ constexpr std::size_t kOrigins = 121;
 constexpr std::size_t kMostMinima = 5;
 constexpr std::size_t kEvenlySpaced = 12;  // every so many-th origin is tried, whatever its merit
 constexpr double kTurns[] = {-0.35, -0.2, -0.1, -0.03, 0.03, 0.1, 0.2, 0.35};  // rad
+constexpr double kFarthest = 1e9;  // lengths of the data, beyond which X leaves no digits to tell the points apart
 constexpr int kTryingSteps = 40;
 constexpr int kSettlingSteps = 200;
 constexpr int kPolishingSteps = 200;
@@ -82,6 +84,19 @@ std::optional<double> CentreDistance(const PointsMM& points) {
   return distance;
 }
 
+/// Of the least-squares line.
+double MeanSlope(const PointsMM& points) {
+  const double n = static_cast<double>(points.x.size());
+  const double meanX = std::accumulate(points.x.begin(), points.x.end(), 0.0) / n;
+  const double meanZ = std::accumulate(points.z.begin(), points.z.end(), 0.0) / n;
+  double xx = 0.0, xz = 0.0;
+  for (std::size_t i = 0; i < points.x.size(); ++i) {
+    xx += (points.x[i] - meanX) * (points.x[i] - meanX);
+    xz += (points.x[i] - meanX) * (points.z[i] - meanZ);
+  }
+  return xz / xx;
+}
+
 class CoarseSearch {
 public:
   CoarseSearch(const PointsMM& points, Shape& shape, const ShapeFitOptions& options)
@@ -98,6 +113,11 @@ public:
     Candidate given{At(options_.start.xMM), 0.0};
     problem_.Level(given.parameters, false);
     starts.push_back(given);
+    if (const auto x = LevelledOrigin()) {
+      Candidate levelled{At(*x), 0.0};
+      problem_.Level(levelled.parameters, false);
+      starts.push_back(levelled);
+    }
     for (const Candidate& start : starts) Try(start.parameters, kTryingSteps);
     best_.merit = problem_.Descend(best_.parameters, kSettlingSteps);
     if (options_.free.tilt && options_.free.x) TryTurned();
@@ -112,6 +132,17 @@ private:
     parameters.values[P::kCurvature] = options_.curvature;
     parameters.values[P::kConic] = options_.conicFactor;
     return parameters;
+  }
+  /// The vertex of a conic that must not tilt, from where it is as steep in the middle of the data as they are: on a
+  /// weak one that place lies far beyond the origins of the scan.
+  std::optional<double> LevelledOrigin() const {
+    if (!options_.free.x || options_.free.tilt || options_.curvature == 0.0) return std::nullopt;
+    const double slope = MeanSlope(problem_.Points());
+    const double steep = 1.0 + options_.conicFactor * slope * slope;
+    const double distance = slope / (options_.curvature * std::sqrt(std::max(steep, 0.0)));
+    const std::span<const double> x = problem_.Points().x;
+    if (!(std::abs(distance) < kFarthest * (x.back() - x.front()))) return std::nullopt;
+    return x[x.size() / 2] - distance;
   }
   std::vector<Candidate> Scan(bool withSlope) {
     std::vector<Candidate> scan;

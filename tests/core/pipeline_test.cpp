@@ -193,6 +193,22 @@ TEST_F(Pipeline, FallsBackToTheMeanWhenAFormFails) {
   }
 }
 
+TEST_F(Pipeline, RemarksOnAPolynomialThatLeadsAwayBesideItsPoints) {
+  // Noise at 101 evenly spaced points: the polynomial through all of them swings wildly near the ends.
+  Load(1010);
+  Settings().FormRemovalType = kFormPolynomial;
+  Settings().FormRemovalDataReductionMethod = kThinToPoints;
+  Settings().FormRemovalNumberOfPoints = 101;
+  for (const std::int32_t order : {4, 100}) {
+    prompts_.notices.clear();
+    Settings().PolynomialOrder = order;
+    ASSERT_EQ(Run(), ComputeOutcome::kDone);
+    EXPECT_EQ(document_.results.formApplied, kFormPolynomial);
+    EXPECT_EQ(prompts_.notices.size(), order == 100 ? 1u : 0u);
+    EXPECT_TRUE(prompts_.messages.empty());
+  }
+}
+
 TEST_F(Pipeline, StretchesTheSpacingOfDerivedProfilesWithPerpendicularResiduals) {
   std::vector<double> line(1000);
   for (std::size_t i = 0; i < line.size(); ++i) line[i] = 0.75 * kSpacingUM * static_cast<double>(i) - 4.0;

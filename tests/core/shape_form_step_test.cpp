@@ -221,6 +221,13 @@ TEST_F(ShapeForm, TakesTheApertureAboutTheFittedApex) {
   EXPECT_EQ(document_.excludeLast, 1250);
   EXPECT_TRUE(document_.excludeSet);
   EXPECT_EQ(prompts_.progressTitles, Texts(2, "Optimization"));
+  // Weak and tilted, it has its arc's centre beside the record.
+  Settings().C_CurvatureMM = -0.001;
+  LoadAsphere(2.4, 0.05, 3001);
+  ASSERT_EQ(Run(), ComputeOutcome::kDone);
+  EXPECT_EQ(document_.profiles.computeRange, IndexRange::FromEnds(450, 1950));
+  UseAsphere(-0.1);
+  LoadAsphere(2.4, 0.05, 3001);
   Settings().AsphereClearApertureDiameterMM = 100.0;  // more than there is
   ASSERT_EQ(Run(), ComputeOutcome::kDone);
   EXPECT_EQ(document_.profiles.computeRange.count, 3001);

@@ -148,6 +148,7 @@ TEST(AsphereTables, CutPadAndShiftTheResidual) {
   EXPECT_FALSE(MakeResidualTable(z, 100.0, 0.4, {0.3, 0.0}));
   EXPECT_FALSE(MakeResidualTable(z, 100.0, 0.4, {0.0, 0.1}));
   EXPECT_FALSE(MakeResidualTable({}, 100.0, 0.4, {0.3, 0.1}));
+  EXPECT_FALSE(MakeResidualTable(z, 100.0, std::numeric_limits<double>::quiet_NaN(), {0.3, 0.1}));
 }
 
 }  // namespace

@@ -37,6 +37,31 @@ TEST(FormFixedRadius, FindsTheCentreOfConcaveAndConvexArcs) {
   }
 }
 
+TEST(FormFixedRadius, FindsVerticesFarBesideTheProfile) {
+  // A flat arc that leans has its vertex metres or kilometres away.
+  struct Case {
+    double radiusMM, slope;
+  };
+  for (const Case c : {Case{100.0, 0.3}, Case{-1e4, 0.05}, Case{1e5, 0.3}, Case{-1e6, 0.05}, Case{1e8, 0.01}}) {
+    const std::size_t n = 2001;
+    const double u = c.radiusMM * c.slope / std::sqrt(1.0 + c.slope * c.slope);  // where the arc has this slope
+    std::vector<double> z(n);
+    for (std::size_t i = 0; i < n; ++i) {
+      const long double at = u + (static_cast<double>(i) - 1000.0) * 1e-3 * kSpacingUM;
+      const auto sag = [&](long double v) {
+        return v * v / c.radiusMM / (1.0L + std::sqrt(1.0L - v * v / c.radiusMM / c.radiusMM));
+      };
+      z[i] = static_cast<double>((sag(at) - sag(u)) * 1000.0L);
+    }
+    FormArrays out(n);
+    const auto fit = FitFixedRadius({.heights = z, .spacingUM = kSpacingUM}, c.radiusMM, nullptr, out.Spans()).fit;
+    ASSERT_TRUE(fit) << c.radiusMM;
+    // The slope of the data says where the centre is; its last digits are R times as long.
+    EXPECT_TRUE(Near(fit->centreXUM / (2000.0 - 1000.0 * u), 1.0, 1e-9)) << c.radiusMM;
+    EXPECT_TRUE(AllNear(out.residual, std::vector<double>(n, 0.0), 1e-6 + 1e-15 * 1000.0 * std::abs(u))) << c.radiusMM;
+  }
+}
+
 TEST(FormFixedRadius, MeasuresFromTheCentre) {
   // A point farther from the centre counts positive on both kinds, so above a convex arc and below a concave one.
   for (const double radiusMM : {5.0, -5.0}) {
@@ -78,13 +103,18 @@ TEST(FormFixedRadius, DoubtsARadiusThatBendsTheOtherWay) {
   EXPECT_EQ(DoubtRadius(hollow, 10.0), RadiusDoubt::kNone);
   EXPECT_EQ(DoubtRadius(hollow, -10.0), RadiusDoubt::kDataIsConcave);
   EXPECT_EQ(DoubtRadius(level, -10.0), RadiusDoubt::kDataIsConcave) << "level counts as concave";
-  EXPECT_EQ(DoubtRadius(level, 0.0), RadiusDoubt::kNone);
+  for (const double none : {0.0, 1e-101, -1e-101}) {
+    EXPECT_EQ(DoubtRadius(hill, none), RadiusDoubt::kNone) << "what is no radius is not asked about";
+    EXPECT_EQ(DoubtRadius(hollow, none), RadiusDoubt::kNone);
+  }
 }
 
 TEST(FormFixedRadius, FailsWithoutARadiusOrData) {
   const std::vector<double> z(100, 1.0);
   FormArrays out(100);
-  for (const double radiusMM : {0.0, 1e-101, std::numeric_limits<double>::quiet_NaN()}) {
+  constexpr double kInfinite = std::numeric_limits<double>::infinity();
+  for (const double radiusMM :
+       {0.0, 1e-101, 1e30, -1e160, 1e300, kInfinite, std::numeric_limits<double>::quiet_NaN()}) {
     EXPECT_FALSE(FitFixedRadius({.heights = z}, radiusMM, nullptr, out.Spans()).fit);
   }
   EXPECT_FALSE(FitFixedRadius({.heights = z, .step = 50}, 10.0, nullptr, out.Spans()).fit);
