@@ -17,6 +17,12 @@
 namespace texturon {
 namespace {
 
+/// As the console program does.
+[[maybe_unused]] const bool kHasLargePages = [] {
+  PreferLargePages();
+  return true;
+}();
+
 std::vector<double> Surface(std::size_t n) {
   std::mt19937_64 random(5);
   std::normal_distribution<double> noise;
@@ -30,7 +36,8 @@ std::vector<double> Surface(std::size_t n) {
 }
 
 void BM_Compute(benchmark::State& state, std::int32_t filterType, bool writesTraceFile) {
-  Document document = MakeDocument();
+  Document document = MakeDocument();  // all rows
+  document.wanted = {.spectrum = false, .heightCurves = false};
   document.settings.analysis.FilterType = filterType;
   document.writesTraceFile = writesTraceFile;
   SetProfile(document, MakeProfileSet(Surface(static_cast<std::size_t>(state.range(0))), 0.5));
@@ -51,8 +58,9 @@ BENCHMARK_CAPTURE(BM_Compute, gaussian_with_trace, kFilterGaussian, true)
     ->Unit(benchmark::kMillisecond);
 
 void BM_ReadNative(benchmark::State& state) {
+  const std::vector<double> heights = Surface(static_cast<std::size_t>(state.range(0)));
   const std::string text =
-      NativeProfileText(Surface(static_cast<std::size_t>(state.range(0))), 0.5, "bench", std::tm{.tm_mday = 1});
+      NativeProfileText({.heightsUM = heights, .spacingUM = 0.5, .identification = "bench", .savedAt = {.tm_mday = 1}});
   const std::filesystem::path path = "bench.lmt";
   const ImportOptions options;
   SilentPrompts prompts;

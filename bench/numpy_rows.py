@@ -1,10 +1,11 @@
 #!/usr/bin/env python3
 """Rows that NumPy and SciPy compute too, from the file to the figures, beside the console program on the same rows.
 
-    bench/numpy_rows.py build/bench/src/app/texturon
+    bench/numpy_rows.py build/bench/src/app/texturon [other builds of it]
 
-For 8 000 and 750 000 points: processor time of the program's whole process, of this script's whole process, and of the
-script's work without the start of Python and its imports; and the largest relative difference of a figure.
+For 8 000 and 750 000 points, from the file to the figures, processor and wall time: of this script's whole process, of
+its work without the start of Python and its imports; of the program's whole process, and of its work without its start,
+which is what each further file of one process takes; and the largest relative difference of a figure.
 """
 import json
 import pathlib
@@ -109,18 +110,26 @@ def processor_time(who):
     return usage.ru_utime + usage.ru_stime
 
 
-def best(run, who, repeats=7):
-    """Least of several: other work on the machine only adds."""
-    times = []
+def best(run, who, repeats=9):
+    """Least processor and wall time of several, in ms: other work on the machine only adds."""
+    processor, wall = [], []
     for _ in range(repeats):
-        start = processor_time(who)
+        start, clock = processor_time(who), time.perf_counter()
         result = run()
-        times.append(processor_time(who) - start)
-    return 1e3 * min(times), result
+        processor.append(1e3 * (processor_time(who) - start))
+        wall.append(1e3 * (time.perf_counter() - clock))
+    return np.array([min(processor), min(wall)]), result
+
+
+def show(title, times, script=None):
+    shown = "processor %8.2f ms, wall %8.2f ms" % tuple(times)
+    if script is not None:
+        shown += "; the script takes %5.1f and %5.1f times that" % tuple(script / times)
+    print("    %-34s %s" % (title, shown))
 
 
 def main():
-    program = sys.argv[1]
+    children, own = resource.RUSAGE_CHILDREN, resource.RUSAGE_SELF
     with tempfile.TemporaryDirectory() as folder:
         folder = pathlib.Path(folder)
         options = ["[PARAMETERS]", "AvailableParameters=%d" % len(ROWS)]
@@ -129,19 +138,26 @@ def main():
         options += ["[ANALYSIS]", "FilterType=0", "LsCutoffMM=0", "ResidualType=1"]
         settings = folder / "rows.ini"
         settings.write_text("\n".join(options) + "\n")
-        for n in (8000, 750000):
+        for n, more in ((8000, 200), (750000, 4)):
             file = folder / ("%d.lmt" % n)
             make_file(file, n, 0.5)
-            command = [program, "analyze", "--json", "--no-trace", "--settings", str(settings), str(file)]
-            children, own = resource.RUSAGE_CHILDREN, resource.RUSAGE_SELF
-            ours, output = best(lambda: subprocess.run(command, capture_output=True, check=True).stdout, children)
-            whole, _ = best(lambda: subprocess.run([sys.executable, __file__, "--file", str(file)], check=True), children)
+            script = [sys.executable, __file__, "--file", str(file)]
+            whole, _ = best(lambda: subprocess.run(script, check=True), children)
             alone, figures = best(lambda: analyse(file), own)
-            values = {row["name"]: row["value"] for row in json.loads(output)["parameters"]}
-            worst = max(ROWS, key=lambda name: abs(values[name] - figures[name]) / max(1e-3, abs(figures[name])))
-            print("%7d points: program %.1f ms; script %.1f ms (x %.1f), without its start %.1f ms (x %.1f); "
-                  "largest difference: %s %g against %g" % (n, ours, whole, whole / ours, alone, alone / ours, worst,
-                                                            values[worst], figures[worst]))
+            print("%d points" % n)
+            show("script, whole process", whole)
+            show("script, without start and imports", alone)
+            for program in sys.argv[1:]:
+                command = [program, "analyze", "--json", "--no-trace", "--settings", str(settings), str(file)]
+                run = lambda extra: subprocess.run(command + extra * [str(file)], capture_output=True, check=True).stdout
+                once, output = best(lambda: run(0), children)
+                often, _ = best(lambda: run(more), children, 5)
+                values = {row["name"]: row["value"] for row in json.loads(output)["parameters"]}
+                worst = max(ROWS, key=lambda name: abs(values[name] - figures[name]) / max(1e-3, abs(figures[name])))
+                print("  %s; largest difference: %s %g against %g" % (program, worst, values[worst], figures[worst]))
+                show("whole process", once, whole)
+                show("whole process, script without start", once, alone)
+                show("each further file of one process", (often - once) / more, alone)
 
 
 if __name__ == "__main__":

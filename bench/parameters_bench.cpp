@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "core/platform.h"
 #include "core/text.h"
 #include "parameters/driver.h"
 #include "signal/morphological_envelope.h"
@@ -18,6 +19,12 @@ namespace {
 
 constexpr std::int32_t kPoints = 750'000;
 constexpr double kSpacingUM = 0.1;
+
+/// As the console program does.
+[[maybe_unused]] const bool kHasLargePages = [] {
+  PreferLargePages();
+  return true;
+}();
 
 /// Grain on a wave: the three profiles of one record.
 struct Record {

@@ -45,8 +45,11 @@ bool AppendRow(const Document& document, const std::string& appendTo, const Envi
 
 int RunAnalyze(const AnalyzeOptions& analyze, const CommonOptions& common) {
   ConsolePrompts prompts({.answersYes = common.answer == "yes", .isQuiet = common.quiet});
-  const auto setup = PrepareRun(common, prompts);
+  auto setup = PrepareRun(common, prompts);
   if (!setup) return kExitRefused;
+  // What the output shows.
+  setup->document.wanted = {
+      .spectrum = analyze.withProfiles, .heightCurves = false, .coreRoughness = analyze.form == OutputForm::kJson};
   const Environment environment = SystemEnvironment();
   int status = setup->settingsHadProblems ? kExitRefused : kExitDone;
   if (analyze.form == OutputForm::kCsv) std::cout << CsvHeader(setup->document);

@@ -29,8 +29,9 @@ std::string CountText(std::size_t count) {
 bool IsReadable(const std::filesystem::path& path) {
   const std::string extension = TextFromPath(path.extension());
   const auto table = ExtensionTable();
-  return std::any_of(table.begin(), table.end(),
-                     [&extension](const ExtensionEntry& entry) { return EqualIgnoringCase(entry.extension, extension); });
+  return std::any_of(table.begin(), table.end(), [&extension](const ExtensionEntry& entry) {
+    return EqualIgnoringCase(entry.extension, extension);
+  });
 }
 
 /// The files of a folder but those that this run writes.
@@ -98,16 +99,20 @@ std::string Padded(const std::string& text, std::size_t width) {
 std::string SummaryTable(const BatchSummary& summary) {
   constexpr std::size_t kNameWidth = 10;
   constexpr std::size_t kWidth = 14;
-  const auto number = [](double value) { return Padded(std::abs(value) < 1e9 ? FixedText(value, 4) : ShortestText(value), kWidth); };
+  const auto number = [](double value) {
+    return Padded(std::abs(value) < 1e9 ? FixedText(value, 4) : ShortestText(value), kWidth);
+  };
   std::string text = std::string(kNameWidth, ' ');
-  for (const char* title : {"files", "mean", "std dev", "minimum", "maximum", "out of tol."}) text += Padded(title, kWidth);
+  for (const char* title : {"files", "mean", "std dev", "minimum", "maximum", "out of tol."})
+    text += Padded(title, kWidth);
   text += "\n";
   for (const ColumnSummary& column : summary.columns) {
     const std::string name = Utf8FromWindows1252(column.name);
     text += name + std::string(name.size() < kNameWidth ? kNameWidth - name.size() : 1, ' ');
     text += Padded(CountText(column.count), kWidth);
     if (column.count > 0) {
-      for (const double value : {column.mean, column.StandardDeviation(), column.minimum, column.maximum}) text += number(value);
+      for (const double value : {column.mean, column.StandardDeviation(), column.minimum, column.maximum})
+        text += number(value);
       text += Padded(CountText(column.outOfTolerance), kWidth);
     }
     text += "\n";

@@ -91,6 +91,15 @@ void AddBatchOptions(CLI::App& command, BatchOptions& options) {
   command.add_flag("--resume", options.resume, "leave out files that the parameter file has rows of");
 }
 
+void AddWatchOptions(CLI::App& command, WatchOptions& options) {
+  command.add_option("folder", options.folder, "folder to poll; without it that of the settings")->type_name("FOLDER");
+  command.add_option("--mask", options.mask, "which files: * and ? stand for characters")->type_name("GLOB");
+  command.add_option("--parameter-file", options.parameterFile, "gets a row a file; created if need be")
+      ->type_name("CSV");
+  command.add_option("--hold", options.holdFolder, "gets a copy of each file, which is then deleted from the folder")
+      ->type_name("DIR");
+}
+
 int RunTestPlan(const std::vector<std::string>& arguments) {
   const RunOutcome outcome = RunCommandLine(CommandLineText(arguments), SystemEnvironment());
   if (outcome.done) return kExitDone;
@@ -160,6 +169,13 @@ int ParseAndRun(CLI::App& app, int argc, char** argv) {
   AddFileOptions(*batchCommand, common);
   AddComputeOptions(*batchCommand, common);
   batchCommand->callback([&] { status = RunBatch(batch, common); });
+
+  WatchOptions watch;
+  CLI::App* watchCommand = app.add_subcommand("watch", "analyse what arrives in a folder, hold and delete it");
+  AddWatchOptions(*watchCommand, watch);
+  AddFileOptions(*watchCommand, common);
+  AddComputeOptions(*watchCommand, common);
+  watchCommand->callback([&] { status = RunWatch(watch, common); });
 
   app.add_subcommand("parameters", "list the parameter catalogue")->callback([&] { status = RunParameters(); });
   app.add_subcommand("formats", "list the file formats")->callback([&] { status = RunFormats(); });

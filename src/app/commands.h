@@ -40,6 +40,13 @@ struct BatchOptions {
   bool resume = false;
 };
 
+struct WatchOptions {
+  std::string folder;
+  std::string mask;
+  std::string parameterFile;
+  std::string holdFolder;
+};
+
 struct SettingsOptions {
   std::string checkFile;  ///< empty: list every key
 };
@@ -52,6 +59,7 @@ int RunExport(const ExportOptions& options, const CommonOptions& common);
 /// The kinds of exports, separated by commas.
 std::string ExportKindNames();
 int RunInspect(const InspectOptions& inspect, const CommonOptions& common);
+int RunWatch(const WatchOptions& options, const CommonOptions& common);
 int RunParameters();
 int RunFormats();
 int RunSettings(const SettingsOptions& options);

@@ -1,8 +1,10 @@
 #include <iostream>
 
 #include "app/command_line.h"
+#include "core/platform.h"
 
 int main(int argc, char** argv) {
+  texturon::PreferLargePages();
   std::ios::sync_with_stdio(false);
   return texturon::RunProgram(argc, argv);
 }

@@ -67,6 +67,7 @@ public:
 private:
   static Document StartDocument(const Environment& environment) {
     Document document = MakeDocument();
+    document.wanted = {.spectrum = false, .heightCurves = false, .coreRoughness = false};
     SilentPrompts nobody;
     Settings settings = document.settings;
     LoadSettings(environment.programFolder / "Texturon.ini", settings, nobody);

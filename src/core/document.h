@@ -62,6 +62,14 @@ struct AnalysisResults {
   RatioRowResults roughnessHtps;
 };
 
+/// Results that take time and that not everybody reads. One that is not wanted is left out, if no row needs it; all
+/// others are the same.
+struct WantedResults {
+  bool spectrum = true;       ///< its amplitudes and wavelengths; whether there is one is told all the same
+  bool heightCurves = true;   ///< of primary and roughness
+  bool coreRoughness = true;  ///< that of the roughness when no row asks for it
+};
+
 /// One measured record with the settings that drive its analysis and the results that they gave. A value: copying it
 /// keeps a former state. It holds no numerics; Compute derives everything from `profiles.raw`.
 struct Document {
@@ -80,7 +88,8 @@ struct Document {
   bool excludeSet = false;
   std::int32_t excludeFirst = -1;  ///< absolute sample indices
   std::int32_t excludeLast = -1;
-  bool quietMode = false;       ///< nobody watches: no wait cursor, and the messages that say so are not shown
+  bool quietMode = false;  ///< nobody watches: no wait cursor, and the messages that say so are not shown
+  WantedResults wanted;
   bool writesTraceFile = true;  ///< the heights given to the profile-element finder go to a side file
 
   AnalysisResults results;

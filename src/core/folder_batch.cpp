@@ -67,8 +67,8 @@ std::string CutTornRow(const std::filesystem::path& parameterFile, std::uint64_t
   const auto file = WaitForAppendFile(parameterFile, std::chrono::seconds(10));
   if (file->state() == AppendFile::State::kInUse) return FileSentence(parameterFile, "is in use");
   const FileOutcome outcome = file->state() == AppendFile::State::kFailed ? file->outcome()
-                              : file->endsInsideLine()                   ? file->CutTo(wholeSize)
-                                                                         : FileOutcome{};
+                              : file->endsInsideLine()                    ? file->CutTo(wholeSize)
+                                                                          : FileOutcome{};
   return outcome.ok() ? std::string() : FileSentence(parameterFile, outcome.reason);
 }
 
@@ -77,7 +77,10 @@ class OrderedBatch {
 public:
   OrderedBatch(const FolderBatchOptions& options, std::vector<std::filesystem::path> files,
                const FileAnalysisOptions& analysis, const Environment& environment, const FolderBatchObserver& observer)
-      : options_(options), files_(std::move(files)), analysis_(analysis), environment_(environment),
+      : options_(options),
+        files_(std::move(files)),
+        analysis_(analysis),
+        environment_(environment),
         observer_(observer) {}
 
   FolderBatchOutcome Run() {

@@ -29,10 +29,10 @@ struct FolderBatchObserver {
 
 struct FolderBatchOutcome {
   BatchSummary summary;
-  std::size_t skipped = 0;         ///< left out because they have rows
-  std::size_t total = 0;           ///< files that were to be analysed
-  std::filesystem::path next;      ///< the first file without a row, when the run was stopped; empty: all are done
-  std::string reason;              ///< why it ended early: a sentence, Windows-1252
+  std::size_t skipped = 0;     ///< left out because they have rows
+  std::size_t total = 0;       ///< files that were to be analysed
+  std::filesystem::path next;  ///< the first file without a row, when the run was stopped; empty: all are done
+  std::string reason;          ///< why it ended early: a sentence, Windows-1252
 
   bool complete() const { return next.empty() && reason.empty(); }
 };

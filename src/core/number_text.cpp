@@ -92,8 +92,45 @@ std::size_t HexPrefixLength(std::string_view text) {
   return digit < text.size() && IsHexDigit(text[digit]) ? 2 : 0;
 }
 
+// Digits with or without a point and digits behind it, up to 15 in all and nothing that could belong to the number
+// behind them: both the whole number that they make and the power of ten are exact in a double, so that their quotient
+// is rounded once, as the library's reader does it in three times the time. Length 0: another kind of number, or none.
+ParsedDouble ParseShortDecimal(std::string_view text) {
+  constexpr std::ptrdiff_t kMostDigits = 15;
+  static constexpr std::array<double, kMostDigits + 1> kPowers = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                                  1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+  const char* const start = text.data();
+  const char* const end = start + std::min<std::size_t>(text.size(), kMostDigits + 2);
+  const char* at = start;
+  std::uint64_t whole = 0;
+  const auto takeDigits = [&] {
+    for (; at != end && IsDigit(*at); ++at) whole = whole * 10 + static_cast<std::uint64_t>(*at - '0');
+  };
+  takeDigits();
+  if (at == start) return {};
+  std::ptrdiff_t decimals = 0;
+  bool hasPoint = false;
+  if (at != end && *at == '.') {
+    hasPoint = true;
+    const char* const point = at++;
+    takeDigits();
+    decimals = at - point - 1;
+    if (decimals == 0) return {};
+  }
+  if (at - start - (hasPoint ? 1 : 0) > kMostDigits) return {};
+  if (at != start + text.size()) {
+    const char lower = static_cast<char>(*at | 0x20);
+    if (IsDigit(*at) || *at == '.' || (lower >= 'a' && lower <= 'z')) return {};
+  }
+  ParsedDouble result;
+  result.value = static_cast<double>(whole) / kPowers[static_cast<std::size_t>(decimals)];
+  result.length = static_cast<std::size_t>(at - start);
+  return result;
+}
+
 // Reads digits without sign or white space. Length 0: none.
 ParsedDouble ParseMagnitude(std::string_view text) {
+  if (const ParsedDouble quick = ParseShortDecimal(text); quick.found()) return quick;
   const std::size_t prefix = HexPrefixLength(text);
   const bool hex = prefix != 0;
   std::string_view digits = text.substr(prefix);

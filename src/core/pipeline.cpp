@@ -41,13 +41,23 @@ HeightCurve SortedHeights(const Profile& profile) {
   return curve;
 }
 
+template <typename Rows>
+bool AnySelected(const Rows& rows) {
+  return std::any_of(rows.begin(), rows.end(), [](const auto& row) { return row.selected; });
+}
+
 void ComputeHeightCurves(Document& document) {
+  const AnalysisSettings& settings = document.settings.analysis;
+  const bool forAll = document.wanted.heightCurves;
+  const bool forPrimary = forAll || AnySelected(settings.primaryMaterialRatios) || AnySelected(settings.primaryHtps);
+  const bool forRoughness =
+      forAll || AnySelected(settings.roughnessMaterialRatios) || AnySelected(settings.roughnessHtps);
   AnalysisResults& results = document.results;
-  if (results.primaryComputed) {
+  if (results.primaryComputed && forPrimary) {
     results.primaryCurve = SortedHeights(document.profiles.View(ProfileKind::kPrimary));
     results.primaryCurveComputed = true;
   }
-  if (results.roughnessComputed) {
+  if (results.roughnessComputed && forRoughness) {
     results.roughnessCurve = SortedHeights(document.profiles.View(ProfileKind::kRoughness));
     results.roughnessCurveComputed = true;
   }
@@ -96,7 +106,8 @@ void ComputeSelectedParameters(Document& document, Prompts& prompts, const Envir
                            .waviness = viewIf(profiles.wavinessComputed, ProfileKind::kWaviness),
                            .roughness = viewIf(results.roughnessComputed, ProfileKind::kRoughness),
                            .sortedPrimary = results.primaryCurve.heightsUM,
-                           .sortedRoughness = results.roughnessCurve.heightsUM});
+                           .sortedRoughness = results.roughnessCurve.heightsUM,
+                           .wantsCoreRoughness = document.wanted.coreRoughness});
   results.coreRoughness = report.coreRoughness;
   KeepEnvelope(profiles.closing, report.closingUM, profiles);
   KeepEnvelope(profiles.opening, report.openingUM, profiles);

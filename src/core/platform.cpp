@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <new>
 #include <random>
 #include <system_error>
@@ -25,6 +26,10 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#endif
+#ifdef __GLIBC__
+#include <malloc.h>
+#include <sys/mman.h>
 #endif
 
 namespace texturon {
@@ -353,6 +358,27 @@ std::string TextFromPath(const std::filesystem::path& path) {
 
 std::string FileSentence(const std::filesystem::path& path, std::string_view reason) {
   return TextFromPath(path) + " " + std::string(reason) + ".";
+}
+
+void PreferLargePages() {
+#ifdef __GLIBC__
+  constexpr int kReserve = 128 << 20;
+  constexpr int kLargestInHeap = 32 << 20;  // the most that can be set
+  constexpr int kUsualPad = 128 << 10;
+  mallopt(M_MMAP_THRESHOLD, kLargestInHeap);
+  mallopt(M_TRIM_THRESHOLD, 2 * kReserve);
+  mallopt(M_TOP_PAD, kReserve);
+  // Too large for what the heap has left: it grows by this block and the reserve in one piece.
+  void* block = std::malloc(kLargestInHeap / 2);
+  mallopt(M_TOP_PAD, kUsualPad);
+  if (block == nullptr) return;
+  const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
+  const auto start = reinterpret_cast<std::uintptr_t>(block);
+  const std::uintptr_t first = (start + page - 1) / page * page;
+  const auto end = reinterpret_cast<std::uintptr_t>(sbrk(0));
+  if (end > first) (void)madvise(static_cast<char*>(block) + (first - start), end - first, MADV_HUGEPAGE);
+  std::free(block);
+#endif
 }
 
 FileBytes ReadWholeFile(const std::filesystem::path& path) {

@@ -15,7 +15,7 @@ inline constexpr std::int32_t kPointCapacity = 750'000;
 
 /// Amplitudes of the harmonics of the form-suppressed profile. Index 0 is the mean and carries the longest wavelength.
 struct Spectrum {
-  bool valid = false;
+  bool valid = false;  ///< the profile has one; the lists are empty all the same where it was not wanted
   std::vector<double> amplitudeUM;
   std::vector<double> wavelengthMM;
   double peakAmplitudeUM = 0.0;  ///< largest amplitude without index 0

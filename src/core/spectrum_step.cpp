@@ -12,6 +12,10 @@ void ComputeSpectrum(Document& document) {
   spectrum = {};
   const Profile profile = document.profiles.View(ProfileKind::kFormSuppressed);
   const std::span<const double> heights = profile.Heights();
+  if (!document.wanted.spectrum) {
+    spectrum.valid = HasAmplitudeSpectrum(heights.size());
+    return;
+  }
   spectrum.amplitudeUM.resize(heights.size() / 2 + 1);
   spectrum.wavelengthMM.resize(heights.size() / 2 + 1);
   const auto lines = AmplitudeSpectrum(heights, spectrum.amplitudeUM, {});

@@ -56,7 +56,7 @@ std::optional<double> Kurtosis(const RowInput& row) {
 std::optional<double> ShareWithinDeviation(const RowInput& row) {
   constexpr double kRoundingOfQ = 1e-12;
   const auto q = RootMeanSquareDeviation(row);
-  if (!q) return std::nullopt;
+  if (!q || !std::isfinite(*q)) return std::nullopt;
   const double limit = *q * (1.0 + kRoundingOfQ);
   const auto heights = row.profile.Heights();
   const auto within = std::count_if(heights.begin(), heights.end(), [limit](double z) { return std::abs(z) <= limit; });

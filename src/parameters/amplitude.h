@@ -17,7 +17,7 @@ std::optional<double> Skewness(const RowInput& row);
 /// ku: mean of z^4 over q^4. 0 where n q^4 is below the machine epsilon.
 std::optional<double> Kurtosis(const RowInput& row);
 /// twi: share in percent of the points within plus or minus q of the mean line, both included; a two-valued profile
-/// lies on them, so rounding of q is forgiven.
+/// lies on them, so rounding of q is forgiven. Fails also where q is not finite.
 std::optional<double> ShareWithinDeviation(const RowInput& row);
 
 }  // namespace texturon

@@ -24,12 +24,17 @@ Secant FlattestSecant(std::span<const double> h) {
   const double last = RatioPercent(n - 1, n);
   Secant flattest;
   double smallestDrop = 0.0;
-  std::size_t high = 1;
+  std::size_t high = 0;
+  double highRatio = 0.0;
+  double lowRatio = 0.0;  // of the point before
   for (std::size_t i = 0; i < n; ++i) {
     const double target = RatioPercent(i, n) + kSecantPercent;
     if (target >= last) break;
-    while (RatioPercent(high, n) < target) ++high;
-    const bool highIsNearer = RatioPercent(high, n) - target < target - RatioPercent(high - 1, n);
+    while (highRatio < target) {
+      lowRatio = highRatio;
+      highRatio = RatioPercent(++high, n);
+    }
+    const bool highIsNearer = highRatio - target < target - lowRatio;
     const std::size_t j = highIsNearer ? high : high - 1;
     const double drop = h[i] - h[j];
     if (i > 0 && !(drop < smallestDrop)) continue;
@@ -106,7 +111,7 @@ RkResult ComputeCoreRoughness(std::span<const double> h) {
   const double step = 100.0 / static_cast<double>(n);
   if (*upper >= 1) result.Rpk = 2.0 * AreaAbove(h, 0, *upper, result.upperLine) * step / result.Mr1;
   if (*lower + 1 < n) result.Rvk = 2.0 * -AreaAbove(h, *lower, n - 1, result.lowerLine) * step / (100.0 - result.Mr2);
-  result.valid = true;
+  result.valid = std::isfinite(result.Rk) && std::isfinite(result.Rpk) && std::isfinite(result.Rvk);
   return result;
 }
 

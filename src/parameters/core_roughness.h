@@ -24,8 +24,8 @@ struct RkResult {
 /// The equivalent straight line is the least-squares line through the sorted points under the secant of 40 % that falls
 /// least (the first of equals), its far end left out. Mr1 and Mr2 are the ratios of the points nearest to the line's
 /// heights at 0 and 100 %, of the first point at or below and its predecessor; Rpk and Rvk twice the areas between
-/// curve and these heights, divided by their widths. Invalid for fewer than ten points, and when no point lies at or
-/// below one of the heights, as on an exact ramp.
+/// curve and these heights, divided by their widths. Invalid for fewer than ten points, when no point lies at or below
+/// one of the heights, as on an exact ramp, and when one of the three depths is not finite.
 RkResult ComputeCoreRoughness(std::span<const double> sorted);
 
 /// The profile's result, computed once.

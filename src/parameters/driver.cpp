@@ -1,6 +1,7 @@
 #include "parameters/driver.h"
 
 #include <array>
+#include <cmath>
 
 #include "core/text.h"
 #include "core/units.h"
@@ -45,7 +46,7 @@ private:
     if (!profile) return {};
     const double evaluationLengthMM =
         static_cast<double>(profile->range.count) * profile->spacingUM * kMillimetresPerMicrometre;
-    return {.spacingMM = profile->spacingUM * kMillimetresPerMicrometre,
+    return {.spacingUM = profile->spacingUM,
             .samplingLengthMM = samplingLengthMM.value_or(evaluationLengthMM * 0.2),
             .roughnessCutoffMM = settings.LcCutoffMM};
   }
@@ -59,14 +60,10 @@ private:
   std::array<std::optional<ParameterProfile>, 4> profiles_;
 };
 
-constexpr char UpperAscii(char c) {
-  return c >= 'a' && c <= 'z' ? static_cast<char>(c - ('a' - 'A')) : c;
-}
-
-/// Empty: the row failed.
-void SetResult(ParameterDef& row, const std::optional<double>& value) {
-  row.value = value.value_or(0.0);
-  row.valid = value.has_value();
+/// Empty: the row failed, and so it did with a value that is no finite number, except where the row may have one.
+void SetResult(ParameterDef& row, const std::optional<double>& value, bool mayBeInfinite = false) {
+  row.valid = value && (mayBeInfinite || std::isfinite(*value));
+  row.value = row.valid ? *value : 0.0;
 }
 
 }  // namespace
@@ -95,7 +92,7 @@ DriverReport ComputeParameters(ParameterCatalogue& catalogue, const DriverInput&
       continue;
     }
     if (suffix->letters.find(letter) == std::string_view::npos) continue;
-    SetResult(row, suffix->routine({*profile, input.settings}));
+    SetResult(row, suffix->routine({*profile, input.settings}), suffix->mayBeInfinite);
     if (suffix->findsElements && profile->Heights().size() >= 2 &&
         !profile->SegmentExtremes(profile->SamplingLengthMM()).empty()) {
       report.elementHeights = profile->Heights();
@@ -108,7 +105,10 @@ DriverReport ComputeParameters(ParameterCatalogue& catalogue, const DriverInput&
     if (const auto* closing = waviness->FindShared<ClosingOfProfile>()) report.closingUM = closing->envelopeUM;
     if (const auto* opening = waviness->FindShared<OpeningOfProfile>()) report.openingUM = opening->envelopeUM;
   }
-  if (const ParameterProfile* roughness = profiles.Find('R')) report.coreRoughness = CoreRoughnessOf(*roughness);
+  if (const ParameterProfile* roughness = profiles.Find('R')) {
+    const bool isMade = roughness->FindShared<RkResult>() != nullptr;
+    if (isMade || input.wantsCoreRoughness) report.coreRoughness = CoreRoughnessOf(*roughness);
+  }
   return report;
 }
 

@@ -23,6 +23,7 @@ struct DriverInput {
   /// Heights of primary and roughness from the highest to the lowest, where they are at hand.
   std::span<const double> sortedPrimary = {};
   std::span<const double> sortedRoughness = {};
+  bool wantsCoreRoughness = true;  ///< also when no row asks for it
 };
 
 struct DriverReport {
@@ -30,7 +31,7 @@ struct DriverReport {
   std::vector<std::string> messages;
   /// Heights that the profile-element finder was given last; empty when it did not run.
   std::optional<std::span<const double>> elementHeights;
-  /// The roughness profile's, whether or not a row asks for it.
+  /// The roughness profile's; as it was made where it is not wanted and no row asks for it.
   RkResult coreRoughness;
   /// Envelopes of the waviness over its range; empty when no row asked for them.
   std::vector<double> closingUM;
@@ -39,7 +40,8 @@ struct DriverReport {
   MotifResult motifs;
 };
 
-/// Computes every selected row of the working list, in its order, and sets each row's value and valid flag.
+/// Computes every selected row of the working list, in its order, and sets each row's value and valid flag. A value
+/// that is not finite is a failure, but for the ratios of the core roughness, which have no guard against a core of 0.
 ///
 /// The first letter of a name chooses the profile (F form-suppressed, P primary, W waviness, R roughness), the rest of
 /// it the routine, both without regard to case. Sampling lengths: a fifth of the evaluation length for F and P, the

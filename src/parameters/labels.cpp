@@ -1,6 +1,7 @@
 #include "parameters/labels.h"
 
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 
 #include "core/number_text.h"
@@ -90,7 +91,7 @@ std::string MaterialRatioLabel(const MaterialRatioRow& row, bool metric) {
   const std::string unit = std::string(" ") + std::string(kMicro) + (metric ? "m" : "in");
   if (row.meanReferenced) {
     const std::string sign = row.depthUM < 0.0 ? "-" : "+";
-    return "   (Mean " + sign + " " + FixedText(depth < 0.0 ? -depth : depth, metric ? 1 : 0) + unit + ")";
+    return "   (Mean " + sign + " " + FixedText(std::abs(depth), metric ? 1 : 0) + unit + ")";
   }
   return "   (" + FixedText(depth, metric ? 2 : 1) + unit + "  " + FixedText(row.offsetPercent, 1) + " %)";
 }

@@ -8,6 +8,7 @@
 #include <numbers>
 
 #include "core/units.h"
+#include "signal/all_finite.h"
 #include "signal/lane_sums.h"
 
 namespace texturon {
@@ -25,7 +26,7 @@ LocalSlopes ComputeSlopes(const ParameterProfile& profile) {
   const std::span<const double> z = profile.Heights();
   LocalSlopes slopes;
   if (z.size() < 2 * kReach + 1) return slopes;
-  const double divisor = 60.0 * profile.SpacingMM() * kMicrometresPerMillimetre;
+  const double divisor = 60.0 * profile.SpacingUM();
   slopes.values.resize(z.size() - 2 * kReach);
   for (std::size_t i = 0; i < slopes.values.size(); ++i) {
     slopes.values[i] = ((z[i + 6] - z[i]) - 9.0 * (z[i + 5] - z[i + 1]) + 45.0 * (z[i + 4] - z[i + 2])) / divisor;
@@ -36,6 +37,44 @@ LocalSlopes ComputeSlopes(const ParameterProfile& profile) {
 const std::vector<double>& SlopesOf(const RowInput& row) {
   const ParameterProfile& profile = row.profile;
   return profile.Shared<LocalSlopes>([&profile] { return ComputeSlopes(profile); }).values;
+}
+
+/// The absolute slopes of rank n / 2 - 1 and n / 2 from below.
+struct Middle {
+  double lower = 0.0;
+  double upper = 0.0;
+};
+
+/// Counts them in equal cells up to the greatest and sorts out only those of the cells that the two ranks lie in. Empty
+/// where a slope is not finite.
+std::optional<Middle> MiddleSteepness(std::span<const double> slopes) {
+  constexpr std::size_t kCells = 4096;
+  if (!AllFinite(slopes)) return std::nullopt;
+  const HeightExtremes extremes = FindExtremes(slopes);
+  const double steepest = std::max(std::abs(extremes.highest), std::abs(extremes.lowest));
+  const double perSlope = static_cast<double>(kCells - 1) / steepest;
+  const bool hasCells = std::isfinite(perSlope);  // flat, or next to it: all in one
+  const auto cellOf = [hasCells, perSlope](double slope) {
+    return hasCells ? static_cast<std::size_t>(std::abs(slope) * perSlope) : std::size_t{0};
+  };
+  std::array<std::size_t, kCells> counts{};
+  for (const double slope : slopes) ++counts[cellOf(slope)];
+  const std::size_t upperRank = slopes.size() / 2;
+  const std::size_t lowerRank = upperRank - std::min<std::size_t>(upperRank, 1);
+  std::size_t before = 0;
+  std::size_t first = 0;
+  while (before + counts[first] <= lowerRank) before += counts[first++];
+  std::size_t last = first;
+  for (std::size_t upTo = before + counts[first]; upTo <= upperRank;) upTo += counts[++last];
+  std::vector<double> candidates;
+  for (const double slope : slopes) {
+    const std::size_t cell = cellOf(slope);
+    if (cell >= first && cell <= last) candidates.push_back(std::abs(slope));
+  }
+  const auto upper = candidates.begin() + static_cast<std::ptrdiff_t>(upperRank - before);
+  std::nth_element(candidates.begin(), upper, candidates.end());
+  const auto isLower = upperRank > lowerRank;
+  return Middle{isLower ? *std::max_element(candidates.begin(), upper) : *upper, *upper};
 }
 
 }  // namespace
@@ -58,12 +97,10 @@ std::optional<double> MeanAbsoluteSlopeAngle(const RowInput& row) {
 std::optional<double> MedianAbsoluteSlopeAngle(const RowInput& row) {
   const std::vector<double>& slopes = SlopesOf(row);
   if (slopes.empty()) return std::nullopt;
-  std::vector<double> steepness(slopes.size());
-  std::transform(slopes.begin(), slopes.end(), steepness.begin(), [](double slope) { return std::abs(slope); });
-  const auto middle = steepness.begin() + static_cast<std::ptrdiff_t>(steepness.size() / 2);
-  std::nth_element(steepness.begin(), middle, steepness.end());
-  double angle = std::atan(*middle);
-  if (steepness.size() % 2 == 0) angle = 0.5 * (angle + std::atan(*std::max_element(steepness.begin(), middle)));
+  const auto middle = MiddleSteepness(slopes);
+  if (!middle) return std::nullopt;
+  double angle = std::atan(middle->upper);
+  if (slopes.size() % 2 == 0) angle = 0.5 * (angle + std::atan(middle->lower));
   return angle * kDegrees;
 }
 
@@ -79,8 +116,7 @@ std::optional<double> SlopeSkewness(const RowInput& row) {
   const double deviation = std::sqrt(squares / n);
   const HeightExtremes& extremes = row.profile.Extremes();
   const double rounding = 4.0 * std::numeric_limits<double>::epsilon() *
-                          std::max(std::abs(extremes.highest), std::abs(extremes.lowest)) /
-                          (row.profile.SpacingMM() * kMicrometresPerMillimetre);
+                          std::max(std::abs(extremes.highest), std::abs(extremes.lowest)) / row.profile.SpacingUM();
   if (!(deviation > rounding)) return 0.0;
   return cubes / n / (deviation * deviation * deviation);
 }

@@ -10,10 +10,6 @@
 namespace texturon {
 namespace {
 
-double SpacingUM(const RowInput& row) {
-  return row.profile.SpacingMM() * kMicrometresPerMillimetre;
-}
-
 /// Mean plus 1.65 standard deviations (n - 1) of all depths.
 double DepthLimit(const std::vector<Motif>& motifs) {
   constexpr double kDeviations = 1.65;
@@ -35,7 +31,7 @@ MotifResult ComputeMotifs(const RowInput& row) {
                      .leftToRightOnly = settings.UseTHMotif,
                      .freesShortOnesOfEnvelope = settings.UseTHShortMotifCombination};
   MotifResult result;
-  result.roughness = FindMotifs(z, SpacingUM(row), limits);
+  result.roughness = FindMotifs(z, row.profile.SpacingUM(), limits);
   if (result.roughness.empty()) return result;
   result.greatestDepthUM = DepthLimit(result.roughness);
 
@@ -43,7 +39,7 @@ MotifResult ComputeMotifs(const RowInput& row) {
   const HeightExtremes extremes = FindExtremes(envelope);
   result.envelopeHeightUM = extremes.highest - extremes.lowest;
   limits.greatestLengthUM = settings.MotifBMM * kMicrometresPerMillimetre;
-  result.waviness = FindMotifs(envelope, SpacingUM(row), limits);
+  result.waviness = FindMotifs(envelope, row.profile.SpacingUM(), limits);
   const std::int32_t start = result.roughness.front().firstPeak;
   for (Motif& motif : result.waviness) {
     motif.firstPeak += start;
@@ -108,7 +104,7 @@ std::optional<double> GreatestRoughnessMotifDepth(const RowInput& row) {
 }
 
 std::optional<double> MeanRoughnessMotifLength(const RowInput& row) {
-  return MeanLength(MotifsOf(row).roughness, SpacingUM(row));
+  return MeanLength(MotifsOf(row).roughness, row.profile.SpacingUM());
 }
 
 std::optional<double> MeanWavinessMotifDepth(const RowInput& row) {
@@ -124,7 +120,7 @@ std::optional<double> GreatestWavinessMotifDepth(const RowInput& row) {
 }
 
 std::optional<double> MeanWavinessMotifLength(const RowInput& row) {
-  return MeanLength(MotifsOf(row).waviness, SpacingUM(row));
+  return MeanLength(MotifsOf(row).waviness, row.profile.SpacingUM());
 }
 
 std::optional<double> EnvelopeHeight(const RowInput& row) {

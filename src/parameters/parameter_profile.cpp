@@ -27,8 +27,8 @@ const HeightMoments& ParameterProfile::Moments() const {
 const std::vector<HeightExtremes>& ParameterProfile::SegmentExtremes(double samplingLengthMM) const {
   const auto [entry, isNew] = segments_.try_emplace(samplingLengthMM);
   if (isNew) {
-    const auto lengths = DivideIntoSamplingLengths(heights_.size(), lengths_.spacingMM, samplingLengthMM,
-                                                   ShortProfile::kIsOneSamplingLength);
+    const auto lengths =
+        DivideIntoSamplingLengths(heights_.size(), SpacingMM(), samplingLengthMM, ShortProfile::kIsOneSamplingLength);
     if (lengths) entry->second = ExtremesPerSamplingLength(heights_, *lengths);
   }
   return entry->second;
@@ -41,7 +41,7 @@ const std::optional<std::vector<ProfileElement>>& ParameterProfile::Elements(dou
     const auto height = MeanPeakToValley(SegmentExtremes(lengths_.samplingLengthMM));
     if (height && heights_.size() >= 2) {
       const ElementThresholds thresholds{heightPercent * 0.01 * *height,
-                                         lengths_.samplingLengthMM / lengths_.spacingMM * widthPercent * 0.01};
+                                         lengths_.samplingLengthMM / SpacingMM() * widthPercent * 0.01};
       entry->second = FindProfileElements(heights_, thresholds);
     }
   }

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "core/settings.h"
+#include "core/units.h"
 #include "parameters/height_statistics.h"
 #include "parameters/profile_elements.h"
 #include "parameters/sampling_lengths.h"
@@ -20,7 +21,7 @@ namespace texturon {
 class ParameterProfile {
 public:
   struct Lengths {
-    double spacingMM = 0.0;
+    double spacingUM = 0.0;
     double samplingLengthMM = 0.0;   ///< of the profile letter
     double roughnessCutoffMM = 0.0;  ///< sampling length of the rows that always use the cutoff
   };
@@ -34,7 +35,8 @@ public:
 
   char Letter() const { return letter_; }  ///< F, P, W or R
   std::span<const double> Heights() const { return heights_; }
-  double SpacingMM() const { return lengths_.spacingMM; }
+  double SpacingUM() const { return lengths_.spacingUM; }
+  double SpacingMM() const { return lengths_.spacingUM * kMillimetresPerMicrometre; }
   double SamplingLengthMM() const { return lengths_.samplingLengthMM; }
   double RoughnessCutoffMM() const { return lengths_.roughnessCutoffMM; }
 

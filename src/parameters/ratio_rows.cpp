@@ -1,6 +1,7 @@
 #include "parameters/ratio_rows.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "parameters/height_curve.h"
 
@@ -20,7 +21,8 @@ RatioRowResults ComputeHtps(std::span<const double> sorted, const HtpRows& rows)
   RatioRowResults results;
   if (sorted.empty()) return results;
   std::transform(rows.begin(), rows.end(), results.begin(), [sorted](const HtpRow& row) {
-    return RatioRowResult{true, HeightAtRatio(sorted, row.lowerPercent) - HeightAtRatio(sorted, row.upperPercent)};
+    const double height = HeightAtRatio(sorted, row.lowerPercent) - HeightAtRatio(sorted, row.upperPercent);
+    return std::isfinite(height) ? RatioRowResult{true, height} : RatioRowResult{};
   });
   return results;
 }

@@ -20,7 +20,7 @@ using RatioRowResults = std::array<RatioRowResult, kRatioRows>;
 RatioRowResults ComputeMaterialRatios(std::span<const double> sorted, const MaterialRatioRows& rows);
 
 /// Heights (um) between two material ratios: height at the lower percent minus height at the upper one, each the height
-/// of the point with the nearest ratio. Invalid for no points.
+/// of the point with the nearest ratio. Invalid for no points and where the difference is not finite.
 RatioRowResults ComputeHtps(std::span<const double> sorted, const HtpRows& rows);
 
 }  // namespace texturon

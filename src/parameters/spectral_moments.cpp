@@ -9,10 +9,6 @@
 namespace texturon {
 namespace {
 
-double SpacingUM(const RowInput& row) {
-  return row.profile.SpacingMM() * kMicrometresPerMillimetre;
-}
-
 /// Mean over the inner points of the square of `difference(i)`, i the index of the point before.
 template <typename Difference>
 std::optional<double> MeanSquareOverInnerPoints(std::size_t pointCount, const Difference& difference) {
@@ -33,13 +29,13 @@ std::optional<double> ZerothMoment(const RowInput& row) {
 
 std::optional<double> SecondMoment(const RowInput& row) {
   const std::span<const double> z = row.profile.Heights();
-  const double reciprocal = 1.0 / (2.0 * SpacingUM(row));
+  const double reciprocal = 1.0 / (2.0 * row.profile.SpacingUM());
   return MeanSquareOverInnerPoints(z.size(), [&](std::size_t i) { return (z[i + 2] - z[i]) * reciprocal; });
 }
 
 std::optional<double> FourthMoment(const RowInput& row) {
   const std::span<const double> z = row.profile.Heights();
-  const double reciprocal = 1.0 / (SpacingUM(row) * SpacingUM(row));
+  const double reciprocal = 1.0 / (row.profile.SpacingUM() * row.profile.SpacingUM());
   return MeanSquareOverInnerPoints(
       z.size(), [&](std::size_t i) { return ((z[i + 2] - z[i + 1]) - (z[i + 1] - z[i])) * reciprocal; });
 }

@@ -13,6 +13,7 @@ struct SuffixRow {
   RowRoutine routine;
   bool findsElements = false;
   std::string_view letters = "FPWR";  ///< profiles that have the row; for others it is skipped
+  bool mayBeInfinite = false;         ///< an infinite or undefined value is a value; elsewhere it is a failure
 };
 
 /// All suffixes; the first that equals a row's suffix without regard to case decides.

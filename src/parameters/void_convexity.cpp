@@ -11,10 +11,6 @@ namespace {
 constexpr double kCentimetresPerMicrometre = 0.0001;
 constexpr double kSquareMillimetresPerSquareMicrometre = 1e-6;
 
-double SpacingUM(const ParameterProfile& profile) {
-  return profile.SpacingMM() * kMicrometresPerMillimetre;
-}
-
 /// Either envelope, made on first request.
 template <typename Envelope, typename Make>
 const std::vector<double>& EnvelopeOf(const RowInput& row, const Make& make, double radiusMM) {
@@ -23,7 +19,7 @@ const std::vector<double>& EnvelopeOf(const RowInput& row, const Make& make, dou
     Envelope result;
     result.envelopeUM.resize(profile.Heights().size());
     const double radiusUM = radiusMM * kMicrometresPerMillimetre;
-    if (!make(profile.Heights(), result.envelopeUM, SpacingUM(profile), radiusUM)) result.envelopeUM.clear();
+    if (!make(profile.Heights(), result.envelopeUM, profile.SpacingUM(), radiusUM)) result.envelopeUM.clear();
     return result;
   };
   return profile.Shared<Envelope>(compute).envelopeUM;
@@ -34,7 +30,7 @@ const VoidWalk* VoidsOf(const RowInput& row) {
   const auto& closing = EnvelopeOf<ClosingOfProfile>(row, ClosingEnvelope, row.settings.ClosingRadiusForWvoid);
   if (closing.empty()) return nullptr;
   const ParameterProfile& profile = row.profile;
-  return &profile.Shared<VoidWalk>([&] { return WalkVoids(profile.Heights(), closing, SpacingUM(profile)); });
+  return &profile.Shared<VoidWalk>([&] { return WalkVoids(profile.Heights(), closing, profile.SpacingUM()); });
 }
 
 const BumpWalk* BumpsOf(const RowInput& row) {
@@ -131,14 +127,14 @@ std::optional<double> DeepestVoid(const RowInput& row) {
 std::optional<double> DeepestVoidPlace(const RowInput& row) {
   const VoidWalk* voids = VoidsOf(row);
   if (voids == nullptr) return std::nullopt;
-  return static_cast<double>(voids->deepestAt) * SpacingUM(row.profile) * kMillimetresPerMicrometre;
+  return static_cast<double>(voids->deepestAt) * row.profile.SpacingUM() * kMillimetresPerMicrometre;
 }
 
 std::optional<double> VoidsPerLength(const RowInput& row) {
   const VoidWalk* voids = VoidsOf(row);
   if (voids == nullptr) return std::nullopt;
   const auto points = static_cast<double>(row.profile.Heights().size());
-  return static_cast<double>(voids->starts) / (points * SpacingUM(row.profile) * kCentimetresPerMicrometre);
+  return static_cast<double>(voids->starts) / (points * row.profile.SpacingUM() * kCentimetresPerMicrometre);
 }
 
 std::optional<double> MeanVoidAspect(const RowInput& row) {
@@ -176,7 +172,7 @@ std::optional<double> MeanBumpHeight(const RowInput& row) {
 std::optional<double> HighestBumpPlace(const RowInput& row) {
   const BumpWalk* bumps = BumpsOf(row);
   if (bumps == nullptr) return std::nullopt;
-  return static_cast<double>(bumps->highestAt) * SpacingUM(row.profile) * kMillimetresPerMicrometre;
+  return static_cast<double>(bumps->highestAt) * row.profile.SpacingUM() * kMillimetresPerMicrometre;
 }
 
 }  // namespace texturon

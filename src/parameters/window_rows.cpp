@@ -83,8 +83,8 @@ std::optional<std::size_t> PointsOfLengths(const RowInput& row, std::size_t numb
 
 /// Points of a window that spans a length: its steps and one. Empty when it has no step or does not fit.
 std::optional<std::size_t> PointsOfWindow(const RowInput& row, double lengthMM) {
-  const double steps = std::round(lengthMM / row.profile.SpacingMM());
-  if (!(steps >= 1.0) || steps >= static_cast<double>(row.profile.Heights().size())) return std::nullopt;
+  const auto steps = StepsInLength(lengthMM, row.profile.SpacingUM());
+  if (steps < 1 || static_cast<std::size_t>(steps) >= row.profile.Heights().size()) return std::nullopt;
   return static_cast<std::size_t>(steps) + 1;
 }
 
@@ -144,10 +144,6 @@ struct Segment {
   static double Shown(double height, const RowInput&, std::size_t) { return height; }
 };
 
-double SpacingUM(const RowInput& row) {
-  return row.profile.SpacingMM() * kMicrometresPerMillimetre;
-}
-
 /// Least-squares slopes from the sums of z and of x z, x counted from the border between the window's two blocks: for a
 /// window of w points about their middle m, (sum of x z - m sum of z) / (w (w^2 - 1) / 12).
 struct FittedSlope {
@@ -179,7 +175,7 @@ struct FittedSlope {
   }
   static double Shown(double moment, const RowInput& row, std::size_t points) {
     const auto w = static_cast<double>(points);
-    return std::atan(moment / (w * (w * w - 1.0) / 12.0 * SpacingUM(row))) * kMinutesOfArc;
+    return std::atan(moment / (w * (w * w - 1.0) / 12.0 * row.profile.SpacingUM())) * kMinutesOfArc;
   }
 };
 
@@ -196,17 +192,16 @@ struct ChordSlope {
     return greatest;
   }
   static double Shown(double drop, const RowInput& row, std::size_t points) {
-    return std::atan(drop / (static_cast<double>(points - 1) * SpacingUM(row))) * kMinutesOfArc;
+    return std::atan(drop / (static_cast<double>(points - 1) * row.profile.SpacingUM())) * kMinutesOfArc;
   }
 };
 
 /// Points of an end region, at most all; empty when the region has no length.
 std::optional<std::size_t> PointsOfEnd(const RowInput& row) {
   const std::size_t n = row.profile.Heights().size();
-  const double points = std::round(row.settings.WxpEndRegionsMM / row.profile.SpacingMM());
   if (!(row.settings.WxpEndRegionsMM > 0.0) || n == 0) return std::nullopt;
-  if (!(points < static_cast<double>(n))) return n;
-  return std::max<std::size_t>(1, static_cast<std::size_t>(points));
+  const auto points = static_cast<std::size_t>(StepsInLength(row.settings.WxpEndRegionsMM, row.profile.SpacingUM()));
+  return std::clamp<std::size_t>(points, 1, n);
 }
 
 }  // namespace

@@ -9,6 +9,10 @@
 
 namespace texturon {
 
+bool HasAmplitudeSpectrum(std::size_t n) {
+  return LargestFftLength(n) > 0;
+}
+
 std::optional<std::int32_t> AmplitudeSpectrum(std::span<const double> z, std::span<double> amplitude,
                                               std::span<double> phase) {
   const std::size_t m = LargestFftLength(z.size());

@@ -1,10 +1,14 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
 
 namespace texturon {
+
+/// Whether a record of n heights has a spectrum.
+bool HasAmplitudeSpectrum(std::size_t n);
 
 /// Mean-to-peak amplitudes of the harmonics of a record, for the first m = LargestFftLength(n) of the n heights:
 /// amplitude[0] = the mean, with its sign; amplitude[k] = 2 |X[k]| / m for the wavelength m spacing / k. The last entry

@@ -3,18 +3,22 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
+#include <span>
 #include <utility>
+
+#include "signal/all_finite.h"
 
 namespace texturon {
 namespace {
 
 constexpr int kDigitBits = 11;
-constexpr int kPasses = 6;
+constexpr int kDigitsOfKey = 6;
 constexpr std::size_t kBuckets = std::size_t{1} << kDigitBits;
 constexpr std::size_t kLeastForDigits = 4096;
+constexpr std::size_t kLongRun = 24;  // from here on a comparison sort is better than insertion
 
 /// An integer that grows as the number falls: the bits of negative numbers as they are, those of others inverted below
 /// the sign.
@@ -24,38 +28,118 @@ std::uint64_t DescendingKey(double value) {
   return bits ^ mask;
 }
 
-double ValueOf(std::uint64_t key) {
-  const std::uint64_t mask = (key >> 63) != 0 ? 0 : 0x7FFF'FFFF'FFFF'FFFF;
-  return std::bit_cast<double>(key ^ mask);
+bool GoesBefore(double a, double b) {
+  return DescendingKey(a) < DescendingKey(b);
 }
 
-std::size_t DigitOf(std::uint64_t key, int pass) {
-  return static_cast<std::size_t>(key >> (pass * kDigitBits)) & (kBuckets - 1);
+/// Where each bucket starts, from how many it holds.
+void MakeStarts(std::array<std::uint32_t, kBuckets>& counts) {
+  std::uint32_t next = 0;
+  for (std::uint32_t& start : counts) next += std::exchange(start, next);
+}
+
+/// Linear whatever the values: the digits of their keys, lowest first.
+void SortByKeys(std::span<double> values, std::span<double> scratch) {
+  const auto digitOf = [](double value, int pass) {
+    return static_cast<std::size_t>(DescendingKey(value) >> (pass * kDigitBits)) & (kBuckets - 1);
+  };
+  for (int pass = 0; pass < kDigitsOfKey; ++pass) {
+    std::array<std::uint32_t, kBuckets> starts{};
+    for (const double value : values) ++starts[digitOf(value, pass)];
+    if (starts[digitOf(values[0], pass)] == values.size()) continue;  // one digit throughout
+    MakeStarts(starts);
+    for (const double value : values) scratch[starts[digitOf(value, pass)]++] = value;
+    std::copy_n(scratch.begin(), values.size(), values.begin());
+  }
+}
+
+struct Range {
+  double lowest;
+  double highest;
+};
+
+Range RangeOf(std::span<const double> values) {
+  constexpr std::size_t kLanes = 8;  // values.size() is not below
+  std::array<double, kLanes> lowest;
+  std::array<double, kLanes> highest;
+  std::copy_n(values.begin(), kLanes, lowest.begin());
+  std::copy_n(values.begin(), kLanes, highest.begin());
+  const auto see = [&](std::size_t lane, double value) {
+    lowest[lane] = value < lowest[lane] ? value : lowest[lane];
+    highest[lane] = highest[lane] < value ? value : highest[lane];
+  };
+  std::size_t i = 0;
+  for (; i + kLanes <= values.size(); i += kLanes) {
+    for (std::size_t lane = 0; lane < kLanes; ++lane) see(lane, values[i + lane]);
+  }
+  for (; i < values.size(); ++i) see(0, values[i]);
+  return {*std::min_element(lowest.begin(), lowest.end()), *std::max_element(highest.begin(), highest.end())};
+}
+
+/// The range of heights in equal cells, more of them than heights, numbered from the top. Rounding is monotonous, so of
+/// two heights in different cells the one in the lower cell is the larger.
+class Cells {
+public:
+  static constexpr std::size_t kCount = kBuckets * kBuckets;
+
+  Cells(double highest, double lowest)
+      : highest_(highest), perHeight_(static_cast<double>(kCount - 1) / (highest - lowest)) {}
+  bool AreUsable() const { return perHeight_ > 0.0 && std::isfinite(perHeight_); }
+  std::uint32_t operator()(double height) const { return static_cast<std::uint32_t>((highest_ - height) * perHeight_); }
+
+private:
+  double highest_;
+  double perHeight_;
+};
+
+/// Orders heights whose cells are in order already. Few share a cell, unless single heights stretch the range.
+void SortWithinCells(std::span<double> values, Cells cell, std::span<double> scratch) {
+  for (std::size_t first = 0; first < values.size();) {
+    std::size_t end = first + 1;
+    while (end < values.size() && cell(values[end]) == cell(values[first])) {
+      const double height = values[end];
+      std::size_t place = end++;
+      if (end - first > kLongRun) continue;
+      for (; place > first && GoesBefore(height, values[place - 1]); --place) values[place] = values[place - 1];
+      values[place] = height;
+    }
+    const std::span<double> run = values.subspan(first, end - first);
+    if (run.size() >= kLeastForDigits) {
+      SortByKeys(run, scratch);
+    } else if (run.size() > kLongRun) {
+      std::sort(run.begin(), run.end(), GoesBefore);
+    }
+    first = end;
+  }
 }
 
 }  // namespace
 
 void SortDescending(std::vector<double>& values) {
   if (values.size() < kLeastForDigits) {
-    std::sort(values.begin(), values.end(), std::greater<>());
+    std::sort(values.begin(), values.end(), GoesBefore);
     return;
   }
-  std::vector<std::uint64_t> keys(values.size());
-  std::vector<std::uint64_t> sorted(values.size());
-  std::vector<std::array<std::uint32_t, kBuckets>> counts(kPasses);
-  for (std::size_t i = 0; i < values.size(); ++i) {
-    keys[i] = DescendingKey(values[i]);
-    for (int pass = 0; pass < kPasses; ++pass) ++counts[static_cast<std::size_t>(pass)][DigitOf(keys[i], pass)];
+  std::vector<double> scratch(values.size());
+  const auto [lowest, highest] = RangeOf(values);
+  const Cells cell(highest, lowest);
+  if (!cell.AreUsable() || !AllFinite(values)) {
+    SortByKeys(values, scratch);
+    return;
   }
-  for (int pass = 0; pass < kPasses; ++pass) {
-    auto& starts = counts[static_cast<std::size_t>(pass)];
-    if (starts[DigitOf(keys[0], pass)] == keys.size()) continue;  // one digit throughout
-    std::uint32_t next = 0;
-    for (std::uint32_t& start : starts) next += std::exchange(start, next);
-    for (const std::uint64_t key : keys) sorted[starts[DigitOf(key, pass)]++] = key;
-    keys.swap(sorted);
+  const auto lower = [cell](double height) { return cell(height) & (kBuckets - 1); };
+  const auto upper = [cell](double height) { return cell(height) >> kDigitBits; };
+  std::array<std::uint32_t, kBuckets> lowerStarts{};
+  std::array<std::uint32_t, kBuckets> upperStarts{};
+  for (const double height : values) {
+    ++lowerStarts[lower(height)];
+    ++upperStarts[upper(height)];
   }
-  std::transform(keys.begin(), keys.end(), values.begin(), ValueOf);
+  MakeStarts(lowerStarts);
+  MakeStarts(upperStarts);
+  for (const double height : values) scratch[lowerStarts[lower(height)]++] = height;
+  for (const double height : scratch) values[upperStarts[upper(height)]++] = height;
+  SortWithinCells(values, cell, scratch);
 }
 
 }  // namespace texturon

@@ -1,46 +1,18 @@
-#include "app/command_line.h"
-
 #include <algorithm>
 #include <cstdlib>
 #include <gtest/gtest.h>
-#include <iostream>
 #include <nlohmann/json.hpp>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "support/near.h"
+#include "support/program_run.h"
 #include "support/scratch_folder.h"
 
 namespace texturon {
 namespace {
 
 using nlohmann::json;
-
-struct Outcome {
-  int status;
-  std::string out;
-  std::string error;
-};
-
-Outcome Texturon(std::vector<std::string> arguments) {
-  arguments.insert(arguments.begin(), "texturon");
-  std::vector<char*> argv;
-  for (std::string& argument : arguments) argv.push_back(argument.data());
-  std::ostringstream out;
-  std::ostringstream error;
-  std::streambuf* const formerOut = std::cout.rdbuf(out.rdbuf());
-  std::streambuf* const formerError = std::cerr.rdbuf(error.rdbuf());
-  const int status = RunProgram(static_cast<int>(argv.size()), argv.data());
-  std::cout.rdbuf(formerOut);
-  std::cerr.rdbuf(formerError);
-  std::cout.clear();
-  return {status, out.str(), error.str()};
-}
-
-std::string Sample(const char* name) {
-  return std::string(TEXTURON_SOURCE_DIR) + "/samples/" + name;
-}
 
 json Parameter(const json& analysis, const std::string& name) {
   for (const json& row : analysis["parameters"]) {

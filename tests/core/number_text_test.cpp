@@ -1,9 +1,11 @@
 #include "core/number_text.h"
 
 #include <bit>
+#include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <limits>
 #include <random>
 #include <string>
@@ -54,6 +56,25 @@ TEST(NumberText, LargestDoubleInFixedNotation) {
   const std::string text = FixedText(-std::numeric_limits<double>::max(), 100);
   EXPECT_EQ(text.size(), 1U + 309 + 1 + 100);
   EXPECT_EQ(ParseDouble(text).value, -std::numeric_limits<double>::max());
+}
+
+TEST(NumberText, DecimalsAreRoundedOnce) {
+  // Around the length up to which a quotient of two exact doubles gives the number, against the library's own reader.
+  std::mt19937_64 random(4);
+  const std::string_view ends[] = {"", " ", ".", "e1", "E", "x", ",5", "\r\n", "f", ".5", "e-3", "-"};
+  for (int k = 0; k < 40'000; ++k) {
+    std::string text;
+    for (std::size_t n = random() % 12; n > 0; --n) text += static_cast<char>('0' + random() % 10);
+    if (random() % 4 != 0) text += '.';
+    for (std::size_t n = random() % 12; n > 0; --n) text += static_cast<char>('0' + random() % 10);
+    text += ends[random() % std::size(ends)];
+    double expected = 0.0;
+    const auto read = std::from_chars(text.data(), text.data() + text.size(), expected);
+    const ParsedDouble parsed = ParseDouble(text);
+    if (text.size() > 1 && text[0] == '0' && text[1] == 'x') continue;  // hexadecimal here
+    ASSERT_EQ(parsed.length, static_cast<std::size_t>(read.ptr - text.data())) << text;
+    ASSERT_EQ(std::bit_cast<std::uint64_t>(parsed.value), std::bit_cast<std::uint64_t>(expected)) << text;
+  }
 }
 
 TEST(NumberText, ShortestReadsBackToTheSameBits) {

@@ -352,6 +352,35 @@ TEST_F(Pipeline, KeepsEnvelopesAndMotifsInPlaceWhenARowAsksForThem) {
   EXPECT_TRUE(document_.results.coreRoughness.valid);
 }
 
+TEST_F(Pipeline, LeavesOutWhatNobodyWantsAndChangesNothingElse) {
+  Load(9000);
+  for (const bool usesCurves : {false, true}) {
+    Settings().primaryHtps[3].selected = Settings().roughnessMaterialRatios[7].selected = usesCurves;
+    document_.wanted = {};
+    ASSERT_EQ(Run(), ComputeOutcome::kDone);
+    const Document whole = document_;
+    document_.wanted = {.spectrum = false, .heightCurves = false, .coreRoughness = false};
+    ASSERT_EQ(Run(), ComputeOutcome::kDone);
+    const AnalysisResults& results = document_.results;
+    EXPECT_TRUE(document_.profiles.spectrum.valid);
+    EXPECT_TRUE(document_.profiles.spectrum.amplitudeUM.empty());
+    EXPECT_EQ(results.primaryCurveComputed, usesCurves);
+    EXPECT_EQ(results.roughnessCurveComputed, usesCurves);
+    EXPECT_EQ(results.primaryHtps[3].valid, usesCurves);
+    if (usesCurves) {
+      EXPECT_EQ(results.primaryHtps[3].value, whole.results.primaryHtps[3].value);
+      EXPECT_EQ(results.roughnessMaterialRatios[7].value, whole.results.roughnessMaterialRatios[7].value);
+    }
+    EXPECT_EQ(results.coreRoughness.Rk, whole.results.coreRoughness.Rk) << "rows asked for it";
+    for (std::size_t i = 0; i < whole.catalogue.rows.size(); ++i) {
+      EXPECT_EQ(document_.catalogue.rows[i].value, whole.catalogue.rows[i].value) << whole.catalogue.rows[i].name;
+    }
+  }
+  for (ParameterDef& row : document_.catalogue.rows) row.selected = row.name == "Ra";
+  ASSERT_EQ(Run(), ComputeOutcome::kDone);
+  EXPECT_FALSE(document_.results.coreRoughness.valid) << "no row asks for it";
+}
+
 TEST_F(Pipeline, WritesTheHeightsThatTheElementFinderSawLast) {
   Load(60);
   Settings().LcCutoffMM = 0.01;

@@ -127,6 +127,7 @@ TEST(Labels, ShowTheSettingBehindTheValue) {
   }
   settings.ClosingRadiusForWvoid = 1000.0;
   EXPECT_EQ(RowLabel("Wvoid", settings, true), "   (Radius: 1.00 m)");
+  EXPECT_EQ(MaterialRatioLabel({.meanReferenced = true, .depthUM = -0.0}, true), "   (Mean + 0.0 \xB5m)");
   const MaterialRatioRow mean{.meanReferenced = true, .depthUM = -0.5};
   EXPECT_EQ(MaterialRatioLabel(mean, true), "   (Mean - 0.5 \xB5m)");
   EXPECT_EQ(MaterialRatioLabel(mean, false), "   (Mean - 20 \xB5in)");
@@ -178,6 +179,21 @@ TEST_F(Driver, ZeroesARowThatFails) {
   Run({"R3z"});
   EXPECT_FALSE(catalogue_.rows[0].valid);
   EXPECT_EQ(catalogue_.rows[0].value, 0.0);
+}
+
+TEST_F(Driver, TakesAValueThatIsNotFiniteForAFailureExceptInRatiosToTheCore) {
+  roughness_.assign(60, 0.0);
+  roughness_[20] = 3.0;  // no core
+  primary_ = {1e200, -1e200};
+  primary_.resize(60, 0.0);
+  Run({"Rpk/k", "Rvk/k", "Rk", "Pq", "Pku", "Pm4", "Ptwi", "Pt"});
+  for (const ParameterDef& row : catalogue_.rows) {
+    const bool isRatio = row.name.ends_with("/k");
+    const bool fails = row.name.starts_with("P") && row.name != "Pt";
+    EXPECT_EQ(row.valid, !fails) << row.name;
+    EXPECT_EQ(std::isfinite(row.value), !isRatio) << row.name;
+    EXPECT_TRUE(!fails || row.value == 0.0) << row.name;
+  }
 }
 
 TEST_F(Driver, NamesTheHeightsThatTheElementFinderSawLast) {

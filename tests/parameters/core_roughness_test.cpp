@@ -134,7 +134,7 @@ TEST(CoreRoughness, ScalesAndMirrorsAndForgetsTheOrder) {
   std::vector<double> heights(3000);
   for (double& z : heights) z = noise(random) - std::exp(noise(random));
   const auto value = [&heights](std::string_view suffix) {
-    const ParameterProfile profile('R', heights, {0.001, 0.8, 0.8});
+    const ParameterProfile profile('R', heights, {1.0, 0.8, 0.8});
     return *FindSuffix(suffix)->routine({profile, AnalysisSettings{}});
   };
   const std::string_view lengths[] = {"k", "pk", "vk", "pk*", "vk*", "pk+k", "k+vk", "vo"};
@@ -159,17 +159,17 @@ TEST(CoreRoughness, LeavesRatiosUnguardedAndFailsWhereNoPointReachesTheCore) {
   EXPECT_EQ(core.Rk, 0.0);
   EXPECT_EQ(core.Rpk, 0.0);
   EXPECT_EQ(core.Mr2, 0.0) << "the first point lies at the lower line";
-  const ParameterProfile profile('R', flat, {0.001, 0.8, 0.8});
+  const ParameterProfile profile('R', flat, {1.0, 0.8, 0.8});
   EXPECT_TRUE(std::isnan(*FindSuffix("pk/k")->routine({profile, AnalysisSettings{}})));
   std::vector<double> spike(50, 0.0);
   spike[20] = 3.0;
-  const ParameterProfile spiked('R', spike, {0.001, 0.8, 0.8});
+  const ParameterProfile spiked('R', spike, {1.0, 0.8, 0.8});
   EXPECT_EQ(*FindSuffix("pk/k")->routine({spiked, AnalysisSettings{}}), INFINITY);
   std::vector<double> ramp(64);
   for (std::size_t i = 0; i < ramp.size(); ++i) ramp[i] = -static_cast<double>(i);
   EXPECT_FALSE(ComputeCoreRoughness(ramp).valid);
   std::vector<double> huge = {1e308, 1e308, -1e308, -1e308, 0, 0, 1e300, 5, 5, 5, -1e308, 1e308};
-  EXPECT_NO_FATAL_FAILURE(ComputeCoreRoughness(Sorted(huge)));
+  EXPECT_FALSE(ComputeCoreRoughness(Sorted(huge)).valid) << "beyond the range of a double";
 }
 
 }  // namespace

@@ -103,7 +103,7 @@ TEST(MotifRows, MeasureHandBuiltMotifs) {
   turns.push_back(-10.0);
   RowCase row{.heights = Zigzag(turns), .letter = 'P', .spacingMM = 0.005};
   const auto value = [&row](const char* name) {
-    const ParameterProfile profile('P', row.heights, {0.005, 1.0, 1.0});
+    const ParameterProfile profile('P', row.heights, {5.0, 1.0, 1.0});
     return FindWholeName(name)({profile, row.settings});
   };
   EXPECT_TRUE(Near(*value("AR"), 100.0, 1e-12));

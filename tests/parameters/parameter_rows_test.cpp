@@ -14,7 +14,7 @@ namespace {
 /// One row computed on heights given outright.
 std::optional<double> Value(std::string_view suffix, const std::vector<double>& heights, double spacingMM = 0.001,
                             double samplingLengthMM = 0.8, char letter = 'R') {
-  const ParameterProfile profile(letter, heights, {spacingMM, samplingLengthMM, samplingLengthMM});
+  const ParameterProfile profile(letter, heights, {spacingMM * 1000.0, samplingLengthMM, samplingLengthMM});
   const AnalysisSettings settings;
   return FindSuffix(suffix)->routine({profile, settings});
 }
@@ -168,7 +168,7 @@ TEST(ElementRows, TakeThePercentagesOfTheirLetterAndSpacingsInMillimetres) {
       {'R', "sm", 0.04}, {'W', "sm", 0.04}, {'P', "sm", 0.02}, {'R', "c", large}, {'R', "tc", large},
   };
   for (const Case& c : cases) {
-    const ParameterProfile profile(c.letter, heights, {0.001, 0.4, 0.4});
+    const ParameterProfile profile(c.letter, heights, {1.0, 0.4, 0.4});
     const auto value = FindSuffix(c.suffix)->routine({profile, settings});
     ASSERT_TRUE(value.has_value()) << c.letter << c.suffix;
     EXPECT_TRUE(Near(*value, c.value, 1e-9)) << c.letter << c.suffix;

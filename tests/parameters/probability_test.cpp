@@ -91,6 +91,19 @@ TEST(ProbabilityRows, NeedValleysForTheValleyLine) {
   EXPECT_FALSE(RowValue("pq", row).has_value());
 }
 
+TEST(ProbabilityRows, FitThroughTheVeryPointsOfTheirLimits) {
+  // Ratios 0.5 / 85 and 59.5 / 85 are the limits themselves: dropping one of the outer points bends the line.
+  std::vector<double> sorted(85, 0.0);
+  for (std::size_t i = 0; i < sorted.size(); ++i) sorted[i] = i < 59 ? 0.0 : -1.0;
+  const auto withLast = FitProbabilityLine(sorted, 0.0, 70.0);
+  const auto withoutLast = FitProbabilityLine(sorted, 0.0, 69.9);
+  ASSERT_TRUE(withLast && withoutLast);
+  EXPECT_EQ(withoutLast->slopeUM, 0.0);
+  EXPECT_LT(withLast->slopeUM, 0.0);
+  std::reverse(sorted.begin(), sorted.end());
+  EXPECT_NE(FitProbabilityLine(sorted, 30.0, 100.0)->slopeUM, 0.0) << "25.5 / 85 belongs to it";
+}
+
 TEST(ProbabilityRows, GiveTheDeviationOfAGaussianProfile) {
   RowCase row = TwoLines(30'000, 0.7, 0.7, 50.0);
   row.settings.RxqMinimumValleyCount = 0;

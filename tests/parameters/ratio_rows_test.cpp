@@ -52,6 +52,7 @@ TEST(RatioRows, MeasureFromAReferenceRatioOrFromTheMeanLine) {
   EXPECT_EQ(htps[6].value, 3.0 - -1.0);  // 20 to 60 %
   EXPECT_EQ(htps[9].value, -10.0) << "the percents are taken as they are named";
   EXPECT_FALSE(ComputeHtps({}, heights)[0].valid);
+  EXPECT_FALSE(ComputeHtps(std::vector{1.7e308, 0.0, -1.7e308}, HtpRows{{{.upperPercent = 99.0}}})[0].valid);
   EXPECT_FALSE(ComputeMaterialRatios({}, rows)[0].valid);
 }
 

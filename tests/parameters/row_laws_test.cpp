@@ -143,7 +143,7 @@ TEST(RowLaws, KeepOutOfTroubleOnHostileProfiles) {
       for (const double samplingLengthMM : {0.05, 0.01, 1e300, 0.0}) {
         const RowCase row{.heights = profile, .samplingLengthMM = samplingLengthMM, .settings = setting};
         for (const SuffixRow& suffix : SuffixTable()) computed += RowValue(suffix.suffix, row).has_value() ? 1 : 0;
-        const ParameterProfile primary('P', row.heights, {row.spacingMM, samplingLengthMM, samplingLengthMM});
+        const ParameterProfile primary('P', row.heights, {row.spacingMM * 1000.0, samplingLengthMM, samplingLengthMM});
         for (const char* name : {"R", "Rx", "AR", "W", "Wx", "AW", "Wte"}) {
           const auto value = FindWholeName(name)({primary, setting});
           EXPECT_FALSE(value.has_value() && hasNoShape) << name;

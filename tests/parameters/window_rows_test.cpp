@@ -124,6 +124,23 @@ TEST(WindowRows, GiveTheClosedFormsOfARampAndAStep) {
       Near(*RowValue("lslp", row), std::atan(125.0 * 126.0 / 2.0 / (w * (w * w - 1.0) / 12.0)) * kMinutes, kTight));
 }
 
+TEST(WindowRows, RoundHalfAStepAwayFromZero) {
+  // 0.7 mm are exactly 437.5 steps of 1.6 um and 2187.5 of 0.32 um, though not in binary fractions of a millimetre.
+  struct Case {
+    double spacingUM;
+    std::size_t steps;
+  };
+  for (const auto& [spacingUM, steps] : {Case{1.6, 438}, Case{0.32, 2188}, Case{1.0, 700}}) {
+    RowCase row{.heights = {}, .letter = 'W', .spacingMM = spacingUM / 1000.0};
+    for (int i = 0; i < 3000; ++i) row.heights.push_back(i);
+    row.settings.WindowWidthForWseg = row.settings.AsphereSlopeWindowMM = row.settings.WxpEndRegionsMM = 0.7;
+    const auto length = static_cast<double>(steps);
+    EXPECT_EQ(*RowValue("seg", row), length) << spacingUM;
+    EXPECT_EQ(*RowValue("pl", row), length - 1.0) << spacingUM << ": as many points";
+    EXPECT_TRUE(Near(*RowValue("eslpl", row), 0.5 * length * row.spacingMM, kTight)) << spacingUM;
+  }
+}
+
 TEST(WindowRows, FailWhenTheWindowDoesNotFit) {
   RowCase row{.heights = RandomSurface(300, 2), .spacingMM = 0.001, .samplingLengthMM = 0.05};
   EXPECT_TRUE(RowValue("a1", row) && !RowValue("a7", row) && !RowValue("a7l", row) && !RowValue("pm7", row));

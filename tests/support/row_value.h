@@ -19,7 +19,8 @@ struct RowCase {
 };
 
 inline std::optional<double> RowValue(std::string_view suffix, const RowCase& row) {
-  const ParameterProfile profile(row.letter, row.heights, {row.spacingMM, row.samplingLengthMM, row.samplingLengthMM});
+  const ParameterProfile profile(row.letter, row.heights,
+                                 {row.spacingMM * 1000.0, row.samplingLengthMM, row.samplingLengthMM});
   return FindSuffix(suffix)->routine({profile, row.settings});
 }
 

@@ -1,0 +1,301 @@
+#include "core/folder_watch.h"
+
+#include <algorithm>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <system_error>
+#include <thread>
+#include <utility>
+
+#include "core/charset.h"
+#include "core/event_log.h"
+#include "core/folder_files.h"
+#include "core/number_text.h"
+#include "core/platform.h"
+#include "core/watch_journal.h"
+
+namespace texturon {
+namespace {
+
+constexpr std::string_view kFailedFolder = "texturon-failed";
+
+/// A line of the list of files that are done: name, size, time.
+std::string DoneLine(const std::string& file, const FileStamp& stamp) {
+  return IntegerText(static_cast<std::int64_t>(stamp.size)) + "\t" + IntegerText(stamp.time) + "\t" + file + "\n";
+}
+
+/// `folder / name`, or with a number before the extension where that is taken.
+std::filesystem::path FreeName(const std::filesystem::path& folder, const std::filesystem::path& name) {
+  std::filesystem::path path = folder / name;
+  std::error_code error;
+  for (int i = 2; std::filesystem::exists(path, error); ++i) {
+    std::filesystem::path numbered = name.stem();
+    numbered += "-" + IntegerText(i);
+    numbered += name.extension();
+    path = folder / numbered;
+  }
+  return path;
+}
+
+class Watch {
+public:
+  Watch(const FolderWatchOptions& options, const FileAnalysisOptions& analysis, const Environment& environment,
+        const FolderWatchObserver& observer)
+      : options_(options),
+        analysis_(analysis),
+        environment_(environment),
+        observer_(observer),
+        log_(environment, options.logsEvents),
+        journal_(options.folder / ".texturon-watch-journal"),
+        doneList_(options.folder / ".texturon-watch-done") {}
+
+  std::string Run() {
+    const AppendFile lock(options_.folder / ".texturon-watch-lock");
+    if (lock.state() == AppendFile::State::kInUse) {
+      return FileSentence(options_.folder, "is watched already");
+    }
+    if (lock.state() == AppendFile::State::kFailed) {
+      return FileSentence(options_.folder, "cannot be watched: a file in it " + lock.outcome().reason);
+    }
+    if (!options_.holdFolder.empty()) {
+      std::error_code error;
+      std::filesystem::create_directories(options_.holdFolder, error);
+      if (error) return FileSentence(options_.holdFolder, "cannot be made (" + error.message() + ")");
+    }
+    const std::string reason = Recall();
+    if (!reason.empty()) return reason;
+    while (!Stops()) {
+      Poll();
+      Pause();
+    }
+    return {};
+  }
+
+private:
+  bool Stops() const { return observer_.stops && observer_.stops(); }
+
+  void Pause() const {
+    constexpr std::chrono::milliseconds kSlice(50);
+    const auto end = std::chrono::steady_clock::now() + options_.poll;
+    while (!Stops() && std::chrono::steady_clock::now() < end)
+      std::this_thread::sleep_for(std::min(kSlice, options_.poll));
+  }
+
+  /// Takes up what a former run left: the entry at hand and the files done.
+  std::string Recall() {
+    const FileBytes entry = ReadWholeFile(journal_);
+    if (!entry.ok() && !entry.missing) return FileSentence(journal_, entry.reason);
+    if (entry.ok()) {
+      atHand_ = ParseWatchEntry(entry.bytes);
+      if (!atHand_) return FileSentence(journal_, "is damaged; see to the file that was at hand and remove it");
+    }
+    std::string_view lines;
+    const FileBytes done = ReadWholeFile(doneList_);
+    if (!done.ok() && !done.missing) return FileSentence(doneList_, done.reason);
+    lines = done.bytes;
+    while (!lines.empty()) {
+      const std::size_t end = lines.find('\n');
+      if (end == std::string_view::npos) break;
+      done_.emplace(lines.substr(0, end + 1));
+      lines.remove_prefix(end + 1);
+    }
+    return {};
+  }
+
+  /// Says a sentence once, not at every poll.
+  void Complain(const std::string& sentence) {
+    if (sentence == lastComplaint_) return;
+    lastComplaint_ = sentence;
+    if (observer_.failed) observer_.failed(sentence);
+  }
+
+  void Poll() {
+    if (atHand_ && !Finish()) return;
+    const FolderFiles listed =
+        ListFolder(options_.folder, options_.singleFile.empty() ? options_.mask : std::string("*"));
+    if (!listed.reason.empty()) Complain(FileSentence(options_.folder, listed.reason));
+    std::map<std::string, FileStamp> seen;
+    for (const std::filesystem::path& path : listed.files) {
+      const std::string name = SystemTextFromPath(path.filename());
+      if (!IsWanted(path, name)) continue;
+      const auto stamp = StampOf(path);
+      if (!stamp || stamp->size == 0 || done_.contains(DoneLine(name, *stamp))) continue;
+      const auto former = seen_.find(name);
+      const bool stoodStill = former != seen_.end() && former->second == *stamp;
+      seen.emplace(name, *stamp);
+      if (!stoodStill || refused_.contains(DoneLine(name, *stamp))) continue;
+      if (Stops() || !Take(path, name, *stamp)) break;
+    }
+    // What was not reached keeps its stamp of this poll or gets one at the next.
+    seen_ = std::move(seen);
+  }
+
+  bool IsWanted(const std::filesystem::path& path, const std::string& name) const {
+    if (!options_.singleFile.empty()) return name == options_.singleFile;
+    std::error_code error;
+    return options_.parameterFile.empty() || !std::filesystem::equivalent(path, options_.parameterFile, error);
+  }
+
+  /// Analyses one file and sees it through. False: something stands in the way of all files.
+  bool Take(const std::filesystem::path& path, const std::string& name, const FileStamp& stamp) {
+    log_.LogEvent("Opening DataFile: " + TextFromPath(path) + "...");
+    const FileAnalysis result = AnalyseFile(path, analysis_, environment_);
+    if (StampOf(path) != stamp) return true;  // written to in the meantime: it has its turn again
+    log_.LogEvent(result.ok() ? "Data loaded" : "Could not load data");
+    if (!result.ok()) {
+      SetAside(path, name, stamp, result.reason);
+      return true;
+    }
+    WatchEntry entry{.file = name, .stamp = stamp};
+    if (options_.deletes && !options_.holdFolder.empty()) {
+      entry.holdFile = SystemTextFromPath(FreeName(options_.holdFolder, path.filename()));
+    }
+    if (!WriteRow(std::move(entry), result)) return false;
+    if (observer_.analysed) observer_.analysed(name, result);
+    return Finish();
+  }
+
+  /// Writes the entry into the journal, then the row.
+  bool WriteRow(WatchEntry entry, const FileAnalysis& result) {
+    std::unique_ptr<AppendFile> file;
+    if (!options_.parameterFile.empty()) {
+      file = WaitForAppendFile(options_.parameterFile, std::chrono::hours(24 * 365), observer_.stops);
+      if (file->state() == AppendFile::State::kInUse) return false;
+      if (file->state() == AppendFile::State::kFailed) {
+        Complain(FileSentence(options_.parameterFile, file->outcome().reason));
+        return false;
+      }
+      entry.parameterFile = SystemTextFromPath(options_.parameterFile);
+      entry.rowAt = file->size();
+      if (file->size() == 0) entry.rowText = result.text.header;
+      if (file->endsInsideLine()) entry.rowText = "\r\n";
+      entry.rowText += result.text.row;
+      entry.header = result.text.header;
+    }
+    const FileOutcome noted = ReplaceFile(journal_, WatchEntryText(entry));
+    if (!noted.ok()) {
+      Complain(FileSentence(journal_, noted.reason));
+      return false;
+    }
+    atHand_ = std::move(entry);
+    return !file || EnsureRowIn(*file);
+  }
+
+  bool EnsureRowIn(AppendFile& file) {
+    const FileOutcome outcome = EnsureRow(*atHand_, file);
+    if (!outcome.ok()) Complain(FileSentence(PathFromSystemText(atHand_->parameterFile), outcome.reason));
+    rowIsWritten_ = outcome.ok();
+    return outcome.ok();
+  }
+
+  /// Does what is left of the entry at hand. False: not all of it could be done, and the entry stays.
+  bool Finish() {
+    if (!rowIsWritten_ && !atHand_->parameterFile.empty()) {
+      const auto file =
+          WaitForAppendFile(PathFromSystemText(atHand_->parameterFile), std::chrono::hours(24 * 365), observer_.stops);
+      if (file->state() == AppendFile::State::kInUse) return false;
+      if (file->state() == AppendFile::State::kFailed) {
+        Complain(FileSentence(PathFromSystemText(atHand_->parameterFile), file->outcome().reason));
+        return false;
+      }
+      if (!EnsureRowIn(*file)) return false;
+    }
+    const std::string reason = PutAway();
+    if (!reason.empty()) {
+      Complain(reason);
+      return false;
+    }
+    atHand_.reset();
+    rowIsWritten_ = false;
+    lastComplaint_.clear();
+    return true;
+  }
+
+  /// Copy, removal or remembering of the file at hand, then the end of its entry. The reason where one of them fails.
+  std::string PutAway() {
+    const std::filesystem::path path = options_.folder / PathFromSystemText(atHand_->file);
+    if (options_.deletes && options_.singleFile.empty()) {
+      // A file that has changed since is a new measurement, one that is gone was removed before the last run ended.
+      if (StampOf(path) == atHand_->stamp) {
+        const std::string reason = HoldAndRemove(path);
+        if (!reason.empty()) return reason;
+      }
+    } else {
+      const FileOutcome remembered = Remember(DoneLine(atHand_->file, atHand_->stamp));
+      if (!remembered.ok()) return FileSentence(doneList_, remembered.reason);
+    }
+    const FileOutcome cleared = RemoveDurably(journal_);
+    return cleared.ok() ? std::string() : FileSentence(journal_, cleared.reason);
+  }
+
+  std::string HoldAndRemove(const std::filesystem::path& path) const {
+    if (!atHand_->holdFile.empty()) {
+      const std::filesystem::path copy = PathFromSystemText(atHand_->holdFile);
+      const FileBytes content = ReadWholeFile(path);
+      if (!content.ok()) return FileSentence(path, content.reason);
+      if (StampOf(path) != atHand_->stamp) return {};
+      const FileOutcome held = ReplaceFile(copy, content.bytes);
+      if (!held.ok()) return FileSentence(copy, held.reason);
+    }
+    const FileOutcome removed = RemoveDurably(path);
+    return removed.ok() ? std::string() : FileSentence(path, removed.reason);
+  }
+
+  FileOutcome Remember(const std::string& line) {
+    if (done_.contains(line)) return {};
+    AppendFile list(doneList_);
+    if (list.state() != AppendFile::State::kHeld)
+      return {list.outcome().reason.empty() ? "is in use" : list.outcome().reason};
+    FileOutcome outcome = list.endsInsideLine() ? list.Append("\n") : FileOutcome{};
+    if (outcome.ok()) outcome = list.Append(line);
+    if (outcome.ok()) outcome = list.Flush();
+    if (outcome.ok()) done_.insert(line);
+    return outcome;
+  }
+
+  /// The reason first, then the file, so that none stands there without the other's knowledge.
+  void SetAside(const std::filesystem::path& path, const std::string& name, const FileStamp& stamp,
+                const std::string& reason) {
+    if (observer_.failed) observer_.failed(reason);
+    refused_.insert(DoneLine(name, stamp));
+    if (!options_.deletes || !options_.singleFile.empty()) {
+      const FileOutcome remembered = Remember(DoneLine(name, stamp));
+      if (!remembered.ok()) Complain(FileSentence(doneList_, remembered.reason));
+      return;
+    }
+    const std::filesystem::path folder = options_.folder / kFailedFolder;
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    const std::filesystem::path target = FreeName(folder, path.filename());
+    std::filesystem::path reasonFile = target;
+    reasonFile += ".reason.txt";
+    FileOutcome outcome = ReplaceFile(reasonFile, Utf8FromWindows1252(reason) + "\n");
+    if (outcome.ok()) outcome = MoveToPlace(path, target);
+    if (!outcome.ok()) Complain(FileSentence(path, outcome.reason));
+  }
+
+  const FolderWatchOptions& options_;
+  const FileAnalysisOptions& analysis_;
+  const Environment& environment_;
+  const FolderWatchObserver& observer_;
+  EventLog log_;
+  std::filesystem::path journal_;
+  std::filesystem::path doneList_;
+  std::optional<WatchEntry> atHand_;
+  bool rowIsWritten_ = false;
+  std::map<std::string, FileStamp> seen_;
+  std::set<std::string> done_;
+  std::set<std::string> refused_;  ///< failed in this run, also where they could not be moved
+  std::string lastComplaint_;
+};
+
+}  // namespace
+
+std::string WatchFolder(const FolderWatchOptions& options, const FileAnalysisOptions& analysis,
+                        const Environment& environment, const FolderWatchObserver& observer) {
+  return Watch(options, analysis, environment, observer).Run();
+}
+
+}  // namespace texturon
