@@ -94,7 +94,7 @@ struct Table {
   std::vector<std::optional<double>> unitsUM;  ///< likewise
   bool hasUnitLine = false;                    ///< a line of the heading is units and nothing else
   std::vector<std::vector<double>> columns;
-  double lastDigit = 0.0;  ///< of the first column
+  std::array<double, 2> lastDigit = {};  ///< of the first two columns
   std::size_t line = 0;
 };
 
@@ -112,6 +112,13 @@ std::size_t FirstDecimals(std::string_view line, char separator) {
     isBehindPoint = isBehindPoint || c == '.' || c == ',';
   }
   return decimals;
+}
+
+/// What follows the first field of a row.
+std::string_view BehindFirst(std::string_view line, char separator) {
+  line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
+  const std::size_t end = separator == ' ' ? line.find_first_of(" \t") : line.find(separator);
+  return end == std::string_view::npos ? std::string_view{} : line.substr(end + 1);
 }
 
 void TakeHeading(const std::vector<std::string_view>& heading, Table& table) {
@@ -173,10 +180,11 @@ bool ReadAnyRow(std::string_view line, const Manner& manner, std::vector<std::st
   return true;
 }
 
-/// Makes room for as many rows as there are lines left.
+/// Makes room for as many rows as the lines that are left can hold.
 void ReserveRows(std::string_view rest, Table& table) {
   const auto ends = std::count(rest.begin(), rest.end(), rest.find('\n') == std::string_view::npos ? '\r' : '\n');
-  const std::size_t rows = std::min(static_cast<std::size_t>(ends) + 2, static_cast<std::size_t>(kPointCapacity));
+  const std::size_t rows = std::min({static_cast<std::size_t>(ends) + 2, rest.size() / (2 * table.columns.size()) + 2,
+                                     static_cast<std::size_t>(kPointCapacity)});
   for (std::vector<double>& column : table.columns) column.reserve(rows);
 }
 
@@ -187,7 +195,7 @@ std::string ReadTable(std::string_view text, std::size_t mostHeading, Table& tab
   std::vector<std::string_view> fields;
   Row row{};
   std::size_t rows = 0;
-  std::size_t decimals = 0;
+  std::array<std::size_t, 2> decimals = {};
   while (const auto line = lines.Next()) {
     if (TrimBlanks(*line).empty()) continue;
     if (table.manner.columns == 0) {
@@ -207,11 +215,17 @@ std::string ReadTable(std::string_view text, std::size_t mostHeading, Table& tab
     if (!isRow) return AtLine(lines.LineNumber(), "no row of as many numbers as above");
     if (rows == static_cast<std::size_t>(kPointCapacity)) return "the table has more than 750 000 rows";
     for (std::size_t i = 0; i < table.manner.columns; ++i) table.columns[i].push_back(row[i]);
-    decimals = std::max(decimals, FirstDecimals(*line, table.manner.separator));
+    const char separator = table.manner.separator;
+    decimals[0] = std::max(decimals[0], FirstDecimals(*line, separator));
+    // The second column holds the positions where the first counts the points.
+    if (table.manner.columns > 2)
+      decimals[1] = std::max(decimals[1], FirstDecimals(BehindFirst(*line, separator), separator));
     ++rows;
   }
   table.line = lines.LineNumber();
-  table.lastDigit = decimals > 0 ? std::pow(10.0, -static_cast<double>(decimals)) : 0.0;
+  for (std::size_t i = 0; i < decimals.size(); ++i) {
+    if (decimals[i] > 0) table.lastDigit[i] = std::pow(10.0, -static_cast<double>(decimals[i]));
+  }
   return rows < 3 ? AtLine(lines.LineNumber(), "the file ends with fewer than three rows of numbers") : "";
 }
 
@@ -227,7 +241,7 @@ void DropFirstColumn(Table& table) {
   table.columns.erase(table.columns.begin());
   table.names.erase(table.names.begin());
   table.unitsUM.erase(table.unitsUM.begin());
-  table.lastDigit = 0.0;
+  table.lastDigit[0] = table.lastDigit[1];
 }
 
 /// Units of positions and heights: the heading's, else the likely ones with a warning.
@@ -269,7 +283,7 @@ ReadResult Finish(const ReaderInput& input, Table& table, ImportedProfile& profi
   double xUnit = 1.0;
   double zUnit = 1.0;
   SettleUnits(table, column, xUnit, zUnit, profile);
-  Trace trace{std::move(table.columns[0]), std::move(table.columns[column]), table.lastDigit * xUnit};
+  Trace trace{std::move(table.columns[0]), std::move(table.columns[column]), table.lastDigit[0] * xUnit};
   for (double& x : trace.xUM) x *= xUnit;
   for (double& z : trace.zUM) z = z == kInvalidMark ? kInvalid : z * zUnit;
   std::string wrong = MakeEven(std::move(trace), profile);
@@ -324,7 +338,7 @@ ReadResult ReadValidityTable(const ReaderInput& input, ImportedProfile& profile)
   if (table.manner.columns != 3 || !table.unitsUM[0] || !table.unitsUM[1]) {
     return RefuseAtLine(input, 2, "Units of X and Y are not understood.");
   }
-  Trace trace{std::move(table.columns[0]), std::move(table.columns[1]), table.lastDigit * *table.unitsUM[0]};
+  Trace trace{std::move(table.columns[0]), std::move(table.columns[1]), table.lastDigit[0] * *table.unitsUM[0]};
   for (std::size_t i = 0; i < trace.xUM.size(); ++i) {
     trace.xUM[i] *= *table.unitsUM[0];
     trace.zUM[i] = table.columns[2][i] == 0.0 ? kInvalid : trace.zUM[i] * *table.unitsUM[1];

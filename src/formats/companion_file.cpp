@@ -12,7 +12,7 @@ std::filesystem::path CompanionPath(const std::filesystem::path& path, std::stri
   for (char& c : upper) {
     if (c >= 'a' && c <= 'z') c = static_cast<char>(c - ('a' - 'A'));
   }
-  const std::filesystem::path asWritten = std::filesystem::path(path).replace_extension(extension);
+  std::filesystem::path asWritten = std::filesystem::path(path).replace_extension(extension);
   for (const std::string& spelling : {std::string(extension), LowerAscii(extension), upper}) {
     std::error_code error;
     std::filesystem::path candidate = path;

@@ -20,10 +20,6 @@ constexpr auto kCapacity = static_cast<std::size_t>(kPointCapacity);
 constexpr std::size_t kFewest = 3;  // heights of a file that names itself by nothing but its numbers
 constexpr std::string_view kTooMany = "There are more than 750 000 points.";
 
-std::string HeightsLost(std::size_t line) {
-  return AtLine(line, "not a number");
-}
-
 ReadResult AskSpacingOrRefuse(const ReaderInput& input, ImportedProfile& profile) {
   return AskSpacing(input, 1.0, profile) ? ReadResult::Read() : ReadResult::Refused("no point spacing was given");
 }
@@ -86,7 +82,7 @@ ReadResult ReadPlainSoftgauge(const ReaderInput& input, ImportedProfile& profile
     const std::string_view field = TrimBlanks(*line);
     if (field.empty()) continue;
     const auto height = NumberField(field, true);
-    if (!height) return ReadResult::NotRecognised(HeightsLost(lines.LineNumber()));
+    if (!height) return ReadResult::NotRecognised(AtLine(lines.LineNumber(), "not a number"));
     if (heights.size() == kCapacity) return ReadResult::NotRecognised("there are more than 750 000 heights");
     if (heights.empty()) column.decimals = Decimals(field);
     column.sameDecimals = column.sameDecimals && Decimals(field) == column.decimals;

@@ -129,7 +129,8 @@ TEST_F(HostileFiles, OfManyColumnsAndEmptyLinesTakeBoundedMemory) {
   }
   for (const ProfileReader& reader : AllReaders()) {
     if (reader.read == nullptr) continue;
-    for (const std::string& bytes : {wide, std::string(3'000'000, '\n'), std::string(3'000'000, '1')}) {
+    const std::string lines(3'000'000, '\n');
+    for (const std::string& bytes : {wide, lines, wide.substr(0, 64) + lines, std::string(3'000'000, '1')}) {
       Try(reader, bytes, 1);
     }
   }

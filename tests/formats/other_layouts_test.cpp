@@ -62,6 +62,8 @@ TEST(OtherLayouts, SayWhatTheyAssumedAndRefuse) {
   ASSERT_TRUE(indexed.loaded) << indexed.reason;
   EXPECT_EQ(indexed.profile.heightsUM, (std::vector<double>{5, 6, 7}));
   EXPECT_EQ(indexed.profile.warnings.size(), 2u) << "units and an interpolated point";
+  const ImportOutcome rounded = load("b.txt", "n;mm;um\n1;0,0;1\n2;0,3;2\n3;0,7;4\n4;1,0;8\n");
+  EXPECT_EQ(rounded.profile.heightsUM, (std::vector<double>{1, 2, 4, 8})) << "even but for the printed digits";
   // Positions 0, 1, 2 without a unit only count the points.
   EXPECT_DOUBLE_EQ(load("c.xy", "0 5\n1 6\n2 7\n").profile.spacingUM, 2.0);
   EXPECT_EQ(prompts.questions, std::vector<std::string>{"Enter the data point spacing (um):"});
