@@ -204,9 +204,9 @@ private:
 
 }  // namespace
 
-std::string AnalysisJson(const Document& document, std::string_view file, const std::vector<std::string>& messages,
-                         const AnalysisJsonOptions& options) {
-  JsonWriter json(options.layout);
+void WriteAnalysisJson(std::ostream& out, const Document& document, std::string_view file,
+                       const std::vector<std::string>& messages, const AnalysisJsonOptions& options) {
+  JsonWriter json(options.layout, &out);
   AnalysisJsonWriter writer(document, json);
   json.BeginObject();
   json.Key("file");
@@ -229,7 +229,7 @@ std::string AnalysisJson(const Document& document, std::string_view file, const 
   json.EndArray();
   if (options.withProfiles) writer.Profiles();
   json.EndObject();
-  return json.Result();
+  json.Finish();
 }
 
 }  // namespace texturon

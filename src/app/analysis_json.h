@@ -1,5 +1,6 @@
 #pragma once
 
+#include <iosfwd>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,8 +15,8 @@ struct AnalysisJsonOptions {
   bool withProfiles = false;
 };
 
-/// The JSON object of one analysed file. `file` is in the system's own bytes, `messages` are Windows-1252.
-std::string AnalysisJson(const Document& document, std::string_view file, const std::vector<std::string>& messages,
-                         const AnalysisJsonOptions& options);
+/// Writes the JSON object of one analysed file. `file` is in the system's own bytes, `messages` are Windows-1252.
+void WriteAnalysisJson(std::ostream& out, const Document& document, std::string_view file,
+                       const std::vector<std::string>& messages, const AnalysisJsonOptions& options);
 
 }  // namespace texturon

@@ -23,11 +23,11 @@ void Print(const Document& document, const std::string& file, const ConsolePromp
       std::cout << CsvRow(document, file);
       break;
     case OutputForm::kJson:
-      std::cout << AnalysisJson(document, file, prompts.Messages(),
-                                {.layout = analyze.files.size() > 1 ? JsonWriter::Layout::kOneLine
-                                                                    : JsonWriter::Layout::kIndented,
-                                 .withProfiles = analyze.withProfiles})
-                << "\n";
+      WriteAnalysisJson(
+          std::cout, document, file, prompts.Messages(),
+          {.layout = analyze.files.size() > 1 ? JsonWriter::Layout::kOneLine : JsonWriter::Layout::kIndented,
+           .withProfiles = analyze.withProfiles});
+      std::cout << "\n";
       break;
   }
 }

@@ -1,6 +1,7 @@
 #include "app/json_writer.h"
 
 #include <cmath>
+#include <ostream>
 
 #include "core/number_text.h"
 
@@ -12,7 +13,19 @@ void JsonWriter::NewLine() {
   text_.append(levelHasItems_.size() * 2, ' ');
 }
 
+void JsonWriter::Finish() {
+  if (out_ == nullptr) return;
+  *out_ << text_;
+  text_.clear();
+}
+
+void JsonWriter::PassOn() {
+  constexpr std::size_t kPiece = std::size_t{1} << 16;
+  if (text_.size() > kPiece) Finish();
+}
+
 void JsonWriter::BeforeValue() {
+  PassOn();
   if (afterKey_) {
     afterKey_ = false;
     return;
@@ -112,6 +125,7 @@ void JsonWriter::Numbers(std::span<const double> values) {
   for (std::size_t i = 0; i < values.size(); ++i) {
     if (i > 0) text_ += ", ";
     AppendNumber(values[i]);
+    PassOn();
   }
   text_ += ']';
 }

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <iosfwd>
 #include <span>
 #include <string>
 #include <string_view>
@@ -16,7 +17,8 @@ public:
   /// On several lines for people, or on one.
   enum class Layout { kIndented, kOneLine };
 
-  explicit JsonWriter(Layout layout) : layout_(layout) {}
+  /// Without a stream the text is kept for Result; with one it goes there piece by piece, and nothing is kept.
+  explicit JsonWriter(Layout layout, std::ostream* out = nullptr) : layout_(layout), out_(out) {}
 
   void BeginObject();
   void EndObject();
@@ -36,6 +38,8 @@ public:
   void Integers(std::span<const std::int32_t> values);
 
   const std::string& Result() const { return text_; }
+  /// Passes on what the stream has not got yet.
+  void Finish();
 
 private:
   void Open(char bracket);
@@ -43,8 +47,11 @@ private:
   void BeforeValue();
   void NewLine();
   void AppendNumber(double value);
+  /// Passes the text on when enough of it has gathered.
+  void PassOn();
 
   Layout layout_;
+  std::ostream* out_;
   std::string text_;
   std::vector<bool> levelHasItems_;
   bool afterKey_ = false;

@@ -116,8 +116,9 @@ void CMainFrame::MakeExportMenu() {
 void CMainFrame::MakeViewMenu() {
   QMenu* const menu = menuBar()->addMenu(tr("&View"));
   constexpr std::pair<ProfileKind, Qt::Key> kKinds[] = {
-      {ProfileKind::kRaw, Qt::Key_1},       {ProfileKind::kFormSuppressed, Qt::Key_2}, {ProfileKind::kPrimary, Qt::Key_3},
-      {ProfileKind::kWaviness, Qt::Key_4},  {ProfileKind::kRoughness, Qt::Key_5},      {ProfileKind::kClosing, Qt::Key_6},
+      {ProfileKind::kRaw, Qt::Key_1},       {ProfileKind::kFormSuppressed, Qt::Key_2},
+      {ProfileKind::kPrimary, Qt::Key_3},   {ProfileKind::kWaviness, Qt::Key_4},
+      {ProfileKind::kRoughness, Qt::Key_5}, {ProfileKind::kClosing, Qt::Key_6},
       {ProfileKind::kOpening, Qt::Key_7},
   };
   for (const auto& [kind, key] : kKinds) {
@@ -158,14 +159,14 @@ void CMainFrame::MakeAnalysisMenu() {
   needProfile_ << AddCommand(*menu, tr("Compute on &Zoom"), QKeySequence(Qt::Key_F6),
                              tr("Analyses the stretch in view."), [this] {
                                const QCPRange range = view_->Graph().VisibleX();
-                               const double toMM =
-                                   doc_->document().settings.display.Metric ? 1.0 : kMillimetresPerInch;
+                               const double toMM = doc_->document().settings.display.Metric ? 1.0 : kMillimetresPerInch;
                                doc_->ComputeOver(std::max(range.lower, 0.0) * toMM, range.upper * toMM);
                              });
   needProfile_ << AddCommand(*menu, tr("&Invert"), {}, tr("Turns the profile upside down."),
                              [this] { doc_->Invert(); });
   needProfile_ << AddCommand(*menu, tr("I&dentification..."), {}, tr("Names the measurement."), [this] {
-    const auto text = doc_->prompts().AskText("Enter the new identification:", doc_->document().profiles.identification);
+    const auto text =
+        doc_->prompts().AskText("Enter the new identification:", doc_->document().profiles.identification);
     if (text) doc_->SetIdentification(*text);
   });
 }
@@ -173,11 +174,12 @@ void CMainFrame::MakeAnalysisMenu() {
 void CMainFrame::MakeHelpMenu() {
   QMenu* const menu = menuBar()->addMenu(tr("&Help"));
   AddCommand(*menu, tr("&About"), {}, tr("What this program is."), [this] {
-    QMessageBox::about(this, tr("About Texturon"),
-                       tr("<b>Texturon</b> %1<p>Surface texture analysis of profiles.</p><p>The source is licensed under "
-                          "Apache-2.0. This desktop program links a plotting library under the GNU GPL and is therefore "
-                          "distributed under the GNU GPL version 3; engine and console program are not affected.</p>")
-                           .arg(QApplication::applicationVersion()));
+    QMessageBox::about(
+        this, tr("About Texturon"),
+        tr("<b>Texturon</b> %1<p>Surface texture analysis of profiles.</p><p>The source is licensed under "
+           "Apache-2.0. This desktop program links a plotting library under the GNU GPL and is therefore "
+           "distributed under the GNU GPL version 3; engine and console program are not affected.</p>")
+            .arg(QApplication::applicationVersion()));
   });
 }
 
@@ -227,10 +229,9 @@ void CMainFrame::OnExport(const ExportKind& kind, bool asMod) {
 void CMainFrame::OnExportParameters(bool asks) {
   Settings settings = doc_->document().settings;
   if (asks || settings.display.ParameterFile.empty()) {
-    const QString file =
-        QFileDialog::getSaveFileName(this, tr("Parameter file"), FromText(settings.display.ParameterFile),
-                                     tr("Comma Separated Values (*.csv);;All Files (*)"), nullptr,
-                                     QFileDialog::DontConfirmOverwrite);
+    const QString file = QFileDialog::getSaveFileName(
+        this, tr("Parameter file"), FromText(settings.display.ParameterFile),
+        tr("Comma Separated Values (*.csv);;All Files (*)"), nullptr, QFileDialog::DontConfirmOverwrite);
     if (file.isEmpty()) return;
     settings.display.ParameterFile = ToText(file);
     doc_->ReplaceSettings(settings);

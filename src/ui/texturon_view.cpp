@@ -60,9 +60,9 @@ void CTexturonView::Update(bool showsAll) {
   shownSource_ = document.profiles.sourcePath;
   shownMetric_ = metric;
   graph_->SetCurves(curves, showsAll || !isSame);
-  heading_->setText(doc_.HasProfile() ? FromText(document.profiles.identification + "     " +
-                                                 AnalysisDescription(document))
-                                      : tr("Open a profile, or drop one here."));
+  heading_->setText(doc_.HasProfile()
+                        ? FromText(document.profiles.identification + "     " + AnalysisDescription(document))
+                        : tr("Open a profile, or drop one here."));
 }
 
 }  // namespace texturon
