@@ -9,6 +9,7 @@
 #include "core/number_text.h"
 #include "core/platform.h"
 #include "core/settings_check.h"
+#include "core/settings_file.h"
 #include "core/settings_listing.h"
 #include "formats/extension_table.h"
 #include "parameters/catalogue.h"
@@ -44,7 +45,7 @@ std::string Utf8(std::string_view text) {
 
 int CheckSettingsFile(const std::string& file) {
   const std::filesystem::path path = PathFromSystemText(file);
-  const FileBytes bytes = ReadWholeFile(path);
+  const FileBytes bytes = ReadIniFile(path);
   if (!bytes.ok()) {
     Complain(file + " " + bytes.reason + ".");
     return kExitRefused;

@@ -15,4 +15,8 @@ std::string Utf8FromWindows1252(std::string_view text);
 /// all that it gives.
 std::string Windows1252FromUtf8(std::string_view text);
 
+/// UTF-16 behind its byte-order mark, UTF-16LE without one too, as Windows-1252; UTF-8 without its mark; anything else
+/// as it stands. `storage` holds the text where it had to be made.
+std::string_view PlainText(std::string_view bytes, std::string& storage);
+
 }  // namespace texturon

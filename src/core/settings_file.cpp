@@ -4,6 +4,7 @@
 #include <string_view>
 #include <utility>
 
+#include "core/charset.h"
 #include "core/ini_file.h"
 #include "core/number_text.h"
 #include "core/platform.h"
@@ -57,8 +58,17 @@ std::string UpgradeSettingsText(const std::string& text) {
   return upgraded;
 }
 
-SettingsFileResult LoadSettings(const std::filesystem::path& path, Settings& settings, Prompts& prompts) {
+/// Reads an INI file; one in UTF-16 as Windows-1252.
+FileBytes ReadIniFile(const std::filesystem::path& path) {
   FileBytes read = ReadWholeFile(path);
+  std::string converted;
+  PlainText(read.bytes, converted);
+  if (!converted.empty()) read.bytes = std::move(converted);
+  return read;
+}
+
+SettingsFileResult LoadSettings(const std::filesystem::path& path, Settings& settings, Prompts& prompts) {
+  FileBytes read = ReadIniFile(path);
   if (read.missing) return {.found = false};
   if (!read.ok()) return {.reason = read.reason};
 
@@ -80,7 +90,7 @@ SettingsFileResult LoadSettings(const std::filesystem::path& path, Settings& set
 }
 
 SettingsFileResult SaveSettings(const std::filesystem::path& path, const Settings& settings) {
-  FileBytes former = ReadWholeFile(path);
+  FileBytes former = ReadIniFile(path);
   if (!former.ok() && !former.missing) return {.reason = former.reason};
   IniFile file(std::move(former.bytes));
   SaveSettingsText(file, settings);

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <string>
 
+#include "core/platform.h"
 #include "core/prompts.h"
 #include "core/settings.h"
 
@@ -18,6 +19,9 @@ struct SettingsFileResult {
 
   bool ok() const { return reason.empty(); }
 };
+
+/// Reads an INI file; one in UTF-16 as Windows-1252.
+FileBytes ReadIniFile(const std::filesystem::path& path);
 
 /// Reads a settings file into the settings as LoadSettingsText does; its remarks go to `prompts` as notices. A file of
 /// a layout before 2 is upgraded first, on the disk too where that changes its text; where it cannot be written, the

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include "core/charset.h"
 #include "core/number_text.h"
 #include "core/platform.h"
 #include "core/text.h"

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "core/charset.h"
 #include "core/date_text.h"
 #include "core/number_text.h"
 #include "core/platform.h"

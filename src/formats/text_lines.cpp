@@ -13,34 +13,6 @@ namespace {
 
 constexpr std::size_t kLongestNumber = 400;
 
-/// A code unit as UTF-8; halves of surrogate pairs stay apart and become two question marks.
-void AppendCodeUnit(std::string& utf8, unsigned unit) {
-  if (unit < 0x80) {
-    utf8.push_back(static_cast<char>(unit));
-  } else if (unit < 0x800) {
-    utf8.push_back(static_cast<char>(0xC0 | (unit >> 6)));
-    utf8.push_back(static_cast<char>(0x80 | (unit & 0x3F)));
-  } else if (unit >= 0xD800 && unit <= 0xDFFF) {
-    utf8.push_back('?');
-  } else {
-    utf8.push_back(static_cast<char>(0xE0 | (unit >> 12)));
-    utf8.push_back(static_cast<char>(0x80 | ((unit >> 6) & 0x3F)));
-    utf8.push_back(static_cast<char>(0x80 | (unit & 0x3F)));
-  }
-}
-
-/// Whether a text without a mark begins with letters of two bytes, the higher of which is 0 and comes second.
-bool LooksWide(std::string_view bytes) {
-  constexpr std::size_t kLetters = 8;
-  if (bytes.size() < 2 * kLetters) return false;
-  for (std::size_t i = 0; i < 2 * kLetters; i += 2) {
-    const auto byte = static_cast<unsigned char>(bytes[i]);
-    const bool isLetter = byte >= ' ' || byte == '\t' || byte == '\r' || byte == '\n';
-    if (!isLetter || bytes[i + 1] != '\0') return false;
-  }
-  return true;
-}
-
 }  // namespace
 
 LineCursor::LineCursor(std::string_view text)
@@ -111,22 +83,6 @@ std::optional<double> MicrometresPerUnit(std::string_view unit) {
 
 std::string AtLine(std::size_t line, std::string_view text) {
   return "line " + IntegerText(static_cast<std::int64_t>(line)) + ": " + std::string(text);
-}
-
-std::string_view PlainText(std::string_view bytes, std::string& storage) {
-  if (bytes.starts_with("\xEF\xBB\xBF")) return bytes.substr(3);
-  const bool isBigEndian = bytes.starts_with("\xFE\xFF");
-  const bool isMarked = isBigEndian || bytes.starts_with("\xFF\xFE");
-  if (!isMarked && !LooksWide(bytes)) return bytes;
-  std::string utf8;
-  utf8.reserve(bytes.size() / 2);
-  for (std::size_t i = isMarked ? 2 : 0; i + 1 < bytes.size(); i += 2) {
-    const unsigned first = static_cast<unsigned char>(bytes[i]);
-    const unsigned second = static_cast<unsigned char>(bytes[i + 1]);
-    AppendCodeUnit(utf8, isBigEndian ? first << 8 | second : second << 8 | first);
-  }
-  storage = Windows1252FromUtf8(utf8);
-  return storage;
 }
 
 }  // namespace texturon

@@ -48,8 +48,4 @@ std::optional<double> MicrometresPerUnit(std::string_view unit);
 /// "line 12: text".
 std::string AtLine(std::size_t line, std::string_view text);
 
-/// UTF-16 behind its byte-order mark, UTF-16LE without one too, as Windows-1252; UTF-8 without its mark; anything else
-/// as it stands. `storage` holds the text where it had to be made.
-std::string_view PlainText(std::string_view bytes, std::string& storage);
-
 }  // namespace texturon

@@ -15,8 +15,9 @@ namespace {
 /// A record of heights in steps of 1e-5 um, 10 um apart.
 std::string Record(int points, const std::function<int(int)>& countAt) {
   const std::string n = ScientificText(points, 6);
-  std::string text = "1 2\r\nRECORD 0.000000 PRF\r\nCX M " + n + " MM 1.000000e-002 D\r\nCZ M " + n +
-                     " MM 1.000000e-008 D\r\nEOR\r\nSTYLUS_RADIUS 0.000000e+000 MM\r\nSPACING CX 1.000000e-002 MM\r\nEOR\r\n";
+  std::string text =
+      "1 2\r\nRECORD 0.000000 PRF\r\nCX M " + n + " MM 1.000000e-002 D\r\nCZ M " + n +
+      " MM 1.000000e-008 D\r\nEOR\r\nSTYLUS_RADIUS 0.000000e+000 MM\r\nSPACING CX 1.000000e-002 MM\r\nEOR\r\n";
   for (int i = 0; i < points; ++i) text += IntegerText(countAt(i)) + "\r\n";
   return text + "EOR\r\nEOF\r\n";
 }
@@ -51,9 +52,8 @@ int ToothStep(int i) {
 TEST(PlanProfiles, MotifsOfEqualTeethAreTheTeeth) {
   const ScratchFolder folder;
   const auto height = [](int i) { return 0.05 * ToothStep(i); };
-  const std::string results =
-      RunPlan(folder, "[a]\r\nParameters=R,Rx,AR,W,Wte\r\nFormOption=0\r\nABLength=0.5,2.5\r\n",
-              Record(kTeethPoints, [](int i) { return 5000 * ToothStep(i); }));
+  const std::string results = RunPlan(folder, "[a]\r\nParameters=R,Rx,AR,W,Wte\r\nFormOption=0\r\nABLength=0.5,2.5\r\n",
+                                      Record(kTeethPoints, [](int i) { return 5000 * ToothStep(i); }));
   EXPECT_EQ(results,
             "01/01/2020 00:00:00\r\nMOTIF : GAUSSIAN/ none             A:  0.5000   B: 2.5000\r\n"
             "Result = ?\r\nR = 1.900 um\r\nResult = ?\r\nRx = 1.900 um\r\nResult = ?\r\nAR = 380.000 um\r\n"

@@ -30,6 +30,25 @@ TEST(SettingsFile, SavesAndLoads) {
   EXPECT_TRUE(prompts.notices.empty());
 }
 
+TEST(SettingsFile, ReadsWideText) {
+  const ScratchFolder folder;
+  const std::string narrow = "[TEXTURON]\r\nIniVersion=2.00\r\n[DISPLAY]\r\nCompanyName=M\xFCller\r\n";
+  std::string littleEndian = "\xFF\xFE";
+  std::string bigEndian = "\xFE\xFF";
+  for (const char c : narrow) {
+    littleEndian += c;
+    littleEndian += '\0';
+    bigEndian += '\0';
+    bigEndian += c;
+  }
+  for (const std::string& bytes : {littleEndian, bigEndian}) {
+    RecordingPrompts prompts;
+    Settings settings;
+    EXPECT_TRUE(LoadSettings(folder.Write("wide.ini", bytes), settings, prompts).understoodAll);
+    EXPECT_EQ(settings.display.CompanyName, "M\xFCller");
+  }
+}
+
 TEST(SettingsFile, WhatCannotBeReadOrWritten) {
   const ScratchFolder folder;
   RecordingPrompts prompts;
