@@ -460,7 +460,11 @@ void AppendFile::Open(const std::filesystem::path& path) {
     return;
   }
   if (!Lock(handle_)) {
-    state_ = State::kInUse;
+    if (errno == EWOULDBLOCK || errno == EINTR) {
+      state_ = State::kInUse;
+    } else {
+      outcome_.reason = Failure("cannot be locked", errno);
+    }
     return;
   }
   state_ = State::kHeld;
