@@ -212,9 +212,11 @@ private:
     return Write(OutputFile("RESULTS."), text, FlushFile::kYes) || FailData();
   }
 
-  /// One line without an end; a file that cannot be written is done without.
+  /// One line without an end. In place where the folder takes no new file, so that no earlier status outlives its run;
+  /// a file that cannot be written at all is done without.
   void WriteStatus(std::string_view text) const {
-    (void)ReplaceFile(environment_.workingFolder / "TexturonCommandLine-Status.txt", text, FlushFile::kNo);
+    const std::filesystem::path path = environment_.workingFolder / "TexturonCommandLine-Status.txt";
+    if (!ReplaceFile(path, text, FlushFile::kNo).ok()) (void)WriteSideFile(path, text);
   }
 
   const Environment& environment_;

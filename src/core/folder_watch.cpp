@@ -272,8 +272,8 @@ private:
       if (!IsAtHand(path, content)) return {};
       const std::string reason = Hold(content.bytes);
       if (!reason.empty()) return reason;
-      const FileOutcome moved = MoveToPlace(path, taken_);
-      if (!moved.ok()) return FileSentence(path, moved.reason);
+      std::filesystem::rename(path, taken_, error);
+      if (error) return FileSentence(path, "cannot be renamed (" + error.message() + ")");
     }
     const bool isNew = !IsAtHand(taken_, ReadWholeFile(taken_));
     const FileOutcome ended = isNew ? GiveBack(taken_, path) : RemoveDurably(taken_);
@@ -298,14 +298,17 @@ private:
     constexpr int kAttempts = 16;
     std::filesystem::path copy = PathFromSystemText(atHand_->holdFile);
     const std::filesystem::path name = PathFromSystemText(atHand_->file);
+    const auto isThere = [&copy, &bytes] {
+      const FileBytes former = ReadWholeFile(copy);
+      return former.ok() && former.bytes == bytes;
+    };
     FileOutcome outcome;
-    for (int i = 0; i < kAttempts; ++i) {
+    for (int i = 0; i < kAttempts && !isThere(); ++i) {
+      // The run that was killed may have had another hold folder.
+      if (i > 0 || copy.parent_path() != options_.holdFolder) copy = FreeName(options_.holdFolder, name);
       outcome = CreateFileWith(copy, bytes);
       std::error_code error;
       if (outcome.ok() || !std::filesystem::exists(copy, error)) break;
-      const FileBytes former = ReadWholeFile(copy);
-      if (former.ok() && former.bytes == bytes) return {};
-      copy = FreeName(copy.parent_path(), name);
     }
     return outcome.ok() ? std::string() : FileSentence(copy, outcome.reason);
   }

@@ -9,6 +9,7 @@
 #include "core/number_text.h"
 #include "core/plan_results.h"
 #include "core/platform.h"
+#include "support/child_process.h"
 #include "support/scratch_folder.h"
 #include "support/small_profiles.h"
 
@@ -186,6 +187,25 @@ TEST_F(CommandLineRun, OutputThatCannotBeWrittenIsAFailure) {
   const RunOutcome outcome = Run("[a]\r\nParameters=Ra\r\n");
   EXPECT_FALSE(outcome.done);
   EXPECT_NE(outcome.reason.find("PRIMARY.S4"), std::string::npos) << outcome.reason;
+  EXPECT_EQ(Status(), "ERROR: Could not process data set.");
+}
+
+TEST_F(CommandLineRun, NoEarlierStatusOutlivesItsRunInAFolderThatTakesNoFile) {
+  namespace fs = std::filesystem;
+  fs::permissions(folder_.path(), fs::perms::all);
+  folder_.Write("work/TexturonCommandLine-Status.txt", "File processed.  Results written.");
+  constexpr auto kNoNewFiles = static_cast<fs::perms>(0555);
+  fs::permissions(folder_ / "work", kNoNewFiles);
+  const pid_t child = StartChild([this] {
+    constexpr uid_t kNobody = 65534;
+    if (::getuid() == 0) {
+      if (::chown((folder_ / "work/TexturonCommandLine-Status.txt").c_str(), kNobody, kNobody) != 0) return 2;
+      if (::setuid(kNobody) != 0) return 2;
+    }
+    return Run("[a]\r\nParameters=Ra\r\n", "none.prf").done ? 1 : 0;
+  });
+  EXPECT_EQ(WaitForChild(child), 0);
+  fs::permissions(folder_ / "work", fs::perms::owner_all);
   EXPECT_EQ(Status(), "ERROR: Could not process data set.");
 }
 

@@ -144,28 +144,28 @@ TEST_F(FolderWatch, OneRunAFolder) {
 TEST_F(FolderWatch, NothingIsDeletedWhileItsRowOrCopyCannotBeWritten) {
   Put("a.lmt", SmallProfile(400, 1.0));
   std::filesystem::create_directory(folder_ / "rows.csv");
-  const auto soon = [] {
-    const auto end = std::chrono::steady_clock::now() + 100ms;
-    return [end] { return std::chrono::steady_clock::now() > end; };
-  };
-  EXPECT_EQ(WatchUntil(soon()), "");
+  std::filesystem::create_directory(folder_ / "hold");
+  const auto latest = std::chrono::steady_clock::now() + 100ms;
+  EXPECT_EQ(WatchUntil([latest] { return std::chrono::steady_clock::now() > latest; }), "");
   EXPECT_TRUE(std::filesystem::exists(folder_ / "in/a.lmt"));
   EXPECT_EQ(failures_.size(), 1u) << "said once, not at every poll";
   std::filesystem::remove(folder_ / "rows.csv");
-  // The row goes through, the copy does not: the row must not be written again when it does.
-  folder_.Write("in/.texturon-watch-journal",
-                WatchEntryText({.file = "a.lmt",
-                                .stamp = *StampOf(folder_ / "in/a.lmt"),
-                                .contentHash = ContentHash(SmallProfile(400, 1.0)),
-                                .holdFile = (folder_ / "hold/deeper/a.lmt").string(),
-                                .parameterFile = (folder_ / "rows.csv").string(),
-                                .rowText = "h\r\n\"t  \", \"x/a.lmt    \", \"i\", \"s\", 1, 2\r\n"}));
-  EXPECT_EQ(WatchUntil(soon()), "");
+  // The row goes through, the copy does not.
+  std::thread hindrance([this] {
+    while (!std::filesystem::is_regular_file(folder_ / "rows.csv")) {
+      std::filesystem::remove_all(folder_ / "hold");
+      std::this_thread::sleep_for(100us);
+    }
+    std::filesystem::remove_all(folder_ / "hold");
+  });
+  EXPECT_EQ(WatchUntil([this] { return failures_.size() == 2; }), "");
+  hindrance.join();
   EXPECT_TRUE(std::filesystem::exists(folder_ / "in/a.lmt"));
-  std::filesystem::create_directory(folder_ / "hold/deeper");
+  // The next run holds elsewhere and writes no second row.
+  options_.holdFolder = folder_ / "hold elsewhere";
   EXPECT_EQ(WatchUntil([this] { return !HasWork(); }), "");
   EXPECT_EQ(Rows(), (std::map<std::string, int>{{"a", 1}}));
-  EXPECT_EQ(folder_.Read("hold/deeper/a.lmt"), SmallProfile(400, 1.0));
+  EXPECT_EQ(folder_.Read("hold elsewhere/a.lmt"), SmallProfile(400, 1.0));
 }
 
 TEST_F(FolderWatch, CompletesWhatWasAtHandAndKeepsWhatCameInItsPlace) {
