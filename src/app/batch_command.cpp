@@ -2,6 +2,7 @@
 #include <cmath>
 #include <filesystem>
 #include <iostream>
+#include <map>
 #include <set>
 #include <system_error>
 #include <thread>
@@ -21,6 +22,8 @@ namespace texturon {
 namespace {
 
 using Paths = std::vector<std::filesystem::path>;
+
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 std::string CountText(std::size_t count) {
   return IntegerText(static_cast<std::int64_t>(count));
@@ -62,6 +65,7 @@ std::optional<Paths> FilesOfList(const std::string& list) {
   }
   Paths files;
   std::string_view rest = content.bytes;
+  if (rest.starts_with(kByteOrderMark)) rest.remove_prefix(kByteOrderMark.size());
   while (!rest.empty()) {
     const std::size_t end = std::min(rest.find('\n'), rest.size());
     std::string_view line = rest.substr(0, end);
@@ -70,6 +74,26 @@ std::optional<Paths> FilesOfList(const std::string& list) {
     if (!line.empty()) files.push_back(PathFromSystemText(line));
   }
   return files;
+}
+
+/// Throws where two files of the call are one: either would destroy the other.
+void RefuseOneNameForTwo(const BatchOptions& options) {
+  struct NamedFile {
+    const char* option;
+    const std::string& name;
+  };
+  const NamedFile files[] = {{"--files-from", options.filesFrom},
+                             {"--parameter-file", options.parameterFile},
+                             {"--failures", options.failuresFile},
+                             {"--summary", options.summaryFile}};
+  std::map<std::filesystem::path, const char*> places;
+  for (const NamedFile& file : files) {
+    if (file.name.empty()) continue;
+    std::error_code ignored;
+    const auto [place, isNew] =
+        places.emplace(std::filesystem::weakly_canonical(PathFromSystemText(file.name), ignored), file.option);
+    if (!isNew) throw UsageError{std::string("batch: ") + place->second + " and " + file.option + " are one file."};
+  }
 }
 
 /// Makes the folder for the profiles. False, with a sentence on standard error, when it cannot be had or two files
@@ -127,24 +151,24 @@ int Report(const BatchOptions& options, const FolderBatchOutcome& outcome) {
   if (outcome.skipped > 0) std::cout << ", " << CountText(outcome.skipped) << " left out because they have rows";
   std::cout << "\n";
   if (summary.analysed > 0) std::cout << "\n" << SummaryTable(summary);
-  if (!options.summaryFile.empty()) {
-    const FileOutcome written = ReplaceFile(PathFromSystemText(options.summaryFile), SummaryCsv(summary));
-    if (!written.ok()) {
-      Complain(options.summaryFile + " " + written.reason + ".");
-      return FinishOutput(kExitRefused);
-    }
-  }
   if (!outcome.reason.empty()) Complain(Utf8FromWindows1252(outcome.reason));
   if (!outcome.next.empty()) {
     Complain("stopped before " + SystemTextFromPath(outcome.next) + "; --resume goes on from there.");
   }
-  return FinishOutput(outcome.complete() && summary.failed == 0 ? kExitDone : kExitRefused);
+  bool allWell = outcome.complete() && summary.failed == 0;
+  if (!options.summaryFile.empty()) {
+    const FileOutcome written = ReplaceFile(PathFromSystemText(options.summaryFile), SummaryCsv(summary));
+    if (!written.ok()) Complain(options.summaryFile + " " + written.reason + ".");
+    allWell = allWell && written.ok();
+  }
+  return FinishOutput(allWell ? kExitDone : kExitRefused);
 }
 
 }  // namespace
 
 int RunBatch(const BatchOptions& options, const CommonOptions& common) {
   if (options.folder.empty() == options.filesFrom.empty()) throw UsageError{"batch: give a folder or --files-from."};
+  RefuseOneNameForTwo(options);
   ConsolePrompts prompts({.answersYes = false, .isQuiet = common.quiet});
   const auto setup = PrepareRun(common, prompts);
   if (!setup) return kExitRefused;
@@ -155,8 +179,11 @@ int RunBatch(const BatchOptions& options, const CommonOptions& common) {
     return kExitRefused;
   }
   if (!PrepareProfiles(options.profilesTo, *files)) return kExitRefused;
-  std::error_code ignored;
-  if (!options.failuresFile.empty()) std::filesystem::remove(PathFromSystemText(options.failuresFile), ignored);
+  if (!options.failuresFile.empty()) {
+    const std::filesystem::path failures = PathFromSystemText(options.failuresFile);
+    std::error_code ignored;
+    if (!std::filesystem::is_directory(failures, ignored)) std::filesystem::remove(failures, ignored);
+  }
 
   CatchInterrupts();
   FolderBatchOutcome outcome;

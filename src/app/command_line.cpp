@@ -11,6 +11,7 @@
 #include "app/commands.h"
 #include "core/charset.h"
 #include "core/command_line_run.h"
+#include "core/interrupt.h"
 #include "core/platform.h"
 #include "core/text.h"
 
@@ -194,6 +195,7 @@ int ParseAndRun(CLI::App& app, int argc, char** argv) {
 }  // namespace
 
 int RunProgram(int argc, char** argv) {
+  LetLargeWritesFail();
   if (IsBatchContract(argc, argv)) return RunTestPlan({argv + 1, argv + argc});
   CLI::App app{"Surface texture analysis of profiles."};
   app.name("texturon");

@@ -6,6 +6,7 @@
 #include "core/document_export.h"
 #include "core/pipeline.h"
 #include "core/platform.h"
+#include "core/text.h"
 
 namespace texturon {
 
@@ -21,7 +22,9 @@ std::string ExportKindNames() {
 int RunExport(const ExportOptions& options, const CommonOptions& common) {
   const ExportKind* const kind = FindExportKind(options.kind);
   if (kind == nullptr) throw UsageError{"export: " + options.kind + " is none of " + ExportKindNames() + "."};
-  const ExportFunction make = options.asMod ? kind->makeMod : kind->make;
+  const bool isNamedMod = kind->makeMod != nullptr &&
+                          EqualIgnoringCase(TextFromPath(PathFromSystemText(options.output).extension()), ".mod");
+  const ExportFunction make = options.asMod || isNamedMod ? kind->makeMod : kind->make;
   if (make == nullptr) throw UsageError{"export: " + options.kind + " has no form as --mod."};
 
   ConsolePrompts prompts({.answersYes = common.answer == "yes", .isQuiet = common.quiet});

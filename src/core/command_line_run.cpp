@@ -119,11 +119,16 @@ private:
     if (standard.detected > 0) {
       if (!ProcessDataSet(Family::kStandard, standard, firstPass)) return FailPass();
       firstPass = false;
+    } else {
+      AppendParameterLines(document_, standard, lines_);
     }
     for (const Family family : {Family::kWaviness, Family::kRk, Family::kMotif}) {
       PassPlan pass;
       if (!ReadPass(plan, family, pass)) return FailPass();
-      if (pass.detected == 0) continue;
+      if (pass.detected == 0) {
+        AppendParameterLines(document_, pass, lines_);
+        continue;
+      }
       if (!ProcessDataSet(family, pass, firstPass)) return FailPass();
       firstPass = false;
     }
@@ -146,9 +151,9 @@ private:
     if (document_.profiles.IsEmpty()) return FailData();
     const ComputeOutcome outcome = Compute(document_, prompts, environment_);
     if (outcome != ComputeOutcome::kDone) {
-      const bool hasWords = !prompts.messages().empty();
-      reason_ = FileSentence(dataFile_, hasWords ? "is not analysed: " + prompts.messages().back()
-                                                 : "is not analysed: no primary profile is left");
+      reason_ = FileSentence(dataFile_, outcome == ComputeOutcome::kEmptyPrimary
+                                            ? "is not analysed: no primary profile is left"
+                                            : "is not analysed: there are too few points to compute over");
       return FailData();
     }
     LogEvent("Writing profiles...");
@@ -168,6 +173,7 @@ private:
       SetProfile(document_, MakeProfileSet(std::move(loaded.profile), TextFromPath(dataFile_)));
       LogEvent("Data loaded");
     } else {
+      if (loaded.reason.ends_with('.')) loaded.reason.pop_back();
       reason_ = FileSentence(dataFile_, loaded.reason);
       LogEvent("Could not load data");
     }
@@ -183,9 +189,14 @@ private:
     return outcome.ok();
   }
 
-  bool WriteProfiles(Family family) {
+  /// Where that fails, the first file written says why.
+  void MakeOutputFolder() const {
     std::error_code ignored;
     std::filesystem::create_directories(outputFolder_, ignored);
+  }
+
+  bool WriteProfiles(Family family) {
+    MakeOutputFolder();
     for (const PassProfileFile& file : PassProfileFiles(document_, family)) {
       if (!Write(OutputFile(file.prefix), file.text, FlushFile::kNo)) return false;
     }
@@ -197,12 +208,15 @@ private:
     for (const std::vector<std::string>& list : lines_) {
       for (const std::string& line : list) text += line + "\r\n";
     }
+    MakeOutputFolder();
     return Write(OutputFile("RESULTS."), text, FlushFile::kYes) || FailData();
   }
 
-  /// One line without an end; a file that cannot be written is done without.
+  /// One line without an end. In place where the folder takes no new file, so that no earlier status outlives its run;
+  /// a file that cannot be written at all is done without.
   void WriteStatus(std::string_view text) const {
-    (void)ReplaceFile(environment_.workingFolder / "TexturonCommandLine-Status.txt", text, FlushFile::kNo);
+    const std::filesystem::path path = environment_.workingFolder / "TexturonCommandLine-Status.txt";
+    if (!ReplaceFile(path, text, FlushFile::kNo).ok()) (void)WriteSideFile(path, text);
   }
 
   const Environment& environment_;

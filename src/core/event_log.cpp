@@ -1,11 +1,11 @@
 #include "core/event_log.h"
 
-#include <algorithm>
 #include <chrono>
 #include <string>
 
 #include "core/date_text.h"
 #include "core/platform.h"
+#include "core/text.h"
 
 namespace texturon {
 namespace {
@@ -22,10 +22,7 @@ constexpr std::string_view kAlternative =
 
 void EventLog::LogEvent(std::string_view text) const {
   if (!isOn_) return;
-  std::string entry = EventTimeText(environment_.localTime()) + std::string(text);
-  std::replace_if(
-      entry.begin(), entry.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
-  entry += "\r\n";
+  std::string entry = EventTimeText(environment_.localTime()) + OnOneLine(text) + "\r\n";
   const auto log = WaitForAppendFile(environment_.workingFolder / "TexturonCommandLine-Event.Log", kLockPatience);
   if (log->state() == AppendFile::State::kInUse) return;
   if (log->state() == AppendFile::State::kFailed) {

@@ -9,12 +9,14 @@
 #include <mutex>
 #include <optional>
 #include <string_view>
+#include <system_error>
 #include <thread>
 #include <unordered_map>
 #include <utility>
 
 #include "core/charset.h"
 #include "core/platform.h"
+#include "core/text.h"
 #include "export/parameter_csv.h"
 #include "export/parameter_file.h"
 
@@ -32,7 +34,8 @@ std::optional<std::string> SourceOfRow(std::string_view line) {
   return std::string(line.substr(begin, length));
 }
 
-/// The whole rows of a parameter file by their source, and where the last whole line ends.
+/// The whole rows of a parameter file by their source, and where the last whole line ends: at the start of a file that
+/// has not even its header.
 struct FormerRows {
   std::unordered_map<std::string, int> bySource;
   std::uint64_t wholeSize = 0;
@@ -41,10 +44,14 @@ struct FormerRows {
 FormerRows ReadFormerRows(const std::filesystem::path& parameterFile) {
   FormerRows rows;
   std::ifstream file(parameterFile, std::ios::binary);
-  for (std::string line; std::getline(file, line) && !file.eof();) {
+  bool hasHalfAHeader = false;
+  int lines = 0;
+  for (std::string line; std::getline(file, line) && !file.eof(); ++lines) {
     rows.wholeSize += line.size() + 1;
     if (const auto source = SourceOfRow(line)) ++rows.bySource[*source];
+    hasHalfAHeader = lines == 0 && line.starts_with("\"Time\", ");
   }
+  if (hasHalfAHeader) rows.wholeSize = 0;
   return rows;
 }
 
@@ -87,7 +94,12 @@ public:
     outcome_.total = files_.size();
     const auto jobs = static_cast<std::size_t>(std::max(options_.jobs, 1));
     std::vector<std::thread> workers;
-    for (std::size_t i = 1; i < std::min(jobs, files_.size()); ++i) workers.emplace_back([this] { Work(); });
+    workers.reserve(std::min(jobs, files_.size()));
+    try {
+      for (std::size_t i = 1; i < std::min(jobs, files_.size()); ++i) workers.emplace_back([this] { Work(); });
+    } catch (const std::system_error&) {
+      // As many as the system grants do the work.
+    }
     Work();
     for (std::thread& worker : workers) worker.join();
     FlushRows();
@@ -155,7 +167,7 @@ private:
   }
 
   static std::string FailureLine(const std::filesystem::path& file, const std::string& reason) {
-    return SystemTextFromPath(file) + "\t" + Utf8FromWindows1252(reason) + "\n";
+    return OnOneLine(SystemTextFromPath(file) + "\t" + Utf8FromWindows1252(reason)) + "\n";
   }
 
   bool Append(const std::string& header, const std::string& rows) {
@@ -176,7 +188,11 @@ private:
   void FlushRows() {
     if (outcome_.summary.analysed == 0) return;
     const auto file = WaitForAppendFile(options_.parameterFile, std::chrono::seconds(10));
-    if (file->state() == AppendFile::State::kHeld) (void)file->Flush();
+    const FileOutcome outcome = file->state() == AppendFile::State::kHeld     ? file->Flush()
+                                : file->state() == AppendFile::State::kFailed ? file->outcome()
+                                                                              : FileOutcome{};
+    if (outcome.ok() || !outcome_.reason.empty()) return;
+    outcome_.reason = FileSentence(options_.parameterFile, outcome.reason);
   }
 
   const FolderBatchOptions& options_;

@@ -20,10 +20,16 @@ namespace texturon {
 namespace {
 
 constexpr std::string_view kFailedFolder = "texturon-failed";
+constexpr std::string_view kOurFiles = "TexturonCommandLine-";  // event log and status of runs in this folder
 
-/// A line of the list of files that are done: name, size, time.
+/// A line of the list of files that are done: size, time, name.
 std::string DoneLine(const std::string& file, const FileStamp& stamp) {
-  return IntegerText(static_cast<std::int64_t>(stamp.size)) + "\t" + IntegerText(stamp.time) + "\t" + file + "\n";
+  std::string line = IntegerText(static_cast<std::int64_t>(stamp.size)) + "\t" + IntegerText(stamp.time) + "\t";
+  for (const char c : file) {
+    if (c == '\\' || c == '\n') line += '\\';
+    line += c == '\n' ? 'n' : c;
+  }
+  return line + "\n";
 }
 
 /// `folder / name`, or with a number before the extension where that is taken.
@@ -48,26 +54,24 @@ public:
         environment_(environment),
         observer_(observer),
         log_(environment, options.logsEvents),
+        lockPath_(options.folder / ".texturon-watch-lock"),
         journal_(options.folder / ".texturon-watch-journal"),
+        taken_(options.folder / ".texturon-watch-taken"),
         doneList_(options.folder / ".texturon-watch-done") {}
 
   std::string Run() {
-    const AppendFile lock(options_.folder / ".texturon-watch-lock");
-    if (lock.state() == AppendFile::State::kInUse) {
-      return FileSentence(options_.folder, "is watched already");
-    }
-    if (lock.state() == AppendFile::State::kFailed) {
-      return FileSentence(options_.folder, "cannot be watched: a file in it " + lock.outcome().reason);
-    }
     if (!options_.holdFolder.empty()) {
       std::error_code error;
       std::filesystem::create_directories(options_.holdFolder, error);
       if (error) return FileSentence(options_.holdFolder, "cannot be made (" + error.message() + ")");
+      if (std::filesystem::equivalent(options_.holdFolder, options_.folder, error)) {
+        return FileSentence(options_.holdFolder, "is the watched folder, where what is held would be analysed again");
+      }
     }
-    const std::string reason = Recall();
+    const std::string reason = TakeFolder();
     if (!reason.empty()) return reason;
     while (!Stops()) {
-      Poll();
+      if (HasFolder()) Poll();
       Pause();
     }
     return {};
@@ -83,8 +87,35 @@ private:
       std::this_thread::sleep_for(std::min(kSlice, options_.poll));
   }
 
-  /// Takes up what a former run left: the entry at hand and the files done.
+  /// Locks the folder and takes up what a former run left in it. The reason where it cannot.
+  std::string TakeFolder() {
+    lock_ = std::make_unique<AppendFile>(lockPath_);
+    std::string reason;
+    if (lock_->state() == AppendFile::State::kInUse) {
+      reason = FileSentence(options_.folder, "is watched already");
+    } else if (lock_->state() == AppendFile::State::kFailed) {
+      reason = FileSentence(options_.folder, "cannot be watched: a file in it " + lock_->outcome().reason);
+    } else {
+      reason = Recall();
+    }
+    if (!reason.empty()) lock_.reset();
+    return reason;
+  }
+
+  /// A folder that was gone and has come back, or another of its name, is begun with like at the start.
+  bool HasFolder() {
+    if (lock_ && lock_->IsAt(lockPath_)) return true;
+    seen_.clear();
+    const std::string reason = TakeFolder();
+    if (!reason.empty()) Complain(reason);
+    return reason.empty();
+  }
+
+  /// Takes up the entry at hand and the files done.
   std::string Recall() {
+    atHand_.reset();
+    rowIsWritten_ = false;
+    done_.clear();
     const FileBytes entry = ReadWholeFile(journal_);
     if (!entry.ok() && !entry.missing) return FileSentence(journal_, entry.reason);
     if (entry.ok()) {
@@ -134,6 +165,7 @@ private:
 
   bool IsWanted(const std::filesystem::path& path, const std::string& name) const {
     if (!options_.singleFile.empty()) return name == options_.singleFile;
+    if (name.starts_with(kOurFiles)) return false;
     std::error_code error;
     return options_.parameterFile.empty() || !std::filesystem::equivalent(path, options_.parameterFile, error);
   }
@@ -141,6 +173,7 @@ private:
   /// Analyses one file and sees it through. False: something stands in the way of all files.
   bool Take(const std::filesystem::path& path, const std::string& name, const FileStamp& stamp) {
     log_.LogEvent("Opening DataFile: " + TextFromPath(path) + "...");
+    const std::uint64_t contentHash = ContentHash(ReadWholeFile(path).bytes);
     const FileAnalysis result = AnalyseFile(path, analysis_, environment_);
     if (StampOf(path) != stamp) return true;  // written to in the meantime: it has its turn again
     log_.LogEvent(result.ok() ? "Data loaded" : "Could not load data");
@@ -148,7 +181,7 @@ private:
       SetAside(path, name, stamp, result.reason);
       return true;
     }
-    WatchEntry entry{.file = name, .stamp = stamp};
+    WatchEntry entry{.file = name, .stamp = stamp, .contentHash = contentHash};
     if (options_.deletes && !options_.holdFolder.empty()) {
       entry.holdFile = SystemTextFromPath(FreeName(options_.holdFolder, path.filename()));
     }
@@ -217,11 +250,8 @@ private:
   std::string PutAway() {
     const std::filesystem::path path = options_.folder / PathFromSystemText(atHand_->file);
     if (options_.deletes && options_.singleFile.empty()) {
-      // A file that has changed since is a new measurement, one that is gone was removed before the last run ended.
-      if (StampOf(path) == atHand_->stamp) {
-        const std::string reason = HoldAndRemove(path);
-        if (!reason.empty()) return reason;
-      }
+      const std::string reason = HoldAndRemove(path);
+      if (!reason.empty()) return reason;
     } else {
       const FileOutcome remembered = Remember(DoneLine(atHand_->file, atHand_->stamp));
       if (!remembered.ok()) return FileSentence(doneList_, remembered.reason);
@@ -230,17 +260,57 @@ private:
     return cleared.ok() ? std::string() : FileSentence(journal_, cleared.reason);
   }
 
+  /// The name is taken from the file before it is removed: what has come under that name since the analysis, however
+  /// late, is a new measurement and stays.
   std::string HoldAndRemove(const std::filesystem::path& path) const {
-    if (!atHand_->holdFile.empty()) {
-      const std::filesystem::path copy = PathFromSystemText(atHand_->holdFile);
+    std::error_code error;
+    if (!std::filesystem::exists(taken_, error)) {
       const FileBytes content = ReadWholeFile(path);
+      if (!lock_->IsAt(lockPath_)) return FileSentence(options_.folder, "is gone");
+      if (content.missing) return {};  // removed before the last run ended
       if (!content.ok()) return FileSentence(path, content.reason);
-      if (StampOf(path) != atHand_->stamp) return {};
-      const FileOutcome held = ReplaceFile(copy, content.bytes);
-      if (!held.ok()) return FileSentence(copy, held.reason);
+      if (!IsAtHand(path, content)) return {};
+      const std::string reason = Hold(content.bytes);
+      if (!reason.empty()) return reason;
+      std::filesystem::rename(path, taken_, error);
+      if (error) return FileSentence(path, "cannot be renamed (" + error.message() + ")");
     }
-    const FileOutcome removed = RemoveDurably(path);
-    return removed.ok() ? std::string() : FileSentence(path, removed.reason);
+    const bool isNew = !IsAtHand(taken_, ReadWholeFile(taken_));
+    const FileOutcome ended = isNew ? GiveBack(taken_, path) : RemoveDurably(taken_);
+    return ended.ok() ? std::string() : FileSentence(taken_, ended.reason);
+  }
+
+  bool IsAtHand(const std::filesystem::path& path, const FileBytes& content) const {
+    return content.ok() && ContentHash(content.bytes) == atHand_->contentHash && StampOf(path) == atHand_->stamp;
+  }
+
+  /// Puts a file that was taken by mistake back into the folder.
+  static FileOutcome GiveBack(const std::filesystem::path& taken, const std::filesystem::path& path) {
+    FileOutcome outcome = MoveToNewName(taken, path);
+    if (!outcome.ok()) outcome = MoveToNewName(taken, FreeName(path.parent_path(), path.filename()));
+    return outcome;
+  }
+
+  /// Copies into the hold folder. A copy that is there was made before the last run ended; another file of that name is
+  /// left alone. The reason where it fails.
+  std::string Hold(const std::string& bytes) const {
+    if (atHand_->holdFile.empty()) return {};
+    constexpr int kAttempts = 16;
+    std::filesystem::path copy = PathFromSystemText(atHand_->holdFile);
+    const std::filesystem::path name = PathFromSystemText(atHand_->file);
+    const auto isThere = [&copy, &bytes] {
+      const FileBytes former = ReadWholeFile(copy);
+      return former.ok() && former.bytes == bytes;
+    };
+    FileOutcome outcome;
+    for (int i = 0; i < kAttempts && !isThere(); ++i) {
+      // The run that was killed may have had another hold folder.
+      if (i > 0 || copy.parent_path() != options_.holdFolder) copy = FreeName(options_.holdFolder, name);
+      outcome = CreateFileWith(copy, bytes);
+      std::error_code error;
+      if (outcome.ok() || !std::filesystem::exists(copy, error)) break;
+    }
+    return outcome.ok() ? std::string() : FileSentence(copy, outcome.reason);
   }
 
   FileOutcome Remember(const std::string& line) {
@@ -273,6 +343,10 @@ private:
     reasonFile += ".reason.txt";
     FileOutcome outcome = ReplaceFile(reasonFile, Utf8FromWindows1252(reason) + "\n");
     if (outcome.ok()) outcome = MoveToPlace(path, target);
+    if (outcome.ok() && StampOf(target) != stamp) {  // it was replaced in the meantime
+      outcome = GiveBack(target, path);
+      std::filesystem::remove(reasonFile, error);
+    }
     if (!outcome.ok()) Complain(FileSentence(path, outcome.reason));
   }
 
@@ -281,8 +355,11 @@ private:
   const Environment& environment_;
   const FolderWatchObserver& observer_;
   EventLog log_;
+  std::filesystem::path lockPath_;
   std::filesystem::path journal_;
+  std::filesystem::path taken_;
   std::filesystem::path doneList_;
+  std::unique_ptr<AppendFile> lock_;
   std::optional<WatchEntry> atHand_;
   bool rowIsWritten_ = false;
   std::map<std::string, FileStamp> seen_;

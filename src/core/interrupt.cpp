@@ -18,6 +18,15 @@ void CatchInterrupts() {
   interrupted = 0;
   std::signal(SIGINT, MarkInterrupt);
   std::signal(SIGTERM, MarkInterrupt);
+#ifdef SIGPIPE
+  std::signal(SIGPIPE, SIG_IGN);
+#endif
+}
+
+void LetLargeWritesFail() {
+#ifdef SIGXFSZ
+  std::signal(SIGXFSZ, SIG_IGN);
+#endif
 }
 
 bool Interrupted() {

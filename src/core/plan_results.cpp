@@ -155,6 +155,10 @@ void AppendMotifFiles(const Document& document, std::vector<PassProfileFile>& fi
 
 void AppendPassLines(const Document& document, Family family, const PassPlan& plan, ResultLines& lines) {
   AppendFilterLines(document, family, lines);
+  AppendParameterLines(document, plan, lines);
+}
+
+void AppendParameterLines(const Document& document, const PassPlan& plan, ResultLines& lines) {
   for (const PlannedParameter& parameter : plan.parameters) {
     AppendParameterLines(document, parameter, ListIn(lines, parameter.list));
   }

@@ -19,6 +19,9 @@ using ResultLines = std::array<std::vector<std::string>, kResultLists>;
 /// verdict and value.
 void AppendPassLines(const Document& document, Family family, const PassPlan& plan, ResultLines& lines);
 
+/// Adds the lines of the parameters alone: of a pass that is left out because it can compute none of them.
+void AppendParameterLines(const Document& document, const PassPlan& plan, ResultLines& lines);
+
 /// A profile of a pass with the name of its file, which ends in a full stop and gets the run's extension.
 struct PassProfileFile {
   std::string prefix;

@@ -301,7 +301,21 @@ std::filesystem::path TemporaryName(const std::filesystem::path& path) {
   return path.parent_path() / (".texturon-" + IntegerText(random()) + "-" + IntegerText(counter++) + ".tmp");
 }
 
-FileOutcome WriteAndRename(const std::filesystem::path& target, bool keepPermissions, std::string_view bytes,
+// A second name for the file in place of the first, which cannot replace another file as a rename does.
+bool RenameToNew(const std::filesystem::path& from, const std::filesystem::path& to) {
+  std::error_code error;
+  std::filesystem::create_hard_link(from, to, error);
+  std::error_code ignored;
+  const bool hasNoSecondNames = error && error != std::errc::file_exists && !std::filesystem::exists(to, ignored);
+  if (hasNoSecondNames) return RenameOver(from, to, FlushFile::kYes);
+  errno = error.value();
+  if (!error) FlushFolderOf(to);
+  return !error && std::filesystem::remove(from, ignored);
+}
+
+enum class OldFile { kReplaced, kReplacedKeepingPermissions, kLeft };
+
+FileOutcome WriteAndRename(const std::filesystem::path& target, OldFile oldFile, std::string_view bytes,
                            FlushFile flush) {
   constexpr int kAttempts = 16;
   std::filesystem::path temporary;
@@ -315,13 +329,17 @@ FileOutcome WriteAndRename(const std::filesystem::path& target, bool keepPermiss
   FileOutcome outcome;
   {
     File file(handle);
-    if (keepPermissions) CopyPermissions(file.handle(), target);
+    if (oldFile == OldFile::kReplacedKeepingPermissions) CopyPermissions(file.handle(), target);
     const bool flushes = flush == FlushFile::kYes;
     if (!file.Write(bytes) || (flushes && FlushToDisk(file.handle()) != 0) || !file.Close()) {
       outcome.reason = Failure("cannot be written", errno);
     }
   }
-  if (outcome.ok() && !RenameOver(temporary, target, flush)) outcome.reason = Failure("cannot be replaced", errno);
+  if (outcome.ok() && oldFile == OldFile::kLeft && !RenameToNew(temporary, target)) {
+    outcome.reason = Failure("cannot be created", errno);
+  } else if (outcome.ok() && oldFile != OldFile::kLeft && !RenameOver(temporary, target, flush)) {
+    outcome.reason = Failure("cannot be replaced", errno);
+  }
   if (!outcome.ok()) {
     std::error_code ignored;
     std::filesystem::remove(temporary, ignored);
@@ -409,7 +427,11 @@ FileOutcome ReplaceFile(const std::filesystem::path& path, std::string_view byte
   const bool exists = std::filesystem::exists(status);
   if (exists && !std::filesystem::is_regular_file(status)) return WriteDirectly(target, bytes);
   if (exists && !MayWrite(target)) return {Failure("cannot be written", errno)};
-  return WriteAndRename(target, exists, bytes, flush);
+  return WriteAndRename(target, exists ? OldFile::kReplacedKeepingPermissions : OldFile::kReplaced, bytes, flush);
+}
+
+FileOutcome CreateFileWith(const std::filesystem::path& path, std::string_view bytes) {
+  return WriteAndRename(path, OldFile::kLeft, bytes, FlushFile::kYes);
 }
 
 FileOutcome WriteSideFile(const std::filesystem::path& path, std::string_view bytes) {
@@ -437,6 +459,10 @@ AppendFile::AppendFile(const std::filesystem::path& path) {
   state_ = State::kInUse;
 }
 
+bool AppendFile::IsAt(const std::filesystem::path& path) const {
+  return handle_ >= 0 && IsStillAt(path, handle_);
+}
+
 AppendFile::~AppendFile() {
   if (handle_ >= 0) CloseFile(handle_);
 }
@@ -460,7 +486,11 @@ void AppendFile::Open(const std::filesystem::path& path) {
     return;
   }
   if (!Lock(handle_)) {
-    state_ = State::kInUse;
+    if (errno == EWOULDBLOCK || errno == EINTR) {
+      state_ = State::kInUse;
+    } else {
+      outcome_.reason = Failure("cannot be locked", errno);
+    }
     return;
   }
   state_ = State::kHeld;
@@ -518,6 +548,12 @@ FileOutcome MoveToPlace(const std::filesystem::path& from, const std::filesystem
   const FileOutcome copied = ReplaceFile(to, content.bytes);
   if (!copied.ok()) return {"cannot be moved: " + TextFromPath(to) + " " + copied.reason};
   return RemoveDurably(from);
+}
+
+FileOutcome MoveToNewName(const std::filesystem::path& from, const std::filesystem::path& to) {
+  if (!RenameToNew(from, to)) return {Failure("cannot be moved to " + TextFromPath(to), errno)};
+  FlushFolderOf(from);
+  return {};
 }
 
 FileOutcome RemoveDurably(const std::filesystem::path& path) {

@@ -51,6 +51,9 @@ FileBytes ReadWholeFile(const std::filesystem::path& path);
 enum class FlushFile { kYes, kNo };
 FileOutcome ReplaceFile(const std::filesystem::path& path, std::string_view bytes, FlushFile flush = FlushFile::kYes);
 
+/// The same for a name that nobody has yet; a file that is there already is left as it is.
+FileOutcome CreateFileWith(const std::filesystem::path& path, std::string_view bytes);
+
 /// Writes a file into a folder that others can write to as well: refuses a symbolic link, what is no regular file, and
 /// a file that belongs to somebody else or has a second name.
 FileOutcome WriteSideFile(const std::filesystem::path& path, std::string_view bytes);
@@ -73,6 +76,8 @@ public:
   /// Bytes in the file; 0 for a new one.
   std::uint64_t size() const { return size_; }
   bool endsInsideLine() const { return endsInsideLine_; }
+  /// Whether the file that is held still bears its name.
+  bool IsAt(const std::filesystem::path& path) const;
 
   /// Adds all of `bytes` or nothing: what a full disk took of them is cut off again.
   FileOutcome Append(std::string_view bytes);
@@ -99,6 +104,8 @@ std::unique_ptr<AppendFile> WaitForAppendFile(const std::filesystem::path& path,
 /// Gives a file another name, in another folder too, and returns once that is on the disk. A file of the new name is
 /// replaced.
 FileOutcome MoveToPlace(const std::filesystem::path& from, const std::filesystem::path& to);
+/// The same, but a file of the new name is left as it is and the move refused, where the file system can do that.
+FileOutcome MoveToNewName(const std::filesystem::path& from, const std::filesystem::path& to);
 /// Removes a file for good. One that is not there is no failure.
 FileOutcome RemoveDurably(const std::filesystem::path& path);
 

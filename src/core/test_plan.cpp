@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <unordered_map>
 #include <utility>
 
 #include "core/number_text.h"
@@ -15,17 +16,21 @@ namespace {
 constexpr double kDefaultCutoffMM = 0.8;
 constexpr std::int32_t kMostHybrids = 50;
 
-/// The keys of a plan, whatever their section. The first of a name counts.
+/// The keys of a plan's sections, whatever their names. The first of a name counts.
 class PlanKeys {
 public:
-  explicit PlanKeys(const IniFile& plan) : entries_(plan.Entries()) {}
+  explicit PlanKeys(const IniFile& plan) {
+    const std::vector<IniSectionHeader> sections = plan.Sections();
+    const std::size_t firstLine = sections.empty() ? 0 : sections.front().line;
+    for (const IniEntry& entry : plan.Entries()) {
+      if (!entry.shadowed && entry.line > firstLine) values_.emplace(LowerAscii(entry.key), entry.value);
+    }
+  }
 
   std::optional<std::string_view> Text(std::string_view key) const {
-    const auto entry = std::find_if(entries_.begin(), entries_.end(), [key](const IniEntry& candidate) {
-      return !candidate.shadowed && EqualIgnoringCase(candidate.key, key);
-    });
-    if (entry == entries_.end()) return std::nullopt;
-    return entry->value;
+    const auto found = values_.find(LowerAscii(key));
+    if (found == values_.end()) return std::nullopt;
+    return found->second;
   }
   bool Has(std::string_view key) const { return Text(key).has_value(); }
   double Real(std::string_view key) const {
@@ -40,7 +45,7 @@ public:
   }
 
 private:
-  std::vector<IniEntry> entries_;
+  std::unordered_map<std::string, std::string_view> values_;
 };
 
 /// The keys from which a family takes its filter. An empty name: the family has no such key.
@@ -205,8 +210,7 @@ private:
     hybrid.first = keys_.Real(entry + "_Val1");
     hybrid.second = keys_.Real(entry + "_Val2");
     if (family_ == Family::kMotif && !EqualIgnoringCase(hybrid.type, "PHtp")) {
-      log_("WARNING: Only Primary profiles are supported for motif Htps");
-      return;
+      return Refuse(hybrid, "WARNING: Only Primary profiles are supported for motif Htps");
     }
     AddHybrid(hybrid);
   }
@@ -217,13 +221,13 @@ private:
     const bool isPrimary = letter == 'p';
     const bool isSupported = isPrimary || letter == 'r';
     if (EqualIgnoringCase(kind, "mr")) {
-      if (!isSupported) return log_("WARNING: Only Primary and Roughness bearing ratios are supported");
+      if (!isSupported) return Refuse(hybrid, "WARNING: Only Primary and Roughness bearing ratios are supported");
       AddMaterialRatio(hybrid, isPrimary);
     } else if (EqualIgnoringCase(kind, "Htp")) {
-      if (!isSupported) return log_("WARNING: Only Primary and Roughness Htp's are supported");
+      if (!isSupported) return Refuse(hybrid, "WARNING: Only Primary and Roughness Htp's are supported");
       AddHtp(hybrid, isPrimary);
     } else if (EqualIgnoringCase(kind, "hsc")) {
-      if (!isSupported) return log_("WARNING: Only Primary and Roughness hsc's are supported");
+      if (!isSupported) return Refuse(hybrid, "WARNING: Only Primary and Roughness hsc's are supported");
       AddLevelRow(hybrid, isPrimary ? "Phsc" : "Rhsc",
                   isPrimary ? settings_.PrimaryHSCHeight : settings_.RoughnessHSCHeight);
     } else if (EqualIgnoringCase(kind, "pc") && isSupported) {
@@ -272,7 +276,7 @@ private:
 
   /// A count at a level: the row exists once a pass, so a second level cannot be had.
   void AddLevelRow(const Hybrid& hybrid, const std::string& name, double& level) {
-    if (!hybrid.relativeToMean) return log_("WARNING: " + name + " - must be relative to meanline.");
+    if (!hybrid.relativeToMean) return Refuse(hybrid, "WARNING: " + name + " - must be relative to meanline.");
     const bool isThere = std::any_of(settings_.parameters.begin(), settings_.parameters.end(),
                                      [&name](const ParameterSelection& row) { return row.name == name; });
     if (isThere && level != hybrid.first) return AddUnknown(hybrid.label, hybrid.label, name);
@@ -292,11 +296,20 @@ private:
     ++plan_.detected;
   }
 
-  /// Named in the plan, but never computed: it keeps its lines in the results.
   void AddUnknown(std::string_view shownName, std::string_view planName, std::string_view catalogueName) {
     log_("WARNING:  '" + std::string(planName) + "' - Parameter not implemented.");
-    plan_.parameters.push_back({std::string(shownName), ListOf(family_, catalogueName), PlannedSource::kNone, 0,
-                                ToleranceOf(keys_, planName)});
+    AddUncomputed(shownName, catalogueName);
+  }
+
+  void Refuse(const Hybrid& hybrid, std::string_view warning) {
+    log_(warning);
+    AddUncomputed(hybrid.label, hybrid.type);
+  }
+
+  /// Named in the plan, but never computed: it keeps its lines in the results.
+  void AddUncomputed(std::string_view shownName, std::string_view catalogueName) {
+    plan_.parameters.push_back(
+        {std::string(shownName), ListOf(family_, catalogueName), PlannedSource::kNone, 0, Tolerance{}});
   }
 
   const PlanKeys& keys_;

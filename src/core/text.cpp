@@ -35,6 +35,13 @@ std::string Quoted(std::string_view text) {
   return quoted;
 }
 
+std::string OnOneLine(std::string_view text) {
+  std::string line(text);
+  std::replace_if(
+      line.begin(), line.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
+  return line;
+}
+
 std::string_view TrimBlanks(std::string_view text) {
   constexpr std::string_view kBlanks = " \t\r\n\v\f";
   const std::size_t first = text.find_first_not_of(kBlanks);

@@ -23,6 +23,9 @@ bool ContainsIgnoringCase(std::string_view text, std::string_view part);
 /// "text", for messages.
 std::string Quoted(std::string_view text);
 
+/// The text with blanks for its line breaks.
+std::string OnOneLine(std::string_view text);
+
 /// The text without white space (blanks, tabs and line ends) at its ends.
 std::string_view TrimBlanks(std::string_view text);
 

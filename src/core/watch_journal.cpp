@@ -9,7 +9,7 @@
 namespace texturon {
 namespace {
 
-constexpr std::string_view kFirstLine = "texturon watch 1";
+constexpr std::string_view kFirstLine = "texturon watch 2";
 
 /// The next line, without its end.
 std::optional<std::string_view> TakeLine(std::string_view& text) {
@@ -67,21 +67,31 @@ std::optional<FileStamp> StampOf(const std::filesystem::path& path) {
   return stamp;
 }
 
+std::uint64_t ContentHash(std::string_view bytes) {
+  std::uint64_t hash = 14695981039346656037ULL;  // FNV-1a
+  for (const char c : bytes) hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211ULL;
+  return hash;
+}
+
 std::string WatchEntryText(const WatchEntry& entry) {
   return std::string(kFirstLine) + "\n" + Counted(entry.file) +
          IntegerText(static_cast<std::int64_t>(entry.stamp.size)) + "\n" + IntegerText(entry.stamp.time) + "\n" +
-         Counted(entry.holdFile) + Counted(entry.parameterFile) + IntegerText(static_cast<std::int64_t>(entry.rowAt)) +
-         "\n" + Counted(entry.rowText) + Counted(entry.header);
+         IntegerText(static_cast<std::int64_t>(entry.contentHash)) + "\n" + Counted(entry.holdFile) +
+         Counted(entry.parameterFile) + IntegerText(static_cast<std::int64_t>(entry.rowAt)) + "\n" +
+         Counted(entry.rowText) + Counted(entry.header);
 }
 
 std::optional<WatchEntry> ParseWatchEntry(std::string_view text) {
   WatchEntry entry;
+  std::int64_t hash = 0;
   if (TakeLine(text) != kFirstLine) return std::nullopt;
   const bool isWhole = TakeCounted(text, entry.file) && TakeInteger(text, entry.stamp.size) &&
-                       TakeInteger(text, entry.stamp.time) && TakeCounted(text, entry.holdFile) &&
-                       TakeCounted(text, entry.parameterFile) && TakeInteger(text, entry.rowAt) &&
-                       TakeCounted(text, entry.rowText) && TakeCounted(text, entry.header) && text.empty();
+                       TakeInteger(text, entry.stamp.time) && TakeInteger(text, hash) &&
+                       TakeCounted(text, entry.holdFile) && TakeCounted(text, entry.parameterFile) &&
+                       TakeInteger(text, entry.rowAt) && TakeCounted(text, entry.rowText) &&
+                       TakeCounted(text, entry.header) && text.empty();
   if (!isWhole) return std::nullopt;
+  entry.contentHash = static_cast<std::uint64_t>(hash);
   return entry;
 }
 

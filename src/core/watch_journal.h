@@ -26,12 +26,16 @@ std::optional<FileStamp> StampOf(const std::filesystem::path& path);
 struct WatchEntry {
   std::string file;  ///< name in the watched folder, in the system's own bytes
   FileStamp stamp;
-  std::string holdFile;       ///< where the copy goes; empty: none
-  std::string parameterFile;  ///< empty: no row
-  std::uint64_t rowAt = 0;    ///< size of the parameter file before the row
-  std::string rowText;        ///< all that is added there; the row is its last line
-  std::string header;         ///< for a parameter file that was begun anew in the meantime
+  std::uint64_t contentHash = 0;  ///< of what was analysed
+  std::string holdFile;           ///< where the copy goes; empty: none
+  std::string parameterFile;      ///< empty: no row
+  std::uint64_t rowAt = 0;        ///< size of the parameter file before the row
+  std::string rowText;            ///< all that is added there; the row is its last line
+  std::string header;             ///< for a parameter file that was begun anew in the meantime
 };
+
+/// Tells a file from another that took its name, size and time.
+std::uint64_t ContentHash(std::string_view bytes);
 
 std::string WatchEntryText(const WatchEntry& entry);
 /// Nothing for a text that WatchEntryText did not make.

@@ -93,7 +93,8 @@ std::string HtpColumn(const HtpRow& row) {
 
 int DecimalsOf(std::string_view name) {
   constexpr std::array<std::string_view, 8> kSixDecimals = {"Pm0", "Rm0", "Pm2", "Rm2", "Pm4", "Rm4", "Rsm", "Psm"};
-  const bool isListed = std::find(kSixDecimals.begin(), kSixDecimals.end(), name) != kSixDecimals.end();
+  const bool isListed = std::any_of(kSixDecimals.begin(), kSixDecimals.end(),
+                                    [name](std::string_view listed) { return EqualIgnoringCase(listed, name); });
   return isListed || name.starts_with('A') ? 6 : 3;
 }
 
@@ -134,14 +135,6 @@ struct RatioColumns {
   }
 };
 
-/// A text that stays one field of one line.
-std::string OneField(std::string_view text) {
-  std::string field(text);
-  std::replace_if(
-      field.begin(), field.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
-  return field;
-}
-
 }  // namespace
 
 std::string ParameterCsvHeader(const ParameterCsvInput& input) {
@@ -150,7 +143,7 @@ std::string ParameterCsvHeader(const ParameterCsvInput& input) {
   std::string labels = R"("   ", "     ", "             ", "       ")";
   for (const ParameterDef& row : input.catalogue.rows) {
     if (!row.selected) continue;
-    titles += InColumn(OneField(row.name));
+    titles += InColumn(OnOneLine(row.name));
     labels += InColumn(LabelOf(row, input.settings.analysis, display.Metric));
   }
   const RatioColumns columns{input};
@@ -177,16 +170,16 @@ std::string ParameterCsvSettingsText(const ParameterCsvInput& input) {
 }
 
 std::string ParameterCsvSource(std::string_view path) {
-  std::string source = OneField(path);
+  std::string source = OnOneLine(path);
   std::replace(source.begin(), source.end(), ',', ';');
   return source;
 }
 
 std::string ParameterCsvRow(const ParameterCsvInput& input) {
   const bool metric = input.settings.display.Metric;
-  std::string line = "\"" + OneField(input.time) + "  \", \"" + ParameterCsvSource(input.source) + "    \", \"" +
-                     OneField(input.identification) + "            \", \"" + OneField(ParameterCsvSettingsText(input)) +
-                     "      \"";
+  std::string line = "\"" + OnOneLine(input.time) + "  \", \"" + ParameterCsvSource(input.source) + "    \", \"" +
+                     OnOneLine(input.identification) + "            \", \"" +
+                     OnOneLine(ParameterCsvSettingsText(input)) + "      \"";
   for (const ParameterDef& row : input.catalogue.rows) {
     if (!row.selected) continue;
     line += Value(row.valid, metric ? row.value : row.value * row.imperialFactor, DecimalsOf(row.name));

@@ -1,6 +1,7 @@
 #include "export/profile_export.h"
 
 #include "core/number_text.h"
+#include "core/text.h"
 #include "core/units.h"
 
 namespace texturon {
@@ -32,7 +33,7 @@ std::string ShortCutoffText(double cutoffMM) {
 }
 
 std::string QuotedLine(std::string_view text) {
-  return "\"" + std::string(text) + "\"" + std::string(kLineEnd);
+  return "\"" + OnOneLine(text) + "\"" + std::string(kLineEnd);
 }
 
 std::string ExportHead(const ExportSource& source) {

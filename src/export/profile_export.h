@@ -17,7 +17,7 @@ struct ExportSource {
 /// The lines `"File:", "..."` and `"Identification:", "..."` and an empty line, with which every export begins.
 std::string ExportHead(const ExportSource& source);
 
-/// `text` in quotes on a line of its own.
+/// `text` in quotes on a line of its own; its line breaks become blanks.
 std::string QuotedLine(std::string_view text);
 
 /// "Short Cutoff = 0.0025 mm", which stands on the settings line of what comes from the primary profile.

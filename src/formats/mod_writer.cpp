@@ -5,9 +5,9 @@
 #include <initializer_list>
 
 #include "core/number_text.h"
+#include "core/text.h"
 #include "core/units.h"
 #include "formats/prf_records.h"
-#include "formats/profile_writer.h"
 
 namespace texturon {
 namespace {

@@ -5,7 +5,6 @@
 
 #include "core/number_text.h"
 #include "core/text.h"
-#include "formats/profile_writer.h"
 
 namespace texturon {
 namespace {

@@ -27,11 +27,4 @@ FileOutcome WriteProfileText(std::filesystem::path& path, std::string_view exten
   return outcome;
 }
 
-std::string OnOneLine(std::string_view text) {
-  std::string line(text);
-  std::replace_if(
-      line.begin(), line.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
-  return line;
-}
-
 }  // namespace texturon

@@ -28,7 +28,4 @@ using WriteFunction = FileOutcome (*)(std::filesystem::path& path, const Profile
 FileOutcome WriteProfileText(std::filesystem::path& path, std::string_view extension, const ProfileToWrite& profile,
                              double spacingStepUM, std::string (*format)(const ProfileToWrite&), Prompts& prompts);
 
-/// The text with its line breaks made blanks, so that it stays on one line of a header.
-std::string OnOneLine(std::string_view text);
-
 }  // namespace texturon

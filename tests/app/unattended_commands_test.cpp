@@ -5,7 +5,9 @@
 #include <csignal>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <iostream>
 #include <string>
+#include <sys/resource.h>
 #include <thread>
 #include <vector>
 
@@ -30,6 +32,9 @@ TEST(ExportCommand, WritesToAFileOrStandardOutput) {
   const std::string path = (folder / "r.csv").string();
   EXPECT_EQ(Texturon({"export", "--no-trace", Sample("ground.lmt"), "roughness", "-o", path}).status, 0);
   EXPECT_EQ(folder.Read("r.csv"), shown.out);
+  const std::string form = (folder / "w.MOD").string();
+  EXPECT_EQ(Texturon({"export", "--no-trace", Sample("ground.lmt"), "waviness", "-o", form}).status, 0);
+  EXPECT_TRUE(folder.Read("w.MOD").starts_with("1 2\r\nTXRN_  0.000000e+000 MOD\r\n"));
 }
 
 TEST(ExportCommand, WritesEveryKindOrSaysWhyNot) {
@@ -107,12 +112,79 @@ TEST(BatchCommand, AnalysesTheReadableFilesOfAFolder) {
       Texturon({"batch", in, "--mask", "*.pdf", "--parameter-file", csv, "--failures", (outputs / "f.txt").string()});
   EXPECT_EQ(masked.status, 1);
   EXPECT_TRUE(outputs.Read("f.txt").starts_with((folder / "notes.pdf").string() + "\t"));
-  outputs.Write("list.txt", (folder / "b.lmt").string() + "\r\n\n" + (folder / "none.lmt").string());
+  outputs.Write("list.txt", "\xEF\xBB\xBF" + (folder / "b.lmt").string() + "\r\n\n" + (folder / "none.lmt").string());
   const Outcome listed = Texturon({"batch", "--files-from", (outputs / "list.txt").string(), "--parameter-file", csv});
   EXPECT_TRUE(listed.out.starts_with("1 analysed, 1 failed\n")) << listed.out;
   EXPECT_NE(listed.error.find("none.lmt"), std::string::npos);
   EXPECT_EQ(Texturon({"batch", "--parameter-file", csv}).status, 2);
   EXPECT_EQ(Texturon({"batch", (folder / "none").string(), "--parameter-file", csv}).status, 1);
+}
+
+TEST(BatchCommand, RefusesOutputsThatWouldDestroyEachOther) {
+  const ScratchFolder folder;
+  folder.Write("a.lmt", SmallProfile(400, 1.0));
+  folder.Write("rows.csv", "rows of last week\r\n");
+  folder.Write("list.txt", (folder / "a.lmt").string() + "\n");
+  const std::string rows = (folder / "rows.csv").string();
+  const std::string list = (folder / "list.txt").string();
+  const std::string detour = (folder / "x/../rows.csv").string();
+  const std::vector<std::string> cases[] = {
+      {"--parameter-file", rows, "--failures", rows},
+      {"--parameter-file", rows, "--summary", detour},
+      {"--parameter-file", rows + ".new", "--failures", list},
+  };
+  for (const std::vector<std::string>& outputs : cases) {
+    std::vector<std::string> call = {"batch", "--files-from", list};
+    call.insert(call.end(), outputs.begin(), outputs.end());
+    const Outcome run = Texturon(call);
+    EXPECT_EQ(run.status, 2);
+    EXPECT_NE(run.error.find("are one file"), std::string::npos) << run.error;
+    EXPECT_EQ(folder.Read("rows.csv"), "rows of last week\r\n");
+    EXPECT_EQ(folder.Read("list.txt"), (folder / "a.lmt").string() + "\n");
+  }
+}
+
+// Every command, where a file-size limit stands for a full disk: whole rows or none, no leavings, and a sentence.
+TEST(Commands, SayThatTheDiskIsFull) {
+  const ScratchFolder folder;
+  std::filesystem::create_directory(folder / "in");
+  for (const char* name : {"in/a.lmt", "in/b.lmt", "in/c.lmt"}) folder.Write(name, SmallProfile(400, 1.0));
+  folder.Write("p.ini", "[a]\nParameters=Ra\n");
+  const std::string in = (folder / "in").string();
+  const std::string file = (folder / "in/a.lmt").string();
+  const auto at = [&folder](const char* name) { return (folder / name).string(); };
+  struct Case {
+    std::vector<std::string> call;
+    rlim_t limit;
+    std::string complaint;
+  };
+  const Case cases[] = {
+      {{"batch", in, "--parameter-file", at("r1.csv"), "--jobs", "1"}, 1024, "--resume goes on from there"},
+      {{"batch", in, "--parameter-file", at("r2.csv"), "--summary", in, "--jobs", "1"}, 1024, "r2.csv cannot be"},
+      {{"analyze", "--no-trace", "--quiet", "--append-to", at("r3.csv"), file}, 500, "r3.csv cannot be written"},
+      {{"export", "--no-trace", file, "raw", "-o", at("raw.csv")}, 1024, "raw.csv cannot be written"},
+      {{"convert", file, at("b.prf")}, 1024, "b.prf"},
+      {{at("p.ini"), file, at("out")}, 1024, "PRIMARY.aa cannot be written"},
+  };
+  for (const Case& c : cases) {
+    const pid_t child = StartChild([&folder, &c] {
+      std::filesystem::current_path(folder.path());
+      const rlimit limit{c.limit, c.limit};
+      ::setrlimit(RLIMIT_FSIZE, &limit);
+      const Outcome run = Texturon(c.call);
+      if (run.error.find(c.complaint) == std::string::npos) std::cerr << run.error;
+      return run.status == 1 && run.error.find(c.complaint) != std::string::npos ? 0 : 1;
+    });
+    EXPECT_EQ(WaitForChild(child), 0) << c.complaint;
+  }
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.path())) {
+    if (!entry.is_regular_file()) continue;
+    const std::string bytes = ReadWholeFile(entry.path()).bytes;
+    EXPECT_FALSE(entry.path().filename().string().starts_with('.')) << entry.path();
+    if (entry.path().extension() == ".csv" && !bytes.empty()) {
+      EXPECT_TRUE(bytes.ends_with("\r\n")) << entry.path();
+    }
+  }
 }
 
 TEST(WatchCommand, EndsInOrderOnASignal) {

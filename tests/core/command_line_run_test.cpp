@@ -9,7 +9,9 @@
 #include "core/number_text.h"
 #include "core/plan_results.h"
 #include "core/platform.h"
+#include "support/child_process.h"
 #include "support/scratch_folder.h"
+#include "support/small_profiles.h"
 
 namespace texturon {
 namespace {
@@ -123,6 +125,16 @@ TEST_F(CommandLineRun, WritesEveryByteOfAStandardAndAWavinessPass) {
   EXPECT_EQ(Log(), log);
 }
 
+TEST_F(CommandLineRun, WhatCannotBeHadKeepsItsLines) {
+  const RunOutcome outcome =
+      Run("Parameters=Pq\r\n[a]\r\nParameters=Rfoo,Wfoo\r\nMaxHybrids=2\r\nHybrids_0_Type=Wmr\r\n"
+          "Hybrids_1_Type=Rhsc\r\nHybrids_1_Label=spots\r\nHybrids_1_Mode=1\r\nspots_Checked=1\r\nspots_Max=1\r\n");
+  ASSERT_TRUE(outcome.done) << outcome.reason;
+  EXPECT_EQ(Results(),
+            "04/03/2015 09:05:07\r\nResult = ?\r\nWmr = ****\r\nResult = ?\r\nRfoo = ****\r\n"
+            "Result = ?\r\nspots = ****\r\nResult = ?\r\nWfoo = ****\r\n");
+}
+
 TEST_F(CommandLineRun, FirstPassThatAnalysesLoadsTheData) {
   SwitchLogOn();
   ASSERT_TRUE(Run("[a]\r\nParameters=Wa\r\n").done);
@@ -139,21 +151,29 @@ TEST_F(CommandLineRun, EveryFailureSaysSoAndWritesNoResults) {
     std::string planName;
     std::string status;
     std::string lastEvent;
+    std::string reason;
   };
-  folder_.Write("short.prf", "1 2\r\nS 0.0 PRF\r\n");
+  folder_.Write("damaged.prf", "1 2\r\nS 0.0 PRF\r\n");
+  folder_.Write("short.lmt", SmallProfile(20, 1.0));
   const std::string plan = "[a]\r\nParameters=Ra\r\n";
   const Case cases[] = {
-      {plan, "S1234.prf", "plan.txt", "", "First command line argument was not an INI."},
-      {"Parameters=Ra\r\n", "S1234.prf", "p.ini", "Processing INI file...", "0 sections found in INI."},
-      {plan, "none.prf", "p.Ini", "ERROR: Could not process data set.", "ERROR: Cannot process data file"},
-      {plan, "short.prf", "p.ini", "ERROR: Could not process data set.", "ERROR: Cannot process data file"},
+      {plan, "S1234.prf", "plan.txt", "", "First command line argument was not an INI.", "was not an INI."},
+      {"Parameters=Ra\r\n", "S1234.prf", "p.ini", "Processing INI file...", "0 sections found in INI.",
+       "has no section."},
+      {plan, "none.prf", "p.Ini", "ERROR: Could not process data set.", "ERROR: Cannot process data file",
+       "none.prf does not exist."},
+      {plan, "damaged.prf", "p.ini", "ERROR: Could not process data set.", "ERROR: Cannot process data file",
+       "damaged.prf is "},
+      {plan, "short.lmt", "p.ini", "ERROR: Could not process data set.", "ERROR: Cannot process data file",
+       "is not analysed: there are too few points to compute over."},
   };
   SwitchLogOn();
   for (const Case& c : cases) {
     std::filesystem::remove(folder_ / "work/TexturonCommandLine-Status.txt");
     const RunOutcome outcome = Run(c.plan, c.data, c.planName);
     EXPECT_FALSE(outcome.done);
-    EXPECT_FALSE(outcome.reason.empty());
+    EXPECT_NE(outcome.reason.find(c.reason), std::string::npos) << outcome.reason;
+    EXPECT_FALSE(outcome.reason.ends_with("..")) << outcome.reason;
     EXPECT_EQ(Status(), c.status);
     EXPECT_TRUE(Log().ends_with(": " + c.lastEvent + "\r\n")) << Log();
     EXPECT_FALSE(std::filesystem::exists(folder_ / "out"));
@@ -167,6 +187,25 @@ TEST_F(CommandLineRun, OutputThatCannotBeWrittenIsAFailure) {
   const RunOutcome outcome = Run("[a]\r\nParameters=Ra\r\n");
   EXPECT_FALSE(outcome.done);
   EXPECT_NE(outcome.reason.find("PRIMARY.S4"), std::string::npos) << outcome.reason;
+  EXPECT_EQ(Status(), "ERROR: Could not process data set.");
+}
+
+TEST_F(CommandLineRun, NoEarlierStatusOutlivesItsRunInAFolderThatTakesNoFile) {
+  namespace fs = std::filesystem;
+  fs::permissions(folder_.path(), fs::perms::all);
+  folder_.Write("work/TexturonCommandLine-Status.txt", "File processed.  Results written.");
+  constexpr auto kNoNewFiles = static_cast<fs::perms>(0555);
+  fs::permissions(folder_ / "work", kNoNewFiles);
+  const pid_t child = StartChild([this] {
+    constexpr uid_t kNobody = 65534;
+    if (::getuid() == 0) {
+      if (::chown((folder_ / "work/TexturonCommandLine-Status.txt").c_str(), kNobody, kNobody) != 0) return 2;
+      if (::setuid(kNobody) != 0) return 2;
+    }
+    return Run("[a]\r\nParameters=Ra\r\n", "none.prf").done ? 1 : 0;
+  });
+  EXPECT_EQ(WaitForChild(child), 0);
+  fs::permissions(folder_ / "work", fs::perms::owner_all);
   EXPECT_EQ(Status(), "ERROR: Could not process data set.");
 }
 
@@ -222,7 +261,7 @@ TEST(TestPlan, SortsNamesIntoFamiliesAndWarnsOfWhatItCannotDo) {
   };
   const Case cases[] = {
       {Family::kStandard,
-       {"RSm", "Fp", "Rpc", "Rmr"},
+       {"RSm", "Fp", "Wmr", "WHtp", "Phsc", "Rpc", "Rmr"},
        {"WARNING: Only Primary and Roughness bearing ratios are supported",
         "WARNING: Only Primary and Roughness Htp's are supported", "WARNING: Phsc - must be relative to meanline.",
         "STD: 4 parameters detected"},
@@ -232,7 +271,7 @@ TEST(TestPlan, SortsNamesIntoFamiliesAndWarnsOfWhatItCannotDo) {
       {Family::kWaviness, {"Wa"}, {"W: 1 parameters detected"}, kFilterSplineGaussian, 0.8, 0.0},
       {Family::kRk, {"Rk", "Mr1", "CV"}, {"RK: 3 parameters detected"}, kFilterIso13565, 0.8, 0.8 / 300.0},
       {Family::kMotif,
-       {"Wx", "AW", "PHtp"},
+       {"Wx", "AW", "RHtp", "PHtp"},
        {"WARNING: Only Primary profiles are supported for motif Htps", "MOTIF: 3 parameters detected"},
        kFilterRobustGaussian,
        0.25,

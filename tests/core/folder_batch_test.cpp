@@ -144,6 +144,24 @@ TEST_F(FolderBatch, StoppedRunLeavesAWholeBeginningThatResumeCompletes) {
   EXPECT_EQ(Rows(), AllRows());
 }
 
+TEST_F(FolderBatch, ResumeBeginsAnewWhereNotEvenTheHeaderIsWhole) {
+  EXPECT_TRUE(Run().complete());
+  const std::string whole = folder_.Read("rows.csv");
+  options_.resume = true;
+  for (const std::size_t left : {whole.find("Source"), whole.find("\r\n") + 8}) {
+    folder_.Write("rows.csv", whole.substr(0, left));
+    EXPECT_TRUE(Run().complete());
+    EXPECT_EQ(folder_.Read("rows.csv"), whole);
+  }
+}
+
+TEST_F(FolderBatch, AFailureIsOneLineWhateverTheName) {
+  options_.files = {folder_ / "in/lost\r\nand\tfound.lmt"};
+  EXPECT_EQ(Run().summary.failed, 1U);
+  const std::string failures = folder_.Read("failures.txt");
+  EXPECT_EQ(std::count(failures.begin(), failures.end(), '\n'), 1) << failures;
+}
+
 TEST_F(FolderBatch, TwoRunsAtOnceIntoOneFileLoseAndTearNothing) {
   const auto work = [this] { return Run().complete() ? 0 : 1; };
   options_.failuresFile.clear();

@@ -144,29 +144,135 @@ TEST_F(FolderWatch, OneRunAFolder) {
 TEST_F(FolderWatch, NothingIsDeletedWhileItsRowOrCopyCannotBeWritten) {
   Put("a.lmt", SmallProfile(400, 1.0));
   std::filesystem::create_directory(folder_ / "rows.csv");
-  const auto soon = [] {
-    const auto end = std::chrono::steady_clock::now() + 100ms;
-    return [end] { return std::chrono::steady_clock::now() > end; };
-  };
-  EXPECT_EQ(WatchUntil(soon()), "");
+  std::filesystem::create_directory(folder_ / "hold");
+  const auto latest = std::chrono::steady_clock::now() + 100ms;
+  EXPECT_EQ(WatchUntil([latest] { return std::chrono::steady_clock::now() > latest; }), "");
   EXPECT_TRUE(std::filesystem::exists(folder_ / "in/a.lmt"));
   EXPECT_EQ(failures_.size(), 1u) << "said once, not at every poll";
   std::filesystem::remove(folder_ / "rows.csv");
-  // The row goes through, the copy does not: the row must not be written again when it does.
-  std::filesystem::create_directory(folder_ / "hold/a.lmt");
-  std::filesystem::create_directory(folder_ / "hold/a-2.lmt");
-  folder_.Write("in/.texturon-watch-journal",
-                WatchEntryText({.file = "a.lmt",
-                                .stamp = *StampOf(folder_ / "in/a.lmt"),
-                                .holdFile = (folder_ / "hold/a.lmt").string(),
-                                .parameterFile = (folder_ / "rows.csv").string(),
-                                .rowText = "h\r\n\"t  \", \"x/a.lmt    \", \"i\", \"s\", 1, 2\r\n"}));
-  EXPECT_EQ(WatchUntil(soon()), "");
+  // The row goes through, the copy does not.
+  std::thread hindrance([this] {
+    while (!std::filesystem::is_regular_file(folder_ / "rows.csv")) {
+      std::filesystem::remove_all(folder_ / "hold");
+      std::this_thread::sleep_for(100us);
+    }
+    std::filesystem::remove_all(folder_ / "hold");
+  });
+  EXPECT_EQ(WatchUntil([this] { return failures_.size() == 2; }), "");
+  hindrance.join();
   EXPECT_TRUE(std::filesystem::exists(folder_ / "in/a.lmt"));
-  std::filesystem::remove(folder_ / "hold/a.lmt");
+  // The next run holds elsewhere and writes no second row.
+  options_.holdFolder = folder_ / "hold elsewhere";
   EXPECT_EQ(WatchUntil([this] { return !HasWork(); }), "");
   EXPECT_EQ(Rows(), (std::map<std::string, int>{{"a", 1}}));
-  EXPECT_EQ(folder_.Read("hold/a.lmt"), SmallProfile(400, 1.0));
+  EXPECT_EQ(folder_.Read("hold elsewhere/a.lmt"), SmallProfile(400, 1.0));
+}
+
+TEST_F(FolderWatch, CompletesWhatWasAtHandAndKeepsWhatCameInItsPlace) {
+  const std::string old = SmallProfile(400, 1.0);
+  const std::string anew = SmallProfile(400, 2.0);
+  ASSERT_EQ(old.size(), anew.size());
+  struct Case {
+    std::string inFolder;  // under the file's name
+    std::string taken;     // what the run that was killed had taken from the folder
+    std::string held;
+    int rows;
+    std::vector<std::string> heldThen;
+  };
+  const Case cases[] = {
+      {old, "", "", 1, {old}},                        // killed after the row
+      {old, "", old, 1, {old}},                       // after the copy
+      {"", old, old, 1, {old}},                       // after it was taken
+      {"", "", old, 1, {old}},                        // after its removal
+      {anew, old, old, 2, {old, anew}},               // and another of its name came
+      {anew, "", "", 2, {anew}},                      // overwritten with another of its size and time
+      {"", anew, old, 2, {old, anew}},                // the same, at the very last moment
+      {anew, anew, old, 3, {old, anew, anew}},        // and another of its name came
+      {old, "", "another's", 1, {"another's", old}},  // the name was taken in the hold folder
+  };
+  for (const Case& c : cases) {
+    for (const char* name : {"in", "hold", "rows.csv"}) std::filesystem::remove_all(folder_ / name);
+    std::filesystem::create_directory(folder_ / "in");
+    std::filesystem::create_directory(folder_ / "hold");
+    const auto time = std::filesystem::file_time_type::clock::now() - 1h;
+    WatchEntry entry{.file = "a.lmt",
+                     .contentHash = ContentHash(old),
+                     .holdFile = (folder_ / "hold/a.lmt").string(),
+                     .parameterFile = (folder_ / "rows.csv").string(),
+                     .rowText = "h\r\n\"t  \", \"x/a.lmt    \", \"i\", \"s\", 1, 2\r\n"};
+    const auto put = [&](const char* place, const std::string& content) {
+      if (content.empty()) return;
+      folder_.Write(place, content);
+      std::filesystem::last_write_time(folder_ / place, time);
+    };
+    put("stamp", old);
+    entry.stamp = *StampOf(folder_ / "stamp");
+    put("in/a.lmt", c.inFolder);
+    put("in/.texturon-watch-taken", c.taken);
+    put("hold/a.lmt", c.held);
+    folder_.Write("in/.texturon-watch-journal", WatchEntryText(entry));
+    EXPECT_EQ(WatchUntil([this] { return !HasWork(); }), "");
+    std::vector<std::string> held;
+    for (const char* name : {"hold/a.lmt", "hold/a-2.lmt", "hold/a-3.lmt", "hold/a-2-2.lmt"}) {
+      if (std::filesystem::exists(folder_ / name)) held.push_back(folder_.Read(name));
+    }
+    int rows = 0;
+    for (const auto& [name, count] : Rows()) rows += count;
+    EXPECT_EQ(rows, c.rows) << "case " << &c - cases;
+    EXPECT_EQ(held, c.heldThen) << "case " << &c - cases;
+    EXPECT_FALSE(std::filesystem::exists(folder_ / "in/.texturon-watch-taken"));
+  }
+}
+
+TEST_F(FolderWatch, NamesOfAnyBytesAreRememberedAndOurOwnFilesLeftAlone) {
+  options_.deletes = false;
+  options_.logsEvents = true;
+  environment_.workingFolder = folder_ / "in";
+  const std::vector<std::string> names = {"a\nb.lmt", "a\\nb.lmt", "tab\t.lmt", "\xFF\xFE.lmt", "%s \"q\".lmt"};
+  for (const std::string& name : names) Put(name, SmallProfile(400, 1.0));
+  for (int run = 0; run < 2; ++run) {
+    const auto end = std::chrono::steady_clock::now() + 200ms;
+    EXPECT_EQ(WatchUntil([end] { return std::chrono::steady_clock::now() > end; }), "");
+  }
+  const std::string rows = folder_.Read("rows.csv");
+  EXPECT_EQ(std::count(rows.begin(), rows.end(), '\n'), 2 + static_cast<int>(names.size()));
+  EXPECT_TRUE(failures_.empty()) << failures_[0];
+  const std::string log = folder_.Read("in/TexturonCommandLine-Event.Log");
+  EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 4 + 2 * static_cast<int>(names.size()));
+}
+
+TEST_F(FolderWatch, TheWatchedFolderIsNoHoldFolder) {
+  std::filesystem::create_symlink("in", folder_ / "link");
+  options_.holdFolder = folder_ / "link";
+  EXPECT_NE(WatchUntil([] { return true; }).find("is the watched folder"), std::string::npos);
+  options_.holdFolder = folder_ / "in/held";  // inside it is another matter
+  Put("a.lmt", SmallProfile(400, 1.0));
+  EXPECT_EQ(WatchUntil([this] { return !HasWork(); }), "");
+  EXPECT_EQ(folder_.Read("in/held/a.lmt"), SmallProfile(400, 1.0));
+}
+
+TEST_F(FolderWatch, AFolderThatGoesAndComesBackIsTakenUpWhereItWasLeft) {
+  Put("a.lmt", SmallProfile(400, 1.0));
+  std::filesystem::create_directory(folder_ / "hold");
+  options_.holdFolder = folder_ / "hold/deeper";
+  // The copy cannot be made, so that the file is at hand when the folder goes.
+  std::thread others([this] {
+    while (!std::filesystem::exists(folder_ / "hold/deeper")) std::this_thread::sleep_for(1ms);
+    std::filesystem::remove(folder_ / "hold/deeper");
+    while (!std::filesystem::exists(folder_ / "in/.texturon-watch-journal") || Rows().empty()) {
+      std::this_thread::sleep_for(1ms);
+    }
+    std::filesystem::rename(folder_ / "in", folder_ / "away");
+    std::this_thread::sleep_for(50ms);
+    std::filesystem::create_directory(folder_ / "hold/deeper");
+    std::this_thread::sleep_for(50ms);
+    std::filesystem::rename(folder_ / "away", folder_ / "in");
+    Put("b.lmt", SmallProfile(400, 2.0));
+  });
+  EXPECT_EQ(WatchUntil([this] { return Rows().contains("b") && !HasWork(); }), "");
+  others.join();
+  EXPECT_EQ(Rows(), (std::map<std::string, int>{{"a", 1}, {"b", 1}}));
+  EXPECT_EQ(folder_.Read("hold/deeper/a.lmt"), SmallProfile(400, 1.0));
 }
 
 TEST_F(FolderWatch, KilledAtAnyInstantNothingIsLostAndNothingDoneTwice) {

@@ -46,6 +46,11 @@ TEST(ProfileExport, WritesEachKindWithItsTitleAndSettings) {
   }
 }
 
+TEST(ProfileExport, LineBreaksOfANameStayOnItsLine) {
+  EXPECT_EQ(ExportHead({"a\r\nb\tc.prf", "left\nright"}),
+            "\"File:\", \"a  b\tc.prf\"\r\n\"Identification:\", \"left right\"\r\n\r\n");
+}
+
 TEST(CurveExport, WritesEachCurve) {
   const std::vector<double> sorted = {2.0, 1.0, 0.0, -2.0};
   const std::string head(kHead);

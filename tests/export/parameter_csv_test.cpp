@@ -83,6 +83,8 @@ TEST(ParameterCsv, WritesHeaderAndRowInBothSystems) {
             kRowStart +
                 std::string("\"LT 0.22 in / Ln 4.000 mm / form / filter      \", 48.605, 0.048605, 48.605035, ") +
                 "3.136, 1.235, 1.235, 48.605, 1.235, \" \"\r\n");
+  Analysis otherwiseSpelt({"RSm"});
+  EXPECT_TRUE(ParameterCsvRow(otherwiseSpelt.Input()).ends_with("\", 1.234568\r\n"));
 }
 
 TEST(ParameterCsv, AddsAColumnForEachSelectedRatioAndHeight) {
