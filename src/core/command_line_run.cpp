@@ -44,7 +44,7 @@ public:
     }
     WriteStatus("Processing INI file...");
     LogEvent("INI detected in command line. Reading settings...");
-    const FileBytes planBytes = ReadWholeFile(planFile);
+    const FileBytes planBytes = ReadIniFile(planFile);
     const IniFile plan(planBytes.bytes);
     LogSections(plan);
     if (plan.Sections().empty()) {
