@@ -182,7 +182,7 @@ int RunBatch(const BatchOptions& options, const CommonOptions& common) {
   if (!options.failuresFile.empty()) {
     const std::filesystem::path failures = PathFromSystemText(options.failuresFile);
     std::error_code ignored;
-    if (!std::filesystem::is_directory(failures, ignored)) std::filesystem::remove(failures, ignored);
+    if (std::filesystem::is_regular_file(failures, ignored)) std::filesystem::remove(failures, ignored);
   }
 
   CatchInterrupts();

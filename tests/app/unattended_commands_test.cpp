@@ -8,6 +8,7 @@
 #include <iostream>
 #include <string>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <thread>
 #include <vector>
 
@@ -142,6 +143,11 @@ TEST(BatchCommand, RefusesOutputsThatWouldDestroyEachOther) {
     EXPECT_EQ(folder.Read("rows.csv"), "rows of last week\r\n");
     EXPECT_EQ(folder.Read("list.txt"), (folder / "a.lmt").string() + "\n");
   }
+  // A failures file is made anew by each run; what is no file is not taken away for that.
+  const std::string pipe = (folder / "pipe").string();
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  EXPECT_EQ(Texturon({"batch", "--files-from", list, "--parameter-file", rows, "--failures", pipe}).status, 0);
+  EXPECT_TRUE(std::filesystem::is_fifo(pipe));
 }
 
 // Every command, where a file-size limit stands for a full disk: whole rows or none, no leavings, and a sentence.

@@ -144,22 +144,17 @@ TEST_F(FolderWatch, OneRunAFolder) {
 TEST_F(FolderWatch, NothingIsDeletedWhileItsRowOrCopyCannotBeWritten) {
   Put("a.lmt", SmallProfile(400, 1.0));
   std::filesystem::create_directory(folder_ / "rows.csv");
-  std::filesystem::create_directory(folder_ / "hold");
-  const auto latest = std::chrono::steady_clock::now() + 100ms;
-  EXPECT_EQ(WatchUntil([latest] { return std::chrono::steady_clock::now() > latest; }), "");
+  int asked = 0;
+  const auto longAfterAFailure = [this, &asked] { return !failures_.empty() && ++asked > 50; };
+  EXPECT_EQ(WatchUntil(longAfterAFailure), "");
   EXPECT_TRUE(std::filesystem::exists(folder_ / "in/a.lmt"));
   EXPECT_EQ(failures_.size(), 1u) << "said once, not at every poll";
   std::filesystem::remove(folder_ / "rows.csv");
   // The row goes through, the copy does not.
-  std::thread hindrance([this] {
-    while (!std::filesystem::is_regular_file(folder_ / "rows.csv")) {
-      std::filesystem::remove_all(folder_ / "hold");
-      std::this_thread::sleep_for(100us);
-    }
+  observer_.analysed = [this](const std::string& /*file*/, const FileAnalysis& /*analysis*/) {
     std::filesystem::remove_all(folder_ / "hold");
-  });
+  };
   EXPECT_EQ(WatchUntil([this] { return failures_.size() == 2; }), "");
-  hindrance.join();
   EXPECT_TRUE(std::filesystem::exists(folder_ / "in/a.lmt"));
   // The next run holds elsewhere and writes no second row.
   options_.holdFolder = folder_ / "hold elsewhere";
@@ -230,10 +225,11 @@ TEST_F(FolderWatch, NamesOfAnyBytesAreRememberedAndOurOwnFilesLeftAlone) {
   environment_.workingFolder = folder_ / "in";
   const std::vector<std::string> names = {"a\nb.lmt", "a\\nb.lmt", "tab\t.lmt", "\xFF\xFE.lmt", "%s \"q\".lmt"};
   for (const std::string& name : names) Put(name, SmallProfile(400, 1.0));
-  for (int run = 0; run < 2; ++run) {
-    const auto end = std::chrono::steady_clock::now() + 200ms;
-    EXPECT_EQ(WatchUntil([end] { return std::chrono::steady_clock::now() > end; }), "");
-  }
+  std::size_t analysed = 0;
+  observer_.analysed = [&analysed](const std::string& /*file*/, const FileAnalysis& /*analysis*/) { ++analysed; };
+  EXPECT_EQ(WatchUntil([&] { return analysed == names.size(); }), "");
+  const auto end = std::chrono::steady_clock::now() + 200ms;
+  EXPECT_EQ(WatchUntil([end] { return std::chrono::steady_clock::now() > end; }), "");
   const std::string rows = folder_.Read("rows.csv");
   EXPECT_EQ(std::count(rows.begin(), rows.end(), '\n'), 2 + static_cast<int>(names.size()));
   EXPECT_TRUE(failures_.empty()) << failures_[0];
@@ -253,26 +249,24 @@ TEST_F(FolderWatch, TheWatchedFolderIsNoHoldFolder) {
 
 TEST_F(FolderWatch, AFolderThatGoesAndComesBackIsTakenUpWhereItWasLeft) {
   Put("a.lmt", SmallProfile(400, 1.0));
-  std::filesystem::create_directory(folder_ / "hold");
-  options_.holdFolder = folder_ / "hold/deeper";
-  // The copy cannot be made, so that the file is at hand when the folder goes.
-  std::thread others([this] {
-    while (!std::filesystem::exists(folder_ / "hold/deeper")) std::this_thread::sleep_for(1ms);
-    std::filesystem::remove(folder_ / "hold/deeper");
-    while (!std::filesystem::exists(folder_ / "in/.texturon-watch-journal") || Rows().empty()) {
-      std::this_thread::sleep_for(1ms);
-    }
+  // It goes between the row of a file and its copy.
+  bool isGone = false;
+  observer_.analysed = [this, &isGone](const std::string& file, const FileAnalysis& /*analysis*/) {
+    if (file != "a.lmt") return;
     std::filesystem::rename(folder_ / "in", folder_ / "away");
-    std::this_thread::sleep_for(50ms);
-    std::filesystem::create_directory(folder_ / "hold/deeper");
-    std::this_thread::sleep_for(50ms);
-    std::filesystem::rename(folder_ / "away", folder_ / "in");
-    Put("b.lmt", SmallProfile(400, 2.0));
-  });
-  EXPECT_EQ(WatchUntil([this] { return Rows().contains("b") && !HasWork(); }), "");
-  others.join();
+    isGone = true;
+  };
+  int asked = 0;
+  const auto ends = [this, &isGone, &asked] {
+    if (isGone && ++asked == 50) {
+      std::filesystem::rename(folder_ / "away", folder_ / "in");
+      Put("b.lmt", SmallProfile(400, 2.0));
+    }
+    return asked > 50 && !HasWork();
+  };
+  EXPECT_EQ(WatchUntil(ends), "");
   EXPECT_EQ(Rows(), (std::map<std::string, int>{{"a", 1}, {"b", 1}}));
-  EXPECT_EQ(folder_.Read("hold/deeper/a.lmt"), SmallProfile(400, 1.0));
+  EXPECT_EQ(folder_.Read("hold/a.lmt"), SmallProfile(400, 1.0));
 }
 
 TEST_F(FolderWatch, KilledAtAnyInstantNothingIsLostAndNothingDoneTwice) {
