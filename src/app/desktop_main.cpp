@@ -5,6 +5,7 @@
 
 #include "core/charset.h"
 #include "core/command_line_run.h"
+#include "core/interrupt.h"
 #include "core/platform.h"
 #include "ui/main_frame.h"
 #include "ui/qt_text.h"
@@ -24,6 +25,7 @@ int RunTestPlan(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  texturon::LetLargeWritesFail();
   if (argc == kTestPlanArguments) return RunTestPlan(argc, argv);
   QApplication application(argc, argv);
   QApplication::setApplicationName("Texturon");
