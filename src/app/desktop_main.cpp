@@ -6,6 +6,7 @@
 #include "core/charset.h"
 #include "core/command_line_run.h"
 #include "core/platform.h"
+#include "ui/headless.h"
 #include "ui/main_frame.h"
 #include "ui/qt_text.h"
 
@@ -24,11 +25,18 @@ int RunTestPlan(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc == kTestPlanArguments) return RunTestPlan(argc, argv);
+  const bool isHeadless = texturon::IsHeadless(argc, argv);
+  if (argc == kTestPlanArguments && !isHeadless) return RunTestPlan(argc, argv);
+  if (isHeadless) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Standard error has one sentence or nothing.
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+  }
   QApplication application(argc, argv);
   QApplication::setApplicationName("Texturon");
   QApplication::setOrganizationName("Texturon");
   QApplication::setApplicationVersion(TEXTURON_VERSION);
+  if (isHeadless) return texturon::RunHeadless(QApplication::arguments());
   texturon::CMainFrame frame(texturon::SystemEnvironment());
   if (const QStringList arguments = QApplication::arguments(); arguments.size() > 1) {
     frame.OpenFile(texturon::ToPath(arguments.at(1)));

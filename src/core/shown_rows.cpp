@@ -31,7 +31,8 @@ std::vector<ShownRow> ShownRows(const Document& document) {
   const bool metric = document.settings.display.Metric;
   std::vector<ShownRow> rows;
   for (const ParameterDef& row : document.catalogue.rows) {
-    if (row.selected) rows.push_back(Show(row, row.name, RowLabel(row.name, document.settings.analysis, metric), metric));
+    if (row.selected)
+      rows.push_back(Show(row, row.name, RowLabel(row.name, document.settings.analysis, metric), metric));
   }
   for (const auto& entries : {SelectedMaterialRatios(document), SelectedHtps(document)}) {
     for (const RatioRowEntry& entry : entries) {

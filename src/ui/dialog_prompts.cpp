@@ -38,7 +38,8 @@ void DialogPrompts::ShowMessage(std::string_view text) {
 }
 
 void DialogPrompts::Notice(std::string_view text) {
-  if (auto* const window = qobject_cast<QMainWindow*>(parent_)) window->statusBar()->showMessage(FromText(text), 10'000);
+  if (auto* const window = qobject_cast<QMainWindow*>(parent_))
+    window->statusBar()->showMessage(FromText(text), 10'000);
 }
 
 bool DialogPrompts::AskYesNo(std::string_view question) {

@@ -7,6 +7,9 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QPrintDialog>
+#include <QPrintPreviewDialog>
+#include <QPrinter>
 #include <QSettings>
 #include <QSplitter>
 #include <QStatusBar>
@@ -19,6 +22,7 @@
 #include "export/parameter_file.h"
 #include "ui/curve_views.h"
 #include "ui/qt_text.h"
+#include "ui/report.h"
 #include "ui/texturon_param_view.h"
 #include "ui/texturon_view.h"
 
@@ -94,6 +98,13 @@ void CMainFrame::MakeFileMenu() {
     if (!file.isEmpty()) doc_->SaveSettingsFile(ToPath(file));
   });
   menu->addSeparator();
+  needProfile_ << AddCommand(*menu, tr("Report as P&DF..."), {}, tr("Writes the report to a file."),
+                             [this] { OnReport(); });
+  needProfile_ << AddCommand(*menu, tr("Print Pre&view..."), {}, tr("Shows the report as it would be printed."),
+                             [this] { OnPrint(true); });
+  needProfile_ << AddCommand(*menu, tr("&Print..."), QKeySequence::Print, tr("Prints the report."),
+                             [this] { OnPrint(false); });
+  menu->addSeparator();
   AddCommand(*menu, tr("E&xit"), QKeySequence::Quit, tr("Ends the program."), [this] { close(); });
 }
 
@@ -116,8 +127,9 @@ void CMainFrame::MakeExportMenu() {
 void CMainFrame::MakeViewMenu() {
   QMenu* const menu = menuBar()->addMenu(tr("&View"));
   constexpr std::pair<ProfileKind, Qt::Key> kKinds[] = {
-      {ProfileKind::kRaw, Qt::Key_1},       {ProfileKind::kFormSuppressed, Qt::Key_2}, {ProfileKind::kPrimary, Qt::Key_3},
-      {ProfileKind::kWaviness, Qt::Key_4},  {ProfileKind::kRoughness, Qt::Key_5},      {ProfileKind::kClosing, Qt::Key_6},
+      {ProfileKind::kRaw, Qt::Key_1},       {ProfileKind::kFormSuppressed, Qt::Key_2},
+      {ProfileKind::kPrimary, Qt::Key_3},   {ProfileKind::kWaviness, Qt::Key_4},
+      {ProfileKind::kRoughness, Qt::Key_5}, {ProfileKind::kClosing, Qt::Key_6},
       {ProfileKind::kOpening, Qt::Key_7},
   };
   for (const auto& [kind, key] : kKinds) {
@@ -128,6 +140,8 @@ void CMainFrame::MakeViewMenu() {
     action->setChecked(view_->IsShown(kind));
     action->setShortcut(QKeySequence(Qt::CTRL | key));
     connect(action, &QAction::toggled, this, [this, shown = kind](bool on) { view_->SetShown(shown, on); });
+    connect(doc_, &CTexturonDoc::Changed, action,
+            [this, action, shown = kind] { action->setChecked(view_->IsShown(shown)); });
   }
   menu->addSeparator();
   const std::pair<QString, int> curves[] = {{tr("&Bearing Ratio and Amplitudes"), 1}, {tr("&Spectrum"), 2}};
@@ -158,14 +172,14 @@ void CMainFrame::MakeAnalysisMenu() {
   needProfile_ << AddCommand(*menu, tr("Compute on &Zoom"), QKeySequence(Qt::Key_F6),
                              tr("Analyses the stretch in view."), [this] {
                                const QCPRange range = view_->Graph().VisibleX();
-                               const double toMM =
-                                   doc_->document().settings.display.Metric ? 1.0 : kMillimetresPerInch;
+                               const double toMM = doc_->document().settings.display.Metric ? 1.0 : kMillimetresPerInch;
                                doc_->ComputeOver(std::max(range.lower, 0.0) * toMM, range.upper * toMM);
                              });
   needProfile_ << AddCommand(*menu, tr("&Invert"), {}, tr("Turns the profile upside down."),
                              [this] { doc_->Invert(); });
   needProfile_ << AddCommand(*menu, tr("I&dentification..."), {}, tr("Names the measurement."), [this] {
-    const auto text = doc_->prompts().AskText("Enter the new identification:", doc_->document().profiles.identification);
+    const auto text =
+        doc_->prompts().AskText("Enter the new identification:", doc_->document().profiles.identification);
     if (text) doc_->SetIdentification(*text);
   });
 }
@@ -173,11 +187,12 @@ void CMainFrame::MakeAnalysisMenu() {
 void CMainFrame::MakeHelpMenu() {
   QMenu* const menu = menuBar()->addMenu(tr("&Help"));
   AddCommand(*menu, tr("&About"), {}, tr("What this program is."), [this] {
-    QMessageBox::about(this, tr("About Texturon"),
-                       tr("<b>Texturon</b> %1<p>Surface texture analysis of profiles.</p><p>The source is licensed under "
-                          "Apache-2.0. This desktop program links a plotting library under the GNU GPL and is therefore "
-                          "distributed under the GNU GPL version 3; engine and console program are not affected.</p>")
-                           .arg(QApplication::applicationVersion()));
+    QMessageBox::about(
+        this, tr("About Texturon"),
+        tr("<b>Texturon</b> %1<p>Surface texture analysis of profiles.</p><p>The source is licensed under "
+           "Apache-2.0. This desktop program links a plotting library under the GNU GPL and is therefore "
+           "distributed under the GNU GPL version 3; engine and console program are not affected.</p>")
+            .arg(QApplication::applicationVersion()));
   });
 }
 
@@ -211,6 +226,32 @@ void CMainFrame::OnSaveAs() {
   if (!file.isEmpty()) doc_->Save(ToPath(file));
 }
 
+void CMainFrame::OnReport() {
+  const QString file = QFileDialog::getSaveFileName(this, tr("Report"), {}, tr("PDF (*.pdf);;All Files (*)"));
+  if (file.isEmpty()) return;
+  QString reason;
+  const std::string time = DateText(doc_->environment().localTime());
+  if (!WriteReport(file, doc_->document(), time, reason)) doc_->prompts().ShowMessage(ToText(reason));
+}
+
+void CMainFrame::OnPrint(bool previews) {
+  QPrinter printer;
+  printer.setResolution(kReportResolution);
+  printer.setDocName(windowTitle());
+  const auto print = [this](QPrinter* target) {
+    if (PrintReport(*target, doc_->document(), DateText(doc_->environment().localTime())) == 0) {
+      doc_->prompts().ShowMessage("The printer cannot be used.");
+    }
+  };
+  if (previews) {
+    QPrintPreviewDialog preview(&printer, this);
+    connect(&preview, &QPrintPreviewDialog::paintRequested, this, print);
+    preview.exec();
+  } else if (QPrintDialog(&printer, this).exec() == QDialog::Accepted) {
+    print(&printer);
+  }
+}
+
 void CMainFrame::OnExport(const ExportKind& kind, bool asMod) {
   const ExportResult result = (asMod ? kind.makeMod : kind.make)(doc_->document(), doc_->prompts());
   if (!result.ok()) {
@@ -227,10 +268,9 @@ void CMainFrame::OnExport(const ExportKind& kind, bool asMod) {
 void CMainFrame::OnExportParameters(bool asks) {
   Settings settings = doc_->document().settings;
   if (asks || settings.display.ParameterFile.empty()) {
-    const QString file =
-        QFileDialog::getSaveFileName(this, tr("Parameter file"), FromText(settings.display.ParameterFile),
-                                     tr("Comma Separated Values (*.csv);;All Files (*)"), nullptr,
-                                     QFileDialog::DontConfirmOverwrite);
+    const QString file = QFileDialog::getSaveFileName(
+        this, tr("Parameter file"), FromText(settings.display.ParameterFile),
+        tr("Comma Separated Values (*.csv);;All Files (*)"), nullptr, QFileDialog::DontConfirmOverwrite);
     if (file.isEmpty()) return;
     settings.display.ParameterFile = ToText(file);
     doc_->ReplaceSettings(settings);

@@ -9,7 +9,8 @@
 namespace texturon {
 
 CTexturonParamView::CTexturonParamView(CTexturonDoc& doc, QWidget* parent)
-    : QWidget(parent), doc_(doc),
+    : QWidget(parent),
+      doc_(doc),
       grid_(new CGridCtrl({tr("Parameter"), tr("Value"), tr("Unit"), tr("Verdict"), tr("Setting")}, this)) {
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -25,7 +26,7 @@ void CTexturonParamView::Update() {
   grid_->setRowCount(static_cast<int>(rows.size()));
   for (int i = 0; i < grid_->rowCount(); ++i) {
     const ShownRow& row = rows[static_cast<std::size_t>(i)];
-    const QString verdict = !row.verdict                       ? QString()
+    const QString verdict = !row.verdict                     ? QString()
                             : *row.verdict == Verdict::kPass ? tr("pass")
                                                              : tr("out of tolerance");
     grid_->SetCell(i, 0, FromText(row.title), Qt::AlignLeft);
