@@ -103,6 +103,7 @@ void AddWatchOptions(CLI::App& command, WatchOptions& options) {
 
 int RunTestPlan(const std::vector<std::string>& arguments) {
   const RunOutcome outcome = RunCommandLine(CommandLineText(arguments), SystemEnvironment());
+  for (const std::string& remark : outcome.remarks) Complain(Utf8FromWindows1252(remark));
   if (outcome.done) return kExitDone;
   Complain(Utf8FromWindows1252(outcome.reason));
   return kExitRefused;

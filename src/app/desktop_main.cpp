@@ -7,6 +7,7 @@
 #include "core/command_line_run.h"
 #include "core/interrupt.h"
 #include "core/platform.h"
+#include "ui/headless.h"
 #include "ui/main_frame.h"
 #include "ui/qt_text.h"
 
@@ -18,6 +19,9 @@ constexpr int kTestPlanArguments = 4;
 int RunTestPlan(int argc, char** argv) {
   const texturon::RunOutcome outcome = texturon::RunCommandLine(
       texturon::CommandLineText(std::vector<std::string>(argv + 1, argv + argc)), texturon::SystemEnvironment());
+  for (const std::string& remark : outcome.remarks) {
+    std::cerr << "texturon-desktop: " << texturon::Utf8FromWindows1252(remark) << '\n';
+  }
   if (!outcome.done) std::cerr << "texturon-desktop: " << texturon::Utf8FromWindows1252(outcome.reason) << '\n';
   return outcome.done ? 0 : 1;
 }
@@ -26,11 +30,18 @@ int RunTestPlan(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   texturon::LetLargeWritesFail();
-  if (argc == kTestPlanArguments) return RunTestPlan(argc, argv);
+  const bool isHeadless = texturon::IsHeadless(argc, argv);
+  if (argc == kTestPlanArguments && !isHeadless) return RunTestPlan(argc, argv);
+  if (isHeadless) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Standard error has one sentence or nothing.
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+  }
   QApplication application(argc, argv);
   QApplication::setApplicationName("Texturon");
   QApplication::setOrganizationName("Texturon");
   QApplication::setApplicationVersion(TEXTURON_VERSION);
+  if (isHeadless) return texturon::RunHeadless(QApplication::arguments());
   texturon::CMainFrame frame(texturon::SystemEnvironment());
   if (const QStringList arguments = QApplication::arguments(); arguments.size() > 1) {
     frame.OpenFile(texturon::ToPath(arguments.at(1)));

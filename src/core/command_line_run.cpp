@@ -60,6 +60,7 @@ public:
     document_.quietMode = true;
     SetFiles(pieces);
     RunOutcome outcome = RunPasses(plan, standard);
+    outcome.remarks = std::move(remarks_);
     document_.quietMode = false;
     return outcome;
   }
@@ -111,6 +112,7 @@ private:
     auto read = ReadTestPlan(plan, family, document_, [this](std::string_view text) { LogEvent(text); });
     if (!read) return false;
     pass = std::move(*read);
+    for (const std::string& remark : pass.remarks) remarks_.push_back("The plan's " + remark + ".");
     return true;
   }
 
@@ -227,6 +229,7 @@ private:
   std::string extension_;
   ResultLines lines_;
   std::string reason_;
+  std::vector<std::string> remarks_;
 };
 
 }  // namespace

@@ -19,6 +19,8 @@ std::string CommandLineText(const std::vector<std::string>& arguments);
 struct RunOutcome {
   bool done = false;
   std::string reason;  ///< why not, as a sentence, Windows-1252
+  /// What of the plan was not understood though the run went on, as sentences, Windows-1252.
+  std::vector<std::string> remarks = {};
 };
 
 /// The headless run by test plan: `"plan.ini" "data file" "output folder"`, in the system's own bytes. Analyses the

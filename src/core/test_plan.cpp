@@ -116,7 +116,18 @@ void ReadFilterAndForm(const PlanKeys& keys, Family family, Document& document) 
   if (b.usable() && b.value > 0.0) settings.MotifBMM = b.value;
 }
 
-Tolerance ToleranceOf(const PlanKeys& keys, std::string_view planName) {
+/// A limit; a text that is not wholly a number counts as far as its digits go and is remarked on.
+double LimitOf(const PlanKeys& keys, const std::string& key, std::vector<std::string>& remarks) {
+  const std::string_view text = TrimBlanks(keys.Text(key).value_or(std::string_view()));
+  const double limit = keys.Real(key);
+  const ParsedDouble number = ParseDouble(text);
+  if (!number.usable() || number.length != text.size()) {
+    remarks.push_back(key + "=" + std::string(text) + " is read as " + ShortestText(limit));
+  }
+  return limit;
+}
+
+Tolerance ToleranceOf(const PlanKeys& keys, std::string_view planName, std::vector<std::string>& remarks) {
   const std::string name(planName);
   const bool hasMinimum = keys.Has(name + "_Min");
   const bool hasMaximum = keys.Has(name + "_Max");
@@ -124,8 +135,8 @@ Tolerance ToleranceOf(const PlanKeys& keys, std::string_view planName) {
   Tolerance tolerance;
   tolerance.toleranced = hasMaximum && keys.Integer(name + "_Checked") > 0;
   tolerance.bilateral = hasMinimum && !upperAlone;
-  if (hasMaximum) tolerance.upperLimit = keys.Real(name + "_Max");
-  if (hasMinimum) tolerance.lowerLimit = keys.Real(name + "_Min");
+  if (hasMaximum) tolerance.upperLimit = LimitOf(keys, name + "_Max", remarks);
+  if (hasMinimum) tolerance.lowerLimit = LimitOf(keys, name + "_Min", remarks);
   return tolerance;
 }
 
@@ -269,7 +280,7 @@ private:
     const ResultList list = family_ == Family::kMotif ? ResultList::kMotif
                             : isPrimary               ? ResultList::kPrimary
                                                       : ResultList::kRoughness;
-    plan_.parameters.push_back({hybrid.label, list, source, index, ToleranceOf(keys_, hybrid.label)});
+    plan_.parameters.push_back({hybrid.label, list, source, index, ToleranceOf(keys_, hybrid.label, plan_.remarks)});
     ++plan_.detected;
     return index;
   }
@@ -288,7 +299,7 @@ private:
     if (settings_.parameters.size() == kMostParameters) return AddUnknown(shownName, planName, catalogueName);
     ParameterSelection row;
     row.name = catalogueName;
-    row.tolerance = ToleranceOf(keys_, planName);
+    row.tolerance = ToleranceOf(keys_, planName, plan_.remarks);
     row.selectionRef = static_cast<std::int32_t>(settings_.parameters.size());
     plan_.parameters.push_back({shownName, ListOf(family_, catalogueName), PlannedSource::kCatalogue,
                                 settings_.parameters.size(), row.tolerance});

@@ -37,6 +37,8 @@ struct PlannedParameter {
 struct PassPlan {
   std::vector<PlannedParameter> parameters;
   int detected = 0;  ///< parameters that the pass can compute
+  /// Limits that are not wholly numbers and what they were read as, for people: "Ra_Max=0,8 is read as 0".
+  std::vector<std::string> remarks;
 };
 
 /// Family of a parameter by its name in the catalogue.

@@ -19,10 +19,11 @@ void CClickableProfileGraph::SetCurves(std::span<const Curve> curves, bool shows
   for (const Curve& curve : curves) {
     QCPGraph* const graph = addGraph();
     graph->setName(curve.name);
-    graph->setPen(QPen(curve.colour, 0.0));
+    graph->setPen(QPen(curve.colour, curve.width));
     QVector<QCPGraphData> points(static_cast<qsizetype>(curve.heights.size()));
     for (std::size_t i = 0; i < curve.heights.size(); ++i) {
-      points[static_cast<qsizetype>(i)] = {curve.firstX + static_cast<double>(i) * curve.step, curve.heights[i]};
+      points[static_cast<qsizetype>(i)] = {curve.firstX + static_cast<double>(i) * curve.step,
+                                           curve.heights[i] * curve.heightFactor};
     }
     graph->data()->set(points, true);
   }
@@ -59,7 +60,7 @@ void CClickableProfileGraph::wheelEvent(QWheelEvent* event) {
 
 QColor CurveColour(int number) {
   // After Okabe and Ito, "Color Universal Design" (2008).
-  constexpr QRgb kColours[] = {0xFF0072B2, 0xFFD55E00, 0xFF009E73, 0xFFCC79A7, 0xFFE69F00, 0xFF56B4E9};
+  constexpr QRgb kColours[] = {0xFF0072B2, 0xFFD55E00, 0xFF009E73, 0xFFCC79A7, 0xFFE69F00, 0xFF56B4E9, 0xFF808080};
   return QColor::fromRgb(kColours[static_cast<std::size_t>(number) % std::size(kColours)]);
 }
 

@@ -18,9 +18,11 @@ public:
   struct Curve {
     QString name;
     QColor colour;
+    double width = 0.0;  ///< of the pen; 0 is the thinnest
     std::span<const double> heights;
     double firstX = 0.0;
     double step = 1.0;
+    double heightFactor = 1.0;  ///< to the units shown
   };
   /// Replaces the curves. The stretch in view stays unless `showsAll`.
   void SetCurves(std::span<const Curve> curves, bool showsAll);

@@ -2,6 +2,7 @@
 
 #include <QVBoxLayout>
 
+#include "core/units.h"
 #include "parameters/curves.h"
 #include "ui/clickable_profile_graph.h"
 #include "ui/qt_text.h"
@@ -29,73 +30,96 @@ void AddLine(QCustomPlot& plot, double x0, double y0, double x1, double y1, cons
 
 }  // namespace
 
-CTexturonBRCView::CTexturonBRCView(CTexturonDoc& doc, QWidget* parent)
-    : QWidget(parent), doc_(doc), plot_(PlotIn(this)) {
-  plot_->xAxis->setLabel(tr("material ratio in %, scaled occurrences"));
-  plot_->yAxis->setLabel(FromText("height in \xB5m"));
-  connect(&doc_, &CTexturonDoc::Changed, this, &CTexturonBRCView::Update);
-  Update();
-}
-
-void CTexturonBRCView::Update() {
-  plot_->clearPlottables();
-  plot_->clearItems();
-  const AnalysisResults& results = doc_.document().results;
+void DrawBearingRatio(QCustomPlot& plot, const Document& document) {
+  plot.xAxis->setLabel(QObject::tr("material ratio in %, scaled occurrences"));
+  const bool metric = document.settings.display.Metric;
+  const double factor = metric ? 1.0 : kMicroinchesPerMicrometre;
+  plot.yAxis->setLabel(FromText(metric ? "height in \xB5m" : "height in \xB5in"));
+  plot.clearPlottables();
+  plot.clearItems();
+  const AnalysisResults& results = document.results;
   if (results.roughnessCurveComputed && !results.roughnessCurve.heightsUM.empty()) {
-    auto* const ratios = new QCPCurve(plot_->xAxis, plot_->yAxis);
+    auto* const ratios = new QCPCurve(plot.xAxis, plot.yAxis);
     QVector<QCPCurveData> points;
     const std::vector<double>& sorted = results.roughnessCurve.heightsUM;
     // More points than the plot has pixels only cost time.
     const std::size_t step = std::max<std::size_t>(1, sorted.size() / 4000);
     for (std::size_t i = 0; i < sorted.size(); i += step) {
-      points.push_back({static_cast<double>(i), RatioPercent(i, sorted.size()), sorted[i]});
+      points.push_back({static_cast<double>(i), RatioPercent(i, sorted.size()), sorted[i] * factor});
     }
     ratios->data()->set(points, true);
     ratios->setPen(QPen(CurveColour(0), 0.0));
-    auto* const amplitudes = new QCPCurve(plot_->xAxis, plot_->yAxis);
+    auto* const amplitudes = new QCPCurve(plot.xAxis, plot.yAxis);
     QVector<QCPCurveData> classes;
     for (const AmplitudeClass& amplitude : AmplitudeDistribution(sorted)) {
-      classes.push_back({static_cast<double>(classes.size()), amplitude.scaledCount, amplitude.heightUM});
+      classes.push_back({static_cast<double>(classes.size()), amplitude.scaledCount, amplitude.heightUM * factor});
     }
     amplitudes->data()->set(classes, true);
     amplitudes->setPen(QPen(CurveColour(4), 0.0));
     const RkResult& core = results.coreRoughness;
-    if (core.valid && doc_.document().settings.display.ShowRkLines) {
-      AddLine(*plot_, 0.0, core.upperLine, 100.0, core.lowerLine, CurveColour(1));
-      AddLine(*plot_, 0.0, core.upperLine, core.Mr1, core.upperLine, CurveColour(1));
-      AddLine(*plot_, core.Mr2, core.lowerLine, 100.0, core.lowerLine, CurveColour(1));
+    if (core.valid && document.settings.display.ShowRkLines) {
+      const double upper = core.upperLine * factor;
+      const double lower = core.lowerLine * factor;
+      AddLine(plot, 0.0, upper, 100.0, lower, CurveColour(1));
+      AddLine(plot, 0.0, upper, core.Mr1, upper, CurveColour(1));
+      AddLine(plot, core.Mr2, lower, 100.0, lower, CurveColour(1));
     }
   }
-  plot_->rescaleAxes();
-  plot_->xAxis->setRange(0.0, 100.0);
-  plot_->replot();
+  plot.rescaleAxes();
+  plot.xAxis->setRange(0.0, 100.0);
+  plot.replot();
+}
+
+void DrawSpectrum(QCustomPlot& plot, const Document& document) {
+  const bool metric = document.settings.display.Metric;
+  const double lengthFactor = metric ? 1.0 : kInchesPerMillimetre;
+  const double heightFactor = metric ? 1.0 : kMicroinchesPerMicrometre;
+  plot.xAxis->setLabel(metric ? QObject::tr("wavelength in mm") : QObject::tr("wavelength in inches"));
+  plot.xAxis->setScaleType(QCPAxis::stLogarithmic);
+  plot.xAxis->setTicker(QSharedPointer<QCPAxisTickerLog>::create());
+  plot.xAxis->setRangeReversed(true);
+  plot.yAxis->setLabel(FromText(metric ? "mean to peak amplitude in \xB5m" : "mean to peak amplitude in \xB5in"));
+  plot.clearPlottables();
+  const Spectrum& spectrum = document.profiles.spectrum;
+  if (document.results.spectrumComputed) {
+    QCPGraph* const graph = plot.addGraph();
+    graph->setPen(QPen(CurveColour(0), 0.0));
+    QVector<QCPGraphData> points;
+    for (std::size_t i = 1; i < spectrum.amplitudeUM.size(); ++i) {
+      points.push_back({spectrum.wavelengthMM[i] * lengthFactor, spectrum.amplitudeUM[i] * heightFactor});
+    }
+    graph->data()->set(points, false);
+  }
+  plot.rescaleAxes();
+  plot.replot();
+}
+
+CTexturonBRCView::CTexturonBRCView(CTexturonDoc& doc, QWidget* parent)
+    : QWidget(parent), doc_(doc), plot_(PlotIn(this)) {
+  connect(&doc_, &CTexturonDoc::Changed, this, &CTexturonBRCView::Update);
+}
+
+void CTexturonBRCView::Update() {
+  if (isVisible()) DrawBearingRatio(*plot_, doc_.document());
+}
+
+void CTexturonBRCView::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  Update();
 }
 
 CTexturonSpectView::CTexturonSpectView(CTexturonDoc& doc, QWidget* parent)
     : QWidget(parent), doc_(doc), plot_(PlotIn(this)) {
-  plot_->xAxis->setLabel(tr("wavelength in mm"));
-  plot_->xAxis->setScaleType(QCPAxis::stLogarithmic);
-  plot_->xAxis->setTicker(QSharedPointer<QCPAxisTickerLog>::create());
-  plot_->xAxis->setRangeReversed(true);
-  plot_->yAxis->setLabel(FromText("mean to peak amplitude in \xB5m"));
   connect(&doc_, &CTexturonDoc::Changed, this, &CTexturonSpectView::Update);
-  Update();
 }
 
 void CTexturonSpectView::Update() {
-  plot_->clearPlottables();
-  const Spectrum& spectrum = doc_.document().profiles.spectrum;
-  if (doc_.document().results.spectrumComputed) {
-    QCPGraph* const graph = plot_->addGraph();
-    graph->setPen(QPen(CurveColour(0), 0.0));
-    QVector<QCPGraphData> points;
-    for (std::size_t i = 1; i < spectrum.amplitudeUM.size(); ++i) {
-      points.push_back({spectrum.wavelengthMM[i], spectrum.amplitudeUM[i]});
-    }
-    graph->data()->set(points, false);
-  }
-  plot_->rescaleAxes();
-  plot_->replot();
+  if (isVisible()) DrawSpectrum(*plot_, doc_.document());
+}
+
+void CTexturonSpectView::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  Update();
 }
 
 }  // namespace texturon

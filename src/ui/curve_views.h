@@ -7,6 +7,10 @@
 
 namespace texturon {
 
+// The curves themselves, for the views and the report.
+void DrawBearingRatio(QCustomPlot& plot, const Document& document);
+void DrawSpectrum(QCustomPlot& plot, const Document& document);
+
 /// Bearing-ratio curve and amplitude distribution of the roughness, with the lines of the core roughness.
 class CTexturonBRCView : public QWidget {
   Q_OBJECT
@@ -14,7 +18,11 @@ class CTexturonBRCView : public QWidget {
 public:
   explicit CTexturonBRCView(CTexturonDoc& doc, QWidget* parent = nullptr);
 
+protected:
+  void showEvent(QShowEvent* event) override;
+
 private:
+  /// Draws where it can be seen; what is hidden is drawn once it is shown.
   void Update();
 
   CTexturonDoc& doc_;
@@ -28,7 +36,11 @@ class CTexturonSpectView : public QWidget {
 public:
   explicit CTexturonSpectView(CTexturonDoc& doc, QWidget* parent = nullptr);
 
+protected:
+  void showEvent(QShowEvent* event) override;
+
 private:
+  /// Draws where it can be seen; what is hidden is drawn once it is shown.
   void Update();
 
   CTexturonDoc& doc_;

@@ -7,6 +7,9 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QPrintDialog>
+#include <QPrintPreviewDialog>
+#include <QPrinter>
 #include <QSettings>
 #include <QSplitter>
 #include <QStatusBar>
@@ -19,6 +22,7 @@
 #include "export/parameter_file.h"
 #include "ui/curve_views.h"
 #include "ui/qt_text.h"
+#include "ui/report.h"
 #include "ui/texturon_param_view.h"
 #include "ui/texturon_view.h"
 
@@ -94,6 +98,13 @@ void CMainFrame::MakeFileMenu() {
     if (!file.isEmpty()) doc_->SaveSettingsFile(ToPath(file));
   });
   menu->addSeparator();
+  needProfile_ << AddCommand(*menu, tr("Report as P&DF..."), {}, tr("Writes the report to a file."),
+                             [this] { OnReport(); });
+  needProfile_ << AddCommand(*menu, tr("Print Pre&view..."), {}, tr("Shows the report as it would be printed."),
+                             [this] { OnPrint(true); });
+  needProfile_ << AddCommand(*menu, tr("&Print..."), QKeySequence::Print, tr("Prints the report."),
+                             [this] { OnPrint(false); });
+  menu->addSeparator();
   AddCommand(*menu, tr("E&xit"), QKeySequence::Quit, tr("Ends the program."), [this] { close(); });
 }
 
@@ -129,6 +140,8 @@ void CMainFrame::MakeViewMenu() {
     action->setChecked(view_->IsShown(kind));
     action->setShortcut(QKeySequence(Qt::CTRL | key));
     connect(action, &QAction::toggled, this, [this, shown = kind](bool on) { view_->SetShown(shown, on); });
+    connect(doc_, &CTexturonDoc::Changed, action,
+            [this, action, shown = kind] { action->setChecked(view_->IsShown(shown)); });
   }
   menu->addSeparator();
   const std::pair<QString, int> curves[] = {{tr("&Bearing Ratio and Amplitudes"), 1}, {tr("&Spectrum"), 2}};
@@ -211,6 +224,32 @@ void CMainFrame::OnSaveAs() {
       this, tr("Save the profile"), {},
       tr("Native format (*.lmt);;Taylor Hobson (*.prf);;SDF (*.sdf);;PR (*.pr);;All Files (*)"));
   if (!file.isEmpty()) doc_->Save(ToPath(file));
+}
+
+void CMainFrame::OnReport() {
+  const QString file = QFileDialog::getSaveFileName(this, tr("Report"), {}, tr("PDF (*.pdf);;All Files (*)"));
+  if (file.isEmpty()) return;
+  QString reason;
+  const std::string time = DateText(doc_->environment().localTime());
+  if (!WriteReport(file, doc_->document(), time, reason)) doc_->prompts().ShowMessage(ToText(reason));
+}
+
+void CMainFrame::OnPrint(bool previews) {
+  QPrinter printer;
+  printer.setResolution(kReportResolution);
+  printer.setDocName(windowTitle());
+  const auto print = [this](QPrinter* target) {
+    if (PrintReport(*target, doc_->document(), DateText(doc_->environment().localTime())) == 0) {
+      doc_->prompts().ShowMessage("The printer cannot be used.");
+    }
+  };
+  if (previews) {
+    QPrintPreviewDialog preview(&printer, this);
+    connect(&preview, &QPrintPreviewDialog::paintRequested, this, print);
+    preview.exec();
+  } else if (QPrintDialog(&printer, this).exec() == QDialog::Accepted) {
+    print(&printer);
+  }
 }
 
 void CMainFrame::OnExport(const ExportKind& kind, bool asMod) {

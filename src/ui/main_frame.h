@@ -46,6 +46,8 @@ private:
   void ShowRecentFiles();
   void OnOpen();
   void OnSaveAs();
+  void OnReport();
+  void OnPrint(bool previews);
   void OnExport(const ExportKind& kind, bool asMod);
   void OnExportParameters(bool asks);
   void UpdateState();

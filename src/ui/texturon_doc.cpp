@@ -57,6 +57,11 @@ void CTexturonDoc::ReplaceSettings(Settings settings) {
   Recompute();
 }
 
+void CTexturonDoc::ReplaceDisplay(DisplaySettings display) {
+  document_.settings.display = std::move(display);
+  emit Changed();
+}
+
 void CTexturonDoc::Invert() {
   InvertProfile(document_.profiles);
   Recompute();

@@ -29,6 +29,8 @@ public:
   bool LoadSettingsFile(const std::filesystem::path& path);
   bool SaveSettingsFile(const std::filesystem::path& path);
   void ReplaceSettings(Settings settings);
+  /// Settings that change only how results are shown: nothing is computed.
+  void ReplaceDisplay(DisplaySettings display);
   void Invert();
   void SetIdentification(const std::string& identification);
   void ComputeAll();

@@ -2,8 +2,8 @@
 
 #include <QLabel>
 #include <QWidget>
-#include <array>
 
+#include "core/shown_profiles.h"
 #include "ui/clickable_profile_graph.h"
 #include "ui/texturon_doc.h"
 
@@ -18,17 +18,17 @@ public:
 
   /// Shows or hides a profile.
   void SetShown(ProfileKind kind, bool shown);
-  bool IsShown(ProfileKind kind) const { return shown_[static_cast<std::size_t>(kind)]; }
+  bool IsShown(ProfileKind kind) const;
   CClickableProfileGraph& Graph() { return *graph_; }
 
 private:
-  /// Takes the curves anew; what is in view stays unless `showsAll`, or another record or unit came.
-  void Update(bool showsAll);
+  /// Takes the curves anew; what is in view stays unless another record, unit or choice of profiles came.
+  void Update();
 
   CTexturonDoc& doc_;
   QLabel* heading_;
   CClickableProfileGraph* graph_;
-  std::array<bool, 7> shown_{};
+  ShownProfiles shown_{};
   std::string shownSource_;
   bool shownMetric_ = true;
 };

@@ -135,6 +135,12 @@ TEST_F(CommandLineRun, WhatCannotBeHadKeepsItsLines) {
             "Result = ?\r\nspots = ****\r\nResult = ?\r\nWfoo = ****\r\n");
 }
 
+TEST_F(CommandLineRun, LimitsThatAreNoNumbersAreRemarkedOn) {
+  const RunOutcome outcome = Run("[a]\r\nParameters=Ra,Pt\r\nRa_Checked=1\r\nRa_Max=0,8\r\nPt_Max= 1e1 \r\n");
+  ASSERT_TRUE(outcome.done) << outcome.reason;
+  EXPECT_EQ(outcome.remarks, std::vector<std::string>{"The plan's Ra_Max=0,8 is read as 0."});
+}
+
 TEST_F(CommandLineRun, FirstPassThatAnalysesLoadsTheData) {
   SwitchLogOn();
   ASSERT_TRUE(Run("[a]\r\nParameters=Wa\r\n").done);
