@@ -15,6 +15,7 @@ QCustomPlot* PlotIn(QWidget* view) {
   auto* const layout = new QVBoxLayout(view);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(plot);
+  plot->setMinimumWidth(plot->fontMetrics().averageCharWidth() * 45);
   plot->setInteractions(QCP::iRangeDrag | QCP::iRangeZoom);
   plot->axisRect()->setupFullAxesBox(true);
   ApplyPalette(*plot);

@@ -23,6 +23,7 @@
 #include "ui/curve_views.h"
 #include "ui/qt_text.h"
 #include "ui/report.h"
+#include "ui/settings_sheet.h"
 #include "ui/texturon_param_view.h"
 #include "ui/texturon_view.h"
 
@@ -165,6 +166,15 @@ void CMainFrame::MakeViewMenu() {
           [this, metric] { metric->setChecked(doc_->document().settings.display.Metric); });
 }
 
+template <typename Sheet>
+void CMainFrame::ShowSheet() {
+  auto* sheet = findChild<Sheet*>();
+  if (sheet == nullptr) sheet = new Sheet(*doc_, this);
+  sheet->show();
+  sheet->raise();
+  sheet->activateWindow();
+}
+
 void CMainFrame::MakeAnalysisMenu() {
   QMenu* const menu = menuBar()->addMenu(tr("&Analysis"));
   needProfile_ << AddCommand(*menu, tr("Compute &All"), QKeySequence(Qt::Key_F5), tr("Analyses the whole record."),
@@ -175,6 +185,13 @@ void CMainFrame::MakeAnalysisMenu() {
                                const double toMM = doc_->document().settings.display.Metric ? 1.0 : kMillimetresPerInch;
                                doc_->ComputeOver(std::max(range.lower, 0.0) * toMM, range.upper * toMM);
                              });
+  menu->addSeparator();
+  AddCommand(*menu, tr("&Settings..."), QKeySequence(Qt::CTRL | Qt::Key_T),
+             tr("Form, filters, parameters and everything else that the analysis goes by."),
+             [this] { ShowSheet<CSettingsSheet>(); });
+  AddCommand(*menu, tr("Bearing &Ratios and Htp..."), {}, tr("Rows of material ratios and of heights between them."),
+             [this] { ShowSheet<CBearingRatioSheet>(); });
+  menu->addSeparator();
   needProfile_ << AddCommand(*menu, tr("&Invert"), {}, tr("Turns the profile upside down."),
                              [this] { doc_->Invert(); });
   needProfile_ << AddCommand(*menu, tr("I&dentification..."), {}, tr("Names the measurement."), [this] {

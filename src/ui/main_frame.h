@@ -43,6 +43,9 @@ private:
   void MakeHelpMenu();
   QAction* AddCommand(QMenu& menu, const QString& text, const QKeySequence& keys, const QString& tip,
                       const std::function<void()>& run);
+  /// Shows a sheet, making it where it is asked for the first time.
+  template <typename Sheet>
+  void ShowSheet();
   void ShowRecentFiles();
   void OnOpen();
   void OnSaveAs();

@@ -65,7 +65,7 @@ TEST(SettingChoices, EveryNumberFallsUnderItsName) {
                         {"ResidualType", 0, "perpendicular to the form"},
                         {"ResidualType", -4, "vertical"},
                         {"UserDiscardType", 2, "one cut-off"},
-                        {"UserDiscardType", 7, "UserDiscardLengthMM"},
+                        {"UserDiscardType", 7, "the user's own length"},
                         {"AsphereResidualPadding", 0, "nothing"},
                         {"PolynomialOrder", 5, "5"}}) {
     EXPECT_EQ(DescribeValue(*FindSetting("ANALYSIS", c.key)->key, c.value), c.name) << c.key;

@@ -21,50 +21,12 @@
 #include "ui/qt_text.h"
 #include "ui/texturon_param_view.h"
 #include "ui/texturon_view.h"
+#include "ui/window_fixture.h"
 
 namespace texturon {
 namespace {
 
-/// The one application of the test program, on a screen in memory and with its stored choices in a folder of its own.
-QApplication& Application() {
-  static const ScratchFolder folder;
-  static int argc = 1;
-  static std::string name = "ui_test";
-  static char* argv[] = {name.data(), nullptr};
-  qputenv("QT_QPA_PLATFORM", "offscreen");
-  qputenv("XDG_CONFIG_HOME", folder.path().c_str());
-  static QApplication application(argc, argv);
-  QApplication::setOrganizationName("ui_test");
-  return application;
-}
-
-std::filesystem::path Sample(const char* name) {
-  return std::filesystem::path(TEXTURON_SOURCE_DIR) / "samples" / name;
-}
-
-class MainFrame : public ::testing::Test {
-protected:
-  MainFrame() {
-    Application();
-    Environment environment = SystemEnvironment();
-    environment.traceFile.clear();
-    frame_ = std::make_unique<CMainFrame>(environment, &prompts_);
-  }
-
-  /// Chooses the command with this text from whatever menu has it.
-  void Choose(const QString& text) {
-    for (QAction* const action : frame_->findChildren<QAction*>()) {
-      if (action->text() != text) continue;
-      EXPECT_TRUE(action->isEnabled()) << text.toStdString();
-      action->trigger();
-      return;
-    }
-    ADD_FAILURE() << "no command " << text.toStdString();
-  }
-
-  ScriptedPrompts prompts_;
-  std::unique_ptr<CMainFrame> frame_;
-};
+using MainFrame = WindowTest;
 
 /// The table of a file as the engine alone makes it.
 std::vector<ShownRow> EngineRows(const std::filesystem::path& file) {

@@ -1,0 +1,193 @@
+#include "ui/settings_sheet.h"
+
+#include <QDialogButtonBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QVBoxLayout>
+#include <string_view>
+
+#include "core/cutoff_choices.h"
+
+namespace texturon {
+namespace {
+
+/// Time after the last key before the analysis runs.
+constexpr int kDelayMS = 250;
+
+std::vector<FieldSpec> Fields(std::string_view section, std::initializer_list<std::string_view> keys) {
+  std::vector<FieldSpec> fields;
+  for (const std::string_view key : keys) fields.push_back({section, key});
+  return fields;
+}
+
+std::vector<GroupSpec> FormGroups() {
+  constexpr auto kForm = &AnalysisSettings::FormRemovalType;
+  constexpr auto kThin = &AnalysisSettings::FormRemovalDataReductionMethod;
+  return {{"Form",
+           {{"ANALYSIS", "FormRemovalType"},
+            {"ANALYSIS", "ResidualType"},
+            {"ANALYSIS", "PolynomialOrder", kForm, kFormPolynomial},
+            {"ANALYSIS", "FormFilterCutoffMM", kForm, kFormFilter},
+            {"ANALYSIS", "FixedRadiusMM", kForm, kFormFixedRadius}}},
+          {"Points of the fit",
+           {{"ANALYSIS", "FormRemovalDataReductionMethod"},
+            {"ANALYSIS", "FormRemovalNumberOfPoints", kThin, kThinToPoints},
+            {"ANALYSIS", "FormRemovalReductionSpacingUM", kThin, kThinToSpacing}}},
+          {"Stylus", {{"ANALYSIS", "CompTipRadiusWhenAvailble"}}}};
+}
+
+std::vector<GroupSpec> LevelGroups() {
+  return {
+      {"Levels", Fields("ANALYSIS", {"PrimaryHSCHeight", "RoughnessHSCHeight", "PrimaryVCHeight", "RoughnessVCHeight",
+                                     "PrimaryPcLevel", "RoughnessPcLevel", "WavinessPcLevel"})},
+      {"Envelopes and windows",
+       Fields("ANALYSIS", {"ClosingRadiusForWvoid", "OpeningRadiusForWcvx", "WindowWidthForWseg", "WxpEndRegionsMM"})}};
+}
+
+std::vector<GroupSpec> ElementGroups() {
+  return {{"Profile elements: least height",
+           Fields("ANALYSIS", {"PsmPzPercent", "WsmWzPercent", "WcWzPercent", "RsmRzPercent", "RcRzPercent"})},
+          {"Profile elements: least width",
+           Fields("ANALYSIS", {"PsmSamplingLengthPercent", "WsmSamplingLengthPercent", "WcSamplingLengthPercent",
+                               "RsmSamplingLengthPercent", "RcSamplingLengthPercent"})}};
+}
+
+std::vector<GroupSpec> AsphereGroups() {
+  return {
+      {"Asphere",
+       Fields("ASPHERIC_PARAMETERS", {"C_CurvatureMM", "RadiusMethod", "E_ConicConstant", "ConicMethod",
+                                      "EvenTermsOnly", "AsphereXFixed", "AsphereXPositionMethod", "AsphereXStartMM"})},
+      {"Clear Aperture Setting", Fields("ANALYSIS", {"AsphereUseClearAperture", "AsphereClearApertureDiameterMM",
+                                                     "AsphereClearApertureCentralDiscardMM", "AsphereSlopeWindowMM"})}};
+}
+
+}  // namespace
+
+CLiveSheet::CLiveSheet(CTexturonDoc& doc, const QString& title, QWidget* parent)
+    : QDialog(parent),
+      doc_(doc),
+      working_(doc.document().settings),
+      former_(working_),
+      pages_(new QTabWidget(this)),
+      fault_(new QLabel(this)) {
+  setWindowTitle(title);
+  fault_->setObjectName("fault");
+  fault_->setWordWrap(true);
+  auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
+  connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  // Enter ends an entry, not the sheet.
+  for (QAbstractButton* const button : buttons->buttons()) static_cast<QPushButton*>(button)->setAutoDefault(false);
+  auto* const layout = new QVBoxLayout(this);
+  layout->addWidget(pages_, 1);
+  layout->addWidget(fault_);
+  layout->addWidget(buttons);
+  delay_.setSingleShot(true);
+  delay_.setInterval(kDelayMS);
+  connect(&delay_, &QTimer::timeout, this, &CLiveSheet::ApplyNow);
+  connect(&doc_, &CTexturonDoc::Changed, this, &CLiveSheet::OnChanged);
+}
+
+void CLiveSheet::AddPage(CSettingsPage* page, const QString& title) {
+  auto* const area = new QScrollArea(pages_);
+  area->setWidget(page);
+  area->setWidgetResizable(true);
+  area->setFrameShape(QFrame::NoFrame);
+  pages_->addTab(area, title);
+  connect(page, &CSettingsPage::Edited, this, &CLiveSheet::OnEdited);
+}
+
+void CLiveSheet::showEvent(QShowEvent* event) {
+  QDialog::showEvent(event);
+  working_ = doc_.document().settings;
+  former_ = working_;
+  SettleOwnCutoffs(working_.analysis);
+  for (CSettingsPage* const page : findChildren<CSettingsPage*>()) page->Reset();
+  ShowFault();
+}
+
+void CLiveSheet::OnEdited() {
+  ShowFault();
+  for (CSettingsPage* const page : findChildren<CSettingsPage*>()) page->Refresh();
+  delay_.start();
+}
+
+void CLiveSheet::ApplyNow() {
+  delay_.stop();
+  if (working_ == doc_.document().settings) return;
+  applies_ = true;
+  doc_.ReplaceSettings(working_);
+  applies_ = false;
+}
+
+void CLiveSheet::OnChanged() {
+  if (!isVisible()) return;
+  // The analysis itself sets some settings; others may have come from elsewhere. What is not applied yet stays.
+  if (!applies_ && delay_.isActive()) return;
+  working_ = doc_.document().settings;
+  for (CSettingsPage* const page : findChildren<CSettingsPage*>()) page->Refresh();
+}
+
+void CLiveSheet::ShowFault() {
+  fault_->clear();
+  for (const CSettingsPage* const page : findChildren<CSettingsPage*>()) {
+    if (!page->Fault().isEmpty()) return fault_->setText(tr("Not applied: %1.").arg(page->Fault()));
+  }
+}
+
+void CLiveSheet::done(int result) {
+  if (result == QDialog::Accepted) {
+    // What could not be used is shown rather than lost.
+    for (int i = 0; i < pages_->count(); ++i) {
+      if (!pages_->widget(i)->findChild<CSettingsPage*>()->Fault().isEmpty()) return pages_->setCurrentIndex(i);
+    }
+    ApplyNow();
+  } else {
+    working_ = former_;
+    ApplyNow();
+  }
+  QDialog::done(result);
+}
+
+CSettingsSheet::CSettingsSheet(CTexturonDoc& doc, QWidget* parent) : CLiveSheet(doc, tr("Analysis Settings"), parent) {
+  AddPage(new CFieldsPage(Working(), FormGroups()), tr("Form"));
+  AddPage(new CFiltersPage(Working()), tr("Filters"));
+  AddPage(new CParametersPage(Working()), tr("Parameters"));
+  AddPage(new CFieldsPage(Working(), LevelGroups()), tr("Levels"));
+  AddPage(new CFieldsPage(Working(), ElementGroups()), tr("Percentages"));
+  AddPage(new CFieldsPage(Working(),
+                          {{"Regions of Rpq and Rvq",
+                            Fields("RXQ_PARAMETERS", {"RqFittingMethod", "UPLPercent", "LPLPercent", "UVLPercent",
+                                                      "LVLPercent", "RxqValleyCountHeightUm", "RxqMinimumValleyCount",
+                                                      "RxqUpperValleyCountPercent", "RxqLowerValleyCountPercent"})}}),
+          tr("Probability"));
+  AddPage(new CFieldsPage(Working(), {{"Motifs", Fields("MOTIF_PARAMETERS", {"MotifAMM", "MotifBMM", "UseTHMotif",
+                                                                             "UseTHShortMotifCombination",
+                                                                             "MotifRProfile", "MotifWProfile"})}}),
+          tr("Motifs"));
+  AddPage(new CFieldsPage(Working(), AsphereGroups()), tr("Asphere"));
+  AddPage(new CFieldsPage(Working(),
+                          {{"Free form", Fields("FREE_FORM", {"FreeFormFixedStart", "FreeFormFirstDataPointXMM",
+                                                              "FreeFormAllowTilt", "FreeFormIsLeastSqaures",
+                                                              "FreeFormFilterType", "FreeFormFilterCutoffMM"})}}),
+          tr("Free Form"));
+  AddPage(new CFieldsPage(Working(),
+                          {{"Scale of the profile",
+                            Fields("DISPLAY", {"ProfileAutoScale", "ProfileYMaxUM", "ProfileYMinUM",
+                                               "ProfileAutoYSpacing", "ProfileYGridSpacingUM", "ProfileYGridStartUM"})},
+                           {"Report", Fields("DISPLAY", {"CompanyName", "LogoFile"})}}),
+          tr("Display"));
+  resize(880, 620);
+}
+
+CBearingRatioSheet::CBearingRatioSheet(CTexturonDoc& doc, QWidget* parent)
+    : CLiveSheet(doc, tr("Bearing Ratios and Htp"), parent) {
+  AddPage(new CPBearingRatioPage(Working()), tr("Primary Bearing Ratios"));
+  AddPage(new CRBearingRatioPage(Working()), tr("Roughness Bearing Ratios"));
+  AddPage(new CPagePHtp(Working()), tr("Primary Htp"));
+  AddPage(new CPageRHtp(Working()), tr("Roughness Htp"));
+  resize(900, 480);
+}
+
+}  // namespace texturon

@@ -1,0 +1,89 @@
+#pragma once
+
+#include <QDialog>
+#include <QTabWidget>
+#include <QTimer>
+
+#include "ui/settings_pages.h"
+#include "ui/texturon_doc.h"
+
+class QLabel;
+
+namespace texturon {
+
+/// A sheet of pages whose entries are applied to the document as they are made; Cancel puts the former settings back.
+class CLiveSheet : public QDialog {
+  Q_OBJECT
+
+public:
+  CLiveSheet(CTexturonDoc& doc, const QString& title, QWidget* parent);
+
+  /// Applies what was entered so far at once.
+  void ApplyNow();
+  QTabWidget& Pages() { return *pages_; }
+
+protected:
+  void AddPage(CSettingsPage* page, const QString& title);
+  Settings& Working() { return working_; }
+  void showEvent(QShowEvent* event) override;
+  void done(int result) override;
+
+private:
+  void OnEdited();
+  void OnChanged();
+  void ShowFault();
+
+  CTexturonDoc& doc_;
+  Settings working_;
+  Settings former_;
+  bool applies_ = false;
+  QTabWidget* pages_;
+  QLabel* fault_;
+  QTimer delay_;
+};
+
+/// The settings of the analysis.
+class CSettingsSheet : public CLiveSheet {
+  Q_OBJECT
+
+public:
+  CSettingsSheet(CTexturonDoc& doc, QWidget* parent);
+};
+
+class CPBearingRatioPage : public CRowsPage {
+  Q_OBJECT
+
+public:
+  explicit CPBearingRatioPage(Settings& settings) : CRowsPage(settings, "PRIMARY_BEARING_RATIOS") {}
+};
+
+class CRBearingRatioPage : public CRowsPage {
+  Q_OBJECT
+
+public:
+  explicit CRBearingRatioPage(Settings& settings) : CRowsPage(settings, "ROUGHNESS_BEARING_RATIOS") {}
+};
+
+class CPagePHtp : public CRowsPage {
+  Q_OBJECT
+
+public:
+  explicit CPagePHtp(Settings& settings) : CRowsPage(settings, "PRIMARY_HTPS") {}
+};
+
+class CPageRHtp : public CRowsPage {
+  Q_OBJECT
+
+public:
+  explicit CPageRHtp(Settings& settings) : CRowsPage(settings, "ROUGHNESS_HTPS") {}
+};
+
+/// The configurable rows: material ratios, and heights between two of them.
+class CBearingRatioSheet : public CLiveSheet {
+  Q_OBJECT
+
+public:
+  CBearingRatioSheet(CTexturonDoc& doc, QWidget* parent);
+};
+
+}  // namespace texturon

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QAction>
+#include <QApplication>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+
+#include "core/platform.h"
+#include "support/scratch_folder.h"
+#include "support/scripted_prompts.h"
+#include "ui/main_frame.h"
+
+namespace texturon {
+
+/// The one application of the test program, on a screen in memory and with its stored choices in a folder of its own.
+inline QApplication& Application() {
+  static const ScratchFolder folder;
+  static int argc = 1;
+  static std::string name = "ui_test";
+  static char* argv[] = {name.data(), nullptr};
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  qputenv("XDG_CONFIG_HOME", folder.path().c_str());
+  static QApplication application(argc, argv);
+  QApplication::setOrganizationName("ui_test");
+  return application;
+}
+
+inline std::filesystem::path Sample(const char* name) {
+  return std::filesystem::path(TEXTURON_SOURCE_DIR) / "samples" / name;
+}
+
+/// A window of its own for each test.
+class WindowTest : public ::testing::Test {
+protected:
+  WindowTest() {
+    Application();
+    Environment environment = SystemEnvironment();
+    environment.traceFile.clear();
+    frame_ = std::make_unique<CMainFrame>(environment, &prompts_);
+  }
+
+  /// Chooses the command with this text from whatever menu has it.
+  void Choose(const QString& text) {
+    for (QAction* const action : frame_->findChildren<QAction*>()) {
+      if (action->text() != text) continue;
+      EXPECT_TRUE(action->isEnabled()) << text.toStdString();
+      action->trigger();
+      return;
+    }
+    ADD_FAILURE() << "no command " << text.toStdString();
+  }
+
+  ScriptedPrompts prompts_;
+  std::unique_ptr<CMainFrame> frame_;
+};
+
+}  // namespace texturon
