@@ -22,9 +22,10 @@ inline QApplication& Application() {
   static char* argv[] = {name.data(), nullptr};
   qputenv("QT_QPA_PLATFORM", "offscreen");
   qputenv("XDG_CONFIG_HOME", folder.path().c_str());
-  static QApplication application(argc, argv);
+  // Never destroyed: at the end of the process its platform is gone before it.
+  static QApplication* const application = new QApplication(argc, argv);
   QApplication::setOrganizationName("ui_test");
-  return application;
+  return *application;
 }
 
 inline std::filesystem::path Sample(const char* name) {
