@@ -23,6 +23,11 @@
 #include "ui/texturon_view.h"
 #include "ui/window_fixture.h"
 
+/// What the font library keeps to the end of the process is not ours to free.
+extern "C" const char* __lsan_default_suppressions() {
+  return "leak:libfontconfig";
+}
+
 namespace texturon {
 namespace {
 
