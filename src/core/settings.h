@@ -46,6 +46,9 @@ enum ApexPosition : std::int32_t {
   kApexAtValley = 3,
 };
 
+/// `CursorDisplayType`: the sum of what is shown.
+enum CursorDisplay : std::int32_t { kUprightCursors = 1, kLevelCursors = 2 };
+
 /// For `RadiusMethod` and `ConicMethod`.
 enum AsphereTerm : std::int32_t { kTermFitted = 0, kTermHeld = 1 };
 

@@ -155,7 +155,7 @@ constexpr auto kTable = std::to_array<SettingKey>({
     {DISPLAY(ShowFilterTrans), "", "show the filter's transmission"},
     {DISPLAY(ShowClosingProfile), "", "draw the closing envelope"},
     {DISPLAY(ShowOpeningProfile), "", "draw the opening envelope"},
-    {DISPLAY(CursorDisplayType), "", "form of the cursor readout"},
+    {DISPLAY(CursorDisplayType), "", "cursors of the profile view", "0 none, 1 upright, 2 level, 3 both"},
     {DISPLAY(ShowXAxisValues), "", "numbers along the X axis"},
     {DISPLAY(ShowINIPathInHeading), "", "full path of the settings file in the heading"},
     {DISPLAY(ProfileAutoScale), "", "profile view chooses its own scale"},

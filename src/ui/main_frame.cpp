@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QDragEnterEvent>
 #include <QFileDialog>
+#include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
@@ -66,6 +67,10 @@ CMainFrame::CMainFrame(Environment environment, Prompts* prompts) {
   MakeViewMenu();
   MakeAnalysisMenu();
   MakeHelpMenu();
+  readout_ = new QLabel(this);
+  readout_->setObjectName("readout");
+  statusBar()->addPermanentWidget(readout_);
+  connect(view_, &CTexturonView::ReadoutChanged, this, [this] { readout_->setText(view_->Readout()); });
   connect(doc_, &CTexturonDoc::Changed, this, &CMainFrame::UpdateState);
   UpdateState();
 }
@@ -153,17 +158,53 @@ void CMainFrame::MakeViewMenu() {
     connect(action, &QAction::toggled, this, [this, pane = index](bool on) { upper_->widget(pane)->setVisible(on); });
   }
   menu->addSeparator();
-  QAction* const metric = menu->addAction(tr("&Metric"));
-  metric->setCheckable(true);
-  metric->setChecked(true);
-  connect(metric, &QAction::toggled, this, [this](bool on) {
-    Settings settings = doc_->document().settings;
-    if (settings.display.Metric == on) return;
-    settings.display.Metric = on;
-    doc_->ReplaceSettings(std::move(settings));
+  needProfile_ << AddCommand(*menu, tr("Zoom &Back"), QKeySequence(Qt::ALT | Qt::Key_Left), tr("The former view."),
+                             [this] { view_->Graph().GoBack(); });
+  needProfile_ << AddCommand(*menu, tr("Show &All"), QKeySequence(Qt::CTRL | Qt::Key_0), tr("The whole profile."),
+                             [this] { view_->Graph().ShowAll(); });
+  AddDisplaySwitch(*menu, tr("1:1 Aspe&ct Ratio"), &DisplaySettings::Profile11AspectRatio,
+                   tr("The same scale for both axes, where the profile is high enough to be seen then."));
+  AddDisplaySwitch(*menu, tr("A&uto Scale"), &DisplaySettings::ProfileAutoScale,
+                   tr("Off: between the fixed heights of the settings."));
+  const std::pair<QString, std::int32_t> cursors[] = {{tr("&X Cursors"), kUprightCursors},
+                                                      {tr("&Y Cursors"), kLevelCursors}};
+  for (const auto& [title, bit] : cursors) {
+    AddSwitch(
+        *menu, title, {},
+        [bit = bit](const Document& document) { return (document.settings.display.CursorDisplayType & bit) != 0; },
+        [this, bit = bit](bool on) {
+          DisplaySettings display = doc_->document().settings.display;
+          display.CursorDisplayType = on ? display.CursorDisplayType | bit : display.CursorDisplayType & ~bit;
+          doc_->ReplaceDisplay(std::move(display));
+        });
+  }
+  needProfile_ << AddCommand(*menu, tr("&Fetch Cursors"), {}, tr("Puts the cursors where they can be seen."),
+                             [this] { view_->Graph().FetchCursors(); });
+  menu->addSeparator();
+  AddDisplaySwitch(*menu, tr("&Rk Lines"), &DisplaySettings::ShowRkLines, tr("The construction lines of Rk."));
+  AddDisplaySwitch(*menu, tr("&Metric"), &DisplaySettings::Metric, tr("Off: inches and microinches."));
+}
+
+void CMainFrame::AddSwitch(QMenu& menu, const QString& text, const QString& tip,
+                           const std::function<bool(const Document&)>& isOn, const std::function<void(bool)>& turn) {
+  QAction* const action = menu.addAction(text);
+  action->setCheckable(true);
+  action->setStatusTip(tip);
+  action->setChecked(isOn(doc_->document()));
+  connect(action, &QAction::toggled, this, [this, isOn, turn](bool on) {
+    if (isOn(doc_->document()) != on) turn(on);
   });
-  connect(doc_, &CTexturonDoc::Changed, metric,
-          [this, metric] { metric->setChecked(doc_->document().settings.display.Metric); });
+  connect(doc_, &CTexturonDoc::Changed, action, [this, action, isOn] { action->setChecked(isOn(doc_->document())); });
+}
+
+void CMainFrame::AddDisplaySwitch(QMenu& menu, const QString& text, bool DisplaySettings::*field, const QString& tip) {
+  AddSwitch(
+      menu, text, tip, [field](const Document& document) { return document.settings.display.*field; },
+      [this, field](bool on) {
+        DisplaySettings display = doc_->document().settings.display;
+        display.*field = on;
+        doc_->ReplaceDisplay(std::move(display));
+      });
 }
 
 template <typename Sheet>
@@ -185,6 +226,21 @@ void CMainFrame::MakeAnalysisMenu() {
                                const double toMM = doc_->document().settings.display.Metric ? 1.0 : kMillimetresPerInch;
                                doc_->ComputeOver(std::max(range.lower, 0.0) * toMM, range.upper * toMM);
                              });
+  needProfile_ << AddCommand(*menu, tr("Compute Between X &Cursors"), QKeySequence(Qt::Key_F7),
+                             tr("Analyses the stretch between the upright cursors."), [this] {
+                               const auto [first, last] = view_->BetweenCursorsMM();
+                               doc_->ComputeOver(std::max(first, 0.0), last);
+                             });
+  menu->addSeparator();
+  needProfile_ << AddCommand(*menu, tr("&Exclude Between Cursors"), QKeySequence(Qt::Key_F8),
+                             tr("Excludes the cursor region from form removal."), [this] {
+                               const auto [first, last] = view_->BetweenCursorsMM();
+                               doc_->ExcludeBetween(first, last);
+                             });
+  AddSwitch(
+      *menu, tr("Use all data for &Form Removal"), {},
+      [](const Document& document) { return document.useAllDataForForm; },
+      [this](bool on) { doc_->UseAllDataForForm(on); });
   menu->addSeparator();
   AddCommand(*menu, tr("&Settings..."), QKeySequence(Qt::CTRL | Qt::Key_T),
              tr("Form, filters, parameters and everything else that the analysis goes by."),

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QMainWindow>
+#include <functional>
 #include <memory>
 
 #include "core/document_export.h"
@@ -8,6 +9,7 @@
 #include "ui/texturon_doc.h"
 
 class QAction;
+class QLabel;
 class QMenu;
 class QSplitter;
 
@@ -43,6 +45,10 @@ private:
   void MakeHelpMenu();
   QAction* AddCommand(QMenu& menu, const QString& text, const QKeySequence& keys, const QString& tip,
                       const std::function<void()>& run);
+  /// A command that is on or off, as the document says.
+  void AddSwitch(QMenu& menu, const QString& text, const QString& tip, const std::function<bool(const Document&)>& isOn,
+                 const std::function<void(bool)>& turn);
+  void AddDisplaySwitch(QMenu& menu, const QString& text, bool DisplaySettings::*field, const QString& tip);
   /// Shows a sheet, making it where it is asked for the first time.
   template <typename Sheet>
   void ShowSheet();
@@ -61,6 +67,7 @@ private:
   CTexturonParamView* paramView_;
   QSplitter* upper_;
   QMenu* recentMenu_ = nullptr;
+  QLabel* readout_ = nullptr;
   QList<QAction*> needProfile_;
 };
 

@@ -1,10 +1,12 @@
 #include "ui/texturon_doc.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "core/pipeline.h"
 #include "core/platform.h"
 #include "core/settings_file.h"
+#include "core/units.h"
 #include "formats/extension_table.h"
 #include "formats/import.h"
 
@@ -85,6 +87,24 @@ void CTexturonDoc::ComputeOver(double firstMM, double lastMM) {
   document_.regionLengthMM = lastMM - firstMM;
   if (Compute(document_, prompts_, environment_) == ComputeOutcome::kRefused) document_ = former;
   emit Changed();
+}
+
+void CTexturonDoc::ExcludeBetween(double firstMM, double lastMM) {
+  if (document_.settings.analysis.FormRemovalType == kFormFilter) {
+    prompts_.ShowMessage("Cannot exclude with filter-based form removal.");
+    return;
+  }
+  const ProfileSet& profiles = document_.profiles;
+  const auto indexAt = [&](double mm) {
+    return std::clamp(StepsInLength(mm, profiles.spacingUM), 0, profiles.pointCount - 1);
+  };
+  ExcludeFromForm(document_, indexAt(firstMM), indexAt(lastMM));
+  Recompute();
+}
+
+void CTexturonDoc::UseAllDataForForm(bool uses) {
+  document_.useAllDataForForm = uses;
+  Recompute();
 }
 
 void CTexturonDoc::Recompute() {

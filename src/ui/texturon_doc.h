@@ -36,6 +36,9 @@ public:
   void ComputeAll();
   /// Over a stretch of the record, in mm from its first sample.
   void ComputeOver(double firstMM, double lastMM);
+  /// Leaves a stretch of the record out of the form fit.
+  void ExcludeBetween(double firstMM, double lastMM);
+  void UseAllDataForForm(bool uses);
 
 signals:
   void Changed();

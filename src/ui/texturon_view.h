@@ -2,6 +2,9 @@
 
 #include <QLabel>
 #include <QWidget>
+#include <string>
+#include <tuple>
+#include <utility>
 
 #include "core/shown_profiles.h"
 #include "ui/clickable_profile_graph.h"
@@ -20,6 +23,13 @@ public:
   void SetShown(ProfileKind kind, bool shown);
   bool IsShown(ProfileKind kind) const;
   CClickableProfileGraph& Graph() { return *graph_; }
+  /// Ends of what is between the upright cursors, in mm from the first sample.
+  std::pair<double, double> BetweenCursorsMM() const;
+  /// What the cursors say, in one line.
+  QString Readout() const;
+
+signals:
+  void ReadoutChanged();
 
 private:
   /// Takes the curves anew; what is in view stays unless another record, unit or choice of profiles came.
@@ -28,9 +38,10 @@ private:
   CTexturonDoc& doc_;
   QLabel* heading_;
   CClickableProfileGraph* graph_;
-  ShownProfiles shown_{};
-  std::string shownSource_;
-  bool shownMetric_ = true;
+  /// What the stretch in view depends on.
+  using Basis = std::tuple<std::string, bool, ShownProfiles, bool, double, double, bool>;
+
+  Basis shownBasis_;
 };
 
 }  // namespace texturon
