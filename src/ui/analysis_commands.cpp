@@ -1,11 +1,10 @@
 // The Analysis menu of the main window.
 
-#include "ui/main_frame.h"
-
 #include <QMenuBar>
 #include <algorithm>
 
 #include "core/units.h"
+#include "ui/main_frame.h"
 #include "ui/settings_sheet.h"
 #include "ui/texturon_view.h"
 

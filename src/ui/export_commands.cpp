@@ -1,7 +1,5 @@
 // The Export menu of the main window.
 
-#include "ui/main_frame.h"
-
 #include <QFileDialog>
 #include <QMenuBar>
 #include <QStatusBar>
@@ -9,6 +7,7 @@
 #include "core/date_text.h"
 #include "core/platform.h"
 #include "export/parameter_file.h"
+#include "ui/main_frame.h"
 #include "ui/qt_text.h"
 
 namespace texturon {

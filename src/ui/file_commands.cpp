@@ -1,16 +1,14 @@
 // The File menu of the main window.
 
-#include "ui/main_frame.h"
-
 #include <QFileDialog>
 #include <QMenuBar>
 #include <QPrintDialog>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
 #include <QSettings>
-#include <QToolBar>
 
 #include "core/date_text.h"
+#include "ui/main_frame.h"
 #include "ui/qt_text.h"
 #include "ui/report.h"
 
@@ -24,8 +22,7 @@ constexpr const char* kRecentKey = "recentFiles";
 
 void CMainFrame::MakeFileMenu() {
   QMenu* const menu = menuBar()->addMenu(tr("&File"));
-  auto* const bar = findChild<QToolBar*>("commands");
-  bar->addAction(AddCommand(*menu, tr("&Open..."), QKeySequence::Open, tr("Opens a profile."), [this] { OnOpen(); }));
+  AddCommand(*menu, tr("&Open..."), QKeySequence::Open, tr("Opens a profile."), [this] { OnOpen(); });
   recentMenu_ = menu->addMenu(tr("Recent &Files"));
   connect(recentMenu_, &QMenu::aboutToShow, this, &CMainFrame::ShowRecentFiles);
   needProfile_ << AddCommand(*menu, tr("&Save As..."), QKeySequence::Save, tr("Writes the measured profile."),
@@ -39,6 +36,9 @@ void CMainFrame::MakeFileMenu() {
     const QString file = QFileDialog::getSaveFileName(this, {}, {}, tr("Initialization Files (*.ini);;All Files (*)"));
     if (!file.isEmpty()) doc_->SaveSettingsFile(ToPath(file));
   });
+  saveDefaults_ = AddCommand(*menu, tr("Save Settings as &Default"), {}, tr("The program starts with these settings."),
+                             [this] { OnSaveDefaults(); });
+  saveDefaults_->setEnabled(false);
   menu->addSeparator();
   needProfile_ << AddCommand(*menu, tr("Report as P&DF..."), {}, tr("Writes the report to a file."),
                              [this] { OnReport(); });

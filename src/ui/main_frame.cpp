@@ -9,14 +9,49 @@
 #include <QSplitter>
 #include <QStatusBar>
 #include <QToolBar>
+#include <algorithm>
 #include <utility>
 
+#include "core/working_settings.h"
+#include "ui/command_icons.h"
 #include "ui/curve_views.h"
 #include "ui/qt_text.h"
 #include "ui/texturon_param_view.h"
 #include "ui/texturon_view.h"
 
 namespace texturon {
+namespace {
+
+/// A button of the tool bar, for the command of a menu with this text; none: a line between two groups.
+struct ToolButton {
+  const char* command;
+  CommandIcon icon = CommandIcon::kProgram;
+};
+
+constexpr ToolButton kToolButtons[] = {
+    {"&Open...", CommandIcon::kOpen},
+    {"&Save As...", CommandIcon::kSave},
+    {"Report as P&DF...", CommandIcon::kReport},
+    {"&Export Parameters", CommandIcon::kParameters},
+    {nullptr},
+    {"&Undo", CommandIcon::kUndo},
+    {"&Redo", CommandIcon::kRedo},
+    {nullptr},
+    {"Compute &All", CommandIcon::kComputeAll},
+    {"Compute on &Zoom", CommandIcon::kComputeZoom},
+    {"Compute Between X &Cursors", CommandIcon::kComputeCursors},
+    {"&Settings...", CommandIcon::kSettings},
+    {nullptr},
+    {"Show &All", CommandIcon::kShowAll},
+    {"Zoom &Back", CommandIcon::kZoomBack},
+    {"&X Cursors", CommandIcon::kUprightCursors},
+    {"&Y Cursors", CommandIcon::kLevelCursors},
+    {nullptr},
+    {"&Bearing Ratio and Amplitudes", CommandIcon::kCurves},
+    {"&Spectrum", CommandIcon::kSpectrum},
+};
+
+}  // namespace
 
 CMainFrame::CMainFrame(Environment environment, Prompts* prompts) {
   if (prompts == nullptr) {
@@ -43,12 +78,12 @@ CMainFrame::CMainFrame(Environment environment, Prompts* prompts) {
   setCentralWidget(panes);
   setAcceptDrops(true);
   resize(1200, 800);
-  addToolBar(tr("Commands"))->setObjectName("commands");
   MakeFileMenu();
   MakeExportMenu();
   MakeViewMenu();
   MakeAnalysisMenu();
   MakeHelpMenu();
+  FillToolBar();
   readout_ = new QLabel(this);
   readout_->setObjectName("readout");
   statusBar()->addPermanentWidget(readout_);
@@ -90,6 +125,27 @@ void CMainFrame::AddDisplaySwitch(QMenu& menu, const QString& text, bool Display
       });
 }
 
+void CMainFrame::FillToolBar() {
+  QToolBar* const bar = addToolBar(tr("Commands"));
+  bar->setObjectName("commands");
+  const QList<QAction*> commands = findChildren<QAction*>();
+  for (const ToolButton& button : kToolButtons) {
+    if (button.command == nullptr) {
+      bar->addSeparator();
+      continue;
+    }
+    const auto named = [&](const QAction* action) { return action->text() == tr(button.command); };
+    const auto found = std::find_if(commands.begin(), commands.end(), named);
+    if (found == commands.end()) continue;
+    QAction* const action = *found;
+    action->setIcon(IconOf(button.icon));
+    const QString keys = action->shortcut().toString(QKeySequence::NativeText);
+    const QString name = action->text().remove('&').remove("...");
+    action->setToolTip(keys.isEmpty() ? name : QString("%1 (%2)").arg(name, keys));
+    bar->addAction(action);
+  }
+}
+
 void CMainFrame::MakeHelpMenu() {
   QMenu* const menu = menuBar()->addMenu(tr("&Help"));
   AddCommand(*menu, tr("&About"), {}, tr("What this program is."), [this] {
@@ -100,6 +156,23 @@ void CMainFrame::MakeHelpMenu() {
            "distributed under the GNU GPL version 3; engine and console program are not affected.</p>")
             .arg(QApplication::applicationVersion()));
   });
+}
+
+void CMainFrame::UseWorkingSettings(WorkingSettings& store) {
+  workingSettings_ = &store;
+  saveDefaults_->setEnabled(true);
+  Settings settings = doc_->document().settings;
+  const std::string remark = store.Load(settings);
+  doc_->ReplaceSettings(std::move(settings));
+  if (!remark.empty()) statusBar()->showMessage(FromText(remark));
+}
+
+void CMainFrame::OnSaveDefaults() {
+  std::string reason;
+  const std::filesystem::path file = workingSettings_->Save(doc_->document().settings, reason);
+  if (file.empty()) return doc_->prompts().ShowMessage(reason);
+  constexpr int kShownMS = 8'000;
+  statusBar()->showMessage(tr("The program starts with the settings of %1").arg(FromPath(file)), kShownMS);
 }
 
 void CMainFrame::UpdateState() {

@@ -17,6 +17,7 @@ namespace texturon {
 
 class CTexturonParamView;
 class CTexturonView;
+class WorkingSettings;
 
 /// The main window: profiles above, one of the curves beside them, the parameters below. What it shows and asks goes
 /// through `prompts` where one is given, else through dialogs of its own.
@@ -32,6 +33,8 @@ public:
   CTexturonParamView& ParamView() { return *paramView_; }
   /// Opens a profile and remembers it in the list of recent files.
   bool OpenFile(const std::filesystem::path& path);
+  /// Starts from these settings and offers to save them; `store` outlives the window.
+  void UseWorkingSettings(WorkingSettings& store);
 
 protected:
   void dragEnterEvent(QDragEnterEvent* event) override;
@@ -43,6 +46,7 @@ private:
   void MakeViewMenu();
   void MakeAnalysisMenu();
   void MakeHelpMenu();
+  void FillToolBar();
   QAction* AddCommand(QMenu& menu, const QString& text, const QKeySequence& keys, const QString& tip,
                       const std::function<void()>& run);
   /// A command that is on or off, as the document says.
@@ -59,6 +63,7 @@ private:
   void OnPrint(bool previews);
   void OnExport(const ExportKind& kind, bool asMod);
   void OnExportParameters(bool asks);
+  void OnSaveDefaults();
   void UpdateState();
 
   std::unique_ptr<DialogPrompts> ownPrompts_;
@@ -69,6 +74,8 @@ private:
   QMenu* recentMenu_ = nullptr;
   QLabel* readout_ = nullptr;
   QList<QAction*> needProfile_;
+  QAction* saveDefaults_ = nullptr;
+  WorkingSettings* workingSettings_ = nullptr;
 };
 
 }  // namespace texturon

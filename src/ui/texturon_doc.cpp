@@ -28,6 +28,16 @@ bool CTexturonDoc::Open(const std::filesystem::path& path) {
   return true;
 }
 
+bool CTexturonDoc::OpenBytes(const std::string& name, std::string_view bytes) {
+  const std::filesystem::path path(name);
+  ImportOutcome loaded = LoadProfileBytes(path, bytes, {}, prompts_);
+  if (!loaded.loaded) return false;
+  SetProfile(document_, MakeProfileSet(std::move(loaded.profile), name));
+  document_.regionSet = false;
+  Recompute();
+  return true;
+}
+
 bool CTexturonDoc::Save(const std::filesystem::path& path) {
   std::filesystem::path target = path;
   const ProfileToWrite profile{.heightsUM = document_.profiles.raw,

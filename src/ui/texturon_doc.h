@@ -3,6 +3,7 @@
 #include <QObject>
 #include <filesystem>
 #include <string>
+#include <string_view>
 
 #include "core/document.h"
 #include "core/environment.h"
@@ -24,6 +25,8 @@ public:
   bool HasProfile() const { return !document_.profiles.IsEmpty(); }
 
   bool Open(const std::filesystem::path& path);
+  /// Opens a profile from the content of a file that bears this name, but lies nowhere.
+  bool OpenBytes(const std::string& name, std::string_view bytes);
   /// Writes the measured record in the format of the extension.
   bool Save(const std::filesystem::path& path);
   bool LoadSettingsFile(const std::filesystem::path& path);

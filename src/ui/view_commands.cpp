@@ -1,11 +1,10 @@
 // The View menu of the main window.
 
-#include "ui/main_frame.h"
-
 #include <QMenuBar>
 #include <QSplitter>
 #include <utility>
 
+#include "ui/main_frame.h"
 #include "ui/qt_text.h"
 #include "ui/texturon_view.h"
 
