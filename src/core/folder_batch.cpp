@@ -14,6 +14,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "core/append_file.h"
 #include "core/charset.h"
 #include "core/platform.h"
 #include "core/text.h"

@@ -9,6 +9,7 @@
 #include <thread>
 #include <utility>
 
+#include "core/append_file.h"
 #include "core/charset.h"
 #include "core/event_log.h"
 #include "core/folder_files.h"

@@ -38,7 +38,7 @@ QPolygonF Trace(double left, double right, double middle, double height) {
 
 /// An arrow that turns back to the left, or its mirror image.
 QPolygonF TurnedArrow(bool isMirrored) {
-  QPolygonF line = {{9, 5},  {5, 9},     {9, 13},    {5, 9},   {14, 9},    {17, 10},
+  QPolygonF line = {{9, 5},   {5, 9},     {9, 13},    {5, 9},   {14, 9}, {17, 10},
                     {19, 13}, {18.5, 16}, {16, 18.5}, {13, 19}, {9, 19}};
   for (QPointF& point : line) {
     if (isMirrored) point.setX(kSide - point.x());
@@ -51,7 +51,8 @@ Drawing DrawingOf(CommandIcon icon) {
     case CommandIcon::kProgram:
       return {{Frame(2, 3, 22, 21)}, {Trace(4, 20, 12, 6)}};
     case CommandIcon::kOpen:
-      return {{{{3, 19}, {3, 5}, {9, 5}, {11, 8}, {19, 8}, {19, 11}}, {{3, 19}, {7, 11}, {22, 11}, {18, 19}, {3, 19}}}, {}};
+      return {{{{3, 19}, {3, 5}, {9, 5}, {11, 8}, {19, 8}, {19, 11}}, {{3, 19}, {7, 11}, {22, 11}, {18, 19}, {3, 19}}},
+              {}};
     case CommandIcon::kSave:
       return {{{{3, 15}, {3, 20}, {21, 20}, {21, 15}}}, {{{12, 3}, {12, 15}, {8, 11}, {12, 15}, {16, 11}}}};
     case CommandIcon::kReport:
@@ -74,10 +75,14 @@ Drawing DrawingOf(CommandIcon icon) {
       return {{{{3, 6}, {21, 6}}, {{3, 12}, {21, 12}}, {{3, 18}, {21, 18}}},
               {Frame(7, 4.5, 10, 7.5), Frame(14, 10.5, 17, 13.5), Frame(5, 16.5, 8, 19.5)}};
     case CommandIcon::kShowAll:
-      return {{{{3, 8}, {3, 3}, {8, 3}}, {{16, 3}, {21, 3}, {21, 8}}, {{21, 16}, {21, 21}, {16, 21}}, {{8, 21}, {3, 21}, {3, 16}}},
+      return {{{{3, 8}, {3, 3}, {8, 3}},
+               {{16, 3}, {21, 3}, {21, 8}},
+               {{21, 16}, {21, 21}, {16, 21}},
+               {{8, 21}, {3, 21}, {3, 16}}},
               {Trace(5, 19, 12, 4)}};
     case CommandIcon::kZoomBack:
-      return {{{{4, 10}, {6, 5.5}, {10, 4}, {14, 5.5}, {16, 10}, {14, 14.5}, {10, 16}, {6, 14.5}, {4, 10}}, {{14.5, 14.5}, {21, 21}}},
+      return {{{{4, 10}, {6, 5.5}, {10, 4}, {14, 5.5}, {16, 10}, {14, 14.5}, {10, 16}, {6, 14.5}, {4, 10}},
+               {{14.5, 14.5}, {21, 21}}},
               {{{13, 10}, {7, 10}, {9.5, 7.5}, {7, 10}, {9.5, 12.5}}}};
     case CommandIcon::kUprightCursors:
       return {{Trace(2, 22, 12, 4)}, {{{7, 2}, {7, 22}}, {{17, 2}, {17, 22}}}};
@@ -86,7 +91,8 @@ Drawing DrawingOf(CommandIcon icon) {
     case CommandIcon::kCurves:
       return {{{{3, 3}, {3, 21}, {21, 21}}}, {{{3, 4}, {5, 7}, {9, 10}, {15, 13}, {19, 16}, {21, 20}}}};
     case CommandIcon::kSpectrum:
-      return {{{{3, 3}, {3, 21}, {21, 21}}}, {{{7, 21}, {7, 6}}, {{11, 21}, {11, 12}}, {{15, 21}, {15, 16}}, {{19, 21}, {19, 18}}}};
+      return {{{{3, 3}, {3, 21}, {21, 21}}},
+              {{{7, 21}, {7, 6}}, {{11, 21}, {11, 12}}, {{15, 21}, {15, 16}}, {{19, 21}, {19, 18}}}};
   }
   return {};
 }

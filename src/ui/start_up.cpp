@@ -29,7 +29,8 @@ void OpenFirst(CMainFrame& frame, const QStringList& files) {
   if (files.isEmpty()) return;
   frame.OpenFile(ToPath(files.first()));
   if (files.size() > 1) {
-    frame.statusBar()->showMessage(QObject::tr("Opened the first of %n files.", nullptr, static_cast<int>(files.size())));
+    frame.statusBar()->showMessage(
+        QObject::tr("Opened the first of %n files.", nullptr, static_cast<int>(files.size())));
   }
 }
 
