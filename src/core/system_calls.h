@@ -8,9 +8,9 @@
 
 namespace texturon {
 
-// The calls that bear other names, or do not exist, on other operating systems: the only ones of the program. Those that
-// return a number give -1 and set errno when they fail, as the C library does. For the files of core/ that build on
-// them; everybody else uses those.
+// The calls that bear other names, or do not exist, on other operating systems: the only ones of the program. Those
+// that return a number give -1 and set errno when they fail, as the C library does. For the files of core/ that build
+// on them; everybody else uses those.
 
 /// How a file is opened, from the bytes' point of view; never inherited by another program.
 enum class OpenMode {
