@@ -15,6 +15,7 @@
 #include "core/working_settings.h"
 #include "ui/command_icons.h"
 #include "ui/curve_views.h"
+#include "ui/keys_dialog.h"
 #include "ui/qt_text.h"
 #include "ui/texturon_param_view.h"
 #include "ui/texturon_view.h"
@@ -148,6 +149,8 @@ void CMainFrame::FillToolBar() {
 
 void CMainFrame::MakeHelpMenu() {
   QMenu* const menu = menuBar()->addMenu(tr("&Help"));
+  AddCommand(*menu, tr("&Keys and Mouse..."), QKeySequence(Qt::Key_F1), tr("What is done without a menu."),
+             [this] { CKeysDialog(*this).exec(); });
   AddCommand(*menu, tr("&About"), {}, tr("What this program is."), [this] {
     QMessageBox::about(
         this, tr("About Texturon"),
