@@ -11,6 +11,7 @@
 #include <QToolBar>
 #include <utility>
 
+#include "ui/auto_loading.h"
 #include "ui/curve_views.h"
 #include "ui/qt_text.h"
 #include "ui/texturon_param_view.h"
@@ -45,6 +46,7 @@ CMainFrame::CMainFrame(Environment environment, Prompts* prompts) {
   resize(1200, 800);
   addToolBar(tr("Commands"))->setObjectName("commands");
   MakeFileMenu();
+  MakeEditMenu();
   MakeExportMenu();
   MakeViewMenu();
   MakeAnalysisMenu();
@@ -52,6 +54,16 @@ CMainFrame::CMainFrame(Environment environment, Prompts* prompts) {
   readout_ = new QLabel(this);
   readout_->setObjectName("readout");
   statusBar()->addPermanentWidget(readout_);
+  autoLoading_ = new CAutoLoading(*doc_, *this);
+  auto* const loading = new QLabel(this);
+  loading->setObjectName("autoLoading");
+  // A long path is cut, not the window widened.
+  loading->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  statusBar()->addWidget(loading, 1);
+  connect(autoLoading_, &CAutoLoading::StateChanged, loading, [this, loading] {
+    loading->setText(autoLoading_->State());
+    loading->setToolTip(autoLoading_->State());
+  });
   connect(view_, &CTexturonView::ReadoutChanged, this, [this] { readout_->setText(view_->Readout()); });
   connect(doc_, &CTexturonDoc::Changed, this, &CMainFrame::UpdateState);
   UpdateState();
@@ -114,9 +126,7 @@ void CMainFrame::dragEnterEvent(QDragEnterEvent* event) {
 }
 
 void CMainFrame::dropEvent(QDropEvent* event) {
-  for (const QUrl& url : event->mimeData()->urls()) {
-    if (url.isLocalFile()) OpenFile(ToPath(url.toLocalFile()));
-  }
+  OnDropped(event->mimeData()->urls());
 }
 
 }  // namespace texturon
