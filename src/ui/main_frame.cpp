@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "core/working_settings.h"
+#include "ui/auto_loading.h"
 #include "ui/command_icons.h"
 #include "ui/curve_views.h"
 #include "ui/keys_dialog.h"
@@ -31,7 +32,7 @@ struct ToolButton {
 
 constexpr ToolButton kToolButtons[] = {
     {"&Open...", CommandIcon::kOpen},
-    {"&Save As...", CommandIcon::kSave},
+    {"&Save", CommandIcon::kSave},
     {"Report as P&DF...", CommandIcon::kReport},
     {"&Export Parameters", CommandIcon::kParameters},
     {nullptr},
@@ -80,6 +81,7 @@ CMainFrame::CMainFrame(Environment environment, Prompts* prompts) {
   setAcceptDrops(true);
   resize(1200, 800);
   MakeFileMenu();
+  MakeEditMenu();
   MakeExportMenu();
   MakeViewMenu();
   MakeAnalysisMenu();
@@ -88,6 +90,16 @@ CMainFrame::CMainFrame(Environment environment, Prompts* prompts) {
   readout_ = new QLabel(this);
   readout_->setObjectName("readout");
   statusBar()->addPermanentWidget(readout_);
+  autoLoading_ = new CAutoLoading(*doc_, *this);
+  auto* const loading = new QLabel(this);
+  loading->setObjectName("autoLoading");
+  // A long path is cut, not the window widened.
+  loading->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  statusBar()->addWidget(loading, 1);
+  connect(autoLoading_, &CAutoLoading::StateChanged, loading, [this, loading] {
+    loading->setText(autoLoading_->State());
+    loading->setToolTip(autoLoading_->State());
+  });
   connect(view_, &CTexturonView::ReadoutChanged, this, [this] { readout_->setText(view_->Readout()); });
   connect(doc_, &CTexturonDoc::Changed, this, &CMainFrame::UpdateState);
   UpdateState();
@@ -190,9 +202,7 @@ void CMainFrame::dragEnterEvent(QDragEnterEvent* event) {
 }
 
 void CMainFrame::dropEvent(QDropEvent* event) {
-  for (const QUrl& url : event->mimeData()->urls()) {
-    if (url.isLocalFile()) OpenFile(ToPath(url.toLocalFile()));
-  }
+  OnDropped(event->mimeData()->urls());
 }
 
 }  // namespace texturon

@@ -27,7 +27,7 @@ std::filesystem::path UserFolder() {
 /// The first of several files is shown: the window has one profile.
 void OpenFirst(CMainFrame& frame, const QStringList& files) {
   if (files.isEmpty()) return;
-  frame.OpenFile(ToPath(files.first()));
+  frame.OpenLater(ToPath(files.first()));
   if (files.size() > 1) {
     frame.statusBar()->showMessage(
         QObject::tr("Opened the first of %n files.", nullptr, static_cast<int>(files.size())));
