@@ -41,6 +41,7 @@ private:
   void MakeFileMenu();
   void MakeExportMenu();
   void MakeViewMenu();
+  void MakeTableMenu(QMenu& menu);
   void MakeAnalysisMenu();
   void MakeHelpMenu();
   QAction* AddCommand(QMenu& menu, const QString& text, const QKeySequence& keys, const QString& tip,

@@ -44,14 +44,20 @@ bool CTexturonDoc::LoadSettingsFile(const std::filesystem::path& path) {
     prompts_.ShowMessage(FileSentence(path, result.ok() ? "does not exist" : result.reason));
     return false;
   }
+  settingsFile_ = path;
   ReplaceSettings(std::move(settings));
   return true;
 }
 
 bool CTexturonDoc::SaveSettingsFile(const std::filesystem::path& path) {
   const SettingsFileResult result = SaveSettings(path, document_.settings);
-  if (!result.ok()) prompts_.ShowMessage(FileSentence(path, result.reason));
-  return result.ok();
+  if (!result.ok()) {
+    prompts_.ShowMessage(FileSentence(path, result.reason));
+    return false;
+  }
+  settingsFile_ = path;
+  emit Changed();
+  return true;
 }
 
 void CTexturonDoc::ReplaceSettings(Settings settings) {
@@ -76,16 +82,43 @@ void CTexturonDoc::SetIdentification(const std::string& identification) {
 
 void CTexturonDoc::ComputeAll() {
   document_.regionSet = false;
+  document_.settings.analysis.AsphereUseClearAperture = false;
   Recompute();
 }
 
 void CTexturonDoc::ComputeOver(double firstMM, double lastMM) {
-  const Document former = document_;
-  document_.regionSet = true;
-  document_.regionMode = 1;
-  document_.regionStartMM = firstMM;
-  document_.regionLengthMM = lastMM - firstMM;
-  if (Compute(document_, prompts_, environment_) == ComputeOutcome::kRefused) document_ = former;
+  ComputeOver({.mode = kStartAndLength, .startMM = firstMM, .lengthMM = lastMM - firstMM});
+}
+
+void CTexturonDoc::ComputeOver(const RegionChoice& region) {
+  Document former = document_;
+  SetRegion(document_, region);
+  // Either would set another stretch.
+  document_.wholeCutoffLength = false;
+  document_.settings.analysis.AsphereUseClearAperture = false;
+  ComputeOrRestore(std::move(former));
+}
+
+void CTexturonDoc::ComputeOverAperture(double diameterMM, double centralDiscardMM) {
+  Document former = document_;
+  AnalysisSettings& settings = document_.settings.analysis;
+  settings.AsphereUseClearAperture = true;
+  settings.AsphereClearApertureDiameterMM = diameterMM;
+  settings.AsphereClearApertureCentralDiscardMM = centralDiscardMM;
+  ComputeOrRestore(std::move(former));
+}
+
+void CTexturonDoc::UseWholeCutoffs(bool uses) {
+  Document former = document_;
+  document_.wholeCutoffLength = uses;
+  if (!uses) document_.regionSet = false;
+  ComputeOrRestore(std::move(former));
+}
+
+void CTexturonDoc::ComputeOrRestore(Document former) {
+  if (HasProfile() && Compute(document_, prompts_, environment_) == ComputeOutcome::kRefused) {
+    document_ = std::move(former);
+  }
   emit Changed();
 }
 

@@ -7,6 +7,7 @@
 #include "core/document.h"
 #include "core/environment.h"
 #include "core/prompts.h"
+#include "core/region_choice.h"
 
 namespace texturon {
 
@@ -33,7 +34,14 @@ public:
   void ReplaceDisplay(DisplaySettings display);
   void Invert();
   void SetIdentification(const std::string& identification);
+  /// The file that the settings were last loaded from or saved to; empty: none yet.
+  const std::filesystem::path& settingsFile() const { return settingsFile_; }
+  /// Over the whole record: without region and clear aperture.
   void ComputeAll();
+  void ComputeOver(const RegionChoice& region);
+  /// Over the clear aperture of an asphere, without its middle zone; both diameters.
+  void ComputeOverAperture(double diameterMM, double centralDiscardMM);
+  void UseWholeCutoffs(bool uses);
   /// Over a stretch of the record, in mm from its first sample.
   void ComputeOver(double firstMM, double lastMM);
   /// Leaves a stretch of the record out of the form fit.
@@ -45,10 +53,13 @@ signals:
 
 private:
   void Recompute();
+  /// Computes after a change; puts the document back as it was before where that is refused.
+  void ComputeOrRestore(Document former);
 
   Prompts& prompts_;
   Environment environment_;
   Document document_;
+  std::filesystem::path settingsFile_;
 };
 
 }  // namespace texturon
