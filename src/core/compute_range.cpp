@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/region_choice.h"
 #include "core/shape_form_step.h"
 #include "core/units.h"
 #include "signal/form_arc.h"
@@ -26,31 +27,9 @@ IndexRange ClampedRange(std::int64_t first, std::int64_t last, std::int32_t poin
 
 RangeOrMessage RegionRange(const Document& document) {
   const ProfileSet& profiles = document.profiles;
-  const std::int64_t n = profiles.pointCount;
-  const std::int64_t start = StepsInLength(document.regionStartMM, profiles.spacingUM);
-  const std::int64_t fromEnd = StepsInLength(document.regionEndOffsetMM, profiles.spacingUM);
-  const std::int64_t length = StepsInLength(document.regionLengthMM, profiles.spacingUM);
-  std::int64_t first = start;
-  std::int64_t last = n - fromEnd;
-  switch (document.regionMode) {
-    case 0:
-      last = n - 1;
-      break;
-    case 1:
-      last = start + length;
-      break;
-    case 2:
-      first = 0;
-      break;
-    case 3:
-      first = n - fromEnd - length;
-      break;
-    default:
-      break;
-  }
-  const IndexRange range = ClampedRange(first, last, profiles.pointCount);
-  if (IsTooShort(range.first, range.last)) return kTooFewInRegion;
-  ComputeRange resolved{range, {}};
+  const auto range = ResolveRegion(RegionOf(document), profiles.pointCount, profiles.spacingUM);
+  if (!range) return kTooFewInRegion;
+  ComputeRange resolved{*range, {}};
   if (document.excludeSet) resolved.exclusion = IndexRange::FromEnds(document.excludeFirst, document.excludeLast);
   return resolved;
 }
@@ -161,6 +140,12 @@ RangeOrMessage ResolveComputeRange(Document& document, Prompts& prompts) {
   const std::int32_t last = document.profiles.pointCount - 1;
   if (IsTooShort(0, last)) return kTooFew;
   return ComputeRange{IndexRange::FromEnds(0, last), {}};
+}
+
+std::optional<RangeOrMessage> PreviewAperture(const Document& document, const AnalysisSettings& aperture) {
+  const auto* const fit = std::get_if<AsphereFit>(&document.results.formGeometry);
+  if (!document.results.formRemoved || fit == nullptr) return std::nullopt;
+  return ApertureAbout(fit->apexXMM * kMicrometresPerMillimetre, document.profiles, aperture);
 }
 
 std::int32_t FormThinningStep(const AnalysisSettings& settings, std::int32_t count, double spacingUM) {

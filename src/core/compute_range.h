@@ -36,6 +36,10 @@ void ApplyWholeCutoffs(Document& document);
 /// an asphere that is fitted there; when that fit fails the first stands.
 RangeOrMessage ResolveComputeRange(Document& document, Prompts& prompts);
 
+/// The stretch that a clear aperture takes about the apex of the asphere that was fitted last. Nothing where the form
+/// removed is none.
+std::optional<RangeOrMessage> PreviewAperture(const Document& document, const AnalysisSettings& aperture);
+
 /// Step between the points that a form fit uses, by the document's data reduction; 0 for all.
 std::int32_t FormThinningStep(const AnalysisSettings& settings, std::int32_t count, double spacingUM);
 

@@ -29,10 +29,26 @@ std::optional<double> HeightAt(const Profile& profile, double xMM) {
   return profile.samples[static_cast<std::size_t>(index)];
 }
 
-/// Writes two values and their difference.
-std::string Pair(const char* name, double first, double second, int decimals, const char* unit) {
-  return std::string(name) + " " + FixedText(first, decimals) + ", " + FixedText(second, decimals) + "  d" + name +
-         " " + FixedText(second - first, decimals) + " " + unit;
+/// How heights and lengths are written in the units shown.
+class Units {
+public:
+  explicit Units(bool metric) : metric_(metric) {}
+
+  std::string Length(double lengthMM) const {
+    return metric_ ? FixedText(lengthMM, 4) + " mm" : FixedText(lengthMM * kInchesPerMillimetre, 5) + " in";
+  }
+  std::string Height(double heightUM) const {
+    return metric_ ? FixedText(heightUM, 4) + " \xB5m" : FixedText(heightUM * kMicroinchesPerMicrometre, 2) + " \xB5in";
+  }
+
+private:
+  bool metric_;
+};
+
+/// Two values and their difference.
+std::string Pair(const std::string& name, const std::string& first, const std::string& second,
+                 const std::string& difference) {
+  return name + "1 " + first + "  " + name + "2 " + second + "  d" + name + " " + difference;
 }
 
 std::string SlopeText(double riseUM, double runMM) {
@@ -68,27 +84,37 @@ ProfileMarks MarksOf(const Document& document) {
 }
 
 std::string CursorReadout(const Document& document, ProfileKind kind, const CursorPlaces& places) {
-  const bool metric = document.settings.display.Metric;
-  const double length = metric ? 1.0 : kInchesPerMillimetre;
-  const double height = metric ? 1.0 : kMicroinchesPerMicrometre;
-  const char* const heightUnit = metric ? "\xB5m" : "\xB5in";
+  const Units units(document.settings.display.Metric);
   std::string text;
   if (places.hasX) {
     const auto [x1, x2] = places.xMM;
-    text += Pair("X", x1 * length, x2 * length, metric ? 4 : 5, metric ? "mm" : "in");
+    text += Pair("X", units.Length(x1), units.Length(x2), units.Length(x2 - x1));
     if (HasProfile(document, kind)) {
       const Profile profile = document.profiles.View(kind);
       const auto z1 = HeightAt(profile, x1);
       const auto z2 = HeightAt(profile, x2);
-      if (z1 && z2) text += "    " + Pair("Z", *z1 * height, *z2 * height, metric ? 4 : 2, heightUnit);
+      if (z1 && z2) text += "    " + Pair("Z", units.Height(*z1), units.Height(*z2), units.Height(*z2 - *z1));
       if (z1 && z2 && x1 != x2) text += "    " + SlopeText(*z2 - *z1, x2 - x1);
+      if (z1 && z2) text += " (" + ProfileTitle(kind) + ")";
     }
   }
   if (places.hasY) {
     if (!text.empty()) text += "    ";
-    text += Pair("Y", places.yUM.first * height, places.yUM.second * height, metric ? 4 : 2, heightUnit);
+    const auto [y1, y2] = places.yUM;
+    text += Pair("Y", units.Height(y1), units.Height(y2), units.Height(y2 - y1));
   }
   return text;
+}
+
+std::array<std::string, 4> CursorLabels(const Document& document, ProfileKind kind, const CursorPlaces& places) {
+  const Units units(document.settings.display.Metric);
+  std::array<std::string, 4> labels = {"X1 " + units.Length(places.xMM.first), "X2 " + units.Length(places.xMM.second),
+                                       "Y1 " + units.Height(places.yUM.first), "Y2 " + units.Height(places.yUM.second)};
+  if (!HasProfile(document, kind)) return labels;
+  const Profile profile = document.profiles.View(kind);
+  if (const auto z = HeightAt(profile, places.xMM.first)) labels[0] += "\nZ1 " + units.Height(*z);
+  if (const auto z = HeightAt(profile, places.xMM.second)) labels[1] += "\nZ2 " + units.Height(*z);
+  return labels;
 }
 
 }  // namespace texturon

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <string>
 #include <utility>
 #include <vector>
@@ -35,5 +36,8 @@ struct CursorPlaces {
 /// One line about the cursors, in the units shown: the places, the heights of a profile there with their difference and
 /// slope, and the two heights with theirs.
 std::string CursorReadout(const Document& document, ProfileKind kind, const CursorPlaces& places);
+
+/// What stands at the two upright and the two level cursors: the place, and below it the height there.
+std::array<std::string, 4> CursorLabels(const Document& document, ProfileKind kind, const CursorPlaces& places);
 
 }  // namespace texturon

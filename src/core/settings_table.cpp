@@ -148,7 +148,7 @@ constexpr auto kTable = std::to_array<SettingKey>({
     {DISPLAY(RoughnessAsTpi), "", "title the roughness bearing ratios Tpi"},
     {DISPLAY(ProfileType), "", "profiles shown in the profile view",
      "0 raw data, 1 primary and waviness, 2 primary, 3 waviness, 4 roughness, 5 form suppressed; from 16 on 16 and the "
-     "sum of 1 raw, 2 form suppressed, 4 primary, 8 waviness, 16 roughness"},
+     "sum of 1 raw, 2 form suppressed, 4 primary, 8 waviness, 16 roughness, 32 the removed form"},
     {DISPLAY(BrcAdfType), "", "curve shown in the bearing ratio view"},
     {DISPLAY(ShowRkLines), "", "draw the construction lines of Rk"},
     {DISPLAY(ParameterColumns), "", "columns of the parameter table"},

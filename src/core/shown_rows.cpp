@@ -1,5 +1,6 @@
 #include "core/shown_rows.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "core/number_text.h"
@@ -25,7 +26,18 @@ ShownRow Show(const ParameterDef& row, std::string title, std::string label, boo
           .verdict = JudgeRow(row)};
 }
 
+/// The name that the display settings give a configurable row.
+std::string RatioTitle(const std::string& name, const DisplaySettings& display) {
+  if (name == "Pmr" && display.PrimaryAsTpa) return "Tpa";
+  if (name == "Rmr" && display.RoughnessAsTpi) return "Tpi";
+  return name;
+}
+
 }  // namespace
+
+std::int32_t ColumnsOfTable(const DisplaySettings& display) {
+  return std::clamp(display.ParameterColumns, 1, kMostParameterColumns);
+}
 
 std::vector<ShownRow> ShownRows(const Document& document) {
   const bool metric = document.settings.display.Metric;
@@ -37,7 +49,8 @@ std::vector<ShownRow> ShownRows(const Document& document) {
   for (const auto& entries : {SelectedMaterialRatios(document), SelectedHtps(document)}) {
     for (const RatioRowEntry& entry : entries) {
       const std::string number = IntegerText(static_cast<std::int64_t>(entry.index) + 1);
-      rows.push_back(Show(entry.row, entry.row.name + " " + number, entry.label, metric));
+      const std::string title = RatioTitle(entry.row.name, document.settings.display) + " " + number;
+      rows.push_back(Show(entry.row, title, entry.label, metric));
     }
   }
   return rows;

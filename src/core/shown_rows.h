@@ -19,6 +19,10 @@ struct ShownRow {
   std::optional<Verdict> verdict;
 };
 
+/// How many parameters stand side by side in the table: as the settings say, from 1 to kMostParameterColumns.
+inline constexpr std::int32_t kMostParameterColumns = 6;
+std::int32_t ColumnsOfTable(const DisplaySettings& display);
+
 /// The selected rows of the working list, then the configurable ones.
 std::vector<ShownRow> ShownRows(const Document& document);
 

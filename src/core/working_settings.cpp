@@ -21,6 +21,7 @@ std::string WorkingSettings::Load(Settings& settings) {
   std::string failure;
   for (const std::filesystem::path& file : {siteFile_, userFile_}) {
     const SettingsFileResult result = LoadSettings(file, settings, prompts);
+    if (result.ok() && result.found) loaded_ = file;
     if (!result.ok() && failure.empty()) failure = FileSentence(file, result.reason);
   }
   kept_ = settings.display;

@@ -16,6 +16,8 @@ public:
   /// Reads what there is over `settings`. Returns a sentence on a file that could not be read or fully understood;
   /// empty: all well.
   std::string Load(Settings& settings);
+  /// The file whose settings count after Load; empty: there is none.
+  const std::filesystem::path& Loaded() const { return loaded_; }
   /// Makes these the settings of the next start: writes them beside the program, or where that may not be into the
   /// user's own file. The file written, or a sentence in `reason` and no file.
   std::filesystem::path Save(const Settings& settings, std::string& reason);
@@ -26,6 +28,7 @@ public:
 private:
   std::filesystem::path siteFile_;
   std::filesystem::path userFile_;
+  std::filesystem::path loaded_;
   DisplaySettings kept_;
 };
 

@@ -17,26 +17,15 @@ namespace {
 constexpr std::size_t kReach = 3;
 constexpr double kDegrees = 180.0 / std::numbers::pi;
 
-/// Slopes in um per um; empty for fewer than seven points.
-struct LocalSlopes {
+struct SharedSlopes {
   std::vector<double> values;
 };
 
-LocalSlopes ComputeSlopes(const ParameterProfile& profile) {
-  const std::span<const double> z = profile.Heights();
-  LocalSlopes slopes;
-  if (z.size() < 2 * kReach + 1) return slopes;
-  const double divisor = 60.0 * profile.SpacingUM();
-  slopes.values.resize(z.size() - 2 * kReach);
-  for (std::size_t i = 0; i < slopes.values.size(); ++i) {
-    slopes.values[i] = ((z[i + 6] - z[i]) - 9.0 * (z[i + 5] - z[i + 1]) + 45.0 * (z[i + 4] - z[i + 2])) / divisor;
-  }
-  return slopes;
-}
-
 const std::vector<double>& SlopesOf(const RowInput& row) {
   const ParameterProfile& profile = row.profile;
-  return profile.Shared<LocalSlopes>([&profile] { return ComputeSlopes(profile); }).values;
+  return profile
+      .Shared<SharedSlopes>([&profile] { return SharedSlopes{LocalSlopes(profile.Heights(), profile.SpacingUM())}; })
+      .values;
 }
 
 /// The absolute slopes of rank n / 2 - 1 and n / 2 from below.
@@ -78,6 +67,31 @@ std::optional<Middle> MiddleSteepness(std::span<const double> slopes) {
 }
 
 }  // namespace
+
+std::vector<double> LocalSlopes(std::span<const double> z, double spacingUM) {
+  std::vector<double> slopes;
+  if (z.size() < 2 * kReach + 1) return slopes;
+  const double divisor = 60.0 * spacingUM;
+  slopes.resize(z.size() - 2 * kReach);
+  for (std::size_t i = 0; i < slopes.size(); ++i) {
+    slopes[i] = ((z[i + 6] - z[i]) - 9.0 * (z[i + 5] - z[i + 1]) + 45.0 * (z[i + 4] - z[i + 2])) / divisor;
+  }
+  return slopes;
+}
+
+SteepPart FindSteepPart(std::span<const double> heights, double spacingUM, double degrees) {
+  const std::vector<double> slopes = LocalSlopes(heights, spacingUM);
+  SteepPart steep{std::vector<double>(heights.size(), std::numeric_limits<double>::quiet_NaN())};
+  const double limit = std::tan(degrees / kDegrees);
+  std::size_t count = 0;
+  for (std::size_t i = 0; i < slopes.size(); ++i) {
+    if (!(std::abs(slopes[i]) > limit)) continue;
+    ++count;
+    for (const std::size_t at : {i + kReach, i + kReach + 1}) steep.heightsUM[at] = heights[at];
+  }
+  if (count > 0) steep.percent = 100.0 * static_cast<double>(count) / static_cast<double>(slopes.size());
+  return steep;
+}
 
 std::optional<double> RootMeanSquareSlope(const RowInput& row) {
   const std::vector<double>& slopes = SlopesOf(row);

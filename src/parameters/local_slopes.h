@@ -1,6 +1,8 @@
 #pragma once
 
 #include <optional>
+#include <span>
+#include <vector>
 
 #include "parameters/parameter_profile.h"
 
@@ -8,6 +10,18 @@
 //   (z[i+3] - 9 z[i+2] + 45 z[i+1] - 45 z[i-1] + 9 z[i-2] - z[i-3]) / (60 dx),
 // at every point that has three neighbours on both sides. Each row fails for fewer than seven points.
 namespace texturon {
+
+/// Slopes in um per um of all points but the three at each end; empty for fewer than seven points.
+std::vector<double> LocalSlopes(std::span<const double> heights, double spacingUM);
+
+/// The steep points of a profile.
+struct SteepPart {
+  std::vector<double> heightsUM;  ///< those of the steep points and of the next ones, not a number elsewhere
+  double percent = 0.0;           ///< share of the points that have a slope
+};
+
+/// The points whose slope makes an angle of more than `degrees` with the X axis, up or down.
+SteepPart FindSteepPart(std::span<const double> heights, double spacingUM, double degrees);
 
 std::optional<double> RootMeanSquareSlope(const RowInput& row);       ///< dq: atan of the root mean square, degrees
 std::optional<double> MeanAbsoluteSlopeAngle(const RowInput& row);    ///< dmn: mean of atan |slope|, degrees

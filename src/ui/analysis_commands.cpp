@@ -5,6 +5,7 @@
 
 #include "core/units.h"
 #include "ui/main_frame.h"
+#include "ui/region_dialogs.h"
 #include "ui/settings_sheet.h"
 #include "ui/texturon_view.h"
 
@@ -34,6 +35,24 @@ void CMainFrame::MakeAnalysisMenu() {
                                const auto [first, last] = view_->BetweenCursorsMM();
                                doc_->ComputeOver(std::max(first, 0.0), last);
                              });
+  needProfile_ << AddCommand(*menu, tr("Compute over &Region..."), QKeySequence(Qt::SHIFT | Qt::Key_F7),
+                             tr("Analyses a stretch that is entered."), [this] {
+                               CRegionDialog dialog(doc_->document(), this);
+                               if (dialog.exec() == QDialog::Accepted) doc_->ComputeOver(dialog.Region());
+                             });
+  needProfile_ << AddCommand(*menu, tr("Compute over C&lear Aperture"), QKeySequence(Qt::SHIFT | Qt::Key_F6),
+                             tr("Analyses an asphere over its clear aperture."), [this] {
+                               CClearApertureDialog dialog(doc_->document(), this);
+                               if (dialog.exec() != QDialog::Accepted) return;
+                               const AnalysisSettings& chosen = dialog.Chosen();
+                               doc_->ComputeOverAperture(chosen.AsphereClearApertureDiameterMM,
+                                                         chosen.AsphereClearApertureCentralDiscardMM);
+                             });
+  AddSwitch(
+      *menu, tr("&Whole Number of Cut-offs"),
+      tr("Makes the evaluation length a whole number of cut-offs; sets region and end discard for it."),
+      [](const Document& document) { return document.wholeCutoffLength; },
+      [this](bool on) { doc_->UseWholeCutoffs(on); });
   menu->addSeparator();
   needProfile_ << AddCommand(*menu, tr("&Exclude Between Cursors"), QKeySequence(Qt::Key_F8),
                              tr("Excludes the cursor region from form removal."), [this] {

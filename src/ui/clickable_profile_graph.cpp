@@ -3,12 +3,26 @@
 #include <algorithm>
 #include <cmath>
 
+#include "parameters/height_statistics.h"
+#include "signal/column_envelope.h"
+
 namespace texturon {
+namespace {
+
+/// Curves that would fill less of the height are not drawn with equal scales: nothing could be seen of them.
+constexpr double kLeastShareOfHeight = 0.2;
+/// Part of the height that stays free above and below the curves.
+constexpr double kMargin = 0.04;
+
+QCPRange Centred(double centre, double size) {
+  return {centre - 0.5 * size, centre + 0.5 * size};
+}
+
+}  // namespace
 
 CClickableProfileGraph::CClickableProfileGraph(QWidget* parent) : QCustomPlot(parent) {
   setInteractions(QCP::iRangeDrag | QCP::iRangeZoom | QCP::iSelectLegend);
   axisRect()->setupFullAxesBox(true);
-  xAxis->setLabel(tr("X in mm"));
   legend->setVisible(true);
   axisRect()->insetLayout()->setInsetAlignment(0, Qt::AlignTop | Qt::AlignRight);
   setNoAntialiasingOnDrag(true);
@@ -16,25 +30,103 @@ CClickableProfileGraph::CClickableProfileGraph(QWidget* parent) : QCustomPlot(pa
   setFocusPolicy(Qt::StrongFocus);
   setMouseTracking(true);
   ApplyPalette(*this);
+  connect(this, &QCustomPlot::afterLayout, this, &CClickableProfileGraph::OnLayout);
+  connect(xAxis, qOverload<const QCPRange&>(&QCPAxis::rangeChanged), this, &CClickableProfileGraph::ViewChanged);
 }
 
-void CClickableProfileGraph::SetCurves(std::span<const Curve> curves, bool showsAll) {
+void CClickableProfileGraph::SetCurves(std::span<const Curve> curves, const WholeView& whole) {
   clearGraphs();
+  curves_.clear();
+  bool any = false;
   for (const Curve& curve : curves) {
     QCPGraph* const graph = addGraph();
     graph->setName(curve.name);
     graph->setPen(QPen(curve.colour, curve.width));
-    QVector<QCPGraphData> points(static_cast<qsizetype>(curve.heights.size()));
-    for (std::size_t i = 0; i < curve.heights.size(); ++i) {
-      points[static_cast<qsizetype>(i)] = {curve.firstX + static_cast<double>(i) * curve.step,
-                                           curve.heights[i] * curve.heightFactor};
+    graph->setAdaptiveSampling(false);
+    curves_.push_back(
+        {graph, {curve.heights.begin(), curve.heights.end()}, curve.firstX, curve.step, curve.heightFactor});
+    if (curve.isOverlay || curve.heights.empty()) continue;
+    const HeightExtremes extremes = FindExtremes(curve.heights);
+    const QCPRange x(curve.firstX, curve.firstX + static_cast<double>(curve.heights.size() - 1) * curve.step);
+    const QCPRange y(extremes.lowest * curve.heightFactor, extremes.highest * curve.heightFactor);
+    extentX_ = any ? extentX_.expanded(x) : x;
+    extentY_ = any ? extentY_.expanded(y) : y;
+    any = true;
+  }
+  whole_ = whole;
+  fittedFor_ = {};
+}
+
+void CClickableProfileGraph::SetXTitle(const QString& title) {
+  xTitle_ = title;
+  xAxis->setLabel(title);
+}
+
+void CClickableProfileGraph::ShowXValues(bool shown) {
+  showsXValues_ = shown;
+  xAxis->setTickLabels(shown);
+  xAxis->setLabel(xTitle_);
+}
+
+void CClickableProfileGraph::OnLayout() {
+  if (isWhole_ && fittedFor_ != axisRect()->size()) {
+    // Other numbers beside the axes leave another room for the curves, so twice.
+    for (int round = 0; round < 2; ++round) {
+      FitWhole();
+      for (const auto phase :
+           {QCPLayoutElement::upPreparation, QCPLayoutElement::upMargins, QCPLayoutElement::upLayout})
+        plotLayout()->update(phase);
     }
-    graph->data()->set(points, true);
+    FitWhole();
+    fittedFor_ = axisRect()->size();
   }
-  if (showsAll) {
-    rescaleAxes();
-    history_.clear();
+  const QVector<double> ticks = xAxis->tickVector();
+  if (!showsXValues_ && ticks.size() > 1) {
+    xAxis->setLabel(tr("%1, %2 between two lines").arg(xTitle_).arg(ticks[1] - ticks[0], 0, 'g', 3));
   }
+  Thin();
+}
+
+void CClickableProfileGraph::Thin() {
+  const auto columns =
+      static_cast<std::size_t>(std::max(std::ceil(axisRect()->width() * bufferDevicePixelRatio()), 1.0));
+  const QCPRange view = xAxis->range();
+  for (const HeldCurve& curve : curves_) {
+    const std::vector<std::uint32_t> seen = ColumnEnvelope(
+        curve.heights, {(view.lower - curve.firstX) / curve.step, (view.upper - curve.firstX) / curve.step, columns});
+    QVector<QCPGraphData> points(static_cast<qsizetype>(seen.size()));
+    for (std::size_t i = 0; i < seen.size(); ++i) {
+      points[static_cast<qsizetype>(i)] = {curve.firstX + static_cast<double>(seen[i]) * curve.step,
+                                           curve.heights[seen[i]] * curve.heightFactor};
+    }
+    curve.graph->data()->set(points, true);
+  }
+}
+
+QCPRange CClickableProfileGraph::HeightsWithMargin() const {
+  const double size = extentY_.size();
+  if (size > 0.0) return Centred(extentY_.center(), size * (1.0 + 2.0 * kMargin));
+  return Centred(extentY_.center(), std::max(std::abs(extentY_.center()), 1.0));
+}
+
+void CClickableProfileGraph::FitWhole() {
+  QCPRange x = extentX_;
+  QCPRange y = whole_.heights.value_or(HeightsWithMargin());
+  if (!(x.size() > 0.0)) x = Centred(x.center(), 1.0);
+  if (whole_.heightUnits && !whole_.heights) {
+    const double width = std::max(axisRect()->width(), 1);
+    const double height = std::max(axisRect()->height(), 1);
+    // Length units in a pixel, so that both axes hold their curves.
+    const double acrossX = x.size() / width;
+    const double acrossY = y.size() / *whole_.heightUnits / height;
+    if (acrossY >= kLeastShareOfHeight * acrossX) {
+      const double unit = std::max(acrossX, acrossY);
+      x = Centred(x.center(), unit * width);
+      y = Centred(y.center(), unit * height * *whole_.heightUnits);
+    }
+  }
+  xAxis->setRange(x);
+  yAxis->setRange(y);
 }
 
 void CClickableProfileGraph::SetMarks(std::span<const Mark> marks) {
@@ -63,48 +155,61 @@ void CClickableProfileGraph::SetMarks(std::span<const Mark> marks) {
   }
 }
 
-void CClickableProfileGraph::ShowAll() {
-  Remember(Now());
-  rescaleAxes();
-  replot();
+void CClickableProfileGraph::StartAnew() {
+  isWhole_ = true;
+  fittedFor_ = {};
+  FitWhole();
+  back_.clear();
+  forward_.clear();
+  emit ViewChanged();
 }
 
-bool CClickableProfileGraph::ShowAllEquallyScaled(double heightUnits, double leastShare) {
-  const View before = Now();
-  rescaleAxes();
-  const double width = std::max(axisRect()->width(), 1);
-  const double height = std::max(axisRect()->height(), 1);
-  // Length units in a pixel, so that both axes hold their curves.
-  const double acrossX = xAxis->range().size() / width;
-  const double acrossY = yAxis->range().size() / heightUnits / height;
-  if (acrossY < leastShare * acrossX) {
-    xAxis->setRange(before.first);
-    yAxis->setRange(before.second);
-    return false;
-  }
-  Remember(before);
-  const double unit = std::max(acrossX, acrossY);
-  xAxis->setRange(xAxis->range().center(), unit * width, Qt::AlignCenter);
-  yAxis->setRange(yAxis->range().center(), unit * height * heightUnits, Qt::AlignCenter);
+void CClickableProfileGraph::ShowAll() {
+  Remember(Now());
+  isWhole_ = true;
+  fittedFor_ = {};
   replot();
-  // Other numbers beside the axis have left another room for the curves.
-  yAxis->setScaleRatio(xAxis, heightUnits);
+  emit ViewChanged();
+}
+
+void CClickableProfileGraph::Show(const View& view) {
+  isWhole_ = view.isWhole;
+  fittedFor_ = {};
+  xAxis->setRange(view.x);
+  yAxis->setRange(view.y);
   replot();
-  return true;
+  emit ViewChanged();
 }
 
 void CClickableProfileGraph::Remember(const View& view) {
   constexpr std::size_t kMostViews = 100;
-  if (!history_.empty() && history_.back() == view) return;
-  history_.push_back(view);
-  if (history_.size() > kMostViews) history_.erase(history_.begin());
+  isWhole_ = false;
+  forward_.clear();
+  if (!back_.empty() && back_.back() == view) return;
+  back_.push_back(view);
+  if (back_.size() > kMostViews) back_.erase(back_.begin());
 }
 
 void CClickableProfileGraph::GoBack() {
-  if (history_.empty()) return;
-  xAxis->setRange(history_.back().first);
-  yAxis->setRange(history_.back().second);
-  history_.pop_back();
+  if (back_.empty()) return;
+  forward_.push_back(Now());
+  const View view = back_.back();
+  back_.pop_back();
+  Show(view);
+}
+
+void CClickableProfileGraph::GoForward() {
+  if (forward_.empty()) return;
+  back_.push_back(Now());
+  const View view = forward_.back();
+  forward_.pop_back();
+  Show(view);
+}
+
+void CClickableProfileGraph::ShowX(const QCPRange& range) {
+  if (!(range.size() > 0.0)) return;
+  Remember(Now());
+  xAxis->setRange(range);
   replot();
 }
 
@@ -112,6 +217,19 @@ void CClickableProfileGraph::Zoom(double factor) {
   Remember(Now());
   xAxis->scaleRange(factor);
   replot();
+}
+
+void CClickableProfileGraph::ScrollX(const QCPRange& range) {
+  RememberOnce();
+  xAxis->setRange(range);
+  replot(rpQueuedReplot);
+}
+
+void CClickableProfileGraph::RememberOnce() {
+  constexpr qint64 kPauseMS = 500;
+  if (!sinceStep_.isValid() || sinceStep_.elapsed() > kPauseMS) Remember(Now());
+  isWhole_ = false;
+  sinceStep_.start();
 }
 
 void CClickableProfileGraph::MakeCursors() {
@@ -122,6 +240,49 @@ void CClickableProfileGraph::MakeCursors() {
     cursor->setLayer("cursors");
     cursor->setVisible(false);
   }
+  for (std::size_t i = 0; i < labels_.size(); ++i) {
+    labels_[i] = new QCPItemText(this);
+    labels_[i]->setLayer("cursors");
+    labels_[i]->setVisible(false);
+    labels_[i]->setPadding(QMargins(3, 1, 3, 1));
+    labels_[i]->setTextAlignment(Qt::AlignLeft);
+    labels_[i]->position->setTypeX(i < 2 ? QCPItemPosition::ptPlotCoords : QCPItemPosition::ptAxisRectRatio);
+    labels_[i]->position->setTypeY(i < 2 ? QCPItemPosition::ptAxisRectRatio : QCPItemPosition::ptPlotCoords);
+  }
+}
+
+void CClickableProfileGraph::SetCursorLabels(const std::array<QString, 4>& labels) {
+  if (cursors_[0] == nullptr) return;
+  QColor ground = palette().color(QPalette::Base);
+  ground.setAlphaF(0.8F);
+  for (std::size_t i = 0; i < labels.size(); ++i) {
+    labels_[i]->setText(labels[i]);
+    labels_[i]->setFont(font());
+    labels_[i]->setColor(palette().color(QPalette::Text));
+    labels_[i]->setBrush(ground);
+  }
+  PlaceLabels();
+  layer("cursors")->replot();
+}
+
+void CClickableProfileGraph::PlaceLabels() {
+  const auto widthOf = [this](const QString& text) {
+    return fontMetrics().boundingRect(QRect(0, 0, 1, 1), Qt::TextDontClip, text).width() + fontMetrics().height();
+  };
+  const double between = std::abs(xAxis->coordToPixel(places_[0]) - xAxis->coordToPixel(places_[1]));
+  // Between the two cursors where there is room, else beside them.
+  const bool isInside = between > widthOf(labels_[0]->text()) + widthOf(labels_[1]->text());
+  for (std::size_t i = 0; i < labels_.size(); ++i) {
+    labels_[i]->setVisible(cursors_[i]->visible());
+    if (i < 2) {
+      const bool isLeft = places_[i] < places_[1 - i] || (places_[0] == places_[1] && i == 0);
+      labels_[i]->position->setCoords(places_[i], 0.0);
+      labels_[i]->setPositionAlignment(Qt::AlignTop | (isLeft == isInside ? Qt::AlignLeft : Qt::AlignRight));
+    } else {
+      labels_[i]->position->setCoords(0.0, places_[i]);
+      labels_[i]->setPositionAlignment(Qt::AlignLeft | Qt::AlignBottom);
+    }
+  }
 }
 
 void CClickableProfileGraph::ShowCursors(bool upright, bool level) {
@@ -131,8 +292,14 @@ void CClickableProfileGraph::ShowCursors(bool upright, bool level) {
 }
 
 void CClickableProfileGraph::FetchCursors() {
+  const QCPRange all[] = {extentX_, extentY_};
   for (std::size_t i = 0; i < places_.size(); ++i) {
-    const QCPRange range = (i < 2 ? xAxis : yAxis)->range();
+    QCPRange range = all[i / 2];
+    const QCPRange seen = (i < 2 ? xAxis : yAxis)->range();
+    // Before the first picture there is no view yet.
+    if (!isWhole_ && seen.lower < range.upper && seen.upper > range.lower) {
+      range = {std::max(seen.lower, range.lower), std::min(seen.upper, range.upper)};
+    }
     places_[i] = range.lower + range.size() * (i % 2 == 0 ? 0.25 : 0.75);
   }
   DrawCursors();
@@ -159,6 +326,7 @@ void CClickableProfileGraph::DrawCursors() {
     cursors_[i]->point2->setCoords(isUpright ? places_[i] : 1.0, isUpright ? 1.0 : places_[i]);
     cursors_[i]->setPen(QPen(ink, i == active_ ? 2.0 : 1.0, i % 2 == 0 ? Qt::SolidLine : Qt::DashLine));
   }
+  PlaceLabels();
   layer("cursors")->replot();
   emit CursorsMoved();
 }
@@ -194,6 +362,8 @@ void CClickableProfileGraph::mouseMoveEvent(QMouseEvent* event) {
                grabbed_ < 2 ? xAxis->pixelToCoord(event->position().x()) : yAxis->pixelToCoord(event->position().y()));
     return;
   }
+  // While it is dragged the view is no longer fitted to the window.
+  if (event->buttons().testFlag(Qt::LeftButton)) isWhole_ = false;
   const std::size_t under = event->buttons() == Qt::NoButton ? CursorAt(event->position()) : kNoCursor;
   setCursor(under == kNoCursor ? Qt::ArrowCursor : under < 2 ? Qt::SplitHCursor : Qt::SplitVCursor);
   QCustomPlot::mouseMoveEvent(event);
@@ -206,7 +376,12 @@ void CClickableProfileGraph::mouseReleaseEvent(QMouseEvent* event) {
   }
   QCustomPlot::mouseReleaseEvent(event);
   setSelectionRectMode(QCP::srmNone);
-  if (Now() != pressed_) Remember(pressed_);
+  if (xAxis->range() == pressed_.x && yAxis->range() == pressed_.y) {
+    isWhole_ = pressed_.isWhole;
+    return;
+  }
+  Remember(pressed_);
+  emit ViewChanged();
 }
 
 void CClickableProfileGraph::mouseDoubleClickEvent(QMouseEvent* event) {
@@ -216,10 +391,7 @@ void CClickableProfileGraph::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void CClickableProfileGraph::wheelEvent(QWheelEvent* event) {
-  // One turn of the wheel is many events but one step back.
-  constexpr qint64 kPauseMS = 500;
-  if (!sinceWheel_.isValid() || sinceWheel_.elapsed() > kPauseMS) Remember(Now());
-  sinceWheel_.start();
+  RememberOnce();
   const bool alongXOnly = event->modifiers().testFlag(Qt::ControlModifier);
   axisRect()->setRangeZoom(alongXOnly ? Qt::Horizontal : Qt::Horizontal | Qt::Vertical);
   QCustomPlot::wheelEvent(event);
@@ -243,7 +415,7 @@ void CClickableProfileGraph::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_Home:
       return ShowAll();
     case Qt::Key_Backspace:
-      return GoBack();
+      return event->modifiers().testFlag(Qt::ShiftModifier) ? GoForward() : GoBack();
     case Qt::Key_C:
       for (std::size_t i = 1; cursors_[0] != nullptr && i <= cursors_.size(); ++i) {
         const std::size_t next = (active_ + i) % cursors_.size();

@@ -2,6 +2,7 @@
 
 #include <QElapsedTimer>
 #include <array>
+#include <optional>
 #include <qcustomplot.h>
 #include <span>
 #include <utility>
@@ -12,7 +13,10 @@ namespace texturon {
 /// A graph of curves over millimetres that is looked at with the mouse: the wheel zooms about the pointer (with Ctrl
 /// along X only), the left button drags, Shift and the left button mark what to zoom to, a double click shows all. Two
 /// upright and two level cursors are grabbed with the left button. By keys: + and - zoom, Home shows all, Backspace
-/// goes back to the former view, C takes the next cursor and the arrows move it.
+/// goes back to the former view and with Shift forward again, C takes the next cursor and the arrows move it.
+///
+/// It keeps the heights and gives the plot, for each picture, only those that can be seen in it: the first, last,
+/// lowest and highest of every column of pixels.
 class CClickableProfileGraph : public QCustomPlot {
   Q_OBJECT
 
@@ -28,6 +32,7 @@ public:
     double firstX = 0.0;
     double step = 1.0;
     double heightFactor = 1.0;  ///< to the units shown
+    bool isOverlay = false;  ///< lies on another curve: heights that are not a number are gaps, nothing is scaled by it
   };
   /// A stretch along X that is set apart behind the curves; a line where both ends are the same.
   struct Mark {
@@ -35,18 +40,34 @@ public:
     double last = 0.0;
     QBrush brush;
   };
-  /// Replaces the curves, to be drawn with the next replot. The stretch in view stays unless `showsAll`.
-  void SetCurves(std::span<const Curve> curves, bool showsAll);
+  /// What showing all means.
+  struct WholeView {
+    std::optional<QCPRange> heights;    ///< fixed ends of the Y axis
+    std::optional<double> heightUnits;  ///< heights in one length: the same scale for both axes, where the curves then
+                                        ///< fill enough of the height to be seen
+  };
+  void SetXTitle(const QString& title);
+  /// Replaces the curves, to be drawn with the next replot. What is zoomed to stays, and so does that all is shown.
+  void SetCurves(std::span<const Curve> curves, const WholeView& whole);
   void SetMarks(std::span<const Mark> marks);
+  /// Without numbers the X axis says how far apart its lines are.
+  void ShowXValues(bool shown);
+  /// Shows all and, unlike ShowAll, forgets the views before.
+  void StartAnew();
   void ShowAll();
-  /// Shows all with the same scale for both axes, `heightUnits` of height being one of length. False, and nothing
-  /// changes, where the curves would then fill less than `leastShare` of the height.
-  bool ShowAllEquallyScaled(double heightUnits, double leastShare);
   /// The view before the last zoom or drag.
   void GoBack();
-  bool CanGoBack() const { return !history_.empty(); }
+  /// The view that GoBack left.
+  void GoForward();
+  bool CanGoBack() const { return !back_.empty(); }
+  /// Zooms along X to a stretch, with the height as it is.
+  void ShowX(const QCPRange& range);
+  /// Moves along X; all moves of one pull at a scroll bar are one step back.
+  void ScrollX(const QCPRange& range);
   /// Ends of what is in view along X.
   QCPRange VisibleX() const { return xAxis->range(); }
+  /// Ends of the curves along X.
+  QCPRange WholeX() const { return extentX_; }
 
   void ShowCursors(bool upright, bool level);
   bool HasUprightCursors() const { return cursors_[0] != nullptr && cursors_[0]->visible(); }
@@ -55,11 +76,15 @@ public:
   std::pair<double, double> UprightCursors() const { return {places_[0], places_[1]}; }
   std::pair<double, double> LevelCursors() const { return {places_[2], places_[3]}; }
   void SetUprightCursors(double first, double second);
-  /// Puts all cursors where they can be seen.
+  /// Puts all cursors where they can be seen, on the curves.
   void FetchCursors();
+  /// Texts at the two upright and the two level cursors.
+  void SetCursorLabels(const std::array<QString, 4>& labels);
 
 signals:
   void CursorsMoved();
+  /// A part of the curves was left or come to.
+  void ViewChanged();
 
 protected:
   void mousePressEvent(QMouseEvent* event) override;
@@ -70,23 +95,55 @@ protected:
   void keyPressEvent(QKeyEvent* event) override;
 
 private:
-  using View = std::pair<QCPRange, QCPRange>;
+  struct View {
+    QCPRange x;
+    QCPRange y;
+    bool isWhole = false;
+
+    bool operator==(const View&) const = default;
+  };
+  struct HeldCurve {
+    QCPGraph* graph = nullptr;
+    std::vector<double> heights;
+    double firstX = 0.0;
+    double step = 1.0;
+    double heightFactor = 1.0;
+  };
   static constexpr std::size_t kNoCursor = 4;
 
-  View Now() const { return {xAxis->range(), yAxis->range()}; }
+  View Now() const { return {xAxis->range(), yAxis->range(), isWhole_}; }
+  void Show(const View& view);
   void Remember(const View& view);
+  /// Once for what follows shortly on each other.
+  void RememberOnce();
+  void FitWhole();
+  /// Ends of the Y axis that hold the curves and a little more.
+  QCPRange HeightsWithMargin() const;
+  void OnLayout();
+  void Thin();
   void Zoom(double factor);
   void MakeCursors();
   void MoveCursor(std::size_t cursor, double place);
   void DrawCursors();
+  void PlaceLabels();
   std::size_t CursorAt(const QPointF& position) const;
 
-  std::vector<View> history_;
+  std::vector<HeldCurve> curves_;
+  QCPRange extentX_;
+  QCPRange extentY_;
+  WholeView whole_;
+  bool isWhole_ = true;  ///< nobody has zoomed or dragged: the view follows the size of the window
+  QSize fittedFor_;      ///< room for the curves when they were last fitted into it; none: fit them anew
+  bool showsXValues_ = true;
+  QString xTitle_;
+  std::vector<View> back_;
+  std::vector<View> forward_;
   View pressed_;
-  QElapsedTimer sinceWheel_;
+  QElapsedTimer sinceStep_;  ///< of the wheel or a scroll bar
   std::vector<QCPAbstractItem*> marks_;
   /// Two upright ones, then two level ones.
   std::array<QCPItemStraightLine*, 4> cursors_{};
+  std::array<QCPItemText*, 4> labels_{};
   std::array<double, 4> places_{};
   std::size_t grabbed_ = kNoCursor;
   std::size_t active_ = 0;

@@ -201,7 +201,7 @@ void CFolderBatchWindow::MakeTables(QLayout& layout) {
           [this](const QModelIndex& index) { emit OpenRequested(FromPath(results_->Row(index.row()).path)); });
   summary_ = new CGridCtrl({tr("Parameter"), tr("Files"), tr("Mean"), tr("Standard deviation"), tr("Minimum"),
                             tr("Maximum"), tr("Out of tolerance")},
-                           tabs_);
+                           {1, 2, 3, 4, 5, 6}, tabs_);
   tabs_->addTab(table_, tr("F&iles"));
   tabs_->addTab(summary_, tr("St&atistics"));
   static_cast<QVBoxLayout&>(layout).addWidget(tabs_, 1);
@@ -245,7 +245,7 @@ void CFolderBatchWindow::OnStart() {
 
 void CFolderBatchWindow::Start(std::vector<std::filesystem::path> files, const std::filesystem::path& parameterFile) {
   results_->Clear();
-  summary_->setRowCount(0);
+  summary_->Show({});
   bar_->setRange(0, static_cast<int>(files.size()));
   bar_->setValue(0);
   state_->setText(tr("%n to analyse", nullptr, static_cast<int>(files.size())));
@@ -310,17 +310,15 @@ void CFolderBatchWindow::ShowOutcome() {
 }
 
 void CFolderBatchWindow::ShowSummary(const BatchSummary& summary) {
-  summary_->setRowCount(static_cast<int>(summary.columns.size()));
-  for (int row = 0; row < summary_->rowCount(); ++row) {
-    const ColumnSummary& column = summary.columns[static_cast<std::size_t>(row)];
-    summary_->SetCell(row, 0, FromText(column.name), Qt::AlignLeft);
-    summary_->SetCell(row, 1, QString::number(column.count), Qt::AlignRight);
-    if (column.count == 0) continue;
+  QList<CGridCtrl::Record> records;
+  for (const ColumnSummary& column : summary.columns) {
+    QStringList cells = {FromText(column.name), QString::number(column.count)};
     const double values[] = {column.mean, column.StandardDeviation(), column.minimum, column.maximum};
-    for (int i = 0; i < 4; ++i) summary_->SetCell(row, 2 + i, NumberText(values[i]), Qt::AlignRight);
-    summary_->SetCell(row, 6, QString::number(column.outOfTolerance), Qt::AlignRight);
+    for (const double value : values) cells << (column.count == 0 ? QString() : NumberText(value));
+    cells << QString::number(column.outOfTolerance);
+    records << CGridCtrl::Record{cells, column.outOfTolerance > 0};
   }
-  summary_->resizeColumnsToContents();
+  summary_->Show(records);
 }
 
 void CFolderBatchWindow::Copy() {

@@ -48,14 +48,10 @@ CKeysDialog::CKeysDialog(QMainWindow& window) : QDialog(&window) {
     if (action->menu() != nullptr) AddCommandsOf(*action->menu(), action->text().remove('&'), rows);
   }
   for (const auto& [what, how] : kInGraphs) rows.emplace_back(tr("In a graph: %1").arg(tr(what)), tr(how));
-  auto* const grid = new CGridCtrl({tr("Command"), tr("Keys")}, this);
-  grid->setRowCount(static_cast<int>(rows.size()));
-  for (int i = 0; i < grid->rowCount(); ++i) {
-    const auto& [command, keys] = rows[static_cast<std::size_t>(i)];
-    grid->SetCell(i, 0, command, Qt::AlignLeft);
-    grid->SetCell(i, 1, keys, Qt::AlignLeft);
-  }
-  grid->resizeColumnsToContents();
+  QList<CGridCtrl::Record> records;
+  for (const auto& [command, keys] : rows) records << CGridCtrl::Record{{command, keys}};
+  auto* const grid = new CGridCtrl({tr("Command"), tr("Keys")}, {}, this);
+  grid->Show(records);
   grid->horizontalHeader()->setStretchLastSection(true);
   auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);

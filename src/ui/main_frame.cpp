@@ -178,7 +178,7 @@ void CMainFrame::UseWorkingSettings(WorkingSettings& store) {
   saveDefaults_->setEnabled(true);
   Settings settings = doc_->document().settings;
   const std::string remark = store.Load(settings);
-  doc_->ReplaceSettings(std::move(settings));
+  doc_->StartFrom(std::move(settings), store.Loaded());
   if (!remark.empty()) statusBar()->showMessage(FromText(remark));
 }
 

@@ -52,6 +52,7 @@ private:
   void MakeEditMenu();
   void MakeExportMenu();
   void MakeViewMenu();
+  void MakeTableMenu(QMenu& menu);
   void MakeAnalysisMenu();
   void MakeHelpMenu();
   void FillToolBar();

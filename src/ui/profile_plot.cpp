@@ -2,16 +2,19 @@
 
 #include <vector>
 
+#include "core/captions.h"
 #include "core/profile_marks.h"
 #include "core/units.h"
+#include "parameters/local_slopes.h"
 #include "ui/qt_text.h"
 
 namespace texturon {
 namespace {
 
 constexpr double kMicroinchesPerInch = 1e6;
-/// Flatter curves are not drawn with equal scales: nothing could be seen of them.
-constexpr double kLeastShareOfHeight = 0.2;
+/// Wide enough to be seen on the curve without its colour.
+constexpr double kSteepWidth = 4.0;
+constexpr double kFormWidth = 1.5;
 
 /// By ProfileKind: what is usually seen together differs most.
 constexpr int kColours[] = {3, 4, 0, 1, 2, 5, 6};
@@ -22,10 +25,7 @@ QString NameOf(const Document& document, ProfileKind kind) {
   return FromText(ProfileTitle(kind, ballMM));
 }
 
-void ScaleHeights(CClickableProfileGraph& graph, const DisplaySettings& display, double heightFactor) {
-  if (!display.ProfileAutoScale && display.ProfileYMaxUM > display.ProfileYMinUM) {
-    graph.yAxis->setRange(display.ProfileYMinUM * heightFactor, display.ProfileYMaxUM * heightFactor);
-  }
+void SetGrid(CClickableProfileGraph& graph, const DisplaySettings& display, double heightFactor) {
   if (display.ProfileAutoYSpacing || !(display.ProfileYGridSpacingUM > 0.0)) {
     graph.yAxis->setTicker(QSharedPointer<QCPAxisTicker>::create());
     return;
@@ -55,34 +55,75 @@ void MarkStretches(CClickableProfileGraph& graph, const Document& document, doub
   graph.SetMarks(shown);
 }
 
+class CurveList {
+public:
+  explicit CurveList(bool metric)
+      : heightFactor_(metric ? 1.0 : kMicroinchesPerMicrometre),
+        lengthFactor_(kMillimetresPerMicrometre * (metric ? 1.0 : kInchesPerMillimetre)) {}
+
+  void Add(const Profile& profile, const QString& name, const QColor& colour, double width) {
+    Add(profile, profile.Heights(), name, colour, width);
+  }
+  /// Heights of a profile's range that are not the profile's own.
+  void Add(const Profile& profile, std::span<const double> heights, const QString& name, const QColor& colour,
+           double width) {
+    curves.push_back({.name = name,
+                      .colour = colour,
+                      .width = width,
+                      .heights = heights,
+                      .firstX = profile.range.first * profile.spacingUM * lengthFactor_,
+                      .step = profile.spacingUM * lengthFactor_,
+                      .heightFactor = heightFactor_});
+  }
+
+  std::vector<CClickableProfileGraph::Curve> curves;
+
+private:
+  double heightFactor_;
+  double lengthFactor_;
+};
+
 }  // namespace
 
 void DrawProfiles(CClickableProfileGraph& graph, const Document& document, const ShownProfiles& shown, bool showsAll) {
-  const bool metric = document.settings.display.Metric;
+  const DisplaySettings& display = document.settings.display;
+  const bool metric = display.Metric;
   const double heightFactor = metric ? 1.0 : kMicroinchesPerMicrometre;
-  const double lengthFactor = kMillimetresPerMicrometre * (metric ? 1.0 : kInchesPerMillimetre);
-  graph.xAxis->setLabel(metric ? QObject::tr("X in mm") : QObject::tr("X in inches"));
+  graph.SetXTitle(metric ? QObject::tr("X in mm") : QObject::tr("X in inches"));
   graph.yAxis->setLabel(FromText(metric ? "height in \xB5m" : "height in \xB5in"));
-  std::vector<CClickableProfileGraph::Curve> curves;
-  for (std::size_t i = 0; i < shown.size(); ++i) {
+  CurveList list(metric);
+  for (std::size_t i = 0; i < kShownForm; ++i) {
     const auto kind = static_cast<ProfileKind>(i);
     if (!shown[i] || !HasProfile(document, kind)) continue;
-    const Profile profile = document.profiles.View(kind);
-    curves.push_back({.name = NameOf(document, kind),
-                      .colour = CurveColour(kColours[i]),
-                      .width = kind == ProfileKind::kWaviness ? 2.0 : 0.0,
-                      .heights = profile.Heights(),
-                      .firstX = profile.range.first * profile.spacingUM * lengthFactor,
-                      .step = profile.spacingUM * lengthFactor,
-                      .heightFactor = heightFactor});
+    list.Add(document.profiles.View(kind), NameOf(document, kind), CurveColour(kColours[i]),
+             kind == ProfileKind::kWaviness ? 2.0 : 0.0);
+  }
+  const Profile form = RemovedForm(document);
+  if (shown[kShownForm] && form.range.count > 0) {
+    list.Add(form, FromText(FormCaption(document)), graph.palette().color(QPalette::Text), kFormWidth);
+  }
+  // Held until the graph has taken the heights over.
+  SteepPart steep;
+  const auto steepKind = SteepKind(shown);
+  if (display.ShowExtremeSlopes && steepKind && HasProfile(document, *steepKind)) {
+    const Profile profile = document.profiles.View(*steepKind);
+    steep = FindSteepPart(profile.Heights(), profile.spacingUM, display.ExtremeSlopePlotDegrees);
+    list.Add(profile, steep.heightsUM,
+             FromText(SteepCaption(*steepKind, display.ExtremeSlopePlotDegrees, steep.percent)),
+             QColor(0xE6, 0x00, 0x00), kSteepWidth);
+    list.curves.back().isOverlay = true;
   }
   MarkStretches(graph, document, metric ? 1.0 : kInchesPerMillimetre);
-  graph.SetCurves(curves, showsAll);
-  const DisplaySettings& display = document.settings.display;
-  ScaleHeights(graph, display, heightFactor);
-  const double heightUnits = metric ? kMicrometresPerMillimetre : kMicroinchesPerInch;
-  const bool triesEqual = showsAll && display.ProfileAutoScale && display.Profile11AspectRatio;
-  if (!triesEqual || !graph.ShowAllEquallyScaled(heightUnits, kLeastShareOfHeight)) graph.replot();
+  SetGrid(graph, display, heightFactor);
+  CClickableProfileGraph::WholeView whole;
+  if (display.ProfileAutoScale || !(display.ProfileYMaxUM > display.ProfileYMinUM)) {
+    if (display.Profile11AspectRatio) whole.heightUnits = metric ? kMicrometresPerMillimetre : kMicroinchesPerInch;
+  } else {
+    whole.heights = QCPRange(display.ProfileYMinUM * heightFactor, display.ProfileYMaxUM * heightFactor);
+  }
+  graph.SetCurves(list.curves, whole);
+  if (showsAll) graph.StartAnew();
+  graph.replot();
 }
 
 }  // namespace texturon

@@ -144,14 +144,26 @@ bool CTexturonDoc::LoadSettingsFile(const std::filesystem::path& path) {
     prompts_.ShowMessage(FileSentence(path, result.ok() ? "does not exist" : result.reason));
     return false;
   }
+  settingsFile_ = path;
   ReplaceSettings(std::move(settings));
   return true;
 }
 
 bool CTexturonDoc::SaveSettingsFile(const std::filesystem::path& path) {
   const SettingsFileResult result = SaveSettings(path, document_.settings);
-  if (!result.ok()) prompts_.ShowMessage(FileSentence(path, result.reason));
-  return result.ok();
+  if (!result.ok()) {
+    prompts_.ShowMessage(FileSentence(path, result.reason));
+    return false;
+  }
+  settingsFile_ = path;
+  emit Changed();
+  return true;
+}
+
+void CTexturonDoc::StartFrom(Settings settings, const std::filesystem::path& file) {
+  settingsFile_ = file;
+  ReplaceSettings(std::move(settings));
+  history_.Clear();
 }
 
 void CTexturonDoc::ReplaceSettings(Settings settings) {
@@ -180,16 +192,43 @@ void CTexturonDoc::SetIdentification(const std::string& identification) {
 }
 
 void CTexturonDoc::ComputeAll() {
-  Change([](Document& document) { document.regionSet = false; });
+  Change([](Document& document) {
+    document.regionSet = false;
+    document.settings.analysis.AsphereUseClearAperture = false;
+  });
 }
 
 void CTexturonDoc::ComputeOver(double firstMM, double lastMM) {
+  ComputeOver({.mode = kStartAndLength, .startMM = firstMM, .lengthMM = lastMM - firstMM});
+}
+
+void CTexturonDoc::ComputeOver(const RegionChoice& region) {
   Change(
-      [firstMM, lastMM](Document& document) {
-        document.regionSet = true;
-        document.regionMode = 1;
-        document.regionStartMM = firstMM;
-        document.regionLengthMM = lastMM - firstMM;
+      [region](Document& document) {
+        SetRegion(document, region);
+        // Either would set another stretch.
+        document.wholeCutoffLength = false;
+        document.settings.analysis.AsphereUseClearAperture = false;
+      },
+      IfRefused::kDrop);
+}
+
+void CTexturonDoc::ComputeOverAperture(double diameterMM, double centralDiscardMM) {
+  Change(
+      [diameterMM, centralDiscardMM](Document& document) {
+        AnalysisSettings& settings = document.settings.analysis;
+        settings.AsphereUseClearAperture = true;
+        settings.AsphereClearApertureDiameterMM = diameterMM;
+        settings.AsphereClearApertureCentralDiscardMM = centralDiscardMM;
+      },
+      IfRefused::kDrop);
+}
+
+void CTexturonDoc::UseWholeCutoffs(bool uses) {
+  Change(
+      [uses](Document& document) {
+        document.wholeCutoffLength = uses;
+        if (!uses) document.regionSet = false;
       },
       IfRefused::kDrop);
 }

@@ -11,6 +11,7 @@
 #include "core/edit_history.h"
 #include "core/environment.h"
 #include "core/prompts.h"
+#include "core/region_choice.h"
 #include "formats/import.h"
 
 namespace texturon {
@@ -49,13 +50,22 @@ public:
   bool LoadSettingsFile(const std::filesystem::path& path);
   bool SaveSettingsFile(const std::filesystem::path& path);
   void ReplaceSettings(Settings settings);
+  /// The same with settings that come from a file, which nobody takes back.
+  void StartFrom(Settings settings, const std::filesystem::path& file);
   /// Settings that change only how results are shown: nothing is computed.
   void ReplaceDisplay(DisplaySettings display);
   /// Settings of what is done to files as they come: nothing is computed.
   void ReplaceAutoLoading(AutoLoadingSettings autoLoading);
   void Invert();
   void SetIdentification(const std::string& identification);
+  /// The file that the settings were last loaded from or saved to; empty: none yet.
+  const std::filesystem::path& settingsFile() const { return settingsFile_; }
+  /// Over the whole record: without region and clear aperture.
   void ComputeAll();
+  void ComputeOver(const RegionChoice& region);
+  /// Over the clear aperture of an asphere, without its middle zone; both diameters.
+  void ComputeOverAperture(double diameterMM, double centralDiscardMM);
+  void UseWholeCutoffs(bool uses);
   /// Over a stretch of the record, in mm from its first sample.
   void ComputeOver(double firstMM, double lastMM);
   /// Leaves a stretch of the record out of the form fit.
@@ -98,6 +108,7 @@ private:
   EditHistory history_;
   bool isBusy_ = false;
   std::deque<std::function<void()>> waiting_;
+  std::filesystem::path settingsFile_;
 };
 
 }  // namespace texturon

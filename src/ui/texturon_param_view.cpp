@@ -1,6 +1,5 @@
 #include "ui/texturon_param_view.h"
 
-#include <QHeaderView>
 #include <QVBoxLayout>
 
 #include "core/shown_rows.h"
@@ -11,36 +10,31 @@ namespace texturon {
 CTexturonParamView::CTexturonParamView(CTexturonDoc& doc, QWidget* parent)
     : QWidget(parent),
       doc_(doc),
-      grid_(new CGridCtrl({tr("Parameter"), tr("Value"), tr("Unit"), tr("Verdict"), tr("Setting")}, this)) {
+      grid_(new CGridCtrl({tr("Parameter"), tr("Value"), tr("Unit"), tr("Verdict"), tr("Setting")}, {1}, this)) {
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(grid_);
-  grid_->horizontalHeader()->setStretchLastSection(true);
   connect(&doc_, &CTexturonDoc::Changed, this, &CTexturonParamView::Update);
+  connect(grid_, &CGridCtrl::RecordActivated, this, [this](int record) { emit ParameterActivated(names_[record]); });
   Update();
 }
 
 void CTexturonParamView::Update() {
-  const std::vector<ShownRow> rows = doc_.HasProfile() ? ShownRows(doc_.document()) : std::vector<ShownRow>();
-  grid_->setUpdatesEnabled(false);
-  grid_->setRowCount(static_cast<int>(rows.size()));
-  for (int i = 0; i < grid_->rowCount(); ++i) {
-    const ShownRow& row = rows[static_cast<std::size_t>(i)];
-    const QString verdict = !row.verdict                     ? QString()
-                            : *row.verdict == Verdict::kPass ? tr("pass")
-                                                             : tr("out of tolerance");
-    grid_->SetCell(i, 0, FromText(row.title), Qt::AlignLeft);
-    grid_->SetCell(i, 1, row.value.empty() ? QString::fromUtf8("\u2013") : FromText(row.value), Qt::AlignRight);
-    grid_->SetCell(i, 2, FromText(row.unit), Qt::AlignLeft);
-    grid_->SetCell(i, 3, verdict, Qt::AlignLeft);
-    grid_->SetCell(i, 4, FromText(row.label).trimmed(), Qt::AlignLeft);
-    const bool standsOut = row.verdict == Verdict::kFail && row.row.tolerance.highlightIfOut;
-    for (int column = 0; standsOut && column < grid_->columnCount(); ++column) {
-      grid_->item(i, column)->setBackground(QColor(0xD5, 0x5E, 0x00));
-      grid_->item(i, column)->setForeground(Qt::white);
+  QList<CGridCtrl::Record> records;
+  names_.clear();
+  if (doc_.HasProfile()) {
+    for (const ShownRow& row : ShownRows(doc_.document())) {
+      const QString verdict = !row.verdict                     ? QString()
+                              : *row.verdict == Verdict::kPass ? tr("pass")
+                                                               : tr("out of tolerance");
+      names_ << FromText(row.row.name);
+      records << CGridCtrl::Record{
+          {FromText(row.title), row.value.empty() ? QString::fromUtf8("\u2013") : FromText(row.value),
+           FromText(row.unit), verdict, FromText(row.label).trimmed()},
+          row.verdict == Verdict::kFail && row.row.tolerance.highlightIfOut};
     }
   }
-  grid_->setUpdatesEnabled(true);
+  grid_->Show(records, ColumnsOfTable(doc_.document().settings.display));
 }
 
 }  // namespace texturon

@@ -7,7 +7,8 @@
 
 namespace texturon {
 
-/// The parameters of the document as a table. Rows out of tolerance stand out by colour and by word.
+/// The parameters of the document as a table, some side by side as the settings say. Rows out of tolerance stand out by
+/// colour and by word.
 class CTexturonParamView : public QWidget {
   Q_OBJECT
 
@@ -16,11 +17,16 @@ public:
 
   CGridCtrl& Grid() { return *grid_; }
 
+signals:
+  /// Its settings are asked for; the name is that of the catalogue.
+  void ParameterActivated(const QString& name);
+
 private:
   void Update();
 
   CTexturonDoc& doc_;
   CGridCtrl* grid_;
+  QStringList names_;  ///< of the grid's records
 };
 
 }  // namespace texturon

@@ -6,11 +6,32 @@
 #include <tuple>
 #include <utility>
 
+#include "core/profile_marks.h"
 #include "core/shown_profiles.h"
 #include "ui/clickable_profile_graph.h"
 #include "ui/texturon_doc.h"
+#include "ui/transmission_inset.h"
+
+class QScrollBar;
 
 namespace texturon {
+
+/// Lines of text that are cut short rather than making the window wide; the tool tip has them whole.
+class CHeading : public QLabel {
+  Q_OBJECT
+
+public:
+  explicit CHeading(QWidget* parent);
+  void SetLines(const QStringList& lines);
+
+protected:
+  void resizeEvent(QResizeEvent* event) override;
+
+private:
+  void Elide();
+
+  QStringList lines_;
+};
 
 /// The profiles of the document over each other, under a heading that says what they are.
 class CTexturonView : public QWidget {
@@ -19,14 +40,18 @@ class CTexturonView : public QWidget {
 public:
   explicit CTexturonView(CTexturonDoc& doc, QWidget* parent = nullptr);
 
-  /// Shows or hides a profile.
-  void SetShown(ProfileKind kind, bool shown);
-  bool IsShown(ProfileKind kind) const;
+  /// Shows or hides a curve, by its place in ShownProfiles.
+  void SetShown(std::size_t curve, bool shown);
+  bool IsShown(std::size_t curve) const;
   CClickableProfileGraph& Graph() { return *graph_; }
   /// Ends of what is between the upright cursors, in mm from the first sample.
   std::pair<double, double> BetweenCursorsMM() const;
   /// What the cursors say, in one line.
   QString Readout() const;
+  /// Zooms to one sampling length in the middle of what is in view.
+  void ShowSamplingLength();
+  CTransmissionInset& Transmission() { return *transmission_; }
+  QString Heading() const { return heading_->toolTip(); }
 
 signals:
   void ReadoutChanged();
@@ -34,10 +59,15 @@ signals:
 private:
   /// Takes the curves anew; what is in view stays unless another record, unit or choice of profiles came.
   void Update();
+  void ShowHeading();
+  void ShowScroll();
+  CursorPlaces Places() const;
 
   CTexturonDoc& doc_;
-  QLabel* heading_;
+  CHeading* heading_;
   CClickableProfileGraph* graph_;
+  CTransmissionInset* transmission_;
+  QScrollBar* scroll_;
   /// What the stretch in view depends on.
   using Basis = std::tuple<std::string, bool, ShownProfiles, bool, double, double, bool>;
 

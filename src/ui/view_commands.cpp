@@ -1,33 +1,29 @@
 // The View menu of the main window.
 
+#include <QActionGroup>
 #include <QMenuBar>
 #include <QSplitter>
 #include <utility>
 
+#include "core/shown_rows.h"
 #include "ui/main_frame.h"
 #include "ui/qt_text.h"
+#include "ui/texturon_param_view.h"
 #include "ui/texturon_view.h"
 
 namespace texturon {
 
 void CMainFrame::MakeViewMenu() {
   QMenu* const menu = menuBar()->addMenu(tr("&View"));
-  constexpr std::pair<ProfileKind, Qt::Key> kKinds[] = {
-      {ProfileKind::kRaw, Qt::Key_1},       {ProfileKind::kFormSuppressed, Qt::Key_2},
-      {ProfileKind::kPrimary, Qt::Key_3},   {ProfileKind::kWaviness, Qt::Key_4},
-      {ProfileKind::kRoughness, Qt::Key_5}, {ProfileKind::kClosing, Qt::Key_6},
-      {ProfileKind::kOpening, Qt::Key_7},
-  };
-  for (const auto& [kind, key] : kKinds) {
-    QString title = FromText(ProfileTitle(kind, 1000.0));
+  for (std::size_t curve = 0; curve <= kShownForm; ++curve) {
+    QString title = tr("Removed F&orm");
+    if (curve < kShownForm) title = FromText(ProfileTitle(static_cast<ProfileKind>(curve), 1000.0));
     title = title.left(title.indexOf(" (") < 0 ? title.size() : title.indexOf(" ("));
-    QAction* const action = menu->addAction(title);
-    action->setCheckable(true);
-    action->setChecked(view_->IsShown(kind));
-    action->setShortcut(QKeySequence(Qt::CTRL | key));
-    connect(action, &QAction::toggled, this, [this, shown = kind](bool on) { view_->SetShown(shown, on); });
-    connect(doc_, &CTexturonDoc::Changed, action,
-            [this, action, shown = kind] { action->setChecked(view_->IsShown(shown)); });
+    AddSwitch(
+        *menu, title, {},
+        [curve](const Document& document) { return ShownProfilesOf(document.settings.display)[curve]; },
+        [this, curve](bool on) { view_->SetShown(curve, on); });
+    menu->actions().back()->setShortcut(QKeySequence(Qt::CTRL | static_cast<Qt::Key>(Qt::Key_1 + curve)));
   }
   menu->addSeparator();
   const std::pair<QString, int> curves[] = {{tr("&Bearing Ratio and Amplitudes"), 1}, {tr("&Spectrum"), 2}};
@@ -38,14 +34,28 @@ void CMainFrame::MakeViewMenu() {
     connect(action, &QAction::toggled, this, [this, pane = index](bool on) { upper_->widget(pane)->setVisible(on); });
   }
   menu->addSeparator();
-  needProfile_ << AddCommand(*menu, tr("Zoom &Back"), QKeySequence(Qt::ALT | Qt::Key_Left), tr("The former view."),
+  needProfile_ << AddCommand(*menu, tr("Zoom Bac&k"), QKeySequence(Qt::ALT | Qt::Key_Left), tr("The former view."),
                              [this] { view_->Graph().GoBack(); });
+  needProfile_ << AddCommand(*menu, tr("Zoom For&ward"), QKeySequence(Qt::ALT | Qt::Key_Right),
+                             tr("The view that Zoom Back left."), [this] { view_->Graph().GoForward(); });
+  needProfile_ << AddCommand(*menu, tr("Zoom to Sampling &Length"), QKeySequence(Qt::CTRL | Qt::Key_L),
+                             tr("One long-wave cut-off in the middle of the view."),
+                             [this] { view_->ShowSamplingLength(); });
   needProfile_ << AddCommand(*menu, tr("Show &All"), QKeySequence(Qt::CTRL | Qt::Key_0), tr("The whole profile."),
                              [this] { view_->Graph().ShowAll(); });
   AddDisplaySwitch(*menu, tr("1:1 Aspe&ct Ratio"), &DisplaySettings::Profile11AspectRatio,
                    tr("The same scale for both axes, where the profile is high enough to be seen then."));
   AddDisplaySwitch(*menu, tr("A&uto Scale"), &DisplaySettings::ProfileAutoScale,
                    tr("Off: between the fixed heights of the settings."));
+  AddDisplaySwitch(*menu, tr("X Axis &Values"), &DisplaySettings::ShowXAxisValues,
+                   tr("Numbers along the X axis; off: the distance of its lines."));
+  AddDisplaySwitch(*menu, tr("Filter &Transmission"), &DisplaySettings::ShowFilterTrans,
+                   tr("What the filters let through, over the wavelength."));
+  AddDisplaySwitch(*menu, tr("&Extreme Slopes"), &DisplaySettings::ShowExtremeSlopes,
+                   tr("Marks where the profile is steeper than the angle of the settings."));
+  AddDisplaySwitch(*menu, tr("Show Full &Ini Path"), &DisplaySettings::ShowINIPathInHeading,
+                   tr("The whole path of the settings file in the heading."));
+  menu->addSeparator();
   const std::pair<QString, std::int32_t> cursors[] = {{tr("&X Cursors"), kUprightCursors},
                                                       {tr("&Y Cursors"), kLevelCursors}};
   for (const auto& [title, bit] : cursors) {
@@ -61,8 +71,31 @@ void CMainFrame::MakeViewMenu() {
   needProfile_ << AddCommand(*menu, tr("&Fetch Cursors"), {}, tr("Puts the cursors where they can be seen."),
                              [this] { view_->Graph().FetchCursors(); });
   menu->addSeparator();
+  MakeTableMenu(*menu);
   AddDisplaySwitch(*menu, tr("&Rk Lines"), &DisplaySettings::ShowRkLines, tr("The construction lines of Rk."));
   AddDisplaySwitch(*menu, tr("&Metric"), &DisplaySettings::Metric, tr("Off: inches and microinches."));
+}
+
+void CMainFrame::MakeTableMenu(QMenu& menu) {
+  QMenu* const columns = menu.addMenu(tr("Parameter Colum&ns"));
+  auto* const choices = new QActionGroup(columns);
+  for (std::int32_t count = 1; count <= kMostParameterColumns; ++count) {
+    AddSwitch(
+        *columns, QString("&%1").arg(count), tr("So many parameters side by side."),
+        [count](const Document& document) { return ColumnsOfTable(document.settings.display) == count; },
+        [this, count](bool on) {
+          if (!on) return;
+          DisplaySettings display = doc_->document().settings.display;
+          display.ParameterColumns = count;
+          doc_->ReplaceDisplay(std::move(display));
+        });
+    choices->addAction(columns->actions().back());
+  }
+  AddDisplaySwitch(menu, tr("Primary as T&pa"), &DisplaySettings::PrimaryAsTpa,
+                   tr("Titles the primary bearing ratios Tpa instead of Pmr."));
+  AddDisplaySwitch(menu, tr("Rou&ghness as Tpi"), &DisplaySettings::RoughnessAsTpi,
+                   tr("Titles the roughness bearing ratios Tpi instead of Rmr."));
+  menu.addSeparator();
 }
 
 }  // namespace texturon

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "core/pipeline.h"
+#include "core/shown_profiles.h"
 
 namespace texturon {
 namespace {
@@ -48,19 +49,53 @@ TEST(ProfileMarks, StandAtTheEndsOfTheRanges) {
   EXPECT_NEAR(marks.samplingLengthEndsMM.front(), 3.2, 0.0015);
 }
 
+TEST(RemovedForm, AndWhatIsLeftMakeTheRecord) {
+  SilentPrompts nobody;
+  for (const std::int32_t residual : {kResidualPerpendicular, kResidualVertical}) {
+    Document document = Ramp();
+    EXPECT_EQ(RemovedForm(document).range.count, 0) << "nothing is computed yet";
+    Settings settings = document.settings;
+    settings.analysis.FormRemovalType = kFormLine;
+    settings.analysis.ResidualType = residual;
+    ApplySettings(document, settings);
+    // Steep, so that perpendicular residuals stretch the spacing.
+    for (std::size_t i = 0; i < document.profiles.raw.size(); ++i) {
+      document.profiles.raw[i] = 0.75 * static_cast<double>(i) + (i % 2 == 0 ? 0.4 : -0.4);
+    }
+    document.regionSet = true;
+    document.regionStartMM = 1.0;
+    Compute(document, nobody, {});
+    const Profile form = RemovedForm(document);
+    ASSERT_EQ(form.range, IndexRange::FromEnds(1000, 10'000));
+    EXPECT_EQ(form.spacingUM, 1.0) << "it lies in the record, not in the residual";
+    for (const std::size_t i : {1000U, 5000U, 10'000U}) {
+      EXPECT_NEAR(form.samples[i], 0.75 * static_cast<double>(i), 0.01);
+      // A slope of 3 in 4 makes a distance 4 / 5 of the height.
+      const double height = document.profiles.formSuppressed[i] * (residual == kResidualVertical ? 1.0 : 1.25);
+      EXPECT_NEAR(form.samples[i] + height, document.profiles.raw[i], 1e-9);
+    }
+    document.useAllDataForForm = true;
+    Compute(document, nobody, {});
+    EXPECT_EQ(RemovedForm(document).range.count, 10'001);
+  }
+}
+
 TEST(CursorReadout, TellsDifferencesAndSlope) {
   SilentPrompts nobody;
   Document document = Ramp();
   Compute(document, nobody, {});
   const CursorPlaces both{.xMM = {1.0, 3.0}, .yUM = {-1.0, 0.5}, .hasX = true, .hasY = true};
   EXPECT_EQ(CursorReadout(document, ProfileKind::kRaw, both),
-            "X 1.0000, 3.0000  dX 2.0000 mm    Z 1.0000, 3.0000  dZ 2.0000 \xB5m    slope 0.0573\xB0    "
-            "Y -1.0000, 0.5000  dY 1.5000 \xB5m");
+            "X1 1.0000 mm  X2 3.0000 mm  dX 2.0000 mm    Z1 1.0000 \xB5m  Z2 3.0000 \xB5m  dZ 2.0000 \xB5m    "
+            "slope 0.0573\xB0 (Raw Data)    Y1 -1.0000 \xB5m  Y2 0.5000 \xB5m  dY 1.5000 \xB5m");
+  EXPECT_EQ(CursorLabels(document, ProfileKind::kRaw, both),
+            (std::array<std::string, 4>{"X1 1.0000 mm\nZ1 1.0000 \xB5m", "X2 3.0000 mm\nZ2 3.0000 \xB5m",
+                                        "Y1 -1.0000 \xB5m", "Y2 0.5000 \xB5m"}));
   const CursorPlaces outside{.xMM = {-1.0, 3.0}, .hasX = true};
-  EXPECT_EQ(CursorReadout(document, ProfileKind::kRaw, outside), "X -1.0000, 3.0000  dX 4.0000 mm");
+  EXPECT_EQ(CursorReadout(document, ProfileKind::kRaw, outside), "X1 -1.0000 mm  X2 3.0000 mm  dX 4.0000 mm");
   document.settings.display.Metric = false;
   const CursorPlaces level{.yUM = {0.0, 0.0254}, .hasY = true};
-  EXPECT_EQ(CursorReadout(document, ProfileKind::kRaw, level), "Y 0.00, 1.00  dY 1.00 \xB5in");
+  EXPECT_EQ(CursorReadout(document, ProfileKind::kRaw, level), "Y1 0.00 \xB5in  Y2 1.00 \xB5in  dY 1.00 \xB5in");
 }
 
 }  // namespace

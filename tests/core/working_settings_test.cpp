@@ -25,7 +25,9 @@ TEST_F(WorkingSettingsTest, TheSitesFileThenTheUsers) {
   fs::create_directories(UserFile().parent_path());
   folder_.Write("user/config/Texturon.ini", "[ANALYSIS]\nLcCutoffMM=8.0\n");
   Settings settings;
-  EXPECT_EQ(Start().Load(settings), "");
+  WorkingSettings start = Start();
+  EXPECT_EQ(start.Load(settings), "");
+  EXPECT_EQ(start.Loaded(), UserFile());
   EXPECT_EQ(settings.analysis.LcCutoffMM, 8.0);
   EXPECT_EQ(settings.analysis.LsCutoffMM, 0.008);
   EXPECT_FALSE(settings.display.Metric);

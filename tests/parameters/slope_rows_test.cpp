@@ -4,6 +4,7 @@
 #include <numbers>
 #include <vector>
 
+#include "parameters/local_slopes.h"
 #include "support/near.h"
 #include "support/row_value.h"
 
@@ -35,6 +36,34 @@ TEST(SlopeRows, MatchTheClosedFormsOfASine) {
   EXPECT_TRUE(Near(*RowValue("m4", moments), std::pow(0.8 * (2.0 - 2.0 * std::cos(h)) / 0.25, 2) / 2.0, 1e-12));
   EXPECT_TRUE(Near(*RowValue("m0", Sine(0.8, 50, 40, 0)), 0.32, 1e-12));
   EXPECT_TRUE(Near(*RowValue("s", moments), 50 * 0.0005, 1e-12));
+}
+
+TEST(SteepPart, IsTheShareOfASineThatIsSteeperThanTheAngle) {
+  // The slope of a sine is a k |cos|, above the limit for 2 / pi arccos(limit / a k) of it.
+  const RowCase sine = Sine(2.0, 2000, 10, 3);
+  const double steepest = 2.0 * 2.0 * std::numbers::pi / 2000.0 / 0.5;
+  for (const double share : {0.2, 0.5, 0.9}) {
+    const SteepPart steep = FindSteepPart(sine.heights, 0.5, std::atan(share * steepest) * kDegrees);
+    EXPECT_NEAR(steep.percent, 200.0 / std::numbers::pi * std::acos(share), 0.1);
+  }
+  EXPECT_EQ(FindSteepPart(sine.heights, 0.5, std::atan(1.01 * steepest) * kDegrees).percent, 0.0);
+  EXPECT_EQ(FindSteepPart(std::vector<double>(6, 1.0), 0.5, 40.0).percent, 0.0) << "too few points for a slope";
+}
+
+TEST(SteepPart, HoldsTheHeightsOfTheSteepPointsOnly) {
+  // Level, then a ramp of 45 degrees up to a plateau, and a steeper one down.
+  std::vector<double> z(100, 0.0);
+  for (std::size_t i = 0; i < z.size(); ++i) {
+    const auto x = static_cast<double>(i);
+    z[i] = i < 70 ? std::clamp(x - 30.0, 0.0, 20.0) : std::max(20.0 - 2.0 * (x - 70.0), 0.0);
+  }
+  const SteepPart down = FindSteepPart(z, 1.0, 50.0);
+  const SteepPart both = FindSteepPart(z, 1.0, 40.0);
+  for (const std::size_t i : {10U, 40U, 60U, 75U, 90U}) {
+    EXPECT_EQ(std::isnan(down.heightsUM[i]), i != 75) << i;
+    EXPECT_EQ(std::isnan(both.heightsUM[i]), i != 75 && i != 40) << i;
+  }
+  EXPECT_EQ(both.heightsUM[40], 10.0);
 }
 
 TEST(SlopeRows, AgreeWithLongDoubleSumsOverSortedAngles) {

@@ -1,0 +1,86 @@
+#include "ui/transmission_inset.h"
+
+#include "core/filter_curves.h"
+#include "core/units.h"
+#include "ui/clickable_profile_graph.h"
+#include "ui/qt_text.h"
+
+namespace texturon {
+namespace {
+
+/// In lines and characters of text.
+constexpr int kLeastHeight = 9;
+constexpr int kLeastWidth = 30;
+/// Least size of the area, in sizes of the picture.
+constexpr double kRoom = 2.2;
+
+}  // namespace
+
+CTransmissionInset::CTransmissionInset(QWidget* parent) : QCustomPlot(parent) {
+  setAttribute(Qt::WA_TransparentForMouseEvents);
+  setFocusPolicy(Qt::NoFocus);
+  setObjectName("transmission");
+  legend->setVisible(false);
+  axisRect()->setupFullAxesBox();
+  xAxis->setScaleType(QCPAxis::stLogarithmic);
+  xAxis->setTicker(QSharedPointer<QCPAxisTickerLog>::create());
+  xAxis->setNumberFormat("g");
+  xAxis->setNumberPrecision(3);
+  yAxis->setRange(0.0, 105.0);
+  yAxis->ticker()->setTickCount(3);
+  yAxis->setLabel(tr("%"));
+  hide();
+}
+
+void CTransmissionInset::Show(const Document& document) {
+  const auto curves =
+      document.settings.display.ShowFilterTrans ? FilterCurvesOf(document) : std::optional<FilterCurves>();
+  hasCurves_ = curves.has_value();
+  if (!hasCurves_) return hide();
+  ApplyPalette(*this);
+  QFont small = font();
+  small.setPointSizeF(small.pointSizeF() * 0.85);
+  for (QCPAxis* const axis : {xAxis, yAxis}) {
+    axis->setTickLabelFont(small);
+    axis->setLabelFont(small);
+  }
+  clearPlottables();
+  clearItems();
+  const bool metric = document.settings.display.Metric;
+  const double factor = metric ? 1.0 : kInchesPerMillimetre;
+  // The colours of the profiles that the waves go to.
+  const std::pair<const std::vector<double>*, int> lines[] = {
+      {&curves->primary, 0}, {&curves->waviness, 1}, {&curves->roughness, 2}};
+  for (const auto& [percent, colour] : lines) {
+    if (percent->empty()) continue;
+    QCPGraph* const graph = addGraph();
+    graph->setPen(QPen(CurveColour(colour), 1.5));
+    for (std::size_t i = 0; i < percent->size(); ++i) graph->addData(curves->wavelengthMM[i] * factor, (*percent)[i]);
+  }
+  for (const double cutoffMM : curves->cutoffsMM) {
+    auto* const line = new QCPItemStraightLine(this);
+    line->point1->setCoords(cutoffMM * factor, 0.0);
+    line->point2->setCoords(cutoffMM * factor, 1.0);
+    line->setPen(QPen(palette().color(QPalette::Text), 0.0, Qt::DashLine));
+  }
+  auto* const half = new QCPItemStraightLine(this);
+  half->point1->setCoords(1.0, 50.0);
+  half->point2->setCoords(2.0, 50.0);
+  half->setPen(QPen(palette().color(QPalette::Text), 0.0, Qt::DotLine));
+  const QString unit = metric ? tr("mm") : tr("in");
+  const QString remark = FromText(curves->remark);
+  xAxis->setLabel(remark.isEmpty() ? tr("Wavelength in %1").arg(unit) : tr("Wavelength in %1 (%2)").arg(unit, remark));
+  xAxis->setRange(curves->wavelengthMM.front() * factor, curves->wavelengthMM.back() * factor);
+  replot();
+}
+
+void CTransmissionInset::PutInto(const QRect& area) {
+  const QFontMetrics metrics = fontMetrics();
+  const QSize size(metrics.averageCharWidth() * kLeastWidth, metrics.height() * kLeastHeight);
+  const bool fits = area.width() > size.width() * kRoom && area.height() > size.height() * kRoom;
+  setVisible(hasCurves_ && fits);
+  const int gap = metrics.height() / 2;
+  setGeometry(area.right() - size.width() - gap, area.bottom() - size.height() - gap, size.width(), size.height());
+}
+
+}  // namespace texturon
