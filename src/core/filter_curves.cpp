@@ -16,8 +16,7 @@ constexpr double kMargin = 8.0;
 
 double LongWaveShare(const Document& document, double wavelengthMM) {
   const AnalysisSettings& settings = document.settings.analysis;
-  const bool isSpline =
-      settings.FilterType == kFilterSplineGaussian || settings.FilterType == kFilterRobustGaussian;
+  const bool isSpline = settings.FilterType == kFilterSplineGaussian || settings.FilterType == kFilterRobustGaussian;
   if (!isSpline) return GaussianTransmission(settings.LcCutoffMM, wavelengthMM);
   return SplineTransmission(settings.LcCutoffMM, settings.SplineTension, document.profiles.residualSpacingUM,
                             wavelengthMM);

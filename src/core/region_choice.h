@@ -12,9 +12,9 @@ namespace texturon {
 
 /// `mode`: which of the three lengths tell where the region lies. Any other number is kBetweenOffsets.
 enum RegionMode : std::int32_t {
-  kFromStart = 0,         ///< from the start on to the end of the record
+  kFromStart = 0,  ///< from the start on to the end of the record
   kStartAndLength = 1,
-  kUpToEndOffset = 2,     ///< from the first sample on
+  kUpToEndOffset = 2,  ///< from the first sample on
   kLengthUpToEndOffset = 3,
   kBetweenOffsets = 4,
 };

@@ -2,8 +2,8 @@
 
 namespace texturon {
 
-// Share of its amplitude, 0 to 1, that a sine of a wavelength keeps in a mean line; what it loses is in the rest. Cutoff
-// and wavelength in mm, both positive. At the cutoff it is one half.
+// Share of its amplitude, 0 to 1, that a sine of a wavelength keeps in a mean line; what it loses is in the rest.
+// Cutoff and wavelength in mm, both positive. At the cutoff it is one half.
 
 /// 2^-(cutoff / wavelength)^2.
 double GaussianTransmission(double cutoffMM, double wavelengthMM);

@@ -181,7 +181,8 @@ void CClearApertureDialog::Take() {
   bar_->Show(document_.profiles.pointCount, std::nullopt);
   if (!isRight) return readout_->setText(tr("An entry cannot be used."));
   if (document_.settings.analysis.FormRemovalType != kFormAsphere) {
-    return readout_->setText(tr("The form that is removed is no asphere: the clear aperture has no effect until it is."));
+    return readout_->setText(
+        tr("The form that is removed is no asphere: the clear aperture has no effect until it is."));
   }
   const auto preview = PreviewAperture(document_, working_.analysis);
   if (!preview) return readout_->setText(tr("No asphere is fitted yet to show the aperture about."));
