@@ -13,7 +13,7 @@ namespace {
 
 constexpr double kMicroinchesPerInch = 1e6;
 /// Wide enough to be seen on the curve without its colour.
-constexpr double kSteepWidth = 4.0;
+constexpr double kSteepWidth = 2.5;
 constexpr double kFormWidth = 1.5;
 
 /// By ProfileKind: what is usually seen together differs most.

@@ -10,7 +10,7 @@ namespace {
 
 /// In lines and characters of text.
 constexpr int kLeastHeight = 8;
-constexpr int kLeastWidth = 30;
+constexpr int kLeastWidth = 34;
 /// Least size of the area, in sizes of the picture.
 constexpr double kRoom = 1.7;
 
@@ -73,7 +73,7 @@ void CTransmissionInset::Show(const Document& document) {
   half->setPen(QPen(palette().color(QPalette::Text), 0.0, Qt::DotLine));
   const QString unit = metric ? tr("mm") : tr("in");
   const QString remark = FromText(curves->remark);
-  xAxis->setLabel(remark.isEmpty() ? tr("Wavelength in %1").arg(unit) : tr("Wavelength in %1 (%2)").arg(unit, remark));
+  xAxis->setLabel(remark.isEmpty() ? tr("Wavelength in %1").arg(unit) : tr("Wavelength in %1\n%2").arg(unit, remark));
   xAxis->setRange(curves->wavelengthMM.front() * factor, curves->wavelengthMM.back() * factor);
   replot();
 }
