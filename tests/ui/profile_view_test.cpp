@@ -1,9 +1,13 @@
 // The profile view, grabbed, zoomed and driven by keys.
 
+#include <QDialogButtonBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenuBar>
 #include <QScrollBar>
+#include <QPushButton>
 #include <QTest>
+#include <QTimer>
 #include <algorithm>
 #include <cmath>
 
@@ -266,6 +270,24 @@ TEST_F(ProfileView, SaysWhatItShows) {
   EXPECT_FALSE(transmission.isVisible());
 }
 
+TEST_F(ProfileView, AsksForTheSteepAngle) {
+  Choose("&Extreme Slopes");
+  QTimer::singleShot(0, [] {
+    auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+    auto* const line = dialog->findChild<QLineEdit*>();
+    auto* const ok = dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok);
+    line->selectAll();
+    QTest::keyClicks(line, "95");
+    EXPECT_FALSE(ok->isEnabled());
+    line->selectAll();
+    QTest::keyClicks(line, "12");
+    ok->click();
+  });
+  Choose("Extreme Slope T&hreshold...");
+  EXPECT_EQ(Doc().settings.display.ExtremeSlopePlotDegrees, 12.0);
+  EXPECT_TRUE(Graph().graph(2)->name().startsWith(QString::fromUtf8("Primary Profile above 12.0\u00B0: ")));
+}
+
 TEST_F(ProfileView, NoTwoCommandsOfTheMenuHaveOneKey) {
   for (const QMenu* const menu : frame_->menuBar()->findChildren<QMenu*>()) {
     if (menu->title() != "&View") continue;
@@ -274,8 +296,13 @@ TEST_F(ProfileView, NoTwoCommandsOfTheMenuHaveOneKey) {
       const qsizetype mark = action->text().indexOf('&');
       if (mark >= 0) keys << action->text().mid(mark + 1, 1).toUpper();
     }
-    EXPECT_EQ(keys.removeDuplicates(), 0) << menu->title().toStdString() << keys.join(' ').toStdString();
+    EXPECT_EQ(keys.removeDuplicates(), 0) << keys.join(' ').toStdString();
   }
+  QStringList shortcuts;
+  for (const QAction* const action : frame_->findChildren<QAction*>()) {
+    if (!action->shortcut().isEmpty()) shortcuts << action->shortcut().toString();
+  }
+  EXPECT_EQ(shortcuts.removeDuplicates(), 0) << shortcuts.join(' ').toStdString();
 }
 
 }  // namespace
