@@ -89,8 +89,11 @@ std::string FilterLabel(std::int32_t filterType) {
 
 std::string FilterDescription(const Document& document) {
   const AnalysisSettings& settings = document.settings.analysis;
-  std::string text = FilterLabel(settings.FilterType) + ", Lc " + FixedText(settings.LcCutoffMM, 4) + " mm";
-  if (document.profiles.lsApplied) text += ", Ls " + FixedText(settings.LsCutoffMM, 4) + " mm";
+  const auto cutoff = [metric = document.settings.display.Metric](double mm) {
+    return metric ? FixedText(mm, 4) + " mm" : FixedText(mm * kInchesPerMillimetre, 5) + " in";
+  };
+  std::string text = FilterLabel(settings.FilterType) + ", Lc " + cutoff(settings.LcCutoffMM);
+  if (document.profiles.lsApplied) text += ", Ls " + cutoff(settings.LsCutoffMM);
   return text;
 }
 

@@ -13,7 +13,8 @@ std::string FormCaption(const Document& document);
 /// The long-wave filter's name: "Gaussian", "Spline Gaussian", "ISO 13565", "Robust Gaussian (coef: 4.45)".
 std::string FilterLabel(std::int32_t filterType);
 
-/// "Spline Gaussian, Lc 0.8000 mm, Ls 0.0025 mm"; Ls only where that filter ran.
+/// "Spline Gaussian, Lc 0.8000 mm, Ls 0.0025 mm"; Ls only where that filter ran,
+/// lengths in the units shown.
 std::string FilterDescription(const Document& document);
 
 /// Form caption, filter and cutoffs in one line, for exports and reports.

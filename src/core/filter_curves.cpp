@@ -34,8 +34,8 @@ std::optional<FilterCurves> FilterCurvesOf(const Document& document) {
     return std::nullopt;
   FilterCurves curves{.cutoffsMM = {cutoffMM}};
   if (profiles.lsApplied) curves.cutoffsMM.push_back(settings.LsCutoffMM);
-  if (settings.FilterType == kFilterIso13565) curves.remark = "Gaussian of each step";
-  if (settings.FilterType == kFilterRobustGaussian) curves.remark = "without the robust weights";
+  if (settings.FilterType == kFilterIso13565) curves.remark = "Gaussian of either step";
+  if (settings.FilterType == kFilterRobustGaussian) curves.remark = "without robust weights";
 
   const auto [shortest, longest] = std::minmax_element(curves.cutoffsMM.begin(), curves.cutoffsMM.end());
   // Shorter waves than two points cannot be told apart.

@@ -10,7 +10,7 @@ namespace texturon {
 namespace {
 
 /// Curves that would fill less of the height are not drawn with equal scales: nothing could be seen of them.
-constexpr double kLeastShareOfHeight = 0.2;
+constexpr double kLeastShareOfHeight = 0.1;
 /// Part of the height that stays free above and below the curves.
 constexpr double kMargin = 0.04;
 
@@ -82,9 +82,10 @@ void CClickableProfileGraph::OnLayout() {
   }
   const QVector<double> ticks = xAxis->tickVector();
   if (!showsXValues_ && ticks.size() > 1) {
-    xAxis->setLabel(tr("%1, %2 between two lines").arg(xTitle_).arg(ticks[1] - ticks[0], 0, 'g', 3));
+    xAxis->setLabel(tr("%1 (%2 per division)").arg(xTitle_).arg(ticks[1] - ticks[0], 0, 'g', 3));
   }
   Thin();
+  if (cursors_[0] != nullptr) PlaceLabels();
 }
 
 void CClickableProfileGraph::Thin() {

@@ -13,8 +13,10 @@ namespace {
 
 constexpr double kMicroinchesPerInch = 1e6;
 /// Wide enough to be seen on the curve without its colour.
-constexpr double kSteepWidth = 4.0;
+constexpr double kSteepWidth = 2.5;
 constexpr double kFormWidth = 1.5;
+/// Percent, as QColor::lighter takes it.
+constexpr int kLighterOnDark = 140;
 
 /// By ProfileKind: what is usually seen together differs most.
 constexpr int kColours[] = {3, 4, 0, 1, 2, 5, 6};
@@ -57,8 +59,9 @@ void MarkStretches(CClickableProfileGraph& graph, const Document& document, doub
 
 class CurveList {
 public:
-  explicit CurveList(bool metric)
-      : heightFactor_(metric ? 1.0 : kMicroinchesPerMicrometre),
+  CurveList(bool metric, const QPalette& palette)
+      : isDark_(palette.color(QPalette::Base).lightness() < palette.color(QPalette::Text).lightness()),
+        heightFactor_(metric ? 1.0 : kMicroinchesPerMicrometre),
         lengthFactor_(kMillimetresPerMicrometre * (metric ? 1.0 : kInchesPerMillimetre)) {}
 
   void Add(const Profile& profile, const QString& name, const QColor& colour, double width) {
@@ -68,7 +71,7 @@ public:
   void Add(const Profile& profile, std::span<const double> heights, const QString& name, const QColor& colour,
            double width) {
     curves.push_back({.name = name,
-                      .colour = colour,
+                      .colour = isDark_ ? colour.lighter(kLighterOnDark) : colour,
                       .width = width,
                       .heights = heights,
                       .firstX = profile.range.first * profile.spacingUM * lengthFactor_,
@@ -79,6 +82,7 @@ public:
   std::vector<CClickableProfileGraph::Curve> curves;
 
 private:
+  bool isDark_;
   double heightFactor_;
   double lengthFactor_;
 };
@@ -91,7 +95,7 @@ void DrawProfiles(CClickableProfileGraph& graph, const Document& document, const
   const double heightFactor = metric ? 1.0 : kMicroinchesPerMicrometre;
   graph.SetXTitle(metric ? QObject::tr("X in mm") : QObject::tr("X in inches"));
   graph.yAxis->setLabel(FromText(metric ? "height in \xB5m" : "height in \xB5in"));
-  CurveList list(metric);
+  CurveList list(metric, graph.palette());
   for (std::size_t i = 0; i < kShownForm; ++i) {
     const auto kind = static_cast<ProfileKind>(i);
     if (!shown[i] || !HasProfile(document, kind)) continue;

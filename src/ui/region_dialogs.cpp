@@ -102,7 +102,7 @@ void CRegionDialog::AddEntry(QFormLayout& form, const QString& title, double Reg
   const bool metric = document_.settings.display.Metric;
   auto* const row = new QHBoxLayout;
   auto* const line = new QLineEdit(FromText(RegionLengthText(region_.*length, metric)), this);
-  line->setMaximumWidth(line->fontMetrics().averageCharWidth() * 22);
+  line->setFixedWidth(line->fontMetrics().averageCharWidth() * 22);
   auto* const reason = new QLabel(this);
   reason->setStyleSheet(QString("color: %1;").arg(kFaultColour));
   row->addWidget(line);

@@ -69,6 +69,9 @@ CTexturonView::CTexturonView(CTexturonDoc& doc, QWidget* parent)
     graph_->SetCursorLabels(labels);
     emit ReadoutChanged();
   });
+  connect(graph_, &QCustomPlot::mouseMove, transmission_, [this](const QMouseEvent* event) {
+    transmission_->LetThrough(transmission_->geometry().contains(event->pos()));
+  });
   connect(graph_, &QCustomPlot::afterLayout, transmission_,
           [this] { transmission_->PutInto(graph_->axisRect()->rect()); });
   connect(graph_, &CClickableProfileGraph::ViewChanged, this, &CTexturonView::ShowScroll);
@@ -110,9 +113,8 @@ void CTexturonView::Update() {
   const bool isSameRecord = std::get<0>(basis) == std::get<0>(shownBasis_) && metric == std::get<1>(shownBasis_);
   shownBasis_ = std::move(basis);
   transmission_->Show(document);
-  DrawProfiles(*graph_, document, shown, !isSame);
   graph_->ShowXValues(display.ShowXAxisValues);
-  graph_->replot(QCustomPlot::rpQueuedReplot);
+  DrawProfiles(*graph_, document, shown, !isSame);
   if (!isSameRecord) graph_->FetchCursors();
   const bool any = doc_.HasProfile();
   graph_->ShowCursors(any && (display.CursorDisplayType & kUprightCursors) != 0,

@@ -9,15 +9,16 @@ namespace texturon {
 namespace {
 
 /// In lines and characters of text.
-constexpr int kLeastHeight = 9;
-constexpr int kLeastWidth = 30;
+constexpr int kLeastHeight = 8;
+constexpr int kLeastWidth = 34;
 /// Least size of the area, in sizes of the picture.
-constexpr double kRoom = 2.2;
+constexpr double kRoom = 1.7;
 
 }  // namespace
 
 CTransmissionInset::CTransmissionInset(QWidget* parent) : QCustomPlot(parent) {
   setAttribute(Qt::WA_TransparentForMouseEvents);
+  setAttribute(Qt::WA_OpaquePaintEvent, false);
   setFocusPolicy(Qt::NoFocus);
   setObjectName("transmission");
   legend->setVisible(false);
@@ -38,6 +39,9 @@ void CTransmissionInset::Show(const Document& document) {
   hasCurves_ = curves.has_value();
   if (!hasCurves_) return hide();
   ApplyPalette(*this);
+  QColor ground = palette().color(QPalette::Base);
+  ground.setAlphaF(0.85F);
+  setBackground(ground);
   QFont small = font();
   small.setPointSizeF(small.pointSizeF() * 0.85);
   for (QCPAxis* const axis : {xAxis, yAxis}) {
@@ -69,7 +73,7 @@ void CTransmissionInset::Show(const Document& document) {
   half->setPen(QPen(palette().color(QPalette::Text), 0.0, Qt::DotLine));
   const QString unit = metric ? tr("mm") : tr("in");
   const QString remark = FromText(curves->remark);
-  xAxis->setLabel(remark.isEmpty() ? tr("Wavelength in %1").arg(unit) : tr("Wavelength in %1 (%2)").arg(unit, remark));
+  xAxis->setLabel(remark.isEmpty() ? tr("Wavelength in %1").arg(unit) : tr("Wavelength in %1\n%2").arg(unit, remark));
   xAxis->setRange(curves->wavelengthMM.front() * factor, curves->wavelengthMM.back() * factor);
   replot();
 }
@@ -78,9 +82,15 @@ void CTransmissionInset::PutInto(const QRect& area) {
   const QFontMetrics metrics = fontMetrics();
   const QSize size(metrics.averageCharWidth() * kLeastWidth, metrics.height() * kLeastHeight);
   const bool fits = area.width() > size.width() * kRoom && area.height() > size.height() * kRoom;
-  setVisible(hasCurves_ && fits);
+  fits_ = hasCurves_ && fits;
+  setVisible(fits_ && !letsThrough_);
   const int gap = metrics.height() / 2;
   setGeometry(area.right() - size.width() - gap, area.bottom() - size.height() - gap, size.width(), size.height());
+}
+
+void CTransmissionInset::LetThrough(bool lets) {
+  letsThrough_ = lets;
+  setVisible(fits_ && !lets);
 }
 
 }  // namespace texturon

@@ -7,7 +7,8 @@
 namespace texturon {
 
 /// A small picture of what the filters let through, over the wavelength: to the primary profile, the waviness and the
-/// roughness, with lines at the cut-offs. It lies over a corner of the profile view and lets the mouse through.
+/// roughness, with lines at the cut-offs. It lies over a corner of the profile view, lets the mouse through and
+/// gives way to it, so that it hides no part of the profile for good.
 class CTransmissionInset : public QCustomPlot {
   Q_OBJECT
 
@@ -19,8 +20,13 @@ public:
   /// Takes the lower right corner of an area; hides itself where that has no room for it.
   void PutInto(const QRect& area);
 
+  /// Whether what lies below it can be seen.
+  void LetThrough(bool lets);
+
 private:
   bool hasCurves_ = false;
+  bool fits_ = false;
+  bool letsThrough_ = false;
 };
 
 }  // namespace texturon

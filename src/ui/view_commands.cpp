@@ -8,6 +8,7 @@
 #include "core/shown_rows.h"
 #include "ui/main_frame.h"
 #include "ui/qt_text.h"
+#include "ui/setting_dialog.h"
 #include "ui/texturon_param_view.h"
 #include "ui/texturon_view.h"
 
@@ -30,7 +31,7 @@ void CMainFrame::MakeViewMenu() {
   for (const auto& [title, index] : curves) {
     QAction* const action = menu->addAction(title);
     action->setCheckable(true);
-    action->setShortcut(QKeySequence(Qt::CTRL | (index == 1 ? Qt::Key_B : Qt::Key_P)));
+    action->setShortcut(QKeySequence(Qt::CTRL | (index == 1 ? Qt::Key_B : Qt::Key_U)));
     connect(action, &QAction::toggled, this, [this, pane = index](bool on) { upper_->widget(pane)->setVisible(on); });
   }
   menu->addSeparator();
@@ -53,6 +54,10 @@ void CMainFrame::MakeViewMenu() {
                    tr("What the filters let through, over the wavelength."));
   AddDisplaySwitch(*menu, tr("&Extreme Slopes"), &DisplaySettings::ShowExtremeSlopes,
                    tr("Marks where the profile is steeper than the angle of the settings."));
+  AddCommand(*menu, tr("Extreme Slope T&hreshold..."), {}, tr("The angle from which a slope is marked."), [this] {
+    CSettingDialog dialog(tr("Extreme Slopes"), "DISPLAY", "ExtremeSlopePlotDegrees", doc_->document().settings, this);
+    if (dialog.exec() == QDialog::Accepted) doc_->ReplaceDisplay(dialog.Chosen().display);
+  });
   AddDisplaySwitch(*menu, tr("Show Full &Ini Path"), &DisplaySettings::ShowINIPathInHeading,
                    tr("The whole path of the settings file in the heading."));
   menu->addSeparator();

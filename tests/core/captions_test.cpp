@@ -46,6 +46,14 @@ TEST(Captions, NameTheGeometryInTheUnitsInForce) {
     EXPECT_EQ(FormCaption(document), c.imperial);
   }
   EXPECT_EQ(FilterLabel(kFilterRobustGaussian), "Robust Gaussian (coef: 4.45)");
+  document.settings.analysis.FilterType = kFilterGaussian;
+  document.settings.analysis.LcCutoffMM = 2.54;
+  document.settings.analysis.LsCutoffMM = 0.0254;
+  EXPECT_EQ(FilterDescription(document), "Gaussian, Lc 0.10000 in");
+  document.profiles.lsApplied = true;
+  EXPECT_EQ(FilterDescription(document), "Gaussian, Lc 0.10000 in, Ls 0.00100 in");
+  document.settings.display.Metric = true;
+  EXPECT_EQ(FilterDescription(document), "Gaussian, Lc 2.5400 mm, Ls 0.0254 mm");
 }
 
 }  // namespace

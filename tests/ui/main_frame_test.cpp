@@ -48,12 +48,12 @@ TEST_F(MainFrame, ShowsTheEnginesValuesOfEverySample) {
     if (entry.path().extension() != ".lmt") continue;
     ASSERT_TRUE(frame_->OpenFile(entry.path()));
     const std::vector<ShownRow> rows = EngineRows(entry.path());
-    const CGridCtrl& grid = frame_->ParamView().Grid();
-    ASSERT_EQ(grid.rowCount(), static_cast<int>(rows.size()));
-    for (int i = 0; i < grid.rowCount(); ++i) {
+    const QList<CGridCtrl::Record>& records = frame_->ParamView().Grid().Records();
+    ASSERT_EQ(records.size(), static_cast<qsizetype>(rows.size()));
+    for (qsizetype i = 0; i < records.size(); ++i) {
       const ShownRow& row = rows[static_cast<std::size_t>(i)];
-      EXPECT_EQ(grid.item(i, 0)->text(), FromText(row.title));
-      EXPECT_EQ(grid.item(i, 1)->text(), row.value.empty() ? QString::fromUtf8("\u2013") : FromText(row.value));
+      EXPECT_EQ(records[i].cells[0], FromText(row.title));
+      EXPECT_EQ(records[i].cells[1], row.value.empty() ? QString::fromUtf8("\u2013") : FromText(row.value));
     }
     EXPECT_TRUE(frame_->windowTitle().startsWith(FromPath(entry.path())));
   }
@@ -90,7 +90,7 @@ TEST_F(MainFrame, ProfilesAreShownAndHidden) {
   EXPECT_EQ(frame_->View().Graph().graphCount(), 2);
   Choose("Roughness Profile");
   EXPECT_EQ(frame_->View().Graph().graphCount(), 3);
-  EXPECT_EQ(frame_->View().Graph().graph(2)->dataCount(), 8000);
+  EXPECT_EQ(frame_->View().Graph().graph(2)->name(), "Roughness Profile");
   Choose("Primary Profile");
   EXPECT_EQ(frame_->View().Graph().graphCount(), 2);
 }

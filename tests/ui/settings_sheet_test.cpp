@@ -136,12 +136,12 @@ TEST_F(SettingsSheet, ParametersAreSelectedOrderedAndToleranced) {
   table.setCurrentCell(rowOf("Rq"), 0);
   while (rowOf("Rq") > rowOf("Ra")) page.Move(-1);
   sheet.ApplyNow();
-  const CGridCtrl& grid = *frame_->findChild<CGridCtrl*>();
-  ASSERT_EQ(grid.rowCount(), 2);
-  EXPECT_EQ(grid.item(0, 0)->text(), "Rq");
-  EXPECT_EQ(grid.item(1, 0)->text(), "Ra");
-  EXPECT_EQ(grid.item(1, 3)->text(), "out of tolerance");
-  EXPECT_EQ(grid.item(0, 3)->text(), "");
+  const QList<CGridCtrl::Record>& records = frame_->findChild<CGridCtrl*>()->Records();
+  ASSERT_EQ(records.size(), 2);
+  EXPECT_EQ(records[0].cells[0], "Rq");
+  EXPECT_EQ(records[1].cells[0], "Ra");
+  EXPECT_EQ(records[1].cells[3], "out of tolerance");
+  EXPECT_EQ(records[0].cells[3], "");
 }
 
 TEST_F(SettingsSheet, BearingRatioRowsAreEntries) {
@@ -155,9 +155,8 @@ TEST_F(SettingsSheet, BearingRatioRowsAreEntries) {
   sheet.accept();
   EXPECT_FALSE(sheet.isVisible());
   EXPECT_EQ(InForce().roughnessMaterialRatios[9].depthUM, 0.75);
-  const CGridCtrl& grid = *frame_->findChild<CGridCtrl*>();
   QStringList titles;
-  for (int row = 0; row < grid.rowCount(); ++row) titles << grid.item(row, 0)->text();
+  for (const CGridCtrl::Record& record : frame_->findChild<CGridCtrl*>()->Records()) titles << record.cells[0];
   for (const char* title : {"Pmr 1", "Rmr 10", "PHtp 4", "RHtp 1"}) EXPECT_TRUE(titles.contains(title)) << title;
 }
 
