@@ -75,6 +75,8 @@ struct WantedResults {
   bool motifs = false;        ///< of the primary profile when no row asks for them
 };
 
+inline constexpr WantedResults kNoCurves = {.spectrum = false, .heightCurves = false, .coreRoughness = false};
+
 /// One measured record with the settings that drive its analysis and the results that they gave. A value: copying it
 /// keeps a former state. It holds no numerics; Compute derives everything from `profiles.raw`.
 struct Document {

@@ -88,7 +88,7 @@ FileAnalysis AnalyseFile(const std::filesystem::path& path, const FileAnalysisOp
     Document document = options.start;
     document.quietMode = true;
     document.writesTraceFile = false;
-    document.wanted = {.spectrum = false, .heightCurves = false, .coreRoughness = false};
+    document.wanted = kNoCurves;
     analysis.reason = Analyse(path, options, environment, document);
     if (!analysis.ok()) return analysis;
     analysis.text = ParameterFileTextOf(document, DateText(environment.localTime()));

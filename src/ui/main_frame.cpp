@@ -6,12 +6,10 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
-#include <QSplitter>
 #include <QStatusBar>
 #include <QToolBar>
 #include <utility>
 
-#include "ui/curve_views.h"
 #include "ui/qt_text.h"
 #include "ui/texturon_param_view.h"
 #include "ui/texturon_view.h"
@@ -26,21 +24,7 @@ CMainFrame::CMainFrame(Environment environment, Prompts* prompts) {
   doc_ = new CTexturonDoc(*prompts, std::move(environment), this);
   view_ = new CTexturonView(*doc_, this);
   paramView_ = new CTexturonParamView(*doc_, this);
-  upper_ = new QSplitter(Qt::Horizontal, this);
-  upper_->addWidget(view_);
-  upper_->addWidget(new CTexturonBRCView(*doc_, upper_));
-  upper_->addWidget(new CTexturonSpectView(*doc_, upper_));
-  upper_->setStretchFactor(0, 3);
-  upper_->setStretchFactor(1, 1);
-  upper_->setStretchFactor(2, 1);
-  upper_->widget(1)->setVisible(false);
-  upper_->widget(2)->setVisible(false);
-  auto* const panes = new QSplitter(Qt::Vertical, this);
-  panes->addWidget(upper_);
-  panes->addWidget(paramView_);
-  panes->setStretchFactor(0, 3);
-  panes->setStretchFactor(1, 2);
-  setCentralWidget(panes);
+  MakePanes();
   setAcceptDrops(true);
   resize(1200, 800);
   addToolBar(tr("Commands"))->setObjectName("commands");

@@ -11,14 +11,14 @@
 class QAction;
 class QLabel;
 class QMenu;
-class QSplitter;
 
 namespace texturon {
 
+class CCurvePane;
 class CTexturonParamView;
 class CTexturonView;
 
-/// The main window: profiles above, one of the curves beside them, the parameters below. What it shows and asks goes
+/// The main window: profiles above, the parameters below, a curve beside each where the pane is split. What it shows and asks goes
 /// through `prompts` where one is given, else through dialogs of its own.
 class CMainFrame : public QMainWindow {
   Q_OBJECT
@@ -30,6 +30,8 @@ public:
   CTexturonDoc& Doc() { return *doc_; }
   CTexturonView& View() { return *view_; }
   CTexturonParamView& ParamView() { return *paramView_; }
+  CCurvePane& UpperCurves() { return *upperCurves_; }
+  CCurvePane& LowerCurves() { return *lowerCurves_; }
   /// Opens a profile and remembers it in the list of recent files.
   bool OpenFile(const std::filesystem::path& path);
 
@@ -43,6 +45,8 @@ private:
   void MakeViewMenu();
   void MakeAnalysisMenu();
   void MakeHelpMenu();
+  void MakePanes();
+  void AddCurveCommands(QMenu& menu);
   QAction* AddCommand(QMenu& menu, const QString& text, const QKeySequence& keys, const QString& tip,
                       const std::function<void()>& run);
   /// A command that is on or off, as the document says.
@@ -65,7 +69,8 @@ private:
   CTexturonDoc* doc_;
   CTexturonView* view_;
   CTexturonParamView* paramView_;
-  QSplitter* upper_;
+  CCurvePane* upperCurves_ = nullptr;
+  CCurvePane* lowerCurves_ = nullptr;
   QMenu* recentMenu_ = nullptr;
   QLabel* readout_ = nullptr;
   QList<QAction*> needProfile_;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "core/curve_step.h"
 #include "core/pipeline.h"
 #include "core/platform.h"
 #include "core/settings_file.h"
@@ -13,7 +14,9 @@
 namespace texturon {
 
 CTexturonDoc::CTexturonDoc(Prompts& prompts, Environment environment, QObject* parent)
-    : QObject(parent), prompts_(prompts), environment_(std::move(environment)), document_(MakeDocument()) {}
+    : QObject(parent), prompts_(prompts), environment_(std::move(environment)), document_(MakeDocument()) {
+  document_.wanted = kNoCurves;
+}
 
 bool CTexturonDoc::Open(const std::filesystem::path& path) {
   ImportOutcome loaded = LoadProfileFile(path, {}, prompts_);
@@ -105,6 +108,22 @@ void CTexturonDoc::ExcludeBetween(double firstMM, double lastMM) {
 void CTexturonDoc::UseAllDataForForm(bool uses) {
   document_.useAllDataForForm = uses;
   Recompute();
+}
+
+void CTexturonDoc::SetWanted(const QObject* reader, const WantedResults& wanted) {
+  if (wanted_.insert_or_assign(reader, wanted).second) {
+    connect(reader, &QObject::destroyed, this, [this, reader] { wanted_.erase(reader); });
+  }
+  WantedResults& all = document_.wanted;
+  all = kNoCurves;
+  for (const auto& [view, results] : wanted_) {
+    all.spectrum = all.spectrum || results.spectrum;
+    all.heightCurves = all.heightCurves || results.heightCurves;
+    all.coreRoughness = all.coreRoughness || results.coreRoughness;
+    all.probability = all.probability || results.probability;
+    all.motifs = all.motifs || results.motifs;
+  }
+  if (HasProfile()) ComputeMissingCurves(document_);
 }
 
 void CTexturonDoc::Recompute() {

@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <filesystem>
+#include <map>
 #include <string>
 
 #include "core/document.h"
@@ -39,6 +40,8 @@ public:
   /// Leaves a stretch of the record out of the form fit.
   void ExcludeBetween(double firstMM, double lastMM);
   void UseAllDataForForm(bool uses);
+  /// What a view reads of the results that are made on demand, until it says otherwise. Makes what is missing.
+  void SetWanted(const QObject* reader, const WantedResults& wanted);
 
 signals:
   void Changed();
@@ -49,6 +52,7 @@ private:
   Prompts& prompts_;
   Environment environment_;
   Document document_;
+  std::map<const QObject*, WantedResults> wanted_;
 };
 
 }  // namespace texturon

@@ -3,7 +3,6 @@
 #include "ui/main_frame.h"
 
 #include <QMenuBar>
-#include <QSplitter>
 #include <utility>
 
 #include "ui/qt_text.h"
@@ -31,13 +30,7 @@ void CMainFrame::MakeViewMenu() {
             [this, action, shown = kind] { action->setChecked(view_->IsShown(shown)); });
   }
   menu->addSeparator();
-  const std::pair<QString, int> curves[] = {{tr("&Bearing Ratio and Amplitudes"), 1}, {tr("&Spectrum"), 2}};
-  for (const auto& [title, index] : curves) {
-    QAction* const action = menu->addAction(title);
-    action->setCheckable(true);
-    action->setShortcut(QKeySequence(Qt::CTRL | (index == 1 ? Qt::Key_B : Qt::Key_P)));
-    connect(action, &QAction::toggled, this, [this, pane = index](bool on) { upper_->widget(pane)->setVisible(on); });
-  }
+  AddCurveCommands(*menu);
   menu->addSeparator();
   needProfile_ << AddCommand(*menu, tr("Zoom &Back"), QKeySequence(Qt::ALT | Qt::Key_Left), tr("The former view."),
                              [this] { view_->Graph().GoBack(); });

@@ -27,14 +27,12 @@ Document Honed(bool withRows) {
   return document;
 }
 
-constexpr WantedResults kNothing = {.spectrum = false, .heightCurves = false, .coreRoughness = false};
-
 TEST(CurveStep, MakesWhatAWholeRunMakes) {
   SilentPrompts nobody;
   Document whole = Honed(true);
   Compute(whole, nobody, {});
   Document bare = Honed(false);
-  bare.wanted = kNothing;
+  bare.wanted = kNoCurves;
   Compute(bare, nobody, {});
   EXPECT_TRUE(bare.profiles.spectrum.amplitudeUM.empty());
   EXPECT_FALSE(bare.results.roughnessCurveComputed || bare.results.coreRoughness.valid || bare.results.probability);
@@ -56,7 +54,7 @@ TEST(CurveStep, MakesWhatAWholeRunMakes) {
 TEST(CurveStep, MakesOnlyWhatIsWanted) {
   SilentPrompts nobody;
   Document document = Honed(false);
-  document.wanted = kNothing;
+  document.wanted = kNoCurves;
   Compute(document, nobody, {});
   document.wanted.probability = true;
   ComputeMissingCurves(document);
@@ -77,7 +75,7 @@ TEST(CurveStep, ExportsNeedNoCurveBefore) {
   for (const char* name : {"spectrum", "roughness-brc", "primary-adf", "probability"}) {
     EXPECT_FALSE(FindExportKind(name)->make(bare, nobody).ok()) << name << " before a run";
   }
-  bare.wanted = kNothing;
+  bare.wanted = kNoCurves;
   Compute(bare, nobody, {});
   for (const char* name : {"spectrum", "roughness-brc", "primary-adf", "probability"}) {
     const ExportResult result = FindExportKind(name)->make(bare, nobody);
