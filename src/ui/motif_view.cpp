@@ -85,7 +85,7 @@ void DrawMotifs(QCustomPlot& plot, const Document& document) {
 
 CMotifView::CMotifView(CTexturonDoc& doc, QWidget* parent)
     : CCurveView(doc, {.spectrum = false, .heightCurves = false, .coreRoughness = false, .motifs = true}, parent) {
-  SetTitle(tr("Motifs, Primary Profile"));
+  SetTitle(tr("Motifs, Primary"));
   Plot().axisRect()->setRangeZoom(Qt::Horizontal);
   Plot().axisRect()->setRangeDrag(Qt::Horizontal);
 }

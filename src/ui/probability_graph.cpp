@@ -80,7 +80,7 @@ void DrawProbability(QCustomPlot& plot, const Document& document) {
 
 CProbabilityGraph::CProbabilityGraph(CTexturonDoc& doc, QWidget* parent)
     : CCurveView(doc, {.spectrum = false, .heightCurves = true, .coreRoughness = false, .probability = true}, parent) {
-  SetTitle(tr("Material Probability, Roughness Profile"));
+  SetTitle(tr("Material Probability, Roughness"));
 }
 
 void CProbabilityGraph::Draw() {

@@ -179,7 +179,7 @@ private:
                  BearingTitle(document_));
       if (hasLines) {
         PaintCurve(middle.adjusted(half + kColumnGap, 0, 0, 0), DrawProbability,
-                   QObject::tr("Material Probability, Roughness Profile"));
+                   QObject::tr("Material Probability, Roughness"));
       }
       PaintCurve(middle.translated(0, height), DrawSpectrum, QObject::tr("Wavelength Content"));
     });

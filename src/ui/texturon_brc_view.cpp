@@ -60,10 +60,10 @@ void DrawCore(QCustomPlot& plot, const RkResult& core, double factor) {
     double x, y;
     QString text;
     Qt::Alignment anchor;
-  } labels[] = {{50.0, upper, "Rk", Qt::AlignHCenter | Qt::AlignTop},
-                {core.Mr1, upper, "Mr1", Qt::AlignLeft | Qt::AlignBottom},
+  } labels[] = {{30.0, upper, "Rk", Qt::AlignHCenter | Qt::AlignTop},
+                {core.Mr1, upper, "Mr1", Qt::AlignLeft | Qt::AlignTop},
                 {core.Mr2, lower, "Mr2", Qt::AlignRight | Qt::AlignTop},
-                {core.Mr1 / 2.0, (upper + peak) / 2.0, "A1", Qt::AlignLeft | Qt::AlignVCenter},
+                {core.Mr1 / 2.0, (upper + 2.0 * peak) / 3.0, " A1", Qt::AlignLeft | Qt::AlignVCenter},
                 {(100.0 + core.Mr2) / 2.0, (lower + valley) / 2.0, "A2", Qt::AlignRight | Qt::AlignVCenter}};
   for (const auto& label : labels) AddLabel(plot, label.x, label.y, label.text, label.anchor);
 }
@@ -75,7 +75,7 @@ QString BearingTitle(const Document& document) {
   const QString what = choice.showsRatios && choice.showsAmplitudes ? QObject::tr("Bearing Ratio and Amplitudes, %1")
                        : choice.showsRatios                         ? QObject::tr("Bearing Ratio, %1")
                                                                     : QObject::tr("Amplitude Distribution, %1");
-  return what.arg(FromText(ProfileTitle(choice.profile)));
+  return what.arg(choice.profile == ProfileKind::kPrimary ? QObject::tr("Primary") : QObject::tr("Roughness"));
 }
 
 void DrawBearingRatio(QCustomPlot& plot, const Document& document) {
