@@ -2,7 +2,6 @@
 
 #include <QActionGroup>
 #include <QMenuBar>
-#include <QSplitter>
 #include <utility>
 
 #include "core/shown_rows.h"
@@ -27,13 +26,7 @@ void CMainFrame::MakeViewMenu() {
     menu->actions().back()->setShortcut(QKeySequence(Qt::CTRL | static_cast<Qt::Key>(Qt::Key_1 + curve)));
   }
   menu->addSeparator();
-  const std::pair<QString, int> curves[] = {{tr("&Bearing Ratio and Amplitudes"), 1}, {tr("&Spectrum"), 2}};
-  for (const auto& [title, index] : curves) {
-    QAction* const action = menu->addAction(title);
-    action->setCheckable(true);
-    action->setShortcut(QKeySequence(Qt::CTRL | (index == 1 ? Qt::Key_B : Qt::Key_U)));
-    connect(action, &QAction::toggled, this, [this, pane = index](bool on) { upper_->widget(pane)->setVisible(on); });
-  }
+  AddCurveCommands(*menu);
   menu->addSeparator();
   needProfile_ << AddCommand(*menu, tr("Zoom Bac&k"), QKeySequence(Qt::ALT | Qt::Key_Left), tr("The former view."),
                              [this] { view_->Graph().GoBack(); });

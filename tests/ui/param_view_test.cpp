@@ -1,12 +1,11 @@
 // The table of parameters.
 
-#include "ui/texturon_param_view.h"
-
 #include <QHeaderView>
 #include <QSignalSpy>
 #include <QTest>
 
 #include "core/shown_rows.h"
+#include "ui/texturon_param_view.h"
 #include "ui/window_fixture.h"
 
 namespace texturon {
