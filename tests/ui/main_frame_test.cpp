@@ -121,7 +121,7 @@ TEST_F(MainFrame, TakesDroppedFilesAndRemembersThem) {
   }
   ASSERT_NE(recent, nullptr);
   emit recent->aboutToShow();
-  EXPECT_EQ(recent->actions().front()->text(), FromPath(Sample("turned.lmt")));
+  EXPECT_EQ(recent->actions().front()->text(), "&1 " + FromPath(Sample("turned.lmt")));
 }
 
 TEST_F(MainFrame, CopiesTheTableAsText) {
