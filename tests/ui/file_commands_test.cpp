@@ -1,9 +1,7 @@
 // The File, Edit and Export menus, through the dialogs that they open.
 
 #include <QClipboard>
-#include <QDropEvent>
 #include <QMenu>
-#include <QMimeData>
 #include <QPrintPreviewWidget>
 #include <QPrinter>
 #include <QStatusBar>
@@ -34,13 +32,6 @@ protected:
     throw std::logic_error("no menu of recent files");
   }
 
-  void Drop(const QList<QUrl>& urls) {
-    QMimeData data;
-    data.setUrls(urls);
-    QDropEvent drop(QPointF(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(frame_.get(), &drop);
-  }
-
   ScratchFolder folder_;
 };
 
@@ -52,7 +43,7 @@ std::vector<double> HeightsOf(const std::filesystem::path& path) {
 TEST(FileDialogs, TakeFiltersAsTheProgramWordsThem) {
   EXPECT_EQ(QtFilters("Lumetrace Files (*.lmt)|*.lmt|All Files (*.*)|*.*||"), "Lumetrace Files (*.lmt);;All Files (*)");
   EXPECT_EQ(QtFilters(kCsvFilters), "Comma Separated Values (*.csv);;All Files (*)");
-  EXPECT_TRUE(QtFilters(ProfileFilters()).contains(" *.prf "));
+  EXPECT_TRUE(QtFilters(ProfileFilters()).contains("*.prf "));
 }
 
 TEST_F(FileCommands, SaveChoosesTheWriterAndTheDocumentBecomesTheFile) {
@@ -207,10 +198,10 @@ TEST_F(FileCommands, CopiesThePanesAsTheyAreSeenAndTheTable) {
 }
 
 TEST_F(FileCommands, OfSeveralDroppedFilesTheFirstIsOpenedAndAFolderIsABatch) {
-  Drop({QUrl::fromLocalFile(FromPath(Sample("turned.lmt"))), QUrl::fromLocalFile(FromPath(Sample("ground.lmt")))});
+  DropOn(*frame_, {QUrl::fromLocalFile(FromPath(Sample("turned.lmt"))), QUrl::fromLocalFile(FromPath(Sample("ground.lmt")))});
   EXPECT_EQ(document().profiles.sourcePath, TextFromPath(Sample("turned.lmt")));
   EXPECT_TRUE(frame_->statusBar()->currentMessage().contains("first of 2")) << frame_->statusBar()->currentMessage().toStdString();
-  Drop({QUrl::fromLocalFile(FromPath(folder_.path()))});
+  DropOn(*frame_, {QUrl::fromLocalFile(FromPath(folder_.path()))});
   auto* const batch = frame_->findChild<CFolderBatchWindow*>();
   ASSERT_NE(batch, nullptr);
   EXPECT_EQ(batch->findChild<QLineEdit*>("folder")->text(), FromPath(folder_.path()));
@@ -269,9 +260,11 @@ TEST_F(FileCommands, FailuresAreOneSentenceAndLeaveTheDocumentAlone) {
     const AnalysisSettings settings = document().settings.analysis;
     prompts_.messages.clear();
     c.run();
-    ASSERT_EQ(prompts_.messages.size(), 1u) << c.name;
-    EXPECT_NE(prompts_.messages[0].find(c.sentence), std::string::npos) << c.name << ": " << prompts_.messages[0];
-    EXPECT_TRUE(prompts_.messages[0].ends_with('.')) << prompts_.messages[0];
+    // A reader may have said what it found before.
+    ASSERT_FALSE(prompts_.messages.empty()) << c.name;
+    const std::string& sentence = prompts_.messages.back();
+    EXPECT_NE(sentence.find(c.sentence), std::string::npos) << c.name << ": " << sentence;
+    EXPECT_TRUE(sentence.ends_with('.')) << sentence;
     EXPECT_EQ(document().profiles.raw, before.raw) << c.name;
     EXPECT_EQ(document().profiles.roughness, before.roughness) << c.name;
     EXPECT_EQ(document().profiles.sourcePath, before.sourcePath) << c.name;
