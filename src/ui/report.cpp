@@ -2,6 +2,7 @@
 
 #include <QBuffer>
 #include <QImage>
+#include <QPageRanges>
 #include <QPdfWriter>
 #include <QPixmap>
 #include <functional>

@@ -32,8 +32,8 @@ public:
   Prompts& prompts() const { return prompts_; }
   const Environment& environment() const { return environment_; }
   bool HasProfile() const { return !document_.profiles.IsEmpty(); }
-  /// Whether a step is at work.
-  bool IsBusy() const { return isBusy_; }
+  /// Whether a step is at work or waits.
+  bool IsBusy() const { return isBusy_ || !waiting_.empty(); }
   /// Runs `step` at once, or after the step at work and what waits already.
   void WhenIdle(std::function<void()> step);
 
