@@ -15,6 +15,6 @@ need_packages() {
 
 program_packages=(g++ cmake ninja-build libcli11-dev)
 desktop_packages=(qt6-base-dev libqcustomplot-dev)
-test_packages=(libgtest-dev nlohmann-json3-dev locales)
+test_packages=(libgtest-dev nlohmann-json3-dev locales xvfb xauth)
 fuzz_packages=(clang libclang-rt-14-dev)
 bench_packages=(libbenchmark-dev libfftw3-dev liblapack-dev)

@@ -16,7 +16,6 @@
 #include "core/number_text.h"
 #include "core/platform.h"
 #include "core/text.h"
-#include "formats/extension_table.h"
 
 namespace texturon {
 namespace {
@@ -29,32 +28,15 @@ std::string CountText(std::size_t count) {
   return IntegerText(static_cast<std::int64_t>(count));
 }
 
-bool IsReadable(const std::filesystem::path& path) {
-  const std::string extension = TextFromPath(path.extension());
-  const auto table = ExtensionTable();
-  return std::any_of(table.begin(), table.end(), [&extension](const ExtensionEntry& entry) {
-    return EqualIgnoringCase(entry.extension, extension);
-  });
-}
-
-/// The files of a folder but those that this run writes.
 std::optional<Paths> FilesOfFolder(const BatchOptions& options) {
-  const FolderFiles listed =
-      ListFolder(PathFromSystemText(options.folder), Windows1252FromUtf8(options.mask.empty() ? "*" : options.mask));
+  const Paths outputs = {PathFromSystemText(options.parameterFile), PathFromSystemText(options.failuresFile),
+                         PathFromSystemText(options.summaryFile)};
+  FolderFiles listed = FilesToAnalyse(PathFromSystemText(options.folder), Windows1252FromUtf8(options.mask), outputs);
   if (!listed.reason.empty()) {
     Complain(options.folder + " " + listed.reason + ".");
     return std::nullopt;
   }
-  Paths files;
-  for (const std::filesystem::path& path : listed.files) {
-    const auto isOurs = [&path](const std::string& name) {
-      std::error_code error;
-      return !name.empty() && std::filesystem::equivalent(path, PathFromSystemText(name), error);
-    };
-    if (isOurs(options.parameterFile) || isOurs(options.failuresFile) || isOurs(options.summaryFile)) continue;
-    if (!options.mask.empty() || IsReadable(path)) files.push_back(path);
-  }
-  return files;
+  return std::move(listed.files);
 }
 
 std::optional<Paths> FilesOfList(const std::string& list) {

@@ -7,9 +7,9 @@
 #include "core/command_line_run.h"
 #include "core/interrupt.h"
 #include "core/platform.h"
+#include "ui/command_icons.h"
 #include "ui/headless.h"
-#include "ui/main_frame.h"
-#include "ui/qt_text.h"
+#include "ui/start_up.h"
 
 namespace {
 
@@ -41,11 +41,7 @@ int main(int argc, char** argv) {
   QApplication::setApplicationName("Texturon");
   QApplication::setOrganizationName("Texturon");
   QApplication::setApplicationVersion(TEXTURON_VERSION);
+  QApplication::setWindowIcon(texturon::IconOf(texturon::CommandIcon::kProgram));
   if (isHeadless) return texturon::RunHeadless(QApplication::arguments());
-  texturon::CMainFrame frame(texturon::SystemEnvironment());
-  if (const QStringList arguments = QApplication::arguments(); arguments.size() > 1) {
-    frame.OpenFile(texturon::ToPath(arguments.at(1)));
-  }
-  frame.show();
-  return QApplication::exec();
+  return texturon::RunWindow(QApplication::arguments());
 }

@@ -46,6 +46,7 @@ bool HasProfile(const Document& document, ProfileKind kind) {
 
 void InvertProfile(ProfileSet& profiles) {
   for (double& height : profiles.raw) height = -height;
+  profiles.inverted = !profiles.inverted;
 }
 
 void ExcludeFromForm(Document& document, std::int32_t first, std::int32_t last) {

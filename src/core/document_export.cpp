@@ -179,20 +179,20 @@ ExportResult ExportSagTable(const Document& document, Prompts& /*prompts*/) {
 }
 
 constexpr std::array kExportKinds = {
-    ExportKind{"raw", "Raw Data", ExportProfile<ProfileKind::kRaw>},
-    ExportKind{"form-suppressed", "Form Suppressed Data", ExportProfile<ProfileKind::kFormSuppressed>},
-    ExportKind{"primary", "Primary Profile", ExportProfile<ProfileKind::kPrimary>},
-    ExportKind{"waviness", "Waviness Profile", ExportProfile<ProfileKind::kWaviness>, ExportWavinessMod},
-    ExportKind{"roughness", "Roughness Profile", ExportProfile<ProfileKind::kRoughness>},
-    ExportKind{"closing", "Morphological Closing Profile", ExportProfile<ProfileKind::kClosing>},
-    ExportKind{"opening", "Morphological Opening Profile", ExportProfile<ProfileKind::kOpening>},
+    ExportKind{"raw", "Raw Data", ExportProfile<ProfileKind::kRaw>, nullptr, true},
+    ExportKind{"form-suppressed", "Form Suppressed Data", ExportProfile<ProfileKind::kFormSuppressed>, nullptr, true},
+    ExportKind{"primary", "Primary Profile", ExportProfile<ProfileKind::kPrimary>, nullptr, true},
+    ExportKind{"waviness", "Waviness Profile", ExportProfile<ProfileKind::kWaviness>, ExportWavinessMod, true},
+    ExportKind{"roughness", "Roughness Profile", ExportProfile<ProfileKind::kRoughness>, nullptr, true},
+    ExportKind{"closing", "Morphological Closing Profile", ExportProfile<ProfileKind::kClosing>, nullptr, true},
+    ExportKind{"opening", "Morphological Opening Profile", ExportProfile<ProfileKind::kOpening>, nullptr, true},
     ExportKind{"primary-adf", "Primary Amplitude Distribution", ExportAmplitudes<CurveProfile::kPrimary>},
     ExportKind{"primary-brc", "Primary Bearing Ratio Curve", ExportBearingRatios<CurveProfile::kPrimary>},
     ExportKind{"roughness-adf", "Roughness Amplitude Distribution", ExportAmplitudes<CurveProfile::kRoughness>},
     ExportKind{"roughness-brc", "Roughness Bearing Ratio Curve", ExportBearingRatios<CurveProfile::kRoughness>},
     ExportKind{"probability", "Probability Curve", ExportProbability},
     ExportKind{"spectrum", "Spectrum", ExportSpectrum},
-    ExportKind{"asphere-residual", "Aspheric Residual", ExportResidual, ExportResidualMod},
+    ExportKind{"asphere-residual", "Aspheric Residual", ExportResidual, ExportResidualMod, true},
     ExportKind{"sag-table", "Sag Table", ExportSagTable},
 };
 

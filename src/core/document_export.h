@@ -25,6 +25,7 @@ struct ExportKind {
   std::string_view menu;  ///< what a menu or a list calls it
   ExportFunction make = nullptr;
   ExportFunction makeMod = nullptr;  ///< as form data for instruments; none for most
+  bool isProfile = false;            ///< heights over the record; else a curve or a table
 };
 
 std::span<const ExportKind> ExportKinds();

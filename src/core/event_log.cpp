@@ -3,6 +3,7 @@
 #include <chrono>
 #include <string>
 
+#include "core/append_file.h"
 #include "core/date_text.h"
 #include "core/platform.h"
 #include "core/text.h"

@@ -55,10 +55,10 @@ std::string WriteProfiles(const Document& document, const std::filesystem::path&
   return {};
 }
 
-/// Loads and computes; the reason where there is nothing to write.
-std::string Analyse(const std::filesystem::path& path, const FileAnalysisOptions& options,
-                    const Environment& environment, Document& document) {
-  CollectingPrompts prompts;
+}  // namespace
+
+std::string AnalyseInto(Document& document, const std::filesystem::path& path, const FileAnalysisOptions& options,
+                        Prompts& prompts, const Environment& environment) {
   ImportOutcome loaded = LoadProfileFile(path, options.import, prompts);
   if (!loaded.loaded) {
     if (loaded.reason.ends_with('.')) loaded.reason.pop_back();
@@ -79,7 +79,11 @@ std::string Analyse(const std::filesystem::path& path, const FileAnalysisOptions
   return FileSentence(path, "is not analysed: there are too few points to compute over");
 }
 
-}  // namespace
+FileAnalysis ResultsOf(const Document& document, const Environment& environment) {
+  return {.reason = {},
+          .text = ParameterFileTextOf(document, DateText(environment.localTime())),
+          .columns = ColumnsOf(document)};
+}
 
 FileAnalysis AnalyseFile(const std::filesystem::path& path, const FileAnalysisOptions& options,
                          const Environment& environment) {
@@ -89,10 +93,10 @@ FileAnalysis AnalyseFile(const std::filesystem::path& path, const FileAnalysisOp
     document.quietMode = true;
     document.writesTraceFile = false;
     document.wanted = {.spectrum = false, .heightCurves = false, .coreRoughness = false};
-    analysis.reason = Analyse(path, options, environment, document);
+    SilentPrompts nobody;
+    analysis.reason = AnalyseInto(document, path, options, nobody, environment);
     if (!analysis.ok()) return analysis;
-    analysis.text = ParameterFileTextOf(document, DateText(environment.localTime()));
-    analysis.columns = ColumnsOf(document);
+    analysis = ResultsOf(document, environment);
     if (!options.profilesTo.empty()) analysis.reason = WriteProfiles(document, path, options.profilesTo);
   } catch (const std::exception& error) {
     analysis.reason = FileSentence(path, std::string("is not analysed: ") + error.what());

@@ -8,6 +8,7 @@
 #include "core/document.h"
 #include "core/document_export.h"
 #include "core/environment.h"
+#include "core/prompts.h"
 #include "formats/profile_reader.h"
 
 namespace texturon {
@@ -35,6 +36,13 @@ struct FileAnalysis {
 
   bool ok() const { return reason.empty(); }
 };
+
+/// Loads a file into a document with settings and computes. Returns a sentence where there is no analysis, and then the
+/// document is of no use.
+std::string AnalyseInto(Document& document, const std::filesystem::path& path, const FileAnalysisOptions& options,
+                        Prompts& prompts, const Environment& environment);
+/// What an analysed document gives.
+FileAnalysis ResultsOf(const Document& document, const Environment& environment);
 
 /// Loads, computes and, where asked, writes the profiles of one file beside each other:
 /// "S1.prf.primary.csv", ".waviness.csv", ".roughness.csv". Asks and shows nothing, writes no trace file. Several may

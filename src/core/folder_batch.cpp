@@ -14,6 +14,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "core/append_file.h"
 #include "core/charset.h"
 #include "core/platform.h"
 #include "core/text.h"
@@ -157,6 +158,7 @@ private:
     for (; written_ < end; ++written_) {
       const auto result = waiting_.find(written_);
       if (!result->second.ok()) Fail(result->second.reason);
+      if (observer_.fileDone) observer_.fileDone(files_[written_], result->second);
       waiting_.erase(result);
     }
   }

@@ -5,8 +5,20 @@
 
 #include "core/platform.h"
 #include "core/text.h"
+#include "formats/extension_table.h"
 
 namespace texturon {
+namespace {
+
+bool IsReadable(const std::filesystem::path& path) {
+  const std::string extension = TextFromPath(path.extension());
+  const auto table = ExtensionTable();
+  return std::any_of(table.begin(), table.end(), [&extension](const ExtensionEntry& entry) {
+    return EqualIgnoringCase(entry.extension, extension);
+  });
+}
+
+}  // namespace
 
 bool MatchesMask(std::string_view name, std::string_view mask) {
   if (mask == "*.*") return true;
@@ -45,6 +57,19 @@ FolderFiles ListFolder(const std::filesystem::path& folder, std::string_view mas
   if (error) result.reason = "cannot be read as a folder (" + error.message() + ")";
   std::sort(result.files.begin(), result.files.end(),
             [](const auto& a, const auto& b) { return a.filename().native() < b.filename().native(); });
+  return result;
+}
+
+FolderFiles FilesToAnalyse(const std::filesystem::path& folder, std::string_view mask,
+                           std::span<const std::filesystem::path> outputs) {
+  FolderFiles result = ListFolder(folder, mask.empty() ? "*" : mask);
+  std::erase_if(result.files, [&](const std::filesystem::path& path) {
+    const bool isOurs = std::any_of(outputs.begin(), outputs.end(), [&path](const std::filesystem::path& output) {
+      std::error_code error;
+      return !output.empty() && std::filesystem::equivalent(path, output, error);
+    });
+    return isOurs || (mask.empty() && !IsReadable(path));
+  });
   return result;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,5 +20,10 @@ struct FolderFiles {
 /// The regular files of a folder that match a mask. Names that begin with a dot belong to other programs and to our own
 /// book-keeping and are left out.
 FolderFiles ListFolder(const std::filesystem::path& folder, std::string_view mask);
+
+/// What a run over a folder takes: the files that match the mask or, without one, those whose extension has a reader;
+/// without the run's own outputs.
+FolderFiles FilesToAnalyse(const std::filesystem::path& folder, std::string_view mask,
+                           std::span<const std::filesystem::path> outputs);
 
 }  // namespace texturon

@@ -9,9 +9,11 @@
 #include <thread>
 #include <utility>
 
+#include "core/append_file.h"
 #include "core/charset.h"
 #include "core/event_log.h"
 #include "core/folder_files.h"
+#include "core/ini_file.h"
 #include "core/number_text.h"
 #include "core/platform.h"
 #include "core/watch_journal.h"
@@ -45,49 +47,31 @@ std::filesystem::path FreeName(const std::filesystem::path& folder, const std::f
   return path;
 }
 
-class Watch {
-public:
-  Watch(const FolderWatchOptions& options, const FileAnalysisOptions& analysis, const Environment& environment,
-        const FolderWatchObserver& observer)
-      : options_(options),
-        analysis_(analysis),
-        environment_(environment),
-        observer_(observer),
-        log_(environment, options.logsEvents),
-        lockPath_(options.folder / ".texturon-watch-lock"),
-        journal_(options.folder / ".texturon-watch-journal"),
-        taken_(options.folder / ".texturon-watch-taken"),
-        doneList_(options.folder / ".texturon-watch-done") {}
+}  // namespace
 
-  std::string Run() {
-    if (!options_.holdFolder.empty()) {
-      std::error_code error;
-      std::filesystem::create_directories(options_.holdFolder, error);
-      if (error) return FileSentence(options_.holdFolder, "cannot be made (" + error.message() + ")");
-      if (std::filesystem::equivalent(options_.holdFolder, options_.folder, error)) {
-        return FileSentence(options_.holdFolder, "is the watched folder, where what is held would be analysed again");
-      }
-    }
-    const std::string reason = TakeFolder();
-    if (!reason.empty()) return reason;
-    while (!Stops()) {
-      if (HasFolder()) Poll();
-      Pause();
+class FolderWatch::Work {
+public:
+  Work(FolderWatchOptions options, Analyse analyse, const Environment& environment, FolderWatchObserver observer)
+      : options_(std::move(options)),
+        analyse_(std::move(analyse)),
+        observer_(std::move(observer)),
+        log_(environment, options_.logsEvents),
+        lockPath_(options_.folder / ".texturon-watch-lock"),
+        journal_(options_.folder / ".texturon-watch-journal"),
+        taken_(options_.folder / ".texturon-watch-taken"),
+        doneList_(options_.folder / ".texturon-watch-done") {}
+
+  std::string PrepareHold() const {
+    if (options_.holdFolder.empty()) return {};
+    std::error_code error;
+    std::filesystem::create_directories(options_.holdFolder, error);
+    if (error) return FileSentence(options_.holdFolder, "cannot be made (" + error.message() + ")");
+    if (std::filesystem::equivalent(options_.holdFolder, options_.folder, error)) {
+      return FileSentence(options_.holdFolder, "is the watched folder, where what is held would be analysed again");
     }
     return {};
   }
 
-private:
-  bool Stops() const { return observer_.stops && observer_.stops(); }
-
-  void Pause() const {
-    constexpr std::chrono::milliseconds kSlice(50);
-    const auto end = std::chrono::steady_clock::now() + options_.poll;
-    while (!Stops() && std::chrono::steady_clock::now() < end)
-      std::this_thread::sleep_for(std::min(kSlice, options_.poll));
-  }
-
-  /// Locks the folder and takes up what a former run left in it. The reason where it cannot.
   std::string TakeFolder() {
     lock_ = std::make_unique<AppendFile>(lockPath_);
     std::string reason;
@@ -101,6 +85,17 @@ private:
     if (!reason.empty()) lock_.reset();
     return reason;
   }
+
+  void Poll() {
+    hasComplained_ = false;
+    if (HasFolder()) LookThrough();
+    if (!hasComplained_) lastComplaint_.clear();
+  }
+
+  const std::string& Complaint() const { return lastComplaint_; }
+
+private:
+  bool Stops() const { return observer_.stops && observer_.stops(); }
 
   /// A folder that was gone and has come back, or another of its name, is begun with like at the start.
   bool HasFolder() {
@@ -137,12 +132,13 @@ private:
 
   /// Says a sentence once, not at every poll.
   void Complain(const std::string& sentence) {
+    hasComplained_ = true;
     if (sentence == lastComplaint_) return;
     lastComplaint_ = sentence;
     if (observer_.failed) observer_.failed(sentence);
   }
 
-  void Poll() {
+  void LookThrough() {
     if (atHand_ && !Finish()) return;
     const FolderFiles listed =
         ListFolder(options_.folder, options_.singleFile.empty() ? options_.mask : std::string("*"));
@@ -174,7 +170,7 @@ private:
   bool Take(const std::filesystem::path& path, const std::string& name, const FileStamp& stamp) {
     log_.LogEvent("Opening DataFile: " + TextFromPath(path) + "...");
     const std::uint64_t contentHash = ContentHash(ReadWholeFile(path).bytes);
-    const FileAnalysis result = AnalyseFile(path, analysis_, environment_);
+    const FileAnalysis result = analyse_(path);
     if (StampOf(path) != stamp) return true;  // written to in the meantime: it has its turn again
     log_.LogEvent(result.ok() ? "Data loaded" : "Could not load data");
     if (!result.ok()) {
@@ -190,16 +186,21 @@ private:
     return Finish();
   }
 
+  /// Nothing where it cannot be had.
+  std::unique_ptr<AppendFile> HoldParameterFile(const std::filesystem::path& path) {
+    auto file = WaitForAppendFile(path, options_.rowPatience, observer_.stops);
+    if (file->state() == AppendFile::State::kHeld) return file;
+    const bool isInUse = file->state() == AppendFile::State::kInUse;
+    if (!isInUse || !Stops()) Complain(FileSentence(path, isInUse ? "is in use" : file->outcome().reason));
+    return nullptr;
+  }
+
   /// Writes the entry into the journal, then the row.
   bool WriteRow(WatchEntry entry, const FileAnalysis& result) {
     std::unique_ptr<AppendFile> file;
     if (!options_.parameterFile.empty()) {
-      file = WaitForAppendFile(options_.parameterFile, std::chrono::hours(24 * 365), observer_.stops);
-      if (file->state() == AppendFile::State::kInUse) return false;
-      if (file->state() == AppendFile::State::kFailed) {
-        Complain(FileSentence(options_.parameterFile, file->outcome().reason));
-        return false;
-      }
+      file = HoldParameterFile(options_.parameterFile);
+      if (!file) return false;
       entry.parameterFile = SystemTextFromPath(options_.parameterFile);
       entry.rowAt = file->size();
       if (file->size() == 0) entry.rowText = result.text.header;
@@ -226,14 +227,8 @@ private:
   /// Does what is left of the entry at hand. False: not all of it could be done, and the entry stays.
   bool Finish() {
     if (!rowIsWritten_ && !atHand_->parameterFile.empty()) {
-      const auto file =
-          WaitForAppendFile(PathFromSystemText(atHand_->parameterFile), std::chrono::hours(24 * 365), observer_.stops);
-      if (file->state() == AppendFile::State::kInUse) return false;
-      if (file->state() == AppendFile::State::kFailed) {
-        Complain(FileSentence(PathFromSystemText(atHand_->parameterFile), file->outcome().reason));
-        return false;
-      }
-      if (!EnsureRowIn(*file)) return false;
+      const auto file = HoldParameterFile(PathFromSystemText(atHand_->parameterFile));
+      if (!file || !EnsureRowIn(*file)) return false;
     }
     const std::string reason = PutAway();
     if (!reason.empty()) {
@@ -242,7 +237,6 @@ private:
     }
     atHand_.reset();
     rowIsWritten_ = false;
-    lastComplaint_.clear();
     return true;
   }
 
@@ -350,10 +344,9 @@ private:
     if (!outcome.ok()) Complain(FileSentence(path, outcome.reason));
   }
 
-  const FolderWatchOptions& options_;
-  const FileAnalysisOptions& analysis_;
-  const Environment& environment_;
-  const FolderWatchObserver& observer_;
+  FolderWatchOptions options_;
+  Analyse analyse_;
+  FolderWatchObserver observer_;
   EventLog log_;
   std::filesystem::path lockPath_;
   std::filesystem::path journal_;
@@ -366,13 +359,80 @@ private:
   std::set<std::string> done_;
   std::set<std::string> refused_;  ///< failed in this run, also where they could not be moved
   std::string lastComplaint_;
+  bool hasComplained_ = false;  ///< at this poll
 };
 
-}  // namespace
+FolderWatch::FolderWatch(FolderWatchOptions options, Analyse analyse, const Environment& environment,
+                         FolderWatchObserver observer)
+    : work_(std::make_unique<Work>(std::move(options), std::move(analyse), environment, std::move(observer))) {}
+
+FolderWatch::~FolderWatch() = default;
+
+std::string FolderWatch::PrepareHold() const {
+  return work_->PrepareHold();
+}
+
+std::string FolderWatch::TakeFolder() {
+  return work_->TakeFolder();
+}
+
+void FolderWatch::Poll() {
+  work_->Poll();
+}
+
+const std::string& FolderWatch::Complaint() const {
+  return work_->Complaint();
+}
+
+WatchPlan PlanWatch(const Settings& settings, const WatchChoice& choice) {
+  const AutoLoadingSettings& loading = settings.autoLoading;
+  WatchPlan plan;
+  FolderWatchOptions& watch = plan.options;
+  if (!choice.folder.empty()) {
+    watch.folder = choice.folder;
+  } else if (loading.AutoLoadFromGroup) {
+    watch.folder = PathFromText(loading.AutoLoadFolder);
+  } else if (!loading.AutoLoadFile.empty()) {
+    const std::filesystem::path file = PathFromText(loading.AutoLoadFile);
+    watch.folder = file.has_parent_path() ? file.parent_path() : ".";
+    watch.singleFile = SystemTextFromPath(file.filename());
+  }
+  if (watch.folder.empty()) plan.reason = "no folder is given";
+  watch.mask = choice.mask.empty() ? loading.AutoLoadMask : choice.mask;
+  if (watch.mask.empty()) watch.mask = "*.*";
+  watch.logsEvents = loading.LogEventsWhenAutoLoading;
+  if (!choice.parameterFile.empty()) {
+    watch.parameterFile = choice.parameterFile;
+  } else if (loading.AutoExport) {
+    watch.parameterFile = PathFromText(settings.display.ParameterFile);
+  }
+  watch.deletes = !choice.holdFolder.empty() || (loading.DeleteAfterAutoLoadFromGroup && watch.singleFile.empty());
+  if (!watch.deletes) return plan;
+  watch.holdFolder = choice.holdFolder.empty() ? PathFromText(loading.StorageFolderAfterAutoLoad) : choice.holdFolder;
+  if (watch.holdFolder.empty()) {
+    plan.reason = "files are to be deleted, but there is no hold folder";
+  } else if (choice.holdFolder.empty() && loading.StorageFolderAfterAutoLoad.size() >= kIniValueLength) {
+    plan.reason = "StorageFolderAfterAutoLoad may have been cut at 63 characters";
+  }
+  return plan;
+}
 
 std::string WatchFolder(const FolderWatchOptions& options, const FileAnalysisOptions& analysis,
                         const Environment& environment, const FolderWatchObserver& observer) {
-  return Watch(options, analysis, environment, observer).Run();
+  const auto analyse = [&](const std::filesystem::path& path) { return AnalyseFile(path, analysis, environment); };
+  FolderWatch watch(options, analyse, environment, observer);
+  std::string reason = watch.PrepareHold();
+  if (reason.empty()) reason = watch.TakeFolder();
+  if (!reason.empty()) return reason;
+  const auto stops = [&observer] { return observer.stops && observer.stops(); };
+  while (!stops()) {
+    watch.Poll();
+    constexpr std::chrono::milliseconds kSlice(50);
+    const auto end = std::chrono::steady_clock::now() + options.poll;
+    while (!stops() && std::chrono::steady_clock::now() < end)
+      std::this_thread::sleep_for(std::min(kSlice, options.poll));
+  }
+  return {};
 }
 
 }  // namespace texturon

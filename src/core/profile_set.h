@@ -33,6 +33,7 @@ struct ProfileSet {
   std::string dateTime;
   std::string sourcePath;
   double tipRadiusMM = -1.0;  ///< -1.0 or 0.0: none known
+  bool inverted = false;      ///< `raw` is upside down to what the reader delivered
 
   // Derived.
   std::vector<double> form;  ///< the geometry that form removal took out

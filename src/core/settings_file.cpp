@@ -58,7 +58,6 @@ std::string UpgradeSettingsText(const std::string& text) {
   return upgraded;
 }
 
-/// Reads an INI file; one in UTF-16 as Windows-1252.
 FileBytes ReadIniFile(const std::filesystem::path& path) {
   FileBytes read = ReadWholeFile(path);
   std::string converted;
@@ -89,11 +88,12 @@ SettingsFileResult LoadSettings(const std::filesystem::path& path, Settings& set
   return {.understoodAll = remarks.empty()};
 }
 
-SettingsFileResult SaveSettings(const std::filesystem::path& path, const Settings& settings) {
+SettingsFileResult SaveSettings(const std::filesystem::path& path, const Settings& settings,
+                                std::string_view onlySection) {
   FileBytes former = ReadIniFile(path);
   if (!former.ok() && !former.missing) return {.reason = former.reason};
   IniFile file(std::move(former.bytes));
-  SaveSettingsText(file, settings);
+  SaveSettingsText(file, settings, onlySection);
   const FileOutcome written = ReplaceFile(path, file.Bytes());
   return {.reason = written.reason};
 }

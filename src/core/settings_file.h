@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
 
 #include "core/platform.h"
 #include "core/prompts.h"
@@ -28,8 +29,10 @@ FileBytes ReadIniFile(const std::filesystem::path& path);
 /// upgraded text is read all the same and a notice says so.
 SettingsFileResult LoadSettings(const std::filesystem::path& path, Settings& settings, Prompts& prompts);
 
-/// Writes every setting; what else an existing file holds stays. The file is never left half written.
-SettingsFileResult SaveSettings(const std::filesystem::path& path, const Settings& settings);
+/// Writes every setting, or those of one section; what else an existing file holds stays. The file is never left half
+/// written.
+SettingsFileResult SaveSettings(const std::filesystem::path& path, const Settings& settings,
+                                std::string_view onlySection = {});
 
 /// The text of a file of the present layout: each line that holds "IniVersion" becomes "IniVersion=2.00", and the first
 /// "SelectionRef=" of a line becomes "SelectionRef00=", "SelectionRef01=" ... in the order of the lines. Line ends and

@@ -75,8 +75,10 @@ std::vector<std::string> LoadSettingsText(const IniFile& file, Settings& setting
   return remarks.Take();
 }
 
-void SaveSettingsText(IniFile& file, const Settings& settings) {
+void SaveSettingsText(IniFile& file, const Settings& settings, std::string_view onlySection) {
   VisitKeys(settings, [&](const SettingBinding& binding, std::size_t row) {
+    const bool isWanted = onlySection.empty() || binding.section == onlySection || binding.type == SettingType::Version;
+    if (!isWanted) return;
     file.Set(binding.section, KeyOfRow(binding, row), WriteSetting(binding.type, binding.get(settings, row)));
   });
 }

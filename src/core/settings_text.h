@@ -18,8 +18,9 @@ namespace texturon {
 /// with the defaults of a row.
 std::vector<std::string> LoadSettingsText(const IniFile& file, Settings& settings);
 
-/// Sets every key of the table, in the table's order; other keys, sections and comments of the file stay.
-void SaveSettingsText(IniFile& file, const Settings& settings);
+/// Sets every key of the table, or of one section and the version, in the table's order; other keys, sections and
+/// comments of the file stay.
+void SaveSettingsText(IniFile& file, const Settings& settings, std::string_view onlySection = {});
 
 /// Sets the one setting that `name` ("ANALYSIS.LcCutoffMM", "PARAMETERS.Selected03", in any case) stands for. Stricter
 /// than the file: what is not wholly a value of the key's type, a row beyond the count and a count beyond the limits

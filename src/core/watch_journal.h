@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "core/append_file.h"
 #include "core/platform.h"
 
 namespace texturon {

@@ -4,6 +4,8 @@
 #include <string>
 #include <thread>
 
+#include "core/append_file.h"
+
 namespace texturon {
 namespace {
 

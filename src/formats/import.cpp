@@ -74,30 +74,25 @@ ImportOutcome ReadThroughChain(const ExtensionEntry& entry, const ReaderInput& i
 }
 
 ImportOutcome LoadProfileFile(const std::filesystem::path& path, const ImportOptions& options, Prompts& prompts) {
-  ImportOutcome outcome;
   const FileBytes file = ReadWholeFile(path);
-  if (!file.ok()) {
-    outcome.reason = file.reason;
-    return outcome;
-  }
+  if (!file.ok()) return {.reason = file.reason};
+  return LoadProfileBytes(path, file.bytes, options, prompts);
+}
+
+ImportOutcome LoadProfileBytes(const std::filesystem::path& path, std::string_view bytes, const ImportOptions& options,
+                               Prompts& prompts) {
   const ExtensionEntry* entry = FindExtension(path);
-  if (entry == nullptr) {
-    outcome.reason = "has an extension that no reader is known for";
-    return outcome;
-  }
-  if (file.bytes.empty()) {
-    outcome.reason = "is empty";
-    return outcome;
-  }
+  if (entry == nullptr) return {.reason = "has an extension that no reader is known for"};
+  if (bytes.empty()) return {.reason = "is empty"};
   constexpr std::size_t kTakesTime = 8'000'000;
   std::unique_ptr<Progress> progress;
-  if (file.bytes.size() >= kTakesTime) {
+  if (bytes.size() >= kTakesTime) {
     const std::string text = "Loading " + TextFromPath(path.filename()) + "...";
     progress = prompts.OpenProgress(text, text);
     progress->Advance(0);
   }
   std::string storage;
-  return ReadThroughChain(*entry, {path, PlainText(file.bytes, storage), options, prompts});
+  return ReadThroughChain(*entry, {path, PlainText(bytes, storage), options, prompts});
 }
 
 ProfileSet MakeProfileSet(ImportedProfile&& profile, std::string sourcePath) {

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/profile_set.h"
@@ -33,6 +34,10 @@ ImportOutcome ReadThroughChain(const ExtensionEntry& entry, const ReaderInput& i
 /// identification and date become semicolons. A spacing that is not above 0 refuses the file. A large file shows
 /// "Loading (name)..." meanwhile.
 ImportOutcome LoadProfileFile(const std::filesystem::path& path, const ImportOptions& options, Prompts& prompts);
+
+/// The same for the content of a file that need not lie anywhere; `path` gives name and extension.
+ImportOutcome LoadProfileBytes(const std::filesystem::path& path, std::string_view bytes, const ImportOptions& options,
+                               Prompts& prompts);
 
 /// The measured record of a loaded file. `sourcePath` is the text that outputs show.
 ProfileSet MakeProfileSet(ImportedProfile&& profile, std::string sourcePath);

@@ -16,6 +16,8 @@ public:
   bool AskYesNo(std::string_view question) override;
   std::optional<std::string> AskText(std::string_view prompt, std::string_view preset) override;
   std::optional<std::size_t> ChooseFromList(std::string_view title, std::span<const std::string> lines) override;
+  /// A window that shows itself only once the work has taken long enough to be waited for. Nothing else of the program
+  /// can be used meanwhile, but all of it goes on to be drawn.
   std::unique_ptr<Progress> OpenProgress(std::string_view caption, std::string_view text) override;
   void SetBusy(bool busy) override;
 

@@ -1,17 +1,23 @@
 // The Export menu of the main window.
 
-#include "ui/main_frame.h"
-
-#include <QFileDialog>
 #include <QMenuBar>
 #include <QStatusBar>
 
 #include "core/date_text.h"
 #include "core/platform.h"
+#include "core/text.h"
 #include "export/parameter_file.h"
+#include "ui/file_dialogs.h"
+#include "ui/main_frame.h"
 #include "ui/qt_text.h"
 
 namespace texturon {
+namespace {
+
+constexpr const char* kCsvOrModFilters =
+    "Comma Separated Values (*.csv)|*.csv|FTS MOD File (*.mod)|*.mod|All Files (*.*)|*.*||";
+
+}  // namespace
 
 void CMainFrame::MakeExportMenu() {
   QMenu* const menu = menuBar()->addMenu(tr("&Export"));
@@ -19,41 +25,62 @@ void CMainFrame::MakeExportMenu() {
                              tr("Adds a row to the parameter file."), [this] { OnExportParameters(false); });
   needProfile_ << AddCommand(*menu, tr("Export Parameters &As..."), {}, tr("Adds a row to another parameter file."),
                              [this] { OnExportParameters(true); });
+  AddSwitch(
+      *menu, tr("Auto Export"), tr("Adds a row to the parameter file after every load."),
+      [](const Document& document) { return document.settings.autoLoading.AutoExport; },
+      [this](bool on) { OnAutoExport(on); });
   menu->addSeparator();
+  QMenu* const profiles = menu->addMenu(tr("Export &Profiles"));
+  QMenu* const curves = menu->addMenu(tr("Export &Curves"));
   for (const ExportKind& kind : ExportKinds()) {
-    needProfile_ << AddCommand(*menu, FromText(kind.menu) + "...", {}, tr("Writes it to a file."),
-                               [this, &kind] { OnExport(kind, false); });
-    if (kind.makeMod == nullptr) continue;
-    needProfile_ << AddCommand(*menu, tr("%1 as MOD...").arg(FromText(kind.menu)), {}, tr("Writes it as form data."),
-                               [this, &kind] { OnExport(kind, true); });
+    needProfile_ << AddCommand(kind.isProfile ? *profiles : *curves, FromText(kind.menu) + "...", {},
+                               tr("Writes it to a file."), [this, &kind] { OnExport(kind); });
   }
 }
 
-void CMainFrame::OnExport(const ExportKind& kind, bool asMod) {
+void CMainFrame::OnAutoExport(bool on) {
+  if (on && doc_->document().settings.display.ParameterFile.empty() && !AskForParameterFile()) {
+    // The switch goes back to what the document says.
+    return doc_->ReplaceAutoLoading(doc_->document().settings.autoLoading);
+  }
+  AutoLoadingSettings settings = doc_->document().settings.autoLoading;
+  settings.AutoExport = on;
+  doc_->ReplaceAutoLoading(std::move(settings));
+}
+
+bool CMainFrame::AskForParameterFile() {
+  DisplaySettings display = doc_->document().settings.display;
+  const auto file = AskParameterFile(this, PathFromText(display.ParameterFile));
+  if (!file) return false;
+  display.ParameterFile = TextFromPath(*file);
+  doc_->ReplaceDisplay(std::move(display));
+  return true;
+}
+
+void CMainFrame::OnExport(const ExportKind& kind) {
+  const auto file = AskFileToSave(this, {.title = FromText(kind.menu),
+                                         .filters = kind.makeMod != nullptr ? kCsvOrModFilters : kCsvFilters,
+                                         .extension = "csv",
+                                         .proposal = ProposedName("-" + std::string(kind.name) + ".csv")});
+  if (!file) return;
+  const bool asMod = kind.makeMod != nullptr && EqualIgnoringCase(TextFromPath(file->extension()), ".mod");
   const ExportResult result = (asMod ? kind.makeMod : kind.make)(doc_->document(), doc_->prompts());
   if (!result.ok()) {
     doc_->prompts().ShowMessage("Not exported: " + result.reason + ".");
     return;
   }
-  const QString filter = asMod ? tr("FTS MOD File (*.mod)") : tr("Comma Separated Values (*.csv);;All Files (*)");
-  const QString file = QFileDialog::getSaveFileName(this, FromText(kind.menu), {}, filter);
-  if (file.isEmpty()) return;
-  const FileOutcome outcome = ReplaceFile(ToPath(file), result.text);
-  if (!outcome.ok()) doc_->prompts().ShowMessage(FileSentence(ToPath(file), outcome.reason));
+  const FileOutcome outcome = ReplaceFile(*file, result.text);
+  if (outcome.ok()) {
+    statusBar()->showMessage(tr("Wrote %1").arg(FromPath(*file)), 5'000);
+  } else {
+    doc_->prompts().ShowMessage(FileSentence(*file, outcome.reason));
+  }
 }
 
 void CMainFrame::OnExportParameters(bool asks) {
-  Settings settings = doc_->document().settings;
-  if (asks || settings.display.ParameterFile.empty()) {
-    const QString file = QFileDialog::getSaveFileName(
-        this, tr("Parameter file"), FromText(settings.display.ParameterFile),
-        tr("Comma Separated Values (*.csv);;All Files (*)"), nullptr, QFileDialog::DontConfirmOverwrite);
-    if (file.isEmpty()) return;
-    settings.display.ParameterFile = ToText(file);
-    doc_->ReplaceSettings(settings);
-  }
+  if ((asks || doc_->document().settings.display.ParameterFile.empty()) && !AskForParameterFile()) return;
   const ParameterFileText text = ParameterFileTextOf(doc_->document(), DateText(doc_->environment().localTime()));
-  const std::filesystem::path path = PathFromText(settings.display.ParameterFile);
+  const std::filesystem::path path = PathFromText(doc_->document().settings.display.ParameterFile);
   if (AppendParameters(path, text.header, text.row, doc_->prompts()).written) {
     statusBar()->showMessage(tr("Added a row to %1").arg(FromPath(path)), 5'000);
   }

@@ -10,13 +10,13 @@
 namespace texturon {
 namespace {
 
-constexpr int kNumberColumn = 1;
 /// Columns that every group has.
 constexpr int kAlwaysShown = 2;
 
 }  // namespace
 
-CGridCtrl::CGridCtrl(const QStringList& titles, QWidget* parent) : QTableWidget(parent), titles_(titles) {
+CGridCtrl::CGridCtrl(const QStringList& titles, const QSet<int>& numbers, QWidget* parent)
+    : QTableWidget(parent), titles_(titles), numbers_(numbers) {
   setEditTriggers(QAbstractItemView::NoEditTriggers);
   setAlternatingRowColors(true);
   verticalHeader()->setVisible(false);
@@ -79,7 +79,7 @@ void CGridCtrl::LayOutGroup(int group) {
                                   [title](const Record& record) { return !record.cells[title].isEmpty(); });
     if (!says && title >= kAlwaysShown) continue;
     const int column = append(titles_[title], group);
-    const Qt::Alignment alignment = title == kNumberColumn ? Qt::AlignRight : Qt::AlignLeft;
+    const Qt::Alignment alignment = numbers_.contains(title) ? Qt::AlignRight : Qt::AlignLeft;
     horizontalHeaderItem(column)->setTextAlignment(alignment | Qt::AlignVCenter);
     for (int i = first; i < end; ++i) {
       SetCell(i - first, column, records_[i].cells[title], alignment, records_[i].standsOut);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QList>
+#include <QSet>
 #include <QStringList>
 #include <QTableWidget>
 
@@ -18,10 +19,10 @@ public:
     bool standsOut = false;
   };
 
-  /// The second column holds numbers.
-  explicit CGridCtrl(const QStringList& titles, QWidget* parent = nullptr);
+  /// `numbers`: the columns that hold numbers, from 0.
+  explicit CGridCtrl(const QStringList& titles, const QSet<int>& numbers = {}, QWidget* parent = nullptr);
 
-  void Show(const QList<Record>& records, int groups);
+  void Show(const QList<Record>& records, int groups = 1);
   const QList<Record>& Records() const { return records_; }
   /// The record in a cell; none: -1.
   int RecordAt(int row, int column) const;
@@ -40,6 +41,7 @@ private:
   void SetCell(int row, int column, const QString& text, Qt::Alignment alignment, bool standsOut);
 
   QStringList titles_;
+  QSet<int> numbers_;
   QList<Record> records_;
   int rowsOfGroup_ = 0;
   QList<int> groupOfColumn_;  ///< -1: the gap between two groups

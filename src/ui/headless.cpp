@@ -54,7 +54,8 @@ int RunHeadless(const QStringList& arguments) {
   const QCommandLineOption screenshot("screenshot", QObject::tr("Writes a PNG of the main window."), "FILE");
   const QCommandLineOption output("o", QObject::tr("Where to."), "OUT");
   const QCommandLineOption settingsFile("settings", QObject::tr("Settings file to analyse with."), "INI");
-  parser.addOptions({report, screenshot, output, settingsFile});
+  const QCommandLineOption another("new", QObject::tr("Opens a window beside the one that is open already."));
+  parser.addOptions({report, screenshot, output, settingsFile, another});
   parser.addPositionalArgument("profile", QObject::tr("Profile to open in the window."), "[PROFILE]");
   if (!parser.parse(arguments)) return Refuse(parser.errorText() + ".");
   if (parser.isSet(help)) {

@@ -9,14 +9,51 @@
 #include <QSplitter>
 #include <QStatusBar>
 #include <QToolBar>
+#include <algorithm>
 #include <utility>
 
+#include "core/working_settings.h"
+#include "ui/auto_loading.h"
+#include "ui/command_icons.h"
 #include "ui/curve_views.h"
+#include "ui/keys_dialog.h"
 #include "ui/qt_text.h"
 #include "ui/texturon_param_view.h"
 #include "ui/texturon_view.h"
 
 namespace texturon {
+namespace {
+
+/// A button of the tool bar, for the command of a menu with this text; none: a line between two groups.
+struct ToolButton {
+  const char* command;
+  CommandIcon icon = CommandIcon::kProgram;
+};
+
+constexpr ToolButton kToolButtons[] = {
+    {"&Open...", CommandIcon::kOpen},
+    {"&Save", CommandIcon::kSave},
+    {"Report as P&DF...", CommandIcon::kReport},
+    {"&Export Parameters", CommandIcon::kParameters},
+    {nullptr},
+    {"&Undo", CommandIcon::kUndo},
+    {"&Redo", CommandIcon::kRedo},
+    {nullptr},
+    {"Compute &All", CommandIcon::kComputeAll},
+    {"Compute on &Zoom", CommandIcon::kComputeZoom},
+    {"Compute Between X &Cursors", CommandIcon::kComputeCursors},
+    {"&Settings...", CommandIcon::kSettings},
+    {nullptr},
+    {"Show &All", CommandIcon::kShowAll},
+    {"Zoom &Back", CommandIcon::kZoomBack},
+    {"&X Cursors", CommandIcon::kUprightCursors},
+    {"&Y Cursors", CommandIcon::kLevelCursors},
+    {nullptr},
+    {"&Bearing Ratio and Amplitudes", CommandIcon::kCurves},
+    {"&Spectrum", CommandIcon::kSpectrum},
+};
+
+}  // namespace
 
 CMainFrame::CMainFrame(Environment environment, Prompts* prompts) {
   if (prompts == nullptr) {
@@ -43,15 +80,26 @@ CMainFrame::CMainFrame(Environment environment, Prompts* prompts) {
   setCentralWidget(panes);
   setAcceptDrops(true);
   resize(1200, 800);
-  addToolBar(tr("Commands"))->setObjectName("commands");
   MakeFileMenu();
+  MakeEditMenu();
   MakeExportMenu();
   MakeViewMenu();
   MakeAnalysisMenu();
   MakeHelpMenu();
+  FillToolBar();
   readout_ = new QLabel(this);
   readout_->setObjectName("readout");
   statusBar()->addPermanentWidget(readout_);
+  autoLoading_ = new CAutoLoading(*doc_, *this);
+  auto* const loading = new QLabel(this);
+  loading->setObjectName("autoLoading");
+  // A long path is cut, not the window widened.
+  loading->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  statusBar()->addWidget(loading, 1);
+  connect(autoLoading_, &CAutoLoading::StateChanged, loading, [this, loading] {
+    loading->setText(autoLoading_->State());
+    loading->setToolTip(autoLoading_->State());
+  });
   connect(view_, &CTexturonView::ReadoutChanged, this, [this] { readout_->setText(view_->Readout()); });
   connect(doc_, &CTexturonDoc::Changed, this, &CMainFrame::UpdateState);
   UpdateState();
@@ -90,8 +138,31 @@ void CMainFrame::AddDisplaySwitch(QMenu& menu, const QString& text, bool Display
       });
 }
 
+void CMainFrame::FillToolBar() {
+  QToolBar* const bar = addToolBar(tr("Commands"));
+  bar->setObjectName("commands");
+  const QList<QAction*> commands = findChildren<QAction*>();
+  for (const ToolButton& button : kToolButtons) {
+    if (button.command == nullptr) {
+      bar->addSeparator();
+      continue;
+    }
+    const auto named = [&](const QAction* action) { return action->text() == tr(button.command); };
+    const auto found = std::find_if(commands.begin(), commands.end(), named);
+    if (found == commands.end()) continue;
+    QAction* const action = *found;
+    action->setIcon(IconOf(button.icon));
+    const QString keys = action->shortcut().toString(QKeySequence::NativeText);
+    const QString name = action->text().remove('&').remove("...");
+    action->setToolTip(keys.isEmpty() ? name : QString("%1 (%2)").arg(name, keys));
+    bar->addAction(action);
+  }
+}
+
 void CMainFrame::MakeHelpMenu() {
   QMenu* const menu = menuBar()->addMenu(tr("&Help"));
+  AddCommand(*menu, tr("&Keys and Mouse..."), QKeySequence(Qt::Key_F1), tr("What is done without a menu."),
+             [this] { CKeysDialog(*this).exec(); });
   AddCommand(*menu, tr("&About"), {}, tr("What this program is."), [this] {
     QMessageBox::about(
         this, tr("About Texturon"),
@@ -100,6 +171,23 @@ void CMainFrame::MakeHelpMenu() {
            "distributed under the GNU GPL version 3; engine and console program are not affected.</p>")
             .arg(QApplication::applicationVersion()));
   });
+}
+
+void CMainFrame::UseWorkingSettings(WorkingSettings& store) {
+  workingSettings_ = &store;
+  saveDefaults_->setEnabled(true);
+  Settings settings = doc_->document().settings;
+  const std::string remark = store.Load(settings);
+  doc_->StartFrom(std::move(settings), store.Loaded());
+  if (!remark.empty()) statusBar()->showMessage(FromText(remark));
+}
+
+void CMainFrame::OnSaveDefaults() {
+  std::string reason;
+  const std::filesystem::path file = workingSettings_->Save(doc_->document().settings, reason);
+  if (file.empty()) return doc_->prompts().ShowMessage(reason);
+  constexpr int kShownMS = 8'000;
+  statusBar()->showMessage(tr("The program starts with the settings of %1").arg(FromPath(file)), kShownMS);
 }
 
 void CMainFrame::UpdateState() {
@@ -114,9 +202,7 @@ void CMainFrame::dragEnterEvent(QDragEnterEvent* event) {
 }
 
 void CMainFrame::dropEvent(QDropEvent* event) {
-  for (const QUrl& url : event->mimeData()->urls()) {
-    if (url.isLocalFile()) OpenFile(ToPath(url.toLocalFile()));
-  }
+  OnDropped(event->mimeData()->urls());
 }
 
 }  // namespace texturon

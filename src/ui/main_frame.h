@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QUrl>
 #include <functional>
 #include <memory>
 
@@ -15,8 +16,10 @@ class QSplitter;
 
 namespace texturon {
 
+class CAutoLoading;
 class CTexturonParamView;
 class CTexturonView;
+class WorkingSettings;
 
 /// The main window: profiles above, one of the curves beside them, the parameters below. What it shows and asks goes
 /// through `prompts` where one is given, else through dialogs of its own.
@@ -30,20 +33,29 @@ public:
   CTexturonDoc& Doc() { return *doc_; }
   CTexturonView& View() { return *view_; }
   CTexturonParamView& ParamView() { return *paramView_; }
+  CAutoLoading& AutoLoading() { return *autoLoading_; }
   /// Opens a profile and remembers it in the list of recent files.
   bool OpenFile(const std::filesystem::path& path);
+  /// Starts from these settings and offers to save them; `store` outlives the window.
+  void UseWorkingSettings(WorkingSettings& store);
+  /// The same as soon as nothing is at work and no dialog is open.
+  void OpenLater(const std::filesystem::path& path);
 
 protected:
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dropEvent(QDropEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
 
 private:
   void MakeFileMenu();
+  void MakeFolderCommands(QMenu& menu);
+  void MakeEditMenu();
   void MakeExportMenu();
   void MakeViewMenu();
   void MakeTableMenu(QMenu& menu);
   void MakeAnalysisMenu();
   void MakeHelpMenu();
+  void FillToolBar();
   QAction* AddCommand(QMenu& menu, const QString& text, const QKeySequence& keys, const QString& tip,
                       const std::function<void()>& run);
   /// A command that is on or off, as the document says.
@@ -54,12 +66,22 @@ private:
   template <typename Sheet>
   void ShowSheet();
   void ShowRecentFiles();
+  void OpenRecent(const QString& file);
+  void Remember(const std::filesystem::path& path);
+  /// The profile's name with another ending.
+  std::filesystem::path ProposedName(const std::string& ending) const;
   void OnOpen();
-  void OnSaveAs();
+  void OnSave();
+  void OnDropped(const QList<QUrl>& urls);
+  void OnBatch(const std::filesystem::path& folder);
   void OnReport();
   void OnPrint(bool previews);
-  void OnExport(const ExportKind& kind, bool asMod);
+  void OnExport(const ExportKind& kind);
   void OnExportParameters(bool asks);
+  void OnSaveDefaults();
+  void OnAutoExport(bool on);
+  /// False where the user has cancelled.
+  bool AskForParameterFile();
   void UpdateState();
 
   std::unique_ptr<DialogPrompts> ownPrompts_;
@@ -67,9 +89,12 @@ private:
   CTexturonView* view_;
   CTexturonParamView* paramView_;
   QSplitter* upper_;
+  CAutoLoading* autoLoading_;
   QMenu* recentMenu_ = nullptr;
   QLabel* readout_ = nullptr;
   QList<QAction*> needProfile_;
+  QAction* saveDefaults_ = nullptr;
+  WorkingSettings* workingSettings_ = nullptr;
 };
 
 }  // namespace texturon

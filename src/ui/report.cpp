@@ -49,12 +49,16 @@ public:
     page_ = QRect(0, 0, device_.width(), device_.height());
     AddGraphs();
     AddLines();
+    const QPageRanges wanted = device_.pageRanges();
+    int printed = 0;
     for (std::size_t i = 0; i < pages_.size(); ++i) {
-      if (i > 0 && !device_.newPage()) return 0;
+      if (!wanted.isEmpty() && !wanted.contains(static_cast<int>(i) + 1)) continue;
+      if (printed > 0 && !device_.newPage()) return 0;
       PaintFrame(i);
       pages_[i]();
+      ++printed;
     }
-    return painter_.end() ? static_cast<int>(pages_.size()) : 0;
+    return painter_.end() ? printed : 0;
   }
 
 private:

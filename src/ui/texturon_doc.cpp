@@ -1,8 +1,12 @@
 #include "ui/texturon_doc.h"
 
+#include <QCoreApplication>
 #include <algorithm>
+#include <exception>
+#include <memory>
 #include <utility>
 
+#include "core/file_analysis.h"
 #include "core/pipeline.h"
 #include "core/platform.h"
 #include "core/settings_file.h"
@@ -11,30 +15,126 @@
 #include "formats/import.h"
 
 namespace texturon {
+namespace {
+
+/// Nobody answers and nobody can stop it, but the window goes on to be drawn.
+class UnattendedPrompts : public SilentPrompts {
+public:
+  std::unique_ptr<Progress> OpenProgress(std::string_view /*caption*/, std::string_view /*text*/) override {
+    class Pump : public Progress {
+      bool Advance(int /*percent*/) override {
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+        return true;
+      }
+    };
+    return std::make_unique<Pump>();
+  }
+};
+
+}  // namespace
+
+class CTexturonDoc::BusyScope {
+public:
+  explicit BusyScope(CTexturonDoc& doc) : doc_(doc) { doc_.isBusy_ = true; }
+  ~BusyScope() {
+    doc_.isBusy_ = false;
+    if (doc_.waiting_.empty()) return;
+    QMetaObject::invokeMethod(
+        &doc_, [doc = &doc_] { doc->RunWaiting(); }, Qt::QueuedConnection);
+  }
+  BusyScope(const BusyScope&) = delete;
+  BusyScope& operator=(const BusyScope&) = delete;
+
+private:
+  CTexturonDoc& doc_;
+};
 
 CTexturonDoc::CTexturonDoc(Prompts& prompts, Environment environment, QObject* parent)
     : QObject(parent), prompts_(prompts), environment_(std::move(environment)), document_(MakeDocument()) {}
 
+void CTexturonDoc::WhenIdle(std::function<void()> step) {
+  if (!isBusy_ && waiting_.empty()) return step();
+  waiting_.push_back(std::move(step));
+}
+
+void CTexturonDoc::RunWaiting() {
+  while (!isBusy_ && !waiting_.empty()) {
+    const std::function<void()> step = std::move(waiting_.front());
+    waiting_.pop_front();
+    step();
+  }
+}
+
 bool CTexturonDoc::Open(const std::filesystem::path& path) {
-  ImportOutcome loaded = LoadProfileFile(path, {}, prompts_);
-  if (!loaded.loaded) {
-    if (loaded.reason.ends_with('.')) loaded.reason.pop_back();
-    prompts_.ShowMessage(FileSentence(path, loaded.reason));
+  if (isBusy_) {
+    WhenIdle([this, path] { Open(path); });
     return false;
   }
-  SetProfile(document_, MakeProfileSet(std::move(loaded.profile), TextFromPath(path)));
-  document_.regionSet = false;
-  Recompute();
+  return Show(path, [this, path] { return LoadProfileFile(path, {}, prompts_); });
+}
+
+bool CTexturonDoc::OpenBytes(const std::string& name, std::string_view bytes) {
+  return Show(name, [&] { return LoadProfileBytes(name, bytes, {}, prompts_); });
+}
+
+bool CTexturonDoc::Show(const std::filesystem::path& path, const std::function<ImportOutcome()>& load) {
+  {
+    const BusyScope busy(*this);
+    ImportOutcome loaded = load();
+    if (!loaded.loaded) {
+      if (loaded.reason.ends_with('.')) loaded.reason.pop_back();
+      prompts_.ShowMessage(FileSentence(path, loaded.reason));
+      return false;
+    }
+    Document next = document_;
+    SetProfile(next, MakeProfileSet(std::move(loaded.profile), TextFromPath(path)));
+    next.regionSet = false;
+    if (!Analyse(next, IfRefused::kKeep)) return false;
+    document_ = std::move(next);
+    history_.Clear();
+  }
+  emit Changed();
   return true;
 }
 
+std::string CTexturonDoc::OpenUnattended(const std::filesystem::path& path) {
+  {
+    const BusyScope busy(*this);
+    UnattendedPrompts nobody;
+    Document next = document_;
+    next.regionSet = false;
+    const bool wasQuiet = std::exchange(next.quietMode, true);
+    const bool wroteTrace = std::exchange(next.writesTraceFile, false);
+    try {
+      const std::string reason = AnalyseInto(next, path, {.start = document_}, nobody, environment_);
+      if (!reason.empty()) return reason;
+    } catch (const std::exception& error) {
+      return FileSentence(path, std::string("is not analysed: ") + error.what());
+    }
+    next.quietMode = wasQuiet;
+    next.writesTraceFile = wroteTrace;
+    document_ = std::move(next);
+    history_.Clear();
+  }
+  emit Changed();
+  return {};
+}
+
 bool CTexturonDoc::Save(const std::filesystem::path& path) {
+  if (isBusy_) return false;
   std::filesystem::path target = path;
   const ProfileToWrite profile{.heightsUM = document_.profiles.raw,
                                .spacingUM = document_.profiles.spacingUM,
                                .identification = document_.profiles.identification,
                                .savedAt = environment_.localTime()};
-  return WriterFor(target).write(target, profile, prompts_).ok();
+  if (!WriterFor(target).write(target, profile, prompts_).ok()) return false;
+  document_.profiles.sourcePath = TextFromPath(target);
+  emit Changed();
+  return true;
+}
+
+std::filesystem::path CTexturonDoc::SavedAs(std::filesystem::path path) {
+  return path.replace_extension(WriterFor(path).extension);
 }
 
 bool CTexturonDoc::LoadSettingsFile(const std::filesystem::path& path) {
@@ -60,30 +160,42 @@ bool CTexturonDoc::SaveSettingsFile(const std::filesystem::path& path) {
   return true;
 }
 
+void CTexturonDoc::StartFrom(Settings settings, const std::filesystem::path& file) {
+  settingsFile_ = file;
+  ReplaceSettings(std::move(settings));
+  history_.Clear();
+}
+
 void CTexturonDoc::ReplaceSettings(Settings settings) {
-  ApplySettings(document_, std::move(settings));
-  Recompute();
+  Change([settings = std::move(settings)](Document& document) { ApplySettings(document, settings); });
 }
 
 void CTexturonDoc::ReplaceDisplay(DisplaySettings display) {
-  document_.settings.display = std::move(display);
-  emit Changed();
+  ChangeInPlace([display = std::move(display)](Document& document) { document.settings.display = display; });
+}
+
+void CTexturonDoc::ReplaceAutoLoading(AutoLoadingSettings autoLoading) {
+  ChangeInPlace([autoLoading](Document& document) { document.settings.autoLoading = autoLoading; });
 }
 
 void CTexturonDoc::Invert() {
-  InvertProfile(document_.profiles);
-  Recompute();
+  Change([](Document& document) { InvertProfile(document.profiles); });
 }
 
 void CTexturonDoc::SetIdentification(const std::string& identification) {
+  if (isBusy_) return WhenIdle([this, identification] { SetIdentification(identification); });
+  EditState former = EditStateOf(document_);
+  if (identification == former.identification) return;
+  history_.Note(std::move(former));
   document_.profiles.identification = identification;
   emit Changed();
 }
 
 void CTexturonDoc::ComputeAll() {
-  document_.regionSet = false;
-  document_.settings.analysis.AsphereUseClearAperture = false;
-  Recompute();
+  Change([](Document& document) {
+    document.regionSet = false;
+    document.settings.analysis.AsphereUseClearAperture = false;
+  });
 }
 
 void CTexturonDoc::ComputeOver(double firstMM, double lastMM) {
@@ -91,35 +203,34 @@ void CTexturonDoc::ComputeOver(double firstMM, double lastMM) {
 }
 
 void CTexturonDoc::ComputeOver(const RegionChoice& region) {
-  Document former = document_;
-  SetRegion(document_, region);
-  // Either would set another stretch.
-  document_.wholeCutoffLength = false;
-  document_.settings.analysis.AsphereUseClearAperture = false;
-  ComputeOrRestore(std::move(former));
+  Change(
+      [region](Document& document) {
+        SetRegion(document, region);
+        // Either would set another stretch.
+        document.wholeCutoffLength = false;
+        document.settings.analysis.AsphereUseClearAperture = false;
+      },
+      IfRefused::kDrop);
 }
 
 void CTexturonDoc::ComputeOverAperture(double diameterMM, double centralDiscardMM) {
-  Document former = document_;
-  AnalysisSettings& settings = document_.settings.analysis;
-  settings.AsphereUseClearAperture = true;
-  settings.AsphereClearApertureDiameterMM = diameterMM;
-  settings.AsphereClearApertureCentralDiscardMM = centralDiscardMM;
-  ComputeOrRestore(std::move(former));
+  Change(
+      [diameterMM, centralDiscardMM](Document& document) {
+        AnalysisSettings& settings = document.settings.analysis;
+        settings.AsphereUseClearAperture = true;
+        settings.AsphereClearApertureDiameterMM = diameterMM;
+        settings.AsphereClearApertureCentralDiscardMM = centralDiscardMM;
+      },
+      IfRefused::kDrop);
 }
 
 void CTexturonDoc::UseWholeCutoffs(bool uses) {
-  Document former = document_;
-  document_.wholeCutoffLength = uses;
-  if (!uses) document_.regionSet = false;
-  ComputeOrRestore(std::move(former));
-}
-
-void CTexturonDoc::ComputeOrRestore(Document former) {
-  if (HasProfile() && Compute(document_, prompts_, environment_) == ComputeOutcome::kRefused) {
-    document_ = std::move(former);
-  }
-  emit Changed();
+  Change(
+      [uses](Document& document) {
+        document.wholeCutoffLength = uses;
+        if (!uses) document.regionSet = false;
+      },
+      IfRefused::kDrop);
 }
 
 void CTexturonDoc::ExcludeBetween(double firstMM, double lastMM) {
@@ -127,22 +238,66 @@ void CTexturonDoc::ExcludeBetween(double firstMM, double lastMM) {
     prompts_.ShowMessage("Cannot exclude with filter-based form removal.");
     return;
   }
-  const ProfileSet& profiles = document_.profiles;
-  const auto indexAt = [&](double mm) {
-    return std::clamp(StepsInLength(mm, profiles.spacingUM), 0, profiles.pointCount - 1);
-  };
-  ExcludeFromForm(document_, indexAt(firstMM), indexAt(lastMM));
-  Recompute();
+  Change([firstMM, lastMM](Document& document) {
+    const ProfileSet& profiles = document.profiles;
+    const auto indexAt = [&](double mm) {
+      return std::clamp(StepsInLength(mm, profiles.spacingUM), 0, profiles.pointCount - 1);
+    };
+    ExcludeFromForm(document, indexAt(firstMM), indexAt(lastMM));
+  });
 }
 
 void CTexturonDoc::UseAllDataForForm(bool uses) {
-  document_.useAllDataForForm = uses;
-  Recompute();
+  Change([uses](Document& document) { document.useAllDataForForm = uses; });
 }
 
-void CTexturonDoc::Recompute() {
-  if (HasProfile()) Compute(document_, prompts_, environment_);
+void CTexturonDoc::Undo() {
+  if (!isBusy_ && CanUndo()) GoTo(history_.GoBack(EditStateOf(document_)));
+}
+
+void CTexturonDoc::Redo() {
+  if (!isBusy_ && CanRedo()) GoTo(history_.GoForward(EditStateOf(document_)));
+}
+
+void CTexturonDoc::GoTo(const EditState& state) {
+  {
+    const BusyScope busy(*this);
+    Document next = document_;
+    RestoreEditState(next, state);
+    if (Analyse(next, IfRefused::kKeep)) document_ = std::move(next);
+  }
   emit Changed();
+}
+
+void CTexturonDoc::Change(const Step& step, IfRefused ifRefused) {
+  if (isBusy_) return WhenIdle([this, step, ifRefused] { Change(step, ifRefused); });
+  {
+    const BusyScope busy(*this);
+    Document next = document_;
+    step(next);
+    const bool isEdit = EditStateOf(next) != EditStateOf(document_);
+    if (Analyse(next, ifRefused)) {
+      if (isEdit) history_.Note(EditStateOf(document_));
+      document_ = std::move(next);
+    }
+  }
+  emit Changed();
+}
+
+void CTexturonDoc::ChangeInPlace(const Step& step) {
+  if (isBusy_) return WhenIdle([this, step] { ChangeInPlace(step); });
+  step(document_);
+  emit Changed();
+}
+
+bool CTexturonDoc::Analyse(Document& copy, IfRefused ifRefused) {
+  if (copy.profiles.IsEmpty()) return true;
+  try {
+    return Compute(copy, prompts_, environment_) != ComputeOutcome::kRefused || ifRefused == IfRefused::kKeep;
+  } catch (const std::exception& error) {
+    prompts_.ShowMessage(std::string("Not analysed: ") + error.what() + ".");
+    return false;
+  }
 }
 
 }  // namespace texturon

@@ -1,18 +1,26 @@
 #pragma once
 
 #include <QObject>
+#include <deque>
 #include <filesystem>
+#include <functional>
 #include <string>
+#include <string_view>
 
 #include "core/document.h"
+#include "core/edit_history.h"
 #include "core/environment.h"
 #include "core/prompts.h"
 #include "core/region_choice.h"
+#include "formats/import.h"
 
 namespace texturon {
 
 /// The document of the window: a shell over the engine's, which tells the views when it has changed. Every step either
 /// succeeds or leaves it as it was, with a sentence through the prompts.
+///
+/// A step that computes works on a copy and lets events through while it shows progress or asks. What is asked of the
+/// document in the meantime waits until the step has ended; the views go on to show the document as it was.
 class CTexturonDoc : public QObject {
   Q_OBJECT
 
@@ -23,15 +31,31 @@ public:
   Prompts& prompts() const { return prompts_; }
   const Environment& environment() const { return environment_; }
   bool HasProfile() const { return !document_.profiles.IsEmpty(); }
+  /// Whether a step is at work.
+  bool IsBusy() const { return isBusy_; }
+  /// Runs `step` at once, or after the step at work and what waits already.
+  void WhenIdle(std::function<void()> step);
 
+  /// False also where it has to wait.
   bool Open(const std::filesystem::path& path);
-  /// Writes the measured record in the format of the extension.
+  /// Opens a profile from the content of a file that bears this name, but lies nowhere. Not while a step is at work.
+  bool OpenBytes(const std::string& name, std::string_view bytes);
+  /// The same where nobody watches: nothing is shown or asked. Returns why there is no analysis, a sentence. Not while
+  /// another step is at work.
+  std::string OpenUnattended(const std::filesystem::path& path);
+  /// Writes the measured record in the format of the extension. From then on the document is that file's.
   bool Save(const std::filesystem::path& path);
+  /// The name under which Save writes: every format has its own extension.
+  static std::filesystem::path SavedAs(std::filesystem::path path);
   bool LoadSettingsFile(const std::filesystem::path& path);
   bool SaveSettingsFile(const std::filesystem::path& path);
   void ReplaceSettings(Settings settings);
+  /// The same with settings that come from a file, which nobody takes back.
+  void StartFrom(Settings settings, const std::filesystem::path& file);
   /// Settings that change only how results are shown: nothing is computed.
   void ReplaceDisplay(DisplaySettings display);
+  /// Settings of what is done to files as they come: nothing is computed.
+  void ReplaceAutoLoading(AutoLoadingSettings autoLoading);
   void Invert();
   void SetIdentification(const std::string& identification);
   /// The file that the settings were last loaded from or saved to; empty: none yet.
@@ -48,17 +72,42 @@ public:
   void ExcludeBetween(double firstMM, double lastMM);
   void UseAllDataForForm(bool uses);
 
+  bool CanUndo() const { return history_.CanGoBack(); }
+  bool CanRedo() const { return history_.CanGoForward(); }
+  /// Takes back the last change of the analysis settings, the stretch, the identification or the sign of the heights
+  /// since the profile was opened.
+  void Undo();
+  void Redo();
+
 signals:
   void Changed();
 
 private:
-  void Recompute();
-  /// Computes after a change; puts the document back as it was before where that is refused.
-  void ComputeOrRestore(Document former);
+  class BusyScope;
+  using Step = std::function<void(Document&)>;
+  enum class IfRefused { kKeep, kDrop };
+
+  /// Loads and analyses a record in place of the present one.
+  bool Show(const std::filesystem::path& path, const std::function<ImportOutcome()>& load);
+  /// Changes a copy, computes it and puts it in the document's place. `ifRefused`: what becomes of a change after which
+  /// too few points are left to compute over.
+  void Change(const Step& step, IfRefused ifRefused = IfRefused::kKeep);
+  /// Changes what no result depends on and nobody takes back.
+  void ChangeInPlace(const Step& step);
+  void Recompute() {
+    Change([](Document&) {});
+  }
+  /// False where the copy is not to be used; a message has said why.
+  bool Analyse(Document& copy, IfRefused ifRefused);
+  void GoTo(const EditState& state);
+  void RunWaiting();
 
   Prompts& prompts_;
   Environment environment_;
   Document document_;
+  EditHistory history_;
+  bool isBusy_ = false;
+  std::deque<std::function<void()>> waiting_;
   std::filesystem::path settingsFile_;
 };
 

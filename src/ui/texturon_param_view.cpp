@@ -10,7 +10,7 @@ namespace texturon {
 CTexturonParamView::CTexturonParamView(CTexturonDoc& doc, QWidget* parent)
     : QWidget(parent),
       doc_(doc),
-      grid_(new CGridCtrl({tr("Parameter"), tr("Value"), tr("Unit"), tr("Verdict"), tr("Setting")}, this)) {
+      grid_(new CGridCtrl({tr("Parameter"), tr("Value"), tr("Unit"), tr("Verdict"), tr("Setting")}, {1}, this)) {
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(grid_);

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "core/append_file.h"
 #include "core/number_text.h"
 #include "core/plan_results.h"
 #include "core/platform.h"

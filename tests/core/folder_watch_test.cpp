@@ -11,6 +11,7 @@
 #include <thread>
 #include <vector>
 
+#include "core/append_file.h"
 #include "core/platform.h"
 #include "core/watch_journal.h"
 #include "support/child_process.h"

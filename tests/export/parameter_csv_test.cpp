@@ -9,6 +9,7 @@
 #include <thread>
 #include <vector>
 
+#include "core/append_file.h"
 #include "export/parameter_file.h"
 #include "support/scratch_folder.h"
 #include "support/scripted_prompts.h"

@@ -14,13 +14,18 @@
 
 namespace texturon {
 
+/// Whether the tests run on a real display instead of a screen in memory.
+inline bool HasDisplay() {
+  return qEnvironmentVariableIsSet("TEXTURON_TEST_DISPLAY");
+}
+
 /// The one application of the test program, on a screen in memory and with its stored choices in a folder of its own.
 inline QApplication& Application() {
   static const ScratchFolder folder;
   static int argc = 1;
   static std::string name = "ui_test";
   static char* argv[] = {name.data(), nullptr};
-  qputenv("QT_QPA_PLATFORM", "offscreen");
+  if (!HasDisplay()) qputenv("QT_QPA_PLATFORM", "offscreen");
   qputenv("XDG_CONFIG_HOME", folder.path().c_str());
   // Never destroyed: at the end of the process its platform is gone before it.
   static QApplication* const application = new QApplication(argc, argv);
