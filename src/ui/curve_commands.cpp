@@ -46,10 +46,10 @@ void CMainFrame::MakePanes() {
 }
 
 void CMainFrame::AddCurveCommands(QMenu& menu) {
-  AddDisplaySwitch(menu, tr("Split U&pper Pane"), &DisplaySettings::UpperIsSplit,
+  AddDisplaySwitch(menu, tr("Split &Upper Pane"), &DisplaySettings::UpperIsSplit,
                    tr("A curve beside the profile, or none."));
   menu.actions().last()->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_B));
-  AddDisplaySwitch(menu, tr("Split Lo&wer Pane"), &DisplaySettings::LowerIsSplit,
+  AddDisplaySwitch(menu, tr("Split &Lower Pane"), &DisplaySettings::LowerIsSplit,
                    tr("A curve beside the parameters, or none."));
   menu.actions().last()->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_B));
   QMenu* const curves = menu.addMenu(tr("Cur&ve Beside the Profile"));

@@ -43,12 +43,12 @@ constexpr ToolButton kToolButtons[] = {
     {"&Settings...", CommandIcon::kSettings},
     {nullptr},
     {"Show &All", CommandIcon::kShowAll},
-    {"Zoom Bac&k", CommandIcon::kZoomBack},
+    {"Zoom &Back", CommandIcon::kZoomBack},
     {"&X Cursors", CommandIcon::kUprightCursors},
     {"&Y Cursors", CommandIcon::kLevelCursors},
     {nullptr},
-    {"Split U&pper Pane", CommandIcon::kCurves},
-    {"Split Lo&wer Pane", CommandIcon::kSpectrum},
+    {"Split &Upper Pane", CommandIcon::kCurves},
+    {"Split &Lower Pane", CommandIcon::kSpectrum},
 };
 
 }  // namespace

@@ -54,6 +54,9 @@ private:
   void MakeEditMenu();
   void MakeExportMenu();
   void MakeViewMenu();
+  void MakeZoomMenu(QMenu& menu);
+  void MakeMarksMenu(QMenu& menu);
+  void MakeCursorMenu(QMenu& menu);
   void MakeTableMenu(QMenu& menu);
   void MakeAnalysisMenu();
   void MakeHelpMenu();

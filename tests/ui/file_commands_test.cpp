@@ -90,11 +90,10 @@ TEST_F(FileCommands, SaveAsksBeforeItReplacesAFileThatWasNotNamed) {
 TEST_F(FileCommands, TheNextDialogStartsWhereTheLastOneEnded) {
   ASSERT_TRUE(frame_->OpenFile(Sample("ground.lmt")));
   std::filesystem::create_directory(folder_ / "deep");
-  const DialogDriver driver(
-      {TypeName(FromPath(folder_ / "deep/s")), TypeName("r", [this](const QFileDialog& dialog) {
-         EXPECT_EQ(dialog.directory().absolutePath(), FromPath(folder_ / "deep"));
-         EXPECT_EQ(dialog.findChild<QLineEdit*>("fileNameEdit")->text(), "ground.pdf");
-       })});
+  const DialogDriver driver({TypeName(FromPath(folder_ / "deep/s")), TypeName("r", [this](const QFileDialog& dialog) {
+                               EXPECT_EQ(dialog.directory().absolutePath(), FromPath(folder_ / "deep"));
+                               EXPECT_EQ(dialog.findChild<QLineEdit*>("fileNameEdit")->text(), "ground.pdf");
+                             })});
   Choose("&Save Settings");
   Choose("Report as P&DF...");
   EXPECT_NE(folder_.Read("deep/s.ini").find("IniVersion=2.00"), std::string::npos);
@@ -198,9 +197,11 @@ TEST_F(FileCommands, CopiesThePanesAsTheyAreSeenAndTheTable) {
 }
 
 TEST_F(FileCommands, OfSeveralDroppedFilesTheFirstIsOpenedAndAFolderIsABatch) {
-  DropOn(*frame_, {QUrl::fromLocalFile(FromPath(Sample("turned.lmt"))), QUrl::fromLocalFile(FromPath(Sample("ground.lmt")))});
+  DropOn(*frame_,
+         {QUrl::fromLocalFile(FromPath(Sample("turned.lmt"))), QUrl::fromLocalFile(FromPath(Sample("ground.lmt")))});
   EXPECT_EQ(document().profiles.sourcePath, TextFromPath(Sample("turned.lmt")));
-  EXPECT_TRUE(frame_->statusBar()->currentMessage().contains("first of 2")) << frame_->statusBar()->currentMessage().toStdString();
+  EXPECT_TRUE(frame_->statusBar()->currentMessage().contains("first of 2"))
+      << frame_->statusBar()->currentMessage().toStdString();
   DropOn(*frame_, {QUrl::fromLocalFile(FromPath(folder_.path()))});
   auto* const batch = frame_->findChild<CFolderBatchWindow*>();
   ASSERT_NE(batch, nullptr);

@@ -10,6 +10,7 @@
 #include <QTest>
 #include <algorithm>
 
+#include "core/append_file.h"
 #include "support/small_profiles.h"
 #include "ui/auto_loading.h"
 #include "ui/dialog_driver.h"

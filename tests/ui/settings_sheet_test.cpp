@@ -145,7 +145,7 @@ TEST_F(SettingsSheet, ParametersAreSelectedOrderedAndToleranced) {
 }
 
 TEST_F(SettingsSheet, BearingRatioRowsAreEntries) {
-  auto& sheet = Open<CBearingRatioSheet>("Bearing &Ratios and Htp...");
+  auto& sheet = Open<CBearingRatioSheet>("&Bearing Ratios and Htp...");
   EXPECT_EQ(sheet.Pages().count(), 4);
   for (const char* name : {"PRIMARY_BEARING_RATIOS.PSelected00", "ROUGHNESS_BEARING_RATIOS.Selected09",
                            "PRIMARY_HTPS.Selected03", "ROUGHNESS_HTPS.Selected00"}) {
