@@ -21,6 +21,9 @@ QSplitter* MakeSplitter(Qt::Orientation orientation, QWidget* first, QWidget* se
   splitter->setChildrenCollapsible(false);
   splitter->setStretchFactor(0, share);
   splitter->setStretchFactor(1, 2);
+  // In shares of what there will be.
+  constexpr int kMany = 1'000;
+  splitter->setSizes({share * kMany, 2 * kMany});
   const QString key = "splitters/" + name;
   splitter->restoreState(QSettings().value(key).toByteArray());
   QObject::connect(splitter, &QSplitter::splitterMoved, splitter,
