@@ -52,6 +52,7 @@ CShapePage::CShapePage(Settings& settings, const std::vector<GroupSpec>& groups,
   auto* const previewLayout = new QVBoxLayout(preview);
   preview_->axisRect()->setupFullAxesBox(true);
   preview_->setMinimumSize(fontMetrics().averageCharWidth() * 40, fontMetrics().height() * 9);
+  preview_->installEventFilter(this);
   ApplyPalette(*preview_);
   previewLayout->addWidget(preview_, 1);
   auto* const ends = new QGridLayout;
@@ -65,6 +66,8 @@ CShapePage::CShapePage(Settings& settings, const std::vector<GroupSpec>& groups,
     ends->addWidget(label, i / 2, i % 2 * 2);
     ends->addWidget(field, i / 2, i % 2 * 2 + 1);
   }
+  ends->setColumnStretch(1, 1);
+  ends->setColumnStretch(3, 1);
   auto* const fit = new QPushButton(tr("&Fit"), preview);
   fit->setObjectName("fit");
   fit->setToolTip(tr("Sets the limits to what there is to see."));
@@ -155,11 +158,12 @@ void CShapePage::showEvent(QShowEvent* event) {
   DrawPreview();
 }
 
-void CShapePage::changeEvent(QEvent* event) {
-  CFieldsPage::changeEvent(event);
-  if (event->type() != QEvent::PaletteChange) return;
-  ApplyPalette(*preview_);
-  DrawPreview();
+bool CShapePage::eventFilter(QObject* /*watched*/, QEvent* event) {
+  if (event->type() == QEvent::PaletteChange) {
+    ApplyPalette(*preview_);
+    DrawPreview();
+  }
+  return false;
 }
 
 }  // namespace texturon

@@ -3,10 +3,14 @@
 
 #include <QDir>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QSet>
 #include <QTest>
 
+#include "ui/curve_pane.h"
+#include "ui/curve_view.h"
 #include "ui/settings_sheet.h"
+#include "ui/shape_page.h"
 #include "ui/texturon_view.h"
 #include "ui/window_fixture.h"
 
@@ -37,9 +41,14 @@ TEST_F(Pictures, OfTheWindows) {
   ASSERT_TRUE(frame_->OpenFile(Sample("honed.lmt")));
   frame_->show();
   Take(*frame_, "profiles");
-  Choose("&Bearing Ratio and Amplitudes");
-  Choose("&Spectrum");
+  Choose("Split U&pper Pane");
+  Choose("Split Lo&wer Pane");
+  frame_->UpperCurves().Choose(CCurvePane::kBearingRatio);
+  frame_->LowerCurves().Choose(CCurvePane::kSpectrum);
   Take(*frame_, "curves");
+  frame_->UpperCurves().Choose(CCurvePane::kProbability);
+  frame_->LowerCurves().Choose(CCurvePane::kMotifs);
+  Take(*frame_, "curves-probability-motifs");
   Choose("&Settings...");
   auto& sheet = *frame_->findChild<CSettingsSheet*>();
   Take(sheet, "settings-form");
@@ -53,6 +62,45 @@ TEST_F(Pictures, OfTheWindows) {
   sheet.reject();
   Choose("Bearing &Ratios and Htp...");
   Take(*frame_->findChild<CBearingRatioSheet*>(), "bearing-ratios");
+}
+
+TEST_F(Pictures, OfTheNominalShapes) {
+  const std::tuple<const char*, const char*, int> cases[] = {{"asphere.lmt", "asphere.ini", 7},
+                                                             {"freeform.lmt", "freeform.ini", 9}};
+  for (const auto& [profile, settings, page] : cases) {
+    ASSERT_TRUE(frame_->Doc().LoadSettingsFile(Sample(settings)));
+    ASSERT_TRUE(frame_->OpenFile(Sample(profile)));
+    frame_->show();
+    Choose("&Settings...");
+    auto& sheet = *frame_->findChild<CSettingsSheet*>();
+    sheet.Pages().setCurrentIndex(page);
+    auto* const shape = sheet.Pages().currentWidget()->findChild<CShapePage*>();
+    ASSERT_NE(shape, nullptr);
+    shape->findChild<QPushButton*>("fit")->click();
+    Take(sheet, QString("settings-") + profile);
+    sheet.reject();
+  }
+}
+
+TEST_F(Pictures, OnDarkGround) {
+  const QPalette before = QApplication::palette();
+  QPalette dark(QColor(0x35, 0x35, 0x35), QColor(0x2B, 0x2B, 0x2B));
+  dark.setColor(QPalette::Base, QColor(0x1E, 0x1E, 0x1E));
+  dark.setColor(QPalette::Text, Qt::white);
+  QApplication::setPalette(dark);
+  ASSERT_TRUE(frame_->OpenFile(Sample("honed.lmt")));
+  Choose("Split U&pper Pane");
+  Choose("Split Lo&wer Pane");
+  frame_->UpperCurves().Choose(CCurvePane::kBearingRatio);
+  frame_->LowerCurves().Choose(CCurvePane::kSpectrum);
+  frame_->show();
+  Take(*frame_, "curves-dark");
+  const QRgb ground = frame_->UpperCurves().View().Plot().grab().toImage().pixel(2, 2);
+  EXPECT_EQ(QColor(ground), QColor(0x1E, 0x1E, 0x1E));
+  frame_->UpperCurves().Choose(CCurvePane::kProbability);
+  frame_->LowerCurves().Choose(CCurvePane::kMotifs);
+  Take(*frame_, "curves-dark-probability-motifs");
+  QApplication::setPalette(before);
 }
 
 }  // namespace
