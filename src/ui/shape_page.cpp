@@ -39,7 +39,8 @@ CShapePage::CShapePage(Settings& settings, const std::vector<GroupSpec>& groups,
   listLayout->addLayout(buttons_);
   AddButton(tr("&Add"), [this] {
     const int row = table_->currentIndex().isValid() ? table_->currentIndex().row() : rows_->rowCount() - 1;
-    if (rows_->AddBehind(row)) table_->setCurrentIndex(rows_->index(row + 1, 0));
+    const int added = rows_->AddBehind(row);
+    if (added >= 0) table_->setCurrentIndex(rows_->index(added, 0));
   });
   AddButton(tr("&Remove"), [this] {
     std::vector<int> rows;
