@@ -1,6 +1,7 @@
 #include "core/nominal_preview.h"
 
 #include <algorithm>
+#include <cmath>
 #include <span>
 
 #include "core/nominal_settings.h"
@@ -15,15 +16,16 @@ double AtStep(double first, double last, std::size_t i, std::size_t count) {
   return first + (last - first) * static_cast<double>(i) / static_cast<double>(count - 1);
 }
 
-/// Heights with a little air above and below; a level shape gets 1 um.
+/// Heights with a little air above and below, to the next hundredth of their decade; a level shape gets 1 um.
 void FitHeights(std::span<const FreeFormPoint> points, double& leastUM, double& mostUM) {
   if (points.empty()) return;
   constexpr double kAir = 0.05;
   const auto [low, high] =
       std::minmax_element(points.begin(), points.end(), [](const auto& a, const auto& b) { return a.zUM < b.zUM; });
   const double air = high->zUM > low->zUM ? kAir * (high->zUM - low->zUM) : 1.0;
-  leastUM = low->zUM - air;
-  mostUM = high->zUM + air;
+  const double step = std::pow(10.0, std::floor(std::log10(high->zUM - low->zUM + 2.0 * air)) - 2.0);
+  leastUM = std::floor((low->zUM - air) / step) * step;
+  mostUM = std::ceil((high->zUM + air) / step) * step;
 }
 
 }  // namespace

@@ -44,9 +44,9 @@ ProbabilityPlot ProbabilityPlotOf(const Document& document) {
   return plot;
 }
 
-std::array<PercentTick, 11> PercentTicks() {
-  constexpr std::string_view kTexts[] = {"0.01", "0.1", "1", "10", "30", "50", "70", "90", "99", "99.9", "99.99"};
-  std::array<PercentTick, 11> ticks;
+std::array<PercentTick, 9> PercentTicks() {
+  constexpr std::string_view kTexts[] = {"0.1", "1", "10", "30", "50", "70", "90", "99", "99.9"};
+  std::array<PercentTick, 9> ticks;
   for (std::size_t i = 0; i < ticks.size(); ++i) {
     ticks[i] = {NormalQuantile(ParseDouble(kTexts[i]).value / 100.0), kTexts[i]};
   }

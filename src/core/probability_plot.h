@@ -32,6 +32,6 @@ struct PercentTick {
   double deviations = 0.0;
   std::string_view text;
 };
-std::array<PercentTick, 11> PercentTicks();
+std::array<PercentTick, 9> PercentTicks();
 
 }  // namespace texturon

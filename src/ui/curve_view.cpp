@@ -23,6 +23,7 @@ CCurveView::CCurveView(CTexturonDoc& doc, const WantedResults& wanted, QWidget* 
   }
   readout_->setWordWrap(true);
   readout_->setObjectName("curveReadout");
+  readout_->setVisible(false);
   layout->addWidget(title_);
   layout->addWidget(plot_, 1);
   layout->addWidget(readout_);
@@ -58,6 +59,7 @@ void CCurveView::SetTitle(const QString& title) {
 
 void CCurveView::SetReadout(const QString& text) {
   readout_->setText(text);
+  readout_->setVisible(!text.isEmpty());
 }
 
 void CCurveView::ShowAll() {
@@ -96,18 +98,15 @@ void CCurveView::hideEvent(QHideEvent* event) {
   doc_.SetWanted(this, kNoCurves);
 }
 
-void CCurveView::changeEvent(QEvent* event) {
-  QWidget::changeEvent(event);
-  if (event->type() != QEvent::PaletteChange) return;
-  ApplyPalette(*plot_);
-  Update();
-}
-
 bool CCurveView::eventFilter(QObject* /*watched*/, QEvent* event) {
   constexpr double kZoomStep = 0.8;
   if (event->type() == QEvent::MouseButtonDblClick) {
     ShowAll();
     return true;
+  }
+  if (event->type() == QEvent::PaletteChange) {
+    ApplyPalette(*plot_);
+    Update();
   }
   if (event->type() != QEvent::KeyPress) return false;
   switch (static_cast<QKeyEvent*>(event)->key()) {

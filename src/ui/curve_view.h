@@ -35,7 +35,6 @@ protected:
   const CTexturonDoc& Doc() const { return doc_; }
   void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;
-  void changeEvent(QEvent* event) override;
 
 private:
   void Update();

@@ -36,11 +36,8 @@ void DrawRegion(QCustomPlot& plot, const std::optional<ProbabilityPlot::Region>&
                 const QString& to, const QColor& colour) {
   if (!region) return;
   AddBand(plot, region->from, region->to, Tint(colour, 0.12));
-  const std::tuple<double, QString, Qt::Alignment> ends[] = {{region->from, " " + from, Qt::AlignLeft},
-                                                             {region->to, to + " ", Qt::AlignRight}};
-  for (const auto& [place, name, side] : ends) {
-    AddLabel(plot, place, 0.99, name, side | Qt::AlignBottom, LabelPlace::kShareOfY);
-  }
+  AddLabel(plot, region->from, 0.99, " " + from, Qt::AlignLeft | Qt::AlignBottom, LabelPlace::kShareOfY);
+  AddLabel(plot, region->to, 0.99, " " + to, Qt::AlignLeft | Qt::AlignBottom, LabelPlace::kShareOfY);
 }
 
 void DrawLine(QCustomPlot& plot, const std::optional<ProbabilityPlot::Segment>& line, double factor,
@@ -90,9 +87,6 @@ void CProbabilityGraph::Draw() {
 void CProbabilityGraph::OnViewChanged() {
   if (Plot().graphCount() > 0) FillCurve(*Plot().graph(0), Doc().document(), Plot().xAxis->range());
   Plot().xAxis2->setRange(Plot().xAxis->range());
-  QStringList texts;
-  for (const std::string& text : ProbabilityTexts(Doc().document())) texts << FromText(text);
-  SetReadout(texts.join("    "));
 }
 
 }  // namespace texturon

@@ -107,17 +107,20 @@ void CSettingRowsModel::Copy(std::size_t from, std::size_t to) {
   for (const SettingKey* const key : columns_) key->binding.set(settings_, to, key->binding.get(settings_, from));
 }
 
-bool CSettingRowsModel::AddBehind(int row) {
+int CSettingRowsModel::AddBehind(int row) {
   const SettingRows& rows = *count_->binding.rows;
   const std::size_t count = rows.count(settings_);
-  if (count >= rows.most) return false;
-  const auto place = static_cast<std::size_t>(std::clamp(row + 1, 0, static_cast<int>(count)));
+  if (count >= rows.most) return -1;
+  std::size_t place = count;
   rows.resize(settings_, count + 1);
-  for (std::size_t i = count; i > place; --i) Copy(i - 1, i);
-  if (place > 0) Copy(place - 1, place);
+  if (!PlacesMatter()) {
+    place = static_cast<std::size_t>(std::clamp(row + 1, 0, static_cast<int>(count)));
+    for (std::size_t i = count; i > place; --i) Copy(i - 1, i);
+    if (place > 0) Copy(place - 1, place);
+  }
   Reset();
   emit Edited();
-  return true;
+  return static_cast<int>(place);
 }
 
 void CSettingRowsModel::Remove(const std::vector<int>& rows) {
@@ -125,10 +128,18 @@ void CSettingRowsModel::Remove(const std::vector<int>& rows) {
   std::vector<bool> goes(count, false);
   for (const int row : rows) goes[static_cast<std::size_t>(row)] = true;
   std::size_t kept = 0;
-  for (std::size_t i = 0; i < count; ++i) {
-    if (goes[i]) continue;
-    if (kept < i) Copy(i, kept);
-    ++kept;
+  if (PlacesMatter()) {
+    kept = count;
+    while (kept > 0 && goes[kept - 1]) --kept;
+    for (std::size_t i = 0; i < kept; ++i) {
+      if (goes[i]) columns_.front()->binding.set(settings_, i, 0.0);
+    }
+  } else {
+    for (std::size_t i = 0; i < count; ++i) {
+      if (goes[i]) continue;
+      if (kept < i) Copy(i, kept);
+      ++kept;
+    }
   }
   count_->binding.rows->resize(settings_, kept);
   Reset();

@@ -32,8 +32,10 @@ public:
   void Reset();
   /// The first of them, with the reason; empty: none.
   QString Fault() const;
-  /// A new row behind one (-1: first), a copy of that one. False when there are as many as there may be.
-  bool AddBehind(int row);
+  /// A new row behind one (-1: first), a copy of that one. Of a list whose places have a meaning, such as powers, the
+  /// new row is the last one and 0. The place of the new row; -1 when there are as many as there may be.
+  int AddBehind(int row);
+  /// Takes rows away. Where places have a meaning, those before the last row that stays become 0 instead.
   void Remove(const std::vector<int>& rows);
   /// Its keys, and the one that counts the rows.
   std::vector<const SettingKey*> Keys() const;
@@ -47,6 +49,7 @@ private:
     QString fault;
   };
 
+  bool PlacesMatter() const { return columns_.front()->binding.type == SettingType::Coefficient; }
   void Copy(std::size_t from, std::size_t to);
 
   Settings& settings_;

@@ -194,7 +194,7 @@ CSettingsSheet::CSettingsSheet(CTexturonDoc& doc, QWidget* parent) : CLiveSheet(
   AddPage(new CFreeFormPage(Working(), doc), tr("Free Form"));
   AddPage(new CFieldsPage(Working(), DisplayGroups()), tr("Display"));
   AddPage(new CFieldsPage(Working(), ScaleGroups()), tr("Scales"));
-  resize(fontMetrics().averageCharWidth() * 140, fontMetrics().height() * 42);
+  resize(fontMetrics().averageCharWidth() * 175, fontMetrics().height() * 46);
 }
 
 CBearingRatioSheet::CBearingRatioSheet(CTexturonDoc& doc, QWidget* parent)

@@ -39,7 +39,8 @@ CShapePage::CShapePage(Settings& settings, const std::vector<GroupSpec>& groups,
   listLayout->addLayout(buttons_);
   AddButton(tr("&Add"), [this] {
     const int row = table_->currentIndex().isValid() ? table_->currentIndex().row() : rows_->rowCount() - 1;
-    if (rows_->AddBehind(row)) table_->setCurrentIndex(rows_->index(row + 1, 0));
+    const int added = rows_->AddBehind(row);
+    if (added >= 0) table_->setCurrentIndex(rows_->index(added, 0));
   });
   AddButton(tr("&Remove"), [this] {
     std::vector<int> rows;
@@ -52,6 +53,7 @@ CShapePage::CShapePage(Settings& settings, const std::vector<GroupSpec>& groups,
   auto* const previewLayout = new QVBoxLayout(preview);
   preview_->axisRect()->setupFullAxesBox(true);
   preview_->setMinimumSize(fontMetrics().averageCharWidth() * 40, fontMetrics().height() * 9);
+  preview_->installEventFilter(this);
   ApplyPalette(*preview_);
   previewLayout->addWidget(preview_, 1);
   auto* const ends = new QGridLayout;
@@ -65,6 +67,8 @@ CShapePage::CShapePage(Settings& settings, const std::vector<GroupSpec>& groups,
     ends->addWidget(label, i / 2, i % 2 * 2);
     ends->addWidget(field, i / 2, i % 2 * 2 + 1);
   }
+  ends->setColumnStretch(1, 1);
+  ends->setColumnStretch(3, 1);
   auto* const fit = new QPushButton(tr("&Fit"), preview);
   fit->setObjectName("fit");
   fit->setToolTip(tr("Sets the limits to what there is to see."));
@@ -155,11 +159,12 @@ void CShapePage::showEvent(QShowEvent* event) {
   DrawPreview();
 }
 
-void CShapePage::changeEvent(QEvent* event) {
-  CFieldsPage::changeEvent(event);
-  if (event->type() != QEvent::PaletteChange) return;
-  ApplyPalette(*preview_);
-  DrawPreview();
+bool CShapePage::eventFilter(QObject* /*watched*/, QEvent* event) {
+  if (event->type() == QEvent::PaletteChange) {
+    ApplyPalette(*preview_);
+    DrawPreview();
+  }
+  return false;
 }
 
 }  // namespace texturon

@@ -24,6 +24,7 @@ public:
   CSettingRowsModel& Rows() { return *rows_; }
   QTableView& Table() { return *table_; }
   QCustomPlot& Preview() { return *preview_; }
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
 protected:
   /// Entries of the preview's limits: left, right, lower, upper.
@@ -39,7 +40,6 @@ protected:
   virtual void Fit() = 0;
   QPushButton* AddButton(const QString& text, const std::function<void()>& run);
   void showEvent(QShowEvent* event) override;
-  void changeEvent(QEvent* event) override;
   /// To be called when the constructor of the derived class has ended.
   void Begin();
 

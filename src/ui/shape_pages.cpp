@@ -129,7 +129,7 @@ std::vector<FreeFormPoint> CFreeFormPage::CurveOf(std::size_t count) const {
 
 std::vector<FreeFormPoint> CFreeFormPage::GivenPoints() const {
   // More of them would be a band, not points.
-  constexpr std::size_t kMostPoints = 500;
+  constexpr std::size_t kMostPoints = 100;
   const std::vector<FreeFormPoint>& points = settings_.analysis.freeFormPoints;
   return points.size() <= kMostPoints ? points : std::vector<FreeFormPoint>();
 }

@@ -10,11 +10,13 @@
 #include <QTest>
 
 #include "ui/curve_pane.h"
+#include "ui/curve_view.h"
 #include "ui/folder_batch_window.h"
 #include "ui/keys_dialog.h"
 #include "ui/qt_text.h"
 #include "ui/region_dialogs.h"
 #include "ui/settings_sheet.h"
+#include "ui/shape_page.h"
 #include "ui/texturon_view.h"
 #include "ui/window_fixture.h"
 
@@ -48,11 +50,13 @@ TEST_F(Pictures, OfTheMainWindow) {
   frame_->resize(1300, 850);
   frame_->show();
   Take(*frame_, "profiles");
-  Choose("&Probability");
+  Choose("Split &Upper Pane");
   Choose("Split &Lower Pane");
   Choose("&Y Cursors");
   Take(*frame_, "curves");
-  Choose("&Motifs");
+  Choose("&Probability");
+  frame_->LowerCurves().Choose(CCurvePane::kMotifs);
+  Take(*frame_, "curves-probability-motifs");
   frame_->LowerCurves().Choose(CCurvePane::kBearingRatio);
   Choose("Split &Upper Pane");
   Choose("Compute on &Zoom");
@@ -119,6 +123,45 @@ TEST_F(Pictures, OfABatch) {
   window.findChild<QPushButton*>("start")->click();
   ASSERT_TRUE(QTest::qWaitFor([&] { return !window.IsRunning(); }, 30'000));
   Take(window, "batch");
+}
+
+TEST_F(Pictures, OfTheNominalShapes) {
+  const std::tuple<const char*, const char*, int> cases[] = {{"asphere.lmt", "asphere.ini", 7},
+                                                             {"freeform.lmt", "freeform.ini", 9}};
+  for (const auto& [profile, settings, page] : cases) {
+    ASSERT_TRUE(frame_->Doc().LoadSettingsFile(Sample(settings)));
+    ASSERT_TRUE(frame_->OpenFile(Sample(profile)));
+    frame_->show();
+    Choose("&Settings...");
+    auto& sheet = *frame_->findChild<CSettingsSheet*>();
+    sheet.Pages().setCurrentIndex(page);
+    auto* const shape = sheet.Pages().currentWidget()->findChild<CShapePage*>();
+    ASSERT_NE(shape, nullptr);
+    shape->findChild<QPushButton*>("fit")->click();
+    Take(sheet, QString("settings-") + profile);
+    sheet.reject();
+  }
+}
+
+TEST_F(Pictures, OnDarkGround) {
+  const QPalette before = QApplication::palette();
+  QPalette dark(QColor(0x35, 0x35, 0x35), QColor(0x2B, 0x2B, 0x2B));
+  dark.setColor(QPalette::Base, QColor(0x1E, 0x1E, 0x1E));
+  dark.setColor(QPalette::Text, Qt::white);
+  QApplication::setPalette(dark);
+  ASSERT_TRUE(frame_->OpenFile(Sample("honed.lmt")));
+  Choose("Split &Upper Pane");
+  Choose("Split &Lower Pane");
+  frame_->UpperCurves().Choose(CCurvePane::kBearingRatio);
+  frame_->LowerCurves().Choose(CCurvePane::kSpectrum);
+  frame_->show();
+  Take(*frame_, "curves-dark");
+  const QRgb ground = frame_->UpperCurves().View().Plot().grab().toImage().pixel(2, 2);
+  EXPECT_EQ(QColor(ground), QColor(0x1E, 0x1E, 0x1E));
+  frame_->UpperCurves().Choose(CCurvePane::kProbability);
+  frame_->LowerCurves().Choose(CCurvePane::kMotifs);
+  Take(*frame_, "curves-dark-probability-motifs");
+  QApplication::setPalette(before);
 }
 
 }  // namespace
