@@ -31,8 +31,7 @@ std::string CountText(std::size_t count) {
 std::optional<Paths> FilesOfFolder(const BatchOptions& options) {
   const Paths outputs = {PathFromSystemText(options.parameterFile), PathFromSystemText(options.failuresFile),
                          PathFromSystemText(options.summaryFile)};
-  FolderFiles listed =
-      FilesToAnalyse(PathFromSystemText(options.folder), Windows1252FromUtf8(options.mask), outputs);
+  FolderFiles listed = FilesToAnalyse(PathFromSystemText(options.folder), Windows1252FromUtf8(options.mask), outputs);
   if (!listed.reason.empty()) {
     Complain(options.folder + " " + listed.reason + ".");
     return std::nullopt;

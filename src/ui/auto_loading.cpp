@@ -27,8 +27,7 @@ CAutoLoading::CAutoLoading(CTexturonDoc& doc, QWidget& window) : QObject(&window
 
 void CAutoLoading::Follow() {
   const Settings& settings = doc_.document().settings;
-  const bool isKnown =
-      settings.autoLoading == followed_ && settings.display.ParameterFile == followedParameterFile_;
+  const bool isKnown = settings.autoLoading == followed_ && settings.display.ParameterFile == followedParameterFile_;
   if (isPolling_ || isKnown) return;
   followed_ = settings.autoLoading;
   followedParameterFile_ = settings.display.ParameterFile;

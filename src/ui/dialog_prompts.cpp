@@ -123,7 +123,8 @@ std::optional<std::size_t> DialogPrompts::ChooseFromList(std::string_view title,
   QObject::connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
   QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
   QObject::connect(list, &QListWidget::itemActivated, &dialog, &QDialog::accept);
-  for (QWidget* const part : {static_cast<QWidget*>(label), static_cast<QWidget*>(list), static_cast<QWidget*>(buttons)})
+  for (QWidget* const part :
+       {static_cast<QWidget*>(label), static_cast<QWidget*>(list), static_cast<QWidget*>(buttons)})
     layout->addWidget(part);
   if (dialog.exec() != QDialog::Accepted || list->currentRow() < 0) return std::nullopt;
   return static_cast<std::size_t>(list->currentRow());

@@ -1,13 +1,12 @@
 // The Edit menu of the main window.
 
-#include "ui/main_frame.h"
-
 #include <QApplication>
 #include <QClipboard>
 #include <QMenuBar>
 #include <QSplitter>
 #include <QStatusBar>
 
+#include "ui/main_frame.h"
 #include "ui/texturon_param_view.h"
 
 namespace texturon {

@@ -1,7 +1,5 @@
 // The Export menu of the main window.
 
-#include "ui/main_frame.h"
-
 #include <QMenuBar>
 #include <QStatusBar>
 
@@ -10,6 +8,7 @@
 #include "core/text.h"
 #include "export/parameter_file.h"
 #include "ui/file_dialogs.h"
+#include "ui/main_frame.h"
 #include "ui/qt_text.h"
 
 namespace texturon {

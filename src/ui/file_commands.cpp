@@ -1,7 +1,5 @@
 // The File menu of the main window, and files that come to it from outside.
 
-#include "ui/main_frame.h"
-
 #include <QApplication>
 #include <QCloseEvent>
 #include <QMenuBar>
@@ -22,6 +20,7 @@
 #include "ui/auto_loading.h"
 #include "ui/file_dialogs.h"
 #include "ui/folder_batch_window.h"
+#include "ui/main_frame.h"
 #include "ui/qt_text.h"
 #include "ui/report.h"
 

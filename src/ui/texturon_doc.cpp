@@ -39,7 +39,8 @@ public:
   ~BusyScope() {
     doc_.isBusy_ = false;
     if (doc_.waiting_.empty()) return;
-    QMetaObject::invokeMethod(&doc_, [doc = &doc_] { doc->RunWaiting(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        &doc_, [doc = &doc_] { doc->RunWaiting(); }, Qt::QueuedConnection);
   }
   BusyScope(const BusyScope&) = delete;
   BusyScope& operator=(const BusyScope&) = delete;

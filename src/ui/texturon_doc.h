@@ -78,7 +78,9 @@ private:
   void Change(const Step& step, IfRefused ifRefused = IfRefused::kKeep);
   /// Changes what no result depends on and nobody takes back.
   void ChangeInPlace(const Step& step);
-  void Recompute() { Change([](Document&) {}); }
+  void Recompute() {
+    Change([](Document&) {});
+  }
   /// False where the copy is not to be used; a message has said why.
   bool Analyse(Document& copy, IfRefused ifRefused);
   void GoTo(const EditState& state);

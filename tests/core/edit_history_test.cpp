@@ -45,11 +45,12 @@ TEST(EditHistory, LargeFreeFormsTakeNoMoreMemoryThanAgreed) {
 TEST(EditHistory, RestoresEveryFieldOfAState) {
   Document document = MakeDocument();
   document.profiles = MakeProfileSet({1.0, -2.0, 3.0}, 10.0);
-  const EditState state{.analysis = [&] {
-                          AnalysisSettings analysis = document.settings.analysis;
-                          analysis.LcCutoffMM = 2.5;
-                          return analysis;
-                        }(),
+  const EditState state{.analysis =
+                            [&] {
+                              AnalysisSettings analysis = document.settings.analysis;
+                              analysis.LcCutoffMM = 2.5;
+                              return analysis;
+                            }(),
                         .identification = "part",
                         .inverted = true,
                         .regionSet = true,

@@ -234,7 +234,7 @@ TEST_F(BatchWindow, ShowsEveryFileInOrderWithVerdictAndStatistics) {
   const QStringList lines = QApplication::clipboard()->text().split('\n');
   EXPECT_EQ(lines[0], "File\tResult\tPt\tRa");
   EXPECT_TRUE(lines[1].startsWith("000.lmt\tanalysed\t1.0000\t"));
-  auto* const table = window_->findChild<QTableView*>();
+  auto* const table = window_->findChild<QTableView*>("files");
   emit table->activated(window_->Results().index(3, 0));
   EXPECT_EQ(document().profiles.sourcePath, TextFromPath(folder_ / "in/003.lmt"));
 }
