@@ -2,6 +2,7 @@
 
 #include <QCheckBox>
 #include <QClipboard>
+#include <QDir>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -24,6 +25,12 @@ namespace {
 
 class FolderWindow : public WindowTest {
 protected:
+  /// A picture for a person to look at.
+  static void Take(QWidget& window, const QString& name) {
+    QDir().mkpath(TEXTURON_PICTURE_FOLDER);
+    EXPECT_TRUE(window.grab().save(QDir(TEXTURON_PICTURE_FOLDER).filePath(name + ".png")));
+  }
+
   FolderWindow() {
     std::filesystem::create_directory(folder_ / "in");
     Settings settings = document().settings;
@@ -168,6 +175,7 @@ TEST_F(AutoLoading, TheSheetTakesOnlyWhatCanBeDone) {
   click("AUTO_LOADING.AutoLoadFromGroup");
   sheet.accept();
   EXPECT_TRUE(sheet.isVisible());
+  Take(sheet, "auto-loading");
   EXPECT_EQ(sheet.findChild<QLabel*>("fault")->text(), "Not applied: no folder is given.");
   QTest::keyClicks(sheet.findChild<CSettingField*>("AUTO_LOADING.AutoLoadFolder")->findChild<QLineEdit*>(), "/in");
   sheet.accept();
@@ -219,6 +227,7 @@ TEST_F(BatchWindow, ShowsEveryFileInOrderWithVerdictAndStatistics) {
   }
   EXPECT_TRUE(Cell(7, 1).contains("007.lmt"));
   EXPECT_EQ(State(), "29 analysed, 1 failed.");
+  Take(*window_, "batch");
   const auto& summary = *window_->findChild<CGridCtrl*>();
   ASSERT_EQ(summary.rowCount(), 2);
   EXPECT_EQ(summary.item(0, 0)->text(), "Pt");
