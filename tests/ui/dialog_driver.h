@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QMessageBox>
+#include <QTest>
 #include <QTimer>
 #include <functional>
 #include <gtest/gtest.h>
@@ -34,7 +36,9 @@ private:
       actions_[next_++](*dialog);
     } else {
       ADD_FAILURE() << "one dialog too many: " << dialog->metaObject()->className() << " "
-                    << dialog->windowTitle().toStdString();
+                    << dialog->windowTitle().toStdString() << " "
+                    << (qobject_cast<QMessageBox*>(dialog) ? qobject_cast<QMessageBox*>(dialog)->text().toStdString()
+                                                           : "");
       dialog->close();
     }
     atHand_ = former;
@@ -53,8 +57,10 @@ inline DialogDriver::Action TypeName(const QString& name, const std::function<vo
     ASSERT_NE(dialog, nullptr) << widget.metaObject()->className();
     if (look) look(*dialog);
     auto* const line = dialog->findChild<QLineEdit*>("fileNameEdit");
-    line->setText(name);
-    emit line->textEdited(name);
+    // Key by key, and once the folder is listed: a text that is merely set does not unselect what is proposed.
+    QTest::qWait(50);
+    line->selectAll();
+    QTest::keyClicks(line, name);
     QMetaObject::invokeMethod(dialog, "accept");
   };
 }

@@ -6,6 +6,7 @@
 #include <QPrinter>
 #include <QStatusBar>
 #include <QTest>
+#include <unistd.h>
 
 #include "formats/import.h"
 #include "ui/dialog_driver.h"
@@ -226,8 +227,6 @@ TEST_F(FileCommands, FailuresAreOneSentenceAndLeaveTheDocumentAlone) {
   ASSERT_TRUE(frame_->OpenFile(Sample("ground.lmt")));
   const std::filesystem::path huge = folder_.Write("huge.lmt", "");
   std::filesystem::resize_file(huge, 300u << 20);
-  const std::filesystem::path readOnly = folder_.Write("locked.ini", "[TEXTURON]\r\nIniVersion=2.00\r\n");
-  std::filesystem::permissions(readOnly, std::filesystem::perms::owner_read);
   std::filesystem::create_directory(folder_ / "dir.csv");
   std::filesystem::create_directory(folder_ / "dir.lmt");
   CTexturonDoc& doc = frame_->Doc();
@@ -249,14 +248,20 @@ TEST_F(FileCommands, FailuresAreOneSentenceAndLeaveTheDocumentAlone) {
       {"vanished folder", [&] { doc.Open(folder_ / "gone/a.lmt"); }, "does not exist"},
       {"a folder", [&] { doc.Open(folder_.path()); }, "is a directory"},
       {"no settings", [&] { doc.LoadSettingsFile(folder_ / "none.ini"); }, "does not exist"},
-      {"read-only settings", [&] { EXPECT_FALSE(doc.SaveSettingsFile(readOnly)); }, "locked.ini"},
+      {"settings over a folder", [&] { EXPECT_FALSE(doc.SaveSettingsFile(folder_ / "dir.csv")); }, "is a directory"},
       {"settings into nowhere", [&] { doc.SaveSettingsFile(folder_ / "gone/s.ini"); }, "s.ini"},
       {"full disk", [&] { doc.SaveSettingsFile("/dev/full"); }, "/dev/full"},
       {"save over a folder", [&] { EXPECT_FALSE(doc.Save(folder_ / "dir.lmt")); }, "Could not write file."},
       {"rows over a folder", [&] { exportTo(folder_ / "dir.csv"); }, "dir.csv"},
       {"rows into nowhere", [&] { exportTo(folder_ / "gone/r.csv"); }, "r.csv"},
   };
-  for (const Case& c : cases) {
+  std::vector<Case> all(std::begin(cases), std::end(cases));
+  if (::geteuid() != 0) {
+    const std::filesystem::path readOnly = folder_.Write("locked.ini", "[TEXTURON]\r\nIniVersion=2.00\r\n");
+    std::filesystem::permissions(readOnly, std::filesystem::perms::owner_read);
+    all.push_back({"read-only settings", [&doc, readOnly] { doc.SaveSettingsFile(readOnly); }, "locked.ini"});
+  }
+  for (const Case& c : all) {
     const ProfileSet before = document().profiles;
     const AnalysisSettings settings = document().settings.analysis;
     prompts_.messages.clear();

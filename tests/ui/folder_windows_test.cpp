@@ -2,6 +2,7 @@
 
 #include <QCheckBox>
 #include <QClipboard>
+#include <QDir>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -25,6 +26,12 @@ namespace {
 
 class FolderWindow : public WindowTest {
 protected:
+  /// A picture for a person to look at.
+  static void Take(QWidget& window, const QString& name) {
+    QDir().mkpath(TEXTURON_PICTURE_FOLDER);
+    EXPECT_TRUE(window.grab().save(QDir(TEXTURON_PICTURE_FOLDER).filePath(name + ".png")));
+  }
+
   FolderWindow() {
     std::filesystem::create_directory(folder_ / "in");
     Settings settings = document().settings;
@@ -169,6 +176,7 @@ TEST_F(AutoLoading, TheSheetTakesOnlyWhatCanBeDone) {
   click("AUTO_LOADING.AutoLoadFromGroup");
   sheet.accept();
   EXPECT_TRUE(sheet.isVisible());
+  Take(sheet, "auto-loading");
   EXPECT_EQ(sheet.findChild<QLabel*>("fault")->text(), "Not applied: no folder is given.");
   QTest::keyClicks(sheet.findChild<CSettingField*>("AUTO_LOADING.AutoLoadFolder")->findChild<QLineEdit*>(), "/in");
   sheet.accept();
@@ -220,6 +228,7 @@ TEST_F(BatchWindow, ShowsEveryFileInOrderWithVerdictAndStatistics) {
   }
   EXPECT_TRUE(Cell(7, 1).contains("007.lmt"));
   EXPECT_EQ(State(), "29 analysed, 1 failed.");
+  Take(*window_, "batch");
   const auto& summary = *window_->findChild<CGridCtrl*>();
   ASSERT_EQ(summary.rowCount(), 2);
   EXPECT_EQ(summary.item(0, 0)->text(), "Pt");
@@ -235,7 +244,7 @@ TEST_F(BatchWindow, ShowsEveryFileInOrderWithVerdictAndStatistics) {
   const QStringList lines = QApplication::clipboard()->text().split('\n');
   EXPECT_EQ(lines[0], "File\tResult\tPt\tRa");
   EXPECT_TRUE(lines[1].startsWith("000.lmt\tanalysed\t1.0000\t"));
-  auto* const table = window_->findChild<QTableView*>();
+  auto* const table = window_->findChild<QTableView*>("files");
   emit table->activated(window_->Results().index(3, 0));
   EXPECT_EQ(document().profiles.sourcePath, TextFromPath(folder_ / "in/003.lmt"));
 }
