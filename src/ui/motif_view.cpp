@@ -1,8 +1,7 @@
 #include "ui/motif_view.h"
 
-#include <vector>
-
 #include "core/curve_readouts.h"
+#include "core/motif_plot.h"
 #include "core/units.h"
 #include "ui/clickable_profile_graph.h"
 #include "ui/plot_items.h"
@@ -11,40 +10,49 @@
 namespace texturon {
 namespace {
 
-/// Turns samples of the primary profile into points of the axes.
-struct ProfilePoints {
-  std::span<const double> samples;
-  double step = 0.0;
-  double factor = 1.0;
+/// Columns that are told apart; each takes two points of a line.
+constexpr std::size_t kColumns = kMostScreenPoints / 2;
+/// With more peaks in view their marks would be a band.
+constexpr std::size_t kMostMarks = 150;
 
-  QCPGraphData At(std::int32_t i) const { return {i * step, samples[static_cast<std::size_t>(i)] * factor}; }
+struct MotifLine {
+  const char* name;
+  int colour;
+  double width;
+  QCPScatterStyle::ScatterShape mark;
+  MotifPlot::Line MotifPlot::*points;
 };
 
-QCPGraph* AddPolyline(QCustomPlot& plot, const QVector<QCPGraphData>& points, const QString& name, const QPen& pen) {
-  QCPGraph* const graph = plot.addGraph();
-  graph->setName(name);
-  graph->setPen(pen);
-  graph->data()->set(points, true);
-  return graph;
-}
+constexpr MotifLine kLines[] = {
+    {QT_TRANSLATE_NOOP("QObject", "primary profile"), 0, 0.0, QCPScatterStyle::ssNone, &MotifPlot::profile},
+    {QT_TRANSLATE_NOOP("QObject", "roughness motifs"), 1, 1.0, QCPScatterStyle::ssNone, &MotifPlot::roughness},
+    {QT_TRANSLATE_NOOP("QObject", "upper envelope"), 2, 2.0, QCPScatterStyle::ssTriangleInverted, &MotifPlot::envelope},
+    {QT_TRANSLATE_NOOP("QObject", "waviness motifs"), 3, 2.0, QCPScatterStyle::ssSquare, &MotifPlot::waviness},
+};
 
-QVector<QCPGraphData> PeaksOf(const std::vector<Motif>& motifs, const ProfilePoints& profile) {
-  QVector<QCPGraphData> points;
-  for (const Motif& motif : motifs) points.push_back(profile.At(motif.firstPeak));
-  if (!motifs.empty()) points.push_back(profile.At(motifs.back().lastPeak));
-  return points;
-}
-
-/// From peak to dale to peak. The dales of waviness motifs lie on the envelope: their depth tells how low.
-QVector<QCPGraphData> MotifPoints(const std::vector<Motif>& motifs, const ProfilePoints& profile) {
-  QVector<QCPGraphData> points;
-  for (const Motif& motif : motifs) {
-    const QCPGraphData peak = profile.At(motif.firstPeak);
-    points.push_back(peak);
-    points.push_back({motif.dale * profile.step, peak.value - motif.firstDepthUM * profile.factor});
+/// Fills the lines that are there with what can be told apart in the stretch.
+void FillLines(QCustomPlot& plot, const Document& document, double fromMM, double toMM) {
+  const ShownUnits units = UnitsOf(document);
+  const MotifPlot motifs = MotifPlotOf(document, fromMM, toMM, kColumns);
+  const double size = QFontMetrics(plot.xAxis->tickLabelFont()).height() / 2.5;
+  for (int i = 0; i < plot.graphCount(); ++i) {
+    QCPGraph& graph = *plot.graph(i);
+    for (const MotifLine& line : kLines) {
+      if (graph.name() != QObject::tr(line.name)) continue;
+      QVector<QCPGraphData> points;
+      for (const MotifPlot::Point& point : motifs.*line.points) {
+        points.push_back({point.xMM * units.length, point.zUM * units.height});
+      }
+      graph.data()->set(points, true);
+      const bool isMarked = (motifs.*line.points).size() <= kMostMarks;
+      const double markSize = line.mark == QCPScatterStyle::ssSquare ? 1.5 * size : size;
+      graph.setScatterStyle(isMarked ? QCPScatterStyle(line.mark, CurveColour(line.colour), markSize)
+                                     : QCPScatterStyle());
+      // Thick lines through thousands of points take most of the time.
+      graph.setPen(QPen(CurveColour(line.colour), motifs.isThinned ? 0.0 : line.width));
+      graph.setAntialiased(!motifs.isThinned);
+    }
   }
-  if (!motifs.empty()) points.push_back(profile.At(motifs.back().lastPeak));
-  return points;
 }
 
 }  // namespace
@@ -55,27 +63,14 @@ void DrawMotifs(QCustomPlot& plot, const Document& document) {
   plot.yAxis->setLabel(QObject::tr("height in %1").arg(units.heightName));
   ClearDrawing(plot);
   if (!document.results.primaryComputed) return;
-  const ProfileSet& profiles = document.profiles;
-  const Profile primary = profiles.View(ProfileKind::kPrimary);
-  const ProfilePoints profile{primary.samples, primary.spacingUM * kMillimetresPerMicrometre * units.length,
-                              units.height};
-  QVector<QCPGraphData> points(primary.range.count);
-  for (std::int32_t i = 0; i < primary.range.count; ++i) points[i] = profile.At(primary.range.first + i);
-  AddPolyline(plot, points, FromText(ProfileTitle(ProfileKind::kPrimary)), QPen(CurveColour(0), 0.0));
   const ShownMotifs shown = ShownMotifsOf(document.settings.analysis);
-  const double size = QFontMetrics(plot.xAxis->tickLabelFont()).height() / 2.5;
-  if (shown.roughness) {
-    AddPolyline(plot, MotifPoints(profiles.roughnessMotifs, profile), QObject::tr("roughness motifs"),
-                QPen(CurveColour(1), 1.0));
+  for (const MotifLine& line : kLines) {
+    if (line.points == &MotifPlot::roughness && !shown.roughness) continue;
+    if (line.points == &MotifPlot::waviness && !shown.waviness) continue;
+    plot.addGraph()->setName(QObject::tr(line.name));
   }
-  AddPolyline(plot, PeaksOf(profiles.roughnessMotifs, profile), QObject::tr("upper envelope"),
-              QPen(CurveColour(2), 2.0))
-      ->setScatterStyle(QCPScatterStyle(QCPScatterStyle::ssTriangleInverted, CurveColour(2), size));
-  if (shown.waviness) {
-    AddPolyline(plot, MotifPoints(profiles.wavinessMotifs, profile), QObject::tr("waviness motifs"),
-                QPen(CurveColour(3), 2.0, Qt::DashLine))
-        ->setScatterStyle(QCPScatterStyle(QCPScatterStyle::ssSquare, CurveColour(3), size * 1.5));
-  }
+  const Profile primary = document.profiles.View(ProfileKind::kPrimary);
+  FillLines(plot, document, 0.0, primary.range.last * primary.spacingUM * kMillimetresPerMicrometre);
   plot.legend->setVisible(true);
   plot.legend->setFont(plot.xAxis->tickLabelFont());
   plot.axisRect()->insetLayout()->setInsetAlignment(0, Qt::AlignTop | Qt::AlignRight);
@@ -93,6 +88,12 @@ CMotifView::CMotifView(CTexturonDoc& doc, QWidget* parent)
 void CMotifView::Draw() {
   DrawMotifs(Plot(), Doc().document());
   SetReadout(FromText(MotifReadout(Doc().document())));
+}
+
+void CMotifView::OnViewChanged() {
+  const double toMM = 1.0 / UnitsOf(Doc().document()).length;
+  const QCPRange range = Plot().xAxis->range();
+  FillLines(Plot(), Doc().document(), range.lower * toMM, range.upper * toMM);
 }
 
 }  // namespace texturon

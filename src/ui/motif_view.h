@@ -16,6 +16,7 @@ public:
 
 protected:
   void Draw() override;
+  void OnViewChanged() override;
 };
 
 }  // namespace texturon

@@ -1,7 +1,10 @@
 #include "core/curve_readouts.h"
 
+#include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
+
+#include "core/motif_plot.h"
 
 namespace texturon {
 namespace {
@@ -75,6 +78,64 @@ TEST(CurveReadouts, SpectrumProbabilityAndMotifs) {
   EXPECT_EQ(MotifReadout(document), "2 roughness motifs, mean length 0.3000 mm    0 waviness motifs");
   document.settings.analysis.MotifWProfile = true;
   EXPECT_EQ(MotifReadout(document), "0 waviness motifs");
+}
+
+/// A record of hills of 1 um, ten points each, with one high peak and one deep dale.
+Document Hills(std::int32_t count) {
+  Document document = MakeDocument();
+  std::vector<double> heights(static_cast<std::size_t>(count) * 10 + 1);
+  for (std::size_t i = 0; i < heights.size(); ++i) heights[i] = i % 10 == 0 ? 1.0 : i % 10 == 5 ? 0.0 : 0.5;
+  heights[heights.size() / 3 / 10 * 10] = 7.0;
+  heights[heights.size() / 2 / 10 * 10 + 5] = -7.0;
+  document.profiles = MakeProfileSet(heights, 100.0);
+  document.profiles.primary = heights;
+  document.profiles.primaryRange = IndexRange::FromCount(0, count * 10 + 1);
+  document.results.primaryComputed = true;
+  for (std::int32_t k = 0; k < count; ++k) {
+    const auto at = [&](std::int32_t i) { return heights[static_cast<std::size_t>(i)]; };
+    const std::int32_t peak = 10 * k;
+    document.profiles.roughnessMotifs.push_back(
+        {peak, peak + 5, peak + 10, at(peak) - at(peak + 5), at(peak + 10) - at(peak + 5)});
+  }
+  return document;
+}
+
+TEST(MotifPlot, KeepsPeaksAndDalesHoweverFewItsColumns) {
+  const Document document = Hills(10'000);
+  const MotifPlot plot = MotifPlotOf(document, 0.0, 1e4, 300);
+  EXPECT_TRUE(plot.isThinned);
+  struct Case {
+    const MotifPlot::Line& line;
+    double lowest, highest;
+  };
+  for (const Case& c : {Case{plot.profile, -7.0, 7.0}, {plot.roughness, -7.0, 7.0}, {plot.envelope, 1.0, 7.0}}) {
+    EXPECT_LE(c.line.size(), 602U);
+    double lowest = 0.5;
+    double highest = 0.5;
+    for (std::size_t i = 0; i < c.line.size(); ++i) {
+      lowest = i == 0 ? c.line[i].zUM : std::min(lowest, c.line[i].zUM);
+      highest = std::max(highest, c.line[i].zUM);
+      ASSERT_LE(c.line[i == 0 ? 0 : i - 1].xMM, c.line[i].xMM);
+    }
+    EXPECT_EQ(lowest, c.lowest);
+    EXPECT_EQ(highest, c.highest);
+    EXPECT_EQ(c.line.front().xMM, 0.0);
+    EXPECT_NEAR(c.line.back().xMM, 10'000.0, 1e-9);
+  }
+}
+
+TEST(MotifPlot, AStretchHoldsTheMotifsThatReachIntoIt) {
+  const MotifPlot plot = MotifPlotOf(Hills(10'000), 100.25, 103.75, 300);
+  EXPECT_FALSE(plot.isThinned);
+  ASSERT_EQ(plot.profile.size(), 37U) << "samples 1002 to 1038";
+  EXPECT_NEAR(plot.profile.front().xMM, 100.2, 1e-9);
+  ASSERT_EQ(plot.roughness.size(), 9U) << "four motifs";
+  EXPECT_NEAR(plot.roughness[0].xMM, 100.0, 1e-9);
+  EXPECT_NEAR(plot.roughness[1].xMM, 100.5, 1e-9);
+  EXPECT_EQ(plot.roughness[1].zUM, 0.0);
+  EXPECT_EQ(plot.envelope.size(), 5U);
+  EXPECT_TRUE(plot.waviness.empty());
+  EXPECT_TRUE(MotifPlotOf(MakeDocument(), 0.0, 1.0, 300).profile.empty());
 }
 
 }  // namespace
