@@ -359,7 +359,7 @@ constexpr auto kTable = std::to_array<SettingKey>({
     {BindCoefficient(), "", "polynomial coefficient; the keys are A0, A2, A4 ..."},
     {ASPHERIC(AsphereXFixed), "", "hold the vertex at the place below"},
     {ASPHERIC(AsphereXPositionMethod), "", "where the vertex is held, or also looked for",
-     "0 the X below where it is held, else the middle of the data, 1 peak or valley by the curvature, 2 peak, 3 "
+     "0 the X below or the middle of the data, 1 peak or valley by the curvature, 2 peak, 3 "
      "valley"},
     {ASPHERIC(AsphereXStartMM), "mm", "X of the vertex from the first sample, where it is held"},
     {FREE_FORM(FreeFormFixedStart), "", "hold the first measured point at the X below"},
