@@ -5,6 +5,7 @@
 
 #include "core/units.h"
 #include "ui/main_frame.h"
+#include "ui/qt_text.h"
 #include "ui/region_dialogs.h"
 #include "ui/settings_sheet.h"
 #include "ui/texturon_view.h"
@@ -18,6 +19,15 @@ void CMainFrame::ShowSheet() {
   sheet->show();
   sheet->raise();
   sheet->activateWindow();
+}
+
+void CMainFrame::OnParameter(const QString& name) {
+  const auto& rows = doc_->document().settings.analysis.parameters;
+  const bool isListed =
+      std::any_of(rows.begin(), rows.end(), [&](const auto& row) { return row.name == ToText(name); });
+  if (!isListed) return ShowSheet<CBearingRatioSheet>();
+  ShowSheet<CSettingsSheet>();
+  findChild<CSettingsSheet*>()->ShowParameter(name);
 }
 
 void CMainFrame::MakeAnalysisMenu() {

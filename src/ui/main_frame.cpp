@@ -86,6 +86,7 @@ CMainFrame::CMainFrame(Environment environment, Prompts* prompts) {
   });
   connect(view_, &CTexturonView::ReadoutChanged, this, [this] { readout_->setText(view_->Readout()); });
   connect(doc_, &CTexturonDoc::Changed, this, &CMainFrame::UpdateState);
+  connect(paramView_, &CTexturonParamView::ParameterActivated, this, &CMainFrame::OnParameter);
   UpdateState();
 }
 

@@ -72,6 +72,8 @@ private:
   /// Shows a sheet, making it where it is asked for the first time.
   template <typename Sheet>
   void ShowSheet();
+  /// Opens the sheet in which a row of the table is chosen and toleranced.
+  void OnParameter(const QString& name);
   void ShowRecentFiles();
   void OpenRecent(const QString& file);
   void Remember(const std::filesystem::path& path);

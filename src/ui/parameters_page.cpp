@@ -32,6 +32,8 @@ constexpr ColumnSpec kColumns[] = {
     {"Definition", {}},
 };
 
+constexpr int kLimitColumn = 4;
+
 const SettingKey* KeyOfColumn(int column) {
   const std::string_view name = kColumns[column].key;
   for (const SettingKey& key : SettingsTable()) {
@@ -108,6 +110,17 @@ void CParametersPage::Refresh() {
       item->setFlags(flags);
     }
   }
+}
+
+bool CParametersPage::ShowParameter(const QString& name) {
+  const auto& rows = settings_.analysis.parameters;
+  const auto row = std::find_if(rows.begin(), rows.end(), [&](const auto& each) { return each.name == ToText(name); });
+  if (row == rows.end()) return false;
+  filter_->clear();
+  table_->setCurrentCell(static_cast<int>(row - rows.begin()), kLimitColumn);
+  table_->scrollToItem(table_->currentItem(), QAbstractItemView::PositionAtCenter);
+  table_->setFocus();
+  return true;
 }
 
 void CParametersPage::Reset() {

@@ -101,6 +101,8 @@ public:
   std::vector<const SettingKey*> Keys() const override;
   /// Moves the current row up (-1) or down (1).
   void Move(int by);
+  /// Makes a parameter's row the current one, its lower limit to be typed. False: there is no such row.
+  bool ShowParameter(const QString& name);
   /// Selects all parameters or none.
   void SelectAll(bool selected);
 

@@ -197,6 +197,15 @@ CSettingsSheet::CSettingsSheet(CTexturonDoc& doc, QWidget* parent) : CLiveSheet(
   resize(fontMetrics().averageCharWidth() * 175, fontMetrics().height() * 46);
 }
 
+void CSettingsSheet::ShowParameter(const QString& name) {
+  for (int i = 0; i < Pages().count(); ++i) {
+    auto* const page = Pages().widget(i)->findChild<CParametersPage*>();
+    if (page == nullptr || !page->ShowParameter(name)) continue;
+    Pages().setCurrentIndex(i);
+    return;
+  }
+}
+
 CBearingRatioSheet::CBearingRatioSheet(CTexturonDoc& doc, QWidget* parent)
     : CLiveSheet(doc, tr("Bearing Ratios and Htp"), parent) {
   AddPage(new CPBearingRatioPage(Working()), tr("Primary Bearing Ratios"));

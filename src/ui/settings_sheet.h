@@ -48,6 +48,8 @@ class CSettingsSheet : public CLiveSheet {
 
 public:
   CSettingsSheet(CTexturonDoc& doc, QWidget* parent);
+  /// Turns to the limits of a parameter.
+  void ShowParameter(const QString& name);
 };
 
 inline constexpr char kPrimaryRatios[] = "PRIMARY_BEARING_RATIOS";

@@ -5,6 +5,7 @@
 #include <QTest>
 
 #include "core/shown_rows.h"
+#include "ui/settings_sheet.h"
 #include "ui/texturon_param_view.h"
 #include "ui/window_fixture.h"
 
@@ -93,6 +94,13 @@ TEST_F(ParamView, AsksForTheSettingsOfARecord) {
   ASSERT_EQ(asked.size(), 2);
   EXPECT_EQ(asked[0][0].toString(), Grid().Records()[3].cells[0]);
   EXPECT_EQ(asked[1][0].toString(), Grid().Records()[5].cells[0]);
+  // Where its limits are entered.
+  auto& sheet = *frame_->findChild<CSettingsSheet*>();
+  EXPECT_TRUE(sheet.isVisible());
+  auto* const table = sheet.Pages().currentWidget()->findChild<QTableWidget*>("parameters");
+  ASSERT_NE(table, nullptr);
+  EXPECT_EQ(table->item(table->currentRow(), 0)->text(), Grid().Records()[5].cells[0]);
+  EXPECT_EQ(table->horizontalHeaderItem(table->currentColumn())->text(), "Lower limit");
 }
 
 TEST_F(ParamView, BearingRatiosAreTitledAsChosen) {
