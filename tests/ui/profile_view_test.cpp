@@ -3,9 +3,8 @@
 #include <QDialogButtonBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMenuBar>
-#include <QScrollBar>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTest>
 #include <QTimer>
 #include <algorithm>
@@ -286,23 +285,6 @@ TEST_F(ProfileView, AsksForTheSteepAngle) {
   Choose("Extreme Slope T&hreshold...");
   EXPECT_EQ(Doc().settings.display.ExtremeSlopePlotDegrees, 12.0);
   EXPECT_TRUE(Graph().graph(2)->name().startsWith(QString::fromUtf8("Primary Profile above 12.0\u00B0: ")));
-}
-
-TEST_F(ProfileView, NoTwoCommandsOfTheMenuHaveOneKey) {
-  for (const QMenu* const menu : frame_->menuBar()->findChildren<QMenu*>()) {
-    if (menu->title() != "&View") continue;
-    QStringList keys;
-    for (const QAction* const action : menu->actions()) {
-      const qsizetype mark = action->text().indexOf('&');
-      if (mark >= 0) keys << action->text().mid(mark + 1, 1).toUpper();
-    }
-    EXPECT_EQ(keys.removeDuplicates(), 0) << keys.join(' ').toStdString();
-  }
-  QStringList shortcuts;
-  for (const QAction* const action : frame_->findChildren<QAction*>()) {
-    if (!action->shortcut().isEmpty()) shortcuts << action->shortcut().toString();
-  }
-  EXPECT_EQ(shortcuts.removeDuplicates(), 0) << shortcuts.join(' ').toStdString();
 }
 
 }  // namespace
