@@ -86,9 +86,7 @@ TEST_F(Regions, TheClearApertureIsForAspheres) {
   const auto opened = [&](const std::function<void(QDialog&)>& answer) {
     ChooseAndAnswer("Compute over C&lear Aperture", "Clear Aperture Setting", answer);
   };
-  opened([](QDialog& dialog) {
-    EXPECT_TRUE(dialog.findChild<QLabel*>("stretch")->text().contains("has no effect"));
-  });
+  opened([](QDialog& dialog) { EXPECT_TRUE(dialog.findChild<QLabel*>("stretch")->text().contains("has no effect")); });
   ASSERT_TRUE(frame_->Doc().LoadSettingsFile(Sample("asphere.ini")));
   ASSERT_TRUE(frame_->OpenFile(Sample("asphere.lmt")));
   opened([](QDialog& dialog) {
