@@ -68,7 +68,7 @@ public:
 private:
   static Document StartDocument(const Environment& environment) {
     Document document = MakeDocument();
-    document.wanted = {.spectrum = false, .heightCurves = false, .coreRoughness = false};
+    document.wanted = kNoCurves;
     SilentPrompts nobody;
     Settings settings = document.settings;
     LoadSettings(environment.programFolder / "Texturon.ini", settings, nobody);

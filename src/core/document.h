@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -10,6 +11,7 @@
 #include "parameters/catalogue.h"
 #include "parameters/core_roughness.h"
 #include "parameters/height_curve.h"
+#include "parameters/probability.h"
 #include "parameters/ratio_rows.h"
 #include "signal/form_arc.h"
 #include "signal/form_asphere.h"
@@ -55,7 +57,8 @@ struct AnalysisResults {
   double primaryValleyDepth = 0.0;
   HeightCurve primaryCurve;
   HeightCurve roughnessCurve;
-  RkResult coreRoughness;  ///< of the roughness profile
+  RkResult coreRoughness;                     ///< of the roughness profile
+  std::optional<ProbabilityFit> probability;  ///< of the roughness profile
   RatioRowResults primaryMaterialRatios;
   RatioRowResults roughnessMaterialRatios;
   RatioRowResults primaryHtps;
@@ -68,7 +71,11 @@ struct WantedResults {
   bool spectrum = true;       ///< its amplitudes and wavelengths; whether there is one is told all the same
   bool heightCurves = true;   ///< of primary and roughness
   bool coreRoughness = true;  ///< that of the roughness when no row asks for it
+  bool probability = false;   ///< lines of the roughness's probability curve when no row asks for them
+  bool motifs = false;        ///< of the primary profile when no row asks for them
 };
+
+inline constexpr WantedResults kNoCurves = {.spectrum = false, .heightCurves = false, .coreRoughness = false};
 
 /// One measured record with the settings that drive its analysis and the results that they gave. A value: copying it
 /// keeps a former state. It holds no numerics; Compute derives everything from `profiles.raw`.

@@ -6,7 +6,9 @@
 #include <variant>
 
 #include "core/captions.h"
+#include "core/curve_step.h"
 #include "core/nominal_settings.h"
+#include "core/spectrum_step.h"
 #include "core/units.h"
 #include "export/asphere_export.h"
 #include "export/curve_export.h"
@@ -46,14 +48,15 @@ ExportResult ExportProfile(const Document& document, Prompts& /*prompts*/) {
 template <CurveProfile profile>
 ExportResult ExportCurve(const Document& document, auto make) {
   constexpr bool kIsPrimary = profile == CurveProfile::kPrimary;
+  constexpr ProfileKind kKind = kIsPrimary ? ProfileKind::kPrimary : ProfileKind::kRoughness;
+  if (!HasProfile(document, kKind)) return Missing(ProfileTitle(kKind));
   const AnalysisResults& results = document.results;
-  if (!(kIsPrimary ? results.primaryCurveComputed : results.roughnessCurveComputed)) {
-    return Missing(kIsPrimary ? "Primary Profile" : "Roughness Profile");
-  }
+  const bool isSorted = kIsPrimary ? results.primaryCurveComputed : results.roughnessCurveComputed;
+  const std::vector<double> own = isSorted ? std::vector<double>() : SortedHeights(document.profiles.View(kKind));
   const HeightCurve& curve = kIsPrimary ? results.primaryCurve : results.roughnessCurve;
   const std::string settings =
       kIsPrimary ? ShortCutoffText(document.settings.analysis.LsCutoffMM) : AnalysisDescription(document);
-  return {make(curve.heightsUM, profile, SourceOf(document), settings), {}};
+  return {make(isSorted ? curve.heightsUM : own, profile, SourceOf(document), settings), {}};
 }
 
 template <CurveProfile profile>
@@ -73,8 +76,12 @@ ExportResult ExportProbability(const Document& document, Prompts& /*prompts*/) {
 }
 
 ExportResult ExportSpectrum(const Document& document, Prompts& /*prompts*/) {
-  if (!document.results.spectrumComputed) return Missing("spectrum");
-  return {SpectrumExport(document.profiles.spectrum, SourceOf(document), AnalysisDescription(document)), {}};
+  if (!document.results.formRemoved) return Missing("spectrum");
+  const bool isComputed = document.results.spectrumComputed;
+  const Spectrum own = isComputed ? Spectrum() : SpectrumOf(document.profiles.View(ProfileKind::kFormSuppressed));
+  const Spectrum& spectrum = isComputed ? document.profiles.spectrum : own;
+  if (!spectrum.valid) return Missing("spectrum");
+  return {SpectrumExport(spectrum, SourceOf(document), AnalysisDescription(document)), {}};
 }
 
 /// The residual of a profile about the apex as the settings ask for it; an empty table with a reason where there is

@@ -92,7 +92,7 @@ FileAnalysis AnalyseFile(const std::filesystem::path& path, const FileAnalysisOp
     Document document = options.start;
     document.quietMode = true;
     document.writesTraceFile = false;
-    document.wanted = {.spectrum = false, .heightCurves = false, .coreRoughness = false};
+    document.wanted = kNoCurves;
     SilentPrompts nobody;
     analysis.reason = AnalyseInto(document, path, options, nobody, environment);
     if (!analysis.ok()) return analysis;

@@ -55,14 +55,17 @@ std::optional<NominalCurve> Filtered(const NominalCurve& curve, const AnalysisSe
 AsphereDescription DescribeAsphere(const AnalysisSettings& settings) {
   const std::vector<double>& given = settings.asphereCoefficients;
   AsphereDescription asphere{settings.C_CurvatureMM, 1.0 + settings.E_ConicConstant, {}};
-  if (settings.EvenTermsOnly) {
-    asphere.coefficients.resize(given.empty() ? 0 : 2 * (given.size() - 1));
-    for (std::size_t i = 1; i < given.size(); ++i) asphere.coefficients[2 * i - 1] = given[i];
-  } else {
-    asphere.coefficients = given;
+  for (std::size_t i = 0; i < given.size(); ++i) {
+    const std::size_t power = PowerOfCoefficient(settings.EvenTermsOnly, i);
+    asphere.coefficients.resize(power);
+    if (power > 0) asphere.coefficients[power - 1] = given[i];
   }
   while (!asphere.coefficients.empty() && asphere.coefficients.back() == 0.0) asphere.coefficients.pop_back();
   return asphere;
+}
+
+std::size_t PowerOfCoefficient(bool evenTermsOnly, std::size_t index) {
+  return evenTermsOnly ? 2 * index : index + 1;
 }
 
 bool HasUnusedConstant(const AnalysisSettings& settings) {

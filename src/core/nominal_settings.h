@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 
 #include "core/settings.h"
@@ -13,6 +14,9 @@ namespace texturon {
 /// and A0, which the vertex height carries, is left out. With all terms the coefficients in their order are those of u,
 /// u^2, u^3 ...: A0 multiplies u, A2 multiplies u^2, A4 multiplies u^3.
 AsphereDescription DescribeAsphere(const AnalysisSettings& settings);
+
+/// The power of u that coefficient `index` of the list belongs to: 0, 2, 4 ... with even terms only, else 1, 2, 3 ...
+std::size_t PowerOfCoefficient(bool evenTermsOnly, std::size_t index);
 
 /// True when a constant is given that DescribeAsphere leaves out.
 bool HasUnusedConstant(const AnalysisSettings& settings);

@@ -7,13 +7,13 @@
 #include <vector>
 
 #include "core/compute_range.h"
+#include "core/curve_step.h"
 #include "core/filter_step.h"
 #include "core/form_step.h"
 #include "core/number_text.h"
 #include "core/platform.h"
 #include "core/spectrum_step.h"
 #include "parameters/driver.h"
-#include "signal/sort_descending.h"
 
 namespace texturon {
 namespace {
@@ -33,35 +33,6 @@ public:
 private:
   Prompts* prompts_;
 };
-
-HeightCurve SortedHeights(const Profile& profile) {
-  const std::span<const double> heights = profile.Heights();
-  HeightCurve curve{{heights.begin(), heights.end()}};
-  SortDescending(curve.heightsUM);
-  return curve;
-}
-
-template <typename Rows>
-bool AnySelected(const Rows& rows) {
-  return std::any_of(rows.begin(), rows.end(), [](const auto& row) { return row.selected; });
-}
-
-void ComputeHeightCurves(Document& document) {
-  const AnalysisSettings& settings = document.settings.analysis;
-  const bool forAll = document.wanted.heightCurves;
-  const bool forPrimary = forAll || AnySelected(settings.primaryMaterialRatios) || AnySelected(settings.primaryHtps);
-  const bool forRoughness =
-      forAll || AnySelected(settings.roughnessMaterialRatios) || AnySelected(settings.roughnessHtps);
-  AnalysisResults& results = document.results;
-  if (results.primaryComputed && forPrimary) {
-    results.primaryCurve = SortedHeights(document.profiles.View(ProfileKind::kPrimary));
-    results.primaryCurveComputed = true;
-  }
-  if (results.roughnessComputed && forRoughness) {
-    results.roughnessCurve = SortedHeights(document.profiles.View(ProfileKind::kRoughness));
-    results.roughnessCurveComputed = true;
-  }
-}
 
 /// The heights that the profile-element finder was given last, one a line. A file that cannot be written is done
 /// without.
@@ -83,16 +54,6 @@ void KeepEnvelope(std::vector<double>& profile, std::span<const double> envelope
   std::copy(envelopeUM.begin(), envelopeUM.end(), profile.begin() + profiles.evaluationRange.first);
 }
 
-/// Motifs counted from the record's first point instead of the range's.
-std::vector<Motif> InTheRecord(std::vector<Motif> motifs, std::int32_t rangeFirst) {
-  for (Motif& motif : motifs) {
-    motif.firstPeak += rangeFirst;
-    motif.dale += rangeFirst;
-    motif.lastPeak += rangeFirst;
-  }
-  return motifs;
-}
-
 void ComputeSelectedParameters(Document& document, Prompts& prompts, const Environment& environment) {
   ProfileSet& profiles = document.profiles;
   AnalysisResults& results = document.results;
@@ -111,8 +72,8 @@ void ComputeSelectedParameters(Document& document, Prompts& prompts, const Envir
   results.coreRoughness = report.coreRoughness;
   KeepEnvelope(profiles.closing, report.closingUM, profiles);
   KeepEnvelope(profiles.opening, report.openingUM, profiles);
-  profiles.roughnessMotifs = InTheRecord(report.motifs.roughness, profiles.primaryRange.first);
-  profiles.wavinessMotifs = InTheRecord(report.motifs.waviness, profiles.primaryRange.first);
+  results.probability = report.probability;
+  KeepMotifs(profiles, report.motifs);
   if (!document.quietMode) {
     for (const std::string& message : report.messages) prompts.ShowMessage(message);
   }
@@ -153,6 +114,7 @@ ComputeOutcome Compute(Document& document, Prompts& prompts, const Environment& 
   ComputeHeightCurves(document);
   ComputeSelectedParameters(document, prompts, environment);
   ComputeRatioRows(document);
+  ComputeMissingCurves(document);
   return ComputeOutcome::kDone;
 }
 

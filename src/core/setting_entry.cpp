@@ -80,6 +80,7 @@ constexpr KeyLimits kLimits[] = {
     {"FreeFormFilterCutoffMM", kAboveZero},
     {"ExtremeSlopePlotDegrees", {.least = 0.0, .most = 90.0, .excludesLeast = true}},
     {"ProfileYGridSpacingUM", kFromZero},
+    {"ParameterColumns", {.least = 1.0, .most = 12.0}},
 };
 
 Limits LimitsOf(const SettingKey& key) {

@@ -37,4 +37,12 @@ struct ProbabilityPoint {
 /// Probability curve: one point for each height.
 std::vector<ProbabilityPoint> ProbabilityCurve(std::span<const double> sorted);
 
+// The same for a screen: at most `most` (2 or more) points, evenly spread over a stretch of the abscissa, and one
+// beyond each end of it. Heights that only fall have no extremes between two points, so that a curve that is dense
+// enough for the screen's columns looks like the whole.
+std::vector<BearingPoint> BearingRatioCurve(std::span<const double> sorted, double fromPercent, double toPercent,
+                                            std::size_t most);
+std::vector<ProbabilityPoint> ProbabilityCurve(std::span<const double> sorted, double fromDeviations,
+                                               double toDeviations, std::size_t most);
+
 }  // namespace texturon

@@ -108,6 +108,7 @@ DriverReport ComputeParameters(ParameterCatalogue& catalogue, const DriverInput&
   if (const ParameterProfile* roughness = profiles.Find('R')) {
     const bool isMade = roughness->FindShared<RkResult>() != nullptr;
     if (isMade || input.wantsCoreRoughness) report.coreRoughness = CoreRoughnessOf(*roughness);
+    if (const auto* fit = roughness->FindShared<ProbabilityFit>()) report.probability = *fit;
   }
   return report;
 }

@@ -10,6 +10,7 @@
 #include "parameters/catalogue.h"
 #include "parameters/core_roughness.h"
 #include "parameters/motifs.h"
+#include "parameters/probability.h"
 
 namespace texturon {
 
@@ -38,6 +39,8 @@ struct DriverReport {
   std::vector<double> openingUM;
   /// Of the primary profile, counted from its first point; empty lists when no row asked for them.
   MotifResult motifs;
+  /// Of the roughness; empty when no row asked for it.
+  std::optional<ProbabilityFit> probability;
 };
 
 /// Computes every selected row of the working list, in its order, and sets each row's value and valid flag. A value

@@ -24,31 +24,6 @@ double DepthLimit(const std::vector<Motif>& motifs) {
   return mean + kDeviations * std::sqrt(squares / (n - 1.0));
 }
 
-MotifResult ComputeMotifs(const RowInput& row) {
-  const AnalysisSettings& settings = row.settings;
-  const std::span<const double> z = row.profile.Heights();
-  MotifLimits limits{.greatestLengthUM = settings.MotifAMM * kMicrometresPerMillimetre,
-                     .leftToRightOnly = settings.UseTHMotif,
-                     .freesShortOnesOfEnvelope = settings.UseTHShortMotifCombination};
-  MotifResult result;
-  result.roughness = FindMotifs(z, row.profile.SpacingUM(), limits);
-  if (result.roughness.empty()) return result;
-  result.greatestDepthUM = DepthLimit(result.roughness);
-
-  const std::vector<double> envelope = UpperEnvelope(z, result.roughness);
-  const HeightExtremes extremes = FindExtremes(envelope);
-  result.envelopeHeightUM = extremes.highest - extremes.lowest;
-  limits.greatestLengthUM = settings.MotifBMM * kMicrometresPerMillimetre;
-  result.waviness = FindMotifs(envelope, row.profile.SpacingUM(), limits);
-  const std::int32_t start = result.roughness.front().firstPeak;
-  for (Motif& motif : result.waviness) {
-    motif.firstPeak += start;
-    motif.dale += start;
-    motif.lastPeak += start;
-  }
-  return result;
-}
-
 /// Both depths of every motif, none above the limit: their mean and the largest.
 struct Depths {
   double mean = 0.0;
@@ -87,8 +62,32 @@ std::optional<double> MeanLength(const std::vector<Motif>& motifs, double spacin
 
 }  // namespace
 
+MotifResult ComputeMotifs(std::span<const double> z, double spacingUM, const AnalysisSettings& settings) {
+  MotifLimits limits{.greatestLengthUM = settings.MotifAMM * kMicrometresPerMillimetre,
+                     .leftToRightOnly = settings.UseTHMotif,
+                     .freesShortOnesOfEnvelope = settings.UseTHShortMotifCombination};
+  MotifResult result;
+  result.roughness = FindMotifs(z, spacingUM, limits);
+  if (result.roughness.empty()) return result;
+  result.greatestDepthUM = DepthLimit(result.roughness);
+
+  const std::vector<double> envelope = UpperEnvelope(z, result.roughness);
+  const HeightExtremes extremes = FindExtremes(envelope);
+  result.envelopeHeightUM = extremes.highest - extremes.lowest;
+  limits.greatestLengthUM = settings.MotifBMM * kMicrometresPerMillimetre;
+  result.waviness = FindMotifs(envelope, spacingUM, limits);
+  const std::int32_t start = result.roughness.front().firstPeak;
+  for (Motif& motif : result.waviness) {
+    motif.firstPeak += start;
+    motif.dale += start;
+    motif.lastPeak += start;
+  }
+  return result;
+}
+
 const MotifResult& MotifsOf(const RowInput& row) {
-  return row.profile.Shared<MotifResult>([&row] { return ComputeMotifs(row); });
+  return row.profile.Shared<MotifResult>(
+      [&row] { return ComputeMotifs(row.profile.Heights(), row.profile.SpacingUM(), row.settings); });
 }
 
 std::optional<double> MeanRoughnessMotifDepth(const RowInput& row) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -20,8 +21,11 @@ struct MotifResult {
   double greatestDepthUM = 0.0;
 };
 
-/// Once a pass. `UseTHMotif` joins from left to right only, `UseTHShortMotifCombination` frees short motifs of the
-/// envelope condition (MotifLimits).
+/// Of heights and spacing in um. `UseTHMotif` joins from left to right only, `UseTHShortMotifCombination` frees short
+/// motifs of the envelope condition (MotifLimits).
+MotifResult ComputeMotifs(std::span<const double> heights, double spacingUM, const AnalysisSettings& settings);
+
+/// Once a pass.
 const MotifResult& MotifsOf(const RowInput& row);
 
 // Rows. Each fails without motifs of its kind.

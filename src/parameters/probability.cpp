@@ -110,9 +110,10 @@ std::optional<Transition> FindTransition(const Conic& c) {
   return Transition{endAlong(plateau), centre.x, endAlong(valley)};
 }
 
-ProbabilityFit ComputeFit(const RowInput& row) {
-  const AnalysisSettings& settings = row.settings;
-  const std::span<const double> sorted = row.profile.SortedHeights();
+}  // namespace
+
+ProbabilityFit FitProbability(std::span<const double> heights, std::span<const double> sorted,
+                              const AnalysisSettings& settings) {
   ProbabilityFit fit;
   fit.limits = ProbabilityLimits{settings.UPLPercent, settings.LPLPercent, settings.UVLPercent, settings.LVLPercent};
   if (settings.RqFittingMethod != 0) {
@@ -122,7 +123,7 @@ ProbabilityFit ComputeFit(const RowInput& row) {
   if (!fit.limits) return fit;
   fit.plateau = FitProbabilityLine(sorted, fit.limits->upl, fit.limits->lpl);
   const auto fewest = static_cast<std::size_t>(std::max(0, settings.RxqMinimumValleyCount));
-  if (CountValleys(row.profile.Heights(), settings.RxqValleyCountHeightUm) < fewest) return fit;
+  if (CountValleys(heights, settings.RxqValleyCountHeightUm) < fewest) return fit;
   fit.valley = FitProbabilityLine(sorted, fit.limits->uvl, fit.limits->lvl);
   if (!fit.plateau || !fit.valley) return fit;
   const double crossing =
@@ -130,8 +131,6 @@ ProbabilityFit ComputeFit(const RowInput& row) {
   if (std::isfinite(crossing)) fit.crossingPercent = NormalProbability(crossing) * kPercent;
   return fit;
 }
-
-}  // namespace
 
 double ProbabilityAbscissa(std::size_t i, std::size_t n) {
   // The lower half mirrors the upper one, whose small ratios are exact.
@@ -192,7 +191,8 @@ std::optional<ProbabilityLimits> FindProbabilityLimits(std::span<const double> s
 }
 
 const ProbabilityFit& ProbabilityFitOf(const RowInput& row) {
-  return row.profile.Shared<ProbabilityFit>([&row] { return ComputeFit(row); });
+  return row.profile.Shared<ProbabilityFit>(
+      [&row] { return FitProbability(row.profile.Heights(), row.profile.SortedHeights(), row.settings); });
 }
 
 std::optional<double> PlateauDeviation(const RowInput& row) {

@@ -49,6 +49,12 @@ struct ProbabilityFit {
   std::optional<ProbabilityLine> valley;  ///< empty also where the profile has too few valleys
   std::optional<double> crossingPercent;
 };
+
+/// From the heights (um) of a profile in their order and the same from the highest to the lowest.
+ProbabilityFit FitProbability(std::span<const double> heights, std::span<const double> sorted,
+                              const AnalysisSettings& settings);
+
+/// Once a pass.
 const ProbabilityFit& ProbabilityFitOf(const RowInput& row);
 
 // Rows. Each fails without its line; vq and mq also with fewer valleys (CountValleys) below RxqValleyCountHeightUm than

@@ -67,7 +67,7 @@ void CMainFrame::MakeAnalysisMenu() {
   AddCommand(*menu, tr("&Settings..."), QKeySequence(Qt::CTRL | Qt::Key_T),
              tr("Form, filters, parameters and everything else that the analysis goes by."),
              [this] { ShowSheet<CSettingsSheet>(); });
-  AddCommand(*menu, tr("Bearing &Ratios and Htp..."), {}, tr("Rows of material ratios and of heights between them."),
+  AddCommand(*menu, tr("&Bearing Ratios and Htp..."), {}, tr("Rows of material ratios and of heights between them."),
              [this] { ShowSheet<CBearingRatioSheet>(); });
   menu->addSeparator();
   needProfile_ << AddCommand(*menu, tr("&Invert"), {}, tr("Turns the profile upside down."),

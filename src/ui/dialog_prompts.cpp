@@ -18,13 +18,12 @@
 namespace texturon {
 namespace {
 
-constexpr qint64 kShowAfterMS = 500;
 constexpr qint64 kPumpEveryMS = 30;
 
 class ProgressWindow : public Progress {
 public:
-  ProgressWindow(const QString& caption, const QString& text, QWidget* parent)
-      : dialog_(parent), bar_(new QProgressBar(&dialog_)) {
+  ProgressWindow(const QString& caption, const QString& text, std::chrono::milliseconds showAfter, QWidget* parent)
+      : dialog_(parent), showAfter_(showAfter), bar_(new QProgressBar(&dialog_)) {
     dialog_.setObjectName("progress");
     dialog_.setWindowTitle(caption);
     // Open sheets must wait as well.
@@ -45,13 +44,14 @@ public:
     bar_->setValue(std::clamp(percent, 0, 100));
     if (isClosed_) return false;
     const qint64 now = sinceStart_.elapsed();
-    if (dialog_.isHidden() && now >= kShowAfterMS) {
+    const bool shows = dialog_.isHidden() && now >= showAfter_.count();
+    if (shows) {
       // Whoever waits for the wait cursor must be able to see what to click.
       QApplication::setOverrideCursor(Qt::ArrowCursor);
       hasCursor_ = true;
       dialog_.show();
     }
-    if (now - pumpedAt_ >= kPumpEveryMS) {
+    if (shows || now - pumpedAt_ >= kPumpEveryMS) {
       // Before the window is there, nothing keeps the user from starting something else.
       QApplication::processEvents(dialog_.isHidden() ? QEventLoop::ExcludeUserInputEvents : QEventLoop::AllEvents);
       pumpedAt_ = sinceStart_.elapsed();
@@ -65,6 +65,7 @@ public:
 
 private:
   QDialog dialog_;
+  std::chrono::milliseconds showAfter_;
   QProgressBar* bar_;
   QElapsedTimer sinceStart_;
   qint64 pumpedAt_ = 0;
@@ -130,7 +131,7 @@ std::optional<std::size_t> DialogPrompts::ChooseFromList(std::string_view title,
 }
 
 std::unique_ptr<Progress> DialogPrompts::OpenProgress(std::string_view caption, std::string_view text) {
-  return std::make_unique<ProgressWindow>(FromText(caption), FromText(text), parent_);
+  return std::make_unique<ProgressWindow>(FromText(caption), FromText(text), showAfter_, parent_);
 }
 
 void DialogPrompts::SetBusy(bool busy) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QWidget>
+#include <chrono>
 
 #include "core/prompts.h"
 
@@ -9,7 +10,9 @@ namespace texturon {
 /// What the engine shows and asks, as dialogs over the main window.
 class DialogPrompts : public Prompts {
 public:
-  explicit DialogPrompts(QWidget* parent) : parent_(parent) {}
+  /// `showAfter`: how long work must take before it is worth a window.
+  explicit DialogPrompts(QWidget* parent, std::chrono::milliseconds showAfter = std::chrono::milliseconds(500))
+      : parent_(parent), showAfter_(showAfter) {}
 
   void ShowMessage(std::string_view text) override;
   void Notice(std::string_view text) override;
@@ -23,6 +26,7 @@ public:
 
 private:
   QWidget* parent_;
+  std::chrono::milliseconds showAfter_;
 };
 
 }  // namespace texturon

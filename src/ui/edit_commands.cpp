@@ -8,6 +8,7 @@
 
 #include "ui/main_frame.h"
 #include "ui/texturon_param_view.h"
+#include "ui/texturon_view.h"
 
 namespace texturon {
 
@@ -26,7 +27,7 @@ void CMainFrame::MakeEditMenu() {
   menu->addSeparator();
   needProfile_ << AddCommand(*menu, tr("Copy &Display"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_C),
                              tr("Puts a picture of the profiles and curves on the clipboard."), [this] {
-                               QApplication::clipboard()->setPixmap(upper_->grab());
+                               QApplication::clipboard()->setPixmap(view_->parentWidget()->grab());
                                statusBar()->showMessage(tr("The picture is on the clipboard."), 5'000);
                              });
   needProfile_ << AddCommand(*menu, tr("Copy &Parameters"), QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_C),

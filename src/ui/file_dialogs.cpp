@@ -1,6 +1,7 @@
 #include "ui/file_dialogs.h"
 
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QRegularExpression>
 #include <QSettings>
 #include <system_error>
@@ -46,8 +47,10 @@ std::optional<std::filesystem::path> Ask(QFileDialog& dialog, const FileQuestion
   dialog.setDirectory(StartFolder(question.proposal));
   if (question.proposal.has_filename()) dialog.selectFile(FromPath(question.proposal.filename()));
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
-  QSettings().setValue(kFolderKey, dialog.directory().absolutePath());
-  return ToPath(dialog.selectedFiles().constFirst());
+  // Not the dialog's folder: a name may be typed with another.
+  const QString file = dialog.selectedFiles().constFirst();
+  QSettings().setValue(kFolderKey, QFileInfo(file).absolutePath());
+  return ToPath(file);
 }
 
 }  // namespace

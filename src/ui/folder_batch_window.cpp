@@ -192,6 +192,7 @@ void CFolderBatchWindow::MakeTables(QLayout& layout) {
   tabs_ = new QTabWidget(this);
   results_ = new CBatchResults(this);
   table_ = new QTableView(tabs_);
+  table_->setObjectName("files");
   table_->setModel(results_);
   table_->setAlternatingRowColors(true);
   table_->setSelectionBehavior(QAbstractItemView::SelectRows);

@@ -6,7 +6,6 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
-#include <QSplitter>
 #include <QStatusBar>
 #include <QToolBar>
 #include <algorithm>
@@ -15,7 +14,6 @@
 #include "core/working_settings.h"
 #include "ui/auto_loading.h"
 #include "ui/command_icons.h"
-#include "ui/curve_views.h"
 #include "ui/keys_dialog.h"
 #include "ui/qt_text.h"
 #include "ui/texturon_param_view.h"
@@ -49,8 +47,8 @@ constexpr ToolButton kToolButtons[] = {
     {"&X Cursors", CommandIcon::kUprightCursors},
     {"&Y Cursors", CommandIcon::kLevelCursors},
     {nullptr},
-    {"&Bearing Ratio and Amplitudes", CommandIcon::kCurves},
-    {"&Spectrum", CommandIcon::kSpectrum},
+    {"Split &Upper Pane", CommandIcon::kCurves},
+    {"Split &Lower Pane", CommandIcon::kSpectrum},
 };
 
 }  // namespace
@@ -63,21 +61,7 @@ CMainFrame::CMainFrame(Environment environment, Prompts* prompts) {
   doc_ = new CTexturonDoc(*prompts, std::move(environment), this);
   view_ = new CTexturonView(*doc_, this);
   paramView_ = new CTexturonParamView(*doc_, this);
-  upper_ = new QSplitter(Qt::Horizontal, this);
-  upper_->addWidget(view_);
-  upper_->addWidget(new CTexturonBRCView(*doc_, upper_));
-  upper_->addWidget(new CTexturonSpectView(*doc_, upper_));
-  upper_->setStretchFactor(0, 3);
-  upper_->setStretchFactor(1, 1);
-  upper_->setStretchFactor(2, 1);
-  upper_->widget(1)->setVisible(false);
-  upper_->widget(2)->setVisible(false);
-  auto* const panes = new QSplitter(Qt::Vertical, this);
-  panes->addWidget(upper_);
-  panes->addWidget(paramView_);
-  panes->setStretchFactor(0, 3);
-  panes->setStretchFactor(1, 2);
-  setCentralWidget(panes);
+  MakePanes();
   setAcceptDrops(true);
   resize(1200, 800);
   MakeFileMenu();
@@ -149,6 +133,7 @@ void CMainFrame::FillToolBar() {
     }
     const auto named = [&](const QAction* action) { return action->text() == tr(button.command); };
     const auto found = std::find_if(commands.begin(), commands.end(), named);
+    Q_ASSERT(found != commands.end());
     if (found == commands.end()) continue;
     QAction* const action = *found;
     action->setIcon(IconOf(button.icon));

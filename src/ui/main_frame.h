@@ -12,17 +12,17 @@
 class QAction;
 class QLabel;
 class QMenu;
-class QSplitter;
 
 namespace texturon {
 
 class CAutoLoading;
+class CCurvePane;
 class CTexturonParamView;
 class CTexturonView;
 class WorkingSettings;
 
-/// The main window: profiles above, one of the curves beside them, the parameters below. What it shows and asks goes
-/// through `prompts` where one is given, else through dialogs of its own.
+/// The main window: profiles above, the parameters below, a curve beside each where the pane is split. What it shows
+/// and asks goes through `prompts` where one is given, else through dialogs of its own.
 class CMainFrame : public QMainWindow {
   Q_OBJECT
 
@@ -34,6 +34,8 @@ public:
   CTexturonView& View() { return *view_; }
   CTexturonParamView& ParamView() { return *paramView_; }
   CAutoLoading& AutoLoading() { return *autoLoading_; }
+  CCurvePane& UpperCurves() { return *upperCurves_; }
+  CCurvePane& LowerCurves() { return *lowerCurves_; }
   /// Opens a profile and remembers it in the list of recent files.
   bool OpenFile(const std::filesystem::path& path);
   /// Starts from these settings and offers to save them; `store` outlives the window.
@@ -52,10 +54,15 @@ private:
   void MakeEditMenu();
   void MakeExportMenu();
   void MakeViewMenu();
+  void MakeZoomMenu(QMenu& menu);
+  void MakeMarksMenu(QMenu& menu);
+  void MakeCursorMenu(QMenu& menu);
   void MakeTableMenu(QMenu& menu);
   void MakeAnalysisMenu();
   void MakeHelpMenu();
   void FillToolBar();
+  void MakePanes();
+  void AddCurveCommands(QMenu& menu);
   QAction* AddCommand(QMenu& menu, const QString& text, const QKeySequence& keys, const QString& tip,
                       const std::function<void()>& run);
   /// A command that is on or off, as the document says.
@@ -88,8 +95,9 @@ private:
   CTexturonDoc* doc_;
   CTexturonView* view_;
   CTexturonParamView* paramView_;
-  QSplitter* upper_;
   CAutoLoading* autoLoading_;
+  CCurvePane* upperCurves_ = nullptr;
+  CCurvePane* lowerCurves_ = nullptr;
   QMenu* recentMenu_ = nullptr;
   QLabel* readout_ = nullptr;
   QList<QAction*> needProfile_;

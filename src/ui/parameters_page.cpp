@@ -126,6 +126,14 @@ QString CParametersPage::Fault() const {
   return fault_;
 }
 
+std::vector<const SettingKey*> CParametersPage::Keys() const {
+  std::vector<const SettingKey*> keys;
+  for (int column = 0; column < table_->columnCount(); ++column) {
+    if (const SettingKey* const key = KeyOfColumn(column)) keys.push_back(key);
+  }
+  return keys;
+}
+
 void CParametersPage::OnItem(QTableWidgetItem* item) {
   const SettingKey* const key = KeyOfColumn(item->column());
   if (key == nullptr) return;

@@ -2,16 +2,21 @@
 
 #include <QBuffer>
 #include <QImage>
+#include <QPageRanges>
 #include <QPdfWriter>
 #include <QPixmap>
 #include <functional>
 #include <vector>
 
+#include "core/curve_readouts.h"
+#include "core/curve_step.h"
 #include "core/platform.h"
 #include "core/report_texts.h"
-#include "ui/curve_views.h"
+#include "ui/probability_graph.h"
 #include "ui/profile_plot.h"
 #include "ui/qt_text.h"
+#include "ui/texturon_brc_view.h"
+#include "ui/texturon_spect_view.h"
 
 namespace texturon {
 namespace {
@@ -27,7 +32,7 @@ void PutOnWhite(QCustomPlot& plot) {
   QFont font("sans-serif");
   font.setPixelSize(kReportResolution / 9);
   font.setHintingPreference(QFont::PreferNoHinting);
-  for (QCPAxis* const axis : {plot.xAxis, plot.yAxis}) {
+  for (QCPAxis* const axis : {plot.xAxis, plot.yAxis, plot.xAxis2}) {
     axis->setLabelFont(font);
     axis->setTickLabelFont(font);
   }
@@ -40,7 +45,7 @@ void PutOnWhite(QCustomPlot& plot) {
 class ReportPrinter {
 public:
   ReportPrinter(QPagedPaintDevice& device, const Document& document, std::string_view time)
-      : device_(device), document_(document), texts_(MakeReportTexts(document, time)) {}
+      : device_(device), document_(WithAllCurves(document)), texts_(MakeReportTexts(document_, time)) {}
 
   int Print() {
     if (!painter_.begin(&device_)) return 0;
@@ -146,6 +151,14 @@ private:
     PaintPlot(graph, where, title);
   }
 
+  void PaintCurve(const QRect& where, void (*draw)(QCustomPlot&, const Document&), const QString& title) {
+    QCustomPlot plot;
+    plot.axisRect()->setupFullAxesBox(true);
+    PutOnWhite(plot);
+    draw(plot, document_);
+    PaintPlot(plot, where, title);
+  }
+
   void AddGraphs() {
     pages_.push_back([this] {
       QRect where = PaintTitle(Body());
@@ -164,18 +177,16 @@ private:
       ShownProfiles raw{};
       raw[static_cast<std::size_t>(ProfileKind::kRaw)] = true;
       PaintProfiles({where.left(), where.top(), where.width(), height}, QObject::tr("As measured"), raw);
-      QCustomPlot ratio;
-      ratio.axisRect()->setupFullAxesBox(true);
-      PutOnWhite(ratio);
-      DrawBearingRatio(ratio, document_);
-      PaintPlot(ratio, {where.left(), where.top() + height, where.width(), height},
-                QObject::tr("Bearing ratio and amplitude distribution of the roughness"));
-      QCustomPlot spectrum;
-      spectrum.axisRect()->setupFullAxesBox(true);
-      PutOnWhite(spectrum);
-      DrawSpectrum(spectrum, document_);
-      PaintPlot(spectrum, {where.left(), where.top() + 2 * height, where.width(), height},
-                QObject::tr("Spectrum of the form-suppressed profile"));
+      const QRect middle(where.left(), where.top() + height, where.width(), height);
+      const bool hasLines = !ProbabilityTexts(document_).empty();
+      const int half = middle.width() / 2 - kColumnGap;
+      PaintCurve(hasLines ? middle.adjusted(0, 0, -half - kColumnGap, 0) : middle, DrawBearingRatio,
+                 BearingTitle(document_));
+      if (hasLines) {
+        PaintCurve(middle.adjusted(half + kColumnGap, 0, 0, 0), DrawProbability,
+                   QObject::tr("Material Probability, Roughness"));
+      }
+      PaintCurve(middle.translated(0, height), DrawSpectrum, QObject::tr("Wavelength Content"));
     });
   }
 
@@ -261,7 +272,7 @@ private:
   }
 
   QPagedPaintDevice& device_;
-  const Document& document_;
+  Document document_;
   ReportTexts texts_;
   QCPPainter painter_;
   QRect page_;

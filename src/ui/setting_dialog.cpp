@@ -22,9 +22,8 @@ CSettingDialog::CSettingDialog(const QString& title, std::string_view section, s
   auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
   connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-  connect(field, &CSettingField::Edited, this, [field, ok = buttons->button(QDialogButtonBox::Ok)] {
-    ok->setEnabled(field->Fault().isEmpty());
-  });
+  connect(field, &CSettingField::Edited, this,
+          [field, ok = buttons->button(QDialogButtonBox::Ok)] { ok->setEnabled(field->Fault().isEmpty()); });
   form->addRow(buttons);
 }
 

@@ -41,6 +41,7 @@ void CSettingField::MakeEditor() {
     line_ = new QLineEdit(this);
     const bool isText = place_.key->binding.type == SettingType::Text;
     if (!isText) line_->setMaximumWidth(line_->fontMetrics().averageCharWidth() * (isCell_ ? 11 : 22));
+    if (!isText && !isCell_) line_->setMinimumWidth(line_->fontMetrics().averageCharWidth() * 12);
     row->addWidget(line_);
     connect(line_, &QLineEdit::textEdited, this, &CSettingField::Take);
     connect(line_, &QLineEdit::editingFinished, this, [this] { before_.reset(); });

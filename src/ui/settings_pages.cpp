@@ -52,6 +52,12 @@ QString CSettingsPage::Fault() const {
   return {};
 }
 
+std::vector<const SettingKey*> CSettingsPage::Keys() const {
+  std::vector<const SettingKey*> keys;
+  for (const CSettingField* const field : fields_) keys.push_back(field->Place().key);
+  return keys;
+}
+
 CSettingField* CSettingsPage::MakeField(std::string_view section, std::string_view key, bool isCell) {
   auto* const field = new CSettingField(*FindSetting(section, key), settings_, isCell, this);
   connect(field, &CSettingField::Edited, this, &CSettingsPage::Edited);

@@ -27,6 +27,8 @@ public:
   virtual void Reset();
   /// The first entry that cannot be used, with the reason; empty: none.
   virtual QString Fault() const;
+  /// The keys that can be set here.
+  virtual std::vector<const SettingKey*> Keys() const;
 
 signals:
   void Edited();
@@ -96,6 +98,7 @@ public:
   void Refresh() override;
   void Reset() override;
   QString Fault() const override;
+  std::vector<const SettingKey*> Keys() const override;
   /// Moves the current row up (-1) or down (1).
   void Move(int by);
   /// Selects all parameters or none.

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "core/cutoff_choices.h"
+#include "ui/shape_pages.h"
 
 namespace texturon {
 namespace {
@@ -53,13 +54,29 @@ std::vector<GroupSpec> ElementGroups() {
                                "RsmSamplingLengthPercent", "RcSamplingLengthPercent"})}};
 }
 
-std::vector<GroupSpec> AsphereGroups() {
+std::vector<GroupSpec> TableGroups() {
   return {
-      {"Asphere",
-       Fields("ASPHERIC_PARAMETERS", {"C_CurvatureMM", "RadiusMethod", "E_ConicConstant", "ConicMethod",
-                                      "EvenTermsOnly", "AsphereXFixed", "AsphereXPositionMethod", "AsphereXStartMM"})},
-      {"Clear Aperture Setting", Fields("ANALYSIS", {"AsphereUseClearAperture", "AsphereClearApertureDiameterMM",
-                                                     "AsphereClearApertureCentralDiscardMM", "AsphereSlopeWindowMM"})}};
+      {"Sag table", Fields("ANALYSIS", {"SagTableLengthMM", "SagTableSpacingMM", "SagTableType", "SagTableFileName"})},
+      {"Aspheric residual",
+       Fields("ANALYSIS", {"AspResidualLengthMM", "AspResidualSpacingMM", "AspResidualFileType",
+                           "AsphereResidualPadding", "AsphereResidualOffsetUM", "AspResidualFileName"})},
+      {"MOD files", Fields("ASPHERIC_PARAMETERS", {"AsphereMODFileComment"})}};
+}
+
+std::vector<GroupSpec> DisplayGroups() {
+  return {
+      {"Window", Fields("DISPLAY", {"Metric", "UpperIsSplit", "LowerIsSplit", "ShowINIPathInHeading"})},
+      {"Profile", Fields("DISPLAY", {"ShowClosingProfile", "ShowOpeningProfile", "ShowFilterTrans", "ShowXAxisValues",
+                                     "CursorDisplayType", "ShowExtremeSlopes", "ExtremeSlopePlotDegrees"})},
+      {"Parameters", Fields("DISPLAY", {"ParameterColumns", "PrimaryAsTpa", "RoughnessAsTpi"})},
+      {"Curves", Fields("DISPLAY", {"BrcAdfType", "ShowRkLines"})},
+      {"Report", Fields("DISPLAY", {"CompanyName", "LogoFile"})}};
+}
+
+std::vector<GroupSpec> ScaleGroups() {
+  return {{"Profile", Fields("DISPLAY", {"ProfileAutoScale", "ProfileYMaxUM", "ProfileYMinUM", "Profile11AspectRatio",
+                                         "ProfileAutoYSpacing", "ProfileYGridSpacingUM", "ProfileYGridStartUM"})},
+          {"Spectrum", Fields("DISPLAY", {"SpectrumAutoScale", "SpectrumYMaxUM", "SpectrumYMinUM"})}};
 }
 
 }  // namespace
@@ -116,8 +133,14 @@ void CLiveSheet::OnEdited() {
 void CLiveSheet::ApplyNow() {
   delay_.stop();
   if (working_ == doc_.document().settings) return;
+  const Settings& inForce = doc_.document().settings;
+  const bool computes = working_.analysis != inForce.analysis || working_.autoLoading != inForce.autoLoading;
   applies_ = true;
-  doc_.ReplaceSettings(working_);
+  if (computes) {
+    doc_.ReplaceSettings(working_);
+  } else {
+    doc_.ReplaceDisplay(working_.display);
+  }
   applies_ = false;
 }
 
@@ -166,19 +189,12 @@ CSettingsSheet::CSettingsSheet(CTexturonDoc& doc, QWidget* parent) : CLiveSheet(
                                                                              "UseTHShortMotifCombination",
                                                                              "MotifRProfile", "MotifWProfile"})}}),
           tr("Motifs"));
-  AddPage(new CFieldsPage(Working(), AsphereGroups()), tr("Asphere"));
-  AddPage(new CFieldsPage(Working(),
-                          {{"Free form", Fields("FREE_FORM", {"FreeFormFixedStart", "FreeFormFirstDataPointXMM",
-                                                              "FreeFormAllowTilt", "FreeFormIsLeastSqaures",
-                                                              "FreeFormFilterType", "FreeFormFilterCutoffMM"})}}),
-          tr("Free Form"));
-  AddPage(new CFieldsPage(Working(),
-                          {{"Scale of the profile",
-                            Fields("DISPLAY", {"ProfileAutoScale", "ProfileYMaxUM", "ProfileYMinUM",
-                                               "ProfileAutoYSpacing", "ProfileYGridSpacingUM", "ProfileYGridStartUM"})},
-                           {"Report", Fields("DISPLAY", {"CompanyName", "LogoFile"})}}),
-          tr("Display"));
-  resize(880, 620);
+  AddPage(new CAspherePage(Working(), doc), tr("Asphere"));
+  AddPage(new CFieldsPage(Working(), TableGroups()), tr("Asphere Tables"));
+  AddPage(new CFreeFormPage(Working(), doc), tr("Free Form"));
+  AddPage(new CFieldsPage(Working(), DisplayGroups()), tr("Display"));
+  AddPage(new CFieldsPage(Working(), ScaleGroups()), tr("Scales"));
+  resize(fontMetrics().averageCharWidth() * 175, fontMetrics().height() * 46);
 }
 
 CBearingRatioSheet::CBearingRatioSheet(CTexturonDoc& doc, QWidget* parent)
@@ -187,7 +203,7 @@ CBearingRatioSheet::CBearingRatioSheet(CTexturonDoc& doc, QWidget* parent)
   AddPage(new CRBearingRatioPage(Working()), tr("Roughness Bearing Ratios"));
   AddPage(new CPagePHtp(Working()), tr("Primary Htp"));
   AddPage(new CPageRHtp(Working()), tr("Roughness Htp"));
-  resize(900, 480);
+  resize(fontMetrics().averageCharWidth() * 130, fontMetrics().height() * 30);
 }
 
 }  // namespace texturon

@@ -50,32 +50,29 @@ public:
   CSettingsSheet(CTexturonDoc& doc, QWidget* parent);
 };
 
-class CPBearingRatioPage : public CRowsPage {
-  Q_OBJECT
+inline constexpr char kPrimaryRatios[] = "PRIMARY_BEARING_RATIOS";
+inline constexpr char kRoughnessRatios[] = "ROUGHNESS_BEARING_RATIOS";
+inline constexpr char kPrimaryHtps[] = "PRIMARY_HTPS";
+inline constexpr char kRoughnessHtps[] = "ROUGHNESS_HTPS";
 
+/// The rows of one section.
+template <const char* section>
+class CSectionPage : public CRowsPage {
 public:
-  explicit CPBearingRatioPage(Settings& settings) : CRowsPage(settings, "PRIMARY_BEARING_RATIOS") {}
+  explicit CSectionPage(Settings& settings) : CRowsPage(settings, section) {}
 };
 
-class CRBearingRatioPage : public CRowsPage {
-  Q_OBJECT
-
-public:
-  explicit CRBearingRatioPage(Settings& settings) : CRowsPage(settings, "ROUGHNESS_BEARING_RATIOS") {}
+class CPBearingRatioPage : public CSectionPage<kPrimaryRatios> {
+  using CSectionPage::CSectionPage;
 };
-
-class CPagePHtp : public CRowsPage {
-  Q_OBJECT
-
-public:
-  explicit CPagePHtp(Settings& settings) : CRowsPage(settings, "PRIMARY_HTPS") {}
+class CRBearingRatioPage : public CSectionPage<kRoughnessRatios> {
+  using CSectionPage::CSectionPage;
 };
-
-class CPageRHtp : public CRowsPage {
-  Q_OBJECT
-
-public:
-  explicit CPageRHtp(Settings& settings) : CRowsPage(settings, "ROUGHNESS_HTPS") {}
+class CPagePHtp : public CSectionPage<kPrimaryHtps> {
+  using CSectionPage::CSectionPage;
+};
+class CPageRHtp : public CSectionPage<kRoughnessHtps> {
+  using CSectionPage::CSectionPage;
 };
 
 /// The configurable rows: material ratios, and heights between two of them.

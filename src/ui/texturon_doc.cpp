@@ -6,6 +6,7 @@
 #include <memory>
 #include <utility>
 
+#include "core/curve_step.h"
 #include "core/file_analysis.h"
 #include "core/pipeline.h"
 #include "core/platform.h"
@@ -50,7 +51,9 @@ private:
 };
 
 CTexturonDoc::CTexturonDoc(Prompts& prompts, Environment environment, QObject* parent)
-    : QObject(parent), prompts_(prompts), environment_(std::move(environment)), document_(MakeDocument()) {}
+    : QObject(parent), prompts_(prompts), environment_(std::move(environment)), document_(MakeDocument()) {
+  document_.wanted = kNoCurves;
+}
 
 void CTexturonDoc::WhenIdle(std::function<void()> step) {
   if (!isBusy_ && waiting_.empty()) return step();
@@ -267,6 +270,26 @@ void CTexturonDoc::GoTo(const EditState& state) {
     if (Analyse(next, IfRefused::kKeep)) document_ = std::move(next);
   }
   emit Changed();
+}
+
+void CTexturonDoc::SetWanted(const QObject* reader, const WantedResults& wanted) {
+  if (wanted_.insert_or_assign(reader, wanted).second) {
+    connect(reader, &QObject::destroyed, this, [this, reader] { wanted_.erase(reader); });
+  }
+  // A step at work has a copy with the wishes of before.
+  WhenIdle([this, isLate = isBusy_] {
+    WantedResults& all = document_.wanted;
+    all = kNoCurves;
+    for (const auto& [view, results] : wanted_) {
+      all.spectrum = all.spectrum || results.spectrum;
+      all.heightCurves = all.heightCurves || results.heightCurves;
+      all.coreRoughness = all.coreRoughness || results.coreRoughness;
+      all.probability = all.probability || results.probability;
+      all.motifs = all.motifs || results.motifs;
+    }
+    if (HasProfile()) ComputeMissingCurves(document_);
+    if (isLate) emit Changed();
+  });
 }
 
 void CTexturonDoc::Change(const Step& step, IfRefused ifRefused) {

@@ -4,6 +4,7 @@
 #include <deque>
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <string>
 #include <string_view>
 
@@ -31,8 +32,8 @@ public:
   Prompts& prompts() const { return prompts_; }
   const Environment& environment() const { return environment_; }
   bool HasProfile() const { return !document_.profiles.IsEmpty(); }
-  /// Whether a step is at work.
-  bool IsBusy() const { return isBusy_; }
+  /// Whether a step is at work or waits.
+  bool IsBusy() const { return isBusy_ || !waiting_.empty(); }
   /// Runs `step` at once, or after the step at work and what waits already.
   void WhenIdle(std::function<void()> step);
 
@@ -71,6 +72,8 @@ public:
   /// Leaves a stretch of the record out of the form fit.
   void ExcludeBetween(double firstMM, double lastMM);
   void UseAllDataForForm(bool uses);
+  /// What a view reads of the results that are made on demand, until it says otherwise. Makes what is missing.
+  void SetWanted(const QObject* reader, const WantedResults& wanted);
 
   bool CanUndo() const { return history_.CanGoBack(); }
   bool CanRedo() const { return history_.CanGoForward(); }
@@ -109,6 +112,7 @@ private:
   bool isBusy_ = false;
   std::deque<std::function<void()>> waiting_;
   std::filesystem::path settingsFile_;
+  std::map<const QObject*, WantedResults> wanted_;
 };
 
 }  // namespace texturon

@@ -2,7 +2,6 @@
 
 #include <QActionGroup>
 #include <QMenuBar>
-#include <QSplitter>
 #include <utility>
 
 #include "core/shown_rows.h"
@@ -27,45 +26,55 @@ void CMainFrame::MakeViewMenu() {
     menu->actions().back()->setShortcut(QKeySequence(Qt::CTRL | static_cast<Qt::Key>(Qt::Key_1 + curve)));
   }
   menu->addSeparator();
-  const std::pair<QString, int> curves[] = {{tr("&Bearing Ratio and Amplitudes"), 1}, {tr("&Spectrum"), 2}};
-  for (const auto& [title, index] : curves) {
-    QAction* const action = menu->addAction(title);
-    action->setCheckable(true);
-    action->setShortcut(QKeySequence(Qt::CTRL | (index == 1 ? Qt::Key_B : Qt::Key_U)));
-    connect(action, &QAction::toggled, this, [this, pane = index](bool on) { upper_->widget(pane)->setVisible(on); });
-  }
+  AddCurveCommands(*menu);
   menu->addSeparator();
-  needProfile_ << AddCommand(*menu, tr("Zoom Bac&k"), QKeySequence(Qt::ALT | Qt::Key_Left), tr("The former view."),
+  MakeZoomMenu(*menu->addMenu(tr("&Zoom and Scale")));
+  MakeCursorMenu(*menu->addMenu(tr("&Cursors")));
+  MakeMarksMenu(*menu->addMenu(tr("Mar&ks")));
+  MakeTableMenu(*menu->addMenu(tr("&Table")));
+  menu->addSeparator();
+  AddDisplaySwitch(*menu, tr("Show Full &Ini Path"), &DisplaySettings::ShowINIPathInHeading,
+                   tr("The whole path of the settings file in the heading."));
+  AddDisplaySwitch(*menu, tr("&Metric"), &DisplaySettings::Metric, tr("Off: inches and microinches."));
+}
+
+void CMainFrame::MakeZoomMenu(QMenu& menu) {
+  needProfile_ << AddCommand(menu, tr("Zoom &Back"), QKeySequence(Qt::ALT | Qt::Key_Left), tr("The former view."),
                              [this] { view_->Graph().GoBack(); });
-  needProfile_ << AddCommand(*menu, tr("Zoom For&ward"), QKeySequence(Qt::ALT | Qt::Key_Right),
+  needProfile_ << AddCommand(menu, tr("Zoom &Forward"), QKeySequence(Qt::ALT | Qt::Key_Right),
                              tr("The view that Zoom Back left."), [this] { view_->Graph().GoForward(); });
-  needProfile_ << AddCommand(*menu, tr("Zoom to Sampling &Length"), QKeySequence(Qt::CTRL | Qt::Key_L),
+  needProfile_ << AddCommand(menu, tr("Zoom to Sampling &Length"), QKeySequence(Qt::CTRL | Qt::Key_L),
                              tr("One long-wave cut-off in the middle of the view."),
                              [this] { view_->ShowSamplingLength(); });
-  needProfile_ << AddCommand(*menu, tr("Show &All"), QKeySequence(Qt::CTRL | Qt::Key_0), tr("The whole profile."),
+  needProfile_ << AddCommand(menu, tr("Show &All"), QKeySequence(Qt::CTRL | Qt::Key_0), tr("The whole profile."),
                              [this] { view_->Graph().ShowAll(); });
-  AddDisplaySwitch(*menu, tr("1:1 Aspe&ct Ratio"), &DisplaySettings::Profile11AspectRatio,
+  menu.addSeparator();
+  AddDisplaySwitch(menu, tr("1:1 Aspe&ct Ratio"), &DisplaySettings::Profile11AspectRatio,
                    tr("The same scale for both axes, where the profile is high enough to be seen then."));
-  AddDisplaySwitch(*menu, tr("A&uto Scale"), &DisplaySettings::ProfileAutoScale,
+  AddDisplaySwitch(menu, tr("A&uto Scale"), &DisplaySettings::ProfileAutoScale,
                    tr("Off: between the fixed heights of the settings."));
-  AddDisplaySwitch(*menu, tr("X Axis &Values"), &DisplaySettings::ShowXAxisValues,
+  AddDisplaySwitch(menu, tr("X Axis &Values"), &DisplaySettings::ShowXAxisValues,
                    tr("Numbers along the X axis; off: the distance of its lines."));
-  AddDisplaySwitch(*menu, tr("Filter &Transmission"), &DisplaySettings::ShowFilterTrans,
+}
+
+void CMainFrame::MakeMarksMenu(QMenu& menu) {
+  AddDisplaySwitch(menu, tr("Filter &Transmission"), &DisplaySettings::ShowFilterTrans,
                    tr("What the filters let through, over the wavelength."));
-  AddDisplaySwitch(*menu, tr("&Extreme Slopes"), &DisplaySettings::ShowExtremeSlopes,
+  AddDisplaySwitch(menu, tr("&Extreme Slopes"), &DisplaySettings::ShowExtremeSlopes,
                    tr("Marks where the profile is steeper than the angle of the settings."));
-  AddCommand(*menu, tr("Extreme Slope T&hreshold..."), {}, tr("The angle from which a slope is marked."), [this] {
+  AddCommand(menu, tr("Extreme Slope T&hreshold..."), {}, tr("The angle from which a slope is marked."), [this] {
     CSettingDialog dialog(tr("Extreme Slopes"), "DISPLAY", "ExtremeSlopePlotDegrees", doc_->document().settings, this);
     if (dialog.exec() == QDialog::Accepted) doc_->ReplaceDisplay(dialog.Chosen().display);
   });
-  AddDisplaySwitch(*menu, tr("Show Full &Ini Path"), &DisplaySettings::ShowINIPathInHeading,
-                   tr("The whole path of the settings file in the heading."));
-  menu->addSeparator();
+  AddDisplaySwitch(menu, tr("&Rk Lines"), &DisplaySettings::ShowRkLines, tr("The construction lines of Rk."));
+}
+
+void CMainFrame::MakeCursorMenu(QMenu& menu) {
   const std::pair<QString, std::int32_t> cursors[] = {{tr("&X Cursors"), kUprightCursors},
                                                       {tr("&Y Cursors"), kLevelCursors}};
   for (const auto& [title, bit] : cursors) {
     AddSwitch(
-        *menu, title, {},
+        menu, title, {},
         [bit = bit](const Document& document) { return (document.settings.display.CursorDisplayType & bit) != 0; },
         [this, bit = bit](bool on) {
           DisplaySettings display = doc_->document().settings.display;
@@ -73,16 +82,12 @@ void CMainFrame::MakeViewMenu() {
           doc_->ReplaceDisplay(std::move(display));
         });
   }
-  needProfile_ << AddCommand(*menu, tr("&Fetch Cursors"), {}, tr("Puts the cursors where they can be seen."),
+  needProfile_ << AddCommand(menu, tr("&Fetch Cursors"), {}, tr("Puts the cursors where they can be seen."),
                              [this] { view_->Graph().FetchCursors(); });
-  menu->addSeparator();
-  MakeTableMenu(*menu);
-  AddDisplaySwitch(*menu, tr("&Rk Lines"), &DisplaySettings::ShowRkLines, tr("The construction lines of Rk."));
-  AddDisplaySwitch(*menu, tr("&Metric"), &DisplaySettings::Metric, tr("Off: inches and microinches."));
 }
 
 void CMainFrame::MakeTableMenu(QMenu& menu) {
-  QMenu* const columns = menu.addMenu(tr("Parameter Colum&ns"));
+  QMenu* const columns = menu.addMenu(tr("&Columns"));
   auto* const choices = new QActionGroup(columns);
   for (std::int32_t count = 1; count <= kMostParameterColumns; ++count) {
     AddSwitch(
@@ -96,11 +101,10 @@ void CMainFrame::MakeTableMenu(QMenu& menu) {
         });
     choices->addAction(columns->actions().back());
   }
-  AddDisplaySwitch(menu, tr("Primary as T&pa"), &DisplaySettings::PrimaryAsTpa,
+  AddDisplaySwitch(menu, tr("&Primary as Tpa"), &DisplaySettings::PrimaryAsTpa,
                    tr("Titles the primary bearing ratios Tpa instead of Pmr."));
-  AddDisplaySwitch(menu, tr("Rou&ghness as Tpi"), &DisplaySettings::RoughnessAsTpi,
+  AddDisplaySwitch(menu, tr("&Roughness as Tpi"), &DisplaySettings::RoughnessAsTpi,
                    tr("Titles the roughness bearing ratios Tpi instead of Rmr."));
-  menu.addSeparator();
 }
 
 }  // namespace texturon

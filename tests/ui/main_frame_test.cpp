@@ -107,13 +107,7 @@ TEST_F(MainFrame, FilesThatCannotBeReadLeaveTheDocumentAsItWas) {
 }
 
 TEST_F(MainFrame, TakesDroppedFilesAndRemembersThem) {
-  QMimeData data;
-  data.setUrls({QUrl::fromLocalFile(FromPath(Sample("turned.lmt")))});
-  QDragEnterEvent enter(QPoint(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-  QApplication::sendEvent(frame_.get(), &enter);
-  EXPECT_TRUE(enter.isAccepted());
-  QDropEvent drop(QPointF(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-  QApplication::sendEvent(frame_.get(), &drop);
+  DropOn(*frame_, {QUrl::fromLocalFile(FromPath(Sample("turned.lmt")))});
   EXPECT_EQ(frame_->Doc().document().profiles.identification, "Turned; generated");
   QMenu* recent = nullptr;
   for (QMenu* const menu : frame_->findChildren<QMenu*>()) {
@@ -121,7 +115,7 @@ TEST_F(MainFrame, TakesDroppedFilesAndRemembersThem) {
   }
   ASSERT_NE(recent, nullptr);
   emit recent->aboutToShow();
-  EXPECT_EQ(recent->actions().front()->text(), FromPath(Sample("turned.lmt")));
+  EXPECT_EQ(recent->actions().front()->text(), "&1 " + FromPath(Sample("turned.lmt")));
 }
 
 TEST_F(MainFrame, CopiesTheTableAsText) {

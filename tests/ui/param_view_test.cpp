@@ -1,12 +1,11 @@
 // The table of parameters.
 
-#include "ui/texturon_param_view.h"
-
 #include <QHeaderView>
 #include <QSignalSpy>
 #include <QTest>
 
 #include "core/shown_rows.h"
+#include "ui/texturon_param_view.h"
 #include "ui/window_fixture.h"
 
 namespace texturon {
@@ -106,9 +105,9 @@ TEST_F(ParamView, BearingRatiosAreTitledAsChosen) {
     return QStringList{Grid().Records()[count - 2].cells[0], Grid().Records()[count - 1].cells[0]};
   };
   EXPECT_EQ(titles(), (QStringList{"Pmr 1", "Rmr 2"}));
-  Choose("Primary as T&pa");
+  Choose("&Primary as Tpa");
   EXPECT_EQ(titles(), (QStringList{"Tpa 1", "Rmr 2"}));
-  Choose("Rou&ghness as Tpi");
+  Choose("&Roughness as Tpi");
   EXPECT_EQ(titles(), (QStringList{"Tpa 1", "Tpi 2"}));
 }
 

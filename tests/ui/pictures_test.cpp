@@ -3,11 +3,20 @@
 
 #include <QDir>
 #include <QLineEdit>
+#include <QPalette>
+#include <QPushButton>
 #include <QScreen>
 #include <QSet>
 #include <QTest>
 
+#include "ui/curve_pane.h"
+#include "ui/curve_view.h"
+#include "ui/folder_batch_window.h"
+#include "ui/keys_dialog.h"
+#include "ui/qt_text.h"
+#include "ui/region_dialogs.h"
 #include "ui/settings_sheet.h"
+#include "ui/shape_page.h"
 #include "ui/texturon_view.h"
 #include "ui/window_fixture.h"
 
@@ -36,26 +45,123 @@ protected:
   QList<QImage> taken_;
 };
 
-TEST_F(Pictures, OfTheWindows) {
+TEST_F(Pictures, OfTheMainWindow) {
   ASSERT_TRUE(frame_->OpenFile(Sample("honed.lmt")));
+  frame_->resize(1300, 850);
   frame_->show();
   Take(*frame_, "profiles");
-  Choose("&Bearing Ratio and Amplitudes");
-  Choose("&Spectrum");
+  Choose("Split &Upper Pane");
+  Choose("Split &Lower Pane");
+  Choose("&Y Cursors");
   Take(*frame_, "curves");
+  Choose("&Probability");
+  frame_->LowerCurves().Choose(CCurvePane::kMotifs);
+  Take(*frame_, "curves-probability-motifs");
+  frame_->LowerCurves().Choose(CCurvePane::kBearingRatio);
+  Choose("Split &Upper Pane");
+  Choose("Compute on &Zoom");
+  frame_->View().Graph().SetUprightCursors(2.0, 3.0);
+  Choose("&Exclude Between Cursors");
+  frame_->View().Graph().SetUprightCursors(1.0, 4.0);
+  Choose("Compute Between X &Cursors");
+  Choose("&Extreme Slopes");
+  Take(*frame_, "stretch");
+}
+
+TEST_F(Pictures, OfAVerdictInADarkWindow) {
+  Settings settings = frame_->Doc().document().settings;
+  for (std::size_t i = 0; i < settings.analysis.parameters.size(); i += 3) {
+    settings.analysis.parameters[i].tolerance = {.toleranced = true, .upperLimit = i % 2 == 0 ? 1e9 : 1e-9};
+  }
+  frame_->Doc().ReplaceSettings(settings);
+  const QPalette light = QApplication::palette();
+  QPalette dark(QColor(0x35, 0x35, 0x35), QColor(0x25, 0x25, 0x25));
+  dark.setColor(QPalette::Base, QColor(0x1E, 0x1E, 0x1E));
+  dark.setColor(QPalette::AlternateBase, QColor(0x28, 0x28, 0x28));
+  QApplication::setPalette(dark);
+  Choose("Split &Upper Pane");
+  ASSERT_TRUE(frame_->OpenFile(Sample("turned.lmt")));
+  frame_->resize(1300, 850);
+  frame_->show();
+  Take(*frame_, "dark");
+  QApplication::setPalette(light);
+}
+
+TEST_F(Pictures, OfTheSheets) {
+  ASSERT_TRUE(frame_->Doc().LoadSettingsFile(Sample("asphere.ini")));
+  ASSERT_TRUE(frame_->OpenFile(Sample("asphere.lmt")));
+  frame_->show();
   Choose("&Settings...");
   auto& sheet = *frame_->findChild<CSettingsSheet*>();
-  Take(sheet, "settings-form");
+  for (int page = 0; page < sheet.Pages().count(); ++page) {
+    sheet.Pages().setCurrentIndex(page);
+    Take(sheet, "settings-" + sheet.Pages().tabText(page).remove('&').remove(' ').toLower());
+  }
   sheet.Pages().setCurrentIndex(1);
   auto& line = *sheet.findChild<CSettingField*>("ANALYSIS.SplineTension")->findChild<QLineEdit*>();
   line.selectAll();
   QTest::keyClicks(&line, "7");
   Take(sheet, "settings-wrong-entry");
-  sheet.Pages().setCurrentIndex(2);
-  Take(sheet, "settings-parameters");
   sheet.reject();
-  Choose("Bearing &Ratios and Htp...");
+  Choose("&Bearing Ratios and Htp...");
   Take(*frame_->findChild<CBearingRatioSheet*>(), "bearing-ratios");
+  CRegionDialog region(frame_->Doc().document(), frame_.get());
+  region.show();
+  Take(region, "region");
+  CKeysDialog keys(*frame_);
+  keys.show();
+  Take(keys, "keys");
+}
+
+TEST_F(Pictures, OfABatch) {
+  const ScratchFolder folder;
+  Choose("&Batch of a Folder...");
+  auto& window = *frame_->findChild<CFolderBatchWindow*>();
+  window.ChooseFolder(Sample(""));
+  window.findChild<QLineEdit*>("mask")->setText("*.lmt");
+  window.findChild<QLineEdit*>("parameterFile")->setText(FromPath(folder / "rows.csv"));
+  window.findChild<QPushButton*>("start")->click();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !window.IsRunning(); }, 30'000));
+  Take(window, "batch");
+}
+
+TEST_F(Pictures, OfTheNominalShapes) {
+  const std::tuple<const char*, const char*, int> cases[] = {{"asphere.lmt", "asphere.ini", 7},
+                                                             {"freeform.lmt", "freeform.ini", 9}};
+  for (const auto& [profile, settings, page] : cases) {
+    ASSERT_TRUE(frame_->Doc().LoadSettingsFile(Sample(settings)));
+    ASSERT_TRUE(frame_->OpenFile(Sample(profile)));
+    frame_->show();
+    Choose("&Settings...");
+    auto& sheet = *frame_->findChild<CSettingsSheet*>();
+    sheet.Pages().setCurrentIndex(page);
+    auto* const shape = sheet.Pages().currentWidget()->findChild<CShapePage*>();
+    ASSERT_NE(shape, nullptr);
+    shape->findChild<QPushButton*>("fit")->click();
+    Take(sheet, QString("settings-") + profile);
+    sheet.reject();
+  }
+}
+
+TEST_F(Pictures, OnDarkGround) {
+  const QPalette before = QApplication::palette();
+  QPalette dark(QColor(0x35, 0x35, 0x35), QColor(0x2B, 0x2B, 0x2B));
+  dark.setColor(QPalette::Base, QColor(0x1E, 0x1E, 0x1E));
+  dark.setColor(QPalette::Text, Qt::white);
+  QApplication::setPalette(dark);
+  ASSERT_TRUE(frame_->OpenFile(Sample("honed.lmt")));
+  Choose("Split &Upper Pane");
+  Choose("Split &Lower Pane");
+  frame_->UpperCurves().Choose(CCurvePane::kBearingRatio);
+  frame_->LowerCurves().Choose(CCurvePane::kSpectrum);
+  frame_->show();
+  Take(*frame_, "curves-dark");
+  const QRgb ground = frame_->UpperCurves().View().Plot().grab().toImage().pixel(2, 2);
+  EXPECT_EQ(QColor(ground), QColor(0x1E, 0x1E, 0x1E));
+  frame_->UpperCurves().Choose(CCurvePane::kProbability);
+  frame_->LowerCurves().Choose(CCurvePane::kMotifs);
+  Take(*frame_, "curves-dark-probability-motifs");
+  QApplication::setPalette(before);
 }
 
 }  // namespace

@@ -3,14 +3,20 @@
 #include "ui/settings_sheet.h"
 
 #include <QCheckBox>
+#include <QClipboard>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
+#include <QTableView>
 #include <QTableWidget>
 #include <QTest>
+#include <set>
 
 #include "core/settings_text.h"
+#include "signal/asphere.h"
 #include "ui/grid_ctrl.h"
+#include "ui/shape_pages.h"
 #include "ui/window_fixture.h"
 
 namespace texturon {
@@ -145,7 +151,7 @@ TEST_F(SettingsSheet, ParametersAreSelectedOrderedAndToleranced) {
 }
 
 TEST_F(SettingsSheet, BearingRatioRowsAreEntries) {
-  auto& sheet = Open<CBearingRatioSheet>("Bearing &Ratios and Htp...");
+  auto& sheet = Open<CBearingRatioSheet>("&Bearing Ratios and Htp...");
   EXPECT_EQ(sheet.Pages().count(), 4);
   for (const char* name : {"PRIMARY_BEARING_RATIOS.PSelected00", "ROUGHNESS_BEARING_RATIOS.Selected09",
                            "PRIMARY_HTPS.Selected03", "ROUGHNESS_HTPS.Selected00"}) {
@@ -160,23 +166,153 @@ TEST_F(SettingsSheet, BearingRatioRowsAreEntries) {
   for (const char* title : {"Pmr 1", "Rmr 10", "PHtp 4", "RHtp 1"}) EXPECT_TRUE(titles.contains(title)) << title;
 }
 
-/// Every setting of the analysis that is one value can be reached in some sheet.
+/// Every setting that a person would choose can be reached in some sheet.
 TEST_F(SettingsSheet, NothingIsOutOfReach) {
-  CSettingsSheet& sheet = OpenSettings();
-  const QStringList derived = {"LcCutoffMM", "LsCutoffMM", "StandardLcCutoff", "StandardLsCutoff"};
-  for (const SettingKey& key : SettingsTable()) {
-    const QString name = QString::fromUtf8(key.binding.key.data(), static_cast<qsizetype>(key.binding.key.size()));
-    const bool ofSection = key.binding.section == "ANALYSIS" || key.binding.section == "RXQ_PARAMETERS" ||
-                           key.binding.section == "MOTIF_PARAMETERS";
-    // Those of the exports are asked for there.
-    if (!ofSection || derived.contains(name) || name.startsWith("SagTable") || name.startsWith("AspResidual") ||
-        name.startsWith("AsphereResidual")) {
-      continue;
+  const std::set<std::string_view> reasoned = {
+      // Follow from the choice of the cut-offs.
+      "LcCutoffMM", "LsCutoffMM", "StandardLcCutoff", "StandardLsCutoff",
+      // Chosen profile by profile in the View menu; named and asked for by commands of their own.
+      "ProfileType", "Identification", "ParameterFile",
+      // The rows of the parameters are those of the catalogue, in the order in which they stand.
+      "AvailableParameters", "Name%02d", "SelectionRef%02d",
+      // Always ten rows.
+      "PrimaryAvailableBearingRatios", "RoughnessAvailableBearingRatios", "PrimaryAvailableHtps",
+      "RoughnessAvailableHtps"};
+  std::set<const SettingKey*> reached;
+  const QDialog* const sheets[] = {&OpenSettings(), &Open<CBearingRatioSheet>("&Bearing Ratios and Htp...")};
+  for (const QDialog* const sheet : sheets) {
+    for (const CSettingsPage* const page : sheet->findChildren<CSettingsPage*>()) {
+      for (const SettingKey* const key : page->Keys()) reached.insert(key);
     }
-    const QString full =
-        QString::fromUtf8(key.binding.section.data(), static_cast<qsizetype>(key.binding.section.size())) + "." + name;
-    EXPECT_NE(sheet.findChild<CSettingField*>(full), nullptr) << full.toStdString();
   }
+  for (const SettingKey& key : SettingsTable()) {
+    const std::string_view section = key.binding.section;
+    if (section == "TEXTURON" || section == "AUTO_LOADING") continue;
+    EXPECT_NE(reached.contains(&key), reasoned.contains(key.binding.key)) << section << "." << key.binding.key;
+  }
+}
+
+class ShapeSheet : public SettingsSheet {
+protected:
+  template <typename Page>
+  Page& OpenPage(const char* profile, const char* settings) {
+    EXPECT_TRUE(frame_->Doc().LoadSettingsFile(Sample(settings)));
+    EXPECT_TRUE(frame_->OpenFile(Sample(profile)));
+    sheet_ = &OpenSettings();
+    auto& page = *sheet_->findChild<Page*>();
+    for (int i = 0; i < sheet_->Pages().count(); ++i) {
+      if (sheet_->Pages().widget(i)->isAncestorOf(&page)) sheet_->Pages().setCurrentIndex(i);
+    }
+    return page;
+  }
+  static void Press(QWidget& page, const QString& text) {
+    for (QPushButton* const button : page.findChildren<QPushButton*>()) {
+      if (button->text() == text) return button->click();
+    }
+    ADD_FAILURE() << text.toStdString();
+  }
+  /// Types into a cell as a user does.
+  static void TypeInto(QTableView& table, int row, int column, const QString& text) {
+    const QModelIndex index = table.model()->index(row, column);
+    table.setCurrentIndex(index);
+    table.edit(index);
+    auto* const editor = table.viewport()->findChild<QLineEdit*>();
+    ASSERT_NE(editor, nullptr);
+    editor->selectAll();
+    QTest::keyClicks(editor, text);
+    QTest::keyClick(editor, Qt::Key_Return);
+    QApplication::processEvents();
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  }
+  static QString RowName(QTableView& table, int row) {
+    return table.model()->headerData(row, Qt::Vertical, Qt::DisplayRole).toString();
+  }
+
+  CSettingsSheet* sheet_ = nullptr;
+};
+
+TEST_F(ShapeSheet, CoefficientsAreATable) {
+  auto& page = OpenPage<CAspherePage>("asphere.lmt", "asphere.ini");
+  QTableView& table = page.Table();
+  ASSERT_EQ(table.model()->rowCount(), 4);
+  EXPECT_TRUE(RowName(table, 0).contains("not used"));
+  EXPECT_TRUE(RowName(table, 2).endsWith(QString::fromUtf8("u\u2074"))) << RowName(table, 2).toStdString();
+  Press(page, "&Add");
+  EXPECT_EQ(RowName(table, 4), QString::fromUtf8("A8  u\u2078"));
+  TypeInto(table, 4, 0, "5e-6");
+  TypeInto(table, 2, 0, "2,5e-4");
+  EXPECT_TRUE(page.Fault().contains("decimal comma")) << page.Fault().toStdString();
+  EXPECT_TRUE(sheet_->findChild<QLabel*>("fault")->text().contains("decimal comma"));
+  EXPECT_EQ(table.model()->index(2, 0).data().toString(), "2,5e-4") << "is shown, not lost";
+  EXPECT_TRUE(table.model()->index(2, 0).data(Qt::BackgroundRole).isValid());
+  sheet_->ApplyNow();
+  EXPECT_EQ(InForce().asphereCoefficients, (std::vector<double>{0.0, 0.0, 2e-4, -1e-6, 5e-6}));
+  TypeInto(table, 2, 0, "3e-4");
+  EXPECT_EQ(page.Fault(), "");
+  // A power in the middle cannot go without moving the others.
+  table.selectionModel()->select(table.model()->index(2, 0), QItemSelectionModel::ClearAndSelect);
+  table.selectionModel()->select(table.model()->index(4, 0), QItemSelectionModel::Select);
+  Press(page, "&Remove");
+  sheet_->ApplyNow();
+  EXPECT_EQ(InForce().asphereCoefficients, (std::vector<double>{0.0, 0.0, 0.0, -1e-6}));
+  Field(*sheet_, "ASPHERIC_PARAMETERS.EvenTermsOnly").findChild<QCheckBox*>()->click();
+  EXPECT_EQ(RowName(table, 2), QString::fromUtf8("A4  u\u00B3")) << "every power";
+  for (int i = 0; i < 120; ++i) Press(page, "&Add");
+  EXPECT_EQ(table.model()->rowCount(), 100);
+}
+
+TEST_F(ShapeSheet, TheAspheresPreviewShowsTheSag) {
+  auto& page = OpenPage<CAspherePage>("asphere.lmt", "asphere.ini");
+  Type(*sheet_, "DISPLAY.AspherePreviewMinXMM", "-2");
+  Type(*sheet_, "DISPLAY.AspherePreviewMaxXMM", "3");
+  QCustomPlot& plot = page.Preview();
+  EXPECT_EQ(plot.xAxis->range(), QCPRange(-2.0, 3.0));
+  const AsphereDescription asphere{-0.025, 0.2, {0.0, 0.0, 0.0, 2e-4, 0.0, -1e-6}};
+  ASSERT_GT(plot.graph(0)->dataCount(), 1000);
+  for (const QCPGraphData& point : *plot.graph(0)->data()) {
+    ASSERT_NEAR(point.value, 1000.0 * AsphereSag(point.key, {}, asphere), 1e-6);
+  }
+  Type(*sheet_, "ASPHERIC_PARAMETERS.C_CurvatureMM", "0");
+  Type(*sheet_, "ASPHERIC_PARAMETERS.E_ConicConstant", "-1");
+  EXPECT_NEAR((plot.graph(0)->data()->constEnd() - 1)->value, 1000.0 * (81.0 * 2e-4 - 729.0 * 1e-6), 1e-6)
+      << "follows the entries at once";
+  page.findChild<QPushButton*>("fit")->click();
+  EXPECT_EQ(plot.xAxis->range(), QCPRange(-5.0, 5.0)) << "the clear aperture";
+  EXPECT_EQ(Line(*sheet_, "DISPLAY.AspherePreviewMaxXMM").text(), "5");
+  for (const QCPGraphData& point : *plot.graph(0)->data()) ASSERT_TRUE(plot.yAxis->range().contains(point.value));
+}
+
+TEST_F(ShapeSheet, FreeFormPointsComeFromTextAndTable) {
+  auto& page = OpenPage<CFreeFormPage>("freeform.lmt", "freeform.ini");
+  QTableView& table = page.Table();
+  ASSERT_EQ(table.model()->rowCount(), 251);
+  QApplication::clipboard()->setText("X\tZ\n0\t1,5\n1\t2\n2\t4\n4\t3\n");
+  Press(page, "&Paste");
+  sheet_->ApplyNow();
+  const std::vector<FreeFormPoint> wanted = {{0, 1.5}, {1, 2}, {2, 4}, {4, 3}};
+  EXPECT_EQ(InForce().freeFormPoints, wanted);
+  EXPECT_EQ(page.Preview().xAxis->range(), QCPRange(0.0, 4.0)) << "the preview shows them all";
+  EXPECT_EQ(page.Preview().graph(1)->dataCount(), 4);
+  table.setCurrentIndex(table.model()->index(1, 0));
+  Press(page, "&Add");
+  TypeInto(table, 2, 0, "1.5");
+  TypeInto(table, 2, 1, "x");
+  EXPECT_FALSE(page.Fault().isEmpty());
+  TypeInto(table, 2, 1, "3.25");
+  table.selectionModel()->select(table.model()->index(0, 0), QItemSelectionModel::ClearAndSelect);
+  Press(page, "&Remove");
+  sheet_->ApplyNow();
+  EXPECT_EQ(InForce().freeFormPoints, (std::vector<FreeFormPoint>{{1, 2}, {1.5, 3.25}, {2, 4}, {4, 3}}));
+  const ScratchFolder folder;
+  EXPECT_FALSE(page.TakeFile(folder.Write("bad.txt", "1 2\n3 four\n")));
+  EXPECT_FALSE(page.TakeFile(folder / "none.txt"));
+  ASSERT_EQ(prompts_.messages.size(), 2U);
+  EXPECT_NE(prompts_.messages[0].find("line 2: not two numbers."), std::string::npos) << prompts_.messages[0];
+  EXPECT_EQ(table.model()->rowCount(), 4) << "the points stay";
+  EXPECT_TRUE(page.TakeFile(folder.Write("good.txt", "0;0\n1;1\n2;4\n3;9\n4;16\n")));
+  EXPECT_EQ(table.model()->rowCount(), 5);
+  sheet_->reject();
+  EXPECT_EQ(InForce().freeFormPoints.size(), 251U) << "Cancel puts everything back";
 }
 
 }  // namespace

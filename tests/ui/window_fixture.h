@@ -2,6 +2,9 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QDropEvent>
+#include <QMimeData>
+#include <QUrl>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <memory>
@@ -35,6 +38,17 @@ inline QApplication& Application() {
 
 inline std::filesystem::path Sample(const char* name) {
   return std::filesystem::path(TEXTURON_SOURCE_DIR) / "samples" / name;
+}
+
+/// Drops files on a window.
+inline void DropOn(QWidget& window, const QList<QUrl>& urls) {
+  QMimeData data;
+  data.setUrls(urls);
+  QDragEnterEvent enter(QPoint(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(&window, &enter);
+  EXPECT_TRUE(enter.isAccepted());
+  QDropEvent drop(QPointF(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(&window, &drop);
 }
 
 /// A window of its own for each test.
