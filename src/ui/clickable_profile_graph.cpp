@@ -41,7 +41,7 @@ void CClickableProfileGraph::SetCurves(std::span<const Curve> curves, const Whol
   for (const Curve& curve : curves) {
     QCPGraph* const graph = addGraph();
     graph->setName(curve.name);
-    graph->setPen(QPen(curve.colour, curve.width));
+    graph->setPen(QPen(curve.colour, curve.width, curve.style));
     graph->setAdaptiveSampling(false);
     curves_.push_back(
         {graph, {curve.heights.begin(), curve.heights.end()}, curve.firstX, curve.step, curve.heightFactor});
@@ -277,8 +277,8 @@ void CClickableProfileGraph::PlaceLabels() {
     labels_[i]->setVisible(cursors_[i]->visible());
     if (i < 2) {
       const bool isLeft = places_[i] < places_[1 - i] || (places_[0] == places_[1] && i == 0);
-      labels_[i]->position->setCoords(places_[i], 0.0);
-      labels_[i]->setPositionAlignment(Qt::AlignTop | (isLeft == isInside ? Qt::AlignLeft : Qt::AlignRight));
+      labels_[i]->position->setCoords(places_[i], 1.0);
+      labels_[i]->setPositionAlignment(Qt::AlignBottom | (isLeft == isInside ? Qt::AlignLeft : Qt::AlignRight));
     } else {
       labels_[i]->position->setCoords(0.0, places_[i]);
       labels_[i]->setPositionAlignment(Qt::AlignLeft | Qt::AlignBottom);

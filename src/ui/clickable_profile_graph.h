@@ -32,6 +32,7 @@ public:
     double firstX = 0.0;
     double step = 1.0;
     double heightFactor = 1.0;  ///< to the units shown
+    Qt::PenStyle style = Qt::SolidLine;
     bool isOverlay = false;  ///< lies on another curve: heights that are not a number are gaps, nothing is scaled by it
   };
   /// A stretch along X that is set apart behind the curves; a line where both ends are the same.

@@ -105,6 +105,8 @@ void DrawProfiles(CClickableProfileGraph& graph, const Document& document, const
   const Profile form = RemovedForm(document);
   if (shown[kShownForm] && form.range.count > 0) {
     list.Add(form, FromText(FormCaption(document)), graph.palette().color(QPalette::Text), kFormWidth);
+    // So that what it lies on can be seen.
+    list.curves.back().style = Qt::DashLine;
   }
   // Held until the graph has taken the heights over.
   SteepPart steep;
