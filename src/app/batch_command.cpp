@@ -15,7 +15,6 @@
 #include "core/interrupt.h"
 #include "core/number_text.h"
 #include "core/platform.h"
-#include "core/text.h"
 
 namespace texturon {
 namespace {
