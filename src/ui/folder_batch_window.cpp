@@ -288,7 +288,11 @@ void CFolderBatchWindow::Collect() {
   }
   const bool isFirst = results_->rowCount() == 0 && !rows.empty();
   results_->Add(std::move(rows));
-  if (isFirst) table_->resizeColumnsToContents();
+  if (isFirst) {
+    table_->resizeColumnsToContents();
+    // A long reason does not push the parameters out of sight; pointed at, it is shown whole.
+    table_->setColumnWidth(1, std::min(table_->columnWidth(1), fontMetrics().averageCharWidth() * 36));
+  }
   bar_->setValue(results_->rowCount());
   if (!hasEnded) return;
   worker_.join();

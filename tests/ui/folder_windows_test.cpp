@@ -228,6 +228,8 @@ TEST_F(BatchWindow, ShowsEveryFileInOrderWithVerdictAndStatistics) {
   }
   EXPECT_TRUE(Cell(7, 1).contains("007.lmt"));
   EXPECT_EQ(State(), "29 analysed, 1 failed.");
+  auto* const table = window_->findChild<QTableView*>("files");
+  EXPECT_LT(table->columnWidth(1), table->width() / 2) << "a long reason hides no parameter";
   Take(*window_, "batch");
   const auto& summary = *window_->findChild<CGridCtrl*>();
   ASSERT_EQ(summary.rowCount(), 2);
@@ -244,7 +246,6 @@ TEST_F(BatchWindow, ShowsEveryFileInOrderWithVerdictAndStatistics) {
   const QStringList lines = QApplication::clipboard()->text().split('\n');
   EXPECT_EQ(lines[0], "File\tResult\tPt\tRa");
   EXPECT_TRUE(lines[1].startsWith("000.lmt\tanalysed\t1.0000\t"));
-  auto* const table = window_->findChild<QTableView*>("files");
   emit table->activated(window_->Results().index(3, 0));
   EXPECT_EQ(document().profiles.sourcePath, TextFromPath(folder_ / "in/003.lmt"));
 }
