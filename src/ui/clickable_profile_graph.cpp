@@ -23,8 +23,7 @@ QCPRange Centred(double centre, double size) {
 CClickableProfileGraph::CClickableProfileGraph(QWidget* parent) : QCustomPlot(parent) {
   setInteractions(QCP::iRangeDrag | QCP::iRangeZoom | QCP::iSelectLegend);
   axisRect()->setupFullAxesBox(true);
-  legend->setVisible(true);
-  axisRect()->insetLayout()->setInsetAlignment(0, Qt::AlignTop | Qt::AlignRight);
+  PutLegendAbove(*this);
   setNoAntialiasingOnDrag(true);
   setPlottingHint(QCP::phFastPolylines, true);
   setFocusPolicy(Qt::StrongFocus);
@@ -451,7 +450,6 @@ void ApplyPalette(QCustomPlot& plot) {
   plot.setBackground(palette.color(QPalette::Base));
   plot.legend->setBrush(palette.color(QPalette::Base));
   plot.legend->setTextColor(ink);
-  plot.legend->setBorderPen(QPen(faint));
   for (QCPAxis* const axis : {plot.xAxis, plot.yAxis, plot.xAxis2, plot.yAxis2}) {
     for (const auto setPen : {&QCPAxis::setBasePen, &QCPAxis::setTickPen, &QCPAxis::setSubTickPen}) {
       (axis->*setPen)(QPen(ink));
@@ -460,6 +458,21 @@ void ApplyPalette(QCustomPlot& plot) {
     axis->setTickLabelColor(ink);
     axis->grid()->setPen(QPen(faint, 0.0, Qt::DotLine));
   }
+}
+
+void PutLegendAbove(QCustomPlot& plot) {
+  constexpr int kMostInARow = 5;
+  plot.legend->setVisible(true);
+  if (plot.legend->layout() == plot.plotLayout()) return;
+  plot.axisRect()->insetLayout()->take(plot.legend);
+  plot.plotLayout()->insertRow(0);
+  plot.plotLayout()->addElement(0, 0, plot.legend);
+  plot.plotLayout()->setRowStretchFactor(0, 0.001);
+  plot.plotLayout()->setRowSpacing(0);
+  plot.legend->setFillOrder(QCPLayoutGrid::foColumnsFirst);
+  plot.legend->setWrap(kMostInARow);
+  plot.legend->setBorderPen(Qt::NoPen);
+  plot.legend->setMargins(QMargins(8, 2, 8, 0));
 }
 
 }  // namespace texturon

@@ -156,4 +156,7 @@ QColor CurveColour(int number);
 /// Takes axes, grid and ground from the palette in force.
 void ApplyPalette(QCustomPlot& plot);
 
+/// Puts the legend in a row above the axes, where it hides no curve.
+void PutLegendAbove(QCustomPlot& plot);
+
 }  // namespace texturon

@@ -71,9 +71,8 @@ void DrawMotifs(QCustomPlot& plot, const Document& document) {
   }
   const Profile primary = document.profiles.View(ProfileKind::kPrimary);
   FillLines(plot, document, 0.0, primary.range.last * primary.spacingUM * kMillimetresPerMicrometre);
-  plot.legend->setVisible(true);
   plot.legend->setFont(plot.xAxis->tickLabelFont());
-  plot.axisRect()->insetLayout()->setInsetAlignment(0, Qt::AlignTop | Qt::AlignRight);
+  PutLegendAbove(plot);
   plot.rescaleAxes();
   plot.yAxis->scaleRange(1.06);
 }

@@ -1,5 +1,6 @@
 #include "ui/texturon_view.h"
 
+#include <QEvent>
 #include <QScrollBar>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
@@ -95,6 +96,13 @@ void CTexturonView::SetShown(std::size_t curve, bool shown) {
 
 bool CTexturonView::IsShown(std::size_t curve) const {
   return ShownProfilesOf(doc_.document().settings.display)[curve];
+}
+
+void CTexturonView::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() != QEvent::PaletteChange) return;
+  ApplyPalette(*graph_);
+  Update();
 }
 
 void CTexturonView::Update() {

@@ -56,6 +56,9 @@ public:
 signals:
   void ReadoutChanged();
 
+protected:
+  void changeEvent(QEvent* event) override;
+
 private:
   /// Takes the curves anew; what is in view stays unless another record, unit or choice of profiles came.
   void Update();
