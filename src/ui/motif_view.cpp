@@ -73,6 +73,7 @@ void DrawMotifs(QCustomPlot& plot, const Document& document) {
   FillLines(plot, document, 0.0, primary.range.last * primary.spacingUM * kMillimetresPerMicrometre);
   plot.legend->setVisible(true);
   plot.legend->setFont(plot.xAxis->tickLabelFont());
+  plot.legend->setBrush(Tint(plot.palette().color(QPalette::Base), 0.75));
   plot.axisRect()->insetLayout()->setInsetAlignment(0, Qt::AlignTop | Qt::AlignRight);
   plot.rescaleAxes();
   plot.yAxis->scaleRange(1.06);
