@@ -18,8 +18,8 @@ class CCurvePane;
 class CTexturonParamView;
 class CTexturonView;
 
-/// The main window: profiles above, the parameters below, a curve beside each where the pane is split. What it shows and asks goes
-/// through `prompts` where one is given, else through dialogs of its own.
+/// The main window: profiles above, the parameters below, a curve beside each where the pane is split. What it shows
+/// and asks goes through `prompts` where one is given, else through dialogs of its own.
 class CMainFrame : public QMainWindow {
   Q_OBJECT
 
