@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <filesystem>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -7,13 +8,21 @@
 #include "core/command_line_run.h"
 #include "core/interrupt.h"
 #include "core/platform.h"
+#include "core/text.h"
 #include "ui/command_icons.h"
 #include "ui/headless.h"
 #include "ui/start_up.h"
 
 namespace {
 
-constexpr int kTestPlanArguments = 4;
+/// Three arguments are a run by test plan: settings, data and a folder. Three profiles, or an option, ask for a window.
+bool IsTestPlan(int argc, char** argv) {
+  constexpr int kArguments = 4;
+  if (argc != kArguments || argv[1][0] == '-') return false;
+  if (texturon::EqualIgnoringCase(texturon::PathFromSystemText(argv[1]).extension().string(), ".ini")) return true;
+  std::error_code error;
+  return !std::filesystem::is_regular_file(texturon::PathFromSystemText(argv[3]), error);
+}
 
 /// The headless run: needs no screen.
 int RunTestPlan(int argc, char** argv) {
@@ -31,7 +40,7 @@ int RunTestPlan(int argc, char** argv) {
 int main(int argc, char** argv) {
   texturon::LetLargeWritesFail();
   const bool isHeadless = texturon::IsHeadless(argc, argv);
-  if (argc == kTestPlanArguments && !isHeadless) return RunTestPlan(argc, argv);
+  if (!isHeadless && IsTestPlan(argc, argv)) return RunTestPlan(argc, argv);
   if (isHeadless) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     // Standard error has one sentence or nothing.

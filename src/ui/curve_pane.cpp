@@ -25,7 +25,8 @@ constexpr const char* kStoredNames[] = {"bearing-ratio", "probability", "spectru
 CCurvePane::CCurvePane(CTexturonDoc& doc, const QString& name, Curve preset, QWidget* parent)
     : QWidget(parent), name_(name), choice_(new QComboBox(this)), views_(new QStackedWidget(this)) {
   setObjectName(name);
-  auto* const label = new QLabel(tr("Cur&ve:"), this);
+  // Letters that no menu has.
+  auto* const label = new QLabel(name == "upper" ? tr("Cu&rve:") : tr("C&urve:"), this);
   label->setBuddy(choice_);
   auto* const head = new QHBoxLayout;
   head->addWidget(label);

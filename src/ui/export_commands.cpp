@@ -20,7 +20,7 @@ constexpr const char* kCsvOrModFilters =
 }  // namespace
 
 void CMainFrame::MakeExportMenu() {
-  QMenu* const menu = menuBar()->addMenu(tr("&Export"));
+  QMenu* const menu = menuBar()->addMenu(tr("E&xport"));
   needProfile_ << AddCommand(*menu, tr("&Export Parameters"), QKeySequence(Qt::CTRL | Qt::Key_E),
                              tr("Adds a row to the parameter file."), [this] { OnExportParameters(false); });
   needProfile_ << AddCommand(*menu, tr("Export Parameters &As..."), {}, tr("Adds a row to another parameter file."),

@@ -40,7 +40,7 @@ void CSettingField::MakeEditor() {
   } else {
     line_ = new QLineEdit(this);
     const bool isText = place_.key->binding.type == SettingType::Text;
-    if (!isText) line_->setMaximumWidth(line_->fontMetrics().averageCharWidth() * (isCell_ ? 11 : 22));
+    if (!isText) line_->setMaximumWidth(line_->fontMetrics().averageCharWidth() * (isCell_ ? 15 : 22));
     if (!isText && !isCell_) line_->setMinimumWidth(line_->fontMetrics().averageCharWidth() * 12);
     row->addWidget(line_);
     connect(line_, &QLineEdit::textEdited, this, &CSettingField::Take);
@@ -78,7 +78,10 @@ void CSettingField::Refresh() {
   const EntryReading entry = ReadEntry(*place_.key, ToText(line_->text()), metric);
   if (entry.ok() && entry.value == value) return;
   const QString text = FromText(EntryText(*place_.key, value, metric));
-  if (line_->text() != text) line_->setText(text);
+  if (line_->text() == text) return;
+  line_->setText(text);
+  // The leading figures are those that count.
+  if (!line_->hasFocus()) line_->setCursorPosition(0);
 }
 
 void CSettingField::Reset() {

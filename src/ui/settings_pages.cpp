@@ -151,7 +151,8 @@ CRowsPage::CRowsPage(Settings& settings, std::string_view section, QWidget* pare
   int column = 1;
   for (const SettingKey& key : SettingsTable()) {
     if (key.binding.section != section || !key.binding.isRepeated()) continue;
-    auto* const title = new QLabel(ColumnTitle(key, settings.display.Metric), this);
+    auto* const title = new QLabel(this);
+    titles_.emplace_back(title, &key);
     title->setToolTip(FromText(key.meaning));
     grid->addWidget(title, 0, column);
     for (std::size_t row = 0; row < key.binding.rows->count(settings); ++row) {
@@ -161,6 +162,12 @@ CRowsPage::CRowsPage(Settings& settings, std::string_view section, QWidget* pare
     }
     ++column;
   }
+  CRowsPage::Refresh();
+}
+
+void CRowsPage::Refresh() {
+  CSettingsPage::Refresh();
+  for (const auto& [title, key] : titles_) title->setText(ColumnTitle(*key, settings_.display.Metric));
 }
 
 }  // namespace texturon

@@ -8,6 +8,7 @@
 #include "ui/setting_field.h"
 
 class QGridLayout;
+class QLabel;
 class QLineEdit;
 class QTableWidget;
 class QTableWidgetItem;
@@ -86,6 +87,11 @@ class CRowsPage : public CSettingsPage {
 
 public:
   CRowsPage(Settings& settings, std::string_view section, QWidget* parent = nullptr);
+
+  void Refresh() override;
+
+private:
+  std::vector<std::pair<QLabel*, const SettingKey*>> titles_;
 };
 
 /// The parameters: which are shown, in which order, within which limits.

@@ -195,7 +195,8 @@ void CTexturonDoc::SetIdentification(const std::string& identification) {
 }
 
 void CTexturonDoc::ComputeAll() {
-  Change([](Document& document) {
+  Change([this](Document& document) {
+    SetWholeCutoffs(document, false);
     document.regionSet = false;
     document.settings.analysis.AsphereUseClearAperture = false;
   });
@@ -207,10 +208,10 @@ void CTexturonDoc::ComputeOver(double firstMM, double lastMM) {
 
 void CTexturonDoc::ComputeOver(const RegionChoice& region) {
   Change(
-      [region](Document& document) {
-        SetRegion(document, region);
+      [this, region](Document& document) {
         // Either would set another stretch.
-        document.wholeCutoffLength = false;
+        SetWholeCutoffs(document, false);
+        SetRegion(document, region);
         document.settings.analysis.AsphereUseClearAperture = false;
       },
       IfRefused::kDrop);
@@ -228,12 +229,21 @@ void CTexturonDoc::ComputeOverAperture(double diameterMM, double centralDiscardM
 }
 
 void CTexturonDoc::UseWholeCutoffs(bool uses) {
-  Change(
-      [uses](Document& document) {
-        document.wholeCutoffLength = uses;
-        if (!uses) document.regionSet = false;
-      },
-      IfRefused::kDrop);
+  Change([this, uses](Document& document) { SetWholeCutoffs(document, uses); }, IfRefused::kDrop);
+}
+
+void CTexturonDoc::SetWholeCutoffs(Document& document, bool uses) {
+  if (document.wholeCutoffLength == uses) return;
+  AnalysisSettings& settings = document.settings.analysis;
+  document.wholeCutoffLength = uses;
+  if (uses) {
+    discardBefore_ = {settings.UserDiscardType, settings.UserDiscardLengthMM};
+    return;
+  }
+  // What the computation has set for it.
+  document.regionSet = false;
+  settings.UserDiscardType = discardBefore_.first;
+  settings.UserDiscardLengthMM = discardBefore_.second;
 }
 
 void CTexturonDoc::ExcludeBetween(double firstMM, double lastMM) {

@@ -1,12 +1,14 @@
 #pragma once
 
 #include <QObject>
+#include <cstdint>
 #include <deque>
 #include <filesystem>
 #include <functional>
 #include <map>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "core/document.h"
 #include "core/edit_history.h"
@@ -61,7 +63,7 @@ public:
   void SetIdentification(const std::string& identification);
   /// The file that the settings were last loaded from or saved to; empty: none yet.
   const std::filesystem::path& settingsFile() const { return settingsFile_; }
-  /// Over the whole record: without region and clear aperture.
+  /// Over the whole record: without region, whole cut-offs and clear aperture.
   void ComputeAll();
   void ComputeOver(const RegionChoice& region);
   /// Over the clear aperture of an asphere, without its middle zone; both diameters.
@@ -103,6 +105,7 @@ private:
   /// False where the copy is not to be used; a message has said why.
   bool Analyse(Document& copy, IfRefused ifRefused);
   void GoTo(const EditState& state);
+  void SetWholeCutoffs(Document& document, bool uses);
   void RunWaiting();
 
   Prompts& prompts_;
@@ -112,6 +115,7 @@ private:
   bool isBusy_ = false;
   std::deque<std::function<void()>> waiting_;
   std::filesystem::path settingsFile_;
+  std::pair<std::int32_t, double> discardBefore_;  ///< type and length of the end discard without whole cut-offs
   std::map<const QObject*, WantedResults> wanted_;
 };
 

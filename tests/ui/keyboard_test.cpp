@@ -1,5 +1,6 @@
 // Everything can be reached without a mouse.
 
+#include <QLabel>
 #include <QMap>
 #include <QMenu>
 #include <QMenuBar>
@@ -48,6 +49,21 @@ TEST_F(Keyboard, EveryEntryOfAMenuHasALetterOfItsOwn) {
       letters[letter] = action->text();
     }
   }
+}
+
+TEST_F(Keyboard, NoLetterOfTheWindowIsThereTwice) {
+  QMap<QString, QString> letters;
+  const auto add = [&](const QString& text) {
+    const QString letter = QKeySequence::mnemonic(text).toString();
+    if (letter.isEmpty()) return;
+    EXPECT_FALSE(letters.contains(letter)) << text.toStdString() << " and " << letters[letter].toStdString();
+    letters[letter] = text;
+  };
+  for (const QAction* const action : frame_->menuBar()->actions()) add(action->text());
+  for (const QLabel* const label : frame_->centralWidget()->findChildren<QLabel*>()) {
+    if (label->buddy() != nullptr) add(label->text());
+  }
+  EXPECT_GE(letters.size(), 8);
 }
 
 TEST_F(Keyboard, TheHelpNamesEveryKey) {

@@ -120,8 +120,15 @@ TEST_F(Regions, WholeCutoffsAreASwitch) {
   settings.analysis.LcCutoffMM = 0.9;
   frame_->Doc().ReplaceSettings(settings);
   EXPECT_EQ(Doc().profiles.computeRange.last, 7200) << "3 cut-offs and two halves";
+  EXPECT_EQ(Doc().settings.analysis.UserDiscardType, kDiscardHalfCutoff);
   Choose("&Whole Number of Cut-offs");
   EXPECT_EQ(Doc().profiles.computeRange.count, 8000);
+  EXPECT_EQ(Doc().settings.analysis.UserDiscardType, kDiscardNone) << "as it was before";
+  Choose("&Whole Number of Cut-offs");
+  Choose("Compute &All");
+  EXPECT_FALSE(Doc().wholeCutoffLength);
+  EXPECT_EQ(Doc().profiles.computeRange.count, 8000);
+  EXPECT_EQ(Doc().settings.analysis.UserDiscardType, kDiscardNone);
 }
 
 }  // namespace

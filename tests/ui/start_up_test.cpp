@@ -65,6 +65,8 @@ TEST_F(StartUp, ASecondStartHandsItsFilesToTheFirst) {
       << "as paths that hold in any folder";
   EXPECT_EQ(Run({}), 0);
   EXPECT_EQ(times, 2) << "without a file it just comes forward";
+  EXPECT_EQ(Run({"honed.lmt", "ground.lmt", "arc.lmt"}), 0);
+  EXPECT_EQ(times--, 3) << "three profiles are no test plan";
   EXPECT_EQ(Run({"--report", "honed.lmt", "-o", FromPath(folder_ / "a.pdf")}), 0);
   EXPECT_EQ(times, 2) << "what needs no window does not ask for one";
   EXPECT_EQ(Run({"--nonsense"}), 2);
