@@ -88,8 +88,8 @@ void AppendFacts(std::string& out, const Document& document, std::string_view fi
   }
   out += "\n";
   AppendFact(out, "Filter", CutoffText(document));
-  AppendFact(out, "Primary", RangeText(profiles.primaryRange, profiles.spacingUM, metric));
-  AppendFact(out, "Evaluated", RangeText(profiles.evaluationRange, profiles.spacingUM, metric));
+  AppendFact(out, "Primary", RangeText(profiles.primaryRange, profiles.residualSpacingUM, metric));
+  AppendFact(out, "Evaluated", RangeText(profiles.evaluationRange, profiles.residualSpacingUM, metric));
 }
 
 /// The rows under the table that have no value, by name.

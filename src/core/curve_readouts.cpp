@@ -17,16 +17,16 @@ constexpr BearingChoice kBearingChoices[] = {
 };
 
 std::string HeightText(double heightUM, bool metric) {
-  return FixedText(metric ? heightUM : heightUM * kMicroinchesPerMicrometre, metric ? 4 : 2) +
+  return ReadoutText(metric ? heightUM : heightUM * kMicroinchesPerMicrometre, metric ? 4 : 2) +
          (metric ? " \xB5m" : " \xB5in");
 }
 
 std::string LengthText(double lengthMM, bool metric) {
-  return FixedText(metric ? lengthMM : lengthMM * kInchesPerMillimetre, metric ? 4 : 6) + (metric ? " mm" : " in");
+  return ReadoutText(metric ? lengthMM : lengthMM * kInchesPerMillimetre, metric ? 4 : 6) + (metric ? " mm" : " in");
 }
 
 std::string PercentText(double percent) {
-  return FixedText(percent, 2) + " %";
+  return ReadoutText(percent, 2) + " %";
 }
 
 std::string CountOf(const char* kind, const std::vector<Motif>& motifs, double spacingUM, bool metric) {

@@ -208,6 +208,12 @@ std::string FixedText(double value, int decimals, int width, char fill) {
   return text;
 }
 
+std::string ReadoutText(double value, int decimals) {
+  std::string text = FixedText(value, decimals);
+  if (text.find_first_not_of("-0.") == std::string::npos && text.starts_with('-')) text.erase(0, 1);
+  return text;
+}
+
 std::string ScientificText(double value, int decimals, int width) {
   std::string text;
   AppendScientific(text, value, decimals, width);

@@ -23,6 +23,8 @@ void AppendShortest(std::string& out, double value);
 void AppendInteger(std::string& out, std::int64_t value, int width = 0, char fill = ' ');
 
 std::string FixedText(double value, int decimals, int width = 0, char fill = ' ');
+/// The same for people, to whom -0.00 is 0.00.
+std::string ReadoutText(double value, int decimals);
 std::string ScientificText(double value, int decimals, int width = 0);
 std::string ShortestText(double value);
 std::string IntegerText(std::int64_t value, int width = 0, char fill = ' ');

@@ -35,10 +35,11 @@ public:
   explicit Units(bool metric) : metric_(metric) {}
 
   std::string Length(double lengthMM) const {
-    return metric_ ? FixedText(lengthMM, 4) + " mm" : FixedText(lengthMM * kInchesPerMillimetre, 5) + " in";
+    return metric_ ? ReadoutText(lengthMM, 4) + " mm" : ReadoutText(lengthMM * kInchesPerMillimetre, 5) + " in";
   }
   std::string Height(double heightUM) const {
-    return metric_ ? FixedText(heightUM, 4) + " \xB5m" : FixedText(heightUM * kMicroinchesPerMicrometre, 2) + " \xB5in";
+    return metric_ ? ReadoutText(heightUM, 4) + " \xB5m"
+                   : ReadoutText(heightUM * kMicroinchesPerMicrometre, 2) + " \xB5in";
   }
 
 private:
@@ -53,7 +54,7 @@ std::string Pair(const std::string& name, const std::string& first, const std::s
 
 std::string SlopeText(double riseUM, double runMM) {
   const double degrees = std::atan(riseUM * kMillimetresPerMicrometre / runMM) * 180.0 / std::numbers::pi;
-  return "slope " + FixedText(degrees, 4) + "\xB0";
+  return "slope " + ReadoutText(degrees, 4) + "\xB0";
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "core/shown_rows.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "core/number_text.h"
@@ -13,6 +14,7 @@ namespace {
 std::string ValueText(const ParameterDef& row, bool metric) {
   if (!row.valid) return {};
   const double value = metric ? row.value : row.value * row.imperialFactor;
+  if (!std::isfinite(value)) return {};
   const int decimals = metric ? row.format.metricDecimals : row.format.imperialDecimals;
   return row.format.scientific ? ScientificText(value, decimals) : FixedText(value, decimals);
 }

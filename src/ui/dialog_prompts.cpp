@@ -105,7 +105,9 @@ std::optional<std::string> DialogPrompts::AskText(std::string_view prompt, std::
   const QString text = QInputDialog::getText(parent_, QApplication::applicationDisplayName(), FromText(prompt),
                                              QLineEdit::Normal, FromText(preset), &accepted);
   if (!accepted) return std::nullopt;
-  return ToText(text);
+  const std::string kept = ToText(text);
+  if (FromText(kept) != text) ShowMessage("Characters that the files cannot hold have become question marks.");
+  return kept;
 }
 
 std::optional<std::size_t> DialogPrompts::ChooseFromList(std::string_view title, std::span<const std::string> lines) {

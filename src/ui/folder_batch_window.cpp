@@ -130,7 +130,7 @@ CFolderBatchWindow::CFolderBatchWindow(CTexturonDoc& doc, QWidget* parent) : QDi
   MakeTables(*outer);
   timer_.setInterval(kCollectEveryMS);
   connect(&timer_, &QTimer::timeout, this, &CFolderBatchWindow::Collect);
-  resize(fontMetrics().averageCharWidth() * 120, fontMetrics().height() * 36);
+  ResizeInCharacters(*this, 120, 36);
 }
 
 CFolderBatchWindow::~CFolderBatchWindow() {

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "ui/grid_ctrl.h"
+#include "ui/qt_text.h"
 
 namespace texturon {
 namespace {
@@ -58,7 +59,7 @@ CKeysDialog::CKeysDialog(QMainWindow& window) : QDialog(&window) {
   auto* const layout = new QVBoxLayout(this);
   layout->addWidget(grid);
   layout->addWidget(buttons);
-  resize(fontMetrics().averageCharWidth() * 90, fontMetrics().height() * 32);
+  ResizeInCharacters(*this, 90, 32);
 }
 
 }  // namespace texturon

@@ -23,7 +23,7 @@ struct ColumnSpec {
 
 constexpr ColumnSpec kColumns[] = {
     {"Parameter", "Selected%02d"},
-    {"Unit", {}},
+    {"Limits in", {}},
     {"Toleranced", "Toleranced%02d"},
     {"Both limits", "BilateralTol%02d"},
     {"Lower limit", "MetricLowerTolLimit%02d"},
@@ -90,7 +90,7 @@ void CParametersPage::Refresh() {
     for (int column = 0; column < table_->columnCount(); ++column) {
       QTableWidgetItem* item = table_->item(row, column);
       if (item == nullptr) table_->setItem(row, column, item = new QTableWidgetItem);
-      if (wrong_ == std::pair(row, column)) continue;
+      if (faults_.contains({row, column})) continue;
       const SettingKey* const key = KeyOfColumn(column);
       Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
       if (key == nullptr) {
@@ -125,18 +125,21 @@ bool CParametersPage::ShowParameter(const QString& name) {
 
 void CParametersPage::Reset() {
   const QSignalBlocker quiet(table_);
-  if (QTableWidgetItem* const item = table_->item(wrong_.first, wrong_.second)) {
-    item->setBackground({});
-    item->setForeground({});
-    item->setToolTip({});
-  }
-  wrong_ = kNoCell;
-  fault_.clear();
+  for (const auto& [cell, fault] : faults_) Mark(*table_->item(cell.first, cell.second), {});
+  faults_.clear();
   Refresh();
 }
 
 QString CParametersPage::Fault() const {
-  return fault_;
+  return faults_.empty() ? QString() : faults_.begin()->second;
+}
+
+void CParametersPage::Mark(QTableWidgetItem& item, const QString& fault) {
+  item.setBackground(fault.isEmpty() ? QBrush() : QBrush(QColor(0xB0, 0x48, 0x00)));
+  item.setForeground(fault.isEmpty() ? QBrush() : QBrush(Qt::white));
+  item.setToolTip(fault);
+  // A selected row would hide it.
+  if (!fault.isEmpty()) table_->clearSelection();
 }
 
 std::vector<const SettingKey*> CParametersPage::Keys() const {
@@ -156,11 +159,10 @@ void CParametersPage::OnItem(QTableWidgetItem* item) {
   } else {
     const EntryReading entry = ReadEntry(*key, ToText(item->text()), true);
     const QSignalBlocker quiet(table_);
-    wrong_ = entry.ok() ? kNoCell : std::pair(item->row(), item->column());
-    fault_ = entry.ok() ? QString() : FromText(settings_.analysis.parameters[row].name + ": " + entry.fault);
-    item->setBackground(entry.ok() ? QBrush() : QBrush(QColor(0xD5, 0x5E, 0x00)));
-    item->setForeground(entry.ok() ? QBrush() : QBrush(Qt::white));
-    item->setToolTip(FromText(entry.fault));
+    const std::pair cell(item->row(), item->column());
+    faults_.erase(cell);
+    if (!entry.ok()) faults_[cell] = FromText(settings_.analysis.parameters[row].name + ": " + entry.fault);
+    Mark(*item, FromText(entry.fault));
     if (entry.ok()) key->binding.set(settings_, row, entry.value);
   }
   emit Edited();
@@ -170,7 +172,7 @@ void CParametersPage::Move(int by) {
   std::vector<ParameterSelection>& rows = settings_.analysis.parameters;
   const int from = table_->currentRow();
   const int to = from + by;
-  if (from < 0 || to < 0 || to >= static_cast<int>(rows.size()) || wrong_ != kNoCell) return;
+  if (from < 0 || to < 0 || to >= static_cast<int>(rows.size()) || !faults_.empty()) return;
   std::swap(rows[static_cast<std::size_t>(from)], rows[static_cast<std::size_t>(to)]);
   for (std::size_t i = 0; i < rows.size(); ++i) rows[i].selectionRef = static_cast<std::int32_t>(i);
   Refresh();

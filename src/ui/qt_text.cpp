@@ -1,5 +1,9 @@
 #include "ui/qt_text.h"
 
+#include <QFontMetrics>
+#include <QScreen>
+#include <QWidget>
+
 #include "core/charset.h"
 #include "core/platform.h"
 
@@ -19,6 +23,13 @@ QString FromPath(const std::filesystem::path& path) {
 
 std::filesystem::path ToPath(const QString& path) {
   return PathFromSystemText(path.toStdString());
+}
+
+void ResizeInCharacters(QWidget& window, int characters, int lines) {
+  constexpr double kShareOfScreen = 0.9;
+  const QFontMetrics metrics = window.fontMetrics();
+  const QSize wanted(metrics.averageCharWidth() * characters, metrics.height() * lines);
+  window.resize(wanted.boundedTo(window.screen()->availableSize() * kShareOfScreen));
 }
 
 }  // namespace texturon

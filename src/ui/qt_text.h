@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+class QWidget;
+
 namespace texturon {
 
 // Texts and paths between the engine (Windows-1252, std) and Qt.
@@ -13,5 +15,8 @@ QString FromText(std::string_view windows1252);
 std::string ToText(const QString& text);
 QString FromPath(const std::filesystem::path& path);
 std::filesystem::path ToPath(const QString& path);
+
+/// Makes a window so many characters wide and lines high, as far as its screen has room for that.
+void ResizeInCharacters(QWidget& window, int characters, int lines);
 
 }  // namespace texturon

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QWidget>
+#include <map>
 #include <utility>
 #include <vector>
 
@@ -113,15 +114,13 @@ public:
   void SelectAll(bool selected);
 
 private:
-  static constexpr std::pair<int, int> kNoCell = {-1, -1};
-
   void OnItem(QTableWidgetItem* item);
+  void Mark(QTableWidgetItem& item, const QString& fault);
   void Filter(const QString& text);
 
   QTableWidget* table_;
   QLineEdit* filter_;
-  QString fault_;
-  std::pair<int, int> wrong_ = kNoCell;
+  std::map<std::pair<int, int>, QString> faults_;  ///< by row and column
 };
 
 }  // namespace texturon

@@ -8,6 +8,8 @@
 #include <string_view>
 
 #include "core/cutoff_choices.h"
+#include "core/settings_changes.h"
+#include "ui/qt_text.h"
 #include "ui/shape_pages.h"
 
 namespace texturon {
@@ -119,6 +121,7 @@ void CLiveSheet::showEvent(QShowEvent* event) {
   QDialog::showEvent(event);
   working_ = doc_.document().settings;
   former_ = working_;
+  seen_ = working_;
   SettleOwnCutoffs(working_.analysis);
   for (CSettingsPage* const page : findChildren<CSettingsPage*>()) page->Reset();
   ShowFault();
@@ -146,9 +149,15 @@ void CLiveSheet::ApplyNow() {
 
 void CLiveSheet::OnChanged() {
   if (!isVisible()) return;
-  // The analysis itself sets some settings; others may have come from elsewhere. What is not applied yet stays.
-  if (!applies_ && delay_.isActive()) return;
-  working_ = doc_.document().settings;
+  const Settings& inForce = doc_.document().settings;
+  if (applies_) {
+    // The analysis itself sets some settings.
+    working_ = inForce;
+  } else {
+    CarryChanges(seen_, inForce, former_);
+    CarryChanges(seen_, inForce, working_);
+  }
+  seen_ = inForce;
   for (CSettingsPage* const page : findChildren<CSettingsPage*>()) page->Refresh();
 }
 
@@ -194,7 +203,7 @@ CSettingsSheet::CSettingsSheet(CTexturonDoc& doc, QWidget* parent) : CLiveSheet(
   AddPage(new CFreeFormPage(Working(), doc), tr("Free Form"));
   AddPage(new CFieldsPage(Working(), DisplayGroups()), tr("Display"));
   AddPage(new CFieldsPage(Working(), ScaleGroups()), tr("Scales"));
-  resize(fontMetrics().averageCharWidth() * 175, fontMetrics().height() * 46);
+  ResizeInCharacters(*this, 175, 46);
 }
 
 void CSettingsSheet::ShowParameter(const QString& name) {
@@ -212,7 +221,7 @@ CBearingRatioSheet::CBearingRatioSheet(CTexturonDoc& doc, QWidget* parent)
   AddPage(new CRBearingRatioPage(Working()), tr("Roughness Bearing Ratios"));
   AddPage(new CPagePHtp(Working()), tr("Primary Htp"));
   AddPage(new CPageRHtp(Working()), tr("Roughness Htp"));
-  resize(fontMetrics().averageCharWidth() * 130, fontMetrics().height() * 30);
+  ResizeInCharacters(*this, 150, 30);
 }
 
 }  // namespace texturon

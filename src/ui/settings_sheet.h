@@ -35,7 +35,8 @@ private:
 
   CTexturonDoc& doc_;
   Settings working_;
-  Settings former_;
+  Settings former_;  ///< to go back to: as it was when the sheet was opened, with what others have changed since
+  Settings seen_;    ///< the document's when they were looked at last
   bool applies_ = false;
   QTabWidget* pages_;
   QLabel* fault_;

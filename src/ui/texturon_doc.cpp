@@ -73,6 +73,12 @@ bool CTexturonDoc::Open(const std::filesystem::path& path) {
     WhenIdle([this, path] { Open(path); });
     return false;
   }
+  // A pipe would hold the window until somebody writes to it.
+  std::error_code error;
+  if (std::filesystem::exists(path, error) && !std::filesystem::is_regular_file(path, error)) {
+    prompts_.ShowMessage(FileSentence(path, "is no regular file"));
+    return false;
+  }
   return Show(path, [this, path] { return LoadProfileFile(path, {}, prompts_); });
 }
 
@@ -185,7 +191,10 @@ void CTexturonDoc::Invert() {
   Change([](Document& document) { InvertProfile(document.profiles); });
 }
 
-void CTexturonDoc::SetIdentification(const std::string& identification) {
+void CTexturonDoc::SetIdentification(std::string identification) {
+  // It stands between quotes and commas in the files that are written.
+  std::replace(identification.begin(), identification.end(), ',', ';');
+  std::replace(identification.begin(), identification.end(), '"', '\'');
   if (isBusy_) return WhenIdle([this, identification] { SetIdentification(identification); });
   EditState former = EditStateOf(document_);
   if (identification == former.identification) return;

@@ -60,7 +60,8 @@ public:
   /// Settings of what is done to files as they come: nothing is computed.
   void ReplaceAutoLoading(AutoLoadingSettings autoLoading);
   void Invert();
-  void SetIdentification(const std::string& identification);
+  /// Commas become semicolons and double quotes single ones, as in the files.
+  void SetIdentification(std::string identification);
   /// The file that the settings were last loaded from or saved to; empty: none yet.
   const std::filesystem::path& settingsFile() const { return settingsFile_; }
   /// Over the whole record: without region, whole cut-offs and clear aperture.

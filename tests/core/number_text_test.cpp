@@ -190,5 +190,11 @@ TEST(NumberText, ReadingIntegers) {
   }
 }
 
+TEST(NumberText, ReadoutsKnowNoNegativeZero) {
+  EXPECT_EQ(ReadoutText(-0.00004, 4), "0.0000");
+  EXPECT_EQ(ReadoutText(-0.00005001, 4), "-0.0001");
+  EXPECT_EQ(ReadoutText(-10.0, 1), "-10.0");
+}
+
 }  // namespace
 }  // namespace texturon

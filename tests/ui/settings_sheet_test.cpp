@@ -315,5 +315,38 @@ TEST_F(ShapeSheet, FreeFormPointsComeFromTextAndTable) {
   EXPECT_EQ(InForce().freeFormPoints.size(), 251U) << "Cancel puts everything back";
 }
 
+TEST_F(SettingsSheet, CancelTakesBackOnlyItsOwn) {
+  const ScratchFolder folder;
+  CSettingsSheet& sheet = OpenSettings();
+  Type(sheet, "ANALYSIS.SplineTension", "0.5");
+  sheet.ApplyNow();
+  Choose("&Metric");
+  ASSERT_TRUE(
+      frame_->Doc().LoadSettingsFile(folder.Write("a.ini", "[ANALYSIS]\nLcCutoffMM=2.5\nStandardLcCutoff=1\n")));
+  EXPECT_EQ(InForce().SplineTension, 0.5);
+  sheet.reject();
+  EXPECT_EQ(InForce().SplineTension, 0.625242);
+  EXPECT_EQ(InForce().LcCutoffMM, 2.5);
+  EXPECT_FALSE(frame_->Doc().document().settings.display.Metric);
+  Choose("&Metric");
+}
+
+TEST_F(SettingsSheet, EveryWrongLimitIsHeld) {
+  CSettingsSheet& sheet = OpenSettings();
+  sheet.Pages().setCurrentIndex(2);
+  auto& table = *sheet.findChild<QTableWidget*>("parameters");
+  table.item(0, 4)->setText("abc");
+  table.item(1, 4)->setText("0.5");
+  sheet.ApplyNow();
+  EXPECT_EQ(InForce().parameters[1].tolerance.lowerLimit, 0.5);
+  EXPECT_EQ(table.item(0, 4)->text(), "abc");
+  sheet.accept();
+  EXPECT_TRUE(sheet.isVisible()) << "a wrong entry is shown rather than lost";
+  table.item(0, 4)->setText("0.25");
+  sheet.accept();
+  EXPECT_FALSE(sheet.isVisible());
+  EXPECT_EQ(InForce().parameters[0].tolerance.lowerLimit, 0.25);
+}
+
 }  // namespace
 }  // namespace texturon
