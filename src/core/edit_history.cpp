@@ -60,6 +60,10 @@ void EditHistory::Note(EditState former) {
   former_.erase(former_.begin(), former_.end() - static_cast<std::ptrdiff_t>(kept));
 }
 
+void EditHistory::DropIfBack(const EditState& present) {
+  if (!former_.empty() && former_.back() == present) former_.pop_back();
+}
+
 EditState EditHistory::GoBack(EditState present) {
   later_.push_back(std::move(present));
   return TakeLast(former_);

@@ -42,6 +42,8 @@ public:
 
   /// Keeps the state that an edit has left. What had been taken back before is gone.
   void Note(EditState former);
+  /// Forgets the last edit where all of it has been undone by hand: `present` is what it had left.
+  void DropIfBack(const EditState& present);
   bool CanGoBack() const { return !former_.empty(); }
   bool CanGoForward() const { return !later_.empty(); }
   /// The state to restore in place of `present`; only where it can go there.

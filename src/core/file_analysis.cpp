@@ -1,5 +1,6 @@
 #include "core/file_analysis.h"
 
+#include <cmath>
 #include <exception>
 #include <span>
 #include <string_view>
@@ -17,7 +18,7 @@ namespace {
 
 ColumnValue ColumnOf(const ParameterDef& row, bool metric) {
   ColumnValue column{row.name, std::nullopt, false};
-  if (!row.valid) return column;
+  if (!row.valid || !std::isfinite(row.value)) return column;
   column.value = metric ? row.value : row.value * row.imperialFactor;
   column.outOfTolerance = JudgeRow(row) == Verdict::kFail;
   return column;

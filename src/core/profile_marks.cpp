@@ -59,6 +59,11 @@ std::string SlopeText(double riseUM, double runMM) {
 
 }  // namespace
 
+bool HeedsExclusion(const Document& document) {
+  const std::int32_t form = document.results.formApplied;
+  return document.excludeSet && !document.useAllDataForForm && form != kNoFormApplied && form != kFormFilter;
+}
+
 ProfileMarks MarksOf(const Document& document) {
   const ProfileSet& profiles = document.profiles;
   MarkList list;
@@ -67,7 +72,7 @@ ProfileMarks MarksOf(const Document& document) {
   const IndexRange& computed = profiles.computeRange;
   list.Add(Kind::kNotComputed, 0.0, computed.first * profiles.spacingUM);
   list.Add(Kind::kNotComputed, computed.last * profiles.spacingUM, (profiles.pointCount - 1) * profiles.spacingUM);
-  if (document.excludeSet) {
+  if (HeedsExclusion(document)) {
     list.Add(Kind::kExcluded, document.excludeFirst * profiles.spacingUM, document.excludeLast * profiles.spacingUM);
   }
   if (!profiles.wavinessComputed) return list.marks;

@@ -22,6 +22,10 @@ struct ProfileMarks {
   std::vector<double> samplingLengthEndsMM;  ///< over the evaluation range; none where they are too many to tell apart
 };
 
+/// Whether the form in force was fitted without the excluded stretch: the mean and the filter take every sample, and so
+/// does a fit to all data.
+bool HeedsExclusion(const Document& document);
+
 /// What lies outside the compute range, what filters and end discard took off, what the form fit left out.
 ProfileMarks MarksOf(const Document& document);
 

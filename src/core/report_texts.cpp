@@ -4,6 +4,7 @@
 
 #include "core/captions.h"
 #include "core/number_text.h"
+#include "core/profile_marks.h"
 #include "core/setting_choices.h"
 #include "core/settings_table.h"
 #include "core/units.h"
@@ -50,7 +51,7 @@ std::vector<ReportLine> Facts(const Document& document, std::string_view time) {
   if (profiles.wavinessComputed) {
     facts.emplace_back("Evaluated", RangeText(profiles.evaluationRange, profiles.residualSpacingUM, metric));
   }
-  if (document.excludeSet) {
+  if (HeedsExclusion(document)) {
     facts.emplace_back(
         "Not in the form fit",
         RangeText(IndexRange::FromEnds(document.excludeFirst, document.excludeLast), profiles.spacingUM, metric));

@@ -163,7 +163,8 @@ ReadResult ReadNativeHeaderWithTable(const ReaderInput& input, ImportedProfile& 
 }
 
 std::string NativeProfileText(const ProfileToWrite& profile) {
-  const std::string name = OnOneLine(profile.identification);
+  // What the reader would refuse is not written.
+  const std::string name = OnOneLine(profile.identification).substr(0, kTextLimit);
   std::string text;
   text.reserve(200 + name.size() + profile.heightsUM.size() * 15);
   text +=

@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QSettings>
+#include <QStandardPaths>
 #include <system_error>
 
 #include "formats/extension_table.h"
@@ -25,7 +26,9 @@ QString StartFolder(const std::filesystem::path& proposal) {
   std::error_code error;
   if (proposal.has_parent_path() && std::filesystem::is_directory(proposal.parent_path(), error))
     return FromPath(proposal.parent_path());
-  return QSettings().value(kFolderKey).toString();
+  const QString lastUsed = QSettings().value(kFolderKey).toString();
+  if (QFileInfo(lastUsed).isDir()) return lastUsed;
+  return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
 }
 
 std::optional<std::filesystem::path> Ask(QFileDialog& dialog, const FileQuestion& question) {

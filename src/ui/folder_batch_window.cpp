@@ -33,7 +33,9 @@ constexpr int kMostJobs = 256;
 constexpr int kCollectEveryMS = 100;
 
 QString NumberText(double value) {
-  return FromText(FixedText(value, 4));
+  // Some rows are thousands, others millionths.
+  constexpr int kFigures = 6;
+  return QString::number(value, 'g', kFigures);
 }
 
 QString ResultText(const BatchRow& row) {

@@ -27,7 +27,9 @@ int Refuse(const QString& sentence) {
 /// Writes a picture of the window; the sentence that says why not, or nothing.
 QString WriteScreenshot(CMainFrame& frame, const QString& file) {
   frame.show();
-  QApplication::processEvents();
+  // What is laid out once may ask for another round.
+  constexpr int kRounds = 5;
+  for (int i = 0; i < kRounds; ++i) QApplication::processEvents();
   QBuffer bytes;
   bytes.open(QIODevice::WriteOnly);
   if (!frame.grab().save(&bytes, "PNG")) return QObject::tr("The picture cannot be made.");

@@ -74,6 +74,11 @@ CMainFrame::CMainFrame(Environment environment, Prompts* prompts) {
   readout_ = new QLabel(this);
   readout_->setObjectName("readout");
   statusBar()->addPermanentWidget(readout_);
+  // A message has the whole line, and is read again by pointing at it.
+  connect(statusBar(), &QStatusBar::messageChanged, this, [this](const QString& text) {
+    readout_->setVisible(text.isEmpty());
+    if (!text.isEmpty()) statusBar()->setToolTip(text);
+  });
   autoLoading_ = new CAutoLoading(*doc_, *this);
   auto* const loading = new QLabel(this);
   loading->setObjectName("autoLoading");
@@ -180,7 +185,8 @@ void CMainFrame::UpdateState() {
   for (QAction* const action : needProfile_) action->setEnabled(doc_->HasProfile());
   const QString file = FromText(doc_->document().profiles.sourcePath);
   setWindowTitle(file.isEmpty() ? QApplication::applicationDisplayName()
-                                : QString("%1 - %2").arg(file, QApplication::applicationDisplayName()));
+                                : QString("%1[*] - %2").arg(file, QApplication::applicationDisplayName()));
+  setWindowModified(doc_->IsModified());
 }
 
 void CMainFrame::dragEnterEvent(QDragEnterEvent* event) {

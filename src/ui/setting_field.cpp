@@ -2,6 +2,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -10,6 +11,25 @@
 #include "ui/qt_text.h"
 
 namespace texturon {
+namespace {
+
+class WheelGuard : public QObject {
+public:
+  using QObject::QObject;
+
+  bool eventFilter(QObject* object, QEvent* event) override {
+    if (event->type() != QEvent::Wheel || static_cast<QWidget*>(object)->hasFocus()) return false;
+    event->ignore();
+    return true;
+  }
+};
+
+}  // namespace
+
+void GuardFromWheel(QComboBox& list) {
+  list.setFocusPolicy(Qt::StrongFocus);
+  list.installEventFilter(new WheelGuard(&list));
+}
 
 CSettingField::CSettingField(const SettingPlace& place, Settings& settings, bool isCell, QWidget* parent)
     : QWidget(parent), place_(place), settings_(settings), isCell_(isCell), choices_(ChoicesOf(*place.key)) {
@@ -33,6 +53,7 @@ void CSettingField::MakeEditor() {
     connect(box_, &QCheckBox::clicked, this, [this](bool on) { Put(on); });
   } else if (!choices_.empty()) {
     list_ = new QComboBox(this);
+    GuardFromWheel(*list_);
     for (const SettingChoice& choice : choices_) list_->addItem(FromText(choice.name));
     row->addWidget(list_);
     connect(list_, &QComboBox::activated, this,

@@ -54,4 +54,8 @@ private:
   QLabel* reason_ = nullptr;
 };
 
+/// Lets a list be turned by the wheel only once it has the focus: a page that scrolls under the pointer changes
+/// nothing.
+void GuardFromWheel(QComboBox& list);
+
 }  // namespace texturon

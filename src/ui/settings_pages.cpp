@@ -107,6 +107,7 @@ CFiltersPage::CFiltersPage(Settings& settings, QWidget* parent)
       {Cutoff::kShort, {tr("Short-wave, Ls"), "UserLsCutoffMM"}}};
   for (const auto& [cutoff, texts] : cutoffs) {
     auto* const list = new QComboBox(box);
+    GuardFromWheel(*list);
     list->setObjectName(FromText(texts.second) + "Choice");
     cutoffs_.push_back(list);
     CSettingField* const own = MakeField("ANALYSIS", texts.second, false);

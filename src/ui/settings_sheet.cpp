@@ -1,6 +1,7 @@
 #include "ui/settings_sheet.h"
 
 #include <QDialogButtonBox>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollArea>
@@ -96,8 +97,6 @@ CLiveSheet::CLiveSheet(CTexturonDoc& doc, const QString& title, QWidget* parent)
   auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
   connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-  // Enter ends an entry, not the sheet.
-  for (QAbstractButton* const button : buttons->buttons()) static_cast<QPushButton*>(button)->setAutoDefault(false);
   auto* const layout = new QVBoxLayout(this);
   layout->addWidget(pages_, 1);
   layout->addWidget(fault_);
@@ -106,6 +105,7 @@ CLiveSheet::CLiveSheet(CTexturonDoc& doc, const QString& title, QWidget* parent)
   delay_.setInterval(kDelayMS);
   connect(&delay_, &QTimer::timeout, this, &CLiveSheet::ApplyNow);
   connect(&doc_, &CTexturonDoc::Changed, this, &CLiveSheet::OnChanged);
+  connect(&doc_, &CTexturonDoc::Complained, fault_, &QLabel::setText);
 }
 
 void CLiveSheet::AddPage(CSettingsPage* page, const QString& title) {
@@ -122,9 +122,11 @@ void CLiveSheet::showEvent(QShowEvent* event) {
   working_ = doc_.document().settings;
   former_ = working_;
   seen_ = working_;
+  hasEdited_ = false;
   SettleOwnCutoffs(working_.analysis);
   for (CSettingsPage* const page : findChildren<CSettingsPage*>()) page->Reset();
   ShowFault();
+  pages_->setFocus();
 }
 
 void CLiveSheet::OnEdited() {
@@ -140,7 +142,9 @@ void CLiveSheet::ApplyNow() {
   const bool computes = working_.analysis != inForce.analysis || working_.autoLoading != inForce.autoLoading;
   applies_ = true;
   if (computes) {
-    doc_.ReplaceSettings(working_);
+    // All that is entered before the sheet closes is one edit.
+    doc_.ReplaceSettingsLive(working_, hasEdited_ ? CTexturonDoc::Edit::kGoesOn : CTexturonDoc::Edit::kNew);
+    hasEdited_ = true;
   } else {
     doc_.ReplaceDisplay(working_.display);
   }
@@ -154,6 +158,7 @@ void CLiveSheet::OnChanged() {
     // The analysis itself sets some settings.
     working_ = inForce;
   } else {
+    hasEdited_ = false;
     CarryChanges(seen_, inForce, former_);
     CarryChanges(seen_, inForce, working_);
   }
@@ -166,6 +171,14 @@ void CLiveSheet::ShowFault() {
   for (const CSettingsPage* const page : findChildren<CSettingsPage*>()) {
     if (!page->Fault().isEmpty()) return fault_->setText(tr("Not applied: %1.").arg(page->Fault()));
   }
+}
+
+void CLiveSheet::keyPressEvent(QKeyEvent* event) {
+  const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (!isEnter) return QDialog::keyPressEvent(event);
+  // Enter ends an entry, not the sheet.
+  if (auto* const button = qobject_cast<QPushButton*>(focusWidget())) return button->click();
+  focusNextChild();
 }
 
 void CLiveSheet::done(int result) {

@@ -26,6 +26,7 @@ protected:
   void AddPage(CSettingsPage* page, const QString& title);
   Settings& Working() { return working_; }
   void showEvent(QShowEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
   void done(int result) override;
 
 private:
@@ -38,6 +39,7 @@ private:
   Settings former_;  ///< to go back to: as it was when the sheet was opened, with what others have changed since
   Settings seen_;    ///< the document's when they were looked at last
   bool applies_ = false;
+  bool hasEdited_ = false;
   QTabWidget* pages_;
   QLabel* fault_;
   QTimer delay_;

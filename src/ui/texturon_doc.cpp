@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "core/curve_step.h"
+#include "core/diverted_messages.h"
 #include "core/file_analysis.h"
 #include "core/pipeline.h"
 #include "core/platform.h"
@@ -14,6 +15,7 @@
 #include "core/units.h"
 #include "formats/extension_table.h"
 #include "formats/import.h"
+#include "ui/qt_text.h"
 
 namespace texturon {
 namespace {
@@ -75,32 +77,38 @@ bool CTexturonDoc::Open(const std::filesystem::path& path) {
   }
   // A pipe would hold the window until somebody writes to it.
   std::error_code error;
-  if (std::filesystem::exists(path, error) && !std::filesystem::is_regular_file(path, error)) {
+  const std::filesystem::file_status status = std::filesystem::status(path, error);
+  const bool isFile = std::filesystem::is_regular_file(status) || std::filesystem::is_directory(status);
+  if (std::filesystem::exists(status) && !isFile) {
     prompts_.ShowMessage(FileSentence(path, "is no regular file"));
     return false;
   }
-  return Show(path, [this, path] { return LoadProfileFile(path, {}, prompts_); });
+  return Show(path, [path](Prompts& prompts) { return LoadProfileFile(path, {}, prompts); });
 }
 
 bool CTexturonDoc::OpenBytes(const std::string& name, std::string_view bytes) {
-  return Show(name, [&] { return LoadProfileBytes(name, bytes, {}, prompts_); });
+  return Show(name, [&](Prompts& prompts) { return LoadProfileBytes(name, bytes, {}, prompts); });
 }
 
-bool CTexturonDoc::Show(const std::filesystem::path& path, const std::function<ImportOutcome()>& load) {
+bool CTexturonDoc::Show(const std::filesystem::path& path, const std::function<ImportOutcome(Prompts&)>& load) {
   {
     const BusyScope busy(*this);
-    ImportOutcome loaded = load();
+    // A reader's own message is part of the sentence that names the file.
+    DivertedMessages diverted(prompts_);
+    ImportOutcome loaded = load(diverted);
     if (!loaded.loaded) {
       if (loaded.reason.ends_with('.')) loaded.reason.pop_back();
       prompts_.ShowMessage(FileSentence(path, loaded.reason));
       return false;
     }
+    for (const std::string& message : diverted.messages()) prompts_.ShowMessage(message);
     Document next = document_;
     SetProfile(next, MakeProfileSet(std::move(loaded.profile), TextFromPath(path)));
     next.regionSet = false;
-    if (!Analyse(next, IfRefused::kKeep)) return false;
+    if (!Analyse(next, IfRefused::kKeep, prompts_)) return false;
     document_ = std::move(next);
     history_.Clear();
+    NoteFile();
   }
   emit Changed();
   return true;
@@ -124,9 +132,20 @@ std::string CTexturonDoc::OpenUnattended(const std::filesystem::path& path) {
     next.writesTraceFile = wroteTrace;
     document_ = std::move(next);
     history_.Clear();
+    NoteFile();
   }
   emit Changed();
   return {};
+}
+
+void CTexturonDoc::NoteFile() {
+  fileIdentification_ = document_.profiles.identification;
+  fileIsInverted_ = document_.profiles.inverted;
+}
+
+bool CTexturonDoc::IsModified() const {
+  return HasProfile() &&
+         (document_.profiles.identification != fileIdentification_ || document_.profiles.inverted != fileIsInverted_);
 }
 
 bool CTexturonDoc::Save(const std::filesystem::path& path) {
@@ -138,6 +157,7 @@ bool CTexturonDoc::Save(const std::filesystem::path& path) {
                                .savedAt = environment_.localTime()};
   if (!WriterFor(target).write(target, profile, prompts_).ok()) return false;
   document_.profiles.sourcePath = TextFromPath(target);
+  NoteFile();
   emit Changed();
   return true;
 }
@@ -173,10 +193,17 @@ void CTexturonDoc::StartFrom(Settings settings, const std::filesystem::path& fil
   settingsFile_ = file;
   ReplaceSettings(std::move(settings));
   history_.Clear();
+  emit Changed();
 }
 
-void CTexturonDoc::ReplaceSettings(Settings settings) {
-  Change([settings = std::move(settings)](Document& document) { ApplySettings(document, settings); });
+void CTexturonDoc::ReplaceSettings(Settings settings, Edit edit) {
+  Change([settings = std::move(settings)](Document& document) { ApplySettings(document, settings); },
+         Manner{.edit = edit});
+}
+
+void CTexturonDoc::ReplaceSettingsLive(Settings settings, Edit edit) {
+  Change([settings = std::move(settings)](Document& document) { ApplySettings(document, settings); },
+         Manner{.edit = edit, .isLive = true});
 }
 
 void CTexturonDoc::ReplaceDisplay(DisplaySettings display) {
@@ -286,7 +313,7 @@ void CTexturonDoc::GoTo(const EditState& state) {
     const BusyScope busy(*this);
     Document next = document_;
     RestoreEditState(next, state);
-    if (Analyse(next, IfRefused::kKeep)) document_ = std::move(next);
+    if (Analyse(next, IfRefused::kKeep, prompts_)) document_ = std::move(next);
   }
   emit Changed();
 }
@@ -311,19 +338,26 @@ void CTexturonDoc::SetWanted(const QObject* reader, const WantedResults& wanted)
   });
 }
 
-void CTexturonDoc::Change(const Step& step, IfRefused ifRefused) {
-  if (isBusy_) return WhenIdle([this, step, ifRefused] { Change(step, ifRefused); });
+void CTexturonDoc::Change(const Step& step, const Manner& manner) {
+  if (isBusy_) return WhenIdle([this, step, manner] { Change(step, manner); });
+  DivertedMessages diverted(prompts_);
   {
     const BusyScope busy(*this);
     Document next = document_;
     step(next);
     const bool isEdit = EditStateOf(next) != EditStateOf(document_);
-    if (Analyse(next, ifRefused)) {
-      if (isEdit) history_.Note(EditStateOf(document_));
+    if (Analyse(next, manner.ifRefused, manner.isLive ? diverted : prompts_)) {
+      const bool goesOn = manner.edit == Edit::kGoesOn && history_.CanGoBack();
+      if (isEdit && !goesOn) history_.Note(EditStateOf(document_));
       document_ = std::move(next);
+      if (goesOn) history_.DropIfBack(EditStateOf(document_));
     }
   }
   emit Changed();
+  if (diverted.messages().empty()) return;
+  QStringList sentences;
+  for (const std::string& message : diverted.messages()) sentences << FromText(message);
+  emit Complained(sentences.join(' '));
 }
 
 void CTexturonDoc::ChangeInPlace(const Step& step) {
@@ -332,12 +366,12 @@ void CTexturonDoc::ChangeInPlace(const Step& step) {
   emit Changed();
 }
 
-bool CTexturonDoc::Analyse(Document& copy, IfRefused ifRefused) {
+bool CTexturonDoc::Analyse(Document& copy, IfRefused ifRefused, Prompts& prompts) {
   if (copy.profiles.IsEmpty()) return true;
   try {
-    return Compute(copy, prompts_, environment_) != ComputeOutcome::kRefused || ifRefused == IfRefused::kKeep;
+    return Compute(copy, prompts, environment_) != ComputeOutcome::kRefused || ifRefused == IfRefused::kKeep;
   } catch (const std::exception& error) {
-    prompts_.ShowMessage(std::string("Not analysed: ") + error.what() + ".");
+    prompts.ShowMessage(std::string("Not analysed: ") + error.what() + ".");
     return false;
   }
 }

@@ -34,6 +34,8 @@ public:
   Prompts& prompts() const { return prompts_; }
   const Environment& environment() const { return environment_; }
   bool HasProfile() const { return !document_.profiles.IsEmpty(); }
+  /// Whether the record is not as its file has it.
+  bool IsModified() const;
   /// Whether a step is at work or waits.
   bool IsBusy() const { return isBusy_ || !waiting_.empty(); }
   /// Runs `step` at once, or after the step at work and what waits already.
@@ -52,7 +54,11 @@ public:
   static std::filesystem::path SavedAs(std::filesystem::path path);
   bool LoadSettingsFile(const std::filesystem::path& path);
   bool SaveSettingsFile(const std::filesystem::path& path);
-  void ReplaceSettings(Settings settings);
+  /// Whether a change is one of its own to be taken back, or goes on with the last.
+  enum class Edit { kNew, kGoesOn };
+  void ReplaceSettings(Settings settings, Edit edit = Edit::kNew);
+  /// The same while somebody types: what the analysis has to say does not come as a box, but by Complained.
+  void ReplaceSettingsLive(Settings settings, Edit edit);
   /// The same with settings that come from a file, which nobody takes back.
   void StartFrom(Settings settings, const std::filesystem::path& file);
   /// Settings that change only how results are shown: nothing is computed.
@@ -87,6 +93,7 @@ public:
 
 signals:
   void Changed();
+  void Complained(const QString& sentences);
 
 private:
   class BusyScope;
@@ -94,20 +101,30 @@ private:
   enum class IfRefused { kKeep, kDrop };
 
   /// Loads and analyses a record in place of the present one.
-  bool Show(const std::filesystem::path& path, const std::function<ImportOutcome()>& load);
+  bool Show(const std::filesystem::path& path, const std::function<ImportOutcome(Prompts&)>& load);
   /// Changes a copy, computes it and puts it in the document's place. `ifRefused`: what becomes of a change after which
   /// too few points are left to compute over.
-  void Change(const Step& step, IfRefused ifRefused = IfRefused::kKeep);
+  struct Manner {
+    IfRefused ifRefused = IfRefused::kKeep;
+    Edit edit = Edit::kNew;
+    bool isLive = false;
+  };
+  void Change(const Step& step, const Manner& manner);
+  void Change(const Step& step, IfRefused ifRefused = IfRefused::kKeep) {
+    Change(step, Manner{.ifRefused = ifRefused});
+  }
   /// Changes what no result depends on and nobody takes back.
   void ChangeInPlace(const Step& step);
   void Recompute() {
     Change([](Document&) {});
   }
   /// False where the copy is not to be used; a message has said why.
-  bool Analyse(Document& copy, IfRefused ifRefused);
+  bool Analyse(Document& copy, IfRefused ifRefused, Prompts& prompts);
   void GoTo(const EditState& state);
   void SetWholeCutoffs(Document& document, bool uses);
   void RunWaiting();
+  /// The record is as its file has it.
+  void NoteFile();
 
   Prompts& prompts_;
   Environment environment_;
@@ -116,6 +133,8 @@ private:
   bool isBusy_ = false;
   std::deque<std::function<void()>> waiting_;
   std::filesystem::path settingsFile_;
+  std::string fileIdentification_;
+  bool fileIsInverted_ = false;
   std::pair<std::int32_t, double> discardBefore_;  ///< type and length of the end discard without whole cut-offs
   std::map<const QObject*, WantedResults> wanted_;
 };

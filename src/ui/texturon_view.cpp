@@ -70,11 +70,15 @@ CTexturonView::CTexturonView(CTexturonDoc& doc, QWidget* parent)
     graph_->SetCursorLabels(labels);
     emit ReadoutChanged();
   });
-  connect(graph_, &QCustomPlot::mouseMove, transmission_, [this](const QMouseEvent* event) {
-    transmission_->LetThrough(transmission_->geometry().contains(event->pos()));
+  connect(graph_, &QCustomPlot::afterLayout, transmission_, [this] {
+    constexpr int kUsual = 15;
+    const QMargins margins(kUsual, kUsual, kUsual + transmission_->RoomBeside(graph_->size()), kUsual);
+    if (margins != graph_->axisRect()->minimumMargins()) {
+      graph_->axisRect()->setMinimumMargins(margins);
+      graph_->replot(QCustomPlot::rpQueuedReplot);
+    }
+    transmission_->PutBeside(graph_->axisRect()->rect());
   });
-  connect(graph_, &QCustomPlot::afterLayout, transmission_,
-          [this] { transmission_->PutInto(graph_->axisRect()->rect()); });
   connect(graph_, &CClickableProfileGraph::ViewChanged, this, &CTexturonView::ShowScroll);
   connect(scroll_, &QScrollBar::valueChanged, this, [this](int value) {
     const QCPRange whole = graph_->WholeX();

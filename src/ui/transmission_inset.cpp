@@ -11,8 +11,9 @@ namespace {
 /// In lines and characters of text.
 constexpr int kLeastHeight = 8;
 constexpr int kLeastWidth = 34;
-/// Least size of the area, in sizes of the picture.
-constexpr double kRoom = 1.7;
+/// Least size of the graph, in sizes of the picture.
+constexpr double kLeastShareOfWidth = 3.0;
+constexpr double kLeastShareOfHeight = 1.7;
 
 }  // namespace
 
@@ -78,19 +79,17 @@ void CTransmissionInset::Show(const Document& document) {
   replot();
 }
 
-void CTransmissionInset::PutInto(const QRect& area) {
+int CTransmissionInset::RoomBeside(const QSize& graph) {
   const QFontMetrics metrics = fontMetrics();
-  const QSize size(metrics.averageCharWidth() * kLeastWidth, metrics.height() * kLeastHeight);
-  const bool fits = area.width() > size.width() * kRoom && area.height() > size.height() * kRoom;
-  fits_ = hasCurves_ && fits;
-  setVisible(fits_ && !letsThrough_);
-  const int gap = metrics.height() / 2;
-  setGeometry(area.right() - size.width() - gap, area.bottom() - size.height() - gap, size.width(), size.height());
+  resize(metrics.averageCharWidth() * kLeastWidth, metrics.height() * kLeastHeight);
+  const bool fits = graph.width() > width() * kLeastShareOfWidth && graph.height() > height() * kLeastShareOfHeight;
+  setVisible(hasCurves_ && fits);
+  return hasCurves_ && fits ? width() : 0;
 }
 
-void CTransmissionInset::LetThrough(bool lets) {
-  letsThrough_ = lets;
-  setVisible(fits_ && !lets);
+void CTransmissionInset::PutBeside(const QRect& axes) {
+  const int gap = fontMetrics().height() / 2;
+  move(axes.right() + gap, axes.bottom() - height());
 }
 
 }  // namespace texturon

@@ -7,8 +7,7 @@
 namespace texturon {
 
 /// A small picture of what the filters let through, over the wavelength: to the primary profile, the waviness and the
-/// roughness, with lines at the cut-offs. It lies over a corner of the profile view, lets the mouse through and
-/// gives way to it, so that it hides no part of the profile for good.
+/// roughness, with lines at the cut-offs. It stands beside the profile, so that it hides nothing of it.
 class CTransmissionInset : public QCustomPlot {
   Q_OBJECT
 
@@ -17,16 +16,13 @@ public:
 
   /// Hides itself where there is nothing to show.
   void Show(const Document& document);
-  /// Takes the lower right corner of an area; hides itself where that has no room for it.
-  void PutInto(const QRect& area);
-
-  /// Whether what lies below it can be seen.
-  void LetThrough(bool lets);
+  /// The width that it takes beside the axes of a graph of this size; 0: it is not shown.
+  int RoomBeside(const QSize& graph);
+  /// Stands at the foot of the axes, to their right.
+  void PutBeside(const QRect& axes);
 
 private:
   bool hasCurves_ = false;
-  bool fits_ = false;
-  bool letsThrough_ = false;
 };
 
 }  // namespace texturon

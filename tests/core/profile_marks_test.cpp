@@ -1,5 +1,6 @@
 #include "core/profile_marks.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 #include "core/pipeline.h"
@@ -26,6 +27,8 @@ TEST(ProfileMarks, StandAtTheEndsOfTheRanges) {
   SilentPrompts nobody;
   Document document = Ramp();
   EXPECT_TRUE(MarksOf(document).stretches.empty()) << "nothing is computed yet";
+  document.settings.analysis.FormRemovalType = kFormLine;
+  document.settings.analysis.ResidualType = kResidualVertical;
   document.regionSet = true;
   document.regionMode = 1;
   document.regionStartMM = 2.0;
@@ -47,6 +50,21 @@ TEST(ProfileMarks, StandAtTheEndsOfTheRanges) {
   }
   ASSERT_EQ(marks.samplingLengthEndsMM.size(), 6U) << "5.2 mm hold six whole cut-offs of 0.8 mm";
   EXPECT_NEAR(marks.samplingLengthEndsMM.front(), 3.2, 0.0015);
+  // A form that takes every sample leaves none out.
+  const auto excludes = [&] {
+    Compute(document, nobody, {});
+    const std::vector<MarkedStretch> stretches = MarksOf(document).stretches;
+    return std::any_of(stretches.begin(), stretches.end(),
+                       [](const MarkedStretch& stretch) { return stretch.kind == Kind::kExcluded; });
+  };
+  EXPECT_TRUE(excludes());
+  document.useAllDataForForm = true;
+  EXPECT_FALSE(excludes());
+  document.useAllDataForForm = false;
+  for (const std::int32_t form : {kFormFilter, kFormNone}) {
+    document.settings.analysis.FormRemovalType = form;
+    EXPECT_FALSE(excludes()) << form;
+  }
 }
 
 TEST(RemovedForm, AndWhatIsLeftMakeTheRecord) {

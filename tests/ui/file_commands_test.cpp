@@ -300,5 +300,21 @@ TEST_F(FileCommands, PreviewAndPageRangesHoldThePagesOfTheReport) {
   Choose("Print Pre&view...");
 }
 
+TEST_F(FileCommands, WhatIsSavedOpensAgain) {
+  CTexturonDoc& doc = frame_->Doc();
+  ASSERT_TRUE(doc.Open(Sample("ground.lmt")));
+  EXPECT_FALSE(doc.IsModified());
+  doc.SetIdentification("a, \"b\" " + std::string(700, 'x'));
+  EXPECT_TRUE(doc.IsModified());
+  ASSERT_TRUE(doc.Save(folder_ / "long.lmt"));
+  EXPECT_FALSE(doc.IsModified());
+  ASSERT_TRUE(doc.Open(folder_ / "long.lmt"));
+  EXPECT_TRUE(doc.document().profiles.identification.starts_with("a; 'b' xxx"));
+  doc.Invert();
+  EXPECT_TRUE(frame_->isWindowModified());
+  doc.Invert();
+  EXPECT_FALSE(frame_->isWindowModified());
+}
+
 }  // namespace
 }  // namespace texturon

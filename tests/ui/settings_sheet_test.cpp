@@ -11,6 +11,7 @@
 #include <QTableView>
 #include <QTableWidget>
 #include <QTest>
+#include <QWheelEvent>
 #include <set>
 
 #include "core/settings_text.h"
@@ -329,6 +330,44 @@ TEST_F(SettingsSheet, CancelTakesBackOnlyItsOwn) {
   EXPECT_EQ(InForce().LcCutoffMM, 2.5);
   EXPECT_FALSE(frame_->Doc().document().settings.display.Metric);
   Choose("&Metric");
+}
+
+TEST_F(SettingsSheet, WhatIsEnteredIsOneEdit) {
+  CSettingsSheet& sheet = OpenSettings();
+  for (const char* const tension : {"0.5", "0.25"}) {
+    Type(sheet, "ANALYSIS.SplineTension", tension);
+    sheet.ApplyNow();
+  }
+  sheet.accept();
+  EXPECT_EQ(InForce().SplineTension, 0.25);
+  frame_->Doc().Undo();
+  EXPECT_EQ(InForce().SplineTension, 0.625242);
+  EXPECT_FALSE(frame_->Doc().CanUndo());
+  sheet.show();
+  Type(sheet, "ANALYSIS.SplineTension", "0.5");
+  sheet.ApplyNow();
+  sheet.reject();
+  EXPECT_FALSE(frame_->Doc().CanUndo()) << "what was cancelled never was";
+}
+
+TEST_F(SettingsSheet, NeitherBoxNorEnterNorWheelDisturbsTyping) {
+  CSettingsSheet& sheet = OpenSettings();
+  auto& kinds = *Field(sheet, "ANALYSIS.FilterType").findChild<QComboBox*>();
+  const int before = kinds.currentIndex();
+  kinds.clearFocus();
+  QWheelEvent wheel({5, 5}, kinds.mapToGlobal(QPointF(5, 5)), {}, {0, -120}, Qt::NoButton, {}, Qt::NoScrollPhase,
+                    false);
+  QApplication::sendEvent(&kinds, &wheel);
+  EXPECT_EQ(kinds.currentIndex(), before);
+  ChooseFrom(kinds, kFilterIso13565);
+  auto& cutoffs = *sheet.findChild<QComboBox*>("UserLcCutoffMMChoice");
+  ChooseFrom(cutoffs, cutoffs.count() - 1);
+  Type(sheet, "ANALYSIS.UserLcCutoffMM", "8");
+  sheet.ApplyNow();
+  EXPECT_TRUE(prompts_.messages.empty());
+  EXPECT_EQ(sheet.findChild<QLabel*>("fault")->text(), "Waviness Not Computed - using Primary as Waviness");
+  QTest::keyClick(&Line(sheet, "ANALYSIS.UserLcCutoffMM"), Qt::Key_Return);
+  EXPECT_TRUE(sheet.isVisible());
 }
 
 TEST_F(SettingsSheet, EveryWrongLimitIsHeld) {
