@@ -23,7 +23,7 @@ QCPRange Centred(double centre, double size) {
 CClickableProfileGraph::CClickableProfileGraph(QWidget* parent) : QCustomPlot(parent) {
   setInteractions(QCP::iRangeDrag | QCP::iRangeZoom | QCP::iSelectLegend);
   axisRect()->setupFullAxesBox(true);
-  PutLegendAbove(*this);
+  PutLegendAbove(*this, 5);
   setNoAntialiasingOnDrag(true);
   setPlottingHint(QCP::phFastPolylines, true);
   setFocusPolicy(Qt::StrongFocus);
@@ -460,8 +460,7 @@ void ApplyPalette(QCustomPlot& plot) {
   }
 }
 
-void PutLegendAbove(QCustomPlot& plot) {
-  constexpr int kMostInARow = 5;
+void PutLegendAbove(QCustomPlot& plot, int mostInARow) {
   plot.legend->setVisible(true);
   if (plot.legend->layout() == plot.plotLayout()) return;
   plot.axisRect()->insetLayout()->take(plot.legend);
@@ -469,8 +468,8 @@ void PutLegendAbove(QCustomPlot& plot) {
   plot.plotLayout()->addElement(0, 0, plot.legend);
   plot.plotLayout()->setRowStretchFactor(0, 0.001);
   plot.plotLayout()->setRowSpacing(0);
+  plot.legend->setWrap(mostInARow);
   plot.legend->setFillOrder(QCPLayoutGrid::foColumnsFirst);
-  plot.legend->setWrap(kMostInARow);
   plot.legend->setBorderPen(Qt::NoPen);
   plot.legend->setMargins(QMargins(8, 2, 8, 0));
 }

@@ -157,6 +157,6 @@ QColor CurveColour(int number);
 void ApplyPalette(QCustomPlot& plot);
 
 /// Puts the legend in a row above the axes, where it hides no curve.
-void PutLegendAbove(QCustomPlot& plot);
+void PutLegendAbove(QCustomPlot& plot, int mostInARow);
 
 }  // namespace texturon

@@ -62,6 +62,7 @@ void DrawMotifs(QCustomPlot& plot, const Document& document) {
   plot.xAxis->setLabel(QObject::tr("X in %1").arg(units.lengthName));
   plot.yAxis->setLabel(QObject::tr("height in %1").arg(units.heightName));
   ClearDrawing(plot);
+  PutLegendAbove(plot, 2);
   if (!document.results.primaryComputed) return;
   const ShownMotifs shown = ShownMotifsOf(document.settings.analysis);
   for (const MotifLine& line : kLines) {
@@ -72,7 +73,6 @@ void DrawMotifs(QCustomPlot& plot, const Document& document) {
   const Profile primary = document.profiles.View(ProfileKind::kPrimary);
   FillLines(plot, document, 0.0, primary.range.last * primary.spacingUM * kMillimetresPerMicrometre);
   plot.legend->setFont(plot.xAxis->tickLabelFont());
-  PutLegendAbove(plot);
   plot.rescaleAxes();
   plot.yAxis->scaleRange(1.06);
 }

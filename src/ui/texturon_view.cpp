@@ -105,8 +105,14 @@ bool CTexturonView::IsShown(std::size_t curve) const {
 void CTexturonView::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
   if (event->type() != QEvent::PaletteChange) return;
-  ApplyPalette(*graph_);
-  Update();
+  // The graph gets its palette after this.
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        ApplyPalette(*graph_);
+        Update();
+      },
+      Qt::QueuedConnection);
 }
 
 void CTexturonView::Update() {

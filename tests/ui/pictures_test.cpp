@@ -158,6 +158,7 @@ TEST_F(Pictures, OnDarkGround) {
   Take(*frame_, "curves-dark");
   const QRgb ground = frame_->UpperCurves().View().Plot().grab().toImage().pixel(2, 2);
   EXPECT_EQ(QColor(ground), QColor(0x1E, 0x1E, 0x1E));
+  EXPECT_EQ(QColor(frame_->View().Graph().grab().toImage().pixel(2, 2)), QColor(0x1E, 0x1E, 0x1E));
   frame_->UpperCurves().Choose(CCurvePane::kProbability);
   frame_->LowerCurves().Choose(CCurvePane::kMotifs);
   Take(*frame_, "curves-dark-probability-motifs");
