@@ -138,8 +138,16 @@ void CShapePage::DrawPreview() {
   preview_->yAxis->setLabel(tr("Z in %1").arg(units.heightName));
   QCPGraph* const curve = preview_->addGraph();
   curve->setPen(QPen(CurveColour(0), 1.5));
-  for (const FreeFormPoint& point : CurveOf(kMostScreenPoints)) {
-    curve->addData(point.xMM * units.length, point.zUM * units.height);
+  const std::vector<FreeFormPoint> shape = CurveOf(kMostScreenPoints);
+  for (const FreeFormPoint& point : shape) curve->addData(point.xMM * units.length, point.zUM * units.height);
+  if (shape.empty()) {
+    auto* const reason = new QCPItemText(preview_);
+    reason->position->setType(QCPItemPosition::ptAxisRectRatio);
+    reason->position->setCoords(0.5, 0.5);
+    reason->setColor(palette().color(QPalette::Text));
+    reason->setText(GivenPoints().empty() ? tr("Nothing lies between these limits.")
+                                          : tr("The points give no curve: there must be four or more,\n"
+                                               "and X must rise from each to the next."));
   }
   QCPGraph* const points = preview_->addGraph();
   points->setLineStyle(QCPGraph::lsNone);
