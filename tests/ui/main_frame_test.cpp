@@ -18,6 +18,7 @@
 #include "formats/import.h"
 #include "support/scratch_folder.h"
 #include "support/scripted_prompts.h"
+#include "ui/dialog_driver.h"
 #include "ui/qt_text.h"
 #include "ui/texturon_param_view.h"
 #include "ui/texturon_view.h"
@@ -123,6 +124,52 @@ TEST_F(MainFrame, CopiesTheTableAsText) {
   const QStringList lines = frame_->ParamView().Grid().AsText().split('\n');
   EXPECT_EQ(lines[0], "Parameter\tValue\tUnit\tVerdict\tSetting");
   EXPECT_TRUE(lines[1].startsWith("Ft\t3.4298"));
+}
+
+TEST_F(MainFrame, SettingsComeFromAFileThatIsChosen) {
+  const ScratchFolder folder;
+  ASSERT_TRUE(frame_->OpenFile(Sample("ground.lmt")));
+  const std::filesystem::path file = folder.Write("s.ini", "[ANALYSIS]\nLcCutoffMM=0.25\n");
+  const DialogDriver driver({TypeName(FromPath(file))});
+  Choose("&Load Settings");
+  EXPECT_EQ(frame_->Doc().document().settings.analysis.LcCutoffMM, 0.25);
+  EXPECT_EQ(frame_->Doc().settingsFile(), file);
+}
+
+TEST_F(MainFrame, SwitchesAndFetchesAndCloses) {
+  ASSERT_TRUE(frame_->OpenFile(Sample("ground.lmt")));
+  frame_->show();
+  Choose("Use all data for &Form Removal");
+  EXPECT_TRUE(frame_->Doc().document().useAllDataForForm);
+  frame_->View().Graph().SetUprightCursors(-7.0, 70.0);
+  Choose("&Fetch Cursors");
+  const auto [first, second] = frame_->View().Graph().UprightCursors();
+  EXPECT_TRUE(frame_->View().Graph().VisibleX().contains(first));
+  EXPECT_TRUE(frame_->View().Graph().VisibleX().contains(second));
+  QString about;
+  {
+    const DialogDriver driver({[&about](QWidget& dialog) {
+                                 about = dynamic_cast<QMessageBox&>(dialog).text();
+                                 dialog.close();
+                               },
+                               [](QWidget& dialog) { dialog.close(); }});
+    Choose("&About");
+    Choose("&Keys and Mouse...");
+  }
+  EXPECT_TRUE(about.contains("Apache-2.0") && about.contains("GNU GPL version 3"));
+  Choose("E&xit");
+  EXPECT_FALSE(frame_->isVisible());
+}
+
+TEST_F(MainFrame, AParameterFileCanBeAnother) {
+  const ScratchFolder folder;
+  ASSERT_TRUE(frame_->OpenFile(Sample("ground.lmt")));
+  for (const char* const name : {"a.csv", "b.csv"}) {
+    const DialogDriver driver({TypeName(FromPath(folder / name))});
+    Choose("Export Parameters &As...");
+    EXPECT_NE(folder.Read(name).find("Ground; generated"), std::string::npos);
+    EXPECT_EQ(PathFromText(frame_->Doc().document().settings.display.ParameterFile), folder / name);
+  }
 }
 
 }  // namespace

@@ -56,6 +56,10 @@ class WindowTest : public ::testing::Test {
 protected:
   WindowTest() {
     Application();
+    MakeFrame();
+  }
+
+  void MakeFrame() {
     Environment environment = SystemEnvironment();
     environment.traceFile.clear();
     frame_ = std::make_unique<CMainFrame>(environment, &prompts_);
