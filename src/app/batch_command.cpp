@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cmath>
 #include <filesystem>
 #include <iostream>
 #include <map>
@@ -104,9 +103,6 @@ std::string Padded(const std::string& text, std::size_t width) {
 std::string SummaryTable(const BatchSummary& summary) {
   constexpr std::size_t kNameWidth = 10;
   constexpr std::size_t kWidth = 14;
-  const auto number = [](double value) {
-    return Padded(std::abs(value) < 1e9 ? FixedText(value, 4) : ShortestText(value), kWidth);
-  };
   std::string text = std::string(kNameWidth, ' ');
   for (const char* title : {"files", "mean", "std dev", "minimum", "maximum", "out of tol."})
     text += Padded(title, kWidth);
@@ -117,7 +113,7 @@ std::string SummaryTable(const BatchSummary& summary) {
     text += Padded(CountText(column.count), kWidth);
     if (column.count > 0) {
       for (const double value : {column.mean, column.StandardDeviation(), column.minimum, column.maximum})
-        text += number(value);
+        text += Padded(SummaryFigure(value), kWidth);
       text += Padded(CountText(column.outOfTolerance), kWidth);
     }
     text += "\n";

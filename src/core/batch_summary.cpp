@@ -34,11 +34,19 @@ void BatchSummary::Add(std::span<const ColumnValue> values) {
   ++analysed;
   if (columns.empty()) {
     columns.resize(values.size());
-    for (std::size_t i = 0; i < values.size(); ++i) columns[i].name = values[i].name;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+      columns[i].name = values[i].name;
+      columns[i].unit = values[i].unit;
+    }
   }
   for (std::size_t i = 0; i < values.size(); ++i) {
     if (values[i].value) AddValue(columns[i], values[i]);
   }
+}
+
+std::string SummaryFigure(double value) {
+  constexpr int kFigures = 6;
+  return SignificantText(value, kFigures);
 }
 
 std::string SummaryCsv(const BatchSummary& summary) {

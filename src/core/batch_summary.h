@@ -12,6 +12,7 @@ namespace texturon {
 /// Statistics of one column over the files of a run.
 struct ColumnSummary {
   std::string name;
+  std::string unit;
   std::size_t count = 0;  ///< files for which it was computed
   std::size_t outOfTolerance = 0;
   double mean = 0.0;
@@ -32,6 +33,9 @@ struct BatchSummary {
 
   void Add(std::span<const ColumnValue> values);
 };
+
+/// A figure of the statistics for people: some rows are thousands, others millionths.
+std::string SummaryFigure(double value);
 
 /// A table for spreadsheets, Windows-1252 with CR LF line ends: "Files" and "Failed", then a line a column with count,
 /// mean, standard deviation, minimum, maximum and number out of tolerance.

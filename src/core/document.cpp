@@ -4,6 +4,14 @@
 
 namespace texturon {
 
+namespace {
+
+DiscardSetting DiscardOf(const Settings& settings) {
+  return {settings.analysis.UserDiscardType, settings.analysis.UserDiscardLengthMM};
+}
+
+}  // namespace
+
 Document MakeDocument() {
   Document document;
   Settings settings;
@@ -13,6 +21,9 @@ Document MakeDocument() {
 }
 
 void ApplySettings(Document& document, Settings settings) {
+  if (document.wholeCutoffLength && DiscardOf(settings) != DiscardOf(document.settings)) {
+    document.discardWithoutWholeCutoffs = DiscardOf(settings);
+  }
   document.settings = std::move(settings);
   document.catalogue = MakeWorkingList(document.settings.analysis.parameters, document.catalogue);
 }
@@ -47,6 +58,18 @@ bool HasProfile(const Document& document, ProfileKind kind) {
 void InvertProfile(ProfileSet& profiles) {
   for (double& height : profiles.raw) height = -height;
   profiles.inverted = !profiles.inverted;
+}
+
+void SetWholeCutoffs(Document& document, bool uses) {
+  if (document.wholeCutoffLength == uses) return;
+  document.wholeCutoffLength = uses;
+  if (uses) {
+    document.discardWithoutWholeCutoffs = DiscardOf(document.settings);
+    return;
+  }
+  document.regionSet = false;
+  document.settings.analysis.UserDiscardType = document.discardWithoutWholeCutoffs.type;
+  document.settings.analysis.UserDiscardLengthMM = document.discardWithoutWholeCutoffs.lengthMM;
 }
 
 void ExcludeFromForm(Document& document, std::int32_t first, std::int32_t last) {

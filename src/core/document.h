@@ -77,24 +77,38 @@ struct WantedResults {
 
 inline constexpr WantedResults kNoCurves = {.spectrum = false, .heightCurves = false, .coreRoughness = false};
 
-/// One measured record with the settings that drive its analysis and the results that they gave. A value: copying it
-/// keeps a former state. It holds no numerics; Compute derives everything from `profiles.raw`.
-struct Document {
-  ProfileSet profiles;
-  Settings settings;
-  ParameterCatalogue catalogue;
+/// Type and length of the end discard.
+struct DiscardSetting {
+  std::int32_t type = kDiscardNone;
+  double lengthMM = 0.0;
 
-  // What to compute over, and how.
+  friend bool operator==(const DiscardSetting&, const DiscardSetting&) = default;
+};
+
+/// What of the record is computed over, and what of that the form is fitted to.
+struct ComputeRegion {
   bool regionSet = false;
   std::int32_t regionMode = 0;
   double regionStartMM = 0.0;
   double regionEndOffsetMM = 0.0;
   double regionLengthMM = 0.0;
   bool wholeCutoffLength = false;
+  DiscardSetting discardWithoutWholeCutoffs;  ///< the settings' own, which wholeCutoffLength replaces
   bool useAllDataForForm = false;
   bool excludeSet = false;
   std::int32_t excludeFirst = -1;  ///< absolute sample indices
   std::int32_t excludeLast = -1;
+
+  friend bool operator==(const ComputeRegion&, const ComputeRegion&) = default;
+};
+
+/// One measured record with the settings that drive its analysis and the results that they gave. A value: copying it
+/// keeps a former state. It holds no numerics; Compute derives everything from `profiles.raw`.
+struct Document : ComputeRegion {
+  ProfileSet profiles;
+  Settings settings;
+  ParameterCatalogue catalogue;
+
   bool quietMode = false;  ///< nobody watches: no wait cursor, and the messages that say so are not shown
   WantedResults wanted;
   bool writesTraceFile = true;  ///< the heights given to the profile-element finder go to a side file
@@ -116,6 +130,10 @@ bool HasProfile(const Document& document, ProfileKind kind);
 
 /// Turns the measured record upside down.
 void InvertProfile(ProfileSet& profiles);
+
+/// Makes the evaluation length a whole number of cut-offs from the next computation on, or takes that back with the
+/// region and the end discard that it has set.
+void SetWholeCutoffs(Document& document, bool uses);
 
 /// Leaves the samples [first, last] out of the form fit. Where no region is in force the whole record becomes one,
 /// because a computation over the plain record forgets the exclusion.

@@ -17,16 +17,7 @@ EditState EditStateOf(const Document& document) {
   return {.analysis = document.settings.analysis,
           .identification = document.profiles.identification,
           .inverted = document.profiles.inverted,
-          .regionSet = document.regionSet,
-          .regionMode = document.regionMode,
-          .regionStartMM = document.regionStartMM,
-          .regionEndOffsetMM = document.regionEndOffsetMM,
-          .regionLengthMM = document.regionLengthMM,
-          .wholeCutoffLength = document.wholeCutoffLength,
-          .useAllDataForForm = document.useAllDataForForm,
-          .excludeSet = document.excludeSet,
-          .excludeFirst = document.excludeFirst,
-          .excludeLast = document.excludeLast};
+          .region = document};
 }
 
 void RestoreEditState(Document& document, const EditState& state) {
@@ -35,16 +26,7 @@ void RestoreEditState(Document& document, const EditState& state) {
   ApplySettings(document, std::move(settings));
   document.profiles.identification = state.identification;
   if (document.profiles.inverted != state.inverted) InvertProfile(document.profiles);
-  document.regionSet = state.regionSet;
-  document.regionMode = state.regionMode;
-  document.regionStartMM = state.regionStartMM;
-  document.regionEndOffsetMM = state.regionEndOffsetMM;
-  document.regionLengthMM = state.regionLengthMM;
-  document.wholeCutoffLength = state.wholeCutoffLength;
-  document.useAllDataForForm = state.useAllDataForForm;
-  document.excludeSet = state.excludeSet;
-  document.excludeFirst = state.excludeFirst;
-  document.excludeLast = state.excludeLast;
+  static_cast<ComputeRegion&>(document) = state.region;
 }
 
 void EditHistory::Note(EditState former) {

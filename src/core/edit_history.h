@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <deque>
 #include <string>
 
@@ -15,16 +14,7 @@ struct EditState {
   AnalysisSettings analysis;
   std::string identification;
   bool inverted = false;
-  bool regionSet = false;
-  std::int32_t regionMode = 0;
-  double regionStartMM = 0.0;
-  double regionEndOffsetMM = 0.0;
-  double regionLengthMM = 0.0;
-  bool wholeCutoffLength = false;
-  bool useAllDataForForm = false;
-  bool excludeSet = false;
-  std::int32_t excludeFirst = -1;
-  std::int32_t excludeLast = -1;
+  ComputeRegion region;
 
   friend bool operator==(const EditState&, const EditState&) = default;
 };

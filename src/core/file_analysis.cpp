@@ -11,13 +11,15 @@
 #include "core/platform.h"
 #include "core/prompts.h"
 #include "core/ratio_row_list.h"
+#include "core/shown_rows.h"
 #include "formats/import.h"
 
 namespace texturon {
 namespace {
 
 ColumnValue ColumnOf(const ParameterDef& row, bool metric) {
-  ColumnValue column{row.name, std::nullopt, false};
+  ColumnValue column{.name = row.name, .text = ShownValue(row, metric)};
+  column.unit = PrintedUnit(metric ? row.metricUnit : row.imperialUnit);
   if (!row.valid || !std::isfinite(row.value)) return column;
   column.value = metric ? row.value : row.value * row.imperialFactor;
   column.outOfTolerance = JudgeRow(row) == Verdict::kFail;

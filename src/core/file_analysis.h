@@ -26,6 +26,8 @@ struct ColumnValue {
   std::string name;
   std::optional<double> value;  ///< in the units of the file; empty: not computed
   bool outOfTolerance = false;
+  std::string text;  ///< the value as tables show it
+  std::string unit;
 };
 
 /// What one file gave.

@@ -208,6 +208,12 @@ std::string FixedText(double value, int decimals, int width, char fill) {
   return text;
 }
 
+std::string SignificantText(double value, int figures) {
+  char text[64];
+  const auto end = std::to_chars(std::begin(text), std::end(text), value, std::chars_format::general, figures);
+  return {text, end.ptr};
+}
+
 std::string ReadoutText(double value, int decimals) {
   std::string text = FixedText(value, decimals);
   if (text.find_first_not_of("-0.") == std::string::npos && text.starts_with('-')) text.erase(0, 1);

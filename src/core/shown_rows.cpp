@@ -11,18 +11,10 @@
 namespace texturon {
 namespace {
 
-std::string ValueText(const ParameterDef& row, bool metric) {
-  if (!row.valid) return {};
-  const double value = metric ? row.value : row.value * row.imperialFactor;
-  if (!std::isfinite(value)) return {};
-  const int decimals = metric ? row.format.metricDecimals : row.format.imperialDecimals;
-  return row.format.scientific ? ScientificText(value, decimals) : FixedText(value, decimals);
-}
-
 ShownRow Show(const ParameterDef& row, std::string title, std::string label, bool metric) {
   return {.row = row,
           .title = std::move(title),
-          .value = ValueText(row, metric),
+          .value = ShownValue(row, metric),
           .unit = PrintedUnit(metric ? row.metricUnit : row.imperialUnit),
           .label = std::move(label),
           .verdict = JudgeRow(row)};
@@ -36,6 +28,14 @@ std::string RatioTitle(const std::string& name, const DisplaySettings& display) 
 }
 
 }  // namespace
+
+std::string ShownValue(const ParameterDef& row, bool metric) {
+  if (!row.valid) return {};
+  const double value = metric ? row.value : row.value * row.imperialFactor;
+  if (!std::isfinite(value)) return {};
+  const int decimals = metric ? row.format.metricDecimals : row.format.imperialDecimals;
+  return row.format.scientific ? ScientificText(value, decimals) : FixedText(value, decimals);
+}
 
 std::int32_t ColumnsOfTable(const DisplaySettings& display) {
   return std::clamp(display.ParameterColumns, 1, kMostParameterColumns);

@@ -32,10 +32,8 @@ constexpr int kFixedColumns = 2;
 constexpr int kMostJobs = 256;
 constexpr int kCollectEveryMS = 100;
 
-QString NumberText(double value) {
-  // Some rows are thousands, others millionths.
-  constexpr int kFigures = 6;
-  return QString::number(value, 'g', kFigures);
+std::string TitleOf(const ColumnValue& column) {
+  return column.unit.empty() ? column.name : column.name + " / " + column.unit;
 }
 
 QString ResultText(const BatchRow& row) {
@@ -60,7 +58,7 @@ void CBatchResults::Add(std::vector<BatchRow> rows) {
     const auto first = std::find_if(rows.begin(), rows.end(), [](const BatchRow& row) { return row.reason.empty(); });
     if (first != rows.end() && !first->columns.empty()) {
       beginInsertColumns({}, kFixedColumns, kFixedColumns + static_cast<int>(first->columns.size()) - 1);
-      for (const ColumnValue& column : first->columns) titles_.push_back(column.name);
+      for (const ColumnValue& column : first->columns) titles_.push_back(TitleOf(column));
       endInsertColumns();
     }
   }
@@ -105,7 +103,7 @@ QVariant CBatchResults::data(const QModelIndex& index, int role) const {
   const ColumnValue& cell = row.columns[column - kFixedColumns];
   switch (role) {
     case Qt::DisplayRole:
-      return cell.value ? NumberText(*cell.value) : QString::fromUtf8("\u2013");
+      return cell.text.empty() ? QString::fromUtf8("\u2013") : FromText(cell.text);
     case Qt::TextAlignmentRole:
       return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
     case Qt::BackgroundRole:
@@ -203,8 +201,8 @@ void CFolderBatchWindow::MakeTables(QLayout& layout) {
   connect(table_, &QTableView::activated, this,
           [this](const QModelIndex& index) { emit OpenRequested(FromPath(results_->Row(index.row()).path)); });
   summary_ = new CGridCtrl({tr("Parameter"), tr("Files"), tr("Mean"), tr("Standard deviation"), tr("Minimum"),
-                            tr("Maximum"), tr("Out of tolerance")},
-                           {1, 2, 3, 4, 5, 6}, tabs_);
+                            tr("Maximum"), tr("Unit"), tr("Out of tolerance")},
+                           {1, 2, 3, 4, 5, 7}, tabs_);
   tabs_->addTab(table_, tr("F&iles"));
   tabs_->addTab(summary_, tr("St&atistics"));
   static_cast<QVBoxLayout&>(layout).addWidget(tabs_, 1);
@@ -321,8 +319,8 @@ void CFolderBatchWindow::ShowSummary(const BatchSummary& summary) {
   for (const ColumnSummary& column : summary.columns) {
     QStringList cells = {FromText(column.name), QString::number(column.count)};
     const double values[] = {column.mean, column.StandardDeviation(), column.minimum, column.maximum};
-    for (const double value : values) cells << (column.count == 0 ? QString() : NumberText(value));
-    cells << QString::number(column.outOfTolerance);
+    for (const double value : values) cells << (column.count == 0 ? QString() : FromText(SummaryFigure(value)));
+    cells << FromText(column.unit) << QString::number(column.outOfTolerance);
     records << CGridCtrl::Record{cells, column.outOfTolerance > 0};
   }
   summary_->Show(records);

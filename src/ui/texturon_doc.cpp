@@ -231,7 +231,7 @@ void CTexturonDoc::SetIdentification(std::string identification) {
 }
 
 void CTexturonDoc::ComputeAll() {
-  Change([this](Document& document) {
+  Change([](Document& document) {
     SetWholeCutoffs(document, false);
     document.regionSet = false;
     document.settings.analysis.AsphereUseClearAperture = false;
@@ -244,7 +244,7 @@ void CTexturonDoc::ComputeOver(double firstMM, double lastMM) {
 
 void CTexturonDoc::ComputeOver(const RegionChoice& region) {
   Change(
-      [this, region](Document& document) {
+      [region](Document& document) {
         // Either would set another stretch.
         SetWholeCutoffs(document, false);
         SetRegion(document, region);
@@ -265,21 +265,7 @@ void CTexturonDoc::ComputeOverAperture(double diameterMM, double centralDiscardM
 }
 
 void CTexturonDoc::UseWholeCutoffs(bool uses) {
-  Change([this, uses](Document& document) { SetWholeCutoffs(document, uses); }, IfRefused::kDrop);
-}
-
-void CTexturonDoc::SetWholeCutoffs(Document& document, bool uses) {
-  if (document.wholeCutoffLength == uses) return;
-  AnalysisSettings& settings = document.settings.analysis;
-  document.wholeCutoffLength = uses;
-  if (uses) {
-    discardBefore_ = {settings.UserDiscardType, settings.UserDiscardLengthMM};
-    return;
-  }
-  // What the computation has set for it.
-  document.regionSet = false;
-  settings.UserDiscardType = discardBefore_.first;
-  settings.UserDiscardLengthMM = discardBefore_.second;
+  Change([uses](Document& document) { SetWholeCutoffs(document, uses); }, IfRefused::kDrop);
 }
 
 void CTexturonDoc::ExcludeBetween(double firstMM, double lastMM) {

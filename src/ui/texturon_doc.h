@@ -1,14 +1,12 @@
 #pragma once
 
 #include <QObject>
-#include <cstdint>
 #include <deque>
 #include <filesystem>
 #include <functional>
 #include <map>
 #include <string>
 #include <string_view>
-#include <utility>
 
 #include "core/document.h"
 #include "core/edit_history.h"
@@ -121,7 +119,6 @@ private:
   /// False where the copy is not to be used; a message has said why.
   bool Analyse(Document& copy, IfRefused ifRefused, Prompts& prompts);
   void GoTo(const EditState& state);
-  void SetWholeCutoffs(Document& document, bool uses);
   void RunWaiting();
   /// The record is as its file has it.
   void NoteFile();
@@ -135,7 +132,6 @@ private:
   std::filesystem::path settingsFile_;
   std::string fileIdentification_;
   bool fileIsInverted_ = false;
-  std::pair<std::int32_t, double> discardBefore_;  ///< type and length of the end discard without whole cut-offs
   std::map<const QObject*, WantedResults> wanted_;
 };
 

@@ -53,16 +53,17 @@ TEST(EditHistory, RestoresEveryFieldOfAState) {
                             }(),
                         .identification = "part",
                         .inverted = true,
-                        .regionSet = true,
-                        .regionMode = 1,
-                        .regionStartMM = 1.0,
-                        .regionEndOffsetMM = 2.0,
-                        .regionLengthMM = 3.0,
-                        .wholeCutoffLength = true,
-                        .useAllDataForForm = true,
-                        .excludeSet = true,
-                        .excludeFirst = 4,
-                        .excludeLast = 5};
+                        .region = {.regionSet = true,
+                                   .regionMode = 1,
+                                   .regionStartMM = 1.0,
+                                   .regionEndOffsetMM = 2.0,
+                                   .regionLengthMM = 3.0,
+                                   .wholeCutoffLength = true,
+                                   .discardWithoutWholeCutoffs = {kDiscardCutoff, 0.5},
+                                   .useAllDataForForm = true,
+                                   .excludeSet = true,
+                                   .excludeFirst = 4,
+                                   .excludeLast = 5}};
   document.settings.display.Metric = false;
   RestoreEditState(document, state);
   EXPECT_EQ(EditStateOf(document), state);

@@ -223,7 +223,7 @@ TEST_F(BatchWindow, ShowsEveryFileInOrderWithVerdictAndStatistics) {
     EXPECT_EQ(Cell(i, 0).toStdString(), IntegerText(i, 3, '0') + ".lmt");
     if (i == 7) continue;
     // A saw-tooth from 0 to its height: Pt is that height, out of tolerance above 1.15.
-    EXPECT_NEAR(Cell(i, 2).toDouble(), 1.0 + 0.01 * i, 1e-5);
+    EXPECT_EQ(Cell(i, 2).toStdString(), FixedText(1.0 + 0.01 * i, 4)) << "as the table of parameters shows it";
     EXPECT_EQ(Cell(i, 1), i > 15 ? "1 out of tolerance" : "analysed") << i;
   }
   EXPECT_TRUE(Cell(7, 1).contains("007.lmt"));
@@ -239,13 +239,13 @@ TEST_F(BatchWindow, ShowsEveryFileInOrderWithVerdictAndStatistics) {
   EXPECT_NEAR(summary.item(0, 2)->text().toDouble(), (30 * 1.145 - 1.07) / 29, 1e-5);
   EXPECT_EQ(summary.item(0, 4)->text(), "1");
   EXPECT_EQ(summary.item(0, 5)->text(), "1.29");
-  EXPECT_EQ(summary.item(0, 6)->text(), "14");
+  EXPECT_EQ(summary.item(0, 7)->text(), "14");
   for (QPushButton* const button : window_->findChildren<QPushButton*>()) {
     if (button->text() == "&Copy") button->click();
   }
   const QStringList lines = QApplication::clipboard()->text().split('\n');
-  EXPECT_EQ(lines[0], "File\tResult\tPt\tRa");
-  EXPECT_TRUE(lines[1].startsWith("000.lmt\tanalysed\t1\t"));
+  EXPECT_EQ(lines[0], QString::fromUtf8("File\tResult\tPt / µm\tRa / µm"));
+  EXPECT_TRUE(lines[1].startsWith("000.lmt\tanalysed\t1.0000\t"));
   emit table->activated(window_->Results().index(3, 0));
   EXPECT_EQ(document().profiles.sourcePath, TextFromPath(folder_ / "in/003.lmt"));
 }

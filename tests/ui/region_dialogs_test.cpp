@@ -125,6 +125,15 @@ TEST_F(Regions, WholeCutoffsAreASwitch) {
   EXPECT_EQ(Doc().profiles.computeRange.count, 8000);
   EXPECT_EQ(Doc().settings.analysis.UserDiscardType, kDiscardNone) << "as it was before";
   Choose("&Whole Number of Cut-offs");
+  settings = Doc().settings;
+  settings.analysis.UserDiscardType = kDiscardCutoff;
+  frame_->Doc().ReplaceSettings(settings);
+  EXPECT_EQ(Doc().settings.analysis.UserDiscardType, kDiscardHalfCutoff);
+  Choose("&Whole Number of Cut-offs");
+  EXPECT_EQ(Doc().settings.analysis.UserDiscardType, kDiscardCutoff) << "as it was set meanwhile";
+  settings.analysis.UserDiscardType = kDiscardNone;
+  frame_->Doc().ReplaceSettings(settings);
+  Choose("&Whole Number of Cut-offs");
   Choose("Compute &All");
   EXPECT_FALSE(Doc().wholeCutoffLength);
   EXPECT_EQ(Doc().profiles.computeRange.count, 8000);
