@@ -11,7 +11,6 @@
 #include "core/platform.h"
 #include "core/prompts.h"
 #include "core/ratio_row_list.h"
-#include "core/shown_rows.h"
 #include "formats/import.h"
 
 namespace texturon {

@@ -1,10 +1,8 @@
 #include "core/shown_rows.h"
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
-#include "core/number_text.h"
 #include "core/ratio_row_list.h"
 #include "parameters/labels.h"
 
@@ -28,14 +26,6 @@ std::string RatioTitle(const std::string& name, const DisplaySettings& display) 
 }
 
 }  // namespace
-
-std::string ShownValue(const ParameterDef& row, bool metric) {
-  if (!row.valid) return {};
-  const double value = metric ? row.value : row.value * row.imperialFactor;
-  if (!std::isfinite(value)) return {};
-  const int decimals = metric ? row.format.metricDecimals : row.format.imperialDecimals;
-  return row.format.scientific ? ScientificText(value, decimals) : FixedText(value, decimals);
-}
 
 std::int32_t ColumnsOfTable(const DisplaySettings& display) {
   return std::clamp(display.ParameterColumns, 1, kMostParameterColumns);

@@ -23,9 +23,6 @@ struct ShownRow {
 inline constexpr std::int32_t kMostParameterColumns = 6;
 std::int32_t ColumnsOfTable(const DisplaySettings& display);
 
-/// The value of a row as tables show it; empty where it was not computed or is not finite.
-std::string ShownValue(const ParameterDef& row, bool metric);
-
 /// The selected rows of the working list, then the configurable ones.
 std::vector<ShownRow> ShownRows(const Document& document);
 

@@ -1,8 +1,10 @@
 #include "parameters/catalogue.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
+#include "core/number_text.h"
 #include "core/text.h"
 
 namespace texturon {
@@ -73,6 +75,14 @@ ParameterCatalogue MakeWorkingList(std::span<const ParameterSelection> selection
 
 std::string PrintedUnit(std::string_view unit) {
   return unit == "%%" ? "%" : std::string(unit);
+}
+
+std::string ShownValue(const ParameterDef& row, bool metric) {
+  if (!row.valid) return {};
+  const double value = metric ? row.value : row.value * row.imperialFactor;
+  if (!std::isfinite(value)) return {};
+  const int decimals = metric ? row.format.metricDecimals : row.format.imperialDecimals;
+  return row.format.scientific ? ScientificText(value, decimals) : FixedText(value, decimals);
 }
 
 std::optional<Verdict> JudgeValue(double value, const Tolerance& tolerance) {

@@ -64,6 +64,9 @@ const MasterRow* FindMasterRow(std::string_view name);
 /// A unit as it is printed: the doubled per-cent sign once.
 std::string PrintedUnit(std::string_view unit);
 
+/// The value of a row as tables show it; empty where it was not computed or is not finite.
+std::string ShownValue(const ParameterDef& row, bool metric);
+
 /// Verdict after the tolerance: empty where the row is not toleranced. Without bilateral limits only the upper one
 /// counts, and 0.0 is no limit; with both, two zeros are none. An undefined value (NaN) fails every limit.
 enum class Verdict { kPass, kFail };
