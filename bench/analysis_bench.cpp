@@ -8,10 +8,10 @@
 #include <string>
 #include <vector>
 
-#include "core/document.h"
-#include "core/pipeline.h"
-#include "core/platform.h"
+#include "analysis/document.h"
+#include "analysis/pipeline.h"
 #include "formats/native_format.h"
+#include "platform/platform.h"
 #include "signal/sort_descending.h"
 
 namespace texturon {

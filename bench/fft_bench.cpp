@@ -6,9 +6,9 @@
 #include <cmath>
 #include <vector>
 
-#include "signal/fft.h"
-#include "signal/gaussian_filter.h"
-#include "signal/real_fft.h"
+#include "signal/fft/fft.h"
+#include "signal/fft/real_fft.h"
+#include "signal/filter/gaussian_filter.h"
 
 #ifdef TEXTURON_PEER_FFTW
 #include <fftw3.h>

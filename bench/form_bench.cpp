@@ -6,9 +6,9 @@
 #include <random>
 #include <vector>
 
-#include "signal/form_asphere.h"
-#include "signal/form_fixed_radius.h"
-#include "signal/form_free.h"
+#include "signal/form/form_asphere.h"
+#include "signal/form/form_fixed_radius.h"
+#include "signal/form/form_free.h"
 
 namespace texturon {
 namespace {

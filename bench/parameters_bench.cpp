@@ -8,10 +8,10 @@
 #include <string>
 #include <vector>
 
-#include "core/platform.h"
-#include "core/text.h"
+#include "base/text.h"
 #include "parameters/driver.h"
-#include "signal/morphological_envelope.h"
+#include "platform/platform.h"
+#include "signal/envelope/morphological_envelope.h"
 #include "signal/sort_descending.h"
 
 namespace texturon {

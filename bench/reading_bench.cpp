@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "core/number_text.h"
+#include "base/number_text.h"
 #include "formats/column_text.h"
 #include "formats/native_format.h"
 #include "formats/pr_format.h"

@@ -6,12 +6,12 @@
 #include <random>
 #include <vector>
 
-#include "signal/form_arc.h"
-#include "signal/form_line.h"
-#include "signal/form_polynomial.h"
-#include "signal/pentadiagonal.h"
-#include "signal/robust_filter.h"
-#include "signal/spline_filter.h"
+#include "signal/filter/pentadiagonal.h"
+#include "signal/filter/robust_filter.h"
+#include "signal/filter/spline_filter.h"
+#include "signal/form/form_arc.h"
+#include "signal/form/form_line.h"
+#include "signal/form/form_polynomial.h"
 
 #ifdef TEXTURON_PEER_LAPACK
 extern "C" void dpbsv_(const char* uplo, const int* n, const int* kd, const int* nrhs, double* ab, const int* ldab,

@@ -6,10 +6,10 @@
 #include <cmath>
 #include <numbers>
 
-#include "core/pipeline.h"
-#include "core/platform.h"
-#include "ui/main_frame.h"
-#include "ui/profile_plot.h"
+#include "analysis/pipeline.h"
+#include "platform/platform.h"
+#include "ui/plots/profile_plot.h"
+#include "ui/window/main_frame.h"
 
 namespace texturon {
 namespace {

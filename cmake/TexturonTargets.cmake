@@ -30,11 +30,11 @@ else()
   endif()
 endif()
 
-# texturon_library(name SOURCES ... LINKS ...): one layer of the engine. It may include only what it links, with the
-# paths written from src/.
-function(texturon_library name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
-  add_library(${name} STATIC ${ARG_SOURCES})
+# texturon_floor(name LINKS ...): one floor of the engine, with every source of its folder.
+function(texturon_floor name)
+  cmake_parse_arguments(ARG "" "" "LINKS" ${ARGN})
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/${name}/*.cpp)
+  add_library(${name} STATIC ${sources})
   target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
   target_link_libraries(${name} PUBLIC ${ARG_LINKS} PRIVATE texturon_options)
 endfunction()

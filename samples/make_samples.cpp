@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
-#include "core/number_text.h"
-#include "core/platform.h"
+#include "base/number_text.h"
 #include "formats/native_format.h"
+#include "platform/platform.h"
 
 namespace {
 

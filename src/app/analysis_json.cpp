@@ -3,10 +3,10 @@
 #include <optional>
 #include <utility>
 
-#include "core/captions.h"
-#include "core/charset.h"
-#include "core/ratio_row_list.h"
-#include "core/units.h"
+#include "analysis/captions.h"
+#include "analysis/ratio_row_list.h"
+#include "base/charset.h"
+#include "base/units.h"
 #include "parameters/catalogue.h"
 #include "parameters/labels.h"
 

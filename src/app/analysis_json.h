@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "analysis/document.h"
 #include "app/json_writer.h"
-#include "core/document.h"
 
 namespace texturon {
 

@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <vector>
 
-#include "core/captions.h"
-#include "core/charset.h"
-#include "core/number_text.h"
-#include "core/shown_rows.h"
-#include "core/units.h"
+#include "analysis/captions.h"
+#include "base/charset.h"
+#include "base/number_text.h"
+#include "base/units.h"
 #include "parameters/catalogue.h"
+#include "presentation/shown_rows.h"
 
 namespace texturon {
 namespace {

@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/document.h"
+#include "analysis/document.h"
 
 namespace texturon {
 

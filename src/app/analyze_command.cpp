@@ -1,14 +1,14 @@
 #include <iostream>
 
+#include "analysis/document_export.h"
+#include "analysis/pipeline.h"
 #include "app/analysis_json.h"
 #include "app/analysis_table.h"
 #include "app/commands.h"
-#include "core/charset.h"
-#include "core/date_text.h"
-#include "core/document_export.h"
-#include "core/pipeline.h"
-#include "core/platform.h"
+#include "base/charset.h"
+#include "base/date_text.h"
 #include "export/parameter_file.h"
+#include "platform/platform.h"
 
 namespace texturon {
 namespace {

@@ -8,12 +8,12 @@
 
 #include "app/batch_progress.h"
 #include "app/commands.h"
-#include "core/charset.h"
-#include "core/folder_batch.h"
-#include "core/folder_files.h"
-#include "core/interrupt.h"
-#include "core/number_text.h"
-#include "core/platform.h"
+#include "base/charset.h"
+#include "base/number_text.h"
+#include "platform/interrupt.h"
+#include "platform/platform.h"
+#include "unattended/folder_batch.h"
+#include "unattended/folder_files.h"
 
 namespace texturon {
 namespace {

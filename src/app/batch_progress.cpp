@@ -6,8 +6,8 @@
 #include <iostream>
 #include <string>
 
-#include "core/number_text.h"
-#include "core/platform.h"
+#include "base/number_text.h"
+#include "platform/platform.h"
 
 namespace texturon {
 namespace {

@@ -9,11 +9,11 @@
 #include <vector>
 
 #include "app/commands.h"
-#include "core/charset.h"
-#include "core/command_line_run.h"
-#include "core/interrupt.h"
-#include "core/platform.h"
-#include "core/text.h"
+#include "base/charset.h"
+#include "base/text.h"
+#include "platform/interrupt.h"
+#include "platform/platform.h"
+#include "unattended/command_line_run.h"
 
 namespace texturon {
 namespace {

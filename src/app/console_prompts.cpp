@@ -3,9 +3,9 @@
 #include <iostream>
 #include <utility>
 
-#include "core/charset.h"
-#include "core/number_text.h"
-#include "core/platform.h"
+#include "base/charset.h"
+#include "base/number_text.h"
+#include "platform/platform.h"
 
 namespace texturon {
 namespace {

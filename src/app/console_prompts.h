@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "core/prompts.h"
+#include "platform/prompts.h"
 
 namespace texturon {
 

@@ -1,9 +1,9 @@
 #include <filesystem>
 
 #include "app/commands.h"
-#include "core/platform.h"
-#include "core/text.h"
+#include "base/text.h"
 #include "formats/extension_table.h"
+#include "platform/platform.h"
 
 namespace texturon {
 

@@ -4,14 +4,14 @@
 #include <string>
 #include <vector>
 
-#include "core/charset.h"
-#include "core/command_line_run.h"
-#include "core/interrupt.h"
-#include "core/platform.h"
-#include "core/text.h"
-#include "ui/command_icons.h"
-#include "ui/headless.h"
-#include "ui/start_up.h"
+#include "base/charset.h"
+#include "base/text.h"
+#include "platform/interrupt.h"
+#include "platform/platform.h"
+#include "ui/window/command_icons.h"
+#include "ui/window/headless.h"
+#include "ui/window/start_up.h"
+#include "unattended/command_line_run.h"
 
 namespace {
 

@@ -1,12 +1,12 @@
 #include <filesystem>
 #include <iostream>
 
+#include "analysis/document_export.h"
+#include "analysis/pipeline.h"
 #include "app/commands.h"
-#include "core/charset.h"
-#include "core/document_export.h"
-#include "core/pipeline.h"
-#include "core/platform.h"
-#include "core/text.h"
+#include "base/charset.h"
+#include "base/text.h"
+#include "platform/platform.h"
 
 namespace texturon {
 

@@ -3,11 +3,11 @@
 
 #include "app/commands.h"
 #include "app/json_writer.h"
-#include "core/charset.h"
-#include "core/number_text.h"
-#include "core/platform.h"
+#include "base/charset.h"
+#include "base/number_text.h"
 #include "formats/import.h"
 #include "formats/plausibility.h"
+#include "platform/platform.h"
 
 namespace texturon {
 namespace {

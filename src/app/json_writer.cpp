@@ -3,7 +3,7 @@
 #include <cmath>
 #include <ostream>
 
-#include "core/number_text.h"
+#include "base/number_text.h"
 
 namespace texturon {
 

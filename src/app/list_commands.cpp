@@ -4,15 +4,15 @@
 #include <vector>
 
 #include "app/commands.h"
-#include "core/charset.h"
-#include "core/ini_file.h"
-#include "core/number_text.h"
-#include "core/platform.h"
-#include "core/settings_check.h"
-#include "core/settings_file.h"
-#include "core/settings_listing.h"
+#include "base/charset.h"
+#include "base/ini_file.h"
+#include "base/number_text.h"
 #include "formats/extension_table.h"
 #include "parameters/catalogue.h"
+#include "platform/platform.h"
+#include "settings/settings_check.h"
+#include "settings/settings_file.h"
+#include "settings/settings_listing.h"
 
 namespace texturon {
 namespace {

@@ -6,12 +6,12 @@
 #include <string_view>
 #include <utility>
 
-#include "core/charset.h"
-#include "core/number_text.h"
-#include "core/platform.h"
-#include "core/settings_file.h"
-#include "core/settings_text.h"
+#include "base/charset.h"
+#include "base/number_text.h"
 #include "formats/import.h"
+#include "platform/platform.h"
+#include "settings/settings_file.h"
+#include "settings/settings_text.h"
 
 namespace texturon {
 namespace {

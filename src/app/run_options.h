@@ -6,10 +6,10 @@
 #include <string_view>
 #include <vector>
 
+#include "analysis/document.h"
 #include "app/console_prompts.h"
-#include "core/document.h"
-#include "core/environment.h"
 #include "formats/profile_reader.h"
+#include "platform/environment.h"
 
 namespace texturon {
 

@@ -1,7 +1,7 @@
 #include <iostream>
 
 #include "app/command_line.h"
-#include "core/platform.h"
+#include "platform/platform.h"
 
 int main(int argc, char** argv) {
   texturon::PreferLargePages();

@@ -2,10 +2,10 @@
 #include <utility>
 
 #include "app/commands.h"
-#include "core/charset.h"
-#include "core/folder_watch.h"
-#include "core/interrupt.h"
-#include "core/platform.h"
+#include "base/charset.h"
+#include "platform/interrupt.h"
+#include "platform/platform.h"
+#include "unattended/folder_watch.h"
 
 namespace texturon {
 namespace {

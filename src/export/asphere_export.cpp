@@ -1,6 +1,6 @@
 #include "export/asphere_export.h"
 
-#include "core/number_text.h"
+#include "base/number_text.h"
 
 namespace texturon {
 namespace {

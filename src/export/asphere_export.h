@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "signal/asphere_tables.h"
+#include "signal/form/asphere_tables.h"
 
 namespace texturon {
 

@@ -2,7 +2,7 @@
 
 #include <initializer_list>
 
-#include "core/number_text.h"
+#include "base/number_text.h"
 #include "parameters/curves.h"
 
 namespace texturon {

@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "core/profile_set.h"
 #include "export/profile_export.h"
+#include "record/profile_set.h"
 
 namespace texturon {
 

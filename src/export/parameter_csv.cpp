@@ -4,9 +4,9 @@
 #include <array>
 #include <cmath>
 
-#include "core/number_text.h"
-#include "core/text.h"
-#include "core/units.h"
+#include "base/number_text.h"
+#include "base/text.h"
+#include "base/units.h"
 #include "parameters/counts.h"
 #include "parameters/element_parameters.h"
 

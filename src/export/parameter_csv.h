@@ -4,9 +4,9 @@
 #include <string>
 #include <string_view>
 
-#include "core/settings.h"
 #include "parameters/catalogue.h"
 #include "parameters/ratio_rows.h"
+#include "settings/settings.h"
 
 namespace texturon {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <thread>
 
-#include "core/append_file.h"
+#include "platform/append_file.h"
 
 namespace texturon {
 namespace {

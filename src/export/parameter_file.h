@@ -4,8 +4,8 @@
 #include <functional>
 #include <string_view>
 
-#include "core/platform.h"
-#include "core/prompts.h"
+#include "platform/platform.h"
+#include "platform/prompts.h"
 
 namespace texturon {
 

@@ -1,8 +1,8 @@
 #include "export/profile_export.h"
 
-#include "core/number_text.h"
-#include "core/text.h"
-#include "core/units.h"
+#include "base/number_text.h"
+#include "base/text.h"
+#include "base/units.h"
 
 namespace texturon {
 namespace {

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/profile.h"
+#include "record/profile.h"
 
 namespace texturon {
 

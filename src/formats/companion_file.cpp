@@ -3,7 +3,7 @@
 #include <string>
 #include <system_error>
 
-#include "core/text.h"
+#include "base/text.h"
 
 namespace texturon {
 

@@ -4,13 +4,13 @@
 #include <cmath>
 #include <limits>
 
-#include "core/number_text.h"
-#include "core/profile_set.h"
-#include "core/text.h"
+#include "base/number_text.h"
+#include "base/text.h"
 #include "formats/even_spacing.h"
 #include "formats/little_endian.h"
 #include "formats/reader_questions.h"
 #include "formats/text_lines.h"
+#include "record/profile_set.h"
 
 namespace texturon {
 namespace {

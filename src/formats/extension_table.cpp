@@ -2,8 +2,7 @@
 
 #include <algorithm>
 
-#include "core/platform.h"
-#include "core/text.h"
+#include "base/text.h"
 #include "formats/column_text.h"
 #include "formats/comma_separated.h"
 #include "formats/digital_surf.h"
@@ -15,6 +14,7 @@
 #include "formats/prf_format.h"
 #include "formats/sdf_format.h"
 #include "formats/softgauge_text.h"
+#include "platform/platform.h"
 
 namespace texturon {
 namespace {

@@ -5,12 +5,12 @@
 #include <string_view>
 #include <utility>
 
-#include "core/charset.h"
-#include "core/number_text.h"
-#include "core/platform.h"
-#include "core/text.h"
+#include "base/charset.h"
+#include "base/number_text.h"
+#include "base/text.h"
 #include "formats/extension_table.h"
 #include "formats/text_lines.h"
+#include "platform/platform.h"
 
 namespace texturon {
 namespace {

@@ -5,10 +5,10 @@
 #include <string_view>
 #include <vector>
 
-#include "core/profile_set.h"
-#include "core/prompts.h"
 #include "formats/extension_table.h"
 #include "formats/profile_reader.h"
+#include "platform/prompts.h"
+#include "record/profile_set.h"
 
 namespace texturon {
 

@@ -4,15 +4,15 @@
 #include <cmath>
 #include <limits>
 
-#include "core/number_text.h"
-#include "core/platform.h"
-#include "core/profile_set.h"
-#include "core/text.h"
-#include "core/units.h"
+#include "base/number_text.h"
+#include "base/text.h"
+#include "base/units.h"
 #include "formats/companion_file.h"
 #include "formats/even_spacing.h"
 #include "formats/reader_questions.h"
 #include "formats/text_lines.h"
+#include "platform/platform.h"
+#include "record/profile_set.h"
 
 namespace texturon {
 namespace {

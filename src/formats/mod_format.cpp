@@ -2,11 +2,11 @@
 
 #include <cmath>
 
-#include "core/profile_set.h"
-#include "core/text.h"
+#include "base/text.h"
 #include "formats/even_spacing.h"
 #include "formats/prf_records.h"
 #include "formats/text_cursor.h"
+#include "record/profile_set.h"
 
 namespace texturon {
 namespace {

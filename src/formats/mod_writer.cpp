@@ -4,9 +4,9 @@
 #include <cmath>
 #include <initializer_list>
 
-#include "core/number_text.h"
-#include "core/text.h"
-#include "core/units.h"
+#include "base/number_text.h"
+#include "base/text.h"
+#include "base/units.h"
 #include "formats/prf_records.h"
 
 namespace texturon {

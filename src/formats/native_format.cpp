@@ -6,16 +6,16 @@
 #include <utility>
 #include <vector>
 
-#include "core/charset.h"
-#include "core/date_text.h"
-#include "core/number_text.h"
-#include "core/platform.h"
-#include "core/profile_set.h"
-#include "core/text.h"
+#include "base/charset.h"
+#include "base/date_text.h"
+#include "base/number_text.h"
+#include "base/text.h"
 #include "formats/companion_file.h"
 #include "formats/reader_questions.h"
 #include "formats/text_cursor.h"
 #include "formats/text_lines.h"
+#include "platform/platform.h"
+#include "record/profile_set.h"
 
 namespace texturon {
 namespace {

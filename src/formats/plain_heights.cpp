@@ -5,13 +5,13 @@
 #include <optional>
 #include <utility>
 
-#include "core/number_text.h"
-#include "core/profile_set.h"
-#include "core/text.h"
-#include "core/units.h"
+#include "base/number_text.h"
+#include "base/text.h"
+#include "base/units.h"
 #include "formats/reader_questions.h"
 #include "formats/text_cursor.h"
 #include "formats/text_lines.h"
+#include "record/profile_set.h"
 
 namespace texturon {
 namespace {

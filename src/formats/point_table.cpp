@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "core/text.h"
+#include "base/text.h"
 #include "formats/text_lines.h"
 
 namespace texturon {

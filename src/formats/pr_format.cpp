@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cmath>
 
-#include "core/number_text.h"
-#include "core/profile_set.h"
-#include "core/text.h"
+#include "base/number_text.h"
+#include "base/text.h"
 #include "formats/text_lines.h"
+#include "record/profile_set.h"
 
 namespace texturon {
 namespace {

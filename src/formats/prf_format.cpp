@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <cmath>
 
-#include "core/number_text.h"
-#include "core/profile_set.h"
-#include "core/text.h"
-#include "core/units.h"
+#include "base/number_text.h"
+#include "base/text.h"
+#include "base/units.h"
 #include "formats/prf_records.h"
 #include "formats/text_cursor.h"
+#include "record/profile_set.h"
 
 namespace texturon {
 namespace {

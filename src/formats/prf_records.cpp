@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "core/number_text.h"
-#include "core/text.h"
+#include "base/number_text.h"
+#include "base/text.h"
 
 namespace texturon {
 namespace {

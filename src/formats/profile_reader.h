@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "core/prompts.h"
+#include "platform/prompts.h"
 
 namespace texturon {
 

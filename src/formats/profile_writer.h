@@ -5,8 +5,8 @@
 #include <span>
 #include <string_view>
 
-#include "core/platform.h"
-#include "core/prompts.h"
+#include "platform/platform.h"
+#include "platform/prompts.h"
 
 namespace texturon {
 

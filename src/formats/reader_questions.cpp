@@ -4,8 +4,8 @@
 #include <cmath>
 #include <optional>
 
-#include "core/number_text.h"
-#include "core/units.h"
+#include "base/number_text.h"
+#include "base/units.h"
 #include "formats/text_lines.h"
 
 namespace texturon {

@@ -3,12 +3,12 @@
 #include <filesystem>
 #include <optional>
 
-#include "core/platform.h"
-#include "core/text.h"
+#include "base/text.h"
 #include "formats/companion_file.h"
 #include "formats/extension_table.h"
 #include "formats/reader_questions.h"
 #include "formats/text_lines.h"
+#include "platform/platform.h"
 
 namespace texturon {
 namespace {

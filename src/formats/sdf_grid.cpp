@@ -4,14 +4,14 @@
 #include <cmath>
 #include <limits>
 
-#include "core/number_text.h"
-#include "core/platform.h"
-#include "core/profile_set.h"
-#include "core/text.h"
+#include "base/number_text.h"
+#include "base/text.h"
 #include "formats/even_spacing.h"
 #include "formats/little_endian.h"
 #include "formats/profile_choice.h"
 #include "formats/text_cursor.h"
+#include "platform/platform.h"
+#include "record/profile_set.h"
 
 namespace texturon {
 namespace {

@@ -4,12 +4,12 @@
 #include <cmath>
 #include <numeric>
 
-#include "core/number_text.h"
-#include "core/profile_set.h"
-#include "core/text.h"
+#include "base/number_text.h"
+#include "base/text.h"
 #include "formats/even_spacing.h"
 #include "formats/reader_questions.h"
 #include "formats/text_lines.h"
+#include "record/profile_set.h"
 
 namespace texturon {
 namespace {

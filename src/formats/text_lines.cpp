@@ -4,9 +4,9 @@
 #include <array>
 #include <utility>
 
-#include "core/charset.h"
-#include "core/number_text.h"
-#include "core/text.h"
+#include "base/charset.h"
+#include "base/number_text.h"
+#include "base/text.h"
 
 namespace texturon {
 namespace {

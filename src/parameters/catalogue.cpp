@@ -4,8 +4,8 @@
 #include <cmath>
 #include <utility>
 
-#include "core/number_text.h"
-#include "core/text.h"
+#include "base/number_text.h"
+#include "base/text.h"
 
 namespace texturon {
 namespace {

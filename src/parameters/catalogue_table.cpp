@@ -1,6 +1,6 @@
 #include <iterator>
 
-#include "core/units.h"
+#include "base/units.h"
 #include "parameters/catalogue.h"
 
 namespace texturon {

@@ -3,8 +3,8 @@
 #include <array>
 #include <cmath>
 
-#include "core/text.h"
-#include "core/units.h"
+#include "base/text.h"
+#include "base/units.h"
 #include "parameters/parameter_profile.h"
 #include "parameters/suffix_table.h"
 #include "parameters/void_convexity.h"

@@ -5,12 +5,12 @@
 #include <string>
 #include <vector>
 
-#include "core/profile.h"
-#include "core/settings.h"
 #include "parameters/catalogue.h"
 #include "parameters/core_roughness.h"
 #include "parameters/motifs.h"
 #include "parameters/probability.h"
+#include "record/profile.h"
+#include "settings/settings.h"
 
 namespace texturon {
 

@@ -7,7 +7,7 @@
 #include <limits>
 #include <numbers>
 
-#include "core/units.h"
+#include "base/units.h"
 #include "signal/all_finite.h"
 #include "signal/lane_sums.h"
 

@@ -3,7 +3,7 @@
 #include <span>
 #include <vector>
 
-#include "core/motif.h"
+#include "record/motif.h"
 
 namespace texturon {
 

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <limits>
 
-#include "core/units.h"
+#include "base/units.h"
 #include "parameters/motif_finder.h"
 
 namespace texturon {

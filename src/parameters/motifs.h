@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
-#include "core/motif.h"
 #include "parameters/parameter_profile.h"
+#include "record/motif.h"
 
 // Motif parameters after ISO 12085, on the primary profile: roughness motifs up to MotifAMM long; the upper envelope
 // through their peaks, and on it waviness motifs up to MotifBMM.

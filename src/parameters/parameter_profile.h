@@ -8,11 +8,11 @@
 #include <utility>
 #include <vector>
 
-#include "core/settings.h"
-#include "core/units.h"
+#include "base/units.h"
 #include "parameters/height_statistics.h"
 #include "parameters/profile_elements.h"
 #include "parameters/sampling_lengths.h"
+#include "settings/settings.h"
 
 namespace texturon {
 

@@ -3,7 +3,7 @@
 #include <array>
 #include <span>
 
-#include "core/settings.h"
+#include "settings/settings.h"
 
 namespace texturon {
 

@@ -3,7 +3,7 @@
 #include <array>
 #include <cstddef>
 
-#include "core/units.h"
+#include "base/units.h"
 #include "signal/lane_sums.h"
 
 namespace texturon {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "core/text.h"
+#include "base/text.h"
 #include "parameters/amplitude.h"
 #include "parameters/core_roughness.h"
 #include "parameters/counts.h"

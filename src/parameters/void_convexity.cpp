@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "core/units.h"
-#include "signal/morphological_envelope.h"
+#include "base/units.h"
+#include "signal/envelope/morphological_envelope.h"
 
 namespace texturon {
 namespace {

@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <numbers>
 
-#include "core/units.h"
+#include "base/units.h"
 #include "parameters/swept_windows.h"
 
 namespace texturon {

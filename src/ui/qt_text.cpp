@@ -4,8 +4,8 @@
 #include <QScreen>
 #include <QWidget>
 
-#include "core/charset.h"
-#include "core/platform.h"
+#include "base/charset.h"
+#include "platform/platform.h"
 
 namespace texturon {
 

@@ -12,7 +12,7 @@
 #include <thread>
 #include <vector>
 
-#include "core/platform.h"
+#include "platform/platform.h"
 #include "support/child_process.h"
 #include "support/program_run.h"
 #include "support/scratch_folder.h"

@@ -9,8 +9,8 @@
 #include <thread>
 #include <vector>
 
-#include "core/append_file.h"
 #include "export/parameter_file.h"
+#include "platform/append_file.h"
 #include "support/scratch_folder.h"
 #include "support/scripted_prompts.h"
 

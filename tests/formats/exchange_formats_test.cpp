@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "core/number_text.h"
+#include "base/number_text.h"
 #include "formats/extension_table.h"
 #include "formats/import.h"
 #include "formats/mod_format.h"

@@ -11,12 +11,12 @@
 #include <string>
 #include <vector>
 
-#include "core/profile_set.h"
-#include "core/text.h"
+#include "base/text.h"
+#include "formats/allocation_peak.h"
 #include "formats/extension_table.h"
 #include "formats/import.h"
 #include "formats/sample_texts.h"
-#include "support/allocation_peak.h"
+#include "record/profile_set.h"
 #include "support/mutate.h"
 #include "support/near.h"
 #include "support/scratch_folder.h"

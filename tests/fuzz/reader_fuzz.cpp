@@ -14,14 +14,14 @@
 #include <string_view>
 #include <vector>
 
-#include "core/profile_set.h"
-#include "core/prompts.h"
-#include "core/text.h"
+#include "base/text.h"
 #include "formats/extension_table.h"
 #include "formats/import.h"
 #include "formats/native_format.h"
 #include "formats/sample_texts.h"
 #include "formats/text_lines.h"
+#include "platform/prompts.h"
+#include "record/profile_set.h"
 
 namespace texturon {
 namespace {

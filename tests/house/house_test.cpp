@@ -40,64 +40,75 @@ std::vector<fs::path> SourcesBelow(const char* folder) {
   return sources;
 }
 
-/// "core/units.h" of a path below src/.
+/// "base/units.h" of a path below src/.
 std::string NameBelowSrc(const fs::path& path) {
   return path.lexically_relative(kRoot / "src").generic_string();
 }
 
-/// Stems of the sources of core_run; everything else in src/core is core_base.
-std::set<std::string> StemsOfCoreRun() {
-  const std::string text = ReadAll(kRoot / "src/core/CMakeLists.txt");
-  const std::string list = text.substr(text.find("texturon_library(core_run"));
-  std::set<std::string> stems;
-  const std::regex source("([a-z0-9_]+)\\.cpp");
-  for (std::sregex_iterator it(list.begin(), list.end(), source), end; it != end; ++it) stems.insert((*it)[1]);
-  EXPECT_FALSE(stems.empty());
-  return stems;
-}
+/// The floors from the ground up; two of the same height do not know each other.
+const std::map<std::string, int> kHeights = {{"base", 0},     {"record", 1},       {"platform", 1},   {"signal", 2},
+                                             {"settings", 3}, {"formats", 4},      {"parameters", 4}, {"export", 5},
+                                             {"analysis", 6}, {"presentation", 7}, {"unattended", 7}, {"ui", 8},
+                                             {"app", 9}};
 
-/// The layer that a file below src/ belongs to.
-std::string LayerOf(const std::string& name, const std::set<std::string>& coreRun) {
-  const std::string folder = name.substr(0, name.find('/'));
-  if (folder != "core") return folder;
-  return coreRun.contains(fs::path(name).stem().string()) ? "core_run" : "core_base";
+/// The floor of a file below src/: its first folder.
+std::string FloorOf(const std::string& name) {
+  return name.substr(0, name.find('/'));
 }
 
 TEST(House, ArrowsPointDown) {
-  const std::map<std::string, std::set<std::string>> mayInclude = {
-      {"core_base", {}},
-      {"signal", {"core_base"}},
-      {"formats", {"core_base"}},
-      {"parameters", {"core_base", "signal"}},
-      {"export", {"core_base", "signal", "formats", "parameters"}},
-      {"core_run", {"core_base", "signal", "formats", "parameters", "export"}},
-      {"ui", {"core_base", "signal", "formats", "parameters", "export", "core_run"}},
-      {"app", {"core_base", "signal", "formats", "parameters", "export", "core_run", "ui"}},
-  };
-  const std::set<std::string> coreRun = StemsOfCoreRun();
-  const std::regex ownInclude("^#include \"([a-z0-9_]+/[a-z0-9_]+\\.h)\"");
+  const std::regex ownInclude("^#include \"([a-z0-9_]+(/[a-z0-9_]+)+\\.h)\"");
   for (const fs::path& path : SourcesBelow("src")) {
     const std::string name = NameBelowSrc(path);
-    const std::string layer = LayerOf(name, coreRun);
-    ASSERT_TRUE(mayInclude.contains(layer)) << name << " is in no known layer";
+    const std::string floor = FloorOf(name);
+    ASSERT_TRUE(kHeights.contains(floor)) << name << " is on no known floor";
     for (const std::string& line : LinesOf(path)) {
       std::smatch match;
       if (line.starts_with("#include \"")) {
         ASSERT_TRUE(std::regex_search(line, match, ownInclude)) << name << ": " << line;
-        const std::string target = LayerOf(match[1], coreRun);
-        EXPECT_TRUE(target == layer || mayInclude.at(layer).contains(target)) << name << ": " << line;
+        const std::string target = FloorOf(match[1]);
+        ASSERT_TRUE(kHeights.contains(target)) << name << ": " << line;
+        EXPECT_TRUE(target == floor || kHeights.at(target) < kHeights.at(floor)) << name << ": " << line;
+        EXPECT_TRUE(fs::exists(kRoot / "src" / match[1].str())) << name << ": " << line;
       }
       const bool isQt = std::regex_search(line, std::regex("^#include <(Q[A-Z]|qcustomplot)"));
-      EXPECT_FALSE(isQt && layer != "ui" && !name.starts_with("app/desktop")) << name << ": " << line;
+      EXPECT_FALSE(isQt && floor != "ui" && !name.starts_with("app/desktop")) << name << ": " << line;
     }
   }
 }
 
-TEST(House, EverySourceIsInATarget) {
-  for (const fs::path& path : SourcesBelow("src")) {
-    if (path.extension() != ".cpp") continue;
-    const std::string list = ReadAll(path.parent_path() / "CMakeLists.txt");
-    EXPECT_NE(list.find(path.filename().string()), std::string::npos) << NameBelowSrc(path);
+TEST(House, EveryFloorIsATargetOfItsFolder) {
+  const std::string list = ReadAll(kRoot / "src/CMakeLists.txt");
+  for (const auto& entry : fs::directory_iterator(kRoot / "src")) {
+    if (!entry.is_directory()) continue;
+    const std::string floor = entry.path().filename().string();
+    const std::regex target("(texturon_floor|add_subdirectory)\\(" + floor + "[ )]");
+    EXPECT_TRUE(kHeights.contains(floor)) << floor;
+    EXPECT_TRUE(std::regex_search(list, target)) << floor;
+  }
+}
+
+TEST(House, TheTopFolderHoldsOnlyWhatBelongsThere) {
+  const std::set<std::string> known = {".ci",
+                                       ".clang-format",
+                                       ".clang-tidy",
+                                       ".git",
+                                       ".gitignore",
+                                       "bench",
+                                       "build",
+                                       "cmake",
+                                       "CMakeLists.txt",
+                                       "CMakePresets.json",
+                                       "docs",
+                                       "LICENSE",
+                                       "CONTRIBUTING.md",
+                                       "README.md",
+                                       "samples",
+                                       "scripts",
+                                       "src",
+                                       "tests"};
+  for (const auto& entry : fs::directory_iterator(kRoot)) {
+    EXPECT_TRUE(known.contains(entry.path().filename().string())) << entry.path().filename();
   }
 }
 
@@ -109,7 +120,8 @@ TEST(House, NumbersBecomeTextInOneModuleAndThePlatformIsOneFile) {
     const std::string name = NameBelowSrc(path);
     for (const std::string& line : LinesOf(path)) {
       EXPECT_FALSE(std::regex_search(line, forbidden)) << name << ": " << line;
-      EXPECT_FALSE(name != "core/system_calls.cpp" && std::regex_search(line, platformHeader)) << name << ": " << line;
+      EXPECT_FALSE(name != "platform/system_calls.cpp" && std::regex_search(line, platformHeader))
+          << name << ": " << line;
     }
   }
 }

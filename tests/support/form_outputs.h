@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "signal/form_input.h"
+#include "signal/form/form_input.h"
 
 namespace texturon {
 

@@ -5,7 +5,7 @@
 #include <random>
 #include <vector>
 
-#include "signal/asphere.h"
+#include "signal/form/asphere.h"
 
 namespace texturon {
 

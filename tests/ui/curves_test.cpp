@@ -7,15 +7,15 @@
 #include <QTest>
 #include <cmath>
 
-#include "core/curve_readouts.h"
-#include "core/probability_plot.h"
 #include "parameters/height_curve.h"
-#include "ui/curve_pane.h"
-#include "ui/plot_cursors.h"
-#include "ui/probability_graph.h"
+#include "presentation/curve_readouts.h"
+#include "presentation/probability_plot.h"
+#include "ui/plots/curve_pane.h"
+#include "ui/plots/plot_cursors.h"
+#include "ui/plots/probability_graph.h"
+#include "ui/plots/texturon_brc_view.h"
+#include "ui/plots/texturon_spect_view.h"
 #include "ui/qt_text.h"
-#include "ui/texturon_brc_view.h"
-#include "ui/texturon_spect_view.h"
 #include "ui/window_fixture.h"
 
 namespace texturon {

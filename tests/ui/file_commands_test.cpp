@@ -10,11 +10,11 @@
 
 #include "formats/import.h"
 #include "ui/dialog_driver.h"
-#include "ui/file_dialogs.h"
-#include "ui/folder_batch_window.h"
-#include "ui/report.h"
-#include "ui/texturon_param_view.h"
-#include "ui/texturon_view.h"
+#include "ui/folders/folder_batch_window.h"
+#include "ui/plots/texturon_view.h"
+#include "ui/report/report.h"
+#include "ui/tables/texturon_param_view.h"
+#include "ui/window/file_dialogs.h"
 #include "ui/window_fixture.h"
 
 namespace texturon {

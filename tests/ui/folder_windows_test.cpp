@@ -11,14 +11,14 @@
 #include <QTest>
 #include <algorithm>
 
-#include "core/append_file.h"
+#include "platform/append_file.h"
 #include "support/small_profiles.h"
-#include "ui/auto_loading.h"
 #include "ui/dialog_driver.h"
-#include "ui/folder_batch_window.h"
-#include "ui/grid_ctrl.h"
+#include "ui/folders/auto_loading.h"
+#include "ui/folders/folder_batch_window.h"
 #include "ui/qt_text.h"
-#include "ui/setting_field.h"
+#include "ui/sheets/setting_field.h"
+#include "ui/tables/grid_ctrl.h"
 #include "ui/window_fixture.h"
 
 namespace texturon {

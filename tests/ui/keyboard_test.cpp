@@ -5,8 +5,8 @@
 #include <QMenu>
 #include <QMenuBar>
 
-#include "ui/grid_ctrl.h"
-#include "ui/keys_dialog.h"
+#include "ui/tables/grid_ctrl.h"
+#include "ui/window/keys_dialog.h"
 #include "ui/window_fixture.h"
 
 namespace texturon {

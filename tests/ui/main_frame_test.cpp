@@ -1,6 +1,6 @@
 // The main window on a screen in memory, driven by its menus.
 
-#include "ui/main_frame.h"
+#include "ui/window/main_frame.h"
 
 #include <QAction>
 #include <QApplication>
@@ -12,16 +12,16 @@
 #include <gtest/gtest.h>
 #include <string>
 
-#include "core/pipeline.h"
-#include "core/platform.h"
-#include "core/shown_rows.h"
+#include "analysis/pipeline.h"
 #include "formats/import.h"
+#include "platform/platform.h"
+#include "presentation/shown_rows.h"
 #include "support/scratch_folder.h"
 #include "support/scripted_prompts.h"
 #include "ui/dialog_driver.h"
+#include "ui/plots/texturon_view.h"
 #include "ui/qt_text.h"
-#include "ui/texturon_param_view.h"
-#include "ui/texturon_view.h"
+#include "ui/tables/texturon_param_view.h"
 #include "ui/window_fixture.h"
 
 /// What the font and message-bus libraries and the C library's locale keep to the end of the process is not ours to

@@ -4,9 +4,9 @@
 #include <QSignalSpy>
 #include <QTest>
 
-#include "core/shown_rows.h"
-#include "ui/settings_sheet.h"
-#include "ui/texturon_param_view.h"
+#include "presentation/shown_rows.h"
+#include "ui/sheets/settings_sheet.h"
+#include "ui/tables/texturon_param_view.h"
 #include "ui/window_fixture.h"
 
 namespace texturon {

@@ -9,15 +9,15 @@
 #include <QSet>
 #include <QTest>
 
-#include "ui/curve_pane.h"
-#include "ui/curve_view.h"
-#include "ui/folder_batch_window.h"
-#include "ui/keys_dialog.h"
+#include "ui/folders/folder_batch_window.h"
+#include "ui/plots/curve_pane.h"
+#include "ui/plots/curve_view.h"
+#include "ui/plots/texturon_view.h"
 #include "ui/qt_text.h"
-#include "ui/region_dialogs.h"
-#include "ui/settings_sheet.h"
-#include "ui/shape_page.h"
-#include "ui/texturon_view.h"
+#include "ui/sheets/region_dialogs.h"
+#include "ui/sheets/settings_sheet.h"
+#include "ui/sheets/shape_page.h"
+#include "ui/window/keys_dialog.h"
 #include "ui/window_fixture.h"
 
 namespace texturon {

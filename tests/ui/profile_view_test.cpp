@@ -10,8 +10,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "ui/plots/texturon_view.h"
 #include "ui/qt_text.h"
-#include "ui/texturon_view.h"
 #include "ui/window_fixture.h"
 
 namespace texturon {

@@ -8,7 +8,7 @@
 #include <cmath>
 #include <random>
 
-#include "core/number_text.h"
+#include "base/number_text.h"
 #include "ui/dialog_driver.h"
 #include "ui/window_fixture.h"
 

@@ -1,6 +1,6 @@
 // The dialogs that say what to compute over, and the switch for whole cut-offs.
 
-#include "ui/region_dialogs.h"
+#include "ui/sheets/region_dialogs.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>

@@ -1,6 +1,6 @@
 // The settings sheets, typed into and clicked as a user does.
 
-#include "ui/settings_sheet.h"
+#include "ui/sheets/settings_sheet.h"
 
 #include <QCheckBox>
 #include <QClipboard>
@@ -14,10 +14,10 @@
 #include <QWheelEvent>
 #include <set>
 
-#include "core/settings_text.h"
-#include "signal/asphere.h"
-#include "ui/grid_ctrl.h"
-#include "ui/shape_pages.h"
+#include "settings/settings_text.h"
+#include "signal/form/asphere.h"
+#include "ui/sheets/shape_pages.h"
+#include "ui/tables/grid_ctrl.h"
 #include "ui/window_fixture.h"
 
 namespace texturon {

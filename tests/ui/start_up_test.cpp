@@ -9,9 +9,9 @@
 #include <utility>
 #include <vector>
 
-#include "core/working_settings.h"
+#include "settings/working_settings.h"
 #include "ui/qt_text.h"
-#include "ui/single_instance.h"
+#include "ui/window/single_instance.h"
 #include "ui/window_fixture.h"
 
 namespace texturon {

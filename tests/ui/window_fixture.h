@@ -10,10 +10,10 @@
 #include <memory>
 #include <string>
 
-#include "core/platform.h"
+#include "platform/platform.h"
 #include "support/scratch_folder.h"
 #include "support/scripted_prompts.h"
-#include "ui/main_frame.h"
+#include "ui/window/main_frame.h"
 
 namespace texturon {
 

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+
+#include "analysis/document.h"
+
+namespace texturon {
+
+/// One line that says what form was removed, in Windows-1252: "Form: Datum   (Mean: 0.123 um)". Lengths follow the
+/// document's choice of metric or imperial units.
+std::string FormCaption(const Document& document);
+
+/// The long-wave filter's name: "Gaussian", "Spline Gaussian", "ISO 13565", "Robust Gaussian (coef: 4.45)".
+std::string FilterLabel(std::int32_t filterType);
+
+/// "Spline Gaussian, Lc 0.8000 mm, Ls 0.0025 mm"; Ls only where that filter ran,
+/// lengths in the units shown.
+std::string FilterDescription(const Document& document);
+
+/// Form caption, filter and cutoffs in one line, for exports and reports.
+std::string AnalysisDescription(const Document& document);
+
+}  // namespace texturon

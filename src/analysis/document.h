@@ -1,0 +1,142 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "parameters/catalogue.h"
+#include "parameters/core_roughness.h"
+#include "parameters/height_curve.h"
+#include "parameters/probability.h"
+#include "parameters/ratio_rows.h"
+#include "record/profile_set.h"
+#include "settings/settings.h"
+#include "signal/form/form_arc.h"
+#include "signal/form/form_asphere.h"
+#include "signal/form/form_filter.h"
+#include "signal/form/form_fixed_radius.h"
+#include "signal/form/form_free.h"
+#include "signal/form/form_line.h"
+#include "signal/form/form_mean.h"
+#include "signal/form/form_polynomial.h"
+
+namespace texturon {
+
+/// `formApplied` when no form removal succeeded and the mean was taken out instead.
+inline constexpr std::int32_t kNoFormApplied = -99;
+
+/// The geometry that form removal took out, in the terms of the routine that did it. X positions count from the first
+/// point of the fit, those of an asphere's apex and of a free form's shift from the first sample of the record.
+using FormGeometry =
+    std::variant<MeanFit, LineFit, ArcFit, PolynomialFit, FilterFormFit, FixedRadiusFit, AsphereFit, FreeFormFit>;
+
+/// Heights of a profile from the highest to the lowest; point i has the material ratio i x 100 / n percent.
+struct HeightCurve {
+  std::vector<double> heightsUM;
+
+  double RatioPercent(std::size_t i) const { return texturon::RatioPercent(i, heightsUM.size()); }
+};
+
+/// What the last run produced besides the profiles.
+struct AnalysisResults {
+  std::int32_t formRequested = 0;
+  std::int32_t formApplied = kNoFormApplied;
+  std::int32_t residualTypeUsed = 0;
+  FormGeometry formGeometry;
+  bool formRemoved = false;
+  bool primaryComputed = false;
+  bool roughnessComputed = false;
+  bool spectrumComputed = false;
+  bool primaryCurveComputed = false;
+  bool roughnessCurveComputed = false;
+  double rawPeak = 0.0;
+  double rawValleyDepth = 0.0;
+  double primaryPeak = 0.0;
+  double primaryValleyDepth = 0.0;
+  HeightCurve primaryCurve;
+  HeightCurve roughnessCurve;
+  RkResult coreRoughness;                     ///< of the roughness profile
+  std::optional<ProbabilityFit> probability;  ///< of the roughness profile
+  RatioRowResults primaryMaterialRatios;
+  RatioRowResults roughnessMaterialRatios;
+  RatioRowResults primaryHtps;
+  RatioRowResults roughnessHtps;
+};
+
+/// Results that take time and that not everybody reads. One that is not wanted is left out, if no row needs it; all
+/// others are the same.
+struct WantedResults {
+  bool spectrum = true;       ///< its amplitudes and wavelengths; whether there is one is told all the same
+  bool heightCurves = true;   ///< of primary and roughness
+  bool coreRoughness = true;  ///< that of the roughness when no row asks for it
+  bool probability = false;   ///< lines of the roughness's probability curve when no row asks for them
+  bool motifs = false;        ///< of the primary profile when no row asks for them
+};
+
+inline constexpr WantedResults kNoCurves = {.spectrum = false, .heightCurves = false, .coreRoughness = false};
+
+/// Type and length of the end discard.
+struct DiscardSetting {
+  std::int32_t type = kDiscardNone;
+  double lengthMM = 0.0;
+
+  friend bool operator==(const DiscardSetting&, const DiscardSetting&) = default;
+};
+
+/// What of the record is computed over, and what of that the form is fitted to.
+struct ComputeRegion {
+  bool regionSet = false;
+  std::int32_t regionMode = 0;
+  double regionStartMM = 0.0;
+  double regionEndOffsetMM = 0.0;
+  double regionLengthMM = 0.0;
+  bool wholeCutoffLength = false;
+  DiscardSetting discardWithoutWholeCutoffs;  ///< the settings' own, which wholeCutoffLength replaces
+  bool useAllDataForForm = false;
+  bool excludeSet = false;
+  std::int32_t excludeFirst = -1;  ///< absolute sample indices
+  std::int32_t excludeLast = -1;
+
+  friend bool operator==(const ComputeRegion&, const ComputeRegion&) = default;
+};
+
+/// One measured record with the settings that drive its analysis and the results that they gave. A value: copying it
+/// keeps a former state. It holds no numerics; Compute derives everything from `profiles.raw`.
+struct Document : ComputeRegion {
+  ProfileSet profiles;
+  Settings settings;
+  ParameterCatalogue catalogue;
+
+  bool quietMode = false;  ///< nobody watches: no wait cursor, and the messages that say so are not shown
+  WantedResults wanted;
+  bool writesTraceFile = true;  ///< the heights given to the profile-element finder go to a side file
+
+  AnalysisResults results;
+};
+
+/// A document without a profile: default settings, every master parameter selected.
+Document MakeDocument();
+
+/// Puts settings in force: the working list follows their selection, values of rows that stay are kept.
+void ApplySettings(Document& document, Settings settings);
+
+/// Replaces the measured record and drops the results of the former one. Settings, region and exclusion stay.
+void SetProfile(Document& document, ProfileSet profiles);
+
+/// Whether the last run gave a profile of a kind.
+bool HasProfile(const Document& document, ProfileKind kind);
+
+/// Turns the measured record upside down.
+void InvertProfile(ProfileSet& profiles);
+
+/// Makes the evaluation length a whole number of cut-offs from the next computation on, or takes that back with the
+/// region and the end discard that it has set.
+void SetWholeCutoffs(Document& document, bool uses);
+
+/// Leaves the samples [first, last] out of the form fit. Where no region is in force the whole record becomes one,
+/// because a computation over the plain record forgets the exclusion.
+void ExcludeFromForm(Document& document, std::int32_t first, std::int32_t last);
+
+}  // namespace texturon

@@ -1,0 +1,237 @@
+#include "analysis/document_export.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <variant>
+
+#include "analysis/captions.h"
+#include "analysis/curve_step.h"
+#include "analysis/spectrum_step.h"
+#include "base/units.h"
+#include "export/asphere_export.h"
+#include "export/curve_export.h"
+#include "export/parameter_csv.h"
+#include "export/profile_export.h"
+#include "formats/mod_writer.h"
+#include "settings/nominal_settings.h"
+
+namespace texturon {
+namespace {
+
+ExportSource SourceOf(const Document& document) {
+  return {document.profiles.sourcePath, document.profiles.identification};
+}
+
+ExportResult Missing(std::string_view what) {
+  return {{}, "there is no " + std::string(what)};
+}
+
+template <ProfileKind kind>
+ExportResult ExportProfile(const Document& document, Prompts& /*prompts*/) {
+  const AnalysisSettings& settings = document.settings.analysis;
+  const double ballRadiusMM =
+      kind == ProfileKind::kOpening ? settings.OpeningRadiusForWcvx : settings.ClosingRadiusForWvoid;
+  if (!HasProfile(document, kind)) return Missing(ProfileTitle(kind, ballRadiusMM));
+  const std::string description = AnalysisDescription(document);
+  const std::string caption = FormCaption(document);
+  const std::string filter = FilterDescription(document);
+  return {ProfileExport(document.profiles.View(kind), SourceOf(document),
+                        {.description = description,
+                         .formCaption = caption,
+                         .filterText = filter,
+                         .shortCutoffMM = settings.LsCutoffMM,
+                         .ballRadiusMM = ballRadiusMM}),
+          {}};
+}
+
+template <CurveProfile profile>
+ExportResult ExportCurve(const Document& document, auto make) {
+  constexpr bool kIsPrimary = profile == CurveProfile::kPrimary;
+  constexpr ProfileKind kKind = kIsPrimary ? ProfileKind::kPrimary : ProfileKind::kRoughness;
+  if (!HasProfile(document, kKind)) return Missing(ProfileTitle(kKind));
+  const AnalysisResults& results = document.results;
+  const bool isSorted = kIsPrimary ? results.primaryCurveComputed : results.roughnessCurveComputed;
+  const std::vector<double> own = isSorted ? std::vector<double>() : SortedHeights(document.profiles.View(kKind));
+  const HeightCurve& curve = kIsPrimary ? results.primaryCurve : results.roughnessCurve;
+  const std::string settings =
+      kIsPrimary ? ShortCutoffText(document.settings.analysis.LsCutoffMM) : AnalysisDescription(document);
+  return {make(isSorted ? curve.heightsUM : own, profile, SourceOf(document), settings), {}};
+}
+
+template <CurveProfile profile>
+ExportResult ExportAmplitudes(const Document& document, Prompts& /*prompts*/) {
+  return ExportCurve<profile>(document, AmplitudeDistributionExport);
+}
+
+template <CurveProfile profile>
+ExportResult ExportBearingRatios(const Document& document, Prompts& /*prompts*/) {
+  return ExportCurve<profile>(document, BearingRatioExport);
+}
+
+ExportResult ExportProbability(const Document& document, Prompts& /*prompts*/) {
+  return ExportCurve<CurveProfile::kRoughness>(
+      document, [](std::span<const double> sorted, CurveProfile /*profile*/, const ExportSource& source,
+                   std::string_view settings) { return ProbabilityExport(sorted, source, settings); });
+}
+
+ExportResult ExportSpectrum(const Document& document, Prompts& /*prompts*/) {
+  if (!document.results.formRemoved) return Missing("spectrum");
+  const bool isComputed = document.results.spectrumComputed;
+  const Spectrum own = isComputed ? Spectrum() : SpectrumOf(document.profiles.View(ProfileKind::kFormSuppressed));
+  const Spectrum& spectrum = isComputed ? document.profiles.spectrum : own;
+  if (!spectrum.valid) return Missing("spectrum");
+  return {SpectrumExport(spectrum, SourceOf(document), AnalysisDescription(document)), {}};
+}
+
+/// The residual of a profile about the apex as the settings ask for it; an empty table with a reason where there is
+/// none or the question about its length was answered no.
+struct ResidualOutcome {
+  ResidualTable table;
+  std::string reason;
+};
+
+ResidualOutcome ResidualOf(const Document& document, ProfileKind kind, Prompts& prompts) {
+  const auto* const fit = std::get_if<AsphereFit>(&document.results.formGeometry);
+  if (!document.results.formRemoved || fit == nullptr) return {{}, "no asphere was fitted"};
+  if (!HasProfile(document, kind)) return {{}, Missing(ProfileTitle(kind)).reason};
+  const Profile profile = document.profiles.View(kind);
+  // Along the measured X, in which the apex stands, also where the profile's own spacing is stretched.
+  const double spacingUM = document.profiles.spacingUM;
+  const double firstMM = profile.range.first * spacingUM * kMillimetresPerMicrometre;
+  auto table = MakeResidualTable(profile.Heights(), spacingUM, fit->apexXMM - firstMM,
+                                 ResidualTableOptionsOf(document.settings.analysis));
+  if (!table || table->rows.empty()) return {{}, "the length and spacing of the residual table give no rows"};
+  if (table->exceedsData && !prompts.AskYesNo("Side length greater than data extent.  Export anyway?")) {
+    return {{}, "the side length is greater than the data extent"};
+  }
+  return {std::move(*table), {}};
+}
+
+ExportResult ExportResidual(const Document& document, Prompts& prompts) {
+  const ResidualOutcome residual = ResidualOf(document, ProfileKind::kFormSuppressed, prompts);
+  if (!residual.reason.empty()) return {{}, residual.reason};
+  const AsphereLayout layout = AsphereLayoutOf(document.settings.analysis.AspResidualFileType);
+  return {AsphereTableExport(residual.table.rows, layout, "Aspheric residual, X and Z in mm"), {}};
+}
+
+/// X of the fitted centre in the record; 0 where no arc was taken out.
+double CentreMM(const Document& document) {
+  const AnalysisResults& results = document.results;
+  const double firstUM =
+      document.useAllDataForForm ? 0.0 : document.profiles.computeRange.first * document.profiles.spacingUM;
+  if (const auto* const arc = std::get_if<ArcFit>(&results.formGeometry)) {
+    return (firstUM + arc->centreXUM) * kMillimetresPerMicrometre;
+  }
+  if (const auto* const radius = std::get_if<FixedRadiusFit>(&results.formGeometry)) {
+    return (firstUM + radius->centreXUM) * kMillimetresPerMicrometre;
+  }
+  return 0.0;
+}
+
+ExportResult FromMod(ModText&& text) {
+  return {std::move(text.bytes), std::move(text.reason)};
+}
+
+ExportResult ExportWavinessMod(const Document& document, Prompts& /*prompts*/) {
+  if (!document.profiles.wavinessComputed) return Missing(ProfileTitle(ProfileKind::kWaviness));
+  const Profile profile = document.profiles.View(ProfileKind::kWaviness);
+  const std::int32_t form = document.settings.analysis.FormRemovalType;
+  return FromMod(WavinessModText(
+      {.points = {.heightsUM = profile.Heights(),
+                  .spacingUM = profile.spacingUM,
+                  .firstIndex = profile.range.first,
+                  .xOffsetMM = CentreMM(document)},
+       .isArc = form == kFormArc || form == kFormFixedRadius,
+       .assessmentLengthMM = (profile.range.count - 1) * profile.spacingUM * kMillimetresPerMicrometre}));
+}
+
+/// The coefficients of an asphere that are not zero, under the powers that they multiply.
+std::vector<ModCoefficient> CoefficientsOf(const AsphereDescription& asphere) {
+  std::vector<ModCoefficient> coefficients;
+  for (std::size_t i = 0; i < asphere.coefficients.size(); ++i) {
+    if (asphere.coefficients[i] == 0.0) continue;
+    coefficients.push_back({.number = static_cast<double>(i + 1), .value = asphere.coefficients[i]});
+  }
+  return coefficients;
+}
+
+ExportResult ExportResidualMod(const Document& document, Prompts& prompts) {
+  const ResidualOutcome residual = ResidualOf(document, ProfileKind::kWaviness, prompts);
+  if (!residual.reason.empty()) return {{}, residual.reason};
+  const AnalysisSettings& settings = document.settings.analysis;
+  const std::vector<TableRow>& rows = residual.table.rows;
+  std::vector<double> heightsUM(rows.size());
+  std::transform(rows.begin(), rows.end(), heightsUM.begin(),
+                 [](const TableRow& row) { return row.zMM * kMicrometresPerMillimetre; });
+  const auto& fit = std::get<AsphereFit>(document.results.formGeometry);
+  const std::vector<ModCoefficient> coefficients = CoefficientsOf(DescribeAsphere(settings));
+  return FromMod(AsphereModText(
+      {.points = {.heightsUM = heightsUM,
+                  .spacingUM = settings.AspResidualSpacingMM * kMicrometresPerMillimetre,
+                  .firstIndex = RoundToIndex(rows.empty() ? 0.0 : rows.front().xMM / settings.AspResidualSpacingMM)},
+       .identification = document.profiles.identification,
+       .assessmentLengthMM = static_cast<double>(rows.size() - 1) * settings.AspResidualSpacingMM,
+       .coefficients = coefficients,
+       .radiusMM = fit.RadiusMM(),
+       .conic = fit.conic,
+       .comment = settings.AsphereMODFileComment}));
+}
+
+ExportResult ExportSagTable(const Document& document, Prompts& /*prompts*/) {
+  const AnalysisSettings& settings = document.settings.analysis;
+  const std::vector<TableRow> rows = SagTableOf(settings);
+  if (rows.empty()) return {{}, "the length and spacing of the sag table give no rows"};
+  return {AsphereTableExport(rows, AsphereLayoutOf(settings.SagTableType), "Sag table, X and Z in mm"), {}};
+}
+
+constexpr std::array kExportKinds = {
+    ExportKind{"raw", "Raw Data", ExportProfile<ProfileKind::kRaw>, nullptr, true},
+    ExportKind{"form-suppressed", "Form Suppressed Data", ExportProfile<ProfileKind::kFormSuppressed>, nullptr, true},
+    ExportKind{"primary", "Primary Profile", ExportProfile<ProfileKind::kPrimary>, nullptr, true},
+    ExportKind{"waviness", "Waviness Profile", ExportProfile<ProfileKind::kWaviness>, ExportWavinessMod, true},
+    ExportKind{"roughness", "Roughness Profile", ExportProfile<ProfileKind::kRoughness>, nullptr, true},
+    ExportKind{"closing", "Morphological Closing Profile", ExportProfile<ProfileKind::kClosing>, nullptr, true},
+    ExportKind{"opening", "Morphological Opening Profile", ExportProfile<ProfileKind::kOpening>, nullptr, true},
+    ExportKind{"primary-adf", "Primary Amplitude Distribution", ExportAmplitudes<CurveProfile::kPrimary>},
+    ExportKind{"primary-brc", "Primary Bearing Ratio Curve", ExportBearingRatios<CurveProfile::kPrimary>},
+    ExportKind{"roughness-adf", "Roughness Amplitude Distribution", ExportAmplitudes<CurveProfile::kRoughness>},
+    ExportKind{"roughness-brc", "Roughness Bearing Ratio Curve", ExportBearingRatios<CurveProfile::kRoughness>},
+    ExportKind{"probability", "Probability Curve", ExportProbability},
+    ExportKind{"spectrum", "Spectrum", ExportSpectrum},
+    ExportKind{"asphere-residual", "Aspheric Residual", ExportResidual, ExportResidualMod, true},
+    ExportKind{"sag-table", "Sag Table", ExportSagTable},
+};
+
+}  // namespace
+
+std::span<const ExportKind> ExportKinds() {
+  return kExportKinds;
+}
+
+const ExportKind* FindExportKind(std::string_view name) {
+  const auto* const kind = std::find_if(kExportKinds.begin(), kExportKinds.end(),
+                                        [name](const ExportKind& candidate) { return candidate.name == name; });
+  return kind == kExportKinds.end() ? nullptr : kind;
+}
+
+ParameterFileText ParameterFileTextOf(const Document& document, std::string_view time) {
+  const ProfileSet& profiles = document.profiles;
+  const AnalysisResults& results = document.results;
+  const std::string description = AnalysisDescription(document);
+  const ParameterCsvInput input{.catalogue = document.catalogue,
+                                .settings = document.settings,
+                                .primaryMaterialRatios = results.primaryMaterialRatios,
+                                .roughnessMaterialRatios = results.roughnessMaterialRatios,
+                                .primaryHtps = results.primaryHtps,
+                                .roughnessHtps = results.roughnessHtps,
+                                .time = time,
+                                .source = profiles.sourcePath,
+                                .identification = profiles.identification,
+                                .description = description,
+                                .traverseLengthUM = profiles.pointCount * profiles.spacingUM,
+                                .evaluationLengthUM = profiles.evaluationRange.count * profiles.residualSpacingUM};
+  return {ParameterCsvHeader(input), ParameterCsvRow(input)};
+}
+
+}  // namespace texturon

@@ -1,0 +1,109 @@
+#include "analysis/file_analysis.h"
+
+#include <cmath>
+#include <exception>
+#include <span>
+#include <string_view>
+#include <utility>
+
+#include "analysis/pipeline.h"
+#include "analysis/ratio_row_list.h"
+#include "base/date_text.h"
+#include "formats/import.h"
+#include "platform/platform.h"
+#include "platform/prompts.h"
+
+namespace texturon {
+namespace {
+
+ColumnValue ColumnOf(const ParameterDef& row, bool metric) {
+  ColumnValue column{.name = row.name, .text = ShownValue(row, metric)};
+  column.unit = PrintedUnit(metric ? row.metricUnit : row.imperialUnit);
+  if (!row.valid || !std::isfinite(row.value)) return column;
+  column.value = metric ? row.value : row.value * row.imperialFactor;
+  column.outOfTolerance = JudgeRow(row) == Verdict::kFail;
+  return column;
+}
+
+std::vector<ColumnValue> ColumnsOf(const Document& document) {
+  const bool metric = document.settings.display.Metric;
+  std::vector<ColumnValue> columns;
+  for (const ParameterDef& row : document.catalogue.rows) {
+    if (row.selected) columns.push_back(ColumnOf(row, metric));
+  }
+  const auto add = [&columns, metric](const std::vector<RatioRowEntry>& entries) {
+    for (const RatioRowEntry& entry : entries) {
+      columns.push_back(ColumnOf(entry.row, metric));
+      columns.back().name += entry.label;
+    }
+  };
+  add(SelectedMaterialRatios(document));
+  add(SelectedHtps(document));
+  return columns;
+}
+
+/// The reason where a profile could not be written.
+std::string WriteProfiles(const Document& document, const std::filesystem::path& path,
+                          const std::filesystem::path& folder) {
+  SilentPrompts nobody;
+  for (const std::string_view name : {"primary", "waviness", "roughness"}) {
+    const ExportResult result = FindExportKind(name)->make(document, nobody);
+    if (!result.ok()) continue;
+    std::filesystem::path target = folder / path.filename();
+    target += "." + std::string(name) + ".csv";
+    const FileOutcome outcome = ReplaceFile(target, result.text, FlushFile::kNo);
+    if (!outcome.ok()) return FileSentence(target, outcome.reason);
+  }
+  return {};
+}
+
+}  // namespace
+
+std::string AnalyseInto(Document& document, const std::filesystem::path& path, const FileAnalysisOptions& options,
+                        Prompts& prompts, const Environment& environment) {
+  ImportOutcome loaded = LoadProfileFile(path, options.import, prompts);
+  if (!loaded.loaded) {
+    if (loaded.reason.ends_with('.')) loaded.reason.pop_back();
+    return FileSentence(path, loaded.reason);
+  }
+  ProfileSet profiles = MakeProfileSet(std::move(loaded.profile), TextFromPath(path));
+  if (options.invert) InvertProfile(profiles);
+  SetProfile(document, std::move(profiles));
+  switch (Compute(document, prompts, environment)) {
+    case ComputeOutcome::kDone:
+      return {};
+    case ComputeOutcome::kEmptyPrimary:
+      return FileSentence(path, "is not analysed: no primary profile is left");
+    case ComputeOutcome::kNoProfile:
+    case ComputeOutcome::kRefused:
+      break;
+  }
+  return FileSentence(path, "is not analysed: there are too few points to compute over");
+}
+
+FileAnalysis ResultsOf(const Document& document, const Environment& environment) {
+  return {.reason = {},
+          .text = ParameterFileTextOf(document, DateText(environment.localTime())),
+          .columns = ColumnsOf(document)};
+}
+
+FileAnalysis AnalyseFile(const std::filesystem::path& path, const FileAnalysisOptions& options,
+                         const Environment& environment) {
+  FileAnalysis analysis;
+  try {
+    Document document = options.start;
+    document.quietMode = true;
+    document.writesTraceFile = false;
+    document.wanted = kNoCurves;
+    SilentPrompts nobody;
+    analysis.reason = AnalyseInto(document, path, options, nobody, environment);
+    if (!analysis.ok()) return analysis;
+    analysis = ResultsOf(document, environment);
+    if (!options.profilesTo.empty()) analysis.reason = WriteProfiles(document, path, options.profilesTo);
+  } catch (const std::exception& error) {
+    analysis.reason = FileSentence(path, std::string("is not analysed: ") + error.what());
+  }
+  return analysis;
+}
+
+}  // namespace texturon

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "analysis/document.h"
+#include "analysis/document_export.h"
+#include "formats/profile_reader.h"
+#include "platform/environment.h"
+#include "platform/prompts.h"
+
+namespace texturon {
+
+/// How every file of an unattended run is analysed.
+struct FileAnalysisOptions {
+  const Document& start;  ///< settings in force, no profile
+  ImportOptions import;
+  bool invert = false;
+  std::filesystem::path profilesTo;  ///< folder for the profiles of each file; empty: none
+};
+
+/// A column of the parameter file with one result.
+struct ColumnValue {
+  std::string name;
+  std::optional<double> value;  ///< in the units of the file; empty: not computed
+  bool outOfTolerance = false;
+  std::string text;  ///< the value as tables show it
+  std::string unit;
+};
+
+/// What one file gave.
+struct FileAnalysis {
+  std::string reason;  ///< why it gave nothing: a sentence, Windows-1252; empty: analysed
+  ParameterFileText text;
+  std::vector<ColumnValue> columns;
+
+  bool ok() const { return reason.empty(); }
+};
+
+/// Loads a file into a document with settings and computes. Returns a sentence where there is no analysis, and then the
+/// document is of no use.
+std::string AnalyseInto(Document& document, const std::filesystem::path& path, const FileAnalysisOptions& options,
+                        Prompts& prompts, const Environment& environment);
+/// What an analysed document gives.
+FileAnalysis ResultsOf(const Document& document, const Environment& environment);
+
+/// Loads, computes and, where asked, writes the profiles of one file beside each other:
+/// "S1.prf.primary.csv", ".waviness.csv", ".roughness.csv". Asks and shows nothing, writes no trace file. Several may
+/// run at once.
+FileAnalysis AnalyseFile(const std::filesystem::path& path, const FileAnalysisOptions& options,
+                         const Environment& environment);
+
+}  // namespace texturon

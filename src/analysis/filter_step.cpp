@@ -1,0 +1,131 @@
+#include "analysis/filter_step.h"
+
+#include <algorithm>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "base/number_text.h"
+#include "base/units.h"
+#include "parameters/height_statistics.h"
+#include "signal/filter/gaussian_filter.h"
+#include "signal/filter/iso13565_filter.h"
+#include "signal/filter/robust_filter.h"
+#include "signal/filter/spline_filter.h"
+#include "signal/mean.h"
+
+namespace texturon {
+namespace {
+
+template <typename Values>
+auto Part(Values& values, const IndexRange& range) {
+  return std::span(values).subspan(static_cast<std::size_t>(range.first), static_cast<std::size_t>(range.count));
+}
+
+std::string RobustProgressTitle(double cutoffMM) {
+  constexpr double kShownInMicrometresBelowMM = 0.08;
+  const bool inMicrometres = cutoffMM < kShownInMicrometresBelowMM;
+  const double shown = inMicrometres ? cutoffMM * kMicrometresPerMillimetre : cutoffMM;
+  return FixedText(shown, 3) + (inMicrometres ? " \xB5m" : " mm") + " Robust Filter ...";
+}
+
+void FilterShortWaves(Document& document) {
+  ProfileSet& profiles = document.profiles;
+  const double cutoffMM = document.settings.analysis.LsCutoffMM;
+  const auto source = Part(std::as_const(profiles.formSuppressed), profiles.computeRange);
+  const auto target = Part(profiles.primary, profiles.computeRange);
+  profiles.primaryRange = profiles.computeRange;
+  if (cutoffMM > 0.0) {
+    const auto valid = SplineFilter(source, target, profiles.residualSpacingUM, cutoffMM, kGaussianLikeTension);
+    if (valid) {
+      profiles.lsApplied = true;
+      profiles.primaryRange = valid->ShiftedBy(profiles.computeRange.first);
+      return;
+    }
+  }
+  std::copy(source.begin(), source.end(), target.begin());
+}
+
+std::optional<IndexRange> FilterLongWaves(Document& document, Prompts& prompts) {
+  ProfileSet& profiles = document.profiles;
+  const AnalysisSettings& settings = document.settings.analysis;
+  const std::span<const double> z = Part(std::as_const(profiles.primary), profiles.primaryRange);
+  const std::span<double> w = Part(profiles.waviness, profiles.primaryRange);
+  const double spacingUM = profiles.residualSpacingUM;
+  switch (settings.FilterType) {
+    case kFilterGaussian:
+      return GaussianFilter(z, w, spacingUM, settings.LcCutoffMM);
+    case kFilterSplineGaussian:
+      return SplineFilter(z, w, spacingUM, settings.LcCutoffMM, settings.SplineTension);
+    case kFilterIso13565:
+      return Iso13565Filter(z, w, spacingUM, settings.LcCutoffMM);
+    case kFilterRobustGaussian: {
+      const auto progress = prompts.OpenProgress(RobustProgressTitle(settings.LcCutoffMM), "");
+      return RobustSplineFilter(z, w, spacingUM, settings.LcCutoffMM, settings.SplineTension, progress.get()).range;
+    }
+    default:
+      return std::nullopt;
+  }
+}
+
+/// Trims both ends by the discard in force, if that takes more than the filter itself did and leaves enough. The
+/// lengths of the fixed kinds are written back into the settings.
+IndexRange DiscardEnds(const IndexRange& filtered, std::int32_t primaryCount, double spacingUM,
+                       AnalysisSettings& settings) {
+  if (settings.UserDiscardType <= kDiscardNone) return filtered;
+  if (settings.UserDiscardType == kDiscardHalfCutoff) settings.UserDiscardLengthMM = settings.LcCutoffMM * 0.5;
+  if (settings.UserDiscardType == kDiscardCutoff) settings.UserDiscardLengthMM = settings.LcCutoffMM;
+  const std::int32_t discard = StepsInLength(settings.UserDiscardLengthMM, spacingUM);
+  if (discard <= filtered.first || discard >= filtered.count / 2) return filtered;
+  return IndexRange::FromEnds(discard, std::min(primaryCount - discard - 1, filtered.last));
+}
+
+void UsePrimaryAsWaviness(ProfileSet& profiles) {
+  profiles.waviness = profiles.primary;
+  std::fill(profiles.roughness.begin(), profiles.roughness.end(), 0.0);
+  profiles.evaluationRange = profiles.primaryRange;
+}
+
+}  // namespace
+
+bool FilterStep(Document& document, Prompts& prompts) {
+  ProfileSet& profiles = document.profiles;
+  AnalysisResults& results = document.results;
+  if (profiles.IsEmpty()) return false;
+  profiles.lsApplied = false;
+  profiles.wavinessComputed = false;
+  for (ParameterDef& row : document.catalogue.rows) row.valid = false;
+
+  FilterShortWaves(document);
+  const HeightExtremes measured = FindExtremes(profiles.raw);
+  results.rawPeak = measured.highest;
+  results.rawValleyDepth = -measured.lowest;
+  if (profiles.primaryRange.count < 1) return false;
+
+  const std::span<double> primary = Part(profiles.primary, profiles.primaryRange);
+  const double mean = Mean(primary);
+  for (double& height : primary) height -= mean;
+  const HeightExtremes extremes = FindExtremes(primary);
+  results.primaryPeak = extremes.highest;
+  results.primaryValleyDepth = -extremes.lowest;
+  results.primaryComputed = true;
+
+  if (const auto filtered = FilterLongWaves(document, prompts)) {
+    profiles.evaluationRange =
+        DiscardEnds(*filtered, profiles.primaryRange.count, profiles.residualSpacingUM, document.settings.analysis)
+            .ShiftedBy(profiles.primaryRange.first);
+    const IndexRange& range = profiles.evaluationRange;
+    for (auto i = static_cast<std::size_t>(range.first); i <= static_cast<std::size_t>(range.last); ++i) {
+      profiles.roughness[i] = profiles.primary[i] - profiles.waviness[i];
+    }
+  } else {
+    if (!document.quietMode) prompts.ShowMessage("Waviness Not Computed - using Primary as Waviness");
+    UsePrimaryAsWaviness(profiles);
+  }
+  profiles.wavinessComputed = true;
+  results.roughnessComputed = true;
+  return true;
+}
+
+}  // namespace texturon

@@ -1,0 +1,121 @@
+#include "analysis/pipeline.h"
+
+#include <algorithm>
+#include <span>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "analysis/compute_range.h"
+#include "analysis/curve_step.h"
+#include "analysis/filter_step.h"
+#include "analysis/form_step.h"
+#include "analysis/spectrum_step.h"
+#include "base/number_text.h"
+#include "parameters/driver.h"
+#include "platform/platform.h"
+
+namespace texturon {
+namespace {
+
+/// The wait cursor for as long as it lives; none where nobody watches.
+class BusyScope {
+public:
+  BusyScope(Prompts& prompts, bool isQuiet) : prompts_(isQuiet ? nullptr : &prompts) {
+    if (prompts_ != nullptr) prompts_->SetBusy(true);
+  }
+  ~BusyScope() {
+    if (prompts_ != nullptr) prompts_->SetBusy(false);
+  }
+  BusyScope(const BusyScope&) = delete;
+  BusyScope& operator=(const BusyScope&) = delete;
+
+private:
+  Prompts* prompts_;
+};
+
+/// The heights that the profile-element finder was given last, one a line. A file that cannot be written is done
+/// without.
+void WriteTraceFile(std::span<const double> heightsUM, const Environment& environment) {
+  std::string text;
+  text.reserve(heightsUM.size() * 12);
+  for (const double height : heightsUM) {
+    AppendFixed(text, height, 6);
+    text += "\r\n";
+  }
+  (void)WriteSideFile(environment.traceFile, text);
+}
+
+/// Puts an envelope of the evaluation range into its place in the record; without one there is no such profile.
+void KeepEnvelope(std::vector<double>& profile, std::span<const double> envelopeUM, const ProfileSet& profiles) {
+  profile.clear();
+  if (envelopeUM.empty()) return;
+  profile.resize(profiles.raw.size());
+  std::copy(envelopeUM.begin(), envelopeUM.end(), profile.begin() + profiles.evaluationRange.first);
+}
+
+void ComputeSelectedParameters(Document& document, Prompts& prompts, const Environment& environment) {
+  ProfileSet& profiles = document.profiles;
+  AnalysisResults& results = document.results;
+  const auto viewIf = [&profiles](bool exists, ProfileKind kind) {
+    return exists ? std::optional(profiles.View(kind)) : std::nullopt;
+  };
+  const DriverReport report = ComputeParameters(
+      document.catalogue, {.settings = document.settings.analysis,
+                           .formSuppressed = viewIf(results.formRemoved, ProfileKind::kFormSuppressed),
+                           .primary = viewIf(results.primaryComputed, ProfileKind::kPrimary),
+                           .waviness = viewIf(profiles.wavinessComputed, ProfileKind::kWaviness),
+                           .roughness = viewIf(results.roughnessComputed, ProfileKind::kRoughness),
+                           .sortedPrimary = results.primaryCurve.heightsUM,
+                           .sortedRoughness = results.roughnessCurve.heightsUM,
+                           .wantsCoreRoughness = document.wanted.coreRoughness});
+  results.coreRoughness = report.coreRoughness;
+  KeepEnvelope(profiles.closing, report.closingUM, profiles);
+  KeepEnvelope(profiles.opening, report.openingUM, profiles);
+  results.probability = report.probability;
+  KeepMotifs(profiles, report.motifs);
+  if (!document.quietMode) {
+    for (const std::string& message : report.messages) prompts.ShowMessage(message);
+  }
+  const bool traces = document.writesTraceFile && !environment.traceFile.empty();
+  if (traces && report.elementHeights) WriteTraceFile(*report.elementHeights, environment);
+}
+
+void ComputeRatioRows(Document& document) {
+  const AnalysisSettings& settings = document.settings.analysis;
+  AnalysisResults& results = document.results;
+  results.primaryMaterialRatios = ComputeMaterialRatios(results.primaryCurve.heightsUM, settings.primaryMaterialRatios);
+  results.roughnessMaterialRatios =
+      ComputeMaterialRatios(results.roughnessCurve.heightsUM, settings.roughnessMaterialRatios);
+  results.primaryHtps = ComputeHtps(results.primaryCurve.heightsUM, settings.primaryHtps);
+  results.roughnessHtps = ComputeHtps(results.roughnessCurve.heightsUM, settings.roughnessHtps);
+}
+
+}  // namespace
+
+ComputeOutcome Compute(Document& document, Prompts& prompts, const Environment& environment) {
+  if (document.profiles.IsEmpty()) return ComputeOutcome::kNoProfile;
+  ApplyWholeCutoffs(document);
+  const RangeOrMessage resolved = ResolveComputeRange(document, prompts);
+  if (const auto* message = std::get_if<std::string_view>(&resolved)) {
+    prompts.ShowMessage(*message);
+    return ComputeOutcome::kRefused;
+  }
+  const auto& compute = std::get<ComputeRange>(resolved);
+
+  document.results = {};
+  document.profiles.computeRange = compute.range;
+  {
+    const BusyScope busy(prompts, document.quietMode);
+    RemoveForm(document, compute, prompts);
+  }
+  if (!FilterStep(document, prompts)) return ComputeOutcome::kEmptyPrimary;
+  ComputeSpectrum(document);
+  ComputeHeightCurves(document);
+  ComputeSelectedParameters(document, prompts, environment);
+  ComputeRatioRows(document);
+  ComputeMissingCurves(document);
+  return ComputeOutcome::kDone;
+}
+
+}  // namespace texturon

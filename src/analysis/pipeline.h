@@ -1,0 +1,23 @@
+#pragma once
+
+#include "analysis/document.h"
+#include "platform/environment.h"
+#include "platform/prompts.h"
+
+namespace texturon {
+
+/// How a run ended.
+enum class ComputeOutcome {
+  kDone,
+  kNoProfile,     ///< nothing loaded, nothing done
+  kRefused,       ///< too few points to compute over; a message said so, the former results stand
+  kEmptyPrimary,  ///< no primary profile was left; the run ended after the filters
+};
+
+/// Turns the measured record into every derived profile, curve and parameter: chooses the compute range, takes the form
+/// out, filters, makes the spectrum and the height curves and computes the selected rows of the working list. Reads the
+/// document's settings and writes its profiles, ranges and results; the end discards of fixed kind are written back
+/// into the settings. The environment names the folder of the trace file.
+ComputeOutcome Compute(Document& document, Prompts& prompts, const Environment& environment);
+
+}  // namespace texturon

@@ -1,0 +1,69 @@
+#include "analysis/ratio_row_list.h"
+
+#include "base/units.h"
+#include "parameters/labels.h"
+
+namespace texturon {
+namespace {
+
+/// A row of percents: without imperial twin.
+ParameterDef PercentRow() {
+  ParameterDef row;
+  row.metricUnit = "%%";
+  row.imperialUnit = "%%";
+  row.format = {.metricDecimals = 2, .imperialDecimals = 2};
+  return row;
+}
+
+ParameterDef HeightRow() {
+  ParameterDef row;
+  row.metricUnit = "\xB5m";
+  row.imperialUnit = "\xB5in";
+  row.imperialFactor = kMicroinchesPerMicrometre;
+  row.format = {.metricDecimals = 4, .imperialDecimals = 2};
+  return row;
+}
+
+template <typename Rows, typename Label>
+void AppendSelected(std::vector<RatioRowEntry>& entries, ParameterDef row, const Rows& rows,
+                    const RatioRowResults& results, const Label& label) {
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    if (!rows[i].selected) continue;
+    row.tolerance = rows[i].tolerance;
+    row.value = results[i].value;
+    row.valid = results[i].valid;
+    entries.push_back({row, i, label(rows[i])});
+  }
+}
+
+ParameterDef Named(ParameterDef row, const char* name) {
+  row.name = name;
+  return row;
+}
+
+}  // namespace
+
+std::vector<RatioRowEntry> SelectedMaterialRatios(const Document& document) {
+  const AnalysisSettings& settings = document.settings.analysis;
+  const AnalysisResults& results = document.results;
+  const auto label = [metric = document.settings.display.Metric](const MaterialRatioRow& row) {
+    return MaterialRatioLabel(row, metric);
+  };
+  std::vector<RatioRowEntry> entries;
+  AppendSelected(entries, Named(PercentRow(), "Pmr"), settings.primaryMaterialRatios, results.primaryMaterialRatios,
+                 label);
+  AppendSelected(entries, Named(PercentRow(), "Rmr"), settings.roughnessMaterialRatios, results.roughnessMaterialRatios,
+                 label);
+  return entries;
+}
+
+std::vector<RatioRowEntry> SelectedHtps(const Document& document) {
+  const AnalysisSettings& settings = document.settings.analysis;
+  const AnalysisResults& results = document.results;
+  std::vector<RatioRowEntry> entries;
+  AppendSelected(entries, Named(HeightRow(), "PHtp"), settings.primaryHtps, results.primaryHtps, HtpLabel);
+  AppendSelected(entries, Named(HeightRow(), "RHtp"), settings.roughnessHtps, results.roughnessHtps, HtpLabel);
+  return entries;
+}
+
+}  // namespace texturon

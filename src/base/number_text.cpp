@@ -1,0 +1,268 @@
+#include "base/number_text.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <limits>
+#include <system_error>
+
+namespace texturon {
+namespace {
+
+// Sign, the 309 digits of the largest double, the point and the decimals.
+constexpr int kMostDecimals = 100;
+constexpr std::size_t kBufferSize = 1 + 309 + 1 + kMostDecimals;
+using NumberBuffer = std::array<char, kBufferSize>;
+
+void AppendPadded(std::string& out, std::string_view text, int width, char fill = ' ') {
+  const auto wanted = static_cast<std::size_t>(std::max(width, 0));
+  const std::size_t padding = text.size() < wanted ? wanted - text.size() : 0;
+  if (fill == '0' && text.starts_with('-')) {
+    out.push_back('-');
+    text.remove_prefix(1);
+  }
+  out.append(padding, fill);
+  out.append(text);
+}
+
+std::string_view NonFiniteText(double value) {
+  if (std::isnan(value)) return "nan";
+  return value < 0.0 ? "-inf" : "inf";
+}
+
+std::string_view WriteNumber(NumberBuffer& buffer, double value, std::chars_format format, int decimals) {
+  const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, format,
+                                     std::clamp(decimals, 0, kMostDecimals));
+  return {buffer.data(), static_cast<std::size_t>(written.ptr - buffer.data())};
+}
+
+bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+bool IsHexDigit(char c) {
+  const char lower = static_cast<char>(c | 0x20);
+  return IsDigit(c) || (lower >= 'a' && lower <= 'f');
+}
+
+std::size_t CountWhiteSpace(std::string_view text) {
+  std::size_t i = 0;
+  while (i < text.size() && (text[i] == ' ' || (text[i] >= '\t' && text[i] <= '\r'))) ++i;
+  return i;
+}
+
+// Whether an out-of-range number is too large rather than too small: the place of its first significant digit
+// before or after the point, moved by the exponent.
+bool IsTooLarge(std::string_view digits, char exponentLetter, bool hex) {
+  std::int64_t place = 0;
+  bool pointSeen = false;
+  bool significant = false;
+  std::size_t i = 0;
+  for (; i < digits.size() && (digits[i] | 0x20) != exponentLetter; ++i) {
+    if (digits[i] == '.') {
+      pointSeen = true;
+    } else {
+      significant = significant || digits[i] != '0';
+      if (!pointSeen && significant) ++place;
+      if (pointSeen && !significant) --place;
+    }
+  }
+  if (hex) place *= 4;
+  std::int64_t exponent = 0;
+  if (i < digits.size()) {
+    const bool negative = i + 1 < digits.size() && digits[i + 1] == '-';
+    for (const char c : digits.substr(i + 1)) {
+      if (IsDigit(c)) exponent = std::min<std::int64_t>(exponent * 10 + (c - '0'), std::int64_t{1} << 40);
+    }
+    if (negative) exponent = -exponent;
+  }
+  return place + exponent > 0;
+}
+
+// Hexadecimal digits up to an exponent with two signs: the standard library's reader would take "p+-1" for an exponent.
+std::string_view CutAtDoubleSign(std::string_view digits) {
+  const std::size_t exponent = digits.find_first_not_of("0123456789abcdefABCDEF.");
+  if (exponent == std::string_view::npos || (digits[exponent] | 0x20) != 'p') return digits;
+  return digits.substr(exponent + 1, 2) == "+-" ? digits.substr(0, exponent) : digits;
+}
+
+std::size_t HexPrefixLength(std::string_view text) {
+  if (text.size() < 3 || text[0] != '0' || (text[1] | 0x20) != 'x') return 0;
+  const std::size_t digit = text[2] == '.' ? 3 : 2;
+  return digit < text.size() && IsHexDigit(text[digit]) ? 2 : 0;
+}
+
+// Digits with or without a point and digits behind it, up to 15 in all and nothing that could belong to the number
+// behind them: both the whole number that they make and the power of ten are exact in a double, so that their quotient
+// is rounded once, as the library's reader does it in three times the time. Length 0: another kind of number, or none.
+ParsedDouble ParseShortDecimal(std::string_view text) {
+  constexpr std::ptrdiff_t kMostDigits = 15;
+  static constexpr std::array<double, kMostDigits + 1> kPowers = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                                  1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+  const char* const start = text.data();
+  const char* const end = start + std::min<std::size_t>(text.size(), kMostDigits + 2);
+  const char* at = start;
+  std::uint64_t whole = 0;
+  const auto takeDigits = [&] {
+    for (; at != end && IsDigit(*at); ++at) whole = whole * 10 + static_cast<std::uint64_t>(*at - '0');
+  };
+  takeDigits();
+  if (at == start) return {};
+  std::ptrdiff_t decimals = 0;
+  bool hasPoint = false;
+  if (at != end && *at == '.') {
+    hasPoint = true;
+    const char* const point = at++;
+    takeDigits();
+    decimals = at - point - 1;
+    if (decimals == 0) return {};
+  }
+  if (at - start - (hasPoint ? 1 : 0) > kMostDigits) return {};
+  if (at != start + text.size()) {
+    const char lower = static_cast<char>(*at | 0x20);
+    if (IsDigit(*at) || *at == '.' || (lower >= 'a' && lower <= 'z')) return {};
+  }
+  ParsedDouble result;
+  result.value = static_cast<double>(whole) / kPowers[static_cast<std::size_t>(decimals)];
+  result.length = static_cast<std::size_t>(at - start);
+  return result;
+}
+
+// Reads digits without sign or white space. Length 0: none.
+ParsedDouble ParseMagnitude(std::string_view text) {
+  if (const ParsedDouble quick = ParseShortDecimal(text); quick.found()) return quick;
+  const std::size_t prefix = HexPrefixLength(text);
+  const bool hex = prefix != 0;
+  std::string_view digits = text.substr(prefix);
+  if (hex) digits = CutAtDoubleSign(digits);
+  ParsedDouble result;
+  const auto parsed = std::from_chars(digits.data(), digits.data() + digits.size(), result.value,
+                                      hex ? std::chars_format::hex : std::chars_format::general);
+  if (parsed.ec == std::errc::invalid_argument) return {};
+  const auto used = static_cast<std::size_t>(parsed.ptr - digits.data());
+  if (parsed.ec == std::errc::result_out_of_range) {
+    const bool tooLarge = IsTooLarge(digits.substr(0, used), hex ? 'p' : 'e', hex);
+    result.value = tooLarge ? std::numeric_limits<double>::infinity() : 0.0;
+  }
+  result.length = prefix + used;
+  return result;
+}
+
+struct ParsedMagnitude {
+  std::uint64_t value = 0;  // not above 2^32
+  bool negative = false;
+  std::size_t length = 0;
+};
+
+ParsedMagnitude ParseInteger(std::string_view text) {
+  constexpr std::uint64_t kTooLarge = std::uint64_t{1} << 32;
+  ParsedMagnitude result;
+  std::size_t i = CountWhiteSpace(text);
+  if (i < text.size() && (text[i] == '+' || text[i] == '-')) result.negative = text[i++] == '-';
+  const std::size_t firstDigit = i;
+  for (; i < text.size() && IsDigit(text[i]); ++i) {
+    result.value = std::min(result.value * 10 + static_cast<std::uint64_t>(text[i] - '0'), kTooLarge);
+  }
+  if (i != firstDigit) result.length = i;
+  return result;
+}
+
+}  // namespace
+
+void AppendFixed(std::string& out, double value, int decimals, int width, char fill) {
+  if (!std::isfinite(value)) return AppendPadded(out, NonFiniteText(value), width);
+  NumberBuffer buffer;
+  AppendPadded(out, WriteNumber(buffer, value, std::chars_format::fixed, decimals), width, fill);
+}
+
+void AppendScientific(std::string& out, double value, int decimals, int width) {
+  if (!std::isfinite(value)) return AppendPadded(out, NonFiniteText(value), width);
+  NumberBuffer buffer;
+  const std::string_view written = WriteNumber(buffer, value, std::chars_format::scientific, decimals);
+  const std::size_t firstExponentDigit = written.rfind('e') + 2;
+  std::string text(written);
+  if (written.size() - firstExponentDigit == 2) text.insert(firstExponentDigit, 1, '0');
+  AppendPadded(out, text, width);
+}
+
+void AppendShortest(std::string& out, double value) {
+  if (!std::isfinite(value)) {
+    out.append(NonFiniteText(value));
+    return;
+  }
+  NumberBuffer buffer;
+  const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
+  out.append(buffer.data(), written.ptr);
+}
+
+void AppendInteger(std::string& out, std::int64_t value, int width, char fill) {
+  std::array<char, 24> buffer;
+  const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
+  const auto length = static_cast<std::size_t>(written.ptr - buffer.data());
+  AppendPadded(out, {buffer.data(), length}, width, fill);
+}
+
+std::string FixedText(double value, int decimals, int width, char fill) {
+  std::string text;
+  AppendFixed(text, value, decimals, width, fill);
+  return text;
+}
+
+std::string SignificantText(double value, int figures) {
+  char text[64];
+  const auto end = std::to_chars(std::begin(text), std::end(text), value, std::chars_format::general, figures);
+  return {text, end.ptr};
+}
+
+std::string ReadoutText(double value, int decimals) {
+  std::string text = FixedText(value, decimals);
+  if (text.find_first_not_of("-0.") == std::string::npos && text.starts_with('-')) text.erase(0, 1);
+  return text;
+}
+
+std::string ScientificText(double value, int decimals, int width) {
+  std::string text;
+  AppendScientific(text, value, decimals, width);
+  return text;
+}
+
+std::string ShortestText(double value) {
+  std::string text;
+  AppendShortest(text, value);
+  return text;
+}
+
+std::string IntegerText(std::int64_t value, int width, char fill) {
+  std::string text;
+  AppendInteger(text, value, width, fill);
+  return text;
+}
+
+ParsedDouble ParseDouble(std::string_view text) {
+  std::size_t start = CountWhiteSpace(text);
+  bool negative = false;
+  if (start < text.size() && (text[start] == '-' || text[start] == '+')) negative = text[start++] == '-';
+  if (start == text.size() || text[start] == '-') return {};
+  ParsedDouble result = ParseMagnitude(text.substr(start));
+  if (!result.found()) return {};
+  result.length += start;
+  if (negative) result.value = -result.value;
+  return result;
+}
+
+ParsedInt32 ParseInt32(std::string_view text) {
+  const ParsedMagnitude parsed = ParseInteger(text);
+  const auto value = static_cast<std::int64_t>(parsed.value);
+  constexpr std::int64_t kLeast = std::numeric_limits<std::int32_t>::min();
+  constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
+  return {static_cast<std::int32_t>(std::clamp(parsed.negative ? -value : value, kLeast, kMost)), parsed.length};
+}
+
+ParsedInt32 ParseUnsigned32(std::string_view text) {
+  const ParsedMagnitude parsed = ParseInteger(text);
+  if (parsed.value > std::numeric_limits<std::uint32_t>::max()) return {-1, parsed.length};
+  const auto magnitude = static_cast<std::uint32_t>(parsed.value);
+  return {static_cast<std::int32_t>(parsed.negative ? 0U - magnitude : magnitude), parsed.length};
+}
+
+}  // namespace texturon

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string_view>
+
+#include "platform/platform.h"
+
+namespace texturon {
+
+/// A file to which whole lines are added while no other of our writers has it: it is held by an exclusive advisory lock
+/// (on Windows by refusing to share it), across threads and processes, until the object goes.
+class AppendFile {
+public:
+  enum class State { kHeld, kInUse, kFailed };
+
+  /// Opens the file, creating it where it is not there, and takes the lock if nobody has it.
+  explicit AppendFile(const std::filesystem::path& path);
+  ~AppendFile();
+  AppendFile(const AppendFile&) = delete;
+  AppendFile& operator=(const AppendFile&) = delete;
+
+  State state() const { return state_; }
+  /// Why it could not be opened.
+  const FileOutcome& outcome() const { return outcome_; }
+  /// Bytes in the file; 0 for a new one.
+  std::uint64_t size() const { return size_; }
+  bool endsInsideLine() const { return endsInsideLine_; }
+  /// Whether the file that is held still bears its name.
+  bool IsAt(const std::filesystem::path& path) const;
+
+  /// Adds all of `bytes` or nothing: what a full disk took of them is cut off again.
+  FileOutcome Append(std::string_view bytes);
+  /// Drops everything behind `size`.
+  FileOutcome CutTo(std::uint64_t size);
+  /// Returns once what was added is on the disk.
+  FileOutcome Flush();
+
+private:
+  void Open(const std::filesystem::path& path);
+
+  int handle_ = -1;
+  State state_ = State::kFailed;
+  FileOutcome outcome_;
+  std::uint64_t size_ = 0;
+  bool endsInsideLine_ = false;
+};
+
+/// Opens an AppendFile, trying again while another holds it: every few milliseconds until `patience` is over or
+/// `givesUp` returns true.
+std::unique_ptr<AppendFile> WaitForAppendFile(const std::filesystem::path& path, std::chrono::milliseconds patience,
+                                              const std::function<bool()>& givesUp = {});
+
+}  // namespace texturon

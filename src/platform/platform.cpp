@@ -1,0 +1,252 @@
+#include "platform/platform.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <cstddef>
+#include <cstdint>
+#include <new>
+#include <random>
+#include <system_error>
+#include <utility>
+
+#include "base/charset.h"
+#include "base/number_text.h"
+#include "platform/system_calls.h"
+
+namespace texturon {
+namespace {
+
+constexpr std::size_t kLargestFile = std::size_t{256} << 20;
+constexpr std::size_t kReadStep = std::size_t{1} << 16;
+constexpr int kMostLinks = 40;
+
+class File {
+public:
+  explicit File(int handle) : handle_(handle) {}
+  ~File() { Close(); }
+  File(const File&) = delete;
+  File& operator=(const File&) = delete;
+
+  bool isOpen() const { return handle_ >= 0; }
+  int handle() const { return handle_; }
+  bool Close() {
+    const int handle = std::exchange(handle_, -1);
+    return handle < 0 || CloseFile(handle) == 0;
+  }
+  bool Write(std::string_view bytes) const { return WriteAll(handle_, bytes); }
+
+private:
+  int handle_;
+};
+
+FileBytes ReadOpenFile(const File& file, std::size_t expectedSize) {
+  FileBytes result;
+  std::size_t size = 0;
+  if (expectedSize > kLargestFile) return {"", "is larger than 256 MiB"};
+  result.bytes.resize(expectedSize + 1);
+  for (;;) {
+    if (size == result.bytes.size()) result.bytes.resize(std::min(std::max(2 * size, kReadStep), kLargestFile + 1));
+    const std::ptrdiff_t got = ReadSome(file.handle(), result.bytes.data() + size, result.bytes.size() - size);
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) return {"", Failure("cannot be read", errno)};
+    if (got == 0) break;
+    size += static_cast<std::size_t>(got);
+    if (size > kLargestFile) return {"", "is larger than 256 MiB"};
+  }
+  result.bytes.resize(size);
+  return result;
+}
+
+FileOutcome WriteDirectly(const std::filesystem::path& path, std::string_view bytes) {
+  File file(OpenFile(path, OpenMode::kWrite));
+  if (!file.isOpen()) return {Failure("cannot be opened for writing", errno)};
+  if (!file.Write(bytes) || !file.Close()) return {Failure("cannot be written", errno)};
+  return {};
+}
+
+// The file that a chain of symbolic links ends at; it need not exist.
+std::filesystem::path FollowLinks(std::filesystem::path path) {
+  std::error_code error;
+  for (int i = 0; i < kMostLinks && std::filesystem::is_symlink(path, error); ++i) {
+    const std::filesystem::path target = std::filesystem::read_symlink(path, error);
+    if (error) break;
+    path = path.parent_path() / target;
+  }
+  return path;
+}
+
+// A name beside `path` that nobody else has: short enough for any file system, hidden where a dot hides.
+std::filesystem::path TemporaryName(const std::filesystem::path& path) {
+  static std::atomic<std::uint32_t> counter = 0;
+  std::random_device random;
+  return path.parent_path() / (".texturon-" + IntegerText(random()) + "-" + IntegerText(counter++) + ".tmp");
+}
+
+// A second name for the file in place of the first, which cannot replace another file as a rename does.
+bool RenameToNew(const std::filesystem::path& from, const std::filesystem::path& to) {
+  std::error_code error;
+  std::filesystem::create_hard_link(from, to, error);
+  std::error_code ignored;
+  const bool hasNoSecondNames = error && error != std::errc::file_exists && !std::filesystem::exists(to, ignored);
+  if (hasNoSecondNames) return RenameOver(from, to, true);
+  errno = error.value();
+  if (!error) FlushFolderOf(to);
+  return !error && std::filesystem::remove(from, ignored);
+}
+
+enum class OldFile { kReplaced, kReplacedKeepingPermissions, kLeft };
+
+FileOutcome WriteAndRename(const std::filesystem::path& target, OldFile oldFile, std::string_view bytes,
+                           FlushFile flush) {
+  constexpr int kAttempts = 16;
+  std::filesystem::path temporary;
+  int handle = -1;
+  for (int i = 0; i < kAttempts && handle < 0; ++i) {
+    temporary = TemporaryName(target);
+    handle = OpenFile(temporary, OpenMode::kCreate);
+    if (handle < 0 && errno != EEXIST) break;
+  }
+  if (handle < 0) return {Failure("cannot be written: no file can be created in its folder", errno)};
+  FileOutcome outcome;
+  {
+    File file(handle);
+    if (oldFile == OldFile::kReplacedKeepingPermissions) CopyPermissions(file.handle(), target);
+    const bool flushes = flush == FlushFile::kYes;
+    if (!file.Write(bytes) || (flushes && FlushToDisk(file.handle()) != 0) || !file.Close()) {
+      outcome.reason = Failure("cannot be written", errno);
+    }
+  }
+  if (outcome.ok() && oldFile == OldFile::kLeft && !RenameToNew(temporary, target)) {
+    outcome.reason = Failure("cannot be created", errno);
+  } else if (outcome.ok() && oldFile != OldFile::kLeft && !RenameOver(temporary, target, flush == FlushFile::kYes)) {
+    outcome.reason = Failure("cannot be replaced", errno);
+  }
+  if (!outcome.ok()) {
+    std::error_code ignored;
+    std::filesystem::remove(temporary, ignored);
+  }
+  return outcome;
+}
+
+}  // namespace
+
+std::filesystem::path PathFromSystemText(std::string_view text) {
+#ifdef _WIN32
+  return std::filesystem::path(std::u8string(text.begin(), text.end()));
+#else
+  return std::filesystem::path(text);
+#endif
+}
+
+std::filesystem::path PathFromText(std::string_view text) {
+  return PathFromSystemText(Utf8FromWindows1252(text));
+}
+
+std::string SystemTextFromPath(const std::filesystem::path& path) {
+#ifdef _WIN32
+  const std::u8string utf8 = path.u8string();
+  return std::string(utf8.begin(), utf8.end());
+#else
+  return path.native();
+#endif
+}
+
+std::string TextFromPath(const std::filesystem::path& path) {
+  return Windows1252FromUtf8(SystemTextFromPath(path));
+}
+
+std::string FileSentence(const std::filesystem::path& path, std::string_view reason) {
+  return TextFromPath(path) + " " + std::string(reason) + ".";
+}
+
+FileBytes ReadWholeFile(const std::filesystem::path& path) {
+  const File file(OpenFile(path, OpenMode::kRead));
+  if (!file.isOpen()) {
+    const int code = errno;
+    std::error_code error;
+    if (std::filesystem::is_directory(path, error)) return {"", "is a directory"};
+    if (code == ENOENT || code == ENOTDIR) return {"", "does not exist", true};
+    return {"", Failure("cannot be opened", code)};
+  }
+  FileStatus status;
+  if (!ReadStatus(file.handle(), status)) return {"", Failure("cannot be read", errno)};
+  if (status.isDirectory) return {"", "is a directory"};
+  try {
+    return ReadOpenFile(file, static_cast<std::size_t>(std::max<std::int64_t>(status.size, 0)));
+  } catch (const std::bad_alloc&) {
+    return {"", "does not fit into the memory"};
+  }
+}
+
+FileOutcome ReplaceFile(const std::filesystem::path& path, std::string_view bytes, FlushFile flush) {
+  const std::filesystem::path target = FollowLinks(path);
+  std::error_code error;
+  const std::filesystem::file_status status = std::filesystem::status(target, error);
+  if (std::filesystem::is_symlink(target, error)) return {"is a symbolic link without an end"};
+  if (std::filesystem::is_directory(status)) return {"is a directory"};
+  const bool exists = std::filesystem::exists(status);
+  if (exists && !std::filesystem::is_regular_file(status)) return WriteDirectly(target, bytes);
+  if (exists && !MayWrite(target)) return {Failure("cannot be written", errno)};
+  return WriteAndRename(target, exists ? OldFile::kReplacedKeepingPermissions : OldFile::kReplaced, bytes, flush);
+}
+
+FileOutcome CreateFileWith(const std::filesystem::path& path, std::string_view bytes) {
+  return WriteAndRename(path, OldFile::kLeft, bytes, FlushFile::kYes);
+}
+
+FileOutcome WriteSideFile(const std::filesystem::path& path, std::string_view bytes) {
+  File file(OpenFile(path, OpenMode::kSideFile));
+  if (!file.isOpen()) return {Failure("cannot be opened for writing", errno)};
+  FileStatus status;
+  if (!ReadStatus(file.handle(), status) || !status.isRegular) return {"is no regular file"};
+  if (!status.isOnlyOurs) return {"belongs to somebody else or has a second name"};
+  if (Truncate(file.handle(), 0) != 0 || !file.Write(bytes) || !file.Close()) {
+    return {Failure("cannot be written", errno)};
+  }
+  return {};
+}
+
+FileOutcome MoveToPlace(const std::filesystem::path& from, const std::filesystem::path& to) {
+  if (RenameOver(from, to, true)) {
+    FlushFolderOf(from);
+    return {};
+  }
+  if (errno != EXDEV) return {Failure("cannot be moved to " + TextFromPath(to), errno)};
+  const FileBytes content = ReadWholeFile(from);
+  if (!content.ok()) return {content.reason};
+  const FileOutcome copied = ReplaceFile(to, content.bytes);
+  if (!copied.ok()) return {"cannot be moved: " + TextFromPath(to) + " " + copied.reason};
+  return RemoveDurably(from);
+}
+
+FileOutcome MoveToNewName(const std::filesystem::path& from, const std::filesystem::path& to) {
+  if (!RenameToNew(from, to)) return {Failure("cannot be moved to " + TextFromPath(to), errno)};
+  FlushFolderOf(from);
+  return {};
+}
+
+FileOutcome RemoveDurably(const std::filesystem::path& path) {
+  std::error_code error;
+  std::filesystem::remove(path, error);
+  if (error) return {Failure("cannot be removed", error.value())};
+  FlushFolderOf(path);
+  return {};
+}
+
+Environment SystemEnvironment() {
+  Environment environment;
+  environment.localTime = [] { return LocalTime(std::time(nullptr)); };
+  std::error_code error;
+  environment.workingFolder = std::filesystem::current_path(error);
+  environment.temporaryFolder = std::filesystem::temp_directory_path(error);
+  environment.programFolder = ProgramFile().parent_path();
+#ifdef _WIN32
+  environment.traceFile = "c:\\Temp\\Xc.csv";
+#else
+  if (!environment.temporaryFolder.empty()) environment.traceFile = environment.temporaryFolder / "Xc.csv";
+#endif
+  return environment;
+}
+
+}  // namespace texturon

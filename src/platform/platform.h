@@ -1,0 +1,78 @@
+#pragma once
+
+#include <cstdint>
+#include <ctime>
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+#include "platform/environment.h"
+
+namespace texturon {
+
+// Files and what else differs from one operating system to another, on platform/system_calls. File operations report
+// why they failed; they throw only when memory runs out.
+
+/// How a file operation ended. `reason` is empty when it succeeded and otherwise goes on where the file's name stops:
+/// "is a directory", "cannot be opened (permission denied)".
+struct FileOutcome {
+  std::string reason;
+
+  bool ok() const { return reason.empty(); }
+};
+
+struct FileBytes {
+  std::string bytes;
+  std::string reason;
+  bool missing = false;  // there is no such file; `reason` says so too
+
+  bool ok() const { return reason.empty(); }
+};
+
+/// A path from the bytes of a command line: taken as they are; on Windows they are UTF-8.
+std::filesystem::path PathFromSystemText(std::string_view text);
+std::string SystemTextFromPath(const std::filesystem::path& path);
+/// Paths as the program's own Windows-1252 texts (settings, messages) and back.
+std::filesystem::path PathFromText(std::string_view text);
+std::string TextFromPath(const std::filesystem::path& path);
+/// "<path> <reason>."
+std::string FileSentence(const std::filesystem::path& path, std::string_view reason);
+
+/// Reads a file whole; pipes and devices up to their end. At most 256 MiB.
+FileBytes ReadWholeFile(const std::filesystem::path& path);
+
+/// Gives `path` the content `bytes`, so that at any moment it holds all of the old or all of the new: written to an
+/// exclusive temporary file beside it, flushed to the disk unless `flush` says otherwise, renamed over it. An existing
+/// file keeps its permissions, a symbolic link stays and its target is replaced; one that may not be written is
+/// refused. What is no regular file (a device, a pipe) is written directly.
+enum class FlushFile { kYes, kNo };
+FileOutcome ReplaceFile(const std::filesystem::path& path, std::string_view bytes, FlushFile flush = FlushFile::kYes);
+
+/// The same for a name that nobody has yet; a file that is there already is left as it is.
+FileOutcome CreateFileWith(const std::filesystem::path& path, std::string_view bytes);
+
+/// Writes a file into a folder that others can write to as well: refuses a symbolic link, what is no regular file, and
+/// a file that belongs to somebody else or has a second name.
+FileOutcome WriteSideFile(const std::filesystem::path& path, std::string_view bytes);
+
+/// Gives a file another name, in another folder too, and returns once that is on the disk. A file of the new name is
+/// replaced.
+FileOutcome MoveToPlace(const std::filesystem::path& from, const std::filesystem::path& to);
+/// The same, but a file of the new name is left as it is and the move refused, where the file system can do that.
+FileOutcome MoveToNewName(const std::filesystem::path& from, const std::filesystem::path& to);
+/// Removes a file for good. One that is not there is no failure.
+FileOutcome RemoveDurably(const std::filesystem::path& path);
+
+std::tm LocalTime(std::time_t time);
+bool ErrorOutputIsTerminal();
+
+/// Asks the system for large memory pages from now on, for a program that works on a few arrays of millions of bytes:
+/// to set up their pages one by one takes a quarter of an analysis. A hint for the first 128 MiB of the heap, which are
+/// reserved but not used before they are needed; where the system has no such thing, nothing happens. Once, at the
+/// start of a program.
+void PreferLargePages();
+
+/// Clock, current folder, temporary folder and the folder of the running program.
+Environment SystemEnvironment();
+
+}  // namespace texturon

@@ -1,0 +1,126 @@
+#include "presentation/profile_marks.h"
+
+#include <cmath>
+#include <numbers>
+#include <optional>
+
+#include "base/number_text.h"
+#include "base/units.h"
+
+namespace texturon {
+namespace {
+
+constexpr double kMostSamplingLengths = 200.0;
+
+class MarkList {
+public:
+  void Add(MarkedStretch::Kind kind, double firstUM, double lastUM) {
+    if (lastUM <= firstUM) return;
+    marks.stretches.push_back({kind, firstUM * kMillimetresPerMicrometre, lastUM * kMillimetresPerMicrometre});
+  }
+
+  ProfileMarks marks;
+};
+
+/// Height of a profile at the sample next to a place; nothing outside its range.
+std::optional<double> HeightAt(const Profile& profile, double xMM) {
+  const std::int32_t index = StepsInLength(xMM, profile.spacingUM);
+  if (index < profile.range.first || index > profile.range.last) return std::nullopt;
+  return profile.samples[static_cast<std::size_t>(index)];
+}
+
+/// How heights and lengths are written in the units shown.
+class Units {
+public:
+  explicit Units(bool metric) : metric_(metric) {}
+
+  std::string Length(double lengthMM) const {
+    return metric_ ? ReadoutText(lengthMM, 4) + " mm" : ReadoutText(lengthMM * kInchesPerMillimetre, 5) + " in";
+  }
+  std::string Height(double heightUM) const {
+    return metric_ ? ReadoutText(heightUM, 4) + " \xB5m"
+                   : ReadoutText(heightUM * kMicroinchesPerMicrometre, 2) + " \xB5in";
+  }
+
+private:
+  bool metric_;
+};
+
+/// Two values and their difference.
+std::string Pair(const std::string& name, const std::string& first, const std::string& second,
+                 const std::string& difference) {
+  return name + "1 " + first + "  " + name + "2 " + second + "  d" + name + " " + difference;
+}
+
+std::string SlopeText(double riseUM, double runMM) {
+  const double degrees = std::atan(riseUM * kMillimetresPerMicrometre / runMM) * 180.0 / std::numbers::pi;
+  return "slope " + ReadoutText(degrees, 4) + "\xB0";
+}
+
+}  // namespace
+
+bool HeedsExclusion(const Document& document) {
+  const std::int32_t form = document.results.formApplied;
+  return document.excludeSet && !document.useAllDataForForm && form != kNoFormApplied && form != kFormFilter;
+}
+
+ProfileMarks MarksOf(const Document& document) {
+  const ProfileSet& profiles = document.profiles;
+  MarkList list;
+  if (!document.results.formRemoved) return {};
+  using Kind = MarkedStretch::Kind;
+  const IndexRange& computed = profiles.computeRange;
+  list.Add(Kind::kNotComputed, 0.0, computed.first * profiles.spacingUM);
+  list.Add(Kind::kNotComputed, computed.last * profiles.spacingUM, (profiles.pointCount - 1) * profiles.spacingUM);
+  if (HeedsExclusion(document)) {
+    list.Add(Kind::kExcluded, document.excludeFirst * profiles.spacingUM, document.excludeLast * profiles.spacingUM);
+  }
+  if (!profiles.wavinessComputed) return list.marks;
+  const IndexRange& evaluated = profiles.evaluationRange;
+  const double spacingUM = profiles.residualSpacingUM;
+  list.Add(Kind::kDiscarded, computed.first * spacingUM, evaluated.first * spacingUM);
+  list.Add(Kind::kDiscarded, evaluated.last * spacingUM, computed.last * spacingUM);
+  const double stepMM = document.settings.analysis.LcCutoffMM;
+  const double firstMM = evaluated.first * spacingUM * kMillimetresPerMicrometre;
+  const double lastMM = evaluated.last * spacingUM * kMillimetresPerMicrometre;
+  if (stepMM > 0.0 && (lastMM - firstMM) / stepMM <= kMostSamplingLengths) {
+    for (int i = 1; firstMM + i * stepMM < lastMM; ++i) list.marks.samplingLengthEndsMM.push_back(firstMM + i * stepMM);
+  }
+  return list.marks;
+}
+
+std::string CursorReadout(const Document& document, ProfileKind kind, const CursorPlaces& places) {
+  const Units units(document.settings.display.Metric);
+  std::string text;
+  if (places.hasX) {
+    const auto [x1, x2] = places.xMM;
+    text += Pair("X", units.Length(x1), units.Length(x2), units.Length(x2 - x1));
+    if (HasProfile(document, kind)) {
+      const Profile profile = document.profiles.View(kind);
+      const auto z1 = HeightAt(profile, x1);
+      const auto z2 = HeightAt(profile, x2);
+      if (z1 && z2) text += "    " + Pair("Z", units.Height(*z1), units.Height(*z2), units.Height(*z2 - *z1));
+      if (z1 && z2 && x1 != x2) text += "    " + SlopeText(*z2 - *z1, x2 - x1);
+      if (z1 && z2) text += " (" + ProfileTitle(kind) + ")";
+    }
+  }
+  if (places.hasY) {
+    if (!text.empty()) text += "    ";
+    const auto [y1, y2] = places.yUM;
+    text += Pair("Y", units.Height(y1), units.Height(y2), units.Height(y2 - y1));
+  }
+  return text;
+}
+
+std::array<std::string, 4> CursorLabels(const Document& document, ProfileKind kind, const CursorPlaces& places) {
+  const Units units(document.settings.display.Metric);
+  std::array<std::string, 4> labels = {"X1 " + units.Length(places.xMM.first), "X2 " + units.Length(places.xMM.second),
+                                       "Y1 " + units.Height(places.yUM.first), "Y2 " + units.Height(places.yUM.second)};
+  if (!HasProfile(document, kind)) return labels;
+  const Profile profile = document.profiles.View(kind);
+  if (const auto z = HeightAt(profile, places.xMM.first)) labels[0] += "\nZ1 " + units.Height(*z);
+  if (const auto z = HeightAt(profile, places.xMM.second)) labels[1] += "\nZ2 " + units.Height(*z);
+  return labels;
+}
+
+}  // namespace texturon

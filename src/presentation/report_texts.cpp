@@ -1,0 +1,119 @@
+#include "presentation/report_texts.h"
+
+#include <cstdint>
+
+#include "analysis/captions.h"
+#include "base/number_text.h"
+#include "base/units.h"
+#include "presentation/profile_marks.h"
+#include "settings/setting_choices.h"
+#include "settings/settings_table.h"
+
+namespace texturon {
+namespace {
+
+std::string Count(std::size_t count) {
+  return IntegerText(static_cast<std::int64_t>(count));
+}
+
+/// A form caption without the word that stands beside it anyway.
+std::string WithoutOpening(std::string caption) {
+  constexpr std::string_view kOpening = "Form: ";
+  if (caption.starts_with(kOpening)) caption.erase(0, kOpening.size());
+  return caption;
+}
+
+std::string Length(double lengthUM, bool metric) {
+  const double lengthMM = lengthUM * kMillimetresPerMicrometre;
+  return metric ? FixedText(lengthMM, 4) + " mm" : FixedText(lengthMM * kInchesPerMillimetre, 5) + " in";
+}
+
+std::string RecordText(const ProfileSet& profiles, bool metric) {
+  const double spacing = metric ? profiles.spacingUM : profiles.spacingUM * kMicroinchesPerMicrometre;
+  return IntegerText(profiles.pointCount) + " points, spacing " + FixedText(spacing, metric ? 4 : 2) +
+         (metric ? " \xB5m" : " \xB5in") + ", length " + Length((profiles.pointCount - 1) * profiles.spacingUM, metric);
+}
+
+std::string RangeText(const IndexRange& range, double spacingUM, bool metric) {
+  return Length(range.first * spacingUM, metric) + " to " + Length(range.last * spacingUM, metric) + " (" +
+         IntegerText(range.count) + " points)";
+}
+
+std::vector<ReportLine> Facts(const Document& document, std::string_view time) {
+  const ProfileSet& profiles = document.profiles;
+  const bool metric = document.settings.display.Metric;
+  std::vector<ReportLine> facts = {{"File", profiles.sourcePath},
+                                   {"Measured", profiles.dateTime},
+                                   {"Analysed", std::string(time)},
+                                   {"Record", RecordText(profiles, metric)}};
+  if (document.results.formRemoved) facts.emplace_back("Form", WithoutOpening(FormCaption(document)));
+  facts.emplace_back("Filter", FilterDescription(document));
+  if (profiles.wavinessComputed) {
+    facts.emplace_back("Evaluated", RangeText(profiles.evaluationRange, profiles.residualSpacingUM, metric));
+  }
+  if (HeedsExclusion(document)) {
+    facts.emplace_back(
+        "Not in the form fit",
+        RangeText(IndexRange::FromEnds(document.excludeFirst, document.excludeLast), profiles.spacingUM, metric));
+  }
+  std::erase_if(facts, [](const ReportLine& line) { return line.second.empty(); });
+  return facts;
+}
+
+std::string LimitText(double limit, const ParameterDef& row, bool metric) {
+  const double value = metric ? limit : limit * row.imperialFactor;
+  return FixedText(value, metric ? row.format.metricDecimals : row.format.imperialDecimals);
+}
+
+ReportRow MakeRow(const ShownRow& shown, bool metric) {
+  ReportRow row{.title = shown.title + shown.label, .value = shown.value, .unit = shown.unit, .verdict = shown.verdict};
+  const Tolerance& tolerance = shown.row.tolerance;
+  if (!tolerance.toleranced) return row;
+  // Which limits count is the rule of JudgeValue.
+  const bool bothCount = tolerance.bilateral && (tolerance.upperLimit != 0.0 || tolerance.lowerLimit != 0.0);
+  if (bothCount) row.lower = LimitText(tolerance.lowerLimit, shown.row, metric);
+  if (bothCount || (!tolerance.bilateral && tolerance.upperLimit != 0.0)) {
+    row.upper = LimitText(tolerance.upperLimit, shown.row, metric);
+  }
+  return row;
+}
+
+std::string Summary(const std::vector<ReportRow>& rows) {
+  std::size_t judged = 0;
+  std::size_t failed = 0;
+  for (const ReportRow& row : rows) {
+    if (row.verdict) ++judged;
+    if (row.verdict == Verdict::kFail) ++failed;
+  }
+  if (judged == 0) return {};
+  if (failed == 0) return "All " + Count(judged) + " toleranced parameters are within their limits.";
+  return Count(failed) + " of " + Count(judged) + " toleranced parameters out of tolerance.";
+}
+
+std::vector<ReportLine> ChangedSettings(const Settings& settings) {
+  const Settings defaults;
+  std::vector<ReportLine> lines;
+  for (const SettingKey& key : SettingsTable()) {
+    const SettingBinding& binding = key.binding;
+    const bool isOfAnalysis = binding.section != "DISPLAY" && binding.section != "AUTO_LOADING";
+    if (!isOfAnalysis || binding.rows != nullptr) continue;
+    const SettingValue value = binding.get(settings, 0);
+    if (value != binding.get(defaults, 0)) lines.emplace_back(key.meaning, DescribeValue(key, value));
+  }
+  return lines;
+}
+
+}  // namespace
+
+ReportTexts MakeReportTexts(const Document& document, std::string_view time) {
+  const DisplaySettings& display = document.settings.display;
+  ReportTexts texts{.company = display.CompanyName,
+                    .identification = document.profiles.identification,
+                    .facts = Facts(document, time),
+                    .changedSettings = ChangedSettings(document.settings)};
+  for (const ShownRow& row : ShownRows(document)) texts.rows.push_back(MakeRow(row, display.Metric));
+  texts.summary = Summary(texts.rows);
+  return texts;
+}
+
+}  // namespace texturon

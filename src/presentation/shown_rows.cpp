@@ -1,0 +1,52 @@
+#include "presentation/shown_rows.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "analysis/ratio_row_list.h"
+#include "base/number_text.h"
+#include "parameters/labels.h"
+
+namespace texturon {
+namespace {
+
+ShownRow Show(const ParameterDef& row, std::string title, std::string label, bool metric) {
+  return {.row = row,
+          .title = std::move(title),
+          .value = ShownValue(row, metric),
+          .unit = PrintedUnit(metric ? row.metricUnit : row.imperialUnit),
+          .label = std::move(label),
+          .verdict = JudgeRow(row)};
+}
+
+/// The name that the display settings give a configurable row.
+std::string RatioTitle(const std::string& name, const DisplaySettings& display) {
+  if (name == "Pmr" && display.PrimaryAsTpa) return "Tpa";
+  if (name == "Rmr" && display.RoughnessAsTpi) return "Tpi";
+  return name;
+}
+
+}  // namespace
+
+std::int32_t ColumnsOfTable(const DisplaySettings& display) {
+  return std::clamp(display.ParameterColumns, 1, kMostParameterColumns);
+}
+
+std::vector<ShownRow> ShownRows(const Document& document) {
+  const bool metric = document.settings.display.Metric;
+  std::vector<ShownRow> rows;
+  for (const ParameterDef& row : document.catalogue.rows) {
+    if (row.selected)
+      rows.push_back(Show(row, row.name, RowLabel(row.name, document.settings.analysis, metric), metric));
+  }
+  for (const auto& entries : {SelectedMaterialRatios(document), SelectedHtps(document)}) {
+    for (const RatioRowEntry& entry : entries) {
+      const std::string number = IntegerText(static_cast<std::int64_t>(entry.index) + 1);
+      const std::string title = RatioTitle(entry.row.name, document.settings.display) + " " + number;
+      rows.push_back(Show(entry.row, title, entry.label, metric));
+    }
+  }
+  return rows;
+}
+
+}  // namespace texturon

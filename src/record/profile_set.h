@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "base/index_range.h"
+#include "record/motif.h"
+#include "record/profile.h"
+
+namespace texturon {
+
+/// Most points that a record may have.
+inline constexpr std::int32_t kPointCapacity = 750'000;
+
+/// Amplitudes of the harmonics of the form-suppressed profile. Index 0 is the mean and carries the longest wavelength.
+struct Spectrum {
+  bool valid = false;  ///< the profile has one; the lists are empty all the same where it was not wanted
+  std::vector<double> amplitudeUM;
+  std::vector<double> wavelengthMM;
+  double peakAmplitudeUM = 0.0;  ///< largest amplitude without index 0
+};
+
+/// The measured record and every profile derived from it. All arrays have pointCount entries and share one index: index
+/// i is the same place of the surface in each. A reader fills the measured part, the pipeline everything else; a
+/// derived profile means something only inside its range, and outside it keeps what it held.
+struct ProfileSet {
+  // Measured.
+  std::int32_t pointCount = 0;
+  double spacingUM = 0.0;
+  std::vector<double> raw;
+  std::string identification;
+  std::string dateTime;
+  std::string sourcePath;
+  double tipRadiusMM = -1.0;  ///< -1.0 or 0.0: none known
+  bool inverted = false;      ///< `raw` is upside down to what the reader delivered
+
+  // Derived.
+  std::vector<double> form;  ///< the geometry that form removal took out
+  std::vector<double> formSuppressed;
+  std::vector<double> primary;
+  std::vector<double> waviness;
+  std::vector<double> roughness;
+  std::vector<double> closing;  ///< empty until a parameter asks for the envelope
+  std::vector<double> opening;
+  std::vector<Motif> roughnessMotifs;  ///< of the primary profile; empty until a parameter asks for them
+  std::vector<Motif> wavinessMotifs;
+  double residualSpacingUM = 0.0;  ///< spacing of the derived profiles; perpendicular residuals stretch it
+  IndexRange computeRange;
+  IndexRange primaryRange;
+  IndexRange evaluationRange;
+  bool lsApplied = false;
+  bool wavinessComputed = false;
+  Spectrum spectrum;
+
+  bool IsEmpty() const { return pointCount < 1; }
+
+  /// The view of one profile with its range and spacing.
+  Profile View(ProfileKind kind) const;
+};
+
+/// A record as a reader delivers it: measured part set, derived arrays allocated and zero.
+ProfileSet MakeProfileSet(std::vector<double> heightsUM, double spacingUM);
+
+}  // namespace texturon

@@ -1,0 +1,97 @@
+#include "settings/settings_value.h"
+
+#include <cmath>
+
+#include "base/number_text.h"
+#include "base/text.h"
+
+namespace texturon {
+namespace {
+
+constexpr int kNumberDecimals = 6;
+constexpr int kCoefficientDecimals = 12;
+constexpr int kVersionDecimals = 2;
+
+std::string_view FaultOfNumber(std::string_view text, std::size_t length) {
+  if (length == 0) return "is no number";
+  if (length == text.size()) return {};
+  if (text[length] == ',') return "has a decimal comma, where numbers are written with a point";
+  return "goes on after the number";
+}
+
+ReadSettingResult ReadInteger(std::string_view text) {
+  const ParsedInt32 parsed = ParseUnsigned32(text);
+  ReadSettingResult result{parsed.value, FaultOfNumber(text, parsed.length)};
+  if (result.fault.empty() && ParseDouble(text).value != parsed.value) result.fault = "is out of range";
+  return result;
+}
+
+ReadSettingResult ReadFlag(std::string_view text) {
+  if (EqualIgnoringCase(text, "true") || EqualIgnoringCase(text, "yes")) return {true, {}};
+  if (EqualIgnoringCase(text, "false") || EqualIgnoringCase(text, "no")) return {false, {}};
+  const ParsedInt32 parsed = ParseInt32(text);
+  const bool understood = parsed.length == text.size() && !text.empty();
+  return {parsed.value != 0, understood ? std::string_view() : "is neither 1 nor 0, true nor false, yes nor no"};
+}
+
+ReadSettingResult ReadNumber(std::string_view text) {
+  const ParsedDouble parsed = ParseDouble(text);
+  if (!std::isfinite(parsed.value)) return {parsed.value, "is no finite number", false};
+  return {parsed.value, FaultOfNumber(text, parsed.length)};
+}
+
+}  // namespace
+
+std::string WriteSetting(SettingType type, const SettingValue& value) {
+  switch (type) {
+    case SettingType::Text:
+      return std::get<std::string>(value);
+    case SettingType::Integer:
+    case SettingType::Count:
+      return IntegerText(std::get<std::int32_t>(value));
+    case SettingType::Flag:
+      return std::get<bool>(value) ? "1" : "0";
+    case SettingType::Number:
+      return FixedText(std::get<double>(value), kNumberDecimals);
+    case SettingType::Coefficient:
+      return ScientificText(std::get<double>(value), kCoefficientDecimals);
+    case SettingType::Version:
+      return FixedText(std::get<double>(value), kVersionDecimals);
+  }
+  return {};
+}
+
+std::string ShowSetting(SettingType type, const SettingValue& value) {
+  const bool isReal = type == SettingType::Number || type == SettingType::Coefficient;
+  return isReal ? ShortestText(std::get<double>(value)) : WriteSetting(type, value);
+}
+
+ReadSettingResult ReadSetting(SettingType type, std::string_view text) {
+  switch (type) {
+    case SettingType::Text:
+      return {std::string(text), {}};
+    case SettingType::Integer:
+    case SettingType::Count:
+      return ReadInteger(text);
+    case SettingType::Flag:
+      return ReadFlag(text);
+    case SettingType::Number:
+    case SettingType::Coefficient:
+    case SettingType::Version:
+      return ReadNumber(text);
+  }
+  return {};
+}
+
+std::string FaultOfSetting(const SettingBinding& binding, const ReadSettingResult& read) {
+  if (!read.fault.empty() || binding.type != SettingType::Count) return std::string(read.fault);
+  const SettingRows& rows = *binding.rows;
+  const auto count = static_cast<std::int64_t>(std::get<std::int32_t>(read.value));
+  const auto least = static_cast<std::int64_t>(rows.least);
+  const auto most = static_cast<std::int64_t>(rows.most);
+  if (count >= least && count <= most) return {};
+  return std::string("is out of range: ") + (least == most ? "always " : IntegerText(least) + " to ") +
+         IntegerText(most);
+}
+
+}  // namespace texturon

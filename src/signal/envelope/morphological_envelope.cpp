@@ -1,0 +1,132 @@
+#include "signal/envelope/morphological_envelope.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <new>
+#include <utility>
+#include <vector>
+
+namespace texturon {
+namespace {
+
+/// Indices of the points on which the disc rests, ascending. Room for all of them is reserved by the constructor.
+class ContactScan {
+public:
+  ContactScan(std::span<const double> z, double spacing, double radius) : z_(z), spacing_(spacing), radius_(radius) {
+    contacts_.reserve(z.size());
+  }
+
+  std::vector<std::uint32_t> Run() {
+    std::size_t anchor = 0;
+    std::size_t candidate = 1;
+    std::size_t next = 2;
+    while (next < z_.size()) {
+      if (Touches(anchor, candidate, next)) {
+        contacts_.push_back(static_cast<std::uint32_t>(anchor));
+        anchor = candidate;
+      } else if (anchor != 0) {
+        candidate = anchor;
+        anchor = contacts_.back();
+        contacts_.pop_back();
+        continue;
+      }
+      candidate = next;
+      ++next;
+    }
+    const std::size_t last = z_.size() - 1;
+    if (contacts_.empty()) {
+      contacts_.push_back(0);
+    } else if (Touches(contacts_.back(), anchor, last)) {
+      contacts_.push_back(static_cast<std::uint32_t>(anchor));
+    }
+    contacts_.push_back(static_cast<std::uint32_t>(last));
+    return std::move(contacts_);
+  }
+
+private:
+  bool Touches(std::size_t a, std::size_t b, std::size_t c) const {
+    return BallTouches({0.0, z_[a]}, {static_cast<double>(b - a) * spacing_, z_[b]},
+                       {static_cast<double>(c - a) * spacing_, z_[c]}, radius_);
+  }
+
+  std::span<const double> z_;
+  double spacing_;
+  double radius_;
+  std::vector<std::uint32_t> contacts_;
+};
+
+/// The lower arc of the disc that rests on the first and the last point of `z`, at the points between them.
+void WriteArc(std::span<const double> z, std::span<double> envelope, double spacing, double radius) {
+  const std::size_t steps = z.size() - 1;
+  const double chordX = static_cast<double>(steps) * spacing;
+  const double chordZ = z[steps] - z[0];
+  const double chordSquare = chordX * chordX + chordZ * chordZ;
+  if (!(chordSquare < 4.0 * radius * radius)) return;
+  // Centre from the first point: half the chord, then up at a right angle to it.
+  const double rise = std::sqrt(radius * radius / chordSquare - 0.25);
+  const double centreX = 0.5 * chordX - rise * chordZ;
+  const double centreZ = 0.5 * chordZ + rise * chordX;
+  const double square = radius * radius;
+  for (std::size_t i = 1; i < steps; ++i) {
+    const double x = static_cast<double>(i) * spacing;
+    const double depth = std::sqrt(std::max(0.0, square - (centreX - x) * (centreX - x)));
+    // centreZ - depth, where the centre lies above without the difference of two numbers of the size of r.
+    const double arc = centreZ > 0.0 ? x * (x - 2.0 * centreX) / (centreZ + depth) : centreZ - depth;
+    const double height = z[0] + arc;
+    envelope[i] = height > z[i] ? height : z[i];
+  }
+}
+
+}  // namespace
+
+bool BallTouches(const BallPoint& a, const BallPoint& b, const BallPoint& c, double radiusUM) {
+  const double bx = b.x - a.x;
+  const double bz = b.z - a.z;
+  const double cx = c.x - a.x;
+  const double cz = c.z - a.z;
+  const double chordSquare = cx * cx + cz * cz;
+  const double diameterSquare = 4.0 * radiusUM * radiusUM;
+  if (!(chordSquare < diameterSquare)) return true;
+  const double along = bx * (bx - cx) + bz * (bz - cz);  // below 0: B in the disc over the chord as diameter
+  const double above = cx * bz - cz * bx;                // above 0: B above the chord
+  const bool isBelow = above < 0.0;
+  if (along <= 0.0 && !isBelow) return true;
+  if (along > 0.0 && above <= 0.0) return false;
+  // Both sides have one sign: compare their squares, the larger of two negative ones being the smaller number.
+  const double left = along * along * chordSquare;
+  const double right = above * above * (diameterSquare - chordSquare);
+  return isBelow ? left >= right : left <= right;
+}
+
+bool ClosingEnvelope(std::span<const double> z, std::span<double> envelope, double spacingUM, double radiusUM) {
+  try {
+    std::vector<std::uint32_t> contacts;
+    if (z.size() >= 3 && radiusUM > 0.0) contacts = ContactScan(z, spacingUM, radiusUM).Run();
+    std::copy(z.begin(), z.end(), envelope.begin());
+    for (std::size_t k = 1; k < contacts.size(); ++k) {
+      const std::size_t first = contacts[k - 1];
+      const std::size_t count = contacts[k] - first + 1;
+      if (count > 2) WriteArc(z.subspan(first, count), envelope.subspan(first, count), spacingUM, radiusUM);
+    }
+    return true;
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+}
+
+bool OpeningEnvelope(std::span<const double> z, std::span<double> envelope, double spacingUM, double radiusUM) {
+  try {
+    std::vector<double> turned(z.size());
+    std::transform(z.begin(), z.end(), turned.begin(), std::negate<>());
+    if (!ClosingEnvelope(turned, envelope, spacingUM, radiusUM)) return false;
+    std::transform(envelope.begin(), envelope.end(), envelope.begin(), std::negate<>());
+    return true;
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+}
+
+}  // namespace texturon

@@ -1,0 +1,55 @@
+#include "signal/form/form_free.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "signal/all_finite.h"
+#include "signal/form/shape_residual.h"
+
+namespace texturon {
+namespace {
+
+constexpr double kLeastOverlap = 0.45;  // of the shorter of profile and nominal; the search looks a little less far
+constexpr double kSearchedOverlap = 0.5;
+
+}  // namespace
+
+FreeFormResult FitFreeForm(const FormInput& input, const NominalCurve& nominal, const FreeFormOptions& options,
+                           FormOutput output) {
+  if (!output.Fits(input) || !AllFinite(input.heights)) return {};
+  const FitPointsMM points(input);
+  if (points.x.size() < 3) return {};
+  const double length = points.x.back() - points.x.front();
+  const double nominalLength = nominal.Last() - nominal.First();
+  const double origin = options.firstPointXMM.value_or(0.5 * (nominal.First() + nominal.Last()));
+  if (!std::isfinite(origin)) return {};
+
+  ShapeFitOptions how{.merit = options.merit, .progress = options.progress};
+  how.free = {.x = !options.firstPointXMM, .tilt = options.allowsTilt};
+  how.leastOverlap = kLeastOverlap * std::min(1.0, nominalLength / length);
+  const double overlap = kSearchedOverlap * std::min(length, nominalLength);
+  how.originFirst = points.x.front() + overlap - (nominal.Last() - origin);
+  how.originLast = points.x.back() - overlap + (origin - nominal.First());
+  if (how.free.x) how.start.xMM = points.x.front() + (origin - nominal.First());  // first point over first point
+  NominalShape shape(nominal, origin, BeyondCurve::kNothing);
+  const ShapeFit placed = FitShape({points.x, points.z}, shape, how);
+  FreeFormResult result{{}, placed.search};
+  if (!placed.isValid) return result;
+
+  const Axes axes(placed.placement);
+  FreeFormFit fit;
+  fit.shiftXMM = axes.MeasuredX(-origin, -shape.OriginHeight());
+  fit.shiftYMM = axes.MeasuredZ(-origin, -shape.OriginHeight());
+  fit.thetaDegrees = std::atan(placed.placement.slope) * 180.0 / std::numbers::pi;
+  fit.merit = placed.merit;
+  fit.pointsOnNominal = placed.pointsOnShape;
+  fit.hasFixedStart = options.firstPointXMM.has_value();
+  fit.allowsTilt = options.allowsTilt;
+  const NominalShape extended(nominal, origin, BeyondCurve::kStraightOn);
+  fit.residualSpacingUM = WriteShapeResidual(input, extended, placed.placement, output);
+  if (AllFinite(output.form) && AllFinite(output.residual) && std::isfinite(fit.residualSpacingUM)) result.fit = fit;
+  return result;
+}
+
+}  // namespace texturon

@@ -1,0 +1,339 @@
+#include "ui/folders/folder_batch_window.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QClipboard>
+#include <QDialogButtonBox>
+#include <QFormLayout>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QTabWidget>
+#include <QTableView>
+#include <algorithm>
+#include <utility>
+
+#include "base/number_text.h"
+#include "platform/platform.h"
+#include "ui/qt_text.h"
+#include "ui/tables/grid_ctrl.h"
+#include "ui/window/file_dialogs.h"
+#include "unattended/folder_files.h"
+
+namespace texturon {
+namespace {
+
+constexpr int kFixedColumns = 2;
+constexpr int kMostJobs = 256;
+constexpr int kCollectEveryMS = 100;
+
+std::string TitleOf(const ColumnValue& column) {
+  return column.unit.empty() ? column.name : column.name + " / " + column.unit;
+}
+
+QString ResultText(const BatchRow& row) {
+  if (!row.reason.empty()) return FromText(row.reason);
+  const auto out = std::count_if(row.columns.begin(), row.columns.end(),
+                                 [](const ColumnValue& column) { return column.outOfTolerance; });
+  return out == 0 ? QObject::tr("analysed") : QObject::tr("%n out of tolerance", nullptr, static_cast<int>(out));
+}
+
+}  // namespace
+
+void CBatchResults::Clear() {
+  beginResetModel();
+  rows_.clear();
+  titles_.clear();
+  endResetModel();
+}
+
+void CBatchResults::Add(std::vector<BatchRow> rows) {
+  if (rows.empty()) return;
+  if (titles_.empty()) {
+    const auto first = std::find_if(rows.begin(), rows.end(), [](const BatchRow& row) { return row.reason.empty(); });
+    if (first != rows.end() && !first->columns.empty()) {
+      beginInsertColumns({}, kFixedColumns, kFixedColumns + static_cast<int>(first->columns.size()) - 1);
+      for (const ColumnValue& column : first->columns) titles_.push_back(TitleOf(column));
+      endInsertColumns();
+    }
+  }
+  beginInsertRows({}, rowCount(), rowCount() + static_cast<int>(rows.size()) - 1);
+  std::move(rows.begin(), rows.end(), std::back_inserter(rows_));
+  endInsertRows();
+}
+
+QString CBatchResults::AsText() const {
+  QStringList lines;
+  QStringList cells;
+  for (int column = 0; column < columnCount(); ++column)
+    cells << headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+  lines << cells.join('\t');
+  for (int row = 0; row < rowCount(); ++row) {
+    cells.clear();
+    for (int column = 0; column < columnCount(); ++column)
+      cells << data(index(row, column), Qt::DisplayRole).toString();
+    lines << cells.join('\t');
+  }
+  return lines.join('\n') + '\n';
+}
+
+int CBatchResults::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+}
+
+int CBatchResults::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : kFixedColumns + static_cast<int>(titles_.size());
+}
+
+QVariant CBatchResults::data(const QModelIndex& index, int role) const {
+  const BatchRow& row = Row(index.row());
+  const auto column = static_cast<std::size_t>(index.column());
+  if (index.column() < kFixedColumns) {
+    const bool isName = index.column() == 0;
+    if (role == Qt::DisplayRole) return isName ? FromPath(row.path.filename()) : ResultText(row);
+    if (role == Qt::ToolTipRole) return isName ? FromPath(row.path) : ResultText(row);
+    return {};
+  }
+  if (column - kFixedColumns >= row.columns.size()) return {};
+  const ColumnValue& cell = row.columns[column - kFixedColumns];
+  switch (role) {
+    case Qt::DisplayRole:
+      return cell.text.empty() ? QString::fromUtf8("\u2013") : FromText(cell.text);
+    case Qt::TextAlignmentRole:
+      return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
+    case Qt::BackgroundRole:
+      return cell.outOfTolerance ? QVariant(QColor(0xD5, 0x5E, 0x00)) : QVariant();
+    case Qt::ForegroundRole:
+      return cell.outOfTolerance ? QVariant(QColor(Qt::white)) : QVariant();
+    default:
+      return {};
+  }
+}
+
+QVariant CBatchResults::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (orientation == Qt::Vertical || role != Qt::DisplayRole) return {};
+  if (section == 0) return tr("File");
+  if (section == 1) return tr("Result");
+  return FromText(titles_[static_cast<std::size_t>(section - kFixedColumns)]);
+}
+
+CFolderBatchWindow::CFolderBatchWindow(CTexturonDoc& doc, QWidget* parent) : QDialog(parent), doc_(doc) {
+  setWindowTitle(tr("Batch of a Folder"));
+  setWindowFlag(Qt::WindowMaximizeButtonHint);
+  auto* const outer = new QVBoxLayout(this);
+  MakeForm(*outer);
+  MakeTables(*outer);
+  timer_.setInterval(kCollectEveryMS);
+  connect(&timer_, &QTimer::timeout, this, &CFolderBatchWindow::Collect);
+  ResizeInCharacters(*this, 120, 36);
+}
+
+CFolderBatchWindow::~CFolderBatchWindow() {
+  stops_ = true;
+  if (worker_.joinable()) worker_.join();
+}
+
+void CFolderBatchWindow::MakeForm(QLayout& layout) {
+  auto* const form = new QFormLayout;
+  static_cast<QVBoxLayout&>(layout).addLayout(form);
+  const auto addLine = [this, form](const QString& title, const char* name, const QString& tip, const auto& ask) {
+    auto* const row = new QHBoxLayout;
+    auto* const line = new QLineEdit(this);
+    line->setObjectName(name);
+    line->setToolTip(tip);
+    row->addWidget(line, 1);
+    auto* const label = new QLabel(title, this);
+    label->setBuddy(line);
+    if constexpr (!std::is_null_pointer_v<std::decay_t<decltype(ask)>>) {
+      auto* const button = new QPushButton(tr("Browse..."), this);
+      button->setAutoDefault(false);
+      row->addWidget(button);
+      connect(button, &QPushButton::clicked, this, [line, ask] {
+        if (const auto chosen = ask(ToPath(line->text()))) line->setText(FromPath(*chosen));
+      });
+    }
+    form->addRow(label, row);
+    return line;
+  };
+  folder_ = addLine(tr("&Folder"), "folder", {},
+                    [this](const auto& former) { return AskFolder(this, tr("Folder to analyse"), former); });
+  mask_ = addLine(tr("&Mask"), "mask", tr("Empty: every file whose extension has a reader."), nullptr);
+  parameterFile_ = addLine(tr("&Parameter file"), "parameterFile", tr("Gets a row for each file."),
+                           [this](const auto& former) { return AskParameterFile(this, former); });
+  jobs_ = new QSpinBox(this);
+  jobs_->setRange(1, kMostJobs);
+  jobs_->setValue(static_cast<int>(std::max(1U, std::thread::hardware_concurrency())));
+  jobs_->setMaximumWidth(fontMetrics().averageCharWidth() * 12);
+  form->addRow(tr("Files at a &time"), jobs_);
+  resume_ = new QCheckBox(tr("&Leave out files that have a row"), this);
+  resume_->setObjectName("resume");
+  form->addRow(resume_);
+}
+
+void CFolderBatchWindow::MakeTables(QLayout& layout) {
+  auto* const run = new QHBoxLayout;
+  start_ = new QPushButton(tr("&Start"), this);
+  start_->setObjectName("start");
+  start_->setDefault(true);
+  connect(start_, &QPushButton::clicked, this, [this] { IsRunning() ? Stop() : OnStart(); });
+  bar_ = new QProgressBar(this);
+  run->addWidget(start_);
+  run->addWidget(bar_, 1);
+  static_cast<QVBoxLayout&>(layout).addLayout(run);
+  state_ = new QLabel(this);
+  state_->setObjectName("state");
+  state_->setWordWrap(true);
+  layout.addWidget(state_);
+  tabs_ = new QTabWidget(this);
+  results_ = new CBatchResults(this);
+  table_ = new QTableView(tabs_);
+  table_->setObjectName("files");
+  table_->setModel(results_);
+  table_->setAlternatingRowColors(true);
+  table_->setSelectionBehavior(QAbstractItemView::SelectRows);
+  table_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 4);
+  table_->setTabKeyNavigation(false);
+  connect(table_, &QTableView::activated, this,
+          [this](const QModelIndex& index) { emit OpenRequested(FromPath(results_->Row(index.row()).path)); });
+  summary_ = new CGridCtrl({tr("Parameter"), tr("Files"), tr("Mean"), tr("Standard deviation"), tr("Minimum"),
+                            tr("Maximum"), tr("Unit"), tr("Out of tolerance")},
+                           {1, 2, 3, 4, 5, 7}, tabs_);
+  tabs_->addTab(table_, tr("F&iles"));
+  tabs_->addTab(summary_, tr("St&atistics"));
+  static_cast<QVBoxLayout&>(layout).addWidget(tabs_, 1);
+  auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
+  auto* const copy = buttons->addButton(tr("&Copy"), QDialogButtonBox::ActionRole);
+  connect(copy, &QPushButton::clicked, this, &CFolderBatchWindow::Copy);
+  for (QAbstractButton* const button : buttons->buttons()) static_cast<QPushButton*>(button)->setAutoDefault(false);
+  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  auto* const copyKey = new QAction(table_);
+  copyKey->setShortcut(QKeySequence::Copy);
+  copyKey->setShortcutContext(Qt::WidgetShortcut);
+  connect(copyKey, &QAction::triggered, this, &CFolderBatchWindow::Copy);
+  table_->addAction(copyKey);
+  layout.addWidget(buttons);
+}
+
+void CFolderBatchWindow::ChooseFolder(const std::filesystem::path& folder) {
+  if (!IsRunning()) folder_->setText(FromPath(folder));
+}
+
+void CFolderBatchWindow::showEvent(QShowEvent* event) {
+  QDialog::showEvent(event);
+  if (parameterFile_->text().isEmpty())
+    parameterFile_->setText(FromText(doc_.document().settings.display.ParameterFile));
+}
+
+void CFolderBatchWindow::OnStart() {
+  const auto refuse = [this](const QString& sentence, QLineEdit* field) {
+    state_->setText(sentence);
+    field->setFocus();
+  };
+  const std::filesystem::path parameterFile = ToPath(parameterFile_->text());
+  if (folder_->text().isEmpty()) return refuse(tr("Say which folder."), folder_);
+  if (parameterFile.empty()) return refuse(tr("Say where the rows go."), parameterFile_);
+  const std::filesystem::path outputs[] = {parameterFile};
+  FolderFiles listed = FilesToAnalyse(ToPath(folder_->text()), ToText(mask_->text()), outputs);
+  if (!listed.reason.empty()) return refuse(FromText(FileSentence(ToPath(folder_->text()), listed.reason)), folder_);
+  if (listed.files.empty()) return refuse(tr("There is no file to analyse."), mask_);
+  Start(std::move(listed.files), parameterFile);
+}
+
+void CFolderBatchWindow::Start(std::vector<std::filesystem::path> files, const std::filesystem::path& parameterFile) {
+  results_->Clear();
+  summary_->Show({});
+  bar_->setRange(0, static_cast<int>(files.size()));
+  bar_->setValue(0);
+  state_->setText(tr("%n to analyse", nullptr, static_cast<int>(files.size())));
+  start_->setText(tr("&Stop"));
+  settings_ = MakeDocument();
+  ApplySettings(settings_, doc_.document().settings);
+  stops_ = false;
+  hasEnded_ = false;
+  outcome_ = {};
+  FolderBatchOptions options{.files = std::move(files),
+                             .parameterFile = parameterFile,
+                             .failuresFile = {},
+                             .jobs = jobs_->value(),
+                             .resume = resume_->isChecked()};
+  worker_ = std::thread([this, options = std::move(options), environment = doc_.environment()] {
+    const auto fileDone = [this](const std::filesystem::path& path, const FileAnalysis& analysis) {
+      const std::lock_guard lock(mutex_);
+      arrived_.push_back({path, analysis.reason, analysis.columns});
+    };
+    outcome_ = RunFolderBatch(
+        options, {.start = settings_}, environment,
+        {.fileFailed = {}, .fileDone = fileDone, .advanced = {}, .stops = [this] { return stops_.load(); }});
+    hasEnded_ = true;
+  });
+  timer_.start();
+}
+
+void CFolderBatchWindow::Stop() {
+  stops_ = true;
+  state_->setText(tr("Stops after the files at hand..."));
+}
+
+void CFolderBatchWindow::Collect() {
+  const bool hasEnded = hasEnded_;
+  std::vector<BatchRow> rows;
+  {
+    const std::lock_guard lock(mutex_);
+    rows.swap(arrived_);
+  }
+  const bool isFirst = results_->rowCount() == 0 && !rows.empty();
+  results_->Add(std::move(rows));
+  if (isFirst) {
+    table_->resizeColumnsToContents();
+    // A long reason does not push the parameters out of sight; pointed at, it is shown whole.
+    table_->setColumnWidth(1, std::min(table_->columnWidth(1), fontMetrics().averageCharWidth() * 36));
+  }
+  bar_->setValue(results_->rowCount());
+  if (!hasEnded) return;
+  worker_.join();
+  timer_.stop();
+  start_->setText(tr("&Start"));
+  ShowOutcome();
+}
+
+void CFolderBatchWindow::ShowOutcome() {
+  const BatchSummary& summary = outcome_.summary;
+  QString text = tr("%1 analysed, %2 failed").arg(summary.analysed).arg(summary.failed);
+  if (outcome_.skipped > 0) text += tr(", %1 left out because they have rows").arg(outcome_.skipped);
+  text += ".";
+  if (!outcome_.reason.empty()) text += " " + FromText(outcome_.reason);
+  if (!outcome_.next.empty()) text += " " + tr("Stopped before %1.").arg(FromPath(outcome_.next.filename()));
+  state_->setText(text);
+  bar_->setRange(0, std::max(static_cast<int>(outcome_.total), 1));
+  bar_->setValue(outcome_.complete() ? bar_->maximum() : results_->rowCount());
+  ShowSummary(summary);
+}
+
+void CFolderBatchWindow::ShowSummary(const BatchSummary& summary) {
+  QList<CGridCtrl::Record> records;
+  for (const ColumnSummary& column : summary.columns) {
+    QStringList cells = {FromText(column.name), QString::number(column.count)};
+    const double values[] = {column.mean, column.StandardDeviation(), column.minimum, column.maximum};
+    for (const double value : values) cells << (column.count == 0 ? QString() : FromText(SummaryFigure(value)));
+    cells << FromText(column.unit) << QString::number(column.outOfTolerance);
+    records << CGridCtrl::Record{cells, column.outOfTolerance > 0};
+  }
+  summary_->Show(records);
+}
+
+void CFolderBatchWindow::Copy() {
+  const bool isSummary = tabs_->currentWidget() == summary_;
+  QApplication::clipboard()->setText(isSummary ? summary_->AsText() : results_->AsText());
+}
+
+void CFolderBatchWindow::done(int result) {
+  if (IsRunning()) Stop();
+  QDialog::done(result);
+}
+
+}  // namespace texturon

@@ -1,0 +1,135 @@
+#include "ui/plots/profile_plot.h"
+
+#include <vector>
+
+#include "analysis/captions.h"
+#include "base/units.h"
+#include "parameters/local_slopes.h"
+#include "presentation/profile_marks.h"
+#include "ui/qt_text.h"
+
+namespace texturon {
+namespace {
+
+constexpr double kMicroinchesPerInch = 1e6;
+/// Wide enough to be seen on the curve without its colour.
+constexpr double kSteepWidth = 2.5;
+constexpr double kFormWidth = 1.5;
+/// Percent, as QColor::lighter takes it.
+constexpr int kLighterOnDark = 140;
+
+/// By ProfileKind: what is usually seen together differs most.
+constexpr int kColours[] = {3, 4, 0, 1, 2, 5, 6};
+
+QString NameOf(const Document& document, ProfileKind kind) {
+  const AnalysisSettings& settings = document.settings.analysis;
+  const double ballMM = kind == ProfileKind::kOpening ? settings.OpeningRadiusForWcvx : settings.ClosingRadiusForWvoid;
+  return FromText(ProfileTitle(kind, ballMM));
+}
+
+void SetGrid(CClickableProfileGraph& graph, const DisplaySettings& display, double heightFactor) {
+  if (display.ProfileAutoYSpacing || !(display.ProfileYGridSpacingUM > 0.0)) {
+    graph.yAxis->setTicker(QSharedPointer<QCPAxisTicker>::create());
+    return;
+  }
+  auto ticker = QSharedPointer<QCPAxisTickerFixed>::create();
+  ticker->setTickStep(display.ProfileYGridSpacingUM * heightFactor);
+  ticker->setTickOrigin(display.ProfileYGridStartUM * heightFactor);
+  // Where the wanted lines would run into each other, every second, fifth ... of them.
+  ticker->setScaleStrategy(QCPAxisTickerFixed::ssMultiples);
+  graph.yAxis->setTicker(ticker);
+}
+
+void MarkStretches(CClickableProfileGraph& graph, const Document& document, double factor) {
+  const ProfileMarks marks = MarksOf(document);
+  const auto tint = [&](double share) {
+    QColor ink = graph.palette().color(QPalette::Text);
+    ink.setAlphaF(static_cast<float>(share));
+    return QBrush(ink);
+  };
+  std::vector<CClickableProfileGraph::Mark> shown;
+  for (const MarkedStretch& stretch : marks.stretches) {
+    QBrush brush = tint(stretch.kind == MarkedStretch::Kind::kNotComputed ? 0.22 : 0.08);
+    if (stretch.kind == MarkedStretch::Kind::kExcluded) brush = QBrush(CurveColour(1), Qt::BDiagPattern);
+    shown.push_back({stretch.firstMM * factor, stretch.lastMM * factor, brush});
+  }
+  for (const double endMM : marks.samplingLengthEndsMM) shown.push_back({endMM * factor, endMM * factor, tint(0.6)});
+  graph.SetMarks(shown);
+}
+
+class CurveList {
+public:
+  CurveList(bool metric, const QPalette& palette)
+      : isDark_(palette.color(QPalette::Base).lightness() < palette.color(QPalette::Text).lightness()),
+        heightFactor_(metric ? 1.0 : kMicroinchesPerMicrometre),
+        lengthFactor_(kMillimetresPerMicrometre * (metric ? 1.0 : kInchesPerMillimetre)) {}
+
+  void Add(const Profile& profile, const QString& name, const QColor& colour, double width) {
+    Add(profile, profile.Heights(), name, colour, width);
+  }
+  /// Heights of a profile's range that are not the profile's own.
+  void Add(const Profile& profile, std::span<const double> heights, const QString& name, const QColor& colour,
+           double width) {
+    curves.push_back({.name = name,
+                      .colour = isDark_ ? colour.lighter(kLighterOnDark) : colour,
+                      .width = width,
+                      .heights = heights,
+                      .firstX = profile.range.first * profile.spacingUM * lengthFactor_,
+                      .step = profile.spacingUM * lengthFactor_,
+                      .heightFactor = heightFactor_});
+  }
+
+  std::vector<CClickableProfileGraph::Curve> curves;
+
+private:
+  bool isDark_;
+  double heightFactor_;
+  double lengthFactor_;
+};
+
+}  // namespace
+
+void DrawProfiles(CClickableProfileGraph& graph, const Document& document, const ShownProfiles& shown, bool showsAll) {
+  const DisplaySettings& display = document.settings.display;
+  const bool metric = display.Metric;
+  const double heightFactor = metric ? 1.0 : kMicroinchesPerMicrometre;
+  graph.SetXTitle(metric ? QObject::tr("X in mm") : QObject::tr("X in inches"));
+  graph.yAxis->setLabel(FromText(metric ? "height in \xB5m" : "height in \xB5in"));
+  CurveList list(metric, graph.palette());
+  for (std::size_t i = 0; i < kShownForm; ++i) {
+    const auto kind = static_cast<ProfileKind>(i);
+    if (!shown[i] || !HasProfile(document, kind)) continue;
+    list.Add(document.profiles.View(kind), NameOf(document, kind), CurveColour(kColours[i]),
+             kind == ProfileKind::kWaviness ? 2.0 : 0.0);
+  }
+  const Profile form = RemovedForm(document);
+  if (shown[kShownForm] && form.range.count > 0) {
+    list.Add(form, FromText(FormCaption(document)), graph.palette().color(QPalette::Text), kFormWidth);
+    // So that what it lies on can be seen.
+    list.curves.back().style = Qt::DashLine;
+  }
+  // Held until the graph has taken the heights over.
+  SteepPart steep;
+  const auto steepKind = SteepKind(shown);
+  if (display.ShowExtremeSlopes && steepKind && HasProfile(document, *steepKind)) {
+    const Profile profile = document.profiles.View(*steepKind);
+    steep = FindSteepPart(profile.Heights(), profile.spacingUM, display.ExtremeSlopePlotDegrees);
+    list.Add(profile, steep.heightsUM,
+             FromText(SteepCaption(*steepKind, display.ExtremeSlopePlotDegrees, steep.percent)),
+             QColor(0xE6, 0x00, 0x00), kSteepWidth);
+    list.curves.back().isOverlay = true;
+  }
+  MarkStretches(graph, document, metric ? 1.0 : kInchesPerMillimetre);
+  SetGrid(graph, display, heightFactor);
+  CClickableProfileGraph::WholeView whole;
+  if (display.ProfileAutoScale || !(display.ProfileYMaxUM > display.ProfileYMinUM)) {
+    if (display.Profile11AspectRatio) whole.heightUnits = metric ? kMicrometresPerMillimetre : kMicroinchesPerInch;
+  } else {
+    whole.heights = QCPRange(display.ProfileYMinUM * heightFactor, display.ProfileYMaxUM * heightFactor);
+  }
+  graph.SetCurves(list.curves, whole);
+  if (showsAll) graph.StartAnew();
+  graph.replot();
+}
+
+}  // namespace texturon

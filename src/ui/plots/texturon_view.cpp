@@ -1,0 +1,201 @@
+#include "ui/plots/texturon_view.h"
+
+#include <QEvent>
+#include <QScrollBar>
+#include <QSignalBlocker>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <utility>
+
+#include "analysis/captions.h"
+#include "base/units.h"
+#include "ui/plots/profile_plot.h"
+#include "ui/qt_text.h"
+
+namespace texturon {
+namespace {
+
+/// Steps of the scroll bar along the whole record.
+constexpr double kScrollSteps = 1e6;
+
+}  // namespace
+
+CHeading::CHeading(QWidget* parent) : QLabel(parent) {
+  setTextFormat(Qt::PlainText);
+  setTextInteractionFlags(Qt::TextSelectableByMouse);
+  setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  setContentsMargins(fontMetrics().averageCharWidth(), 2, fontMetrics().averageCharWidth(), 0);
+}
+
+void CHeading::SetLines(const QStringList& lines) {
+  lines_ = lines;
+  setToolTip(lines.join('\n'));
+  Elide();
+}
+
+void CHeading::resizeEvent(QResizeEvent* event) {
+  QLabel::resizeEvent(event);
+  Elide();
+}
+
+void CHeading::Elide() {
+  QStringList shown;
+  for (const QString& line : lines_) {
+    shown << fontMetrics().elidedText(line, Qt::ElideMiddle, std::max(contentsRect().width(), 1));
+  }
+  setText(shown.join('\n'));
+}
+
+CTexturonView::CTexturonView(CTexturonDoc& doc, QWidget* parent)
+    : QWidget(parent),
+      doc_(doc),
+      heading_(new CHeading(this)),
+      graph_(new CClickableProfileGraph(this)),
+      transmission_(new CTransmissionInset(graph_)),
+      scroll_(new QScrollBar(Qt::Horizontal, this)) {
+  auto* const layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->addWidget(heading_);
+  layout->addWidget(graph_, 1);
+  layout->addWidget(scroll_);
+  scroll_->setObjectName("alongX");
+  scroll_->setAccessibleName(tr("Place along the profile"));
+  connect(&doc_, &CTexturonDoc::Changed, this, &CTexturonView::Update);
+  connect(graph_, &CClickableProfileGraph::CursorsMoved, this, [this] {
+    std::array<QString, 4> labels;
+    const std::array<std::string, 4> texts =
+        CursorLabels(doc_.document(), ReadKind(ShownProfilesOf(doc_.document().settings.display)), Places());
+    std::transform(texts.begin(), texts.end(), labels.begin(), [](const std::string& text) { return FromText(text); });
+    graph_->SetCursorLabels(labels);
+    emit ReadoutChanged();
+  });
+  connect(graph_, &QCustomPlot::afterLayout, transmission_, [this] {
+    constexpr int kUsual = 15;
+    const QMargins margins(kUsual, kUsual, kUsual + transmission_->RoomBeside(graph_->size()), kUsual);
+    if (margins != graph_->axisRect()->minimumMargins()) {
+      graph_->axisRect()->setMinimumMargins(margins);
+      graph_->replot(QCustomPlot::rpQueuedReplot);
+    }
+    transmission_->PutBeside(graph_->axisRect()->rect());
+  });
+  connect(graph_, &CClickableProfileGraph::ViewChanged, this, &CTexturonView::ShowScroll);
+  connect(scroll_, &QScrollBar::valueChanged, this, [this](int value) {
+    const QCPRange whole = graph_->WholeX();
+    const QCPRange view = graph_->VisibleX();
+    const double lower = whole.lower + value / kScrollSteps * whole.size();
+    graph_->ScrollX({lower, lower + view.size()});
+  });
+  Update();
+}
+
+void CTexturonView::SetShown(std::size_t curve, bool shown) {
+  ShownProfiles profiles = ShownProfilesOf(doc_.document().settings.display);
+  if (profiles[curve] == shown) return;
+  profiles[curve] = shown;
+  DisplaySettings display = doc_.document().settings.display;
+  SetShownProfiles(display, profiles);
+  doc_.ReplaceDisplay(std::move(display));
+}
+
+bool CTexturonView::IsShown(std::size_t curve) const {
+  return ShownProfilesOf(doc_.document().settings.display)[curve];
+}
+
+void CTexturonView::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() != QEvent::PaletteChange) return;
+  // The graph gets its palette after this.
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        ApplyPalette(*graph_);
+        Update();
+      },
+      Qt::QueuedConnection);
+}
+
+void CTexturonView::Update() {
+  const Document& document = doc_.document();
+  const DisplaySettings& display = document.settings.display;
+  const bool metric = display.Metric;
+  const ShownProfiles shown = ShownProfilesOf(display);
+  Basis basis{document.profiles.sourcePath,
+              metric,
+              shown,
+              display.ProfileAutoScale,
+              display.ProfileYMaxUM,
+              display.ProfileYMinUM,
+              display.Profile11AspectRatio};
+  const bool isSame = basis == shownBasis_;
+  const bool isSameRecord = std::get<0>(basis) == std::get<0>(shownBasis_) && metric == std::get<1>(shownBasis_);
+  shownBasis_ = std::move(basis);
+  transmission_->Show(document);
+  graph_->ShowXValues(display.ShowXAxisValues);
+  DrawProfiles(*graph_, document, shown, !isSame);
+  if (!isSameRecord) graph_->FetchCursors();
+  const bool any = doc_.HasProfile();
+  graph_->ShowCursors(any && (display.CursorDisplayType & kUprightCursors) != 0,
+                      any && (display.CursorDisplayType & kLevelCursors) != 0);
+  ShowHeading();
+  ShowScroll();
+}
+
+void CTexturonView::ShowHeading() {
+  const Document& document = doc_.document();
+  if (!doc_.HasProfile()) return heading_->SetLines({tr("Open a profile, or drop one here.")});
+  QString first = FromText(document.profiles.identification);
+  const std::filesystem::path& file = doc_.settingsFile();
+  if (document.settings.display.ShowINIPathInHeading) {
+    first += "     " + (file.empty() ? tr("no settings file") : FromPath(file));
+  } else if (!file.empty()) {
+    first += "     " + FromPath(file.filename());
+  }
+  heading_->SetLines({first, FromText(AnalysisDescription(document))});
+}
+
+void CTexturonView::ShowScroll() {
+  const QSignalBlocker quiet(scroll_);
+  const QCPRange whole = graph_->WholeX();
+  const QCPRange view = graph_->VisibleX();
+  const double toSteps = whole.size() > 0.0 ? kScrollSteps / whole.size() : 0.0;
+  const double page = std::min(view.size() * toSteps, kScrollSteps);
+  // With nothing beside the view the bar is grey.
+  scroll_->setRange(0, static_cast<int>(kScrollSteps - page));
+  scroll_->setPageStep(std::max(static_cast<int>(page), 1));
+  scroll_->setSingleStep(std::max(static_cast<int>(page / 20.0), 1));
+  scroll_->setValue(static_cast<int>(std::clamp((view.lower - whole.lower) * toSteps, 0.0, kScrollSteps)));
+}
+
+std::pair<double, double> CTexturonView::BetweenCursorsMM() const {
+  const double toMM = doc_.document().settings.display.Metric ? 1.0 : kMillimetresPerInch;
+  const auto [first, second] = graph_->UprightCursors();
+  return {std::min(first, second) * toMM, std::max(first, second) * toMM};
+}
+
+CursorPlaces CTexturonView::Places() const {
+  const bool metric = doc_.document().settings.display.Metric;
+  const double toMM = metric ? 1.0 : kMillimetresPerInch;
+  const double toUM = metric ? 1.0 : kMicrometresPerMicroinch;
+  const auto [x1, x2] = graph_->UprightCursors();
+  const auto [y1, y2] = graph_->LevelCursors();
+  return {.xMM = {x1 * toMM, x2 * toMM},
+          .yUM = {y1 * toUM, y2 * toUM},
+          .hasX = graph_->HasUprightCursors(),
+          .hasY = graph_->HasLevelCursors()};
+}
+
+QString CTexturonView::Readout() const {
+  const Document& document = doc_.document();
+  return FromText(CursorReadout(document, ReadKind(ShownProfilesOf(document.settings.display)), Places()));
+}
+
+void CTexturonView::ShowSamplingLength() {
+  const Document& document = doc_.document();
+  const double length =
+      document.settings.analysis.LcCutoffMM * (document.settings.display.Metric ? 1.0 : kInchesPerMillimetre);
+  const double middle = graph_->VisibleX().center();
+  graph_->ShowX({middle - 0.5 * length, middle + 0.5 * length});
+}
+
+}  // namespace texturon

@@ -1,0 +1,80 @@
+#pragma once
+
+#include <QLabel>
+#include <QWidget>
+#include <string>
+#include <tuple>
+#include <utility>
+
+#include "presentation/profile_marks.h"
+#include "presentation/shown_profiles.h"
+#include "ui/plots/clickable_profile_graph.h"
+#include "ui/plots/transmission_inset.h"
+#include "ui/window/texturon_doc.h"
+
+class QScrollBar;
+
+namespace texturon {
+
+/// Lines of text that are cut short rather than making the window wide; the tool tip has them whole.
+class CHeading : public QLabel {
+  Q_OBJECT
+
+public:
+  explicit CHeading(QWidget* parent);
+  void SetLines(const QStringList& lines);
+
+protected:
+  void resizeEvent(QResizeEvent* event) override;
+
+private:
+  void Elide();
+
+  QStringList lines_;
+};
+
+/// The profiles of the document over each other, under a heading that says what they are.
+class CTexturonView : public QWidget {
+  Q_OBJECT
+
+public:
+  explicit CTexturonView(CTexturonDoc& doc, QWidget* parent = nullptr);
+
+  /// Shows or hides a curve, by its place in ShownProfiles.
+  void SetShown(std::size_t curve, bool shown);
+  bool IsShown(std::size_t curve) const;
+  CClickableProfileGraph& Graph() { return *graph_; }
+  /// Ends of what is between the upright cursors, in mm from the first sample.
+  std::pair<double, double> BetweenCursorsMM() const;
+  /// What the cursors say, in one line.
+  QString Readout() const;
+  /// Zooms to one sampling length in the middle of what is in view.
+  void ShowSamplingLength();
+  CTransmissionInset& Transmission() { return *transmission_; }
+  QString Heading() const { return heading_->toolTip(); }
+
+signals:
+  void ReadoutChanged();
+
+protected:
+  void changeEvent(QEvent* event) override;
+
+private:
+  /// Takes the curves anew; what is in view stays unless another record, unit or choice of profiles came.
+  void Update();
+  void ShowHeading();
+  void ShowScroll();
+  CursorPlaces Places() const;
+
+  CTexturonDoc& doc_;
+  CHeading* heading_;
+  CClickableProfileGraph* graph_;
+  CTransmissionInset* transmission_;
+  QScrollBar* scroll_;
+  /// What the stretch in view depends on.
+  using Basis = std::tuple<std::string, bool, ShownProfiles, bool, double, double, bool>;
+
+  Basis shownBasis_;
+};
+
+}  // namespace texturon

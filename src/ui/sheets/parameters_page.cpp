@@ -1,0 +1,200 @@
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalBlocker>
+#include <QTableWidget>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <utility>
+
+#include "parameters/catalogue.h"
+#include "settings/setting_entry.h"
+#include "ui/qt_text.h"
+#include "ui/sheets/settings_pages.h"
+
+namespace texturon {
+namespace {
+
+/// Key of a column; columns without one are only read.
+struct ColumnSpec {
+  const char* title;
+  std::string_view key;
+};
+
+constexpr ColumnSpec kColumns[] = {
+    {"Parameter", "Selected%02d"},
+    {"Limits in", {}},
+    {"Toleranced", "Toleranced%02d"},
+    {"Both limits", "BilateralTol%02d"},
+    {"Lower limit", "MetricLowerTolLimit%02d"},
+    {"Upper limit", "MetricUpperTolLimit%02d"},
+    {"Mark if out", "HighlightIfOut%02d"},
+    {"Definition", {}},
+};
+
+constexpr int kLimitColumn = 4;
+
+const SettingKey* KeyOfColumn(int column) {
+  const std::string_view name = kColumns[column].key;
+  for (const SettingKey& key : SettingsTable()) {
+    if (key.binding.section == "PARAMETERS" && key.binding.key == name) return &key;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+CParametersPage::CParametersPage(Settings& settings, QWidget* parent)
+    : CSettingsPage(settings, parent),
+      table_(new QTableWidget(0, std::size(kColumns), this)),
+      filter_(new QLineEdit(this)) {
+  filter_->setPlaceholderText(tr("Find by name or definition"));
+  filter_->setClearButtonEnabled(true);
+  QStringList titles;
+  for (const ColumnSpec& column : kColumns) titles << tr(column.title);
+  table_->setObjectName("parameters");
+  table_->setHorizontalHeaderLabels(titles);
+  table_->verticalHeader()->setVisible(false);
+  table_->horizontalHeader()->setStretchLastSection(true);
+  table_->setSelectionBehavior(QAbstractItemView::SelectRows);
+  table_->setTabKeyNavigation(false);
+  table_->setWordWrap(false);
+  table_->verticalHeader()->setDefaultSectionSize(table_->fontMetrics().height() + 8);
+  auto* const layout = new QVBoxLayout(this);
+  auto* const buttons = new QHBoxLayout;
+  buttons->addWidget(filter_, 1);
+  const std::pair<QString, std::function<void()>> commands[] = {{tr("&Up"), [this] { Move(-1); }},
+                                                                {tr("&Down"), [this] { Move(1); }},
+                                                                {tr("&All"), [this] { SelectAll(true); }},
+                                                                {tr("&None"), [this] { SelectAll(false); }}};
+  for (const auto& [text, run] : commands) {
+    auto* const button = new QPushButton(text, this);
+    button->setAutoDefault(false);
+    connect(button, &QPushButton::clicked, this, run);
+    buttons->addWidget(button);
+  }
+  layout->addLayout(buttons);
+  layout->addWidget(table_, 1);
+  connect(filter_, &QLineEdit::textChanged, this, &CParametersPage::Filter);
+  connect(table_, &QTableWidget::itemChanged, this, &CParametersPage::OnItem);
+  CParametersPage::Refresh();
+  table_->resizeColumnsToContents();
+}
+
+void CParametersPage::Refresh() {
+  const QSignalBlocker quiet(table_);
+  const std::vector<ParameterSelection>& rows = settings_.analysis.parameters;
+  table_->setRowCount(static_cast<int>(rows.size()));
+  for (int row = 0; row < table_->rowCount(); ++row) {
+    const MasterRow* const master = FindMasterRow(rows[static_cast<std::size_t>(row)].name);
+    for (int column = 0; column < table_->columnCount(); ++column) {
+      QTableWidgetItem* item = table_->item(row, column);
+      if (item == nullptr) table_->setItem(row, column, item = new QTableWidgetItem);
+      if (faults_.contains({row, column})) continue;
+      const SettingKey* const key = KeyOfColumn(column);
+      Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
+      if (key == nullptr) {
+        if (master != nullptr)
+          item->setText(FromText(column == 1 ? PrintedUnit(master->metricUnit) : master->definition));
+      } else {
+        const SettingValue value = key->binding.get(settings_, static_cast<std::size_t>(row));
+        if (const bool* const flag = std::get_if<bool>(&value)) {
+          flags |= Qt::ItemIsUserCheckable;
+          item->setCheckState(*flag ? Qt::Checked : Qt::Unchecked);
+          if (column == 0) item->setText(FromText(rows[static_cast<std::size_t>(row)].name));
+        } else {
+          flags |= Qt::ItemIsEditable;
+          item->setText(FromText(EntryText(*key, value, true)));
+        }
+      }
+      item->setFlags(flags);
+    }
+  }
+}
+
+bool CParametersPage::ShowParameter(const QString& name) {
+  const auto& rows = settings_.analysis.parameters;
+  const auto row = std::find_if(rows.begin(), rows.end(), [&](const auto& each) { return each.name == ToText(name); });
+  if (row == rows.end()) return false;
+  filter_->clear();
+  table_->setCurrentCell(static_cast<int>(row - rows.begin()), kLimitColumn);
+  table_->scrollToItem(table_->currentItem(), QAbstractItemView::PositionAtCenter);
+  table_->setFocus();
+  return true;
+}
+
+void CParametersPage::Reset() {
+  const QSignalBlocker quiet(table_);
+  for (const auto& [cell, fault] : faults_) Mark(*table_->item(cell.first, cell.second), {});
+  faults_.clear();
+  Refresh();
+}
+
+QString CParametersPage::Fault() const {
+  return faults_.empty() ? QString() : faults_.begin()->second;
+}
+
+void CParametersPage::Mark(QTableWidgetItem& item, const QString& fault) {
+  item.setBackground(fault.isEmpty() ? QBrush() : QBrush(QColor(0xB0, 0x48, 0x00)));
+  item.setForeground(fault.isEmpty() ? QBrush() : QBrush(Qt::white));
+  item.setToolTip(fault);
+  // A selected row would hide it.
+  if (!fault.isEmpty()) table_->clearSelection();
+}
+
+std::vector<const SettingKey*> CParametersPage::Keys() const {
+  std::vector<const SettingKey*> keys;
+  for (int column = 0; column < table_->columnCount(); ++column) {
+    if (const SettingKey* const key = KeyOfColumn(column)) keys.push_back(key);
+  }
+  return keys;
+}
+
+void CParametersPage::OnItem(QTableWidgetItem* item) {
+  const SettingKey* const key = KeyOfColumn(item->column());
+  if (key == nullptr) return;
+  const auto row = static_cast<std::size_t>(item->row());
+  if ((item->flags() & Qt::ItemIsUserCheckable) != 0) {
+    key->binding.set(settings_, row, item->checkState() == Qt::Checked);
+  } else {
+    const EntryReading entry = ReadEntry(*key, ToText(item->text()), true);
+    const QSignalBlocker quiet(table_);
+    const std::pair cell(item->row(), item->column());
+    faults_.erase(cell);
+    if (!entry.ok()) faults_[cell] = FromText(settings_.analysis.parameters[row].name + ": " + entry.fault);
+    Mark(*item, FromText(entry.fault));
+    if (entry.ok()) key->binding.set(settings_, row, entry.value);
+  }
+  emit Edited();
+}
+
+void CParametersPage::Move(int by) {
+  std::vector<ParameterSelection>& rows = settings_.analysis.parameters;
+  const int from = table_->currentRow();
+  const int to = from + by;
+  if (from < 0 || to < 0 || to >= static_cast<int>(rows.size()) || !faults_.empty()) return;
+  std::swap(rows[static_cast<std::size_t>(from)], rows[static_cast<std::size_t>(to)]);
+  for (std::size_t i = 0; i < rows.size(); ++i) rows[i].selectionRef = static_cast<std::int32_t>(i);
+  Refresh();
+  table_->setCurrentCell(to, std::max(table_->currentColumn(), 0));
+  emit Edited();
+}
+
+void CParametersPage::SelectAll(bool selected) {
+  for (int row = 0; row < table_->rowCount(); ++row) {
+    // What the search hides stays as it is.
+    if (!table_->isRowHidden(row)) settings_.analysis.parameters[static_cast<std::size_t>(row)].selected = selected;
+  }
+  Refresh();
+  emit Edited();
+}
+
+void CParametersPage::Filter(const QString& text) {
+  for (int row = 0; row < table_->rowCount(); ++row) {
+    const bool fits = table_->item(row, 0)->text().contains(text, Qt::CaseInsensitive) ||
+                      table_->item(row, table_->columnCount() - 1)->text().contains(text, Qt::CaseInsensitive);
+    table_->setRowHidden(row, !fits);
+  }
+}
+
+}  // namespace texturon

@@ -1,0 +1,146 @@
+#include "ui/sheets/setting_field.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+
+#include "settings/setting_entry.h"
+#include "ui/qt_text.h"
+
+namespace texturon {
+namespace {
+
+class WheelGuard : public QObject {
+public:
+  using QObject::QObject;
+
+  bool eventFilter(QObject* object, QEvent* event) override {
+    if (event->type() != QEvent::Wheel || static_cast<QWidget*>(object)->hasFocus()) return false;
+    event->ignore();
+    return true;
+  }
+};
+
+}  // namespace
+
+void GuardFromWheel(QComboBox& list) {
+  list.setFocusPolicy(Qt::StrongFocus);
+  list.installEventFilter(new WheelGuard(&list));
+}
+
+CSettingField::CSettingField(const SettingPlace& place, Settings& settings, bool isCell, QWidget* parent)
+    : QWidget(parent), place_(place), settings_(settings), isCell_(isCell), choices_(ChoicesOf(*place.key)) {
+  const SettingBinding& binding = place_.key->binding;
+  const QString name = FromText(binding.section) + "." + FromText(KeyOfRow(binding, place_.row));
+  setObjectName(name);
+  auto* const layout = new QHBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  MakeEditor();
+  setFocusProxy(layout->itemAt(0)->widget());
+  focusProxy()->setAccessibleName(Title());
+  focusProxy()->setToolTip(name);
+  Refresh();
+}
+
+void CSettingField::MakeEditor() {
+  auto* const row = static_cast<QHBoxLayout*>(layout());
+  if (place_.key->binding.type == SettingType::Flag) {
+    box_ = new QCheckBox(isCell_ ? QString() : Title(), this);
+    row->addWidget(box_);
+    connect(box_, &QCheckBox::clicked, this, [this](bool on) { Put(on); });
+  } else if (!choices_.empty()) {
+    list_ = new QComboBox(this);
+    GuardFromWheel(*list_);
+    for (const SettingChoice& choice : choices_) list_->addItem(FromText(choice.name));
+    row->addWidget(list_);
+    connect(list_, &QComboBox::activated, this,
+            [this](int index) { Put(choices_[static_cast<std::size_t>(index)].value); });
+  } else {
+    line_ = new QLineEdit(this);
+    const bool isText = place_.key->binding.type == SettingType::Text;
+    if (!isText) line_->setMaximumWidth(line_->fontMetrics().averageCharWidth() * (isCell_ ? 15 : 22));
+    if (!isText && !isCell_) line_->setMinimumWidth(line_->fontMetrics().averageCharWidth() * 12);
+    row->addWidget(line_);
+    connect(line_, &QLineEdit::textEdited, this, &CSettingField::Take);
+    connect(line_, &QLineEdit::editingFinished, this, [this] { before_.reset(); });
+    if (!isCell_) {
+      unit_ = new QLabel(this);
+      row->addWidget(unit_);
+      reason_ = new QLabel(this);
+      reason_->setForegroundRole(QPalette::BrightText);
+      row->addWidget(reason_, 1);
+    }
+  }
+  if (!isCell_ && line_ == nullptr) row->addStretch(1);
+}
+
+QString CSettingField::Title() const {
+  QString title = FromText(place_.key->meaning);
+  if (!title.isEmpty()) title[0] = title[0].toUpper();
+  return title;
+}
+
+void CSettingField::Refresh() {
+  const SettingBinding& binding = place_.key->binding;
+  if (binding.isRepeated() && place_.row >= binding.rows->count(settings_)) return;
+  const SettingValue value = binding.get(settings_, place_.row);
+  const bool metric = settings_.display.Metric;
+  if (box_ != nullptr) box_->setChecked(std::get<bool>(value));
+  if (list_ != nullptr) {
+    const auto index = ChoiceOf(choices_, std::get<std::int32_t>(value));
+    list_->setCurrentIndex(index ? static_cast<int>(*index) : -1);
+  }
+  if (unit_ != nullptr) unit_->setText(FromText(EntryUnit(*place_.key, metric)));
+  if (line_ == nullptr || !fault_.isEmpty()) return;
+  // "0." is on its way to "0.5".
+  const EntryReading entry = ReadEntry(*place_.key, ToText(line_->text()), metric);
+  if (entry.ok() && entry.value == value) return;
+  const QString text = FromText(EntryText(*place_.key, value, metric));
+  if (line_->text() == text) return;
+  line_->setText(text);
+  // The leading figures are those that count.
+  if (!line_->hasFocus()) line_->setCursorPosition(0);
+}
+
+void CSettingField::Reset() {
+  if (line_ != nullptr) {
+    before_.reset();
+    Mark({});
+  }
+  Refresh();
+}
+
+void CSettingField::Take(const QString& text) {
+  const SettingBinding& binding = place_.key->binding;
+  if (!before_) before_ = binding.get(settings_, place_.row);
+  const EntryReading entry = ReadEntry(*place_.key, ToText(text), settings_.display.Metric);
+  Mark(FromText(entry.fault));
+  if (entry.ok()) {
+    Put(entry.value);
+  } else {
+    Put(*before_);
+  }
+}
+
+void CSettingField::Put(const SettingValue& value) {
+  place_.key->binding.set(settings_, place_.row, value);
+  emit Edited();
+}
+
+void CSettingField::Mark(const QString& fault) {
+  if (fault == fault_) return;
+  fault_ = fault;
+  // Thick border and words, so that nobody depends on the colour.
+  line_->setStyleSheet(fault.isEmpty() ? QString() : "QLineEdit { border: 2px solid #D55E00; }");
+  line_->setToolTip(fault.isEmpty() ? objectName() : fault);
+  line_->setAccessibleDescription(fault);
+  if (reason_ != nullptr) {
+    reason_->setStyleSheet("color: #D55E00;");
+    reason_->setText(fault);
+  }
+}
+
+}  // namespace texturon

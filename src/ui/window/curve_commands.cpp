@@ -1,0 +1,74 @@
+// The panes of curves in the main window, and their commands in its View menu.
+
+#include <QMenu>
+#include <QSettings>
+#include <QSplitter>
+
+#include "ui/plots/curve_pane.h"
+#include "ui/plots/texturon_view.h"
+#include "ui/tables/texturon_param_view.h"
+#include "ui/window/main_frame.h"
+
+namespace texturon {
+namespace {
+
+/// Two widgets side by side whose shares are kept from one start to the next.
+QSplitter* MakeSplitter(Qt::Orientation orientation, QWidget* first, QWidget* second, const QString& name, int share) {
+  auto* const splitter = new QSplitter(orientation);
+  splitter->setObjectName(name);
+  splitter->addWidget(first);
+  splitter->addWidget(second);
+  splitter->setChildrenCollapsible(false);
+  splitter->setStretchFactor(0, share);
+  splitter->setStretchFactor(1, 2);
+  // In shares of what there will be.
+  constexpr int kMany = 1'000;
+  splitter->setSizes({share * kMany, 2 * kMany});
+  const QString key = "splitters/" + name;
+  splitter->restoreState(QSettings().value(key).toByteArray());
+  QObject::connect(splitter, &QSplitter::splitterMoved, splitter,
+                   [splitter, key] { QSettings().setValue(key, splitter->saveState()); });
+  return splitter;
+}
+
+}  // namespace
+
+void CMainFrame::MakePanes() {
+  upperCurves_ = new CCurvePane(*doc_, "upper", CCurvePane::kBearingRatio);
+  lowerCurves_ = new CCurvePane(*doc_, "lower", CCurvePane::kSpectrum);
+  QSplitter* const upper = MakeSplitter(Qt::Horizontal, view_, upperCurves_, "upper", 3);
+  QSplitter* const lower = MakeSplitter(Qt::Horizontal, paramView_, lowerCurves_, "lower", 3);
+  setCentralWidget(MakeSplitter(Qt::Vertical, upper, lower, "panes", 3));
+  const auto split = [this] {
+    const DisplaySettings& display = doc_->document().settings.display;
+    upperCurves_->setVisible(display.UpperIsSplit);
+    lowerCurves_->setVisible(display.LowerIsSplit);
+  };
+  connect(doc_, &CTexturonDoc::Changed, this, split);
+  split();
+}
+
+void CMainFrame::AddCurveCommands(QMenu& menu) {
+  AddDisplaySwitch(menu, tr("Split &Upper Pane"), &DisplaySettings::UpperIsSplit,
+                   tr("A curve beside the profile, or none."));
+  menu.actions().last()->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_B));
+  AddDisplaySwitch(menu, tr("Split &Lower Pane"), &DisplaySettings::LowerIsSplit,
+                   tr("A curve beside the parameters, or none."));
+  menu.actions().last()->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_B));
+  QMenu* const curves = menu.addMenu(tr("Cur&ve Beside the Profile"));
+  const std::pair<QString, CCurvePane::Curve> choices[] = {
+      {tr("&Bearing Ratio and Amplitudes"), CCurvePane::kBearingRatio},
+      {tr("&Probability"), CCurvePane::kProbability},
+      {tr("&Spectrum"), CCurvePane::kSpectrum},
+      {tr("&Motifs"), CCurvePane::kMotifs}};
+  for (const auto& [title, curve] : choices) {
+    AddCommand(*curves, title, {}, tr("Shows this curve beside the profile."), [this, curve = curve] {
+      upperCurves_->Choose(curve);
+      DisplaySettings display = doc_->document().settings.display;
+      display.UpperIsSplit = true;
+      doc_->ReplaceDisplay(std::move(display));
+    });
+  }
+}
+
+}  // namespace texturon

@@ -1,0 +1,147 @@
+#include "ui/window/dialog_prompts.h"
+
+#include <QApplication>
+#include <QDialogButtonBox>
+#include <QElapsedTimer>
+#include <QInputDialog>
+#include <QLabel>
+#include <QListWidget>
+#include <QMainWindow>
+#include <QMessageBox>
+#include <QProgressBar>
+#include <QStatusBar>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "ui/qt_text.h"
+
+namespace texturon {
+namespace {
+
+constexpr qint64 kPumpEveryMS = 30;
+
+class ProgressWindow : public Progress {
+public:
+  ProgressWindow(const QString& caption, const QString& text, std::chrono::milliseconds showAfter, QWidget* parent)
+      : dialog_(parent), showAfter_(showAfter), bar_(new QProgressBar(&dialog_)) {
+    dialog_.setObjectName("progress");
+    dialog_.setWindowTitle(caption);
+    // Open sheets must wait as well.
+    dialog_.setWindowModality(Qt::ApplicationModal);
+    bar_->setRange(0, 100);
+    bar_->setMinimumWidth(dialog_.fontMetrics().averageCharWidth() * 50);
+    auto* const layout = new QVBoxLayout(&dialog_);
+    if (!text.isEmpty()) layout->addWidget(new QLabel(QString(text).replace("&&", "&"), &dialog_));
+    layout->addWidget(bar_);
+    auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, &dialog_);
+    layout->addWidget(buttons);
+    QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog_, &QDialog::reject);
+    QObject::connect(&dialog_, &QDialog::rejected, &dialog_, [this] { isClosed_ = true; });
+    sinceStart_.start();
+  }
+
+  bool Advance(int percent) override {
+    bar_->setValue(std::clamp(percent, 0, 100));
+    if (isClosed_) return false;
+    const qint64 now = sinceStart_.elapsed();
+    const bool shows = dialog_.isHidden() && now >= showAfter_.count();
+    if (shows) {
+      // Whoever waits for the wait cursor must be able to see what to click.
+      QApplication::setOverrideCursor(Qt::ArrowCursor);
+      hasCursor_ = true;
+      dialog_.show();
+    }
+    if (shows || now - pumpedAt_ >= kPumpEveryMS) {
+      // Before the window is there, nothing keeps the user from starting something else.
+      QApplication::processEvents(dialog_.isHidden() ? QEventLoop::ExcludeUserInputEvents : QEventLoop::AllEvents);
+      pumpedAt_ = sinceStart_.elapsed();
+    }
+    return !isClosed_;
+  }
+
+  ~ProgressWindow() override {
+    if (hasCursor_) QApplication::restoreOverrideCursor();
+  }
+
+private:
+  QDialog dialog_;
+  std::chrono::milliseconds showAfter_;
+  QProgressBar* bar_;
+  QElapsedTimer sinceStart_;
+  qint64 pumpedAt_ = 0;
+  bool isClosed_ = false;
+  bool hasCursor_ = false;
+};
+
+/// The ordinary cursor while something is asked in the middle of a computation.
+class AskingScope {
+public:
+  AskingScope() { QApplication::setOverrideCursor(Qt::ArrowCursor); }
+  ~AskingScope() { QApplication::restoreOverrideCursor(); }
+  AskingScope(const AskingScope&) = delete;
+  AskingScope& operator=(const AskingScope&) = delete;
+};
+
+}  // namespace
+
+void DialogPrompts::ShowMessage(std::string_view text) {
+  const AskingScope asking;
+  QMessageBox::warning(parent_, QApplication::applicationDisplayName(), FromText(text));
+}
+
+void DialogPrompts::Notice(std::string_view text) {
+  if (auto* const window = qobject_cast<QMainWindow*>(parent_))
+    window->statusBar()->showMessage(FromText(text), 10'000);
+}
+
+bool DialogPrompts::AskYesNo(std::string_view question) {
+  const AskingScope asking;
+  return QMessageBox::question(parent_, QApplication::applicationDisplayName(), FromText(question)) == QMessageBox::Yes;
+}
+
+std::optional<std::string> DialogPrompts::AskText(std::string_view prompt, std::string_view preset) {
+  const AskingScope asking;
+  bool accepted = false;
+  const QString text = QInputDialog::getText(parent_, QApplication::applicationDisplayName(), FromText(prompt),
+                                             QLineEdit::Normal, FromText(preset), &accepted);
+  if (!accepted) return std::nullopt;
+  const std::string kept = ToText(text);
+  if (FromText(kept) != text) ShowMessage("Characters that the files cannot hold have become question marks.");
+  return kept;
+}
+
+std::optional<std::size_t> DialogPrompts::ChooseFromList(std::string_view title, std::span<const std::string> lines) {
+  const AskingScope asking;
+  QDialog dialog(parent_);
+  dialog.setWindowTitle(QApplication::applicationDisplayName());
+  auto* const layout = new QVBoxLayout(&dialog);
+  auto* const label = new QLabel(FromText(title), &dialog);
+  auto* const list = new QListWidget(&dialog);
+  label->setBuddy(list);
+  list->setMinimumWidth(dialog.fontMetrics().averageCharWidth() * 70);
+  for (const std::string& line : lines) list->addItem(FromText(line).replace('\t', "    "));
+  list->setCurrentRow(0);
+  auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, &dialog);
+  QObject::connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
+  QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
+  QObject::connect(list, &QListWidget::itemActivated, &dialog, &QDialog::accept);
+  for (QWidget* const part :
+       {static_cast<QWidget*>(label), static_cast<QWidget*>(list), static_cast<QWidget*>(buttons)})
+    layout->addWidget(part);
+  if (dialog.exec() != QDialog::Accepted || list->currentRow() < 0) return std::nullopt;
+  return static_cast<std::size_t>(list->currentRow());
+}
+
+std::unique_ptr<Progress> DialogPrompts::OpenProgress(std::string_view caption, std::string_view text) {
+  return std::make_unique<ProgressWindow>(FromText(caption), FromText(text), showAfter_, parent_);
+}
+
+void DialogPrompts::SetBusy(bool busy) {
+  if (busy) {
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+  } else {
+    QApplication::restoreOverrideCursor();
+  }
+}
+
+}  // namespace texturon

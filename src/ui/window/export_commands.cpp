@@ -1,0 +1,89 @@
+// The Export menu of the main window.
+
+#include <QMenuBar>
+#include <QStatusBar>
+
+#include "base/date_text.h"
+#include "base/text.h"
+#include "export/parameter_file.h"
+#include "platform/platform.h"
+#include "ui/qt_text.h"
+#include "ui/window/file_dialogs.h"
+#include "ui/window/main_frame.h"
+
+namespace texturon {
+namespace {
+
+constexpr const char* kCsvOrModFilters =
+    "Comma Separated Values (*.csv)|*.csv|FTS MOD File (*.mod)|*.mod|All Files (*.*)|*.*||";
+
+}  // namespace
+
+void CMainFrame::MakeExportMenu() {
+  QMenu* const menu = menuBar()->addMenu(tr("E&xport"));
+  needProfile_ << AddCommand(*menu, tr("&Export Parameters"), QKeySequence(Qt::CTRL | Qt::Key_E),
+                             tr("Adds a row to the parameter file."), [this] { OnExportParameters(false); });
+  needProfile_ << AddCommand(*menu, tr("Export Parameters &As..."), {}, tr("Adds a row to another parameter file."),
+                             [this] { OnExportParameters(true); });
+  AddSwitch(
+      *menu, tr("Auto Export"), tr("Adds a row to the parameter file after every load."),
+      [](const Document& document) { return document.settings.autoLoading.AutoExport; },
+      [this](bool on) { OnAutoExport(on); });
+  menu->addSeparator();
+  QMenu* const profiles = menu->addMenu(tr("Export &Profiles"));
+  QMenu* const curves = menu->addMenu(tr("Export &Curves"));
+  for (const ExportKind& kind : ExportKinds()) {
+    needProfile_ << AddCommand(kind.isProfile ? *profiles : *curves, FromText(kind.menu) + "...", {},
+                               tr("Writes it to a file."), [this, &kind] { OnExport(kind); });
+  }
+}
+
+void CMainFrame::OnAutoExport(bool on) {
+  if (on && doc_->document().settings.display.ParameterFile.empty() && !AskForParameterFile()) {
+    // The switch goes back to what the document says.
+    return doc_->ReplaceAutoLoading(doc_->document().settings.autoLoading);
+  }
+  AutoLoadingSettings settings = doc_->document().settings.autoLoading;
+  settings.AutoExport = on;
+  doc_->ReplaceAutoLoading(std::move(settings));
+}
+
+bool CMainFrame::AskForParameterFile() {
+  DisplaySettings display = doc_->document().settings.display;
+  const auto file = AskParameterFile(this, PathFromText(display.ParameterFile));
+  if (!file) return false;
+  display.ParameterFile = TextFromPath(*file);
+  doc_->ReplaceDisplay(std::move(display));
+  return true;
+}
+
+void CMainFrame::OnExport(const ExportKind& kind) {
+  const auto file = AskFileToSave(this, {.title = FromText(kind.menu),
+                                         .filters = kind.makeMod != nullptr ? kCsvOrModFilters : kCsvFilters,
+                                         .extension = "csv",
+                                         .proposal = ProposedName("-" + std::string(kind.name) + ".csv")});
+  if (!file) return;
+  const bool asMod = kind.makeMod != nullptr && EqualIgnoringCase(TextFromPath(file->extension()), ".mod");
+  const ExportResult result = (asMod ? kind.makeMod : kind.make)(doc_->document(), doc_->prompts());
+  if (!result.ok()) {
+    doc_->prompts().ShowMessage("Not exported: " + result.reason + ".");
+    return;
+  }
+  const FileOutcome outcome = ReplaceFile(*file, result.text);
+  if (outcome.ok()) {
+    statusBar()->showMessage(tr("Wrote %1").arg(FromPath(*file)), 5'000);
+  } else {
+    doc_->prompts().ShowMessage(FileSentence(*file, outcome.reason));
+  }
+}
+
+void CMainFrame::OnExportParameters(bool asks) {
+  if ((asks || doc_->document().settings.display.ParameterFile.empty()) && !AskForParameterFile()) return;
+  const ParameterFileText text = ParameterFileTextOf(doc_->document(), DateText(doc_->environment().localTime()));
+  const std::filesystem::path path = PathFromText(doc_->document().settings.display.ParameterFile);
+  if (AppendParameters(path, text.header, text.row, doc_->prompts()).written) {
+    statusBar()->showMessage(tr("Added a row to %1").arg(FromPath(path)), 5'000);
+  }
+}
+
+}  // namespace texturon

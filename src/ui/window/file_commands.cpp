@@ -1,0 +1,243 @@
+// The File menu of the main window, and files that come to it from outside.
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QPrintDialog>
+#include <QPrintPreviewDialog>
+#include <QPrinter>
+#include <QSettings>
+#include <QStatusBar>
+#include <QTimer>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+#include "base/date_text.h"
+#include "platform/platform.h"
+#include "ui/folders/auto_loading.h"
+#include "ui/folders/folder_batch_window.h"
+#include "ui/qt_text.h"
+#include "ui/report/report.h"
+#include "ui/window/file_dialogs.h"
+#include "ui/window/main_frame.h"
+
+namespace texturon {
+namespace {
+
+constexpr int kMostRecent = 8;
+constexpr int kTryAgainMS = 200;
+constexpr const char* kRecentKey = "recentFiles";
+constexpr const char* kSaveFilters =
+    "Lumetrace Files (*.lmt)|*.lmt|Standard Data Format Files (*.sdf)|*.sdf|Taylor Hobson PRF Files (*.prf)|*.prf|"
+    "PTB PR Files (*.pr)|*.pr|All Files (*.*)|*.*||";
+constexpr const char* kSettingsFilters = "Initialization Files (*.ini)|*.ini|All Files (*.*)|*.*||";
+
+}  // namespace
+
+void CMainFrame::MakeFileMenu() {
+  QMenu* const menu = menuBar()->addMenu(tr("&File"));
+  AddCommand(*menu, tr("&Open..."), QKeySequence::Open, tr("Opens a profile."), [this] { OnOpen(); });
+  recentMenu_ = menu->addMenu(tr("Recent &Files"));
+  connect(recentMenu_, &QMenu::aboutToShow, this, &CMainFrame::ShowRecentFiles);
+  needProfile_ << AddCommand(*menu, tr("&Save"), QKeySequence::Save, tr("Writes the measured profile to a file."),
+                             [this] { OnSave(); });
+  menu->addSeparator();
+  AddCommand(*menu, tr("&Load Settings"), {}, tr("Loads settings from an existing file."), [this] {
+    const auto file = AskFileToOpen(this, {.title = tr("Load Settings"), .filters = kSettingsFilters});
+    if (file) doc_->LoadSettingsFile(*file);
+  });
+  AddCommand(*menu, tr("&Save Settings"), {}, tr("Saves the current configuration to a file."), [this] {
+    const auto file =
+        AskFileToSave(this, {.title = tr("Save Settings"), .filters = kSettingsFilters, .extension = "ini"});
+    if (file) doc_->SaveSettingsFile(*file);
+  });
+  saveDefaults_ = AddCommand(*menu, tr("Save Settings as Defa&ult"), {}, tr("The program starts with these settings."),
+                             [this] { OnSaveDefaults(); });
+  saveDefaults_->setEnabled(false);
+  menu->addSeparator();
+  MakeFolderCommands(*menu);
+  menu->addSeparator();
+  needProfile_ << AddCommand(*menu, tr("Report as P&DF..."), {}, tr("Writes the report to a file."),
+                             [this] { OnReport(); });
+  needProfile_ << AddCommand(*menu, tr("Print Pre&view..."), {}, tr("Shows the report as it would be printed."),
+                             [this] { OnPrint(true); });
+  needProfile_ << AddCommand(*menu, tr("&Print..."), QKeySequence::Print, tr("Prints the report."),
+                             [this] { OnPrint(false); });
+  menu->addSeparator();
+  AddCommand(*menu, tr("E&xit"), QKeySequence::Quit, tr("Ends the program."), [this] { close(); });
+}
+
+void CMainFrame::MakeFolderCommands(QMenu& menu) {
+  AddSwitch(
+      menu, tr("&Auto-Loading"), tr("Loads files as they appear in a folder."),
+      [](const Document& document) { return document.settings.autoLoading.IsAutoLoading; },
+      [this](bool on) {
+        AutoLoadingSettings settings = doc_->document().settings.autoLoading;
+        settings.IsAutoLoading = on;
+        doc_->ReplaceAutoLoading(std::move(settings));
+      });
+  AddCommand(menu, tr("Auto-Loading Settin&gs..."), {}, tr("Which folder, and what becomes of the files."), [this] {
+    auto* sheet = findChild<CAutoLoadingSheet*>();
+    if (sheet == nullptr) sheet = new CAutoLoadingSheet(*doc_, this);
+    sheet->show();
+    sheet->activateWindow();
+  });
+  AddCommand(menu, tr("&Batch of a Folder..."), {}, tr("Analyses all files of a folder."), [this] { OnBatch({}); });
+}
+
+void CMainFrame::OnBatch(const std::filesystem::path& folder) {
+  auto* window = findChild<CFolderBatchWindow*>();
+  if (window == nullptr) {
+    window = new CFolderBatchWindow(*doc_, this);
+    connect(window, &CFolderBatchWindow::OpenRequested, this, [this](const QString& file) { OpenLater(ToPath(file)); });
+  }
+  if (!folder.empty()) window->ChooseFolder(folder);
+  window->show();
+  window->activateWindow();
+}
+
+void CMainFrame::ShowRecentFiles() {
+  recentMenu_->clear();
+  int number = 0;
+  for (const QString& file : QSettings().value(kRecentKey).toStringList()) {
+    const QString title = QString("&%1 %2").arg(++number).arg(QString(file).replace('&', "&&"));
+    connect(recentMenu_->addAction(title), &QAction::triggered, this, [this, file] { OpenRecent(file); });
+  }
+  if (recentMenu_->isEmpty()) recentMenu_->addAction(tr("(none)"))->setEnabled(false);
+}
+
+void CMainFrame::OpenRecent(const QString& file) {
+  std::error_code error;
+  if (std::filesystem::exists(ToPath(file), error)) {
+    OpenFile(ToPath(file));
+    return;
+  }
+  QSettings store;
+  QStringList recent = store.value(kRecentKey).toStringList();
+  recent.removeAll(file);
+  store.setValue(kRecentKey, recent);
+  doc_->prompts().ShowMessage(FileSentence(ToPath(file), "is gone and no longer in the list"));
+}
+
+void CMainFrame::Remember(const std::filesystem::path& path) {
+  std::error_code error;
+  const QString file = FromPath(std::filesystem::absolute(path, error));
+  QSettings store;
+  QStringList recent = store.value(kRecentKey).toStringList();
+  recent.removeAll(file);
+  recent.prepend(file);
+  store.setValue(kRecentKey, recent.mid(0, kMostRecent));
+}
+
+bool CMainFrame::OpenFile(const std::filesystem::path& path) {
+  if (doc_->IsBusy()) {
+    OpenLater(path);
+    return false;
+  }
+  if (!doc_->Open(path)) return false;
+  Remember(path);
+  const Document& document = doc_->document();
+  if (document.settings.autoLoading.AutoExport && document.results.primaryComputed) OnExportParameters(false);
+  return true;
+}
+
+void CMainFrame::OpenLater(const std::filesystem::path& path) {
+  if (!doc_->IsBusy() && QApplication::activeModalWidget() == nullptr) {
+    OpenFile(path);
+    return;
+  }
+  QTimer::singleShot(kTryAgainMS, this, [this, path] { OpenLater(path); });
+}
+
+void CMainFrame::OnDropped(const QList<QUrl>& urls) {
+  std::vector<std::filesystem::path> paths;
+  for (const QUrl& url : urls) {
+    if (url.isLocalFile()) paths.push_back(ToPath(url.toLocalFile()));
+  }
+  if (paths.empty()) return;
+  std::error_code error;
+  if (std::filesystem::is_directory(paths.front(), error)) return OnBatch(paths.front());
+  if (paths.size() > 1) {
+    const QString text = tr("Opened the first of %n; a folder of files is analysed by File, Batch of a Folder.",
+                            nullptr, static_cast<int>(paths.size()));
+    statusBar()->showMessage(text, 10'000);
+  }
+  OpenLater(paths.front());
+}
+
+void CMainFrame::closeEvent(QCloseEvent* event) {
+  if (doc_->IsBusy()) {
+    event->ignore();
+    doc_->WhenIdle([this] { close(); });
+    return;
+  }
+  QMainWindow::closeEvent(event);
+}
+
+void CMainFrame::OnOpen() {
+  const std::filesystem::path present = PathFromText(doc_->document().profiles.sourcePath);
+  const auto file = AskFileToOpen(this, {.title = tr("Open a profile"),
+                                         .filters = ProfileFilters(),
+                                         .proposal = present.has_parent_path() ? present.parent_path() / "" : present});
+  if (file) OpenFile(*file);
+}
+
+void CMainFrame::OnSave() {
+  const auto file = AskFileToSave(this, {.title = tr("Save the profile"),
+                                         .filters = kSaveFilters,
+                                         .extension = "lmt",
+                                         .proposal = PathFromText(doc_->document().profiles.sourcePath)});
+  if (!file) return;
+  const std::filesystem::path written = CTexturonDoc::SavedAs(*file);
+  std::error_code error;
+  if (written != *file && std::filesystem::exists(written, error) &&
+      !doc_->prompts().AskYesNo(TextFromPath(written) + " exists already. Replace it?")) {
+    return;
+  }
+  if (doc_->Save(*file)) Remember(written);
+}
+
+std::filesystem::path CMainFrame::ProposedName(const std::string& ending) const {
+  std::filesystem::path name = PathFromText(doc_->document().profiles.sourcePath).stem();
+  name += ending;
+  return name;
+}
+
+void CMainFrame::OnReport() {
+  const auto file = AskFileToSave(this, {.title = tr("Report"),
+                                         .filters = "PDF (*.pdf)|*.pdf|All Files (*.*)|*.*||",
+                                         .extension = "pdf",
+                                         .proposal = ProposedName(".pdf")});
+  if (!file) return;
+  QString reason;
+  const std::string time = DateText(doc_->environment().localTime());
+  if (WriteReport(FromPath(*file), doc_->document(), time, reason)) {
+    statusBar()->showMessage(tr("Wrote %1").arg(FromPath(*file)), 5'000);
+  } else {
+    doc_->prompts().ShowMessage(ToText(reason));
+  }
+}
+
+void CMainFrame::OnPrint(bool previews) {
+  QPrinter printer;
+  printer.setResolution(kReportResolution);
+  printer.setDocName(windowTitle());
+  const auto print = [this](QPrinter* target) {
+    if (PrintReport(*target, doc_->document(), DateText(doc_->environment().localTime())) == 0) {
+      doc_->prompts().ShowMessage("The printer cannot be used.");
+    }
+  };
+  if (previews) {
+    QPrintPreviewDialog preview(&printer, this);
+    connect(&preview, &QPrintPreviewDialog::paintRequested, this, print);
+    preview.exec();
+    return;
+  }
+  QPrintDialog dialog(&printer, this);
+  dialog.setOption(QAbstractPrintDialog::PrintPageRange);
+  if (dialog.exec() == QDialog::Accepted) print(&printer);
+}
+
+}  // namespace texturon

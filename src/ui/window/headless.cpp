@@ -1,0 +1,98 @@
+#include "ui/window/headless.h"
+
+#include <QApplication>
+#include <QBuffer>
+#include <QCommandLineParser>
+#include <algorithm>
+#include <iostream>
+#include <string_view>
+
+#include "base/charset.h"
+#include "base/date_text.h"
+#include "platform/platform.h"
+#include "ui/qt_text.h"
+#include "ui/report/report.h"
+#include "ui/window/main_frame.h"
+
+namespace texturon {
+namespace {
+
+constexpr std::string_view kOptions[] = {"--report", "--screenshot", "--help", "-h", "--version", "-v"};
+
+int Refuse(const QString& sentence) {
+  std::cerr << "texturon-desktop: " << sentence.toStdString() << '\n';
+  return 1;
+}
+
+/// Writes a picture of the window; the sentence that says why not, or nothing.
+QString WriteScreenshot(CMainFrame& frame, const QString& file) {
+  frame.show();
+  // What is laid out once may ask for another round.
+  constexpr int kRounds = 5;
+  for (int i = 0; i < kRounds; ++i) QApplication::processEvents();
+  QBuffer bytes;
+  bytes.open(QIODevice::WriteOnly);
+  if (!frame.grab().save(&bytes, "PNG")) return QObject::tr("The picture cannot be made.");
+  const FileOutcome outcome = ReplaceFile(
+      ToPath(file), std::string_view(bytes.data().constData(), static_cast<std::size_t>(bytes.data().size())));
+  return outcome.ok() ? QString() : FromText(FileSentence(ToPath(file), outcome.reason));
+}
+
+}  // namespace
+
+bool IsHeadless(int argc, char** argv) {
+  return std::any_of(argv + 1, argv + std::max(argc, 1), [](std::string_view argument) {
+    argument = argument.substr(0, argument.find('='));
+    return std::find(std::begin(kOptions), std::end(kOptions), argument) != std::end(kOptions);
+  });
+}
+
+int RunHeadless(const QStringList& arguments) {
+  QCommandLineParser parser;
+  parser.setApplicationDescription(QObject::tr("Surface texture analysis of profiles."));
+  const QCommandLineOption help = parser.addHelpOption();
+  const QCommandLineOption version = parser.addVersionOption();
+  const QCommandLineOption report("report", QObject::tr("Writes the PDF report of a profile."), "FILE");
+  const QCommandLineOption screenshot("screenshot", QObject::tr("Writes a PNG of the main window."), "FILE");
+  const QCommandLineOption output("o", QObject::tr("Where to."), "OUT");
+  const QCommandLineOption settingsFile("settings", QObject::tr("Settings file to analyse with."), "INI");
+  const QCommandLineOption another("new", QObject::tr("Opens a window beside the one that is open already."));
+  parser.addOptions({report, screenshot, output, settingsFile, another});
+  parser.addPositionalArgument("profile", QObject::tr("Profile to open in the window."), "[PROFILE]");
+  if (!parser.parse(arguments)) return Refuse(parser.errorText() + ".");
+  if (parser.isSet(help)) {
+    std::cout << parser.helpText().toStdString();
+    return 0;
+  }
+  if (parser.isSet(version)) {
+    std::cout << "texturon-desktop " << QApplication::applicationVersion().toStdString() << '\n';
+    return 0;
+  }
+  if (parser.isSet(report) == parser.isSet(screenshot) || !parser.positionalArguments().isEmpty()) {
+    return Refuse(QObject::tr("Give either --report FILE or --screenshot FILE, and nothing else to open."));
+  }
+  if (!parser.isSet(output)) return Refuse(QObject::tr("Say with -o where the result goes."));
+  CollectingPrompts prompts;
+  Environment environment = SystemEnvironment();
+  environment.traceFile.clear();
+  CMainFrame frame(environment, &prompts);
+  CTexturonDoc& doc = frame.Doc();
+  const auto lastMessage = [&] { return FromText(prompts.messages().back()); };
+  if (parser.isSet(settingsFile) && !doc.LoadSettingsFile(ToPath(parser.value(settingsFile)))) {
+    return Refuse(lastMessage());
+  }
+  const QString profile = parser.value(parser.isSet(report) ? report : screenshot);
+  if (!doc.Open(ToPath(profile))) return Refuse(lastMessage());
+  QString reason;
+  if (parser.isSet(screenshot)) {
+    reason = WriteScreenshot(frame, parser.value(output));
+  } else if (!doc.document().results.primaryComputed) {
+    // The analysis itself has said why.
+    reason = prompts.messages().empty() ? QObject::tr("The profile cannot be analysed.") : lastMessage();
+  } else {
+    WriteReport(parser.value(output), doc.document(), DateText(environment.localTime()), reason);
+  }
+  return reason.isEmpty() ? 0 : Refuse(reason);
+}
+
+}  // namespace texturon

@@ -1,0 +1,200 @@
+#include "ui/window/main_frame.h"
+
+#include <QApplication>
+#include <QDragEnterEvent>
+#include <QLabel>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QStatusBar>
+#include <QToolBar>
+#include <algorithm>
+#include <utility>
+
+#include "settings/working_settings.h"
+#include "ui/folders/auto_loading.h"
+#include "ui/plots/texturon_view.h"
+#include "ui/qt_text.h"
+#include "ui/tables/texturon_param_view.h"
+#include "ui/window/command_icons.h"
+#include "ui/window/keys_dialog.h"
+
+namespace texturon {
+namespace {
+
+/// A button of the tool bar, for the command of a menu with this text; none: a line between two groups.
+struct ToolButton {
+  const char* command;
+  CommandIcon icon = CommandIcon::kProgram;
+};
+
+constexpr ToolButton kToolButtons[] = {
+    {"&Open...", CommandIcon::kOpen},
+    {"&Save", CommandIcon::kSave},
+    {"Report as P&DF...", CommandIcon::kReport},
+    {"&Export Parameters", CommandIcon::kParameters},
+    {nullptr},
+    {"&Undo", CommandIcon::kUndo},
+    {"&Redo", CommandIcon::kRedo},
+    {nullptr},
+    {"Compute &All", CommandIcon::kComputeAll},
+    {"Compute on &Zoom", CommandIcon::kComputeZoom},
+    {"Compute Between X &Cursors", CommandIcon::kComputeCursors},
+    {"&Settings...", CommandIcon::kSettings},
+    {nullptr},
+    {"Show &All", CommandIcon::kShowAll},
+    {"Zoom &Back", CommandIcon::kZoomBack},
+    {"&X Cursors", CommandIcon::kUprightCursors},
+    {"&Y Cursors", CommandIcon::kLevelCursors},
+    {nullptr},
+    {"Split &Upper Pane", CommandIcon::kCurves},
+    {"Split &Lower Pane", CommandIcon::kSpectrum},
+};
+
+}  // namespace
+
+CMainFrame::CMainFrame(Environment environment, Prompts* prompts) {
+  if (prompts == nullptr) {
+    ownPrompts_ = std::make_unique<DialogPrompts>(this);
+    prompts = ownPrompts_.get();
+  }
+  doc_ = new CTexturonDoc(*prompts, std::move(environment), this);
+  view_ = new CTexturonView(*doc_, this);
+  paramView_ = new CTexturonParamView(*doc_, this);
+  MakePanes();
+  setAcceptDrops(true);
+  resize(1200, 800);
+  MakeFileMenu();
+  MakeEditMenu();
+  MakeExportMenu();
+  MakeViewMenu();
+  MakeAnalysisMenu();
+  MakeHelpMenu();
+  FillToolBar();
+  readout_ = new QLabel(this);
+  readout_->setObjectName("readout");
+  statusBar()->addPermanentWidget(readout_);
+  // A message has the whole line, and is read again by pointing at it.
+  connect(statusBar(), &QStatusBar::messageChanged, this, [this](const QString& text) {
+    readout_->setVisible(text.isEmpty());
+    if (!text.isEmpty()) statusBar()->setToolTip(text);
+  });
+  autoLoading_ = new CAutoLoading(*doc_, *this);
+  auto* const loading = new QLabel(this);
+  loading->setObjectName("autoLoading");
+  // A long path is cut, not the window widened.
+  loading->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  statusBar()->addWidget(loading, 1);
+  connect(autoLoading_, &CAutoLoading::StateChanged, loading, [this, loading] {
+    loading->setText(autoLoading_->State());
+    loading->setToolTip(autoLoading_->State());
+  });
+  connect(view_, &CTexturonView::ReadoutChanged, this, [this] { readout_->setText(view_->Readout()); });
+  connect(doc_, &CTexturonDoc::Changed, this, &CMainFrame::UpdateState);
+  connect(paramView_, &CTexturonParamView::ParameterActivated, this, &CMainFrame::OnParameter);
+  UpdateState();
+}
+
+CMainFrame::~CMainFrame() = default;
+
+QAction* CMainFrame::AddCommand(QMenu& menu, const QString& text, const QKeySequence& keys, const QString& tip,
+                                const std::function<void()>& run) {
+  QAction* const action = menu.addAction(text);
+  action->setShortcut(keys);
+  action->setStatusTip(tip);
+  connect(action, &QAction::triggered, this, [run] { run(); });
+  return action;
+}
+
+void CMainFrame::AddSwitch(QMenu& menu, const QString& text, const QString& tip,
+                           const std::function<bool(const Document&)>& isOn, const std::function<void(bool)>& turn) {
+  QAction* const action = menu.addAction(text);
+  action->setCheckable(true);
+  action->setStatusTip(tip);
+  action->setChecked(isOn(doc_->document()));
+  connect(action, &QAction::toggled, this, [this, isOn, turn](bool on) {
+    if (isOn(doc_->document()) != on) turn(on);
+  });
+  connect(doc_, &CTexturonDoc::Changed, action, [this, action, isOn] { action->setChecked(isOn(doc_->document())); });
+}
+
+void CMainFrame::AddDisplaySwitch(QMenu& menu, const QString& text, bool DisplaySettings::*field, const QString& tip) {
+  AddSwitch(
+      menu, text, tip, [field](const Document& document) { return document.settings.display.*field; },
+      [this, field](bool on) {
+        DisplaySettings display = doc_->document().settings.display;
+        display.*field = on;
+        doc_->ReplaceDisplay(std::move(display));
+      });
+}
+
+void CMainFrame::FillToolBar() {
+  QToolBar* const bar = addToolBar(tr("Commands"));
+  bar->setObjectName("commands");
+  const QList<QAction*> commands = findChildren<QAction*>();
+  for (const ToolButton& button : kToolButtons) {
+    if (button.command == nullptr) {
+      bar->addSeparator();
+      continue;
+    }
+    const auto named = [&](const QAction* action) { return action->text() == tr(button.command); };
+    const auto found = std::find_if(commands.begin(), commands.end(), named);
+    Q_ASSERT(found != commands.end());
+    if (found == commands.end()) continue;
+    QAction* const action = *found;
+    action->setIcon(IconOf(button.icon));
+    const QString keys = action->shortcut().toString(QKeySequence::NativeText);
+    const QString name = action->text().remove('&').remove("...");
+    action->setToolTip(keys.isEmpty() ? name : QString("%1 (%2)").arg(name, keys));
+    bar->addAction(action);
+  }
+}
+
+void CMainFrame::MakeHelpMenu() {
+  QMenu* const menu = menuBar()->addMenu(tr("&Help"));
+  AddCommand(*menu, tr("&Keys and Mouse..."), QKeySequence(Qt::Key_F1), tr("What is done without a menu."),
+             [this] { CKeysDialog(*this).exec(); });
+  AddCommand(*menu, tr("&About"), {}, tr("What this program is."), [this] {
+    QMessageBox::about(
+        this, tr("About Texturon"),
+        tr("<b>Texturon</b> %1<p>Surface texture analysis of profiles.</p><p>The source is licensed under "
+           "Apache-2.0. This desktop program links a plotting library under the GNU GPL and is therefore "
+           "distributed under the GNU GPL version 3; engine and console program are not affected.</p>")
+            .arg(QApplication::applicationVersion()));
+  });
+}
+
+void CMainFrame::UseWorkingSettings(WorkingSettings& store) {
+  workingSettings_ = &store;
+  saveDefaults_->setEnabled(true);
+  Settings settings = doc_->document().settings;
+  const std::string remark = store.Load(settings);
+  doc_->StartFrom(std::move(settings), store.Loaded());
+  if (!remark.empty()) statusBar()->showMessage(FromText(remark));
+}
+
+void CMainFrame::OnSaveDefaults() {
+  std::string reason;
+  const std::filesystem::path file = workingSettings_->Save(doc_->document().settings, reason);
+  if (file.empty()) return doc_->prompts().ShowMessage(reason);
+  constexpr int kShownMS = 8'000;
+  statusBar()->showMessage(tr("The program starts with the settings of %1").arg(FromPath(file)), kShownMS);
+}
+
+void CMainFrame::UpdateState() {
+  for (QAction* const action : needProfile_) action->setEnabled(doc_->HasProfile());
+  const QString file = FromText(doc_->document().profiles.sourcePath);
+  setWindowTitle(file.isEmpty() ? QApplication::applicationDisplayName()
+                                : QString("%1[*] - %2").arg(file, QApplication::applicationDisplayName()));
+  setWindowModified(doc_->IsModified());
+}
+
+void CMainFrame::dragEnterEvent(QDragEnterEvent* event) {
+  if (event->mimeData()->hasUrls()) event->acceptProposedAction();
+}
+
+void CMainFrame::dropEvent(QDropEvent* event) {
+  OnDropped(event->mimeData()->urls());
+}
+
+}  // namespace texturon

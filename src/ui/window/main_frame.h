@@ -1,0 +1,110 @@
+#pragma once
+
+#include <QMainWindow>
+#include <QUrl>
+#include <functional>
+#include <memory>
+
+#include "analysis/document_export.h"
+#include "ui/window/dialog_prompts.h"
+#include "ui/window/texturon_doc.h"
+
+class QAction;
+class QLabel;
+class QMenu;
+
+namespace texturon {
+
+class CAutoLoading;
+class CCurvePane;
+class CTexturonParamView;
+class CTexturonView;
+class WorkingSettings;
+
+/// The main window: profiles above, the parameters below, a curve beside each where the pane is split. What it shows
+/// and asks goes through `prompts` where one is given, else through dialogs of its own.
+class CMainFrame : public QMainWindow {
+  Q_OBJECT
+
+public:
+  explicit CMainFrame(Environment environment, Prompts* prompts = nullptr);
+  ~CMainFrame() override;
+
+  CTexturonDoc& Doc() { return *doc_; }
+  CTexturonView& View() { return *view_; }
+  CTexturonParamView& ParamView() { return *paramView_; }
+  CAutoLoading& AutoLoading() { return *autoLoading_; }
+  CCurvePane& UpperCurves() { return *upperCurves_; }
+  CCurvePane& LowerCurves() { return *lowerCurves_; }
+  /// Opens a profile and remembers it in the list of recent files.
+  bool OpenFile(const std::filesystem::path& path);
+  /// Starts from these settings and offers to save them; `store` outlives the window.
+  void UseWorkingSettings(WorkingSettings& store);
+  /// The same as soon as nothing is at work and no dialog is open.
+  void OpenLater(const std::filesystem::path& path);
+
+protected:
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
+
+private:
+  void MakeFileMenu();
+  void MakeFolderCommands(QMenu& menu);
+  void MakeEditMenu();
+  void MakeExportMenu();
+  void MakeViewMenu();
+  void MakeZoomMenu(QMenu& menu);
+  void MakeMarksMenu(QMenu& menu);
+  void MakeCursorMenu(QMenu& menu);
+  void MakeTableMenu(QMenu& menu);
+  void MakeAnalysisMenu();
+  void MakeHelpMenu();
+  void FillToolBar();
+  void MakePanes();
+  void AddCurveCommands(QMenu& menu);
+  QAction* AddCommand(QMenu& menu, const QString& text, const QKeySequence& keys, const QString& tip,
+                      const std::function<void()>& run);
+  /// A command that is on or off, as the document says.
+  void AddSwitch(QMenu& menu, const QString& text, const QString& tip, const std::function<bool(const Document&)>& isOn,
+                 const std::function<void(bool)>& turn);
+  void AddDisplaySwitch(QMenu& menu, const QString& text, bool DisplaySettings::*field, const QString& tip);
+  /// Shows a sheet, making it where it is asked for the first time.
+  template <typename Sheet>
+  void ShowSheet();
+  /// Opens the sheet in which a row of the table is chosen and toleranced.
+  void OnParameter(const QString& name);
+  void ShowRecentFiles();
+  void OpenRecent(const QString& file);
+  void Remember(const std::filesystem::path& path);
+  /// The profile's name with another ending.
+  std::filesystem::path ProposedName(const std::string& ending) const;
+  void OnOpen();
+  void OnSave();
+  void OnDropped(const QList<QUrl>& urls);
+  void OnBatch(const std::filesystem::path& folder);
+  void OnReport();
+  void OnPrint(bool previews);
+  void OnExport(const ExportKind& kind);
+  void OnExportParameters(bool asks);
+  void OnSaveDefaults();
+  void OnAutoExport(bool on);
+  /// False where the user has cancelled.
+  bool AskForParameterFile();
+  void UpdateState();
+
+  std::unique_ptr<DialogPrompts> ownPrompts_;
+  CTexturonDoc* doc_;
+  CTexturonView* view_;
+  CTexturonParamView* paramView_;
+  CAutoLoading* autoLoading_;
+  CCurvePane* upperCurves_ = nullptr;
+  CCurvePane* lowerCurves_ = nullptr;
+  QMenu* recentMenu_ = nullptr;
+  QLabel* readout_ = nullptr;
+  QList<QAction*> needProfile_;
+  QAction* saveDefaults_ = nullptr;
+  WorkingSettings* workingSettings_ = nullptr;
+};
+
+}  // namespace texturon

@@ -1,0 +1,91 @@
+#include "ui/window/start_up.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QFile>
+#include <QFileInfo>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QStatusBar>
+#include <iostream>
+
+#include "platform/platform.h"
+#include "settings/working_settings.h"
+#include "ui/qt_text.h"
+#include "ui/window/main_frame.h"
+#include "ui/window/single_instance.h"
+
+namespace texturon {
+namespace {
+
+constexpr const char* kGeometryKey = "windowGeometry";
+
+std::filesystem::path UserFolder() {
+  return ToPath(QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation));
+}
+
+/// The first of several files is shown: the window has one profile.
+void OpenFirst(CMainFrame& frame, const QStringList& files) {
+  if (files.isEmpty()) return;
+  frame.OpenLater(ToPath(files.first()));
+  if (files.size() > 1) {
+    frame.statusBar()->showMessage(
+        QObject::tr("Opened the first of %n files.", nullptr, static_cast<int>(files.size())));
+  }
+}
+
+void OpenSample(CMainFrame& frame) {
+  QFile file(":/samples/ground.lmt");
+  file.open(QIODevice::ReadOnly);
+  const QByteArray bytes = file.readAll();
+  frame.Doc().OpenBytes("Sample.lmt", std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size())));
+}
+
+void BringForward(CMainFrame& frame) {
+  frame.setWindowState(frame.windowState() & ~Qt::WindowMinimized);
+  frame.raise();
+  frame.activateWindow();
+}
+
+int RunFrame(const QStringList& files, CSingleInstance* others) {
+  const Environment environment = SystemEnvironment();
+  WorkingSettings store(environment.programFolder, UserFolder());
+  CMainFrame frame(environment);
+  frame.UseWorkingSettings(store);
+  frame.restoreGeometry(QSettings().value(kGeometryKey).toByteArray());
+  if (others != nullptr) {
+    QObject::connect(others, &CSingleInstance::Arrived, &frame, [&frame](const QStringList& arrived) {
+      BringForward(frame);
+      OpenFirst(frame, arrived);
+    });
+  }
+  if (files.isEmpty()) OpenSample(frame);
+  frame.show();
+  OpenFirst(frame, files);
+  const int status = QApplication::exec();
+  QSettings().setValue(kGeometryKey, frame.saveGeometry());
+  if (const std::string failure = store.KeepDisplay(frame.Doc().document().settings.display); !failure.empty()) {
+    std::cerr << "texturon-desktop: " << FromText(failure).toStdString() << '\n';
+  }
+  return status;
+}
+
+}  // namespace
+
+int RunWindow(const QStringList& arguments) {
+  QCommandLineParser parser;
+  const QCommandLineOption another("new");
+  parser.addOption(another);
+  if (!parser.parse(arguments)) {
+    std::cerr << "texturon-desktop: " << parser.errorText().toStdString() << ".\n";
+    return 2;
+  }
+  QStringList files;
+  for (const QString& file : parser.positionalArguments()) files << QFileInfo(file).absoluteFilePath();
+  if (parser.isSet(another)) return RunFrame(files, nullptr);
+  CSingleInstance others(CSingleInstance::UsualName());
+  if (others.HandOverOrListen(files)) return 0;
+  return RunFrame(files, &others);
+}
+
+}  // namespace texturon

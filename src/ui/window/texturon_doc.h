@@ -1,0 +1,138 @@
+#pragma once
+
+#include <QObject>
+#include <deque>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
+
+#include "analysis/document.h"
+#include "analysis/edit_history.h"
+#include "analysis/region_choice.h"
+#include "formats/import.h"
+#include "platform/environment.h"
+#include "platform/prompts.h"
+
+namespace texturon {
+
+/// The document of the window: a shell over the engine's, which tells the views when it has changed. Every step either
+/// succeeds or leaves it as it was, with a sentence through the prompts.
+///
+/// A step that computes works on a copy and lets events through while it shows progress or asks. What is asked of the
+/// document in the meantime waits until the step has ended; the views go on to show the document as it was.
+class CTexturonDoc : public QObject {
+  Q_OBJECT
+
+public:
+  CTexturonDoc(Prompts& prompts, Environment environment, QObject* parent = nullptr);
+
+  const Document& document() const { return document_; }
+  Prompts& prompts() const { return prompts_; }
+  const Environment& environment() const { return environment_; }
+  bool HasProfile() const { return !document_.profiles.IsEmpty(); }
+  /// Whether the record is not as its file has it.
+  bool IsModified() const;
+  /// Whether a step is at work or waits.
+  bool IsBusy() const { return isBusy_ || !waiting_.empty(); }
+  /// Runs `step` at once, or after the step at work and what waits already.
+  void WhenIdle(std::function<void()> step);
+
+  /// False also where it has to wait.
+  bool Open(const std::filesystem::path& path);
+  /// Opens a profile from the content of a file that bears this name, but lies nowhere. Not while a step is at work.
+  bool OpenBytes(const std::string& name, std::string_view bytes);
+  /// The same where nobody watches: nothing is shown or asked. Returns why there is no analysis, a sentence. Not while
+  /// another step is at work.
+  std::string OpenUnattended(const std::filesystem::path& path);
+  /// Writes the measured record in the format of the extension. From then on the document is that file's.
+  bool Save(const std::filesystem::path& path);
+  /// The name under which Save writes: every format has its own extension.
+  static std::filesystem::path SavedAs(std::filesystem::path path);
+  bool LoadSettingsFile(const std::filesystem::path& path);
+  bool SaveSettingsFile(const std::filesystem::path& path);
+  /// Whether a change is one of its own to be taken back, or goes on with the last.
+  enum class Edit { kNew, kGoesOn };
+  void ReplaceSettings(Settings settings, Edit edit = Edit::kNew);
+  /// The same while somebody types: what the analysis has to say does not come as a box, but by Complained.
+  void ReplaceSettingsLive(Settings settings, Edit edit);
+  /// The same with settings that come from a file, which nobody takes back.
+  void StartFrom(Settings settings, const std::filesystem::path& file);
+  /// Settings that change only how results are shown: nothing is computed.
+  void ReplaceDisplay(DisplaySettings display);
+  /// Settings of what is done to files as they come: nothing is computed.
+  void ReplaceAutoLoading(AutoLoadingSettings autoLoading);
+  void Invert();
+  /// Commas become semicolons and double quotes single ones, as in the files.
+  void SetIdentification(std::string identification);
+  /// The file that the settings were last loaded from or saved to; empty: none yet.
+  const std::filesystem::path& settingsFile() const { return settingsFile_; }
+  /// Over the whole record: without region, whole cut-offs and clear aperture.
+  void ComputeAll();
+  void ComputeOver(const RegionChoice& region);
+  /// Over the clear aperture of an asphere, without its middle zone; both diameters.
+  void ComputeOverAperture(double diameterMM, double centralDiscardMM);
+  void UseWholeCutoffs(bool uses);
+  /// Over a stretch of the record, in mm from its first sample.
+  void ComputeOver(double firstMM, double lastMM);
+  /// Leaves a stretch of the record out of the form fit.
+  void ExcludeBetween(double firstMM, double lastMM);
+  void UseAllDataForForm(bool uses);
+  /// What a view reads of the results that are made on demand, until it says otherwise. Makes what is missing.
+  void SetWanted(const QObject* reader, const WantedResults& wanted);
+
+  bool CanUndo() const { return history_.CanGoBack(); }
+  bool CanRedo() const { return history_.CanGoForward(); }
+  /// Takes back the last change of the analysis settings, the stretch, the identification or the sign of the heights
+  /// since the profile was opened.
+  void Undo();
+  void Redo();
+
+signals:
+  void Changed();
+  void Complained(const QString& sentences);
+
+private:
+  class BusyScope;
+  using Step = std::function<void(Document&)>;
+  enum class IfRefused { kKeep, kDrop };
+
+  /// Loads and analyses a record in place of the present one.
+  bool Show(const std::filesystem::path& path, const std::function<ImportOutcome(Prompts&)>& load);
+  /// Changes a copy, computes it and puts it in the document's place. `ifRefused`: what becomes of a change after which
+  /// too few points are left to compute over.
+  struct Manner {
+    IfRefused ifRefused = IfRefused::kKeep;
+    Edit edit = Edit::kNew;
+    bool isLive = false;
+  };
+  void Change(const Step& step, const Manner& manner);
+  void Change(const Step& step, IfRefused ifRefused = IfRefused::kKeep) {
+    Change(step, Manner{.ifRefused = ifRefused});
+  }
+  /// Changes what no result depends on and nobody takes back.
+  void ChangeInPlace(const Step& step);
+  void Recompute() {
+    Change([](Document&) {});
+  }
+  /// False where the copy is not to be used; a message has said why.
+  bool Analyse(Document& copy, IfRefused ifRefused, Prompts& prompts);
+  void GoTo(const EditState& state);
+  void RunWaiting();
+  /// The record is as its file has it.
+  void NoteFile();
+
+  Prompts& prompts_;
+  Environment environment_;
+  Document document_;
+  EditHistory history_;
+  bool isBusy_ = false;
+  std::deque<std::function<void()>> waiting_;
+  std::filesystem::path settingsFile_;
+  std::string fileIdentification_;
+  bool fileIsInverted_ = false;
+  std::map<const QObject*, WantedResults> wanted_;
+};
+
+}  // namespace texturon

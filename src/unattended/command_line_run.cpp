@@ -1,0 +1,262 @@
+#include "unattended/command_line_run.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include "analysis/document.h"
+#include "analysis/pipeline.h"
+#include "base/date_text.h"
+#include "base/ini_file.h"
+#include "base/number_text.h"
+#include "base/text.h"
+#include "formats/import.h"
+#include "platform/platform.h"
+#include "platform/prompts.h"
+#include "settings/settings_file.h"
+#include "unattended/event_log.h"
+#include "unattended/plan_results.h"
+#include "unattended/test_plan.h"
+
+namespace texturon {
+namespace {
+
+constexpr std::size_t kPlanPiece = 0;
+constexpr std::size_t kDataPiece = 2;
+constexpr std::size_t kFolderPiece = 4;
+
+/// One run from start to end. Every failure is a reason for the caller; what others read stands in log and status file.
+class PlanRun {
+public:
+  explicit PlanRun(const Environment& environment)
+      : environment_(environment),
+        document_(StartDocument(environment)),
+        log_(environment, document_.settings.autoLoading.LogEventsWhenAutoLoading) {}
+
+  RunOutcome Run(std::string_view commandLine) {
+    const std::vector<std::string> pieces = CommandLineArguments(commandLine);
+    LogPieces(pieces);
+    if (pieces.size() <= kFolderPiece) return Refuse("Not enough command line arguements");
+    const std::filesystem::path planFile = PathFromSystemText(pieces[kPlanPiece]);
+    if (!EqualIgnoringCase(TextFromPath(planFile.extension()), ".INI")) {
+      return Refuse("First command line argument was not an INI.");
+    }
+    WriteStatus("Processing INI file...");
+    LogEvent("INI detected in command line. Reading settings...");
+    const FileBytes planBytes = ReadIniFile(planFile);
+    const IniFile plan(planBytes.bytes);
+    LogSections(plan);
+    if (plan.Sections().empty()) {
+      return {false, FileSentence(planFile, planBytes.ok() ? "has no section" : planBytes.reason)};
+    }
+    PassPlan standard;
+    if (!ReadPass(plan, Family::kStandard, standard)) {
+      LogEvent("Could not read settings from command line.");
+      WriteStatus("ERROR: Could not read INI settings");
+      return {false, "Could not read settings from command line."};
+    }
+    LogEvent("Settings successfully read from command line.");
+    document_.quietMode = true;
+    SetFiles(pieces);
+    RunOutcome outcome = RunPasses(plan, standard);
+    outcome.remarks = std::move(remarks_);
+    document_.quietMode = false;
+    return outcome;
+  }
+
+private:
+  static Document StartDocument(const Environment& environment) {
+    Document document = MakeDocument();
+    document.wanted = kNoCurves;
+    SilentPrompts nobody;
+    Settings settings = document.settings;
+    LoadSettings(environment.programFolder / "Texturon.ini", settings, nobody);
+    ApplySettings(document, std::move(settings));
+    return document;
+  }
+
+  void LogEvent(std::string_view text) const { log_.LogEvent(text); }
+
+  RunOutcome Refuse(const std::string& text) const {
+    LogEvent(text);
+    return {false, text};
+  }
+
+  void LogPieces(const std::vector<std::string>& pieces) const {
+    LogEvent(IntegerText(static_cast<std::int64_t>(pieces.size())) + " arguments");
+    LogEvent("Command line arguments:");
+    for (std::size_t i = 0; i < pieces.size(); ++i) {
+      LogEvent(IntegerText(static_cast<std::int64_t>(i)) + ": " + TextFromPath(PathFromSystemText(pieces[i])));
+    }
+  }
+
+  void LogSections(const IniFile& plan) const {
+    const std::vector<IniSectionHeader> sections = plan.Sections();
+    LogEvent(IntegerText(static_cast<std::int64_t>(sections.size())) + " sections found in INI.");
+    for (std::size_t i = 0; i < sections.size(); ++i) {
+      LogEvent("Section " + IntegerText(static_cast<std::int64_t>(i)) + ": " + std::string(sections[i].name) + "...");
+    }
+  }
+
+  void SetFiles(const std::vector<std::string>& pieces) {
+    outputFolder_ = PathFromSystemText(pieces[kFolderPiece]);
+    dataFile_ = PathFromSystemText(pieces[kDataPiece]);
+    LogEvent("OutputFolder: " + TextFromPath(outputFolder_));
+    LogEvent("Opening DataFile: " + TextFromPath(dataFile_) + "...");
+    extension_ = OutputExtension(dataFile_);
+    LogEvent("OutputExtension: " + extension_);
+  }
+
+  bool ReadPass(const IniFile& plan, Family family, PassPlan& pass) {
+    auto read = ReadTestPlan(plan, family, document_, [this](std::string_view text) { LogEvent(text); });
+    if (!read) return false;
+    pass = std::move(*read);
+    for (const std::string& remark : pass.remarks) remarks_.push_back("The plan's " + remark + ".");
+    return true;
+  }
+
+  RunOutcome RunPasses(const IniFile& plan, const PassPlan& standard) {
+    bool firstPass = true;
+    if (standard.detected > 0) {
+      if (!ProcessDataSet(Family::kStandard, standard, firstPass)) return FailPass();
+      firstPass = false;
+    } else {
+      AppendParameterLines(document_, standard, lines_);
+    }
+    for (const Family family : {Family::kWaviness, Family::kRk, Family::kMotif}) {
+      PassPlan pass;
+      if (!ReadPass(plan, family, pass)) return FailPass();
+      if (pass.detected == 0) {
+        AppendParameterLines(document_, pass, lines_);
+        continue;
+      }
+      if (!ProcessDataSet(family, pass, firstPass)) return FailPass();
+      firstPass = false;
+    }
+    LogEvent("Writing results...");
+    if (!WriteResults()) return {false, reason_};
+    LogEvent("Output written...");
+    WriteStatus("File processed.  Results written.");
+    return {true, {}};
+  }
+
+  RunOutcome FailPass() const {
+    LogEvent("ERROR: Cannot process data file");
+    return {false, reason_.empty() ? "ERROR: Cannot process data file" : reason_};
+  }
+
+  /// Loads in the first pass, computes in each, and writes the family's profiles and lines.
+  bool ProcessDataSet(Family family, const PassPlan& pass, bool firstPass) {
+    CollectingPrompts prompts;
+    if (firstPass) LoadData(prompts);
+    if (document_.profiles.IsEmpty()) return FailData();
+    const ComputeOutcome outcome = Compute(document_, prompts, environment_);
+    if (outcome != ComputeOutcome::kDone) {
+      reason_ = FileSentence(dataFile_, outcome == ComputeOutcome::kEmptyPrimary
+                                            ? "is not analysed: no primary profile is left"
+                                            : "is not analysed: there are too few points to compute over");
+      return FailData();
+    }
+    LogEvent("Writing profiles...");
+    if (!WriteProfiles(family)) return FailData();
+    AppendPassLines(document_, family, pass, lines_);
+    return true;
+  }
+
+  bool FailData() {
+    WriteStatus("ERROR: Could not process data set.");
+    return false;
+  }
+
+  void LoadData(Prompts& prompts) {
+    ImportOutcome loaded = LoadProfileFile(dataFile_, {}, prompts);
+    if (loaded.loaded) {
+      SetProfile(document_, MakeProfileSet(std::move(loaded.profile), TextFromPath(dataFile_)));
+      LogEvent("Data loaded");
+    } else {
+      if (loaded.reason.ends_with('.')) loaded.reason.pop_back();
+      reason_ = FileSentence(dataFile_, loaded.reason);
+      LogEvent("Could not load data");
+    }
+  }
+
+  std::filesystem::path OutputFile(std::string_view prefix) const {
+    return outputFolder_ / PathFromText(std::string(prefix) + extension_);
+  }
+
+  bool Write(const std::filesystem::path& path, std::string_view text, FlushFile flush) {
+    const FileOutcome outcome = ReplaceFile(path, text, flush);
+    if (!outcome.ok()) reason_ = FileSentence(path, outcome.reason);
+    return outcome.ok();
+  }
+
+  /// Where that fails, the first file written says why.
+  void MakeOutputFolder() const {
+    std::error_code ignored;
+    std::filesystem::create_directories(outputFolder_, ignored);
+  }
+
+  bool WriteProfiles(Family family) {
+    MakeOutputFolder();
+    for (const PassProfileFile& file : PassProfileFiles(document_, family)) {
+      if (!Write(OutputFile(file.prefix), file.text, FlushFile::kNo)) return false;
+    }
+    return true;
+  }
+
+  bool WriteResults() {
+    std::string text = ResultsTimeText(environment_.localTime()) + "\r\n";
+    for (const std::vector<std::string>& list : lines_) {
+      for (const std::string& line : list) text += line + "\r\n";
+    }
+    MakeOutputFolder();
+    return Write(OutputFile("RESULTS."), text, FlushFile::kYes) || FailData();
+  }
+
+  /// One line without an end. In place where the folder takes no new file, so that no earlier status outlives its run;
+  /// a file that cannot be written at all is done without.
+  void WriteStatus(std::string_view text) const {
+    const std::filesystem::path path = environment_.workingFolder / "TexturonCommandLine-Status.txt";
+    if (!ReplaceFile(path, text, FlushFile::kNo).ok()) (void)WriteSideFile(path, text);
+  }
+
+  const Environment& environment_;
+  Document document_;
+  EventLog log_;
+  std::filesystem::path outputFolder_;
+  std::filesystem::path dataFile_;
+  std::string extension_;
+  ResultLines lines_;
+  std::string reason_;
+  std::vector<std::string> remarks_;
+};
+
+}  // namespace
+
+std::vector<std::string> CommandLineArguments(std::string_view text) {
+  std::vector<std::string> pieces;
+  for (;;) {
+    const std::size_t quote = text.find('"');
+    pieces.emplace_back(text.substr(0, quote));
+    if (quote == std::string_view::npos) break;
+    text.remove_prefix(quote + 1);
+  }
+  while (!pieces.empty() && pieces.back().empty()) pieces.pop_back();
+  const auto first =
+      std::find_if(pieces.begin(), pieces.end(), [](const std::string& piece) { return !piece.empty(); });
+  pieces.erase(pieces.begin(), first);
+  return pieces;
+}
+
+std::string CommandLineText(const std::vector<std::string>& arguments) {
+  std::string text;
+  for (const std::string& argument : arguments) text += (text.empty() ? "\"" : " \"") + argument + "\"";
+  return text;
+}
+
+RunOutcome RunCommandLine(std::string_view commandLine, const Environment& environment) {
+  return PlanRun(environment).Run(commandLine);
+}
+
+}  // namespace texturon

@@ -1,0 +1,198 @@
+#include "unattended/plan_results.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <span>
+
+#include "base/number_text.h"
+#include "base/units.h"
+#include "parameters/motif_finder.h"
+#include "platform/platform.h"
+
+namespace texturon {
+namespace {
+
+std::vector<std::string>& ListIn(ResultLines& lines, ResultList list) {
+  return lines[static_cast<std::size_t>(list)];
+}
+
+std::string FilterWord(std::int32_t filterType) {
+  switch (filterType) {
+    case kFilterSplineGaussian:
+      return "SPLINE/";
+    case kFilterIso13565:
+      return "RK/";
+    case kFilterRobustGaussian:
+      return "ROBUST/";
+    default:
+      return "GAUSSIAN/";
+  }
+}
+
+/// The short-wave filter is a spline whatever the long-wave one is.
+std::string PrimaryFilterText(const Document& document) {
+  if (!document.profiles.lsApplied) return "GAUSSIAN/ none";
+  return FilterWord(kFilterSplineGaussian) + " - " + FixedText(document.settings.analysis.LsCutoffMM, 4) + " mm";
+}
+
+std::string LongFilterText(const Document& document) {
+  const AnalysisSettings& settings = document.settings.analysis;
+  std::string text = FilterWord(settings.FilterType) + FixedText(settings.LcCutoffMM, 4) + " - ";
+  text += document.profiles.lsApplied ? FixedText(settings.LsCutoffMM, 4) + " mm" : "   mm";
+  return text;
+}
+
+std::string MotifFilterText(const Document& document) {
+  const AnalysisSettings& settings = document.settings.analysis;
+  const std::string start = document.profiles.lsApplied ? "GAUSSIAN/ " + FixedText(settings.LsCutoffMM, 4) + " -    mm"
+                                                        : "GAUSSIAN/ none         ";
+  return start + "    A:  " + FixedText(settings.MotifAMM, 4) + "   B: " + FixedText(settings.MotifBMM, 4);
+}
+
+void AppendFilterLines(const Document& document, Family family, ResultLines& lines) {
+  switch (family) {
+    case Family::kStandard:
+      ListIn(lines, ResultList::kPrimary).push_back("PRIMARY : " + PrimaryFilterText(document));
+      ListIn(lines, ResultList::kRoughness).push_back("ROUGHNESS : " + LongFilterText(document));
+      break;
+    case Family::kWaviness:
+      ListIn(lines, ResultList::kWaviness).push_back("WAVINESS : " + LongFilterText(document));
+      break;
+    case Family::kRk:
+      ListIn(lines, ResultList::kRk).push_back("RK : " + LongFilterText(document));
+      break;
+    case Family::kMotif:
+      ListIn(lines, ResultList::kMotif).push_back("MOTIF : " + MotifFilterText(document));
+      break;
+  }
+}
+
+/// A planned parameter with its value.
+struct PlannedValue {
+  bool valid = false;
+  double value = 0.0;
+  std::string unit;
+};
+
+PlannedValue RatioValue(const RatioRowResults& results, std::size_t index, const char* unit) {
+  return {results[index].valid, results[index].value, unit};
+}
+
+PlannedValue ValueOf(const Document& document, const PlannedParameter& parameter) {
+  const AnalysisResults& results = document.results;
+  switch (parameter.source) {
+    case PlannedSource::kPrimaryRatio:
+      return RatioValue(results.primaryMaterialRatios, parameter.index, "%");
+    case PlannedSource::kRoughnessRatio:
+      return RatioValue(results.roughnessMaterialRatios, parameter.index, "%");
+    case PlannedSource::kPrimaryHtp:
+      return RatioValue(results.primaryHtps, parameter.index, "um");
+    case PlannedSource::kRoughnessHtp:
+      return RatioValue(results.roughnessHtps, parameter.index, "um");
+    case PlannedSource::kNone:
+      return {};
+    case PlannedSource::kCatalogue:
+      break;
+  }
+  const ParameterDef& row = document.catalogue.rows[parameter.index];
+  std::string unit = PrintedUnit(row.metricUnit);
+  if (unit == "\xB5m") unit = "um";
+  if (parameter.name == "CV") unit = "um3/um2";
+  return {row.valid, row.value, std::move(unit)};
+}
+
+void AppendParameterLines(const Document& document, const PlannedParameter& parameter,
+                          std::vector<std::string>& lines) {
+  const PlannedValue planned = ValueOf(document, parameter);
+  if (!planned.valid) {
+    lines.emplace_back("Result = ?");
+    lines.push_back(parameter.name + " = ****");
+    return;
+  }
+  const auto verdict = JudgeValue(planned.value, parameter.tolerance);
+  lines.emplace_back(!verdict ? "Result = ?" : *verdict == Verdict::kPass ? "Result = PASS" : "Result = FAIL");
+  lines.push_back(parameter.name + " = " + FixedText(planned.value, 3) + " " + planned.unit);
+}
+
+/// Heights at the indices from `firstIndex` on.
+std::string PointsText(std::span<const double> heightsUM, std::int32_t firstIndex, double spacingUM) {
+  constexpr std::size_t kRowLength = 24;
+  std::string text =
+      "Talyseries Surface\r\nNumPoints=" + IntegerText(static_cast<std::int64_t>(heightsUM.size())) + "\r\nmm mm\r\n";
+  text.reserve(text.size() + heightsUM.size() * kRowLength);
+  double index = firstIndex;
+  for (const double height : heightsUM) {
+    AppendFixed(text, index * spacingUM * kMillimetresPerMicrometre, 6);
+    text += ' ';
+    AppendFixed(text, height * kMillimetresPerMicrometre, 6);
+    text += "\r\n";
+    index += 1.0;
+  }
+  return text;
+}
+
+std::string ProfileText(const Document& document, bool exists, ProfileKind kind) {
+  if (!exists) return PointsText({}, 0, 0.0);
+  const Profile profile = document.profiles.View(kind);
+  return PointsText(profile.Heights(), profile.range.first, profile.spacingUM);
+}
+
+/// The motif lines run from the first peak of the motifs to the last one.
+void AppendMotifFiles(const Document& document, std::vector<PassProfileFile>& files) {
+  const ProfileSet& profiles = document.profiles;
+  const double spacingUM = profiles.residualSpacingUM;
+  if (!profiles.wavinessMotifs.empty()) {
+    files.push_back({"MOTIF_W.", PointsText(UpperEnvelope(profiles.primary, profiles.roughnessMotifs),
+                                            profiles.roughnessMotifs.front().firstPeak, spacingUM)});
+  }
+  if (!profiles.roughnessMotifs.empty()) {
+    files.push_back({"MOTIF_R.", PointsText(MotifLine(profiles.primary, profiles.roughnessMotifs),
+                                            profiles.roughnessMotifs.front().firstPeak, spacingUM)});
+  }
+}
+
+}  // namespace
+
+void AppendPassLines(const Document& document, Family family, const PassPlan& plan, ResultLines& lines) {
+  AppendFilterLines(document, family, lines);
+  AppendParameterLines(document, plan, lines);
+}
+
+void AppendParameterLines(const Document& document, const PassPlan& plan, ResultLines& lines) {
+  for (const PlannedParameter& parameter : plan.parameters) {
+    AppendParameterLines(document, parameter, ListIn(lines, parameter.list));
+  }
+}
+
+std::vector<PassProfileFile> PassProfileFiles(const Document& document, Family family) {
+  const AnalysisResults& results = document.results;
+  std::vector<PassProfileFile> files;
+  const auto add = [&](const char* prefix, bool exists, ProfileKind kind) {
+    files.push_back({prefix, ProfileText(document, exists, kind)});
+  };
+  switch (family) {
+    case Family::kStandard:
+      add("PRIMARY.", results.primaryComputed, ProfileKind::kPrimary);
+      add("ROUGHNESS.", results.roughnessComputed, ProfileKind::kRoughness);
+      break;
+    case Family::kWaviness:
+      add("WAVINESS.", document.profiles.wavinessComputed, ProfileKind::kWaviness);
+      break;
+    case Family::kMotif:
+      add("PRIMARY_MOTIF.", results.primaryComputed, ProfileKind::kPrimary);
+      AppendMotifFiles(document, files);
+      break;
+    case Family::kRk:
+      add("ROUGHNESS_RK.", results.roughnessComputed, ProfileKind::kRoughness);
+      break;
+  }
+  return files;
+}
+
+std::string OutputExtension(const std::filesystem::path& dataFile) {
+  const std::string name = TextFromPath(dataFile.stem());
+  if (name.empty()) return {};
+  return {name.front(), name.back()};
+}
+
+}  // namespace texturon

@@ -1,0 +1,120 @@
+#include "unattended/watch_journal.h"
+
+#include <charconv>
+#include <fstream>
+#include <system_error>
+
+#include "base/number_text.h"
+
+namespace texturon {
+namespace {
+
+constexpr std::string_view kFirstLine = "texturon watch 2";
+
+/// The next line, without its end.
+std::optional<std::string_view> TakeLine(std::string_view& text) {
+  const std::size_t end = text.find('\n');
+  if (end == std::string_view::npos) return std::nullopt;
+  const std::string_view line = text.substr(0, end);
+  text.remove_prefix(end + 1);
+  return line;
+}
+
+template <typename Integer>
+bool TakeInteger(std::string_view& text, Integer& value) {
+  const auto line = TakeLine(text);
+  if (!line) return false;
+  const auto [end, error] = std::from_chars(line->data(), line->data() + line->size(), value);
+  return error == std::errc() && end == line->data() + line->size();
+}
+
+/// A text of any bytes: its length on a line, then itself and a line end.
+std::string Counted(std::string_view text) {
+  return IntegerText(static_cast<std::int64_t>(text.size())) + "\n" + std::string(text) + "\n";
+}
+
+bool TakeCounted(std::string_view& text, std::string& value) {
+  std::size_t length = 0;
+  if (!TakeInteger(text, length) || text.size() <= length || text[length] != '\n') return false;
+  value = text.substr(0, length);
+  text.remove_prefix(length + 1);
+  return true;
+}
+
+/// What stands in the file from `at` on.
+std::string Tail(const std::filesystem::path& path, std::uint64_t at) {
+  std::ifstream file(path, std::ios::binary);
+  file.seekg(static_cast<std::streamoff>(at));
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// The row alone: the last line of what was to be added.
+std::string_view LastLine(std::string_view text) {
+  const std::size_t before = text.substr(0, text.size() - 1).rfind('\n');
+  return before == std::string_view::npos ? text : text.substr(before + 1);
+}
+
+}  // namespace
+
+std::optional<FileStamp> StampOf(const std::filesystem::path& path) {
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(path, error)) return std::nullopt;
+  FileStamp stamp;
+  stamp.size = std::filesystem::file_size(path, error);
+  if (error) return std::nullopt;
+  stamp.time = static_cast<std::int64_t>(std::filesystem::last_write_time(path, error).time_since_epoch().count());
+  if (error) return std::nullopt;
+  return stamp;
+}
+
+std::uint64_t ContentHash(std::string_view bytes) {
+  std::uint64_t hash = 14695981039346656037ULL;  // FNV-1a
+  for (const char c : bytes) hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211ULL;
+  return hash;
+}
+
+std::string WatchEntryText(const WatchEntry& entry) {
+  return std::string(kFirstLine) + "\n" + Counted(entry.file) +
+         IntegerText(static_cast<std::int64_t>(entry.stamp.size)) + "\n" + IntegerText(entry.stamp.time) + "\n" +
+         IntegerText(static_cast<std::int64_t>(entry.contentHash)) + "\n" + Counted(entry.holdFile) +
+         Counted(entry.parameterFile) + IntegerText(static_cast<std::int64_t>(entry.rowAt)) + "\n" +
+         Counted(entry.rowText) + Counted(entry.header);
+}
+
+std::optional<WatchEntry> ParseWatchEntry(std::string_view text) {
+  WatchEntry entry;
+  std::int64_t hash = 0;
+  if (TakeLine(text) != kFirstLine) return std::nullopt;
+  const bool isWhole = TakeCounted(text, entry.file) && TakeInteger(text, entry.stamp.size) &&
+                       TakeInteger(text, entry.stamp.time) && TakeInteger(text, hash) &&
+                       TakeCounted(text, entry.holdFile) && TakeCounted(text, entry.parameterFile) &&
+                       TakeInteger(text, entry.rowAt) && TakeCounted(text, entry.rowText) &&
+                       TakeCounted(text, entry.header) && text.empty();
+  if (!isWhole) return std::nullopt;
+  entry.contentHash = static_cast<std::uint64_t>(hash);
+  return entry;
+}
+
+FileOutcome EnsureRow(const WatchEntry& entry, AppendFile& file) {
+  if (entry.rowText.empty()) return {};
+  FileOutcome outcome;
+  if (file.size() > entry.rowAt) {
+    const std::string tail = Tail(PathFromSystemText(entry.parameterFile), entry.rowAt);
+    const bool isThere = tail.find(LastLine(entry.rowText)) != std::string::npos;
+    if (isThere) return file.Flush();
+    if (std::string_view(entry.rowText).starts_with(tail)) outcome = file.CutTo(entry.rowAt);
+  }
+  if (!outcome.ok()) return outcome;
+  std::string text;
+  if (file.size() == entry.rowAt) {
+    text = entry.rowText;
+  } else {
+    if (file.size() == 0) text = entry.header;
+    if (file.endsInsideLine()) text = "\r\n";
+    text += LastLine(entry.rowText);
+  }
+  outcome = file.Append(text);
+  return outcome.ok() ? file.Flush() : outcome;
+}
+
+}  // namespace texturon

@@ -1,0 +1,88 @@
+// Curves that are made when somebody looks at them are those of a run that makes them all.
+
+#include "analysis/curve_step.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+
+#include "analysis/document_export.h"
+#include "analysis/pipeline.h"
+
+namespace texturon {
+namespace {
+
+/// Plateaus with valleys on a slope, two hundred periods.
+Document Honed(bool withRows) {
+  std::vector<double> heights(20'000);
+  for (std::size_t i = 0; i < heights.size(); ++i) {
+    const auto x = static_cast<double>(i);
+    heights[i] = 0.3 * std::sin(x / 16.0) + 0.1 * std::sin(x * 0.9) + 1e-4 * x - (i % 97 < 5 ? 2.0 : 0.0);
+  }
+  Document document = MakeDocument();
+  Settings settings = document.settings;
+  for (ParameterSelection& row : settings.analysis.parameters) row.selected = withRows;
+  ApplySettings(document, settings);
+  SetProfile(document, MakeProfileSet(std::move(heights), 0.5));
+  document.writesTraceFile = false;
+  return document;
+}
+
+TEST(CurveStep, MakesWhatAWholeRunMakes) {
+  SilentPrompts nobody;
+  Document whole = Honed(true);
+  Compute(whole, nobody, {});
+  Document bare = Honed(false);
+  bare.wanted = kNoCurves;
+  Compute(bare, nobody, {});
+  EXPECT_TRUE(bare.profiles.spectrum.amplitudeUM.empty());
+  EXPECT_FALSE(bare.results.roughnessCurveComputed || bare.results.coreRoughness.valid || bare.results.probability);
+  EXPECT_TRUE(bare.profiles.roughnessMotifs.empty());
+
+  const Document made = WithAllCurves(bare);
+  EXPECT_EQ(made.profiles.spectrum.amplitudeUM, whole.profiles.spectrum.amplitudeUM);
+  EXPECT_EQ(made.results.primaryCurve.heightsUM, whole.results.primaryCurve.heightsUM);
+  EXPECT_EQ(made.results.roughnessCurve.heightsUM, whole.results.roughnessCurve.heightsUM);
+  ASSERT_TRUE(whole.results.coreRoughness.valid);
+  EXPECT_EQ(made.results.coreRoughness.Rk, whole.results.coreRoughness.Rk);
+  ASSERT_TRUE(made.results.probability && made.results.probability->crossingPercent);
+  EXPECT_EQ(made.results.probability->crossingPercent, whole.results.probability->crossingPercent);
+  ASSERT_FALSE(whole.profiles.wavinessMotifs.empty());
+  EXPECT_EQ(made.profiles.roughnessMotifs, whole.profiles.roughnessMotifs);
+  EXPECT_EQ(made.profiles.wavinessMotifs, whole.profiles.wavinessMotifs);
+}
+
+TEST(CurveStep, MakesOnlyWhatIsWanted) {
+  SilentPrompts nobody;
+  Document document = Honed(false);
+  document.wanted = kNoCurves;
+  Compute(document, nobody, {});
+  document.wanted.probability = true;
+  ComputeMissingCurves(document);
+  EXPECT_TRUE(document.results.probability.has_value());
+  EXPECT_FALSE(document.results.roughnessCurveComputed || document.results.coreRoughness.valid);
+  EXPECT_TRUE(document.profiles.spectrum.amplitudeUM.empty() && document.profiles.roughnessMotifs.empty());
+  document.wanted = {.heightCurves = false, .coreRoughness = false, .motifs = true};
+  Compute(document, nobody, {});
+  EXPECT_FALSE(document.profiles.spectrum.amplitudeUM.empty() || document.profiles.roughnessMotifs.empty());
+  EXPECT_FALSE(document.results.probability.has_value()) << "a new run forgets what nobody wants any more";
+}
+
+TEST(CurveStep, ExportsNeedNoCurveBefore) {
+  SilentPrompts nobody;
+  Document whole = Honed(false);
+  Compute(whole, nobody, {});
+  Document bare = Honed(false);
+  for (const char* name : {"spectrum", "roughness-brc", "primary-adf", "probability"}) {
+    EXPECT_FALSE(FindExportKind(name)->make(bare, nobody).ok()) << name << " before a run";
+  }
+  bare.wanted = kNoCurves;
+  Compute(bare, nobody, {});
+  for (const char* name : {"spectrum", "roughness-brc", "primary-adf", "probability"}) {
+    const ExportResult result = FindExportKind(name)->make(bare, nobody);
+    EXPECT_TRUE(result.ok()) << name;
+    EXPECT_EQ(result.text, FindExportKind(name)->make(whole, nobody).text) << name;
+  }
+}
+
+}  // namespace
+}  // namespace texturon

@@ -1,0 +1,280 @@
+#include "analysis/shape_form_step.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "analysis/pipeline.h"
+#include "settings/nominal_settings.h"
+#include "support/measured_asphere.h"
+#include "support/near.h"
+#include "support/scratch_folder.h"
+#include "support/scripted_prompts.h"
+
+namespace texturon {
+namespace {
+
+constexpr double kSpacingUM = 2.0;
+using Texts = std::vector<std::string>;
+
+class ShapeForm : public ::testing::Test {
+protected:
+  ShapeForm() {
+    document_ = MakeDocument();
+    environment_.traceFile = folder_ / "Xc.csv";
+    document_.writesTraceFile = false;
+    Settings().ResidualType = kResidualVertical;
+  }
+  AnalysisSettings& Settings() { return document_.settings.analysis; }
+  void Load(std::vector<double> z) { SetProfile(document_, MakeProfileSet(std::move(z), kSpacingUM)); }
+  void LoadAsphere(double apexMM, double slope, std::size_t n) {
+    Load(MeasuredAsphere(DescribeAsphere(Settings()), {apexMM, 0.1, slope}, n, kSpacingUM));
+  }
+  /// A paraboloid of 10 mm with a fourth power, concave or convex.
+  void UseAsphere(double curvature) {
+    Settings().FormRemovalType = kFormAsphere;
+    Settings().C_CurvatureMM = curvature;
+    Settings().E_ConicConstant = -1.0;
+    Settings().asphereCoefficients = {0.0, 0.0, 1e-4};
+  }
+  ComputeOutcome Run() {
+    prompts_.messages.clear();
+    prompts_.questions.clear();
+    prompts_.progressTitles.clear();
+    prompts_.progressTexts.clear();
+    return Compute(document_, prompts_, environment_);
+  }
+  /// Text of the optimisation's window.
+  std::string OptimizationText() const {
+    return prompts_.progressTitles.at(0) == "Optimization" ? prompts_.progressTexts.at(0) : "";
+  }
+  double LargestResidual() const {
+    double largest = 0.0;
+    for (const double residual : document_.profiles.formSuppressed) largest = std::max(largest, std::abs(residual));
+    return largest;
+  }
+
+  ScratchFolder folder_;
+  ScriptedPrompts prompts_;
+  Environment environment_;
+  Document document_;
+};
+
+TEST_F(ShapeForm, ReadsCoefficientsByTheirPower) {
+  AnalysisSettings settings;
+  settings.asphereCoefficients = {7.0, 2.0, 4.0};
+  EXPECT_EQ(DescribeAsphere(settings).coefficients, (std::vector<double>{0.0, 2.0, 0.0, 4.0}));
+  EXPECT_TRUE(HasUnusedConstant(settings));
+  EXPECT_EQ(DescribeAsphere(settings).conicFactor, 1.0 - 0.746886432);
+  settings.EvenTermsOnly = false;
+  EXPECT_EQ(DescribeAsphere(settings).coefficients, (std::vector<double>{7.0, 2.0, 4.0}));
+  EXPECT_FALSE(HasUnusedConstant(settings));
+  settings.asphereCoefficients = std::vector<double>(10);
+  settings.E_ConicConstant = 0.0;
+  EXPECT_TRUE(DescribeAsphere(settings).IsPlainSphere()) << "ten zeros are no terms";
+  settings.SagTableLengthMM = 1.0;
+  EXPECT_EQ(SagTableOf(settings).size(), 41u) << "both sides";
+  settings.EvenTermsOnly = true;
+  EXPECT_EQ(SagTableOf(settings).size(), 21u);
+}
+
+TEST_F(ShapeForm, FitsTheAsphereAndNamesWhatItFrees) {
+  struct Case {
+    std::int32_t radiusMethod, conicMethod;
+    bool plainSphere;
+    const char* text;
+  };
+  const Case cases[] = {{1, 1, false, "Optimizing asphere..."},
+                        {1, 0, false, "Optimizing asphere..."},
+                        {0, 1, false, "Optimizing asphere && radius..."},
+                        {1, 1, true, "Optimizing radius..."},
+                        {0, 1, true, "Optimizing asphere && radius..."}};
+  for (const Case& c : cases) {
+    UseAsphere(-0.1);
+    if (c.plainSphere) Settings().asphereCoefficients.clear();
+    if (c.plainSphere) Settings().E_ConicConstant = 0.0;
+    const double slope = c.plainSphere ? 0.0 : 0.01;
+    LoadAsphere(3.5, slope, 3001);
+    Settings().RadiusMethod = c.radiusMethod;
+    Settings().ConicMethod = c.conicMethod;
+    ASSERT_EQ(Run(), ComputeOutcome::kDone);
+    EXPECT_EQ(OptimizationText(), c.text);
+    EXPECT_EQ(document_.results.formApplied, kFormAsphere);
+    const auto& fit = std::get<AsphereFit>(document_.results.formGeometry);
+    EXPECT_TRUE(Near(fit.apexXMM, 3.5, 1e-6)) << c.text;
+    EXPECT_TRUE(Near(fit.TiltDegrees(), slope * 180.0 / std::acos(-1.0), 1e-4)) << c.text;
+    EXPECT_LT(LargestResidual(), 1e-5) << c.text;
+  }
+  EXPECT_EQ(prompts_.busyChanges, 5 * 4) << "the wait cursor goes down for the fit and comes back";
+  Settings().asphereCoefficients = {1.0};
+  ASSERT_EQ(Run(), ComputeOutcome::kDone);
+  EXPECT_EQ(prompts_.notices.size(), 1u) << "A0 is not used";
+}
+
+TEST_F(ShapeForm, CountsTheApexFromTheFirstSample) {
+  UseAsphere(0.1);
+  LoadAsphere(3.5, 0.0, 3001);
+  document_.regionSet = true;
+  document_.regionMode = 0;
+  document_.regionStartMM = 2.0;
+  ASSERT_EQ(Run(), ComputeOutcome::kDone);
+  EXPECT_TRUE(Near(std::get<AsphereFit>(document_.results.formGeometry).apexXMM, 3.5, 1e-6));
+  // So does the place at which it is held; a wrong one leaves a residual.
+  Settings().AsphereXFixed = true;
+  Settings().AsphereXStartMM = 3.5;
+  ASSERT_EQ(Run(), ComputeOutcome::kDone);
+  EXPECT_TRUE(Near(std::get<AsphereFit>(document_.results.formGeometry).apexXMM, 3.5, 1e-12));
+  Settings().AsphereXStartMM = 3.0;
+  ASSERT_EQ(Run(), ComputeOutcome::kDone);
+  EXPECT_EQ(std::get<AsphereFit>(document_.results.formGeometry).apexXMM, 3.0);
+}
+
+TEST_F(ShapeForm, HoldsTheApexAtThePeakOrValley) {
+  Settings().AsphereXFixed = true;
+  struct Case {
+    double curvature;
+    std::int32_t method;
+    bool isAtApex;
+  };
+  for (const Case c : {Case{0.1, 1, true}, Case{-0.1, 1, true}, Case{0.1, 3, true}, Case{-0.1, 2, true},
+                       Case{0.1, 2, false}, Case{-0.1, 3, false}}) {
+    UseAsphere(c.curvature);
+    LoadAsphere(3.5, 0.0, 3001);
+    Settings().AsphereXPositionMethod = c.method;
+    Settings().LcCutoffMM = 0.25;
+    ASSERT_EQ(Run(), ComputeOutcome::kDone);
+    const double apex = std::get<AsphereFit>(document_.results.formGeometry).apexXMM;
+    EXPECT_EQ(c.isAtApex, std::abs(apex - 3.5) < 1e-3) << apex;
+  }
+  Settings().LcCutoffMM = 0.004;
+  ASSERT_EQ(Run(), ComputeOutcome::kDone);
+  EXPECT_EQ(prompts_.messages.at(0), "Could not filter to find asphere peak/valley.");
+  EXPECT_EQ(document_.results.formApplied, kNoFormApplied);
+}
+
+TEST_F(ShapeForm, BecomesTheMeanWhenCancelled) {
+  prompts_.closesProgress = true;
+  std::vector<double> z(2000);
+  std::mt19937_64 random(1);
+  for (double& height : z) height = Uniform(random, -5.0, 5.0);
+  for (const std::int32_t type : {kFormFixedRadius, kFormAsphere, kFormFree}) {
+    Load(z);
+    UseAsphere(0.02);
+    Settings().FormRemovalType = type;
+    Settings().freeFormPoints.clear();
+    for (int i = 0; i <= 30; ++i) Settings().freeFormPoints.push_back({0.2 * i, 20.0 * std::sin(2.0 * i)});
+    ASSERT_EQ(Run(), ComputeOutcome::kDone);
+    EXPECT_EQ(document_.results.formApplied, kNoFormApplied) << type;
+    EXPECT_TRUE(std::holds_alternative<MeanFit>(document_.results.formGeometry)) << type;
+    EXPECT_TRUE(prompts_.messages.empty()) << type;
+    EXPECT_EQ(OptimizationText().substr(0, 10), "Optimizing") << type;
+  }
+  Settings().FormRemovalType = kFormFixedRadius;
+  Settings().FixedRadiusMM = 0.0;
+  ASSERT_EQ(Run(), ComputeOutcome::kDone);
+  EXPECT_EQ(document_.results.formApplied, kNoFormApplied);
+}
+
+TEST_F(ShapeForm, AsksAboutARadiusThatBendsTheOtherWay) {
+  struct Case {
+    double dataMM, setMM;
+    bool yes, quiet;
+    const char* question;
+    double usedMM;
+  };
+  const Case cases[] = {
+      {-10, 10, true, false, "Concave geometry selected.  Switch to convex?", -10},
+      {-10, 10, false, false, "Concave geometry selected.  Switch to convex?", 10},
+      {10, -10, true, false, "Convex geometry selected.  Switch to concave?", 10},
+      {10, -10, true, true, "", -10},
+      {10, 10, true, false, "", 10},
+  };
+  for (const Case& c : cases) {
+    Settings().FormRemovalType = kFormFixedRadius;
+    Settings().FixedRadiusMM = c.setMM;
+    Load(MeasuredAsphere({1.0 / c.dataMM, 1.0, {}}, {2.0, 0.0, 0.0}, 2001, kSpacingUM));
+    prompts_.yes = c.yes;
+    document_.quietMode = c.quiet;
+    ASSERT_EQ(Run(), ComputeOutcome::kDone);
+    EXPECT_EQ(prompts_.questions, *c.question == 0 ? Texts{} : Texts{c.question});
+    EXPECT_EQ(document_.results.formApplied, kFormFixedRadius);
+    EXPECT_EQ(std::get<FixedRadiusFit>(document_.results.formGeometry).radiusUM, 1000.0 * c.usedMM);
+    EXPECT_EQ(Settings().FixedRadiusMM, c.setMM) << "for this computation only";
+    if (c.usedMM == c.dataMM) {
+      EXPECT_LT(LargestResidual(), 1e-6);
+    }
+  }
+}
+
+TEST_F(ShapeForm, TakesTheApertureAboutTheFittedApex) {
+  // Tilted, an asphere has its arc's centre beside its apex: the second pass moves the range.
+  UseAsphere(-0.1);
+  Settings().AsphereUseClearAperture = true;
+  Settings().AsphereClearApertureDiameterMM = 3.0;
+  Settings().AsphereClearApertureCentralDiscardMM = 0.2;
+  LoadAsphere(2.4, 0.05, 3001);
+  ASSERT_EQ(Run(), ComputeOutcome::kDone);
+  EXPECT_EQ(document_.profiles.computeRange, IndexRange::FromEnds(450, 1950));
+  EXPECT_EQ(document_.excludeFirst, 1150);
+  EXPECT_EQ(document_.excludeLast, 1250);
+  EXPECT_TRUE(document_.excludeSet);
+  EXPECT_EQ(prompts_.progressTitles, Texts(2, "Optimization"));
+  // Weak and tilted, it has its arc's centre beside the record.
+  Settings().C_CurvatureMM = -0.001;
+  LoadAsphere(2.4, 0.05, 3001);
+  ASSERT_EQ(Run(), ComputeOutcome::kDone);
+  EXPECT_EQ(document_.profiles.computeRange, IndexRange::FromEnds(450, 1950));
+  UseAsphere(-0.1);
+  LoadAsphere(2.4, 0.05, 3001);
+  Settings().AsphereClearApertureDiameterMM = 100.0;  // more than there is
+  ASSERT_EQ(Run(), ComputeOutcome::kDone);
+  EXPECT_EQ(document_.profiles.computeRange.count, 3001);
+  Settings().AsphereClearApertureDiameterMM = 0.05;
+  EXPECT_EQ(Run(), ComputeOutcome::kRefused);
+  EXPECT_EQ(prompts_.messages, Texts{"Insufficient data for calculation."});
+  EXPECT_EQ(document_.excludeFirst, 1150) << "a refused aperture leaves the exclusion as it was";
+}
+
+TEST_F(ShapeForm, FitsTheStoredFreeForm) {
+  const auto shape = [](double x) { return 200.0 * std::sin(0.9 * x) + 15.0 * x * x; };
+  std::vector<double> z(2001);
+  for (std::size_t i = 0; i < z.size(); ++i) z[i] = 50.0 + shape(0.002 * static_cast<double>(i) + 1.0);
+  struct Case {
+    bool fixedStart, tilt;
+    const char* text;
+  };
+  for (const Case c : {Case{false, false, "Optimizing XY..."}, Case{false, true, "Optimizing XYT..."},
+                       Case{true, true, "Optimizing YT..."}, Case{true, false, "Optimizing Y..."}}) {
+    for (const std::int32_t filter : {99, static_cast<int>(kFilterSplineGaussian)}) {
+      Load(z);
+      Settings().FormRemovalType = kFormFree;
+      Settings().FreeFormFixedStart = c.fixedStart;
+      Settings().FreeFormFirstDataPointXMM = 1.0;
+      Settings().FreeFormAllowTilt = c.tilt;
+      Settings().FreeFormFilterType = filter;
+      Settings().FreeFormFilterCutoffMM = 0.25;
+      Settings().freeFormPoints.clear();
+      // Ripple of 20 points' length stands for the nominal's own roughness; the filter takes it out.
+      for (int i = 0; i <= 1400; ++i) {
+        const double ripple = filter == 99 ? 0.0 : 0.5 * std::sin(6.2831853 * i / 20.0);
+        Settings().freeFormPoints.push_back({0.005 * i - 0.5, shape(0.005 * i - 0.5) + ripple});
+      }
+      ASSERT_EQ(Run(), ComputeOutcome::kDone);
+      EXPECT_EQ(OptimizationText(), c.text);
+      ASSERT_EQ(document_.results.formApplied, kFormFree);
+      const auto& fit = std::get<FreeFormFit>(document_.results.formGeometry);
+      const bool isExact = filter == 99;
+      EXPECT_TRUE(Near(fit.shiftXMM, -1.0, isExact ? 1e-6 : 1e-3)) << c.text;
+      EXPECT_TRUE(Near(fit.shiftYMM, 0.05, isExact ? 1e-7 : 1e-3)) << c.text;
+      EXPECT_LT(LargestResidual(), isExact ? 1e-4 : 0.3) << c.text;
+    }
+  }
+  Settings().FreeFormFilterCutoffMM = 0.001;
+  ASSERT_EQ(Run(), ComputeOutcome::kDone);
+  EXPECT_EQ(document_.results.formApplied, kNoFormApplied) << "a nominal that cannot be filtered";
+}
+
+}  // namespace
+}  // namespace texturon

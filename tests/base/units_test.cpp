@@ -1,0 +1,24 @@
+#include "base/units.h"
+
+#include <gtest/gtest.h>
+#include <limits>
+
+namespace texturon {
+namespace {
+
+TEST(StepsInLength, RoundsHalfAwayFromZeroAndSaturates) {
+  struct Case {
+    double lengthMM, spacingUM;
+    std::int32_t steps;
+  };
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
+  const Case cases[] = {
+      {0.4, 0.5, 800},     {0.00125, 0.5, 3},      {-0.00125, 0.5, -3},          {0.00124, 0.5, 2},
+      {-0.00124, 0.5, -2}, {0.0, 0.5, 0},          {1e300, 0.5, 2147483647},     {-1e300, 0.5, -2147483647 - 1},
+      {0.0, 0.0, 0},       {1.0, 0.0, 2147483647}, {kInfinity, 1.0, 2147483647},
+  };
+  for (const Case& c : cases) EXPECT_EQ(StepsInLength(c.lengthMM, c.spacingUM), c.steps) << c.lengthMM;
+}
+
+}  // namespace
+}  // namespace texturon

@@ -1,0 +1,90 @@
+#include "platform/platform.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <string>
+
+#include "support/scratch_folder.h"
+
+namespace texturon {
+namespace {
+
+namespace fs = std::filesystem;
+
+TEST(Platform, ReadsAFileWholeAndSaysWhyNot) {
+  const ScratchFolder folder;
+  const std::string bytes(200'000, '\0');
+  EXPECT_EQ(ReadWholeFile(folder.Write("zeros", bytes)).bytes, bytes);
+  EXPECT_TRUE(ReadWholeFile(folder.Write("empty", "")).ok());
+
+  const FileBytes missing = ReadWholeFile(folder / "none" / "deeper");
+  EXPECT_TRUE(missing.missing);
+  EXPECT_EQ(FileSentence("none", missing.reason), "none does not exist.");
+  const FileBytes directory = ReadWholeFile(folder.path());
+  EXPECT_FALSE(directory.missing);
+  EXPECT_EQ(directory.reason, "is a directory");
+}
+
+TEST(Platform, ReplacesAFileAndLeavesNothingBeside) {
+  const ScratchFolder folder;
+  const fs::path file = folder.Write("a.ini", "a long old content");
+  constexpr fs::perms kMode = fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read;
+  fs::permissions(file, kMode);
+  ASSERT_TRUE(ReplaceFile(file, "new").ok());
+  EXPECT_EQ(folder.Read("a.ini"), "new");
+  EXPECT_EQ(fs::status(file).permissions(), kMode);
+  ASSERT_TRUE(ReplaceFile(folder / "b.ini", "created").ok());
+  EXPECT_EQ(folder.Read("b.ini"), "created");
+  EXPECT_EQ(folder.FileCount(), 2U);
+}
+
+TEST(Platform, ReplacesTheTargetOfALink) {
+  const ScratchFolder folder;
+  folder.Write("target", "old");
+  fs::create_symlink("target", folder / "middle");
+  fs::create_symlink(folder / "middle", folder / "link");
+  ASSERT_TRUE(ReplaceFile(folder / "link", "new").ok());
+  EXPECT_TRUE(fs::is_symlink(folder / "link"));
+  EXPECT_TRUE(fs::is_symlink(folder / "middle"));
+  EXPECT_EQ(folder.Read("target"), "new");
+}
+
+TEST(Platform, RefusedReplacementsLeaveEverything) {
+  const ScratchFolder folder;
+  EXPECT_EQ(ReplaceFile(folder.path(), "x").reason, "is a directory");
+  EXPECT_FALSE(ReplaceFile(folder / "none" / "a.ini", "x").ok());
+  fs::create_symlink("loop", folder / "loop");
+  EXPECT_FALSE(ReplaceFile(folder / "loop", "x").ok());
+  EXPECT_EQ(folder.FileCount(), 1U);
+}
+
+TEST(Platform, SideFilesFollowNoLink) {
+  const ScratchFolder folder;
+  const fs::path target = folder.Write("target", "precious");
+  fs::create_symlink(target, folder / "link");
+  EXPECT_FALSE(WriteSideFile(folder / "link", "x").ok());
+  fs::create_hard_link(target, folder / "second name");
+  EXPECT_FALSE(WriteSideFile(folder / "second name", "x").ok());
+  EXPECT_FALSE(WriteSideFile(folder.path(), "x").ok());
+  EXPECT_EQ(folder.Read("target"), "precious");
+
+  ASSERT_TRUE(WriteSideFile(folder / "side", "a longer text").ok());
+  ASSERT_TRUE(WriteSideFile(folder / "side", "short").ok());
+  EXPECT_EQ(folder.Read("side"), "short");
+}
+
+TEST(Platform, PathsAndTextsKeepTheirLetters) {
+  EXPECT_EQ(TextFromPath(PathFromText("Me\xDFwerte/5 \xB5m.lmt")), "Me\xDFwerte/5 \xB5m.lmt");
+  EXPECT_EQ(PathFromSystemText("\xC2\xB5.lmt"), PathFromText("\xB5.lmt"));
+}
+
+TEST(Platform, EnvironmentKnowsWhereTheProgramLies) {
+  const Environment environment = SystemEnvironment();
+  EXPECT_TRUE(fs::exists(environment.programFolder / "core_test"));
+  EXPECT_TRUE(fs::is_directory(environment.temporaryFolder));
+  EXPECT_EQ(environment.workingFolder, fs::current_path());
+  EXPECT_GE(environment.localTime().tm_year, 124);
+}
+
+}  // namespace
+}  // namespace texturon

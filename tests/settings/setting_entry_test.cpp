@@ -1,0 +1,87 @@
+#include "settings/setting_entry.h"
+
+#include <gtest/gtest.h>
+#include <string>
+
+#include "base/number_text.h"
+#include "settings/cutoff_choices.h"
+
+namespace texturon {
+namespace {
+
+const SettingKey& Key(std::string_view section, std::string_view key) {
+  return *FindSetting(section, key)->key;
+}
+
+TEST(SettingEntry, RefusesWithTheReason) {
+  struct Case {
+    const char* section;
+    const char* key;
+    const char* text;
+    bool metric;
+    const char* fault;
+  };
+  const Case cases[] = {
+      {"ANALYSIS", "LcCutoffMM", "2.5", true, ""},
+      {"ANALYSIS", "LcCutoffMM", " 2.5 ", true, ""},
+      {"ANALYSIS", "LcCutoffMM", "", true, "\"\" is no number"},
+      {"ANALYSIS", "LcCutoffMM", "2,5", true, "\"2,5\" has a decimal comma, where numbers are written with a point"},
+      {"ANALYSIS", "LcCutoffMM", "0", true, "Must be above 0"},
+      {"ANALYSIS", "LcCutoffMM", "nan", true, "\"nan\" is no finite number"},
+      {"ANALYSIS", "PolynomialOrder", "101", true, "Must be from 0 to 100"},
+      {"ANALYSIS", "PolynomialOrder", "-1", true, "Must be from 0 to 100"},
+      {"ANALYSIS", "FixedRadiusMM", "0", true, "Must not be 0"},
+      {"ANALYSIS", "FixedRadiusMM", "-3", true, ""},
+      {"ANALYSIS", "UserLsCutoffMM", "-0.1", false, "Must not be below 0"},
+      {"RXQ_PARAMETERS", "LPLPercent", "100.1", true, "Must be from 0 to 100"},
+      {"PRIMARY_HTPS", "UpperPercent03", "-1", true, "Must be from 0 to 100"},
+      {"DISPLAY", "ExtremeSlopePlotDegrees", "0", true, "Must be above 0 and at most 90"},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(ReadEntry(Key(c.section, c.key), c.text, c.metric).fault, c.fault) << c.key << " " << c.text;
+  }
+}
+
+TEST(SettingEntry, InchesGoInAndComeBack) {
+  struct Case {
+    const char* key;
+    double value;
+    const char* text;
+    const char* unit;
+  };
+  for (const Case& c : {Case{"LcCutoffMM", 25.4, "1", "in"},
+                        {"RoughnessPcLevel", 0.0254, "1", "\xB5in"},
+                        {"LcCutoffMM", 0.8, "0.031496063", "in"},
+                        {"RcRzPercent", 10.0, "10", "%"}}) {
+    const SettingKey& key = Key("ANALYSIS", c.key);
+    EXPECT_EQ(EntryText(key, c.value, false), c.text);
+    EXPECT_EQ(EntryUnit(key, false), c.unit);
+    const EntryReading read = ReadEntry(key, c.text, false);
+    EXPECT_NEAR(std::get<double>(read.value), c.value, 1e-9) << c.key;
+    EXPECT_EQ(ShortestText(c.value), EntryText(key, c.value, true));
+  }
+}
+
+TEST(CutoffChoices, StandardAndOwn) {
+  AnalysisSettings settings;
+  const std::size_t own = StandardCutoffsMM(Cutoff::kLong).size();
+  EXPECT_EQ(StandardCutoffsMM(Cutoff::kLong)[ChosenCutoff(settings, Cutoff::kLong)], 0.8);
+  ChooseCutoff(settings, Cutoff::kLong, own);
+  settings.UserLcCutoffMM = 1.5;
+  FollowOwnCutoffs(settings);
+  EXPECT_EQ(settings.LcCutoffMM, 1.5);
+  EXPECT_EQ(settings.LsCutoffMM, 0.0025) << "a standard one stays";
+  EXPECT_EQ(ChosenCutoff(settings, Cutoff::kLong), own);
+  ChooseCutoff(settings, Cutoff::kLong, 0);
+  EXPECT_EQ(settings.LcCutoffMM, 0.08);
+  EXPECT_EQ(settings.UserLcCutoffMM, 1.5) << "kept for the next time";
+  ChooseCutoff(settings, Cutoff::kShort, 0);
+  EXPECT_EQ(settings.LsCutoffMM, 0.0);
+  settings.LcCutoffMM = 0.9;
+  EXPECT_EQ(ChosenCutoff(settings, Cutoff::kLong), own) << "called standard, but it is none";
+  SettleOwnCutoffs(settings);
+  EXPECT_EQ(settings.UserLcCutoffMM, 0.9);
+}
+
+}  // namespace
+}  // namespace texturon

@@ -1,0 +1,160 @@
+#include "settings/settings_file.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <random>
+#include <string>
+
+#include "support/recording_prompts.h"
+#include "support/scratch_folder.h"
+
+namespace texturon {
+namespace {
+
+namespace fs = std::filesystem;
+
+TEST(SettingsFile, SavesAndLoads) {
+  const ScratchFolder folder;
+  Settings settings;
+  settings.analysis.LcCutoffMM = 2.5;
+  settings.display.CompanyName = "M\xFCller";
+  folder.Write("a.ini", "; mine\r\n");
+  ASSERT_TRUE(SaveSettings(folder / "a.ini", settings).ok());
+  EXPECT_TRUE(folder.Read("a.ini").starts_with("; mine\r\n[TEXTURON]\r\n"));
+  RecordingPrompts prompts;
+  Settings loaded;
+  ASSERT_TRUE(LoadSettings(folder / "a.ini", loaded, prompts).ok());
+  loaded.analysis.C_CurvatureMM = settings.analysis.C_CurvatureMM;  // the two defaults with more than six decimals
+  loaded.analysis.E_ConicConstant = settings.analysis.E_ConicConstant;
+  EXPECT_EQ(loaded, settings);
+  EXPECT_TRUE(prompts.notices.empty());
+}
+
+TEST(SettingsFile, ReadsWideText) {
+  const ScratchFolder folder;
+  const std::string narrow = "[TEXTURON]\r\nIniVersion=2.00\r\n[DISPLAY]\r\nCompanyName=M\xFCller\r\n";
+  std::string littleEndian = "\xFF\xFE";
+  std::string bigEndian = "\xFE\xFF";
+  for (const char c : narrow) {
+    littleEndian += c;
+    littleEndian += '\0';
+    bigEndian += '\0';
+    bigEndian += c;
+  }
+  for (const std::string& bytes : {littleEndian, bigEndian}) {
+    RecordingPrompts prompts;
+    Settings settings;
+    EXPECT_TRUE(LoadSettings(folder.Write("wide.ini", bytes), settings, prompts).understoodAll);
+    EXPECT_EQ(settings.display.CompanyName, "M\xFCller");
+  }
+}
+
+TEST(SettingsFile, WhatCannotBeReadOrWritten) {
+  const ScratchFolder folder;
+  RecordingPrompts prompts;
+  Settings settings;
+  const SettingsFileResult missing = LoadSettings(folder / "none.ini", settings, prompts);
+  EXPECT_TRUE(missing.ok());
+  EXPECT_FALSE(missing.found);
+  EXPECT_EQ(LoadSettings(folder.path(), settings, prompts).reason, "is a directory");
+  EXPECT_EQ(SaveSettings(folder.path(), settings).reason, "is a directory");
+  EXPECT_FALSE(SaveSettings(folder / "no folder" / "a.ini", settings).ok());
+  EXPECT_EQ(folder.FileCount(), 0U);
+  EXPECT_EQ(settings, Settings());
+}
+
+constexpr std::string_view kOldFile =
+    "[TEXTURON]\r\n"
+    "IniVersion=1.5\r\n"
+    "; SelectionRef= of a comment\n"
+    "[PARAMETERS]\r\n"
+    "AvailableParameters=2\r\n"
+    "Name00=Ra\r\nSelectionRef=5\r\n"
+    "Name01=Rq\r\nSelectionRef=6 SelectionRef=\r\n"
+    "[ANALYSIS]\r\nLcCutoffMM=2.5";
+constexpr std::string_view kUpgradedFile =
+    "[TEXTURON]\r\n"
+    "IniVersion=2.00\r\n"
+    "; SelectionRef00= of a comment\n"
+    "[PARAMETERS]\r\n"
+    "AvailableParameters=2\r\n"
+    "Name00=Ra\r\nSelectionRef01=5\r\n"
+    "Name01=Rq\r\nSelectionRef02=6 SelectionRef=\r\n"
+    "[ANALYSIS]\r\nLcCutoffMM=2.5";
+
+TEST(SettingsFile, AnOldFileIsUpgradedOnTheDisk) {
+  const ScratchFolder folder;
+  const fs::path path = folder.Write("old.ini", kOldFile);
+  RecordingPrompts prompts;
+  Settings settings;
+  ASSERT_TRUE(LoadSettings(path, settings, prompts).ok());
+  EXPECT_EQ(folder.Read("old.ini"), kUpgradedFile);
+  ASSERT_EQ(settings.analysis.parameters.size(), 2U);
+  EXPECT_EQ(settings.analysis.parameters[1].selectionRef, 5);
+  EXPECT_EQ(settings.analysis.LcCutoffMM, 2.5);
+}
+
+TEST(SettingsFile, AnUpgradeKeepsEveryLineWhateverEndsIt) {
+  EXPECT_EQ(UpgradeSettingsText("[TEXTURON]\rIniVersion=1.5\r[ANALYSIS]\rLcCutoffMM=2.5\r"),
+            "[TEXTURON]\rIniVersion=2.00\r[ANALYSIS]\rLcCutoffMM=2.5\r");
+  EXPECT_EQ(UpgradeSettingsText("IniVersion\n\r\nSelectionRef=7\rSelectionRef=8"),
+            "IniVersion=2.00\n\r\nSelectionRef00=7\rSelectionRef01=8");
+  EXPECT_EQ(UpgradeSettingsText(""), "");
+}
+
+TEST(SettingsFile, NothingIsWrittenWhereTheTextStays) {
+  const ScratchFolder folder;
+  RecordingPrompts prompts;
+  Settings settings;
+  for (const std::string_view text : {"[ANALYSIS]\nLcCutoffMM=2.5", "[TEXTURON]\nIniVersion=1.999\nSelectionRef=1\n"}) {
+    const fs::path path = folder.Write("a.ini", text);
+    const fs::file_time_type past = fs::last_write_time(path) - std::chrono::hours(1);
+    fs::last_write_time(path, past);
+    ASSERT_TRUE(LoadSettings(path, settings, prompts).ok());
+    EXPECT_EQ(fs::last_write_time(path), past) << text;
+  }
+}
+
+// The folder's path is so long that the file in it can be opened but no file with a longer name can be made beside it.
+TEST(SettingsFile, AnOldFileThatCannotBeWrittenIsUpgradedInMemory) {
+  const ScratchFolder folder;
+  constexpr std::size_t kLongestPath = 4095;
+  fs::path deep = folder.path();
+  while (deep.native().size() + 210 < kLongestPath) {
+    deep /= std::string(200, 'd');
+    fs::create_directory(deep);
+  }
+  deep /= std::string(kLongestPath - deep.native().size() - 4, 'e');
+  fs::create_directory(deep);
+  const fs::path path = deep / "a";
+  ASSERT_TRUE(std::ofstream(path) << kOldFile);
+
+  RecordingPrompts prompts;
+  Settings settings;
+  ASSERT_TRUE(LoadSettings(path, settings, prompts).ok());
+  EXPECT_EQ(settings.analysis.parameters[1].selectionRef, 5);
+  ASSERT_EQ(prompts.notices.size(), 1U);
+  EXPECT_NE(prompts.notices[0].find("the name is too long"), std::string::npos) << prompts.notices[0];
+}
+
+TEST(SettingsFile, RubbishLeavesValidSettings) {
+  const ScratchFolder folder;
+  std::mt19937 random(5);
+  constexpr std::string_view kWords[] = {"[PARAMETERS]",        "[FREE_FORM]", "\n",          "=",
+                                         "AvailableParameters", "Name00",      "99999999999", "1e999",
+                                         "FreeFormPoints",      "\"",          "-",           "IniVersion",
+                                         "SelectionRef=",       "\r",          "A0",          "[ASPHERIC_PARAMETERS]"};
+  for (int i = 0; i < 300; ++i) {
+    std::string bytes;
+    for (int k = 0; k < 40; ++k) bytes += kWords[random() % std::size(kWords)];
+    bytes.push_back(static_cast<char>(random() & 0xFF));
+    RecordingPrompts prompts;
+    Settings settings;
+    ASSERT_TRUE(LoadSettings(folder.Write("rubbish.ini", bytes), settings, prompts).ok());
+    ASSERT_LE(settings.analysis.parameters.size(), kMostParameters);
+    ASSERT_LE(settings.analysis.freeFormPoints.size(), kMostFreeFormPoints);
+  }
+}
+
+}  // namespace
+}  // namespace texturon

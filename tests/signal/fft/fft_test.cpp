@@ -1,0 +1,107 @@
+#include "signal/fft/fft.h"
+
+#include <array>
+#include <gtest/gtest.h>
+#include <vector>
+
+#include "support/naive_transform.h"
+
+namespace texturon {
+namespace {
+
+TEST(Fft, AcceptsLengthsWithoutLongPrimes) {
+  for (const std::size_t n : {1U, 2U, 499U, 502U, 2994U, 249'001U, 750'000U}) EXPECT_TRUE(FftAcceptsLength(n)) << n;
+  for (const std::size_t n : {0U, 503U, 1006U, 1509U, 253'009U}) EXPECT_FALSE(FftAcceptsLength(n)) << n;
+
+  struct Case {
+    std::size_t n;
+    std::size_t largest;
+  };
+  for (const Case& c : {Case{503, 502}, {500, 500}, {1509, 1508}, {1019, 1017}, {5, 5}, {4, 0}, {0, 0}}) {
+    EXPECT_EQ(LargestFftLength(c.n), c.largest) << c.n;
+  }
+}
+
+TEST(Fft, RefusesAndLeavesTheOutputAlone) {
+  const Signal x = RandomSignal(503);
+  std::vector<double> re(503, 7.0);
+  std::vector<double> im(503, 7.0);
+  EXPECT_FALSE(Fft(x.re, x.im, re, im));
+  EXPECT_FALSE(InverseFft(x.re, x.im, re, im));
+  EXPECT_FALSE(FftPlan::Make(503).has_value());
+  EXPECT_EQ(re, std::vector<double>(503, 7.0));
+  EXPECT_EQ(im, std::vector<double>(503, 7.0));
+}
+
+TEST(Fft, MatchesTheDefinitionAtEveryShortLength) {
+  for (std::size_t n = 1; n <= 600; ++n) {
+    if (!FftAcceptsLength(n)) continue;
+    const Signal x = RandomSignal(n);
+    const Signal expected = NaiveTransform(x);
+    Signal y = x;
+    ASSERT_TRUE(Fft(x.re, x.im, y.re, y.im));
+    EXPECT_LT(RelativeRms(y, expected), AllowedLoss(n)) << n;
+    ASSERT_TRUE(InverseFft(y.re, y.im, y.re, y.im));  // in place
+    EXPECT_LT(RelativeRms(y, x), 2.0 * AllowedLoss(n)) << n;
+  }
+}
+
+// Smooth, odd, prime times little, two and three long primes (a convolution inside a longer bundle needs the third).
+constexpr std::array<std::size_t, 13> kLongLengths = {982,    1024,    2994,    5604,    7918,    8000,   65'536,
+                                                      99'225, 100'000, 249'001, 300'763, 498'002, 750'000};
+
+TEST(Fft, MatchesClosedFormsAtLongLengths) {
+  for (const std::size_t n : kLongLengths) {
+    const FftPlan plan = *FftPlan::Make(n);
+    Signal y{std::vector<double>(n), std::vector<double>(n)};
+
+    // Two harmonics of different size become two lines.
+    const std::size_t h = n / 3 + 1;
+    Signal x = Harmonic(n, h, 2.0);
+    const Signal second = Harmonic(n, n - 2, 0.5);
+    for (std::size_t j = 0; j < n; ++j) {
+      x.re[j] += second.re[j];
+      x.im[j] += second.im[j];
+    }
+    Signal lines{std::vector<double>(n), std::vector<double>(n)};
+    lines.re[h] = 2.0 * static_cast<double>(n);
+    lines.re[n - 2] = 0.5 * static_cast<double>(n);
+    plan.Forward(x.re, x.im, y.re, y.im);
+    EXPECT_LT(RelativeRms(y, lines), AllowedLoss(n)) << n;
+
+    // A pulse of 1 - i at sample j becomes a harmonic.
+    const std::size_t j = n / 5 * 2 + 1;
+    Signal pulse{std::vector<double>(n), std::vector<double>(n)};
+    pulse.re[j] = 1.0;
+    pulse.im[j] = -1.0;
+    Signal wave = Harmonic(n, n - j, 1.0);
+    for (std::size_t k = 0; k < n; ++k) {
+      const double re = wave.re[k];
+      wave.re[k] = re + wave.im[k];
+      wave.im[k] -= re;
+    }
+    plan.Forward(pulse.re, pulse.im, y.re, y.im);
+    EXPECT_LT(RelativeRms(y, wave), AllowedLoss(n)) << n;
+  }
+}
+
+TEST(Fft, ReturnsFromTheInverseAndKeepsTheEnergyAtLongLengths) {
+  for (const std::size_t n : kLongLengths) {
+    const FftPlan plan = *FftPlan::Make(n);
+    const Signal x = RandomSignal(n);
+    Signal y = x;
+    plan.Forward(y.re, y.im, y.re, y.im);  // in place
+    double before = 0.0;
+    double after = 0.0;
+    for (std::size_t i = 0; i < n; ++i) {
+      before += x.re[i] * x.re[i] + x.im[i] * x.im[i];
+      after += y.re[i] * y.re[i] + y.im[i] * y.im[i];
+    }
+    EXPECT_NEAR(after / before / static_cast<double>(n), 1.0, 1e-12) << n;
+    plan.Inverse(y.re, y.im, y.re, y.im);
+    EXPECT_LT(RelativeRms(y, x), 2.0 * AllowedLoss(n)) << n;
+  }
+}
+
+}  // namespace
+}  // namespace texturon

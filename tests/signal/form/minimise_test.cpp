@@ -1,0 +1,137 @@
+#include "signal/form/minimise.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+#include <limits>
+#include <vector>
+
+#include "support/near.h"
+
+namespace texturon {
+namespace {
+
+class RecordedProgress : public Progress {
+public:
+  explicit RecordedProgress(std::size_t mostAnswers = 1000) : mostAnswers_(mostAnswers) {}
+  bool Advance(int percent) override {
+    shown.push_back(percent);
+    return shown.size() < mostAnswers_;
+  }
+  std::vector<int> shown;
+
+private:
+  std::size_t mostAnswers_;
+};
+
+double Square(double x) {
+  return x * x;
+}
+double Valley(std::span<const double> p) {  // a bent, narrow valley with its minimum at (1, 1)
+  return 100.0 * Square(p[1] - p[0] * p[0]) + Square(1.0 - p[0]);
+}
+
+TEST(Minimise, FindsMinimaThatAreKnown) {
+  struct Case {
+    const char* name;
+    MeritFunction merit;
+    std::vector<double> start, minimum;
+    double tolerance, accuracy;
+  };
+  const Case cases[] = {
+      {"bowl",
+       [](auto p) { return 3.0 + Square(p[0] - 2.0) + 10.0 * Square(p[1] + 1.0); },
+       {0, 0},
+       {2, -1},
+       1e-6,
+       1e-3},
+      {"leaning bowl",
+       [](auto p) { return Square(p[0] + p[1] - 3.0) + 0.1 * Square(p[0] - p[1] - 1.0); },
+       {-5, 40},
+       {2, 1},
+       1e-6,
+       1e-6},
+      {"bent valley", Valley, {-1.2, 1}, {1, 1}, 1e-12, 1e-6},
+      {"four wells of a fourth power",
+       [](auto p) { return Square(Square(p[0] - 1e3)) + Square(p[1]); },
+       {0, 3},
+       {1000, 0},
+       1e-6,
+       1e-2},
+      {"kinked", [](auto p) { return std::abs(p[0] - 0.3) + 2.0 * std::abs(p[1]); }, {1, 1}, {0.3, 0}, 1e-6, 1e-3},
+      {"already there", [](auto p) { return Square(p[0]) + Square(p[1]); }, {0, 0}, {0, 0}, 1e-6, 0.0},
+  };
+  for (const Case& c : cases) {
+    std::vector<double> point = c.start;
+    RecordedProgress progress;
+    const auto result = Minimise(c.merit, point, std::vector<double>{0.1, 0.1}, c.tolerance, &progress);
+    EXPECT_EQ(result.stop, MinimiseStop::kConverged) << c.name;
+    EXPECT_GT(result.iterations, 0) << c.name;
+    EXPECT_TRUE(AllNear(point, c.minimum, c.accuracy)) << c.name;
+    EXPECT_EQ(result.merit, c.merit(point)) << c.name;
+    for (std::size_t i = 0; i < progress.shown.size(); ++i) {
+      EXPECT_GE(progress.shown[i], 0) << c.name;
+      EXPECT_LE(progress.shown[i], 100) << c.name;
+      EXPECT_TRUE(i == 0 || progress.shown[i] != progress.shown[i - 1]) << c.name << ": only when it changes";
+    }
+  }
+}
+
+TEST(Minimise, StopsForFourReasons) {
+  const std::vector<double> steps = {0.1, 0.1};
+  std::vector<double> point = {-1.2, 1.0};
+  RecordedProgress closedAtOnce(1);
+  EXPECT_EQ(Minimise(Valley, point, steps, 1e-6, &closedAtOnce).stop, MinimiseStop::kCancelled);
+  EXPECT_LT(Valley(point), Valley(std::vector<double>{-1.2, 1.0})) << "what was gained stays";
+
+  // A tolerance that nothing meets.
+  const auto aboveOne = [](std::span<const double> p) { return 1.0 + Valley(p); };
+  const auto endless = Minimise(aboveOne, point, steps, -1.0, nullptr);
+  EXPECT_EQ(endless.stop, MinimiseStop::kIterationLimit);
+  EXPECT_EQ(endless.iterations, kMinimiseIterationLimit);
+  EXPECT_FALSE(endless.Succeeded());
+
+  const auto undefined = [](std::span<const double>) { return std::numeric_limits<double>::quiet_NaN(); };
+  EXPECT_EQ(Minimise(undefined, point, steps, 1e-6, nullptr).stop, MinimiseStop::kNotFinite);
+}
+
+TEST(Minimise, CountsEveryEvaluation) {
+  int evaluations = 0;
+  std::vector<double> point = {-1.2, 1.0};
+  const auto counted = [&](std::span<const double> p) {
+    ++evaluations;
+    return Valley(p);
+  };
+  EXPECT_EQ(Minimise(counted, point, std::vector<double>{0.1, 0.1}, 1e-6, nullptr).evaluations, evaluations);
+}
+
+TEST(LineMinimise, MovesThePointAndScalesTheDirection) {
+  std::vector<double> point = {1.0, 2.0};
+  std::vector<double> direction = {0.5, -0.25};
+  const auto merit = [](std::span<const double> p) { return Square(p[0] - 4.0) + Square(p[1] - 0.5); };
+  const auto result = LineMinimise(merit, point, direction);
+  EXPECT_TRUE(Near(result.step, 6.0, 1e-6));
+  EXPECT_TRUE(AllNear(direction, std::vector<double>{3.0, -1.5}, 1e-6));
+  EXPECT_TRUE(AllNear(point, std::vector<double>{4.0, 0.5}, 1e-6));
+  EXPECT_FALSE(result.hitLimit);
+  const std::vector<double> before = direction;
+  LineMinimise([](std::span<const double>) { return 1.0; }, point, direction);
+  EXPECT_GT(std::abs(direction[0]), 0.0) << "a level merit does not wipe the direction out";
+}
+
+TEST(BrentMinimise, FindsTheMinimumOfABracketInEitherOrder) {
+  const auto merit = [](double x) { return std::cos(x) + 0.1 * x; };  // minimum where sin x = 0.1
+  const double expected = std::acos(-1.0) - std::asin(0.1);
+  for (const Bracket bracket : {Bracket{1.0, 3.0, 6.0}, Bracket{6.0, 3.0, 1.0}}) {
+    const auto result = BrentMinimise(merit, bracket, kLineTolerance);
+    EXPECT_TRUE(Near(result.step, expected, kLineTolerance));
+    EXPECT_EQ(result.merit, merit(result.step));
+    EXPECT_FALSE(result.hitLimit);
+  }
+  // A tolerance that cannot be met about 1e200, where the guard of 1e-10 is nothing.
+  const auto far = BrentMinimise([](double x) { return Square(x - 1e200 / 3.0); }, {0.0, 5e199, 1e200}, 0.0);
+  EXPECT_TRUE(far.hitLimit);
+  EXPECT_GE(far.evaluations, kBrentIterationLimit);
+}
+
+}  // namespace
+}  // namespace texturon

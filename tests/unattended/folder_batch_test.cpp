@@ -1,0 +1,229 @@
+#include "unattended/folder_batch.h"
+
+#include <atomic>
+#include <csignal>
+#include <gtest/gtest.h>
+#include <sstream>
+#include <string>
+#include <sys/resource.h>
+#include <vector>
+
+#include "platform/platform.h"
+#include "support/child_process.h"
+#include "support/near.h"
+#include "support/scratch_folder.h"
+#include "support/small_profiles.h"
+#include "unattended/folder_files.h"
+
+namespace texturon {
+namespace {
+
+/// A folder with files 000.lmt to 039.lmt, of which 007 is damaged and 013 too short.
+class FolderBatch : public ::testing::Test {
+protected:
+  static constexpr int kFiles = 40;
+
+  FolderBatch() : start_(MakeDocument()) {
+    std::filesystem::create_directory(folder_ / "in");
+    for (int i = 0; i < kFiles; ++i) {
+      const std::string name = "in/" + IntegerText(i, 3, '0') + ".lmt";
+      folder_.Write(name, i == 7 ? "damaged" : SmallProfile(i == 13 ? 20 : 400, 1.0 + 0.01 * i));
+    }
+    Settings settings = start_.settings;
+    settings.analysis.parameters = {{.name = "Pt", .tolerance = {.toleranced = true, .upperLimit = 1.2}},
+                                    {.name = "Ra"}};
+    settings.analysis.LsCutoffMM = 0.0;
+    settings.analysis.FormRemovalType = 0;
+    ApplySettings(start_, std::move(settings));
+    environment_.localTime = [] { return std::tm{.tm_mday = 1, .tm_year = 120}; };
+    options_.files = ListFolder(folder_ / "in", "*.lmt").files;
+    options_.parameterFile = folder_ / "rows.csv";
+    options_.failuresFile = folder_ / "failures.txt";
+  }
+
+  FolderBatchOutcome Run() { return RunFolderBatch(options_, {.start = start_}, environment_, observer_); }
+
+  /// Base names of the rows' sources, in order.
+  std::vector<std::string> Rows() const {
+    std::vector<std::string> names;
+    std::istringstream lines(folder_.Read("rows.csv"));
+    for (std::string line; std::getline(lines, line);) {
+      const std::size_t at = line.find(".lmt");
+      if (at != std::string::npos) names.push_back(line.substr(at - 3, 3));
+      EXPECT_TRUE(line.ends_with('\r'));
+    }
+    return names;
+  }
+
+  static std::vector<std::string> AllRows() {
+    std::vector<std::string> names;
+    for (int i = 0; i < kFiles; ++i) {
+      if (i != 7 && i != 13) names.push_back(IntegerText(i, 3, '0'));
+    }
+    return names;
+  }
+
+  static std::vector<std::string> FirstRows(std::size_t count) {
+    std::vector<std::string> names = AllRows();
+    names.resize(std::min(count, names.size()));
+    return names;
+  }
+
+  ScratchFolder folder_;
+  Document start_;
+  Environment environment_;
+  FolderBatchOptions options_;
+  FolderBatchObserver observer_;
+};
+
+TEST_F(FolderBatch, RowsStandInTheOrderOfTheFilesWhateverTheThreads) {
+  std::string former;
+  for (const int jobs : {1, 3, 8}) {
+    std::filesystem::remove(folder_ / "rows.csv");
+    std::filesystem::remove(folder_ / "failures.txt");
+    options_.jobs = jobs;
+    const FolderBatchOutcome outcome = Run();
+    EXPECT_TRUE(outcome.complete()) << outcome.reason;
+    EXPECT_EQ(Rows(), AllRows());
+    EXPECT_EQ(outcome.summary.analysed, kFiles - 2u);
+    EXPECT_EQ(outcome.summary.failed, 2u);
+    const std::string failures = folder_.Read("failures.txt");
+    EXPECT_LT(failures.find("007.lmt\t"), failures.find("013.lmt\t"));
+    EXPECT_EQ(std::count(failures.begin(), failures.end(), '\n'), 2);
+    if (!former.empty()) {
+      EXPECT_EQ(folder_.Read("rows.csv"), former);
+    }
+    former = folder_.Read("rows.csv");
+  }
+}
+
+TEST_F(FolderBatch, SummaryIsThatOfTheValues) {
+  const FolderBatchOutcome outcome = Run();
+  ASSERT_EQ(outcome.summary.columns.size(), 2u);
+  const ColumnSummary& pt = outcome.summary.columns[0];
+  // Heights 1.00, 1.01 ... 1.39 without 1.07 and 1.13; those above 1.2 are 1.21 to 1.39.
+  double sum = 0.0;
+  double squares = 0.0;
+  int count = 0;
+  for (int i = 0; i < kFiles; ++i) {
+    if (i == 7 || i == 13) continue;
+    const double value = 1.0 + 0.01 * i;
+    sum += value;
+    squares += value * value;
+    ++count;
+  }
+  EXPECT_EQ(pt.name, "Pt");
+  EXPECT_EQ(pt.count, 38u);
+  EXPECT_TRUE(Near(pt.mean, sum / count, 1e-12));
+  EXPECT_TRUE(Near(pt.StandardDeviation(), std::sqrt((squares - sum * sum / count) / (count - 1)), 1e-9));
+  EXPECT_TRUE(Near(pt.minimum, 1.0, 1e-12));
+  EXPECT_TRUE(Near(pt.maximum, 1.39, 1e-12));
+  EXPECT_EQ(pt.outOfTolerance, 19u);
+  EXPECT_TRUE(
+      SummaryCsv(outcome.summary).starts_with("\"Files\", 38\r\n\"Failed\", 2\r\n\r\n\"Parameter\", \"Count\", "));
+}
+
+TEST_F(FolderBatch, StoppedRunLeavesAWholeBeginningThatResumeCompletes) {
+  std::atomic<int> asked = 0;
+  observer_.stops = [&asked] { return ++asked > 30; };
+  options_.jobs = 3;
+  const FolderBatchOutcome stopped = Run();
+  ASSERT_FALSE(stopped.complete());
+  const std::vector<std::string> rows = Rows();
+  ASSERT_LT(rows.size(), AllRows().size());
+  EXPECT_EQ(rows, FirstRows(rows.size()));
+  // A torn last row, as a killed run may leave, is no row.
+  const std::string whole = folder_.Read("rows.csv");
+  folder_.Write("rows.csv",
+                whole + "\"01 Jan 2020 - 00:00:00  \", \"" + (folder_ / "in/039.lmt").string() + "    \", \"sm");
+  observer_.stops = {};
+  options_.resume = true;
+  const FolderBatchOutcome resumed = Run();
+  EXPECT_TRUE(resumed.complete()) << resumed.reason;
+  EXPECT_EQ(resumed.skipped, rows.size());
+  EXPECT_EQ(Rows(), AllRows());
+}
+
+TEST_F(FolderBatch, ResumeBeginsAnewWhereNotEvenTheHeaderIsWhole) {
+  EXPECT_TRUE(Run().complete());
+  const std::string whole = folder_.Read("rows.csv");
+  options_.resume = true;
+  for (const std::size_t left : {whole.find("Source"), whole.find("\r\n") + 8}) {
+    folder_.Write("rows.csv", whole.substr(0, left));
+    EXPECT_TRUE(Run().complete());
+    EXPECT_EQ(folder_.Read("rows.csv"), whole);
+  }
+}
+
+TEST_F(FolderBatch, AFailureIsOneLineWhateverTheName) {
+  options_.files = {folder_ / "in/lost\r\nand\tfound.lmt"};
+  EXPECT_EQ(Run().summary.failed, 1U);
+  const std::string failures = folder_.Read("failures.txt");
+  EXPECT_EQ(std::count(failures.begin(), failures.end(), '\n'), 1) << failures;
+}
+
+TEST_F(FolderBatch, TwoRunsAtOnceIntoOneFileLoseAndTearNothing) {
+  const auto work = [this] { return Run().complete() ? 0 : 1; };
+  options_.failuresFile.clear();
+  const pid_t first = StartChild(work);
+  const pid_t second = StartChild(work);
+  EXPECT_EQ(WaitForChild(first), 0);
+  EXPECT_EQ(WaitForChild(second), 0);
+  std::vector<std::string> rows = Rows();
+  std::sort(rows.begin(), rows.end());
+  std::vector<std::string> twice;
+  for (const std::string& row : AllRows()) twice.insert(twice.end(), {row, row});
+  EXPECT_EQ(rows, twice);
+  const std::string text = folder_.Read("rows.csv");
+  EXPECT_EQ(text.find("\"Time\""), text.rfind("\"Time\""));
+}
+
+TEST_F(FolderBatch, FullDiskStopsTheRunWithWholeRows) {
+  const pid_t child = StartChild([this] {
+    std::signal(SIGXFSZ, SIG_IGN);
+    constexpr rlim_t kLimit = 3000;
+    const rlimit limit{kLimit, kLimit};
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+    const FolderBatchOutcome outcome = Run();
+    return !outcome.complete() && outcome.reason.find("rows.csv") != std::string::npos && !outcome.next.empty() ? 0 : 1;
+  });
+  EXPECT_EQ(WaitForChild(child), 0);
+  const std::vector<std::string> rows = Rows();
+  EXPECT_GT(rows.size(), 2u);
+  EXPECT_EQ(rows, FirstRows(rows.size()));
+}
+
+TEST_F(FolderBatch, WritesTheProfilesOfEachFile) {
+  std::filesystem::create_directory(folder_ / "profiles");
+  options_.files.resize(2);
+  RunFolderBatch(options_, {.start = start_, .profilesTo = folder_ / "profiles"}, environment_, observer_);
+  for (const char* name : {"000.lmt.primary.csv", "000.lmt.waviness.csv", "001.lmt.roughness.csv"}) {
+    EXPECT_NE(folder_.Read(std::string("profiles/") + name).find("\"Number of Points\", "), std::string::npos) << name;
+  }
+}
+
+TEST(FolderFiles, MasksMatchAsUsersExpect) {
+  struct Case {
+    const char* name;
+    const char* mask;
+    bool matches;
+  };
+  const Case cases[] = {
+      {"a.prf", "*.PRF", true},
+      {"a.prf.tmp", "*.prf", false},
+      {"a", "*.*", true},
+      {"a", "*", true},
+      {"a1b.prf", "a?b.*", true},
+      {"ab.prf", "a?b.*", false},
+      {"aXbXc", "a*b*c", true},
+      {"aXbX", "a*b*c", false},
+      {"mississippi", "*iss*pi", true},
+      {"", "*", true},
+      {"a", "", false},
+      {"ab", "a", false},
+  };
+  for (const Case& c : cases) EXPECT_EQ(MatchesMask(c.name, c.mask), c.matches) << c.name << " " << c.mask;
+}
+
+}  // namespace
+}  // namespace texturon
