@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Reading a file and the whole of Compute, without the trace file but where it is named.
 
 #include <benchmark/benchmark.h>

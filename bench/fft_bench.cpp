@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Complex Fourier transforms of the lengths that matter, against FFTW 3 where it is installed (double precision,
 // interleaved, FFTW_ESTIMATE, plan made outside the timed loop). "Execute" reuses a plan, "Whole" makes one per call.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Forms that are positioned by the minimiser, over 200 000 points. The counters are the merits evaluated in each stage.
 
 #include <benchmark/benchmark.h>

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
 """Rows that NumPy and SciPy compute too, from the file to the figures, beside the console program on the same rows.
 
     bench/numpy_rows.py build/bench/src/app/texturon [other builds of it]

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // The parameter rows on a record of full size, by family, beside three std::sort of the same heights and ten passes.
 
 #include <algorithm>

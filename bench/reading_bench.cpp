@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Reading profile files of 750 000 heights inside the readers, from bytes in memory.
 
 #include <benchmark/benchmark.h>

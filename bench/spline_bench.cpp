@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Spline filters and forms over the longest record, and the five-band solver beside LAPACK's where that is installed.
 
 #include <benchmark/benchmark.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // What a user waits for at the screen: from start to a drawn sample, from opening to a drawn file, and a pan or zoom
 // over a record of 750 000 points. On a screen in memory unless QT_QPA_PLATFORM names another.
 

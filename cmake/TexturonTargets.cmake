@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # What every target of the project shares.
 
 set(CMAKE_CXX_STANDARD 20)

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Generates the sample profiles: make_samples FOLDER. The same numbers everywhere, from a fixed seed.
 
 #include <cmath>

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # Sourced by the other scripts: installs the Debian packages named, where they are missing.
 
 need_packages() {

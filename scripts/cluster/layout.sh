@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # Sourced by the scripts of this folder: where a run keeps what.
 #
 # WORK/parts/0000.list   files of a task, a path a line

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "analysis/captions.h"
 
 #include "base/number_text.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "analysis/curve_step.h"
 
 #include <algorithm>

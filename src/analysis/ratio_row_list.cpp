@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "analysis/ratio_row_list.h"
 
 #include "base/units.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "app/analysis_table.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "app/batch_progress.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #pragma once
 
 #include <cstdint>
@@ -7,7 +9,6 @@ namespace texturon {
 // Heights and the sample spacing are stored in micrometres, lengths of the settings in millimetres. Imperial units
 // exist only where something is shown or exported.
 inline constexpr double kMicroinchesPerMicrometre = 39.37007874015748;
-inline constexpr double kMicroinchesPerMillimetre = 39370.07874015748;
 inline constexpr double kInchesPerMillimetre = 0.03937007874015748;
 inline constexpr double kMillimetresPerInch = 25.4;
 inline constexpr double kMicrometresPerMicroinch = 0.0254;

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "export/curve_export.h"
 
 #include <initializer_list>

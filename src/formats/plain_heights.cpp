@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "formats/plain_heights.h"
 
 #include <algorithm>

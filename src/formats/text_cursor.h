@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #pragma once
 
 #include <cstddef>
@@ -15,7 +17,6 @@ public:
   explicit TextCursor(std::string_view text);
 
   bool AtEnd() const { return position_ >= text_.size(); }
-  std::size_t Position() const { return position_; }
   std::size_t Remaining() const { return text_.size() - position_; }
   /// Number of the line at the position, from 1.
   std::size_t Line() const;

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "parameters/parameter_profile.h"
 
 #include "parameters/peak_to_valley.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "parameters/spectral_moments.h"
 
 #include <array>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "presentation/curve_readouts.h"
 
 #include <algorithm>

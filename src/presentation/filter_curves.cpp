@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "presentation/filter_curves.h"
 
 #include <algorithm>

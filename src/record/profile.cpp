@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "record/profile.h"
 
 #include "base/number_text.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "settings/cutoff_choices.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "signal/sort_descending.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "unattended/command_line_run.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Curves that are made when somebody looks at them are those of a run that makes them all.
 
 #include "analysis/curve_step.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Regions as they are entered; how they resolve is in the tests of the pipeline.
 
 #include "analysis/region_choice.h"

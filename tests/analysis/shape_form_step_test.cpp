@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "analysis/shape_form_step.h"
 
 #include <cmath>

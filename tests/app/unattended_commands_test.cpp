@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // The commands export, batch and watch, and the rows that analyze adds, from the command line on.
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Byte-exact files of profiles, curves and aspheric tables.
 
 #include <gtest/gtest.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // The four formats that are written, and what is told of reading three of them.
 
 #include <gtest/gtest.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Whatever a file holds, every reader answers with a reason or a plausible profile, in bounded memory. Under the
 // sanitizers this also shows that none reads out of bounds.
 

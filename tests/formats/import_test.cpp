@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // The way from a file's name to its reader, and what the table of extensions says beyond the readers.
 
 #include "formats/import.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "formats/mod_writer.h"
 
 #include <gtest/gtest.h>

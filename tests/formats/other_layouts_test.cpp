@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Layouts of single instruments, and files of real ones.
 
 #include <cstdlib>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "formats/point_table.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // One program for every reader of the extension table: TEXTURON_FUZZ_READER names the one to run, "recognised" all
 // those without a routine. With TEXTURON_FUZZ_LIST set the program prints the names instead; with TEXTURON_FUZZ_SEEDS
 // it also writes the reader's samples into that folder first.

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Rules of the source tree that a compiler does not check.
 
 #include <algorithm>
@@ -85,6 +87,14 @@ TEST(House, EveryFloorIsATargetOfItsFolder) {
     const std::regex target("(texturon_floor|add_subdirectory)\\(" + floor + "[ )]");
     EXPECT_TRUE(kHeights.contains(floor)) << floor;
     EXPECT_TRUE(std::regex_search(list, target)) << floor;
+  }
+}
+
+TEST(House, EverySourceSaysItsLicence) {
+  for (const char* folder : {"src", "tests", "bench", "samples"}) {
+    for (const fs::path& path : SourcesBelow(folder)) {
+      EXPECT_TRUE(ReadAll(path).starts_with("// SPDX-License-Identifier: Apache-2.0\n")) << path;
+    }
   }
 }
 

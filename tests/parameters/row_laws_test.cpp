@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Laws that hold for every row: scales, directions, hostile profiles; and that each one is documented.
 
 #include <cmath>

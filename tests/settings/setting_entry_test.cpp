@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "settings/setting_entry.h"
 
 #include <gtest/gtest.h>

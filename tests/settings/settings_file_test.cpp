@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "settings/settings_file.h"
 
 #include <filesystem>

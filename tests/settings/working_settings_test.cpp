@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "settings/working_settings.h"
 
 #include <gtest/gtest.h>

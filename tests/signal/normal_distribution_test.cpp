@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "signal/normal_distribution.h"
 
 #include <cmath>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Runs the tests under the locale of the environment, as a desktop program would: nothing may depend on it.
 
 #include <clocale>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // The window and the console program give the same figures, to the last bit.
 
 #include <QDir>

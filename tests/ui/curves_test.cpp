@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // The panes of curves, looked at and moved in as a user does.
 
 #include <QComboBox>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // The File, Edit and Export menus, through the dialogs that they open.
 
 #include <QClipboard>

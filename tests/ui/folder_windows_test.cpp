@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Auto-loading and the batch of a folder, in the window.
 
 #include <QCheckBox>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Everything can be reached without a mouse.
 
 #include <QLabel>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // The main window on a screen in memory, driven by its menus.
 
 #include "ui/window/main_frame.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Pictures of the windows in several states, for a person to look at. What a program can see of them is tested too:
 // that they are drawn, and that none looks like another.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // The profile view, grabbed, zoomed and driven by keys.
 
 #include <QDialogButtonBox>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Long computations: what is shown, and that nothing gets between.
 
 #include <QDialogButtonBox>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // The dialogs that say what to compute over, and the switch for whole cut-offs.
 
 #include "ui/sheets/region_dialogs.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // The report and the commands that need no screen, through the program itself.
 
 #include <QProcess>

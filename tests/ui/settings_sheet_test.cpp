@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // The settings sheets, typed into and clicked as a user does.
 
 #include "ui/sheets/settings_sheet.h"

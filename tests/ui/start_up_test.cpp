@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // The desktop program as a process: who takes the file, what is kept.
 
 #include <QDir>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Whole files of the Rk and motif passes, on records whose profiles are known without a filter.
 
 #include <ctime>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "signal/envelope/column_envelope.h"
 
 #include <algorithm>

@@ -1,6 +1,7 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "signal/form/form_filter.h"
 
-#include <algorithm>
 #include <vector>
 
 #include "signal/filter/spline_filter.h"
@@ -24,8 +25,7 @@ std::optional<FilterFormFit> RemoveFormByFilter(const FormInput& input, double c
   }
   const double mean = Mean(output.residual);
   for (double& residual : output.residual) residual -= mean;
-  const auto [lowest, highest] = std::minmax_element(meanLine.begin(), meanLine.end());
-  return FilterFormFit{line->slope, line->interceptUM, *highest - *lowest, input.spacingUM};
+  return FilterFormFit{line->slope, line->interceptUM, input.spacingUM};
 }
 
 }  // namespace texturon

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #pragma once
 
 #include <optional>
@@ -9,7 +11,6 @@ namespace texturon {
 struct FilterFormFit {
   double slope = 0.0;        // of the line taken out first, um per um
   double interceptUM = 0.0;  // of that line, at the first point
-  double meanLinePeakToValleyUM = 0.0;
   double residualSpacingUM = 0.0;
 };
 

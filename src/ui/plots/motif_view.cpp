@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "ui/plots/motif_view.h"
 
 #include "base/units.h"

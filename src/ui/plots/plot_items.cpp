@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "ui/plots/plot_items.h"
 
 #include "base/units.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "ui/plots/probability_graph.h"
 
 #include "parameters/curves.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "ui/plots/texturon_brc_view.h"
 
 #include <algorithm>

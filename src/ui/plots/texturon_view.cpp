@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "ui/plots/texturon_view.h"
 
 #include <QEvent>
@@ -86,6 +88,8 @@ CTexturonView::CTexturonView(CTexturonDoc& doc, QWidget* parent)
     const double lower = whole.lower + value / kScrollSteps * whole.size();
     graph_->ScrollX({lower, lower + view.size()});
   });
+  // Not the view's own palette: the graph gets its own before or after that, as it comes.
+  graph_->installEventFilter(this);
   Update();
 }
 
@@ -98,21 +102,12 @@ void CTexturonView::SetShown(std::size_t curve, bool shown) {
   doc_.ReplaceDisplay(std::move(display));
 }
 
-bool CTexturonView::IsShown(std::size_t curve) const {
-  return ShownProfilesOf(doc_.document().settings.display)[curve];
-}
-
-void CTexturonView::changeEvent(QEvent* event) {
-  QWidget::changeEvent(event);
-  if (event->type() != QEvent::PaletteChange) return;
-  // The graph gets its palette after this.
-  QMetaObject::invokeMethod(
-      this,
-      [this] {
-        ApplyPalette(*graph_);
-        Update();
-      },
-      Qt::QueuedConnection);
+bool CTexturonView::eventFilter(QObject* /*watched*/, QEvent* event) {
+  if (event->type() == QEvent::PaletteChange) {
+    ApplyPalette(*graph_);
+    Update();
+  }
+  return false;
 }
 
 void CTexturonView::Update() {

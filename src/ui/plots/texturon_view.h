@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #pragma once
 
 #include <QLabel>
@@ -42,7 +44,6 @@ public:
 
   /// Shows or hides a curve, by its place in ShownProfiles.
   void SetShown(std::size_t curve, bool shown);
-  bool IsShown(std::size_t curve) const;
   CClickableProfileGraph& Graph() { return *graph_; }
   /// Ends of what is between the upright cursors, in mm from the first sample.
   std::pair<double, double> BetweenCursorsMM() const;
@@ -57,7 +58,7 @@ signals:
   void ReadoutChanged();
 
 protected:
-  void changeEvent(QEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
   /// Takes the curves anew; what is in view stays unless another record, unit or choice of profiles came.

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "ui/plots/transmission_inset.h"
 
 #include "base/units.h"

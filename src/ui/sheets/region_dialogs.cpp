@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "ui/sheets/region_dialogs.h"
 
 #include <QComboBox>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "ui/sheets/setting_rows_model.h"
 
 #include <QBrush>

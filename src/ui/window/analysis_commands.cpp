@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // The Analysis menu of the main window.
 
 #include <QMenuBar>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // The panes of curves in the main window, and their commands in its View menu.
 
 #include <QMenu>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // The Edit menu of the main window.
 
 #include <QApplication>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // The File menu of the main window, and files that come to it from outside.
 
 #include <QApplication>

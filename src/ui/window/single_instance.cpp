@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "ui/window/single_instance.h"
 
 #include <QCryptographicHash>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #pragma once
 
 #include <QObject>
@@ -113,9 +115,6 @@ private:
   }
   /// Changes what no result depends on and nobody takes back.
   void ChangeInPlace(const Step& step);
-  void Recompute() {
-    Change([](Document&) {});
-  }
   /// False where the copy is not to be used; a message has said why.
   bool Analyse(Document& copy, IfRefused ifRefused, Prompts& prompts);
   void GoTo(const EditState& state);

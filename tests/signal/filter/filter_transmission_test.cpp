@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // The transmissions against what the filters themselves leave of a sine.
 
 #include "signal/filter/filter_transmission.h"

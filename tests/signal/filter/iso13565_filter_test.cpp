@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "signal/filter/iso13565_filter.h"
 
 #include <gtest/gtest.h>
