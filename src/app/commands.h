@@ -25,6 +25,11 @@ struct ExportOptions {
   bool asMod = false;
 };
 
+struct ConvertOptions {
+  std::string input;
+  std::string output;
+};
+
 struct InspectOptions {
   std::vector<std::string> files;
   bool asJson = false;
@@ -53,9 +58,10 @@ struct SettingsOptions {
   std::string checkFile;  ///< empty: list every key
 };
 
-// The commands of the program. Each writes its result to standard output and returns the exit status.
+// The commands of the program; command_table lists them. Each writes its result to standard output and returns the
+// exit status.
 int RunAnalyze(const AnalyzeOptions& analyze, const CommonOptions& common);
-int RunConvert(const std::string& input, const std::string& output, const CommonOptions& common);
+int RunConvert(const ConvertOptions& convert, const CommonOptions& common);
 int RunBatch(const BatchOptions& options, const CommonOptions& common);
 int RunExport(const ExportOptions& options, const CommonOptions& common);
 /// The kinds of exports, separated by commas.

@@ -9,24 +9,24 @@
 
 namespace texturon {
 
-int RunConvert(const std::string& input, const std::string& output, const CommonOptions& common) {
+int RunConvert(const ConvertOptions& convert, const CommonOptions& common) {
   ConsolePrompts prompts({.answersYes = common.answer == "yes", .isQuiet = common.quiet});
   const auto setup = PrepareRun(common, prompts);
   if (!setup) return kExitRefused;
   Document document = setup->document;
-  prompts.BeginFile(input);
-  if (!LoadInto(document, input, *setup, prompts)) return kExitRefused;
+  prompts.BeginFile(convert.input);
+  if (!LoadInto(document, convert.input, *setup, prompts)) return kExitRefused;
   prompts.HoldMessages(true);
   const Environment environment = SystemEnvironment();
   const ProfileToWrite profile{.heightsUM = document.profiles.raw,
                                .spacingUM = document.profiles.spacingUM,
                                .identification = document.profiles.identification,
                                .savedAt = environment.localTime()};
-  std::filesystem::path path = PathFromSystemText(output);
+  std::filesystem::path path = PathFromSystemText(convert.output);
   const std::filesystem::path asked = path;
   const FileOutcome outcome = WriterFor(path).write(path, profile, prompts);
   if (!outcome.ok()) {
-    Complain(output + ": Could not write file. It " + outcome.reason + ".");
+    Complain(convert.output + ": Could not write file. It " + outcome.reason + ".");
     return kExitRefused;
   }
   if (!EqualIgnoringCase(TextFromPath(path), TextFromPath(asked))) prompts.Notice("written to " + TextFromPath(path));

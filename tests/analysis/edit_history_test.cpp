@@ -9,7 +9,7 @@ namespace {
 
 EditState Named(int number) {
   EditState state;
-  state.excludeFirst = number;
+  state.region.excludeFirst = number;
   return state;
 }
 
@@ -21,14 +21,14 @@ TEST(EditHistory, GoesBackAndForthAndForgetsTheFarPast) {
   for (int i = last - 1; i >= 10; --i) {
     ASSERT_TRUE(history.CanGoBack());
     present = history.GoBack(present);
-    EXPECT_EQ(present.excludeFirst, i);
+    EXPECT_EQ(present.region.excludeFirst, i);
   }
   EXPECT_FALSE(history.CanGoBack());
   present = history.GoForward(present);
-  EXPECT_EQ(present.excludeFirst, 11);
+  EXPECT_EQ(present.region.excludeFirst, 11);
   history.Note(present);
   EXPECT_FALSE(history.CanGoForward()) << "a new edit ends what could be made again";
-  EXPECT_EQ(history.GoBack(Named(99)).excludeFirst, 11);
+  EXPECT_EQ(history.GoBack(Named(99)).region.excludeFirst, 11);
 }
 
 TEST(EditHistory, LargeFreeFormsTakeNoMoreMemoryThanAgreed) {

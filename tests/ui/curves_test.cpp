@@ -34,7 +34,7 @@ protected:
   const Document& InForce() { return frame_->Doc().document(); }
   template <typename View>
   View& Show(CCurvePane::Curve curve) {
-    if (!InForce().settings.display.UpperIsSplit) Choose("Split &Upper Pane");
+    if (!InForce().settings.display.UpperIsSplit) Choose("splitUpperPane");
     frame_->UpperCurves().Choose(curve);
     QTest::qWait(20);
     return dynamic_cast<View&>(frame_->UpperCurves().View());
@@ -74,17 +74,17 @@ TEST_F(Curves, WhatIsHiddenIsNotMade) {
   EXPECT_FALSE(frame_->UpperCurves().isVisible() || frame_->LowerCurves().isVisible());
   EXPECT_TRUE(InForce().profiles.spectrum.amplitudeUM.empty());
   EXPECT_TRUE(InForce().results.primaryCurve.heightsUM.empty());
-  Choose("Split &Lower Pane");
+  Choose("splitLowerPane");
   EXPECT_TRUE(InForce().settings.display.LowerIsSplit);
   EXPECT_TRUE(frame_->LowerCurves().isVisible());
   EXPECT_FALSE(InForce().profiles.spectrum.amplitudeUM.empty());
   EXPECT_TRUE(InForce().results.primaryCurve.heightsUM.empty());
-  Choose("&Probability");
+  Choose("probabilityCurve");
   EXPECT_TRUE(frame_->UpperCurves().isVisible()) << "the command opens the pane";
   EXPECT_EQ(frame_->UpperCurves().Chosen(), CCurvePane::kProbability);
   EXPECT_FALSE(InForce().results.primaryCurve.heightsUM.empty());
-  Choose("Split &Upper Pane");
-  Choose("Split &Lower Pane");
+  Choose("splitUpperPane");
+  Choose("splitLowerPane");
   frame_->Doc().ComputeAll();
   EXPECT_TRUE(InForce().profiles.spectrum.amplitudeUM.empty());
   EXPECT_TRUE(InForce().results.roughnessCurve.heightsUM.empty());
@@ -93,7 +93,7 @@ TEST_F(Curves, WhatIsHiddenIsNotMade) {
 }
 
 TEST_F(Curves, ChoicesAndSizesAreKept) {
-  Choose("Split &Upper Pane");
+  Choose("splitUpperPane");
   frame_->UpperCurves().Choose(CCurvePane::kMotifs);
   auto& splitter = *frame_->findChild<QSplitter*>("upper");
   QTest::qWait(20);
@@ -112,7 +112,7 @@ TEST_F(Curves, ChoicesAndSizesAreKept) {
   frame_ = std::make_unique<CMainFrame>(Environment(), &prompts_);
   EXPECT_EQ(frame_->UpperCurves().Chosen(), CCurvePane::kMotifs);
   EXPECT_EQ(frame_->LowerCurves().Chosen(), CCurvePane::kSpectrum) << "the preset";
-  Choose("Split &Upper Pane");
+  Choose("splitUpperPane");
   frame_->show();
   QTest::qWait(20);
   EXPECT_NEAR(frame_->findChild<QSplitter*>("upper")->sizes()[0], after, 5);
@@ -145,13 +145,13 @@ TEST_F(Curves, BearingRatioIsReadWithGrabbedLines) {
         line->start->coords() == QPointF(0.0, core.upperLine) && line->end->coords() == QPointF(100.0, core.lowerLine);
   }
   EXPECT_TRUE(hasLine) << "the equivalent line";
-  Choose("&Rk Lines");
+  Choose("rkLines");
   EXPECT_TRUE(Labels(plot).isEmpty());
 }
 
 TEST_F(Curves, TheBearingViewDrawsWhatTheSettingsName) {
   auto& view = Show<CTexturonBRCView>(CCurvePane::kBearingRatio);
-  Choose("&Rk Lines");
+  Choose("rkLines");
   struct Case {
     std::int32_t type;
     const char* title;
@@ -261,7 +261,7 @@ TEST_F(Curves, ZoomStaysUntilAllIsAskedFor) {
   QTest::mouseDClick(&plot, Qt::LeftButton, {}, plot.axisRect()->center());
   EXPECT_EQ(plot.xAxis->range(), QCPRange(0.0, 100.0));
   QTest::keyClick(&plot, Qt::Key_Plus);
-  Choose("&Metric");
+  Choose("metric");
   EXPECT_EQ(plot.xAxis->range(), QCPRange(0.0, 100.0)) << "other units are another picture";
   EXPECT_TRUE(plot.yAxis->label().endsWith(FromText("\xB5in")));
 }

@@ -66,7 +66,7 @@ TEST_F(FileCommands, SaveChoosesTheWriterAndTheDocumentBecomesTheFile) {
         EXPECT_EQ(dialog.nameFilters().first(), "Lumetrace Files (*.lmt)");
         EXPECT_FALSE(dialog.testOption(QFileDialog::DontConfirmOverwrite));
       })});
-      Choose("&Save");
+      Choose("save");
     }
     const std::filesystem::path written = folder_ / c.written;
     EXPECT_EQ(document().profiles.sourcePath, TextFromPath(written)) << c.typed;
@@ -83,7 +83,7 @@ TEST_F(FileCommands, SaveAsksBeforeItReplacesAFileThatWasNotNamed) {
   folder_.Write("x.lmt", "another");
   {
     const DialogDriver driver({TypeName(FromPath(folder_ / "x.dat"))});
-    Choose("&Save");
+    Choose("save");
   }
   EXPECT_EQ(prompts_.questions.size(), 1u);
   EXPECT_EQ(folder_.Read("x.lmt"), "another");
@@ -97,8 +97,8 @@ TEST_F(FileCommands, TheNextDialogStartsWhereTheLastOneEnded) {
                                EXPECT_EQ(dialog.directory().absolutePath(), FromPath(folder_ / "deep"));
                                EXPECT_EQ(dialog.findChild<QLineEdit*>("fileNameEdit")->text(), "ground.pdf");
                              })});
-  Choose("&Save Settings");
-  Choose("Report as P&DF...");
+  Choose("saveSettings");
+  Choose("reportAsPDF");
   EXPECT_NE(folder_.Read("deep/s.ini").find("IniVersion=2.00"), std::string::npos);
   EXPECT_TRUE(folder_.Read("deep/r.pdf").starts_with("%PDF-"));
 }
@@ -109,9 +109,9 @@ TEST_F(FileCommands, ExportsGoByTheExtensionChosen) {
                              TypeName(FromPath(folder_ / "r"), [](const QFileDialog& dialog) {
                                EXPECT_EQ(dialog.nameFilters().size(), 2) << "roughness has no form data";
                              })});
-  Choose("Waviness Profile...");
-  Choose("Waviness Profile...");
-  Choose("Roughness Profile...");
+  Choose("export-waviness");
+  Choose("export-waviness");
+  Choose("export-roughness");
   EXPECT_TRUE(folder_.Read("w.csv").starts_with("\"File:\", "));
   EXPECT_TRUE(folder_.Read("w.MOD").starts_with("1 "));
   EXPECT_NE(folder_.Read("r.csv").find("\"Roughness Profile\""), std::string::npos);
@@ -120,15 +120,15 @@ TEST_F(FileCommands, ExportsGoByTheExtensionChosen) {
 TEST_F(FileCommands, AutoExportAddsARowAfterEveryLoad) {
   {
     const DialogDriver driver({[](QWidget& dialog) { dialog.close(); }, TypeName(FromPath(folder_ / "rows"))});
-    Choose("Auto Export");
+    Choose("autoExport");
     EXPECT_FALSE(document().settings.autoLoading.AutoExport) << "nowhere to write to";
-    Choose("Auto Export");
+    Choose("autoExport");
   }
   EXPECT_TRUE(document().settings.autoLoading.AutoExport);
   ASSERT_TRUE(frame_->OpenFile(Sample("ground.lmt")));
   ASSERT_TRUE(frame_->OpenFile(Sample("turned.lmt")));
   EXPECT_FALSE(frame_->OpenFile(folder_ / "none.lmt"));
-  Choose("Auto Export");
+  Choose("autoExport");
   ASSERT_TRUE(frame_->OpenFile(Sample("honed.lmt")));
   const std::string rows = folder_.Read("rows.csv");
   EXPECT_EQ(std::count(rows.begin(), rows.end(), '\n'), 4) << "two header lines, two rows";
@@ -160,24 +160,24 @@ TEST_F(FileCommands, EditsAreTakenBackAndMadeAgain) {
   settings.analysis.LcCutoffMM = 0.25;
   frame_->Doc().ReplaceSettings(settings);
   const EditState afterSettings = EditStateOf(document());
-  Choose("&Invert");
+  Choose("invert");
   frame_->Doc().ReplaceSettings(document().settings);
   frame_->Doc().ComputeOver(1.0, 3.0);
   prompts_.textAnswer = "renamed";
-  Choose("I&dentification...");
-  Choose("&Metric");
+  Choose("identification");
+  Choose("metric");
   const EditState end = EditStateOf(document());
   const QString endText = frame_->ParamView().Grid().AsText();
-  for (int i = 0; i < 3; ++i) Choose("&Undo");
+  for (int i = 0; i < 3; ++i) Choose("undo");
   EXPECT_EQ(EditStateOf(document()), afterSettings);
-  Choose("&Undo");
+  Choose("undo");
   EXPECT_EQ(EditStateOf(document()), start);
   EXPECT_FALSE(frame_->Doc().CanUndo()) << "what changed nothing and how it is shown are no edits";
   EXPECT_FALSE(document().settings.display.Metric);
-  Choose("&Metric");
+  Choose("metric");
   EXPECT_EQ(frame_->ParamView().Grid().AsText(), text) << "computed anew";
-  Choose("&Metric");
-  for (int i = 0; i < 4; ++i) Choose("&Redo");
+  Choose("metric");
+  for (int i = 0; i < 4; ++i) Choose("redo");
   EXPECT_EQ(EditStateOf(document()), end);
   EXPECT_EQ(frame_->ParamView().Grid().AsText(), endText);
   ASSERT_TRUE(frame_->OpenFile(Sample("turned.lmt")));
@@ -187,15 +187,15 @@ TEST_F(FileCommands, EditsAreTakenBackAndMadeAgain) {
 TEST_F(FileCommands, CopiesThePanesAsTheyAreSeenAndTheTable) {
   frame_->show();
   ASSERT_TRUE(frame_->OpenFile(Sample("ground.lmt")));
-  Choose("Copy &Display");
+  Choose("copyDisplay");
   const QImage alone = QApplication::clipboard()->image();
   const double ratio = frame_->devicePixelRatioF();
   EXPECT_EQ(alone.size(), (frame_->View().parentWidget()->size().toSizeF() * ratio).toSize());
-  Choose("&Spectrum");
+  Choose("spectrumCurve");
   QApplication::processEvents();
-  Choose("Copy &Display");
+  Choose("copyDisplay");
   EXPECT_NE(QApplication::clipboard()->image(), alone) << "with the pane that was opened";
-  Choose("Copy &Parameters");
+  Choose("copyParameters");
   EXPECT_EQ(QApplication::clipboard()->text(), frame_->ParamView().Grid().AsText());
 }
 
@@ -220,7 +220,7 @@ TEST_F(FileCommands, AFileWaitsForAnOpenDialog) {
       EXPECT_EQ(document().profiles.identification, "Ground; generated");
       dialog.close();
     }});
-    Choose("&Save");
+    Choose("save");
   }
   EXPECT_TRUE(QTest::qWaitFor([this] { return document().profiles.identification == "Turned; generated"; }));
 }
@@ -241,7 +241,7 @@ TEST_F(FileCommands, FailuresAreOneSentenceAndLeaveTheDocumentAlone) {
     DisplaySettings display = document().settings.display;
     display.ParameterFile = TextFromPath(path);
     frame_->Doc().ReplaceDisplay(display);
-    Choose("&Export Parameters");
+    Choose("exportParameters");
   };
   const Case cases[] = {
       {"empty", [&] { doc.Open(folder_.Write("empty.lmt", "")); }, "is empty"},
@@ -299,7 +299,7 @@ TEST_F(FileCommands, PreviewAndPageRangesHoldThePagesOfTheReport) {
     }
     dialog.close();
   }});
-  Choose("Print Pre&view...");
+  Choose("printPreview");
 }
 
 TEST_F(FileCommands, WhatIsSavedOpensAgain) {

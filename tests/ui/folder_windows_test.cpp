@@ -103,7 +103,7 @@ TEST_F(AutoLoading, LoadsShowsExportsHoldsAndDeletes) {
   EXPECT_TRUE(std::filesystem::exists(folder_ / "in/texturon-failed/short.lmt"));
   EXPECT_EQ(document().profiles.sourcePath, TextFromPath(folder_ / "in/z.lmt"));
   EXPECT_FALSE(document().quietMode) << "only while nobody watches";
-  Choose("&Auto-Loading");
+  Choose("autoLoading");
   folder_.Write("in/late.lmt", SmallProfile(400, 1.0));
   Poll();
   EXPECT_EQ(Rows(), 2);
@@ -120,7 +120,7 @@ TEST_F(AutoLoading, TheTimerDoesItAndWaitsForDialogs) {
       EXPECT_FALSE(frame_->Doc().HasProfile());
       dialog.close();
     }});
-    Choose("&Open...");
+    Choose("open");
   }
   EXPECT_TRUE(QTest::qWaitFor([this] { return frame_->Doc().HasProfile(); }, 10'000));
 }
@@ -169,7 +169,7 @@ TEST_F(AutoLoading, WhatCannotBeDoneIsSwitchedOffWithItsReason) {
 }
 
 TEST_F(AutoLoading, TheSheetTakesOnlyWhatCanBeDone) {
-  Choose("Auto-Loading Settin&gs...");
+  Choose("autoLoadingSettings");
   auto& sheet = *frame_->findChild<CAutoLoadingSheet*>();
   const auto click = [&sheet](const char* field) {
     sheet.findChild<CSettingField*>(field)->findChild<QCheckBox*>()->click();
@@ -196,7 +196,7 @@ protected:
       folder_.Write("in/" + IntegerText(i, 3, '0') + ".lmt",
                     i == 7 ? std::string("damaged") : SmallProfile(400, 1.0 + 0.01 * i));
     }
-    Choose("&Batch of a Folder...");
+    Choose("batchOfAFolder");
     window_ = frame_->findChild<CFolderBatchWindow*>();
     window_->ChooseFolder(folder_ / "in");
     Line("parameterFile").setText(FromPath(folder_ / "rows.csv"));

@@ -64,38 +64,34 @@ TEST_F(MainFrame, ShowsTheEnginesValuesOfEverySample) {
 }
 
 TEST_F(MainFrame, CommandsChangeTheDocument) {
-  for (QAction* const action : frame_->findChildren<QAction*>()) {
-    if (action->text() == "&Invert") {
-      EXPECT_FALSE(action->isEnabled()) << "there is nothing to invert yet";
-    }
-  }
+  EXPECT_FALSE(frame_->findChild<QAction*>("invert")->isEnabled()) << "there is nothing to invert yet";
   ASSERT_TRUE(frame_->OpenFile(Sample("ground.lmt")));
   const double first = frame_->Doc().document().profiles.raw.front();
-  Choose("&Invert");
+  Choose("invert");
   EXPECT_EQ(frame_->Doc().document().profiles.raw.front(), -first);
   prompts_.textAnswer = "new name";
-  Choose("I&dentification...");
+  Choose("identification");
   EXPECT_EQ(frame_->Doc().document().profiles.identification, "new name");
   EXPECT_EQ(prompts_.questions, std::vector<std::string>{"Enter the new identification:"});
-  Choose("&Metric");
+  Choose("metric");
   EXPECT_FALSE(frame_->Doc().document().settings.display.Metric);
   EXPECT_EQ(frame_->ParamView().Grid().item(1, 2)->text(), FromText("\xB5in"));
-  Choose("&Metric");
+  Choose("metric");
   frame_->View().Graph().xAxis->setRange(1.0, 3.0);
-  Choose("Compute on &Zoom");
+  Choose("computeOnZoom");
   EXPECT_EQ(frame_->Doc().document().profiles.computeRange.first, 2000);
   EXPECT_EQ(frame_->Doc().document().profiles.computeRange.last, 6000);
-  Choose("Compute &All");
+  Choose("computeAll");
   EXPECT_EQ(frame_->Doc().document().profiles.computeRange.count, 8000);
 }
 
 TEST_F(MainFrame, ProfilesAreShownAndHidden) {
   ASSERT_TRUE(frame_->OpenFile(Sample("ground.lmt")));
   EXPECT_EQ(frame_->View().Graph().graphCount(), 2);
-  Choose("Roughness Profile");
+  Choose("show5");
   EXPECT_EQ(frame_->View().Graph().graphCount(), 3);
   EXPECT_EQ(frame_->View().Graph().graph(2)->name(), "Roughness Profile");
-  Choose("Primary Profile");
+  Choose("show3");
   EXPECT_EQ(frame_->View().Graph().graphCount(), 2);
 }
 
@@ -134,7 +130,7 @@ TEST_F(MainFrame, SettingsComeFromAFileThatIsChosen) {
   ASSERT_TRUE(frame_->OpenFile(Sample("ground.lmt")));
   const std::filesystem::path file = folder.Write("s.ini", "[ANALYSIS]\nLcCutoffMM=0.25\n");
   const DialogDriver driver({TypeName(FromPath(file))});
-  Choose("&Load Settings");
+  Choose("loadSettings");
   EXPECT_EQ(frame_->Doc().document().settings.analysis.LcCutoffMM, 0.25);
   EXPECT_EQ(frame_->Doc().settingsFile(), file);
 }
@@ -142,10 +138,10 @@ TEST_F(MainFrame, SettingsComeFromAFileThatIsChosen) {
 TEST_F(MainFrame, SwitchesAndFetchesAndCloses) {
   ASSERT_TRUE(frame_->OpenFile(Sample("ground.lmt")));
   frame_->show();
-  Choose("Use all data for &Form Removal");
+  Choose("useAllDataForFormRemoval");
   EXPECT_TRUE(frame_->Doc().document().useAllDataForForm);
   frame_->View().Graph().SetUprightCursors(-7.0, 70.0);
-  Choose("&Fetch Cursors");
+  Choose("fetchCursors");
   const auto [first, second] = frame_->View().Graph().UprightCursors();
   EXPECT_TRUE(frame_->View().Graph().VisibleX().contains(first));
   EXPECT_TRUE(frame_->View().Graph().VisibleX().contains(second));
@@ -156,11 +152,11 @@ TEST_F(MainFrame, SwitchesAndFetchesAndCloses) {
                                  dialog.close();
                                },
                                [](QWidget& dialog) { dialog.close(); }});
-    Choose("&About");
-    Choose("&Keys and Mouse...");
+    Choose("about");
+    Choose("keysAndMouse");
   }
   EXPECT_TRUE(about.contains("Apache-2.0") && about.contains("GNU GPL version 3"));
-  Choose("E&xit");
+  Choose("exit");
   EXPECT_FALSE(frame_->isVisible());
 }
 
@@ -169,7 +165,7 @@ TEST_F(MainFrame, AParameterFileCanBeAnother) {
   ASSERT_TRUE(frame_->OpenFile(Sample("ground.lmt")));
   for (const char* const name : {"a.csv", "b.csv"}) {
     const DialogDriver driver({TypeName(FromPath(folder / name))});
-    Choose("Export Parameters &As...");
+    Choose("exportParametersAs");
     EXPECT_NE(folder.Read(name).find("Ground; generated"), std::string::npos);
     EXPECT_EQ(PathFromText(frame_->Doc().document().settings.display.ParameterFile), folder / name);
   }

@@ -41,7 +41,7 @@ TEST_F(ParamView, StandsInAnyNumberOfColumns) {
   QStringList names;
   for (const CGridCtrl::Record& record : Grid().Records()) names << record.cells[0];
   for (int columns = 1; columns <= 6; ++columns) {
-    Choose(QString("&%1").arg(columns));
+    Choose(QString("columns%1").arg(columns));
     EXPECT_EQ(frame_->Doc().document().settings.display.ParameterColumns, columns);
     EXPECT_EQ(Grid().rowCount(), (count + columns - 1) / columns);
     EXPECT_EQ(NamesInReadingOrder(), names) << columns;
@@ -52,7 +52,7 @@ TEST_F(ParamView, StandsInAnyNumberOfColumns) {
   frame_->Doc().ReplaceDisplay(display);
   EXPECT_EQ(Grid().rowCount(), count);
   // Three of them fit into the window.
-  Choose("&3");
+  Choose("columns3");
   EXPECT_LT(Grid().horizontalHeader()->length(), 1200);
 }
 
@@ -115,9 +115,9 @@ TEST_F(ParamView, BearingRatiosAreTitledAsChosen) {
     return QStringList{Grid().Records()[count - 2].cells[0], Grid().Records()[count - 1].cells[0]};
   };
   EXPECT_EQ(titles(), (QStringList{"Pmr 1", "Rmr 2"}));
-  Choose("&Primary as Tpa");
+  Choose("primaryAsTpa");
   EXPECT_EQ(titles(), (QStringList{"Tpa 1", "Rmr 2"}));
-  Choose("&Roughness as Tpi");
+  Choose("roughnessAsTpi");
   EXPECT_EQ(titles(), (QStringList{"Tpa 1", "Tpi 2"}));
 }
 

@@ -52,21 +52,21 @@ TEST_F(Pictures, OfTheMainWindow) {
   frame_->resize(1300, 850);
   frame_->show();
   Take(*frame_, "profiles");
-  Choose("Split &Upper Pane");
-  Choose("Split &Lower Pane");
-  Choose("&Y Cursors");
+  Choose("splitUpperPane");
+  Choose("splitLowerPane");
+  Choose("yCursors");
   Take(*frame_, "curves");
-  Choose("&Probability");
+  Choose("probabilityCurve");
   frame_->LowerCurves().Choose(CCurvePane::kMotifs);
   Take(*frame_, "curves-probability-motifs");
   frame_->LowerCurves().Choose(CCurvePane::kBearingRatio);
-  Choose("Split &Upper Pane");
-  Choose("Compute on &Zoom");
+  Choose("splitUpperPane");
+  Choose("computeOnZoom");
   frame_->View().Graph().SetUprightCursors(2.0, 3.0);
-  Choose("&Exclude Between Cursors");
+  Choose("excludeBetweenCursors");
   frame_->View().Graph().SetUprightCursors(1.0, 4.0);
-  Choose("Compute Between X &Cursors");
-  Choose("&Extreme Slopes");
+  Choose("computeBetweenXCursors");
+  Choose("extremeSlopes");
   Take(*frame_, "stretch");
 }
 
@@ -81,7 +81,7 @@ TEST_F(Pictures, OfAVerdictInADarkWindow) {
   dark.setColor(QPalette::Base, QColor(0x1E, 0x1E, 0x1E));
   dark.setColor(QPalette::AlternateBase, QColor(0x28, 0x28, 0x28));
   QApplication::setPalette(dark);
-  Choose("Split &Upper Pane");
+  Choose("splitUpperPane");
   ASSERT_TRUE(frame_->OpenFile(Sample("turned.lmt")));
   frame_->resize(1300, 850);
   frame_->show();
@@ -93,7 +93,7 @@ TEST_F(Pictures, OfTheSheets) {
   ASSERT_TRUE(frame_->Doc().LoadSettingsFile(Sample("asphere.ini")));
   ASSERT_TRUE(frame_->OpenFile(Sample("asphere.lmt")));
   frame_->show();
-  Choose("&Settings...");
+  Choose("settings");
   auto& sheet = *frame_->findChild<CSettingsSheet*>();
   for (int page = 0; page < sheet.Pages().count(); ++page) {
     sheet.Pages().setCurrentIndex(page);
@@ -105,7 +105,7 @@ TEST_F(Pictures, OfTheSheets) {
   QTest::keyClicks(&line, "7");
   Take(sheet, "settings-wrong-entry");
   sheet.reject();
-  Choose("&Bearing Ratios and Htp...");
+  Choose("bearingRatiosAndHtp");
   Take(*frame_->findChild<CBearingRatioSheet*>(), "bearing-ratios");
   CRegionDialog region(frame_->Doc().document(), frame_.get());
   region.show();
@@ -117,7 +117,7 @@ TEST_F(Pictures, OfTheSheets) {
 
 TEST_F(Pictures, OfABatch) {
   const ScratchFolder folder;
-  Choose("&Batch of a Folder...");
+  Choose("batchOfAFolder");
   auto& window = *frame_->findChild<CFolderBatchWindow*>();
   window.ChooseFolder(Sample(""));
   window.findChild<QLineEdit*>("mask")->setText("*.lmt");
@@ -134,7 +134,7 @@ TEST_F(Pictures, OfTheNominalShapes) {
     ASSERT_TRUE(frame_->Doc().LoadSettingsFile(Sample(settings)));
     ASSERT_TRUE(frame_->OpenFile(Sample(profile)));
     frame_->show();
-    Choose("&Settings...");
+    Choose("settings");
     auto& sheet = *frame_->findChild<CSettingsSheet*>();
     sheet.Pages().setCurrentIndex(page);
     auto* const shape = sheet.Pages().currentWidget()->findChild<CShapePage*>();
@@ -152,8 +152,8 @@ TEST_F(Pictures, OnDarkGround) {
   dark.setColor(QPalette::Text, Qt::white);
   QApplication::setPalette(dark);
   ASSERT_TRUE(frame_->OpenFile(Sample("honed.lmt")));
-  Choose("Split &Upper Pane");
-  Choose("Split &Lower Pane");
+  Choose("splitUpperPane");
+  Choose("splitLowerPane");
   frame_->UpperCurves().Choose(CCurvePane::kBearingRatio);
   frame_->LowerCurves().Choose(CCurvePane::kSpectrum);
   frame_->show();

@@ -58,35 +58,35 @@ TEST_F(ProfileView, CursorsAreGrabbedAndReadOut) {
       << readout->text().toStdString();
   EXPECT_TRUE(readout->text().contains("slope"));
   EXPECT_FALSE(readout->text().contains("dY"));
-  Choose("&Y Cursors");
+  Choose("yCursors");
   EXPECT_EQ(Doc().settings.display.CursorDisplayType, 3);
   EXPECT_TRUE(readout->text().contains("dY"));
   QTest::keyClick(&Graph(), Qt::Key_C);
   QTest::keyClick(&Graph(), Qt::Key_Right, Qt::ControlModifier);
   EXPECT_GT(Graph().UprightCursors().second, second) << "by keys";
-  Choose("&X Cursors");
-  Choose("&Y Cursors");
+  Choose("xCursors");
+  Choose("yCursors");
   EXPECT_EQ(readout->text(), "");
 }
 
 TEST_F(ProfileView, ComputesAndExcludesBetweenCursors) {
   Graph().SetUprightCursors(3.0, 1.0);
-  Choose("&Exclude Between Cursors");
+  Choose("excludeBetweenCursors");
   EXPECT_TRUE(Doc().excludeSet);
   EXPECT_EQ(Doc().excludeFirst, 2000);
   EXPECT_EQ(Doc().excludeLast, 6000);
-  Choose("Compute Between X &Cursors");
+  Choose("computeBetweenXCursors");
   EXPECT_EQ(Doc().profiles.computeRange.first, 2000);
   EXPECT_EQ(Doc().profiles.computeRange.last, 6000);
-  Choose("Compute &All");
+  Choose("computeAll");
   EXPECT_FALSE(Doc().excludeSet);
   // Cursors beyond the record.
   Graph().SetUprightCursors(-5.0, 50.0);
-  Choose("Compute Between X &Cursors");
+  Choose("computeBetweenXCursors");
   EXPECT_EQ(Doc().profiles.computeRange.count, 8000);
   // A stretch that is too short is refused, and what was computed stays.
   Graph().SetUprightCursors(1.0, 1.001);
-  Choose("Compute Between X &Cursors");
+  Choose("computeBetweenXCursors");
   EXPECT_EQ(prompts_.messages, std::vector<std::string>{"Insufficient data for region calculation."});
   EXPECT_EQ(Doc().profiles.computeRange.count, 8000);
 }
@@ -95,7 +95,7 @@ TEST_F(ProfileView, RefusesAnExclusionThatTheFormCannotHeed) {
   Settings settings = Doc().settings;
   settings.analysis.FormRemovalType = kFormFilter;
   frame_->Doc().ReplaceSettings(settings);
-  Choose("&Exclude Between Cursors");
+  Choose("excludeBetweenCursors");
   EXPECT_EQ(prompts_.messages, std::vector<std::string>{"Cannot exclude with filter-based form removal."});
   EXPECT_FALSE(Doc().excludeSet);
 }
@@ -108,19 +108,19 @@ TEST_F(ProfileView, ZoomsGoBackOneByOne) {
   EXPECT_NEAR(marked.upper, 2.0, 0.02);
   QTest::keyClick(&Graph(), Qt::Key_Plus);
   EXPECT_LT(Graph().VisibleX().size(), marked.size());
-  Choose("Zoom &Back");
+  Choose("zoomBack");
   EXPECT_EQ(Graph().VisibleX(), marked);
   QTest::keyClick(&Graph(), Qt::Key_Backspace);
   EXPECT_EQ(Graph().VisibleX(), all);
   QTest::keyClick(&Graph(), Qt::Key_Backspace);
   EXPECT_EQ(Graph().VisibleX(), all) << "there is nothing before";
-  Choose("Zoom &Forward");
+  Choose("zoomForward");
   EXPECT_EQ(Graph().VisibleX(), marked);
   QTest::keyClick(&Graph(), Qt::Key_Backspace);
   EXPECT_EQ(Graph().VisibleX(), all);
-  Choose("Zoom to Sampling &Length");
+  Choose("zoomToSamplingLength");
   EXPECT_NEAR(Graph().VisibleX().size(), 0.8, 1e-9);
-  Choose("Zoom &Forward");
+  Choose("zoomForward");
   EXPECT_NEAR(Graph().VisibleX().size(), 0.8, 1e-9) << "another zoom leaves nothing to come";
   QTest::keyClick(&Graph(), Qt::Key_Backspace);
   Drag(PointAt(1.0, 0.5), PointAt(2.0, -0.5), Qt::ShiftModifier);
@@ -145,7 +145,7 @@ TEST_F(ProfileView, ScalesFollowTheSettings) {
   EXPECT_EQ(ticker->tickOrigin(), -5.0);
   SetDisplay([](DisplaySettings& display) { display.Metric = false; });
   EXPECT_NEAR(Graph().yAxis->range().upper, 157.48, 0.01);
-  Choose("A&uto Scale");
+  Choose("autoScale");
   EXPECT_TRUE(Doc().settings.display.ProfileAutoScale);
   EXPECT_LT(Graph().yAxis->range().upper, 157.0);
 }
@@ -169,9 +169,9 @@ TEST_F(ProfileView, EqualScalesAreForProfilesWithForm) {
   frame_->resize(1200, 700);
   QTest::qWait(20);
   EXPECT_EQ(Graph().VisibleX(), zoomed) << "what is zoomed to stays";
-  Choose("Show &All");
+  Choose("showAll");
   EXPECT_NEAR(ratio(), 1.0, 1e-6);
-  Choose("1:1 Aspe&ct Ratio");
+  Choose("aspectRatio");
   EXPECT_FALSE(Doc().settings.display.Profile11AspectRatio);
   EXPECT_LT(ratio(), 0.5) << "without, it fills the height";
 }
@@ -219,7 +219,7 @@ TEST_F(ProfileView, ShowsTheFormAndSteepSlopes) {
   settings.analysis.FormRemovalType = kFormArc;
   settings.display.ProfileType = 0;
   frame_->Doc().ReplaceSettings(settings);
-  Choose("Removed F&orm");
+  Choose("show8");
   ASSERT_EQ(Graph().graphCount(), 2);
   EXPECT_TRUE(Graph().graph(1)->name().startsWith("Form: LS Arc   (Radius: 1"))
       << Graph().graph(1)->name().toStdString();
@@ -227,14 +227,14 @@ TEST_F(ProfileView, ShowsTheFormAndSteepSlopes) {
     const auto i = static_cast<std::size_t>(std::lround(point.key * 1000.0 / Doc().profiles.spacingUM));
     ASSERT_NEAR(point.value, Doc().profiles.raw[i], 5.0) << "the form lies along the record, at " << point.key;
   }
-  Choose("&Extreme Slopes");
+  Choose("extremeSlopes");
   ASSERT_EQ(Graph().graphCount(), 3);
   EXPECT_EQ(Graph().graph(2)->name(), QString::fromUtf8("Raw Data above 40.0\u00B0: 0.0 %"));
   SetDisplay([](DisplaySettings& display) { display.ExtremeSlopePlotDegrees = 5.0; });
   // An arc is steeper than an angle outside R sin(angle) from its apex.
   const double share = Graph().graph(2)->name().section(": ", 1).section(' ', 0, 0).toDouble();
   EXPECT_NEAR(share, 100.0 * (1.0 - 2.0 * 12.0 * std::sin(5.0 * 3.14159265 / 180.0) / 5.0), 3.0);
-  Choose("Removed F&orm");
+  Choose("show8");
   EXPECT_EQ(Graph().graphCount(), 2);
 }
 
@@ -246,12 +246,12 @@ TEST_F(ProfileView, SaysWhatItShows) {
   ASSERT_TRUE(frame_->Doc().LoadSettingsFile(file));
   EXPECT_TRUE(heading->Heading().contains("own.ini") && !heading->Heading().contains(FromPath(file)));
   EXPECT_TRUE(heading->Heading().contains("Spline Gaussian, Lc 0.2500 mm"));
-  Choose("Show Full &Ini Path");
+  Choose("showFullIniPath");
   EXPECT_TRUE(heading->Heading().contains(FromPath(file)));
   EXPECT_LT(frame_->minimumSizeHint().width(), 900) << "a long path does not widen the window";
   EXPECT_FALSE(Graph().xAxis->tickLabels());
   EXPECT_TRUE(Graph().xAxis->label().contains("per division"));
-  Choose("X Axis &Values");
+  Choose("xAxisValues");
   EXPECT_TRUE(Graph().xAxis->tickLabels());
   EXPECT_EQ(Graph().xAxis->label(), "X in mm");
   CTransmissionInset& transmission = frame_->View().Transmission();
@@ -260,12 +260,12 @@ TEST_F(ProfileView, SaysWhatItShows) {
   EXPECT_NEAR(transmission.graph(1)->dataMainValue(150) + transmission.graph(2)->dataMainValue(150),
               transmission.graph(0)->dataMainValue(150), 1e-9);
   EXPECT_FALSE(transmission.geometry().intersects(Graph().axisRect()->rect())) << "it hides nothing";
-  Choose("Filter &Transmission");
+  Choose("filterTransmission");
   EXPECT_FALSE(transmission.isVisible());
 }
 
 TEST_F(ProfileView, AsksForTheSteepAngle) {
-  Choose("&Extreme Slopes");
+  Choose("extremeSlopes");
   QTimer::singleShot(0, [] {
     auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
     auto* const line = dialog->findChild<QLineEdit*>();
@@ -277,7 +277,7 @@ TEST_F(ProfileView, AsksForTheSteepAngle) {
     QTest::keyClicks(line, "12");
     ok->click();
   });
-  Choose("Extreme Slope T&hreshold...");
+  Choose("extremeSlopeThreshold");
   EXPECT_EQ(Doc().settings.display.ExtremeSlopePlotDegrees, 12.0);
   EXPECT_TRUE(Graph().graph(2)->name().startsWith(QString::fromUtf8("Primary Profile above 12.0\u00B0: ")));
 }

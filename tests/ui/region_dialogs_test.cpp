@@ -48,7 +48,7 @@ protected:
 };
 
 TEST_F(Regions, AreEnteredByKindAndLength) {
-  ChooseAndAnswer("Compute over &Region...", "Profile Region", [](QDialog& dialog) {
+  ChooseAndAnswer("computeOverRegion", "Profile Region", [](QDialog& dialog) {
     auto* const mode = dialog.findChild<QComboBox*>("mode");
     const auto* const stretch = dialog.findChild<QLabel*>("stretch");
     EXPECT_EQ(stretch->text(), "0.0000 mm to 3.9995 mm: 3.9995 mm, 8000 points") << "the whole record at first";
@@ -66,27 +66,27 @@ TEST_F(Regions, AreEnteredByKindAndLength) {
   });
   EXPECT_EQ(Doc().profiles.computeRange, IndexRange::FromEnds(3000, 7000));
   // What was chosen is what the dialog starts with; leaving it changes nothing.
-  ChooseAndAnswer("Compute over &Region...", "Profile Region", [](QDialog& dialog) {
+  ChooseAndAnswer("computeOverRegion", "Profile Region", [](QDialog& dialog) {
     EXPECT_EQ(dialog.findChild<QComboBox*>("mode")->currentIndex(), kLengthUpToEndOffset);
     EXPECT_EQ(dialog.findChild<QLineEdit*>("length1")->text(), "0.5");
     Enter(dialog, "length2", "1");
   });
   EXPECT_EQ(Doc().profiles.computeRange.count, 4001);
   // In inches.
-  Choose("&Metric");
-  ChooseAndAnswer("Compute over &Region...", "Profile Region", [](QDialog& dialog) {
+  Choose("metric");
+  ChooseAndAnswer("computeOverRegion", "Profile Region", [](QDialog& dialog) {
     dialog.findChild<QComboBox*>("mode")->setCurrentIndex(kFromStart);
     Enter(dialog, "length0", "0.1");
     Ok(dialog).click();
   });
   EXPECT_EQ(Doc().profiles.computeRange, IndexRange::FromEnds(5080, 7999));
-  Choose("Compute &All");
+  Choose("computeAll");
   EXPECT_EQ(Doc().profiles.computeRange.count, 8000);
 }
 
 TEST_F(Regions, TheClearApertureIsForAspheres) {
   const auto opened = [&](const std::function<void(QDialog&)>& answer) {
-    ChooseAndAnswer("Compute over C&lear Aperture", "Clear Aperture Setting", answer);
+    ChooseAndAnswer("computeOverClearAperture", "Clear Aperture Setting", answer);
   };
   opened([](QDialog& dialog) { EXPECT_TRUE(dialog.findChild<QLabel*>("stretch")->text().contains("has no effect")); });
   ASSERT_TRUE(frame_->Doc().LoadSettingsFile(Sample("asphere.ini")));
@@ -108,13 +108,13 @@ TEST_F(Regions, TheClearApertureIsForAspheres) {
   const double spacingMM = Doc().profiles.spacingUM * 0.001;
   EXPECT_NEAR(Doc().profiles.computeRange.count * spacingMM, 4.0, 0.01);
   EXPECT_NEAR((Doc().excludeLast - Doc().excludeFirst) * spacingMM, 0.5, 0.01);
-  Choose("Compute &All");
+  Choose("computeAll");
   EXPECT_FALSE(Doc().settings.analysis.AsphereUseClearAperture);
   EXPECT_EQ(Doc().profiles.computeRange.count, Doc().profiles.pointCount);
 }
 
 TEST_F(Regions, WholeCutoffsAreASwitch) {
-  Choose("&Whole Number of Cut-offs");
+  Choose("wholeNumberOfCutoffs");
   // 4 mm hold 4 cut-offs of 0.8 mm between two discarded halves.
   EXPECT_EQ(Doc().profiles.computeRange.last, 8000 - 1);
   EXPECT_NEAR(Doc().profiles.evaluationRange.count * 0.0005, 3.2, 0.002);
@@ -123,20 +123,20 @@ TEST_F(Regions, WholeCutoffsAreASwitch) {
   frame_->Doc().ReplaceSettings(settings);
   EXPECT_EQ(Doc().profiles.computeRange.last, 7200) << "3 cut-offs and two halves";
   EXPECT_EQ(Doc().settings.analysis.UserDiscardType, kDiscardHalfCutoff);
-  Choose("&Whole Number of Cut-offs");
+  Choose("wholeNumberOfCutoffs");
   EXPECT_EQ(Doc().profiles.computeRange.count, 8000);
   EXPECT_EQ(Doc().settings.analysis.UserDiscardType, kDiscardNone) << "as it was before";
-  Choose("&Whole Number of Cut-offs");
+  Choose("wholeNumberOfCutoffs");
   settings = Doc().settings;
   settings.analysis.UserDiscardType = kDiscardCutoff;
   frame_->Doc().ReplaceSettings(settings);
   EXPECT_EQ(Doc().settings.analysis.UserDiscardType, kDiscardHalfCutoff);
-  Choose("&Whole Number of Cut-offs");
+  Choose("wholeNumberOfCutoffs");
   EXPECT_EQ(Doc().settings.analysis.UserDiscardType, kDiscardCutoff) << "as it was set meanwhile";
   settings.analysis.UserDiscardType = kDiscardNone;
   frame_->Doc().ReplaceSettings(settings);
-  Choose("&Whole Number of Cut-offs");
-  Choose("Compute &All");
+  Choose("wholeNumberOfCutoffs");
+  Choose("computeAll");
   EXPECT_FALSE(Doc().wholeCutoffLength);
   EXPECT_EQ(Doc().profiles.computeRange.count, 8000);
   EXPECT_EQ(Doc().settings.analysis.UserDiscardType, kDiscardNone);

@@ -37,7 +37,7 @@ protected:
     Choose(command);
     return *frame_->findChild<Sheet*>();
   }
-  CSettingsSheet& OpenSettings() { return Open<CSettingsSheet>("&Settings..."); }
+  CSettingsSheet& OpenSettings() { return Open<CSettingsSheet>("settings"); }
 
   static CSettingField& Field(QWidget& sheet, const QString& name) {
     auto* const field = sheet.findChild<CSettingField*>(name);
@@ -119,7 +119,7 @@ TEST_F(SettingsSheet, WrongEntriesAreMarkedAndLeaveTheSettings) {
 }
 
 TEST_F(SettingsSheet, ImperialEntriesAreConverted) {
-  Choose("&Metric");
+  Choose("metric");
   CSettingsSheet& sheet = OpenSettings();
   Type(sheet, "ANALYSIS.ClosingRadiusForWvoid", "20");
   Type(sheet, "ANALYSIS.FormFilterCutoffMM", "9");
@@ -154,7 +154,7 @@ TEST_F(SettingsSheet, ParametersAreSelectedOrderedAndToleranced) {
 }
 
 TEST_F(SettingsSheet, BearingRatioRowsAreEntries) {
-  auto& sheet = Open<CBearingRatioSheet>("&Bearing Ratios and Htp...");
+  auto& sheet = Open<CBearingRatioSheet>("bearingRatiosAndHtp");
   EXPECT_EQ(sheet.Pages().count(), 4);
   for (const char* name : {"PRIMARY_BEARING_RATIOS.PSelected00", "ROUGHNESS_BEARING_RATIOS.Selected09",
                            "PRIMARY_HTPS.Selected03", "ROUGHNESS_HTPS.Selected00"}) {
@@ -182,7 +182,7 @@ TEST_F(SettingsSheet, NothingIsOutOfReach) {
       "PrimaryAvailableBearingRatios", "RoughnessAvailableBearingRatios", "PrimaryAvailableHtps",
       "RoughnessAvailableHtps"};
   std::set<const SettingKey*> reached;
-  const QDialog* const sheets[] = {&OpenSettings(), &Open<CBearingRatioSheet>("&Bearing Ratios and Htp...")};
+  const QDialog* const sheets[] = {&OpenSettings(), &Open<CBearingRatioSheet>("bearingRatiosAndHtp")};
   for (const QDialog* const sheet : sheets) {
     for (const CSettingsPage* const page : sheet->findChildren<CSettingsPage*>()) {
       for (const SettingKey* const key : page->Keys()) reached.insert(key);
@@ -323,7 +323,7 @@ TEST_F(SettingsSheet, CancelTakesBackOnlyItsOwn) {
   CSettingsSheet& sheet = OpenSettings();
   Type(sheet, "ANALYSIS.SplineTension", "0.5");
   sheet.ApplyNow();
-  Choose("&Metric");
+  Choose("metric");
   ASSERT_TRUE(
       frame_->Doc().LoadSettingsFile(folder.Write("a.ini", "[ANALYSIS]\nLcCutoffMM=2.5\nStandardLcCutoff=1\n")));
   EXPECT_EQ(InForce().SplineTension, 0.5);
@@ -331,7 +331,7 @@ TEST_F(SettingsSheet, CancelTakesBackOnlyItsOwn) {
   EXPECT_EQ(InForce().SplineTension, 0.625242);
   EXPECT_EQ(InForce().LcCutoffMM, 2.5);
   EXPECT_FALSE(frame_->Doc().document().settings.display.Metric);
-  Choose("&Metric");
+  Choose("metric");
 }
 
 TEST_F(SettingsSheet, WhatIsEnteredIsOneEdit) {

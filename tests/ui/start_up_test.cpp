@@ -109,7 +109,7 @@ TEST_F(StartUp, StartsFromTheWorkingSettingsAndSavesThem) {
   Settings settings = frame_->Doc().document().settings;
   settings.analysis.LcCutoffMM = 2.5;
   frame_->Doc().ReplaceSettings(settings);
-  Choose("Save Settings as Defa&ult");
+  Choose("saveSettingsAsDefault");
   EXPECT_NE(folder_.Read("Texturon.ini").find("LcCutoffMM=2.500000"), std::string::npos);
 }
 

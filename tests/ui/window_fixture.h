@@ -67,15 +67,12 @@ protected:
     frame_ = std::make_unique<CMainFrame>(environment, &prompts_);
   }
 
-  /// Chooses the command with this text from whatever menu has it.
-  void Choose(const QString& text) {
-    for (QAction* const action : frame_->findChildren<QAction*>()) {
-      if (action->text() != text) continue;
-      EXPECT_TRUE(action->isEnabled()) << text.toStdString();
-      action->trigger();
-      return;
-    }
-    ADD_FAILURE() << "no command " << text.toStdString();
+  /// Chooses the command of this name from whatever menu has it.
+  void Choose(const QString& name) {
+    auto* const action = frame_->findChild<QAction*>(name);
+    ASSERT_NE(action, nullptr) << "no command " << name.toStdString();
+    EXPECT_TRUE(action->isEnabled()) << name.toStdString();
+    action->trigger();
   }
 
   ScriptedPrompts prompts_;

@@ -32,63 +32,112 @@ void CMainFrame::OnParameter(const QString& name) {
   findChild<CSettingsSheet*>()->ShowParameter(name);
 }
 
-void CMainFrame::MakeAnalysisMenu() {
-  QMenu* const menu = menuBar()->addMenu(tr("&Analysis"));
-  needProfile_ << AddCommand(*menu, tr("Compute &All"), QKeySequence(Qt::Key_F5), tr("Analyses the whole record."),
-                             [this] { doc_->ComputeAll(); });
-  needProfile_ << AddCommand(*menu, tr("Compute on &Zoom"), QKeySequence(Qt::Key_F6),
-                             tr("Analyses the stretch in view."), [this] {
-                               const QCPRange range = view_->Graph().VisibleX();
-                               const double toMM = doc_->document().settings.display.Metric ? 1.0 : kMillimetresPerInch;
-                               doc_->ComputeOver(std::max(range.lower, 0.0) * toMM, range.upper * toMM);
-                             });
-  needProfile_ << AddCommand(*menu, tr("Compute Between X &Cursors"), QKeySequence(Qt::Key_F7),
-                             tr("Analyses the stretch between the upright cursors."), [this] {
-                               const auto [first, last] = view_->BetweenCursorsMM();
-                               doc_->ComputeOver(std::max(first, 0.0), last);
-                             });
-  needProfile_ << AddCommand(*menu, tr("Compute over &Region..."), QKeySequence(Qt::SHIFT | Qt::Key_F7),
-                             tr("Analyses a stretch that is entered."), [this] {
-                               CRegionDialog dialog(doc_->document(), this);
-                               if (dialog.exec() == QDialog::Accepted) doc_->ComputeOver(dialog.Region());
-                             });
-  needProfile_ << AddCommand(*menu, tr("Compute over C&lear Aperture"), QKeySequence(Qt::SHIFT | Qt::Key_F6),
-                             tr("Analyses an asphere over its clear aperture."), [this] {
-                               CClearApertureDialog dialog(doc_->document(), this);
-                               if (dialog.exec() != QDialog::Accepted) return;
-                               const AnalysisSettings& chosen = dialog.Chosen();
-                               doc_->ComputeOverAperture(chosen.AsphereClearApertureDiameterMM,
-                                                         chosen.AsphereClearApertureCentralDiscardMM);
-                             });
+void CMainFrame::MakeStretchCommands(QMenu& menu) {
+  AddCommand(menu,
+             {.name = "computeAll",
+              .text = tr("Compute &All"),
+              .keys = QKeySequence(Qt::Key_F5),
+              .tip = tr("Analyses the whole record."),
+              .needsProfile = true},
+             [this] { doc_->ComputeAll(); });
+  AddCommand(menu,
+             {.name = "computeOnZoom",
+              .text = tr("Compute on &Zoom"),
+              .keys = QKeySequence(Qt::Key_F6),
+              .tip = tr("Analyses the stretch in view."),
+              .needsProfile = true},
+             [this] {
+               const QCPRange range = view_->Graph().VisibleX();
+               const double toMM = doc_->document().settings.display.Metric ? 1.0 : kMillimetresPerInch;
+               doc_->ComputeOver(std::max(range.lower, 0.0) * toMM, range.upper * toMM);
+             });
+  AddCommand(menu,
+             {.name = "computeBetweenXCursors",
+              .text = tr("Compute Between X &Cursors"),
+              .keys = QKeySequence(Qt::Key_F7),
+              .tip = tr("Analyses the stretch between the upright cursors."),
+              .needsProfile = true},
+             [this] {
+               const auto [first, last] = view_->BetweenCursorsMM();
+               doc_->ComputeOver(std::max(first, 0.0), last);
+             });
+  AddCommand(menu,
+             {.name = "computeOverRegion",
+              .text = tr("Compute over &Region..."),
+              .keys = QKeySequence(Qt::SHIFT | Qt::Key_F7),
+              .tip = tr("Analyses a stretch that is entered."),
+              .needsProfile = true},
+             [this] {
+               CRegionDialog dialog(doc_->document(), this);
+               if (dialog.exec() == QDialog::Accepted) doc_->ComputeOver(dialog.Region());
+             });
+  AddCommand(menu,
+             {.name = "computeOverClearAperture",
+              .text = tr("Compute over C&lear Aperture"),
+              .keys = QKeySequence(Qt::SHIFT | Qt::Key_F6),
+              .tip = tr("Analyses an asphere over its clear aperture."),
+              .needsProfile = true},
+             [this] {
+               CClearApertureDialog dialog(doc_->document(), this);
+               if (dialog.exec() != QDialog::Accepted) return;
+               const AnalysisSettings& chosen = dialog.Chosen();
+               doc_->ComputeOverAperture(chosen.AsphereClearApertureDiameterMM,
+                                         chosen.AsphereClearApertureCentralDiscardMM);
+             });
   AddSwitch(
-      *menu, tr("&Whole Number of Cut-offs"),
-      tr("Makes the evaluation length a whole number of cut-offs; sets region and end discard for it."),
+      menu,
+      {.name = "wholeNumberOfCutoffs",
+       .text = tr("&Whole Number of Cut-offs"),
+       .tip = tr("Makes the evaluation length a whole number of cut-offs; sets region and end discard for it.")},
       [](const Document& document) { return document.wholeCutoffLength; },
       [this](bool on) { doc_->UseWholeCutoffs(on); });
+}
+
+void CMainFrame::MakeAnalysisMenu() {
+  QMenu* const menu = menuBar()->addMenu(tr("&Analysis"));
+  MakeStretchCommands(*menu);
   menu->addSeparator();
-  needProfile_ << AddCommand(*menu, tr("&Exclude Between Cursors"), QKeySequence(Qt::Key_F8),
-                             tr("Excludes the cursor region from form removal."), [this] {
-                               const auto [first, last] = view_->BetweenCursorsMM();
-                               doc_->ExcludeBetween(first, last);
-                             });
+  AddCommand(*menu,
+             {.name = "excludeBetweenCursors",
+              .text = tr("&Exclude Between Cursors"),
+              .keys = QKeySequence(Qt::Key_F8),
+              .tip = tr("Excludes the cursor region from form removal."),
+              .needsProfile = true},
+             [this] {
+               const auto [first, last] = view_->BetweenCursorsMM();
+               doc_->ExcludeBetween(first, last);
+             });
   AddSwitch(
-      *menu, tr("Use all data for &Form Removal"), {},
+      *menu, {.name = "useAllDataForFormRemoval", .text = tr("Use all data for &Form Removal")},
       [](const Document& document) { return document.useAllDataForForm; },
       [this](bool on) { doc_->UseAllDataForForm(on); });
   menu->addSeparator();
-  AddCommand(*menu, tr("&Settings..."), QKeySequence(Qt::CTRL | Qt::Key_T),
-             tr("Form, filters, parameters and everything else that the analysis goes by."),
+  AddCommand(*menu,
+             {.name = "settings",
+              .text = tr("&Settings..."),
+              .keys = QKeySequence(Qt::CTRL | Qt::Key_T),
+              .tip = tr("Form, filters, parameters and everything else that the analysis goes by.")},
              [this] { ShowSheet<CSettingsSheet>(); });
-  AddCommand(*menu, tr("&Bearing Ratios and Htp..."), {}, tr("Rows of material ratios and of heights between them."),
+  AddCommand(*menu,
+             {.name = "bearingRatiosAndHtp",
+              .text = tr("&Bearing Ratios and Htp..."),
+              .tip = tr("Rows of material ratios and of heights between them.")},
              [this] { ShowSheet<CBearingRatioSheet>(); });
   menu->addSeparator();
-  needProfile_ << AddCommand(*menu, tr("&Invert"), {}, tr("Turns the profile upside down."),
-                             [this] { doc_->Invert(); });
-  needProfile_ << AddCommand(*menu, tr("I&dentification..."), {}, tr("Names the measurement."), [this] {
-    const auto text =
-        doc_->prompts().AskText("Enter the new identification:", doc_->document().profiles.identification);
-    if (text) doc_->SetIdentification(*text);
-  });
+  AddCommand(
+      *menu,
+      {.name = "invert", .text = tr("&Invert"), .tip = tr("Turns the profile upside down."), .needsProfile = true},
+      [this] { doc_->Invert(); });
+  AddCommand(*menu,
+             {.name = "identification",
+              .text = tr("I&dentification..."),
+              .tip = tr("Names the measurement."),
+              .needsProfile = true},
+             [this] {
+               const auto text =
+                   doc_->prompts().AskText("Enter the new identification:", doc_->document().profiles.identification);
+               if (text) doc_->SetIdentification(*text);
+             });
 }
 
 }  // namespace texturon

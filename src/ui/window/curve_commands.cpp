@@ -5,6 +5,7 @@
 #include <QMenu>
 #include <QSettings>
 #include <QSplitter>
+#include <tuple>
 
 #include "ui/plots/curve_pane.h"
 #include "ui/plots/texturon_view.h"
@@ -51,25 +52,32 @@ void CMainFrame::MakePanes() {
 }
 
 void CMainFrame::AddCurveCommands(QMenu& menu) {
-  AddDisplaySwitch(menu, tr("Split &Upper Pane"), &DisplaySettings::UpperIsSplit,
-                   tr("A curve beside the profile, or none."));
-  menu.actions().last()->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_B));
-  AddDisplaySwitch(menu, tr("Split &Lower Pane"), &DisplaySettings::LowerIsSplit,
-                   tr("A curve beside the parameters, or none."));
-  menu.actions().last()->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_B));
+  AddDisplaySwitch(menu,
+                   {.name = "splitUpperPane",
+                    .text = tr("Split &Upper Pane"),
+                    .keys = QKeySequence(Qt::CTRL | Qt::Key_B),
+                    .tip = tr("A curve beside the profile, or none.")},
+                   &DisplaySettings::UpperIsSplit);
+  AddDisplaySwitch(menu,
+                   {.name = "splitLowerPane",
+                    .text = tr("Split &Lower Pane"),
+                    .keys = QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_B),
+                    .tip = tr("A curve beside the parameters, or none.")},
+                   &DisplaySettings::LowerIsSplit);
   QMenu* const curves = menu.addMenu(tr("Cur&ve Beside the Profile"));
-  const std::pair<QString, CCurvePane::Curve> choices[] = {
-      {tr("&Bearing Ratio and Amplitudes"), CCurvePane::kBearingRatio},
-      {tr("&Probability"), CCurvePane::kProbability},
-      {tr("&Spectrum"), CCurvePane::kSpectrum},
-      {tr("&Motifs"), CCurvePane::kMotifs}};
-  for (const auto& [title, curve] : choices) {
-    AddCommand(*curves, title, {}, tr("Shows this curve beside the profile."), [this, curve = curve] {
-      upperCurves_->Choose(curve);
-      DisplaySettings display = doc_->document().settings.display;
-      display.UpperIsSplit = true;
-      doc_->ReplaceDisplay(std::move(display));
-    });
+  const std::tuple<const char*, QString, CCurvePane::Curve> choices[] = {
+      {"bearingRatioCurve", tr("&Bearing Ratio and Amplitudes"), CCurvePane::kBearingRatio},
+      {"probabilityCurve", tr("&Probability"), CCurvePane::kProbability},
+      {"spectrumCurve", tr("&Spectrum"), CCurvePane::kSpectrum},
+      {"motifCurve", tr("&Motifs"), CCurvePane::kMotifs}};
+  for (const auto& [name, title, curve] : choices) {
+    AddCommand(*curves, {.name = name, .text = title, .tip = tr("Shows this curve beside the profile.")},
+               [this, curve = curve] {
+                 upperCurves_->Choose(curve);
+                 DisplaySettings display = doc_->document().settings.display;
+                 display.UpperIsSplit = true;
+                 doc_->ReplaceDisplay(std::move(display));
+               });
   }
 }
 

@@ -16,9 +16,17 @@ namespace texturon {
 
 void CMainFrame::MakeEditMenu() {
   QMenu* const menu = menuBar()->addMenu(tr("&Edit"));
-  QAction* const undo = AddCommand(*menu, tr("&Undo"), QKeySequence::Undo,
-                                   tr("Takes back the last change of the analysis."), [this] { doc_->Undo(); });
-  QAction* const redo = AddCommand(*menu, tr("&Redo"), QKeySequence::Redo, tr("Makes the change that was taken back."),
+  QAction* const undo = AddCommand(*menu,
+                                   {.name = "undo",
+                                    .text = tr("&Undo"),
+                                    .keys = QKeySequence::Undo,
+                                    .tip = tr("Takes back the last change of the analysis.")},
+                                   [this] { doc_->Undo(); });
+  QAction* const redo = AddCommand(*menu,
+                                   {.name = "redo",
+                                    .text = tr("&Redo"),
+                                    .keys = QKeySequence::Redo,
+                                    .tip = tr("Makes the change that was taken back.")},
                                    [this] { doc_->Redo(); });
   const auto follow = [this, undo, redo] {
     undo->setEnabled(doc_->CanUndo());
@@ -27,16 +35,26 @@ void CMainFrame::MakeEditMenu() {
   connect(doc_, &CTexturonDoc::Changed, undo, follow);
   follow();
   menu->addSeparator();
-  needProfile_ << AddCommand(*menu, tr("Copy &Display"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_C),
-                             tr("Puts a picture of the profiles and curves on the clipboard."), [this] {
-                               QApplication::clipboard()->setPixmap(view_->parentWidget()->grab());
-                               statusBar()->showMessage(tr("The picture is on the clipboard."), 5'000);
-                             });
-  needProfile_ << AddCommand(*menu, tr("Copy &Parameters"), QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_C),
-                             tr("Puts the table of the parameters on the clipboard, as text."), [this] {
-                               QApplication::clipboard()->setText(paramView_->Grid().AsText());
-                               statusBar()->showMessage(tr("The table is on the clipboard."), 5'000);
-                             });
+  AddCommand(*menu,
+             {.name = "copyDisplay",
+              .text = tr("Copy &Display"),
+              .keys = QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_C),
+              .tip = tr("Puts a picture of the profiles and curves on the clipboard."),
+              .needsProfile = true},
+             [this] {
+               QApplication::clipboard()->setPixmap(view_->parentWidget()->grab());
+               statusBar()->showMessage(tr("The picture is on the clipboard."), 5'000);
+             });
+  AddCommand(*menu,
+             {.name = "copyParameters",
+              .text = tr("Copy &Parameters"),
+              .keys = QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_C),
+              .tip = tr("Puts the table of the parameters on the clipboard, as text."),
+              .needsProfile = true},
+             [this] {
+               QApplication::clipboard()->setText(paramView_->Grid().AsText());
+               statusBar()->showMessage(tr("The table is on the clipboard."), 5'000);
+             });
 }
 
 }  // namespace texturon

@@ -23,20 +23,36 @@ constexpr const char* kCsvOrModFilters =
 
 void CMainFrame::MakeExportMenu() {
   QMenu* const menu = menuBar()->addMenu(tr("E&xport"));
-  needProfile_ << AddCommand(*menu, tr("&Export Parameters"), QKeySequence(Qt::CTRL | Qt::Key_E),
-                             tr("Adds a row to the parameter file."), [this] { OnExportParameters(false); });
-  needProfile_ << AddCommand(*menu, tr("Export Parameters &As..."), {}, tr("Adds a row to another parameter file."),
-                             [this] { OnExportParameters(true); });
+  AddCommand(*menu,
+             {.name = "exportParameters",
+              .text = tr("&Export Parameters"),
+              .keys = QKeySequence(Qt::CTRL | Qt::Key_E),
+              .tip = tr("Adds a row to the parameter file."),
+              .needsProfile = true},
+             [this] { OnExportParameters(false); });
+  AddCommand(*menu,
+             {.name = "exportParametersAs",
+              .text = tr("Export Parameters &As..."),
+              .tip = tr("Adds a row to another parameter file."),
+              .needsProfile = true},
+             [this] { OnExportParameters(true); });
   AddSwitch(
-      *menu, tr("Auto Export"), tr("Adds a row to the parameter file after every load."),
+      *menu,
+      {.name = "autoExport",
+       .text = tr("Auto Export"),
+       .tip = tr("Adds a row to the parameter file after every load.")},
       [](const Document& document) { return document.settings.autoLoading.AutoExport; },
       [this](bool on) { OnAutoExport(on); });
   menu->addSeparator();
   QMenu* const profiles = menu->addMenu(tr("Export &Profiles"));
   QMenu* const curves = menu->addMenu(tr("Export &Curves"));
   for (const ExportKind& kind : ExportKinds()) {
-    needProfile_ << AddCommand(kind.isProfile ? *profiles : *curves, FromText(kind.menu) + "...", {},
-                               tr("Writes it to a file."), [this, &kind] { OnExport(kind); });
+    AddCommand(kind.isProfile ? *profiles : *curves,
+               {.name = "export-" + FromText(kind.name),
+                .text = FromText(kind.menu) + "...",
+                .tip = tr("Writes it to a file."),
+                .needsProfile = true},
+               [this, &kind] { OnExport(kind); });
   }
 }
 

@@ -40,53 +40,88 @@ constexpr const char* kSettingsFilters = "Initialization Files (*.ini)|*.ini|All
 
 void CMainFrame::MakeFileMenu() {
   QMenu* const menu = menuBar()->addMenu(tr("&File"));
-  AddCommand(*menu, tr("&Open..."), QKeySequence::Open, tr("Opens a profile."), [this] { OnOpen(); });
+  AddCommand(*menu, {.name = "open", .text = tr("&Open..."), .keys = QKeySequence::Open, .tip = tr("Opens a profile.")},
+             [this] { OnOpen(); });
   recentMenu_ = menu->addMenu(tr("Recent &Files"));
   connect(recentMenu_, &QMenu::aboutToShow, this, &CMainFrame::ShowRecentFiles);
-  needProfile_ << AddCommand(*menu, tr("&Save"), QKeySequence::Save, tr("Writes the measured profile to a file."),
-                             [this] { OnSave(); });
+  AddCommand(*menu,
+             {.name = "save",
+              .text = tr("&Save"),
+              .keys = QKeySequence::Save,
+              .tip = tr("Writes the measured profile to a file."),
+              .needsProfile = true},
+             [this] { OnSave(); });
   menu->addSeparator();
-  AddCommand(*menu, tr("&Load Settings"), {}, tr("Loads settings from an existing file."), [this] {
-    const auto file = AskFileToOpen(this, {.title = tr("Load Settings"), .filters = kSettingsFilters});
-    if (file) doc_->LoadSettingsFile(*file);
-  });
-  AddCommand(*menu, tr("&Save Settings"), {}, tr("Saves the current configuration to a file."), [this] {
-    const auto file =
-        AskFileToSave(this, {.title = tr("Save Settings"), .filters = kSettingsFilters, .extension = "ini"});
-    if (file) doc_->SaveSettingsFile(*file);
-  });
-  saveDefaults_ = AddCommand(*menu, tr("Save Settings as Defa&ult"), {}, tr("The program starts with these settings."),
+  AddCommand(*menu,
+             {.name = "loadSettings", .text = tr("&Load Settings"), .tip = tr("Loads settings from an existing file.")},
+             [this] {
+               const auto file = AskFileToOpen(this, {.title = tr("Load Settings"), .filters = kSettingsFilters});
+               if (file) doc_->LoadSettingsFile(*file);
+             });
+  AddCommand(
+      *menu,
+      {.name = "saveSettings", .text = tr("&Save Settings"), .tip = tr("Saves the current configuration to a file.")},
+      [this] {
+        const auto file =
+            AskFileToSave(this, {.title = tr("Save Settings"), .filters = kSettingsFilters, .extension = "ini"});
+        if (file) doc_->SaveSettingsFile(*file);
+      });
+  saveDefaults_ = AddCommand(*menu,
+                             {.name = "saveSettingsAsDefault",
+                              .text = tr("Save Settings as Defa&ult"),
+                              .tip = tr("The program starts with these settings.")},
                              [this] { OnSaveDefaults(); });
   saveDefaults_->setEnabled(false);
   menu->addSeparator();
   MakeFolderCommands(*menu);
   menu->addSeparator();
-  needProfile_ << AddCommand(*menu, tr("Report as P&DF..."), {}, tr("Writes the report to a file."),
-                             [this] { OnReport(); });
-  needProfile_ << AddCommand(*menu, tr("Print Pre&view..."), {}, tr("Shows the report as it would be printed."),
-                             [this] { OnPrint(true); });
-  needProfile_ << AddCommand(*menu, tr("&Print..."), QKeySequence::Print, tr("Prints the report."),
-                             [this] { OnPrint(false); });
+  AddCommand(*menu,
+             {.name = "reportAsPDF",
+              .text = tr("Report as P&DF..."),
+              .tip = tr("Writes the report to a file."),
+              .needsProfile = true},
+             [this] { OnReport(); });
+  AddCommand(*menu,
+             {.name = "printPreview",
+              .text = tr("Print Pre&view..."),
+              .tip = tr("Shows the report as it would be printed."),
+              .needsProfile = true},
+             [this] { OnPrint(true); });
+  AddCommand(*menu,
+             {.name = "print",
+              .text = tr("&Print..."),
+              .keys = QKeySequence::Print,
+              .tip = tr("Prints the report."),
+              .needsProfile = true},
+             [this] { OnPrint(false); });
   menu->addSeparator();
-  AddCommand(*menu, tr("E&xit"), QKeySequence::Quit, tr("Ends the program."), [this] { close(); });
+  AddCommand(*menu, {.name = "exit", .text = tr("E&xit"), .keys = QKeySequence::Quit, .tip = tr("Ends the program.")},
+             [this] { close(); });
 }
 
 void CMainFrame::MakeFolderCommands(QMenu& menu) {
   AddSwitch(
-      menu, tr("&Auto-Loading"), tr("Loads files as they appear in a folder."),
+      menu, {.name = "autoLoading", .text = tr("&Auto-Loading"), .tip = tr("Loads files as they appear in a folder.")},
       [](const Document& document) { return document.settings.autoLoading.IsAutoLoading; },
       [this](bool on) {
         AutoLoadingSettings settings = doc_->document().settings.autoLoading;
         settings.IsAutoLoading = on;
         doc_->ReplaceAutoLoading(std::move(settings));
       });
-  AddCommand(menu, tr("Auto-Loading Settin&gs..."), {}, tr("Which folder, and what becomes of the files."), [this] {
-    auto* sheet = findChild<CAutoLoadingSheet*>();
-    if (sheet == nullptr) sheet = new CAutoLoadingSheet(*doc_, this);
-    sheet->show();
-    sheet->activateWindow();
-  });
-  AddCommand(menu, tr("&Batch of a Folder..."), {}, tr("Analyses all files of a folder."), [this] { OnBatch({}); });
+  AddCommand(menu,
+             {.name = "autoLoadingSettings",
+              .text = tr("Auto-Loading Settin&gs..."),
+              .tip = tr("Which folder, and what becomes of the files.")},
+             [this] {
+               auto* sheet = findChild<CAutoLoadingSheet*>();
+               if (sheet == nullptr) sheet = new CAutoLoadingSheet(*doc_, this);
+               sheet->show();
+               sheet->activateWindow();
+             });
+  AddCommand(
+      menu,
+      {.name = "batchOfAFolder", .text = tr("&Batch of a Folder..."), .tip = tr("Analyses all files of a folder.")},
+      [this] { OnBatch({}); });
 }
 
 void CMainFrame::OnBatch(const std::filesystem::path& folder) {

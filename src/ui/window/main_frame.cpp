@@ -10,7 +10,6 @@
 #include <QMimeData>
 #include <QStatusBar>
 #include <QToolBar>
-#include <algorithm>
 #include <utility>
 
 #include "settings/working_settings.h"
@@ -24,33 +23,33 @@
 namespace texturon {
 namespace {
 
-/// A button of the tool bar, for the command of a menu with this text; none: a line between two groups.
+/// A button of the tool bar, for the command of this name; none: a line between two groups.
 struct ToolButton {
   const char* command;
   CommandIcon icon = CommandIcon::kProgram;
 };
 
 constexpr ToolButton kToolButtons[] = {
-    {"&Open...", CommandIcon::kOpen},
-    {"&Save", CommandIcon::kSave},
-    {"Report as P&DF...", CommandIcon::kReport},
-    {"&Export Parameters", CommandIcon::kParameters},
+    {"open", CommandIcon::kOpen},
+    {"save", CommandIcon::kSave},
+    {"reportAsPDF", CommandIcon::kReport},
+    {"exportParameters", CommandIcon::kParameters},
     {nullptr},
-    {"&Undo", CommandIcon::kUndo},
-    {"&Redo", CommandIcon::kRedo},
+    {"undo", CommandIcon::kUndo},
+    {"redo", CommandIcon::kRedo},
     {nullptr},
-    {"Compute &All", CommandIcon::kComputeAll},
-    {"Compute on &Zoom", CommandIcon::kComputeZoom},
-    {"Compute Between X &Cursors", CommandIcon::kComputeCursors},
-    {"&Settings...", CommandIcon::kSettings},
+    {"computeAll", CommandIcon::kComputeAll},
+    {"computeOnZoom", CommandIcon::kComputeZoom},
+    {"computeBetweenXCursors", CommandIcon::kComputeCursors},
+    {"settings", CommandIcon::kSettings},
     {nullptr},
-    {"Show &All", CommandIcon::kShowAll},
-    {"Zoom &Back", CommandIcon::kZoomBack},
-    {"&X Cursors", CommandIcon::kUprightCursors},
-    {"&Y Cursors", CommandIcon::kLevelCursors},
+    {"showAll", CommandIcon::kShowAll},
+    {"zoomBack", CommandIcon::kZoomBack},
+    {"xCursors", CommandIcon::kUprightCursors},
+    {"yCursors", CommandIcon::kLevelCursors},
     {nullptr},
-    {"Split &Upper Pane", CommandIcon::kCurves},
-    {"Split &Lower Pane", CommandIcon::kSpectrum},
+    {"splitUpperPane", CommandIcon::kCurves},
+    {"splitLowerPane", CommandIcon::kSpectrum},
 };
 
 }  // namespace
@@ -99,30 +98,36 @@ CMainFrame::CMainFrame(Environment environment, Prompts* prompts) {
 
 CMainFrame::~CMainFrame() = default;
 
-QAction* CMainFrame::AddCommand(QMenu& menu, const QString& text, const QKeySequence& keys, const QString& tip,
-                                const std::function<void()>& run) {
-  QAction* const action = menu.addAction(text);
-  action->setShortcut(keys);
-  action->setStatusTip(tip);
+QAction* CMainFrame::AddAction(QMenu& menu, const Command& command) {
+  QAction* const action = menu.addAction(command.text);
+  action->setObjectName(command.name);
+  action->setShortcut(command.keys);
+  action->setStatusTip(command.tip);
+  if (command.needsProfile) needProfile_ << action;
+  return action;
+}
+
+QAction* CMainFrame::AddCommand(QMenu& menu, const Command& command, const std::function<void()>& run) {
+  QAction* const action = AddAction(menu, command);
   connect(action, &QAction::triggered, this, [run] { run(); });
   return action;
 }
 
-void CMainFrame::AddSwitch(QMenu& menu, const QString& text, const QString& tip,
-                           const std::function<bool(const Document&)>& isOn, const std::function<void(bool)>& turn) {
-  QAction* const action = menu.addAction(text);
+QAction* CMainFrame::AddSwitch(QMenu& menu, const Command& command, const std::function<bool(const Document&)>& isOn,
+                               const std::function<void(bool)>& turn) {
+  QAction* const action = AddAction(menu, command);
   action->setCheckable(true);
-  action->setStatusTip(tip);
   action->setChecked(isOn(doc_->document()));
   connect(action, &QAction::toggled, this, [this, isOn, turn](bool on) {
     if (isOn(doc_->document()) != on) turn(on);
   });
   connect(doc_, &CTexturonDoc::Changed, action, [this, action, isOn] { action->setChecked(isOn(doc_->document())); });
+  return action;
 }
 
-void CMainFrame::AddDisplaySwitch(QMenu& menu, const QString& text, bool DisplaySettings::*field, const QString& tip) {
+void CMainFrame::AddDisplaySwitch(QMenu& menu, const Command& command, bool DisplaySettings::*field) {
   AddSwitch(
-      menu, text, tip, [field](const Document& document) { return document.settings.display.*field; },
+      menu, command, [field](const Document& document) { return document.settings.display.*field; },
       [this, field](bool on) {
         DisplaySettings display = doc_->document().settings.display;
         display.*field = on;
@@ -133,17 +138,14 @@ void CMainFrame::AddDisplaySwitch(QMenu& menu, const QString& text, bool Display
 void CMainFrame::FillToolBar() {
   QToolBar* const bar = addToolBar(tr("Commands"));
   bar->setObjectName("commands");
-  const QList<QAction*> commands = findChildren<QAction*>();
   for (const ToolButton& button : kToolButtons) {
     if (button.command == nullptr) {
       bar->addSeparator();
       continue;
     }
-    const auto named = [&](const QAction* action) { return action->text() == tr(button.command); };
-    const auto found = std::find_if(commands.begin(), commands.end(), named);
-    Q_ASSERT(found != commands.end());
-    if (found == commands.end()) continue;
-    QAction* const action = *found;
+    auto* const action = findChild<QAction*>(button.command);
+    Q_ASSERT(action != nullptr);
+    if (action == nullptr) continue;
     action->setIcon(IconOf(button.icon));
     const QString keys = action->shortcut().toString(QKeySequence::NativeText);
     const QString name = action->text().remove('&').remove("...");
@@ -154,9 +156,13 @@ void CMainFrame::FillToolBar() {
 
 void CMainFrame::MakeHelpMenu() {
   QMenu* const menu = menuBar()->addMenu(tr("&Help"));
-  AddCommand(*menu, tr("&Keys and Mouse..."), QKeySequence(Qt::Key_F1), tr("What is done without a menu."),
+  AddCommand(*menu,
+             {.name = "keysAndMouse",
+              .text = tr("&Keys and Mouse..."),
+              .keys = QKeySequence(Qt::Key_F1),
+              .tip = tr("What is done without a menu.")},
              [this] { CKeysDialog(*this).exec(); });
-  AddCommand(*menu, tr("&About"), {}, tr("What this program is."), [this] {
+  AddCommand(*menu, {.name = "about", .text = tr("&About"), .tip = tr("What this program is.")}, [this] {
     QMessageBox::about(
         this, tr("About Texturon"),
         tr("<b>Texturon</b> %1<p>Surface texture analysis of profiles.</p><p>The source is licensed under "

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <QKeySequence>
 #include <QMainWindow>
 #include <QUrl>
 #include <functional>
@@ -51,49 +52,75 @@ protected:
   void closeEvent(QCloseEvent* event) override;
 
 private:
+  /// A command of a menu. By its name the tool bar and the tests find it; the text may change with the language.
+  struct Command {
+    QString name;
+    QString text;
+    QKeySequence keys = {};
+    QString tip = {};
+    bool needsProfile = false;  ///< greyed where none is open
+  };
+
+  QAction* AddAction(QMenu& menu, const Command& command);
+  QAction* AddCommand(QMenu& menu, const Command& command, const std::function<void()>& run);
+  /// A command that is on or off, as the document says.
+  QAction* AddSwitch(QMenu& menu, const Command& command, const std::function<bool(const Document&)>& isOn,
+                     const std::function<void(bool)>& turn);
+  void AddDisplaySwitch(QMenu& menu, const Command& command, bool DisplaySettings::*field);
+  void FillToolBar();
+  void UpdateState();
+
+  // file_commands.cpp
   void MakeFileMenu();
   void MakeFolderCommands(QMenu& menu);
+  /// The files opened last, newest first.
+  void ShowRecentFiles();
+  /// Opens one of them, or takes it from the list where it is gone.
+  void OpenRecent(const QString& file);
+  void Remember(const std::filesystem::path& path);
+  /// The profile's name with another ending.
+  std::filesystem::path ProposedName(const std::string& ending) const;
+  /// Asks for a file and opens it.
+  void OnOpen();
+  /// Asks for a name and writes the measured profile.
+  void OnSave();
+  /// Opens the first file; of a folder, the window for its batch.
+  void OnDropped(const QList<QUrl>& urls);
+  void OnBatch(const std::filesystem::path& folder);
+  void OnReport();
+  void OnPrint(bool previews);
+
+  // edit_commands.cpp, analysis_commands.cpp
   void MakeEditMenu();
-  void MakeExportMenu();
-  void MakeViewMenu();
-  void MakeZoomMenu(QMenu& menu);
-  void MakeMarksMenu(QMenu& menu);
-  void MakeCursorMenu(QMenu& menu);
-  void MakeTableMenu(QMenu& menu);
   void MakeAnalysisMenu();
-  void MakeHelpMenu();
-  void FillToolBar();
-  void MakePanes();
-  void AddCurveCommands(QMenu& menu);
-  QAction* AddCommand(QMenu& menu, const QString& text, const QKeySequence& keys, const QString& tip,
-                      const std::function<void()>& run);
-  /// A command that is on or off, as the document says.
-  void AddSwitch(QMenu& menu, const QString& text, const QString& tip, const std::function<bool(const Document&)>& isOn,
-                 const std::function<void(bool)>& turn);
-  void AddDisplaySwitch(QMenu& menu, const QString& text, bool DisplaySettings::*field, const QString& tip);
+  void MakeStretchCommands(QMenu& menu);
   /// Shows a sheet, making it where it is asked for the first time.
   template <typename Sheet>
   void ShowSheet();
   /// Opens the sheet in which a row of the table is chosen and toleranced.
   void OnParameter(const QString& name);
-  void ShowRecentFiles();
-  void OpenRecent(const QString& file);
-  void Remember(const std::filesystem::path& path);
-  /// The profile's name with another ending.
-  std::filesystem::path ProposedName(const std::string& ending) const;
-  void OnOpen();
-  void OnSave();
-  void OnDropped(const QList<QUrl>& urls);
-  void OnBatch(const std::filesystem::path& folder);
-  void OnReport();
-  void OnPrint(bool previews);
+
+  // export_commands.cpp
+  void MakeExportMenu();
   void OnExport(const ExportKind& kind);
+  /// Adds a row to the parameter file; `asks`: after asking for one.
   void OnExportParameters(bool asks);
-  void OnSaveDefaults();
   void OnAutoExport(bool on);
   /// False where the user has cancelled.
   bool AskForParameterFile();
-  void UpdateState();
+
+  // view_commands.cpp, curve_commands.cpp
+  void MakeViewMenu();
+  void MakeZoomMenu(QMenu& menu);
+  void MakeMarksMenu(QMenu& menu);
+  void MakeCursorMenu(QMenu& menu);
+  void MakeTableMenu(QMenu& menu);
+  void MakePanes();
+  void AddCurveCommands(QMenu& menu);
+
+  // main_frame.cpp
+  void MakeHelpMenu();
+  void OnSaveDefaults();
 
   std::unique_ptr<DialogPrompts> ownPrompts_;
   CTexturonDoc* doc_;

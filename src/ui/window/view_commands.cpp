@@ -4,6 +4,7 @@
 
 #include <QActionGroup>
 #include <QMenuBar>
+#include <tuple>
 #include <utility>
 
 #include "presentation/shown_rows.h"
@@ -22,10 +23,12 @@ void CMainFrame::MakeViewMenu() {
     if (curve < kShownForm) title = FromText(ProfileTitle(static_cast<ProfileKind>(curve), 1000.0));
     title = title.left(title.indexOf(" (") < 0 ? title.size() : title.indexOf(" ("));
     AddSwitch(
-        *menu, title, {},
+        *menu,
+        {.name = QString("show%1").arg(curve + 1),
+         .text = title,
+         .keys = QKeySequence(Qt::CTRL | static_cast<Qt::Key>(Qt::Key_1 + curve))},
         [curve](const Document& document) { return ShownProfilesOf(document.settings.display)[curve]; },
         [this, curve](bool on) { view_->SetShown(curve, on); });
-    menu->actions().back()->setShortcut(QKeySequence(Qt::CTRL | static_cast<Qt::Key>(Qt::Key_1 + curve)));
   }
   menu->addSeparator();
   AddCurveCommands(*menu);
@@ -35,48 +38,91 @@ void CMainFrame::MakeViewMenu() {
   MakeMarksMenu(*menu->addMenu(tr("Mar&ks")));
   MakeTableMenu(*menu->addMenu(tr("&Table")));
   menu->addSeparator();
-  AddDisplaySwitch(*menu, tr("Show Full &Ini Path"), &DisplaySettings::ShowINIPathInHeading,
-                   tr("The whole path of the settings file in the heading."));
-  AddDisplaySwitch(*menu, tr("&Metric"), &DisplaySettings::Metric, tr("Off: inches and microinches."));
+  AddDisplaySwitch(*menu,
+                   {.name = "showFullIniPath",
+                    .text = tr("Show Full &Ini Path"),
+                    .tip = tr("The whole path of the settings file in the heading.")},
+                   &DisplaySettings::ShowINIPathInHeading);
+  AddDisplaySwitch(*menu, {.name = "metric", .text = tr("&Metric"), .tip = tr("Off: inches and microinches.")},
+                   &DisplaySettings::Metric);
 }
 
 void CMainFrame::MakeZoomMenu(QMenu& menu) {
-  needProfile_ << AddCommand(menu, tr("Zoom &Back"), QKeySequence(Qt::ALT | Qt::Key_Left), tr("The former view."),
-                             [this] { view_->Graph().GoBack(); });
-  needProfile_ << AddCommand(menu, tr("Zoom &Forward"), QKeySequence(Qt::ALT | Qt::Key_Right),
-                             tr("The view that Zoom Back left."), [this] { view_->Graph().GoForward(); });
-  needProfile_ << AddCommand(menu, tr("Zoom to Sampling &Length"), QKeySequence(Qt::CTRL | Qt::Key_L),
-                             tr("One long-wave cut-off in the middle of the view."),
-                             [this] { view_->ShowSamplingLength(); });
-  needProfile_ << AddCommand(menu, tr("Show &All"), QKeySequence(Qt::CTRL | Qt::Key_0), tr("The whole profile."),
-                             [this] { view_->Graph().ShowAll(); });
+  AddCommand(menu,
+             {.name = "zoomBack",
+              .text = tr("Zoom &Back"),
+              .keys = QKeySequence(Qt::ALT | Qt::Key_Left),
+              .tip = tr("The former view."),
+              .needsProfile = true},
+             [this] { view_->Graph().GoBack(); });
+  AddCommand(menu,
+             {.name = "zoomForward",
+              .text = tr("Zoom &Forward"),
+              .keys = QKeySequence(Qt::ALT | Qt::Key_Right),
+              .tip = tr("The view that Zoom Back left."),
+              .needsProfile = true},
+             [this] { view_->Graph().GoForward(); });
+  AddCommand(menu,
+             {.name = "zoomToSamplingLength",
+              .text = tr("Zoom to Sampling &Length"),
+              .keys = QKeySequence(Qt::CTRL | Qt::Key_L),
+              .tip = tr("One long-wave cut-off in the middle of the view."),
+              .needsProfile = true},
+             [this] { view_->ShowSamplingLength(); });
+  AddCommand(menu,
+             {.name = "showAll",
+              .text = tr("Show &All"),
+              .keys = QKeySequence(Qt::CTRL | Qt::Key_0),
+              .tip = tr("The whole profile."),
+              .needsProfile = true},
+             [this] { view_->Graph().ShowAll(); });
   menu.addSeparator();
-  AddDisplaySwitch(menu, tr("1:1 Aspe&ct Ratio"), &DisplaySettings::Profile11AspectRatio,
-                   tr("The same scale for both axes, where the profile is high enough to be seen then."));
-  AddDisplaySwitch(menu, tr("A&uto Scale"), &DisplaySettings::ProfileAutoScale,
-                   tr("Off: between the fixed heights of the settings."));
-  AddDisplaySwitch(menu, tr("X Axis &Values"), &DisplaySettings::ShowXAxisValues,
-                   tr("Numbers along the X axis; off: the distance of its lines."));
+  AddDisplaySwitch(menu,
+                   {.name = "aspectRatio",
+                    .text = tr("1:1 Aspe&ct Ratio"),
+                    .tip = tr("The same scale for both axes, where the profile is high enough to be seen then.")},
+                   &DisplaySettings::Profile11AspectRatio);
+  AddDisplaySwitch(
+      menu,
+      {.name = "autoScale", .text = tr("A&uto Scale"), .tip = tr("Off: between the fixed heights of the settings.")},
+      &DisplaySettings::ProfileAutoScale);
+  AddDisplaySwitch(menu,
+                   {.name = "xAxisValues",
+                    .text = tr("X Axis &Values"),
+                    .tip = tr("Numbers along the X axis; off: the distance of its lines.")},
+                   &DisplaySettings::ShowXAxisValues);
 }
 
 void CMainFrame::MakeMarksMenu(QMenu& menu) {
-  AddDisplaySwitch(menu, tr("Filter &Transmission"), &DisplaySettings::ShowFilterTrans,
-                   tr("What the filters let through, over the wavelength."));
-  AddDisplaySwitch(menu, tr("&Extreme Slopes"), &DisplaySettings::ShowExtremeSlopes,
-                   tr("Marks where the profile is steeper than the angle of the settings."));
-  AddCommand(menu, tr("Extreme Slope T&hreshold..."), {}, tr("The angle from which a slope is marked."), [this] {
-    CSettingDialog dialog(tr("Extreme Slopes"), "DISPLAY", "ExtremeSlopePlotDegrees", doc_->document().settings, this);
-    if (dialog.exec() == QDialog::Accepted) doc_->ReplaceDisplay(dialog.Chosen().display);
-  });
-  AddDisplaySwitch(menu, tr("&Rk Lines"), &DisplaySettings::ShowRkLines, tr("The construction lines of Rk."));
+  AddDisplaySwitch(menu,
+                   {.name = "filterTransmission",
+                    .text = tr("Filter &Transmission"),
+                    .tip = tr("What the filters let through, over the wavelength.")},
+                   &DisplaySettings::ShowFilterTrans);
+  AddDisplaySwitch(menu,
+                   {.name = "extremeSlopes",
+                    .text = tr("&Extreme Slopes"),
+                    .tip = tr("Marks where the profile is steeper than the angle of the settings.")},
+                   &DisplaySettings::ShowExtremeSlopes);
+  AddCommand(menu,
+             {.name = "extremeSlopeThreshold",
+              .text = tr("Extreme Slope T&hreshold..."),
+              .tip = tr("The angle from which a slope is marked.")},
+             [this] {
+               CSettingDialog dialog(tr("Extreme Slopes"), "DISPLAY", "ExtremeSlopePlotDegrees",
+                                     doc_->document().settings, this);
+               if (dialog.exec() == QDialog::Accepted) doc_->ReplaceDisplay(dialog.Chosen().display);
+             });
+  AddDisplaySwitch(menu, {.name = "rkLines", .text = tr("&Rk Lines"), .tip = tr("The construction lines of Rk.")},
+                   &DisplaySettings::ShowRkLines);
 }
 
 void CMainFrame::MakeCursorMenu(QMenu& menu) {
-  const std::pair<QString, std::int32_t> cursors[] = {{tr("&X Cursors"), kUprightCursors},
-                                                      {tr("&Y Cursors"), kLevelCursors}};
-  for (const auto& [title, bit] : cursors) {
+  const std::tuple<const char*, QString, std::int32_t> cursors[] = {{"xCursors", tr("&X Cursors"), kUprightCursors},
+                                                                    {"yCursors", tr("&Y Cursors"), kLevelCursors}};
+  for (const auto& [name, title, bit] : cursors) {
     AddSwitch(
-        menu, title, {},
+        menu, {.name = name, .text = title},
         [bit = bit](const Document& document) { return (document.settings.display.CursorDisplayType & bit) != 0; },
         [this, bit = bit](bool on) {
           DisplaySettings display = doc_->document().settings.display;
@@ -84,29 +130,41 @@ void CMainFrame::MakeCursorMenu(QMenu& menu) {
           doc_->ReplaceDisplay(std::move(display));
         });
   }
-  needProfile_ << AddCommand(menu, tr("&Fetch Cursors"), {}, tr("Puts the cursors where they can be seen."),
-                             [this] { view_->Graph().FetchCursors(); });
+  AddCommand(menu,
+             {.name = "fetchCursors",
+              .text = tr("&Fetch Cursors"),
+              .tip = tr("Puts the cursors where they can be seen."),
+              .needsProfile = true},
+             [this] { view_->Graph().FetchCursors(); });
 }
 
 void CMainFrame::MakeTableMenu(QMenu& menu) {
   QMenu* const columns = menu.addMenu(tr("&Columns"));
   auto* const choices = new QActionGroup(columns);
   for (std::int32_t count = 1; count <= kMostParameterColumns; ++count) {
-    AddSwitch(
-        *columns, QString("&%1").arg(count), tr("So many parameters side by side."),
+    choices->addAction(AddSwitch(
+        *columns,
+        {.name = QString("columns%1").arg(count),
+         .text = QString("&%1").arg(count),
+         .tip = tr("So many parameters side by side.")},
         [count](const Document& document) { return ColumnsOfTable(document.settings.display) == count; },
         [this, count](bool on) {
           if (!on) return;
           DisplaySettings display = doc_->document().settings.display;
           display.ParameterColumns = count;
           doc_->ReplaceDisplay(std::move(display));
-        });
-    choices->addAction(columns->actions().back());
+        }));
   }
-  AddDisplaySwitch(menu, tr("&Primary as Tpa"), &DisplaySettings::PrimaryAsTpa,
-                   tr("Titles the primary bearing ratios Tpa instead of Pmr."));
-  AddDisplaySwitch(menu, tr("&Roughness as Tpi"), &DisplaySettings::RoughnessAsTpi,
-                   tr("Titles the roughness bearing ratios Tpi instead of Rmr."));
+  AddDisplaySwitch(menu,
+                   {.name = "primaryAsTpa",
+                    .text = tr("&Primary as Tpa"),
+                    .tip = tr("Titles the primary bearing ratios Tpa instead of Pmr.")},
+                   &DisplaySettings::PrimaryAsTpa);
+  AddDisplaySwitch(menu,
+                   {.name = "roughnessAsTpi",
+                    .text = tr("&Roughness as Tpi"),
+                    .tip = tr("Titles the roughness bearing ratios Tpi instead of Rmr.")},
+                   &DisplaySettings::RoughnessAsTpi);
 }
 
 }  // namespace texturon

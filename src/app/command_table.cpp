@@ -1,0 +1,183 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#include "app/command_table.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <memory>
+#include <string>
+
+#include "app/commands.h"
+
+namespace texturon {
+namespace {
+
+void AddSettingsOptions(CLI::App& command, CommonOptions& options) {
+  command.add_option("--settings", options.settingsFile, "settings file in force; without it the built-in defaults")
+      ->type_name("INI");
+  command.add_option("--set", options.assignments, "one setting, after the file; may be repeated")
+      ->type_name("SECTION.KEY=VALUE")
+      ->allow_extra_args(false);
+}
+
+void AddFileOptions(CLI::App& command, CommonOptions& options) {
+  AddSettingsOptions(command, options);
+  command.add_option("--profile", options.profile, "which profile of a file with several, from 1")
+      ->type_name("N")
+      ->check(CLI::PositiveNumber);
+  command.add_option("--spacing", options.spacing, "point spacing for a file that states none, in um")->type_name("UM");
+  command.add_option("--column", options.column, "which column of a table, from 1")->type_name("N");
+  command.add_option("--answer", options.answer, "answer to what a reader or a fit would ask (no)")
+      ->type_name("yes|no")
+      ->check(CLI::IsMember({"yes", "no"}));
+  command.add_flag("--invert", options.invert, "turn the heights upside down after reading");
+  command.add_flag("--quiet", options.quiet, "nothing on standard error but refusals");
+}
+
+void AddComputeOptions(CLI::App& command, CommonOptions& options) {
+  command
+      .add_option("--region", options.region,
+                  "compute over a region: mode (0 start, 1 start and length, 2 end, 3 end and length, 4 start and "
+                  "end) and the three lengths in mm")
+      ->type_name("MODE,START,END,LENGTH");
+  command.add_flag("--whole-cutoffs", options.wholeCutoffs, "evaluate a whole number of long-wave cutoffs");
+  command.add_option("--exclude", options.exclude, "samples that the form fit leaves out, from 0")
+      ->type_name("FIRST,LAST");
+  command.add_flag("--all-data-for-form", options.allDataForForm, "fit the form over the whole record");
+  command.add_flag("--imperial", options.imperial, "show imperial units");
+  command.add_flag("--no-trace", options.noTrace, "write no side file of the heights given to the element finder");
+}
+
+void AddBatchOptions(CLI::App& command, BatchOptions& options) {
+  CLI::Option* folder = command.add_option("folder", options.folder, "folder with profile files")->type_name("FOLDER");
+  command.add_option("--mask", options.mask, "which files: * and ? stand for characters (every readable kind)")
+      ->type_name("GLOB")
+      ->needs(folder);
+  command.add_option("--files-from", options.filesFrom, "a list with a path a line instead of a folder")
+      ->type_name("LIST")
+      ->excludes(folder);
+  command.add_option("--parameter-file", options.parameterFile, "gets the rows; created if need be")
+      ->required()
+      ->type_name("CSV");
+  command.add_option("--jobs", options.jobs, "files analysed at once (one a processor core)")
+      ->type_name("N")
+      ->check(CLI::PositiveNumber);
+  command.add_option("--profiles-to", options.profilesTo, "folder for primary, waviness and roughness of each file")
+      ->type_name("DIR");
+  command.add_option("--failures", options.failuresFile, "gets a line a file that failed: path, tab, reason")
+      ->type_name("FILE");
+  command.add_option("--summary", options.summaryFile, "gets the statistics of every column")->type_name("FILE");
+  command.add_flag("--resume", options.resume, "leave out files that the parameter file has rows of");
+}
+
+void AddWatchOptions(CLI::App& command, WatchOptions& options) {
+  command.add_option("folder", options.folder, "folder to poll; without it that of the settings")->type_name("FOLDER");
+  command.add_option("--mask", options.mask, "which files: * and ? stand for characters")->type_name("GLOB");
+  command.add_option("--parameter-file", options.parameterFile, "gets a row a file; created if need be")
+      ->type_name("CSV");
+  command.add_option("--hold", options.holdFolder, "gets a copy of each file, which is then deleted from the folder")
+      ->type_name("DIR");
+}
+
+void AddAnalyze(CLI::App& command, CommonOptions& common, int& status) {
+  const auto options = std::make_shared<AnalyzeOptions>();
+  command.add_option("files", options->files, "profile files")->required()->type_name("FILE");
+  AddFileOptions(command, common);
+  AddComputeOptions(command, common);
+  CLI::Option* const json = command.add_flag("--json")->description("one JSON object a file");
+  CLI::Option* const csv = command.add_flag("--csv")->description("one line a file for spreadsheets")->excludes(json);
+  command.add_flag("--profiles", options->withProfiles, "with --json: the profiles and the spectrum as well")
+      ->needs(json);
+  command
+      .add_option("--append-to", options->appendTo, "add a row a file to a parameter file, which is created if need be")
+      ->type_name("CSV");
+  command.callback([=, &common, &status] {
+    options->form = *json ? OutputForm::kJson : *csv ? OutputForm::kCsv : OutputForm::kTable;
+    status = RunAnalyze(*options, common);
+  });
+}
+
+void AddInspect(CLI::App& command, CommonOptions& common, int& status) {
+  const auto options = std::make_shared<InspectOptions>();
+  command.add_option("files", options->files, "profile files")->required()->type_name("FILE");
+  command.add_flag("--json", options->asJson, "one JSON object a file");
+  AddFileOptions(command, common);
+  command.callback([=, &common, &status] { status = RunInspect(*options, common); });
+}
+
+void AddExport(CLI::App& command, CommonOptions& common, int& status) {
+  const auto options = std::make_shared<ExportOptions>();
+  command.add_option("file", options->file, "profile file")->required()->type_name("FILE");
+  command.add_option("kind", options->kind, "what to write: " + ExportKindNames())->required()->type_name("KIND");
+  command.add_option("-o,--output", options->output, "file to write; standard output without it")->type_name("FILE");
+  command.add_flag("--mod", options->asMod, "as form data (MOD): waviness and asphere-residual");
+  AddFileOptions(command, common);
+  AddComputeOptions(command, common);
+  command.callback([=, &common, &status] { status = RunExport(*options, common); });
+}
+
+void AddConvert(CLI::App& command, CommonOptions& common, int& status) {
+  const auto options = std::make_shared<ConvertOptions>();
+  command.add_option("in", options->input, "profile file")->required()->type_name("IN");
+  command.add_option("out", options->output, "file to write: .lmt, .prf, .sdf or .pr; anything else becomes .lmt")
+      ->required()
+      ->type_name("OUT");
+  AddFileOptions(command, common);
+  command.callback([=, &common, &status] { status = RunConvert(*options, common); });
+}
+
+void AddBatch(CLI::App& command, CommonOptions& common, int& status) {
+  const auto options = std::make_shared<BatchOptions>();
+  AddBatchOptions(command, *options);
+  AddFileOptions(command, common);
+  AddComputeOptions(command, common);
+  command.callback([=, &common, &status] { status = RunBatch(*options, common); });
+}
+
+void AddWatch(CLI::App& command, CommonOptions& common, int& status) {
+  const auto options = std::make_shared<WatchOptions>();
+  AddWatchOptions(command, *options);
+  AddFileOptions(command, common);
+  AddComputeOptions(command, common);
+  command.callback([=, &common, &status] { status = RunWatch(*options, common); });
+}
+
+void AddParameters(CLI::App& command, CommonOptions& /*common*/, int& status) {
+  command.callback([&status] { status = RunParameters(); });
+}
+
+void AddFormats(CLI::App& command, CommonOptions& /*common*/, int& status) {
+  command.callback([&status] { status = RunFormats(); });
+}
+
+void AddSettings(CLI::App& command, CommonOptions& /*common*/, int& status) {
+  const auto options = std::make_shared<SettingsOptions>();
+  command.add_option("--check", options->checkFile, "report unknown keys and bad values of a settings file")
+      ->type_name("FILE");
+  command.callback([=, &status] { status = RunSettings(*options); });
+}
+
+constexpr ConsoleCommand kCommands[] = {
+    {"analyze", "load, compute and print the parameters", AddAnalyze},
+    {"inspect", "which reader took a file, or why each refused, and what it holds", AddInspect},
+    {"export", "write one profile or curve of the analysis of a file", AddExport},
+    {"convert", "read any profile file and write another; OUT names the format", AddConvert},
+    {"batch", "analyse the files of a folder, one row each in a parameter file", AddBatch},
+    {"watch", "analyse what arrives in a folder, hold and delete it", AddWatch},
+    {"parameters", "list the parameter catalogue", AddParameters},
+    {"formats", "list the file formats", AddFormats},
+    {"settings", "list every setting with type, unit and default", AddSettings},
+};
+
+}  // namespace
+
+std::span<const ConsoleCommand> CommandTable() {
+  return kCommands;
+}
+
+bool IsCommand(std::string_view word) {
+  return word == "help" || std::any_of(std::begin(kCommands), std::end(kCommands),
+                                       [&](const ConsoleCommand& command) { return command.name == word; });
+}
+
+}  // namespace texturon
