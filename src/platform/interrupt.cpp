@@ -2,22 +2,25 @@
 
 #include "platform/interrupt.h"
 
+#include <atomic>
 #include <csignal>
 
 namespace texturon {
 namespace {
 
-volatile std::sig_atomic_t interrupted = 0;
+// Set by a handler and read by every worker: a plain flag would be a race between threads.
+std::atomic<bool> interrupted = false;
+static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler may not wait");
 
 extern "C" void MarkInterrupt(int number) {
-  interrupted = 1;
+  interrupted = true;
   std::signal(number, SIG_DFL);
 }
 
 }  // namespace
 
 void CatchInterrupts() {
-  interrupted = 0;
+  interrupted = false;
   std::signal(SIGINT, MarkInterrupt);
   std::signal(SIGTERM, MarkInterrupt);
 #ifdef SIGPIPE
@@ -32,7 +35,7 @@ void LetLargeWritesFail() {
 }
 
 bool Interrupted() {
-  return interrupted != 0;
+  return interrupted;
 }
 
 }  // namespace texturon

@@ -130,30 +130,6 @@ TEST(CoreRoughness, FindsTheStraightCoreOfThreeStraightPieces) {
   EXPECT_TRUE(Near(r.Rvk, 0.3 * (100.0 - mr2), 2e-3)) << "the last 0.01 % has no area";
 }
 
-TEST(CoreRoughness, ScalesAndMirrorsAndForgetsTheOrder) {
-  std::mt19937_64 random(8);
-  std::normal_distribution<double> noise;
-  std::vector<double> heights(3000);
-  for (double& z : heights) z = noise(random) - std::exp(noise(random));
-  const auto value = [&heights](std::string_view suffix) {
-    const ParameterProfile profile('R', heights, {1.0, 0.8, 0.8});
-    return *FindSuffix(suffix)->routine({profile, AnalysisSettings{}});
-  };
-  const std::string_view lengths[] = {"k", "pk", "vk", "pk*", "vk*", "pk+k", "k+vk", "vo"};
-  const std::string_view numbers[] = {"pk/k", "vk/k", "mr1", "mr2"};
-  std::vector<double> before;
-  for (const auto suffix : lengths) before.push_back(value(suffix));
-  for (const auto suffix : numbers) before.push_back(value(suffix));
-  EXPECT_TRUE(Near(value("pk+k"), value("pk") + value("k"), 1e-15));
-  EXPECT_TRUE(Near(value("vo"), (100.0 - value("mr2")) * value("vk") / 200.0, 1e-15));
-  EXPECT_TRUE(Near(value("pk*") + value("k") + value("vk*"), value("t"), 1e-12));
-  std::shuffle(heights.begin(), heights.end(), random);
-  for (double& z : heights) z *= 2.0;
-  std::size_t i = 0;
-  for (const auto suffix : lengths) EXPECT_EQ(value(suffix), 2.0 * before[i++]) << suffix;
-  for (const auto suffix : numbers) EXPECT_EQ(value(suffix), before[i++]) << suffix;
-}
-
 TEST(CoreRoughness, LeavesRatiosUnguardedAndFailsWhereNoPointReachesTheCore) {
   const std::vector<double> flat(50, 2.0);
   const RkResult core = ComputeCoreRoughness(flat);

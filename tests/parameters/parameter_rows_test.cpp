@@ -43,20 +43,6 @@ TEST(AmplitudeRows, MatchHandComputedValues) {
   for (const auto& c : cases) EXPECT_TRUE(Near(Value(c.suffix, heights).value(), c.value, kTight)) << c.suffix;
 }
 
-TEST(AmplitudeRows, MatchTheClosedFormsOfAWholeNumberOfSinePeriods) {
-  constexpr std::size_t kPoints = 8000;
-  std::vector<double> sine(kPoints);
-  for (std::size_t i = 0; i < kPoints; ++i) {
-    sine[i] = 2.5 * std::sin(2.0 * std::numbers::pi * 8.0 * (static_cast<double>(i) + 0.5) / kPoints);
-  }
-  EXPECT_TRUE(Near(Value("q", sine).value(), 2.5 / std::numbers::sqrt2, kTight));
-  EXPECT_TRUE(Near(Value("ku", sine).value(), 1.5, kTight));
-  EXPECT_TRUE(Near(Value("sk", sine).value(), 0.0, kTight));
-  // 500 midpoints a half-wave: the sum of sin((k + 1/2) h) over them is 1 / sin(h / 2), h = pi / 500.
-  const double h = std::numbers::pi / 500.0;
-  EXPECT_TRUE(Near(Value("a", sine).value(), 2.5 / (500.0 * std::sin(h / 2.0)), kTight));
-}
-
 TEST(AmplitudeRows, HaveTheirFallBacksOnOneEqualAndNoPoints) {
   for (const std::string_view suffix : {"t", "p", "v", "a", "q", "sk", "ku"}) {
     EXPECT_FALSE(Value(suffix, {}).has_value()) << suffix;
@@ -65,28 +51,6 @@ TEST(AmplitudeRows, HaveTheirFallBacksOnOneEqualAndNoPoints) {
   EXPECT_EQ(Value("v", {4.0}), -4.0);
   EXPECT_EQ(Value("sk", std::vector<double>(60, 0.0)), 0.0);
   EXPECT_EQ(Value("ku", std::vector<double>(60, 0.0)), 0.0);
-}
-
-TEST(AmplitudeRows, AgreeWithLongDoubleSumsOnNoise) {
-  std::mt19937_64 random(4);
-  std::normal_distribution<double> noise(0.0, 1.0);
-  for (const std::size_t n : {51u, 1009u, 65'537u}) {
-    std::vector<double> heights(n);
-    long double absolute = 0.0L;
-    long double square = 0.0L;
-    long double cube = 0.0L;
-    for (double& z : heights) {
-      z = noise(random);
-      absolute += std::abs(static_cast<long double>(z));
-      square += static_cast<long double>(z) * z;
-      cube += static_cast<long double>(z) * z * z;
-    }
-    const auto count = static_cast<long double>(n);
-    const long double q = std::sqrt(square / count);
-    EXPECT_TRUE(Near(Value("a", heights).value(), static_cast<double>(absolute / count), kTight));
-    EXPECT_TRUE(Near(Value("q", heights).value(), static_cast<double>(q), kTight));
-    EXPECT_TRUE(Near(Value("sk", heights).value(), static_cast<double>(cube / count / (q * q * q)), kTight));
-  }
 }
 
 TEST(SamplingLengthRows, UseWholeSamplingLengthsOnly) {

@@ -107,25 +107,6 @@ TEST(WindowRows, AgreeWithWindowsAddedUpOneByOne) {
   }
 }
 
-TEST(WindowRows, GiveTheClosedFormsOfARampAndAStep) {
-  RowCase row{.letter = 'W', .spacingMM = 0.001, .samplingLengthMM = 0.2};
-  row.settings.WindowWidthForWseg = 0.5;
-  row.settings.AsphereSlopeWindowMM = 0.25;
-  for (int i = 0; i <= 1000; ++i) row.heights.push_back(0.01 * i - 5.0);
-  EXPECT_TRUE(Near(*RowValue("seg", row), 5.0, kTight));
-  EXPECT_TRUE(Near(*RowValue("lslp", row), std::atan(0.01) * kMinutes, kTight));
-  EXPECT_TRUE(Near(*RowValue("eslp", row), std::atan(0.01) * kMinutes, kTight));
-  EXPECT_TRUE(Near(*RowValue("pl", row), -5.0 + 0.01 * 499, kTight)) << "500 points";
-  EXPECT_TRUE(Near(*RowValue("pr", row), 5.0, kTight));
-  for (int i = 0; i <= 1000; ++i) row.heights[static_cast<std::size_t>(i)] = i < 600 ? 0.0 : 1.0;
-  EXPECT_EQ(*RowValue("seg", row), 1.0);
-  EXPECT_TRUE(Near(*RowValue("segl", row), 0.1 + 0.25, kTight)) << "the first window that reaches the step";
-  // Over a step in its middle the line of w points has the slope (w/2)^2 / 2 / (w (w^2 - 1) / 12).
-  const double w = 251.0;
-  EXPECT_TRUE(
-      Near(*RowValue("lslp", row), std::atan(125.0 * 126.0 / 2.0 / (w * (w * w - 1.0) / 12.0)) * kMinutes, kTight));
-}
-
 TEST(WindowRows, RoundHalfAStepAwayFromZero) {
   // 0.7 mm are exactly 437.5 steps of 1.6 um and 2187.5 of 0.32 um, though not in binary fractions of a millimetre.
   struct Case {

@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Runs the tests under the locale of the environment, as a desktop program would: nothing may depend on it.
+// Runs the tests under the locale of the environment, as a desktop program would: nothing may depend on it; and in a
+// folder of their own, which keeps what a test leaves in the current one.
 
 #include <clocale>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <iostream>
+
+#include "support/scratch_folder.h"
 
 int main(int argc, char** argv) {
   std::setlocale(LC_ALL, "");
@@ -15,6 +19,8 @@ int main(int argc, char** argv) {
     std::cerr << "the locale of this run has no decimal comma: it would test nothing\n";
     return 1;
   }
+  const texturon::ScratchFolder folder;
+  std::filesystem::current_path(folder.path());
   ::testing::InitGoogleTest(&argc, argv);
   return RUN_ALL_TESTS();
 }

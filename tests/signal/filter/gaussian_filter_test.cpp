@@ -64,22 +64,6 @@ TEST(GaussianFilter, MatchesTheCircularConvolution) {
   }
 }
 
-TEST(GaussianFilter, KeepsHalfOfTheCutoffWavelength) {
-  // 100 periods of 0.8 mm and 10 000 of 0.008 mm in 80 mm, on a mean of 3: the former is halved, the latter vanishes.
-  const std::size_t n = 160'000;
-  const Signal slow = Harmonic(n, 100, 2.0);
-  const Signal fast = Harmonic(n, 10'000, 1.0);
-  std::vector<double> z(n);
-  std::vector<double> expected(n);
-  for (std::size_t i = 0; i < n; ++i) {
-    z[i] = 3.0 + slow.im[i] + fast.re[i];
-    expected[i] = 3.0 + 0.5 * slow.im[i];
-  }
-  std::vector<double> w(n);
-  ASSERT_TRUE(GaussianFilter(z, w, 0.5, 0.8).has_value());
-  EXPECT_TRUE(AllNear(w, expected, 1e-14));
-}
-
 TEST(GaussianFilter, ShortensARecordOfRefusedLength) {
   struct Case {
     std::size_t n;

@@ -141,23 +141,6 @@ TEST(SplineFilter, PassesWhatItsDifferencesAnnihilate) {
   }
 }
 
-TEST(SplineFilter, KeepsTheShareOfASineThatItsTransmissionSays) {
-  // Far from the ends a sine of wavelength m spacings keeps 1 / (1 + tension (alpha s)^2 + (1 - tension) (alpha s)^4),
-  // s = 2 sin(pi / m); alpha s is 1 at the cutoff, so half passes there whatever the tension.
-  constexpr std::size_t kSize = 8000;
-  std::vector<double> z(kSize), w(kSize);
-  for (const double tension : {0.0, kGaussianLikeTension, 1.0}) {
-    for (const double wavelength : {50.0, 100.0, 200.0}) {
-      for (std::size_t i = 0; i < kSize; ++i)
-        z[i] = std::sin(2.0 * std::numbers::pi / wavelength * static_cast<double>(i));
-      ASSERT_TRUE(SplineFilter(z, w, kSpacingUM, CutoffMM(100.0), tension));
-      const double q = std::pow(std::sin(std::numbers::pi / wavelength) / std::sin(std::numbers::pi / 100.0), 2);
-      const double share = 1.0 / (1.0 + tension * q + (1.0 - tension) * q * q);
-      for (std::size_t i = kSize / 2; i < kSize / 2 + 200; ++i) EXPECT_TRUE(Near(w[i], share * z[i], 1e-12)) << i;
-    }
-  }
-}
-
 TEST(SplineFilter, FailsWithoutASolution) {
   constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
   constexpr double kInfinity = std::numeric_limits<double>::infinity();

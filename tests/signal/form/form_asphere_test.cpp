@@ -72,29 +72,6 @@ const std::vector<Prescription>& Prescriptions() {
   return all;
 }
 
-TEST(FormAsphere, FindsTwentyPrescriptionsAgain) {
-  ASSERT_EQ(Prescriptions().size(), 20u);
-  for (const Prescription& p : Prescriptions()) {
-    const auto n = static_cast<std::size_t>(p.lengthMM * 1000.0 / kSpacingUM) + 1;
-    const std::vector<double> z = MeasuredAsphere(p.asphere, {p.apexMM, 0.31, p.slope}, n, kSpacingUM);
-    for (const ResidualKind kind : {ResidualKind::kVertical, ResidualKind::kPerpendicular}) {
-      FormArrays out(n);
-      const auto result =
-          FitAsphere({.heights = z, .spacingUM = kSpacingUM, .residual = kind}, p.asphere, {}, out.Spans());
-      ASSERT_TRUE(result.fit) << p.name;
-      EXPECT_TRUE(Near(result.fit->apexXMM, p.apexMM, 1e-6)) << p.name;
-      EXPECT_TRUE(Near(result.fit->apexZUM, 310.0, 1e-6)) << p.name;
-      EXPECT_TRUE(Near(result.fit->slope, p.slope, 1e-8)) << p.name;
-      EXPECT_LT(PeakToValley(out.residual), 1e-5) << p.name;
-      EXPECT_TRUE(AllNear(out.form, z, 1e-6)) << p.name;
-      double path = 0.0;
-      for (std::size_t i = 1; i < n; ++i) path += std::hypot(kSpacingUM, z[i] - z[i - 1]);
-      const double spacing = kind == ResidualKind::kVertical ? kSpacingUM : path / static_cast<double>(n - 1);
-      EXPECT_TRUE(Near(result.fit->residualSpacingUM, spacing, 1e-12)) << p.name;
-    }
-  }
-}
-
 // Newton's method on the plain deviations, with differences for derivatives: another road to the same minimum.
 double LeastSquaresMerit(const std::vector<double>& z, double spacingUM, const Prescription& p) {
   std::vector<long double> place = {p.apexMM, 0.31L, p.slope};
