@@ -4,7 +4,7 @@
 
 #include "base/number_text.h"
 #include "base/units.h"
-#include "signal/filter/robust_filter.h"
+#include "settings/filter_table.h"
 
 namespace texturon {
 namespace {
@@ -74,19 +74,12 @@ std::string FormCaption(const Document& document) {
                     document.results.formGeometry);
 }
 
-std::string FilterLabel(std::int32_t filterType) {
-  switch (filterType) {
-    case kFilterGaussian:
-      return "Gaussian";
-    case kFilterSplineGaussian:
-      return "Spline Gaussian";
-    case kFilterIso13565:
-      return "ISO 13565";
-    case kFilterRobustGaussian:
-      return "Robust Gaussian (coef: " + FixedText(kRobustScaleCoefficient, 2) + ")";
-    default:
-      return "Unknown filter";
-  }
+std::string FilterLabel(const AnalysisSettings& settings) {
+  const FilterRow* const filter = LongWaveFilter(settings);
+  if (filter == nullptr) return "Unknown filter";
+  std::string label(filter->label);
+  if (filter->coefficient > 0.0) label += " (coef: " + FixedText(filter->coefficient, 2) + ")";
+  return label;
 }
 
 std::string FilterDescription(const Document& document) {
@@ -94,7 +87,7 @@ std::string FilterDescription(const Document& document) {
   const auto cutoff = [metric = document.settings.display.Metric](double mm) {
     return metric ? FixedText(mm, 4) + " mm" : FixedText(mm * kInchesPerMillimetre, 5) + " in";
   };
-  std::string text = FilterLabel(settings.FilterType) + ", Lc " + cutoff(settings.LcCutoffMM);
+  std::string text = FilterLabel(settings) + ", Lc " + cutoff(settings.LcCutoffMM);
   if (document.profiles.lsApplied) text += ", Ls " + cutoff(settings.LsCutoffMM);
   return text;
 }

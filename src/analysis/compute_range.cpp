@@ -8,6 +8,7 @@
 #include "analysis/region_choice.h"
 #include "analysis/shape_form_step.h"
 #include "base/units.h"
+#include "settings/filter_table.h"
 #include "signal/form/form_arc.h"
 
 namespace texturon {
@@ -115,7 +116,8 @@ void ApplyWholeCutoffs(Document& document) {
   const double lengthMM =
       static_cast<double>(document.profiles.pointCount) * document.profiles.spacingUM * kMillimetresPerMicrometre;
   double discardMM = 0.0;
-  if (settings.FilterType == kFilterRobustGaussian) {
+  const FilterRow* const filter = LongWaveFilter(settings);
+  if (filter != nullptr && !filter->needsRunIn) {
     settings.UserDiscardType = kDiscardNone;
   } else {
     settings.UserDiscardType = kDiscardHalfCutoff;

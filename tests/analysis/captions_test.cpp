@@ -47,7 +47,8 @@ TEST(Captions, NameTheGeometryInTheUnitsInForce) {
     document.settings.display.Metric = false;
     EXPECT_EQ(FormCaption(document), c.imperial);
   }
-  EXPECT_EQ(FilterLabel(kFilterRobustGaussian), "Robust Gaussian (coef: 4.45)");
+  document.settings.analysis.FilterType = kFilterRobustGaussian;
+  EXPECT_EQ(FilterLabel(document.settings.analysis), "Robust Gaussian (coef: 4.45)");
   document.settings.analysis.FilterType = kFilterGaussian;
   document.settings.analysis.LcCutoffMM = 2.54;
   document.settings.analysis.LsCutoffMM = 0.0254;

@@ -7,6 +7,7 @@
 #include <numbers>
 
 #include "analysis/pipeline.h"
+#include "settings/filter_table.h"
 
 namespace texturon {
 namespace {
@@ -39,9 +40,10 @@ double Amplitude(const std::vector<double>& heights) {
 }
 
 TEST(FilterCurves, SayWhatTheAnalysisLetsThrough) {
-  for (const std::int32_t filter : {kFilterGaussian, kFilterSplineGaussian}) {
+  for (const FilterRow& filter : kFilterTable) {
+    if (!filter.number || !filter.transmissionRemark.empty()) continue;
     for (const double wavelengthMM : {0.005, 0.008, 0.2, 0.8, 2.5}) {
-      const Document document = Analysed(wavelengthMM, filter);
+      const Document document = Analysed(wavelengthMM, *filter.number);
       const auto curves = FilterCurvesOf(document);
       ASSERT_TRUE(curves);
       std::size_t i = 0;
