@@ -134,7 +134,7 @@ void ApplyWholeCutoffs(Document& document) {
 
 RangeOrMessage ResolveComputeRange(Document& document, Prompts& prompts) {
   const AnalysisSettings& settings = document.settings.analysis;
-  if (settings.FormRemovalType == kFormAsphere && settings.AsphereUseClearAperture) {
+  if (RequestedForm(settings).hasClearAperture && settings.AsphereUseClearAperture) {
     return ClearApertureRange(document, prompts);
   }
   if (document.regionSet) return RegionRange(document);
@@ -147,7 +147,7 @@ RangeOrMessage ResolveComputeRange(Document& document, Prompts& prompts) {
 }
 
 std::optional<RangeOrMessage> PreviewAperture(const Document& document, const AnalysisSettings& aperture) {
-  const auto* const fit = std::get_if<AsphereFit>(&document.results.formGeometry);
+  const AsphereFit* const fit = AsphereOf(document.results.formGeometry);
   if (!document.results.formRemoved || fit == nullptr) return std::nullopt;
   return ApertureAbout(fit->apexXMM * kMicrometresPerMillimetre, document.profiles, aperture);
 }

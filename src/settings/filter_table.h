@@ -30,14 +30,14 @@ struct FilterSetup {
 using FilterRange = std::optional<IndexRange>;
 
 struct FilterRow {
-  std::string_view word;                       ///< in plans, in results files, in settings that name a filter by a word
-  std::optional<std::int32_t> number = {};     ///< of FilterType; none: it is chosen by its word alone
-  std::string_view choice;                     ///< beside its number in lists of choices
-  std::string_view label;                      ///< in captions
-  double coefficient = 0.0;                    ///< of its weights, shown behind the label; 0: it has none
-  std::string_view progressTitle = {};         ///< behind the cutoff, over its progress; empty: it shows none
-  bool needsRunIn = true;                      ///< whole cutoffs begin and end with half a cutoff more
-  std::string_view transmissionRemark = {};    ///< what the transmission leaves out
+  std::string_view word;                     ///< in plans, in results files, in settings that name a filter by a word
+  std::optional<std::int32_t> number = {};   ///< of FilterType; none: it is chosen by its word alone
+  std::string_view choice;                   ///< beside its number in lists of choices
+  std::string_view label;                    ///< in captions
+  double coefficient = 0.0;                  ///< of its weights, shown behind the label; 0: it has none
+  std::string_view progressTitle = {};       ///< behind the cutoff, over its progress; empty: it shows none
+  bool needsRunIn = true;                    ///< whole cutoffs begin and end with half a cutoff more
+  std::string_view transmissionRemark = {};  ///< what the transmission leaves out
   double (*transmission)(const FilterSetup& setup, double wavelengthMM);
   /// By the contract of signal/filter/filter_contract.h.
   FilterRange (*run)(std::span<const double> z, std::span<double> w, const FilterSetup& setup);
@@ -65,8 +65,10 @@ inline constexpr auto kFilterTable = std::to_array<FilterRow>({
      .choice = "spline",
      .label = "Spline Gaussian",
      .transmission = kSplineShare,
-     .run = [](std::span<const double> z, std::span<double> w,
-               const FilterSetup& setup) { return SplineFilter(z, w, setup.spacingUM, setup.cutoffMM, setup.tension); }},
+     .run =
+         [](std::span<const double> z, std::span<double> w, const FilterSetup& setup) {
+           return SplineFilter(z, w, setup.spacingUM, setup.cutoffMM, setup.tension);
+         }},
     {.word = "RK",
      .number = kFilterIso13565,
      .choice = "ISO 13565",
@@ -84,9 +86,10 @@ inline constexpr auto kFilterTable = std::to_array<FilterRow>({
      .needsRunIn = false,
      .transmissionRemark = "without robust weights",
      .transmission = kSplineShare,
-     .run = [](std::span<const double> z, std::span<double> w, const FilterSetup& setup) {
-       return RobustSplineFilter(z, w, setup.spacingUM, setup.cutoffMM, setup.tension, setup.progress).range;
-     }},
+     .run =
+         [](std::span<const double> z, std::span<double> w, const FilterSetup& setup) {
+           return RobustSplineFilter(z, w, setup.spacingUM, setup.cutoffMM, setup.tension, setup.progress).range;
+         }},
 });
 
 /// Null for a number or word of no filter; words in any case.

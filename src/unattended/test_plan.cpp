@@ -107,7 +107,7 @@ void ReadFilterAndForm(const PlanKeys& keys, Family family, Document& document) 
   const double ratio = keys.Real(names.bandwidthRatio);
   settings.LsCutoffMM = ratio > 0.0 ? settings.LcCutoffMM / ratio : 0.0;
   const std::int32_t form = keys.Integer("FormOption");
-  settings.FormRemovalType = form >= kFormNone && form <= kFormFree ? form : kFormLine;
+  settings.FormRemovalType = FindForm(form) != nullptr ? form : kFormLine;
   SetRegion(keys.Integer(names.cutoffCount), document);
   const auto lengths = keys.Text("ABLength");
   if (!lengths) return;

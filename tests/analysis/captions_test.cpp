@@ -3,6 +3,9 @@
 #include "analysis/captions.h"
 
 #include <gtest/gtest.h>
+#include <set>
+
+#include "settings/setting_choices.h"
 
 namespace texturon {
 namespace {
@@ -57,6 +60,15 @@ TEST(Captions, NameTheGeometryInTheUnitsInForce) {
   EXPECT_EQ(FilterDescription(document), "Gaussian, Lc 0.10000 in, Ls 0.00100 in");
   document.settings.display.Metric = true;
   EXPECT_EQ(FilterDescription(document), "Gaussian, Lc 2.5400 mm, Ls 0.0254 mm");
+}
+
+TEST(FormTable, HoldsTheFormsThatTheSettingsOffer) {
+  std::set<std::int32_t> offered;
+  for (const SettingChoice& choice : ChoicesOf(*FindSetting("ANALYSIS", "FormRemovalType")->key)) {
+    offered.insert(choice.value);
+  }
+  for (const FormRow& form : FormTable()) EXPECT_EQ(offered.erase(form.number), 1U) << form.number;
+  EXPECT_TRUE(offered.empty()) << *offered.begin();
 }
 
 }  // namespace

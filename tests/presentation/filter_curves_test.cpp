@@ -61,11 +61,9 @@ TEST(FilterCurves, SayWhatTheAnalysisLetsThrough) {
   }
 }
 
-TEST(FilterCurves, NameWhatTheyLeaveOut) {
+TEST(FilterCurves, EndAtTheCutoffsThatCanBe) {
   Document document = Analysed(0.8, kFilterRobustGaussian);
-  EXPECT_EQ(FilterCurvesOf(document)->remark, "without robust weights");
   EXPECT_EQ(FilterCurvesOf(document)->cutoffsMM, (std::vector<double>{0.8, 0.008}));
-  EXPECT_EQ(FilterCurvesOf(Analysed(0.8, kFilterIso13565))->remark, "Gaussian of either step");
   document.settings.analysis.LcCutoffMM = 0.0029;
   EXPECT_FALSE(FilterCurvesOf(document)) << "sampled too coarsely for it";
   EXPECT_FALSE(FilterCurvesOf(MakeDocument()));
