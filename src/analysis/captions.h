@@ -12,8 +12,8 @@ namespace texturon {
 /// document's choice of metric or imperial units.
 std::string FormCaption(const Document& document);
 
-/// The long-wave filter's name: "Gaussian", "Spline Gaussian", "ISO 13565", "Robust Gaussian (coef: 4.45)".
-std::string FilterLabel(std::int32_t filterType);
+/// The long-wave filter's name: "Gaussian", "Robust Gaussian (coef: 4.45)", "Unknown filter".
+std::string FilterLabel(const AnalysisSettings& settings);
 
 /// "Spline Gaussian, Lc 0.8000 mm, Ls 0.0025 mm"; Ls only where that filter ran,
 /// lengths in the units shown.

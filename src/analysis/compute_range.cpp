@@ -8,6 +8,7 @@
 #include "analysis/region_choice.h"
 #include "analysis/shape_form_step.h"
 #include "base/units.h"
+#include "settings/filter_table.h"
 #include "signal/form/form_arc.h"
 
 namespace texturon {
@@ -115,7 +116,8 @@ void ApplyWholeCutoffs(Document& document) {
   const double lengthMM =
       static_cast<double>(document.profiles.pointCount) * document.profiles.spacingUM * kMillimetresPerMicrometre;
   double discardMM = 0.0;
-  if (settings.FilterType == kFilterRobustGaussian) {
+  const FilterRow* const filter = LongWaveFilter(settings);
+  if (filter != nullptr && !filter->needsRunIn) {
     settings.UserDiscardType = kDiscardNone;
   } else {
     settings.UserDiscardType = kDiscardHalfCutoff;
@@ -132,7 +134,7 @@ void ApplyWholeCutoffs(Document& document) {
 
 RangeOrMessage ResolveComputeRange(Document& document, Prompts& prompts) {
   const AnalysisSettings& settings = document.settings.analysis;
-  if (settings.FormRemovalType == kFormAsphere && settings.AsphereUseClearAperture) {
+  if (RequestedForm(settings).hasClearAperture && settings.AsphereUseClearAperture) {
     return ClearApertureRange(document, prompts);
   }
   if (document.regionSet) return RegionRange(document);
@@ -145,7 +147,7 @@ RangeOrMessage ResolveComputeRange(Document& document, Prompts& prompts) {
 }
 
 std::optional<RangeOrMessage> PreviewAperture(const Document& document, const AnalysisSettings& aperture) {
-  const auto* const fit = std::get_if<AsphereFit>(&document.results.formGeometry);
+  const AsphereFit* const fit = AsphereOf(document.results.formGeometry);
   if (!document.results.formRemoved || fit == nullptr) return std::nullopt;
   return ApertureAbout(fit->apexXMM * kMicrometresPerMillimetre, document.profiles, aperture);
 }

@@ -5,9 +5,9 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <variant>
 #include <vector>
 
+#include "analysis/form_table.h"
 #include "parameters/catalogue.h"
 #include "parameters/core_roughness.h"
 #include "parameters/height_curve.h"
@@ -15,24 +15,11 @@
 #include "parameters/ratio_rows.h"
 #include "record/profile_set.h"
 #include "settings/settings.h"
-#include "signal/form/form_arc.h"
-#include "signal/form/form_asphere.h"
-#include "signal/form/form_filter.h"
-#include "signal/form/form_fixed_radius.h"
-#include "signal/form/form_free.h"
-#include "signal/form/form_line.h"
-#include "signal/form/form_mean.h"
-#include "signal/form/form_polynomial.h"
 
 namespace texturon {
 
 /// `formApplied` when no form removal succeeded and the mean was taken out instead.
 inline constexpr std::int32_t kNoFormApplied = -99;
-
-/// The geometry that form removal took out, in the terms of the routine that did it. X positions count from the first
-/// point of the fit, those of an asphere's apex and of a free form's shift from the first sample of the record.
-using FormGeometry =
-    std::variant<MeanFit, LineFit, ArcFit, PolynomialFit, FilterFormFit, FixedRadiusFit, AsphereFit, FreeFormFit>;
 
 /// Heights of a profile from the highest to the lowest; point i has the material ratio i x 100 / n percent.
 struct HeightCurve {

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <optional>
-#include <variant>
 
 #include "analysis/captions.h"
 #include "analysis/curve_step.h"
@@ -94,7 +93,7 @@ struct ResidualOutcome {
 };
 
 ResidualOutcome ResidualOf(const Document& document, ProfileKind kind, Prompts& prompts) {
-  const auto* const fit = std::get_if<AsphereFit>(&document.results.formGeometry);
+  const AsphereFit* const fit = AsphereOf(document.results.formGeometry);
   if (!document.results.formRemoved || fit == nullptr) return {{}, "no asphere was fitted"};
   if (!HasProfile(document, kind)) return {{}, Missing(ProfileTitle(kind)).reason};
   const Profile profile = document.profiles.View(kind);
@@ -117,18 +116,12 @@ ExportResult ExportResidual(const Document& document, Prompts& prompts) {
   return {AsphereTableExport(residual.table.rows, layout, "Aspheric residual, X and Z in mm"), {}};
 }
 
-/// X of the fitted centre in the record; 0 where no arc was taken out.
+/// X of the fitted centre in the record; 0 where the form has none.
 double CentreMM(const Document& document) {
-  const AnalysisResults& results = document.results;
   const double firstUM =
       document.useAllDataForForm ? 0.0 : document.profiles.computeRange.first * document.profiles.spacingUM;
-  if (const auto* const arc = std::get_if<ArcFit>(&results.formGeometry)) {
-    return (firstUM + arc->centreXUM) * kMillimetresPerMicrometre;
-  }
-  if (const auto* const radius = std::get_if<FixedRadiusFit>(&results.formGeometry)) {
-    return (firstUM + radius->centreXUM) * kMillimetresPerMicrometre;
-  }
-  return 0.0;
+  const auto centreUM = CentreXUM(document.results.formGeometry);
+  return centreUM ? (firstUM + *centreUM) * kMillimetresPerMicrometre : 0.0;
 }
 
 ExportResult FromMod(ModText&& text) {
@@ -138,13 +131,12 @@ ExportResult FromMod(ModText&& text) {
 ExportResult ExportWavinessMod(const Document& document, Prompts& /*prompts*/) {
   if (!document.profiles.wavinessComputed) return Missing(ProfileTitle(ProfileKind::kWaviness));
   const Profile profile = document.profiles.View(ProfileKind::kWaviness);
-  const std::int32_t form = document.settings.analysis.FormRemovalType;
   return FromMod(WavinessModText(
       {.points = {.heightsUM = profile.Heights(),
                   .spacingUM = profile.spacingUM,
                   .firstIndex = profile.range.first,
                   .xOffsetMM = CentreMM(document)},
-       .isArc = form == kFormArc || form == kFormFixedRadius,
+       .isArc = RequestedForm(document.settings.analysis).isArc,
        .assessmentLengthMM = (profile.range.count - 1) * profile.spacingUM * kMillimetresPerMicrometre}));
 }
 
@@ -166,7 +158,7 @@ ExportResult ExportResidualMod(const Document& document, Prompts& prompts) {
   std::vector<double> heightsUM(rows.size());
   std::transform(rows.begin(), rows.end(), heightsUM.begin(),
                  [](const TableRow& row) { return row.zMM * kMicrometresPerMillimetre; });
-  const auto& fit = std::get<AsphereFit>(document.results.formGeometry);
+  const AsphereFit& fit = *AsphereOf(document.results.formGeometry);
   const std::vector<ModCoefficient> coefficients = CoefficientsOf(DescribeAsphere(settings));
   return FromMod(AsphereModText(
       {.points = {.heightsUM = heightsUM,

@@ -11,10 +11,7 @@
 #include "base/number_text.h"
 #include "base/units.h"
 #include "parameters/height_statistics.h"
-#include "signal/filter/gaussian_filter.h"
-#include "signal/filter/iso13565_filter.h"
-#include "signal/filter/robust_filter.h"
-#include "signal/filter/spline_filter.h"
+#include "settings/filter_table.h"
 #include "signal/mean.h"
 
 namespace texturon {
@@ -25,21 +22,22 @@ auto Part(Values& values, const IndexRange& range) {
   return std::span(values).subspan(static_cast<std::size_t>(range.first), static_cast<std::size_t>(range.count));
 }
 
-std::string RobustProgressTitle(double cutoffMM) {
+std::string ProgressTitle(const FilterRow& filter, double cutoffMM) {
   constexpr double kShownInMicrometresBelowMM = 0.08;
   const bool inMicrometres = cutoffMM < kShownInMicrometresBelowMM;
   const double shown = inMicrometres ? cutoffMM * kMicrometresPerMillimetre : cutoffMM;
-  return FixedText(shown, 3) + (inMicrometres ? " \xB5m" : " mm") + " Robust Filter ...";
+  return FixedText(shown, 3) + (inMicrometres ? " \xB5m " : " mm ") + std::string(filter.progressTitle);
 }
 
 void FilterShortWaves(Document& document) {
   ProfileSet& profiles = document.profiles;
-  const double cutoffMM = document.settings.analysis.LsCutoffMM;
+  const AnalysisSettings& settings = document.settings.analysis;
   const auto source = Part(std::as_const(profiles.formSuppressed), profiles.computeRange);
   const auto target = Part(profiles.primary, profiles.computeRange);
   profiles.primaryRange = profiles.computeRange;
-  if (cutoffMM > 0.0) {
-    const auto valid = SplineFilter(source, target, profiles.residualSpacingUM, cutoffMM, kGaussianLikeTension);
+  if (settings.LsCutoffMM > 0.0) {
+    const FilterSetup setup{.spacingUM = profiles.residualSpacingUM, .cutoffMM = settings.LsCutoffMM};
+    const FilterRange valid = ShortWaveFilter(settings).run(source, target, setup);
     if (valid) {
       profiles.lsApplied = true;
       profiles.primaryRange = valid->ShiftedBy(profiles.computeRange.first);
@@ -49,26 +47,21 @@ void FilterShortWaves(Document& document) {
   std::copy(source.begin(), source.end(), target.begin());
 }
 
-std::optional<IndexRange> FilterLongWaves(Document& document, Prompts& prompts) {
+FilterRange FilterLongWaves(Document& document, Prompts& prompts) {
   ProfileSet& profiles = document.profiles;
   const AnalysisSettings& settings = document.settings.analysis;
+  const FilterRow* const filter = LongWaveFilter(settings);
+  if (filter == nullptr) return std::nullopt;
   const std::span<const double> z = Part(std::as_const(profiles.primary), profiles.primaryRange);
   const std::span<double> w = Part(profiles.waviness, profiles.primaryRange);
-  const double spacingUM = profiles.residualSpacingUM;
-  switch (settings.FilterType) {
-    case kFilterGaussian:
-      return GaussianFilter(z, w, spacingUM, settings.LcCutoffMM);
-    case kFilterSplineGaussian:
-      return SplineFilter(z, w, spacingUM, settings.LcCutoffMM, settings.SplineTension);
-    case kFilterIso13565:
-      return Iso13565Filter(z, w, spacingUM, settings.LcCutoffMM);
-    case kFilterRobustGaussian: {
-      const auto progress = prompts.OpenProgress(RobustProgressTitle(settings.LcCutoffMM), "");
-      return RobustSplineFilter(z, w, spacingUM, settings.LcCutoffMM, settings.SplineTension, progress.get()).range;
-    }
-    default:
-      return std::nullopt;
+  FilterSetup setup{
+      .spacingUM = profiles.residualSpacingUM, .cutoffMM = settings.LcCutoffMM, .tension = settings.SplineTension};
+  std::unique_ptr<Progress> progress;
+  if (!filter->progressTitle.empty()) {
+    progress = prompts.OpenProgress(ProgressTitle(*filter, settings.LcCutoffMM), "");
+    setup.progress = progress.get();
   }
+  return filter->run(z, w, setup);
 }
 
 /// Trims both ends by the discard in force, if that takes more than the filter itself did and leaves enough. The

@@ -2,11 +2,10 @@
 
 #include "analysis/form_step.h"
 
-#include <algorithm>
+#include <utility>
 
-#include "analysis/shape_form_step.h"
+#include "analysis/form_table.h"
 #include "base/units.h"
-#include "settings/nominal_settings.h"
 
 namespace texturon {
 namespace {
@@ -21,20 +20,10 @@ std::optional<IndexRange> RelativeExclusion(const std::optional<IndexRange>& exc
   return exclusion->ShiftedBy(-std::int64_t{first});
 }
 
-/// Runs the routine of one form type and files its geometry.
-template <typename Routine>
-bool Apply(Document& document, const FormInput& input, const FormOutput& output, Routine routine) {
-  const auto fit = routine(input, output);
-  if (!fit) return false;
-  document.profiles.residualSpacingUM = fit->residualSpacingUM;
-  document.results.formGeometry = *fit;
-  return true;
-}
-
 /// Takes the wait cursor down while a fit shows its own progress.
 class WithoutWaitCursor {
 public:
-  WithoutWaitCursor(Prompts& prompts, bool isQuiet) : prompts_(isQuiet ? nullptr : &prompts) {
+  WithoutWaitCursor(Prompts& prompts, bool keepsIt) : prompts_(keepsIt ? nullptr : &prompts) {
     if (prompts_ != nullptr) prompts_->SetBusy(false);
   }
   ~WithoutWaitCursor() {
@@ -47,56 +36,12 @@ private:
   Prompts* prompts_;
 };
 
-std::optional<AsphereFit> AsphereInRecord(const Document& document, const FormInput& input, double firstMM,
-                                          Prompts& prompts, const FormOutput& output) {
-  const AnalysisSettings& settings = document.settings.analysis;
-  if (HasUnusedConstant(settings)) {
-    prompts.Notice("The aspheric coefficient A0 is not used: the height of the vertex carries it.");
-  }
-  const WithoutWaitCursor arrow(prompts, document.quietMode);
-  auto fit = RemoveAsphere(input, settings, firstMM, prompts, output);
-  if (fit) fit->apexXMM += firstMM;
-  return fit;
-}
-
-bool ApplyRequestedForm(Document& document, const FormInput& input, double firstMM, Prompts& prompts,
-                        const FormOutput& output) {
-  const AnalysisSettings& settings = document.settings.analysis;
-  switch (settings.FormRemovalType) {
-    case kFormLine:
-      return Apply(document, input, output, FitLine);
-    case kFormArc:
-      return Apply(document, input, output, FitArc);
-    case kFormPolynomial:
-      return Apply(document, input, output, [&](const auto& in, const auto& out) {
-        const auto fit = FitPolynomial(in, settings.PolynomialOrder, out);
-        if (fit && fit->swingsAway) {
-          prompts.Notice(
-              "The polynomial leads far away from the profile where the fit used no points; use a lower order.");
-        }
-        return fit;
-      });
-    case kFormFilter:
-      return Apply(document, input, output, [cutoffMM = settings.FormFilterCutoffMM](const auto& in, const auto& out) {
-        return RemoveFormByFilter(in, cutoffMM, out);
-      });
-    case kFormFixedRadius:
-      return Apply(document, input, output, [&](const auto& in, const auto& out) {
-        return RemoveFixedRadius(in, settings, document.quietMode, prompts, out);
-      });
-    case kFormAsphere:
-      return Apply(document, input, output, [&](const auto& in, const auto& out) {
-        return AsphereInRecord(document, in, firstMM, prompts, out);
-      });
-    case kFormFree:
-      return Apply(document, input, output, [&](const auto& in, const auto& out) {
-        auto fit = RemoveFreeForm(in, settings, prompts, out);
-        if (fit) fit->shiftXMM += firstMM;
-        return fit;
-      });
-    default:
-      return false;
-  }
+/// Nothing without a form that is asked for, and where it cannot be fitted.
+std::optional<FormGeometry> RemoveRequested(const FormTask& task) {
+  const FormRow& form = RequestedForm(task.settings);
+  if (form.number == kFormNone) return std::nullopt;
+  const WithoutWaitCursor arrow(task.prompts, task.isQuiet || !form.showsProgress);
+  return form.remove(task);
 }
 
 }  // namespace
@@ -121,11 +66,18 @@ void RemoveForm(Document& document, const ComputeRange& compute, Prompts& prompt
   results.formRequested = settings.FormRemovalType;
   results.formApplied = kNoFormApplied;
   profiles.residualSpacingUM = profiles.spacingUM;
-  const double firstMM = static_cast<double>(fitted.first) * profiles.spacingUM * kMillimetresPerMicrometre;
-  if (ApplyRequestedForm(document, input, firstMM, prompts, output)) {
-    results.formApplied = settings.FormRemovalType;
-  } else {
-    Apply(document, input, output, RemoveMean);
+  const FormTask task{.input = input,
+                      .output = output,
+                      .settings = settings,
+                      .firstMM = static_cast<double>(fitted.first) * profiles.spacingUM * kMillimetresPerMicrometre,
+                      .isQuiet = document.quietMode,
+                      .prompts = prompts};
+  auto geometry = RemoveRequested(task);
+  if (geometry) results.formApplied = settings.FormRemovalType;
+  if (!geometry) geometry = FindForm(kFormNone)->remove(task);
+  if (geometry) {
+    profiles.residualSpacingUM = ResidualSpacingUM(*geometry);
+    results.formGeometry = std::move(*geometry);
   }
   results.residualTypeUsed = settings.ResidualType;
   results.formRemoved = true;

@@ -56,6 +56,12 @@ void KeepEnvelope(std::vector<double>& profile, std::span<const double> envelope
   std::copy(envelopeUM.begin(), envelopeUM.end(), profile.begin() + profiles.evaluationRange.first);
 }
 
+/// That of the filter that took the form out: longer waves are not in the waviness.
+std::optional<double> WavinessLengthMM(const AnalysisSettings& settings) {
+  const auto cutoffMM = RequestedForm(settings).filterCutoffMM;
+  return cutoffMM != nullptr ? std::optional(settings.*cutoffMM) : std::nullopt;
+}
+
 void ComputeSelectedParameters(Document& document, Prompts& prompts, const Environment& environment) {
   ProfileSet& profiles = document.profiles;
   AnalysisResults& results = document.results;
@@ -70,7 +76,8 @@ void ComputeSelectedParameters(Document& document, Prompts& prompts, const Envir
                            .roughness = viewIf(results.roughnessComputed, ProfileKind::kRoughness),
                            .sortedPrimary = results.primaryCurve.heightsUM,
                            .sortedRoughness = results.roughnessCurve.heightsUM,
-                           .wantsCoreRoughness = document.wanted.coreRoughness});
+                           .wantsCoreRoughness = document.wanted.coreRoughness,
+                           .wavinessLengthMM = WavinessLengthMM(document.settings.analysis)});
   results.coreRoughness = report.coreRoughness;
   KeepEnvelope(profiles.closing, report.closingUM, profiles);
   KeepEnvelope(profiles.opening, report.openingUM, profiles);

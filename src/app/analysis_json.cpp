@@ -29,7 +29,7 @@ public:
     json_.Integer(results.formApplied);
     Text("caption", FormCaption(document_));
     Number("residual_spacing_um", document_.profiles.residualSpacingUM);
-    if (results.formRemoved) std::visit([this](const auto& fit) { Geometry(fit); }, results.formGeometry);
+    if (results.formRemoved) Fields(results.formGeometry);
     json_.EndObject();
   }
 
@@ -127,38 +127,14 @@ public:
   }
 
 private:
-  void Geometry(const MeanFit& fit) { Number("mean_um", fit.meanUM); }
-  void Geometry(const LineFit& fit) {
-    Number("slope", fit.slope);
-    Number("intercept_um", fit.interceptUM);
-  }
-  void Geometry(const ArcFit& fit) {
-    Number("radius_um", fit.radiusUM);
-    Number("center_x_um", fit.centreXUM);
-    Number("center_y_um", fit.centreYUM);
-  }
-  void Geometry(const PolynomialFit& fit) { Numbers("coefficients", fit.coefficients); }
-  void Geometry(const FilterFormFit& fit) {
-    Number("slope", fit.slope);
-    Number("intercept_um", fit.interceptUM);
-  }
-  void Geometry(const FixedRadiusFit& fit) {
-    Number("radius_um", fit.radiusUM);
-    Number("center_x_um", fit.centreXUM);
-    Number("center_y_um", fit.centreYUM);
-  }
-  void Geometry(const AsphereFit& fit) {
-    Number("radius_um", fit.RadiusMM() * kMicrometresPerMillimetre);
-    Number("apex_x_mm", fit.apexXMM);
-    Number("apex_z_um", fit.apexZUM);
-    Number("tilt_degrees", fit.TiltDegrees());
-    Number("curvature_per_mm", fit.curvaturePerMM);
-    Number("conic", fit.conic);
-  }
-  void Geometry(const FreeFormFit& fit) {
-    Number("shift_x_mm", fit.shiftXMM);
-    Number("shift_y_mm", fit.shiftYMM);
-    Number("theta_degrees", fit.thetaDegrees);
+  void Fields(const FormGeometry& geometry) {
+    for (const FormField& field : FormOf(geometry).fields(geometry)) {
+      if (const double* const number = std::get_if<double>(&field.value)) {
+        Number(field.name, *number);
+      } else {
+        Numbers(field.name, std::get<std::vector<double>>(field.value));
+      }
+    }
   }
 
   void RatioRows(const std::vector<RatioRowEntry>& rows) {

@@ -56,8 +56,7 @@ std::string RangeText(const IndexRange& range, double spacingUM, bool metric) {
 std::string CutoffText(const Document& document) {
   const AnalysisSettings& settings = document.settings.analysis;
   const bool metric = document.settings.display.Metric;
-  std::string text =
-      FilterLabel(settings.FilterType) + ", long-wave cutoff " + LengthText(settings.LcCutoffMM, metric, 4);
+  std::string text = FilterLabel(settings) + ", long-wave cutoff " + LengthText(settings.LcCutoffMM, metric, 4);
   if (document.profiles.lsApplied) {
     text += ", short-wave cutoff " + LengthText(settings.LsCutoffMM, metric, 4);
   } else {

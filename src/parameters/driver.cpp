@@ -19,11 +19,9 @@ class PassProfiles {
 public:
   explicit PassProfiles(const DriverInput& input) {
     const AnalysisSettings& settings = input.settings;
-    const bool formByFilter = settings.FormRemovalType == kFormFilter;
-    const auto wavinessLength = formByFilter ? std::optional<double>(settings.FormFilterCutoffMM) : std::nullopt;
     Put('F', input.formSuppressed, LengthsOf(input.formSuppressed, settings, std::nullopt));
     Put('P', input.primary, LengthsOf(input.primary, settings, std::nullopt), input.sortedPrimary);
-    Put('W', input.waviness, LengthsOf(input.waviness, settings, wavinessLength));
+    Put('W', input.waviness, LengthsOf(input.waviness, settings, input.wavinessLengthMM));
     Put('R', input.roughness, LengthsOf(input.roughness, settings, settings.LcCutoffMM), input.sortedRoughness);
   }
 

@@ -26,7 +26,8 @@ struct DriverInput {
   /// Heights of primary and roughness from the highest to the lowest, where they are at hand.
   std::span<const double> sortedPrimary = {};
   std::span<const double> sortedRoughness = {};
-  bool wantsCoreRoughness = true;  ///< also when no row asks for it
+  bool wantsCoreRoughness = true;               ///< also when no row asks for it
+  std::optional<double> wavinessLengthMM = {};  ///< sampling length of the waviness; none: a fifth of the evaluation
 };
 
 struct DriverReport {
@@ -49,8 +50,8 @@ struct DriverReport {
 /// that is not finite is a failure, but for the ratios of the core roughness, which have no guard against a core of 0.
 ///
 /// The first letter of a name chooses the profile (F form-suppressed, P primary, W waviness, R roughness), the rest of
-/// it the routine, both without regard to case. Sampling lengths: a fifth of the evaluation length for F and P, the
-/// form filter's cutoff for W when that form removal is set and otherwise also a fifth, the roughness cutoff for R.
+/// it the routine, both without regard to case. Sampling lengths: a fifth of the evaluation length for F and P, for W
+/// too unless another is given, the roughness cutoff for R.
 DriverReport ComputeParameters(ParameterCatalogue& catalogue, const DriverInput& input);
 
 }  // namespace texturon

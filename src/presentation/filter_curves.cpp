@@ -5,9 +5,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "settings/filter_table.h"
 #include "signal/filter/filter_contract.h"
-#include "signal/filter/filter_transmission.h"
-#include "signal/filter/spline_filter.h"
 
 namespace texturon {
 namespace {
@@ -16,14 +15,6 @@ constexpr std::size_t kPoints = 201;
 /// How far the wavelengths go beyond the cutoffs: there all but the last percent is passed, or stopped.
 constexpr double kMargin = 8.0;
 
-double LongWaveShare(const Document& document, double wavelengthMM) {
-  const AnalysisSettings& settings = document.settings.analysis;
-  const bool isSpline = settings.FilterType == kFilterSplineGaussian || settings.FilterType == kFilterRobustGaussian;
-  if (!isSpline) return GaussianTransmission(settings.LcCutoffMM, wavelengthMM);
-  return SplineTransmission(settings.LcCutoffMM, settings.SplineTension, document.profiles.residualSpacingUM,
-                            wavelengthMM);
-}
-
 }  // namespace
 
 std::optional<FilterCurves> FilterCurvesOf(const Document& document) {
@@ -31,14 +22,16 @@ std::optional<FilterCurves> FilterCurvesOf(const Document& document) {
   const ProfileSet& profiles = document.profiles;
   const double cutoffMM = settings.LcCutoffMM;
   const double spacingUM = profiles.residualSpacingUM;
-  const bool isKnown = settings.FilterType >= kFilterGaussian && settings.FilterType <= kFilterRobustGaussian;
-  if (!document.results.roughnessComputed || !isKnown || !(cutoffMM > 0.0) || !SpacingAllowsCutoff(spacingUM, cutoffMM))
+  const FilterRow* const longWaves = LongWaveFilter(settings);
+  if (!document.results.roughnessComputed || longWaves == nullptr || !(cutoffMM > 0.0) ||
+      !SpacingAllowsCutoff(spacingUM, cutoffMM)) {
     return std::nullopt;
-  FilterCurves curves{.cutoffsMM = {cutoffMM}};
+  }
+  const FilterSetup longSetup{.spacingUM = spacingUM, .cutoffMM = cutoffMM, .tension = settings.SplineTension};
+  const FilterRow& shortWaves = ShortWaveFilter(settings);
+  const FilterSetup shortSetup{.spacingUM = spacingUM, .cutoffMM = settings.LsCutoffMM};
+  FilterCurves curves{.cutoffsMM = {cutoffMM}, .remark = std::string(longWaves->transmissionRemark)};
   if (profiles.lsApplied) curves.cutoffsMM.push_back(settings.LsCutoffMM);
-  if (settings.FilterType == kFilterIso13565) curves.remark = "Gaussian of either step";
-  if (settings.FilterType == kFilterRobustGaussian) curves.remark = "without robust weights";
-
   const auto [shortest, longest] = std::minmax_element(curves.cutoffsMM.begin(), curves.cutoffsMM.end());
   // Shorter waves than two points cannot be told apart.
   const double firstMM = std::max(*shortest / kMargin, 2.0 * spacingUM * kMillimetresPerMicrometre);
@@ -48,10 +41,10 @@ std::optional<FilterCurves> FilterCurvesOf(const Document& document) {
     const double wavelengthMM = firstMM * std::pow(ratio, share);
     double primary = 100.0;
     if (profiles.lsApplied) {
-      primary *= SplineTransmission(settings.LsCutoffMM, kGaussianLikeTension, spacingUM, wavelengthMM);
+      primary *= shortWaves.transmission(shortSetup, wavelengthMM);
       curves.primary.push_back(primary);
     }
-    const double toWaviness = LongWaveShare(document, wavelengthMM);
+    const double toWaviness = longWaves->transmission(longSetup, wavelengthMM);
     curves.wavelengthMM.push_back(wavelengthMM);
     curves.waviness.push_back(primary * toWaviness);
     curves.roughness.push_back(primary * (1.0 - toWaviness));

@@ -21,9 +21,9 @@ struct FilterCurves {
   std::string remark;             ///< what the curves leave out; empty: nothing
 };
 
-/// The transmissions of the long-wave filter in force, times that of the short-wave filter. Two filters have none: of
-/// the robust one it is that of its spline without weights, of ISO 13565 that of the Gaussian filter in its two steps,
-/// and the remark says so. Nothing before an analysis, and where the long-wave filter does not take the cutoff.
+/// The transmissions of the long-wave filter in force, times that of the short-wave filter. What a filter does beside
+/// that, as by its weights, is left out, and the remark says so. Nothing before an analysis, and where the long-wave
+/// filter does not take the cutoff.
 std::optional<FilterCurves> FilterCurvesOf(const Document& document);
 
 }  // namespace texturon

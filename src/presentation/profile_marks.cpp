@@ -62,8 +62,7 @@ std::string SlopeText(double riseUM, double runMM) {
 }  // namespace
 
 bool HeedsExclusion(const Document& document) {
-  const std::int32_t form = document.results.formApplied;
-  return document.excludeSet && !document.useAllDataForForm && form != kNoFormApplied && form != kFormFilter;
+  return document.excludeSet && !document.useAllDataForForm && FormOf(document.results.formGeometry).heedsExclusion;
 }
 
 ProfileMarks MarksOf(const Document& document) {

@@ -6,33 +6,12 @@
 #include <span>
 
 #include "base/units.h"
-#include "signal/filter/gaussian_filter.h"
-#include "signal/filter/iso13565_filter.h"
-#include "signal/filter/robust_filter.h"
-#include "signal/filter/spline_filter.h"
+#include "settings/filter_table.h"
 
 namespace texturon {
 namespace {
 
-bool IsFiltered(std::int32_t filterType) {
-  return filterType >= kFilterGaussian && filterType <= kFilterRobustGaussian;
-}
-
-std::optional<IndexRange> Filter(std::int32_t type, std::span<const double> z, std::span<double> line, double spacingUM,
-                                 double cutoffMM) {
-  switch (type) {
-    case kFilterGaussian:
-      return GaussianFilter(z, line, spacingUM, cutoffMM);
-    case kFilterSplineGaussian:
-      return SplineFilter(z, line, spacingUM, cutoffMM, kGaussianLikeTension);
-    case kFilterIso13565:
-      return Iso13565Filter(z, line, spacingUM, cutoffMM);
-    default:
-      return RobustSplineFilter(z, line, spacingUM, cutoffMM, kGaussianLikeTension, nullptr).range;
-  }
-}
-
-std::optional<NominalCurve> Filtered(const NominalCurve& curve, const AnalysisSettings& settings) {
+std::optional<NominalCurve> Filtered(const NominalCurve& curve, const FilterRow& filter, double cutoffMM) {
   const std::size_t n = curve.PointCount();
   const double step = (curve.Last() - curve.First()) / static_cast<double>(n - 1);
   std::vector<double> x(n), aboveChord(n), line(n);
@@ -43,8 +22,8 @@ std::optional<NominalCurve> Filtered(const NominalCurve& curve, const AnalysisSe
     x[i] = curve.First() + static_cast<double>(i) * step;
     aboveChord[i] = curve.At(x[i], hint).height - start - slope * (x[i] - curve.First());
   }
-  const auto valid = Filter(settings.FreeFormFilterType, aboveChord, line, step * kMicrometresPerMillimetre,
-                            settings.FreeFormFilterCutoffMM);
+  const FilterRange valid =
+      filter.run(aboveChord, line, {.spacingUM = step * kMicrometresPerMillimetre, .cutoffMM = cutoffMM});
   if (!valid || valid->count < 1) return std::nullopt;
   for (std::size_t i = 0; i < n; ++i) line[i] += start + slope * (x[i] - curve.First());
   const auto first = static_cast<std::size_t>(valid->first);
@@ -82,8 +61,9 @@ std::optional<NominalCurve> DescribeFreeForm(const AnalysisSettings& settings) {
     z.push_back(point.zUM * kMillimetresPerMicrometre);
   }
   auto curve = NominalCurve::Through(x, z);
-  if (!curve || !IsFiltered(settings.FreeFormFilterType)) return curve;
-  return Filtered(*curve, settings);
+  const FilterRow* const filter = FindFilter(settings.FreeFormFilterType);
+  if (!curve || filter == nullptr) return curve;
+  return Filtered(*curve, *filter, settings.FreeFormFilterCutoffMM);
 }
 
 std::vector<TableRow> SagTableOf(const AnalysisSettings& settings) {

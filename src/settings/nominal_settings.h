@@ -23,7 +23,7 @@ std::size_t PowerOfCoefficient(bool evenTermsOnly, std::size_t index);
 /// True when a constant is given that DescribeAsphere leaves out.
 bool HasUnusedConstant(const AnalysisSettings& settings);
 
-/// The free form's stored points as a curve, filtered where FreeFormFilterType is one of the filters 0 to 3: taken at
+/// The free form's stored points as a curve, filtered where FreeFormFilterType is the number of a filter: taken at
 /// as many equal steps as there are points, less the chord between the two ends, through the filter with
 /// FreeFormFilterCutoffMM, plus the chord again; what the filter loses at its ends the nominal loses. Nothing for too
 /// few different points or when the filter fails.

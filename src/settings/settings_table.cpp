@@ -11,11 +11,14 @@
 
 #include "base/number_text.h"
 #include "base/text.h"
+#include "settings/filter_table.h"
 
 namespace texturon {
 namespace {
 
 constexpr double kFileVersion = 2.0;
+constexpr FilterChoices kFilterChoices;
+constexpr FilterChoices kFilterChoicesOrNone(", any other none");
 
 // object.*First.*Rest...
 template <auto First, auto... Rest, typename Object>
@@ -211,8 +214,7 @@ constexpr auto kTable = std::to_array<SettingKey>({
     {ANALYSIS(AsphereClearApertureDiameterMM), "mm", "diameter of the clear aperture"},
     {ANALYSIS(AsphereClearApertureCentralDiscardMM), "mm", "middle zone that no fit uses"},
     {ANALYSIS(AsphereSlopeWindowMM), "mm", "window over which the slope of an asphere is taken"},
-    {ANALYSIS(FilterType), "", "filter that separates waviness and roughness",
-     "0 Gaussian, 1 spline, 2 ISO 13565, 3 robust Gaussian"},
+    {ANALYSIS(FilterType), "", "filter that separates waviness and roughness", kFilterChoices},
     {ANALYSIS(LcCutoffMM), "mm", "long-wave cut-off in force"},
     {ANALYSIS(LsCutoffMM), "mm", "short-wave cut-off in force; 0 or less: no short-wave filter"},
     {ANALYSIS(StandardLcCutoff), "", "long-wave cut-off is one of the standard ones"},
@@ -368,8 +370,7 @@ constexpr auto kTable = std::to_array<SettingKey>({
     {FREE_FORM(FreeFormFirstDataPointXMM), "mm", "X of the first measured point in the nominal shape"},
     {FREE_FORM(FreeFormAllowTilt), "", "the fit may tilt the shape"},
     {FREE_FORM(FreeFormIsLeastSqaures), "", "least squares fit; otherwise least absolute deviations"},
-    {FREE_FORM(FreeFormFilterType), "", "filter of the nominal shape",
-     "0 Gaussian, 1 spline, 2 ISO 13565, 3 robust Gaussian, any other none"},
+    {FREE_FORM(FreeFormFilterType), "", "filter of the nominal shape", kFilterChoicesOrNone},
     {FREE_FORM(FreeFormFilterCutoffMM), "mm", "cut-off of that filter"},
     {FREE_FORM(FreeFormPreviewMaxXMM), "mm", "right edge of the free-form preview"},
     {FREE_FORM(FreeFormPreviewMinXMM), "mm", "left edge of the free-form preview"},

@@ -10,6 +10,7 @@
 #include "base/units.h"
 #include "parameters/motif_finder.h"
 #include "platform/platform.h"
+#include "settings/filter_table.h"
 
 namespace texturon {
 namespace {
@@ -18,28 +19,20 @@ std::vector<std::string>& ListIn(ResultLines& lines, ResultList list) {
   return lines[static_cast<std::size_t>(list)];
 }
 
-std::string FilterWord(std::int32_t filterType) {
-  switch (filterType) {
-    case kFilterSplineGaussian:
-      return "SPLINE/";
-    case kFilterIso13565:
-      return "RK/";
-    case kFilterRobustGaussian:
-      return "ROBUST/";
-    default:
-      return "GAUSSIAN/";
-  }
+/// An unknown filter goes by the first one's name.
+std::string FilterWord(const FilterRow* filter) {
+  return std::string((filter != nullptr ? *filter : kFilterTable.front()).word) + "/";
 }
 
-/// The short-wave filter is a spline whatever the long-wave one is.
 std::string PrimaryFilterText(const Document& document) {
   if (!document.profiles.lsApplied) return "GAUSSIAN/ none";
-  return FilterWord(kFilterSplineGaussian) + " - " + FixedText(document.settings.analysis.LsCutoffMM, 4) + " mm";
+  const AnalysisSettings& settings = document.settings.analysis;
+  return FilterWord(&ShortWaveFilter(settings)) + " - " + FixedText(settings.LsCutoffMM, 4) + " mm";
 }
 
 std::string LongFilterText(const Document& document) {
   const AnalysisSettings& settings = document.settings.analysis;
-  std::string text = FilterWord(settings.FilterType) + FixedText(settings.LcCutoffMM, 4) + " - ";
+  std::string text = FilterWord(LongWaveFilter(settings)) + FixedText(settings.LcCutoffMM, 4) + " - ";
   text += document.profiles.lsApplied ? FixedText(settings.LsCutoffMM, 4) + " mm" : "   mm";
   return text;
 }

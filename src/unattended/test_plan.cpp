@@ -11,6 +11,7 @@
 #include "base/text.h"
 #include "parameters/catalogue.h"
 #include "parameters/suffix_table.h"
+#include "settings/filter_table.h"
 
 namespace texturon {
 namespace {
@@ -73,10 +74,9 @@ FilterKeys KeysOf(Family family) {
 }
 
 std::int32_t FilterTypeOf(std::string_view text) {
-  constexpr std::array<std::string_view, 4> kWords = {"GAUSSIAN", "SPLINE", "RK", "ROBUST"};
-  for (std::size_t i = 0; i < kWords.size(); ++i) {
-    const auto number = static_cast<std::int32_t>(i);
-    if (EqualIgnoringCase(text, kWords[i]) || TrimBlanks(text) == IntegerText(number)) return number;
+  for (const FilterRow& filter : kFilterTable) {
+    if (!filter.number) continue;
+    if (EqualIgnoringCase(text, filter.word) || TrimBlanks(text) == IntegerText(*filter.number)) return *filter.number;
   }
   return kFilterGaussian;
 }
@@ -107,7 +107,7 @@ void ReadFilterAndForm(const PlanKeys& keys, Family family, Document& document) 
   const double ratio = keys.Real(names.bandwidthRatio);
   settings.LsCutoffMM = ratio > 0.0 ? settings.LcCutoffMM / ratio : 0.0;
   const std::int32_t form = keys.Integer("FormOption");
-  settings.FormRemovalType = form >= kFormNone && form <= kFormFree ? form : kFormLine;
+  settings.FormRemovalType = FindForm(form) != nullptr ? form : kFormLine;
   SetRegion(keys.Integer(names.cutoffCount), document);
   const auto lengths = keys.Text("ABLength");
   if (!lengths) return;

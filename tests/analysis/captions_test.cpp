@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "settings/setting_choices.h"
+
 namespace texturon {
 namespace {
 
@@ -28,8 +30,6 @@ TEST(Captions, NameTheGeometryInTheUnitsInForce) {
       {PolynomialFit{.coefficients = {1, 2, 3, 4}}, "Form: Polynomial   (Order: 3)", "Form: Polynomial   (Order: 3)"},
       {FilterFormFit{}, "Form: Spline Gaussian Filter (Cutoff: 8.000 mm)",
        "Form: Spline Gaussian Filter (Cutoff: 0.315 in)"},
-      {FixedRadiusFit{.radiusUM = -25'400.0}, "Form: Fixed Radius   (Radius: -25.400 mm)",
-       "Form: Fixed Radius   (Radius: -1.000 in)"},
       {AsphereFit{.slope = 1.0, .curvaturePerMM = -0.02}, "Form: Asphere   (Radius: -50.000 mm  Tilt: 45.000\xB0)",
        "Form: Asphere   (Radius: -1.969 in  Tilt: 45.000\xB0)"},
       {AsphereFit{.curvaturePerMM = 1e-101}, "Form: Asphere   (Radius: 0.000 mm  Tilt: 0.000\xB0)",
@@ -47,7 +47,8 @@ TEST(Captions, NameTheGeometryInTheUnitsInForce) {
     document.settings.display.Metric = false;
     EXPECT_EQ(FormCaption(document), c.imperial);
   }
-  EXPECT_EQ(FilterLabel(kFilterRobustGaussian), "Robust Gaussian (coef: 4.45)");
+  document.settings.analysis.FilterType = kFilterRobustGaussian;
+  EXPECT_EQ(FilterLabel(document.settings.analysis), "Robust Gaussian (coef: 4.45)");
   document.settings.analysis.FilterType = kFilterGaussian;
   document.settings.analysis.LcCutoffMM = 2.54;
   document.settings.analysis.LsCutoffMM = 0.0254;
@@ -56,6 +57,12 @@ TEST(Captions, NameTheGeometryInTheUnitsInForce) {
   EXPECT_EQ(FilterDescription(document), "Gaussian, Lc 0.10000 in, Ls 0.00100 in");
   document.settings.display.Metric = true;
   EXPECT_EQ(FilterDescription(document), "Gaussian, Lc 2.5400 mm, Ls 0.0254 mm");
+}
+
+TEST(FormTable, HoldsTheFormsThatTheSettingsOffer) {
+  const std::vector<SettingChoice> offered = ChoicesOf(*FindSetting("ANALYSIS", "FormRemovalType")->key);
+  EXPECT_EQ(offered.size(), FormTable().size());
+  for (const SettingChoice& choice : offered) EXPECT_NE(FindForm(choice.value), nullptr) << choice.name;
 }
 
 }  // namespace

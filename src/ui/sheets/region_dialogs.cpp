@@ -182,7 +182,7 @@ void CClearApertureDialog::Take() {
   ok_->setEnabled(isRight);
   bar_->Show(document_.profiles.pointCount, std::nullopt);
   if (!isRight) return readout_->setText(tr("An entry cannot be used."));
-  if (document_.settings.analysis.FormRemovalType != kFormAsphere) {
+  if (!RequestedForm(document_.settings.analysis).hasClearAperture) {
     return readout_->setText(
         tr("The form that is removed is no asphere: the clear aperture has no effect until it is."));
   }

@@ -9,7 +9,9 @@
 #include <QScrollArea>
 #include <QVBoxLayout>
 #include <string_view>
+#include <utility>
 
+#include "analysis/form_table.h"
 #include "settings/cutoff_choices.h"
 #include "settings/settings_changes.h"
 #include "ui/qt_text.h"
@@ -30,12 +32,13 @@ std::vector<FieldSpec> Fields(std::string_view section, std::initializer_list<st
 std::vector<GroupSpec> FormGroups() {
   constexpr auto kForm = &AnalysisSettings::FormRemovalType;
   constexpr auto kThin = &AnalysisSettings::FormRemovalDataReductionMethod;
-  return {{"Form",
-           {{"ANALYSIS", "FormRemovalType"},
-            {"ANALYSIS", "ResidualType"},
-            {"ANALYSIS", "PolynomialOrder", kForm, kFormPolynomial},
-            {"ANALYSIS", "FormFilterCutoffMM", kForm, kFormFilter},
-            {"ANALYSIS", "FixedRadiusMM", kForm, kFormFixedRadius}}},
+  GroupSpec form{"Form", Fields("ANALYSIS", {"FormRemovalType", "ResidualType"})};
+  for (const FormRow& row : FormTable()) {
+    for (const auto& [section, key] : row.keys) {
+      if (!key.empty()) form.fields.push_back({section, key, kForm, row.number});
+    }
+  }
+  return {std::move(form),
           {"Points of the fit",
            {{"ANALYSIS", "FormRemovalDataReductionMethod"},
             {"ANALYSIS", "FormRemovalNumberOfPoints", kThin, kThinToPoints},

@@ -271,10 +271,8 @@ void CTexturonDoc::UseWholeCutoffs(bool uses) {
 }
 
 void CTexturonDoc::ExcludeBetween(double firstMM, double lastMM) {
-  if (document_.settings.analysis.FormRemovalType == kFormFilter) {
-    prompts_.ShowMessage("Cannot exclude with filter-based form removal.");
-    return;
-  }
+  const std::string_view refusal = RequestedForm(document_.settings.analysis).exclusionRefusal;
+  if (!refusal.empty()) return prompts_.ShowMessage(refusal);
   Change([firstMM, lastMM](Document& document) {
     const ProfileSet& profiles = document.profiles;
     const auto indexAt = [&](double mm) {

@@ -1,0 +1,213 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#include "analysis/form_table.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "analysis/shape_form_step.h"
+#include "base/number_text.h"
+#include "base/units.h"
+#include "settings/nominal_settings.h"
+
+namespace texturon {
+namespace {
+
+std::string Height(double heightUM, const Settings& settings) {
+  if (settings.display.Metric) return FixedText(heightUM, 3) + " \xB5m";
+  return FixedText(heightUM * kMicroinchesPerMicrometre, 3) + " \xB5in";
+}
+
+std::string Length(double lengthMM, const Settings& settings) {
+  if (settings.display.Metric) return FixedText(lengthMM, 3) + " mm";
+  return FixedText(lengthMM * kInchesPerMillimetre, 3) + " in";
+}
+
+std::string LineCaption(double slope, double interceptUM, const Settings& settings) {
+  return "Form: LS Line   (Slope: " + FixedText(slope, 3) + "  Intercept: " + Height(interceptUM, settings) + ")";
+}
+
+struct Mean {
+  static auto Remove(const FormTask& task) { return RemoveMean(task.input, task.output); }
+  static std::string Caption(const MeanFit& fit, const Settings& settings) {
+    return "Form: Datum   (Mean: " + Height(fit.meanUM, settings) + ")";
+  }
+  static std::vector<FormField> Fields(const MeanFit& fit) { return {{"mean_um", fit.meanUM}}; }
+};
+
+struct Line {
+  static auto Remove(const FormTask& task) { return FitLine(task.input, task.output); }
+  static std::string Caption(const LineFit& fit, const Settings& settings) {
+    return LineCaption(fit.slope, fit.interceptUM, settings);
+  }
+  static std::vector<FormField> Fields(const LineFit& fit) {
+    return {{"slope", fit.slope}, {"intercept_um", fit.interceptUM}};
+  }
+};
+
+struct Arc {
+  static auto Remove(const FormTask& task) { return FitArc(task.input, task.output); }
+  static std::string Caption(const ArcFit& fit, const Settings& settings) {
+    return "Form: LS Arc   (Radius: " + Length(fit.radiusUM * kMillimetresPerMicrometre, settings) + ")";
+  }
+  static std::vector<FormField> Fields(const ArcFit& fit) {
+    return {{"radius_um", fit.radiusUM}, {"center_x_um", fit.centreXUM}, {"center_y_um", fit.centreYUM}};
+  }
+};
+
+struct Polynomial {
+  static auto Remove(const FormTask& task) {
+    auto fit = FitPolynomial(task.input, task.settings.PolynomialOrder, task.output);
+    if (fit && fit->swingsAway) {
+      task.prompts.Notice(
+          "The polynomial leads far away from the profile where the fit used no points; use a lower order.");
+    }
+    return fit;
+  }
+  static std::string Caption(const PolynomialFit& fit, const Settings& settings) {
+    const std::size_t count = fit.coefficients.size();
+    if (count == 1) return "Form: Datum";
+    if (count == 2) return LineCaption(fit.coefficients[1], fit.coefficients[0], settings);
+    if (count == 3) return "Form: Parabola";
+    return "Form: Polynomial   (Order: " + IntegerText(static_cast<std::int64_t>(count) - 1) + ")";
+  }
+  static std::vector<FormField> Fields(const PolynomialFit& fit) { return {{"coefficients", fit.coefficients}}; }
+};
+
+struct Filter {
+  static auto Remove(const FormTask& task) {
+    return RemoveFormByFilter(task.input, task.settings.FormFilterCutoffMM, task.output);
+  }
+  static std::string Caption(const FilterFormFit& /*fit*/, const Settings& settings) {
+    return "Form: Spline Gaussian Filter (Cutoff: " + Length(settings.analysis.FormFilterCutoffMM, settings) + ")";
+  }
+  static std::vector<FormField> Fields(const FilterFormFit& fit) {
+    return {{"slope", fit.slope}, {"intercept_um", fit.interceptUM}};
+  }
+};
+
+struct FixedRadius {
+  static auto Remove(const FormTask& task) {
+    return RemoveFixedRadius(task.input, task.settings, task.isQuiet, task.prompts, task.output);
+  }
+  static std::string Caption(const FixedRadiusFit& fit, const Settings& settings) {
+    return "Form: Fixed Radius   (Radius: " + Length(fit.radiusUM * kMillimetresPerMicrometre, settings) + ")";
+  }
+  static std::vector<FormField> Fields(const FixedRadiusFit& fit) {
+    return {{"radius_um", fit.radiusUM}, {"center_x_um", fit.centreXUM}, {"center_y_um", fit.centreYUM}};
+  }
+};
+
+struct Asphere {
+  static auto Remove(const FormTask& task) {
+    if (HasUnusedConstant(task.settings)) {
+      task.prompts.Notice("The aspheric coefficient A0 is not used: the height of the vertex carries it.");
+    }
+    auto fit = RemoveAsphere(task.input, task.settings, task.firstMM, task.prompts, task.output);
+    if (fit) fit->apexXMM += task.firstMM;
+    return fit;
+  }
+  static std::string Caption(const AsphereFit& fit, const Settings& settings) {
+    return "Form: Asphere   (Radius: " + Length(fit.RadiusMM(), settings) +
+           "  Tilt: " + FixedText(fit.TiltDegrees(), 3) + "\xB0)";
+  }
+  static std::vector<FormField> Fields(const AsphereFit& fit) {
+    return {{"radius_um", fit.RadiusMM() * kMicrometresPerMillimetre},
+            {"apex_x_mm", fit.apexXMM},
+            {"apex_z_um", fit.apexZUM},
+            {"tilt_degrees", fit.TiltDegrees()},
+            {"curvature_per_mm", fit.curvaturePerMM},
+            {"conic", fit.conic}};
+  }
+};
+
+struct FreeForm {
+  static auto Remove(const FormTask& task) {
+    auto fit = RemoveFreeForm(task.input, task.settings, task.prompts, task.output);
+    if (fit) fit->shiftXMM += task.firstMM;
+    return fit;
+  }
+  static std::string Caption(const FreeFormFit& fit, const Settings& settings) {
+    std::string text =
+        fit.hasFixedStart ? "Free Form (Fixed Start" : "Free Form (dX: " + Length(fit.shiftXMM, settings);
+    text += "  dY: " + Length(fit.shiftYMM, settings);
+    if (fit.allowsTilt) text += "  Theta: " + FixedText(fit.thetaDegrees, 3) + "\xB0";
+    return text + ")";
+  }
+  static std::vector<FormField> Fields(const FreeFormFit& fit) {
+    return {{"shift_x_mm", fit.shiftXMM}, {"shift_y_mm", fit.shiftYMM}, {"theta_degrees", fit.thetaDegrees}};
+  }
+};
+
+/// Fills in the routines of a row.
+template <typename Form>
+constexpr FormRow Row(FormRow row) {
+  using Fit = typename decltype(Form::Remove(std::declval<const FormTask&>()))::value_type;
+  row.remove = [](const FormTask& task) -> std::optional<FormGeometry> { return Form::Remove(task); };
+  row.made = [](const FormGeometry& geometry) { return std::holds_alternative<Fit>(geometry); };
+  row.caption = [](const FormGeometry& geometry, const Settings& settings) {
+    return Form::Caption(std::get<Fit>(geometry), settings);
+  };
+  row.fields = [](const FormGeometry& geometry) { return Form::Fields(std::get<Fit>(geometry)); };
+  return row;
+}
+
+constexpr auto kTable = std::to_array<FormRow>({
+    Row<Mean>({.number = kFormNone, .heedsExclusion = false}),
+    Row<Line>({.number = kFormLine}),
+    Row<Arc>({.number = kFormArc, .isArc = true}),
+    Row<Polynomial>({.number = kFormPolynomial, .keys = {{{"ANALYSIS", "PolynomialOrder"}}}}),
+    Row<Filter>({.number = kFormFilter,
+                 .keys = {{{"ANALYSIS", "FormFilterCutoffMM"}}},
+                 .heedsExclusion = false,
+                 .exclusionRefusal = "Cannot exclude with filter-based form removal.",
+                 .filterCutoffMM = &AnalysisSettings::FormFilterCutoffMM}),
+    Row<FixedRadius>({.number = kFormFixedRadius, .keys = {{{"ANALYSIS", "FixedRadiusMM"}}}, .isArc = true}),
+    Row<Asphere>({.number = kFormAsphere, .showsProgress = true, .hasClearAperture = true}),
+    Row<FreeForm>({.number = kFormFree}),
+});
+static_assert(kTable.size() == std::variant_size_v<FormGeometry>, "every geometry has its form");
+
+template <typename Condition>
+const FormRow* FirstWith(Condition condition) {
+  const auto* const found = std::find_if(kTable.begin(), kTable.end(), condition);
+  return found == kTable.end() ? nullptr : found;
+}
+
+}  // namespace
+
+double ResidualSpacingUM(const FormGeometry& geometry) {
+  return std::visit([](const auto& fit) { return fit.residualSpacingUM; }, geometry);
+}
+
+std::optional<double> CentreXUM(const FormGeometry& geometry) {
+  return std::visit(
+      [](const auto& fit) -> std::optional<double> {
+        if constexpr (requires { fit.centreXUM; }) return fit.centreXUM;
+        return std::nullopt;
+      },
+      geometry);
+}
+
+const AsphereFit* AsphereOf(const FormGeometry& geometry) {
+  return std::get_if<AsphereFit>(&geometry);
+}
+
+std::span<const FormRow> FormTable() {
+  return kTable;
+}
+
+const FormRow* FindForm(std::int32_t number) {
+  return FirstWith([number](const FormRow& form) { return form.number == number; });
+}
+
+const FormRow& RequestedForm(const AnalysisSettings& settings) {
+  const FormRow* const form = FindForm(settings.FormRemovalType);
+  return form != nullptr ? *form : kTable.front();
+}
+
+const FormRow& FormOf(const FormGeometry& geometry) {
+  return *FirstWith([&geometry](const FormRow& form) { return form.made(geometry); });
+}
+
+}  // namespace texturon
