@@ -69,8 +69,8 @@ private:
 }  // namespace
 
 std::string FormCaption(const Document& document) {
-  if (!document.results.formRemoved) return {};
-  return std::visit(CaptionWriter(document.settings.display.Metric, document.settings.analysis),
+  if (!document.profiles.computeRange) return {};
+  return std::visit(CaptionWriter(document.settings.display.Metric, document.AnalysedBy()),
                     document.results.formGeometry);
 }
 
@@ -90,12 +90,12 @@ std::string FilterLabel(std::int32_t filterType) {
 }
 
 std::string FilterDescription(const Document& document) {
-  const AnalysisSettings& settings = document.settings.analysis;
+  const AnalysisSettings& settings = document.AnalysedBy();
   const auto cutoff = [metric = document.settings.display.Metric](double mm) {
     return metric ? FixedText(mm, 4) + " mm" : FixedText(mm * kInchesPerMillimetre, 5) + " in";
   };
   std::string text = FilterLabel(settings.FilterType) + ", Lc " + cutoff(settings.LcCutoffMM);
-  if (document.profiles.lsApplied) text += ", Ls " + cutoff(settings.LsCutoffMM);
+  if (const auto& shortMM = document.profiles.shortCutoffMM) text += ", Ls " + cutoff(*shortMM);
   return text;
 }
 

@@ -29,11 +29,9 @@ IndexRange ClampedRange(std::int64_t first, std::int64_t last, std::int32_t poin
 
 RangeOrMessage RegionRange(const Document& document) {
   const ProfileSet& profiles = document.profiles;
-  const auto range = ResolveRegion(RegionOf(document), profiles.pointCount, profiles.spacingUM);
+  const auto range = ResolveRegion(*document.scope.region, profiles.pointCount, profiles.spacingUM);
   if (!range) return kTooFewInRegion;
-  ComputeRange resolved{*range, {}};
-  if (document.excludeSet) resolved.exclusion = IndexRange::FromEnds(document.excludeFirst, document.excludeLast);
-  return resolved;
+  return ComputeRange{*range, document.scope.exclusion};
 }
 
 /// Where the apex lies before any asphere is fitted, in um from the first sample: the centre of the least-squares arc,
@@ -98,36 +96,34 @@ RangeOrMessage ClearApertureRange(Document& document, Prompts& prompts) {
       resolved = ApertureAbout(*fittedUM, profiles, document.settings.analysis);
     }
   }
-  if (const auto* aperture = std::get_if<ComputeRange>(&resolved)) {
-    document.excludeSet = aperture->exclusion.has_value();
-    const IndexRange discard = aperture->exclusion.value_or(IndexRange::FromEnds(-1, -1));
-    document.excludeFirst = discard.first;
-    document.excludeLast = discard.last;
-  }
+  if (const auto* aperture = std::get_if<ComputeRange>(&resolved)) document.scope.exclusion = aperture->exclusion;
   return resolved;
 }
 
 }  // namespace
 
+double DiscardLengthMM(const AnalysisSettings& settings) {
+  if (settings.UserDiscardType <= kDiscardNone) return 0.0;
+  if (settings.UserDiscardType == kDiscardHalfCutoff) return 0.5 * settings.LcCutoffMM;
+  if (settings.UserDiscardType == kDiscardCutoff) return settings.LcCutoffMM;
+  return settings.UserDiscardLengthMM;
+}
+
+RegionChoice RegionOfCutoffs(double cutoffs, const AnalysisSettings& settings) {
+  return {.mode = kStartAndLength, .lengthMM = cutoffs * settings.LcCutoffMM + 2.0 * DiscardLengthMM(settings)};
+}
+
 void ApplyWholeCutoffs(Document& document) {
-  if (!document.wholeCutoffLength) return;
+  if (!document.scope.wholeCutoffs) return;
   AnalysisSettings& settings = document.settings.analysis;
-  const double lengthMM =
-      static_cast<double>(document.profiles.pointCount) * document.profiles.spacingUM * kMillimetresPerMicrometre;
-  double discardMM = 0.0;
-  if (settings.FilterType == kFilterRobustGaussian) {
-    settings.UserDiscardType = kDiscardNone;
-  } else {
-    settings.UserDiscardType = kDiscardHalfCutoff;
-    discardMM = settings.LcCutoffMM * 0.5;
-    settings.UserDiscardLengthMM = discardMM;
-  }
-  document.regionSet = settings.LcCutoffMM > 0.0;
-  if (!document.regionSet) return;
-  const double cutoffs = std::trunc((lengthMM - 2.0 * discardMM) / settings.LcCutoffMM);
-  document.regionMode = 1;
-  document.regionStartMM = 0.0;
-  document.regionLengthMM = cutoffs * settings.LcCutoffMM + 2.0 * discardMM;
+  const bool discards = settings.FilterType != kFilterRobustGaussian;
+  settings.UserDiscardType = discards ? kDiscardHalfCutoff : kDiscardNone;
+  const double discardMM = DiscardLengthMM(settings);
+  if (discards) settings.UserDiscardLengthMM = discardMM;
+  document.scope.region.reset();
+  if (!(settings.LcCutoffMM > 0.0)) return;
+  const double cutoffs = std::trunc((document.profiles.LengthMM() - 2.0 * discardMM) / settings.LcCutoffMM);
+  document.scope.region = RegionOfCutoffs(cutoffs, settings);
 }
 
 RangeOrMessage ResolveComputeRange(Document& document, Prompts& prompts) {
@@ -135,10 +131,8 @@ RangeOrMessage ResolveComputeRange(Document& document, Prompts& prompts) {
   if (settings.FormRemovalType == kFormAsphere && settings.AsphereUseClearAperture) {
     return ClearApertureRange(document, prompts);
   }
-  if (document.regionSet) return RegionRange(document);
-  document.excludeSet = false;
-  document.excludeFirst = -1;
-  document.excludeLast = -1;
+  if (document.scope.region) return RegionRange(document);
+  document.scope.exclusion.reset();
   const std::int32_t last = document.profiles.pointCount - 1;
   if (IsTooShort(0, last)) return kTooFew;
   return ComputeRange{IndexRange::FromEnds(0, last), {}};
@@ -146,7 +140,7 @@ RangeOrMessage ResolveComputeRange(Document& document, Prompts& prompts) {
 
 std::optional<RangeOrMessage> PreviewAperture(const Document& document, const AnalysisSettings& aperture) {
   const auto* const fit = std::get_if<AsphereFit>(&document.results.formGeometry);
-  if (!document.results.formRemoved || fit == nullptr) return std::nullopt;
+  if (!document.profiles.computeRange || fit == nullptr) return std::nullopt;
   return ApertureAbout(fit->apexXMM * kMicrometresPerMillimetre, document.profiles, aperture);
 }
 

@@ -34,7 +34,7 @@ ExportResult ExportProfile(const Document& document, Prompts& /*prompts*/) {
   const AnalysisSettings& settings = document.settings.analysis;
   const double ballRadiusMM =
       kind == ProfileKind::kOpening ? settings.OpeningRadiusForWcvx : settings.ClosingRadiusForWvoid;
-  if (!HasProfile(document, kind)) return Missing(ProfileTitle(kind, ballRadiusMM));
+  if (!document.profiles.Has(kind)) return Missing(ProfileTitle(kind, ballRadiusMM));
   const std::string description = AnalysisDescription(document);
   const std::string caption = FormCaption(document);
   const std::string filter = FilterDescription(document);
@@ -51,14 +51,14 @@ template <CurveProfile profile>
 ExportResult ExportCurve(const Document& document, auto make) {
   constexpr bool kIsPrimary = profile == CurveProfile::kPrimary;
   constexpr ProfileKind kKind = kIsPrimary ? ProfileKind::kPrimary : ProfileKind::kRoughness;
-  if (!HasProfile(document, kKind)) return Missing(ProfileTitle(kKind));
+  if (!document.profiles.Has(kKind)) return Missing(ProfileTitle(kKind));
   const AnalysisResults& results = document.results;
-  const bool isSorted = kIsPrimary ? results.primaryCurveComputed : results.roughnessCurveComputed;
-  const std::vector<double> own = isSorted ? std::vector<double>() : SortedHeights(document.profiles.View(kKind));
   const HeightCurve& curve = kIsPrimary ? results.primaryCurve : results.roughnessCurve;
+  const std::vector<double> own =
+      curve.IsEmpty() ? SortedHeights(document.profiles.View(kKind)) : std::vector<double>();
   const std::string settings =
       kIsPrimary ? ShortCutoffText(document.settings.analysis.LsCutoffMM) : AnalysisDescription(document);
-  return {make(isSorted ? curve.heightsUM : own, profile, SourceOf(document), settings), {}};
+  return {make(curve.IsEmpty() ? own : curve.heightsUM, profile, SourceOf(document), settings), {}};
 }
 
 template <CurveProfile profile>
@@ -78,10 +78,11 @@ ExportResult ExportProbability(const Document& document, Prompts& /*prompts*/) {
 }
 
 ExportResult ExportSpectrum(const Document& document, Prompts& /*prompts*/) {
-  if (!document.results.formRemoved) return Missing("spectrum");
-  const bool isComputed = document.results.spectrumComputed;
-  const Spectrum own = isComputed ? Spectrum() : SpectrumOf(document.profiles.View(ProfileKind::kFormSuppressed));
-  const Spectrum& spectrum = isComputed ? document.profiles.spectrum : own;
+  const ProfileSet& profiles = document.profiles;
+  if (!profiles.computeRange) return Missing("spectrum");
+  const bool isComputed = !profiles.spectrum.IsEmpty();
+  const Spectrum own = isComputed ? Spectrum() : SpectrumOf(profiles.View(ProfileKind::kFormSuppressed));
+  const Spectrum& spectrum = isComputed ? profiles.spectrum : own;
   if (!spectrum.valid) return Missing("spectrum");
   return {SpectrumExport(spectrum, SourceOf(document), AnalysisDescription(document)), {}};
 }
@@ -95,8 +96,8 @@ struct ResidualOutcome {
 
 ResidualOutcome ResidualOf(const Document& document, ProfileKind kind, Prompts& prompts) {
   const auto* const fit = std::get_if<AsphereFit>(&document.results.formGeometry);
-  if (!document.results.formRemoved || fit == nullptr) return {{}, "no asphere was fitted"};
-  if (!HasProfile(document, kind)) return {{}, Missing(ProfileTitle(kind)).reason};
+  if (!document.profiles.computeRange || fit == nullptr) return {{}, "no asphere was fitted"};
+  if (!document.profiles.Has(kind)) return {{}, Missing(ProfileTitle(kind)).reason};
   const Profile profile = document.profiles.View(kind);
   // Along the measured X, in which the apex stands, also where the profile's own spacing is stretched.
   const double spacingUM = document.profiles.spacingUM;
@@ -120,8 +121,7 @@ ExportResult ExportResidual(const Document& document, Prompts& prompts) {
 /// X of the fitted centre in the record; 0 where no arc was taken out.
 double CentreMM(const Document& document) {
   const AnalysisResults& results = document.results;
-  const double firstUM =
-      document.useAllDataForForm ? 0.0 : document.profiles.computeRange.first * document.profiles.spacingUM;
+  const double firstUM = FormRange(document).first * document.profiles.spacingUM;
   if (const auto* const arc = std::get_if<ArcFit>(&results.formGeometry)) {
     return (firstUM + arc->centreXUM) * kMillimetresPerMicrometre;
   }
@@ -136,7 +136,7 @@ ExportResult FromMod(ModText&& text) {
 }
 
 ExportResult ExportWavinessMod(const Document& document, Prompts& /*prompts*/) {
-  if (!document.profiles.wavinessComputed) return Missing(ProfileTitle(ProfileKind::kWaviness));
+  if (!document.profiles.evaluationRange) return Missing(ProfileTitle(ProfileKind::kWaviness));
   const Profile profile = document.profiles.View(ProfileKind::kWaviness);
   const std::int32_t form = document.settings.analysis.FormRemovalType;
   return FromMod(WavinessModText(
@@ -221,18 +221,19 @@ ParameterFileText ParameterFileTextOf(const Document& document, std::string_view
   const ProfileSet& profiles = document.profiles;
   const AnalysisResults& results = document.results;
   const std::string description = AnalysisDescription(document);
-  const ParameterCsvInput input{.catalogue = document.catalogue,
-                                .settings = document.settings,
-                                .primaryMaterialRatios = results.primaryMaterialRatios,
-                                .roughnessMaterialRatios = results.roughnessMaterialRatios,
-                                .primaryHtps = results.primaryHtps,
-                                .roughnessHtps = results.roughnessHtps,
-                                .time = time,
-                                .source = profiles.sourcePath,
-                                .identification = profiles.identification,
-                                .description = description,
-                                .traverseLengthUM = profiles.pointCount * profiles.spacingUM,
-                                .evaluationLengthUM = profiles.evaluationRange.count * profiles.residualSpacingUM};
+  const ParameterCsvInput input{
+      .catalogue = document.catalogue,
+      .settings = document.settings,
+      .primaryMaterialRatios = results.primaryMaterialRatios,
+      .roughnessMaterialRatios = results.roughnessMaterialRatios,
+      .primaryHtps = results.primaryHtps,
+      .roughnessHtps = results.roughnessHtps,
+      .time = time,
+      .source = profiles.sourcePath,
+      .identification = profiles.identification,
+      .description = description,
+      .traverseLengthUM = profiles.pointCount * profiles.spacingUM,
+      .evaluationLengthUM = profiles.View(ProfileKind::kRoughness).range.count * profiles.residualSpacingUM};
   return {ParameterCsvHeader(input), ParameterCsvRow(input)};
 }
 

@@ -6,6 +6,7 @@
 
 #include "analysis/shape_form_step.h"
 #include "base/units.h"
+#include "platform/busy_scope.h"
 #include "settings/nominal_settings.h"
 
 namespace texturon {
@@ -31,29 +32,13 @@ bool Apply(Document& document, const FormInput& input, const FormOutput& output,
   return true;
 }
 
-/// Takes the wait cursor down while a fit shows its own progress.
-class WithoutWaitCursor {
-public:
-  WithoutWaitCursor(Prompts& prompts, bool isQuiet) : prompts_(isQuiet ? nullptr : &prompts) {
-    if (prompts_ != nullptr) prompts_->SetBusy(false);
-  }
-  ~WithoutWaitCursor() {
-    if (prompts_ != nullptr) prompts_->SetBusy(true);
-  }
-  WithoutWaitCursor(const WithoutWaitCursor&) = delete;
-  WithoutWaitCursor& operator=(const WithoutWaitCursor&) = delete;
-
-private:
-  Prompts* prompts_;
-};
-
 std::optional<AsphereFit> AsphereInRecord(const Document& document, const FormInput& input, double firstMM,
                                           Prompts& prompts, const FormOutput& output) {
   const AnalysisSettings& settings = document.settings.analysis;
   if (HasUnusedConstant(settings)) {
     prompts.Notice("The aspheric coefficient A0 is not used: the height of the vertex carries it.");
   }
-  const WithoutWaitCursor arrow(prompts, document.quietMode);
+  const BusyScope arrow(prompts, document.quietMode, false);
   auto fit = RemoveAsphere(input, settings, firstMM, prompts, output);
   if (fit) fit->apexXMM += firstMM;
   return fit;
@@ -106,14 +91,15 @@ void RemoveForm(Document& document, const ComputeRange& compute, Prompts& prompt
   AnalysisResults& results = document.results;
   const AnalysisSettings& settings = document.settings.analysis;
 
-  const IndexRange fitted = document.useAllDataForForm ? IndexRange::FromCount(0, profiles.pointCount) : compute.range;
+  const IndexRange fitted =
+      document.scope.allDataForForm ? IndexRange::FromCount(0, profiles.pointCount) : compute.range;
   const auto first = static_cast<std::size_t>(fitted.first);
   const auto count = static_cast<std::size_t>(fitted.count);
   const FormInput input{
       .heights = std::span(profiles.raw).subspan(first, count),
       .spacingUM = profiles.spacingUM,
       .step = FormThinningStep(settings, compute.range.count, profiles.spacingUM),
-      .exclusion = document.useAllDataForForm ? std::nullopt : RelativeExclusion(compute.exclusion, fitted.first),
+      .exclusion = document.scope.allDataForForm ? std::nullopt : RelativeExclusion(compute.exclusion, fitted.first),
       .residual = ResidualKindOf(settings.ResidualType)};
   const FormOutput output{.form = std::span(profiles.form).subspan(first, count),
                           .residual = std::span(profiles.formSuppressed).subspan(first, count)};
@@ -128,7 +114,6 @@ void RemoveForm(Document& document, const ComputeRange& compute, Prompts& prompt
     Apply(document, input, output, RemoveMean);
   }
   results.residualTypeUsed = settings.ResidualType;
-  results.formRemoved = true;
 }
 
 }  // namespace texturon

@@ -19,19 +19,6 @@ std::string LengthText(double lengthMM, bool metric) {
 
 }  // namespace
 
-RegionChoice RegionOf(const Document& document) {
-  if (!document.regionSet) return {};
-  return {document.regionMode, document.regionStartMM, document.regionEndOffsetMM, document.regionLengthMM};
-}
-
-void SetRegion(Document& document, const RegionChoice& region) {
-  document.regionSet = true;
-  document.regionMode = region.mode;
-  document.regionStartMM = region.startMM;
-  document.regionEndOffsetMM = region.endOffsetMM;
-  document.regionLengthMM = region.lengthMM;
-}
-
 std::optional<IndexRange> ResolveRegion(const RegionChoice& region, std::int32_t pointCount, double spacingUM) {
   const std::int64_t n = pointCount;
   const std::int64_t start = StepsInLength(region.startMM, spacingUM);

@@ -58,8 +58,8 @@ std::string CutoffText(const Document& document) {
   const bool metric = document.settings.display.Metric;
   std::string text =
       FilterLabel(settings.FilterType) + ", long-wave cutoff " + LengthText(settings.LcCutoffMM, metric, 4);
-  if (document.profiles.lsApplied) {
-    text += ", short-wave cutoff " + LengthText(settings.LsCutoffMM, metric, 4);
+  if (const auto& shortMM = document.profiles.shortCutoffMM) {
+    text += ", short-wave cutoff " + LengthText(*shortMM, metric, 4);
   } else {
     text += ", no short-wave filter";
   }
@@ -79,7 +79,7 @@ void AppendFacts(std::string& out, const Document& document, std::string_view fi
   if (profiles.tipRadiusMM > 0.0) {
     AppendFact(out, "Stylus tip", FixedText(profiles.tipRadiusMM * kMicrometresPerMillimetre, 2) + " \xB5m radius");
   }
-  if (!document.results.primaryComputed) return;
+  if (!document.profiles.primaryRange) return;
   std::string caption = FormCaption(document);
   constexpr std::string_view kCaptionStart = "Form: ";
   if (caption.starts_with(kCaptionStart)) caption.erase(0, kCaptionStart.size());
@@ -90,8 +90,8 @@ void AppendFacts(std::string& out, const Document& document, std::string_view fi
   }
   out += "\n";
   AppendFact(out, "Filter", CutoffText(document));
-  AppendFact(out, "Primary", RangeText(profiles.primaryRange, profiles.residualSpacingUM, metric));
-  AppendFact(out, "Evaluated", RangeText(profiles.evaluationRange, profiles.residualSpacingUM, metric));
+  AppendFact(out, "Primary", RangeText(*profiles.primaryRange, profiles.residualSpacingUM, metric));
+  AppendFact(out, "Evaluated", RangeText(*profiles.evaluationRange, profiles.residualSpacingUM, metric));
 }
 
 /// The rows under the table that have no value, by name.
@@ -142,7 +142,7 @@ std::string CsvCell(std::string_view bytes) {
 std::string AnalysisTable(const Document& document, std::string_view file) {
   std::string out;
   AppendFacts(out, document, file);
-  if (document.results.primaryComputed) AppendParameters(out, document);
+  if (document.profiles.primaryRange) AppendParameters(out, document);
   return out;
 }
 

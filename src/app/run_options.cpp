@@ -75,18 +75,15 @@ void ApplyAssignments(const std::vector<std::string>& assignments, Settings& set
 void ApplyRunOptions(const CommonOptions& options, RunSetup& setup) {
   Document& document = setup.document;
   document.quietMode = options.quiet;
-  document.wholeCutoffLength = options.wholeCutoffs;
-  document.useAllDataForForm = options.allDataForForm;
+  SetWholeCutoffs(document, options.wholeCutoffs);
+  document.scope.allDataForForm = options.allDataForForm;
   document.writesTraceFile = !options.noTrace;
   setup.invert = options.invert;
   if (!options.region.empty()) {
-    const auto region = ParseRegion(options.region);
-    if (!region) throw UsageError{"--region " + options.region + ": not of the form MODE,START,END,LENGTH."};
-    document.regionSet = true;
-    document.regionMode = region->mode;
-    document.regionStartMM = region->startMM;
-    document.regionEndOffsetMM = region->endOffsetMM;
-    document.regionLengthMM = region->lengthMM;
+    document.scope.region = ParseRegion(options.region);
+    if (!document.scope.region) {
+      throw UsageError{"--region " + options.region + ": not of the form MODE,START,END,LENGTH."};
+    }
   }
   if (!options.exclude.empty()) {
     const auto ends = NumberList<2>(options.exclude);
@@ -107,12 +104,12 @@ void ApplyRunOptions(const CommonOptions& options, RunSetup& setup) {
 
 }  // namespace
 
-std::optional<RegionOption> ParseRegion(const std::string& text) {
+std::optional<RegionChoice> ParseRegion(const std::string& text) {
   const auto numbers = NumberList<4>(text);
   if (!numbers) return std::nullopt;
   const auto mode = WholeIndex((*numbers)[0]);
   if (!mode) return std::nullopt;
-  return RegionOption{*mode, (*numbers)[1], (*numbers)[2], (*numbers)[3]};
+  return RegionChoice{*mode, (*numbers)[1], (*numbers)[2], (*numbers)[3]};
 }
 
 int FinishOutput(int status) {

@@ -17,7 +17,7 @@ constexpr std::size_t kPoints = 201;
 constexpr double kMargin = 8.0;
 
 double LongWaveShare(const Document& document, double wavelengthMM) {
-  const AnalysisSettings& settings = document.settings.analysis;
+  const AnalysisSettings& settings = document.AnalysedBy();
   const bool isSpline = settings.FilterType == kFilterSplineGaussian || settings.FilterType == kFilterRobustGaussian;
   if (!isSpline) return GaussianTransmission(settings.LcCutoffMM, wavelengthMM);
   return SplineTransmission(settings.LcCutoffMM, settings.SplineTension, document.profiles.residualSpacingUM,
@@ -27,15 +27,15 @@ double LongWaveShare(const Document& document, double wavelengthMM) {
 }  // namespace
 
 std::optional<FilterCurves> FilterCurvesOf(const Document& document) {
-  const AnalysisSettings& settings = document.settings.analysis;
+  const AnalysisSettings& settings = document.AnalysedBy();
   const ProfileSet& profiles = document.profiles;
   const double cutoffMM = settings.LcCutoffMM;
   const double spacingUM = profiles.residualSpacingUM;
   const bool isKnown = settings.FilterType >= kFilterGaussian && settings.FilterType <= kFilterRobustGaussian;
-  if (!document.results.roughnessComputed || !isKnown || !(cutoffMM > 0.0) || !SpacingAllowsCutoff(spacingUM, cutoffMM))
+  if (!profiles.evaluationRange || !isKnown || !(cutoffMM > 0.0) || !SpacingAllowsCutoff(spacingUM, cutoffMM))
     return std::nullopt;
   FilterCurves curves{.cutoffsMM = {cutoffMM}};
-  if (profiles.lsApplied) curves.cutoffsMM.push_back(settings.LsCutoffMM);
+  if (profiles.shortCutoffMM) curves.cutoffsMM.push_back(*profiles.shortCutoffMM);
   if (settings.FilterType == kFilterIso13565) curves.remark = "Gaussian of either step";
   if (settings.FilterType == kFilterRobustGaussian) curves.remark = "without robust weights";
 
@@ -47,8 +47,8 @@ std::optional<FilterCurves> FilterCurvesOf(const Document& document) {
     const double share = static_cast<double>(i) / static_cast<double>(kPoints - 1);
     const double wavelengthMM = firstMM * std::pow(ratio, share);
     double primary = 100.0;
-    if (profiles.lsApplied) {
-      primary *= SplineTransmission(settings.LsCutoffMM, kGaussianLikeTension, spacingUM, wavelengthMM);
+    if (profiles.shortCutoffMM) {
+      primary *= SplineTransmission(*profiles.shortCutoffMM, kGaussianLikeTension, spacingUM, wavelengthMM);
       curves.primary.push_back(primary);
     }
     const double toWaviness = LongWaveShare(document, wavelengthMM);

@@ -48,15 +48,13 @@ std::vector<ReportLine> Facts(const Document& document, std::string_view time) {
                                    {"Measured", profiles.dateTime},
                                    {"Analysed", std::string(time)},
                                    {"Record", RecordText(profiles, metric)}};
-  if (document.results.formRemoved) facts.emplace_back("Form", WithoutOpening(FormCaption(document)));
+  if (profiles.computeRange) facts.emplace_back("Form", WithoutOpening(FormCaption(document)));
   facts.emplace_back("Filter", FilterDescription(document));
-  if (profiles.wavinessComputed) {
-    facts.emplace_back("Evaluated", RangeText(profiles.evaluationRange, profiles.residualSpacingUM, metric));
+  if (profiles.evaluationRange) {
+    facts.emplace_back("Evaluated", RangeText(*profiles.evaluationRange, profiles.residualSpacingUM, metric));
   }
-  if (HeedsExclusion(document)) {
-    facts.emplace_back(
-        "Not in the form fit",
-        RangeText(IndexRange::FromEnds(document.excludeFirst, document.excludeLast), profiles.spacingUM, metric));
+  if (const auto excluded = HeededExclusion(document)) {
+    facts.emplace_back("Not in the form fit", RangeText(*excluded, profiles.spacingUM, metric));
   }
   std::erase_if(facts, [](const ReportLine& line) { return line.second.empty(); });
   return facts;

@@ -3,10 +3,12 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "base/index_range.h"
+#include "base/units.h"
 #include "record/motif.h"
 #include "record/profile.h"
 
@@ -21,6 +23,8 @@ struct Spectrum {
   std::vector<double> amplitudeUM;
   std::vector<double> wavelengthMM;
   double peakAmplitudeUM = 0.0;  ///< largest amplitude without index 0
+
+  bool IsEmpty() const { return amplitudeUM.empty(); }
 };
 
 /// The measured record and every profile derived from it. All arrays have pointCount entries and share one index: index
@@ -47,17 +51,22 @@ struct ProfileSet {
   std::vector<double> opening;
   std::vector<Motif> roughnessMotifs;  ///< of the primary profile; empty until a parameter asks for them
   std::vector<Motif> wavinessMotifs;
-  double residualSpacingUM = 0.0;  ///< spacing of the derived profiles; perpendicular residuals stretch it
-  IndexRange computeRange;
-  IndexRange primaryRange;
-  IndexRange evaluationRange;
-  bool lsApplied = false;
-  bool wavinessComputed = false;
+  double residualSpacingUM = 0.0;          ///< spacing of the derived profiles; perpendicular residuals stretch it
+  std::optional<IndexRange> computeRange;  ///< of the form-suppressed profile; none: there is no such profile
+  std::optional<IndexRange> primaryRange;
+  std::optional<IndexRange> evaluationRange;  ///< of waviness, roughness and the envelopes
+  std::optional<double> shortCutoffMM;        ///< of the filter that made the primary profile; none: not filtered
   Spectrum spectrum;
 
   bool IsEmpty() const { return pointCount < 1; }
 
-  /// The view of one profile with its range and spacing.
+  /// Length of the record in mm: points x spacing. The last point lies one spacing before its end.
+  double LengthMM() const { return static_cast<double>(pointCount) * spacingUM * kMillimetresPerMicrometre; }
+
+  /// Whether there is a profile of a kind: measured, or left by the last run.
+  bool Has(ProfileKind kind) const;
+
+  /// The view of one profile with its range, empty where there is none, and spacing.
   Profile View(ProfileKind kind) const;
 };
 

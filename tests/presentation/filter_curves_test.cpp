@@ -64,8 +64,7 @@ TEST(FilterCurves, NameWhatTheyLeaveOut) {
   EXPECT_EQ(FilterCurvesOf(document)->remark, "without robust weights");
   EXPECT_EQ(FilterCurvesOf(document)->cutoffsMM, (std::vector<double>{0.8, 0.008}));
   EXPECT_EQ(FilterCurvesOf(Analysed(0.8, kFilterIso13565))->remark, "Gaussian of either step");
-  document.settings.analysis.LcCutoffMM = 0.0029;
-  EXPECT_FALSE(FilterCurvesOf(document)) << "sampled too coarsely for it";
+  EXPECT_FALSE(FilterCurvesOf(Analysed(0.0029, kFilterRobustGaussian))) << "sampled too coarsely for it";
   EXPECT_FALSE(FilterCurvesOf(MakeDocument()));
 }
 

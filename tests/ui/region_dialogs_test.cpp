@@ -71,7 +71,7 @@ TEST_F(Regions, AreEnteredByKindAndLength) {
     EXPECT_EQ(dialog.findChild<QLineEdit*>("length1")->text(), "0.5");
     Enter(dialog, "length2", "1");
   });
-  EXPECT_EQ(Doc().profiles.computeRange.count, 4001);
+  EXPECT_EQ(Doc().profiles.computeRange->count, 4001);
   // In inches.
   Choose("&Metric");
   ChooseAndAnswer("Compute over &Region...", "Profile Region", [](QDialog& dialog) {
@@ -81,7 +81,7 @@ TEST_F(Regions, AreEnteredByKindAndLength) {
   });
   EXPECT_EQ(Doc().profiles.computeRange, IndexRange::FromEnds(5080, 7999));
   Choose("Compute &All");
-  EXPECT_EQ(Doc().profiles.computeRange.count, 8000);
+  EXPECT_EQ(Doc().profiles.computeRange->count, 8000);
 }
 
 TEST_F(Regions, TheClearApertureIsForAspheres) {
@@ -106,25 +106,25 @@ TEST_F(Regions, TheClearApertureIsForAspheres) {
   });
   EXPECT_TRUE(Doc().settings.analysis.AsphereUseClearAperture);
   const double spacingMM = Doc().profiles.spacingUM * 0.001;
-  EXPECT_NEAR(Doc().profiles.computeRange.count * spacingMM, 4.0, 0.01);
-  EXPECT_NEAR((Doc().excludeLast - Doc().excludeFirst) * spacingMM, 0.5, 0.01);
+  EXPECT_NEAR(Doc().profiles.computeRange->count * spacingMM, 4.0, 0.01);
+  EXPECT_NEAR(Doc().scope.exclusion->count * spacingMM, 0.5, 0.01);
   Choose("Compute &All");
   EXPECT_FALSE(Doc().settings.analysis.AsphereUseClearAperture);
-  EXPECT_EQ(Doc().profiles.computeRange.count, Doc().profiles.pointCount);
+  EXPECT_EQ(Doc().profiles.computeRange->count, Doc().profiles.pointCount);
 }
 
 TEST_F(Regions, WholeCutoffsAreASwitch) {
   Choose("&Whole Number of Cut-offs");
   // 4 mm hold 4 cut-offs of 0.8 mm between two discarded halves.
-  EXPECT_EQ(Doc().profiles.computeRange.last, 8000 - 1);
-  EXPECT_NEAR(Doc().profiles.evaluationRange.count * 0.0005, 3.2, 0.002);
+  EXPECT_EQ(Doc().profiles.computeRange->last, 8000 - 1);
+  EXPECT_NEAR(Doc().profiles.evaluationRange->count * 0.0005, 3.2, 0.002);
   Settings settings = Doc().settings;
   settings.analysis.LcCutoffMM = 0.9;
   frame_->Doc().ReplaceSettings(settings);
-  EXPECT_EQ(Doc().profiles.computeRange.last, 7200) << "3 cut-offs and two halves";
+  EXPECT_EQ(Doc().profiles.computeRange->last, 7200) << "3 cut-offs and two halves";
   EXPECT_EQ(Doc().settings.analysis.UserDiscardType, kDiscardHalfCutoff);
   Choose("&Whole Number of Cut-offs");
-  EXPECT_EQ(Doc().profiles.computeRange.count, 8000);
+  EXPECT_EQ(Doc().profiles.computeRange->count, 8000);
   EXPECT_EQ(Doc().settings.analysis.UserDiscardType, kDiscardNone) << "as it was before";
   Choose("&Whole Number of Cut-offs");
   settings = Doc().settings;
@@ -137,8 +137,8 @@ TEST_F(Regions, WholeCutoffsAreASwitch) {
   frame_->Doc().ReplaceSettings(settings);
   Choose("&Whole Number of Cut-offs");
   Choose("Compute &All");
-  EXPECT_FALSE(Doc().wholeCutoffLength);
-  EXPECT_EQ(Doc().profiles.computeRange.count, 8000);
+  EXPECT_FALSE(Doc().scope.wholeCutoffs.has_value());
+  EXPECT_EQ(Doc().profiles.computeRange->count, 8000);
   EXPECT_EQ(Doc().settings.analysis.UserDiscardType, kDiscardNone);
 }
 

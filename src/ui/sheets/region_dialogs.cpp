@@ -32,10 +32,6 @@ QPushButton* AddButtons(QDialog& dialog, QVBoxLayout& layout) {
   return buttons->button(QDialogButtonBox::Ok);
 }
 
-double RecordMM(const ProfileSet& profiles) {
-  return profiles.pointCount * profiles.spacingUM * kMillimetresPerMicrometre;
-}
-
 }  // namespace
 
 void CStretchBar::Show(std::int32_t pointCount, const std::optional<ComputeRange>& stretch) {
@@ -72,7 +68,7 @@ void CStretchBar::paintEvent(QPaintEvent*) {
 CRegionDialog::CRegionDialog(const Document& document, QWidget* parent)
     : QDialog(parent),
       document_(document),
-      region_(RegionOf(document)),
+      region_(document.scope.region.value_or(RegionChoice{})),
       mode_(new QComboBox(this)),
       bar_(new CStretchBar(this)),
       readout_(new QLabel(this)) {
@@ -125,7 +121,7 @@ void CRegionDialog::Take() {
   bool isRight = true;
   for (const Entry& entry : entries_) {
     const bool isRead = (region_.*entry.isRead)();
-    const LengthEntry length = ReadRegionLength(ToText(entry.line->text()), RecordMM(profiles), metric);
+    const LengthEntry length = ReadRegionLength(ToText(entry.line->text()), profiles.LengthMM(), metric);
     const QString fault = isRead ? FromText(length.fault) : QString();
     if (length.ok()) region_.*entry.length = length.lengthMM;
     entry.line->setEnabled(isRead);

@@ -63,7 +63,7 @@ void CMainFrame::MakeAnalysisMenu() {
   AddSwitch(
       *menu, tr("&Whole Number of Cut-offs"),
       tr("Makes the evaluation length a whole number of cut-offs; sets region and end discard for it."),
-      [](const Document& document) { return document.wholeCutoffLength; },
+      [](const Document& document) { return document.scope.wholeCutoffs.has_value(); },
       [this](bool on) { doc_->UseWholeCutoffs(on); });
   menu->addSeparator();
   needProfile_ << AddCommand(*menu, tr("&Exclude Between Cursors"), QKeySequence(Qt::Key_F8),
@@ -73,7 +73,7 @@ void CMainFrame::MakeAnalysisMenu() {
                              });
   AddSwitch(
       *menu, tr("Use all data for &Form Removal"), {},
-      [](const Document& document) { return document.useAllDataForForm; },
+      [](const Document& document) { return document.scope.allDataForForm; },
       [this](bool on) { doc_->UseAllDataForForm(on); });
   menu->addSeparator();
   AddCommand(*menu, tr("&Settings..."), QKeySequence(Qt::CTRL | Qt::Key_T),

@@ -106,7 +106,7 @@ bool CTexturonDoc::Show(const std::filesystem::path& path, const std::function<I
     for (const std::string& message : diverted.messages()) prompts_.ShowMessage(message);
     Document next = document_;
     SetProfile(next, MakeProfileSet(std::move(loaded.profile), TextFromPath(path)));
-    next.regionSet = false;
+    next.scope.region.reset();
     if (!Analyse(next, IfRefused::kKeep, prompts_)) return false;
     document_ = std::move(next);
     history_.Clear();
@@ -121,7 +121,7 @@ std::string CTexturonDoc::OpenUnattended(const std::filesystem::path& path) {
     const BusyScope busy(*this);
     UnattendedPrompts nobody;
     Document next = document_;
-    next.regionSet = false;
+    next.scope.region.reset();
     const bool wasQuiet = std::exchange(next.quietMode, true);
     const bool wroteTrace = std::exchange(next.writesTraceFile, false);
     try {
@@ -225,7 +225,7 @@ void CTexturonDoc::SetIdentification(std::string identification) {
   std::replace(identification.begin(), identification.end(), ',', ';');
   std::replace(identification.begin(), identification.end(), '"', '\'');
   if (isBusy_) return WhenIdle([this, identification] { SetIdentification(identification); });
-  EditState former = EditStateOf(document_);
+  UndoPoint former = UndoPointOf(document_);
   if (identification == former.identification) return;
   history_.Note(std::move(former));
   document_.profiles.identification = identification;
@@ -235,7 +235,7 @@ void CTexturonDoc::SetIdentification(std::string identification) {
 void CTexturonDoc::ComputeAll() {
   Change([](Document& document) {
     SetWholeCutoffs(document, false);
-    document.regionSet = false;
+    document.scope.region.reset();
     document.settings.analysis.AsphereUseClearAperture = false;
   });
 }
@@ -249,7 +249,7 @@ void CTexturonDoc::ComputeOver(const RegionChoice& region) {
       [region](Document& document) {
         // Either would set another stretch.
         SetWholeCutoffs(document, false);
-        SetRegion(document, region);
+        document.scope.region = region;
         document.settings.analysis.AsphereUseClearAperture = false;
       },
       IfRefused::kDrop);
@@ -285,22 +285,22 @@ void CTexturonDoc::ExcludeBetween(double firstMM, double lastMM) {
 }
 
 void CTexturonDoc::UseAllDataForForm(bool uses) {
-  Change([uses](Document& document) { document.useAllDataForForm = uses; });
+  Change([uses](Document& document) { document.scope.allDataForForm = uses; });
 }
 
 void CTexturonDoc::Undo() {
-  if (!isBusy_ && CanUndo()) GoTo(history_.GoBack(EditStateOf(document_)));
+  if (!isBusy_ && CanUndo()) GoTo(history_.GoBack(UndoPointOf(document_)));
 }
 
 void CTexturonDoc::Redo() {
-  if (!isBusy_ && CanRedo()) GoTo(history_.GoForward(EditStateOf(document_)));
+  if (!isBusy_ && CanRedo()) GoTo(history_.GoForward(UndoPointOf(document_)));
 }
 
-void CTexturonDoc::GoTo(const EditState& state) {
+void CTexturonDoc::GoTo(const UndoPoint& point) {
   {
     const BusyScope busy(*this);
     Document next = document_;
-    RestoreEditState(next, state);
+    RestoreUndoPoint(next, point);
     if (Analyse(next, IfRefused::kKeep, prompts_)) document_ = std::move(next);
   }
   emit Changed();
@@ -333,12 +333,12 @@ void CTexturonDoc::Change(const Step& step, const Manner& manner) {
     const BusyScope busy(*this);
     Document next = document_;
     step(next);
-    const bool isEdit = EditStateOf(next) != EditStateOf(document_);
+    const bool isEdit = UndoPointOf(next) != UndoPointOf(document_);
     if (Analyse(next, manner.ifRefused, manner.isLive ? diverted : prompts_)) {
       const bool goesOn = manner.edit == Edit::kGoesOn && history_.CanGoBack();
-      if (isEdit && !goesOn) history_.Note(EditStateOf(document_));
+      if (isEdit && !goesOn) history_.Note(UndoPointOf(document_));
       document_ = std::move(next);
-      if (goesOn) history_.DropIfBack(EditStateOf(document_));
+      if (goesOn) history_.DropIfBack(UndoPointOf(document_));
     }
   }
   emit Changed();

@@ -117,7 +117,7 @@ private:
   void ChangeInPlace(const Step& step);
   /// False where the copy is not to be used; a message has said why.
   bool Analyse(Document& copy, IfRefused ifRefused, Prompts& prompts);
-  void GoTo(const EditState& state);
+  void GoTo(const UndoPoint& point);
   void RunWaiting();
   /// The record is as its file has it.
   void NoteFile();
