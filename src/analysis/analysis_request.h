@@ -43,8 +43,8 @@ struct DiscardSetting {
 
 /// What of the record is computed over, and what of that the form is fitted to.
 struct AnalysisScope {
-  std::optional<RegionChoice> region;    ///< none: the whole record
-  std::optional<IndexRange> exclusion;   ///< samples of the record that no form is fitted to
+  std::optional<RegionChoice> region;   ///< none: the whole record
+  std::optional<IndexRange> exclusion;  ///< samples of the record that no form is fitted to
   /// The evaluation length is a whole number of cut-offs. Holds the settings' own end discard, which that replaces.
   std::optional<DiscardSetting> wholeCutoffs;
   bool allDataForForm = false;

@@ -64,8 +64,8 @@ void ComputeSelectedParameters(Document& document, Prompts& prompts, const Envir
   if (!document.quietMode) {
     for (const std::string& message : report.messages) prompts.ShowMessage(message);
   }
-  const bool traces = document.writesTraceFile && !environment.traceFile.empty();
-  if (traces && report.elementHeights) WriteTraceFile(*report.elementHeights, environment);
+  if (report.elementHeights && WritesTraceFile(document, environment))
+    WriteTraceFile(*report.elementHeights, environment);
 }
 
 void ComputeRatioRows(Document& document) {
@@ -79,6 +79,10 @@ void ComputeRatioRows(Document& document) {
 }
 
 }  // namespace
+
+bool WritesTraceFile(const Document& document, const Environment& environment) {
+  return document.writesTraceFile && !environment.traceFile.empty();
+}
 
 ComputeOutcome Compute(Document& document, Prompts& prompts, const Environment& environment) {
   if (document.profiles.IsEmpty()) return ComputeOutcome::kNoProfile;

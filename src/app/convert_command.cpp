@@ -15,9 +15,9 @@ int RunConvert(const std::string& input, const std::string& output, const Common
   if (!setup) return kExitRefused;
   Document document = setup->document;
   prompts.BeginFile(input);
-  if (!LoadInto(document, input, *setup, prompts)) return kExitRefused;
-  prompts.HoldMessages(true);
   const Environment environment = SystemEnvironment();
+  if (!LoadInto(document, input, *setup, prompts, environment)) return kExitRefused;
+  prompts.HoldMessages(true);
   const ProfileToWrite profile{.heightsUM = document.profiles.raw,
                                .spacingUM = document.profiles.spacingUM,
                                .identification = document.profiles.identification,

@@ -8,9 +8,9 @@
 #include <string_view>
 #include <utility>
 
+#include "analysis/analysis_run.h"
 #include "base/charset.h"
 #include "base/number_text.h"
-#include "formats/import.h"
 #include "platform/platform.h"
 #include "settings/settings_file.h"
 #include "settings/settings_text.h"
@@ -141,19 +141,18 @@ std::optional<RunSetup> PrepareRun(const CommonOptions& options, ConsolePrompts&
   return setup;
 }
 
-bool LoadInto(Document& document, const std::string& file, const RunSetup& setup, ConsolePrompts& prompts) {
-  const std::filesystem::path path = PathFromSystemText(file);
+bool LoadInto(Document& document, const std::string& file, const RunSetup& setup, ConsolePrompts& prompts,
+              const Environment& environment) {
   prompts.HoldMessages(true);
-  ImportOutcome outcome = LoadProfileFile(path, setup.import, prompts);
+  const RunStep step =
+      LoadRecord(document, {.path = PathFromSystemText(file), .import = setup.import, .invert = setup.invert}, prompts,
+                 environment);
   prompts.HoldMessages(false);
-  if (!outcome.loaded) {
-    ComplainOf(file, outcome.reason);
+  if (!step.ok()) {
+    ComplainOf(file, step.cause);
     return false;
   }
   for (const std::string& message : prompts.Messages()) prompts.Notice(message);
-  ProfileSet profiles = MakeProfileSet(std::move(outcome.profile), TextFromPath(path));
-  if (setup.invert) InvertProfile(profiles);
-  SetProfile(document, std::move(profiles));
   return true;
 }
 

@@ -58,7 +58,8 @@ struct RunSetup {
 std::optional<RunSetup> PrepareRun(const CommonOptions& options, ConsolePrompts& prompts);
 
 /// Loads a file into the document. False, with one sentence on standard error, when it could not be read.
-bool LoadInto(Document& document, const std::string& file, const RunSetup& setup, ConsolePrompts& prompts);
+bool LoadInto(Document& document, const std::string& file, const RunSetup& setup, ConsolePrompts& prompts,
+              const Environment& environment);
 
 /// Flushes standard output. Returns `status`, or a refusal with a sentence where the output did not take everything.
 int FinishOutput(int status);

@@ -64,7 +64,8 @@ TEST(FilterCurves, NameWhatTheyLeaveOut) {
   EXPECT_EQ(FilterCurvesOf(document)->remark, "without robust weights");
   EXPECT_EQ(FilterCurvesOf(document)->cutoffsMM, (std::vector<double>{0.8, 0.008}));
   EXPECT_EQ(FilterCurvesOf(Analysed(0.8, kFilterIso13565))->remark, "Gaussian of either step");
-  EXPECT_FALSE(FilterCurvesOf(Analysed(0.0029, kFilterRobustGaussian))) << "sampled too coarsely for it";
+  document.results.request->settings.LcCutoffMM = 0.0029;
+  EXPECT_FALSE(FilterCurvesOf(document)) << "sampled too coarsely for it";
   EXPECT_FALSE(FilterCurvesOf(MakeDocument()));
 }
 

@@ -9,11 +9,8 @@
 #include <utility>
 
 #include "analysis/curve_step.h"
-#include "analysis/file_analysis.h"
-#include "analysis/pipeline.h"
 #include "base/units.h"
 #include "formats/extension_table.h"
-#include "formats/import.h"
 #include "platform/diverted_messages.h"
 #include "platform/platform.h"
 #include "settings/settings_file.h"
@@ -85,27 +82,25 @@ bool CTexturonDoc::Open(const std::filesystem::path& path) {
     prompts_.ShowMessage(FileSentence(path, "is no regular file"));
     return false;
   }
-  return Show(path, [path](Prompts& prompts) { return LoadProfileFile(path, {}, prompts); });
+  return Show({.path = path});
 }
 
 bool CTexturonDoc::OpenBytes(const std::string& name, std::string_view bytes) {
-  return Show(name, [&](Prompts& prompts) { return LoadProfileBytes(name, bytes, {}, prompts); });
+  return Show({.path = name, .bytes = bytes});
 }
 
-bool CTexturonDoc::Show(const std::filesystem::path& path, const std::function<ImportOutcome(Prompts&)>& load) {
+bool CTexturonDoc::Show(const RecordSource& source) {
   {
     const BusyScope busy(*this);
     // A reader's own message is part of the sentence that names the file.
     DivertedMessages diverted(prompts_);
-    ImportOutcome loaded = load(diverted);
-    if (!loaded.loaded) {
-      if (loaded.reason.ends_with('.')) loaded.reason.pop_back();
-      prompts_.ShowMessage(FileSentence(path, loaded.reason));
+    Document next = document_;
+    const RunStep loaded = LoadRecord(next, source, diverted, environment_);
+    if (!loaded.ok()) {
+      prompts_.ShowMessage(FileSentence(source.path, loaded.Reason()));
       return false;
     }
     for (const std::string& message : diverted.messages()) prompts_.ShowMessage(message);
-    Document next = document_;
-    SetProfile(next, MakeProfileSet(std::move(loaded.profile), TextFromPath(path)));
     next.scope.region.reset();
     if (!Analyse(next, IfRefused::kKeep, prompts_)) return false;
     document_ = std::move(next);
@@ -124,12 +119,8 @@ std::string CTexturonDoc::OpenUnattended(const std::filesystem::path& path) {
     next.scope.region.reset();
     const bool wasQuiet = std::exchange(next.quietMode, true);
     const bool wroteTrace = std::exchange(next.writesTraceFile, false);
-    try {
-      const std::string reason = AnalyseInto(next, path, {.start = document_}, nobody, environment_);
-      if (!reason.empty()) return reason;
-    } catch (const std::exception& error) {
-      return FileSentence(path, std::string("is not analysed: ") + error.what());
-    }
+    const RunStep run = RunAnalysis(next, {.path = path}, nobody, environment_);
+    if (!run.ok()) return FileSentence(path, run.Reason());
     next.quietMode = wasQuiet;
     next.writesTraceFile = wroteTrace;
     document_ = std::move(next);
@@ -357,7 +348,7 @@ void CTexturonDoc::ChangeInPlace(const Step& step) {
 bool CTexturonDoc::Analyse(Document& copy, IfRefused ifRefused, Prompts& prompts) {
   if (copy.profiles.IsEmpty()) return true;
   try {
-    return Compute(copy, prompts, environment_) != ComputeOutcome::kRefused || ifRefused == IfRefused::kKeep;
+    return !AnalyseRecord(copy, prompts, environment_).refused || ifRefused == IfRefused::kKeep;
   } catch (const std::exception& error) {
     prompts.ShowMessage(std::string("Not analysed: ") + error.what() + ".");
     return false;
