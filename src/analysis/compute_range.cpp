@@ -84,7 +84,7 @@ std::optional<double> FittedApex(const Document& document, const ComputeRange& a
 
 RangeOrMessage ClearApertureRange(Document& document, Prompts& prompts) {
   const ProfileSet& profiles = document.profiles;
-  const double middleUM = static_cast<double>(profiles.pointCount) * profiles.spacingUM * 0.5;
+  const double middleUM = profiles.LengthUM() * 0.5;
   const double apexUM = PreliminaryApex(document).value_or(middleUM);
   RangeOrMessage resolved = ApertureAbout(apexUM, profiles, document.settings.analysis);
   if (std::holds_alternative<std::string_view>(resolved)) {

@@ -221,19 +221,19 @@ ParameterFileText ParameterFileTextOf(const Document& document, std::string_view
   const ProfileSet& profiles = document.profiles;
   const AnalysisResults& results = document.results;
   const std::string description = AnalysisDescription(document);
-  const ParameterCsvInput input{
-      .catalogue = document.catalogue,
-      .settings = document.settings,
-      .primaryMaterialRatios = results.primaryMaterialRatios,
-      .roughnessMaterialRatios = results.roughnessMaterialRatios,
-      .primaryHtps = results.primaryHtps,
-      .roughnessHtps = results.roughnessHtps,
-      .time = time,
-      .source = profiles.sourcePath,
-      .identification = profiles.identification,
-      .description = description,
-      .traverseLengthUM = profiles.pointCount * profiles.spacingUM,
-      .evaluationLengthUM = profiles.View(ProfileKind::kRoughness).range.count * profiles.residualSpacingUM};
+  const IndexRange evaluated = profiles.evaluationRange.value_or(IndexRange{});
+  const ParameterCsvInput input{.catalogue = document.catalogue,
+                                .settings = document.settings,
+                                .primaryMaterialRatios = results.primaryMaterialRatios,
+                                .roughnessMaterialRatios = results.roughnessMaterialRatios,
+                                .primaryHtps = results.primaryHtps,
+                                .roughnessHtps = results.roughnessHtps,
+                                .time = time,
+                                .source = profiles.sourcePath,
+                                .identification = profiles.identification,
+                                .description = description,
+                                .traverseLengthUM = profiles.LengthUM(),
+                                .evaluationLengthUM = LengthOfPoints(evaluated.count, profiles.residualSpacingUM)};
   return {ParameterCsvHeader(input), ParameterCsvRow(input)};
 }
 

@@ -8,6 +8,7 @@
 #include "base/number_text.h"
 #include "base/text.h"
 #include "base/units.h"
+#include "record/profile_set.h"
 #include "settings/settings_value.h"
 
 namespace texturon {
@@ -48,10 +49,10 @@ std::optional<IndexRange> ResolveRegion(const RegionChoice& region, std::int32_t
   return range;
 }
 
-std::string DescribeRegion(const IndexRange& range, double spacingUM, bool metric) {
-  const auto at = [&](std::int32_t steps) { return LengthText(steps * spacingUM * kMillimetresPerMicrometre, metric); };
-  return at(range.first) + " to " + at(range.last) + ": " + at(range.last - range.first) + ", " +
-         IntegerText(range.count) + " points";
+std::string DescribeStretch(const IndexRange& range, double recordSpacingUM, double spacingUM, bool metric) {
+  const auto text = [metric](double lengthUM) { return LengthText(lengthUM * kMillimetresPerMicrometre, metric); };
+  return IntegerText(range.count) + " points = " + text(LengthOfPoints(range.count, spacingUM)) + ", from " +
+         text(range.first * recordSpacingUM) + " to " + text(range.last * recordSpacingUM);
 }
 
 LengthEntry ReadRegionLength(std::string_view text, double recordMM, bool metric) {

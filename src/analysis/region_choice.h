@@ -15,8 +15,9 @@ namespace texturon {
 /// The samples of a region; nothing where they are too few to compute over.
 std::optional<IndexRange> ResolveRegion(const RegionChoice& region, std::int32_t pointCount, double spacingUM);
 
-/// The stretch of a region in words, in the units shown: "2.0000 mm to 4.5000 mm: 2.5000 mm, 5001 points".
-std::string DescribeRegion(const IndexRange& range, double spacingUM, bool metric);
+/// A stretch in words, in the units shown: "5000 points = 2.5000 mm, from 2.0000 mm to 4.4995 mm". Both points are told
+/// by where they lie in the record; the length counts in the profile's own spacing, which may be stretched.
+std::string DescribeStretch(const IndexRange& range, double recordSpacingUM, double spacingUM, bool metric);
 
 /// A length as it is entered in the units shown.
 struct LengthEntry {

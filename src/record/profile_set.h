@@ -17,6 +17,12 @@ namespace texturon {
 /// Most points that a record may have.
 inline constexpr std::int32_t kPointCapacity = 750'000;
 
+/// Length of a record or of a stretch, in the unit of its spacing: every point stands for one spacing, so that the last
+/// one lies a spacing before the end.
+constexpr double LengthOfPoints(std::int64_t points, double spacing) {
+  return static_cast<double>(points) * spacing;
+}
+
 /// Amplitudes of the harmonics of the form-suppressed profile. Index 0 is the mean and carries the longest wavelength.
 struct Spectrum {
   bool valid = false;  ///< the profile has one; the lists are empty all the same where it was not wanted
@@ -60,8 +66,8 @@ struct ProfileSet {
 
   bool IsEmpty() const { return pointCount < 1; }
 
-  /// Length of the record in mm: points x spacing. The last point lies one spacing before its end.
-  double LengthMM() const { return static_cast<double>(pointCount) * spacingUM * kMillimetresPerMicrometre; }
+  double LengthUM() const { return LengthOfPoints(pointCount, spacingUM); }
+  double LengthMM() const { return LengthUM() * kMillimetresPerMicrometre; }
 
   /// Whether there is a profile of a kind: measured, or left by the last run.
   bool Has(ProfileKind kind) const;

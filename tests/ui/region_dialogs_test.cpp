@@ -51,7 +51,7 @@ TEST_F(Regions, AreEnteredByKindAndLength) {
   ChooseAndAnswer("Compute over &Region...", "Profile Region", [](QDialog& dialog) {
     auto* const mode = dialog.findChild<QComboBox*>("mode");
     const auto* const stretch = dialog.findChild<QLabel*>("stretch");
-    EXPECT_EQ(stretch->text(), "0.0000 mm to 3.9995 mm: 3.9995 mm, 8000 points") << "the whole record at first";
+    EXPECT_EQ(stretch->text(), "8000 points = 4.0000 mm, from 0.0000 mm to 3.9995 mm") << "the whole record at first";
     mode->setCurrentIndex(kLengthUpToEndOffset);
     EXPECT_FALSE(dialog.findChild<QLineEdit*>("length0")->isEnabled());
     EXPECT_FALSE(Ok(dialog).isEnabled()) << "a length of 0";
@@ -61,7 +61,7 @@ TEST_F(Regions, AreEnteredByKindAndLength) {
     EXPECT_EQ(dialog.findChild<QLineEdit*>("length2")->accessibleDescription(), "Must be from 0 to 4");
     Enter(dialog, "length2", "2");
     EXPECT_EQ(dialog.findChild<QLineEdit*>("length2")->accessibleDescription(), "");
-    EXPECT_EQ(stretch->text(), "1.5000 mm to 3.5000 mm: 2.0000 mm, 4001 points");
+    EXPECT_EQ(stretch->text(), "4001 points = 2.0005 mm, from 1.5000 mm to 3.5000 mm");
     Ok(dialog).click();
   });
   EXPECT_EQ(Doc().profiles.computeRange, IndexRange::FromEnds(3000, 7000));
@@ -101,7 +101,7 @@ TEST_F(Regions, TheClearApertureIsForAspheres) {
     QTest::keyClicks(fields[0], "4");
     fields[1]->selectAll();
     QTest::keyClicks(fields[1], "0.5");
-    EXPECT_TRUE(dialog.findChild<QLabel*>("stretch")->text().contains("4.0000 mm"));
+    EXPECT_TRUE(dialog.findChild<QLabel*>("stretch")->text().contains(" points = 4.00"));
     Ok(dialog).click();
   });
   EXPECT_TRUE(Doc().settings.analysis.AsphereUseClearAperture);

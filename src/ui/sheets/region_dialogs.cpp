@@ -135,7 +135,7 @@ void CRegionDialog::Take() {
   ok_->setEnabled(range.has_value());
   bar_->Show(profiles.pointCount, range ? std::optional(ComputeRange{*range, {}}) : std::nullopt);
   if (range) {
-    readout_->setText(FromText(DescribeRegion(*range, profiles.spacingUM, metric)));
+    readout_->setText(FromText(DescribeStretch(*range, profiles.spacingUM, profiles.spacingUM, metric)));
   } else {
     readout_->setText(isRight ? tr("Too few points: the last must be %1 or more behind the first.").arg(kLeastSteps)
                               : tr("An entry cannot be used."));
@@ -187,9 +187,10 @@ void CClearApertureDialog::Take() {
   const auto* const stretch = std::get_if<ComputeRange>(&*preview);
   if (stretch == nullptr) return readout_->setText(FromText(std::get<std::string_view>(*preview)));
   bar_->Show(document_.profiles.pointCount, *stretch);
-  readout_->setText(tr("About the present apex: %1")
-                        .arg(FromText(DescribeRegion(stretch->range, document_.profiles.spacingUM,
-                                                     document_.settings.display.Metric))));
+  const double spacingUM = document_.profiles.spacingUM;
+  readout_->setText(
+      tr("About the present apex: %1")
+          .arg(FromText(DescribeStretch(stretch->range, spacingUM, spacingUM, document_.settings.display.Metric))));
 }
 
 }  // namespace texturon
