@@ -9,7 +9,7 @@
 namespace texturon {
 
 std::string FormCaption(const Document& document) {
-  if (!document.results.formRemoved) return {};
+  if (!document.profiles.computeRange) return {};
   const FormGeometry& geometry = document.results.formGeometry;
   return FormOf(geometry).caption(geometry, document.settings);
 }
@@ -23,12 +23,12 @@ std::string FilterLabel(const AnalysisSettings& settings) {
 }
 
 std::string FilterDescription(const Document& document) {
-  const AnalysisSettings& settings = document.settings.analysis;
+  const AnalysisSettings& settings = document.AnalysedBy();
   const auto cutoff = [metric = document.settings.display.Metric](double mm) {
     return metric ? FixedText(mm, 4) + " mm" : FixedText(mm * kInchesPerMillimetre, 5) + " in";
   };
   std::string text = FilterLabel(settings) + ", Lc " + cutoff(settings.LcCutoffMM);
-  if (document.profiles.lsApplied) text += ", Ls " + cutoff(settings.LsCutoffMM);
+  if (const auto& shortMM = document.profiles.shortCutoffMM) text += ", Ls " + cutoff(*shortMM);
   return text;
 }
 

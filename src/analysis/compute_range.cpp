@@ -30,11 +30,9 @@ IndexRange ClampedRange(std::int64_t first, std::int64_t last, std::int32_t poin
 
 RangeOrMessage RegionRange(const Document& document) {
   const ProfileSet& profiles = document.profiles;
-  const auto range = ResolveRegion(RegionOf(document), profiles.pointCount, profiles.spacingUM);
+  const auto range = ResolveRegion(*document.scope.region, profiles.pointCount, profiles.spacingUM);
   if (!range) return kTooFewInRegion;
-  ComputeRange resolved{*range, {}};
-  if (document.excludeSet) resolved.exclusion = IndexRange::FromEnds(document.excludeFirst, document.excludeLast);
-  return resolved;
+  return ComputeRange{*range, document.scope.exclusion};
 }
 
 /// Where the apex lies before any asphere is fitted, in um from the first sample: the centre of the least-squares arc,
@@ -87,7 +85,7 @@ std::optional<double> FittedApex(const Document& document, const ComputeRange& a
 
 RangeOrMessage ClearApertureRange(Document& document, Prompts& prompts) {
   const ProfileSet& profiles = document.profiles;
-  const double middleUM = static_cast<double>(profiles.pointCount) * profiles.spacingUM * 0.5;
+  const double middleUM = profiles.LengthUM() * 0.5;
   const double apexUM = PreliminaryApex(document).value_or(middleUM);
   RangeOrMessage resolved = ApertureAbout(apexUM, profiles, document.settings.analysis);
   if (std::holds_alternative<std::string_view>(resolved)) {
@@ -99,37 +97,35 @@ RangeOrMessage ClearApertureRange(Document& document, Prompts& prompts) {
       resolved = ApertureAbout(*fittedUM, profiles, document.settings.analysis);
     }
   }
-  if (const auto* aperture = std::get_if<ComputeRange>(&resolved)) {
-    document.excludeSet = aperture->exclusion.has_value();
-    const IndexRange discard = aperture->exclusion.value_or(IndexRange::FromEnds(-1, -1));
-    document.excludeFirst = discard.first;
-    document.excludeLast = discard.last;
-  }
+  if (const auto* aperture = std::get_if<ComputeRange>(&resolved)) document.scope.exclusion = aperture->exclusion;
   return resolved;
 }
 
 }  // namespace
 
+double DiscardLengthMM(const AnalysisSettings& settings) {
+  if (settings.UserDiscardType <= kDiscardNone) return 0.0;
+  if (settings.UserDiscardType == kDiscardHalfCutoff) return 0.5 * settings.LcCutoffMM;
+  if (settings.UserDiscardType == kDiscardCutoff) return settings.LcCutoffMM;
+  return settings.UserDiscardLengthMM;
+}
+
+RegionChoice RegionOfCutoffs(double cutoffs, const AnalysisSettings& settings) {
+  return {.mode = kStartAndLength, .lengthMM = cutoffs * settings.LcCutoffMM + 2.0 * DiscardLengthMM(settings)};
+}
+
 void ApplyWholeCutoffs(Document& document) {
-  if (!document.wholeCutoffLength) return;
+  if (!document.scope.wholeCutoffs) return;
   AnalysisSettings& settings = document.settings.analysis;
-  const double lengthMM =
-      static_cast<double>(document.profiles.pointCount) * document.profiles.spacingUM * kMillimetresPerMicrometre;
-  double discardMM = 0.0;
   const FilterRow* const filter = LongWaveFilter(settings);
-  if (filter != nullptr && !filter->needsRunIn) {
-    settings.UserDiscardType = kDiscardNone;
-  } else {
-    settings.UserDiscardType = kDiscardHalfCutoff;
-    discardMM = settings.LcCutoffMM * 0.5;
-    settings.UserDiscardLengthMM = discardMM;
-  }
-  document.regionSet = settings.LcCutoffMM > 0.0;
-  if (!document.regionSet) return;
-  const double cutoffs = std::trunc((lengthMM - 2.0 * discardMM) / settings.LcCutoffMM);
-  document.regionMode = 1;
-  document.regionStartMM = 0.0;
-  document.regionLengthMM = cutoffs * settings.LcCutoffMM + 2.0 * discardMM;
+  const bool discards = filter == nullptr || filter->needsRunIn;
+  settings.UserDiscardType = discards ? kDiscardHalfCutoff : kDiscardNone;
+  const double discardMM = DiscardLengthMM(settings);
+  if (discards) settings.UserDiscardLengthMM = discardMM;
+  document.scope.region.reset();
+  if (!(settings.LcCutoffMM > 0.0)) return;
+  const double cutoffs = std::trunc((document.profiles.LengthMM() - 2.0 * discardMM) / settings.LcCutoffMM);
+  document.scope.region = RegionOfCutoffs(cutoffs, settings);
 }
 
 RangeOrMessage ResolveComputeRange(Document& document, Prompts& prompts) {
@@ -137,10 +133,8 @@ RangeOrMessage ResolveComputeRange(Document& document, Prompts& prompts) {
   if (RequestedForm(settings).hasClearAperture && settings.AsphereUseClearAperture) {
     return ClearApertureRange(document, prompts);
   }
-  if (document.regionSet) return RegionRange(document);
-  document.excludeSet = false;
-  document.excludeFirst = -1;
-  document.excludeLast = -1;
+  if (document.scope.region) return RegionRange(document);
+  document.scope.exclusion.reset();
   const std::int32_t last = document.profiles.pointCount - 1;
   if (IsTooShort(0, last)) return kTooFew;
   return ComputeRange{IndexRange::FromEnds(0, last), {}};
@@ -148,7 +142,7 @@ RangeOrMessage ResolveComputeRange(Document& document, Prompts& prompts) {
 
 std::optional<RangeOrMessage> PreviewAperture(const Document& document, const AnalysisSettings& aperture) {
   const AsphereFit* const fit = AsphereOf(document.results.formGeometry);
-  if (!document.results.formRemoved || fit == nullptr) return std::nullopt;
+  if (!document.profiles.computeRange || fit == nullptr) return std::nullopt;
   return ApertureAbout(fit->apexXMM * kMicrometresPerMillimetre, document.profiles, aperture);
 }
 

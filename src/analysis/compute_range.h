@@ -25,9 +25,15 @@ struct ComputeRange {
 /// A range, or the message that refuses it.
 using RangeOrMessage = std::variant<ComputeRange, std::string_view>;
 
+/// What the end discard in force takes off either end, in mm.
+double DiscardLengthMM(const AnalysisSettings& settings);
+
+/// So many long-wave cutoffs and the two discarded ends, from the start of the record on.
+RegionChoice RegionOfCutoffs(double cutoffs, const AnalysisSettings& settings);
+
 /// Makes the evaluation length a whole number of long-wave cutoffs, when the document asks for it: sets the region
-/// (mode 1 from the start, k cutoffs and the two discarded ends) and the end discard in force. A cutoff of 0 or less:
-/// no region.
+/// (as many cutoffs as the record holds between two discarded ends) and the end discard in force. A cutoff of 0 or
+/// less: no region.
 void ApplyWholeCutoffs(Document& document);
 
 /// Resolves clear aperture, region or whole record into indices. The whole record forgets the document's exclusion, the

@@ -17,17 +17,15 @@ bool AnySelected(const Rows& rows) {
   return std::any_of(rows.begin(), rows.end(), [](const auto& row) { return row.selected; });
 }
 
-void ComputeCurve(const Document& document, ProfileKind kind, HeightCurve& curve, bool& isComputed) {
-  if (isComputed || !HasProfile(document, kind)) return;
-  curve.heightsUM = SortedHeights(document.profiles.View(kind));
-  isComputed = true;
+void ComputeCurve(const ProfileSet& profiles, ProfileKind kind, HeightCurve& curve) {
+  if (curve.IsEmpty() && profiles.Has(kind)) curve.heightsUM = SortedHeights(profiles.View(kind));
 }
 
 void ComputeMissingMotifs(Document& document) {
   ProfileSet& profiles = document.profiles;
-  if (!document.results.primaryComputed || !profiles.roughnessMotifs.empty()) return;
+  if (!profiles.primaryRange || !profiles.roughnessMotifs.empty()) return;
   const Profile primary = profiles.View(ProfileKind::kPrimary);
-  KeepMotifs(profiles, ComputeMotifs(primary.Heights(), primary.spacingUM, document.settings.analysis));
+  KeepMotifs(profiles, ComputeMotifs(primary.Heights(), primary.spacingUM, document.AnalysedBy()));
 }
 
 /// Core roughness and probability lines, which read the sorted heights.
@@ -35,13 +33,13 @@ void ComputeMissingRoughness(Document& document) {
   AnalysisResults& results = document.results;
   const bool wantsCore = document.wanted.coreRoughness && !results.coreRoughness.valid;
   const bool wantsLines = document.wanted.probability && !results.probability;
-  if (!results.roughnessComputed || !(wantsCore || wantsLines)) return;
+  if (!document.profiles.evaluationRange || !(wantsCore || wantsLines)) return;
   const Profile roughness = document.profiles.View(ProfileKind::kRoughness);
   std::vector<double> own;
-  if (!results.roughnessCurveComputed) own = SortedHeights(roughness);
+  if (results.roughnessCurve.IsEmpty()) own = SortedHeights(roughness);
   const std::span<const double> sorted = own.empty() ? std::span<const double>(results.roughnessCurve.heightsUM) : own;
   if (wantsCore) results.coreRoughness = ComputeCoreRoughness(sorted);
-  if (wantsLines) results.probability = FitProbability(roughness.Heights(), sorted, document.settings.analysis);
+  if (wantsLines) results.probability = FitProbability(roughness.Heights(), sorted, document.AnalysedBy());
 }
 
 }  // namespace
@@ -58,30 +56,28 @@ void KeepMotifs(ProfileSet& profiles, MotifResult motifs) {
   profiles.wavinessMotifs = std::move(motifs.waviness);
   for (std::vector<Motif>* const list : {&profiles.roughnessMotifs, &profiles.wavinessMotifs}) {
     for (Motif& motif : *list) {
-      motif.firstPeak += profiles.primaryRange.first;
-      motif.dale += profiles.primaryRange.first;
-      motif.lastPeak += profiles.primaryRange.first;
+      motif.firstPeak += profiles.primaryRange->first;
+      motif.dale += profiles.primaryRange->first;
+      motif.lastPeak += profiles.primaryRange->first;
     }
   }
 }
 
 void ComputeHeightCurves(Document& document) {
-  const AnalysisSettings& settings = document.settings.analysis;
+  const AnalysisSettings& settings = document.AnalysedBy();
   const bool forAll = document.wanted.heightCurves;
   const bool forPrimary = forAll || AnySelected(settings.primaryMaterialRatios) || AnySelected(settings.primaryHtps);
   const bool forRoughness =
       forAll || AnySelected(settings.roughnessMaterialRatios) || AnySelected(settings.roughnessHtps);
   AnalysisResults& results = document.results;
-  if (forPrimary) ComputeCurve(document, ProfileKind::kPrimary, results.primaryCurve, results.primaryCurveComputed);
-  if (forRoughness) {
-    ComputeCurve(document, ProfileKind::kRoughness, results.roughnessCurve, results.roughnessCurveComputed);
-  }
+  if (forPrimary) ComputeCurve(document.profiles, ProfileKind::kPrimary, results.primaryCurve);
+  if (forRoughness) ComputeCurve(document.profiles, ProfileKind::kRoughness, results.roughnessCurve);
 }
 
 void ComputeMissingCurves(Document& document) {
   const WantedResults& wanted = document.wanted;
-  const AnalysisResults& results = document.results;
-  if (wanted.spectrum && results.formRemoved && !results.spectrumComputed) ComputeSpectrum(document);
+  const ProfileSet& profiles = document.profiles;
+  if (wanted.spectrum && profiles.computeRange && profiles.spectrum.IsEmpty()) ComputeSpectrum(document);
   if (wanted.heightCurves) ComputeHeightCurves(document);
   ComputeMissingRoughness(document);
   if (wanted.motifs) ComputeMissingMotifs(document);

@@ -23,9 +23,8 @@ Document MakeDocument() {
 }
 
 void ApplySettings(Document& document, Settings settings) {
-  if (document.wholeCutoffLength && DiscardOf(settings) != DiscardOf(document.settings)) {
-    document.discardWithoutWholeCutoffs = DiscardOf(settings);
-  }
+  std::optional<DiscardSetting>& replaced = document.scope.wholeCutoffs;
+  if (replaced && DiscardOf(settings) != DiscardOf(document.settings)) replaced = DiscardOf(settings);
   document.settings = std::move(settings);
   document.catalogue = MakeWorkingList(document.settings.analysis.parameters, document.catalogue);
 }
@@ -35,26 +34,11 @@ void SetProfile(Document& document, ProfileSet profiles) {
   document.results = {};
 }
 
-bool HasProfile(const Document& document, ProfileKind kind) {
+IndexRange FormRange(const Document& document) {
   const ProfileSet& profiles = document.profiles;
-  const AnalysisResults& results = document.results;
-  switch (kind) {
-    case ProfileKind::kRaw:
-      return !profiles.IsEmpty();
-    case ProfileKind::kFormSuppressed:
-      return results.formRemoved;
-    case ProfileKind::kPrimary:
-      return results.primaryComputed;
-    case ProfileKind::kWaviness:
-      return profiles.wavinessComputed;
-    case ProfileKind::kRoughness:
-      return results.roughnessComputed;
-    case ProfileKind::kClosing:
-      return !profiles.closing.empty();
-    case ProfileKind::kOpening:
-      return !profiles.opening.empty();
-  }
-  return false;
+  if (!profiles.computeRange) return {};
+  const bool allData = document.results.request && document.results.request->scope.allDataForForm;
+  return allData ? IndexRange::FromCount(0, profiles.pointCount) : *profiles.computeRange;
 }
 
 void InvertProfile(ProfileSet& profiles) {
@@ -63,25 +47,21 @@ void InvertProfile(ProfileSet& profiles) {
 }
 
 void SetWholeCutoffs(Document& document, bool uses) {
-  if (document.wholeCutoffLength == uses) return;
-  document.wholeCutoffLength = uses;
+  AnalysisScope& scope = document.scope;
+  if (scope.wholeCutoffs.has_value() == uses) return;
   if (uses) {
-    document.discardWithoutWholeCutoffs = DiscardOf(document.settings);
+    scope.wholeCutoffs = DiscardOf(document.settings);
     return;
   }
-  document.regionSet = false;
-  document.settings.analysis.UserDiscardType = document.discardWithoutWholeCutoffs.type;
-  document.settings.analysis.UserDiscardLengthMM = document.discardWithoutWholeCutoffs.lengthMM;
+  document.settings.analysis.UserDiscardType = scope.wholeCutoffs->type;
+  document.settings.analysis.UserDiscardLengthMM = scope.wholeCutoffs->lengthMM;
+  scope.wholeCutoffs.reset();
+  scope.region.reset();
 }
 
 void ExcludeFromForm(Document& document, std::int32_t first, std::int32_t last) {
-  document.excludeSet = true;
-  document.excludeFirst = first;
-  document.excludeLast = last;
-  if (document.regionSet) return;
-  document.regionSet = true;
-  document.regionMode = 0;
-  document.regionStartMM = 0.0;
+  document.scope.exclusion = IndexRange::FromEnds(first, last);
+  if (!document.scope.region) document.scope.region = RegionChoice{.mode = kFromStart};
 }
 
 }  // namespace texturon

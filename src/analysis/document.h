@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "analysis/analysis_request.h"
 #include "analysis/form_table.h"
 #include "parameters/catalogue.h"
 #include "parameters/core_roughness.h"
@@ -21,25 +22,22 @@ namespace texturon {
 /// `formApplied` when no form removal succeeded and the mean was taken out instead.
 inline constexpr std::int32_t kNoFormApplied = -99;
 
-/// Heights of a profile from the highest to the lowest; point i has the material ratio i x 100 / n percent.
+/// Heights of a profile from the highest to the lowest; point i has the material ratio i x 100 / n percent. Empty until
+/// somebody wants them.
 struct HeightCurve {
   std::vector<double> heightsUM;
 
+  bool IsEmpty() const { return heightsUM.empty(); }
   double RatioPercent(std::size_t i) const { return texturon::RatioPercent(i, heightsUM.size()); }
 };
 
 /// What the last run produced besides the profiles.
 struct AnalysisResults {
+  std::optional<AnalysisRequest> request;  ///< what they came from; none: nothing was computed yet
   std::int32_t formRequested = 0;
   std::int32_t formApplied = kNoFormApplied;
   std::int32_t residualTypeUsed = 0;
   FormGeometry formGeometry;
-  bool formRemoved = false;
-  bool primaryComputed = false;
-  bool roughnessComputed = false;
-  bool spectrumComputed = false;
-  bool primaryCurveComputed = false;
-  bool roughnessCurveComputed = false;
   double rawPeak = 0.0;
   double rawValleyDepth = 0.0;
   double primaryPeak = 0.0;
@@ -66,36 +64,13 @@ struct WantedResults {
 
 inline constexpr WantedResults kNoCurves = {.spectrum = false, .heightCurves = false, .coreRoughness = false};
 
-/// Type and length of the end discard.
-struct DiscardSetting {
-  std::int32_t type = kDiscardNone;
-  double lengthMM = 0.0;
-
-  friend bool operator==(const DiscardSetting&, const DiscardSetting&) = default;
-};
-
-/// What of the record is computed over, and what of that the form is fitted to.
-struct ComputeRegion {
-  bool regionSet = false;
-  std::int32_t regionMode = 0;
-  double regionStartMM = 0.0;
-  double regionEndOffsetMM = 0.0;
-  double regionLengthMM = 0.0;
-  bool wholeCutoffLength = false;
-  DiscardSetting discardWithoutWholeCutoffs;  ///< the settings' own, which wholeCutoffLength replaces
-  bool useAllDataForForm = false;
-  bool excludeSet = false;
-  std::int32_t excludeFirst = -1;  ///< absolute sample indices
-  std::int32_t excludeLast = -1;
-
-  friend bool operator==(const ComputeRegion&, const ComputeRegion&) = default;
-};
-
-/// One measured record with the settings that drive its analysis and the results that they gave. A value: copying it
-/// keeps a former state. It holds no numerics; Compute derives everything from `profiles.raw`.
-struct Document : ComputeRegion {
+/// One measured record, the request how to analyse it and the results of the last run, which know the request that they
+/// came from. A value: copying it keeps a former state. It holds no numerics; Compute derives everything else from
+/// `profiles.raw`.
+struct Document {
   ProfileSet profiles;
   Settings settings;
+  AnalysisScope scope;
   ParameterCatalogue catalogue;
 
   bool quietMode = false;  ///< nobody watches: no wait cursor, and the messages that say so are not shown
@@ -103,6 +78,10 @@ struct Document : ComputeRegion {
   bool writesTraceFile = true;  ///< the heights given to the profile-element finder go to a side file
 
   AnalysisResults results;
+
+  AnalysisRequest Request() const { return {settings.analysis, scope}; }
+  /// The settings that the results came from; those in force where there are no results.
+  const AnalysisSettings& AnalysedBy() const { return results.request ? results.request->settings : settings.analysis; }
 };
 
 /// A document without a profile: default settings, every master parameter selected.
@@ -111,11 +90,11 @@ Document MakeDocument();
 /// Puts settings in force: the working list follows their selection, values of rows that stay are kept.
 void ApplySettings(Document& document, Settings settings);
 
-/// Replaces the measured record and drops the results of the former one. Settings, region and exclusion stay.
+/// Replaces the measured record and drops the results of the former one. Settings and scope stay.
 void SetProfile(Document& document, ProfileSet profiles);
 
-/// Whether the last run gave a profile of a kind.
-bool HasProfile(const Document& document, ProfileKind kind);
+/// The stretch that the form was fitted to and taken out of; empty where there was no run.
+IndexRange FormRange(const Document& document);
 
 /// Turns the measured record upside down.
 void InvertProfile(ProfileSet& profiles);

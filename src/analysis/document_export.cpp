@@ -33,7 +33,7 @@ ExportResult ExportProfile(const Document& document, Prompts& /*prompts*/) {
   const AnalysisSettings& settings = document.settings.analysis;
   const double ballRadiusMM =
       kind == ProfileKind::kOpening ? settings.OpeningRadiusForWcvx : settings.ClosingRadiusForWvoid;
-  if (!HasProfile(document, kind)) return Missing(ProfileTitle(kind, ballRadiusMM));
+  if (!document.profiles.Has(kind)) return Missing(ProfileTitle(kind, ballRadiusMM));
   const std::string description = AnalysisDescription(document);
   const std::string caption = FormCaption(document);
   const std::string filter = FilterDescription(document);
@@ -50,14 +50,14 @@ template <CurveProfile profile>
 ExportResult ExportCurve(const Document& document, auto make) {
   constexpr bool kIsPrimary = profile == CurveProfile::kPrimary;
   constexpr ProfileKind kKind = kIsPrimary ? ProfileKind::kPrimary : ProfileKind::kRoughness;
-  if (!HasProfile(document, kKind)) return Missing(ProfileTitle(kKind));
+  if (!document.profiles.Has(kKind)) return Missing(ProfileTitle(kKind));
   const AnalysisResults& results = document.results;
-  const bool isSorted = kIsPrimary ? results.primaryCurveComputed : results.roughnessCurveComputed;
-  const std::vector<double> own = isSorted ? std::vector<double>() : SortedHeights(document.profiles.View(kKind));
   const HeightCurve& curve = kIsPrimary ? results.primaryCurve : results.roughnessCurve;
+  const std::vector<double> own =
+      curve.IsEmpty() ? SortedHeights(document.profiles.View(kKind)) : std::vector<double>();
   const std::string settings =
       kIsPrimary ? ShortCutoffText(document.settings.analysis.LsCutoffMM) : AnalysisDescription(document);
-  return {make(isSorted ? curve.heightsUM : own, profile, SourceOf(document), settings), {}};
+  return {make(curve.IsEmpty() ? own : curve.heightsUM, profile, SourceOf(document), settings), {}};
 }
 
 template <CurveProfile profile>
@@ -77,10 +77,11 @@ ExportResult ExportProbability(const Document& document, Prompts& /*prompts*/) {
 }
 
 ExportResult ExportSpectrum(const Document& document, Prompts& /*prompts*/) {
-  if (!document.results.formRemoved) return Missing("spectrum");
-  const bool isComputed = document.results.spectrumComputed;
-  const Spectrum own = isComputed ? Spectrum() : SpectrumOf(document.profiles.View(ProfileKind::kFormSuppressed));
-  const Spectrum& spectrum = isComputed ? document.profiles.spectrum : own;
+  const ProfileSet& profiles = document.profiles;
+  if (!profiles.computeRange) return Missing("spectrum");
+  const bool isComputed = !profiles.spectrum.IsEmpty();
+  const Spectrum own = isComputed ? Spectrum() : SpectrumOf(profiles.View(ProfileKind::kFormSuppressed));
+  const Spectrum& spectrum = isComputed ? profiles.spectrum : own;
   if (!spectrum.valid) return Missing("spectrum");
   return {SpectrumExport(spectrum, SourceOf(document), AnalysisDescription(document)), {}};
 }
@@ -94,8 +95,8 @@ struct ResidualOutcome {
 
 ResidualOutcome ResidualOf(const Document& document, ProfileKind kind, Prompts& prompts) {
   const AsphereFit* const fit = AsphereOf(document.results.formGeometry);
-  if (!document.results.formRemoved || fit == nullptr) return {{}, "no asphere was fitted"};
-  if (!HasProfile(document, kind)) return {{}, Missing(ProfileTitle(kind)).reason};
+  if (!document.profiles.computeRange || fit == nullptr) return {{}, "no asphere was fitted"};
+  if (!document.profiles.Has(kind)) return {{}, Missing(ProfileTitle(kind)).reason};
   const Profile profile = document.profiles.View(kind);
   // Along the measured X, in which the apex stands, also where the profile's own spacing is stretched.
   const double spacingUM = document.profiles.spacingUM;
@@ -118,8 +119,7 @@ ExportResult ExportResidual(const Document& document, Prompts& prompts) {
 
 /// X of the fitted centre in the record; 0 where the form has none.
 double CentreMM(const Document& document) {
-  const double firstUM =
-      document.useAllDataForForm ? 0.0 : document.profiles.computeRange.first * document.profiles.spacingUM;
+  const double firstUM = FormRange(document).first * document.profiles.spacingUM;
   const auto centreUM = CentreXUM(document.results.formGeometry);
   return centreUM ? (firstUM + *centreUM) * kMillimetresPerMicrometre : 0.0;
 }
@@ -129,7 +129,7 @@ ExportResult FromMod(ModText&& text) {
 }
 
 ExportResult ExportWavinessMod(const Document& document, Prompts& /*prompts*/) {
-  if (!document.profiles.wavinessComputed) return Missing(ProfileTitle(ProfileKind::kWaviness));
+  if (!document.profiles.evaluationRange) return Missing(ProfileTitle(ProfileKind::kWaviness));
   const Profile profile = document.profiles.View(ProfileKind::kWaviness);
   return FromMod(WavinessModText(
       {.points = {.heightsUM = profile.Heights(),
@@ -213,6 +213,7 @@ ParameterFileText ParameterFileTextOf(const Document& document, std::string_view
   const ProfileSet& profiles = document.profiles;
   const AnalysisResults& results = document.results;
   const std::string description = AnalysisDescription(document);
+  const IndexRange evaluated = profiles.evaluationRange.value_or(IndexRange{});
   const ParameterCsvInput input{.catalogue = document.catalogue,
                                 .settings = document.settings,
                                 .primaryMaterialRatios = results.primaryMaterialRatios,
@@ -223,8 +224,8 @@ ParameterFileText ParameterFileTextOf(const Document& document, std::string_view
                                 .source = profiles.sourcePath,
                                 .identification = profiles.identification,
                                 .description = description,
-                                .traverseLengthUM = profiles.pointCount * profiles.spacingUM,
-                                .evaluationLengthUM = profiles.evaluationRange.count * profiles.residualSpacingUM};
+                                .traverseLengthUM = profiles.LengthUM(),
+                                .evaluationLengthUM = LengthOfPoints(evaluated.count, profiles.residualSpacingUM)};
   return {ParameterCsvHeader(input), ParameterCsvRow(input)};
 }
 

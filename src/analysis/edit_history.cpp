@@ -7,53 +7,52 @@
 namespace texturon {
 namespace {
 
-EditState TakeLast(std::deque<EditState>& states) {
-  EditState state = std::move(states.back());
-  states.pop_back();
-  return state;
+UndoPoint TakeLast(std::deque<UndoPoint>& points) {
+  UndoPoint point = std::move(points.back());
+  points.pop_back();
+  return point;
 }
 
 }  // namespace
 
-EditState EditStateOf(const Document& document) {
-  return {.analysis = document.settings.analysis,
+UndoPoint UndoPointOf(const Document& document) {
+  return {.request = document.Request(),
           .identification = document.profiles.identification,
-          .inverted = document.profiles.inverted,
-          .region = document};
+          .inverted = document.profiles.inverted};
 }
 
-void RestoreEditState(Document& document, const EditState& state) {
+void RestoreUndoPoint(Document& document, const UndoPoint& point) {
   Settings settings = document.settings;
-  settings.analysis = state.analysis;
+  settings.analysis = point.request.settings;
   ApplySettings(document, std::move(settings));
-  document.profiles.identification = state.identification;
-  if (document.profiles.inverted != state.inverted) InvertProfile(document.profiles);
-  static_cast<ComputeRegion&>(document) = state.region;
+  document.profiles.identification = point.identification;
+  if (document.profiles.inverted != point.inverted) InvertProfile(document.profiles);
+  document.scope = point.request.scope;
 }
 
-void EditHistory::Note(EditState former) {
+void EditHistory::Note(UndoPoint former) {
   later_.clear();
   former_.push_back(std::move(former));
   std::size_t points = 0;
   std::size_t kept = 0;
-  while (kept < former_.size() && kept < kMostStates) {
-    points += former_[former_.size() - 1 - kept].analysis.freeFormPoints.size();
+  while (kept < former_.size() && kept < kMostUndoPoints) {
+    points += former_[former_.size() - 1 - kept].request.settings.freeFormPoints.size();
     if (points > kMostFreeFormPoints && kept > 0) break;
     ++kept;
   }
   former_.erase(former_.begin(), former_.end() - static_cast<std::ptrdiff_t>(kept));
 }
 
-void EditHistory::DropIfBack(const EditState& present) {
+void EditHistory::DropIfBack(const UndoPoint& present) {
   if (!former_.empty() && former_.back() == present) former_.pop_back();
 }
 
-EditState EditHistory::GoBack(EditState present) {
+UndoPoint EditHistory::GoBack(UndoPoint present) {
   later_.push_back(std::move(present));
   return TakeLast(former_);
 }
 
-EditState EditHistory::GoForward(EditState present) {
+UndoPoint EditHistory::GoForward(UndoPoint present) {
   former_.push_back(std::move(present));
   return TakeLast(later_);
 }

@@ -12,40 +12,39 @@ namespace texturon {
 
 /// What a user can take back: how a record is analysed and what was done to it. Its heights stand once, in the
 /// document.
-struct EditState {
-  AnalysisSettings analysis;
+struct UndoPoint {
+  AnalysisRequest request;
   std::string identification;
   bool inverted = false;
-  ComputeRegion region;
 
-  friend bool operator==(const EditState&, const EditState&) = default;
+  friend bool operator==(const UndoPoint&, const UndoPoint&) = default;
 };
 
-EditState EditStateOf(const Document& document);
-/// Puts a state in force; the record is turned over where it asks for that. Nothing is computed.
-void RestoreEditState(Document& document, const EditState& state);
+UndoPoint UndoPointOf(const Document& document);
+/// Puts one in force; the record is turned over where it asks for that. Nothing is computed.
+void RestoreUndoPoint(Document& document, const UndoPoint& point);
 
 /// The states before and after the present one.
 class EditHistory {
 public:
-  static constexpr std::size_t kMostStates = 50;
-  /// Free forms are the only large part of a state.
+  static constexpr std::size_t kMostUndoPoints = 50;
+  /// Free forms are the only large part of one.
   static constexpr std::size_t kMostFreeFormPoints = 2'000'000;
 
   /// Keeps the state that an edit has left. What had been taken back before is gone.
-  void Note(EditState former);
+  void Note(UndoPoint former);
   /// Forgets the last edit where all of it has been undone by hand: `present` is what it had left.
-  void DropIfBack(const EditState& present);
+  void DropIfBack(const UndoPoint& present);
   bool CanGoBack() const { return !former_.empty(); }
   bool CanGoForward() const { return !later_.empty(); }
   /// The state to restore in place of `present`; only where it can go there.
-  EditState GoBack(EditState present);
-  EditState GoForward(EditState present);
+  UndoPoint GoBack(UndoPoint present);
+  UndoPoint GoForward(UndoPoint present);
   void Clear();
 
 private:
-  std::deque<EditState> former_;
-  std::deque<EditState> later_;
+  std::deque<UndoPoint> former_;
+  std::deque<UndoPoint> later_;
 };
 
 }  // namespace texturon

@@ -6,12 +6,10 @@
 #include <exception>
 #include <span>
 #include <string_view>
-#include <utility>
 
-#include "analysis/pipeline.h"
+#include "analysis/analysis_run.h"
 #include "analysis/ratio_row_list.h"
 #include "base/date_text.h"
-#include "formats/import.h"
 #include "platform/platform.h"
 #include "platform/prompts.h"
 
@@ -61,28 +59,6 @@ std::string WriteProfiles(const Document& document, const std::filesystem::path&
 
 }  // namespace
 
-std::string AnalyseInto(Document& document, const std::filesystem::path& path, const FileAnalysisOptions& options,
-                        Prompts& prompts, const Environment& environment) {
-  ImportOutcome loaded = LoadProfileFile(path, options.import, prompts);
-  if (!loaded.loaded) {
-    if (loaded.reason.ends_with('.')) loaded.reason.pop_back();
-    return FileSentence(path, loaded.reason);
-  }
-  ProfileSet profiles = MakeProfileSet(std::move(loaded.profile), TextFromPath(path));
-  if (options.invert) InvertProfile(profiles);
-  SetProfile(document, std::move(profiles));
-  switch (Compute(document, prompts, environment)) {
-    case ComputeOutcome::kDone:
-      return {};
-    case ComputeOutcome::kEmptyPrimary:
-      return FileSentence(path, "is not analysed: no primary profile is left");
-    case ComputeOutcome::kNoProfile:
-    case ComputeOutcome::kRefused:
-      break;
-  }
-  return FileSentence(path, "is not analysed: there are too few points to compute over");
-}
-
 FileAnalysis ResultsOf(const Document& document, const Environment& environment) {
   return {.reason = {},
           .text = ParameterFileTextOf(document, DateText(environment.localTime())),
@@ -98,8 +74,9 @@ FileAnalysis AnalyseFile(const std::filesystem::path& path, const FileAnalysisOp
     document.writesTraceFile = false;
     document.wanted = kNoCurves;
     SilentPrompts nobody;
-    analysis.reason = AnalyseInto(document, path, options, nobody, environment);
-    if (!analysis.ok()) return analysis;
+    const RunStep run =
+        RunAnalysis(document, {.path = path, .import = options.import, .invert = options.invert}, nobody, environment);
+    if (!run.ok()) return {.reason = FileSentence(path, run.Reason())};
     analysis = ResultsOf(document, environment);
     if (!options.profilesTo.empty()) analysis.reason = WriteProfiles(document, path, options.profilesTo);
   } catch (const std::exception& error) {

@@ -11,7 +11,6 @@
 #include "analysis/document_export.h"
 #include "formats/profile_reader.h"
 #include "platform/environment.h"
-#include "platform/prompts.h"
 
 namespace texturon {
 
@@ -41,10 +40,6 @@ struct FileAnalysis {
   bool ok() const { return reason.empty(); }
 };
 
-/// Loads a file into a document with settings and computes. Returns a sentence where there is no analysis, and then the
-/// document is of no use.
-std::string AnalyseInto(Document& document, const std::filesystem::path& path, const FileAnalysisOptions& options,
-                        Prompts& prompts, const Environment& environment);
 /// What an analysed document gives.
 FileAnalysis ResultsOf(const Document& document, const Environment& environment);
 

@@ -8,6 +8,7 @@
 #include <string>
 #include <utility>
 
+#include "analysis/compute_range.h"
 #include "base/number_text.h"
 #include "base/units.h"
 #include "parameters/height_statistics.h"
@@ -32,19 +33,20 @@ std::string ProgressTitle(const FilterRow& filter, double cutoffMM) {
 void FilterShortWaves(Document& document) {
   ProfileSet& profiles = document.profiles;
   const AnalysisSettings& settings = document.settings.analysis;
-  const auto source = Part(std::as_const(profiles.formSuppressed), profiles.computeRange);
-  const auto target = Part(profiles.primary, profiles.computeRange);
-  profiles.primaryRange = profiles.computeRange;
+  const IndexRange& computed = *profiles.computeRange;
+  const auto source = Part(std::as_const(profiles.formSuppressed), computed);
+  const auto target = Part(profiles.primary, computed);
   if (settings.LsCutoffMM > 0.0) {
     const FilterSetup setup{.spacingUM = profiles.residualSpacingUM, .cutoffMM = settings.LsCutoffMM};
     const FilterRange valid = ShortWaveFilter(settings).run(source, target, setup);
     if (valid) {
-      profiles.lsApplied = true;
-      profiles.primaryRange = valid->ShiftedBy(profiles.computeRange.first);
+      if (valid->count > 0) profiles.primaryRange = valid->ShiftedBy(computed.first);
+      profiles.shortCutoffMM = settings.LsCutoffMM;
       return;
     }
   }
   std::copy(source.begin(), source.end(), target.begin());
+  profiles.primaryRange = computed;
 }
 
 FilterRange FilterLongWaves(Document& document, Prompts& prompts) {
@@ -52,8 +54,8 @@ FilterRange FilterLongWaves(Document& document, Prompts& prompts) {
   const AnalysisSettings& settings = document.settings.analysis;
   const FilterRow* const filter = LongWaveFilter(settings);
   if (filter == nullptr) return std::nullopt;
-  const std::span<const double> z = Part(std::as_const(profiles.primary), profiles.primaryRange);
-  const std::span<double> w = Part(profiles.waviness, profiles.primaryRange);
+  const std::span<const double> z = Part(std::as_const(profiles.primary), *profiles.primaryRange);
+  const std::span<double> w = Part(profiles.waviness, *profiles.primaryRange);
   FilterSetup setup{
       .spacingUM = profiles.residualSpacingUM, .cutoffMM = settings.LcCutoffMM, .tension = settings.SplineTension};
   std::unique_ptr<Progress> progress;
@@ -69,8 +71,7 @@ FilterRange FilterLongWaves(Document& document, Prompts& prompts) {
 IndexRange DiscardEnds(const IndexRange& filtered, std::int32_t primaryCount, double spacingUM,
                        AnalysisSettings& settings) {
   if (settings.UserDiscardType <= kDiscardNone) return filtered;
-  if (settings.UserDiscardType == kDiscardHalfCutoff) settings.UserDiscardLengthMM = settings.LcCutoffMM * 0.5;
-  if (settings.UserDiscardType == kDiscardCutoff) settings.UserDiscardLengthMM = settings.LcCutoffMM;
+  settings.UserDiscardLengthMM = DiscardLengthMM(settings);
   const std::int32_t discard = StepsInLength(settings.UserDiscardLengthMM, spacingUM);
   if (discard <= filtered.first || discard >= filtered.count / 2) return filtered;
   return IndexRange::FromEnds(discard, std::min(primaryCount - discard - 1, filtered.last));
@@ -88,29 +89,26 @@ bool FilterStep(Document& document, Prompts& prompts) {
   ProfileSet& profiles = document.profiles;
   AnalysisResults& results = document.results;
   if (profiles.IsEmpty()) return false;
-  profiles.lsApplied = false;
-  profiles.wavinessComputed = false;
   for (ParameterDef& row : document.catalogue.rows) row.valid = false;
 
   FilterShortWaves(document);
   const HeightExtremes measured = FindExtremes(profiles.raw);
   results.rawPeak = measured.highest;
   results.rawValleyDepth = -measured.lowest;
-  if (profiles.primaryRange.count < 1) return false;
+  if (!profiles.primaryRange) return false;
 
-  const std::span<double> primary = Part(profiles.primary, profiles.primaryRange);
+  const std::span<double> primary = Part(profiles.primary, *profiles.primaryRange);
   const double mean = Mean(primary);
   for (double& height : primary) height -= mean;
   const HeightExtremes extremes = FindExtremes(primary);
   results.primaryPeak = extremes.highest;
   results.primaryValleyDepth = -extremes.lowest;
-  results.primaryComputed = true;
 
   if (const auto filtered = FilterLongWaves(document, prompts)) {
-    profiles.evaluationRange =
-        DiscardEnds(*filtered, profiles.primaryRange.count, profiles.residualSpacingUM, document.settings.analysis)
-            .ShiftedBy(profiles.primaryRange.first);
-    const IndexRange& range = profiles.evaluationRange;
+    const IndexRange range =
+        DiscardEnds(*filtered, profiles.primaryRange->count, profiles.residualSpacingUM, document.settings.analysis)
+            .ShiftedBy(profiles.primaryRange->first);
+    profiles.evaluationRange = range;
     for (auto i = static_cast<std::size_t>(range.first); i <= static_cast<std::size_t>(range.last); ++i) {
       profiles.roughness[i] = profiles.primary[i] - profiles.waviness[i];
     }
@@ -118,8 +116,6 @@ bool FilterStep(Document& document, Prompts& prompts) {
     if (!document.quietMode) prompts.ShowMessage("Waviness Not Computed - using Primary as Waviness");
     UsePrimaryAsWaviness(profiles);
   }
-  profiles.wavinessComputed = true;
-  results.roughnessComputed = true;
   return true;
 }
 

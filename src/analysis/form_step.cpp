@@ -6,6 +6,7 @@
 
 #include "analysis/form_table.h"
 #include "base/units.h"
+#include "platform/busy_scope.h"
 
 namespace texturon {
 namespace {
@@ -20,27 +21,12 @@ std::optional<IndexRange> RelativeExclusion(const std::optional<IndexRange>& exc
   return exclusion->ShiftedBy(-std::int64_t{first});
 }
 
-/// Takes the wait cursor down while a fit shows its own progress.
-class WithoutWaitCursor {
-public:
-  WithoutWaitCursor(Prompts& prompts, bool keepsIt) : prompts_(keepsIt ? nullptr : &prompts) {
-    if (prompts_ != nullptr) prompts_->SetBusy(false);
-  }
-  ~WithoutWaitCursor() {
-    if (prompts_ != nullptr) prompts_->SetBusy(true);
-  }
-  WithoutWaitCursor(const WithoutWaitCursor&) = delete;
-  WithoutWaitCursor& operator=(const WithoutWaitCursor&) = delete;
-
-private:
-  Prompts* prompts_;
-};
-
 /// Nothing without a form that is asked for, and where it cannot be fitted.
 std::optional<FormGeometry> RemoveRequested(const FormTask& task) {
   const FormRow& form = RequestedForm(task.settings);
   if (form.number == kFormNone) return std::nullopt;
-  const WithoutWaitCursor arrow(task.prompts, task.isQuiet || !form.showsProgress);
+  // A fit that shows its own progress takes the wait cursor down.
+  const BusyScope arrow(task.prompts, task.isQuiet || !form.showsProgress, false);
   return form.remove(task);
 }
 
@@ -51,14 +37,15 @@ void RemoveForm(Document& document, const ComputeRange& compute, Prompts& prompt
   AnalysisResults& results = document.results;
   const AnalysisSettings& settings = document.settings.analysis;
 
-  const IndexRange fitted = document.useAllDataForForm ? IndexRange::FromCount(0, profiles.pointCount) : compute.range;
+  const IndexRange fitted =
+      document.scope.allDataForForm ? IndexRange::FromCount(0, profiles.pointCount) : compute.range;
   const auto first = static_cast<std::size_t>(fitted.first);
   const auto count = static_cast<std::size_t>(fitted.count);
   const FormInput input{
       .heights = std::span(profiles.raw).subspan(first, count),
       .spacingUM = profiles.spacingUM,
       .step = FormThinningStep(settings, compute.range.count, profiles.spacingUM),
-      .exclusion = document.useAllDataForForm ? std::nullopt : RelativeExclusion(compute.exclusion, fitted.first),
+      .exclusion = document.scope.allDataForForm ? std::nullopt : RelativeExclusion(compute.exclusion, fitted.first),
       .residual = ResidualKindOf(settings.ResidualType)};
   const FormOutput output{.form = std::span(profiles.form).subspan(first, count),
                           .residual = std::span(profiles.formSuppressed).subspan(first, count)};
@@ -80,7 +67,6 @@ void RemoveForm(Document& document, const ComputeRange& compute, Prompts& prompt
     results.formGeometry = std::move(*geometry);
   }
   results.residualTypeUsed = settings.ResidualType;
-  results.formRemoved = true;
 }
 
 }  // namespace texturon

@@ -15,26 +15,11 @@
 #include "analysis/spectrum_step.h"
 #include "base/number_text.h"
 #include "parameters/driver.h"
+#include "platform/busy_scope.h"
 #include "platform/platform.h"
 
 namespace texturon {
 namespace {
-
-/// The wait cursor for as long as it lives; none where nobody watches.
-class BusyScope {
-public:
-  BusyScope(Prompts& prompts, bool isQuiet) : prompts_(isQuiet ? nullptr : &prompts) {
-    if (prompts_ != nullptr) prompts_->SetBusy(true);
-  }
-  ~BusyScope() {
-    if (prompts_ != nullptr) prompts_->SetBusy(false);
-  }
-  BusyScope(const BusyScope&) = delete;
-  BusyScope& operator=(const BusyScope&) = delete;
-
-private:
-  Prompts* prompts_;
-};
 
 /// The heights that the profile-element finder was given last, one a line. A file that cannot be written is done
 /// without.
@@ -53,7 +38,7 @@ void KeepEnvelope(std::vector<double>& profile, std::span<const double> envelope
   profile.clear();
   if (envelopeUM.empty()) return;
   profile.resize(profiles.raw.size());
-  std::copy(envelopeUM.begin(), envelopeUM.end(), profile.begin() + profiles.evaluationRange.first);
+  std::copy(envelopeUM.begin(), envelopeUM.end(), profile.begin() + profiles.evaluationRange->first);
 }
 
 /// That of the filter that took the form out: longer waves are not in the waviness.
@@ -65,19 +50,19 @@ std::optional<double> WavinessLengthMM(const AnalysisSettings& settings) {
 void ComputeSelectedParameters(Document& document, Prompts& prompts, const Environment& environment) {
   ProfileSet& profiles = document.profiles;
   AnalysisResults& results = document.results;
-  const auto viewIf = [&profiles](bool exists, ProfileKind kind) {
-    return exists ? std::optional(profiles.View(kind)) : std::nullopt;
+  const auto viewIf = [&profiles](ProfileKind kind) {
+    return profiles.Has(kind) ? std::optional(profiles.View(kind)) : std::nullopt;
   };
-  const DriverReport report = ComputeParameters(
-      document.catalogue, {.settings = document.settings.analysis,
-                           .formSuppressed = viewIf(results.formRemoved, ProfileKind::kFormSuppressed),
-                           .primary = viewIf(results.primaryComputed, ProfileKind::kPrimary),
-                           .waviness = viewIf(profiles.wavinessComputed, ProfileKind::kWaviness),
-                           .roughness = viewIf(results.roughnessComputed, ProfileKind::kRoughness),
-                           .sortedPrimary = results.primaryCurve.heightsUM,
-                           .sortedRoughness = results.roughnessCurve.heightsUM,
-                           .wantsCoreRoughness = document.wanted.coreRoughness,
-                           .wavinessLengthMM = WavinessLengthMM(document.settings.analysis)});
+  const DriverReport report =
+      ComputeParameters(document.catalogue, {.settings = document.settings.analysis,
+                                             .formSuppressed = viewIf(ProfileKind::kFormSuppressed),
+                                             .primary = viewIf(ProfileKind::kPrimary),
+                                             .waviness = viewIf(ProfileKind::kWaviness),
+                                             .roughness = viewIf(ProfileKind::kRoughness),
+                                             .sortedPrimary = results.primaryCurve.heightsUM,
+                                             .sortedRoughness = results.roughnessCurve.heightsUM,
+                                             .wantsCoreRoughness = document.wanted.coreRoughness,
+                                             .wavinessLengthMM = WavinessLengthMM(document.settings.analysis)});
   results.coreRoughness = report.coreRoughness;
   KeepEnvelope(profiles.closing, report.closingUM, profiles);
   KeepEnvelope(profiles.opening, report.openingUM, profiles);
@@ -86,8 +71,8 @@ void ComputeSelectedParameters(Document& document, Prompts& prompts, const Envir
   if (!document.quietMode) {
     for (const std::string& message : report.messages) prompts.ShowMessage(message);
   }
-  const bool traces = document.writesTraceFile && !environment.traceFile.empty();
-  if (traces && report.elementHeights) WriteTraceFile(*report.elementHeights, environment);
+  if (report.elementHeights && WritesTraceFile(document, environment))
+    WriteTraceFile(*report.elementHeights, environment);
 }
 
 void ComputeRatioRows(Document& document) {
@@ -102,6 +87,10 @@ void ComputeRatioRows(Document& document) {
 
 }  // namespace
 
+bool WritesTraceFile(const Document& document, const Environment& environment) {
+  return document.writesTraceFile && !environment.traceFile.empty();
+}
+
 ComputeOutcome Compute(Document& document, Prompts& prompts, const Environment& environment) {
   if (document.profiles.IsEmpty()) return ComputeOutcome::kNoProfile;
   ApplyWholeCutoffs(document);
@@ -113,12 +102,20 @@ ComputeOutcome Compute(Document& document, Prompts& prompts, const Environment& 
   const auto& compute = std::get<ComputeRange>(resolved);
 
   document.results = {};
-  document.profiles.computeRange = compute.range;
+  ProfileSet& profiles = document.profiles;
+  profiles.computeRange = compute.range;
+  profiles.primaryRange.reset();
+  profiles.evaluationRange.reset();
+  profiles.shortCutoffMM.reset();
+  profiles.spectrum = {};
   {
-    const BusyScope busy(prompts, document.quietMode);
+    const BusyScope busy(prompts, document.quietMode, true);
     RemoveForm(document, compute, prompts);
   }
-  if (!FilterStep(document, prompts)) return ComputeOutcome::kEmptyPrimary;
+  const bool hasPrimary = FilterStep(document, prompts);
+  // Not earlier: the steps write settings that follow from others.
+  document.results.request = document.Request();
+  if (!hasPrimary) return ComputeOutcome::kEmptyPrimary;
   ComputeSpectrum(document);
   ComputeHeightCurves(document);
   ComputeSelectedParameters(document, prompts, environment);

@@ -16,6 +16,9 @@ enum class ComputeOutcome {
   kEmptyPrimary,  ///< no primary profile was left; the run ended after the filters
 };
 
+/// Whether a run writes the environment's trace file, if a row asks for profile elements.
+bool WritesTraceFile(const Document& document, const Environment& environment);
+
 /// Turns the measured record into every derived profile, curve and parameter: chooses the compute range, takes the form
 /// out, filters, makes the spectrum and the height curves and computes the selected rows of the working list. Reads the
 /// document's settings and writes its profiles, ranges and results; the end discards of fixed kind are written back

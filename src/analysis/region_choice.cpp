@@ -8,6 +8,7 @@
 #include "base/number_text.h"
 #include "base/text.h"
 #include "base/units.h"
+#include "record/profile_set.h"
 #include "settings/settings_value.h"
 
 namespace texturon {
@@ -18,19 +19,6 @@ std::string LengthText(double lengthMM, bool metric) {
 }
 
 }  // namespace
-
-RegionChoice RegionOf(const Document& document) {
-  if (!document.regionSet) return {};
-  return {document.regionMode, document.regionStartMM, document.regionEndOffsetMM, document.regionLengthMM};
-}
-
-void SetRegion(Document& document, const RegionChoice& region) {
-  document.regionSet = true;
-  document.regionMode = region.mode;
-  document.regionStartMM = region.startMM;
-  document.regionEndOffsetMM = region.endOffsetMM;
-  document.regionLengthMM = region.lengthMM;
-}
 
 std::optional<IndexRange> ResolveRegion(const RegionChoice& region, std::int32_t pointCount, double spacingUM) {
   const std::int64_t n = pointCount;
@@ -61,10 +49,10 @@ std::optional<IndexRange> ResolveRegion(const RegionChoice& region, std::int32_t
   return range;
 }
 
-std::string DescribeRegion(const IndexRange& range, double spacingUM, bool metric) {
-  const auto at = [&](std::int32_t steps) { return LengthText(steps * spacingUM * kMillimetresPerMicrometre, metric); };
-  return at(range.first) + " to " + at(range.last) + ": " + at(range.last - range.first) + ", " +
-         IntegerText(range.count) + " points";
+std::string DescribeStretch(const IndexRange& range, double recordSpacingUM, double spacingUM, bool metric) {
+  const auto text = [metric](double lengthUM) { return LengthText(lengthUM * kMillimetresPerMicrometre, metric); };
+  return IntegerText(range.count) + " points = " + text(LengthOfPoints(range.count, spacingUM)) + ", from " +
+         text(range.first * recordSpacingUM) + " to " + text(range.last * recordSpacingUM);
 }
 
 LengthEntry ReadRegionLength(std::string_view text, double recordMM, bool metric) {

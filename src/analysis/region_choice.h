@@ -7,41 +7,17 @@
 #include <string>
 #include <string_view>
 
-#include "analysis/document.h"
+#include "analysis/analysis_request.h"
 #include "base/index_range.h"
 
 namespace texturon {
 
-/// `mode`: which of the three lengths tell where the region lies. Any other number is kBetweenOffsets.
-enum RegionMode : std::int32_t {
-  kFromStart = 0,  ///< from the start on to the end of the record
-  kStartAndLength = 1,
-  kUpToEndOffset = 2,  ///< from the first sample on
-  kLengthUpToEndOffset = 3,
-  kBetweenOffsets = 4,
-};
-
-/// A stretch of the record to compute over; all lengths in mm.
-struct RegionChoice {
-  std::int32_t mode = kBetweenOffsets;
-  double startMM = 0.0;      ///< from the first sample
-  double endOffsetMM = 0.0;  ///< from the last sample
-  double lengthMM = 0.0;
-
-  bool ReadsStart() const { return mode != kUpToEndOffset && mode != kLengthUpToEndOffset; }
-  bool ReadsEndOffset() const { return mode != kFromStart && mode != kStartAndLength; }
-  bool ReadsLength() const { return mode == kStartAndLength || mode == kLengthUpToEndOffset; }
-};
-
-/// What the document computes over, or would if no region is set: the whole record.
-RegionChoice RegionOf(const Document& document);
-void SetRegion(Document& document, const RegionChoice& region);
-
 /// The samples of a region; nothing where they are too few to compute over.
 std::optional<IndexRange> ResolveRegion(const RegionChoice& region, std::int32_t pointCount, double spacingUM);
 
-/// The stretch of a region in words, in the units shown: "2.0000 mm to 4.5000 mm: 2.5000 mm, 5001 points".
-std::string DescribeRegion(const IndexRange& range, double spacingUM, bool metric);
+/// A stretch in words, in the units shown: "5000 points = 2.5000 mm, from 2.0000 mm to 4.4995 mm". Both points are told
+/// by where they lie in the record; the length counts in the profile's own spacing, which may be stretched.
+std::string DescribeStretch(const IndexRange& range, double recordSpacingUM, double spacingUM, bool metric);
 
 /// A length as it is entered in the units shown.
 struct LengthEntry {

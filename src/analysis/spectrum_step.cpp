@@ -38,7 +38,6 @@ void ComputeSpectrum(Document& document) {
     return;
   }
   spectrum = SpectrumOf(profile);
-  document.results.spectrumComputed = spectrum.valid;
 }
 
 }  // namespace texturon

@@ -29,7 +29,7 @@ public:
     json_.Integer(results.formApplied);
     Text("caption", FormCaption(document_));
     Number("residual_spacing_um", document_.profiles.residualSpacingUM);
-    if (results.formRemoved) Fields(results.formGeometry);
+    if (document_.profiles.computeRange) Fields(results.formGeometry);
     json_.EndObject();
   }
 
@@ -37,17 +37,17 @@ public:
     const ProfileSet& profiles = document_.profiles;
     json_.Key("ranges");
     json_.BeginObject();
-    Range("compute", profiles.computeRange);
-    Range("primary", profiles.primaryRange);
-    Range("evaluation", profiles.evaluationRange);
+    Range("compute", profiles.computeRange.value_or(IndexRange{}));
+    Range("primary", profiles.primaryRange.value_or(IndexRange{}));
+    Range("evaluation", profiles.evaluationRange.value_or(IndexRange{}));
     json_.EndObject();
   }
 
   void Flags() {
     json_.Key("flags");
     json_.BeginObject();
-    Bool("ls_applied", document_.profiles.lsApplied);
-    Bool("waviness_computed", document_.profiles.wavinessComputed);
+    Bool("ls_applied", document_.profiles.shortCutoffMM.has_value());
+    Bool("waviness_computed", document_.profiles.evaluationRange.has_value());
     Bool("spectrum_valid", document_.profiles.spectrum.valid);
     json_.EndObject();
   }

@@ -3,9 +3,11 @@
 #include "app/analysis_table.h"
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "analysis/captions.h"
+#include "analysis/region_choice.h"
 #include "base/charset.h"
 #include "base/number_text.h"
 #include "base/units.h"
@@ -44,21 +46,12 @@ std::string LengthText(double lengthMM, bool metric, int decimals) {
   return FixedText(lengthMM * kInchesPerMillimetre, decimals + 1) + " in";
 }
 
-/// "0.000 to 4.000 mm (8000 points)" for a range counted from the first sample.
-std::string RangeText(const IndexRange& range, double spacingUM, bool metric) {
-  const auto at = [spacingUM](std::int32_t i) {
-    return static_cast<double>(i) * spacingUM * kMillimetresPerMicrometre;
-  };
-  return LengthText(at(range.first), metric, 4) + " to " + LengthText(at(range.last), metric, 4) + " (" +
-         IntegerText(range.count) + " points)";
-}
-
 std::string CutoffText(const Document& document) {
   const AnalysisSettings& settings = document.settings.analysis;
   const bool metric = document.settings.display.Metric;
   std::string text = FilterLabel(settings) + ", long-wave cutoff " + LengthText(settings.LcCutoffMM, metric, 4);
-  if (document.profiles.lsApplied) {
-    text += ", short-wave cutoff " + LengthText(settings.LsCutoffMM, metric, 4);
+  if (const auto& shortMM = document.profiles.shortCutoffMM) {
+    text += ", short-wave cutoff " + LengthText(*shortMM, metric, 4);
   } else {
     text += ", no short-wave filter";
   }
@@ -72,13 +65,12 @@ void AppendFacts(std::string& out, const Document& document, std::string_view fi
   AppendFact(out, "Identification", profiles.identification);
   AppendFact(out, "Date", profiles.dateTime);
   AppendFact(out, "Record",
-             IntegerText(profiles.pointCount) + " points at " + ShortestText(profiles.spacingUM) + " \xB5m = " +
-                 LengthText(static_cast<double>(profiles.pointCount) * profiles.spacingUM * kMillimetresPerMicrometre,
-                            metric, 4));
+             IntegerText(profiles.pointCount) + " points at " + ShortestText(profiles.spacingUM) +
+                 " \xB5m = " + LengthText(profiles.LengthMM(), metric, 4));
   if (profiles.tipRadiusMM > 0.0) {
     AppendFact(out, "Stylus tip", FixedText(profiles.tipRadiusMM * kMicrometresPerMillimetre, 2) + " \xB5m radius");
   }
-  if (!document.results.primaryComputed) return;
+  if (!document.profiles.primaryRange) return;
   std::string caption = FormCaption(document);
   constexpr std::string_view kCaptionStart = "Form: ";
   if (caption.starts_with(kCaptionStart)) caption.erase(0, kCaptionStart.size());
@@ -89,8 +81,10 @@ void AppendFacts(std::string& out, const Document& document, std::string_view fi
   }
   out += "\n";
   AppendFact(out, "Filter", CutoffText(document));
-  AppendFact(out, "Primary", RangeText(profiles.primaryRange, profiles.residualSpacingUM, metric));
-  AppendFact(out, "Evaluated", RangeText(profiles.evaluationRange, profiles.residualSpacingUM, metric));
+  for (const auto& [title, range] : {std::pair("Primary", *profiles.primaryRange),
+                                     std::pair("Evaluated", profiles.evaluationRange.value_or(IndexRange{}))}) {
+    AppendFact(out, title, DescribeStretch(range, profiles.spacingUM, profiles.residualSpacingUM, metric));
+  }
 }
 
 /// The rows under the table that have no value, by name.
@@ -141,7 +135,7 @@ std::string CsvCell(std::string_view bytes) {
 std::string AnalysisTable(const Document& document, std::string_view file) {
   std::string out;
   AppendFacts(out, document, file);
-  if (document.results.primaryComputed) AppendParameters(out, document);
+  if (document.profiles.primaryRange) AppendParameters(out, document);
   return out;
 }
 

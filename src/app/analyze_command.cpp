@@ -2,8 +2,8 @@
 
 #include <iostream>
 
+#include "analysis/analysis_run.h"
 #include "analysis/document_export.h"
-#include "analysis/pipeline.h"
 #include "app/analysis_json.h"
 #include "app/analysis_table.h"
 #include "app/commands.h"
@@ -59,18 +59,16 @@ int RunAnalyze(const AnalyzeOptions& analyze, const CommonOptions& common) {
   for (const std::string& file : analyze.files) {
     Document document = setup->document;
     prompts.BeginFile(file);
-    if (!LoadInto(document, file, *setup, prompts)) {
+    if (!LoadInto(document, file, *setup, prompts, environment)) {
       status = kExitRefused;
       continue;
     }
-    const ComputeOutcome outcome = Compute(document, prompts, environment);
-    if (outcome != ComputeOutcome::kDone) {
+    const RunStep run = AnalyseRecord(document, prompts, environment);
+    if (!run.ok()) {
       status = kExitRefused;
-      Complain(file + (outcome == ComputeOutcome::kRefused ? ": not analysed, there are too few points to compute over."
-                                                           : ": not analysed, no primary profile is left."));
+      Complain(file + ": not analysed, " + run.cause + ".");
     }
-    if (outcome == ComputeOutcome::kDone && !analyze.appendTo.empty() &&
-        !AppendRow(document, analyze.appendTo, environment)) {
+    if (run.ok() && !analyze.appendTo.empty() && !AppendRow(document, analyze.appendTo, environment)) {
       status = kExitRefused;
     }
     if (analyze.form == OutputForm::kTable && !isFirst) std::cout << "\n\n";

@@ -15,9 +15,9 @@ int RunConvert(const ConvertOptions& convert, const CommonOptions& common) {
   if (!setup) return kExitRefused;
   Document document = setup->document;
   prompts.BeginFile(convert.input);
-  if (!LoadInto(document, convert.input, *setup, prompts)) return kExitRefused;
-  prompts.HoldMessages(true);
   const Environment environment = SystemEnvironment();
+  if (!LoadInto(document, convert.input, *setup, prompts, environment)) return kExitRefused;
+  prompts.HoldMessages(true);
   const ProfileToWrite profile{.heightsUM = document.profiles.raw,
                                .spacingUM = document.profiles.spacingUM,
                                .identification = document.profiles.identification,

@@ -3,8 +3,8 @@
 #include <filesystem>
 #include <iostream>
 
+#include "analysis/analysis_run.h"
 #include "analysis/document_export.h"
-#include "analysis/pipeline.h"
 #include "app/commands.h"
 #include "base/charset.h"
 #include "base/text.h"
@@ -34,8 +34,10 @@ int RunExport(const ExportOptions& options, const CommonOptions& common) {
   if (!setup) return kExitRefused;
   Document document = setup->document;
   prompts.BeginFile(options.file);
-  if (!LoadInto(document, options.file, *setup, prompts)) return kExitRefused;
-  Compute(document, prompts, SystemEnvironment());
+  const Environment environment = SystemEnvironment();
+  if (!LoadInto(document, options.file, *setup, prompts, environment)) return kExitRefused;
+  // A record that cannot be analysed may still hold what is exported.
+  (void)AnalyseRecord(document, prompts, environment);
   const ExportResult result = make(document, prompts);
   if (!result.ok()) {
     Complain(options.file + ": not exported, " + Utf8FromWindows1252(result.reason) + ".");

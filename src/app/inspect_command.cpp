@@ -17,6 +17,7 @@ namespace {
 /// What is told of a profile beside what the file states.
 struct Findings {
   double lengthMM = 0.0;
+  double lastPointMM = 0.0;
   double lowestUM = 0.0;
   double highestUM = 0.0;
   std::vector<std::string> warnings;
@@ -24,8 +25,12 @@ struct Findings {
 
 Findings FindingsOf(const ImportedProfile& profile) {
   const auto [low, high] = std::minmax_element(profile.heightsUM.begin(), profile.heightsUM.end());
-  Findings findings{static_cast<double>(profile.heightsUM.size() - 1) * profile.spacingUM * 1e-3, *low, *high,
-                    profile.warnings};
+  const auto points = static_cast<std::int64_t>(profile.heightsUM.size());
+  Findings findings{.lengthMM = LengthOfPoints(points, profile.spacingUM) * kMillimetresPerMicrometre,
+                    .lastPointMM = LengthOfPoints(points - 1, profile.spacingUM) * kMillimetresPerMicrometre,
+                    .lowestUM = *low,
+                    .highestUM = *high,
+                    .warnings = profile.warnings};
   for (std::string& sign : ImplausibleSigns(profile)) findings.warnings.push_back(std::move(sign));
   return findings;
 }
@@ -42,7 +47,8 @@ void PrintProfile(const ImportedProfile& profile) {
   PrintRow("date", profile.date);
   PrintRow("points", IntegerText(static_cast<std::int64_t>(profile.heightsUM.size())));
   PrintRow("spacing", ShortestText(profile.spacingUM) + " um" + source);
-  PrintRow("length", FixedText(findings.lengthMM, 6) + " mm");
+  PrintRow("length",
+           FixedText(findings.lengthMM, 6) + " mm, the last point at " + FixedText(findings.lastPointMM, 6) + " mm");
   PrintRow("heights", FixedText(findings.lowestUM, 6) + " to " + FixedText(findings.highestUM, 6) + " um");
   PrintRow("tip radius", profile.tipRadiusMM > 0.0 ? ShortestText(profile.tipRadiusMM) + " mm" : "not stated");
   for (const std::string& warning : findings.warnings) PrintRow("warning", warning);
@@ -110,7 +116,8 @@ private:
     json_.Integer(static_cast<std::int64_t>(profile.heightsUM.size()));
     Number("spacing_um", profile.spacingUM);
     Text("spacing_source", profile.spacingSource);
-    Number("length_mm", findings.lengthMM);
+    // Programs have read it so from the first version on.
+    Number("length_mm", findings.lastPointMM);
     Number("lowest_um", findings.lowestUM);
     Number("highest_um", findings.highestUM);
     Number("tip_radius_mm", profile.tipRadiusMM);

@@ -8,9 +8,9 @@
 #include <string_view>
 #include <utility>
 
+#include "analysis/analysis_run.h"
 #include "base/charset.h"
 #include "base/number_text.h"
-#include "formats/import.h"
 #include "platform/platform.h"
 #include "settings/settings_file.h"
 #include "settings/settings_text.h"
@@ -75,18 +75,15 @@ void ApplyAssignments(const std::vector<std::string>& assignments, Settings& set
 void ApplyRunOptions(const CommonOptions& options, RunSetup& setup) {
   Document& document = setup.document;
   document.quietMode = options.quiet;
-  document.wholeCutoffLength = options.wholeCutoffs;
-  document.useAllDataForForm = options.allDataForForm;
+  SetWholeCutoffs(document, options.wholeCutoffs);
+  document.scope.allDataForForm = options.allDataForForm;
   document.writesTraceFile = !options.noTrace;
   setup.invert = options.invert;
   if (!options.region.empty()) {
-    const auto region = ParseRegion(options.region);
-    if (!region) throw UsageError{"--region " + options.region + ": not of the form MODE,START,END,LENGTH."};
-    document.regionSet = true;
-    document.regionMode = region->mode;
-    document.regionStartMM = region->startMM;
-    document.regionEndOffsetMM = region->endOffsetMM;
-    document.regionLengthMM = region->lengthMM;
+    document.scope.region = ParseRegion(options.region);
+    if (!document.scope.region) {
+      throw UsageError{"--region " + options.region + ": not of the form MODE,START,END,LENGTH."};
+    }
   }
   if (!options.exclude.empty()) {
     const auto ends = NumberList<2>(options.exclude);
@@ -107,12 +104,12 @@ void ApplyRunOptions(const CommonOptions& options, RunSetup& setup) {
 
 }  // namespace
 
-std::optional<RegionOption> ParseRegion(const std::string& text) {
+std::optional<RegionChoice> ParseRegion(const std::string& text) {
   const auto numbers = NumberList<4>(text);
   if (!numbers) return std::nullopt;
   const auto mode = WholeIndex((*numbers)[0]);
   if (!mode) return std::nullopt;
-  return RegionOption{*mode, (*numbers)[1], (*numbers)[2], (*numbers)[3]};
+  return RegionChoice{*mode, (*numbers)[1], (*numbers)[2], (*numbers)[3]};
 }
 
 int FinishOutput(int status) {
@@ -144,19 +141,18 @@ std::optional<RunSetup> PrepareRun(const CommonOptions& options, ConsolePrompts&
   return setup;
 }
 
-bool LoadInto(Document& document, const std::string& file, const RunSetup& setup, ConsolePrompts& prompts) {
-  const std::filesystem::path path = PathFromSystemText(file);
+bool LoadInto(Document& document, const std::string& file, const RunSetup& setup, ConsolePrompts& prompts,
+              const Environment& environment) {
   prompts.HoldMessages(true);
-  ImportOutcome outcome = LoadProfileFile(path, setup.import, prompts);
+  const RunStep step =
+      LoadRecord(document, {.path = PathFromSystemText(file), .import = setup.import, .invert = setup.invert}, prompts,
+                 environment);
   prompts.HoldMessages(false);
-  if (!outcome.loaded) {
-    ComplainOf(file, outcome.reason);
+  if (!step.ok()) {
+    ComplainOf(file, step.cause);
     return false;
   }
   for (const std::string& message : prompts.Messages()) prompts.Notice(message);
-  ProfileSet profiles = MakeProfileSet(std::move(outcome.profile), TextFromPath(path));
-  if (setup.invert) InvertProfile(profiles);
-  SetProfile(document, std::move(profiles));
   return true;
 }
 

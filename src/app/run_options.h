@@ -41,14 +41,8 @@ struct UsageError {
   std::string text;
 };
 
-/// One region of the command line.
-struct RegionOption {
-  std::int32_t mode = 0;
-  double startMM = 0.0;
-  double endOffsetMM = 0.0;
-  double lengthMM = 0.0;
-};
-std::optional<RegionOption> ParseRegion(const std::string& text);
+/// The region that a text of this form names; nothing for any other.
+std::optional<RegionChoice> ParseRegion(const std::string& text);
 
 /// What every command that analyses or reads files starts from.
 struct RunSetup {
@@ -64,7 +58,8 @@ struct RunSetup {
 std::optional<RunSetup> PrepareRun(const CommonOptions& options, ConsolePrompts& prompts);
 
 /// Loads a file into the document. False, with one sentence on standard error, when it could not be read.
-bool LoadInto(Document& document, const std::string& file, const RunSetup& setup, ConsolePrompts& prompts);
+bool LoadInto(Document& document, const std::string& file, const RunSetup& setup, ConsolePrompts& prompts,
+              const Environment& environment);
 
 /// Flushes standard output. Returns `status`, or a refusal with a sentence where the output did not take everything.
 int FinishOutput(int status);

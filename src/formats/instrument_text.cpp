@@ -126,11 +126,10 @@ bool HasShape(std::string_view text, std::string_view pattern) {
 }
 
 /// Date and time of the condition sheet beside a TX file. Its labels are in any language, so the values tell.
-std::string DateOfConditionSheet(const std::filesystem::path& path) {
-  const FileBytes sheet = ReadWholeFile(CompanionPath(path, ".tx3"));
+std::string DateOfConditionSheet(std::string_view text) {
   std::string_view date;
   std::string_view time;
-  LineCursor lines(sheet.bytes);
+  LineCursor lines(text);
   while (const auto line = lines.Next()) {
     const std::string_view value = TrimBlanks(line->substr(line->find('\t') + 1));
     if (date.empty() && HasShape(value, "00.00.0000")) date = value;
@@ -165,7 +164,10 @@ ReadResult ReadTxText(const ReaderInput& input, ImportedProfile& profile) {
     return ReadResult::Refused("no point spacing was given");
   }
   if (profile.spacingSource == "assumed") profile.spacingSource = "assumed from the nominal length on line 1";
-  profile.date = DateOfConditionSheet(input.path);
+  const std::filesystem::path sheetPath = CompanionPath(input.path, ".tx3");
+  const FileBytes sheet = ReadWholeFile(sheetPath);
+  if (sheet.ok()) profile.companion = sheetPath;
+  profile.date = DateOfConditionSheet(sheet.bytes);
   return ReadResult::Read();
 }
 

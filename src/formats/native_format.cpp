@@ -135,7 +135,8 @@ ReadResult ReadNativeHeaderWithTable(const ReaderInput& input, ImportedProfile& 
   Header header;
   if (auto refusal = ReadHeader(input, cursor, header)) return *refusal;
 
-  const FileBytes table = ReadWholeFile(CompanionPath(input.path, ".LMTd"));
+  profile.companion = CompanionPath(input.path, ".LMTd");
+  const FileBytes table = ReadWholeFile(profile.companion);
   if (!table.ok()) return ReadResult::Refused("the table with the ending .LMTd " + table.reason);
   std::string storage;
   const std::string_view rows = PlainText(table.bytes, storage);

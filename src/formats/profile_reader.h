@@ -21,6 +21,7 @@ struct ImportedProfile {
   std::vector<double> heightsUM;
   double tipRadiusMM = -1.0;          ///< -1.0: not stated
   std::int32_t column = 0;            ///< the table's column that was asked for, from 1; 0: no question
+  std::filesystem::path companion;    ///< the second file that was read; empty: none
   std::string spacingSource;          ///< for people: what of the file, or who, gave the spacing
   std::vector<std::string> warnings;  ///< for people: what was tolerated and what looks wrong
 };

@@ -98,7 +98,7 @@ ShownMotifs ShownMotifsOf(const AnalysisSettings& settings) {
 
 std::string MotifReadout(const Document& document) {
   const ProfileSet& profiles = document.profiles;
-  if (!document.results.primaryComputed) return {};
+  if (!document.profiles.primaryRange) return {};
   const bool metric = document.settings.display.Metric;
   const ShownMotifs shown = ShownMotifsOf(document.settings.analysis);
   const double spacingUM = profiles.residualSpacingUM;

@@ -18,20 +18,20 @@ constexpr double kMargin = 8.0;
 }  // namespace
 
 std::optional<FilterCurves> FilterCurvesOf(const Document& document) {
-  const AnalysisSettings& settings = document.settings.analysis;
+  const AnalysisSettings& settings = document.AnalysedBy();
   const ProfileSet& profiles = document.profiles;
   const double cutoffMM = settings.LcCutoffMM;
   const double spacingUM = profiles.residualSpacingUM;
   const FilterRow* const longWaves = LongWaveFilter(settings);
-  if (!document.results.roughnessComputed || longWaves == nullptr || !(cutoffMM > 0.0) ||
+  if (!profiles.evaluationRange || longWaves == nullptr || !(cutoffMM > 0.0) ||
       !SpacingAllowsCutoff(spacingUM, cutoffMM)) {
     return std::nullopt;
   }
   const FilterSetup longSetup{.spacingUM = spacingUM, .cutoffMM = cutoffMM, .tension = settings.SplineTension};
   const FilterRow& shortWaves = ShortWaveFilter(settings);
-  const FilterSetup shortSetup{.spacingUM = spacingUM, .cutoffMM = settings.LsCutoffMM};
+  const FilterSetup shortSetup{.spacingUM = spacingUM, .cutoffMM = profiles.shortCutoffMM.value_or(0.0)};
   FilterCurves curves{.cutoffsMM = {cutoffMM}, .remark = std::string(longWaves->transmissionRemark)};
-  if (profiles.lsApplied) curves.cutoffsMM.push_back(settings.LsCutoffMM);
+  if (profiles.shortCutoffMM) curves.cutoffsMM.push_back(*profiles.shortCutoffMM);
   const auto [shortest, longest] = std::minmax_element(curves.cutoffsMM.begin(), curves.cutoffsMM.end());
   // Shorter waves than two points cannot be told apart.
   const double firstMM = std::max(*shortest / kMargin, 2.0 * spacingUM * kMillimetresPerMicrometre);
@@ -40,7 +40,7 @@ std::optional<FilterCurves> FilterCurvesOf(const Document& document) {
     const double share = static_cast<double>(i) / static_cast<double>(kPoints - 1);
     const double wavelengthMM = firstMM * std::pow(ratio, share);
     double primary = 100.0;
-    if (profiles.lsApplied) {
+    if (profiles.shortCutoffMM) {
       primary *= shortWaves.transmission(shortSetup, wavelengthMM);
       curves.primary.push_back(primary);
     }

@@ -65,7 +65,7 @@ std::span<const Motif> MotifsIn(std::span<const Motif> motifs, std::pair<std::in
 
 MotifPlot MotifPlotOf(const Document& document, double fromMM, double toMM, std::size_t columns) {
   MotifPlot plot;
-  if (!document.results.primaryComputed) return plot;
+  if (!document.profiles.primaryRange) return plot;
   const Profile primary = document.profiles.View(ProfileKind::kPrimary);
   const double step = primary.spacingUM * kMillimetresPerMicrometre;
   const auto sample = [&](std::int32_t i) { return Point{i * step, primary.samples[static_cast<std::size_t>(i)]}; };

@@ -61,27 +61,30 @@ std::string SlopeText(double riseUM, double runMM) {
 
 }  // namespace
 
-bool HeedsExclusion(const Document& document) {
-  return document.excludeSet && !document.useAllDataForForm && FormOf(document.results.formGeometry).heedsExclusion;
+std::optional<IndexRange> HeededExclusion(const Document& document) {
+  const AnalysisResults& results = document.results;
+  if (!results.request || results.request->scope.allDataForForm) return std::nullopt;
+  if (results.formApplied == kNoFormApplied || !FormOf(results.formGeometry).heedsExclusion) return std::nullopt;
+  return results.request->scope.exclusion;
 }
 
 ProfileMarks MarksOf(const Document& document) {
   const ProfileSet& profiles = document.profiles;
   MarkList list;
-  if (!document.results.formRemoved) return {};
+  if (!profiles.computeRange) return {};
   using Kind = MarkedStretch::Kind;
-  const IndexRange& computed = profiles.computeRange;
+  const IndexRange& computed = *profiles.computeRange;
   list.Add(Kind::kNotComputed, 0.0, computed.first * profiles.spacingUM);
   list.Add(Kind::kNotComputed, computed.last * profiles.spacingUM, (profiles.pointCount - 1) * profiles.spacingUM);
-  if (HeedsExclusion(document)) {
-    list.Add(Kind::kExcluded, document.excludeFirst * profiles.spacingUM, document.excludeLast * profiles.spacingUM);
+  if (const auto excluded = HeededExclusion(document)) {
+    list.Add(Kind::kExcluded, excluded->first * profiles.spacingUM, excluded->last * profiles.spacingUM);
   }
-  if (!profiles.wavinessComputed) return list.marks;
-  const IndexRange& evaluated = profiles.evaluationRange;
+  if (!profiles.evaluationRange) return list.marks;
+  const IndexRange& evaluated = *profiles.evaluationRange;
   const double spacingUM = profiles.residualSpacingUM;
   list.Add(Kind::kDiscarded, computed.first * spacingUM, evaluated.first * spacingUM);
   list.Add(Kind::kDiscarded, evaluated.last * spacingUM, computed.last * spacingUM);
-  const double stepMM = document.settings.analysis.LcCutoffMM;
+  const double stepMM = document.AnalysedBy().LcCutoffMM;
   const double firstMM = evaluated.first * spacingUM * kMillimetresPerMicrometre;
   const double lastMM = evaluated.last * spacingUM * kMillimetresPerMicrometre;
   if (stepMM > 0.0 && (lastMM - firstMM) / stepMM <= kMostSamplingLengths) {
@@ -96,7 +99,7 @@ std::string CursorReadout(const Document& document, ProfileKind kind, const Curs
   if (places.hasX) {
     const auto [x1, x2] = places.xMM;
     text += Pair("X", units.Length(x1), units.Length(x2), units.Length(x2 - x1));
-    if (HasProfile(document, kind)) {
+    if (document.profiles.Has(kind)) {
       const Profile profile = document.profiles.View(kind);
       const auto z1 = HeightAt(profile, x1);
       const auto z2 = HeightAt(profile, x2);
@@ -117,7 +120,7 @@ std::array<std::string, 4> CursorLabels(const Document& document, ProfileKind ki
   const Units units(document.settings.display.Metric);
   std::array<std::string, 4> labels = {"X1 " + units.Length(places.xMM.first), "X2 " + units.Length(places.xMM.second),
                                        "Y1 " + units.Height(places.yUM.first), "Y2 " + units.Height(places.yUM.second)};
-  if (!HasProfile(document, kind)) return labels;
+  if (!document.profiles.Has(kind)) return labels;
   const Profile profile = document.profiles.View(kind);
   if (const auto z = HeightAt(profile, places.xMM.first)) labels[0] += "\nZ1 " + units.Height(*z);
   if (const auto z = HeightAt(profile, places.xMM.second)) labels[1] += "\nZ2 " + units.Height(*z);

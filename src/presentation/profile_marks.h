@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -24,9 +25,9 @@ struct ProfileMarks {
   std::vector<double> samplingLengthEndsMM;  ///< over the evaluation range; none where they are too many to tell apart
 };
 
-/// Whether the form in force was fitted without the excluded stretch: the mean and the filter take every sample, and so
-/// does a fit to all data.
-bool HeedsExclusion(const Document& document);
+/// The stretch that the form in force was fitted without. None for the mean and the filter, which take every sample,
+/// nor for a fit to all data.
+std::optional<IndexRange> HeededExclusion(const Document& document);
 
 /// What lies outside the compute range, what filters and end discard took off, what the form fit left out.
 ProfileMarks MarksOf(const Document& document);

@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "analysis/captions.h"
+#include "analysis/region_choice.h"
 #include "base/number_text.h"
 #include "base/units.h"
 #include "presentation/profile_marks.h"
@@ -33,12 +34,7 @@ std::string Length(double lengthUM, bool metric) {
 std::string RecordText(const ProfileSet& profiles, bool metric) {
   const double spacing = metric ? profiles.spacingUM : profiles.spacingUM * kMicroinchesPerMicrometre;
   return IntegerText(profiles.pointCount) + " points, spacing " + FixedText(spacing, metric ? 4 : 2) +
-         (metric ? " \xB5m" : " \xB5in") + ", length " + Length((profiles.pointCount - 1) * profiles.spacingUM, metric);
-}
-
-std::string RangeText(const IndexRange& range, double spacingUM, bool metric) {
-  return Length(range.first * spacingUM, metric) + " to " + Length(range.last * spacingUM, metric) + " (" +
-         IntegerText(range.count) + " points)";
+         (metric ? " \xB5m" : " \xB5in") + ", length " + Length(profiles.LengthUM(), metric);
 }
 
 std::vector<ReportLine> Facts(const Document& document, std::string_view time) {
@@ -48,15 +44,15 @@ std::vector<ReportLine> Facts(const Document& document, std::string_view time) {
                                    {"Measured", profiles.dateTime},
                                    {"Analysed", std::string(time)},
                                    {"Record", RecordText(profiles, metric)}};
-  if (document.results.formRemoved) facts.emplace_back("Form", WithoutOpening(FormCaption(document)));
+  if (profiles.computeRange) facts.emplace_back("Form", WithoutOpening(FormCaption(document)));
   facts.emplace_back("Filter", FilterDescription(document));
-  if (profiles.wavinessComputed) {
-    facts.emplace_back("Evaluated", RangeText(profiles.evaluationRange, profiles.residualSpacingUM, metric));
+  if (profiles.evaluationRange) {
+    facts.emplace_back("Evaluated", DescribeStretch(*profiles.evaluationRange, profiles.spacingUM,
+                                                    profiles.residualSpacingUM, metric));
   }
-  if (HeedsExclusion(document)) {
-    facts.emplace_back(
-        "Not in the form fit",
-        RangeText(IndexRange::FromEnds(document.excludeFirst, document.excludeLast), profiles.spacingUM, metric));
+  if (const auto excluded = HeededExclusion(document)) {
+    facts.emplace_back("Not in the form fit",
+                       DescribeStretch(*excluded, profiles.spacingUM, profiles.spacingUM, metric));
   }
   std::erase_if(facts, [](const ReportLine& line) { return line.second.empty(); });
   return facts;

@@ -79,10 +79,7 @@ std::string SteepCaption(ProfileKind kind, double degrees, double percent) {
 
 Profile RemovedForm(const Document& document) {
   const ProfileSet& profiles = document.profiles;
-  Profile form{ProfileKind::kRaw, profiles.form, {}, profiles.spacingUM};
-  if (!document.results.formRemoved) return form;
-  form.range = document.useAllDataForForm ? IndexRange::FromCount(0, profiles.pointCount) : profiles.computeRange;
-  return form;
+  return {ProfileKind::kRaw, profiles.form, FormRange(document), profiles.spacingUM};
 }
 
 }  // namespace texturon

@@ -6,22 +6,30 @@
 
 namespace texturon {
 
+bool ProfileSet::Has(ProfileKind kind) const {
+  return (kind != ProfileKind::kClosing || !closing.empty()) && (kind != ProfileKind::kOpening || !opening.empty()) &&
+         View(kind).range.count > 0;
+}
+
 Profile ProfileSet::View(ProfileKind kind) const {
+  const auto derived = [&](const std::vector<double>& samples, const std::optional<IndexRange>& range) {
+    return Profile{kind, samples, range.value_or(IndexRange{}), residualSpacingUM};
+  };
   switch (kind) {
     case ProfileKind::kRaw:
       break;
     case ProfileKind::kFormSuppressed:
-      return {kind, formSuppressed, computeRange, residualSpacingUM};
+      return derived(formSuppressed, computeRange);
     case ProfileKind::kPrimary:
-      return {kind, primary, primaryRange, residualSpacingUM};
+      return derived(primary, primaryRange);
     case ProfileKind::kWaviness:
-      return {kind, waviness, evaluationRange, residualSpacingUM};
+      return derived(waviness, evaluationRange);
     case ProfileKind::kRoughness:
-      return {kind, roughness, evaluationRange, residualSpacingUM};
+      return derived(roughness, evaluationRange);
     case ProfileKind::kClosing:
-      return {kind, closing, evaluationRange, residualSpacingUM};
+      return derived(closing, evaluationRange);
     case ProfileKind::kOpening:
-      return {kind, opening, evaluationRange, residualSpacingUM};
+      return derived(opening, evaluationRange);
   }
   return {ProfileKind::kRaw, raw, IndexRange::FromCount(0, pointCount), spacingUM};
 }

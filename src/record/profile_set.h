@@ -3,10 +3,12 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "base/index_range.h"
+#include "base/units.h"
 #include "record/motif.h"
 #include "record/profile.h"
 
@@ -15,12 +17,20 @@ namespace texturon {
 /// Most points that a record may have.
 inline constexpr std::int32_t kPointCapacity = 750'000;
 
+/// Length of a record or of a stretch, in the unit of its spacing: every point stands for one spacing, so that the last
+/// one lies a spacing before the end.
+constexpr double LengthOfPoints(std::int64_t points, double spacing) {
+  return static_cast<double>(points) * spacing;
+}
+
 /// Amplitudes of the harmonics of the form-suppressed profile. Index 0 is the mean and carries the longest wavelength.
 struct Spectrum {
   bool valid = false;  ///< the profile has one; the lists are empty all the same where it was not wanted
   std::vector<double> amplitudeUM;
   std::vector<double> wavelengthMM;
   double peakAmplitudeUM = 0.0;  ///< largest amplitude without index 0
+
+  bool IsEmpty() const { return amplitudeUM.empty(); }
 };
 
 /// The measured record and every profile derived from it. All arrays have pointCount entries and share one index: index
@@ -47,17 +57,22 @@ struct ProfileSet {
   std::vector<double> opening;
   std::vector<Motif> roughnessMotifs;  ///< of the primary profile; empty until a parameter asks for them
   std::vector<Motif> wavinessMotifs;
-  double residualSpacingUM = 0.0;  ///< spacing of the derived profiles; perpendicular residuals stretch it
-  IndexRange computeRange;
-  IndexRange primaryRange;
-  IndexRange evaluationRange;
-  bool lsApplied = false;
-  bool wavinessComputed = false;
+  double residualSpacingUM = 0.0;          ///< spacing of the derived profiles; perpendicular residuals stretch it
+  std::optional<IndexRange> computeRange;  ///< of the form-suppressed profile; none: there is no such profile
+  std::optional<IndexRange> primaryRange;
+  std::optional<IndexRange> evaluationRange;  ///< of waviness, roughness and the envelopes
+  std::optional<double> shortCutoffMM;        ///< of the filter that made the primary profile; none: not filtered
   Spectrum spectrum;
 
   bool IsEmpty() const { return pointCount < 1; }
 
-  /// The view of one profile with its range and spacing.
+  double LengthUM() const { return LengthOfPoints(pointCount, spacingUM); }
+  double LengthMM() const { return LengthUM() * kMillimetresPerMicrometre; }
+
+  /// Whether there is a profile of a kind: measured, or left by the last run.
+  bool Has(ProfileKind kind) const;
+
+  /// The view of one profile with its range, empty where there is none, and spacing.
   Profile View(ProfileKind kind) const;
 };
 

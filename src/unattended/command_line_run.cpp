@@ -7,13 +7,11 @@
 #include <system_error>
 #include <utility>
 
-#include "analysis/document.h"
-#include "analysis/pipeline.h"
+#include "analysis/analysis_run.h"
 #include "base/date_text.h"
 #include "base/ini_file.h"
 #include "base/number_text.h"
 #include "base/text.h"
-#include "formats/import.h"
 #include "platform/platform.h"
 #include "platform/prompts.h"
 #include "settings/settings_file.h"
@@ -153,11 +151,9 @@ private:
     CollectingPrompts prompts;
     if (firstPass) LoadData(prompts);
     if (document_.profiles.IsEmpty()) return FailData();
-    const ComputeOutcome outcome = Compute(document_, prompts, environment_);
-    if (outcome != ComputeOutcome::kDone) {
-      reason_ = FileSentence(dataFile_, outcome == ComputeOutcome::kEmptyPrimary
-                                            ? "is not analysed: no primary profile is left"
-                                            : "is not analysed: there are too few points to compute over");
+    const RunStep step = AnalyseRecord(document_, prompts, environment_);
+    if (!step.ok()) {
+      reason_ = FileSentence(dataFile_, step.Reason());
       return FailData();
     }
     LogEvent("Writing profiles...");
@@ -172,15 +168,9 @@ private:
   }
 
   void LoadData(Prompts& prompts) {
-    ImportOutcome loaded = LoadProfileFile(dataFile_, {}, prompts);
-    if (loaded.loaded) {
-      SetProfile(document_, MakeProfileSet(std::move(loaded.profile), TextFromPath(dataFile_)));
-      LogEvent("Data loaded");
-    } else {
-      if (loaded.reason.ends_with('.')) loaded.reason.pop_back();
-      reason_ = FileSentence(dataFile_, loaded.reason);
-      LogEvent("Could not load data");
-    }
+    const RunStep step = LoadRecord(document_, {.path = dataFile_}, prompts, environment_);
+    if (!step.ok()) reason_ = FileSentence(dataFile_, step.Reason());
+    LogEvent(step.ok() ? "Data loaded" : "Could not load data");
   }
 
   std::filesystem::path OutputFile(std::string_view prefix) const {

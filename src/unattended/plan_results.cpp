@@ -25,22 +25,23 @@ std::string FilterWord(const FilterRow* filter) {
 }
 
 std::string PrimaryFilterText(const Document& document) {
-  if (!document.profiles.lsApplied) return "GAUSSIAN/ none";
-  const AnalysisSettings& settings = document.settings.analysis;
-  return FilterWord(&ShortWaveFilter(settings)) + " - " + FixedText(settings.LsCutoffMM, 4) + " mm";
+  const auto& shortMM = document.profiles.shortCutoffMM;
+  if (!shortMM) return "GAUSSIAN/ none";
+  return FilterWord(&ShortWaveFilter(document.settings.analysis)) + " - " + FixedText(*shortMM, 4) + " mm";
 }
 
 std::string LongFilterText(const Document& document) {
   const AnalysisSettings& settings = document.settings.analysis;
   std::string text = FilterWord(LongWaveFilter(settings)) + FixedText(settings.LcCutoffMM, 4) + " - ";
-  text += document.profiles.lsApplied ? FixedText(settings.LsCutoffMM, 4) + " mm" : "   mm";
+  const auto& shortMM = document.profiles.shortCutoffMM;
+  text += shortMM ? FixedText(*shortMM, 4) + " mm" : "   mm";
   return text;
 }
 
 std::string MotifFilterText(const Document& document) {
   const AnalysisSettings& settings = document.settings.analysis;
-  const std::string start = document.profiles.lsApplied ? "GAUSSIAN/ " + FixedText(settings.LsCutoffMM, 4) + " -    mm"
-                                                        : "GAUSSIAN/ none         ";
+  const auto& shortMM = document.profiles.shortCutoffMM;
+  const std::string start = shortMM ? "GAUSSIAN/ " + FixedText(*shortMM, 4) + " -    mm" : "GAUSSIAN/ none         ";
   return start + "    A:  " + FixedText(settings.MotifAMM, 4) + "   B: " + FixedText(settings.MotifBMM, 4);
 }
 
@@ -126,8 +127,8 @@ std::string PointsText(std::span<const double> heightsUM, std::int32_t firstInde
   return text;
 }
 
-std::string ProfileText(const Document& document, bool exists, ProfileKind kind) {
-  if (!exists) return PointsText({}, 0, 0.0);
+std::string ProfileText(const Document& document, ProfileKind kind) {
+  if (!document.profiles.Has(kind)) return PointsText({}, 0, 0.0);
   const Profile profile = document.profiles.View(kind);
   return PointsText(profile.Heights(), profile.range.first, profile.spacingUM);
 }
@@ -160,25 +161,24 @@ void AppendParameterLines(const Document& document, const PassPlan& plan, Result
 }
 
 std::vector<PassProfileFile> PassProfileFiles(const Document& document, Family family) {
-  const AnalysisResults& results = document.results;
   std::vector<PassProfileFile> files;
-  const auto add = [&](const char* prefix, bool exists, ProfileKind kind) {
-    files.push_back({prefix, ProfileText(document, exists, kind)});
+  const auto add = [&](const char* prefix, ProfileKind kind) {
+    files.push_back({prefix, ProfileText(document, kind)});
   };
   switch (family) {
     case Family::kStandard:
-      add("PRIMARY.", results.primaryComputed, ProfileKind::kPrimary);
-      add("ROUGHNESS.", results.roughnessComputed, ProfileKind::kRoughness);
+      add("PRIMARY.", ProfileKind::kPrimary);
+      add("ROUGHNESS.", ProfileKind::kRoughness);
       break;
     case Family::kWaviness:
-      add("WAVINESS.", document.profiles.wavinessComputed, ProfileKind::kWaviness);
+      add("WAVINESS.", ProfileKind::kWaviness);
       break;
     case Family::kMotif:
-      add("PRIMARY_MOTIF.", results.primaryComputed, ProfileKind::kPrimary);
+      add("PRIMARY_MOTIF.", ProfileKind::kPrimary);
       AppendMotifFiles(document, files);
       break;
     case Family::kRk:
-      add("ROUGHNESS_RK.", results.roughnessComputed, ProfileKind::kRoughness);
+      add("ROUGHNESS_RK.", ProfileKind::kRoughness);
       break;
   }
   return files;

@@ -7,6 +7,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "analysis/compute_range.h"
 #include "base/number_text.h"
 #include "base/text.h"
 #include "parameters/catalogue.h"
@@ -81,22 +82,6 @@ std::int32_t FilterTypeOf(std::string_view text) {
   return kFilterGaussian;
 }
 
-double DiscardLengthMM(const AnalysisSettings& settings) {
-  if (settings.UserDiscardType <= kDiscardNone) return 0.0;
-  if (settings.UserDiscardType == kDiscardHalfCutoff) return 0.5 * settings.LcCutoffMM;
-  if (settings.UserDiscardType == kDiscardCutoff) return settings.LcCutoffMM;
-  return settings.UserDiscardLengthMM;
-}
-
-/// Compute over a whole number of cutoffs and the two ends; over all of a record that is shorter.
-void SetRegion(std::int32_t cutoffs, Document& document) {
-  const AnalysisSettings& settings = document.settings.analysis;
-  document.regionSet = cutoffs > 0;
-  document.regionMode = 1;
-  document.regionStartMM = 0.0;
-  document.regionLengthMM = cutoffs * settings.LcCutoffMM + 2.0 * DiscardLengthMM(settings);
-}
-
 void ReadFilterAndForm(const PlanKeys& keys, Family family, Document& document) {
   AnalysisSettings& settings = document.settings.analysis;
   const FilterKeys names = KeysOf(family);
@@ -108,7 +93,8 @@ void ReadFilterAndForm(const PlanKeys& keys, Family family, Document& document) 
   settings.LsCutoffMM = ratio > 0.0 ? settings.LcCutoffMM / ratio : 0.0;
   const std::int32_t form = keys.Integer("FormOption");
   settings.FormRemovalType = FindForm(form) != nullptr ? form : kFormLine;
-  SetRegion(keys.Integer(names.cutoffCount), document);
+  const std::int32_t cutoffs = keys.Integer(names.cutoffCount);
+  document.scope.region = cutoffs > 0 ? std::optional(RegionOfCutoffs(cutoffs, settings)) : std::nullopt;
   const auto lengths = keys.Text("ABLength");
   if (!lengths) return;
   const std::size_t comma = std::min(lengths->find_first_of(",;"), lengths->size());

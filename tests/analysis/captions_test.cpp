@@ -12,7 +12,7 @@ namespace {
 TEST(Captions, NameTheGeometryInTheUnitsInForce) {
   Document document = MakeDocument();
   EXPECT_EQ(FormCaption(document), "");
-  document.results.formRemoved = true;
+  document.profiles.computeRange = IndexRange{};
   document.settings.analysis.FormFilterCutoffMM = 8.0;
   struct Case {
     FormGeometry geometry;
@@ -51,9 +51,8 @@ TEST(Captions, NameTheGeometryInTheUnitsInForce) {
   EXPECT_EQ(FilterLabel(document.settings.analysis), "Robust Gaussian (coef: 4.45)");
   document.settings.analysis.FilterType = kFilterGaussian;
   document.settings.analysis.LcCutoffMM = 2.54;
-  document.settings.analysis.LsCutoffMM = 0.0254;
   EXPECT_EQ(FilterDescription(document), "Gaussian, Lc 0.10000 in");
-  document.profiles.lsApplied = true;
+  document.profiles.shortCutoffMM = 0.0254;
   EXPECT_EQ(FilterDescription(document), "Gaussian, Lc 0.10000 in, Ls 0.00100 in");
   document.settings.display.Metric = true;
   EXPECT_EQ(FilterDescription(document), "Gaussian, Lc 2.5400 mm, Ls 0.0254 mm");

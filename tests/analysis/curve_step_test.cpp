@@ -37,7 +37,8 @@ TEST(CurveStep, MakesWhatAWholeRunMakes) {
   bare.wanted = kNoCurves;
   Compute(bare, nobody, {});
   EXPECT_TRUE(bare.profiles.spectrum.amplitudeUM.empty());
-  EXPECT_FALSE(bare.results.roughnessCurveComputed || bare.results.coreRoughness.valid || bare.results.probability);
+  EXPECT_TRUE(bare.results.roughnessCurve.IsEmpty());
+  EXPECT_FALSE(bare.results.coreRoughness.valid || bare.results.probability);
   EXPECT_TRUE(bare.profiles.roughnessMotifs.empty());
 
   const Document made = WithAllCurves(bare);
@@ -61,7 +62,7 @@ TEST(CurveStep, MakesOnlyWhatIsWanted) {
   document.wanted.probability = true;
   ComputeMissingCurves(document);
   EXPECT_TRUE(document.results.probability.has_value());
-  EXPECT_FALSE(document.results.roughnessCurveComputed || document.results.coreRoughness.valid);
+  EXPECT_TRUE(document.results.roughnessCurve.IsEmpty() && !document.results.coreRoughness.valid);
   EXPECT_TRUE(document.profiles.spectrum.amplitudeUM.empty() && document.profiles.roughnessMotifs.empty());
   document.wanted = {.heightCurves = false, .coreRoughness = false, .motifs = true};
   Compute(document, nobody, {});

@@ -52,31 +52,36 @@ TEST_F(Pipeline, DoesNothingWithoutAProfile) {
 
 TEST_F(Pipeline, ResolvesRegionsAsTheirModeSays) {
   Load(1000);
-  document_.regionSet = true;
   struct Case {
-    std::int32_t mode;
-    double startMM, endOffsetMM, lengthMM;
+    RegionChoice region;
     std::optional<std::pair<int, int>> ends;  // none: refused
   };
   const Case cases[] = {
-      {0, 0.1, 9.0, 9.0, {{200, 999}}},       {1, 0.1, 9.0, 0.025, {{200, 250}}},  {1, 0.1, 0.0, 0.0245, std::nullopt},
-      {1, 0.4, 0.0, 0.4, {{800, 999}}},       {2, 0.1, 0.1, 9.0, {{0, 800}}},      {3, 0.1, 0.1, 0.1, {{600, 800}}},
-      {3, 0.1, 0.1, 9.0, {{0, 800}}},         {4, 0.1, 0.1, 9.0, {{200, 800}}},    {-7, 0.1, 0.0, 0.0, {{200, 999}}},
-      {0, -5.0, 0.0, 0.0, {{0, 999}}},        {0, 50.0, 0.0, 0.0, std::nullopt},   {2, 0.0, 50.0, 0.0, std::nullopt},
-      {1, 1e300, 1e300, 1e300, std::nullopt}, {0, 0.4745, 0.0, 0.0, {{949, 999}}}, {0, 0.475, 0.0, 0.0, std::nullopt},
+      {{kFromStart, 0.1, 9.0, 9.0}, {{200, 999}}},
+      {{kStartAndLength, 0.1, 9.0, 0.025}, {{200, 250}}},
+      {{kStartAndLength, 0.1, 0.0, 0.0245}, std::nullopt},
+      {{kStartAndLength, 0.4, 0.0, 0.4}, {{800, 999}}},
+      {{kUpToEndOffset, 0.1, 0.1, 9.0}, {{0, 800}}},
+      {{kLengthUpToEndOffset, 0.1, 0.1, 0.1}, {{600, 800}}},
+      {{kLengthUpToEndOffset, 0.1, 0.1, 9.0}, {{0, 800}}},
+      {{kBetweenOffsets, 0.1, 0.1, 9.0}, {{200, 800}}},
+      {{-7, 0.1, 0.0, 0.0}, {{200, 999}}},
+      {{kFromStart, -5.0, 0.0, 0.0}, {{0, 999}}},
+      {{kFromStart, 50.0, 0.0, 0.0}, std::nullopt},
+      {{kUpToEndOffset, 0.0, 50.0, 0.0}, std::nullopt},
+      {{kStartAndLength, 1e300, 1e300, 1e300}, std::nullopt},
+      {{kFromStart, 0.4745, 0.0, 0.0}, {{949, 999}}},
+      {{kFromStart, 0.475, 0.0, 0.0}, std::nullopt},
   };
   for (const Case& c : cases) {
     prompts_.messages.clear();
-    document_.regionMode = c.mode;
-    document_.regionStartMM = c.startMM;
-    document_.regionEndOffsetMM = c.endOffsetMM;
-    document_.regionLengthMM = c.lengthMM;
+    document_.scope.region = c.region;
     const ComputeOutcome outcome = Run();
     if (c.ends) {
-      ASSERT_EQ(outcome, ComputeOutcome::kDone) << c.mode << " from " << c.startMM;
-      EXPECT_EQ(document_.profiles.computeRange, IndexRange::FromEnds(c.ends->first, c.ends->second)) << c.mode;
+      ASSERT_EQ(outcome, ComputeOutcome::kDone) << c.region.mode << " from " << c.region.startMM;
+      EXPECT_EQ(document_.profiles.computeRange, IndexRange::FromEnds(c.ends->first, c.ends->second)) << c.region.mode;
     } else {
-      EXPECT_EQ(outcome, ComputeOutcome::kRefused) << c.mode << " from " << c.startMM;
+      EXPECT_EQ(outcome, ComputeOutcome::kRefused) << c.region.mode << " from " << c.region.startMM;
       EXPECT_EQ(prompts_.messages, std::vector<std::string>{"Insufficient data for region calculation."});
     }
   }
@@ -87,12 +92,13 @@ TEST_F(Pipeline, KeepsTheFormerResultsWhenARegionIsRefused) {
   ASSERT_EQ(Run(), ComputeOutcome::kDone);
   const std::vector<double> roughness = document_.profiles.roughness;
   const double ra = document_.catalogue.rows[45].value;
-  document_.regionSet = true;
-  document_.regionMode = 1;
+  const std::optional<AnalysisRequest> request = document_.results.request;
+  EXPECT_EQ(request, document_.Request());
+  document_.scope.region = RegionChoice{.mode = kStartAndLength};
   EXPECT_EQ(Run(), ComputeOutcome::kRefused);
+  EXPECT_EQ(document_.results.request, request) << "the results know what they came from";
   EXPECT_EQ(document_.profiles.roughness, roughness);
-  EXPECT_EQ(document_.profiles.computeRange.count, 1000);
-  EXPECT_TRUE(document_.results.roughnessComputed);
+  EXPECT_EQ(document_.profiles.computeRange->count, 1000);
   EXPECT_TRUE(document_.catalogue.rows[45].valid);
   EXPECT_EQ(document_.catalogue.rows[45].value, ra);
 }
@@ -108,20 +114,20 @@ TEST_F(Pipeline, NeedsFiftyStepsOfData) {
 
 TEST_F(Pipeline, MakesTheEvaluationAWholeNumberOfCutoffs) {
   Load(8999);  // 4.4995 mm: with 0.4 mm at each end 4 cutoffs of 0.8 mm are left
-  document_.wholeCutoffLength = true;
+  SetWholeCutoffs(document_, true);
   Settings().FilterType = kFilterGaussian;
   ASSERT_EQ(Run(), ComputeOutcome::kDone);
   EXPECT_EQ(document_.profiles.computeRange, IndexRange::FromEnds(0, 8000));
   EXPECT_EQ(Settings().UserDiscardType, kDiscardHalfCutoff);
   EXPECT_EQ(Settings().UserDiscardLengthMM, 0.4);
-  EXPECT_EQ(document_.profiles.evaluationRange.first, 800);
+  EXPECT_EQ(document_.profiles.evaluationRange->first, 800);
   Settings().FilterType = kFilterRobustGaussian;
   ASSERT_EQ(Run(), ComputeOutcome::kDone);
   EXPECT_EQ(document_.profiles.computeRange, IndexRange::FromEnds(0, 8000));  // 5 cutoffs and no discard
   EXPECT_EQ(Settings().UserDiscardType, kDiscardNone);
   Settings().LcCutoffMM = 0.0;
   ASSERT_EQ(Run(), ComputeOutcome::kDone);
-  EXPECT_EQ(document_.profiles.computeRange.count, 8999);
+  EXPECT_EQ(document_.profiles.computeRange->count, 8999);
 }
 
 TEST_F(Pipeline, DiscardsEndsOnlyWhereThatLeavesEnough) {
@@ -172,7 +178,7 @@ TEST_F(Pipeline, UsesThePrimaryAsWavinessWhenTheFilterFails) {
     EXPECT_EQ(document_.profiles.waviness, document_.profiles.primary);
     EXPECT_EQ(document_.profiles.roughness, std::vector<double>(1000, 0.0));
     EXPECT_EQ(document_.profiles.evaluationRange, document_.profiles.primaryRange);
-    EXPECT_TRUE(document_.profiles.wavinessComputed);
+    EXPECT_TRUE(document_.profiles.Has(ProfileKind::kWaviness));
     const std::vector<std::string> message = {"Waviness Not Computed - using Primary as Waviness"};
     EXPECT_EQ(prompts_.messages, quiet ? std::vector<std::string>() : message);
     EXPECT_EQ(prompts_.busyChanges, quiet ? 0 : 2);
@@ -235,17 +241,16 @@ TEST_F(Pipeline, LeavesAnExcludedStretchOutOfTheFit) {
   EXPECT_TRUE(Near(std::get<LineFit>(document_.results.formGeometry).slope, 0.25, 1e-12));
   EXPECT_TRUE(Near(document_.profiles.formSuppressed[350], 50.0, 1e-9)) << "excluded points get a residual too";
   // Counted from the region's first point, the same samples are left out.
-  document_.regionMode = 0;
-  document_.regionStartMM = 0.1;
+  document_.scope.region->startMM = 0.1;
   ASSERT_EQ(Run(), ComputeOutcome::kDone);
   EXPECT_TRUE(Near(std::get<LineFit>(document_.results.formGeometry).slope, 0.25, 1e-12));
-  document_.useAllDataForForm = true;
+  document_.scope.allDataForForm = true;
   ASSERT_EQ(Run(), ComputeOutcome::kDone);
   EXPECT_FALSE(Near(std::get<LineFit>(document_.results.formGeometry).slope, 0.25, 1e-3)) << "a fit over all data";
-  EXPECT_EQ(document_.profiles.computeRange.first, 200);
-  document_.regionSet = false;
+  EXPECT_EQ(document_.profiles.computeRange->first, 200);
+  document_.scope.region.reset();
   ASSERT_EQ(Run(), ComputeOutcome::kDone);
-  EXPECT_FALSE(document_.excludeSet) << "the whole record forgets the exclusion";
+  EXPECT_FALSE(document_.scope.exclusion) << "the whole record forgets the exclusion";
 }
 
 TEST_F(Pipeline, SurvivesAnyExclusion) {
@@ -261,9 +266,8 @@ TEST_F(Pipeline, SurvivesAnyExclusion) {
                         {kLowest, 5, kFormLine},
                         {500, kHighest, kFormLine}};
   for (const Case& c : cases) {
-    document_.regionSet = false;
     ExcludeFromForm(document_, c.first, c.last);
-    document_.regionStartMM = 0.01;
+    document_.scope.region->startMM = 0.01;
     ASSERT_EQ(Run(), ComputeOutcome::kDone);
     EXPECT_EQ(document_.results.formApplied, c.applied) << c.first << " to " << c.last;
   }
@@ -282,8 +286,7 @@ TEST_F(Pipeline, TakesTheApertureAboutTheArcsCentre) {
   Settings().AsphereClearApertureCentralDiscardMM = 0.1;
   ASSERT_EQ(Run(), ComputeOutcome::kDone);
   EXPECT_EQ(document_.profiles.computeRange, IndexRange::FromEnds(1500, 3500));
-  EXPECT_EQ(document_.excludeFirst, 2400);
-  EXPECT_EQ(document_.excludeLast, 2600);
+  EXPECT_EQ(document_.scope.exclusion, IndexRange::FromEnds(2400, 2600));
   Settings().AsphereClearApertureDiameterMM = 0.02;
   EXPECT_EQ(Run(), ComputeOutcome::kRefused);
   EXPECT_EQ(prompts_.messages, std::vector<std::string>{"Insufficient data for calculation."});
@@ -313,18 +316,18 @@ TEST_F(Pipeline, DerivesProfilesThatAddUp) {
     Settings().FilterType = filter;
     ASSERT_EQ(Run(), ComputeOutcome::kDone);
     const ProfileSet& p = document_.profiles;
-    EXPECT_TRUE(p.lsApplied);
+    EXPECT_TRUE(p.shortCutoffMM);
     double sum = 0.0;
     for (const double z : p.View(ProfileKind::kPrimary).Heights()) sum += z;
     EXPECT_TRUE(Near(sum / 8000.0, 0.0, 1e-12));
-    for (auto i = static_cast<std::size_t>(p.evaluationRange.first);
-         i <= static_cast<std::size_t>(p.evaluationRange.last); i += 97) {
+    for (auto i = static_cast<std::size_t>(p.evaluationRange->first);
+         i <= static_cast<std::size_t>(p.evaluationRange->last); i += 97) {
       EXPECT_TRUE(Near(p.waviness[i] + p.roughness[i], p.primary[i], 1e-14)) << filter;
     }
     const auto& curve = document_.results.roughnessCurve;
     EXPECT_TRUE(std::is_sorted(curve.heightsUM.rbegin(), curve.heightsUM.rend()));
-    EXPECT_EQ(curve.heightsUM.size(), static_cast<std::size_t>(p.evaluationRange.count));
-    EXPECT_EQ(curve.RatioPercent(1), 100.0 / static_cast<double>(p.evaluationRange.count));
+    EXPECT_EQ(curve.heightsUM.size(), static_cast<std::size_t>(p.evaluationRange->count));
+    EXPECT_EQ(curve.RatioPercent(1), 100.0 / static_cast<double>(p.evaluationRange->count));
   }
   const std::vector<std::string> titles = {"0.800 mm Robust Filter ..."};
   EXPECT_EQ(prompts_.progressTitles, titles);
@@ -333,24 +336,22 @@ TEST_F(Pipeline, DerivesProfilesThatAddUp) {
   EXPECT_EQ(prompts_.progressTitles.back(), "79.900 \xB5m Robust Filter ...");
   Settings().LsCutoffMM = 0.0;
   ASSERT_EQ(Run(), ComputeOutcome::kDone);
-  EXPECT_FALSE(document_.profiles.lsApplied);
+  EXPECT_FALSE(document_.profiles.shortCutoffMM);
 }
 
 TEST_F(Pipeline, KeepsEnvelopesAndMotifsInPlaceWhenARowAsksForThem) {
   Load(9000);
-  document_.regionSet = true;
-  document_.regionMode = 0;
-  document_.regionStartMM = 0.5;  // sample 1000
+  document_.scope.region = RegionChoice{.mode = kFromStart, .startMM = 0.5};  // sample 1000
   Settings().UserDiscardType = kDiscardHalfCutoff;
   Settings().MotifAMM = 0.02;
   ASSERT_EQ(Run(), ComputeOutcome::kDone);
   const ProfileSet& p = document_.profiles;
   ASSERT_EQ(p.closing.size(), 9000u);
   ASSERT_EQ(p.opening.size(), 9000u);
-  ASSERT_EQ(p.evaluationRange.first, 1800);
+  ASSERT_EQ(p.evaluationRange->first, 1800);
   std::size_t contacts = 0;
-  for (auto i = static_cast<std::size_t>(p.evaluationRange.first);
-       i <= static_cast<std::size_t>(p.evaluationRange.last); ++i) {
+  for (auto i = static_cast<std::size_t>(p.evaluationRange->first);
+       i <= static_cast<std::size_t>(p.evaluationRange->last); ++i) {
     ASSERT_GE(p.closing[i], p.waviness[i]);
     ASSERT_LE(p.opening[i], p.waviness[i]);
     contacts += p.closing[i] == p.waviness[i] ? 1 : 0;
@@ -382,8 +383,8 @@ TEST_F(Pipeline, LeavesOutWhatNobodyWantsAndChangesNothingElse) {
     const AnalysisResults& results = document_.results;
     EXPECT_TRUE(document_.profiles.spectrum.valid);
     EXPECT_TRUE(document_.profiles.spectrum.amplitudeUM.empty());
-    EXPECT_EQ(results.primaryCurveComputed, usesCurves);
-    EXPECT_EQ(results.roughnessCurveComputed, usesCurves);
+    EXPECT_EQ(results.primaryCurve.IsEmpty(), !usesCurves);
+    EXPECT_EQ(results.roughnessCurve.IsEmpty(), !usesCurves);
     EXPECT_EQ(results.primaryHtps[3].valid, usesCurves);
     if (usesCurves) {
       EXPECT_EQ(results.primaryHtps[3].value, whole.results.primaryHtps[3].value);

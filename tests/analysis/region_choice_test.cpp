@@ -29,8 +29,8 @@ TEST(RegionChoice, ReadsTheLengthsThatMoveIt) {
 
 TEST(RegionChoice, IsSaidInTheUnitsShown) {
   const IndexRange range = IndexRange::FromEnds(2000, 4540);
-  EXPECT_EQ(DescribeRegion(range, 0.5, true), "1.0000 mm to 2.2700 mm: 1.2700 mm, 2541 points");
-  EXPECT_EQ(DescribeRegion(range, 5.0, false), "0.39370 in to 0.89370 in: 0.50000 in, 2541 points");
+  EXPECT_EQ(DescribeStretch(range, 0.5, 1.0, true), "2541 points = 2.5410 mm, from 1.0000 mm to 2.2700 mm");
+  EXPECT_EQ(DescribeStretch(range, 5.0, 5.0, false), "2541 points = 0.50020 in, from 0.39370 in to 0.89370 in");
 }
 
 TEST(RegionChoice, LengthsAreReadWithinTheRecord) {

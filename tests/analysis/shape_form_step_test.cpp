@@ -118,9 +118,7 @@ TEST_F(ShapeForm, FitsTheAsphereAndNamesWhatItFrees) {
 TEST_F(ShapeForm, CountsTheApexFromTheFirstSample) {
   UseAsphere(0.1);
   LoadAsphere(3.5, 0.0, 3001);
-  document_.regionSet = true;
-  document_.regionMode = 0;
-  document_.regionStartMM = 2.0;
+  document_.scope.region = RegionChoice{.mode = kFromStart, .startMM = 2.0};
   ASSERT_EQ(Run(), ComputeOutcome::kDone);
   EXPECT_TRUE(Near(std::get<AsphereFit>(document_.results.formGeometry).apexXMM, 3.5, 1e-6));
   // So does the place at which it is held; a wrong one leaves a residual.
@@ -219,9 +217,7 @@ TEST_F(ShapeForm, TakesTheApertureAboutTheFittedApex) {
   LoadAsphere(2.4, 0.05, 3001);
   ASSERT_EQ(Run(), ComputeOutcome::kDone);
   EXPECT_EQ(document_.profiles.computeRange, IndexRange::FromEnds(450, 1950));
-  EXPECT_EQ(document_.excludeFirst, 1150);
-  EXPECT_EQ(document_.excludeLast, 1250);
-  EXPECT_TRUE(document_.excludeSet);
+  EXPECT_EQ(document_.scope.exclusion, IndexRange::FromEnds(1150, 1250));
   EXPECT_EQ(prompts_.progressTitles, Texts(2, "Optimization"));
   // Weak and tilted, it has its arc's centre beside the record.
   Settings().C_CurvatureMM = -0.001;
@@ -232,11 +228,12 @@ TEST_F(ShapeForm, TakesTheApertureAboutTheFittedApex) {
   LoadAsphere(2.4, 0.05, 3001);
   Settings().AsphereClearApertureDiameterMM = 100.0;  // more than there is
   ASSERT_EQ(Run(), ComputeOutcome::kDone);
-  EXPECT_EQ(document_.profiles.computeRange.count, 3001);
+  EXPECT_EQ(document_.profiles.computeRange->count, 3001);
   Settings().AsphereClearApertureDiameterMM = 0.05;
   EXPECT_EQ(Run(), ComputeOutcome::kRefused);
   EXPECT_EQ(prompts_.messages, Texts{"Insufficient data for calculation."});
-  EXPECT_EQ(document_.excludeFirst, 1150) << "a refused aperture leaves the exclusion as it was";
+  EXPECT_EQ(document_.scope.exclusion, IndexRange::FromEnds(1150, 1250))
+      << "a refused aperture leaves the exclusion as it was";
 }
 
 TEST_F(ShapeForm, FitsTheStoredFreeForm) {

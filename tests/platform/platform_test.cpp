@@ -82,7 +82,7 @@ TEST(Platform, PathsAndTextsKeepTheirLetters) {
 
 TEST(Platform, EnvironmentKnowsWhereTheProgramLies) {
   const Environment environment = SystemEnvironment();
-  EXPECT_TRUE(fs::exists(environment.programFolder / "core_test"));
+  EXPECT_TRUE(fs::exists(environment.programFolder / "platform_test"));
   EXPECT_TRUE(fs::is_directory(environment.temporaryFolder));
   EXPECT_EQ(environment.workingFolder, fs::current_path());
   EXPECT_GE(environment.localTime().tm_year, 124);

@@ -74,7 +74,7 @@ TEST(CurveReadouts, SpectrumProbabilityAndMotifs) {
   EXPECT_EQ(ProbabilityTexts(document),
             (std::vector<std::string>{"Rpq = 0.2500 \xB5m", "Rvq = 1.5000 \xB5m", "Rmq = 81.25 %"}));
   EXPECT_EQ(MotifReadout(document), "");
-  document.results.primaryComputed = true;
+  document.profiles.primaryRange = IndexRange{};
   document.profiles.residualSpacingUM = 10.0;
   document.profiles.roughnessMotifs = {{100, 110, 130}, {130, 150, 160}};
   EXPECT_EQ(MotifReadout(document), "2 roughness motifs, mean length 0.3000 mm    0 waviness motifs");
@@ -92,7 +92,6 @@ Document Hills(std::int32_t count) {
   document.profiles = MakeProfileSet(heights, 100.0);
   document.profiles.primary = heights;
   document.profiles.primaryRange = IndexRange::FromCount(0, count * 10 + 1);
-  document.results.primaryComputed = true;
   for (std::int32_t k = 0; k < count; ++k) {
     const auto at = [&](std::int32_t i) { return heights[static_cast<std::size_t>(i)]; };
     const std::int32_t peak = 10 * k;

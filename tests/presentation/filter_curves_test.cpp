@@ -64,7 +64,7 @@ TEST(FilterCurves, SayWhatTheAnalysisLetsThrough) {
 TEST(FilterCurves, EndAtTheCutoffsThatCanBe) {
   Document document = Analysed(0.8, kFilterRobustGaussian);
   EXPECT_EQ(FilterCurvesOf(document)->cutoffsMM, (std::vector<double>{0.8, 0.008}));
-  document.settings.analysis.LcCutoffMM = 0.0029;
+  document.results.request->settings.LcCutoffMM = 0.0029;
   EXPECT_FALSE(FilterCurvesOf(document)) << "sampled too coarsely for it";
   EXPECT_FALSE(FilterCurvesOf(MakeDocument()));
 }

@@ -31,10 +31,7 @@ TEST(ProfileMarks, StandAtTheEndsOfTheRanges) {
   EXPECT_TRUE(MarksOf(document).stretches.empty()) << "nothing is computed yet";
   document.settings.analysis.FormRemovalType = kFormLine;
   document.settings.analysis.ResidualType = kResidualVertical;
-  document.regionSet = true;
-  document.regionMode = 1;
-  document.regionStartMM = 2.0;
-  document.regionLengthMM = 6.0;
+  document.scope.region = RegionChoice{.mode = kStartAndLength, .startMM = 2.0, .lengthMM = 6.0};
   ExcludeFromForm(document, 4000, 4500);
   Compute(document, nobody, {});
   using Kind = MarkedStretch::Kind;
@@ -60,9 +57,9 @@ TEST(ProfileMarks, StandAtTheEndsOfTheRanges) {
                        [](const MarkedStretch& stretch) { return stretch.kind == Kind::kExcluded; });
   };
   EXPECT_TRUE(excludes());
-  document.useAllDataForForm = true;
+  document.scope.allDataForForm = true;
   EXPECT_FALSE(excludes());
-  document.useAllDataForForm = false;
+  document.scope.allDataForForm = false;
   for (const std::int32_t form : {kFormFilter, kFormNone}) {
     document.settings.analysis.FormRemovalType = form;
     EXPECT_FALSE(excludes()) << form;
@@ -82,8 +79,7 @@ TEST(RemovedForm, AndWhatIsLeftMakeTheRecord) {
     for (std::size_t i = 0; i < document.profiles.raw.size(); ++i) {
       document.profiles.raw[i] = 0.75 * static_cast<double>(i) + (i % 2 == 0 ? 0.4 : -0.4);
     }
-    document.regionSet = true;
-    document.regionStartMM = 1.0;
+    document.scope.region = RegionChoice{.mode = kFromStart, .startMM = 1.0};
     Compute(document, nobody, {});
     const Profile form = RemovedForm(document);
     ASSERT_EQ(form.range, IndexRange::FromEnds(1000, 10'000));
@@ -94,7 +90,7 @@ TEST(RemovedForm, AndWhatIsLeftMakeTheRecord) {
       const double height = document.profiles.formSuppressed[i] * (residual == kResidualVertical ? 1.0 : 1.25);
       EXPECT_NEAR(form.samples[i] + height, document.profiles.raw[i], 1e-9);
     }
-    document.useAllDataForForm = true;
+    document.scope.allDataForForm = true;
     Compute(document, nobody, {});
     EXPECT_EQ(RemovedForm(document).range.count, 10'001);
   }

@@ -79,10 +79,10 @@ TEST_F(MainFrame, CommandsChangeTheDocument) {
   Choose("metric");
   frame_->View().Graph().xAxis->setRange(1.0, 3.0);
   Choose("computeOnZoom");
-  EXPECT_EQ(frame_->Doc().document().profiles.computeRange.first, 2000);
-  EXPECT_EQ(frame_->Doc().document().profiles.computeRange.last, 6000);
+  EXPECT_EQ(frame_->Doc().document().profiles.computeRange->first, 2000);
+  EXPECT_EQ(frame_->Doc().document().profiles.computeRange->last, 6000);
   Choose("computeAll");
-  EXPECT_EQ(frame_->Doc().document().profiles.computeRange.count, 8000);
+  EXPECT_EQ(frame_->Doc().document().profiles.computeRange->count, 8000);
 }
 
 TEST_F(MainFrame, ProfilesAreShownAndHidden) {
@@ -139,7 +139,7 @@ TEST_F(MainFrame, SwitchesAndFetchesAndCloses) {
   ASSERT_TRUE(frame_->OpenFile(Sample("ground.lmt")));
   frame_->show();
   Choose("useAllDataForFormRemoval");
-  EXPECT_TRUE(frame_->Doc().document().useAllDataForForm);
+  EXPECT_TRUE(frame_->Doc().document().scope.allDataForForm);
   frame_->View().Graph().SetUprightCursors(-7.0, 70.0);
   Choose("fetchCursors");
   const auto [first, second] = frame_->View().Graph().UprightCursors();

@@ -72,23 +72,21 @@ TEST_F(ProfileView, CursorsAreGrabbedAndReadOut) {
 TEST_F(ProfileView, ComputesAndExcludesBetweenCursors) {
   Graph().SetUprightCursors(3.0, 1.0);
   Choose("excludeBetweenCursors");
-  EXPECT_TRUE(Doc().excludeSet);
-  EXPECT_EQ(Doc().excludeFirst, 2000);
-  EXPECT_EQ(Doc().excludeLast, 6000);
+  EXPECT_EQ(Doc().scope.exclusion, IndexRange::FromEnds(2000, 6000));
   Choose("computeBetweenXCursors");
-  EXPECT_EQ(Doc().profiles.computeRange.first, 2000);
-  EXPECT_EQ(Doc().profiles.computeRange.last, 6000);
+  EXPECT_EQ(Doc().profiles.computeRange->first, 2000);
+  EXPECT_EQ(Doc().profiles.computeRange->last, 6000);
   Choose("computeAll");
-  EXPECT_FALSE(Doc().excludeSet);
+  EXPECT_FALSE(Doc().scope.exclusion);
   // Cursors beyond the record.
   Graph().SetUprightCursors(-5.0, 50.0);
   Choose("computeBetweenXCursors");
-  EXPECT_EQ(Doc().profiles.computeRange.count, 8000);
+  EXPECT_EQ(Doc().profiles.computeRange->count, 8000);
   // A stretch that is too short is refused, and what was computed stays.
   Graph().SetUprightCursors(1.0, 1.001);
   Choose("computeBetweenXCursors");
   EXPECT_EQ(prompts_.messages, std::vector<std::string>{"Insufficient data for region calculation."});
-  EXPECT_EQ(Doc().profiles.computeRange.count, 8000);
+  EXPECT_EQ(Doc().profiles.computeRange->count, 8000);
 }
 
 TEST_F(ProfileView, RefusesAnExclusionThatTheFormCannotHeed) {
@@ -97,7 +95,7 @@ TEST_F(ProfileView, RefusesAnExclusionThatTheFormCannotHeed) {
   frame_->Doc().ReplaceSettings(settings);
   Choose("excludeBetweenCursors");
   EXPECT_EQ(prompts_.messages, std::vector<std::string>{"Cannot exclude with filter-based form removal."});
-  EXPECT_FALSE(Doc().excludeSet);
+  EXPECT_FALSE(Doc().scope.exclusion);
 }
 
 TEST_F(ProfileView, ZoomsGoBackOneByOne) {

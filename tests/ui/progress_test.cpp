@@ -86,7 +86,7 @@ TEST_F(LongWork, NothingTouchesTheDocumentBetweenAndAllOfItComesAfterwards) {
     doc.ReplaceSettings(Robust());
   }
   EXPECT_TRUE(wasBusy);
-  EXPECT_TRUE(doc.document().profiles.wavinessComputed) << "stopped early, the filter gives the line so far";
+  EXPECT_TRUE(doc.document().profiles.Has(ProfileKind::kWaviness)) << "stopped early, the filter gives the line so far";
   EXPECT_EQ(doc.document().settings.analysis.FilterType, kFilterRobustGaussian);
   EXPECT_FALSE(doc.document().profiles.inverted);
   EXPECT_TRUE(QTest::qWaitFor([&] { return !frame_->isVisible(); }, 60'000)) << "closes once it can";

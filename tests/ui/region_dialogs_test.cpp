@@ -51,7 +51,7 @@ TEST_F(Regions, AreEnteredByKindAndLength) {
   ChooseAndAnswer("computeOverRegion", "Profile Region", [](QDialog& dialog) {
     auto* const mode = dialog.findChild<QComboBox*>("mode");
     const auto* const stretch = dialog.findChild<QLabel*>("stretch");
-    EXPECT_EQ(stretch->text(), "0.0000 mm to 3.9995 mm: 3.9995 mm, 8000 points") << "the whole record at first";
+    EXPECT_EQ(stretch->text(), "8000 points = 4.0000 mm, from 0.0000 mm to 3.9995 mm") << "the whole record at first";
     mode->setCurrentIndex(kLengthUpToEndOffset);
     EXPECT_FALSE(dialog.findChild<QLineEdit*>("length0")->isEnabled());
     EXPECT_FALSE(Ok(dialog).isEnabled()) << "a length of 0";
@@ -61,7 +61,7 @@ TEST_F(Regions, AreEnteredByKindAndLength) {
     EXPECT_EQ(dialog.findChild<QLineEdit*>("length2")->accessibleDescription(), "Must be from 0 to 4");
     Enter(dialog, "length2", "2");
     EXPECT_EQ(dialog.findChild<QLineEdit*>("length2")->accessibleDescription(), "");
-    EXPECT_EQ(stretch->text(), "1.5000 mm to 3.5000 mm: 2.0000 mm, 4001 points");
+    EXPECT_EQ(stretch->text(), "4001 points = 2.0005 mm, from 1.5000 mm to 3.5000 mm");
     Ok(dialog).click();
   });
   EXPECT_EQ(Doc().profiles.computeRange, IndexRange::FromEnds(3000, 7000));
@@ -71,7 +71,7 @@ TEST_F(Regions, AreEnteredByKindAndLength) {
     EXPECT_EQ(dialog.findChild<QLineEdit*>("length1")->text(), "0.5");
     Enter(dialog, "length2", "1");
   });
-  EXPECT_EQ(Doc().profiles.computeRange.count, 4001);
+  EXPECT_EQ(Doc().profiles.computeRange->count, 4001);
   // In inches.
   Choose("metric");
   ChooseAndAnswer("computeOverRegion", "Profile Region", [](QDialog& dialog) {
@@ -81,7 +81,7 @@ TEST_F(Regions, AreEnteredByKindAndLength) {
   });
   EXPECT_EQ(Doc().profiles.computeRange, IndexRange::FromEnds(5080, 7999));
   Choose("computeAll");
-  EXPECT_EQ(Doc().profiles.computeRange.count, 8000);
+  EXPECT_EQ(Doc().profiles.computeRange->count, 8000);
 }
 
 TEST_F(Regions, TheClearApertureIsForAspheres) {
@@ -101,30 +101,30 @@ TEST_F(Regions, TheClearApertureIsForAspheres) {
     QTest::keyClicks(fields[0], "4");
     fields[1]->selectAll();
     QTest::keyClicks(fields[1], "0.5");
-    EXPECT_TRUE(dialog.findChild<QLabel*>("stretch")->text().contains("4.0000 mm"));
+    EXPECT_TRUE(dialog.findChild<QLabel*>("stretch")->text().contains(" points = 4.00"));
     Ok(dialog).click();
   });
   EXPECT_TRUE(Doc().settings.analysis.AsphereUseClearAperture);
   const double spacingMM = Doc().profiles.spacingUM * 0.001;
-  EXPECT_NEAR(Doc().profiles.computeRange.count * spacingMM, 4.0, 0.01);
-  EXPECT_NEAR((Doc().excludeLast - Doc().excludeFirst) * spacingMM, 0.5, 0.01);
+  EXPECT_NEAR(Doc().profiles.computeRange->count * spacingMM, 4.0, 0.01);
+  EXPECT_NEAR(Doc().scope.exclusion->count * spacingMM, 0.5, 0.01);
   Choose("computeAll");
   EXPECT_FALSE(Doc().settings.analysis.AsphereUseClearAperture);
-  EXPECT_EQ(Doc().profiles.computeRange.count, Doc().profiles.pointCount);
+  EXPECT_EQ(Doc().profiles.computeRange->count, Doc().profiles.pointCount);
 }
 
 TEST_F(Regions, WholeCutoffsAreASwitch) {
   Choose("wholeNumberOfCutoffs");
   // 4 mm hold 4 cut-offs of 0.8 mm between two discarded halves.
-  EXPECT_EQ(Doc().profiles.computeRange.last, 8000 - 1);
-  EXPECT_NEAR(Doc().profiles.evaluationRange.count * 0.0005, 3.2, 0.002);
+  EXPECT_EQ(Doc().profiles.computeRange->last, 8000 - 1);
+  EXPECT_NEAR(Doc().profiles.evaluationRange->count * 0.0005, 3.2, 0.002);
   Settings settings = Doc().settings;
   settings.analysis.LcCutoffMM = 0.9;
   frame_->Doc().ReplaceSettings(settings);
-  EXPECT_EQ(Doc().profiles.computeRange.last, 7200) << "3 cut-offs and two halves";
+  EXPECT_EQ(Doc().profiles.computeRange->last, 7200) << "3 cut-offs and two halves";
   EXPECT_EQ(Doc().settings.analysis.UserDiscardType, kDiscardHalfCutoff);
   Choose("wholeNumberOfCutoffs");
-  EXPECT_EQ(Doc().profiles.computeRange.count, 8000);
+  EXPECT_EQ(Doc().profiles.computeRange->count, 8000);
   EXPECT_EQ(Doc().settings.analysis.UserDiscardType, kDiscardNone) << "as it was before";
   Choose("wholeNumberOfCutoffs");
   settings = Doc().settings;
@@ -137,8 +137,8 @@ TEST_F(Regions, WholeCutoffsAreASwitch) {
   frame_->Doc().ReplaceSettings(settings);
   Choose("wholeNumberOfCutoffs");
   Choose("computeAll");
-  EXPECT_FALSE(Doc().wholeCutoffLength);
-  EXPECT_EQ(Doc().profiles.computeRange.count, 8000);
+  EXPECT_FALSE(Doc().scope.wholeCutoffs.has_value());
+  EXPECT_EQ(Doc().profiles.computeRange->count, 8000);
   EXPECT_EQ(Doc().settings.analysis.UserDiscardType, kDiscardNone);
 }
 

@@ -301,7 +301,7 @@ TEST(TestPlan, SortsNamesIntoFamiliesAndWarnsOfWhatItCannotDo) {
     EXPECT_EQ(settings.LsCutoffMM, c.shortCutoffMM);
     EXPECT_EQ(settings.FormRemovalType, kFormLine);
     EXPECT_EQ(settings.MotifAMM, 0.4);
-    EXPECT_EQ(document.regionSet, c.family == Family::kStandard);
+    EXPECT_EQ(document.scope.region.has_value(), c.family == Family::kStandard);
     EXPECT_EQ(settings.RoughnessPcLevel, c.family == Family::kStandard ? 0.7 : 1.0);
   }
 }

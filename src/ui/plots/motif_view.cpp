@@ -65,7 +65,7 @@ void DrawMotifs(QCustomPlot& plot, const Document& document) {
   plot.yAxis->setLabel(QObject::tr("height in %1").arg(units.heightName));
   ClearDrawing(plot);
   PutLegendAbove(plot, 2);
-  if (!document.results.primaryComputed) return;
+  if (!document.profiles.primaryRange) return;
   const ShownMotifs shown = ShownMotifsOf(document.settings.analysis);
   for (const MotifLine& line : kLines) {
     if (line.points == &MotifPlot::roughness && !shown.roughness) continue;

@@ -100,7 +100,7 @@ void DrawProfiles(CClickableProfileGraph& graph, const Document& document, const
   CurveList list(metric, graph.palette());
   for (std::size_t i = 0; i < kShownForm; ++i) {
     const auto kind = static_cast<ProfileKind>(i);
-    if (!shown[i] || !HasProfile(document, kind)) continue;
+    if (!shown[i] || !document.profiles.Has(kind)) continue;
     list.Add(document.profiles.View(kind), NameOf(document, kind), CurveColour(kColours[i]),
              kind == ProfileKind::kWaviness ? 2.0 : 0.0);
   }
@@ -113,7 +113,7 @@ void DrawProfiles(CClickableProfileGraph& graph, const Document& document, const
   // Held until the graph has taken the heights over.
   SteepPart steep;
   const auto steepKind = SteepKind(shown);
-  if (display.ShowExtremeSlopes && steepKind && HasProfile(document, *steepKind)) {
+  if (display.ShowExtremeSlopes && steepKind && document.profiles.Has(*steepKind)) {
     const Profile profile = document.profiles.View(*steepKind);
     steep = FindSteepPart(profile.Heights(), profile.spacingUM, display.ExtremeSlopePlotDegrees);
     list.Add(profile, steep.heightsUM,

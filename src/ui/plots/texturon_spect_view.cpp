@@ -46,7 +46,7 @@ void DrawSpectrum(QCustomPlot& plot, const Document& document) {
   ClearDrawing(plot);
   const Spectrum& spectrum = document.profiles.spectrum;
   const auto count = static_cast<qsizetype>(spectrum.amplitudeUM.size());
-  if (!document.results.spectrumComputed || count < 2) return;
+  if (count < 2) return;
   QCPGraph* const graph = plot.addGraph();
   graph->setPen(QPen(CurveColour(0), 1.0));
   QVector<QCPGraphData> points(count - 1);

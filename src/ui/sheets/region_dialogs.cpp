@@ -32,10 +32,6 @@ QPushButton* AddButtons(QDialog& dialog, QVBoxLayout& layout) {
   return buttons->button(QDialogButtonBox::Ok);
 }
 
-double RecordMM(const ProfileSet& profiles) {
-  return profiles.pointCount * profiles.spacingUM * kMillimetresPerMicrometre;
-}
-
 }  // namespace
 
 void CStretchBar::Show(std::int32_t pointCount, const std::optional<ComputeRange>& stretch) {
@@ -72,7 +68,7 @@ void CStretchBar::paintEvent(QPaintEvent*) {
 CRegionDialog::CRegionDialog(const Document& document, QWidget* parent)
     : QDialog(parent),
       document_(document),
-      region_(RegionOf(document)),
+      region_(document.scope.region.value_or(RegionChoice{})),
       mode_(new QComboBox(this)),
       bar_(new CStretchBar(this)),
       readout_(new QLabel(this)) {
@@ -125,7 +121,7 @@ void CRegionDialog::Take() {
   bool isRight = true;
   for (const Entry& entry : entries_) {
     const bool isRead = (region_.*entry.isRead)();
-    const LengthEntry length = ReadRegionLength(ToText(entry.line->text()), RecordMM(profiles), metric);
+    const LengthEntry length = ReadRegionLength(ToText(entry.line->text()), profiles.LengthMM(), metric);
     const QString fault = isRead ? FromText(length.fault) : QString();
     if (length.ok()) region_.*entry.length = length.lengthMM;
     entry.line->setEnabled(isRead);
@@ -139,7 +135,7 @@ void CRegionDialog::Take() {
   ok_->setEnabled(range.has_value());
   bar_->Show(profiles.pointCount, range ? std::optional(ComputeRange{*range, {}}) : std::nullopt);
   if (range) {
-    readout_->setText(FromText(DescribeRegion(*range, profiles.spacingUM, metric)));
+    readout_->setText(FromText(DescribeStretch(*range, profiles.spacingUM, profiles.spacingUM, metric)));
   } else {
     readout_->setText(isRight ? tr("Too few points: the last must be %1 or more behind the first.").arg(kLeastSteps)
                               : tr("An entry cannot be used."));
@@ -191,9 +187,10 @@ void CClearApertureDialog::Take() {
   const auto* const stretch = std::get_if<ComputeRange>(&*preview);
   if (stretch == nullptr) return readout_->setText(FromText(std::get<std::string_view>(*preview)));
   bar_->Show(document_.profiles.pointCount, *stretch);
-  readout_->setText(tr("About the present apex: %1")
-                        .arg(FromText(DescribeRegion(stretch->range, document_.profiles.spacingUM,
-                                                     document_.settings.display.Metric))));
+  const double spacingUM = document_.profiles.spacingUM;
+  readout_->setText(
+      tr("About the present apex: %1")
+          .arg(FromText(DescribeStretch(stretch->range, spacingUM, spacingUM, document_.settings.display.Metric))));
 }
 
 }  // namespace texturon

@@ -76,8 +76,7 @@ std::vector<FreeFormPoint> CAspherePage::CurveOf(std::size_t count) const {
 }
 
 void CAspherePage::Fit() {
-  const ProfileSet& profiles = doc_.document().profiles;
-  FitAspherePreview(settings_, (profiles.pointCount - 1) * profiles.spacingUM * kMillimetresPerMicrometre);
+  FitAspherePreview(settings_, doc_.document().profiles.LengthMM());
 }
 
 CFreeFormPage::CFreeFormPage(Settings& settings, const CTexturonDoc& doc, QWidget* parent)

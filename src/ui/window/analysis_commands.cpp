@@ -89,7 +89,7 @@ void CMainFrame::MakeStretchCommands(QMenu& menu) {
       {.name = "wholeNumberOfCutoffs",
        .text = tr("&Whole Number of Cut-offs"),
        .tip = tr("Makes the evaluation length a whole number of cut-offs; sets region and end discard for it.")},
-      [](const Document& document) { return document.wholeCutoffLength; },
+      [](const Document& document) { return document.scope.wholeCutoffs.has_value(); },
       [this](bool on) { doc_->UseWholeCutoffs(on); });
 }
 
@@ -109,7 +109,7 @@ void CMainFrame::MakeAnalysisMenu() {
              });
   AddSwitch(
       *menu, {.name = "useAllDataForFormRemoval", .text = tr("Use all data for &Form Removal")},
-      [](const Document& document) { return document.useAllDataForForm; },
+      [](const Document& document) { return document.scope.allDataForForm; },
       [this](bool on) { doc_->UseAllDataForForm(on); });
   menu->addSeparator();
   AddCommand(*menu,

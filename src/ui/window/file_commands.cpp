@@ -176,7 +176,7 @@ bool CMainFrame::OpenFile(const std::filesystem::path& path) {
   if (!doc_->Open(path)) return false;
   Remember(path);
   const Document& document = doc_->document();
-  if (document.settings.autoLoading.AutoExport && document.results.primaryComputed) OnExportParameters(false);
+  if (document.settings.autoLoading.AutoExport && document.profiles.primaryRange) OnExportParameters(false);
   return true;
 }
 

@@ -88,7 +88,7 @@ int RunHeadless(const QStringList& arguments) {
   QString reason;
   if (parser.isSet(screenshot)) {
     reason = WriteScreenshot(frame, parser.value(output));
-  } else if (!doc.document().results.primaryComputed) {
+  } else if (!doc.document().profiles.primaryRange) {
     // The analysis itself has said why.
     reason = prompts.messages().empty() ? QObject::tr("The profile cannot be analysed.") : lastMessage();
   } else {

@@ -9,11 +9,8 @@
 #include <utility>
 
 #include "analysis/curve_step.h"
-#include "analysis/file_analysis.h"
-#include "analysis/pipeline.h"
 #include "base/units.h"
 #include "formats/extension_table.h"
-#include "formats/import.h"
 #include "platform/diverted_messages.h"
 #include "platform/platform.h"
 #include "settings/settings_file.h"
@@ -85,28 +82,26 @@ bool CTexturonDoc::Open(const std::filesystem::path& path) {
     prompts_.ShowMessage(FileSentence(path, "is no regular file"));
     return false;
   }
-  return Show(path, [path](Prompts& prompts) { return LoadProfileFile(path, {}, prompts); });
+  return Show({.path = path});
 }
 
 bool CTexturonDoc::OpenBytes(const std::string& name, std::string_view bytes) {
-  return Show(name, [&](Prompts& prompts) { return LoadProfileBytes(name, bytes, {}, prompts); });
+  return Show({.path = name, .bytes = bytes});
 }
 
-bool CTexturonDoc::Show(const std::filesystem::path& path, const std::function<ImportOutcome(Prompts&)>& load) {
+bool CTexturonDoc::Show(const RecordSource& source) {
   {
     const BusyScope busy(*this);
     // A reader's own message is part of the sentence that names the file.
     DivertedMessages diverted(prompts_);
-    ImportOutcome loaded = load(diverted);
-    if (!loaded.loaded) {
-      if (loaded.reason.ends_with('.')) loaded.reason.pop_back();
-      prompts_.ShowMessage(FileSentence(path, loaded.reason));
+    Document next = document_;
+    const RunStep loaded = LoadRecord(next, source, diverted, environment_);
+    if (!loaded.ok()) {
+      prompts_.ShowMessage(FileSentence(source.path, loaded.Reason()));
       return false;
     }
     for (const std::string& message : diverted.messages()) prompts_.ShowMessage(message);
-    Document next = document_;
-    SetProfile(next, MakeProfileSet(std::move(loaded.profile), TextFromPath(path)));
-    next.regionSet = false;
+    next.scope.region.reset();
     if (!Analyse(next, IfRefused::kKeep, prompts_)) return false;
     document_ = std::move(next);
     history_.Clear();
@@ -121,15 +116,11 @@ std::string CTexturonDoc::OpenUnattended(const std::filesystem::path& path) {
     const BusyScope busy(*this);
     UnattendedPrompts nobody;
     Document next = document_;
-    next.regionSet = false;
+    next.scope.region.reset();
     const bool wasQuiet = std::exchange(next.quietMode, true);
     const bool wroteTrace = std::exchange(next.writesTraceFile, false);
-    try {
-      const std::string reason = AnalyseInto(next, path, {.start = document_}, nobody, environment_);
-      if (!reason.empty()) return reason;
-    } catch (const std::exception& error) {
-      return FileSentence(path, std::string("is not analysed: ") + error.what());
-    }
+    const RunStep run = RunAnalysis(next, {.path = path}, nobody, environment_);
+    if (!run.ok()) return FileSentence(path, run.Reason());
     next.quietMode = wasQuiet;
     next.writesTraceFile = wroteTrace;
     document_ = std::move(next);
@@ -225,7 +216,7 @@ void CTexturonDoc::SetIdentification(std::string identification) {
   std::replace(identification.begin(), identification.end(), ',', ';');
   std::replace(identification.begin(), identification.end(), '"', '\'');
   if (isBusy_) return WhenIdle([this, identification] { SetIdentification(identification); });
-  EditState former = EditStateOf(document_);
+  UndoPoint former = UndoPointOf(document_);
   if (identification == former.identification) return;
   history_.Note(std::move(former));
   document_.profiles.identification = identification;
@@ -235,7 +226,7 @@ void CTexturonDoc::SetIdentification(std::string identification) {
 void CTexturonDoc::ComputeAll() {
   Change([](Document& document) {
     SetWholeCutoffs(document, false);
-    document.regionSet = false;
+    document.scope.region.reset();
     document.settings.analysis.AsphereUseClearAperture = false;
   });
 }
@@ -249,7 +240,7 @@ void CTexturonDoc::ComputeOver(const RegionChoice& region) {
       [region](Document& document) {
         // Either would set another stretch.
         SetWholeCutoffs(document, false);
-        SetRegion(document, region);
+        document.scope.region = region;
         document.settings.analysis.AsphereUseClearAperture = false;
       },
       IfRefused::kDrop);
@@ -283,22 +274,22 @@ void CTexturonDoc::ExcludeBetween(double firstMM, double lastMM) {
 }
 
 void CTexturonDoc::UseAllDataForForm(bool uses) {
-  Change([uses](Document& document) { document.useAllDataForForm = uses; });
+  Change([uses](Document& document) { document.scope.allDataForForm = uses; });
 }
 
 void CTexturonDoc::Undo() {
-  if (!isBusy_ && CanUndo()) GoTo(history_.GoBack(EditStateOf(document_)));
+  if (!isBusy_ && CanUndo()) GoTo(history_.GoBack(UndoPointOf(document_)));
 }
 
 void CTexturonDoc::Redo() {
-  if (!isBusy_ && CanRedo()) GoTo(history_.GoForward(EditStateOf(document_)));
+  if (!isBusy_ && CanRedo()) GoTo(history_.GoForward(UndoPointOf(document_)));
 }
 
-void CTexturonDoc::GoTo(const EditState& state) {
+void CTexturonDoc::GoTo(const UndoPoint& point) {
   {
     const BusyScope busy(*this);
     Document next = document_;
-    RestoreEditState(next, state);
+    RestoreUndoPoint(next, point);
     if (Analyse(next, IfRefused::kKeep, prompts_)) document_ = std::move(next);
   }
   emit Changed();
@@ -331,12 +322,12 @@ void CTexturonDoc::Change(const Step& step, const Manner& manner) {
     const BusyScope busy(*this);
     Document next = document_;
     step(next);
-    const bool isEdit = EditStateOf(next) != EditStateOf(document_);
+    const bool isEdit = UndoPointOf(next) != UndoPointOf(document_);
     if (Analyse(next, manner.ifRefused, manner.isLive ? diverted : prompts_)) {
       const bool goesOn = manner.edit == Edit::kGoesOn && history_.CanGoBack();
-      if (isEdit && !goesOn) history_.Note(EditStateOf(document_));
+      if (isEdit && !goesOn) history_.Note(UndoPointOf(document_));
       document_ = std::move(next);
-      if (goesOn) history_.DropIfBack(EditStateOf(document_));
+      if (goesOn) history_.DropIfBack(UndoPointOf(document_));
     }
   }
   emit Changed();
@@ -355,7 +346,7 @@ void CTexturonDoc::ChangeInPlace(const Step& step) {
 bool CTexturonDoc::Analyse(Document& copy, IfRefused ifRefused, Prompts& prompts) {
   if (copy.profiles.IsEmpty()) return true;
   try {
-    return Compute(copy, prompts, environment_) != ComputeOutcome::kRefused || ifRefused == IfRefused::kKeep;
+    return !AnalyseRecord(copy, prompts, environment_).refused || ifRefused == IfRefused::kKeep;
   } catch (const std::exception& error) {
     prompts.ShowMessage(std::string("Not analysed: ") + error.what() + ".");
     return false;

@@ -10,10 +10,10 @@
 #include <string>
 #include <string_view>
 
+#include "analysis/analysis_run.h"
 #include "analysis/document.h"
 #include "analysis/edit_history.h"
 #include "analysis/region_choice.h"
-#include "formats/import.h"
 #include "platform/environment.h"
 #include "platform/prompts.h"
 
@@ -101,7 +101,7 @@ private:
   enum class IfRefused { kKeep, kDrop };
 
   /// Loads and analyses a record in place of the present one.
-  bool Show(const std::filesystem::path& path, const std::function<ImportOutcome(Prompts&)>& load);
+  bool Show(const RecordSource& source);
   /// Changes a copy, computes it and puts it in the document's place. `ifRefused`: what becomes of a change after which
   /// too few points are left to compute over.
   struct Manner {
@@ -117,7 +117,7 @@ private:
   void ChangeInPlace(const Step& step);
   /// False where the copy is not to be used; a message has said why.
   bool Analyse(Document& copy, IfRefused ifRefused, Prompts& prompts);
-  void GoTo(const EditState& state);
+  void GoTo(const UndoPoint& point);
   void RunWaiting();
   /// The record is as its file has it.
   void NoteFile();
