@@ -68,7 +68,7 @@ std::string DescribeRegion(const IndexRange& range, double spacingUM, bool metri
 }
 
 LengthEntry ReadRegionLength(std::string_view text, double recordMM, bool metric) {
-  const ReadSettingResult read = ReadSetting(SettingType::Number, TrimBlanks(text));
+  const ReadSettingResult read = ReadSetting(SettingType::kNumber, TrimBlanks(text));
   if (!read.fault.empty()) return {0.0, Quoted(text) + " " + std::string(read.fault)};
   const double lengthMM = std::get<double>(read.value) * (metric ? 1.0 : kMillimetresPerInch);
   if (lengthMM >= 0.0 && lengthMM <= recordMM) return {lengthMM, {}};

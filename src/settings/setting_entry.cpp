@@ -37,72 +37,16 @@ const UnitPair* FindUnit(std::string_view unit) {
   return found == std::end(kUnits) ? nullptr : found;
 }
 
-struct Limits {
-  double least = -kNoEnd;
-  double most = kNoEnd;
-  bool excludesLeast = false;
-};
-
-constexpr Limits kAboveZero = {.least = 0.0, .excludesLeast = true};
-constexpr Limits kFromZero = {.least = 0.0};
-constexpr Limits kPercent = {.least = 0.0, .most = 100.0};
-
-struct KeyLimits {
-  std::string_view key;
-  Limits limits;
-};
-
-constexpr KeyLimits kLimits[] = {
-    {"PolynomialOrder", {.least = 0.0, .most = 100.0}},
-    {"FormFilterCutoffMM", kAboveZero},
-    {"FormRemovalNumberOfPoints", kFromZero},
-    {"FormRemovalReductionSpacingUM", kFromZero},
-    {"SagTableLengthMM", kAboveZero},
-    {"SagTableSpacingMM", kAboveZero},
-    {"AspResidualLengthMM", kAboveZero},
-    {"AspResidualSpacingMM", kAboveZero},
-    {"AsphereClearApertureDiameterMM", kAboveZero},
-    {"AsphereClearApertureCentralDiscardMM", kFromZero},
-    {"AsphereSlopeWindowMM", kAboveZero},
-    {"LcCutoffMM", kAboveZero},
-    {"UserLcCutoffMM", kAboveZero},
-    {"UserLsCutoffMM", kFromZero},
-    {"SplineTension", {.least = 0.0, .most = 1.0}},
-    {"PrimaryPcLevel", kFromZero},
-    {"RoughnessPcLevel", kFromZero},
-    {"WavinessPcLevel", kFromZero},
-    {"UserDiscardLengthMM", kFromZero},
-    {"ClosingRadiusForWvoid", kAboveZero},
-    {"OpeningRadiusForWcvx", kAboveZero},
-    {"WindowWidthForWseg", kAboveZero},
-    {"WxpEndRegionsMM", kAboveZero},
-    {"RxqMinimumValleyCount", kFromZero},
-    {"MotifAMM", kAboveZero},
-    {"MotifBMM", kAboveZero},
-    {"FreeFormFilterCutoffMM", kAboveZero},
-    {"ExtremeSlopePlotDegrees", {.least = 0.0, .most = 90.0, .excludesLeast = true}},
-    {"ProfileYGridSpacingUM", kFromZero},
-    {"ParameterColumns", {.least = 1.0, .most = 12.0}},
-};
-
-Limits LimitsOf(const SettingKey& key) {
-  for (const KeyLimits& row : kLimits) {
-    if (row.key == key.binding.key) return row.limits;
-  }
-  return key.unit == "%" ? kPercent : Limits();
-}
-
 /// The same in the units shown.
 std::string Shown(double value, const UnitPair* unit, bool metric) {
   return ShortestText(metric || unit == nullptr ? value : value * unit->factor);
 }
 
 std::string FaultOfLimits(const SettingKey& key, double value, bool metric) {
-  const Limits limits = LimitsOf(key);
+  const SettingLimits& limits = key.entry.limits;
   const UnitPair* const unit = FindUnit(key.unit);
   const bool isTooSmall = value < limits.least || (limits.excludesLeast && value == limits.least);
-  if (!isTooSmall && value <= limits.most)
-    return key.binding.key == "FixedRadiusMM" && value == 0.0 ? "Must not be 0" : "";
+  if (!isTooSmall && value <= limits.most) return limits.excludesZero && value == 0.0 ? "Must not be 0" : "";
   const std::string least = Shown(limits.least, unit, metric);
   if (limits.most == kNoEnd) return (limits.excludesLeast ? "Must be above " : "Must not be below ") + least;
   return (limits.excludesLeast ? "Must be above " + least + " and at most " : "Must be from " + least + " to ") +
@@ -125,7 +69,8 @@ std::string EntryText(const SettingKey& key, const SettingValue& value, bool met
 
 EntryReading ReadEntry(const SettingKey& key, std::string_view text, bool metric) {
   const SettingBinding& binding = key.binding;
-  const ReadSettingResult read = ReadSetting(binding.type, binding.type == SettingType::Text ? text : TrimBlanks(text));
+  const ReadSettingResult read =
+      ReadSetting(binding.type, binding.type == SettingType::kText ? text : TrimBlanks(text));
   EntryReading entry{read.value, FaultOfSetting(binding, read)};
   if (!entry.ok()) {
     entry.fault = Quoted(text) + " " + entry.fault;
