@@ -162,7 +162,7 @@ std::string CsvRow(const Document& document, std::string_view file) {
   const bool metric = document.settings.display.Metric;
   for (const ShownRow& shown : ShownRows(document)) {
     line += ",";
-    if (shown.row.valid) line += ShortestText(metric ? shown.row.value : shown.row.value * shown.row.imperialFactor);
+    if (shown.row.valid) line += ShortestText(shown.row.quantity.Shown(shown.row.value, metric));
   }
   return line + "\n";
 }

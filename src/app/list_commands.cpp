@@ -66,8 +66,9 @@ int CheckSettingsFile(const std::string& file) {
 int RunParameters() {
   std::vector<std::vector<std::string>> rows = {{"NAME", "UNIT", "IMPERIAL", "FACTOR", "SOURCE", "DEFINITION"}};
   for (const MasterRow& row : MasterCatalogue()) {
-    rows.push_back({Utf8(row.name), Utf8(PrintedUnit(row.metricUnit)), Utf8(PrintedUnit(row.imperialUnit)),
-                    ShortestText(row.imperialFactor), Utf8(row.source), Utf8(row.definition)});
+    rows.push_back({Utf8(row.name), Utf8(PrintedUnit(row.quantity.metricUnit)),
+                    Utf8(PrintedUnit(row.quantity.imperialUnit)), ShortestText(row.quantity.imperialFactor),
+                    Utf8(row.source), Utf8(row.definition)});
   }
   PrintColumns(rows);
   return FinishOutput(kExitDone);

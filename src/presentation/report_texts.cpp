@@ -63,8 +63,7 @@ std::vector<ReportLine> Facts(const Document& document, std::string_view time) {
 }
 
 std::string LimitText(double limit, const ParameterDef& row, bool metric) {
-  const double value = metric ? limit : limit * row.imperialFactor;
-  return FixedText(value, metric ? row.format.metricDecimals : row.format.imperialDecimals);
+  return ShownNumber(row.quantity, limit, metric, row.format.decimals);
 }
 
 ReportRow MakeRow(const ShownRow& shown, bool metric) {

@@ -2,10 +2,10 @@
 
 #include "settings/settings_text.h"
 
+#include <algorithm>
 #include <chrono>
 #include <functional>
 #include <gtest/gtest.h>
-#include <map>
 #include <string>
 #include <string_view>
 
@@ -105,24 +105,11 @@ TEST(SettingsText, WrittenForm) {
   }
   EXPECT_TRUE(bytes.ends_with("Z000198(um)=0.000000\r\n"));
 
-  std::map<std::string, int> keys;
-  for (const SettingKey& key : SettingsTable()) ++keys[std::string(key.binding.section)];
-  const std::map<std::string, int> expected = {
-      {"TEXTURON", 1},
-      {"DISPLAY", 35},
-      {"ANALYSIS", 54},
-      {"AUTO_LOADING", 10},
-      {"RXQ_PARAMETERS", 9},
-      {"MOTIF_PARAMETERS", 6},
-      {"PARAMETERS", 9},
-      {"PRIMARY_BEARING_RATIOS", 10},
-      {"ROUGHNESS_BEARING_RATIOS", 10},
-      {"PRIMARY_HTPS", 9},
-      {"ROUGHNESS_HTPS", 9},
-      {"ASPHERIC_PARAMETERS", 11},
-      {"FREE_FORM", 13},
-  };
-  EXPECT_EQ(keys, expected);
+  // What every file holds stays what it is; a newer key is written only where it was changed.
+  const auto table = SettingsTable();
+  EXPECT_EQ(std::count_if(table.begin(), table.end(),
+                          [](const SettingKey& key) { return key.binding.written == KeyWritten::kAlways; }),
+            186);
 }
 
 TEST(SettingsText, AFileChangesOnlyWhatItHolds) {

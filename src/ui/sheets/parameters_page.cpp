@@ -97,7 +97,8 @@ void CParametersPage::Refresh() {
       Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
       if (key == nullptr) {
         if (master != nullptr)
-          item->setText(FromText(column == kUnitColumn ? PrintedUnit(master->metricUnit) : master->definition));
+          item->setText(
+              FromText(column == kUnitColumn ? PrintedUnit(master->quantity.metricUnit) : master->definition));
       } else {
         const SettingValue value = key->binding.get(settings_, static_cast<std::size_t>(row));
         if (const bool* const flag = std::get_if<bool>(&value)) {
