@@ -3,7 +3,7 @@
 #include "analysis/captions.h"
 
 #include "base/number_text.h"
-#include "base/units.h"
+#include "base/quantity.h"
 #include "signal/filter/robust_filter.h"
 
 namespace texturon {
@@ -53,14 +53,8 @@ private:
   std::string Line(double slope, double interceptUM) const {
     return "Form: LS Line   (Slope: " + FixedText(slope, 3) + "  Intercept: " + Height(interceptUM) + ")";
   }
-  std::string Height(double heightUM) const {
-    if (metric_) return FixedText(heightUM, 3) + " \xB5m";
-    return FixedText(heightUM * kMicroinchesPerMicrometre, 3) + " \xB5in";
-  }
-  std::string Length(double lengthMM) const {
-    if (metric_) return FixedText(lengthMM, 3) + " mm";
-    return FixedText(lengthMM * kInchesPerMillimetre, 3) + " in";
-  }
+  std::string Height(double heightUM) const { return HeightText(heightUM, metric_, {3, 3}); }
+  std::string Length(double lengthMM) const { return LengthText(lengthMM, metric_, {3, 3}); }
 
   bool metric_;
   const AnalysisSettings& settings_;
@@ -91,11 +85,9 @@ std::string FilterLabel(std::int32_t filterType) {
 
 std::string FilterDescription(const Document& document) {
   const AnalysisSettings& settings = document.settings.analysis;
-  const auto cutoff = [metric = document.settings.display.Metric](double mm) {
-    return metric ? FixedText(mm, 4) + " mm" : FixedText(mm * kInchesPerMillimetre, 5) + " in";
-  };
-  std::string text = FilterLabel(settings.FilterType) + ", Lc " + cutoff(settings.LcCutoffMM);
-  if (document.profiles.lsApplied) text += ", Ls " + cutoff(settings.LsCutoffMM);
+  const bool metric = document.settings.display.Metric;
+  std::string text = FilterLabel(settings.FilterType) + ", Lc " + LengthText(settings.LcCutoffMM, metric, {4, 5});
+  if (document.profiles.lsApplied) text += ", Ls " + LengthText(settings.LsCutoffMM, metric, {4, 5});
   return text;
 }
 

@@ -6,18 +6,11 @@
 
 #include "analysis/compute_range.h"
 #include "base/number_text.h"
+#include "base/quantity.h"
 #include "base/text.h"
-#include "base/units.h"
 #include "settings/settings_value.h"
 
 namespace texturon {
-namespace {
-
-std::string LengthText(double lengthMM, bool metric) {
-  return metric ? FixedText(lengthMM, 4) + " mm" : FixedText(lengthMM * kInchesPerMillimetre, 5) + " in";
-}
-
-}  // namespace
 
 RegionChoice RegionOf(const Document& document) {
   if (!document.regionSet) return {};
@@ -70,7 +63,7 @@ std::string DescribeRegion(const IndexRange& range, double spacingUM, bool metri
 LengthEntry ReadRegionLength(std::string_view text, double recordMM, bool metric) {
   const ReadSettingResult read = ReadSetting(SettingType::kNumber, TrimBlanks(text));
   if (!read.fault.empty()) return {0.0, Quoted(text) + " " + std::string(read.fault)};
-  const double lengthMM = std::get<double>(read.value) * (metric ? 1.0 : kMillimetresPerInch);
+  const double lengthMM = kLengthMM.FromShown(std::get<double>(read.value), metric);
   if (lengthMM >= 0.0 && lengthMM <= recordMM) return {lengthMM, {}};
   return {0.0, "Must be from 0 to " + RegionLengthText(recordMM, metric)};
 }
@@ -78,8 +71,8 @@ LengthEntry ReadRegionLength(std::string_view text, double recordMM, bool metric
 std::string RegionLengthText(double lengthMM, bool metric) {
   // More digits would only show the conversion.
   constexpr int kDecimals = 6;
-  const double shown = metric ? lengthMM : lengthMM * kInchesPerMillimetre;
-  return ShortestText(ParseDouble(FixedText(shown, kDecimals)).value);
+  const std::string text = ShownNumber(kLengthMM, lengthMM, metric, {kDecimals, kDecimals});
+  return ShortestText(ParseDouble(text).value);
 }
 
 }  // namespace texturon

@@ -8,7 +8,7 @@
 #include "analysis/captions.h"
 #include "base/charset.h"
 #include "base/number_text.h"
-#include "base/units.h"
+#include "base/quantity.h"
 #include "parameters/catalogue.h"
 #include "presentation/shown_rows.h"
 
@@ -39,27 +39,21 @@ void AppendFact(std::string& out, std::string_view title, const std::string& tex
   out += PadRight(std::string(title), 16) + Utf8FromWindows1252(text) + "\n";
 }
 
-std::string LengthText(double lengthMM, bool metric, int decimals) {
-  if (metric) return FixedText(lengthMM, decimals) + " mm";
-  return FixedText(lengthMM * kInchesPerMillimetre, decimals + 1) + " in";
-}
-
 /// "0.000 to 4.000 mm (8000 points)" for a range counted from the first sample.
 std::string RangeText(const IndexRange& range, double spacingUM, bool metric) {
   const auto at = [spacingUM](std::int32_t i) {
     return static_cast<double>(i) * spacingUM * kMillimetresPerMicrometre;
   };
-  return LengthText(at(range.first), metric, 4) + " to " + LengthText(at(range.last), metric, 4) + " (" +
+  return LengthText(at(range.first), metric) + " to " + LengthText(at(range.last), metric) + " (" +
          IntegerText(range.count) + " points)";
 }
 
 std::string CutoffText(const Document& document) {
   const AnalysisSettings& settings = document.settings.analysis;
   const bool metric = document.settings.display.Metric;
-  std::string text =
-      FilterLabel(settings.FilterType) + ", long-wave cutoff " + LengthText(settings.LcCutoffMM, metric, 4);
+  std::string text = FilterLabel(settings.FilterType) + ", long-wave cutoff " + LengthText(settings.LcCutoffMM, metric);
   if (document.profiles.lsApplied) {
-    text += ", short-wave cutoff " + LengthText(settings.LsCutoffMM, metric, 4);
+    text += ", short-wave cutoff " + LengthText(settings.LsCutoffMM, metric);
   } else {
     text += ", no short-wave filter";
   }
@@ -75,7 +69,7 @@ void AppendFacts(std::string& out, const Document& document, std::string_view fi
   AppendFact(out, "Record",
              IntegerText(profiles.pointCount) + " points at " + ShortestText(profiles.spacingUM) + " \xB5m = " +
                  LengthText(static_cast<double>(profiles.pointCount) * profiles.spacingUM * kMillimetresPerMicrometre,
-                            metric, 4));
+                            metric));
   if (profiles.tipRadiusMM > 0.0) {
     AppendFact(out, "Stylus tip", FixedText(profiles.tipRadiusMM * kMicrometresPerMillimetre, 2) + " \xB5m radius");
   }

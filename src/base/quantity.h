@@ -16,6 +16,7 @@ struct Quantity {
   std::string_view imperialUnit;
   double imperialFactor = 1.0;  ///< imperial value = metric value x this
 
+  constexpr double Factor(bool metric) const { return metric ? 1.0 : imperialFactor; }
   constexpr double Shown(double value, bool metric) const { return metric ? value : value * imperialFactor; }
   constexpr double FromShown(double shown, bool metric) const { return metric ? shown : shown / imperialFactor; }
   constexpr std::string_view Unit(bool metric) const { return metric ? metricUnit : imperialUnit; }
@@ -33,7 +34,8 @@ struct Decimals {
   constexpr int In(bool isMetric) const { return isMetric ? metric : imperial; }
 };
 
-/// What windows, tables and reports show of a height and of a length: 0.1 nm, 0.1 um.
+/// What windows, tables and reports show of heights and lengths: steps of 0.1 nm and 0.1 um. Files, exports and
+/// captions have their own.
 inline constexpr Decimals kHeightDecimals = {4, 2};
 inline constexpr Decimals kLengthDecimals = {4, 5};
 
@@ -42,5 +44,11 @@ std::string ShownNumber(const Quantity& quantity, double value, bool metric, Dec
 
 /// The same with its unit: "0.8000 mm".
 std::string ShownText(const Quantity& quantity, double value, bool metric, Decimals decimals);
+std::string HeightText(double heightUM, bool metric, Decimals decimals = kHeightDecimals);
+std::string LengthText(double lengthMM, bool metric, Decimals decimals = kLengthDecimals);
+
+// The same without the sign of a number that is shown as 0.
+std::string HeightReadout(double heightUM, bool metric);
+std::string LengthReadout(double lengthMM, bool metric);
 
 }  // namespace texturon

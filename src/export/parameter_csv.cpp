@@ -26,10 +26,9 @@ std::string InColumn(std::string_view text) {
 std::string MaterialRatioColumn(const MaterialRatioRow& row, bool metric) {
   if (row.meanReferenced) {
     return std::string(", (Mean ") + (row.depthUM < 0.0 ? "- " : "+ ") +
-           ShownText(kHeightUM, std::abs(row.depthUM), metric, {2, 0}) + ")";
+           HeightText(std::abs(row.depthUM), metric, {2, 0}) + ")";
   }
-  return InColumn("(" + ShownText(kHeightUM, row.depthUM, metric, {2, 2}) + "  " + FixedText(row.offsetPercent, 1) +
-                  " %)");
+  return InColumn("(" + HeightText(row.depthUM, metric, {2, 2}) + "  " + FixedText(row.offsetPercent, 1) + " %)");
 }
 
 std::string HtpColumn(const HtpRow& row) {
@@ -107,7 +106,7 @@ std::string ParameterCsvSettingsText(const ParameterCsvInput& input) {
   const double traverseMM = input.traverseLengthUM * kMillimetresPerMicrometre;
   const double evaluationMM = input.evaluationLengthUM * kMillimetresPerMicrometre;
   const bool metric = input.settings.display.Metric;
-  return "LT " + ShownText(kLengthMM, traverseMM, metric, {1, 2}) + " / Ln " + FixedText(evaluationMM, metric ? 2 : 3) +
+  return "LT " + LengthText(traverseMM, metric, {1, 2}) + " / Ln " + FixedText(evaluationMM, metric ? 2 : 3) +
          " mm / " + std::string(input.description);
 }
 

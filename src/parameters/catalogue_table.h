@@ -27,9 +27,9 @@ enum class ParameterFamily : std::uint8_t {
 
 /// What most rows do without.
 struct RowDetails {
-  SettingNote note = {};           ///< behind the name in tables
-  SettingNote csvLabel = {};       ///< under the column of the parameter file, in place of the unit
-  int csvDecimals = 3;             ///< of the parameter file
+  SettingNote note = {};      ///< behind the name in tables
+  SettingNote csvLabel = {};  ///< under the column of the parameter file, in place of the unit
+  int csvDecimals = 3;        ///< of the parameter file
   ParameterFamily family = ParameterFamily::kByLetter;
   std::string_view planName = {};  ///< in test plans and their result files, where it is not the row's own
 };

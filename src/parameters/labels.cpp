@@ -28,7 +28,7 @@ std::string SettingNote::Of(const AnalysisSettings& settings, bool metric) const
 std::string BallNote(double radiusMM, double /*unused*/, bool metric) {
   const std::string start = "   (Radius: ";
   if (!metric || (radiusMM >= 1.0 && radiusMM < 1000.0)) {
-    return start + ShownText(kLengthMM, radiusMM, metric, {2, 1}) + ")";
+    return start + LengthText(radiusMM, metric, {2, 1}) + ")";
   }
   if (radiusMM < 1.0) return start + FixedText(radiusMM * kMicrometresPerMillimetre, 2) + " \xB5m)";
   return start + FixedText(radiusMM * kMetresPerMillimetre, 2) + " m)";
@@ -43,23 +43,23 @@ std::string ElementWidthNote(double heightPercent, double widthPercent, bool /*m
 }
 
 std::string PeakCountNote(double bandUM, double /*unused*/, bool metric) {
-  return "   (+/- " + ShownText(kHeightUM, 0.5 * bandUM, metric, {3, 0}) + ")";
+  return "   (+/- " + HeightText(0.5 * bandUM, metric, {3, 0}) + ")";
 }
 
 std::string SlopeWindowNote(double windowMM, double /*unused*/, bool metric) {
-  return "   (Window: " + ShownText(kLengthMM, windowMM, metric, {3, 3}) + ")";
+  return "   (Window: " + LengthText(windowMM, metric, {3, 3}) + ")";
 }
 
 std::string SegmentNote(double windowMM, double /*unused*/, bool metric) {
-  return "   (Segment: " + ShownText(kLengthMM, windowMM, metric, {1, 0}) + ")";
+  return "   (Segment: " + LengthText(windowMM, metric, {1, 0}) + ")";
 }
 
 std::string LevelColumn(double levelUM, double /*unused*/, bool metric) {
-  return "(" + ShownText(kHeightUM, levelUM, metric, {2, 1}) + ")";
+  return "(" + HeightText(levelUM, metric, {2, 1}) + ")";
 }
 
 std::string RoughnessHighSpotColumn(double levelUM, double /*unused*/, bool metric) {
-  return "(" + ShownText(kHeightUM, levelUM, metric, {2, 2}) + ")";
+  return "(" + HeightText(levelUM, metric, {2, 2}) + ")";
 }
 
 std::string PeakCountColumn(double bandUM, double unused, bool metric) {
@@ -82,9 +82,9 @@ std::string RowLabel(std::string_view name, const AnalysisSettings& settings, bo
 std::string MaterialRatioLabel(const MaterialRatioRow& row, bool metric) {
   if (row.meanReferenced) {
     return std::string("   (Mean ") + (row.depthUM < 0.0 ? "- " : "+ ") +
-           ShownText(kHeightUM, std::abs(row.depthUM), metric, {1, 0}) + ")";
+           HeightText(std::abs(row.depthUM), metric, {1, 0}) + ")";
   }
-  return "   (" + ShownText(kHeightUM, row.depthUM, metric, {2, 1}) + "  " + FixedText(row.offsetPercent, 1) + " %)";
+  return "   (" + HeightText(row.depthUM, metric, {2, 1}) + "  " + FixedText(row.offsetPercent, 1) + " %)";
 }
 
 std::string HtpLabel(const HtpRow& row) {

@@ -6,7 +6,7 @@
 
 #include "analysis/captions.h"
 #include "base/number_text.h"
-#include "base/units.h"
+#include "base/quantity.h"
 #include "presentation/profile_marks.h"
 #include "settings/setting_choices.h"
 #include "settings/settings_table.h"
@@ -26,14 +26,12 @@ std::string WithoutOpening(std::string caption) {
 }
 
 std::string Length(double lengthUM, bool metric) {
-  const double lengthMM = lengthUM * kMillimetresPerMicrometre;
-  return metric ? FixedText(lengthMM, 4) + " mm" : FixedText(lengthMM * kInchesPerMillimetre, 5) + " in";
+  return LengthText(lengthUM * kMillimetresPerMicrometre, metric);
 }
 
 std::string RecordText(const ProfileSet& profiles, bool metric) {
-  const double spacing = metric ? profiles.spacingUM : profiles.spacingUM * kMicroinchesPerMicrometre;
-  return IntegerText(profiles.pointCount) + " points, spacing " + FixedText(spacing, metric ? 4 : 2) +
-         (metric ? " \xB5m" : " \xB5in") + ", length " + Length((profiles.pointCount - 1) * profiles.spacingUM, metric);
+  return IntegerText(profiles.pointCount) + " points, spacing " + HeightText(profiles.spacingUM, metric) + ", length " +
+         Length((profiles.pointCount - 1) * profiles.spacingUM, metric);
 }
 
 std::string RangeText(const IndexRange& range, double spacingUM, bool metric) {
