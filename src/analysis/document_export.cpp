@@ -221,8 +221,9 @@ ParameterFileText ParameterFileTextOf(const Document& document, std::string_view
   const ProfileSet& profiles = document.profiles;
   const AnalysisResults& results = document.results;
   const std::string description = AnalysisDescription(document);
+  const DisplaySettings& display = document.settings.display;
   const ParameterCsvInput input{.catalogue = document.catalogue,
-                                .settings = document.settings,
+                                .settings = document.settings.analysis,
                                 .primaryMaterialRatios = results.primaryMaterialRatios,
                                 .roughnessMaterialRatios = results.roughnessMaterialRatios,
                                 .primaryHtps = results.primaryHtps,
@@ -231,6 +232,9 @@ ParameterFileText ParameterFileTextOf(const Document& document, std::string_view
                                 .source = profiles.sourcePath,
                                 .identification = profiles.identification,
                                 .description = description,
+                                .metric = display.Metric,
+                                .primaryRatioTitle = display.PrimaryAsTpa ? "Tpa" : "Pmr",
+                                .roughnessRatioTitle = display.RoughnessAsTpi ? "Tpi" : "Rmr",
                                 .traverseLengthUM = profiles.pointCount * profiles.spacingUM,
                                 .evaluationLengthUM = profiles.evaluationRange.count * profiles.residualSpacingUM};
   return {ParameterCsvHeader(input), ParameterCsvRow(input)};

@@ -59,7 +59,7 @@ struct RatioColumns {
   /// Calls column(row, result, isPrimary) for the selected material ratios.
   template <typename Column>
   void MaterialRatios(const Column& column) const {
-    const AnalysisSettings& settings = input.settings.analysis;
+    const AnalysisSettings& settings = input.settings;
     ForSelected(settings.primaryMaterialRatios, [&](std::size_t i) {
       column(settings.primaryMaterialRatios[i], input.primaryMaterialRatios[i], true);
     });
@@ -70,7 +70,7 @@ struct RatioColumns {
 
   template <typename Column>
   void Htps(const Column& column) const {
-    const AnalysisSettings& settings = input.settings.analysis;
+    const AnalysisSettings& settings = input.settings;
     ForSelected(settings.primaryHtps,
                 [&](std::size_t i) { column(settings.primaryHtps[i], input.primaryHtps[i], true); });
     ForSelected(settings.roughnessHtps,
@@ -81,19 +81,17 @@ struct RatioColumns {
 }  // namespace
 
 std::string ParameterCsvHeader(const ParameterCsvInput& input) {
-  const DisplaySettings& display = input.settings.display;
   std::string titles = R"("Time", "Source", "Identification", "Settings")";
   std::string labels = R"("   ", "     ", "             ", "       ")";
   for (const ParameterDef& row : input.catalogue.rows) {
     if (!row.selected) continue;
     titles += InColumn(OnOneLine(row.name));
-    labels += InColumn(LabelOf(row, input.settings.analysis, display.Metric));
+    labels += InColumn(LabelOf(row, input.settings, input.metric));
   }
   const RatioColumns columns{input};
   columns.MaterialRatios([&](const MaterialRatioRow& row, const RatioRowResult& /*result*/, bool isPrimary) {
-    titles +=
-        isPrimary ? InColumn(display.PrimaryAsTpa ? "Tpa" : "Pmr") : InColumn(display.RoughnessAsTpi ? "Tpi" : "Rmr");
-    labels += MaterialRatioColumn(row, display.Metric);
+    titles += InColumn(isPrimary ? input.primaryRatioTitle : input.roughnessRatioTitle);
+    labels += MaterialRatioColumn(row, input.metric);
   });
   columns.Htps([&](const HtpRow& row, const RatioRowResult& /*result*/, bool isPrimary) {
     titles += InColumn(isPrimary ? "Phtp" : "Rhtp");
@@ -105,7 +103,7 @@ std::string ParameterCsvHeader(const ParameterCsvInput& input) {
 std::string ParameterCsvSettingsText(const ParameterCsvInput& input) {
   const double traverseMM = input.traverseLengthUM * kMillimetresPerMicrometre;
   const double evaluationMM = input.evaluationLengthUM * kMillimetresPerMicrometre;
-  const bool metric = input.settings.display.Metric;
+  const bool metric = input.metric;
   return "LT " + LengthText(traverseMM, metric, {1, 2}) + " / Ln " + FixedText(evaluationMM, metric ? 2 : 3) +
          " mm / " + std::string(input.description);
 }
@@ -117,7 +115,7 @@ std::string ParameterCsvSource(std::string_view path) {
 }
 
 std::string ParameterCsvRow(const ParameterCsvInput& input) {
-  const bool metric = input.settings.display.Metric;
+  const bool metric = input.metric;
   std::string line = "\"" + OnOneLine(input.time) + "  \", \"" + ParameterCsvSource(input.source) + "    \", \"" +
                      OnOneLine(input.identification) + "            \", \"" +
                      OnOneLine(ParameterCsvSettingsText(input)) + "      \"";

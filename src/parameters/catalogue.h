@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "parameters/catalogue_table.h"
-#include "settings/settings.h"
+#include "settings/analysis_settings.h"
 
 namespace texturon {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "settings/settings.h"
+#include "settings/analysis_settings.h"
 
 namespace texturon {
 

@@ -14,7 +14,7 @@
 #include "parameters/height_statistics.h"
 #include "parameters/profile_elements.h"
 #include "parameters/sampling_lengths.h"
-#include "settings/settings.h"
+#include "settings/analysis_settings.h"
 
 namespace texturon {
 
