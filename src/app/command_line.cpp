@@ -153,14 +153,14 @@ int ParseAndRun(CLI::App& app, int argc, char** argv) {
       ->type_name("KIND");
   exportCommand->add_option("-o,--output", exportOptions.output, "file to write; standard output without it")
       ->type_name("FILE");
-  exportCommand->add_flag("--mod", exportOptions.asMod, "as form data (MOD): waviness and asphere-residual");
+  exportCommand->add_flag("--mod", exportOptions.asMod, "as form data (MOD): " + ModKindNames());
   AddFileOptions(*exportCommand, common);
   AddComputeOptions(*exportCommand, common);
   exportCommand->callback([&] { status = RunExport(exportOptions, common); });
 
   CLI::App* convert = app.add_subcommand("convert", "read any profile file and write another; OUT names the format");
   convert->add_option("in", input, "profile file")->required()->type_name("IN");
-  convert->add_option("out", output, "file to write: .lmt, .prf, .sdf or .pr; anything else becomes .lmt")
+  convert->add_option("out", output, "file to write: " + WriterExtensions() + "; anything else becomes .lmt")
       ->required()
       ->type_name("OUT");
   AddFileOptions(*convert, common);

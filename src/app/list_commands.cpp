@@ -9,7 +9,7 @@
 #include "base/charset.h"
 #include "base/ini_file.h"
 #include "base/number_text.h"
-#include "formats/extension_table.h"
+#include "formats/recognition.h"
 #include "parameters/catalogue.h"
 #include "platform/platform.h"
 #include "settings/settings_check.h"
