@@ -15,7 +15,7 @@ else()
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror -ffp-contract=off
     -Wno-missing-field-initializers)  # records have defaults; initialisers name what differs from them
   if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
-    target_compile_options(texturon_options INTERFACE -Wno-restrict -Wno-array-bounds)  # false alarms of g++ 12 on joined strings
+    target_compile_options(texturon_options INTERFACE -Wno-restrict)  # false alarms of g++ 12 on joined strings
   endif()
   if(TEXTURON_SANITIZE)
     target_compile_options(texturon_options INTERFACE

@@ -3,7 +3,7 @@
 #include "analysis/captions.h"
 
 #include "base/number_text.h"
-#include "base/units.h"
+#include "base/quantity.h"
 #include "settings/filter_table.h"
 
 namespace texturon {
@@ -24,11 +24,9 @@ std::string FilterLabel(const AnalysisSettings& settings) {
 
 std::string FilterDescription(const Document& document) {
   const AnalysisSettings& settings = document.AnalysedBy();
-  const auto cutoff = [metric = document.settings.display.Metric](double mm) {
-    return metric ? FixedText(mm, 4) + " mm" : FixedText(mm * kInchesPerMillimetre, 5) + " in";
-  };
-  std::string text = FilterLabel(settings) + ", Lc " + cutoff(settings.LcCutoffMM);
-  if (const auto& shortMM = document.profiles.shortCutoffMM) text += ", Ls " + cutoff(*shortMM);
+  const bool metric = document.settings.display.Metric;
+  std::string text = FilterLabel(settings) + ", Lc " + LengthText(settings.LcCutoffMM, metric, {4, 5});
+  if (const auto& shortMM = document.profiles.shortCutoffMM) text += ", Ls " + LengthText(*shortMM, metric, {4, 5});
   return text;
 }
 

@@ -214,8 +214,9 @@ ParameterFileText ParameterFileTextOf(const Document& document, std::string_view
   const AnalysisResults& results = document.results;
   const std::string description = AnalysisDescription(document);
   const IndexRange evaluated = profiles.evaluationRange.value_or(IndexRange{});
+  const DisplaySettings& display = document.settings.display;
   const ParameterCsvInput input{.catalogue = document.catalogue,
-                                .settings = document.settings,
+                                .settings = document.settings.analysis,
                                 .primaryMaterialRatios = results.primaryMaterialRatios,
                                 .roughnessMaterialRatios = results.roughnessMaterialRatios,
                                 .primaryHtps = results.primaryHtps,
@@ -224,6 +225,9 @@ ParameterFileText ParameterFileTextOf(const Document& document, std::string_view
                                 .source = profiles.sourcePath,
                                 .identification = profiles.identification,
                                 .description = description,
+                                .metric = display.Metric,
+                                .primaryRatioTitle = display.PrimaryAsTpa ? "Tpa" : "Pmr",
+                                .roughnessRatioTitle = display.RoughnessAsTpi ? "Tpi" : "Rmr",
                                 .traverseLengthUM = profiles.LengthUM(),
                                 .evaluationLengthUM = LengthOfPoints(evaluated.count, profiles.residualSpacingUM)};
   return {ParameterCsvHeader(input), ParameterCsvRow(input)};

@@ -18,9 +18,9 @@ namespace {
 
 ColumnValue ColumnOf(const ParameterDef& row, bool metric) {
   ColumnValue column{.name = row.name, .text = ShownValue(row, metric)};
-  column.unit = PrintedUnit(metric ? row.metricUnit : row.imperialUnit);
+  column.unit = PrintedUnit(row.quantity.Unit(metric));
   if (!row.valid || !std::isfinite(row.value)) return column;
-  column.value = metric ? row.value : row.value * row.imperialFactor;
+  column.value = row.quantity.Shown(row.value, metric);
   column.outOfTolerance = JudgeRow(row) == Verdict::kFail;
   return column;
 }

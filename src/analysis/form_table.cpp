@@ -7,20 +7,21 @@
 
 #include "analysis/shape_form_step.h"
 #include "base/number_text.h"
+#include "base/quantity.h"
 #include "base/units.h"
 #include "settings/nominal_settings.h"
 
 namespace texturon {
 namespace {
 
+constexpr Decimals kCaptionDecimals = {3, 3};
+
 std::string Height(double heightUM, const Settings& settings) {
-  if (settings.display.Metric) return FixedText(heightUM, 3) + " \xB5m";
-  return FixedText(heightUM * kMicroinchesPerMicrometre, 3) + " \xB5in";
+  return HeightText(heightUM, settings.display.Metric, kCaptionDecimals);
 }
 
 std::string Length(double lengthMM, const Settings& settings) {
-  if (settings.display.Metric) return FixedText(lengthMM, 3) + " mm";
-  return FixedText(lengthMM * kInchesPerMillimetre, 3) + " in";
+  return LengthText(lengthMM, settings.display.Metric, kCaptionDecimals);
 }
 
 std::string LineCaption(double slope, double interceptUM, const Settings& settings) {
@@ -156,13 +157,12 @@ constexpr auto kTable = std::to_array<FormRow>({
     Row<Mean>({.number = kFormNone, .heedsExclusion = false}),
     Row<Line>({.number = kFormLine}),
     Row<Arc>({.number = kFormArc, .isArc = true}),
-    Row<Polynomial>({.number = kFormPolynomial, .keys = {{{"ANALYSIS", "PolynomialOrder"}}}}),
+    Row<Polynomial>({.number = kFormPolynomial}),
     Row<Filter>({.number = kFormFilter,
-                 .keys = {{{"ANALYSIS", "FormFilterCutoffMM"}}},
                  .heedsExclusion = false,
                  .exclusionRefusal = "Cannot exclude with filter-based form removal.",
                  .filterCutoffMM = &AnalysisSettings::FormFilterCutoffMM}),
-    Row<FixedRadius>({.number = kFormFixedRadius, .keys = {{{"ANALYSIS", "FixedRadiusMM"}}}, .isArc = true}),
+    Row<FixedRadius>({.number = kFormFixedRadius, .isArc = true}),
     Row<Asphere>({.number = kFormAsphere, .showsProgress = true, .hasClearAperture = true}),
     Row<FreeForm>({.number = kFormFree}),
 });

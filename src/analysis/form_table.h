@@ -52,11 +52,7 @@ struct FormField {
 };
 
 struct FormRow {
-  std::int32_t number = kFormNone;  ///< of FormRemovalType
-  struct Key {
-    std::string_view section, key;
-  };
-  std::array<Key, 4> keys = {};                ///< of its own entries on the page of the forms; an empty one is none
+  std::int32_t number = kFormNone;             ///< of FormRemovalType
   bool heedsExclusion = true;                  ///< an excluded stretch takes no part in the fit
   std::string_view exclusionRefusal = {};      ///< told to who wants to exclude something; empty: nothing is
   bool showsProgress = false;                  ///< the wait cursor is taken down for the time of the fit

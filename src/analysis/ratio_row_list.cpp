@@ -2,7 +2,7 @@
 
 #include "analysis/ratio_row_list.h"
 
-#include "base/units.h"
+#include "base/quantity.h"
 #include "parameters/labels.h"
 
 namespace texturon {
@@ -11,18 +11,15 @@ namespace {
 /// A row of percents: without imperial twin.
 ParameterDef PercentRow() {
   ParameterDef row;
-  row.metricUnit = "%%";
-  row.imperialUnit = "%%";
-  row.format = {.metricDecimals = 2, .imperialDecimals = 2};
+  row.quantity = {"%%", "%%"};
+  row.format.decimals = {2, 2};
   return row;
 }
 
 ParameterDef HeightRow() {
   ParameterDef row;
-  row.metricUnit = "\xB5m";
-  row.imperialUnit = "\xB5in";
-  row.imperialFactor = kMicroinchesPerMicrometre;
-  row.format = {.metricDecimals = 4, .imperialDecimals = 2};
+  row.quantity = kHeightUM;
+  row.format.decimals = kHeightDecimals;
   return row;
 }
 

@@ -6,19 +6,13 @@
 
 #include "analysis/compute_range.h"
 #include "base/number_text.h"
+#include "base/quantity.h"
 #include "base/text.h"
 #include "base/units.h"
 #include "record/profile_set.h"
 #include "settings/settings_value.h"
 
 namespace texturon {
-namespace {
-
-std::string LengthText(double lengthMM, bool metric) {
-  return metric ? FixedText(lengthMM, 4) + " mm" : FixedText(lengthMM * kInchesPerMillimetre, 5) + " in";
-}
-
-}  // namespace
 
 std::optional<IndexRange> ResolveRegion(const RegionChoice& region, std::int32_t pointCount, double spacingUM) {
   const std::int64_t n = pointCount;
@@ -56,9 +50,9 @@ std::string DescribeStretch(const IndexRange& range, double recordSpacingUM, dou
 }
 
 LengthEntry ReadRegionLength(std::string_view text, double recordMM, bool metric) {
-  const ReadSettingResult read = ReadSetting(SettingType::Number, TrimBlanks(text));
+  const ReadSettingResult read = ReadSetting(SettingType::kNumber, TrimBlanks(text));
   if (!read.fault.empty()) return {0.0, Quoted(text) + " " + std::string(read.fault)};
-  const double lengthMM = std::get<double>(read.value) * (metric ? 1.0 : kMillimetresPerInch);
+  const double lengthMM = kLengthMM.FromShown(std::get<double>(read.value), metric);
   if (lengthMM >= 0.0 && lengthMM <= recordMM) return {lengthMM, {}};
   return {0.0, "Must be from 0 to " + RegionLengthText(recordMM, metric)};
 }
@@ -66,8 +60,8 @@ LengthEntry ReadRegionLength(std::string_view text, double recordMM, bool metric
 std::string RegionLengthText(double lengthMM, bool metric) {
   // More digits would only show the conversion.
   constexpr int kDecimals = 6;
-  const double shown = metric ? lengthMM : lengthMM * kInchesPerMillimetre;
-  return ShortestText(ParseDouble(FixedText(shown, kDecimals)).value);
+  const std::string text = ShownNumber(kLengthMM, lengthMM, metric, {kDecimals, kDecimals});
+  return ShortestText(ParseDouble(text).value);
 }
 
 }  // namespace texturon

@@ -61,9 +61,9 @@ public:
       Text("name", row.name);
       json_.Key("value");
       row.valid ? json_.Number(row.value) : json_.Null();
-      Text("unit", PrintedUnit(row.metricUnit));
-      Text("imperial_unit", PrintedUnit(row.imperialUnit));
-      Number("imperial_factor", row.imperialFactor);
+      Text("unit", PrintedUnit(row.quantity.metricUnit));
+      Text("imperial_unit", PrintedUnit(row.quantity.imperialUnit));
+      Number("imperial_factor", row.quantity.imperialFactor);
       Bool("valid", row.valid);
       Text("label", RowLabel(row.name, document_.settings.analysis, document_.settings.display.Metric));
       VerdictOf(JudgeRow(row));

@@ -10,7 +10,7 @@
 #include "analysis/region_choice.h"
 #include "base/charset.h"
 #include "base/number_text.h"
-#include "base/units.h"
+#include "base/quantity.h"
 #include "parameters/catalogue.h"
 #include "presentation/shown_rows.h"
 
@@ -41,17 +41,12 @@ void AppendFact(std::string& out, std::string_view title, const std::string& tex
   out += PadRight(std::string(title), 16) + Utf8FromWindows1252(text) + "\n";
 }
 
-std::string LengthText(double lengthMM, bool metric, int decimals) {
-  if (metric) return FixedText(lengthMM, decimals) + " mm";
-  return FixedText(lengthMM * kInchesPerMillimetre, decimals + 1) + " in";
-}
-
 std::string CutoffText(const Document& document) {
   const AnalysisSettings& settings = document.settings.analysis;
   const bool metric = document.settings.display.Metric;
-  std::string text = FilterLabel(settings) + ", long-wave cutoff " + LengthText(settings.LcCutoffMM, metric, 4);
+  std::string text = FilterLabel(settings) + ", long-wave cutoff " + LengthText(settings.LcCutoffMM, metric);
   if (const auto& shortMM = document.profiles.shortCutoffMM) {
-    text += ", short-wave cutoff " + LengthText(*shortMM, metric, 4);
+    text += ", short-wave cutoff " + LengthText(*shortMM, metric);
   } else {
     text += ", no short-wave filter";
   }
@@ -66,7 +61,7 @@ void AppendFacts(std::string& out, const Document& document, std::string_view fi
   AppendFact(out, "Date", profiles.dateTime);
   AppendFact(out, "Record",
              IntegerText(profiles.pointCount) + " points at " + ShortestText(profiles.spacingUM) +
-                 " \xB5m = " + LengthText(profiles.LengthMM(), metric, 4));
+                 " \xB5m = " + LengthText(profiles.LengthMM(), metric));
   if (profiles.tipRadiusMM > 0.0) {
     AppendFact(out, "Stylus tip", FixedText(profiles.tipRadiusMM * kMicrometresPerMillimetre, 2) + " \xB5m radius");
   }
@@ -155,7 +150,7 @@ std::string CsvRow(const Document& document, std::string_view file) {
   const bool metric = document.settings.display.Metric;
   for (const ShownRow& shown : ShownRows(document)) {
     line += ",";
-    if (shown.row.valid) line += ShortestText(metric ? shown.row.value : shown.row.value * shown.row.imperialFactor);
+    if (shown.row.valid) line += ShortestText(shown.row.quantity.Shown(shown.row.value, metric));
   }
   return line + "\n";
 }

@@ -110,7 +110,7 @@ void AddExport(CLI::App& command, CommonOptions& common, int& status) {
   command.add_option("file", options->file, "profile file")->required()->type_name("FILE");
   command.add_option("kind", options->kind, "what to write: " + ExportKindNames())->required()->type_name("KIND");
   command.add_option("-o,--output", options->output, "file to write; standard output without it")->type_name("FILE");
-  command.add_flag("--mod", options->asMod, "as form data (MOD): waviness and asphere-residual");
+  command.add_flag("--mod", options->asMod, "as form data (MOD): " + ModKindNames());
   AddFileOptions(command, common);
   AddComputeOptions(command, common);
   command.callback([=, &common, &status] { status = RunExport(*options, common); });
@@ -119,7 +119,7 @@ void AddExport(CLI::App& command, CommonOptions& common, int& status) {
 void AddConvert(CLI::App& command, CommonOptions& common, int& status) {
   const auto options = std::make_shared<ConvertOptions>();
   command.add_option("in", options->input, "profile file")->required()->type_name("IN");
-  command.add_option("out", options->output, "file to write: .lmt, .prf, .sdf or .pr; anything else becomes .lmt")
+  command.add_option("out", options->output, "file to write: " + WriterExtensions() + "; anything else becomes .lmt")
       ->required()
       ->type_name("OUT");
   AddFileOptions(command, common);

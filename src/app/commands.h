@@ -66,6 +66,10 @@ int RunBatch(const BatchOptions& options, const CommonOptions& common);
 int RunExport(const ExportOptions& options, const CommonOptions& common);
 /// The kinds of exports, separated by commas.
 std::string ExportKindNames();
+/// "waviness and asphere-residual": those that can be written as form data.
+std::string ModKindNames();
+/// ".lmt, .sdf, .prf or .pr": what convert writes.
+std::string WriterExtensions();
 int RunInspect(const InspectOptions& inspect, const CommonOptions& common);
 int RunWatch(const WatchOptions& options, const CommonOptions& common);
 int RunParameters();

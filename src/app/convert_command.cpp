@@ -9,6 +9,15 @@
 
 namespace texturon {
 
+std::string WriterExtensions() {
+  std::string extensions;
+  for (const WriterEntry& writer : WriterTable()) {
+    if (!extensions.empty()) extensions += &writer == &WriterTable().back() ? " or " : ", ";
+    extensions += writer.extension;
+  }
+  return extensions;
+}
+
 int RunConvert(const ConvertOptions& convert, const CommonOptions& common) {
   ConsolePrompts prompts({.answersYes = common.answer == "yes", .isQuiet = common.quiet});
   const auto setup = PrepareRun(common, prompts);

@@ -21,6 +21,16 @@ std::string ExportKindNames() {
   return names;
 }
 
+std::string ModKindNames() {
+  std::string names;
+  for (const ExportKind& kind : ExportKinds()) {
+    if (kind.makeMod == nullptr) continue;
+    if (!names.empty()) names += " and ";
+    names += kind.name;
+  }
+  return names;
+}
+
 int RunExport(const ExportOptions& options, const CommonOptions& common) {
   const ExportKind* const kind = FindExportKind(options.kind);
   if (kind == nullptr) throw UsageError{"export: " + options.kind + " is none of " + ExportKindNames() + "."};

@@ -9,7 +9,7 @@
 #include "base/charset.h"
 #include "base/ini_file.h"
 #include "base/number_text.h"
-#include "formats/extension_table.h"
+#include "formats/recognition.h"
 #include "parameters/catalogue.h"
 #include "platform/platform.h"
 #include "settings/settings_check.h"
@@ -66,8 +66,9 @@ int CheckSettingsFile(const std::string& file) {
 int RunParameters() {
   std::vector<std::vector<std::string>> rows = {{"NAME", "UNIT", "IMPERIAL", "FACTOR", "SOURCE", "DEFINITION"}};
   for (const MasterRow& row : MasterCatalogue()) {
-    rows.push_back({Utf8(row.name), Utf8(PrintedUnit(row.metricUnit)), Utf8(PrintedUnit(row.imperialUnit)),
-                    ShortestText(row.imperialFactor), Utf8(row.source), Utf8(row.definition)});
+    rows.push_back({Utf8(row.name), Utf8(PrintedUnit(row.quantity.metricUnit)),
+                    Utf8(PrintedUnit(row.quantity.imperialUnit)), ShortestText(row.quantity.imperialFactor),
+                    Utf8(row.source), Utf8(row.definition)});
   }
   PrintColumns(rows);
   return FinishOutput(kExitDone);

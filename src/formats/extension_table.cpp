@@ -204,10 +204,10 @@ constexpr ExtensionEntry kExtensions[] = {
 };
 
 constexpr WriterEntry kWriters[] = {
-    {".lmt", "native format", WriteNativeProfile},
-    {".sdf", "Standard Data Format", WriteSdfProfile},
-    {".prf", "Taylor Hobson PRF", WritePrfProfile},
-    {".pr", "PTB PR", WritePrProfile},
+    {".lmt", "native format", WriteNativeProfile, "Lumetrace"},
+    {".sdf", "Standard Data Format", WriteSdfProfile, "Standard Data Format"},
+    {".prf", "Taylor Hobson PRF", WritePrfProfile, "Taylor Hobson PRF"},
+    {".pr", "PTB PR", WritePrProfile, "PTB PR"},
 };
 
 }  // namespace

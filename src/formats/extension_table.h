@@ -38,13 +38,6 @@ struct ProfileReader {
   Companion companion;
 };
 
-/// Runs the reader's routine, or recognises the file by its markers. Spacing or heights that are not finite are
-/// refused.
-ReadResult RunReader(const ProfileReader& reader, const ReaderInput& input, ImportedProfile& profile);
-
-/// What the reader takes, for a list; how it recognises what it does not read.
-std::string WhatItTakes(const ProfileReader& reader);
-
 /// The chain of readers behind a file name extension, tried in order.
 struct ExtensionEntry {
   std::string_view extension;  ///< with its dot; compared without regard to case
@@ -61,6 +54,7 @@ struct WriterEntry {
   std::string_view extension;
   std::string_view name;
   WriteFunction write;
+  std::string_view dialogName;  ///< in the list of a save dialog; empty: to be typed
 };
 
 /// Every format that is written; the first is the native one.

@@ -10,7 +10,7 @@
 #include "base/charset.h"
 #include "base/number_text.h"
 #include "base/text.h"
-#include "formats/extension_table.h"
+#include "formats/recognition.h"
 #include "formats/text_lines.h"
 #include "platform/platform.h"
 

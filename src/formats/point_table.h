@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "settings/settings.h"
+#include "settings/analysis_settings.h"
 
 namespace texturon {
 

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
+#include "formats/recognition.h"
+
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
@@ -7,7 +9,6 @@
 
 #include "base/text.h"
 #include "formats/companion_file.h"
-#include "formats/extension_table.h"
 #include "formats/reader_questions.h"
 #include "formats/text_lines.h"
 #include "platform/platform.h"

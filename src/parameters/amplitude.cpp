@@ -10,7 +10,7 @@ namespace texturon {
 namespace {
 
 /// mean / q^power, or 0 where the sum's denominator n q^power vanishes.
-std::optional<double> StandardisedMoment(const RowInput& row, double mean, int power) {
+RowResult StandardisedMoment(const RowInput& row, double mean, int power) {
   const auto q = RootMeanSquareDeviation(row);
   if (!q) return std::nullopt;
   double denominator = 1.0;
@@ -22,40 +22,40 @@ std::optional<double> StandardisedMoment(const RowInput& row, double mean, int p
 
 }  // namespace
 
-std::optional<double> TotalHeight(const RowInput& row) {
+RowResult TotalHeight(const RowInput& row) {
   if (row.profile.Heights().empty()) return std::nullopt;
   return row.profile.Extremes().highest - row.profile.Extremes().lowest;
 }
 
-std::optional<double> MaximumPeakHeight(const RowInput& row) {
+RowResult MaximumPeakHeight(const RowInput& row) {
   if (row.profile.Heights().empty()) return std::nullopt;
   return row.profile.Extremes().highest;
 }
 
-std::optional<double> MaximumValleyDepth(const RowInput& row) {
+RowResult MaximumValleyDepth(const RowInput& row) {
   if (row.profile.Heights().empty()) return std::nullopt;
   return -row.profile.Extremes().lowest;
 }
 
-std::optional<double> ArithmeticMeanDeviation(const RowInput& row) {
+RowResult ArithmeticMeanDeviation(const RowInput& row) {
   if (row.profile.Heights().empty()) return std::nullopt;
   return row.profile.Moments().absolute;
 }
 
-std::optional<double> RootMeanSquareDeviation(const RowInput& row) {
+RowResult RootMeanSquareDeviation(const RowInput& row) {
   if (row.profile.Heights().empty()) return std::nullopt;
   return std::sqrt(row.profile.Moments().square);
 }
 
-std::optional<double> Skewness(const RowInput& row) {
+RowResult Skewness(const RowInput& row) {
   return StandardisedMoment(row, row.profile.Moments().cube, 3);
 }
 
-std::optional<double> Kurtosis(const RowInput& row) {
+RowResult Kurtosis(const RowInput& row) {
   return StandardisedMoment(row, row.profile.Moments().fourth, 4);
 }
 
-std::optional<double> ShareWithinDeviation(const RowInput& row) {
+RowResult ShareWithinDeviation(const RowInput& row) {
   constexpr double kRoundingOfQ = 1e-12;
   const auto q = RootMeanSquareDeviation(row);
   if (!q || !std::isfinite(*q)) return std::nullopt;

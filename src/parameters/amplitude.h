@@ -9,17 +9,17 @@
 // Whole-profile height parameters after ISO 4287, in um (skewness and kurtosis: 1). Each fails for no points.
 namespace texturon {
 
-std::optional<double> TotalHeight(const RowInput& row);              ///< t: highest minus lowest
-std::optional<double> MaximumPeakHeight(const RowInput& row);        ///< p: highest
-std::optional<double> MaximumValleyDepth(const RowInput& row);       ///< v: minus the lowest
-std::optional<double> ArithmeticMeanDeviation(const RowInput& row);  ///< a: mean of |z|
-std::optional<double> RootMeanSquareDeviation(const RowInput& row);  ///< q: root of the mean of z^2
+RowResult TotalHeight(const RowInput& row);              ///< t: highest minus lowest
+RowResult MaximumPeakHeight(const RowInput& row);        ///< p: highest
+RowResult MaximumValleyDepth(const RowInput& row);       ///< v: minus the lowest
+RowResult ArithmeticMeanDeviation(const RowInput& row);  ///< a: mean of |z|
+RowResult RootMeanSquareDeviation(const RowInput& row);  ///< q: root of the mean of z^2
 /// sk: mean of z^3 over q^3. 0 where n q^3 is below the machine epsilon.
-std::optional<double> Skewness(const RowInput& row);
+RowResult Skewness(const RowInput& row);
 /// ku: mean of z^4 over q^4. 0 where n q^4 is below the machine epsilon.
-std::optional<double> Kurtosis(const RowInput& row);
+RowResult Kurtosis(const RowInput& row);
 /// twi: share in percent of the points within plus or minus q of the mean line, both included; a two-valued profile
 /// lies on them, so rounding of q is forgiven. Fails also where q is not finite.
-std::optional<double> ShareWithinDeviation(const RowInput& row);
+RowResult ShareWithinDeviation(const RowInput& row);
 
 }  // namespace texturon

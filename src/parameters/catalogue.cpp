@@ -12,14 +12,9 @@
 namespace texturon {
 namespace {
 
-constexpr std::string_view kMotifNames[] = {"R", "Rx", "AR", "W", "Wx", "Wte", "AW"};
-
-constexpr std::pair<std::string_view, std::string_view> kExternalNames[] = {
-    {"Rz", "RzDIN"}, {"RSm", "Rsm"},  {"CV", "Rvo"},        {"A2", "Rvo"},  // A2 is understood but never written
-    {"Mr1", "Rmr1"}, {"Mr2", "Rmr2"}, {"Rpk_Star", "Rpk*"}, {"Rvk_Star", "Rvk*"},
-};
-
-constexpr std::string_view kRkFamily[] = {"Rpk+k", "Rpk/k", "Rk+vk", "Rvk/k", "Rmr1", "Rmr2", "Rpk*", "Rvk*"};
+// Understood in test plans besides the name that the row itself has there.
+constexpr std::string_view kOlderPlanName = "A2";
+constexpr std::string_view kRowOfOlderPlanName = "Rvo";
 
 ParameterDef MakeRow(const ParameterSelection& selection) {
   ParameterDef row;
@@ -27,9 +22,7 @@ ParameterDef MakeRow(const ParameterSelection& selection) {
   row.selected = selection.selected;
   row.tolerance = selection.tolerance;
   if (const MasterRow* master = FindMasterRow(selection.name)) {
-    row.metricUnit = master->metricUnit;
-    row.imperialUnit = master->imperialUnit;
-    row.imperialFactor = master->imperialFactor;
+    row.quantity = master->quantity;
     row.format = master->format;
   }
   return row;
@@ -37,14 +30,19 @@ ParameterDef MakeRow(const ParameterSelection& selection) {
 
 }  // namespace
 
-const MasterRow* FindMasterRow(std::string_view name) {
+const MasterRow* FindOwnMasterRow(std::string_view name) {
   const auto rows = MasterCatalogue();
   const auto own = std::find_if(rows.begin(), rows.end(),
                                 [name](const MasterRow& row) { return EqualIgnoringCase(row.name, name); });
-  if (own != rows.end()) return &*own;
+  return own != rows.end() ? &*own : nullptr;
+}
+
+const MasterRow* FindMasterRow(std::string_view name) {
+  if (const MasterRow* const own = FindOwnMasterRow(name)) return own;
   if (name.size() < 2) return nullptr;
+  const auto rows = MasterCatalogue();
   const auto sibling = std::find_if(rows.begin(), rows.end(), [name](const MasterRow& row) {
-    return !IsMotifName(row.name) && EqualIgnoringCase(row.name.substr(1), name.substr(1));
+    return row.details.family != ParameterFamily::kMotif && EqualIgnoringCase(row.name.substr(1), name.substr(1));
   });
   return sibling != rows.end() ? &*sibling : nullptr;
 }
@@ -81,9 +79,9 @@ std::string PrintedUnit(std::string_view unit) {
 
 std::string ShownValue(const ParameterDef& row, bool metric) {
   if (!row.valid) return {};
-  const double value = metric ? row.value : row.value * row.imperialFactor;
+  const double value = row.quantity.Shown(row.value, metric);
   if (!std::isfinite(value)) return {};
-  const int decimals = metric ? row.format.metricDecimals : row.format.imperialDecimals;
+  const int decimals = row.format.decimals.In(metric);
   return row.format.scientific ? ScientificText(value, decimals) : FixedText(value, decimals);
 }
 
@@ -101,26 +99,32 @@ std::optional<Verdict> JudgeRow(const ParameterDef& row) {
 }
 
 std::string ExternalToCatalogueName(std::string_view external) {
-  for (const auto& [outside, inside] : kExternalNames) {
-    if (outside == external) return std::string(inside);
+  if (external == kOlderPlanName) return std::string(kRowOfOlderPlanName);
+  for (const MasterRow& row : MasterCatalogue()) {
+    if (!row.details.planName.empty() && row.details.planName == external) return std::string(row.name);
   }
   return std::string(external);
 }
 
 std::string CatalogueToExternalName(std::string_view name) {
-  for (const auto& [outside, inside] : kExternalNames) {
-    if (inside == name) return std::string(outside);
-  }
-  return std::string(name);
+  const MasterRow* const row = FindOwnMasterRow(name);
+  const bool isMapped = row != nullptr && row->name == name && !row->details.planName.empty();
+  return std::string(isMapped ? row->details.planName : name);
+}
+
+ParameterFamily FamilyOfRow(std::string_view name) {
+  const MasterRow* const row = FindOwnMasterRow(name);
+  if (row == nullptr) return ParameterFamily::kByLetter;
+  const ParameterFamily family = row->details.family;
+  return family == ParameterFamily::kMotif || row->name == name ? family : ParameterFamily::kByLetter;
 }
 
 bool IsRkFamily(std::string_view name) {
-  return std::find(std::begin(kRkFamily), std::end(kRkFamily), name) != std::end(kRkFamily);
+  return FamilyOfRow(name) == ParameterFamily::kDerivedCore;
 }
 
 bool IsMotifName(std::string_view name) {
-  return std::any_of(std::begin(kMotifNames), std::end(kMotifNames),
-                     [name](std::string_view motif) { return EqualIgnoringCase(motif, name); });
+  return FamilyOfRow(name) == ParameterFamily::kMotif;
 }
 
 }  // namespace texturon

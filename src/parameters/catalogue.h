@@ -8,30 +8,10 @@
 #include <string_view>
 #include <vector>
 
-#include "settings/settings.h"
+#include "parameters/catalogue_table.h"
+#include "settings/analysis_settings.h"
 
 namespace texturon {
-
-/// How the values of a row are printed for people.
-struct ValueFormat {
-  int metricDecimals = 3;
-  int imperialDecimals = 3;
-  bool scientific = false;
-};
-
-/// One row of the master catalogue: what the program knows of a parameter.
-struct MasterRow {
-  std::string_view name;
-  std::string_view metricUnit;  ///< Windows-1252; a per-cent sign is stored doubled
-  std::string_view imperialUnit;
-  double imperialFactor;  ///< imperial value = metric value x this
-  ValueFormat format;
-  std::string_view definition;  ///< one line
-  std::string_view source;      ///< the standard that defines it, or this program
-};
-
-/// The 107 rows in their fixed order.
-std::span<const MasterRow> MasterCatalogue();
 
 /// One row of the working list: a name from the settings, what is known of it, and its last result.
 struct ParameterDef {
@@ -39,9 +19,7 @@ struct ParameterDef {
   bool valid = false;    ///< the last pass computed it
   Tolerance tolerance;   ///< limits in the metric unit
   std::string name;
-  std::string metricUnit;
-  std::string imperialUnit;
-  double imperialFactor = 1.0;
+  Quantity quantity;
   double value = 0.0;  ///< metric; 0 after a failed computation, untouched when the row was skipped
   ValueFormat format;
 };
@@ -60,6 +38,8 @@ std::vector<ParameterSelection> DefaultSelection();
 ParameterCatalogue MakeWorkingList(std::span<const ParameterSelection> selection,
                                    const ParameterCatalogue& former = {});
 
+/// Master row of this name, in any case.
+const MasterRow* FindOwnMasterRow(std::string_view name);
 /// Master row for a name: its own, else that of the same suffix. Case is ignored.
 const MasterRow* FindMasterRow(std::string_view name);
 
@@ -78,6 +58,8 @@ std::optional<Verdict> JudgeRow(const ParameterDef& row);
 // Names as test plans and result files write them. Case counts; a name that is not mapped stands for itself.
 std::string ExternalToCatalogueName(std::string_view external);
 std::string CatalogueToExternalName(std::string_view name);
+/// Family of a row. Motif rows are known in any case, core-roughness rows by their exact name alone.
+ParameterFamily FamilyOfRow(std::string_view name);
 /// True for the derived core-roughness rows: Rpk+k, Rpk/k, Rk+vk, Rvk/k, Rmr1, Rmr2, Rpk*, Rvk*.
 bool IsRkFamily(std::string_view name);
 

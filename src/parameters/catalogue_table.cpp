@@ -1,51 +1,71 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include <iterator>
-
-#include "base/units.h"
-#include "parameters/catalogue.h"
+#include "parameters/catalogue_table.h"
 
 namespace texturon {
 namespace {
 
 /// What rows of one kind of quantity share.
-struct Quantity {
-  std::string_view metricUnit;
-  std::string_view imperialUnit;
-  double imperialFactor;
+struct RowKind {
+  Quantity quantity;
   ValueFormat format;
 };
+
+using S = AnalysisSettings;
+using enum ParameterFamily;
 
 constexpr std::string_view kOwn = "this program";
 constexpr double kSquareInchesPerSquareMillimetre = 0.0015500031000062;
 constexpr double kPerSquareMicroinchPerSquareMicrometre = 0.00064516;
 constexpr double kPerInchPerCentimetre = 2.54;
 
-constexpr Quantity kNumber{"", "", 1.0, {4, 4}};
-constexpr Quantity kCount{"", "", 1.0, {0, 0}};
-constexpr Quantity kHeight{"\xB5m", "\xB5in", kMicroinchesPerMicrometre, {4, 2}};
-constexpr Quantity kLength{"mm", "in", kInchesPerMillimetre, {5, 6}};
-constexpr Quantity kArea{"mm2", "in2", kSquareInchesPerSquareMillimetre, {6, 8}};
-constexpr Quantity kAngle{"\xB0", "\xB0", 1.0, {3, 3}};
-constexpr Quantity kMinutes{"min", "min", 1.0, {3, 3}};
-constexpr Quantity kPercent{"%%", "%%", 1.0, {2, 2}};
-constexpr Quantity kPerLength{"1/cm", "1/in", kPerInchPerCentimetre, {2, 2}};
-constexpr Quantity kCountPerLength{"#/cm", "#/in", kPerInchPerCentimetre, {2, 2}};
+constexpr RowKind kNumber{{"", ""}, {{4, 4}}};
+constexpr RowKind kCount{{"", ""}, {{0, 0}}};
+constexpr RowKind kHeight{kHeightUM, {{4, 2}}};
+constexpr RowKind kLength{kLengthMM, {{5, 6}}};
+constexpr RowKind kArea{{"mm2", "in2", kSquareInchesPerSquareMillimetre}, {{6, 8}}};
+constexpr RowKind kAngle{kAngleDegrees, {{3, 3}}};
+constexpr RowKind kMinutes{{"min", "min"}, {{3, 3}}};
+constexpr RowKind kPercent{{"%%", "%%"}, {{2, 2}}};
+constexpr RowKind kPerLength{{"1/cm", "1/in", kPerInchPerCentimetre}, {{2, 2}}};
+constexpr RowKind kCountPerLength{{"#/cm", "#/in", kPerInchPerCentimetre}, {{2, 2}}};
 // The zeroth moment is a square and the position of a swept window a length in mm, yet both carry the factor of
 // heights.
-constexpr Quantity kMoment0{"\xB5m2", "\xB5in2", kMicroinchesPerMicrometre, {5, 5, true}};
-constexpr Quantity kMoment2{"", "", 1.0, {5, 5, true}};
-constexpr Quantity kMoment4{"\xB5m-2", "\xB5in-2", kPerSquareMicroinchPerSquareMicrometre, {5, 5, true}};
-constexpr Quantity kSweptPosition{"mm", "in", kMicroinchesPerMicrometre, {4, 4}};
+constexpr RowKind kMoment0{{"\xB5m2", "\xB5in2", kMicroinchesPerMicrometre}, {{5, 5}, true}};
+constexpr RowKind kMoment2{{"", ""}, {{5, 5}, true}};
+constexpr RowKind kMoment4{{"\xB5m-2", "\xB5in-2", kPerSquareMicroinchPerSquareMicrometre}, {{5, 5}, true}};
+constexpr RowKind kSweptPosition{{"mm", "in", kMicroinchesPerMicrometre}, {{4, 4}}};
 
-constexpr MasterRow Row(std::string_view name, const Quantity& quantity, std::string_view definition,
-                        std::string_view source) {
-  return {name,  quantity.metricUnit, quantity.imperialUnit, quantity.imperialFactor, quantity.format, definition,
-          source};
+constexpr MasterRow Row(std::string_view name, const RowKind& kind, std::string_view definition,
+                        std::string_view source, const RowDetails& details = {}) {
+  return {name, kind.quantity, kind.format, definition, source, details};
 }
 
-// The order is the order of every table, report and export until settings bring their own. AR and AW are lengths but
-// are given in um.
+// The discrimination of the elements: of the roughness, all rows have that of the heights.
+constexpr RowDetails WidthRow(SettingNote::Field height, SettingNote::Field width, int csvDecimals) {
+  return {.note = {ElementWidthNote, height, width},
+          .csvLabel = {ElementWidthColumn, height, width},
+          .csvDecimals = csvDecimals};
+}
+constexpr RowDetails HeightRow(SettingNote::Field height, SettingNote::Field width) {
+  return {.note = {ElementHeightNote, height, width}, .csvLabel = {ElementHeightColumn, height, width}};
+}
+constexpr RowDetails Ball(SettingNote::Field radius) {
+  return {.note = {BallNote, radius}};
+}
+constexpr RowDetails PeakCount(SettingNote::Field band) {
+  return {.note = {PeakCountNote, band}, .csvLabel = {PeakCountColumn, band}};
+}
+constexpr RowDetails kClosing = Ball(&S::ClosingRadiusForWvoid);
+constexpr RowDetails kOpening = Ball(&S::OpeningRadiusForWcvx);
+constexpr RowDetails kSlopeWindow = {.note = {SlopeWindowNote, &S::AsphereSlopeWindowMM}};
+constexpr RowDetails kSegment = {.note = {SegmentNote, &S::WindowWidthForWseg}};
+constexpr RowDetails kSixDecimals = {.csvDecimals = 6};
+constexpr RowDetails kCoreRow = {.family = kCore};
+constexpr RowDetails kDerivedCoreRow = {.family = kDerivedCore};
+constexpr RowDetails kMotifRow = {.family = kMotif};
+
+// AR and AW are lengths but are given in um.
 constexpr MasterRow kMasterRows[] = {
     Row("Ft", kHeight, "total height of the form-suppressed profile: highest minus lowest point", "ISO 4287"),
     Row("Pt", kHeight, "total height: highest minus lowest point", "ISO 4287"),
@@ -55,13 +75,14 @@ constexpr MasterRow kMasterRows[] = {
     Row("Pku", kNumber, "kurtosis: mean of z^4 over q^4", "ISO 4287"),
     Row("Pp", kHeight, "maximum peak height above the mean line", "ISO 4287"),
     Row("Pv", kHeight, "maximum valley depth below the mean line", "ISO 4287"),
-    Row("Psm", kLength, "mean width of the profile elements", "ISO 4287"),
+    Row("Psm", kLength, "mean width of the profile elements", "ISO 4287",
+        WidthRow(&S::PsmPzPercent, &S::PsmSamplingLengthPercent, 6)),
     Row("Ps", kLength, "mean spacing of local peaks", kOwn),
-    Row("Phsc", kCount, "high spot count", kOwn),
-    Row("Pvc", kCount, "valley count", kOwn),
-    Row("Pm0", kMoment0, "zeroth spectral moment: mean of z^2", kOwn),
-    Row("Pm2", kMoment2, "second spectral moment: mean square of the slope", kOwn),
-    Row("Pm4", kMoment4, "fourth spectral moment: mean square of the curvature", kOwn),
+    Row("Phsc", kCount, "high spot count", kOwn, {.csvLabel = {LevelColumn, &S::PrimaryHSCHeight}}),
+    Row("Pvc", kCount, "valley count", kOwn, {.csvLabel = {LevelColumn, &S::PrimaryVCHeight}}),
+    Row("Pm0", kMoment0, "zeroth spectral moment: mean of z^2", kOwn, kSixDecimals),
+    Row("Pm2", kMoment2, "second spectral moment: mean square of the slope", kOwn, kSixDecimals),
+    Row("Pm4", kMoment4, "fourth spectral moment: mean square of the curvature", kOwn, kSixDecimals),
     Row("Pdsm", kLength, "standard deviation of the profile element widths", kOwn),
     Row("Wt", kHeight, "total height: highest minus lowest point", "ISO 4287"),
     Row("Wa", kHeight, "arithmetic mean deviation: mean of |z|", "ISO 4287"),
@@ -70,28 +91,30 @@ constexpr MasterRow kMasterRows[] = {
     Row("Wpl", kHeight, "highest point within the left end region", kOwn),
     Row("Wpr", kHeight, "highest point within the right end region", kOwn),
     Row("Wv", kHeight, "maximum valley depth below the mean line", "ISO 4287"),
-    Row("Wseg", kHeight, "largest peak-to-valley height in a moving window", kOwn),
-    Row("Wsegl", kLength, "position of Wseg", kOwn),
-    Row("Wsm", kLength, "mean width of the profile elements", "ISO 4287"),
+    Row("Wseg", kHeight, "largest peak-to-valley height in a moving window", kOwn, kSegment),
+    Row("Wsegl", kLength, "position of Wseg", kOwn, kSegment),
+    Row("Wsm", kLength, "mean width of the profile elements", "ISO 4287",
+        WidthRow(&S::WsmWzPercent, &S::WsmSamplingLengthPercent, 3)),
     Row("Ws", kLength, "mean spacing of local peaks", kOwn),
     Row("Wdq", kAngle, "root mean square slope, 7-point formula, as an angle", "ISO 4287"),
-    Row("Wcvx", kHeight, "largest height above the opening envelope", kOwn),
-    Row("Wcvxm", kHeight, "mean bump height above the opening envelope", kOwn),
-    Row("Wcvxl", kLength, "position of Wcvx", kOwn),
-    Row("Wvoid", kHeight, "mean gap between the closing envelope and the profile", kOwn),
-    Row("Wvdd", kHeight, "largest void depth under the closing envelope", kOwn),
-    Row("Wvddl", kLength, "position of Wvdd", kOwn),
-    Row("Wvdc", kPerLength, "voids per length", kOwn),
-    Row("Wvdas", kNumber, "mean void depth-to-length ratio", kOwn),
-    Row("Wvdmp", kLength, "mean void length", kOwn),
-    Row("Wvdm", kHeight, "mean void depth", kOwn),
-    Row("Wvda", kArea, "void area", kOwn),
+    Row("Wcvx", kHeight, "largest height above the opening envelope", kOwn, kOpening),
+    Row("Wcvxm", kHeight, "mean bump height above the opening envelope", kOwn, kOpening),
+    Row("Wcvxl", kLength, "position of Wcvx", kOwn, kOpening),
+    Row("Wvoid", kHeight, "mean gap between the closing envelope and the profile", kOwn, kClosing),
+    Row("Wvdd", kHeight, "largest void depth under the closing envelope", kOwn, kClosing),
+    Row("Wvddl", kLength, "position of Wvdd", kOwn, kClosing),
+    Row("Wvdc", kPerLength, "voids per length", kOwn, kClosing),
+    Row("Wvdas", kNumber, "mean void depth-to-length ratio", kOwn, kClosing),
+    Row("Wvdmp", kLength, "mean void length", kOwn, kClosing),
+    Row("Wvdm", kHeight, "mean void depth", kOwn, kClosing),
+    Row("Wvda", kArea, "void area", kOwn, kClosing),
     Row("Wtc", kHeight, "greatest height of a profile element", kOwn),
-    Row("Wc", kHeight, "mean height of the profile elements", "ISO 4287"),
-    Row("Wlslp", kMinutes, "largest slope of the least-squares line over a moving window", kOwn),
-    Row("Wlslpl", kLength, "position of Wlslp", kOwn),
-    Row("Weslp", kMinutes, "largest slope of the chord over a moving window", kOwn),
-    Row("Weslpl", kLength, "position of Weslp", kOwn),
+    Row("Wc", kHeight, "mean height of the profile elements", "ISO 4287",
+        HeightRow(&S::WcWzPercent, &S::WcSamplingLengthPercent)),
+    Row("Wlslp", kMinutes, "largest slope of the least-squares line over a moving window", kOwn, kSlopeWindow),
+    Row("Wlslpl", kLength, "position of Wlslp", kOwn, kSlopeWindow),
+    Row("Weslp", kMinutes, "largest slope of the chord over a moving window", kOwn, kSlopeWindow),
+    Row("Weslpl", kLength, "position of Weslp", kOwn, kSlopeWindow),
     Row("Ra", kHeight, "arithmetic mean deviation: mean of |z|", "ISO 4287"),
     Row("Ra1", kHeight, "largest mean of |z| in a window of one sampling length swept along the profile", kOwn),
     Row("Ra1l", kSweptPosition, "position of Ra1", kOwn),
@@ -99,7 +122,8 @@ constexpr MasterRow kMasterRows[] = {
     Row("Ra7l", kSweptPosition, "position of Ra7", kOwn),
     Row("Rpm7", kHeight, "largest mean of seven neighbouring sampling-length peak heights", kOwn),
     Row("Rpm7l", kSweptPosition, "position of Rpm7", kOwn),
-    Row("Rc", kHeight, "mean height of the profile elements", "ISO 4287"),
+    Row("Rc", kHeight, "mean height of the profile elements", "ISO 4287",
+        HeightRow(&S::RcRzPercent, &S::RcSamplingLengthPercent)),
     Row("Rt", kHeight, "total height: highest minus lowest point", "ISO 4287"),
     Row("Rp", kHeight, "maximum peak height above the mean line", "ISO 4287"),
     Row("Rv", kHeight, "maximum valley depth below the mean line", "ISO 4287"),
@@ -110,7 +134,7 @@ constexpr MasterRow kMasterRows[] = {
     Row("Rdsk", kNumber, "skewness of the local slopes", kOwn),
     Row("Rsk", kNumber, "skewness: mean of z^3 over q^3", "ISO 4287"),
     Row("Rku", kNumber, "kurtosis: mean of z^4 over q^4", "ISO 4287"),
-    Row("RzDIN", kHeight, "mean peak-to-valley height of the sampling lengths", "DIN 4768"),
+    Row("RzDIN", kHeight, "mean peak-to-valley height of the sampling lengths", "DIN 4768", {.planName = "Rz"}),
     Row("Rzi", kHeight, "mean of the single peak-to-valley heights", kOwn),
     Row("R3z", kHeight, "third-highest peak to third-lowest valley, mean of the sampling lengths", kOwn),
     Row("RzJIS", kHeight, "ten-point height, mean of the sampling lengths", "JIS B 0601"),
@@ -120,42 +144,47 @@ constexpr MasterRow kMasterRows[] = {
     Row("Rmax", kHeight, "largest peak-to-valley height of a sampling length", kOwn),
     Row("Ry", kHeight, "largest peak-to-valley height of a sampling length, as Rmax", kOwn),
     Row("Rz1max", kHeight, "largest single peak-to-valley height, as Rmax", kOwn),
-    Row("Rsm", kLength, "mean width of the profile elements", "ISO 4287"),
+    Row("Rsm", kLength, "mean width of the profile elements", "ISO 4287",
+        {.note = {ElementWidthNote, &S::RcRzPercent, &S::RcSamplingLengthPercent},
+         .csvLabel = {ElementWidthColumn, &S::RcRzPercent, &S::RcSamplingLengthPercent},
+         .csvDecimals = 6,
+         .planName = "RSm"}),
     Row("Rs", kLength, "mean spacing of local peaks", kOwn),
-    Row("Rhsc", kCount, "high spot count", kOwn),
-    Row("Rvc", kCount, "valley count", kOwn),
-    Row("Rk", kHeight, "core roughness depth", "ISO 13565-2"),
-    Row("Rpk", kHeight, "reduced peak height", "ISO 13565-2"),
-    Row("Rpk*", kHeight, "highest point above the core", kOwn),
-    Row("Rpk+k", kHeight, "Rpk + Rk", kOwn),
-    Row("Rpk/k", kNumber, "Rpk / Rk", kOwn),
-    Row("Rk+vk", kHeight, "Rk + Rvk", kOwn),
-    Row("Rvk/k", kNumber, "Rvk / Rk", kOwn),
-    Row("Rvk", kHeight, "reduced valley depth", "ISO 13565-2"),
-    Row("Rvk*", kHeight, "lowest point below the core", kOwn),
-    Row("Rmr1", kPercent, "material ratio at the upper end of the core", "ISO 13565-2"),
-    Row("Rmr2", kPercent, "material ratio at the lower end of the core", "ISO 13565-2"),
-    Row("Rvo", kHeight, "valley area: (100 - Rmr2) Rvk / 200", "ISO 13565-2"),
+    Row("Rhsc", kCount, "high spot count", kOwn, {.csvLabel = {RoughnessHighSpotColumn, &S::RoughnessHSCHeight}}),
+    Row("Rvc", kCount, "valley count", kOwn, {.csvLabel = {LevelColumn, &S::RoughnessVCHeight}}),
+    Row("Rk", kHeight, "core roughness depth", "ISO 13565-2", kCoreRow),
+    Row("Rpk", kHeight, "reduced peak height", "ISO 13565-2", kCoreRow),
+    Row("Rpk*", kHeight, "highest point above the core", kOwn, {.family = kDerivedCore, .planName = "Rpk_Star"}),
+    Row("Rpk+k", kHeight, "Rpk + Rk", kOwn, kDerivedCoreRow),
+    Row("Rpk/k", kNumber, "Rpk / Rk", kOwn, kDerivedCoreRow),
+    Row("Rk+vk", kHeight, "Rk + Rvk", kOwn, kDerivedCoreRow),
+    Row("Rvk/k", kNumber, "Rvk / Rk", kOwn, kDerivedCoreRow),
+    Row("Rvk", kHeight, "reduced valley depth", "ISO 13565-2", kCoreRow),
+    Row("Rvk*", kHeight, "lowest point below the core", kOwn, {.family = kDerivedCore, .planName = "Rvk_Star"}),
+    Row("Rmr1", kPercent, "material ratio at the upper end of the core", "ISO 13565-2",
+        {.family = kDerivedCore, .planName = "Mr1"}),
+    Row("Rmr2", kPercent, "material ratio at the lower end of the core", "ISO 13565-2",
+        {.family = kDerivedCore, .planName = "Mr2"}),
+    Row("Rvo", kHeight, "valley area: (100 - Rmr2) Rvk / 200", "ISO 13565-2", {.family = kCore, .planName = "CV"}),
     Row("Rpq", kHeight, "plateau slope on the probability scale", "ISO 13565-3"),
     Row("Rvq", kHeight, "valley slope on the probability scale", "ISO 13565-3"),
     Row("Rmq", kPercent, "material ratio where plateau and valley lines cross", "ISO 13565-3"),
     Row("Rcl", kHeight, "mean over the sampling lengths of the mean element height", kOwn),
-    Row("Rm0", kMoment0, "zeroth spectral moment: mean of z^2", kOwn),
-    Row("Rm2", kMoment2, "second spectral moment: mean square of the slope", kOwn),
-    Row("Rm4", kMoment4, "fourth spectral moment: mean square of the curvature", kOwn),
-    Row("Rpc", kCountPerLength, "peak count per length", kOwn),
+    Row("Rm0", kMoment0, "zeroth spectral moment: mean of z^2", kOwn, kSixDecimals),
+    Row("Rm2", kMoment2, "second spectral moment: mean square of the slope", kOwn, kSixDecimals),
+    Row("Rm4", kMoment4, "fourth spectral moment: mean square of the curvature", kOwn, kSixDecimals),
+    Row("Rpc", kCountPerLength, "peak count per length", kOwn, PeakCount(&S::RoughnessPcLevel)),
     Row("Rtwi", kPercent, "share of points within plus or minus q of the mean line", kOwn),
-    Row("Ppc", kCountPerLength, "peak count per length", kOwn),
-    Row("Wpc", kCountPerLength, "peak count per length", kOwn),
-    Row("R", kHeight, "mean depth of the roughness motifs", "ISO 12085"),
-    Row("Rx", kHeight, "largest depth of the roughness motifs", "ISO 12085"),
-    Row("AR", kHeight, "mean length of the roughness motifs", "ISO 12085"),
-    Row("Wte", kHeight, "total depth of the waviness", "ISO 12085"),
-    Row("W", kHeight, "mean depth of the waviness motifs", "ISO 12085"),
-    Row("Wx", kHeight, "largest depth of the waviness motifs", "ISO 12085"),
-    Row("AW", kHeight, "mean length of the waviness motifs", "ISO 12085"),
+    Row("Ppc", kCountPerLength, "peak count per length", kOwn, PeakCount(&S::PrimaryPcLevel)),
+    Row("Wpc", kCountPerLength, "peak count per length", kOwn, PeakCount(&S::WavinessPcLevel)),
+    Row("R", kHeight, "mean depth of the roughness motifs", "ISO 12085", kMotifRow),
+    Row("Rx", kHeight, "largest depth of the roughness motifs", "ISO 12085", kMotifRow),
+    Row("AR", kHeight, "mean length of the roughness motifs", "ISO 12085", kMotifRow),
+    Row("Wte", kHeight, "total depth of the waviness", "ISO 12085", kMotifRow),
+    Row("W", kHeight, "mean depth of the waviness motifs", "ISO 12085", kMotifRow),
+    Row("Wx", kHeight, "largest depth of the waviness motifs", "ISO 12085", kMotifRow),
+    Row("AW", kHeight, "mean length of the waviness motifs", "ISO 12085", kMotifRow),
 };
-static_assert(std::size(kMasterRows) == 107);
 
 }  // namespace
 

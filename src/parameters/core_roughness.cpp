@@ -86,7 +86,7 @@ double AreaAbove(std::span<const double> h, std::size_t first, std::size_t last,
 }
 
 template <typename Value>
-std::optional<double> FromResult(const RowInput& row, Value value) {
+RowResult FromResult(const RowInput& row, Value value) {
   const RkResult& result = CoreRoughnessOf(row.profile);
   if (!result.valid) return std::nullopt;
   return value(result);
@@ -118,54 +118,54 @@ RkResult ComputeCoreRoughness(std::span<const double> h) {
 }
 
 const RkResult& CoreRoughnessOf(const ParameterProfile& profile) {
-  return profile.Shared<RkResult>([&profile] { return ComputeCoreRoughness(profile.SortedHeights()); });
+  return profile.Cached<RkResult>([&profile] { return ComputeCoreRoughness(profile.SortedHeights()); });
 }
 
-std::optional<double> CoreDepth(const RowInput& row) {
+RowResult CoreDepth(const RowInput& row) {
   return FromResult(row, [](const RkResult& r) { return r.Rk; });
 }
 
-std::optional<double> ReducedPeakHeight(const RowInput& row) {
+RowResult ReducedPeakHeight(const RowInput& row) {
   return FromResult(row, [](const RkResult& r) { return r.Rpk; });
 }
 
-std::optional<double> ReducedValleyDepth(const RowInput& row) {
+RowResult ReducedValleyDepth(const RowInput& row) {
   return FromResult(row, [](const RkResult& r) { return r.Rvk; });
 }
 
-std::optional<double> PeakAboveCore(const RowInput& row) {
+RowResult PeakAboveCore(const RowInput& row) {
   return FromResult(row, [&](const RkResult& r) { return row.profile.Extremes().highest - r.upperLine; });
 }
 
-std::optional<double> ValleyBelowCore(const RowInput& row) {
+RowResult ValleyBelowCore(const RowInput& row) {
   return FromResult(row, [&](const RkResult& r) { return r.lowerLine - row.profile.Extremes().lowest; });
 }
 
-std::optional<double> PeakPlusCore(const RowInput& row) {
+RowResult PeakPlusCore(const RowInput& row) {
   return FromResult(row, [](const RkResult& r) { return r.Rpk + r.Rk; });
 }
 
-std::optional<double> CorePlusValley(const RowInput& row) {
+RowResult CorePlusValley(const RowInput& row) {
   return FromResult(row, [](const RkResult& r) { return r.Rk + r.Rvk; });
 }
 
-std::optional<double> PeakToCoreRatio(const RowInput& row) {
+RowResult PeakToCoreRatio(const RowInput& row) {
   return FromResult(row, [](const RkResult& r) { return r.Rpk / r.Rk; });
 }
 
-std::optional<double> ValleyToCoreRatio(const RowInput& row) {
+RowResult ValleyToCoreRatio(const RowInput& row) {
   return FromResult(row, [](const RkResult& r) { return r.Rvk / r.Rk; });
 }
 
-std::optional<double> UpperCoreMaterialRatio(const RowInput& row) {
+RowResult UpperCoreMaterialRatio(const RowInput& row) {
   return FromResult(row, [](const RkResult& r) { return r.Mr1; });
 }
 
-std::optional<double> LowerCoreMaterialRatio(const RowInput& row) {
+RowResult LowerCoreMaterialRatio(const RowInput& row) {
   return FromResult(row, [](const RkResult& r) { return r.Mr2; });
 }
 
-std::optional<double> ValleyArea(const RowInput& row) {
+RowResult ValleyArea(const RowInput& row) {
   return FromResult(row, [](const RkResult& r) { return (100.0 - r.Mr2) * r.Rvk * 0.005; });
 }
 

@@ -34,17 +34,17 @@ RkResult ComputeCoreRoughness(std::span<const double> sorted);
 const RkResult& CoreRoughnessOf(const ParameterProfile& profile);
 
 // Rows. Each fails where the result is invalid. Ratios are not guarded: without a core they are infinite or undefined.
-std::optional<double> CoreDepth(const RowInput& row);               ///< k
-std::optional<double> ReducedPeakHeight(const RowInput& row);       ///< pk
-std::optional<double> ReducedValleyDepth(const RowInput& row);      ///< vk
-std::optional<double> PeakAboveCore(const RowInput& row);           ///< pk*: highest point minus upper line
-std::optional<double> ValleyBelowCore(const RowInput& row);         ///< vk*: lower line minus lowest point
-std::optional<double> PeakPlusCore(const RowInput& row);            ///< pk+k
-std::optional<double> CorePlusValley(const RowInput& row);          ///< k+vk
-std::optional<double> PeakToCoreRatio(const RowInput& row);         ///< pk/k
-std::optional<double> ValleyToCoreRatio(const RowInput& row);       ///< vk/k
-std::optional<double> UpperCoreMaterialRatio(const RowInput& row);  ///< mr1
-std::optional<double> LowerCoreMaterialRatio(const RowInput& row);  ///< mr2
-std::optional<double> ValleyArea(const RowInput& row);              ///< vo: (100 - Mr2) x Rvk / 200
+RowResult CoreDepth(const RowInput& row);               ///< k
+RowResult ReducedPeakHeight(const RowInput& row);       ///< pk
+RowResult ReducedValleyDepth(const RowInput& row);      ///< vk
+RowResult PeakAboveCore(const RowInput& row);           ///< pk*: highest point minus upper line
+RowResult ValleyBelowCore(const RowInput& row);         ///< vk*: lower line minus lowest point
+RowResult PeakPlusCore(const RowInput& row);            ///< pk+k
+RowResult CorePlusValley(const RowInput& row);          ///< k+vk
+RowResult PeakToCoreRatio(const RowInput& row);         ///< pk/k
+RowResult ValleyToCoreRatio(const RowInput& row);       ///< vk/k
+RowResult UpperCoreMaterialRatio(const RowInput& row);  ///< mr1
+RowResult LowerCoreMaterialRatio(const RowInput& row);  ///< mr2
+RowResult ValleyArea(const RowInput& row);              ///< vo: (100 - Mr2) x Rvk / 200
 
 }  // namespace texturon

@@ -50,21 +50,21 @@ double PeakCountBandUM(char letter, const AnalysisSettings& settings) {
   }
 }
 
-std::optional<double> HighSpotCount(const RowInput& row) {
+RowResult HighSpotCount(const RowInput& row) {
   if (row.profile.Heights().empty()) return std::nullopt;
   const bool isRoughness = row.profile.Letter() == 'R';
   const double level = isRoughness ? row.settings.RoughnessHSCHeight : row.settings.PrimaryHSCHeight;
   return static_cast<double>(CountHighSpots(row.profile.Heights(), level));
 }
 
-std::optional<double> ValleyCount(const RowInput& row) {
+RowResult ValleyCount(const RowInput& row) {
   if (row.profile.Heights().empty()) return std::nullopt;
   const bool isRoughness = row.profile.Letter() == 'R';
   const double level = isRoughness ? row.settings.RoughnessVCHeight : row.settings.PrimaryVCHeight;
   return static_cast<double>(CountValleys(row.profile.Heights(), level));
 }
 
-std::optional<double> PeakCountPerLength(const RowInput& row) {
+RowResult PeakCountPerLength(const RowInput& row) {
   const std::span<const double> z = row.profile.Heights();
   const std::size_t count = CountPeaksThroughBand(z, PeakCountBandUM(row.profile.Letter(), row.settings) * 0.5);
   if (count == 0) return 0.0;

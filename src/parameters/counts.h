@@ -11,15 +11,15 @@ namespace texturon {
 
 /// hsc (P and R): upward crossings of the level, z[i - 1] < c <= z[i], and one more for a first point above it. Fails
 /// for no points.
-std::optional<double> HighSpotCount(const RowInput& row);
+RowResult HighSpotCount(const RowInput& row);
 
 /// vc (P and R): downward crossings of the level, z[i - 1] > c >= z[i], and one more for a first point below it. Fails
 /// for no points.
-std::optional<double> ValleyCount(const RowInput& row);
+RowResult ValleyCount(const RowInput& row);
 
 /// pc, 1/cm: exits upwards from a band about the mean line, each after an entry from the band into the range below it
 /// (a profile that starts down there has not entered it), over the profile's length. Never fails.
-std::optional<double> PeakCountPerLength(const RowInput& row);
+RowResult PeakCountPerLength(const RowInput& row);
 
 /// Width of the peak-count band (um): P and R have their own, every other letter takes the waviness band.
 double PeakCountBandUM(char letter, const AnalysisSettings& settings);

@@ -14,6 +14,9 @@
 namespace texturon {
 namespace {
 
+/// A row that only holds a place of the list: never computed, never complained of.
+constexpr std::string_view kPlaceholderName = "Special";
+
 /// The profiles of one pass by letter.
 class PassProfiles {
 public:
@@ -73,7 +76,7 @@ DriverReport ComputeParameters(ParameterCatalogue& catalogue, const DriverInput&
   DriverReport report;
   for (ParameterDef& row : catalogue.rows) {
     row.valid = false;
-    if (!row.selected || EqualIgnoringCase(row.name, "Special")) continue;
+    if (!row.selected || EqualIgnoringCase(row.name, kPlaceholderName)) continue;
     if (const RowRoutine motifRow = FindWholeName(row.name)) {
       const ParameterProfile* primary = profiles.Find('P');
       if (primary != nullptr) SetResult(row, motifRow({*primary, input.settings}));
@@ -99,16 +102,16 @@ DriverReport ComputeParameters(ParameterCatalogue& catalogue, const DriverInput&
     }
   }
   if (const ParameterProfile* primary = profiles.Find('P')) {
-    if (const auto* motifs = primary->FindShared<MotifResult>()) report.motifs = *motifs;
+    if (const auto* motifs = primary->FindCached<MotifResult>()) report.motifs = *motifs;
   }
   if (const ParameterProfile* waviness = profiles.Find('W')) {
-    if (const auto* closing = waviness->FindShared<ClosingOfProfile>()) report.closingUM = closing->envelopeUM;
-    if (const auto* opening = waviness->FindShared<OpeningOfProfile>()) report.openingUM = opening->envelopeUM;
+    if (const auto* closing = waviness->FindCached<ClosingOfProfile>()) report.closingUM = closing->envelopeUM;
+    if (const auto* opening = waviness->FindCached<OpeningOfProfile>()) report.openingUM = opening->envelopeUM;
   }
   if (const ParameterProfile* roughness = profiles.Find('R')) {
-    const bool isMade = roughness->FindShared<RkResult>() != nullptr;
+    const bool isMade = roughness->FindCached<RkResult>() != nullptr;
     if (isMade || input.wantsCoreRoughness) report.coreRoughness = CoreRoughnessOf(*roughness);
-    if (const auto* fit = roughness->FindShared<ProbabilityFit>()) report.probability = *fit;
+    if (const auto* fit = roughness->FindCached<ProbabilityFit>()) report.probability = *fit;
   }
   return report;
 }

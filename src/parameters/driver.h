@@ -12,7 +12,7 @@
 #include "parameters/motifs.h"
 #include "parameters/probability.h"
 #include "record/profile.h"
-#include "settings/settings.h"
+#include "settings/analysis_settings.h"
 
 namespace texturon {
 

@@ -26,31 +26,31 @@ ElementPercentages DiscriminationOf(char letter, ElementRow kind, const Analysis
   }
 }
 
-std::optional<double> MeanElementWidth(const RowInput& row) {
+RowResult MeanElementWidth(const RowInput& row) {
   const auto statistics = StatisticsFor(row, ElementRow::kWidth);
   if (!statistics) return std::nullopt;
   return statistics->meanWidthPoints * row.profile.SpacingMM();
 }
 
-std::optional<double> MeanElementHeight(const RowInput& row) {
+RowResult MeanElementHeight(const RowInput& row) {
   const auto statistics = StatisticsFor(row, ElementRow::kHeight);
   if (!statistics) return std::nullopt;
   return statistics->meanHeightUM;
 }
 
-std::optional<double> GreatestElementHeight(const RowInput& row) {
+RowResult GreatestElementHeight(const RowInput& row) {
   const auto statistics = StatisticsFor(row, ElementRow::kHeight);
   if (!statistics) return std::nullopt;
   return statistics->greatestHeightUM;
 }
 
-std::optional<double> DeviationOfElementWidths(const RowInput& row) {
+RowResult DeviationOfElementWidths(const RowInput& row) {
   const auto statistics = StatisticsFor(row, ElementRow::kWidth);
   if (!statistics || !statistics->widthDeviationPoints) return std::nullopt;
   return *statistics->widthDeviationPoints * row.profile.SpacingMM();
 }
 
-std::optional<double> MeanElementHeightOfLengths(const RowInput& row) {
+RowResult MeanElementHeightOfLengths(const RowInput& row) {
   const ElementPercentages percent = DiscriminationOf(row.profile.Letter(), ElementRow::kHeight, row.settings);
   const auto& elements = row.profile.Elements(percent.height, percent.width);
   const auto lengths = DivideIntoSamplingLengths(row.profile.Heights().size(), row.profile.SpacingMM(),

@@ -10,13 +10,13 @@
 // settings. Each fails for a profile without elements.
 namespace texturon {
 
-std::optional<double> MeanElementWidth(const RowInput& row);          ///< sm, mm
-std::optional<double> MeanElementHeight(const RowInput& row);         ///< c, um
-std::optional<double> GreatestElementHeight(const RowInput& row);     ///< tc, um
-std::optional<double> DeviationOfElementWidths(const RowInput& row);  ///< dsm, mm: n - 1 in the denominator
+RowResult MeanElementWidth(const RowInput& row);          ///< sm, mm
+RowResult MeanElementHeight(const RowInput& row);         ///< c, um
+RowResult GreatestElementHeight(const RowInput& row);     ///< tc, um
+RowResult DeviationOfElementWidths(const RowInput& row);  ///< dsm, mm: n - 1 in the denominator
 /// cl, um: mean height of the elements that lie wholly within a sampling length of the letter, averaged over the
 /// sampling lengths that hold one. Fails when none does.
-std::optional<double> MeanElementHeightOfLengths(const RowInput& row);
+RowResult MeanElementHeightOfLengths(const RowInput& row);
 
 /// Height and width discrimination in percent, by profile letter and kind of row. F profiles use the primary's. The
 /// roughness has one pair for both kinds: that of the height rows.

@@ -2,100 +2,89 @@
 
 #include "parameters/labels.h"
 
-#include <algorithm>
 #include <cmath>
-#include <iterator>
 
 #include "base/number_text.h"
-#include "base/text.h"
-#include "base/units.h"
-#include "parameters/counts.h"
-#include "parameters/element_parameters.h"
+#include "base/quantity.h"
+#include "parameters/catalogue.h"
 
 namespace texturon {
 namespace {
 
 constexpr double kMetresPerMillimetre = 0.001;
-constexpr std::string_view kMicro = "\xB5";
 
-std::string BallLabel(double radiusMM, bool metric) {
-  const std::string start = "   (Radius: ";
-  if (!metric) return start + FixedText(radiusMM * kInchesPerMillimetre, 1) + " in)";
-  if (radiusMM < 1.0) return start + FixedText(radiusMM * kMicrometresPerMillimetre, 2) + " \xB5m)";
-  if (radiusMM < 1000.0) return start + FixedText(radiusMM, 2) + " mm)";
-  return start + FixedText(radiusMM * kMetresPerMillimetre, 2) + " m)";
+std::string DiscriminationColumn(double heightPercent, double widthPercent, std::string_view unit) {
+  return "(z: " + FixedText(heightPercent, 0) + " %    l: " + FixedText(widthPercent, 0) + " %) (" + std::string(unit) +
+         ")";
 }
-
-std::string ClosingBallLabel(const AnalysisSettings& settings, char /*letter*/, bool metric) {
-  return BallLabel(settings.ClosingRadiusForWvoid, metric);
-}
-
-std::string OpeningBallLabel(const AnalysisSettings& settings, char /*letter*/, bool metric) {
-  return BallLabel(settings.OpeningRadiusForWcvx, metric);
-}
-
-std::string ElementHeightLabel(const AnalysisSettings& settings, char letter, bool /*metric*/) {
-  const ElementPercentages percent = DiscriminationOf(letter, ElementRow::kHeight, settings);
-  return "   (z%: " + FixedText(percent.height, 0) + " l%: " + FixedText(percent.width, 0) + ")";
-}
-
-std::string ElementWidthLabel(const AnalysisSettings& settings, char letter, bool /*metric*/) {
-  const ElementPercentages percent = DiscriminationOf(letter, ElementRow::kWidth, settings);
-  return "   (z: " + FixedText(percent.height, 0) + " %    l: " + FixedText(percent.width, 0) + " %)";
-}
-
-std::string PeakCountLabel(const AnalysisSettings& settings, char letter, bool metric) {
-  const double half = 0.5 * PeakCountBandUM(letter, settings);
-  if (metric) return "   (+/- " + FixedText(half, 3) + " \xB5m)";
-  return "   (+/- " + FixedText(half * kMicroinchesPerMicrometre, 0) + " \xB5in)";
-}
-
-std::string SlopeWindowLabel(const AnalysisSettings& settings, char /*letter*/, bool metric) {
-  const double window = settings.AsphereSlopeWindowMM;
-  if (metric) return "   (Window: " + FixedText(window, 3) + " mm)";
-  return "   (Window: " + FixedText(window * kInchesPerMillimetre, 3) + " in)";
-}
-
-std::string SegmentLabel(const AnalysisSettings& settings, char /*letter*/, bool metric) {
-  const double segment = settings.WindowWidthForWseg;
-  if (metric) return "   (Segment: " + FixedText(segment, 1) + " mm)";
-  return "   (Segment: " + FixedText(segment * kInchesPerMillimetre, 0) + " in)";
-}
-
-struct LabelledRow {
-  std::string_view name;
-  std::string (*label)(const AnalysisSettings& settings, char letter, bool metric);
-};
-
-constexpr LabelledRow kLabelledRows[] = {
-    {"Wvoid", ClosingBallLabel}, {"Wvdd", ClosingBallLabel},   {"Wvddl", ClosingBallLabel},
-    {"Wvdc", ClosingBallLabel},  {"Wvdas", ClosingBallLabel},  {"Wvdmp", ClosingBallLabel},
-    {"Wvdm", ClosingBallLabel},  {"Wvda", ClosingBallLabel},   {"Wcvx", OpeningBallLabel},
-    {"Wcvxm", OpeningBallLabel}, {"Wcvxl", OpeningBallLabel},  {"Rc", ElementHeightLabel},
-    {"Wc", ElementHeightLabel},  {"Psm", ElementWidthLabel},   {"Wsm", ElementWidthLabel},
-    {"Rsm", ElementWidthLabel},  {"Ppc", PeakCountLabel},      {"Wpc", PeakCountLabel},
-    {"Rpc", PeakCountLabel},     {"Weslp", SlopeWindowLabel},  {"Weslpl", SlopeWindowLabel},
-    {"Wlslp", SlopeWindowLabel}, {"Wlslpl", SlopeWindowLabel}, {"Wseg", SegmentLabel},
-    {"Wsegl", SegmentLabel},
-};
 
 }  // namespace
 
+std::string SettingNote::Of(const AnalysisSettings& settings, bool metric) const {
+  if (text == nullptr) return {};
+  return text(settings.*first, second != nullptr ? settings.*second : 0.0, metric);
+}
+
+std::string BallNote(double radiusMM, double /*unused*/, bool metric) {
+  const std::string start = "   (Radius: ";
+  if (!metric || (radiusMM >= 1.0 && radiusMM < 1000.0)) {
+    return start + LengthText(radiusMM, metric, {2, 1}) + ")";
+  }
+  if (radiusMM < 1.0) return start + FixedText(radiusMM * kMicrometresPerMillimetre, 2) + " \xB5m)";
+  return start + FixedText(radiusMM * kMetresPerMillimetre, 2) + " m)";
+}
+
+std::string ElementHeightNote(double heightPercent, double widthPercent, bool /*metric*/) {
+  return "   (z%: " + FixedText(heightPercent, 0) + " l%: " + FixedText(widthPercent, 0) + ")";
+}
+
+std::string ElementWidthNote(double heightPercent, double widthPercent, bool /*metric*/) {
+  return "   (z: " + FixedText(heightPercent, 0) + " %    l: " + FixedText(widthPercent, 0) + " %)";
+}
+
+std::string PeakCountNote(double bandUM, double /*unused*/, bool metric) {
+  return "   (+/- " + HeightText(0.5 * bandUM, metric, {3, 0}) + ")";
+}
+
+std::string SlopeWindowNote(double windowMM, double /*unused*/, bool metric) {
+  return "   (Window: " + LengthText(windowMM, metric, {3, 3}) + ")";
+}
+
+std::string SegmentNote(double windowMM, double /*unused*/, bool metric) {
+  return "   (Segment: " + LengthText(windowMM, metric, {1, 0}) + ")";
+}
+
+std::string LevelColumn(double levelUM, double /*unused*/, bool metric) {
+  return "(" + HeightText(levelUM, metric, {2, 1}) + ")";
+}
+
+std::string RoughnessHighSpotColumn(double levelUM, double /*unused*/, bool metric) {
+  return "(" + HeightText(levelUM, metric, {2, 2}) + ")";
+}
+
+std::string PeakCountColumn(double bandUM, double unused, bool metric) {
+  return LevelColumn(bandUM, unused, metric) + (metric ? " #/cm" : " #/in");
+}
+
+std::string ElementHeightColumn(double heightPercent, double widthPercent, bool metric) {
+  return DiscriminationColumn(heightPercent, widthPercent, kHeightUM.Unit(metric));
+}
+
+std::string ElementWidthColumn(double heightPercent, double widthPercent, bool metric) {
+  return DiscriminationColumn(heightPercent, widthPercent, kLengthMM.Unit(metric));
+}
+
 std::string RowLabel(std::string_view name, const AnalysisSettings& settings, bool metric) {
-  const auto row = std::find_if(std::begin(kLabelledRows), std::end(kLabelledRows),
-                                [name](const LabelledRow& labelled) { return EqualIgnoringCase(labelled.name, name); });
-  if (row == std::end(kLabelledRows)) return {};
-  return row->label(settings, row->name.front(), metric);
+  const MasterRow* const row = FindOwnMasterRow(name);
+  return row != nullptr ? row->details.note.Of(settings, metric) : std::string();
 }
 
 std::string MaterialRatioLabel(const MaterialRatioRow& row, bool metric) {
-  const double depth = metric ? row.depthUM : row.depthUM * kMicroinchesPerMicrometre;
-  const std::string unit = std::string(" ") + std::string(kMicro) + (metric ? "m" : "in");
   if (row.meanReferenced) {
-    const std::string sign = row.depthUM < 0.0 ? "-" : "+";
-    return "   (Mean " + sign + " " + FixedText(std::abs(depth), metric ? 1 : 0) + unit + ")";
+    return std::string("   (Mean ") + (row.depthUM < 0.0 ? "- " : "+ ") +
+           HeightText(std::abs(row.depthUM), metric, {1, 0}) + ")";
   }
-  return "   (" + FixedText(depth, metric ? 2 : 1) + unit + "  " + FixedText(row.offsetPercent, 1) + " %)";
+  return "   (" + HeightText(row.depthUM, metric, {2, 1}) + "  " + FixedText(row.offsetPercent, 1) + " %)";
 }
 
 std::string HtpLabel(const HtpRow& row) {

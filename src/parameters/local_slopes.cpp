@@ -26,7 +26,7 @@ struct SharedSlopes {
 const std::vector<double>& SlopesOf(const RowInput& row) {
   const ParameterProfile& profile = row.profile;
   return profile
-      .Shared<SharedSlopes>([&profile] { return SharedSlopes{LocalSlopes(profile.Heights(), profile.SpacingUM())}; })
+      .Cached<SharedSlopes>([&profile] { return SharedSlopes{LocalSlopes(profile.Heights(), profile.SpacingUM())}; })
       .values;
 }
 
@@ -95,14 +95,14 @@ SteepPart FindSteepPart(std::span<const double> heights, double spacingUM, doubl
   return steep;
 }
 
-std::optional<double> RootMeanSquareSlope(const RowInput& row) {
+RowResult RootMeanSquareSlope(const RowInput& row) {
   const std::vector<double>& slopes = SlopesOf(row);
   if (slopes.empty()) return std::nullopt;
   const double sum = LaneSums(slopes.size(), [&](std::size_t i) { return std::array{slopes[i] * slopes[i]}; })[0];
   return std::atan(std::sqrt(sum / static_cast<double>(slopes.size()))) * kDegrees;
 }
 
-std::optional<double> MeanAbsoluteSlopeAngle(const RowInput& row) {
+RowResult MeanAbsoluteSlopeAngle(const RowInput& row) {
   const std::vector<double>& slopes = SlopesOf(row);
   if (slopes.empty()) return std::nullopt;
   const double sum =
@@ -110,7 +110,7 @@ std::optional<double> MeanAbsoluteSlopeAngle(const RowInput& row) {
   return sum / static_cast<double>(slopes.size()) * kDegrees;
 }
 
-std::optional<double> MedianAbsoluteSlopeAngle(const RowInput& row) {
+RowResult MedianAbsoluteSlopeAngle(const RowInput& row) {
   const std::vector<double>& slopes = SlopesOf(row);
   if (slopes.empty()) return std::nullopt;
   const auto middle = MiddleSteepness(slopes);
@@ -120,7 +120,7 @@ std::optional<double> MedianAbsoluteSlopeAngle(const RowInput& row) {
   return angle * kDegrees;
 }
 
-std::optional<double> SlopeSkewness(const RowInput& row) {
+RowResult SlopeSkewness(const RowInput& row) {
   const std::vector<double>& slopes = SlopesOf(row);
   if (slopes.empty()) return std::nullopt;
   const auto n = static_cast<double>(slopes.size());

@@ -25,10 +25,10 @@ struct SteepPart {
 /// The points whose slope makes an angle of more than `degrees` with the X axis, up or down.
 SteepPart FindSteepPart(std::span<const double> heights, double spacingUM, double degrees);
 
-std::optional<double> RootMeanSquareSlope(const RowInput& row);       ///< dq: atan of the root mean square, degrees
-std::optional<double> MeanAbsoluteSlopeAngle(const RowInput& row);    ///< dmn: mean of atan |slope|, degrees
-std::optional<double> MedianAbsoluteSlopeAngle(const RowInput& row);  ///< dmd: its median (mean of the middle two)
+RowResult RootMeanSquareSlope(const RowInput& row);       ///< dq: atan of the root mean square, degrees
+RowResult MeanAbsoluteSlopeAngle(const RowInput& row);    ///< dmn: mean of atan |slope|, degrees
+RowResult MedianAbsoluteSlopeAngle(const RowInput& row);  ///< dmd: its median (mean of the middle two)
 /// dsk: skewness of the slopes about their mean. 0 where they do not differ beyond what rounding of the heights makes.
-std::optional<double> SlopeSkewness(const RowInput& row);
+RowResult SlopeSkewness(const RowInput& row);
 
 }  // namespace texturon

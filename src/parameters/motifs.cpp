@@ -88,43 +88,43 @@ MotifResult ComputeMotifs(std::span<const double> z, double spacingUM, const Ana
 }
 
 const MotifResult& MotifsOf(const RowInput& row) {
-  return row.profile.Shared<MotifResult>(
+  return row.profile.Cached<MotifResult>(
       [&row] { return ComputeMotifs(row.profile.Heights(), row.profile.SpacingUM(), row.settings); });
 }
 
-std::optional<double> MeanRoughnessMotifDepth(const RowInput& row) {
+RowResult MeanRoughnessMotifDepth(const RowInput& row) {
   const auto depths = RoughnessDepths(row);
   if (!depths) return std::nullopt;
   return depths->mean;
 }
 
-std::optional<double> GreatestRoughnessMotifDepth(const RowInput& row) {
+RowResult GreatestRoughnessMotifDepth(const RowInput& row) {
   const auto depths = RoughnessDepths(row);
   if (!depths) return std::nullopt;
   return depths->greatest;
 }
 
-std::optional<double> MeanRoughnessMotifLength(const RowInput& row) {
+RowResult MeanRoughnessMotifLength(const RowInput& row) {
   return MeanLength(MotifsOf(row).roughness, row.profile.SpacingUM());
 }
 
-std::optional<double> MeanWavinessMotifDepth(const RowInput& row) {
+RowResult MeanWavinessMotifDepth(const RowInput& row) {
   const auto depths = WavinessDepths(row);
   if (!depths) return std::nullopt;
   return depths->mean;
 }
 
-std::optional<double> GreatestWavinessMotifDepth(const RowInput& row) {
+RowResult GreatestWavinessMotifDepth(const RowInput& row) {
   const auto depths = WavinessDepths(row);
   if (!depths) return std::nullopt;
   return depths->greatest;
 }
 
-std::optional<double> MeanWavinessMotifLength(const RowInput& row) {
+RowResult MeanWavinessMotifLength(const RowInput& row) {
   return MeanLength(MotifsOf(row).waviness, row.profile.SpacingUM());
 }
 
-std::optional<double> EnvelopeHeight(const RowInput& row) {
+RowResult EnvelopeHeight(const RowInput& row) {
   return MotifsOf(row).envelopeHeightUM;
 }
 

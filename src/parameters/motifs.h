@@ -31,12 +31,12 @@ MotifResult ComputeMotifs(std::span<const double> heights, double spacingUM, con
 const MotifResult& MotifsOf(const RowInput& row);
 
 // Rows. Each fails without motifs of its kind.
-std::optional<double> MeanRoughnessMotifDepth(const RowInput& row);      ///< R, um: mean of both depths of all motifs
-std::optional<double> GreatestRoughnessMotifDepth(const RowInput& row);  ///< Rx, um
-std::optional<double> MeanRoughnessMotifLength(const RowInput& row);     ///< AR, um
-std::optional<double> MeanWavinessMotifDepth(const RowInput& row);       ///< W, um
-std::optional<double> GreatestWavinessMotifDepth(const RowInput& row);   ///< Wx, um
-std::optional<double> MeanWavinessMotifLength(const RowInput& row);      ///< AW, um
-std::optional<double> EnvelopeHeight(const RowInput& row);               ///< Wte, um
+RowResult MeanRoughnessMotifDepth(const RowInput& row);      ///< R, um: mean of both depths of all motifs
+RowResult GreatestRoughnessMotifDepth(const RowInput& row);  ///< Rx, um
+RowResult MeanRoughnessMotifLength(const RowInput& row);     ///< AR, um
+RowResult MeanWavinessMotifDepth(const RowInput& row);       ///< W, um
+RowResult GreatestWavinessMotifDepth(const RowInput& row);   ///< Wx, um
+RowResult MeanWavinessMotifLength(const RowInput& row);      ///< AW, um
+RowResult EnvelopeHeight(const RowInput& row);               ///< Wte, um
 
 }  // namespace texturon

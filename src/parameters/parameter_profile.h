@@ -14,7 +14,7 @@
 #include "parameters/height_statistics.h"
 #include "parameters/profile_elements.h"
 #include "parameters/sampling_lengths.h"
-#include "settings/settings.h"
+#include "settings/analysis_settings.h"
 
 namespace texturon {
 
@@ -58,16 +58,16 @@ public:
   /// What the rows of one family have in common, made by `make` when the first of them asks for it. There is one result
   /// of a type: it must follow from this profile and the settings of the pass.
   template <typename Result, typename Make>
-  const Result& Shared(const Make& make) const {
-    std::any& slot = shared_[typeid(Result)];
+  const Result& Cached(const Make& make) const {
+    std::any& slot = cachedByType_[typeid(Result)];
     if (!slot.has_value()) slot = std::any(std::in_place_type<Result>, make());
     return *std::any_cast<Result>(&slot);
   }
   /// Null when no row has asked for it.
   template <typename Result>
-  const Result* FindShared() const {
-    const auto slot = shared_.find(typeid(Result));
-    return slot != shared_.end() ? std::any_cast<Result>(&slot->second) : nullptr;
+  const Result* FindCached() const {
+    const auto slot = cachedByType_.find(typeid(Result));
+    return slot != cachedByType_.end() ? std::any_cast<Result>(&slot->second) : nullptr;
   }
 
 private:
@@ -76,7 +76,7 @@ private:
   Lengths lengths_;
   mutable std::span<const double> sorted_;
   mutable std::vector<double> ownSorted_;
-  mutable std::map<std::type_index, std::any> shared_;
+  mutable std::map<std::type_index, std::any> cachedByType_;
   mutable std::optional<HeightExtremes> extremes_;
   mutable std::optional<HeightMoments> moments_;
   mutable std::map<double, std::vector<HeightExtremes>> segments_;
@@ -89,7 +89,10 @@ struct RowInput {
   const AnalysisSettings& settings;
 };
 
-/// Computes one row in its metric unit. Empty: not defined for this profile; the row is invalid and holds 0.
-using RowRoutine = std::optional<double> (*)(const RowInput&);
+/// A row's value in its metric unit. Empty: not defined for this profile; the row is invalid and holds 0.
+using RowResult = std::optional<double>;
+
+/// Computes one row.
+using RowRoutine = RowResult (*)(const RowInput&);
 
 }  // namespace texturon

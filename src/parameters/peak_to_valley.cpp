@@ -80,11 +80,11 @@ std::optional<double> MeanPeakToValley(std::span<const HeightExtremes> segments)
   return sum / static_cast<double>(segments.size());
 }
 
-std::optional<double> MeanPeakToValleyHeight(const RowInput& row) {
+RowResult MeanPeakToValleyHeight(const RowInput& row) {
   return MeanPeakToValley(CutoffSegments(row));
 }
 
-std::optional<double> GreatestPeakToValleyHeight(const RowInput& row) {
+RowResult GreatestPeakToValleyHeight(const RowInput& row) {
   const auto& segments = CutoffSegments(row);
   if (segments.empty()) return std::nullopt;
   double greatest = std::numeric_limits<double>::lowest();
@@ -92,7 +92,7 @@ std::optional<double> GreatestPeakToValleyHeight(const RowInput& row) {
   return greatest;
 }
 
-std::optional<double> MeanPeakHeight(const RowInput& row) {
+RowResult MeanPeakHeight(const RowInput& row) {
   const auto& segments = CutoffSegments(row);
   if (segments.empty()) return std::nullopt;
   double sum = 0.0;
@@ -100,7 +100,7 @@ std::optional<double> MeanPeakHeight(const RowInput& row) {
   return sum / static_cast<double>(segments.size());
 }
 
-std::optional<double> MeanValleyDepth(const RowInput& row) {
+RowResult MeanValleyDepth(const RowInput& row) {
   const auto& segments = CutoffSegments(row);
   if (segments.empty()) return std::nullopt;
   double sum = 0.0;
@@ -108,7 +108,7 @@ std::optional<double> MeanValleyDepth(const RowInput& row) {
   return -(sum / static_cast<double>(segments.size()));
 }
 
-std::optional<double> TenPointHeight(const RowInput& row) {
+RowResult TenPointHeight(const RowInput& row) {
   const auto lengths = WholeSamplingLengths(row);
   if (!lengths) return std::nullopt;
   double sum = 0.0;
@@ -122,7 +122,7 @@ std::optional<double> TenPointHeight(const RowInput& row) {
   return counted == 0 ? 0.0 : sum / static_cast<double>(counted);
 }
 
-std::optional<double> ThirdPointHeight(const RowInput& row) {
+RowResult ThirdPointHeight(const RowInput& row) {
   const auto lengths = WholeSamplingLengths(row);
   if (!lengths) return std::nullopt;
   double sum = 0.0;
@@ -138,7 +138,7 @@ std::optional<double> ThirdPointHeight(const RowInput& row) {
   return sum / static_cast<double>(counted);
 }
 
-std::optional<double> MeanPeakToThirdPointRatio(const RowInput& row) {
+RowResult MeanPeakToThirdPointRatio(const RowInput& row) {
   constexpr double kLeastDenominatorUM = 1e-10;
   const auto thirdPoint = ThirdPointHeight(row);
   if (!thirdPoint || *thirdPoint < kLeastDenominatorUM) return std::nullopt;

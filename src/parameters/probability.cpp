@@ -193,23 +193,23 @@ std::optional<ProbabilityLimits> FindProbabilityLimits(std::span<const double> s
 }
 
 const ProbabilityFit& ProbabilityFitOf(const RowInput& row) {
-  return row.profile.Shared<ProbabilityFit>(
+  return row.profile.Cached<ProbabilityFit>(
       [&row] { return FitProbability(row.profile.Heights(), row.profile.SortedHeights(), row.settings); });
 }
 
-std::optional<double> PlateauDeviation(const RowInput& row) {
+RowResult PlateauDeviation(const RowInput& row) {
   const auto& line = ProbabilityFitOf(row).plateau;
   if (!line) return std::nullopt;
   return std::abs(line->slopeUM);
 }
 
-std::optional<double> ValleyDeviation(const RowInput& row) {
+RowResult ValleyDeviation(const RowInput& row) {
   const auto& line = ProbabilityFitOf(row).valley;
   if (!line) return std::nullopt;
   return std::abs(line->slopeUM);
 }
 
-std::optional<double> PlateauToValleyRatio(const RowInput& row) {
+RowResult PlateauToValleyRatio(const RowInput& row) {
   return ProbabilityFitOf(row).crossingPercent;
 }
 

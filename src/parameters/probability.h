@@ -61,8 +61,8 @@ const ProbabilityFit& ProbabilityFitOf(const RowInput& row);
 
 // Rows. Each fails without its line; vq and mq also with fewer valleys (CountValleys) below RxqValleyCountHeightUm than
 // RxqMinimumValleyCount.
-std::optional<double> PlateauDeviation(const RowInput& row);      ///< pq, um: absolute slope of the plateau line
-std::optional<double> ValleyDeviation(const RowInput& row);       ///< vq, um: absolute slope of the valley line
-std::optional<double> PlateauToValleyRatio(const RowInput& row);  ///< mq, percent: ratio at which the two cross
+RowResult PlateauDeviation(const RowInput& row);      ///< pq, um: absolute slope of the plateau line
+RowResult ValleyDeviation(const RowInput& row);       ///< vq, um: absolute slope of the valley line
+RowResult PlateauToValleyRatio(const RowInput& row);  ///< mq, percent: ratio at which the two cross
 
 }  // namespace texturon

@@ -24,25 +24,25 @@ std::optional<double> MeanSquareOverInnerPoints(std::size_t pointCount, const Di
 
 }  // namespace
 
-std::optional<double> ZerothMoment(const RowInput& row) {
+RowResult ZerothMoment(const RowInput& row) {
   if (row.profile.Heights().empty()) return std::nullopt;
   return row.profile.Moments().square;
 }
 
-std::optional<double> SecondMoment(const RowInput& row) {
+RowResult SecondMoment(const RowInput& row) {
   const std::span<const double> z = row.profile.Heights();
   const double reciprocal = 1.0 / (2.0 * row.profile.SpacingUM());
   return MeanSquareOverInnerPoints(z.size(), [&](std::size_t i) { return (z[i + 2] - z[i]) * reciprocal; });
 }
 
-std::optional<double> FourthMoment(const RowInput& row) {
+RowResult FourthMoment(const RowInput& row) {
   const std::span<const double> z = row.profile.Heights();
   const double reciprocal = 1.0 / (row.profile.SpacingUM() * row.profile.SpacingUM());
   return MeanSquareOverInnerPoints(
       z.size(), [&](std::size_t i) { return ((z[i + 2] - z[i + 1]) - (z[i + 1] - z[i])) * reciprocal; });
 }
 
-std::optional<double> MeanPeakSpacing(const RowInput& row) {
+RowResult MeanPeakSpacing(const RowInput& row) {
   const std::span<const double> z = row.profile.Heights();
   std::size_t count = 0;
   std::size_t first = 0;

@@ -24,7 +24,7 @@ const std::vector<double>& EnvelopeOf(const RowInput& row, const Make& make, dou
     if (!make(profile.Heights(), result.envelopeUM, profile.SpacingUM(), radiusUM)) result.envelopeUM.clear();
     return result;
   };
-  return profile.Shared<Envelope>(compute).envelopeUM;
+  return profile.Cached<Envelope>(compute).envelopeUM;
 }
 
 /// Null without an envelope.
@@ -32,18 +32,18 @@ const VoidWalk* VoidsOf(const RowInput& row) {
   const auto& closing = EnvelopeOf<ClosingOfProfile>(row, ClosingEnvelope, row.settings.ClosingRadiusForWvoid);
   if (closing.empty()) return nullptr;
   const ParameterProfile& profile = row.profile;
-  return &profile.Shared<VoidWalk>([&] { return WalkVoids(profile.Heights(), closing, profile.SpacingUM()); });
+  return &profile.Cached<VoidWalk>([&] { return WalkVoids(profile.Heights(), closing, profile.SpacingUM()); });
 }
 
 const BumpWalk* BumpsOf(const RowInput& row) {
   const auto& opening = EnvelopeOf<OpeningOfProfile>(row, OpeningEnvelope, row.settings.OpeningRadiusForWcvx);
   if (opening.empty()) return nullptr;
   const ParameterProfile& profile = row.profile;
-  return &profile.Shared<BumpWalk>([&] { return WalkBumps(profile.Heights(), opening); });
+  return &profile.Cached<BumpWalk>([&] { return WalkBumps(profile.Heights(), opening); });
 }
 
 /// A sum over the complete voids divided by all starts.
-std::optional<double> MeanOverStarts(const RowInput& row, double VoidWalk::*sum) {
+RowResult MeanOverStarts(const RowInput& row, double VoidWalk::*sum) {
   const VoidWalk* voids = VoidsOf(row);
   if (voids == nullptr || voids->starts == 0) return std::nullopt;
   return voids->*sum / static_cast<double>(voids->starts);
@@ -114,64 +114,64 @@ BumpWalk WalkBumps(std::span<const double> z, std::span<const double> e) {
   return walk;
 }
 
-std::optional<double> MeanVoidGap(const RowInput& row) {
+RowResult MeanVoidGap(const RowInput& row) {
   const VoidWalk* voids = VoidsOf(row);
   if (voids == nullptr) return std::nullopt;
   return voids->meanGap;
 }
 
-std::optional<double> DeepestVoid(const RowInput& row) {
+RowResult DeepestVoid(const RowInput& row) {
   const VoidWalk* voids = VoidsOf(row);
   if (voids == nullptr) return std::nullopt;
   return voids->deepestGap;
 }
 
-std::optional<double> DeepestVoidPlace(const RowInput& row) {
+RowResult DeepestVoidPlace(const RowInput& row) {
   const VoidWalk* voids = VoidsOf(row);
   if (voids == nullptr) return std::nullopt;
   return static_cast<double>(voids->deepestAt) * row.profile.SpacingUM() * kMillimetresPerMicrometre;
 }
 
-std::optional<double> VoidsPerLength(const RowInput& row) {
+RowResult VoidsPerLength(const RowInput& row) {
   const VoidWalk* voids = VoidsOf(row);
   if (voids == nullptr) return std::nullopt;
   const auto points = static_cast<double>(row.profile.Heights().size());
   return static_cast<double>(voids->starts) / (points * row.profile.SpacingUM() * kCentimetresPerMicrometre);
 }
 
-std::optional<double> MeanVoidAspect(const RowInput& row) {
+RowResult MeanVoidAspect(const RowInput& row) {
   return MeanOverStarts(row, &VoidWalk::sumOfAspects);
 }
 
-std::optional<double> MeanVoidLength(const RowInput& row) {
+RowResult MeanVoidLength(const RowInput& row) {
   const auto lengthUM = MeanOverStarts(row, &VoidWalk::sumOfLengths);
   if (!lengthUM) return std::nullopt;
   return *lengthUM * kMillimetresPerMicrometre;
 }
 
-std::optional<double> MeanVoidDepth(const RowInput& row) {
+RowResult MeanVoidDepth(const RowInput& row) {
   return MeanOverStarts(row, &VoidWalk::sumOfDepths);
 }
 
-std::optional<double> MeanVoidArea(const RowInput& row) {
+RowResult MeanVoidArea(const RowInput& row) {
   const auto areaUM2 = MeanOverStarts(row, &VoidWalk::sumOfAreas);
   if (!areaUM2) return std::nullopt;
   return *areaUM2 * kSquareMillimetresPerSquareMicrometre;
 }
 
-std::optional<double> HighestBump(const RowInput& row) {
+RowResult HighestBump(const RowInput& row) {
   const BumpWalk* bumps = BumpsOf(row);
   if (bumps == nullptr) return std::nullopt;
   return bumps->highest;
 }
 
-std::optional<double> MeanBumpHeight(const RowInput& row) {
+RowResult MeanBumpHeight(const RowInput& row) {
   const BumpWalk* bumps = BumpsOf(row);
   if (bumps == nullptr || bumps->complete == 0) return std::nullopt;
   return bumps->sumOfHeights / static_cast<double>(bumps->complete);
 }
 
-std::optional<double> HighestBumpPlace(const RowInput& row) {
+RowResult HighestBumpPlace(const RowInput& row) {
   const BumpWalk* bumps = BumpsOf(row);
   if (bumps == nullptr) return std::nullopt;
   return static_cast<double>(bumps->highestAt) * row.profile.SpacingUM() * kMillimetresPerMicrometre;

@@ -48,18 +48,18 @@ BumpWalk WalkBumps(std::span<const double> heights, std::span<const double> open
 
 // Rows under the closing envelope (ClosingRadiusForWvoid). Means are taken over every start; those marked * fail
 // without one. All fail without an envelope.
-std::optional<double> MeanVoidGap(const RowInput& row);       ///< void, um: over all points
-std::optional<double> DeepestVoid(const RowInput& row);       ///< vdd, um
-std::optional<double> DeepestVoidPlace(const RowInput& row);  ///< vddl, mm from the first point
-std::optional<double> VoidsPerLength(const RowInput& row);    ///< vdc, 1/cm: starts over n spacings
-std::optional<double> MeanVoidAspect(const RowInput& row);    ///< vdas *
-std::optional<double> MeanVoidLength(const RowInput& row);    ///< vdmp, mm *
-std::optional<double> MeanVoidDepth(const RowInput& row);     ///< vdm, um *
-std::optional<double> MeanVoidArea(const RowInput& row);      ///< vda, mm^2 *
+RowResult MeanVoidGap(const RowInput& row);       ///< void, um: over all points
+RowResult DeepestVoid(const RowInput& row);       ///< vdd, um
+RowResult DeepestVoidPlace(const RowInput& row);  ///< vddl, mm from the first point
+RowResult VoidsPerLength(const RowInput& row);    ///< vdc, 1/cm: starts over n spacings
+RowResult MeanVoidAspect(const RowInput& row);    ///< vdas *
+RowResult MeanVoidLength(const RowInput& row);    ///< vdmp, mm *
+RowResult MeanVoidDepth(const RowInput& row);     ///< vdm, um *
+RowResult MeanVoidArea(const RowInput& row);      ///< vda, mm^2 *
 
 // Rows above the opening envelope (OpeningRadiusForWcvx).
-std::optional<double> HighestBump(const RowInput& row);       ///< cvx, um
-std::optional<double> MeanBumpHeight(const RowInput& row);    ///< cvxm, um: over complete bumps, fails without one
-std::optional<double> HighestBumpPlace(const RowInput& row);  ///< cvxl, mm from the first point
+RowResult HighestBump(const RowInput& row);       ///< cvx, um
+RowResult MeanBumpHeight(const RowInput& row);    ///< cvxm, um: over complete bumps, fails without one
+RowResult HighestBumpPlace(const RowInput& row);  ///< cvxl, mm from the first point
 
 }  // namespace texturon

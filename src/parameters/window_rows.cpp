@@ -58,18 +58,18 @@ std::optional<typename Placed<Kind>::Value> PlacedOf(const RowInput& row) {
     placed.found = {Kind::Shown(greatest.Value(), row, *points), greatest.MiddleMM(*points, row.profile.SpacingMM())};
     return placed;
   };
-  return row.profile.Shared<Placed<Kind>>(make).found;
+  return row.profile.Cached<Placed<Kind>>(make).found;
 }
 
 template <typename Kind>
-std::optional<double> ValueOf(const RowInput& row) {
+RowResult ValueOf(const RowInput& row) {
   const auto placed = PlacedOf<Kind>(row);
   if (!placed) return std::nullopt;
   return placed->value;
 }
 
 template <typename Kind>
-std::optional<double> PositionOf(const RowInput& row) {
+RowResult PositionOf(const RowInput& row) {
   const auto placed = PlacedOf<Kind>(row);
   if (!placed) return std::nullopt;
   return placed->positionMM;
@@ -208,50 +208,50 @@ std::optional<std::size_t> PointsOfEnd(const RowInput& row) {
 
 }  // namespace
 
-std::optional<double> GreatestDeviationOfOneLength(const RowInput& row) {
+RowResult GreatestDeviationOfOneLength(const RowInput& row) {
   return ValueOf<MeanDeviation<1>>(row);
 }
-std::optional<double> PlaceOfDeviationOfOneLength(const RowInput& row) {
+RowResult PlaceOfDeviationOfOneLength(const RowInput& row) {
   return PositionOf<MeanDeviation<1>>(row);
 }
-std::optional<double> GreatestDeviationOfSevenLengths(const RowInput& row) {
+RowResult GreatestDeviationOfSevenLengths(const RowInput& row) {
   return ValueOf<MeanDeviation<kSeven>>(row);
 }
-std::optional<double> PlaceOfDeviationOfSevenLengths(const RowInput& row) {
+RowResult PlaceOfDeviationOfSevenLengths(const RowInput& row) {
   return PositionOf<MeanDeviation<kSeven>>(row);
 }
-std::optional<double> GreatestMeanPeakOfSevenLengths(const RowInput& row) {
+RowResult GreatestMeanPeakOfSevenLengths(const RowInput& row) {
   return ValueOf<MeanPeak>(row);
 }
-std::optional<double> PlaceOfMeanPeakOfSevenLengths(const RowInput& row) {
+RowResult PlaceOfMeanPeakOfSevenLengths(const RowInput& row) {
   return PositionOf<MeanPeak>(row);
 }
-std::optional<double> SegmentHeight(const RowInput& row) {
+RowResult SegmentHeight(const RowInput& row) {
   return ValueOf<Segment>(row);
 }
-std::optional<double> SegmentPlace(const RowInput& row) {
+RowResult SegmentPlace(const RowInput& row) {
   return PositionOf<Segment>(row);
 }
-std::optional<double> SteepestLine(const RowInput& row) {
+RowResult SteepestLine(const RowInput& row) {
   return ValueOf<FittedSlope>(row);
 }
-std::optional<double> SteepestLinePlace(const RowInput& row) {
+RowResult SteepestLinePlace(const RowInput& row) {
   return PositionOf<FittedSlope>(row);
 }
-std::optional<double> SteepestChord(const RowInput& row) {
+RowResult SteepestChord(const RowInput& row) {
   return ValueOf<ChordSlope>(row);
 }
-std::optional<double> SteepestChordPlace(const RowInput& row) {
+RowResult SteepestChordPlace(const RowInput& row) {
   return PositionOf<ChordSlope>(row);
 }
 
-std::optional<double> HighestOfLeftEnd(const RowInput& row) {
+RowResult HighestOfLeftEnd(const RowInput& row) {
   const auto points = PointsOfEnd(row);
   if (!points) return std::nullopt;
   return FindExtremes(row.profile.Heights().first(*points)).highest;
 }
 
-std::optional<double> HighestOfRightEnd(const RowInput& row) {
+RowResult HighestOfRightEnd(const RowInput& row) {
   const auto points = PointsOfEnd(row);
   if (!points) return std::nullopt;
   return FindExtremes(row.profile.Heights().last(*points)).highest;

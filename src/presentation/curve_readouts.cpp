@@ -6,7 +6,7 @@
 #include <cmath>
 
 #include "base/number_text.h"
-#include "base/units.h"
+#include "base/quantity.h"
 #include "parameters/height_curve.h"
 
 namespace texturon {
@@ -18,15 +18,6 @@ constexpr BearingChoice kBearingChoices[] = {
     {ProfileKind::kPrimary, false, true},   {ProfileKind::kPrimary, true, true},
 };
 
-std::string HeightText(double heightUM, bool metric) {
-  return ReadoutText(metric ? heightUM : heightUM * kMicroinchesPerMicrometre, metric ? 4 : 2) +
-         (metric ? " \xB5m" : " \xB5in");
-}
-
-std::string LengthText(double lengthMM, bool metric) {
-  return ReadoutText(metric ? lengthMM : lengthMM * kInchesPerMillimetre, metric ? 4 : 6) + (metric ? " mm" : " in");
-}
-
 std::string PercentText(double percent) {
   return ReadoutText(percent, 2) + " %";
 }
@@ -36,7 +27,7 @@ std::string CountOf(const char* kind, const std::vector<Motif>& motifs, double s
   if (motifs.empty()) return text;
   const double steps = static_cast<double>(motifs.back().lastPeak - motifs.front().firstPeak);
   const double meanMM = steps * spacingUM * kMillimetresPerMicrometre / static_cast<double>(motifs.size());
-  return text + ", mean length " + LengthText(meanMM, metric);
+  return text + ", mean length " + LengthReadout(meanMM, metric);
 }
 
 }  // namespace
@@ -57,8 +48,8 @@ std::string BearingReadout(const Document& document, double ratioPercent, double
   if (sorted.empty()) return {};
   const bool metric = document.settings.display.Metric;
   const double ratio = std::clamp(ratioPercent, 0.0, 100.0);
-  return "At " + PercentText(ratio) + ": " + HeightText(HeightAtRatio(sorted, ratio), metric) + "    At " +
-         HeightText(heightUM, metric) + ": " + PercentText(RatioAtHeight(sorted, heightUM));
+  return "At " + PercentText(ratio) + ": " + HeightReadout(HeightAtRatio(sorted, ratio), metric) + "    At " +
+         HeightReadout(heightUM, metric) + ": " + PercentText(RatioAtHeight(sorted, heightUM));
 }
 
 std::vector<std::string> ProbabilityTexts(const Document& document) {
@@ -66,8 +57,8 @@ std::vector<std::string> ProbabilityTexts(const Document& document) {
   if (!fit) return {};
   const bool metric = document.settings.display.Metric;
   std::vector<std::string> texts;
-  if (fit->plateau) texts.push_back("Rpq = " + HeightText(std::abs(fit->plateau->slopeUM), metric));
-  if (fit->valley) texts.push_back("Rvq = " + HeightText(std::abs(fit->valley->slopeUM), metric));
+  if (fit->plateau) texts.push_back("Rpq = " + HeightReadout(std::abs(fit->plateau->slopeUM), metric));
+  if (fit->valley) texts.push_back("Rvq = " + HeightReadout(std::abs(fit->valley->slopeUM), metric));
   if (fit->crossingPercent) texts.push_back("Rmq = " + PercentText(*fit->crossingPercent));
   return texts;
 }
@@ -87,8 +78,8 @@ std::string SpectrumReadout(const Document& document, std::size_t harmonic) {
   if (harmonic < 1 || harmonic >= spectrum.amplitudeUM.size()) return {};
   const bool metric = document.settings.display.Metric;
   return "Harmonic " + IntegerText(static_cast<std::int64_t>(harmonic)) + ": wavelength " +
-         LengthText(spectrum.wavelengthMM[harmonic], metric) + ", amplitude " +
-         HeightText(spectrum.amplitudeUM[harmonic], metric);
+         LengthReadout(spectrum.wavelengthMM[harmonic], metric) + ", amplitude " +
+         HeightReadout(spectrum.amplitudeUM[harmonic], metric);
 }
 
 ShownMotifs ShownMotifsOf(const AnalysisSettings& settings) {

@@ -7,7 +7,7 @@
 #include <optional>
 
 #include "base/number_text.h"
-#include "base/units.h"
+#include "base/quantity.h"
 
 namespace texturon {
 namespace {
@@ -30,23 +30,6 @@ std::optional<double> HeightAt(const Profile& profile, double xMM) {
   if (index < profile.range.first || index > profile.range.last) return std::nullopt;
   return profile.samples[static_cast<std::size_t>(index)];
 }
-
-/// How heights and lengths are written in the units shown.
-class Units {
-public:
-  explicit Units(bool metric) : metric_(metric) {}
-
-  std::string Length(double lengthMM) const {
-    return metric_ ? ReadoutText(lengthMM, 4) + " mm" : ReadoutText(lengthMM * kInchesPerMillimetre, 5) + " in";
-  }
-  std::string Height(double heightUM) const {
-    return metric_ ? ReadoutText(heightUM, 4) + " \xB5m"
-                   : ReadoutText(heightUM * kMicroinchesPerMicrometre, 2) + " \xB5in";
-  }
-
-private:
-  bool metric_;
-};
 
 /// Two values and their difference.
 std::string Pair(const std::string& name, const std::string& first, const std::string& second,
@@ -94,16 +77,18 @@ ProfileMarks MarksOf(const Document& document) {
 }
 
 std::string CursorReadout(const Document& document, ProfileKind kind, const CursorPlaces& places) {
-  const Units units(document.settings.display.Metric);
+  const bool metric = document.settings.display.Metric;
   std::string text;
   if (places.hasX) {
     const auto [x1, x2] = places.xMM;
-    text += Pair("X", units.Length(x1), units.Length(x2), units.Length(x2 - x1));
+    text += Pair("X", LengthReadout(x1, metric), LengthReadout(x2, metric), LengthReadout(x2 - x1, metric));
     if (document.profiles.Has(kind)) {
       const Profile profile = document.profiles.View(kind);
       const auto z1 = HeightAt(profile, x1);
       const auto z2 = HeightAt(profile, x2);
-      if (z1 && z2) text += "    " + Pair("Z", units.Height(*z1), units.Height(*z2), units.Height(*z2 - *z1));
+      if (z1 && z2)
+        text += "    " +
+                Pair("Z", HeightReadout(*z1, metric), HeightReadout(*z2, metric), HeightReadout(*z2 - *z1, metric));
       if (z1 && z2 && x1 != x2) text += "    " + SlopeText(*z2 - *z1, x2 - x1);
       if (z1 && z2) text += " (" + ProfileTitle(kind) + ")";
     }
@@ -111,19 +96,20 @@ std::string CursorReadout(const Document& document, ProfileKind kind, const Curs
   if (places.hasY) {
     if (!text.empty()) text += "    ";
     const auto [y1, y2] = places.yUM;
-    text += Pair("Y", units.Height(y1), units.Height(y2), units.Height(y2 - y1));
+    text += Pair("Y", HeightReadout(y1, metric), HeightReadout(y2, metric), HeightReadout(y2 - y1, metric));
   }
   return text;
 }
 
 std::array<std::string, 4> CursorLabels(const Document& document, ProfileKind kind, const CursorPlaces& places) {
-  const Units units(document.settings.display.Metric);
-  std::array<std::string, 4> labels = {"X1 " + units.Length(places.xMM.first), "X2 " + units.Length(places.xMM.second),
-                                       "Y1 " + units.Height(places.yUM.first), "Y2 " + units.Height(places.yUM.second)};
+  const bool metric = document.settings.display.Metric;
+  std::array<std::string, 4> labels = {
+      "X1 " + LengthReadout(places.xMM.first, metric), "X2 " + LengthReadout(places.xMM.second, metric),
+      "Y1 " + HeightReadout(places.yUM.first, metric), "Y2 " + HeightReadout(places.yUM.second, metric)};
   if (!document.profiles.Has(kind)) return labels;
   const Profile profile = document.profiles.View(kind);
-  if (const auto z = HeightAt(profile, places.xMM.first)) labels[0] += "\nZ1 " + units.Height(*z);
-  if (const auto z = HeightAt(profile, places.xMM.second)) labels[1] += "\nZ2 " + units.Height(*z);
+  if (const auto z = HeightAt(profile, places.xMM.first)) labels[0] += "\nZ1 " + HeightReadout(*z, metric);
+  if (const auto z = HeightAt(profile, places.xMM.second)) labels[1] += "\nZ2 " + HeightReadout(*z, metric);
   return labels;
 }
 

@@ -7,7 +7,7 @@
 #include "analysis/captions.h"
 #include "analysis/region_choice.h"
 #include "base/number_text.h"
-#include "base/units.h"
+#include "base/quantity.h"
 #include "presentation/profile_marks.h"
 #include "settings/setting_choices.h"
 #include "settings/settings_table.h"
@@ -27,14 +27,12 @@ std::string WithoutOpening(std::string caption) {
 }
 
 std::string Length(double lengthUM, bool metric) {
-  const double lengthMM = lengthUM * kMillimetresPerMicrometre;
-  return metric ? FixedText(lengthMM, 4) + " mm" : FixedText(lengthMM * kInchesPerMillimetre, 5) + " in";
+  return LengthText(lengthUM * kMillimetresPerMicrometre, metric);
 }
 
 std::string RecordText(const ProfileSet& profiles, bool metric) {
-  const double spacing = metric ? profiles.spacingUM : profiles.spacingUM * kMicroinchesPerMicrometre;
-  return IntegerText(profiles.pointCount) + " points, spacing " + FixedText(spacing, metric ? 4 : 2) +
-         (metric ? " \xB5m" : " \xB5in") + ", length " + Length(profiles.LengthUM(), metric);
+  return IntegerText(profiles.pointCount) + " points, spacing " + HeightText(profiles.spacingUM, metric) + ", length " +
+         Length(profiles.LengthUM(), metric);
 }
 
 std::vector<ReportLine> Facts(const Document& document, std::string_view time) {
@@ -59,8 +57,7 @@ std::vector<ReportLine> Facts(const Document& document, std::string_view time) {
 }
 
 std::string LimitText(double limit, const ParameterDef& row, bool metric) {
-  const double value = metric ? limit : limit * row.imperialFactor;
-  return FixedText(value, metric ? row.format.metricDecimals : row.format.imperialDecimals);
+  return ShownNumber(row.quantity, limit, metric, row.format.decimals);
 }
 
 ReportRow MakeRow(const ShownRow& shown, bool metric) {

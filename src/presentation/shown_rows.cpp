@@ -16,7 +16,7 @@ ShownRow Show(const ParameterDef& row, std::string title, std::string label, boo
   return {.row = row,
           .title = std::move(title),
           .value = ShownValue(row, metric),
-          .unit = PrintedUnit(metric ? row.metricUnit : row.imperialUnit),
+          .unit = PrintedUnit(row.quantity.Unit(metric)),
           .label = std::move(label),
           .verdict = JudgeRow(row)};
 }

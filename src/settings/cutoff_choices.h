@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <span>
 
-#include "settings/settings.h"
+#include "settings/analysis_settings.h"
 
 namespace texturon {
 

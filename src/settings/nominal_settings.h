@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <optional>
 
-#include "settings/settings.h"
+#include "settings/analysis_settings.h"
 #include "signal/form/asphere.h"
 #include "signal/form/asphere_tables.h"
 #include "signal/form/nominal_curve.h"

@@ -2,12 +2,12 @@
 
 #include "settings/setting_entry.h"
 
-#include <algorithm>
 #include <limits>
+#include <utility>
 
 #include "base/number_text.h"
+#include "base/quantity.h"
 #include "base/text.h"
-#include "base/units.h"
 #include "settings/settings_value.h"
 
 namespace texturon {
@@ -17,123 +17,53 @@ constexpr double kNoEnd = std::numeric_limits<double>::infinity();
 /// Digits of a converted number: more would only show the conversion.
 constexpr int kConvertedDecimals = 8;
 
-struct UnitPair {
-  std::string_view unit;
-  std::string_view metric;
-  std::string_view imperial;
-  double factor;
-};
+/// What the units of the table are shown in.
+constexpr std::pair<std::string_view, Quantity> kQuantities[] = {
+    {"mm", kLengthMM}, {"um", kHeightUM}, {"1/mm", kCurvaturePerMM}, {"deg", kAngleDegrees}};
 
-constexpr UnitPair kUnits[] = {
-    {"mm", "mm", "in", kInchesPerMillimetre},
-    {"um", "\xB5m", "\xB5in", kMicroinchesPerMicrometre},
-    {"1/mm", "1/mm", "1/in", kMillimetresPerInch},
-    {"deg", "\xB0", "\xB0", 1.0},
-};
-
-const UnitPair* FindUnit(std::string_view unit) {
-  const auto* const found =
-      std::find_if(std::begin(kUnits), std::end(kUnits), [&](const UnitPair& pair) { return pair.unit == unit; });
-  return found == std::end(kUnits) ? nullptr : found;
-}
-
-struct Limits {
-  double least = -kNoEnd;
-  double most = kNoEnd;
-  bool excludesLeast = false;
-};
-
-constexpr Limits kAboveZero = {.least = 0.0, .excludesLeast = true};
-constexpr Limits kFromZero = {.least = 0.0};
-constexpr Limits kPercent = {.least = 0.0, .most = 100.0};
-
-struct KeyLimits {
-  std::string_view key;
-  Limits limits;
-};
-
-constexpr KeyLimits kLimits[] = {
-    {"PolynomialOrder", {.least = 0.0, .most = 100.0}},
-    {"FormFilterCutoffMM", kAboveZero},
-    {"FormRemovalNumberOfPoints", kFromZero},
-    {"FormRemovalReductionSpacingUM", kFromZero},
-    {"SagTableLengthMM", kAboveZero},
-    {"SagTableSpacingMM", kAboveZero},
-    {"AspResidualLengthMM", kAboveZero},
-    {"AspResidualSpacingMM", kAboveZero},
-    {"AsphereClearApertureDiameterMM", kAboveZero},
-    {"AsphereClearApertureCentralDiscardMM", kFromZero},
-    {"AsphereSlopeWindowMM", kAboveZero},
-    {"LcCutoffMM", kAboveZero},
-    {"UserLcCutoffMM", kAboveZero},
-    {"UserLsCutoffMM", kFromZero},
-    {"SplineTension", {.least = 0.0, .most = 1.0}},
-    {"PrimaryPcLevel", kFromZero},
-    {"RoughnessPcLevel", kFromZero},
-    {"WavinessPcLevel", kFromZero},
-    {"UserDiscardLengthMM", kFromZero},
-    {"ClosingRadiusForWvoid", kAboveZero},
-    {"OpeningRadiusForWcvx", kAboveZero},
-    {"WindowWidthForWseg", kAboveZero},
-    {"WxpEndRegionsMM", kAboveZero},
-    {"RxqMinimumValleyCount", kFromZero},
-    {"MotifAMM", kAboveZero},
-    {"MotifBMM", kAboveZero},
-    {"FreeFormFilterCutoffMM", kAboveZero},
-    {"ExtremeSlopePlotDegrees", {.least = 0.0, .most = 90.0, .excludesLeast = true}},
-    {"ProfileYGridSpacingUM", kFromZero},
-    {"ParameterColumns", {.least = 1.0, .most = 12.0}},
-};
-
-Limits LimitsOf(const SettingKey& key) {
-  for (const KeyLimits& row : kLimits) {
-    if (row.key == key.binding.key) return row.limits;
+/// A unit of its own for any other text, the same in both systems.
+Quantity QuantityOf(const SettingKey& key) {
+  for (const auto& [unit, quantity] : kQuantities) {
+    if (unit == key.unit) return quantity;
   }
-  return key.unit == "%" ? kPercent : Limits();
-}
-
-/// The same in the units shown.
-std::string Shown(double value, const UnitPair* unit, bool metric) {
-  return ShortestText(metric || unit == nullptr ? value : value * unit->factor);
+  return {key.unit, key.unit};
 }
 
 std::string FaultOfLimits(const SettingKey& key, double value, bool metric) {
-  const Limits limits = LimitsOf(key);
-  const UnitPair* const unit = FindUnit(key.unit);
+  const SettingLimits& limits = key.entry.limits;
+  const Quantity quantity = QuantityOf(key);
   const bool isTooSmall = value < limits.least || (limits.excludesLeast && value == limits.least);
-  if (!isTooSmall && value <= limits.most)
-    return key.binding.key == "FixedRadiusMM" && value == 0.0 ? "Must not be 0" : "";
-  const std::string least = Shown(limits.least, unit, metric);
+  if (!isTooSmall && value <= limits.most) return limits.excludesZero && value == 0.0 ? "Must not be 0" : "";
+  const std::string least = ShortestText(quantity.Shown(limits.least, metric));
   if (limits.most == kNoEnd) return (limits.excludesLeast ? "Must be above " : "Must not be below ") + least;
   return (limits.excludesLeast ? "Must be above " + least + " and at most " : "Must be from " + least + " to ") +
-         Shown(limits.most, unit, metric);
+         ShortestText(quantity.Shown(limits.most, metric));
 }
 
 }  // namespace
 
 std::string EntryUnit(const SettingKey& key, bool metric) {
-  const UnitPair* const unit = FindUnit(key.unit);
-  return std::string(unit == nullptr ? key.unit : metric ? unit->metric : unit->imperial);
+  return std::string(QuantityOf(key).Unit(metric));
 }
 
 std::string EntryText(const SettingKey& key, const SettingValue& value, bool metric) {
-  const UnitPair* const unit = FindUnit(key.unit);
+  const Quantity quantity = QuantityOf(key);
   const double* const number = std::get_if<double>(&value);
-  if (metric || unit == nullptr || number == nullptr) return ShowSetting(key.binding.type, value);
-  return ShortestText(ParseDouble(ScientificText(*number * unit->factor, kConvertedDecimals)).value);
+  if (number == nullptr || quantity.Factor(metric) == 1.0) return ShowSetting(key.binding.type, value);
+  return ShortestText(ParseDouble(ScientificText(quantity.Shown(*number, metric), kConvertedDecimals)).value);
 }
 
 EntryReading ReadEntry(const SettingKey& key, std::string_view text, bool metric) {
   const SettingBinding& binding = key.binding;
-  const ReadSettingResult read = ReadSetting(binding.type, binding.type == SettingType::Text ? text : TrimBlanks(text));
+  const ReadSettingResult read =
+      ReadSetting(binding.type, binding.type == SettingType::kText ? text : TrimBlanks(text));
   EntryReading entry{read.value, FaultOfSetting(binding, read)};
   if (!entry.ok()) {
     entry.fault = Quoted(text) + " " + entry.fault;
     return entry;
   }
   if (auto* const number = std::get_if<double>(&entry.value)) {
-    const UnitPair* const unit = FindUnit(key.unit);
-    if (!metric && unit != nullptr) *number /= unit->factor;
+    *number = QuantityOf(key).FromShown(*number, metric);
     entry.fault = FaultOfLimits(key, *number, metric);
   } else if (const auto* integer = std::get_if<std::int32_t>(&entry.value)) {
     entry.fault = FaultOfLimits(key, *integer, metric);

@@ -8,6 +8,6 @@ namespace texturon {
 
 /// Makes the changes from `before` to `after` in `target` too, key by key; what did not change keeps the target's own
 /// value. A list whose length has changed is taken whole.
-void CarryChanges(const Settings& before, const Settings& after, Settings& target);
+void RepeatChanges(const Settings& before, const Settings& after, Settings& target);
 
 }  // namespace texturon

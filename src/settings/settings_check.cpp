@@ -22,9 +22,9 @@ using RowCounts = std::unordered_map<const SettingRows*, std::size_t>;
 // The rows that a list has by the file's own count; the most where the file gives none.
 std::size_t RowsInFile(const IniFile& file, const SettingRows& rows) {
   for (const SettingKey& key : SettingsTable()) {
-    if (key.binding.rows != &rows || key.binding.type != SettingType::Count) continue;
+    if (key.binding.rows != &rows || key.binding.type != SettingType::kCount) continue;
     const std::string_view text = file.Find(key.binding.section, key.binding.key).value_or(std::string_view());
-    if (text.empty()) return rows.most;
+    if (text.empty()) return key.binding.written == KeyWritten::kAlways ? rows.most : rows.count(Settings());
     const auto count = static_cast<std::size_t>(std::max(ParseUnsigned32(text).value, 0));
     return std::clamp(count, rows.least, rows.most);
   }

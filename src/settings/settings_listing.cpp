@@ -12,19 +12,19 @@ namespace {
 
 std::string_view NameOfType(SettingType type) {
   switch (type) {
-    case SettingType::Text:
+    case SettingType::kText:
       return "text";
-    case SettingType::Integer:
+    case SettingType::kInteger:
       return "integer";
-    case SettingType::Flag:
+    case SettingType::kFlag:
       return "flag";
-    case SettingType::Number:
+    case SettingType::kNumber:
       return "number";
-    case SettingType::Coefficient:
+    case SettingType::kCoefficient:
       return "coefficient";
-    case SettingType::Count:
+    case SettingType::kCount:
       return "count";
-    case SettingType::Version:
+    case SettingType::kVersion:
       return "version";
   }
   return {};
@@ -52,7 +52,7 @@ std::vector<SettingDescription> DescribeSettings() {
   for (const SettingKey& key : SettingsTable()) {
     const SettingBinding& binding = key.binding;
     rows.push_back({binding.section, binding.key, NameOfType(binding.type), DefaultText(binding), key.unit, key.meaning,
-                    key.choices});
+                    key.choices, binding.written == KeyWritten::kAlways});
   }
   return rows;
 }
@@ -70,6 +70,7 @@ std::string SettingsMarkdown() {
     if (!row.defaultText.empty()) text.append("`").append(row.defaultText).append("`");
     text.append(" | ").append(row.unit).append(" | ").append(row.meaning);
     if (!row.choices.empty()) text.append(": ").append(row.choices);
+    if (!row.isWrittenAlways) text.append("; in the file only where it differs");
     text.append(" |\n");
   }
   return text;

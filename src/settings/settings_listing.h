@@ -17,6 +17,7 @@ struct SettingDescription {
   std::string_view unit;
   std::string_view meaning;
   std::string_view choices;
+  bool isWrittenAlways = true;
 };
 
 /// Every key in the file's order.

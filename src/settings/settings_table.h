@@ -4,28 +4,33 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <variant>
 
+#include "settings/setting_groups.h"
 #include "settings/settings.h"
 
 namespace texturon {
 
 /// How a value is written and read.
 enum class SettingType {
-  Text,
-  Integer,
-  Flag,
-  Number,       // fixed, six decimals
-  Coefficient,  // scientific, twelve decimals
-  Count,        // an integer that says how many rows follow
-  Version,      // a number with two decimals that every written file carries
+  kText,
+  kInteger,
+  kFlag,
+  kNumber,       // fixed, six decimals
+  kCoefficient,  // scientific, twelve decimals
+  kCount,        // an integer that says how many rows follow
+  kVersion,      // a number with two decimals that every written file carries
 };
 
-/// Text holds a string, Flag a bool, Integer and Count an int32, the other types a double.
+/// When a key stands in a file. One that is written where it was changed has its default in a file that leaves it out.
+enum class KeyWritten : std::uint8_t { kAlways, kWhereChanged };
+
+/// kText holds a string, kFlag a bool, kInteger and kCount an int32, the other types a double.
 using SettingValue = std::variant<std::string, std::int32_t, bool, double>;
 
 /// A list of rows in the settings, which holds `least` to `most` of them. Row i is written under the number
@@ -47,8 +52,43 @@ struct SettingBinding {
   SettingValue (*get)(const Settings&, std::size_t row);
   void (*set)(Settings&, std::size_t row, const SettingValue& value);
   const SettingRows* rows = nullptr;  // of a count and of the keys that repeat by it
+  KeyWritten written = KeyWritten::kAlways;
 
-  bool isRepeated() const { return rows != nullptr && type != SettingType::Count; }
+  bool isRepeated() const { return rows != nullptr && type != SettingType::kCount; }
+};
+
+/// What may be entered, in the setting's own unit; a file may hold more.
+struct SettingLimits {
+  double least = -std::numeric_limits<double>::infinity();
+  double most = std::numeric_limits<double>::infinity();
+  bool excludesLeast = false;
+  bool excludesZero = false;
+};
+
+/// The number or flag that another setting must have.
+struct SettingCondition {
+  SettingBinding binding;
+  std::int32_t value;
+};
+
+/// How a setting is entered.
+struct SettingEntry {
+  SettingGroup group = SettingGroup::kNone;
+  int rank = 0;  // places in the group, those of one rank in the table's order
+  SettingLimits limits = {};
+  std::optional<SettingCondition> needs = {};  // it has an effect, and can be entered, only then
+  const char* columnTitle = "";                // of a list shown as a table
+
+  constexpr SettingEntry Behind(int wantedRank) const {
+    SettingEntry entry = *this;
+    entry.rank = wantedRank;
+    return entry;
+  }
+  constexpr SettingEntry While(const SettingBinding& binding, std::int32_t value) const {
+    SettingEntry entry = *this;
+    entry.needs = {binding, value};
+    return entry;
+  }
 };
 
 struct SettingKey {
@@ -56,10 +96,12 @@ struct SettingKey {
   std::string_view unit = {};
   std::string_view meaning = {};
   std::string_view choices = {};  // "0 none, 1 line" where the numbers have names
+  SettingEntry entry = {};
 };
 
 /// Every key of the settings file in the file's order; keys of the same rows stand together. To add a setting is a
-/// field in settings.h and a row here: reading, writing, --set, the listing and the documentation go by this table.
+/// field in settings.h and a row here: reading, writing, --set, the listing, the documentation and the window's sheets
+/// go by this table.
 std::span<const SettingKey> SettingsTable();
 
 /// The key of a row as it stands in a file: Name03, X000006(mm); the key itself where it does not repeat.
@@ -72,6 +114,10 @@ struct SettingPlace {
 
 /// Finds a key as it stands in a file, in any case. Any row is found, also one beyond the count.
 std::optional<SettingPlace> FindSetting(std::string_view section, std::string_view key);
+
+/// True where the condition of a setting is met, or where it has none.
+bool HasEffect(const SettingKey& key, const Settings& settings);
+
 bool IsSettingsSection(std::string_view section);
 
 }  // namespace texturon

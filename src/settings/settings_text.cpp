@@ -17,8 +17,7 @@ constexpr std::size_t kMostRemarks = 20;
 
 // Calls visit(binding, row) for every key as it stands in the file: the keys of a list go row by row.
 template <typename Visit>
-void VisitKeys(const Settings& settings, Visit&& visit) {
-  const std::span<const SettingKey> table = SettingsTable();
+void VisitKeys(std::span<const SettingKey> table, const Settings& settings, Visit&& visit) {
   for (std::size_t i = 0; i < table.size();) {
     const SettingBinding& binding = table[i].binding;
     std::size_t end = i + 1;
@@ -53,15 +52,24 @@ private:
   std::size_t count_ = 0;
 };
 
+SettingValue DefaultValue(const SettingBinding& binding, std::size_t row) {
+  Settings defaults;
+  if (binding.isRepeated() && row >= binding.rows->count(defaults)) binding.rows->resize(defaults, row + 1);
+  return binding.get(defaults, row);
+}
+
 }  // namespace
 
-std::vector<std::string> LoadSettingsText(const IniFile& file, Settings& settings) {
+std::vector<std::string> LoadSettingsText(const IniFile& file, Settings& settings, std::span<const SettingKey> table) {
   Remarks remarks;
-  VisitKeys(settings, [&](const SettingBinding& binding, std::size_t row) {
-    if (binding.type == SettingType::Version) return;
+  VisitKeys(table, settings, [&](const SettingBinding& binding, std::size_t row) {
+    if (binding.type == SettingType::kVersion) return;
     const std::string key = KeyOfRow(binding, row);
     const std::string_view whole = file.Find(binding.section, key).value_or(std::string_view());
-    if (whole.empty()) return;
+    if (whole.empty()) {
+      if (binding.written == KeyWritten::kWhereChanged) binding.set(settings, row, DefaultValue(binding, row));
+      return;
+    }
     const std::string_view text = whole.substr(0, kIniValueLength);
     const auto remark = [&](const std::string& what) {
       remarks.Add(std::string(binding.section) + "." + key + ": " + Quoted(text) + " " + what + ".");
@@ -77,11 +85,17 @@ std::vector<std::string> LoadSettingsText(const IniFile& file, Settings& setting
   return remarks.Take();
 }
 
-void SaveSettingsText(IniFile& file, const Settings& settings, std::string_view onlySection) {
-  VisitKeys(settings, [&](const SettingBinding& binding, std::size_t row) {
-    const bool isWanted = onlySection.empty() || binding.section == onlySection || binding.type == SettingType::Version;
+void SaveSettingsText(IniFile& file, const Settings& settings, std::string_view onlySection,
+                      std::span<const SettingKey> table) {
+  VisitKeys(table, settings, [&](const SettingBinding& binding, std::size_t row) {
+    const bool isWanted =
+        onlySection.empty() || binding.section == onlySection || binding.type == SettingType::kVersion;
     if (!isWanted) return;
-    file.Set(binding.section, KeyOfRow(binding, row), WriteSetting(binding.type, binding.get(settings, row)));
+    const std::string key = KeyOfRow(binding, row);
+    const SettingValue value = binding.get(settings, row);
+    const bool isLeftOut = binding.written == KeyWritten::kWhereChanged && value == DefaultValue(binding, row) &&
+                           !file.Find(binding.section, key);
+    if (!isLeftOut) file.Set(binding.section, key, WriteSetting(binding.type, value));
   });
 }
 
@@ -96,7 +110,7 @@ std::optional<std::string> SetOne(Settings& settings, std::string_view name, std
 
   const SettingBinding& binding = place->key->binding;
   const std::string fullName = std::string(binding.section) + "." + KeyOfRow(binding, place->row);
-  if (binding.type == SettingType::Version) return fullName + " cannot be set";
+  if (binding.type == SettingType::kVersion) return fullName + " cannot be set";
   if (binding.isRepeated() && place->row >= binding.rows->count(settings)) {
     const auto rows = static_cast<std::int64_t>(binding.rows->count(settings));
     return fullName + " does not exist: the list has " + IntegerText(rows) + " rows";

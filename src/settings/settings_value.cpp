@@ -46,47 +46,47 @@ ReadSettingResult ReadNumber(std::string_view text) {
 
 std::string WriteSetting(SettingType type, const SettingValue& value) {
   switch (type) {
-    case SettingType::Text:
+    case SettingType::kText:
       return std::get<std::string>(value);
-    case SettingType::Integer:
-    case SettingType::Count:
+    case SettingType::kInteger:
+    case SettingType::kCount:
       return IntegerText(std::get<std::int32_t>(value));
-    case SettingType::Flag:
+    case SettingType::kFlag:
       return std::get<bool>(value) ? "1" : "0";
-    case SettingType::Number:
+    case SettingType::kNumber:
       return FixedText(std::get<double>(value), kNumberDecimals);
-    case SettingType::Coefficient:
+    case SettingType::kCoefficient:
       return ScientificText(std::get<double>(value), kCoefficientDecimals);
-    case SettingType::Version:
+    case SettingType::kVersion:
       return FixedText(std::get<double>(value), kVersionDecimals);
   }
   return {};
 }
 
 std::string ShowSetting(SettingType type, const SettingValue& value) {
-  const bool isReal = type == SettingType::Number || type == SettingType::Coefficient;
+  const bool isReal = type == SettingType::kNumber || type == SettingType::kCoefficient;
   return isReal ? ShortestText(std::get<double>(value)) : WriteSetting(type, value);
 }
 
 ReadSettingResult ReadSetting(SettingType type, std::string_view text) {
   switch (type) {
-    case SettingType::Text:
+    case SettingType::kText:
       return {std::string(text), {}};
-    case SettingType::Integer:
-    case SettingType::Count:
+    case SettingType::kInteger:
+    case SettingType::kCount:
       return ReadInteger(text);
-    case SettingType::Flag:
+    case SettingType::kFlag:
       return ReadFlag(text);
-    case SettingType::Number:
-    case SettingType::Coefficient:
-    case SettingType::Version:
+    case SettingType::kNumber:
+    case SettingType::kCoefficient:
+    case SettingType::kVersion:
       return ReadNumber(text);
   }
   return {};
 }
 
 std::string FaultOfSetting(const SettingBinding& binding, const ReadSettingResult& read) {
-  if (!read.fault.empty() || binding.type != SettingType::Count) return std::string(read.fault);
+  if (!read.fault.empty() || binding.type != SettingType::kCount) return std::string(read.fault);
   const SettingRows& rows = *binding.rows;
   const auto count = static_cast<std::int64_t>(std::get<std::int32_t>(read.value));
   const auto least = static_cast<std::int64_t>(rows.least);

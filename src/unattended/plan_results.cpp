@@ -91,7 +91,7 @@ PlannedValue ValueOf(const Document& document, const PlannedParameter& parameter
       break;
   }
   const ParameterDef& row = document.catalogue.rows[parameter.index];
-  std::string unit = PrintedUnit(row.metricUnit);
+  std::string unit = PrintedUnit(row.quantity.metricUnit);
   if (unit == "\xB5m") unit = "um";
   if (parameter.name == "CV") unit = "um3/um2";
   return {row.valid, row.value, std::move(unit)};

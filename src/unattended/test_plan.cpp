@@ -335,10 +335,9 @@ std::string_view CounterName(Family family) {
 }  // namespace
 
 Family FamilyOf(std::string_view catalogueName) {
-  constexpr std::array<std::string_view, 4> kMoreOfRk = {"Rk", "Rpk", "Rvk", "Rvo"};
-  if (IsMotifName(catalogueName)) return Family::kMotif;
-  const bool isRk = std::find(kMoreOfRk.begin(), kMoreOfRk.end(), catalogueName) != kMoreOfRk.end();
-  if (isRk || IsRkFamily(catalogueName)) return Family::kRk;
+  const ParameterFamily family = FamilyOfRow(catalogueName);
+  if (family == ParameterFamily::kMotif) return Family::kMotif;
+  if (family != ParameterFamily::kByLetter) return Family::kRk;
   return LowerAscii(catalogueName.front()) == 'w' ? Family::kWaviness : Family::kStandard;
 }
 

@@ -46,12 +46,18 @@ struct Analysis {
             .source = "c:\\a,b\\S1.prf",
             .identification = "Shaft 1",
             .description = "form / filter",
+            .metric = metric,
+            .primaryRatioTitle = primaryRatioTitle,
+            .roughnessRatioTitle = roughnessRatioTitle,
             .traverseLengthUM = 5600.0,
             .evaluationLengthUM = 4000.0};
   }
 
   ParameterCatalogue catalogue;
-  Settings settings;
+  AnalysisSettings settings;
+  bool metric = true;
+  const char* primaryRatioTitle = "Pmr";
+  const char* roughnessRatioTitle = "Rmr";
   RatioRowResults primary{};
   RatioRowResults roughness{};
   RatioRowResults primaryHtps{};
@@ -75,7 +81,7 @@ TEST(ParameterCsv, WritesHeaderAndRowInBothSystems) {
             kRowStart + std::string("\"LT 5.6 mm / Ln 4.00 mm / form / filter      \", 1.235, 1.234568, 1.234568, ") +
                 "1.235, 1.235, 1.235, 1.235, 1.235, \" \"\r\n");
 
-  analysis.settings.display.Metric = false;
+  analysis.metric = false;
   EXPECT_EQ(ParameterCsvHeader(analysis.Input()).substr(std::string(kTitles).size()),
             ", \"Ra\", \"Rsm\", \"AR\", \"Rpc\", \"Rhsc\", \"Phsc\", \"Wc\", \"Rku\", \"Rmr1\"\r\n" +
                 std::string(kBlanks) +
@@ -92,7 +98,7 @@ TEST(ParameterCsv, WritesHeaderAndRowInBothSystems) {
 
 TEST(ParameterCsv, AddsAColumnForEachSelectedRatioAndHeight) {
   Analysis analysis({});
-  auto& settings = analysis.settings.analysis;
+  auto& settings = analysis.settings;
   settings.primaryMaterialRatios[3] = {.selected = true, .depthUM = 0.25, .offsetPercent = 5.0};
   settings.roughnessMaterialRatios[0] = {.selected = true, .meanReferenced = true, .depthUM = -0.75};
   settings.roughnessMaterialRatios[9] = {.selected = true, .meanReferenced = true, .depthUM = 1.0};
@@ -107,9 +113,9 @@ TEST(ParameterCsv, AddsAColumnForEachSelectedRatioAndHeight) {
                 ", \"(0.25 \xB5m  5.0 %)\", (Mean - 0.75 \xB5m), (Mean + 1.00 \xB5m), \"(10.0 %  60.0 %)\", "
                 "\"(2.5 %  50.0 %)\"\r\n");
   EXPECT_EQ(columnsOf(ParameterCsvRow(analysis.Input()), ", 12."), ", 12.35, 99.00, \" \", 2.000, \" \"\r\n");
-  analysis.settings.display.Metric = false;
-  analysis.settings.display.PrimaryAsTpa = true;
-  analysis.settings.display.RoughnessAsTpi = true;
+  analysis.metric = false;
+  analysis.primaryRatioTitle = "Tpa";
+  analysis.roughnessRatioTitle = "Tpi";
   EXPECT_EQ(columnsOf(ParameterCsvHeader(analysis.Input()), ", \"Tpa"),
             ", \"Tpa\", \"Tpi\", \"Tpi\", \"Phtp\", \"Rhtp\"\r\n" + std::string(kBlanks) +
                 ", \"(9.84 \xB5in  5.0 %)\", (Mean - 30 \xB5in), (Mean + 39 \xB5in), \"(10.0 %  60.0 %)\", "

@@ -15,8 +15,8 @@
 
 #include "base/text.h"
 #include "formats/allocation_peak.h"
-#include "formats/extension_table.h"
 #include "formats/import.h"
+#include "formats/recognition.h"
 #include "formats/sample_texts.h"
 #include "record/profile_set.h"
 #include "support/mutate.h"

@@ -25,7 +25,8 @@ TEST(PointTable, RefusesWithAReason) {
   EXPECT_EQ(ReadPointTable("1\n2\n3\n").reason, "there is no line with two numbers");
   EXPECT_EQ(ReadPointTable("X Z\n0 1\n1 two\n").reason, "line 3: not two numbers");
   EXPECT_EQ(ReadPointTable("0 1\n1 nan\n").reason, "line 2: not two numbers");
-  EXPECT_EQ(ReadPointTable(std::string(200, '\n') + "0 1\n").reason, "") << "empty lines are no heading";
+  std::string emptyLines(200, '\n');
+  EXPECT_EQ(ReadPointTable(emptyLines.append("0 1\n")).reason, "") << "empty lines are no heading";
   std::string heading;
   for (int i = 0; i < 200; ++i) heading += "text\n";
   EXPECT_FALSE(ReadPointTable(heading + "0 1\n").ok());

@@ -17,9 +17,9 @@
 #include <vector>
 
 #include "base/text.h"
-#include "formats/extension_table.h"
 #include "formats/import.h"
 #include "formats/native_format.h"
+#include "formats/recognition.h"
 #include "formats/sample_texts.h"
 #include "formats/text_lines.h"
 #include "platform/prompts.h"

@@ -2,6 +2,7 @@
 
 // Laws that hold for every row: scales, directions, hostile profiles; and that each one is documented.
 
+#include <algorithm>
 #include <cmath>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -17,35 +18,46 @@
 namespace texturon {
 namespace {
 
-/// How a row's value follows the profile. An angle or a ball sees no stretching of heights alone.
+/// How a row's value follows the profile.
 struct Law {
-  std::string_view suffixes;  // separated by blanks
-  int heightPower;
-  int lengthPower;
-  bool scalesByHeightAlone;
-  int reversed;  // 1: same, -1: turned, 0: position or one-way scan
+  int heightPower = 0;
+  int lengthPower = 0;
+  bool scalesByHeightAlone = true;  // an angle or a ball sees no stretching of heights alone
+  int reversed = 1;                 // 1: same, -1: turned, 0: position or one-way scan
 };
 
-constexpr Law kLaws[] = {
-    {"t a q p v c tc cl zDIN zi 3z pm vm max y z1max zJIS a1 a7 pm7 seg k pk vk pk* vk* pk+k k+vk vo pq vq", 1, 0, true,
-     1},
-    {"sk ku pm/3z pk/k vk/k mr1 mr2 mq twi", 0, 0, true, 1},
-    {"pl pr", 1, 0, true, 0},
-    {"m0", 2, 0, true, 1},
-    {"m2", 2, -2, true, 1},
-    {"m4", 2, -4, true, 1},
-    {"dq dmd dmn lslp eslp", 1, -1, false, 1},
-    {"dsk", 0, 0, true, -1},
-    {"s", 0, 1, true, 1},
-    {"sm dsm a1l a7l pm7l segl lslpl eslpl", 0, 1, true, 0},
-    {"vddl cvxl vdmp", 0, 1, false, 0},
-    {"pc", 0, -1, true, 0},
-    {"hsc vc", 0, 0, true, 0},
-    {"void vdd vdm cvx cvxm", 1, 0, false, 1},
-    {"vdc", 0, -1, false, 1},
-    {"vda", 1, 1, false, 0},
-    {"vdas", 1, -1, false, 1},
-};
+bool IsListed(std::string_view list, std::string_view suffix) {
+  return (" " + std::string(list) + " ").find(" " + std::string(suffix) + " ") != std::string::npos;
+}
+
+/// What the unit says, but for numbers whose unit does not show what they are made of.
+Law LawOf(std::string_view suffix) {
+  struct UnitPowers {
+    std::string_view unit;
+    int height, length;
+  };
+  constexpr UnitPowers kUnits[] = {{"\xB5m", 1, 0}, {"mm", 0, 1},       {"mm2", 1, 1},   {"\xB5m2", 2, 0},
+                                   {"\xB0", 1, -1}, {"min", 1, -1},     {"1/cm", 0, -1}, {"#/cm", 0, -1},
+                                   {"%%", 0, 0},    {"\xB5m-2", 2, -4}, {"", 0, 0}};
+  const MasterRow* const row = FindMasterRow("?" + std::string(suffix));
+  if (row == nullptr) ADD_FAILURE() << suffix << " is a row of no catalogue";
+  const std::string_view unit = row != nullptr ? row->quantity.metricUnit : "";
+  const auto* const powers =
+      std::find_if(std::begin(kUnits), std::end(kUnits), [&](const UnitPowers& u) { return u.unit == unit; });
+  if (powers == std::end(kUnits)) ADD_FAILURE() << suffix << ": what is " << unit << " made of?";
+  Law law;
+  if (powers != std::end(kUnits)) law = {powers->height, powers->length};
+  if (suffix == "m2") law = {2, -2};
+  if (suffix == "vdas") law = {1, -1};
+  law.scalesByHeightAlone = !IsListed("dq dmd dmn lslp eslp vddl cvxl vdmp void vdd vdm cvx cvxm vdc vda vdas", suffix);
+  // Elements are cut by a scan from one side, and an incomplete void at one end alone keeps vdm, vdas from their law.
+  if (IsListed("pl pr sm dsm c tc cl a1l a7l pm7l segl lslpl eslpl vddl cvxl vdmp pc hsc vc vda vdm vdas cvxm",
+               suffix)) {
+    law.reversed = 0;
+  }
+  if (suffix == "dsk") law.reversed = -1;
+  return law;
+}
 
 /// Everything in the settings that is a height or a length, times a factor.
 void Scale(AnalysisSettings& s, double height, double length) {
@@ -67,21 +79,6 @@ RowCase Base() {
   return row;
 }
 
-template <typename Check>
-void ForEachSuffix(const Check& check) {
-  std::size_t seen = 0;
-  for (const Law& law : kLaws) {
-    std::string_view rest = law.suffixes;
-    while (!rest.empty()) {
-      const std::size_t end = std::min(rest.find(' '), rest.size());
-      check(rest.substr(0, end), law);
-      ++seen;
-      rest.remove_prefix(std::min(end + 1, rest.size()));
-    }
-  }
-  EXPECT_EQ(seen, SuffixTable().size()) << "a row without a law";
-}
-
 TEST(RowLaws, FollowHeightsAndLengths) {
   const RowCase base = Base();
   RowCase taller = base;
@@ -91,7 +88,9 @@ TEST(RowLaws, FollowHeightsAndLengths) {
   larger.samplingLengthMM *= 2.0;
   Scale(taller.settings, 2.0, 1.0);
   Scale(larger.settings, 2.0, 2.0);
-  ForEachSuffix([&](std::string_view suffix, const Law& law) {
+  for (const SuffixRow& row : SuffixTable()) {
+    const std::string_view suffix = row.suffix;
+    const Law law = LawOf(suffix);
     const auto value = RowValue(suffix, base);
     ASSERT_TRUE(value.has_value()) << suffix;
     EXPECT_NE(*value, 0.0) << suffix << " shows nothing";
@@ -100,19 +99,18 @@ TEST(RowLaws, FollowHeightsAndLengths) {
     if (law.scalesByHeightAlone) {
       EXPECT_TRUE(Near(*RowValue(suffix, taller), *value * std::exp2(law.heightPower), 1e-12)) << suffix;
     }
-  });
+  }
 }
 
 TEST(RowLaws, FollowTheDirection) {
   const RowCase base = Base();
   RowCase reversed = base;
   reversed.heights.assign(base.heights.rbegin(), base.heights.rend());
-  // Elements are cut by a scan from one side, and an incomplete void at one end alone keeps vdm, vdas from their law.
-  const std::string oneWay = " c tc cl vdm vdas cvxm ";
-  ForEachSuffix([&](std::string_view suffix, const Law& law) {
-    if (law.reversed == 0 || oneWay.find(" " + std::string(suffix) + " ") != std::string::npos) return;
-    EXPECT_TRUE(Near(*RowValue(suffix, reversed), law.reversed * *RowValue(suffix, base), 1e-9)) << suffix;
-  });
+  for (const SuffixRow& row : SuffixTable()) {
+    const int sign = LawOf(row.suffix).reversed;
+    if (sign == 0) continue;
+    EXPECT_TRUE(Near(*RowValue(row.suffix, reversed), sign * *RowValue(row.suffix, base), 1e-9)) << row.suffix;
+  }
 }
 
 TEST(RowLaws, KeepOutOfTroubleOnHostileProfiles) {

@@ -21,7 +21,7 @@ TEST(SettingsChanges, OnlyWhatHasChangedIsCarried) {
   Settings expected = after;
   expected.analysis.LsCutoffMM = 0.008;
   expected.analysis.parameters[0].tolerance.upperLimit = 3.0;
-  CarryChanges(before, after, target);
+  RepeatChanges(before, after, target);
   EXPECT_EQ(target, expected);
 }
 
@@ -31,13 +31,13 @@ TEST(SettingsChanges, AListOfAnotherLengthIsTakenWhole) {
   after.analysis.freeFormPoints = {{1.0, 2.0}, {3.0, 4.0}};
   Settings target;
   target.analysis.freeFormPoints[0].xMM = 7.0;
-  CarryChanges(before, after, target);
+  RepeatChanges(before, after, target);
   EXPECT_EQ(target, after);
   // A target with fewer rows keeps them.
   before = after;
   after.analysis.freeFormPoints[1].zUM = 5.0;
   target.analysis.freeFormPoints.resize(1);
-  CarryChanges(before, after, target);
+  RepeatChanges(before, after, target);
   EXPECT_EQ(target.analysis.freeFormPoints, (std::vector<FreeFormPoint>{{1.0, 2.0}}));
 }
 

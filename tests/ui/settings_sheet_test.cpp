@@ -18,6 +18,7 @@
 
 #include "settings/settings_text.h"
 #include "signal/form/asphere.h"
+#include "ui/sheets/parameters_page.h"
 #include "ui/sheets/shape_pages.h"
 #include "ui/tables/grid_ctrl.h"
 #include "ui/window_fixture.h"

@@ -113,19 +113,7 @@ void CAutoLoading::Tell() {
 CAutoLoadingSheet::CAutoLoadingSheet(CTexturonDoc& doc, QWidget* parent)
     : QDialog(parent), doc_(doc), working_(doc.document().settings), fault_(new QLabel(this)) {
   setWindowTitle(tr("Auto-Loading"));
-  page_ = new CFieldsPage(working_, {{"Files",
-                                      {{"AUTO_LOADING", "IsAutoLoading"},
-                                       {"AUTO_LOADING", "AutoLoadFromGroup"},
-                                       {"AUTO_LOADING", "AutoLoadFolder"},
-                                       {"AUTO_LOADING", "AutoLoadMask"},
-                                       {"AUTO_LOADING", "AutoLoadFile"}}},
-                                     {"Afterwards",
-                                      {{"AUTO_LOADING", "AutoExport"},
-                                       {"DISPLAY", "ParameterFile"},
-                                       {"AUTO_LOADING", "DeleteAfterAutoLoadFromGroup"},
-                                       {"AUTO_LOADING", "StorageFolderAfterAutoLoad"},
-                                       {"AUTO_LOADING", "TopmostAfterAutoLoad"},
-                                       {"AUTO_LOADING", "LogEventsWhenAutoLoading"}}}});
+  page_ = new CFieldsPage(working_, "Auto-Loading");
   AddBrowser("AUTO_LOADING.AutoLoadFolder", [this](const auto& path) { return AskFolder(this, tr("Folder"), path); });
   AddBrowser("AUTO_LOADING.StorageFolderAfterAutoLoad",
              [this](const auto& path) { return AskFolder(this, tr("Hold folder"), path); });

@@ -2,14 +2,15 @@
 
 #include "ui/plots/plot_items.h"
 
-#include "base/units.h"
+#include "base/quantity.h"
 #include "ui/qt_text.h"
 
 namespace texturon {
 
 ShownUnits UnitsOf(const Document& document) {
-  if (document.settings.display.Metric) return {1.0, 1.0, FromText("\xB5m"), "mm"};
-  return {kMicroinchesPerMicrometre, kInchesPerMillimetre, FromText("\xB5in"), "in"};
+  const bool metric = document.settings.display.Metric;
+  return {kHeightUM.Factor(metric), kLengthMM.Factor(metric), FromText(kHeightUM.Unit(metric)),
+          FromText(kLengthMM.Unit(metric))};
 }
 
 void ClearDrawing(QCustomPlot& plot) {

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "analysis/captions.h"
-#include "base/units.h"
+#include "base/quantity.h"
 #include "parameters/local_slopes.h"
 #include "presentation/profile_marks.h"
 #include "ui/qt_text.h"
@@ -63,8 +63,8 @@ class CurveList {
 public:
   CurveList(bool metric, const QPalette& palette)
       : isDark_(palette.color(QPalette::Base).lightness() < palette.color(QPalette::Text).lightness()),
-        heightFactor_(metric ? 1.0 : kMicroinchesPerMicrometre),
-        lengthFactor_(kMillimetresPerMicrometre * (metric ? 1.0 : kInchesPerMillimetre)) {}
+        heightFactor_(kHeightUM.Factor(metric)),
+        lengthFactor_(kMillimetresPerMicrometre * kLengthMM.Factor(metric)) {}
 
   void Add(const Profile& profile, const QString& name, const QColor& colour, double width) {
     Add(profile, profile.Heights(), name, colour, width);
@@ -94,9 +94,9 @@ private:
 void DrawProfiles(CClickableProfileGraph& graph, const Document& document, const ShownProfiles& shown, bool showsAll) {
   const DisplaySettings& display = document.settings.display;
   const bool metric = display.Metric;
-  const double heightFactor = metric ? 1.0 : kMicroinchesPerMicrometre;
+  const double heightFactor = kHeightUM.Factor(metric);
   graph.SetXTitle(metric ? QObject::tr("X in mm") : QObject::tr("X in inches"));
-  graph.yAxis->setLabel(FromText(metric ? "height in \xB5m" : "height in \xB5in"));
+  graph.yAxis->setLabel(QObject::tr("height in %1").arg(FromText(kHeightUM.Unit(metric))));
   CurveList list(metric, graph.palette());
   for (std::size_t i = 0; i < kShownForm; ++i) {
     const auto kind = static_cast<ProfileKind>(i);
@@ -121,7 +121,7 @@ void DrawProfiles(CClickableProfileGraph& graph, const Document& document, const
              QColor(0xE6, 0x00, 0x00), kSteepWidth);
     list.curves.back().isOverlay = true;
   }
-  MarkStretches(graph, document, metric ? 1.0 : kInchesPerMillimetre);
+  MarkStretches(graph, document, kLengthMM.Factor(metric));
   SetGrid(graph, display, heightFactor);
   CClickableProfileGraph::WholeView whole;
   if (display.ProfileAutoScale || !(display.ProfileYMaxUM > display.ProfileYMinUM)) {

@@ -10,7 +10,7 @@
 #include <utility>
 
 #include "analysis/captions.h"
-#include "base/units.h"
+#include "base/quantity.h"
 #include "ui/plots/profile_plot.h"
 #include "ui/qt_text.h"
 
@@ -163,19 +163,16 @@ void CTexturonView::ShowScroll() {
 }
 
 std::pair<double, double> CTexturonView::BetweenCursorsMM() const {
-  const double toMM = doc_.document().settings.display.Metric ? 1.0 : kMillimetresPerInch;
-  const auto [first, second] = graph_->UprightCursors();
-  return {std::min(first, second) * toMM, std::max(first, second) * toMM};
+  const auto [first, second] = Places().xMM;
+  return {std::min(first, second), std::max(first, second)};
 }
 
 CursorPlaces CTexturonView::Places() const {
   const bool metric = doc_.document().settings.display.Metric;
-  const double toMM = metric ? 1.0 : kMillimetresPerInch;
-  const double toUM = metric ? 1.0 : kMicrometresPerMicroinch;
   const auto [x1, x2] = graph_->UprightCursors();
   const auto [y1, y2] = graph_->LevelCursors();
-  return {.xMM = {x1 * toMM, x2 * toMM},
-          .yUM = {y1 * toUM, y2 * toUM},
+  return {.xMM = {kLengthMM.FromShown(x1, metric), kLengthMM.FromShown(x2, metric)},
+          .yUM = {kHeightUM.FromShown(y1, metric), kHeightUM.FromShown(y2, metric)},
           .hasX = graph_->HasUprightCursors(),
           .hasY = graph_->HasLevelCursors()};
 }
@@ -187,8 +184,7 @@ QString CTexturonView::Readout() const {
 
 void CTexturonView::ShowSamplingLength() {
   const Document& document = doc_.document();
-  const double length =
-      document.settings.analysis.LcCutoffMM * (document.settings.display.Metric ? 1.0 : kInchesPerMillimetre);
+  const double length = kLengthMM.Shown(document.settings.analysis.LcCutoffMM, document.settings.display.Metric);
   const double middle = graph_->VisibleX().center();
   graph_->ShowX({middle - 0.5 * length, middle + 0.5 * length});
 }

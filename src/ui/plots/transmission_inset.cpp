@@ -2,7 +2,7 @@
 
 #include "ui/plots/transmission_inset.h"
 
-#include "base/units.h"
+#include "base/quantity.h"
 #include "presentation/filter_curves.h"
 #include "ui/plots/clickable_profile_graph.h"
 #include "ui/qt_text.h"
@@ -54,7 +54,7 @@ void CTransmissionInset::Show(const Document& document) {
   clearPlottables();
   clearItems();
   const bool metric = document.settings.display.Metric;
-  const double factor = metric ? 1.0 : kInchesPerMillimetre;
+  const double factor = kLengthMM.Factor(metric);
   // The colours of the profiles that the waves go to.
   const std::pair<const std::vector<double>*, int> lines[] = {
       {&curves->primary, 0}, {&curves->waviness, 1}, {&curves->roughness, 2}};
@@ -74,7 +74,7 @@ void CTransmissionInset::Show(const Document& document) {
   half->point1->setCoords(1.0, 50.0);
   half->point2->setCoords(2.0, 50.0);
   half->setPen(QPen(palette().color(QPalette::Text), 0.0, Qt::DotLine));
-  const QString unit = metric ? tr("mm") : tr("in");
+  const QString unit = FromText(kLengthMM.Unit(metric));
   const QString remark = FromText(curves->remark);
   xAxis->setLabel(remark.isEmpty() ? tr("Wavelength in %1").arg(unit) : tr("Wavelength in %1\n%2").arg(unit, remark));
   xAxis->setRange(curves->wavelengthMM.front() * factor, curves->wavelengthMM.back() * factor);

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
+#include "ui/sheets/parameters_page.h"
+
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QPushButton>
@@ -12,32 +14,25 @@
 #include "parameters/catalogue.h"
 #include "settings/setting_entry.h"
 #include "ui/qt_text.h"
-#include "ui/sheets/settings_pages.h"
 
 namespace texturon {
 namespace {
 
-/// Key of a column; columns without one are only read.
-struct ColumnSpec {
-  const char* title;
-  std::string_view key;
-};
+/// Keys of the columns; those without one are only read.
+constexpr std::string_view kColumns[] = {"Selected%02d",
+                                         {},
+                                         "Toleranced%02d",
+                                         "BilateralTol%02d",
+                                         "MetricLowerTolLimit%02d",
+                                         "MetricUpperTolLimit%02d",
+                                         "HighlightIfOut%02d",
+                                         {}};
 
-constexpr ColumnSpec kColumns[] = {
-    {"Parameter", "Selected%02d"},
-    {"Limits in", {}},
-    {"Toleranced", "Toleranced%02d"},
-    {"Both limits", "BilateralTol%02d"},
-    {"Lower limit", "MetricLowerTolLimit%02d"},
-    {"Upper limit", "MetricUpperTolLimit%02d"},
-    {"Mark if out", "HighlightIfOut%02d"},
-    {"Definition", {}},
-};
-
+constexpr int kUnitColumn = 1;
 constexpr int kLimitColumn = 4;
 
 const SettingKey* KeyOfColumn(int column) {
-  const std::string_view name = kColumns[column].key;
+  const std::string_view name = kColumns[column];
   for (const SettingKey& key : SettingsTable()) {
     if (key.binding.section == "PARAMETERS" && key.binding.key == name) return &key;
   }
@@ -53,7 +48,12 @@ CParametersPage::CParametersPage(Settings& settings, QWidget* parent)
   filter_->setPlaceholderText(tr("Find by name or definition"));
   filter_->setClearButtonEnabled(true);
   QStringList titles;
-  for (const ColumnSpec& column : kColumns) titles << tr(column.title);
+  for (int column = 0; column < table_->columnCount(); ++column) {
+    const SettingKey* const key = KeyOfColumn(column);
+    titles << (key != nullptr          ? tr(key->entry.columnTitle)
+               : column == kUnitColumn ? tr("Limits in")
+                                       : tr("Definition"));
+  }
   table_->setObjectName("parameters");
   table_->setHorizontalHeaderLabels(titles);
   table_->verticalHeader()->setVisible(false);
@@ -97,7 +97,8 @@ void CParametersPage::Refresh() {
       Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
       if (key == nullptr) {
         if (master != nullptr)
-          item->setText(FromText(column == 1 ? PrintedUnit(master->metricUnit) : master->definition));
+          item->setText(
+              FromText(column == kUnitColumn ? PrintedUnit(master->quantity.metricUnit) : master->definition));
       } else {
         const SettingValue value = key->binding.get(settings_, static_cast<std::size_t>(row));
         if (const bool* const flag = std::get_if<bool>(&value)) {

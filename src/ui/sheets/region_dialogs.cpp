@@ -13,7 +13,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "base/units.h"
+#include "base/quantity.h"
 #include "settings/settings_table.h"
 #include "ui/plots/clickable_profile_graph.h"
 #include "ui/qt_text.h"
@@ -104,7 +104,7 @@ void CRegionDialog::AddEntry(QFormLayout& form, const QString& title, double Reg
   auto* const reason = new QLabel(this);
   reason->setStyleSheet(QString("color: %1;").arg(kFaultColour));
   row->addWidget(line);
-  row->addWidget(new QLabel(metric ? tr("mm") : tr("in"), this));
+  row->addWidget(new QLabel(FromText(kLengthMM.Unit(metric)), this));
   row->addWidget(reason, 1);
   auto* const label = new QLabel(title, this);
   label->setBuddy(line);

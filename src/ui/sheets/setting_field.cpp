@@ -49,7 +49,7 @@ CSettingField::CSettingField(const SettingPlace& place, Settings& settings, bool
 
 void CSettingField::MakeEditor() {
   auto* const row = static_cast<QHBoxLayout*>(layout());
-  if (place_.key->binding.type == SettingType::Flag) {
+  if (place_.key->binding.type == SettingType::kFlag) {
     box_ = new QCheckBox(isCell_ ? QString() : Title(), this);
     row->addWidget(box_);
     connect(box_, &QCheckBox::clicked, this, [this](bool on) { Put(on); });
@@ -62,7 +62,7 @@ void CSettingField::MakeEditor() {
             [this](int index) { Put(choices_[static_cast<std::size_t>(index)].value); });
   } else {
     line_ = new QLineEdit(this);
-    const bool isText = place_.key->binding.type == SettingType::Text;
+    const bool isText = place_.key->binding.type == SettingType::kText;
     if (!isText) line_->setMaximumWidth(line_->fontMetrics().averageCharWidth() * (isCell_ ? 15 : 22));
     if (!isText && !isCell_) line_->setMinimumWidth(line_->fontMetrics().averageCharWidth() * 12);
     row->addWidget(line_);

@@ -51,7 +51,7 @@ private:
     QString fault;
   };
 
-  bool PlacesMatter() const { return columns_.front()->binding.type == SettingType::Coefficient; }
+  bool PlacesMatter() const { return columns_.front()->binding.type == SettingType::kCoefficient; }
   void Copy(std::size_t from, std::size_t to);
 
   Settings& settings_;

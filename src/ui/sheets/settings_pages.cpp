@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <utility>
 
 #include "settings/cutoff_choices.h"
@@ -17,23 +18,20 @@
 namespace texturon {
 namespace {
 
-/// Short titles for the columns of a list's table, by what its keys contain.
-constexpr std::pair<std::string_view, const char*> kColumnTitles[] = {
-    {"HighlightIfOut", "Mark if out"},    {"Toleranced", "Toleranced"},
-    {"BilateralTol", "Both limits"},      {"UpperTolLimit", "Upper limit"},
-    {"LowerTolLimit", "Lower limit"},     {"Selected", "Show"},
-    {"MeanReferenced", "From mean line"}, {"DepthUM", "Depth"},
-    {"OffsetPercent", "Reference"},       {"UpperPercent", "Upper ratio"},
-    {"LowerPercent", "Lower ratio"},
-};
-
 QString ColumnTitle(const SettingKey& key, bool metric) {
-  for (const auto& [part, title] : kColumnTitles) {
-    if (key.binding.key.find(part) == std::string_view::npos) continue;
-    const QString unit = FromText(EntryUnit(key, metric));
-    return unit.isEmpty() ? QObject::tr(title) : QString("%1\n%2").arg(QObject::tr(title), unit);
+  const QString title = QObject::tr(key.entry.columnTitle);
+  const QString unit = FromText(EntryUnit(key, metric));
+  return unit.isEmpty() ? title : QString("%1\n%2").arg(title, unit);
+}
+
+std::vector<const SettingKey*> KeysOf(SettingGroup group) {
+  std::vector<const SettingKey*> keys;
+  for (const SettingKey& key : SettingsTable()) {
+    if (key.entry.group == group) keys.push_back(&key);
   }
-  return FromText(key.binding.key);
+  std::stable_sort(keys.begin(), keys.end(),
+                   [](const SettingKey* a, const SettingKey* b) { return a->entry.rank < b->entry.rank; });
+  return keys;
 }
 
 }  // namespace
@@ -67,16 +65,15 @@ CSettingField* CSettingsPage::MakeField(std::string_view section, std::string_vi
   return field;
 }
 
-CFieldsPage::CFieldsPage(Settings& settings, const std::vector<GroupSpec>& groups, QWidget* parent)
-    : CSettingsPage(settings, parent) {
+CFieldsPage::CFieldsPage(Settings& settings, std::string_view page, QWidget* parent) : CSettingsPage(settings, parent) {
   auto* const layout = new QVBoxLayout(this);
-  for (const GroupSpec& group : groups) {
+  for (const SettingGroupTitles& group : SettingGroups()) {
+    if (group.page != page) continue;
     auto* const box = new QGroupBox(tr(group.title), this);
     auto* const form = new QFormLayout(box);
-    for (const FieldSpec& spec : group.fields) {
-      CSettingField* const field = MakeField(spec.section, spec.key, false);
-      specs_.push_back(spec);
-      const bool saysItself = field->Place().key->binding.type == SettingType::Flag;
+    for (const SettingKey* const key : KeysOf(group.group)) {
+      CSettingField* const field = MakeField(key->binding.section, key->binding.key, false);
+      const bool saysItself = key->binding.type == SettingType::kFlag;
       if (saysItself) {
         form->addRow(field);
       } else {
@@ -91,17 +88,10 @@ CFieldsPage::CFieldsPage(Settings& settings, const std::vector<GroupSpec>& group
 
 void CFieldsPage::Refresh() {
   CSettingsPage::Refresh();
-  for (std::size_t i = 0; i < specs_.size(); ++i) {
-    const FieldSpec& spec = specs_[i];
-    fields_[i]->setEnabled(spec.needs == nullptr || settings_.analysis.*spec.needs == spec.neededValue);
-  }
+  for (CSettingField* const field : fields_) field->setEnabled(HasEffect(*field->Place().key, settings_));
 }
 
-CFiltersPage::CFiltersPage(Settings& settings, QWidget* parent)
-    : CFieldsPage(settings,
-                  {{"Filter", {{"ANALYSIS", "FilterType"}, {"ANALYSIS", "SplineTension"}}},
-                   {"Ends", {{"ANALYSIS", "UserDiscardType"}, {"ANALYSIS", "UserDiscardLengthMM"}}}},
-                  parent) {
+CFiltersPage::CFiltersPage(Settings& settings, QWidget* parent) : CFieldsPage(settings, "Filters", parent) {
   auto* const box = new QGroupBox(tr("Cut-offs"), this);
   auto* const form = new QFormLayout(box);
   const std::pair<Cutoff, std::pair<QString, std::string_view>> cutoffs[] = {
@@ -114,7 +104,6 @@ CFiltersPage::CFiltersPage(Settings& settings, QWidget* parent)
     cutoffs_.push_back(list);
     CSettingField* const own = MakeField("ANALYSIS", texts.second, false);
     owns_.push_back(own);
-    specs_.push_back({"ANALYSIS", texts.second});
     connect(list, &QComboBox::activated, this, [this, which = cutoff](int index) {
       ChooseCutoff(settings_.analysis, which, static_cast<std::size_t>(index));
       emit Edited();

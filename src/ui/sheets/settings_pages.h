@@ -3,18 +3,13 @@
 #pragma once
 
 #include <QWidget>
-#include <map>
 #include <utility>
 #include <vector>
 
 #include "settings/settings.h"
 #include "ui/sheets/setting_field.h"
 
-class QGridLayout;
 class QLabel;
-class QLineEdit;
-class QTableWidget;
-class QTableWidgetItem;
 
 namespace texturon {
 
@@ -44,30 +39,14 @@ protected:
   std::vector<CSettingField*> fields_;
 };
 
-/// An entry of a page: a key, and the setting that it depends on (enabled while that one has `neededValue`).
-struct FieldSpec {
-  std::string_view section;
-  std::string_view key;
-  std::int32_t AnalysisSettings::*needs = nullptr;
-  std::int32_t neededValue = 0;
-};
-
-struct GroupSpec {
-  const char* title;
-  std::vector<FieldSpec> fields;
-};
-
-/// A page of groups of entries.
+/// A page of groups of entries, made from the rows of the settings table that belong to it.
 class CFieldsPage : public CSettingsPage {
   Q_OBJECT
 
 public:
-  CFieldsPage(Settings& settings, const std::vector<GroupSpec>& groups, QWidget* parent = nullptr);
+  CFieldsPage(Settings& settings, std::string_view page, QWidget* parent = nullptr);
 
   void Refresh() override;
-
-protected:
-  std::vector<FieldSpec> specs_;
 };
 
 /// The page of the filters: the cut-offs chosen from the standard ones or the user's own, then the other entries.
@@ -95,34 +74,6 @@ public:
 
 private:
   std::vector<std::pair<QLabel*, const SettingKey*>> titles_;
-};
-
-/// The parameters: which are shown, in which order, within which limits.
-class CParametersPage : public CSettingsPage {
-  Q_OBJECT
-
-public:
-  explicit CParametersPage(Settings& settings, QWidget* parent = nullptr);
-
-  void Refresh() override;
-  void Reset() override;
-  QString Fault() const override;
-  std::vector<const SettingKey*> Keys() const override;
-  /// Moves the current row up (-1) or down (1).
-  void Move(int by);
-  /// Makes a parameter's row the current one, its lower limit to be typed. False: there is no such row.
-  bool ShowParameter(const QString& name);
-  /// Selects all parameters or none.
-  void SelectAll(bool selected);
-
-private:
-  void OnItem(QTableWidgetItem* item);
-  void Mark(QTableWidgetItem& item, const QString& fault);
-  void Filter(const QString& text);
-
-  QTableWidget* table_;
-  QLineEdit* filter_;
-  std::map<std::pair<int, int>, QString> faults_;  ///< by row and column
 };
 
 }  // namespace texturon

@@ -8,13 +8,12 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QVBoxLayout>
-#include <string_view>
-#include <utility>
 
 #include "analysis/form_table.h"
 #include "settings/cutoff_choices.h"
 #include "settings/settings_changes.h"
 #include "ui/qt_text.h"
+#include "ui/sheets/parameters_page.h"
 #include "ui/sheets/shape_pages.h"
 
 namespace texturon {
@@ -22,70 +21,6 @@ namespace {
 
 /// Time after the last key before the analysis runs.
 constexpr int kDelayMS = 250;
-
-std::vector<FieldSpec> Fields(std::string_view section, std::initializer_list<std::string_view> keys) {
-  std::vector<FieldSpec> fields;
-  for (const std::string_view key : keys) fields.push_back({section, key});
-  return fields;
-}
-
-std::vector<GroupSpec> FormGroups() {
-  constexpr auto kForm = &AnalysisSettings::FormRemovalType;
-  constexpr auto kThin = &AnalysisSettings::FormRemovalDataReductionMethod;
-  GroupSpec form{"Form", Fields("ANALYSIS", {"FormRemovalType", "ResidualType"})};
-  for (const FormRow& row : FormTable()) {
-    for (const auto& [section, key] : row.keys) {
-      if (!key.empty()) form.fields.push_back({section, key, kForm, row.number});
-    }
-  }
-  return {std::move(form),
-          {"Points of the fit",
-           {{"ANALYSIS", "FormRemovalDataReductionMethod"},
-            {"ANALYSIS", "FormRemovalNumberOfPoints", kThin, kThinToPoints},
-            {"ANALYSIS", "FormRemovalReductionSpacingUM", kThin, kThinToSpacing}}},
-          {"Stylus", {{"ANALYSIS", "CompTipRadiusWhenAvailble"}}}};
-}
-
-std::vector<GroupSpec> LevelGroups() {
-  return {
-      {"Levels", Fields("ANALYSIS", {"PrimaryHSCHeight", "RoughnessHSCHeight", "PrimaryVCHeight", "RoughnessVCHeight",
-                                     "PrimaryPcLevel", "RoughnessPcLevel", "WavinessPcLevel"})},
-      {"Envelopes and windows",
-       Fields("ANALYSIS", {"ClosingRadiusForWvoid", "OpeningRadiusForWcvx", "WindowWidthForWseg", "WxpEndRegionsMM"})}};
-}
-
-std::vector<GroupSpec> ElementGroups() {
-  return {{"Profile elements: least height",
-           Fields("ANALYSIS", {"PsmPzPercent", "WsmWzPercent", "WcWzPercent", "RsmRzPercent", "RcRzPercent"})},
-          {"Profile elements: least width",
-           Fields("ANALYSIS", {"PsmSamplingLengthPercent", "WsmSamplingLengthPercent", "WcSamplingLengthPercent",
-                               "RsmSamplingLengthPercent", "RcSamplingLengthPercent"})}};
-}
-
-std::vector<GroupSpec> TableGroups() {
-  return {
-      {"Sag table", Fields("ANALYSIS", {"SagTableLengthMM", "SagTableSpacingMM", "SagTableType", "SagTableFileName"})},
-      {"Aspheric residual",
-       Fields("ANALYSIS", {"AspResidualLengthMM", "AspResidualSpacingMM", "AspResidualFileType",
-                           "AsphereResidualPadding", "AsphereResidualOffsetUM", "AspResidualFileName"})},
-      {"MOD files", Fields("ASPHERIC_PARAMETERS", {"AsphereMODFileComment"})}};
-}
-
-std::vector<GroupSpec> DisplayGroups() {
-  return {
-      {"Window", Fields("DISPLAY", {"Metric", "UpperIsSplit", "LowerIsSplit", "ShowINIPathInHeading"})},
-      {"Profile", Fields("DISPLAY", {"ShowClosingProfile", "ShowOpeningProfile", "ShowFilterTrans", "ShowXAxisValues",
-                                     "CursorDisplayType", "ShowExtremeSlopes", "ExtremeSlopePlotDegrees"})},
-      {"Parameters", Fields("DISPLAY", {"ParameterColumns", "PrimaryAsTpa", "RoughnessAsTpi"})},
-      {"Curves", Fields("DISPLAY", {"BrcAdfType", "ShowRkLines"})},
-      {"Report", Fields("DISPLAY", {"CompanyName", "LogoFile"})}};
-}
-
-std::vector<GroupSpec> ScaleGroups() {
-  return {{"Profile", Fields("DISPLAY", {"ProfileAutoScale", "ProfileYMaxUM", "ProfileYMinUM", "Profile11AspectRatio",
-                                         "ProfileAutoYSpacing", "ProfileYGridSpacingUM", "ProfileYGridStartUM"})},
-          {"Spectrum", Fields("DISPLAY", {"SpectrumAutoScale", "SpectrumYMaxUM", "SpectrumYMinUM"})}};
-}
 
 }  // namespace
 
@@ -164,8 +99,8 @@ void CLiveSheet::OnChanged() {
     working_ = inForce;
   } else {
     hasEdited_ = false;
-    CarryChanges(seen_, inForce, former_);
-    CarryChanges(seen_, inForce, working_);
+    RepeatChanges(seen_, inForce, former_);
+    RepeatChanges(seen_, inForce, working_);
   }
   seen_ = inForce;
   for (CSettingsPage* const page : findChildren<CSettingsPage*>()) page->Refresh();
@@ -201,26 +136,15 @@ void CLiveSheet::done(int result) {
 }
 
 CSettingsSheet::CSettingsSheet(CTexturonDoc& doc, QWidget* parent) : CLiveSheet(doc, tr("Analysis Settings"), parent) {
-  AddPage(new CFieldsPage(Working(), FormGroups()), tr("Form"));
+  const auto addFields = [this](const char* page) { AddPage(new CFieldsPage(Working(), page), tr(page)); };
+  addFields("Form");
   AddPage(new CFiltersPage(Working()), tr("Filters"));
   AddPage(new CParametersPage(Working()), tr("Parameters"));
-  AddPage(new CFieldsPage(Working(), LevelGroups()), tr("Levels"));
-  AddPage(new CFieldsPage(Working(), ElementGroups()), tr("Percentages"));
-  AddPage(new CFieldsPage(Working(),
-                          {{"Regions of Rpq and Rvq",
-                            Fields("RXQ_PARAMETERS", {"RqFittingMethod", "UPLPercent", "LPLPercent", "UVLPercent",
-                                                      "LVLPercent", "RxqValleyCountHeightUm", "RxqMinimumValleyCount",
-                                                      "RxqUpperValleyCountPercent", "RxqLowerValleyCountPercent"})}}),
-          tr("Probability"));
-  AddPage(new CFieldsPage(Working(), {{"Motifs", Fields("MOTIF_PARAMETERS", {"MotifAMM", "MotifBMM", "UseTHMotif",
-                                                                             "UseTHShortMotifCombination",
-                                                                             "MotifRProfile", "MotifWProfile"})}}),
-          tr("Motifs"));
+  for (const char* const page : {"Levels", "Percentages", "Probability", "Motifs"}) addFields(page);
   AddPage(new CAspherePage(Working(), doc), tr("Asphere"));
-  AddPage(new CFieldsPage(Working(), TableGroups()), tr("Asphere Tables"));
+  addFields("Asphere Tables");
   AddPage(new CFreeFormPage(Working(), doc), tr("Free Form"));
-  AddPage(new CFieldsPage(Working(), DisplayGroups()), tr("Display"));
-  AddPage(new CFieldsPage(Working(), ScaleGroups()), tr("Scales"));
+  for (const char* const page : {"Display", "Scales"}) addFields(page);
   ResizeInCharacters(*this, 175, 46);
 }
 

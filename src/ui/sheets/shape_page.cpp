@@ -16,15 +16,14 @@
 
 namespace texturon {
 
-CShapePage::CShapePage(Settings& settings, const std::vector<GroupSpec>& groups, std::string_view section,
-                       const char* listTitle, std::function<QString(int)> rowName, const Limits& limits,
+CShapePage::CShapePage(Settings& settings, std::string_view page, std::string_view section, const char* listTitle,
+                       std::function<QString(int)> rowName, std::string_view limitsSection, const Limits& limits,
                        QWidget* parent)
-    : CFieldsPage(settings, groups, parent),
+    : CFieldsPage(settings, page, parent),
       rows_(new CSettingRowsModel(settings, section, std::move(rowName), this)),
       table_(new QTableView(this)),
       buttons_(new QHBoxLayout),
-      preview_(new QCustomPlot(this)),
-      limits_(limits) {
+      preview_(new QCustomPlot(this)) {
   auto* const left = new QWidget(this);
   left->setLayout(layout());
   left->layout()->setContentsMargins(0, 0, 0, 0);
@@ -61,9 +60,9 @@ CShapePage::CShapePage(Settings& settings, const std::vector<GroupSpec>& groups,
   auto* const ends = new QGridLayout;
   const QString names[] = {tr("X from"), tr("to"), tr("Z from"), tr("to")};
   for (int i = 0; i < 4; ++i) {
-    const FieldSpec& spec = limits_[static_cast<std::size_t>(i)];
-    CSettingField* const field = MakeField(spec.section, spec.key, false);
-    specs_.push_back(spec);
+    const auto end = static_cast<std::size_t>(i);
+    CSettingField* const field = MakeField(limitsSection, limits[end], false);
+    limits_[end] = field->Place().key;
     auto* const label = new QLabel(names[i], preview);
     label->setBuddy(field);
     ends->addWidget(label, i / 2, i % 2 * 2);
@@ -127,7 +126,7 @@ std::vector<const SettingKey*> CShapePage::Keys() const {
 }
 
 double CShapePage::Limit(std::size_t i) const {
-  return std::get<double>(FindSetting(limits_[i].section, limits_[i].key)->key->binding.get(settings_, 0));
+  return std::get<double>(limits_[i]->binding.get(settings_, 0));
 }
 
 void CShapePage::DrawPreview() {

@@ -29,11 +29,12 @@ public:
   bool eventFilter(QObject* watched, QEvent* event) override;
 
 protected:
-  /// Entries of the preview's limits: left, right, lower, upper.
-  using Limits = std::array<FieldSpec, 4>;
+  /// Keys of the preview's limits: left, right, lower, upper.
+  using Limits = std::array<std::string_view, 4>;
 
-  CShapePage(Settings& settings, const std::vector<GroupSpec>& groups, std::string_view section, const char* listTitle,
-             std::function<QString(int)> rowName, const Limits& limits, QWidget* parent);
+  CShapePage(Settings& settings, std::string_view page, std::string_view section, const char* listTitle,
+             std::function<QString(int)> rowName, std::string_view limitsSection, const Limits& limits,
+             QWidget* parent);
 
   /// The shape within the limits, and the points that it goes through, if any.
   virtual std::vector<FreeFormPoint> CurveOf(std::size_t count) const = 0;
@@ -53,7 +54,7 @@ private:
   QTableView* table_;
   QHBoxLayout* buttons_;
   QCustomPlot* preview_;
-  Limits limits_;
+  std::array<const SettingKey*, 4> limits_;
   bool isComplete_ = false;
 };
 

@@ -16,33 +16,6 @@
 namespace texturon {
 namespace {
 
-std::vector<GroupSpec> AsphereGroups() {
-  constexpr std::string_view kAsphere = "ASPHERIC_PARAMETERS";
-  return {
-      {"Terms",
-       {{kAsphere, "C_CurvatureMM"},
-        {kAsphere, "RadiusMethod"},
-        {kAsphere, "E_ConicConstant"},
-        {kAsphere, "ConicMethod"},
-        {kAsphere, "EvenTermsOnly"}}},
-      {"Vertex", {{kAsphere, "AsphereXFixed"}, {kAsphere, "AsphereXPositionMethod"}, {kAsphere, "AsphereXStartMM"}}},
-      {"Clear Aperture Setting",
-       {{"ANALYSIS", "AsphereUseClearAperture"},
-        {"ANALYSIS", "AsphereClearApertureDiameterMM"},
-        {"ANALYSIS", "AsphereClearApertureCentralDiscardMM"},
-        {"ANALYSIS", "AsphereSlopeWindowMM"}}}};
-}
-
-std::vector<GroupSpec> FreeFormGroups() {
-  return {
-      {"Placing",
-       {{"FREE_FORM", "FreeFormFixedStart"},
-        {"FREE_FORM", "FreeFormFirstDataPointXMM"},
-        {"FREE_FORM", "FreeFormAllowTilt"},
-        {"FREE_FORM", "FreeFormIsLeastSqaures"}}},
-      {"Filter of the nominal shape", {{"FREE_FORM", "FreeFormFilterType"}, {"FREE_FORM", "FreeFormFilterCutoffMM"}}}};
-}
-
 QString Raised(std::size_t power) {
   constexpr char16_t kDigits[] = u"\u2070\u00B9\u00B2\u00B3\u2074\u2075\u2076\u2077\u2078\u2079";
   QString text;
@@ -54,17 +27,14 @@ QString Raised(std::size_t power) {
 
 CAspherePage::CAspherePage(Settings& settings, const CTexturonDoc& doc, QWidget* parent)
     : CShapePage(
-          settings, AsphereGroups(), "ASPHERIC_PARAMETERS", "Coefficients of the powers of u (mm)",
+          settings, "Asphere", "ASPHERIC_PARAMETERS", "Coefficients of the powers of u (mm)",
           [&settings](int row) {
             const auto index = static_cast<std::size_t>(row);
             const std::size_t power = PowerOfCoefficient(settings.analysis.EvenTermsOnly, index);
             return QString("A%1  %2").arg(2 * index).arg(
                 power == 0 ? QCoreApplication::translate("CAspherePage", "constant, not used") : "u" + Raised(power));
           },
-          {{{"DISPLAY", "AspherePreviewMinXMM"},
-            {"DISPLAY", "AspherePreviewMaxXMM"},
-            {"DISPLAY", "AspherePreviewMinYUM"},
-            {"DISPLAY", "AspherePreviewMaxYUM"}}},
+          "DISPLAY", {"AspherePreviewMinXMM", "AspherePreviewMaxXMM", "AspherePreviewMinYUM", "AspherePreviewMaxYUM"},
           parent),
       doc_(doc) {
   Begin();
@@ -81,13 +51,9 @@ void CAspherePage::Fit() {
 
 CFreeFormPage::CFreeFormPage(Settings& settings, const CTexturonDoc& doc, QWidget* parent)
     : CShapePage(
-          settings, FreeFormGroups(), "FREE_FORM", "Points of the nominal shape",
-          [](int row) { return QString::number(row + 1); },
-          {{{"FREE_FORM", "FreeFormPreviewMinXMM"},
-            {"FREE_FORM", "FreeFormPreviewMaxXMM"},
-            {"FREE_FORM", "FreeFormPreviewMinYUM"},
-            {"FREE_FORM", "FreeFormPreviewMaxYUM"}}},
-          parent),
+          settings, "Free Form", "FREE_FORM", "Points of the nominal shape",
+          [](int row) { return QString::number(row + 1); }, "FREE_FORM",
+          {"FreeFormPreviewMinXMM", "FreeFormPreviewMaxXMM", "FreeFormPreviewMinYUM", "FreeFormPreviewMaxYUM"}, parent),
       doc_(doc) {
   AddButton(tr("&Paste"), [this] {
     TakeText(ToText(QApplication::clipboard()->text()), tr("The clipboard"));

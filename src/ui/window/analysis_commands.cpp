@@ -5,7 +5,7 @@
 #include <QMenuBar>
 #include <algorithm>
 
-#include "base/units.h"
+#include "base/quantity.h"
 #include "ui/plots/texturon_view.h"
 #include "ui/qt_text.h"
 #include "ui/sheets/region_dialogs.h"
@@ -48,8 +48,9 @@ void CMainFrame::MakeStretchCommands(QMenu& menu) {
               .needsProfile = true},
              [this] {
                const QCPRange range = view_->Graph().VisibleX();
-               const double toMM = doc_->document().settings.display.Metric ? 1.0 : kMillimetresPerInch;
-               doc_->ComputeOver(std::max(range.lower, 0.0) * toMM, range.upper * toMM);
+               const bool metric = doc_->document().settings.display.Metric;
+               doc_->ComputeOver(kLengthMM.FromShown(std::max(range.lower, 0.0), metric),
+                                 kLengthMM.FromShown(range.upper, metric));
              });
   AddCommand(menu,
              {.name = "computeBetweenXCursors",

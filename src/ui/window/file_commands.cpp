@@ -31,9 +31,6 @@ namespace {
 constexpr int kMostRecent = 8;
 constexpr int kTryAgainMS = 200;
 constexpr const char* kRecentKey = "recentFiles";
-constexpr const char* kSaveFilters =
-    "Lumetrace Files (*.lmt)|*.lmt|Standard Data Format Files (*.sdf)|*.sdf|Taylor Hobson PRF Files (*.prf)|*.prf|"
-    "PTB PR Files (*.pr)|*.pr|All Files (*.*)|*.*||";
 constexpr const char* kSettingsFilters = "Initialization Files (*.ini)|*.ini|All Files (*.*)|*.*||";
 
 }  // namespace
@@ -223,7 +220,7 @@ void CMainFrame::OnOpen() {
 
 void CMainFrame::OnSave() {
   const auto file = AskFileToSave(this, {.title = tr("Save the profile"),
-                                         .filters = kSaveFilters,
+                                         .filters = SaveFilters(),
                                          .extension = "lmt",
                                          .proposal = PathFromText(doc_->document().profiles.sourcePath)});
   if (!file) return;

@@ -73,6 +73,15 @@ QString ProfileFilters() {
   return QObject::tr("Profiles") + " (" + patterns.join(' ') + ")|-|" + QObject::tr("All Files") + " (*.*)|*.*||";
 }
 
+QString SaveFilters() {
+  QString filters;
+  for (const WriterEntry& writer : WriterTable()) {
+    if (writer.dialogName.empty()) continue;
+    filters += QString("%1 Files (*%2)|*%2|").arg(FromText(writer.dialogName), FromText(writer.extension));
+  }
+  return filters + "All Files (*.*)|*.*||";
+}
+
 std::optional<std::filesystem::path> AskFileToOpen(QWidget* parent, const FileQuestion& question) {
   QFileDialog dialog(parent, question.title);
   dialog.setAcceptMode(QFileDialog::AcceptOpen);

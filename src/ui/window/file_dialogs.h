@@ -25,6 +25,8 @@ struct FileQuestion {
 QString QtFilters(const QString& filters);
 /// The filter for every file that has a reader, and one for all others.
 QString ProfileFilters();
+/// The formats in which profiles are saved.
+QString SaveFilters();
 
 /// Nothing where the user has cancelled. The folder is remembered over the end of the program.
 std::optional<std::filesystem::path> AskFileToOpen(QWidget* parent, const FileQuestion& question);

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#pragma once
+
+#include <map>
+#include <utility>
+#include <vector>
+
+#include "ui/sheets/settings_pages.h"
+
+class QLineEdit;
+class QTableWidget;
+class QTableWidgetItem;
+
+namespace texturon {
+
+/// The parameters: which are shown, in which order, within which limits.
+class CParametersPage : public CSettingsPage {
+  Q_OBJECT
+
+public:
+  explicit CParametersPage(Settings& settings, QWidget* parent = nullptr);
+
+  void Refresh() override;
+  void Reset() override;
+  QString Fault() const override;
+  std::vector<const SettingKey*> Keys() const override;
+  /// Moves the current row up (-1) or down (1).
+  void Move(int by);
+  /// Makes a parameter's row the current one, its lower limit to be typed. False: there is no such row.
+  bool ShowParameter(const QString& name);
+  /// Selects all parameters or none.
+  void SelectAll(bool selected);
+
+private:
+  void OnItem(QTableWidgetItem* item);
+  void Mark(QTableWidgetItem& item, const QString& fault);
+  void Filter(const QString& text);
+
+  QTableWidget* table_;
+  QLineEdit* filter_;
+  std::map<std::pair<int, int>, QString> faults_;  ///< by row and column
+};
+
+}  // namespace texturon
