@@ -1,17 +1,28 @@
 # SPDX-License-Identifier: Apache-2.0
 # Sourced by the other scripts: installs the Debian packages named, where they are missing.
 
-need_packages() {
-  local missing=()
+# missing_packages PACKAGE...: those that are not installed, a line each.
+missing_packages() {
+  local package
   for package in "$@"; do
-    dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' || missing+=("$package")
+    dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' || echo "$package"
   done
+}
+
+# need_packages PACKAGE...: installs what is missing; waits for a package manager that is at work.
+need_packages() {
+  local missing
+  mapfile -t missing < <(missing_packages "$@")
   [ ${#missing[@]} -eq 0 ] && return
   echo "installing: ${missing[*]}"
-  local as_root=()
-  [ "$(id -u)" -eq 0 ] || as_root=(sudo)
-  "${as_root[@]}" apt-get update -qq
-  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+  local apt=(apt-get -qq -o DPkg::Lock::Timeout=600)
+  apt=(env DEBIAN_FRONTEND=noninteractive "${apt[@]}")
+  [ "$(id -u)" -eq 0 ] || apt=(sudo "${apt[@]}")
+  if [ -z "${TEXTURON_PACKAGE_LISTS:-}" ]; then
+    "${apt[@]}" update
+    TEXTURON_PACKAGE_LISTS=new
+  fi
+  "${apt[@]}" install -y --no-install-recommends "${missing[@]}" >/dev/null
 }
 
 program_packages=(g++ cmake ninja-build libcli11-dev)

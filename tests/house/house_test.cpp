@@ -194,4 +194,22 @@ TEST(House, FilesAndFunctionsStaySmall) {
   EXPECT_GT(functions, 300u) << "the functions are no longer recognised";
 }
 
+std::size_t LinesOfCode(const char* folder) {
+  std::size_t count = 0;
+  for (const fs::path& path : SourcesBelow(folder)) {
+    for (const std::string& line : LinesOf(path)) {
+      const std::size_t first = line.find_first_not_of(" \t\r");
+      count += first != std::string::npos && line.compare(first, 2, "//") != 0;
+    }
+  }
+  return count;
+}
+
+TEST(House, TestsAreAThirdOfTheCode) {
+  constexpr std::size_t kMostPercent = 34;
+  const std::size_t code = LinesOfCode("src");
+  const std::size_t tests = LinesOfCode("tests");
+  EXPECT_LE(100 * tests, kMostPercent * code) << tests << " lines of tests for " << code << " of code";
+}
+
 }  // namespace
