@@ -37,16 +37,6 @@ constexpr std::size_t kCommentSize = 334;
 constexpr std::size_t kPrivateSize = 336;
 constexpr std::size_t kOffsetZ = 466;
 
-std::string_view Field(std::string_view bytes, std::size_t at, std::size_t length) {
-  const std::string_view field = bytes.substr(at, length);
-  return TrimBlanks(field.substr(0, field.find('\0')));
-}
-
-ReadResult Refuse(const ReaderInput& input, std::string_view message) {
-  input.prompts.ShowMessage(message);
-  return ReadResult::Refused(std::string(message));
-}
-
 /// Whether a header is text: the binary one has numbers below 256 of two bytes.
 bool IsText(std::string_view header) {
   return header.find('\0') == std::string_view::npos;
@@ -72,8 +62,8 @@ ReadResult ReadDigitalSurfProfile(const ReaderInput& input, ImportedProfile& pro
   if (bytes.size() < kHeaderSize) return Refuse(input, "The Digital Surf header is cut short.");
   if (LittleEndian<std::int16_t>(bytes, kObjectType) != 1)
     return Refuse(input, "The Digital Surf object is no profile.");
-  const auto spacingUnitUM = MicrometresPerUnit(Field(bytes, kUnitX, 16));
-  const auto heightUnitUM = MicrometresPerUnit(Field(bytes, kUnitZ, 16));
+  const auto spacingUnitUM = MicrometresPerUnit(FixedField(bytes, kUnitX, 16));
+  const auto heightUnitUM = MicrometresPerUnit(FixedField(bytes, kUnitZ, 16));
   if (!spacingUnitUM || !heightUnitUM) return Refuse(input, "The units of the Digital Surf profile are no lengths.");
   const std::int16_t bits = LittleEndian<std::int16_t>(bytes, kPointSize);
   const std::int32_t count = LittleEndian<std::int32_t>(bytes, kPointsOfALine);
@@ -107,7 +97,7 @@ ReadResult ReadDigitalSurfProfile(const ReaderInput& input, ImportedProfile& pro
   if (profile.heightsUM.empty()) return Refuse(input, "The Digital Surf profile has no valid points.");
   profile.spacingUM = spacing;
   profile.spacingSource = "header";
-  profile.identification = Field(bytes, kObjectName, 30);
+  profile.identification = FixedField(bytes, kObjectName, 30);
   profile.date = DateOf(bytes);
   return ReadResult::Read();
 }

@@ -33,11 +33,6 @@ struct Header {
   std::int32_t count = 0;
 };
 
-ReadResult Refuse(const ReaderInput& input, const TextCursor& cursor, std::string_view message) {
-  input.prompts.ShowMessage(message);
-  return ReadResult::Refused(AtLine(cursor.Line(), message));
-}
-
 /// The text after a keyword: one character skipped, the rest of the line without its last character. In a line longer
 /// than the limit that character belongs to the text; it is lost all the same.
 std::string KeywordText(TextCursor& cursor) {
@@ -50,17 +45,19 @@ std::string KeywordText(TextCursor& cursor) {
 /// Reads the keyword header; a refusal, or nothing when all is well.
 std::optional<ReadResult> ReadHeader(const ReaderInput& input, TextCursor& cursor, Header& header) {
   const auto expect = [&cursor](std::string_view keyword) { return EqualIgnoringCase(cursor.Token(), keyword); };
-  if (!expect("LUMETRACE_DATA")) return Refuse(input, cursor, "Invalid file format.");
-  if (!expect("1.0")) return Refuse(input, cursor, "Invalid file revision.");
-  if (!expect("IDENTIFICATION:")) return Refuse(input, cursor, "Invalid 'IDENTIFICATION:' designator.");
+  if (!expect("LUMETRACE_DATA")) return RefuseAtLine(input, cursor.Line(), "Invalid file format.");
+  if (!expect("1.0")) return RefuseAtLine(input, cursor.Line(), "Invalid file revision.");
+  if (!expect("IDENTIFICATION:")) return RefuseAtLine(input, cursor.Line(), "Invalid 'IDENTIFICATION:' designator.");
   header.identification = KeywordText(cursor);
-  if (!expect("DATE:")) return Refuse(input, cursor, "Invalid 'DATE:' designator.");
+  if (!expect("DATE:")) return RefuseAtLine(input, cursor.Line(), "Invalid 'DATE:' designator.");
   header.date = KeywordText(cursor);
-  if (!expect("SPACING_UM:")) return Refuse(input, cursor, "Invalid 'SPACING_UM:' designator.");
+  if (!expect("SPACING_UM:")) return RefuseAtLine(input, cursor.Line(), "Invalid 'SPACING_UM:' designator.");
   header.spacingUM = cursor.Number().value_or(0.0);
-  if (!expect("NUMBER_OF_POINTS:")) return Refuse(input, cursor, "Invalid 'NUMBER_OF_POINTS:' designator.");
+  if (!expect("NUMBER_OF_POINTS:"))
+    return RefuseAtLine(input, cursor.Line(), "Invalid 'NUMBER_OF_POINTS:' designator.");
   header.count = cursor.Integer().value_or(0);
-  if (header.count < 1 || header.count > kPointCapacity) return Refuse(input, cursor, "Invalid number of points.");
+  if (header.count < 1 || header.count > kPointCapacity)
+    return RefuseAtLine(input, cursor.Line(), "Invalid number of points.");
   return std::nullopt;
 }
 
@@ -108,7 +105,7 @@ ReadResult ReadNativeProfile(const ReaderInput& input, ImportedProfile& profile)
   Header header;
   if (auto refusal = ReadHeader(input, cursor, header)) return *refusal;
   if (!EqualIgnoringCase(cursor.Token(), "PROFILE_UM:")) {
-    return Refuse(input, cursor, "Invalid 'PROFILE_UM:' designator.");
+    return RefuseAtLine(input, cursor.Line(), "Invalid 'PROFILE_UM:' designator.");
   }
   const auto count = static_cast<std::size_t>(header.count);
   // A height takes a digit and, but for the last, a separator: a count beyond that is known to be wrong beforehand.
@@ -120,7 +117,7 @@ ReadResult ReadNativeProfile(const ReaderInput& input, ImportedProfile& profile)
     profile.heightsUM.push_back(*height);
   }
   if (!fits || (profile.heightsUM.size() < count && cursor.AtEnd())) {
-    return Refuse(input, cursor, "Unexpected end of file.");
+    return RefuseAtLine(input, cursor.Line(), "Unexpected end of file.");
   }
   if (profile.heightsUM.size() < count) {
     input.prompts.Notice(AtLine(cursor.Line(), "not a number; this height and all after it are taken as 0"));

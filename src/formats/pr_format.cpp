@@ -7,6 +7,7 @@
 
 #include "base/number_text.h"
 #include "base/text.h"
+#include "formats/reader_questions.h"
 #include "formats/text_lines.h"
 #include "record/profile_set.h"
 
@@ -59,11 +60,6 @@ void TakeSpacing(const Scale& scale, ImportedProfile& profile) {
   }
 }
 
-ReadResult Refuse(const ReaderInput& input, std::size_t line, std::string_view message) {
-  input.prompts.ShowMessage(message);
-  return ReadResult::Refused(AtLine(line, message));
-}
-
 }  // namespace
 
 ReadResult ReadPrProfile(const ReaderInput& input, ImportedProfile& profile) {
@@ -72,8 +68,8 @@ ReadResult ReadPrProfile(const ReaderInput& input, ImportedProfile& profile) {
   constexpr std::string_view kTitle = "Profil";
   if (!StartsWithIgnoringCase(title, kTitle)) return ReadResult::NotRecognised("line 1 does not begin with \"Profil\"");
   const auto scale = ReadScale(lines.Next().value_or(std::string_view{}));
-  if (!scale) return Refuse(input, 2, "Length, resolution and number of points are not understood.");
-  if (scale->count < 1.0 || scale->count > kPointCapacity) return Refuse(input, 2, "Invalid number of points.");
+  if (!scale) return RefuseAtLine(input, 2, "Length, resolution and number of points are not understood.");
+  if (scale->count < 1.0 || scale->count > kPointCapacity) return RefuseAtLine(input, 2, "Invalid number of points.");
 
   const auto count = static_cast<std::size_t>(scale->count);
   profile.heightsUM.reserve(std::min(count, (lines.Rest().size() + 1) / 2));
@@ -81,12 +77,12 @@ ReadResult ReadPrProfile(const ReaderInput& input, ImportedProfile& profile) {
   while (const auto line = lines.Next()) {
     if (TrimBlanks(*line).empty()) continue;
     const auto height = NumberField(*line, true);
-    if (!height) return Refuse(input, lines.LineNumber(), "Not a number.");
+    if (!height) return RefuseAtLine(input, lines.LineNumber(), "Not a number.");
     hasMore = profile.heightsUM.size() == count;
     if (hasMore) break;
     profile.heightsUM.push_back(*height);
   }
-  if (profile.heightsUM.empty()) return Refuse(input, lines.LineNumber(), "Unexpected end of file.");
+  if (profile.heightsUM.empty()) return RefuseAtLine(input, lines.LineNumber(), "Unexpected end of file.");
   TakeSpacing(*scale, profile);
   if (hasMore) profile.warnings.emplace_back("there are more heights than line 2 says");
   if (profile.heightsUM.size() < count) {

@@ -60,6 +60,11 @@ ReadResult RefuseAtLine(const ReaderInput& input, std::size_t line, std::string_
   return ReadResult::Refused(AtLine(line, message));
 }
 
+ReadResult Refuse(const ReaderInput& input, std::string_view message) {
+  input.prompts.ShowMessage(message);
+  return ReadResult::Refused(std::string(message));
+}
+
 void WarnOfCount(double stated, ImportedProfile& profile) {
   const auto there = static_cast<double>(profile.heightsUM.size());
   if (stated == there) return;

@@ -26,6 +26,8 @@ std::string NotReadYet(std::string_view layout);
 
 /// Shows `message` and refuses with it, naming the line.
 ReadResult RefuseAtLine(const ReaderInput& input, std::size_t line, std::string_view message);
+/// The same of the file as a whole.
+ReadResult Refuse(const ReaderInput& input, std::string_view message);
 
 /// Warns where the file says another number of points than it holds.
 void WarnOfCount(double stated, ImportedProfile& profile);

@@ -9,6 +9,7 @@
 #include "base/number_text.h"
 #include "base/text.h"
 #include "formats/even_spacing.h"
+#include "formats/reader_questions.h"
 #include "formats/sdf_grid.h"
 #include "formats/text_cursor.h"
 #include "formats/text_lines.h"
@@ -63,11 +64,6 @@ SdfHeader ReadHeader(LineCursor& lines) {
   return header;
 }
 
-ReadResult Refuse(const ReaderInput& input, std::size_t line, std::string_view message) {
-  input.prompts.ShowMessage(message);
-  return ReadResult::Refused(AtLine(line, message));
-}
-
 void Warn(const SdfHeader& header, std::int64_t wanted, bool hasMore, ImportedProfile& profile) {
   const auto there = static_cast<std::int64_t>(profile.heightsUM.size());
   if (there < wanted) {
@@ -91,10 +87,11 @@ ReadResult ReadSdfProfile(const ReaderInput& input, ImportedProfile& profile) {
   const SdfHeader header = ReadHeader(lines);
   if (header.profiles > 1) return ReadSdfGrid(input, header, lines.Rest(), profile);
   const std::size_t line = lines.LineNumber();
-  if (header.dataType != 5 && header.dataType != 7) return Refuse(input, line, "SDF Error: Integer data required.");
-  if (header.points < 1) return Refuse(input, line, "SDF Error: Invalid number of points.");
+  if (header.dataType != 5 && header.dataType != 7)
+    return RefuseAtLine(input, line, "SDF Error: Integer data required.");
+  if (header.points < 1) return RefuseAtLine(input, line, "SDF Error: Invalid number of points.");
   const double divisor = header.dataType == 5 ? header.zScale : 1.0;
-  if (divisor == 0.0) return Refuse(input, line, "SDF Error: Invalid Z scale.");
+  if (divisor == 0.0) return RefuseAtLine(input, line, "SDF Error: Invalid Z scale.");
 
   TextCursor cursor(lines.Rest());
   cursor.Token();
@@ -109,10 +106,10 @@ ReadResult ReadSdfProfile(const ReaderInput& input, ImportedProfile& profile) {
     }
     profile.heightsUM.push_back(*value / divisor);
   }
-  if (profile.heightsUM.empty()) return Refuse(input, line + 1, "SDF Error: no heights.");
+  if (profile.heightsUM.empty()) return RefuseAtLine(input, line + 1, "SDF Error: no heights.");
   Warn(header, wanted, cursor.Number().has_value(), profile);
   FillInvalid(profile.heightsUM, profile.warnings);
-  if (profile.heightsUM.empty()) return Refuse(input, line + 1, "SDF Error: no valid heights.");
+  if (profile.heightsUM.empty()) return RefuseAtLine(input, line + 1, "SDF Error: no valid heights.");
   profile.identification = header.identification;
   profile.date = header.date;
   profile.spacingUM = header.spacingUM;

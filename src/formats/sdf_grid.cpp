@@ -11,7 +11,9 @@
 #include "formats/even_spacing.h"
 #include "formats/little_endian.h"
 #include "formats/profile_choice.h"
+#include "formats/reader_questions.h"
 #include "formats/text_cursor.h"
+#include "formats/text_lines.h"
 #include "platform/platform.h"
 #include "record/profile_set.h"
 
@@ -19,11 +21,6 @@ namespace texturon {
 namespace {
 
 constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
-
-ReadResult Refuse(const ReaderInput& input, std::string_view message) {
-  input.prompts.ShowMessage(message);
-  return ReadResult::Refused(std::string(message));
-}
 
 std::string PickName(const SdfHeader& header, std::int64_t index) {
   const std::string& name = header.identification;
@@ -89,11 +86,6 @@ ReadResult Finish(const ReaderInput& input, const SdfHeader& header, SdfPick&& p
   return ReadResult::Read();
 }
 
-std::string Field(std::string_view bytes, std::size_t at, std::size_t length) {
-  const std::string_view field = bytes.substr(at, length);
-  return std::string(TrimBlanks(field.substr(0, field.find('\0'))));
-}
-
 }  // namespace
 
 std::optional<SdfPick> ChooseSdfProfile(const ReaderInput& input, const SdfHeader& header, std::string& reason) {
@@ -139,8 +131,8 @@ ReadResult ReadSdfBinary(const ReaderInput& input, ImportedProfile& profile) {
   const std::string_view bytes = input.bytes;
   if (bytes.size() < kHeaderSize) return Refuse(input, "SDF Error: the header is cut short.");
   const auto scale = [bytes](std::size_t at) { return LittleEndian<double>(bytes, at); };
-  SdfHeader header{.identification = Field(bytes, 8, 10),
-                   .date = Field(bytes, 30, 12),
+  SdfHeader header{.identification = std::string(FixedField(bytes, 8, 10)),
+                   .date = std::string(FixedField(bytes, 30, 12)),
                    .points = LittleEndian<std::uint16_t>(bytes, 42),
                    .profiles = LittleEndian<std::uint16_t>(bytes, 44),
                    .spacingUM = scale(46) * 1e6,

@@ -87,4 +87,9 @@ std::string AtLine(std::size_t line, std::string_view text) {
   return "line " + IntegerText(static_cast<std::int64_t>(line)) + ": " + std::string(text);
 }
 
+std::string_view FixedField(std::string_view bytes, std::size_t at, std::size_t length) {
+  const std::string_view field = bytes.substr(at, length);
+  return TrimBlanks(field.substr(0, field.find('\0')));
+}
+
 }  // namespace texturon

@@ -50,4 +50,7 @@ std::optional<double> MicrometresPerUnit(std::string_view unit);
 /// "line 12: text".
 std::string AtLine(std::size_t line, std::string_view text);
 
+/// A text of a binary header: `length` bytes from `at` on, up to a zero byte, without blanks at its ends.
+std::string_view FixedField(std::string_view bytes, std::size_t at, std::size_t length);
+
 }  // namespace texturon
