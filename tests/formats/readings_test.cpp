@@ -84,15 +84,16 @@ void TakeOption(const std::string& line, const ScratchFolder& folder, Case& c) {
 }
 
 std::string Outcome(const ScratchFolder& folder, Case& c) {
-  const ImportOutcome outcome = LoadProfileBytes(folder / std::filesystem::path(c.name).filename().string(), c.bytes, c.options, c.prompts);
+  const ImportOutcome outcome =
+      LoadProfileBytes(folder / std::filesystem::path(c.name).filename().string(), c.bytes, c.options, c.prompts);
   const ImportedProfile& profile = outcome.profile;
   std::ostringstream text;
   text << std::setprecision(11);
   if (!outcome.loaded) {
     text << "  not loaded: " << Printable(outcome.reason) << "\n";
   } else {
-    text << "  " << outcome.attempts.back().reader << ": " << profile.heightsUM.size() << " of "
-         << profile.spacingUM << " um by " << profile.spacingSource << ":";
+    text << "  " << outcome.attempts.back().reader << ": " << profile.heightsUM.size() << " of " << profile.spacingUM
+         << " um by " << profile.spacingSource << ":";
     for (std::size_t i = 0; i < profile.heightsUM.size() && i < 6; ++i) text << ' ' << profile.heightsUM[i];
     text << "\n";
     if (!profile.identification.empty()) text << "  named " << Printable(profile.identification) << "\n";
@@ -162,8 +163,9 @@ TEST(Readings, OfLongRecordsTakeWhatFits) {
   };
   for (const Record& c : records) {
     const std::string count = std::to_string(c.points);
-    std::string text = c.name[2] == 'p' ? "1 2\nSHAFT1 0 PRF\nCZ M " + count + " MM 1e-3 D\nEOR\nSPACING CX 1e-3 MM\nEOR\n"
-                                        : "aNIST-1.0\nA=\nB=\nC=\nN=" + count + "\nP=1\nX=1e-6\nY=1\nZ=1e-6\nR=\nC=\nD=7\nK=\n*\n";
+    std::string text = c.name[2] == 'p'
+                           ? "1 2\nSHAFT1 0 PRF\nCZ M " + count + " MM 1e-3 D\nEOR\nSPACING CX 1e-3 MM\nEOR\n"
+                           : "aNIST-1.0\nA=\nB=\nC=\nN=" + count + "\nP=1\nX=1e-6\nY=1\nZ=1e-6\nR=\nC=\nD=7\nK=\n*\n";
     for (std::size_t i = 0; i < c.written; ++i) text += std::to_string(i) + "\n";
     ScriptedPrompts prompts;
     const ImportedProfile profile = LoadProfileBytes(c.name, text, {}, prompts).profile;

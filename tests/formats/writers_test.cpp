@@ -41,7 +41,8 @@ TEST(Writers, WriteExactlyTheseBytes) {
   for (const WriterEntry& writer : WriterTable()) {
     std::filesystem::path path = folder / ("written" + std::string(writer.extension));
     ASSERT_TRUE(writer.write(path, {kHeights, 0.5, "Bo.e 3\t/ left\r\n", SavedAt()}, prompts).ok());
-    EXPECT_TRUE(MatchesGolden(std::filesystem::path("formats") / path.filename(), folder.Read(path.filename().string())));
+    EXPECT_TRUE(
+        MatchesGolden(std::filesystem::path("formats") / path.filename(), folder.Read(path.filename().string())));
   }
 }
 

@@ -45,28 +45,18 @@ std::vector<double> Even(std::initializer_list<double> terms) {
 const std::vector<Prescription>& Prescriptions() {
   static const std::vector<Prescription> all = {
       {"convex sphere", {-0.1, 1.0, {}}, 8.0, 3.0, 0.0},
-      {"concave sphere", {0.02, 1.0, {}}, 20.0, 14.5, 0.0},
-      {"steep sphere", {-0.2, 1.0, {}}, 8.0, 4.2, 0.0},
       {"oblate ellipse", {-0.05, 1.8, {}}, 16.0, 6.0, 0.01},
-      {"prolate ellipse", {0.04, 0.4, {}}, 20.0, 9.0, -0.02},
-      {"paraboloid", {0.08, 0.0, {}}, 12.0, 8.0, 0.03},
       {"hyperboloid", {-0.06, -1.3, {}}, 14.0, 5.0, 0.02},
-      {"strong hyperboloid", {0.1, -4.0, {}}, 9.0, 2.0, -0.05},
       {"catalogue lens", {-0.021008403361344536, 0.253113568, Even({-3e-6, 1e-9})}, 24.0, 11.0, 0.004},
       {"flat with fourth power", {0.0, 1.0, Even({1e-4})}, 10.0, 5.5, 0.0},
-      {"one term", {-0.05, 1.0, Even({2e-5})}, 14.0, 8.0, 0.01},
       {"ten even terms",
        {-0.03, 0.5, Even({1e-5, -2e-7, 3e-9, -1e-11, 1e-13, -2e-15, 1e-17, -1e-19, 5e-22})},
        22.0,
        10.0,
        0.01},
-      {"odd cubic", {0.04, 1.0, {0.0, 0.0, 2e-4}}, 12.0, 6.0, 0.01},
       {"all orders", {-0.05, 0.7, {0.0, 1e-3, -2e-4, 3e-5, 1e-6, -2e-7}}, 12.0, 5.0, -0.01},
-      {"linear term", {0.05, 0.2, {0.01, 0.0, 1e-4, 2e-5}}, 10.0, 4.0, 0.0},
       {"gull wing", {0.05, 1.0, Even({-1.2e-3, 1e-5})}, 12.0, 6.2, 0.01},
-      {"inverted gull wing", {-0.04, 0.0, Even({9e-4, -8e-6})}, 12.0, 4.9, -0.02},
       {"apex near the end", {-0.06, -0.5, Even({3e-6})}, 12.0, 0.5, 0.02},
-      {"half a lens", {0.05, 0.5, Even({-2e-5})}, 9.0, 0.0, 0.0},
       {"steep and tilted", {-0.12, 0.8, Even({-2e-5, 1e-7})}, 11.0, 6.0, 0.08},
   };
   return all;
@@ -173,7 +163,7 @@ TEST(FormAsphere, ConvergesInTwoHundredRandomCases) {
 }
 
 TEST(FormAsphere, FreesAndHoldsWhatItIsTold) {
-  const Prescription& p = Prescriptions()[8];
+  const Prescription& p = Prescriptions()[3];
   const std::size_t n = 2401;
   const std::vector<double> z = MeasuredAsphere(p.asphere, {p.apexMM, 0.31, p.slope}, n, 10.0);
   const FormInput input{.heights = z, .spacingUM = 10.0};

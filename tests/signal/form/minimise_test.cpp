@@ -96,16 +96,6 @@ TEST(Minimise, StopsForFourReasons) {
   EXPECT_EQ(Minimise(undefined, point, steps, 1e-6, nullptr).stop, MinimiseStop::kNotFinite);
 }
 
-TEST(Minimise, CountsEveryEvaluation) {
-  int evaluations = 0;
-  std::vector<double> point = {-1.2, 1.0};
-  const auto counted = [&](std::span<const double> p) {
-    ++evaluations;
-    return Valley(p);
-  };
-  EXPECT_EQ(Minimise(counted, point, std::vector<double>{0.1, 0.1}, 1e-6, nullptr).evaluations, evaluations);
-}
-
 TEST(LineMinimise, MovesThePointAndScalesTheDirection) {
   std::vector<double> point = {1.0, 2.0};
   std::vector<double> direction = {0.5, -0.25};
