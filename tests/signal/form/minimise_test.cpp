@@ -96,20 +96,6 @@ TEST(Minimise, StopsForFourReasons) {
   EXPECT_EQ(Minimise(undefined, point, steps, 1e-6, nullptr).stop, MinimiseStop::kNotFinite);
 }
 
-TEST(LineMinimise, MovesThePointAndScalesTheDirection) {
-  std::vector<double> point = {1.0, 2.0};
-  std::vector<double> direction = {0.5, -0.25};
-  const auto merit = [](std::span<const double> p) { return Square(p[0] - 4.0) + Square(p[1] - 0.5); };
-  const auto result = LineMinimise(merit, point, direction);
-  EXPECT_TRUE(Near(result.step, 6.0, 1e-6));
-  EXPECT_TRUE(AllNear(direction, std::vector<double>{3.0, -1.5}, 1e-6));
-  EXPECT_TRUE(AllNear(point, std::vector<double>{4.0, 0.5}, 1e-6));
-  EXPECT_FALSE(result.hitLimit);
-  const std::vector<double> before = direction;
-  LineMinimise([](std::span<const double>) { return 1.0; }, point, direction);
-  EXPECT_GT(std::abs(direction[0]), 0.0) << "a level merit does not wipe the direction out";
-}
-
 TEST(BrentMinimise, FindsTheMinimumOfABracketInEitherOrder) {
   const auto merit = [](double x) { return std::cos(x) + 0.1 * x; };  // minimum where sin x = 0.1
   const double expected = std::acos(-1.0) - std::asin(0.1);
