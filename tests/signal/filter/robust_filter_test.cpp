@@ -11,22 +11,10 @@
 #include "signal/filter/spline_filter.h"
 #include "signal/mean.h"
 #include "support/near.h"
+#include "support/recording_progress.h"
 
 namespace texturon {
 namespace {
-
-class RecordingProgress : public Progress {
-public:
-  explicit RecordingProgress(std::size_t closedAfter) : closedAfter_(closedAfter) {}
-  bool Advance(int percent) override {
-    shown.push_back(percent);
-    return shown.size() < closedAfter_;
-  }
-  std::vector<int> shown;
-
-private:
-  std::size_t closedAfter_;
-};
 
 // A wave, noise and three narrow scratches of 30 um, on an offset.
 std::vector<double> Scratched(std::size_t n) {

@@ -8,22 +8,10 @@
 #include <vector>
 
 #include "support/near.h"
+#include "support/recording_progress.h"
 
 namespace texturon {
 namespace {
-
-class RecordedProgress : public Progress {
-public:
-  explicit RecordedProgress(std::size_t mostAnswers = 1000) : mostAnswers_(mostAnswers) {}
-  bool Advance(int percent) override {
-    shown.push_back(percent);
-    return shown.size() < mostAnswers_;
-  }
-  std::vector<int> shown;
-
-private:
-  std::size_t mostAnswers_;
-};
 
 double Square(double x) {
   return x * x;
@@ -64,7 +52,7 @@ TEST(Minimise, FindsMinimaThatAreKnown) {
   };
   for (const Case& c : cases) {
     std::vector<double> point = c.start;
-    RecordedProgress progress;
+    RecordingProgress progress;
     const auto result = Minimise(c.merit, point, std::vector<double>{0.1, 0.1}, c.tolerance, &progress);
     EXPECT_EQ(result.stop, MinimiseStop::kConverged) << c.name;
     EXPECT_GT(result.iterations, 0) << c.name;
@@ -81,7 +69,7 @@ TEST(Minimise, FindsMinimaThatAreKnown) {
 TEST(Minimise, StopsForFourReasons) {
   const std::vector<double> steps = {0.1, 0.1};
   std::vector<double> point = {-1.2, 1.0};
-  RecordedProgress closedAtOnce(1);
+  RecordingProgress closedAtOnce(1);
   EXPECT_EQ(Minimise(Valley, point, steps, 1e-6, &closedAtOnce).stop, MinimiseStop::kCancelled);
   EXPECT_LT(Valley(point), Valley(std::vector<double>{-1.2, 1.0})) << "what was gained stays";
 
