@@ -11,6 +11,7 @@
 
 #include "parameters/suffix_table.h"
 #include "support/near.h"
+#include "support/row_value.h"
 
 namespace texturon {
 namespace {
@@ -116,6 +117,9 @@ TEST(CoreRoughness, TakesTheHigherOfTwoPointsThatAreEquallyNear) {
   EXPECT_EQ(core.lowerLine, -10.0);
   EXPECT_EQ(core.Mr1, 0.0);
   EXPECT_EQ(core.Mr2, 80.0);
+  const RowCase row{.heights = RandomSurface(1000, 8)};
+  const double valley = 0.5 * (100.0 - *RowValue("mr2", row)) / 100.0 * *RowValue("vk", row);
+  EXPECT_TRUE(Near(*RowValue("vo", row), valley, 1e-12)) << "a triangle";
 }
 
 TEST(CoreRoughness, LeavesRatiosUnguardedAndFailsWhereNoPointReachesTheCore) {

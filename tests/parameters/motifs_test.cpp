@@ -53,6 +53,13 @@ TEST(MotifFinder, JoinsPairsThatMeetAllFourConditions) {
       {"from the left", {0, 10, 3.5, 6, 0, 8, 7, 10, 0}, 55, true, false, {{1, 4, 5}, {5, 6, 7}}},
       {"the shallowest first", {0, 10, 3.5, 6, 0, 8, 7, 10, 0}, 55, false, false, {{1, 2, 3}, {3, 4, 7}}},
       {"width: 40 points at most 40", {0, 10, 0, 5, 0, 10, 0}, 40, false, false, {{1, 2, 5}}},
+      {"short is less than half as long", {0, 9, 6, 9.5, 3, 9, 0}, 60, false, true, {{1, 2, 3}, {3, 4, 5}}},
+      {"5 % of the mean over segments of 19 points, a third of which hold no high peak",
+       {0, 10, 0, 0.4, 0, 10, 0, 0.4, 0, 10, 0},
+       38,
+       false,
+       false,
+       {{1, 2, 3}, {3, 4, 5}, {5, 6, 7}, {7, 8, 9}}},
       {"one peak", {0, 10, 0}, 1000, false, false, {}},
       {"monotone", {0, 10}, 1000, false, false, {}},
       {"flat", {3, 3, 3}, 1000, false, false, {}},
@@ -111,6 +118,8 @@ TEST(MotifRows, MeasureHandBuiltMotifs) {
   EXPECT_TRUE(Near(*value("W"), 2.0 * crest, 1e-12));
   EXPECT_TRUE(Near(*value("Wx"), 2.0 * crest, 1e-12));
   EXPECT_TRUE(Near(*value("AW"), 2000.0, 0.06)) << "crests are two rims wide";
+  const auto waves = ComputeMotifs(Zigzag({-10, 1, -10, 5, -10, 1, -10, 5, -10, 1, -10}), 5.0, row.settings).waviness;
+  EXPECT_EQ(Places(waves), (std::vector<std::vector<int>>{{3, 5, 7}}));
   // Depths of 10 and, once, 40 um in motifs of 20 points, of which no two may join.
   row.heights = Zigzag({0, 10, 0, 10, 0, 10, 0, 10, 0, 10, -30, 10, 0});
   row.settings.MotifAMM = 39 * row.spacingMM;

@@ -30,7 +30,7 @@ TEST(HeightRows, MatchHandComputedValues) {
   std::vector<double> seven;
   for (int i = 1; i <= 7; ++i) seven.insert(seven.end(), {1.0 * i, -10.0 * i});
   const Case cases[] = {
-      {{3, -1, 2, -5, 1}, 800, "t p v a q sk ku", {8, 3, 5, 2.4, q, -90.0 / (5.0 * q * q * q), 724.0 / 320.0}},
+      {{3, -1, 2, 1, -5}, 800, "t p v a q sk ku", {8, 3, 5, 2.4, q, -90.0 / (5.0 * q * q * q), 724.0 / 320.0}},
       {{}, 800, "t p v a q sk ku", {none, none, none, none, none, none, none}},
       {{4}, 50, "t v max", {0, -4, none}},
       {{0, 0, 0}, 800, "sk ku", {0, 0}},

@@ -41,6 +41,7 @@ TEST(ProfileElements, LeaveOutExcursionsInsideTheBand) {
   // The hill after the first dale is too small to begin anything: the dale behind it belongs to the first element's.
   ExpectElements({-2, 2, -2, 0.5, -4, 2, -2, 2}, {2.0, 0.0}, {{2.8 - 0.5, 6.0}, {6.5 - 2.8, 4.0}},
                  "dale that goes on across the element's end");
+  ExpectElements({-2, 2, -1, 2, -2, 2}, {2.0, 0.0}, {{4.5 - 0.5, 4.0}}, "a dale exactly on the edge");
   ExpectElements({-2, 1, -2, 1, -2, 1}, {2.0, 0.0}, {}, "excursions exactly on the edge");
 }
 

@@ -118,6 +118,11 @@ TEST(FormArc, TakesTheEndOfTheHalfCircleBeyondTheRadius) {
     EXPECT_TRUE(Near(out.form[i], 70.0, 1e-11)) << i;
     EXPECT_TRUE(Near(out.residual[i], -70.0, 1e-11)) << i;
   }
+  // A left part leans; what lies below the centre's height still counts the other way.
+  const std::span<const double> left = leftOut.first(300);
+  FormArrays part(300);
+  ASSERT_TRUE(FitArc({left, kSpacingUM, 1, IndexRange::FromEnds(0, 24), ResidualKind::kPerpendicular}, part.Spans()));
+  EXPECT_TRUE(Near(part.residual[0], 500.0 - std::hypot(550.0, 70.0), 1e-9));
 }
 
 TEST(FormArc, FailsWithoutACircle) {

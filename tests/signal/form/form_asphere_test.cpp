@@ -204,28 +204,30 @@ TEST(FormAsphere, FreesAndHoldsWhatItIsTold) {
 }
 
 TEST(FormAsphere, MeasuresDefectsAlongItsAxisOrAcross) {
-  // One point is raised by 1 um along z, outside the fit. With the slope S' at the place, the distance is 1 um times
-  // cos(atan S'), and along an axis leaning by t it is cos t - S' sin t, to first order.
+  // One point is raised or lowered by 1 um along z, outside the fit. With the slope S' at the place, the distance is 1
+  // um times cos(atan S'), and along an axis leaning by t it is cos t - S' sin t, to first order.
   const AsphereDescription asphere{-0.05, 0.5, Even({1e-6})};
   const double slope = 0.05;
   const std::size_t n = 2001;
   std::vector<double> z = MeasuredAsphere(asphere, {10.0, 0.0, slope}, n, 10.0);
   const std::size_t at = 1700;
   const std::vector<double> exact = z;
-  z[at] += 1.0;
   const double measuredSlope = (exact[at + 1] - exact[at - 1]) / 20.0;
   const double ownSlope = std::tan(std::atan(measuredSlope) - std::atan(slope));
   const double along = std::cos(std::atan(slope)) - ownSlope * std::sin(std::atan(slope));
   const IndexRange point = IndexRange::FromEnds(static_cast<int>(at), static_cast<int>(at));
   FormArrays out(n);
-  FormInput input{.heights = z, .spacingUM = 10.0, .exclusion = point};
-  ASSERT_TRUE(FitAsphere(input, asphere, {}, out.Spans()).fit);
-  EXPECT_TRUE(Near(out.residual[at], along, 1e-4));
-  EXPECT_TRUE(Near(out.form[at], exact[at], 1e-9));
-  input.residual = ResidualKind::kPerpendicular;
-  ASSERT_TRUE(FitAsphere(input, asphere, {}, out.Spans()).fit);
-  EXPECT_TRUE(Near(out.residual[at], std::cos(std::atan(measuredSlope)), 1e-4));
-  EXPECT_TRUE(Near(out.residual[at - 1], 0.0, 1e-8));
+  for (const double defect : {1.0, -1.0}) {
+    z[at] = exact[at] + defect;
+    FormInput input{.heights = z, .spacingUM = 10.0, .exclusion = point};
+    ASSERT_TRUE(FitAsphere(input, asphere, {}, out.Spans()).fit);
+    EXPECT_TRUE(Near(out.residual[at], defect * along, 1e-4));
+    EXPECT_TRUE(Near(out.form[at], exact[at], 1e-9));
+    input.residual = ResidualKind::kPerpendicular;
+    ASSERT_TRUE(FitAsphere(input, asphere, {}, out.Spans()).fit);
+    EXPECT_TRUE(Near(out.residual[at], defect * std::cos(std::atan(measuredSlope)), 1e-4));
+    EXPECT_TRUE(Near(out.residual[at - 1], 0.0, 1e-8));
+  }
 }
 
 TEST(FormAsphere, FailsWithoutAnAnswer) {

@@ -168,7 +168,7 @@ TEST(ProfileExtreme, LiesWhereTheMeanLineIsHighestOrLowest) {
     const auto kind = sign > 0.0 ? ExtremeKind::kPeak : ExtremeKind::kValley;
     const auto x = FindExtremeX({.heights = z, .spacingUM = 2.0}, 0.25, kind);
     ASSERT_TRUE(x);
-    EXPECT_TRUE(Near(*x, 3.3334, 1e-3));
+    EXPECT_TRUE(Near(*x, 3.3334, 2e-5)) << "between two points";
   }
   EXPECT_FALSE(FindExtremeX({.heights = z, .spacingUM = 2.0}, 0.004, ExtremeKind::kPeak));
 }
