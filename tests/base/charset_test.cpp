@@ -22,8 +22,7 @@ TEST(Charset, KnownCodePoints) {
 
 TEST(Charset, WhatHasNoByteBecomesAQuestionMark) {
   struct Case {
-    std::string_view utf8;
-    std::string_view expected;
+    std::string_view utf8, expected;
   };
   const Case cases[] = {
       {"\u03BCm", "?m"},                // Greek mu is not the micro sign

@@ -25,46 +25,31 @@ std::string AfterSet(std::string_view bytes, std::string_view section, std::stri
 }
 
 TEST(IniFile, Finding) {
-  const IniFile file(std::string("\xEF\xBB\xBFoutside=1\n"
-                                 "[ One ]\r\n"
-                                 " Key = value with ; and = \r\n"
-                                 "key=later\r\n"
-                                 "Double=\" quoted \"\n"
-                                 "Single='quoted'\r"
-                                 "Mixed='quoted\"\r\n"
-                                 "Lonely=\"\r\n"
-                                 "Empty=\r\n"
-                                 "Blank=  \r\n"
-                                 ";Comment=1\r\n"
-                                 "[broken\r\n"
-                                 "no sign\r\n"
-                                 "=no key\r\n"
-                                 "[TWO] tail\n"
-                                 "Zero=a") +
-                     '\0' + "b\n[one]\nOnlySecond=1\nLast=1");
+  const std::string bytes(
+      "\xEF\xBB\xBFoutside=1\n[ One ]\r\n Key = value with ; and = \r\nkey=later\r\nDouble=\" quoted \"\n"
+      "Single='quoted'\rMixed='quoted\"\r\nLonely=\"\r\nEmpty=\r\nBlank=  \r\n;Comment=1\r\n[broken\r\n"
+      "no sign\r\n=no key\r\n[TWO] tail\nZero=a");
+  const IniFile file(bytes + '\0' + "b\n[one]\nOnlySecond=1\nLast=1");
   struct Case {
-    std::string_view section;
-    std::string_view key;
+    std::string_view section, key;
     std::string expected;
   };
-  const Case cases[] = {
-      {"One", "Key", "value with ; and ="},
-      {"oNE", "KEY", "value with ; and ="},
-      {"one", "double", " quoted "},
-      {"one", "single", "quoted"},
-      {"one", "mixed", "'quoted\""},
-      {"one", "lonely", "\""},
-      {"one", "empty", ""},
-      {"one", "blank", ""},
-      {"one", "Comment", "(none)"},
-      {"one", ";Comment", "(none)"},
-      {"one", "no sign", "(none)"},
-      {"one", "", "(none)"},
-      {"", "outside", "(none)"},
-      {"two", "zero", std::string("a\0b", 3)},
-      {"one", "OnlySecond", "(none)"},
-      {"three", "Key", "(none)"},
-  };
+  const Case cases[] = {{"One", "Key", "value with ; and ="},
+                        {"oNE", "KEY", "value with ; and ="},
+                        {"one", "double", " quoted "},
+                        {"one", "single", "quoted"},
+                        {"one", "mixed", "'quoted\""},
+                        {"one", "lonely", "\""},
+                        {"one", "empty", ""},
+                        {"one", "blank", ""},
+                        {"one", "Comment", "(none)"},
+                        {"one", ";Comment", "(none)"},
+                        {"one", "no sign", "(none)"},
+                        {"one", "", "(none)"},
+                        {"", "outside", "(none)"},
+                        {"two", "zero", std::string("a\0b", 3)},
+                        {"one", "OnlySecond", "(none)"},
+                        {"three", "Key", "(none)"}};
   for (const Case& c : cases) EXPECT_EQ(Found(file, c.section, c.key), c.expected) << c.section << "." << c.key;
   EXPECT_EQ(file.StrayLines(), (std::vector<std::size_t>{12, 13, 14}));
 }
@@ -84,10 +69,7 @@ TEST(IniFile, ListsEntriesWithTheirLines) {
 TEST(IniFile, SettingTouchesNothingElse) {
   constexpr std::string_view kFile = "; head\n[A]\n Key = old \t; no comment\nOther=\n\n[B]\r\nKey=b\r\n[A]\r\nNew=1";
   struct Case {
-    std::string_view section;
-    std::string_view key;
-    std::string_view value;
-    std::string_view expected;
+    std::string_view section, key, value, expected;
   };
   const Case cases[] = {
       {"a", "KEY", "new", "; head\n[A]\n Key = new\nOther=\n\n[B]\r\nKey=b\r\n[A]\r\nNew=1"},

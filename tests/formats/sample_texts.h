@@ -2,29 +2,40 @@
 
 #pragma once
 
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <sstream>
 #include <string>
 #include <vector>
 
 namespace texturon {
 
-/// A short valid file: the extension under which it comes, the reader that takes it, and what that makes of it.
+/// A short valid file of tests/golden/files/formats and the reader that takes it.
 struct SampleText {
-  std::string extension;
+  std::string name;
   std::string reader;
   std::string bytes;
-  double spacingUM;
-  std::vector<double> heightsUM;
 };
 
-/// One for every layout that is read.
-const std::vector<SampleText>& SampleTexts();
+inline std::filesystem::path SampleFolder() {
+  return TEXTURON_SOURCE_DIR "/tests/golden/files/formats";
+}
 
-/// A grid of 2 profiles with 3 points, 1000 to 6000 nm, as text with the second point of the second one bad, and
-/// binary.
-std::string SdfGridText();
-std::string SdfGridBinary();
+inline std::string BytesOf(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
 
-/// `lines` joined with CR LF, each ended.
-std::string Lines(const std::vector<std::string>& lines);
+/// One for every layout that is read: the list is samples.txt of that folder, name and reader a line.
+inline std::vector<SampleText> SampleTexts() {
+  std::vector<SampleText> samples;
+  std::istringstream list(BytesOf(SampleFolder() / "samples.txt"));
+  for (SampleText sample; std::getline(list, sample.name, '\t') && std::getline(list, sample.reader);) {
+    sample.bytes = BytesOf(SampleFolder() / sample.name);
+    samples.push_back(sample);
+  }
+  return samples;
+}
 
 }  // namespace texturon

@@ -7,50 +7,39 @@
 #include <set>
 #include <string>
 
+#include "base/charset.h"
+#include "base/number_text.h"
 #include "parameters/driver.h"
 #include "parameters/labels.h"
 #include "parameters/suffix_table.h"
+#include "support/golden.h"
 #include "support/near.h"
 
 namespace texturon {
 namespace {
 
-TEST(MasterCatalogue, HasDistinctNamesWhoseSuffixesExist) {
+/// Name, unit and factor of every row, what stands behind its value, and its name elsewhere.
+TEST(MasterCatalogue, IsThisList) {
+  AnalysisSettings settings;
+  settings.ClosingRadiusForWvoid = 0.5;
+  settings.OpeningRadiusForWcvx = 20.0;
+  settings.RoughnessPcLevel = 1.0;
+  std::string list;
   std::set<std::string_view> names;
   for (const MasterRow& row : MasterCatalogue()) {
+    const Quantity& unit = row.quantity;
+    list += std::string(row.name) + " [" + std::string(unit.metricUnit) + "] [" + std::string(unit.imperialUnit) +
+            "] x " + ShortestText(unit.imperialFactor) + RowLabel(row.name, settings, true) + " |" +
+            RowLabel(row.name, settings, false) + " = " + std::string(CatalogueToExternalName(row.name)) + "\n";
     EXPECT_TRUE(names.insert(row.name).second) << row.name;
-    EXPECT_FALSE(row.definition.empty()) << row.name;
+    EXPECT_EQ(ExternalToCatalogueName(CatalogueToExternalName(row.name)), row.name);
     EXPECT_TRUE(IsMotifName(row.name) || FindSuffix(row.name.substr(1)) != nullptr) << row.name;
   }
-  EXPECT_EQ(MasterCatalogue().front().name, "Ft");
-  EXPECT_EQ(MasterCatalogue().back().name, "AW");
-}
-
-TEST(MasterCatalogue, KeepsItsOddUnits) {
-  struct Case {
-    std::string_view name, metric, imperial;
-    double factor;
-  };
-  const Case cases[] = {
-      {"Ra", "\xB5m", "\xB5in", 39.37007874015748},
-      {"Ra1l", "mm", "in", 39.37007874015748},
-      {"Pm0", "\xB5m2", "\xB5in2", 39.37007874015748},
-      {"AR", "\xB5m", "\xB5in", 39.37007874015748},
-      {"Rsm", "mm", "in", 0.03937007874015748},
-      {"Wvda", "mm2", "in2", 0.0015500031000062},
-      {"Rm4", "\xB5m-2", "\xB5in-2", 0.00064516},
-      {"Rpc", "#/cm", "#/in", 2.54},
-      {"Rmr1", "%%", "%%", 1.0},
-      {"Wdq", "\xB0", "\xB0", 1.0},
-  };
-  for (const Case& c : cases) {
-    const MasterRow* row = FindMasterRow(c.name);
-    ASSERT_NE(row, nullptr) << c.name;
-    EXPECT_EQ(row->quantity.metricUnit, c.metric) << c.name;
-    EXPECT_EQ(row->quantity.imperialUnit, c.imperial) << c.name;
-    EXPECT_EQ(row->quantity.imperialFactor, c.factor) << c.name;
-  }
-  EXPECT_EQ(PrintedUnit("%%"), "%");
+  EXPECT_TRUE(MatchesGolden("parameters/catalogue.txt", Utf8FromWindows1252(list)));
+  EXPECT_EQ(ExternalToCatalogueName("A2"), "Rvo");
+  EXPECT_EQ(MaterialRatioLabel({.meanReferenced = true, .depthUM = -0.0}, true), "   (Mean + 0.0 \xB5m)");
+  EXPECT_EQ(MaterialRatioLabel({.meanReferenced = true, .depthUM = -0.5}, false), "   (Mean - 20 \xB5in)");
+  EXPECT_EQ(MaterialRatioLabel({.depthUM = 1.5, .offsetPercent = 2.0}, true), "   (1.50 \xB5m  2.0 %)");
 }
 
 TEST(WorkingList, GivesUnknownNamesTheUnitOfTheirSuffix) {
@@ -63,20 +52,6 @@ TEST(WorkingList, GivesUnknownNamesTheUnitOfTheirSuffix) {
   EXPECT_EQ(MakeWorkingList(std::vector<ParameterSelection>(200)).rows.size(), 128u);
 }
 
-TEST(ExternalNames, MapBothWaysExceptA2) {
-  const std::pair<const char*, const char*> both[] = {{"Rz", "RzDIN"},      {"RSm", "Rsm"},  {"CV", "Rvo"},
-                                                      {"Mr1", "Rmr1"},      {"Mr2", "Rmr2"}, {"Rpk_Star", "Rpk*"},
-                                                      {"Rvk_Star", "Rvk*"}, {"Ra", "Ra"}};
-  for (const auto& [external, name] : both) {
-    EXPECT_EQ(ExternalToCatalogueName(external), name);
-    EXPECT_EQ(CatalogueToExternalName(name), external);
-  }
-  EXPECT_EQ(ExternalToCatalogueName("A2"), "Rvo");
-  EXPECT_EQ(ExternalToCatalogueName("rz"), "rz");
-  EXPECT_TRUE(IsRkFamily("Rpk/k"));
-  EXPECT_FALSE(IsRkFamily("Rpk"));
-}
-
 TEST(Verdicts, FollowTheLimits) {
   struct Case {
     bool toleranced, bilateral;
@@ -84,56 +59,23 @@ TEST(Verdicts, FollowTheLimits) {
     std::optional<Verdict> verdict;
   };
   const Case cases[] = {
-      {false, false, 0, 1, 5, std::nullopt},      {true, false, 0, 1, 1, Verdict::kPass},
-      {true, false, 0, 1, 1.001, Verdict::kFail}, {true, false, 0, 0, 9, Verdict::kPass},
-      {true, true, 0, 0, 9, Verdict::kPass},      {true, true, 1, 2, 0.5, Verdict::kFail},
-      {true, true, 1, 2, 2.5, Verdict::kFail},    {true, true, 1, 2, 2.0, Verdict::kPass},
+      {false, false, 0, 1, 5, std::nullopt},
+      {true, false, 0, 1, 1, Verdict::kPass},
+      {true, false, 0, 1, 1.001, Verdict::kFail},
+      {true, false, 0, 0, 9, Verdict::kPass},
+      {true, true, 0, 0, 9, Verdict::kPass},
+      {true, true, 1, 2, 0.5, Verdict::kFail},
+      {true, true, 1, 2, 2.5, Verdict::kFail},
+      {true, true, 1, 2, 2.0, Verdict::kPass},
       {true, true, -1, 0, 0.5, Verdict::kFail},
+      {true, true, 0, 1, std::nan(""), Verdict::kFail},
+      {true, false, 0, 1, std::nan(""), Verdict::kFail},
   };
   for (const Case& c : cases) {
     const Tolerance tolerance{
         .toleranced = c.toleranced, .bilateral = c.bilateral, .upperLimit = c.upper, .lowerLimit = c.lower};
     EXPECT_EQ(JudgeValue(c.value, tolerance), c.verdict) << c.value << " in " << c.lower << " to " << c.upper;
   }
-}
-
-TEST(Verdicts, FailAnUndefinedValue) {
-  for (const bool bilateral : {false, true}) {
-    const Tolerance tolerance{.toleranced = true, .bilateral = bilateral, .upperLimit = 1.0};
-    EXPECT_EQ(JudgeValue(std::nan(""), tolerance), Verdict::kFail);
-  }
-}
-
-TEST(Labels, ShowTheSettingBehindTheValue) {
-  AnalysisSettings settings;
-  settings.ClosingRadiusForWvoid = 0.5;
-  settings.OpeningRadiusForWcvx = 20.0;
-  settings.RoughnessPcLevel = 1.0;
-  struct Case {
-    std::string_view name, metric, imperial;
-  };
-  const Case cases[] = {
-      {"Wvdd", "   (Radius: 500.00 \xB5m)", "   (Radius: 0.0 in)"},
-      {"wcvx", "   (Radius: 20.00 mm)", "   (Radius: 0.8 in)"},
-      {"Rc", "   (z%: 10 l%: 1)", "   (z%: 10 l%: 1)"},
-      {"Psm", "   (z: 10 %    l: 1 %)", "   (z: 10 %    l: 1 %)"},
-      {"Rpc", "   (+/- 0.500 \xB5m)", "   (+/- 20 \xB5in)"},
-      {"Weslp", "   (Window: 0.250 mm)", "   (Window: 0.010 in)"},
-      {"Wsegl", "   (Segment: 2.5 mm)", "   (Segment: 0 in)"},
-      {"Ra", "", ""},
-  };
-  for (const Case& c : cases) {
-    EXPECT_EQ(RowLabel(c.name, settings, true), c.metric);
-    EXPECT_EQ(RowLabel(c.name, settings, false), c.imperial);
-  }
-  settings.ClosingRadiusForWvoid = 1000.0;
-  EXPECT_EQ(RowLabel("Wvoid", settings, true), "   (Radius: 1.00 m)");
-  EXPECT_EQ(MaterialRatioLabel({.meanReferenced = true, .depthUM = -0.0}, true), "   (Mean + 0.0 \xB5m)");
-  const MaterialRatioRow mean{.meanReferenced = true, .depthUM = -0.5};
-  EXPECT_EQ(MaterialRatioLabel(mean, true), "   (Mean - 0.5 \xB5m)");
-  EXPECT_EQ(MaterialRatioLabel(mean, false), "   (Mean - 20 \xB5in)");
-  EXPECT_EQ(MaterialRatioLabel({.depthUM = 1.5, .offsetPercent = 2.0}, true), "   (1.50 \xB5m  2.0 %)");
-  EXPECT_EQ(HtpLabel({.upperPercent = 50.0, .lowerPercent = 10.0}), "   (10.0%,  50.0%)");
 }
 
 class Driver : public ::testing::Test {

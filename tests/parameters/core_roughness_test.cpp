@@ -11,6 +11,7 @@
 
 #include "parameters/suffix_table.h"
 #include "support/near.h"
+#include "support/row_value.h"
 
 namespace texturon {
 namespace {
@@ -109,25 +110,16 @@ TEST(CoreRoughness, AgreesWithTheDefinitionWordForWord) {
   }
 }
 
-TEST(CoreRoughness, FindsTheStraightCoreOfThreeStraightPieces) {
-  // 10 % of peaks 4 um high, a core that falls by 2 um from 10 % to 80 %, valleys 6 um deep: the 40 % secants of the
-  // core tie, and its line runs from 1 + 2/7 um at 0 % to -1 - 4/7 um at 100 %.
-  constexpr std::size_t kPoints = 10'000;
-  std::vector<double> h(kPoints);
-  for (std::size_t i = 0; i < kPoints; ++i) {
-    const double mr = static_cast<double>(i) * 100.0 / kPoints;
-    h[i] = mr < 10.0 ? 5.0 - 0.4 * mr : mr < 80.0 ? 1.0 - (mr - 10.0) / 35.0 : -1.0 - 0.3 * (mr - 80.0);
-  }
-  const RkResult r = ComputeCoreRoughness(h);
-  ASSERT_TRUE(r.valid);
-  EXPECT_TRUE(Near(r.upperLine, 1.0 + 2.0 / 7.0, 1e-9));
-  EXPECT_TRUE(Near(r.Rk, 20.0 / 7.0, 1e-9));
-  const double mr1 = (5.0 - r.upperLine) / 0.4;
-  const double mr2 = 80.0 + (-1.0 - r.lowerLine) / 0.3;
-  EXPECT_TRUE(Near(r.Mr1, mr1, 1e-3));
-  EXPECT_TRUE(Near(r.Mr2, mr2, 1e-3));
-  EXPECT_TRUE(Near(r.Rpk, 0.4 * mr1, 1e-3));
-  EXPECT_TRUE(Near(r.Rvk, 0.3 * (100.0 - mr2), 2e-3)) << "the last 0.01 % has no area";
+TEST(CoreRoughness, TakesTheHigherOfTwoPointsThatAreEquallyNear) {
+  // The core falls by 1 um in 10 %, so its line runs from 0 to -10 um; either end lies midway between two points.
+  const RkResult core = ComputeCoreRoughness(std::vector<double>{1, -1, -2, -3, -4, -5, -6, -7, -8, -12});
+  EXPECT_EQ(core.upperLine, 0.0);
+  EXPECT_EQ(core.lowerLine, -10.0);
+  EXPECT_EQ(core.Mr1, 0.0);
+  EXPECT_EQ(core.Mr2, 80.0);
+  const RowCase row{.heights = RandomSurface(1000, 8)};
+  const double valley = 0.5 * (100.0 - *RowValue("mr2", row)) / 100.0 * *RowValue("vk", row);
+  EXPECT_TRUE(Near(*RowValue("vo", row), valley, 1e-12)) << "a triangle";
 }
 
 TEST(CoreRoughness, LeavesRatiosUnguardedAndFailsWhereNoPointReachesTheCore) {

@@ -53,8 +53,7 @@ TEST(CountRows, CountAPeakOnlyAfterAnEntryBelowTheBand) {
     RowCase row{.heights = sine(c.phase)};
     row.settings.RoughnessPcLevel = c.band;
     const double peaks = RowValue("pc", row).value() * 0.2;
-    EXPECT_TRUE(Near(peaks, c.peaks, 1.0)) << c.phase << " " << c.band << ": " << peaks;
-    EXPECT_TRUE(Near(peaks, std::round(peaks), 1e-9));
+    EXPECT_TRUE(Near(peaks, c.peaks, 1e-9)) << c.phase << " " << c.band;
   }
   const RowCase startsInValley{.heights = {-1, 1, -1, 1, -1}, .spacingMM = 1.0};
   EXPECT_TRUE(Near(RowValue("pc", startsInValley).value(), 1.0 / 4.0 * 10.0, 1e-12));

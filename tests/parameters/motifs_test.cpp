@@ -47,9 +47,19 @@ TEST(MotifFinder, JoinsPairsThatMeetAllFourConditions) {
       {"relative depth: 7 of 10", {0, 10, 0, 7, 0, 10, 0}, 1000, false, false, {{1, 2, 3}, {3, 4, 5}}},
       {"relative depth: 6 of 10", {0, 10, 0, 6, 0, 10, 0}, 1000, false, false, {{1, 2, 5}}},
       {"a tremor below 5 % is no peak", {0, 10, 0, 0.3, 0, 10, 0}, 1000, false, false, {{1, 2, 5}}},
-      // The shallow peak at 5 goes first; the motif from 3 to 7 then swallows the first one. From the left, the first
-      // two do not fit, and what the later join would allow comes too late.
       {"until none is left", {0, 10, 0, 6, 4, 5, 0, 10, 0}, 1000, false, false, {{1, 2, 7}}},
+      // From the left 1-3 is joined with 3-5 at once; the common peak of 3-5 and 5-7 is shallower. All three together
+      // are longer than 55 points.
+      {"from the left", {0, 10, 3.5, 6, 0, 8, 7, 10, 0}, 55, true, false, {{1, 4, 5}, {5, 6, 7}}},
+      {"the shallowest first", {0, 10, 3.5, 6, 0, 8, 7, 10, 0}, 55, false, false, {{1, 2, 3}, {3, 4, 7}}},
+      {"width: 40 points at most 40", {0, 10, 0, 5, 0, 10, 0}, 40, false, false, {{1, 2, 5}}},
+      {"short is less than half as long", {0, 9, 6, 9.5, 3, 9, 0}, 60, false, true, {{1, 2, 3}, {3, 4, 5}}},
+      {"5 % of the mean over segments of 19 points, a third of which hold no high peak",
+       {0, 10, 0, 0.4, 0, 10, 0, 0.4, 0, 10, 0},
+       38,
+       false,
+       false,
+       {{1, 2, 3}, {3, 4, 5}, {5, 6, 7}, {7, 8, 9}}},
       {"one peak", {0, 10, 0}, 1000, false, false, {}},
       {"monotone", {0, 10}, 1000, false, false, {}},
       {"flat", {3, 3, 3}, 1000, false, false, {}},
@@ -59,14 +69,6 @@ TEST(MotifFinder, JoinsPairsThatMeetAllFourConditions) {
     const auto motifs = FindMotifs(Zigzag(c.turns), 1.0, {c.length, c.leftToRight, c.freesShort});
     EXPECT_EQ(Places(motifs), c.expected) << c.what;
   }
-}
-
-TEST(MotifFinder, JoinsFromLeftToRightOnlyWhenAsked) {
-  // From the left 1-3 is joined with 3-5 at once; the common peak of 3-5 and 5-7 is shallower. All three together are
-  // longer than 55 points.
-  const std::vector<double> z = Zigzag({0, 10, 3.5, 6, 0, 8, 7, 10, 0});
-  EXPECT_EQ(Places(FindMotifs(z, 1.0, {55.0, true, false})), (std::vector<std::vector<int>>{{1, 4, 5}, {5, 6, 7}}));
-  EXPECT_EQ(Places(FindMotifs(z, 1.0, {55.0, false, false})), (std::vector<std::vector<int>>{{1, 2, 3}, {3, 4, 7}}));
 }
 
 TEST(MotifFinder, DoesNotDependOnTheDirectionAndDrawsItsLines) {
@@ -116,10 +118,12 @@ TEST(MotifRows, MeasureHandBuiltMotifs) {
   EXPECT_TRUE(Near(*value("W"), 2.0 * crest, 1e-12));
   EXPECT_TRUE(Near(*value("Wx"), 2.0 * crest, 1e-12));
   EXPECT_TRUE(Near(*value("AW"), 2000.0, 0.06)) << "crests are two rims wide";
-  row.heights[1010] -= 90.0;  // one deep point in a groove's flank, right at a dale
-  const double limited = *value("Rx");
-  EXPECT_GT(limited, 13.0);
-  EXPECT_LT(limited, 60.0) << "cut to the mean plus 1.65 standard deviations";
+  const auto waves = ComputeMotifs(Zigzag({-10, 1, -10, 5, -10, 1, -10, 5, -10, 1, -10}), 5.0, row.settings).waviness;
+  EXPECT_EQ(Places(waves), (std::vector<std::vector<int>>{{3, 5, 7}}));
+  // Depths of 10 and, once, 40 um in motifs of 20 points, of which no two may join.
+  row.heights = Zigzag({0, 10, 0, 10, 0, 10, 0, 10, 0, 10, -30, 10, 0});
+  row.settings.MotifAMM = 39 * row.spacingMM;
+  EXPECT_TRUE(Near(*value("Rx"), 16.0 + 1.65 * std::sqrt(1440.0 / 9.0), 1e-9)) << "cut there";
   row.heights.assign(500, 0.0);
   for (const char* name : {"R", "Rx", "AR", "W", "Wx", "AW", "Wte"}) EXPECT_FALSE(value(name).has_value()) << name;
 }

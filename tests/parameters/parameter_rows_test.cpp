@@ -4,111 +4,67 @@
 #include <gtest/gtest.h>
 #include <limits>
 #include <numbers>
-#include <random>
+#include <sstream>
+#include <string>
 #include <vector>
 
 #include "parameters/suffix_table.h"
 #include "support/near.h"
+#include "support/row_value.h"
 
 namespace texturon {
 namespace {
 
-/// One row computed on heights given outright.
-std::optional<double> Value(std::string_view suffix, const std::vector<double>& heights, double spacingMM = 0.001,
-                            double samplingLengthMM = 0.8, char letter = 'R') {
-  const ParameterProfile profile(letter, heights, {spacingMM * 1000.0, samplingLengthMM, samplingLengthMM});
-  const AnalysisSettings settings;
-  return FindSuffix(suffix)->routine({profile, settings});
-}
-
-constexpr double kTight = 1e-12;
-
-struct Expectation {
-  std::string_view suffix;
-  double value;
-};
-
-TEST(AmplitudeRows, MatchHandComputedValues) {
-  const std::vector<double> heights = {3.0, -1.0, 2.0, -5.0, 1.0};
+TEST(HeightRows, MatchHandComputedValues) {
+  struct Case {
+    std::vector<double> heights;
+    double samplingLength;  // in points
+    const char* suffixes;
+    std::vector<double> values;
+  };
   const double q = std::sqrt(40.0 / 5.0);
-  const Expectation cases[] = {
-      {"t", 8.0},
-      {"p", 3.0},
-      {"v", 5.0},
-      {"a", 12.0 / 5.0},
-      {"q", q},
-      {"sk", (27.0 - 1.0 + 8.0 - 125.0 + 1.0) / (5.0 * q * q * q)},
-      {"ku", (81.0 + 1.0 + 16.0 + 625.0 + 1.0) / (5.0 * 64.0)},
+  const double none = std::nan("");
+  const double endless = std::numeric_limits<double>::infinity();
+  // One sampling length with two peaks and four valleys: both peaks and the two deepest valleys count. Seven of each:
+  // the five largest.
+  std::vector<double> seven;
+  for (int i = 1; i <= 7; ++i) seven.insert(seven.end(), {1.0 * i, -10.0 * i});
+  const Case cases[] = {
+      {{3, -1, 2, 1, -5}, 800, "t p v a q sk ku", {8, 3, 5, 2.4, q, -90.0 / (5.0 * q * q * q), 724.0 / 320.0}},
+      {{}, 800, "t p v a q sk ku", {none, none, none, none, none, none, none}},
+      {{4}, 50, "t v max", {0, -4, none}},
+      {{0, 0, 0}, 800, "sk ku", {0, 0}},
+      // Four points a sampling length, two of them, one point left over that would change everything.
+      {{1, -2, 0.5, 0, 4, -1, 3, -0.5, 100},
+       4,
+       "zDIN zi max y z1max pm vm zJIS",
+       {4, 4, 5, 5, 5, 2.5, 1.5, (3.0 + 4.25) / 2.0}},
+      // A short profile is one sampling length, unless two points of it are missing.
+      {{1, -1, 2}, 50, "zDIN zi max y z1max zJIS 3z pm/3z", {3, 3, 3, 3, 3, none, none, none}},
+      {{1, -1, 2}, 1.9, "zDIN", {none}},
+      {{1, -1, 2}, 0.0, "zDIN", {none}},
+      {{1, -1, 2}, none, "zDIN", {none}},
+      {{1, -1, 2}, endless, "max", {3}},
+      {{3, -1, 0, -4, 5, -2, 0, -3}, 8, "zJIS", {(8.0 + 7.0) / 2.0}},
+      {{1, 2, 1, 2}, 4, "zJIS", {0}},
+      {seven, 14, "zJIS", {(25.0 + 250.0) / 5.0}},
+      // The third of peaks 5, 4, 3 and of valleys 1, 2, 3 deep; the last point of the first sampling length is a valley
+      // because its neighbour in the next one is higher.
+      {{0, 5, -1, 4, -2, 3, -3, 0, 0, 0, 0, 0, 0, 0}, 7, "3z pm/3z", {4, 2.5 / 4.0}},
+      {{0, 5, 5, -1, 4, 4, -2, 3, 3, -3, 2, 2, -1, 0}, 14, "3z", {none}},
+      {{0, 5, -1, 4, -2, 3, -3, 0}, 8, "3z", {4}},
+      {{0, 5, -1, 4, -2, 3, 0, 0}, 8, "3z", {none}},
   };
-  for (const auto& c : cases) EXPECT_TRUE(Near(Value(c.suffix, heights).value(), c.value, kTight)) << c.suffix;
-}
-
-TEST(AmplitudeRows, HaveTheirFallBacksOnOneEqualAndNoPoints) {
-  for (const std::string_view suffix : {"t", "p", "v", "a", "q", "sk", "ku"}) {
-    EXPECT_FALSE(Value(suffix, {}).has_value()) << suffix;
+  for (const Case& c : cases) {
+    std::istringstream suffixes(c.suffixes);
+    for (const double expected : c.values) {
+      std::string suffix;
+      suffixes >> suffix;
+      const auto actual =
+          RowValue(suffix, {.heights = c.heights, .spacingMM = 1.0, .samplingLengthMM = c.samplingLength});
+      EXPECT_TRUE(Near(actual.value_or(none), expected, 1e-12)) << suffix << " of " << c.heights.size() << " points";
+    }
   }
-  EXPECT_EQ(Value("t", {4.0}), 0.0);
-  EXPECT_EQ(Value("v", {4.0}), -4.0);
-  EXPECT_EQ(Value("sk", std::vector<double>(60, 0.0)), 0.0);
-  EXPECT_EQ(Value("ku", std::vector<double>(60, 0.0)), 0.0);
-}
-
-TEST(SamplingLengthRows, UseWholeSamplingLengthsOnly) {
-  // Four points a sampling length, two of them, one point left over that would change everything.
-  const std::vector<double> heights = {1.0, -2.0, 0.5, 0.0, 4.0, -1.0, 3.0, -0.5, 100.0};
-  const Expectation cases[] = {
-      {"zDIN", 4.0},
-      {"zi", 4.0},
-      {"max", 5.0},
-      {"y", 5.0},
-      {"z1max", 5.0},
-      {"pm", 2.5},
-      {"vm", 1.5},
-      // One pair in the first (1 + 2), two in the second (4 + 3 + 1 + 0.5) / 2.
-      {"zJIS", (3.0 + 4.25) / 2.0},
-  };
-  for (const auto& c : cases) {
-    EXPECT_TRUE(Near(Value(c.suffix, heights, 1.0, 4.0).value(), c.value, kTight)) << c.suffix;
-  }
-}
-
-TEST(SamplingLengthRows, DecideWhatAShortProfileMeans) {
-  const std::vector<double> heights = {1.0, -1.0, 2.0};
-  for (const std::string_view suffix : {"zDIN", "zi", "max", "y", "z1max"}) {
-    EXPECT_EQ(Value(suffix, heights, 1.0, 50.0), 3.0) << suffix;
-  }
-  for (const std::string_view suffix : {"zJIS", "3z", "pm/3z"}) {
-    EXPECT_FALSE(Value(suffix, heights, 1.0, 50.0).has_value()) << suffix;
-  }
-  for (const double length : {1.9, 0.0, -3.0, std::nan("")}) {
-    EXPECT_FALSE(Value("zDIN", heights, 1.0, length).has_value()) << length;
-  }
-  EXPECT_EQ(Value("max", heights, 1.0, std::numeric_limits<double>::infinity()), 3.0);
-  EXPECT_FALSE(Value("max", {1.0}, 1.0, 50.0).has_value());
-}
-
-TEST(TenPointHeight, TakesAsManyPeaksAsValleysAndSkipsOneSidedSamplingLengths) {
-  // Two peaks and four valleys: both peaks and the two deepest valleys.
-  const std::vector<double> heights = {3.0, -1.0, 0.0, -4.0, 5.0, -2.0, 0.0, -3.0};
-  EXPECT_TRUE(Near(Value("zJIS", heights, 1.0, 8.0).value(), (8.0 + 7.0) / 2.0, kTight));
-  EXPECT_EQ(Value("zJIS", {1.0, 2.0, 1.0, 2.0}, 1.0, 4.0), 0.0);
-  // Seven alternating peaks and valleys: the five largest of each.
-  std::vector<double> many;
-  for (int i = 1; i <= 7; ++i) {
-    many.push_back(i);
-    many.push_back(-10.0 * i);
-  }
-  EXPECT_TRUE(Near(Value("zJIS", many, 1.0, 14.0).value(), (25.0 + 250.0) / 5.0, kTight));
-}
-
-TEST(ThirdPointHeight, SeesNeighboursAcrossSamplingLengthsAndIsStrict) {
-  // Peaks 5, 4, 3 and valleys 1, 2, 3 deep; the last point of the sampling length is a valley because its neighbour in
-  // the next one is higher.
-  const std::vector<double> heights = {0.0, 5.0, -1.0, 4.0, -2.0, 3.0, -3.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0};
-  EXPECT_TRUE(Near(Value("3z", heights, 1.0, 7.0).value(), 3.0 + 1.0, kTight));
-  EXPECT_TRUE(Near(Value("pm/3z", heights, 1.0, 7.0).value(), (5.0 + 0.0) / 2.0 / 4.0, kTight));
-  const std::vector<double> plateaus = {0, 5, 5, -1, 4, 4, -2, 3, 3, -3, 2, 2, -1, 0};
-  EXPECT_FALSE(Value("3z", plateaus, 1.0, 14.0).has_value());
 }
 
 TEST(ElementRows, TakeThePercentagesOfTheirLetterAndSpacingsInMillimetres) {

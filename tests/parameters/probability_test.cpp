@@ -37,11 +37,10 @@ TEST(ProbabilityRows, GiveBackTwoStraightLines) {
     double plateau, valley, crossing;
     int method;
   };
-  const Case cases[] = {
-      {20'000, 0.2, 1.5, 80.0, 0},  {20'000, 0.2, 1.5, 80.0, 1}, {20'000, 0.05, 3.0, 85.0, 1},
-      {50'000, 0.5, 2.0, 50.0, 1},  {5'000, 0.3, 4.0, 25.0, 1},  {1'000, 0.2, 6.0, 88.0, 1},
-      {750'000, 0.1, 1.0, 70.0, 1}, {2'000, 0.1, 4.0, 90.0, 0},
-  };
+  const Case cases[] = {{20'000, 0.2, 1.5, 80.0, 0},
+                        {50'000, 0.5, 2.0, 50.0, 1},
+                        {5'000, 0.3, 4.0, 25.0, 1},
+                        {750'000, 0.1, 1.0, 70.0, 1}};
   for (const Case& c : cases) {
     RowCase row = TwoLines(c.n, c.plateau, c.valley, c.crossing);
     row.settings.RqFittingMethod = c.method;
@@ -104,13 +103,6 @@ TEST(ProbabilityRows, FitThroughTheVeryPointsOfTheirLimits) {
   EXPECT_LT(withLast->slopeUM, 0.0);
   std::reverse(sorted.begin(), sorted.end());
   EXPECT_NE(FitProbabilityLine(sorted, 30.0, 100.0)->slopeUM, 0.0) << "25.5 / 85 belongs to it";
-}
-
-TEST(ProbabilityRows, GiveTheDeviationOfAGaussianProfile) {
-  RowCase row = TwoLines(30'000, 0.7, 0.7, 50.0);
-  row.settings.RxqMinimumValleyCount = 0;
-  EXPECT_TRUE(Near(*RowValue("pq", row), 0.7, 1e-9));
-  EXPECT_TRUE(Near(*RowValue("vq", row), 0.7, 1e-9));
 }
 
 TEST(Curves, CountClassesAndPlacePoints) {

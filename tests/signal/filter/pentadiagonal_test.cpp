@@ -16,17 +16,12 @@ struct FiveBands {
   std::vector<double> main, first, second;
 
   std::size_t Size() const { return main.size(); }
-  double At(std::size_t row, std::size_t column) const {
-    const std::size_t low = std::min(row, column);
-    const std::size_t distance = std::max(row, column) - low;
-    return distance == 0 ? main[low] : distance == 1 ? first[low] : distance == 2 ? second[low] : 0.0;
-  }
   std::vector<double> Times(std::span<const double> x) const {
     std::vector<double> product(Size());
-    for (std::size_t row = 0; row < Size(); ++row) {
-      for (std::size_t column = row < 2 ? 0 : row - 2; column < std::min(Size(), row + 3); ++column) {
-        product[row] += At(row, column) * x[column];
-      }
+    for (std::size_t i = 0; i < Size(); ++i) {
+      product[i] += main[i] * x[i];
+      if (i + 1 < Size()) product[i] += first[i] * x[i + 1], product[i + 1] += first[i] * x[i];
+      if (i + 2 < Size()) product[i] += second[i] * x[i + 2], product[i + 2] += second[i] * x[i];
     }
     return product;
   }

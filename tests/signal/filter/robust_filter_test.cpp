@@ -11,22 +11,10 @@
 #include "signal/filter/spline_filter.h"
 #include "signal/mean.h"
 #include "support/near.h"
+#include "support/recording_progress.h"
 
 namespace texturon {
 namespace {
-
-class RecordingProgress : public Progress {
-public:
-  explicit RecordingProgress(std::size_t closedAfter) : closedAfter_(closedAfter) {}
-  bool Advance(int percent) override {
-    shown.push_back(percent);
-    return shown.size() < closedAfter_;
-  }
-  std::vector<int> shown;
-
-private:
-  std::size_t closedAfter_;
-};
 
 // A wave, noise and three narrow scratches of 30 um, on an offset.
 std::vector<double> Scratched(std::size_t n) {
@@ -40,7 +28,8 @@ std::vector<double> Scratched(std::size_t n) {
 }
 
 // The rules written out: whole sort, weights from c, unlimited by a window.
-std::vector<double> Twin(const std::vector<double>& z, double cutoffMM, double tension, int passes) {
+std::vector<double> Twin(const std::vector<double>& z, double cutoffMM, double tension, int passes,
+                         std::vector<double>* scales = nullptr) {
   const std::size_t n = z.size();
   std::vector<double> centred(z), line(n), weights(n, 1.0);
   for (double& value : centred) value -= Mean(z);
@@ -50,6 +39,7 @@ std::vector<double> Twin(const std::vector<double>& z, double cutoffMM, double t
     for (std::size_t i = 0; i < n; ++i) sorted[i] = std::abs(centred[i] - line[i]);
     std::sort(sorted.begin(), sorted.end());
     const double c = 4.447806654 * sorted[n / 2];
+    if (scales != nullptr) scales->push_back(c);
     for (std::size_t i = 0; i < n; ++i) {
       const double r = centred[i] - line[i];
       weights[i] = std::abs(r) <= c ? std::pow(1.0 - r * r / (c * c), 2) : 0.0;
@@ -75,11 +65,17 @@ TEST(RobustFilter, LeavesScratchesToTheRoughness) {
       EXPECT_LT(plain[scratch], surface - 1.0);
       EXPECT_TRUE(Near(w[scratch], surface, 0.05, 1.0)) << scratch;
     }
-    EXPECT_TRUE(AllNear(w, Twin(z, 0.08, tension, result.iterations), 1e-11));
-
-    EXPECT_EQ(progress.shown.size(), static_cast<std::size_t>(result.iterations));
-    EXPECT_TRUE(std::is_sorted(progress.shown.begin(), progress.shown.end()));
-    EXPECT_EQ(progress.shown.back(), 100);
+    std::vector<double> c;
+    EXPECT_TRUE(AllNear(w, Twin(z, 0.08, tension, result.iterations, &c), 1e-11));
+    // Each percentage tells how far the logarithm of the relative change has come on its way to that of 0.001.
+    std::vector<int> expected;
+    for (std::size_t k = 1; k < c.size(); ++k) {
+      const double percent = 100.0 * std::log10(std::abs(c[k] - c[k - 1]) / c[k]) / std::log10(0.001);
+      const int shown = static_cast<int>(std::lround(std::clamp(percent, 0.0, 100.0)));
+      expected.push_back(expected.empty() ? shown : std::max(expected.back(), shown));
+    }
+    EXPECT_EQ(progress.shown, expected);
+    EXPECT_EQ(expected.back(), 100);
   }
 }
 

@@ -126,21 +126,6 @@ TEST(SplineFilter, FollowsTheSameEquationsForAFewPointsAndForOddTensions) {
   }
 }
 
-TEST(SplineFilter, PassesWhatItsDifferencesAnnihilate) {
-  constexpr std::size_t kSize = 5000;
-  const std::vector<double> flat(kSize, 0.1);
-  std::vector<double> slope(kSize), w(kSize);
-  for (std::size_t i = 0; i < kSize; ++i) slope[i] = 3.0 - 0.25 * static_cast<double>(i);
-  for (const double ratio : {3.0, 1600.0, 80'000.0}) {
-    ASSERT_TRUE(SplineFilter(flat, w, kSpacingUM, CutoffMM(ratio), kGaussianLikeTension));
-    EXPECT_EQ(w, flat) << ratio;
-    ASSERT_TRUE(SplineFilter(slope, w, kSpacingUM, CutoffMM(ratio), 0.0));
-    EXPECT_TRUE(AllNear(w, slope, 1e-13, 1250.0)) << ratio;
-    ASSERT_TRUE(SplineFilter(slope, w, kSpacingUM, CutoffMM(ratio), 1.0));
-    EXPECT_GT(std::abs(w[0] - slope[0]), 0.05) << ratio;  // tension pulls the ends of a line level
-  }
-}
-
 TEST(SplineFilter, FailsWithoutASolution) {
   constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
   constexpr double kInfinity = std::numeric_limits<double>::infinity();
@@ -159,14 +144,9 @@ TEST(SplineFilter, FailsWithoutASolution) {
 
   EXPECT_FALSE(SplineFilter({}, {}, 0.5, 0.8, 0.0));
   EXPECT_TRUE(SplineFilter(z, w, 1000.0, 3.0, 0.0));
-  for (const auto& [spacing, cutoff] : {std::pair{1000.0, 2.999'999'9},
-                                        {0.0, 0.8},
-                                        {-0.5, 0.8},
-                                        {0.5, 0.0},
-                                        {0.5, kNaN},
-                                        {kNaN, 0.8},
-                                        {0.5, kInfinity},
-                                        {-0.5, -0.1}}) {
+  const std::pair<double, double> unusable[] = {{1000.0, 2.999'999'9}, {0.0, 0.8},  {-0.5, 0.8},      {0.5, 0.0},
+                                                {0.5, kNaN},           {kNaN, 0.8}, {0.5, kInfinity}, {-0.5, -0.1}};
+  for (const auto& [spacing, cutoff] : unusable) {
     EXPECT_FALSE(SplineFilter(z, w, spacing, cutoff, 0.5)) << spacing << ' ' << cutoff;
   }
   EXPECT_FALSE(SplineFilter(z, w, 0.5, 0.8, kNaN));

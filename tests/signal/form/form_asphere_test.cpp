@@ -15,6 +15,7 @@
 #include "support/form_outputs.h"
 #include "support/measured_asphere.h"
 #include "support/near.h"
+#include "support/recording_progress.h"
 
 namespace texturon {
 namespace {
@@ -45,28 +46,18 @@ std::vector<double> Even(std::initializer_list<double> terms) {
 const std::vector<Prescription>& Prescriptions() {
   static const std::vector<Prescription> all = {
       {"convex sphere", {-0.1, 1.0, {}}, 8.0, 3.0, 0.0},
-      {"concave sphere", {0.02, 1.0, {}}, 20.0, 14.5, 0.0},
-      {"steep sphere", {-0.2, 1.0, {}}, 8.0, 4.2, 0.0},
       {"oblate ellipse", {-0.05, 1.8, {}}, 16.0, 6.0, 0.01},
-      {"prolate ellipse", {0.04, 0.4, {}}, 20.0, 9.0, -0.02},
-      {"paraboloid", {0.08, 0.0, {}}, 12.0, 8.0, 0.03},
       {"hyperboloid", {-0.06, -1.3, {}}, 14.0, 5.0, 0.02},
-      {"strong hyperboloid", {0.1, -4.0, {}}, 9.0, 2.0, -0.05},
       {"catalogue lens", {-0.021008403361344536, 0.253113568, Even({-3e-6, 1e-9})}, 24.0, 11.0, 0.004},
       {"flat with fourth power", {0.0, 1.0, Even({1e-4})}, 10.0, 5.5, 0.0},
-      {"one term", {-0.05, 1.0, Even({2e-5})}, 14.0, 8.0, 0.01},
       {"ten even terms",
        {-0.03, 0.5, Even({1e-5, -2e-7, 3e-9, -1e-11, 1e-13, -2e-15, 1e-17, -1e-19, 5e-22})},
        22.0,
        10.0,
        0.01},
-      {"odd cubic", {0.04, 1.0, {0.0, 0.0, 2e-4}}, 12.0, 6.0, 0.01},
       {"all orders", {-0.05, 0.7, {0.0, 1e-3, -2e-4, 3e-5, 1e-6, -2e-7}}, 12.0, 5.0, -0.01},
-      {"linear term", {0.05, 0.2, {0.01, 0.0, 1e-4, 2e-5}}, 10.0, 4.0, 0.0},
       {"gull wing", {0.05, 1.0, Even({-1.2e-3, 1e-5})}, 12.0, 6.2, 0.01},
-      {"inverted gull wing", {-0.04, 0.0, Even({9e-4, -8e-6})}, 12.0, 4.9, -0.02},
       {"apex near the end", {-0.06, -0.5, Even({3e-6})}, 12.0, 0.5, 0.02},
-      {"half a lens", {0.05, 0.5, Even({-2e-5})}, 9.0, 0.0, 0.0},
       {"steep and tilted", {-0.12, 0.8, Even({-2e-5, 1e-7})}, 11.0, 6.0, 0.08},
   };
   return all;
@@ -173,7 +164,7 @@ TEST(FormAsphere, ConvergesInTwoHundredRandomCases) {
 }
 
 TEST(FormAsphere, FreesAndHoldsWhatItIsTold) {
-  const Prescription& p = Prescriptions()[8];
+  const Prescription& p = Prescriptions()[3];
   const std::size_t n = 2401;
   const std::vector<double> z = MeasuredAsphere(p.asphere, {p.apexMM, 0.31, p.slope}, n, 10.0);
   const FormInput input{.heights = z, .spacingUM = 10.0};
@@ -213,50 +204,42 @@ TEST(FormAsphere, FreesAndHoldsWhatItIsTold) {
 }
 
 TEST(FormAsphere, MeasuresDefectsAlongItsAxisOrAcross) {
-  // One point is raised by 1 um along z, outside the fit. With the slope S' at the place, the distance is 1 um times
-  // cos(atan S'), and along an axis leaning by t it is cos t - S' sin t, to first order.
+  // One point is raised or lowered by 1 um along z, outside the fit. With the slope S' at the place, the distance is 1
+  // um times cos(atan S'), and along an axis leaning by t it is cos t - S' sin t, to first order.
   const AsphereDescription asphere{-0.05, 0.5, Even({1e-6})};
   const double slope = 0.05;
   const std::size_t n = 2001;
   std::vector<double> z = MeasuredAsphere(asphere, {10.0, 0.0, slope}, n, 10.0);
   const std::size_t at = 1700;
   const std::vector<double> exact = z;
-  z[at] += 1.0;
   const double measuredSlope = (exact[at + 1] - exact[at - 1]) / 20.0;
   const double ownSlope = std::tan(std::atan(measuredSlope) - std::atan(slope));
   const double along = std::cos(std::atan(slope)) - ownSlope * std::sin(std::atan(slope));
   const IndexRange point = IndexRange::FromEnds(static_cast<int>(at), static_cast<int>(at));
   FormArrays out(n);
-  FormInput input{.heights = z, .spacingUM = 10.0, .exclusion = point};
-  ASSERT_TRUE(FitAsphere(input, asphere, {}, out.Spans()).fit);
-  EXPECT_TRUE(Near(out.residual[at], along, 1e-4));
-  EXPECT_TRUE(Near(out.form[at], exact[at], 1e-9));
-  input.residual = ResidualKind::kPerpendicular;
-  ASSERT_TRUE(FitAsphere(input, asphere, {}, out.Spans()).fit);
-  EXPECT_TRUE(Near(out.residual[at], std::cos(std::atan(measuredSlope)), 1e-4));
-  EXPECT_TRUE(Near(out.residual[at - 1], 0.0, 1e-8));
+  for (const double defect : {1.0, -1.0}) {
+    z[at] = exact[at] + defect;
+    FormInput input{.heights = z, .spacingUM = 10.0, .exclusion = point};
+    ASSERT_TRUE(FitAsphere(input, asphere, {}, out.Spans()).fit);
+    EXPECT_TRUE(Near(out.residual[at], defect * along, 1e-4));
+    EXPECT_TRUE(Near(out.form[at], exact[at], 1e-9));
+    input.residual = ResidualKind::kPerpendicular;
+    ASSERT_TRUE(FitAsphere(input, asphere, {}, out.Spans()).fit);
+    EXPECT_TRUE(Near(out.residual[at], defect * std::cos(std::atan(measuredSlope)), 1e-4));
+    EXPECT_TRUE(Near(out.residual[at - 1], 0.0, 1e-8));
+  }
 }
 
 TEST(FormAsphere, FailsWithoutAnAnswer) {
-  class Closed : public Progress {
-  public:
-    bool Advance(int percent) override {
-      shown = percent;
-      return false;
-    }
-    int shown = -1;
-  };
   std::vector<double> z = MeasuredAsphere({-0.05, 0.5, {}}, {5.0, 0.0, 0.01}, 1001, 10.0);
   std::mt19937_64 random(5);
   for (double& height : z) height += Uniform(random, -1.0, 1.0);
   FormArrays out(1001);
-  Closed closed;
+  RecordingProgress closed(1);
   const AsphereDescription asphere{-0.08, 0.2, {}};
   const auto result = FitAsphere({.heights = z, .spacingUM = 10.0}, asphere, {.progress = &closed}, out.Spans());
   EXPECT_FALSE(result.fit);
   EXPECT_EQ(result.search.stop, MinimiseStop::kCancelled);
-  EXPECT_GE(closed.shown, 0);
-  EXPECT_LE(closed.shown, 100);
   EXPECT_FALSE(FitAsphere({.heights = z, .spacingUM = 10.0, .step = 501}, asphere, {}, out.Spans()).fit);
   EXPECT_FALSE(FitAsphere({.heights = z, .spacingUM = 10.0}, asphere, {}, {}).fit);
   EXPECT_FALSE(FitAsphere({.heights = z, .spacingUM = 10.0}, {-0.08, 0.2, {1e300, 1e300}}, {}, out.Spans()).fit);

@@ -116,7 +116,7 @@ TEST(FormFixedRadius, FailsWithoutARadiusOrData) {
   FormArrays out(100);
   constexpr double kInfinite = std::numeric_limits<double>::infinity();
   for (const double radiusMM :
-       {0.0, 1e-101, 1e30, -1e160, 1e300, kInfinite, std::numeric_limits<double>::quiet_NaN()}) {
+       {0.0, 1e-101, 1e10, 1e30, -1e160, 1e300, kInfinite, std::numeric_limits<double>::quiet_NaN()}) {
     EXPECT_FALSE(FitFixedRadius({.heights = z}, radiusMM, nullptr, out.Spans()).fit);
   }
   EXPECT_FALSE(FitFixedRadius({.heights = z, .step = 50}, 10.0, nullptr, out.Spans()).fit);

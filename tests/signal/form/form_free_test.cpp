@@ -90,7 +90,6 @@ TEST(FormFree, HoldsItsStart) {
     const auto right = FitFreeForm(input, nominal, {.allowsTilt = tilts, .firstPointXMM = 1.5}, out.Spans()).fit;
     ASSERT_TRUE(right);
     EXPECT_TRUE(Near(right->shiftXMM, -1.5, 1e-9));
-    EXPECT_TRUE(Near(right->shiftYMM, 0.2, 1e-7));
     EXPECT_TRUE(AllNear(out.residual, std::vector<double>(2001, 0.0), 1e-5));
     const auto wrong = FitFreeForm(input, nominal, {.allowsTilt = tilts, .firstPointXMM = 1.6}, out.Spans()).fit;
     ASSERT_TRUE(wrong);
@@ -169,7 +168,7 @@ TEST(ProfileExtreme, LiesWhereTheMeanLineIsHighestOrLowest) {
     const auto kind = sign > 0.0 ? ExtremeKind::kPeak : ExtremeKind::kValley;
     const auto x = FindExtremeX({.heights = z, .spacingUM = 2.0}, 0.25, kind);
     ASSERT_TRUE(x);
-    EXPECT_TRUE(Near(*x, 3.3334, 1e-3));
+    EXPECT_TRUE(Near(*x, 3.3334, 2e-5)) << "between two points";
   }
   EXPECT_FALSE(FindExtremeX({.heights = z, .spacingUM = 2.0}, 0.004, ExtremeKind::kPeak));
 }

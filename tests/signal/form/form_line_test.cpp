@@ -39,21 +39,6 @@ TEST(FormMean, LevelsAllHeightsWhateverIsExcluded) {
   EXPECT_FALSE(RemoveMean({z}, {}));
 }
 
-TEST(FormLine, AnExactLineLeavesNothing) {
-  const std::vector<double> z = NoisyLine(1000, 0.75, -300.0, 0.0);
-  FormArrays out(z.size());
-  for (const ResidualKind kind : {ResidualKind::kVertical, ResidualKind::kPerpendicular}) {
-    const auto fit = FitLine({z, 0.5, 1, {}, kind}, out.Spans());
-    ASSERT_TRUE(fit);
-    EXPECT_TRUE(Near(fit->slope, 0.75, 1e-15));
-    EXPECT_TRUE(Near(fit->interceptUM, -300.0, 1e-15));
-    EXPECT_TRUE(AllNear(out.form, z, 1e-15, 300.0));
-    EXPECT_TRUE(AllNear(out.residual, std::vector(z.size(), 0.0), 1e-20));
-    const double spacing = kind == ResidualKind::kVertical ? 0.5 : 0.5 * 1.25;  // 1 / cos = sqrt(1 + 0.75^2)
-    EXPECT_TRUE(Near(fit->residualSpacingUM, spacing, 1e-15));
-  }
-}
-
 TEST(FormLine, IsTheLeastSquaresLineOfItsFitPoints) {
   const std::vector<std::optional<IndexRange>> exclusions = {std::nullopt, IndexRange::FromEnds(100, 699)};
   for (const double offset : {0.0, 1e5}) {
@@ -82,12 +67,14 @@ TEST(FormLine, IsTheLeastSquaresLineOfItsFitPoints) {
 
         // Perpendicular: shorter by the cosine, of the same sign, and without mean only for a step above 1.
         FormArrays upright(z.size());
-        ASSERT_TRUE(FitLine({z, 0.5, step, exclusion, ResidualKind::kPerpendicular}, upright.Spans()));
+        const auto across = FitLine({z, 0.5, step, exclusion, ResidualKind::kPerpendicular}, upright.Spans());
+        ASSERT_TRUE(across);
         const double mean = step > 1 ? Mean(residual) : 0.0;
         const double cosine = 1.0 / std::sqrt(1.0 + fit->slope * fit->slope);
         for (double& value : residual) value = (value - mean) * cosine;
         EXPECT_TRUE(AllNear(upright.residual, residual, 1e-13)) << step;
         EXPECT_EQ(upright.form, out.form);
+        EXPECT_TRUE(Near(across->residualSpacingUM, 0.5 / cosine, 1e-14));
       }
     }
   }

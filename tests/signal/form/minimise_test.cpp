@@ -8,22 +8,10 @@
 #include <vector>
 
 #include "support/near.h"
+#include "support/recording_progress.h"
 
 namespace texturon {
 namespace {
-
-class RecordedProgress : public Progress {
-public:
-  explicit RecordedProgress(std::size_t mostAnswers = 1000) : mostAnswers_(mostAnswers) {}
-  bool Advance(int percent) override {
-    shown.push_back(percent);
-    return shown.size() < mostAnswers_;
-  }
-  std::vector<int> shown;
-
-private:
-  std::size_t mostAnswers_;
-};
 
 double Square(double x) {
   return x * x;
@@ -64,7 +52,7 @@ TEST(Minimise, FindsMinimaThatAreKnown) {
   };
   for (const Case& c : cases) {
     std::vector<double> point = c.start;
-    RecordedProgress progress;
+    RecordingProgress progress;
     const auto result = Minimise(c.merit, point, std::vector<double>{0.1, 0.1}, c.tolerance, &progress);
     EXPECT_EQ(result.stop, MinimiseStop::kConverged) << c.name;
     EXPECT_GT(result.iterations, 0) << c.name;
@@ -81,7 +69,7 @@ TEST(Minimise, FindsMinimaThatAreKnown) {
 TEST(Minimise, StopsForFourReasons) {
   const std::vector<double> steps = {0.1, 0.1};
   std::vector<double> point = {-1.2, 1.0};
-  RecordedProgress closedAtOnce(1);
+  RecordingProgress closedAtOnce(1);
   EXPECT_EQ(Minimise(Valley, point, steps, 1e-6, &closedAtOnce).stop, MinimiseStop::kCancelled);
   EXPECT_LT(Valley(point), Valley(std::vector<double>{-1.2, 1.0})) << "what was gained stays";
 
@@ -94,30 +82,6 @@ TEST(Minimise, StopsForFourReasons) {
 
   const auto undefined = [](std::span<const double>) { return std::numeric_limits<double>::quiet_NaN(); };
   EXPECT_EQ(Minimise(undefined, point, steps, 1e-6, nullptr).stop, MinimiseStop::kNotFinite);
-}
-
-TEST(Minimise, CountsEveryEvaluation) {
-  int evaluations = 0;
-  std::vector<double> point = {-1.2, 1.0};
-  const auto counted = [&](std::span<const double> p) {
-    ++evaluations;
-    return Valley(p);
-  };
-  EXPECT_EQ(Minimise(counted, point, std::vector<double>{0.1, 0.1}, 1e-6, nullptr).evaluations, evaluations);
-}
-
-TEST(LineMinimise, MovesThePointAndScalesTheDirection) {
-  std::vector<double> point = {1.0, 2.0};
-  std::vector<double> direction = {0.5, -0.25};
-  const auto merit = [](std::span<const double> p) { return Square(p[0] - 4.0) + Square(p[1] - 0.5); };
-  const auto result = LineMinimise(merit, point, direction);
-  EXPECT_TRUE(Near(result.step, 6.0, 1e-6));
-  EXPECT_TRUE(AllNear(direction, std::vector<double>{3.0, -1.5}, 1e-6));
-  EXPECT_TRUE(AllNear(point, std::vector<double>{4.0, 0.5}, 1e-6));
-  EXPECT_FALSE(result.hitLimit);
-  const std::vector<double> before = direction;
-  LineMinimise([](std::span<const double>) { return 1.0; }, point, direction);
-  EXPECT_GT(std::abs(direction[0]), 0.0) << "a level merit does not wipe the direction out";
 }
 
 TEST(BrentMinimise, FindsTheMinimumOfABracketInEitherOrder) {
