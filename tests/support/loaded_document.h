@@ -11,8 +11,8 @@
 namespace texturon {
 
 /// A document with a record of these heights, its settings changed, not analysed yet; it writes no side file.
-inline Document Loaded(std::vector<double> heights, double spacingUM,
-                       const std::function<void(Settings&)>& change = [](Settings&) {}) {
+inline Document Loaded(
+    std::vector<double> heights, double spacingUM, const std::function<void(Settings&)>& change = [](Settings&) {}) {
   Document document = MakeDocument();
   Settings settings = document.settings;
   change(settings);
