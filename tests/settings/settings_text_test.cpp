@@ -9,7 +9,9 @@
 #include <utility>
 
 #include "base/number_text.h"
+#include "platform/platform.h"
 #include "settings/settings_check.h"
+#include "settings/settings_listing.h"
 #include "settings/settings_table.h"
 #include "support/golden.h"
 
@@ -254,6 +256,12 @@ TEST(SettingsText, TheLargestFreeFormTakesLinearTime) {
   Settings loaded;
   LoadSettingsText(IniFile(file.Bytes()), loaded);
   EXPECT_EQ(loaded.analysis.freeFormPoints, settings.analysis.freeFormPoints);
+}
+
+// The page is written by hand around the listing.
+TEST(SettingsListing, TheManualHoldsTheWholeListing) {
+  const std::string page = ReadWholeFile(std::string(TEXTURON_SOURCE_DIR) + "/docs/settings.md").bytes;
+  EXPECT_NE(page.find(SettingsMarkdown()), std::string::npos) << "docs/settings.md is to hold:\n" << SettingsMarkdown();
 }
 
 }  // namespace

@@ -3,12 +3,10 @@
 #include "unattended/folder_batch.h"
 
 #include <atomic>
-#include <csignal>
 #include <gtest/gtest.h>
 #include <numeric>
 #include <sstream>
 #include <string>
-#include <sys/resource.h>
 #include <vector>
 
 #include "platform/platform.h"
@@ -170,27 +168,11 @@ TEST_F(FolderBatch, TwoRunsAtOnceIntoOneFileLoseAndTearNothing) {
   EXPECT_EQ(text.find("\"Time\""), text.rfind("\"Time\""));
 }
 
-TEST_F(FolderBatch, FullDiskStopsTheRunWithWholeRows) {
-  const pid_t child = StartChild([this] {
-    std::signal(SIGXFSZ, SIG_IGN);
-    constexpr rlim_t kLimit = 3000;
-    const rlimit limit{kLimit, kLimit};
-    ::setrlimit(RLIMIT_FSIZE, &limit);
-    const FolderBatchOutcome outcome = Run();
-    return !outcome.complete() && outcome.reason.find("rows.csv") != std::string::npos && !outcome.next.empty() ? 0 : 1;
-  });
-  EXPECT_EQ(WaitForChild(child), 0);
-  const std::vector<std::string> rows = Rows();
-  EXPECT_GT(rows.size(), 2u);
-  EXPECT_EQ(rows, FirstRows(rows.size()));
-}
-
 TEST_F(FolderBatch, WritesTheProfilesOfEachFile) {
-  std::filesystem::create_directory(folder_ / "profiles");
   options_.files.resize(2);
-  RunFolderBatch(options_, {.start = start_, .profilesTo = folder_ / "profiles"}, environment_, observer_);
+  RunFolderBatch(options_, {.start = start_, .profilesTo = folder_.path()}, environment_, observer_);
   for (const char* name : {"000.lmt.primary.csv", "000.lmt.waviness.csv", "001.lmt.roughness.csv"}) {
-    EXPECT_NE(folder_.Read(std::string("profiles/") + name).find("\"Number of Points\", "), std::string::npos) << name;
+    EXPECT_NE(folder_.Read(name).find("\"Number of Points\", "), std::string::npos) << name;
   }
 }
 

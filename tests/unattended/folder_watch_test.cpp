@@ -310,12 +310,8 @@ TEST_F(FolderWatch, KilledAtAnyInstantNothingIsLostAndNothingDoneTwice) {
 }
 
 TEST(WatchJournal, RowIsCompletedWhateverOfItStands) {
-  struct Case {
-    const char* before;  // at the time of the entry
-    const char* after;   // found by the next run
-    const char* completed;
-  };
-  const Case cases[] = {
+  // What stood there at the time of the entry, what the next run finds, and what it leaves.
+  const std::string cases[][3] = {
       {"", "", "h\r\nrow\r\n"},              // nothing written
       {"", "h\r\nro", "h\r\nrow\r\n"},       // torn
       {"", "h\r\nrow\r\n", "h\r\nrow\r\n"},  // written
@@ -326,9 +322,8 @@ TEST(WatchJournal, RowIsCompletedWhateverOfItStands) {
       {"h\r\na", "h\r\na\r\nro", "h\r\na\r\nrow\r\n"},                     // no line end before it
       {"h\r\na\r\n", "", "h\r\nrow\r\n"},                                  // begun anew
   };
-  for (const Case& c : cases) {
+  for (const auto& [before, after, completed] : cases) {
     const ScratchFolder folder;
-    const std::string before = c.before;
     const std::string lead = before.empty() ? "h\r\n" : before.ends_with('\n') ? "" : "\r\n";
     const WatchEntry written{.file = "f\n1.lmt",
                              .stamp = {.size = 5, .time = -7},
@@ -340,10 +335,10 @@ TEST(WatchJournal, RowIsCompletedWhateverOfItStands) {
     ASSERT_TRUE(entry);
     EXPECT_EQ(entry->file, written.file);
     EXPECT_EQ(entry->stamp, written.stamp);
-    folder.Write("rows.csv", c.after);
+    folder.Write("rows.csv", after);
     AppendFile file(folder / "rows.csv");
     EXPECT_TRUE(EnsureRow(*entry, file).ok());
-    EXPECT_EQ(folder.Read("rows.csv"), c.completed) << c.after;
+    EXPECT_EQ(folder.Read("rows.csv"), completed) << after;
   }
   for (const char* text : {"", "texturon watch 1\n", "texturon watch 1\n99999999999999999999\nx\n"}) {
     EXPECT_FALSE(ParseWatchEntry(text)) << text;
