@@ -39,9 +39,7 @@ TEST(ExportCommand, WritesToAFileWhatItShows) {
 // A failures file is made anew by each run; what is no file is not taken away for that.
 TEST(BatchCommand, LeavesAPipeWhereItIs) {
   const ScratchFolder folder;
-  std::string list = "\xEF\xBB\xBF";  // the mark of a text editor
-  list.append(folder.Write("a.lmt", SmallProfile(400, 1.0)).string()).append("\r\n\n");
-  folder.Write("list.txt", list);
+  folder.Write("list.txt", "\xEF\xBB\xBF" + folder.Write("a.lmt", SmallProfile(400, 1.0)).string() + "\r\n\n");
   const std::string pipe = (folder / "pipe").string();
   ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
   const Outcome run = Texturon({"batch", "--files-from", (folder / "list.txt").string(), "--parameter-file",
