@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <cstdlib>
 #include <gtest/gtest.h>
+#include <limits>
 #include <map>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
+#include "app/json_writer.h"
 #include "base/number_text.h"
 #include "support/near.h"
 #include "support/program_run.h"
@@ -118,6 +120,28 @@ TEST(CommandLine, ListsWhatThereIs) {
   EXPECT_NE(Texturon({"settings"}).out.find("ANALYSIS.LcCutoffMM"), std::string::npos);
   EXPECT_EQ(Texturon({"--version"}).status, 0);
   EXPECT_EQ(Texturon({"analyze", "--help"}).status, 0);
+}
+
+TEST(JsonWriter, WritesWhatAnotherReaderUnderstands) {
+  const double numbers[] = {0.1, -1e300, 5e-324, 1.0 / 3.0, std::numeric_limits<double>::infinity()};
+  for (const auto layout : {JsonWriter::Layout::kIndented, JsonWriter::Layout::kOneLine}) {
+    JsonWriter writer(layout);
+    writer.BeginObject();
+    writer.Key("text");
+    writer.Text("a\"b\\c\n\x01 \xC2\xB5");
+    writer.Key("numbers");
+    writer.Numbers(numbers);
+    writer.Key("empty");
+    writer.BeginArray();
+    writer.EndArray();
+    writer.EndObject();
+    const json read = json::parse(writer.Result());
+    EXPECT_EQ(read["text"], "a\"b\\c\n\x01 \xC2\xB5");
+    for (std::size_t i = 0; i < 4; ++i) EXPECT_EQ(read["numbers"][i].get<double>(), numbers[i]);
+    EXPECT_TRUE(read["numbers"][4].is_null());
+    EXPECT_TRUE(read["empty"].is_array());
+    EXPECT_EQ(writer.Result().find('\n') == std::string::npos, layout == JsonWriter::Layout::kOneLine);
+  }
 }
 
 /// The values that an institute printed for a measured surface, to the last digit printed.

@@ -42,8 +42,8 @@ TEST(BatchCommand, LeavesAPipeWhereItIs) {
   folder.Write("list.txt", "\xEF\xBB\xBF" + folder.Write("a.lmt", SmallProfile(400, 1.0)).string() + "\r\n\n");
   const std::string pipe = (folder / "pipe").string();
   ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
-  const Outcome run = Texturon({"batch", "--files-from", (folder / "list.txt").string(), "--parameter-file",
-                                (folder / "rows.csv").string(), "--failures", pipe});
+  const std::string list = (folder / "list.txt").string(), rows = (folder / "rows.csv").string();
+  const Outcome run = Texturon({"batch", "--files-from", list, "--parameter-file", rows, "--failures", pipe});
   EXPECT_TRUE(run.out.starts_with("1 analysed, 0 failed\n")) << run.error;
   EXPECT_TRUE(std::filesystem::is_fifo(pipe));
 }

@@ -4,7 +4,6 @@
 
 #include <chrono>
 #include <gtest/gtest.h>
-#include <initializer_list>
 #include <map>
 #include <sstream>
 #include <string>
@@ -21,71 +20,46 @@
 namespace texturon {
 namespace {
 
-/// An analysis with the rows given, each with the value 1.23456789 and computed unless its name says otherwise.
-struct Analysis {
-  explicit Analysis(std::initializer_list<const char*> names) {
-    std::vector<ParameterSelection> selection;
-    for (const char* name : names) selection.push_back({.name = name});
-    catalogue = MakeWorkingList(selection);
-    for (ParameterDef& row : catalogue.rows) {
-      row.valid = true;
-      row.value = 1.23456789;
-    }
-  }
-
-  ParameterCsvInput Input() const {
-    return {.catalogue = catalogue,
-            .settings = settings,
-            .primaryMaterialRatios = primary,
-            .roughnessMaterialRatios = roughness,
-            .primaryHtps = primaryHtps,
-            .roughnessHtps = roughnessHtps,
-            .time = "04 Mar 2015 - 09:05:07",
-            .source = "c:\\a,b\\S1.prf",
-            .identification = "Shaft 1",
-            .description = "form / filter",
-            .metric = metric,
-            .primaryRatioTitle = primaryRatioTitle,
-            .roughnessRatioTitle = roughnessRatioTitle,
-            .traverseLengthUM = 5600.0,
-            .evaluationLengthUM = 4000.0};
-  }
-
-  ParameterCatalogue catalogue;
-  AnalysisSettings settings;
-  bool metric = true;
-  const char* primaryRatioTitle = "Pmr";
-  const char* roughnessRatioTitle = "Rmr";
-  RatioRowResults primary{};
-  RatioRowResults roughness{};
-  RatioRowResults primaryHtps{};
-  RatioRowResults roughnessHtps{};
-};
-
-// Header and row of each list in both systems. 1.23456789 um = 48.605035 uin, mm = 0.048605 in; counts a centimetre x
-// 2.54 are counts an inch.
+// Header and row in both systems, every value 1.23456789: um are 48.605035 uin, mm are 0.048605 in, and counts a
+// centimetre x 2.54 are counts an inch.
 TEST(ParameterCsv, WritesHeaderAndRowInBothSystems) {
-  Analysis rows({"Ra", "Rsm", "AR", "Rpc", "Rhsc", "Phsc", "Wc", "Rku", "Rmr1", "Rdq", "RSm"});
-  rows.catalogue.rows[8].valid = false;
-  rows.catalogue.rows[9].selected = false;
-  Analysis ratios({});
-  auto& settings = ratios.settings;
+  std::vector<ParameterSelection> selection;
+  for (const char* name : {"Ra", "Rsm", "AR", "Rpc", "Rhsc", "Phsc", "Wc", "Rku", "Rmr1", "Rdq", "RSm"}) {
+    selection.push_back({.name = name, .selected = std::string_view(name) != "Rdq"});
+  }
+  ParameterCatalogue catalogue = MakeWorkingList(selection);
+  for (ParameterDef& row : catalogue.rows) {
+    row.valid = row.name != "Rmr1";
+    row.value = 1.23456789;
+  }
+  AnalysisSettings settings;
   settings.primaryMaterialRatios[3] = {.selected = true, .depthUM = 0.25, .offsetPercent = 5.0};
   settings.roughnessMaterialRatios[0] = {.selected = true, .meanReferenced = true, .depthUM = -0.75};
   settings.roughnessMaterialRatios[9] = {.selected = true, .meanReferenced = true, .depthUM = 1.0};
   settings.primaryHtps[1] = {.selected = true, .upperPercent = 60.0, .lowerPercent = 10.0};
   settings.roughnessHtps[0] = {.selected = true, .upperPercent = 50.0, .lowerPercent = 2.5};
-  ratios.primary[3] = {true, 12.345};
-  ratios.roughness[0] = {true, 99.0};
-  ratios.primaryHtps[1] = {true, 2.0};
+  RatioRowResults primary{}, roughness{}, primaryHtps{}, roughnessHtps{};
+  primary[3] = {true, 12.345};
+  roughness[0] = {true, 99.0};
+  primaryHtps[1] = {true, 2.0};
   std::string text;
   for (const bool metric : {true, false}) {
-    ratios.primaryRatioTitle = metric ? "Pmr" : "Tpa";
-    ratios.roughnessRatioTitle = metric ? "Rmr" : "Tpi";
-    for (Analysis* const each : {&rows, &ratios}) {
-      each->metric = metric;
-      text += ParameterCsvHeader(each->Input()) + ParameterCsvRow(each->Input());
-    }
+    const ParameterCsvInput input{.catalogue = catalogue,
+                                  .settings = settings,
+                                  .primaryMaterialRatios = primary,
+                                  .roughnessMaterialRatios = roughness,
+                                  .primaryHtps = primaryHtps,
+                                  .roughnessHtps = roughnessHtps,
+                                  .time = "04 Mar 2015 - 09:05:07",
+                                  .source = "c:\\a,b\\S1.prf",
+                                  .identification = "Shaft 1",
+                                  .description = "form / filter",
+                                  .metric = metric,
+                                  .primaryRatioTitle = metric ? "Pmr" : "Tpa",
+                                  .roughnessRatioTitle = metric ? "Rmr" : "Tpi",
+                                  .traverseLengthUM = 5600.0,
+                                  .evaluationLengthUM = 4000.0};
+    text += ParameterCsvHeader(input) + ParameterCsvRow(input);
   }
   EXPECT_TRUE(MatchesGolden("export/parameter_rows.csv", Utf8FromWindows1252(text)));
 }

@@ -4,7 +4,6 @@
 
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <random>
 #include <string>
 
 #include "support/scratch_folder.h"
@@ -118,25 +117,6 @@ TEST(SettingsFile, AnOldFileThatCannotBeWrittenIsUpgradedInMemory) {
   EXPECT_EQ(settings.analysis.parameters[1].selectionRef, 5);
   ASSERT_EQ(prompts.notices.size(), 1U);
   EXPECT_NE(prompts.notices[0].find("the name is too long"), std::string::npos) << prompts.notices[0];
-}
-
-TEST(SettingsFile, RubbishLeavesValidSettings) {
-  const ScratchFolder folder;
-  std::mt19937 random(5);
-  constexpr std::string_view kWords[] = {"[PARAMETERS]",        "[FREE_FORM]", "\n",          "=",
-                                         "AvailableParameters", "Name00",      "99999999999", "1e999",
-                                         "FreeFormPoints",      "\"",          "-",           "IniVersion",
-                                         "SelectionRef=",       "\r",          "A0",          "[ASPHERIC_PARAMETERS]"};
-  for (int i = 0; i < 300; ++i) {
-    std::string bytes;
-    for (int k = 0; k < 40; ++k) bytes += kWords[random() % std::size(kWords)];
-    bytes.push_back(static_cast<char>(random() & 0xFF));
-    ScriptedPrompts prompts;
-    Settings settings;
-    ASSERT_TRUE(LoadSettings(folder.Write("rubbish.ini", bytes), settings, prompts).ok());
-    ASSERT_LE(settings.analysis.parameters.size(), kMostParameters);
-    ASSERT_LE(settings.analysis.freeFormPoints.size(), kMostFreeFormPoints);
-  }
 }
 
 }  // namespace
