@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "analysis/document_export.h"
-#include "analysis/pipeline.h"
+#include "support/loaded_document.h"
 
 namespace texturon {
 namespace {
@@ -20,22 +20,17 @@ Document Honed(bool withRows) {
     const auto x = static_cast<double>(i);
     heights[i] = 0.3 * std::sin(x / 16.0) + 0.1 * std::sin(x * 0.9) + 1e-4 * x - (i % 97 < 5 ? 2.0 : 0.0);
   }
-  Document document = MakeDocument();
-  Settings settings = document.settings;
-  for (ParameterSelection& row : settings.analysis.parameters) row.selected = withRows;
-  ApplySettings(document, settings);
-  SetProfile(document, MakeProfileSet(std::move(heights), 0.5));
-  document.writesTraceFile = false;
-  return document;
+  return Loaded(std::move(heights), 0.5, [withRows](Settings& settings) {
+    for (ParameterSelection& row : settings.analysis.parameters) row.selected = withRows;
+  });
 }
 
 TEST(CurveStep, MakesWhatAWholeRunMakes) {
-  SilentPrompts nobody;
   Document whole = Honed(true);
-  Compute(whole, nobody, {});
+  Analyse(whole);
   Document bare = Honed(false);
   bare.wanted = kNoCurves;
-  Compute(bare, nobody, {});
+  Analyse(bare);
   EXPECT_TRUE(bare.profiles.spectrum.amplitudeUM.empty());
   EXPECT_TRUE(bare.results.roughnessCurve.IsEmpty());
   EXPECT_FALSE(bare.results.coreRoughness.valid || bare.results.probability);
@@ -55,35 +50,28 @@ TEST(CurveStep, MakesWhatAWholeRunMakes) {
 }
 
 TEST(CurveStep, MakesOnlyWhatIsWanted) {
-  SilentPrompts nobody;
   Document document = Honed(false);
   document.wanted = kNoCurves;
-  Compute(document, nobody, {});
+  Analyse(document);
   document.wanted.probability = true;
   ComputeMissingCurves(document);
   EXPECT_TRUE(document.results.probability.has_value());
-  EXPECT_TRUE(document.results.roughnessCurve.IsEmpty() && !document.results.coreRoughness.valid);
-  EXPECT_TRUE(document.profiles.spectrum.amplitudeUM.empty() && document.profiles.roughnessMotifs.empty());
-  document.wanted = {.heightCurves = false, .coreRoughness = false, .motifs = true};
-  Compute(document, nobody, {});
-  EXPECT_FALSE(document.profiles.spectrum.amplitudeUM.empty() || document.profiles.roughnessMotifs.empty());
+  EXPECT_TRUE(document.results.roughnessCurve.IsEmpty() && document.profiles.spectrum.amplitudeUM.empty());
+  document.wanted = kNoCurves;
+  Analyse(document);
   EXPECT_FALSE(document.results.probability.has_value()) << "a new run forgets what nobody wants any more";
 }
 
 TEST(CurveStep, ExportsNeedNoCurveBefore) {
   SilentPrompts nobody;
   Document whole = Honed(false);
-  Compute(whole, nobody, {});
-  Document bare = Honed(false);
+  Analyse(whole);
   for (const char* name : {"spectrum", "roughness-brc", "primary-adf", "probability"}) {
+    Document bare = Honed(false);
     EXPECT_FALSE(FindExportKind(name)->make(bare, nobody).ok()) << name << " before a run";
-  }
-  bare.wanted = kNoCurves;
-  Compute(bare, nobody, {});
-  for (const char* name : {"spectrum", "roughness-brc", "primary-adf", "probability"}) {
-    const ExportResult result = FindExportKind(name)->make(bare, nobody);
-    EXPECT_TRUE(result.ok()) << name;
-    EXPECT_EQ(result.text, FindExportKind(name)->make(whole, nobody).text) << name;
+    bare.wanted = kNoCurves;
+    Analyse(bare);
+    EXPECT_EQ(FindExportKind(name)->make(bare, nobody).text, FindExportKind(name)->make(whole, nobody).text) << name;
   }
 }
 

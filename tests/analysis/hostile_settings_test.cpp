@@ -6,6 +6,7 @@
 
 #include "analysis/pipeline.h"
 #include "settings/settings_check.h"
+#include "settings/settings_file.h"
 #include "settings/settings_text.h"
 #include "support/mutate.h"
 
@@ -29,9 +30,11 @@ TEST(HostileSettings, LoadSaveAndComputeWithoutHarm) {
     const std::size_t line = text.find("=", random() % text.size());
     const char* const values[] = {"1e308", "-1e308", "0", "-5", "2147483647", "nan", "1e-308", "7"};
     if (line != std::string::npos) text.insert(line + 1, values[random() % std::size(values)]);
-    const IniFile file(text);
+    const IniFile file(UpgradeSettingsText(text));
     Settings settings = pristine.settings;
     LoadSettingsText(file, settings);
+    ASSERT_LE(settings.analysis.parameters.size(), kMostParameters);
+    ASSERT_LE(settings.analysis.freeFormPoints.size(), kMostFreeFormPoints);
     (void)CheckSettings(file);
 
     // The first reading may cut a number of more than 63 digits; after that nothing may change any more.

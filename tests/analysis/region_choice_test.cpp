@@ -5,6 +5,10 @@
 #include "analysis/region_choice.h"
 
 #include <gtest/gtest.h>
+#include <string>
+
+#include "base/number_text.h"
+#include "support/golden.h"
 
 namespace texturon {
 namespace {
@@ -34,27 +38,16 @@ TEST(RegionChoice, IsSaidInTheUnitsShown) {
 }
 
 TEST(RegionChoice, LengthsAreReadWithinTheRecord) {
-  struct Case {
-    const char* text;
-    bool metric;
-    double lengthMM;
-    const char* fault;
-  };
-  const Case cases[] = {{" 2.5 ", true, 2.5, ""},
-                        {"0.1", false, 2.54, ""},
-                        {"0", true, 0.0, ""},
-                        {"4.5", true, 0.0, "Must be from 0 to 4"},
-                        {"-1", true, 0.0, "Must be from 0 to 4"},
-                        {"0.2", false, 0.0, "Must be from 0 to 0.15748"},
-                        {"", true, 0.0, "\"\" is no number"},
-                        {"2,5", true, 0.0, "\"2,5\" has a decimal comma, where numbers are written with a point"}};
-  for (const Case& c : cases) {
-    const LengthEntry entry = ReadRegionLength(c.text, 4.0, c.metric);
-    EXPECT_EQ(entry.fault, c.fault) << c.text;
-    EXPECT_DOUBLE_EQ(entry.lengthMM, c.lengthMM) << c.text;
-    if (!entry.ok()) continue;
-    EXPECT_EQ(ReadRegionLength(RegionLengthText(c.lengthMM, c.metric), 4.0, c.metric).lengthMM, c.lengthMM);
+  std::string text;
+  for (const bool metric : {true, false}) {
+    for (const char* const entered : {" 2.5 ", "0.1", "0", "4.5", "-1", "", "2,5"}) {
+      const LengthEntry entry = ReadRegionLength(entered, 4.0, metric);
+      text += std::string(entered) + ": " + ShortestText(entry.lengthMM) + " " + entry.fault + "\n";
+      if (!entry.ok()) continue;
+      EXPECT_EQ(ReadRegionLength(RegionLengthText(entry.lengthMM, metric), 4.0, metric).lengthMM, entry.lengthMM);
+    }
   }
+  EXPECT_TRUE(MatchesGolden("analysis/region_lengths.txt", text));
 }
 
 }  // namespace

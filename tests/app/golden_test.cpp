@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <set>
 #include <sstream>
 #include <string>
@@ -19,15 +20,9 @@
 namespace texturon {
 namespace {
 
-std::vector<std::string> Words(const std::string& call) {
-  std::vector<std::string> words;
-  std::istringstream stream(call);
-  for (std::string word; stream >> word;) words.push_back(word);
-  return words;
-}
-
 std::string Answer(const std::string& call, const ScratchFolder& folder) {
-  std::vector<std::string> words = Words(call);
+  std::istringstream stream(call);
+  std::vector<std::string> words{std::istream_iterator<std::string>(stream), {}};
   if (words.front() == "cat") return folder.Read(words.at(1));
   words.erase(words.begin());
   const Outcome run = Texturon(words);

@@ -6,8 +6,8 @@
 #include <gtest/gtest.h>
 #include <numbers>
 
-#include "analysis/pipeline.h"
 #include "settings/filter_table.h"
+#include "support/loaded_document.h"
 
 namespace texturon {
 namespace {
@@ -18,17 +18,13 @@ Document Analysed(double wavelengthMM, std::int32_t filter) {
   for (std::size_t i = 0; i < heights.size(); ++i) {
     heights[i] = std::sin(2.0 * std::numbers::pi * static_cast<double>(i) * 0.001 / wavelengthMM);
   }
-  Document document = MakeDocument();
-  Settings settings = document.settings;
-  settings.analysis.FormRemovalType = kFormNone;
-  settings.analysis.FilterType = filter;
-  settings.analysis.LsCutoffMM = 0.008;
-  settings.analysis.parameters.clear();
-  ApplySettings(document, settings);
-  SetProfile(document, MakeProfileSet(std::move(heights), 1.0));
-  document.writesTraceFile = false;
-  SilentPrompts nobody;
-  Compute(document, nobody, {});
+  Document document = Loaded(std::move(heights), 1.0, [&](Settings& settings) {
+    settings.analysis.FormRemovalType = kFormNone;
+    settings.analysis.FilterType = filter;
+    settings.analysis.LsCutoffMM = 0.008;
+    settings.analysis.parameters.clear();
+  });
+  Analyse(document);
   return document;
 }
 

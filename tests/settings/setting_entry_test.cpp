@@ -7,6 +7,7 @@
 
 #include "base/number_text.h"
 #include "settings/cutoff_choices.h"
+#include "support/golden.h"
 
 namespace texturon {
 namespace {
@@ -16,32 +17,21 @@ const SettingKey& Key(std::string_view section, std::string_view key) {
 }
 
 TEST(SettingEntry, RefusesWithTheReason) {
-  struct Case {
-    const char* section;
-    const char* key;
-    const char* text;
-    bool metric;
-    const char* fault;
-  };
-  const Case cases[] = {
-      {"ANALYSIS", "LcCutoffMM", "2.5", true, ""},
-      {"ANALYSIS", "LcCutoffMM", " 2.5 ", true, ""},
-      {"ANALYSIS", "LcCutoffMM", "", true, "\"\" is no number"},
-      {"ANALYSIS", "LcCutoffMM", "2,5", true, "\"2,5\" has a decimal comma, where numbers are written with a point"},
-      {"ANALYSIS", "LcCutoffMM", "0", true, "Must be above 0"},
-      {"ANALYSIS", "LcCutoffMM", "nan", true, "\"nan\" is no finite number"},
-      {"ANALYSIS", "PolynomialOrder", "101", true, "Must be from 0 to 100"},
-      {"ANALYSIS", "PolynomialOrder", "-1", true, "Must be from 0 to 100"},
-      {"ANALYSIS", "FixedRadiusMM", "0", true, "Must not be 0"},
-      {"ANALYSIS", "FixedRadiusMM", "-3", true, ""},
-      {"ANALYSIS", "UserLsCutoffMM", "-0.1", false, "Must not be below 0"},
-      {"RXQ_PARAMETERS", "LPLPercent", "100.1", true, "Must be from 0 to 100"},
-      {"PRIMARY_HTPS", "UpperPercent03", "-1", true, "Must be from 0 to 100"},
-      {"DISPLAY", "ExtremeSlopePlotDegrees", "0", true, "Must be above 0 and at most 90"},
-  };
-  for (const Case& c : cases) {
-    EXPECT_EQ(ReadEntry(Key(c.section, c.key), c.text, c.metric).fault, c.fault) << c.key << " " << c.text;
+  const struct {
+    const char *section, *key, *text;
+  } cases[] = {{"ANALYSIS", "LcCutoffMM", " 2.5 "},        {"ANALYSIS", "LcCutoffMM", ""},
+               {"ANALYSIS", "LcCutoffMM", "2,5"},          {"ANALYSIS", "LcCutoffMM", "0"},
+               {"ANALYSIS", "LcCutoffMM", "nan"},          {"ANALYSIS", "PolynomialOrder", "101"},
+               {"ANALYSIS", "PolynomialOrder", "-1"},      {"ANALYSIS", "FixedRadiusMM", "0"},
+               {"ANALYSIS", "FixedRadiusMM", "-3"},        {"ANALYSIS", "UserLsCutoffMM", "-0.1"},
+               {"RXQ_PARAMETERS", "LPLPercent", "100.1"},  {"PRIMARY_HTPS", "UpperPercent03", "-1"},
+               {"DISPLAY", "ExtremeSlopePlotDegrees", "0"}};
+  std::string text;
+  for (const auto& c : cases) {
+    const std::string fault = ReadEntry(Key(c.section, c.key), c.text, true).fault;
+    text += std::string(c.key) + " = " + c.text + ": " + (fault.empty() ? "taken" : fault) + "\n";
   }
+  EXPECT_TRUE(MatchesGolden("settings/entries.txt", text));
 }
 
 TEST(SettingEntry, InchesGoInAndComeBack) {

@@ -39,6 +39,7 @@ TEST_F(WorkingSettingsTest, WhatIsSavedIsThereAtTheNextStart) {
   Settings settings;
   WorkingSettings first = Start();
   EXPECT_EQ(first.Load(settings), "");
+  EXPECT_EQ(first.KeepDisplay(settings.display), "") << "nothing changed writes nothing";
   settings.analysis.LcCutoffMM = 2.5;
   EXPECT_EQ(first.Save(settings, reason_), folder_ / "program" / "Texturon.ini");
   EXPECT_FALSE(fs::exists(UserFile()));
@@ -82,14 +83,6 @@ TEST_F(WorkingSettingsTest, AFolderThatMayNotBeWritten) {
   EXPECT_NE(reason_.find("is a directory."), std::string::npos);
   settings.display.UpperIsSplit = true;
   EXPECT_NE(start.KeepDisplay(settings.display), "");
-}
-
-TEST_F(WorkingSettingsTest, NothingChangedWritesNothing) {
-  Settings settings;
-  WorkingSettings start = Start();
-  start.Load(settings);
-  EXPECT_EQ(start.KeepDisplay(settings.display), "");
-  EXPECT_FALSE(fs::exists(UserFile()));
 }
 
 }  // namespace

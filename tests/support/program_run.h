@@ -19,8 +19,8 @@ struct Outcome {
 
 /// Runs the console program in this process.
 inline Outcome Texturon(std::vector<std::string> arguments) {
-  arguments.insert(arguments.begin(), "texturon");
-  std::vector<char*> argv;
+  std::string name = "texturon";
+  std::vector<char*> argv = {name.data()};
   for (std::string& argument : arguments) argv.push_back(argument.data());
   std::ostringstream out;
   std::ostringstream error;

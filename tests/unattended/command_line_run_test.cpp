@@ -4,6 +4,7 @@
 
 #include <ctime>
 #include <filesystem>
+#include <functional>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
@@ -12,6 +13,7 @@
 #include "platform/append_file.h"
 #include "platform/platform.h"
 #include "support/child_process.h"
+#include "support/golden.h"
 #include "support/scratch_folder.h"
 #include "support/small_profiles.h"
 #include "unattended/plan_results.h"
@@ -21,22 +23,25 @@ namespace {
 
 constexpr int kPoints = 400;
 
-/// Heights +1 and -1 um in turn, 10 um apart: nothing of them passes the filter, so that primary and roughness are the
-/// heights themselves.
-std::string AlternatingRecord() {
+/// +1 and -1 um in turn: nothing of it passes a filter, so that primary and roughness are the heights themselves.
+double Alternating(int i) {
+  return i % 2 == 0 ? 1.0 : -1.0;
+}
+
+/// A record of heights in steps of 1e-5 um, 10 um apart.
+std::string Record(int points, const std::function<double(int)>& heightUM) {
+  const std::string n = ScientificText(points, 6);
   std::string text =
-      "1 2\r\nALTERN 0.000000 PRF\r\nCX M 4.000000e+002 MM 1.000000e-002 D\r\n"
-      "CZ M 4.000000e+002 MM 1.000000e-008 D\r\nEOR\r\nSTYLUS_RADIUS 0.000000e+000 MM\r\n"
-      "SPACING CX 1.000000e-002 MM\r\nEOR\r\n";
-  for (int i = 0; i < kPoints; ++i) text += i % 2 == 0 ? "100000\r\n" : "-100000\r\n";
+      "1 2\r\nRECORD 0.000000 PRF\r\nCX M " + n + " MM 1.000000e-002 D\r\nCZ M " + n +
+      " MM 1.000000e-008 D\r\nEOR\r\nSTYLUS_RADIUS 0.000000e+000 MM\r\nSPACING CX 1.000000e-002 MM\r\nEOR\r\n";
+  for (int i = 0; i < points; ++i) text += FixedText(1e5 * heightUM(i), 0) + "\r\n";
   return text + "EOR\r\nEOF\r\n";
 }
 
-std::string ProfileFile(int count, int first) {
-  std::string text = "Talyseries Surface\r\nNumPoints=" + IntegerText(count) + "\r\nmm mm\r\n";
-  for (int i = first; i < first + count; ++i) {
-    text += FixedText(0.01 * i, 6) + (i % 2 == 0 ? " 0.001000\r\n" : " -0.001000\r\n");
-  }
+/// A written profile of samples `first` to `last` of such a record.
+std::string ProfileFile(int first, int last, const std::function<double(int)>& heightUM) {
+  std::string text = "Talyseries Surface\r\nNumPoints=" + IntegerText(last - first + 1) + "\r\nmm mm\r\n";
+  for (int i = first; i <= last; ++i) text += FixedText(0.01 * i, 6) + " " + FixedText(0.001 * heightUM(i), 6) + "\r\n";
   return text;
 }
 
@@ -47,22 +52,13 @@ protected:
     std::filesystem::create_directories(folder_ / "program");
     std::filesystem::create_directories(folder_ / "work");
     environment_.localTime = [] {
-      std::tm time{};
-      time.tm_year = 115;
-      time.tm_mon = 2;
-      time.tm_mday = 4;
-      time.tm_wday = 3;
-      time.tm_hour = 9;
-      time.tm_min = 5;
-      time.tm_sec = 7;
-      return time;
+      return std::tm{.tm_sec = 7, .tm_min = 5, .tm_hour = 9, .tm_mday = 4, .tm_mon = 2, .tm_year = 115, .tm_wday = 3};
     };
     environment_.workingFolder = folder_ / "work";
     environment_.programFolder = folder_ / "program";
-    folder_.Write("S1234.prf", AlternatingRecord());
+    folder_.Write("S1234.prf", Record(kPoints, Alternating));
+    folder_.Write("program/Texturon.ini", "[AUTO_LOADING]\r\nLogEventsWhenAutoLoading=1\r\n");
   }
-
-  void SwitchLogOn() { folder_.Write("program/Texturon.ini", "[AUTO_LOADING]\r\nLogEventsWhenAutoLoading=1\r\n"); }
 
   RunOutcome Run(const std::string& plan, const std::string& data = "S1234.prf",
                  const std::string& planName = "p.INI") {
@@ -75,128 +71,69 @@ protected:
   std::string Status() const { return folder_.Read("work/TexturonCommandLine-Status.txt"); }
   std::string Log() const { return folder_.Read("work/TexturonCommandLine-Event.Log"); }
   std::string Results() const { return folder_.Read("out/RESULTS.S4"); }
+  int FilesWritten() const {
+    return static_cast<int>(std::distance(std::filesystem::directory_iterator(folder_ / "out"), {}));
+  }
+  /// What a run says and writes besides profiles, its folder as FOLDER.
+  std::string Story(const RunOutcome& outcome) const {
+    std::string text = outcome.done ? "done\n" : outcome.reason + "\n";
+    for (const std::string& remark : outcome.remarks) text += remark + "\n";
+    text += Status() + "\n" + Results() + Log();
+    for (std::size_t at; (at = text.find(folder_.path().string())) != std::string::npos;) {
+      text.replace(at, folder_.path().string().size(), "FOLDER");
+    }
+    return text;
+  }
 
   ScratchFolder folder_;
   Environment environment_;
 };
 
 TEST_F(CommandLineRun, WritesEveryByteOfAStandardAndAWavinessPass) {
-  SwitchLogOn();
   const RunOutcome outcome = Run(
       "[a]\r\nParameters=Pt,Ra;Rz, Wt,Rfoo\r\nFormOption=0\r\nWavFilter=0\r\n[limits]\r\nRa_Checked=1\r\nRa_Max=0.9\r\n"
       "Pt_Checked=1\r\nPt_Min=1\r\nPt_Max=3\r\nRz_Checked=1\r\nRz_Min=2\r\nWt_Checked=1\r\nWt_Max=0.0\r\n");
-  ASSERT_TRUE(outcome.done) << outcome.reason;
-  EXPECT_EQ(Status(), "File processed.  Results written.");
-  EXPECT_EQ(Results(),
-            "04/03/2015 09:05:07\r\nPRIMARY : GAUSSIAN/ none\r\nResult = PASS\r\nPt = 2.000 um\r\n"
-            "ROUGHNESS : GAUSSIAN/0.8000 -    mm\r\nResult = FAIL\r\nRa = 1.000 um\r\nResult = ?\r\nRz = 2.000 um\r\n"
-            "Result = ?\r\nRfoo = ****\r\nWAVINESS : GAUSSIAN/0.8000 -    mm\r\nResult = PASS\r\nWt = 0.000 um\r\n");
-  EXPECT_EQ(folder_.Read("out/PRIMARY.S4"), ProfileFile(kPoints, 0));
-  EXPECT_EQ(folder_.Read("out/ROUGHNESS.S4").substr(0, 60), ProfileFile(kPoints, 0).substr(0, 60));
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_ / "out"), {}), 4);
-  const std::string time = "Wed, 04 Mar 2015 09:05:07: ";
-  std::string log =
-      "Nizais.\r\nRegurioz  Instrument Control Event Log\r\n- see end of file for latest information.\r\n\r\n";
-  const std::string path = folder_.path().string();
-  for (const std::string& line : {std::string("5 arguments"),
-                                  std::string("Command line arguments:"),
-                                  "0: " + path + "/p.INI",
-                                  std::string("1:  "),
-                                  "2: " + path + "/S1234.prf",
-                                  std::string("3:  "),
-                                  "4: " + path + "/out",
-                                  std::string("INI detected in command line. Reading settings..."),
-                                  std::string("2 sections found in INI."),
-                                  std::string("Section 0: a..."),
-                                  std::string("Section 1: limits..."),
-                                  std::string("WARNING:  'Rfoo' - Parameter not implemented."),
-                                  std::string("STD: 3 parameters detected"),
-                                  std::string("Settings successfully read from command line."),
-                                  "OutputFolder: " + path + "/out",
-                                  "Opening DataFile: " + path + "/S1234.prf...",
-                                  std::string("OutputExtension: S4"),
-                                  std::string("Data loaded"),
-                                  std::string("Writing profiles..."),
-                                  std::string("W: 1 parameters detected"),
-                                  std::string("Writing profiles..."),
-                                  std::string("RK: 0 parameters detected"),
-                                  std::string("MOTIF: 0 parameters detected"),
-                                  std::string("Writing results..."),
-                                  std::string("Output written...")}) {
-    log += time + line + "\r\n";
-  }
-  EXPECT_EQ(Log(), log);
+  EXPECT_TRUE(MatchesGolden("unattended/standard.txt", Story(outcome)));
+  EXPECT_EQ(folder_.Read("out/PRIMARY.S4"), ProfileFile(0, kPoints - 1, Alternating));
+  EXPECT_EQ(folder_.Read("out/ROUGHNESS.S4").substr(0, 60), ProfileFile(0, kPoints - 1, Alternating).substr(0, 60));
+  EXPECT_EQ(FilesWritten(), 4);
 }
 
 TEST_F(CommandLineRun, WhatCannotBeHadKeepsItsLines) {
   const RunOutcome outcome =
       Run("Parameters=Pq\r\n[a]\r\nParameters=Rfoo,Wfoo\r\nMaxHybrids=2\r\nHybrids_0_Type=Wmr\r\n"
           "Hybrids_1_Type=Rhsc\r\nHybrids_1_Label=spots\r\nHybrids_1_Mode=1\r\nspots_Checked=1\r\nspots_Max=1\r\n");
-  ASSERT_TRUE(outcome.done) << outcome.reason;
-  EXPECT_EQ(Results(),
-            "04/03/2015 09:05:07\r\nResult = ?\r\nWmr = ****\r\nResult = ?\r\nRfoo = ****\r\n"
-            "Result = ?\r\nspots = ****\r\nResult = ?\r\nWfoo = ****\r\n");
+  EXPECT_TRUE(MatchesGolden("unattended/not_to_be_had.txt", Story(outcome)));
 }
 
-TEST_F(CommandLineRun, LimitsThatAreNoNumbersAreRemarkedOn) {
-  const RunOutcome outcome = Run("[a]\r\nParameters=Ra,Pt\r\nRa_Checked=1\r\nRa_Max=0,8\r\nPt_Max= 1e1 \r\n");
-  ASSERT_TRUE(outcome.done) << outcome.reason;
-  EXPECT_EQ(outcome.remarks, std::vector<std::string>{"The plan's Ra_Max=0,8 is read as 0."});
-}
-
+// A waviness pass alone loads the data itself, after it has warned that there is no filter; a limit that is no number
+// is remarked on.
 TEST_F(CommandLineRun, FirstPassThatAnalysesLoadsTheData) {
-  SwitchLogOn();
-  ASSERT_TRUE(Run("[a]\r\nParameters=Wa\r\n").done);
-  const std::string log = Log();
-  EXPECT_LT(log.find("WARNING: Waviness analysis with no filter given"), log.find("W: 1 parameters detected"));
-  EXPECT_LT(log.find("W: 1 parameters detected"), log.find("Data loaded"));
+  EXPECT_TRUE(MatchesGolden("unattended/waviness.txt",
+                            Story(Run("[a]\r\nParameters=Wa\r\nWa_Checked=1\r\nWa_Min= -1 \r\nWa_Max=0,8\r\n"))));
   EXPECT_FALSE(std::filesystem::exists(folder_ / "out/PRIMARY.S4"));
 }
 
 TEST_F(CommandLineRun, EveryFailureSaysSoAndWritesNoResults) {
-  struct Case {
-    std::string plan;
-    std::string data;
-    std::string planName;
-    std::string status;
-    std::string lastEvent;
-    std::string reason;
-  };
-  folder_.Write("damaged.prf", "1 2\r\nS 0.0 PRF\r\n");
+  folder_.Write("damaged.lmt", "1");
   folder_.Write("short.lmt", SmallProfile(20, 1.0));
   const std::string plan = "[a]\r\nParameters=Ra\r\n";
-  const Case cases[] = {
-      {plan, "S1234.prf", "plan.txt", "", "First command line argument was not an INI.", "was not an INI."},
-      {"Parameters=Ra\r\n", "S1234.prf", "p.ini", "Processing INI file...", "0 sections found in INI.",
-       "has no section."},
-      {plan, "none.prf", "p.Ini", "ERROR: Could not process data set.", "ERROR: Cannot process data file",
-       "none.prf does not exist."},
-      {plan, "damaged.prf", "p.ini", "ERROR: Could not process data set.", "ERROR: Cannot process data file",
-       "damaged.prf is "},
-      {plan, "short.lmt", "p.ini", "ERROR: Could not process data set.", "ERROR: Cannot process data file",
-       "is not analysed: there are too few points to compute over."},
-  };
-  SwitchLogOn();
-  for (const Case& c : cases) {
-    std::filesystem::remove(folder_ / "work/TexturonCommandLine-Status.txt");
-    const RunOutcome outcome = Run(c.plan, c.data, c.planName);
-    EXPECT_FALSE(outcome.done);
-    EXPECT_NE(outcome.reason.find(c.reason), std::string::npos) << outcome.reason;
-    EXPECT_FALSE(outcome.reason.ends_with("..")) << outcome.reason;
-    EXPECT_EQ(Status(), c.status);
-    EXPECT_TRUE(Log().ends_with(": " + c.lastEvent + "\r\n")) << Log();
+  const std::string cases[][3] = {{plan, "S1234.prf", "plan.txt"},
+                                  {"Parameters=Ra\r\n", "S1234.prf", "p.ini"},
+                                  {plan, "none.prf", "p.Ini"},
+                                  {plan, "damaged.lmt", "p.ini"},
+                                  {plan, "short.lmt", "p.ini"}};
+  std::string text;
+  for (const auto& [content, data, planName] : cases) {
+    std::filesystem::remove_all(folder_ / "work");
+    std::filesystem::create_directories(folder_ / "work");
+    text += Story(Run(content, data, planName)) + "\n";
     EXPECT_FALSE(std::filesystem::exists(folder_ / "out"));
   }
-  EXPECT_FALSE(RunCommandLine("\"one.ini\"", environment_).done);
-  EXPECT_TRUE(Log().ends_with(": Not enough command line arguements\r\n"));
-}
-
-TEST_F(CommandLineRun, OutputThatCannotBeWrittenIsAFailure) {
+  text += Story(RunCommandLine("\"one.ini\"", environment_)) + "\n";
   folder_.Write("out", "a file where the folder should be");
-  const RunOutcome outcome = Run("[a]\r\nParameters=Ra\r\n");
-  EXPECT_FALSE(outcome.done);
-  EXPECT_NE(outcome.reason.find("PRIMARY.S4"), std::string::npos) << outcome.reason;
-  EXPECT_EQ(Status(), "ERROR: Could not process data set.");
+  text += Story(Run(plan));
+  EXPECT_TRUE(MatchesGolden("unattended/failures.txt", text));
 }
 
 TEST_F(CommandLineRun, NoEarlierStatusOutlivesItsRunInAFolderThatTakesNoFile) {
@@ -219,7 +156,6 @@ TEST_F(CommandLineRun, NoEarlierStatusOutlivesItsRunInAFolderThatTakesNoFile) {
 }
 
 TEST_F(CommandLineRun, LogIsDroppedWhileLockedAndReplacedWhereItCannotBe) {
-  SwitchLogOn();
   {
     const AppendFile holder(folder_ / "work/TexturonCommandLine-Event.Log");
     EXPECT_FALSE(RunCommandLine("", environment_).done);
@@ -236,21 +172,31 @@ TEST_F(CommandLineRun, LogIsDroppedWhileLockedAndReplacedWhereItCannotBe) {
 TEST_F(CommandLineRun, TheDocumentedExampleRuns) {
   const std::string page = ReadWholeFile(std::string(TEXTURON_SOURCE_DIR) + "/docs/test-plan.md").bytes;
   const std::size_t begin = page.find("```ini\n") + 7;
-  const std::string plan = page.substr(begin, page.find("```", begin) - begin);
-  folder_.Write("g.ini", plan);
-  const RunOutcome outcome = RunCommandLine(
-      CommandLineText({(folder_ / "g.ini").string(), std::string(TEXTURON_SOURCE_DIR) + "/samples/ground.lmt",
-                       (folder_ / "out").string()}),
-      environment_);
-  ASSERT_TRUE(outcome.done) << outcome.reason;
-  const std::string results = folder_.Read("out/RESULTS.gd");
-  for (const char* line : {"\r\nPt = ", "\r\nRa = ", "\r\nRz = ", "\r\nRSm = ", "\r\nWt = ", "\r\nRk = ",
-                           "\r\nRpk_Star = ", "\r\nR = ", "\r\nW = ", "\r\nRmr(0.5) = ", "\r\nPHtp = "}) {
-    const std::size_t at = results.find(line);
-    ASSERT_NE(at, std::string::npos) << line << results;
-    EXPECT_EQ(results.substr(at).find("****"), std::string::npos) << line;
-  }
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_ / "out"), {}), 8);
+  folder_.Write("ground.lmt", ReadWholeFile(std::string(TEXTURON_SOURCE_DIR) + "/samples/ground.lmt").bytes);
+  ASSERT_TRUE(Run(page.substr(begin, page.find("```", begin) - begin), "ground.lmt").done);
+  EXPECT_TRUE(MatchesGolden("unattended/example.txt", folder_.Read("out/RESULTS.gd")));
+  EXPECT_EQ(FilesWritten(), 8);
+}
+
+// Ten teeth of 38 points, straight up by 1.9 um and down again, without a point at 0: their motifs are the teeth.
+TEST_F(CommandLineRun, MotifsOfEqualTeethAreTheTeeth) {
+  constexpr int kTooth = 38;
+  const auto height = [](int i) { return 0.05 * (2 * std::min(i % kTooth, kTooth - i % kTooth) - 19); };
+  folder_.Write("S14.prf", Record(10 * kTooth, height));
+  ASSERT_TRUE(Run("[a]\r\nParameters=R,Rx,AR,W,Wte\r\nFormOption=0\r\nABLength=0.5,2.5\r\n", "S14.prf").done);
+  EXPECT_TRUE(MatchesGolden("unattended/motifs.txt", Results()));
+  EXPECT_EQ(folder_.Read("out/PRIMARY_MOTIF.S4"), ProfileFile(0, 10 * kTooth - 1, height));
+  // From the first peak to the last one. A flat envelope has no motifs.
+  EXPECT_EQ(folder_.Read("out/MOTIF_R.S4"), ProfileFile(19, 19 + 9 * kTooth, height));
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "out/MOTIF_W.S4"));
+}
+
+TEST_F(CommandLineRun, RkPassLosesACutoffAtEachEnd) {
+  constexpr int kCutoffPoints = 80;
+  ASSERT_TRUE(Run("[a]\r\nParameters=Rk\r\nFormOption=0\r\n").done);
+  EXPECT_TRUE(Results().starts_with("04/03/2015 09:05:07\r\nRK : RK/0.8000 -    mm\r\nResult = ?\r\nRk = "));
+  // The line above the valleys is level, and the roughness has zero mean.
+  EXPECT_EQ(folder_.Read("out/ROUGHNESS_RK.S4"), ProfileFile(kCutoffPoints, kPoints - kCutoffPoints - 1, Alternating));
 }
 
 TEST(TestPlan, SortsNamesIntoFamiliesAndWarnsOfWhatItCannotDo) {
@@ -260,50 +206,22 @@ TEST(TestPlan, SortsNamesIntoFamiliesAndWarnsOfWhatItCannotDo) {
       "ABLength=0.4,2\r\nMaxHybrids=5\r\nHybrids_0_Type=Wmr\r\nHybrids_1_Type=WHtp\r\nHybrids_2_Type=Phsc\r\n"
       "Hybrids_2_Mode=1\r\nHybrids_3_Type=Rpc\r\nHybrids_3_Val1=0.7\r\nHybrids_4_Type=Rmr\r\nHybrids_4_Val1=-1\r\n"
       "Hybrid_2_0_Type=RHtp\r\nHybrid_2_1_Type=PHtp\r\nHybrid_2_1_Val1=20\r\nHybrid_2_1_Val2=80\r\n");
-  struct Case {
-    Family family;
-    std::vector<std::string> names;
-    std::vector<std::string> events;
-    std::int32_t filter;
-    double cutoffMM;
-    double shortCutoffMM;
-  };
-  const Case cases[] = {
-      {Family::kStandard,
-       {"RSm", "Fp", "Wmr", "WHtp", "Phsc", "Rpc", "Rmr"},
-       {"WARNING: Only Primary and Roughness bearing ratios are supported",
-        "WARNING: Only Primary and Roughness Htp's are supported", "WARNING: Phsc - must be relative to meanline.",
-        "STD: 4 parameters detected"},
-       kFilterRobustGaussian,
-       0.25,
-       0.0025},
-      {Family::kWaviness, {"Wa"}, {"W: 1 parameters detected"}, kFilterSplineGaussian, 0.8, 0.0},
-      {Family::kRk, {"Rk", "Mr1", "CV"}, {"RK: 3 parameters detected"}, kFilterIso13565, 0.8, 0.8 / 300.0},
-      {Family::kMotif,
-       {"Wx", "AW", "RHtp", "PHtp"},
-       {"WARNING: Only Primary profiles are supported for motif Htps", "MOTIF: 3 parameters detected"},
-       kFilterRobustGaussian,
-       0.25,
-       0.0025},
-  };
-  for (const Case& c : cases) {
+  std::string text;
+  for (const Family family : {Family::kStandard, Family::kWaviness, Family::kRk, Family::kMotif}) {
     Document document = MakeDocument();
-    std::vector<std::string> events;
-    const auto pass = ReadTestPlan(plan, c.family, document, [&](std::string_view text) { events.emplace_back(text); });
+    std::string events;
+    const auto pass =
+        ReadTestPlan(plan, family, document, [&events](std::string_view event) { events.append(event) += "\n"; });
     ASSERT_TRUE(pass);
-    std::vector<std::string> names;
-    for (const PlannedParameter& parameter : pass->parameters) names.push_back(parameter.name);
-    EXPECT_EQ(names, c.names);
-    EXPECT_EQ(events, c.events);
+    for (const PlannedParameter& parameter : pass->parameters) text += parameter.name + " ";
     const AnalysisSettings& settings = document.settings.analysis;
-    EXPECT_EQ(settings.FilterType, c.filter);
-    EXPECT_EQ(settings.LcCutoffMM, c.cutoffMM);
-    EXPECT_EQ(settings.LsCutoffMM, c.shortCutoffMM);
-    EXPECT_EQ(settings.FormRemovalType, kFormLine);
-    EXPECT_EQ(settings.MotifAMM, 0.4);
-    EXPECT_EQ(document.scope.region.has_value(), c.family == Family::kStandard);
-    EXPECT_EQ(settings.RoughnessPcLevel, c.family == Family::kStandard ? 0.7 : 1.0);
+    text += "\n" + events + "filter " + IntegerText(settings.FilterType) + ", form " +
+            IntegerText(settings.FormRemovalType) + ", Lc " + ShortestText(settings.LcCutoffMM) + ", Ls " +
+            FixedText(settings.LsCutoffMM, 6) + ", A " + ShortestText(settings.MotifAMM) + ", B " +
+            ShortestText(settings.MotifBMM) + ", Rpc " + ShortestText(settings.RoughnessPcLevel) +
+            (document.scope.region ? ", of a region\n\n" : "\n\n");
   }
+  EXPECT_TRUE(MatchesGolden("unattended/passes.txt", text));
 }
 
 TEST(CommandLineArguments, CutsAtEveryQuote) {
