@@ -2,17 +2,7 @@
 
 // The desktop program as a process: who takes the file, what is kept.
 
-#include <QDir>
-#include <QFile>
-#include <QProcess>
-#include <QSettings>
-#include <QTest>
-#include <thread>
-#include <utility>
-#include <vector>
-
 #include "settings/working_settings.h"
-#include "ui/qt_text.h"
 #include "ui/window/single_instance.h"
 #include "ui/window_fixture.h"
 
@@ -23,20 +13,17 @@ namespace {
 class StartUp : public WindowTest {
 protected:
   StartUp() {
-    QDir(FromPath(folder_.path())).mkdir("tmp");
-    for (const auto& [name, value] : Variables()) {
+    std::filesystem::create_directory(folder_ / "tmp");
+    const std::pair<const char*, const char*> variables[] = {{"HOME", "."}, {"TMPDIR", "tmp"}, {"XDG_CONFIG_HOME", "."}};
+    for (const auto& [name, folder] : variables) {
       former_.emplace_back(name, qgetenv(name));
-      qputenv(name, value);
+      qputenv(name, (folder_ / folder).lexically_normal().c_str());
     }
   }
   ~StartUp() override {
     for (const auto& [name, value] : former_) qputenv(name, value);
   }
 
-  std::vector<std::pair<const char*, QByteArray>> Variables() {
-    const QByteArray folder = FromPath(folder_.path()).toUtf8();
-    return {{"HOME", folder}, {"TMPDIR", folder + "/tmp"}, {"XDG_CONFIG_HOME", folder}};
-  }
   /// Runs the program; its exit status, or -1 where it did not end in time.
   int Run(const QStringList& arguments) {
     QProcess program;
@@ -49,7 +36,6 @@ protected:
 
   static constexpr int kPatienceMS = 20'000;
 
-  ScratchFolder folder_;
   std::vector<std::pair<const char*, QByteArray>> former_;
 };
 
@@ -105,10 +91,8 @@ TEST_F(StartUp, StartsFromTheWorkingSettingsAndSavesThem) {
   folder_.Write("Texturon.ini", "[ANALYSIS]\nLcCutoffMM=0.25\n");
   WorkingSettings store(folder_.path(), folder_ / "user");
   frame_->UseWorkingSettings(store);
-  EXPECT_EQ(frame_->Doc().document().settings.analysis.LcCutoffMM, 0.25);
-  Settings settings = frame_->Doc().document().settings;
-  settings.analysis.LcCutoffMM = 2.5;
-  frame_->Doc().ReplaceSettings(settings);
+  EXPECT_EQ(InForce().settings.analysis.LcCutoffMM, 0.25);
+  Change([](AnalysisSettings& analysis) { analysis.LcCutoffMM = 2.5; });
   Choose("saveSettingsAsDefault");
   EXPECT_NE(folder_.Read("Texturon.ini").find("LcCutoffMM=2.500000"), std::string::npos);
 }
@@ -117,12 +101,12 @@ TEST_F(StartUp, TheSampleOfTheFirstStartIsARealProfile) {
   QFile file(":/samples/ground.lmt");
   ASSERT_TRUE(file.open(QIODevice::ReadOnly));
   const QByteArray bytes = file.readAll();
-  ASSERT_TRUE(frame_->Doc().OpenBytes("Sample.lmt", {bytes.constData(), static_cast<std::size_t>(bytes.size())}));
-  const std::vector<double> shown = frame_->Doc().document().profiles.raw;
+  ASSERT_TRUE(Doc().OpenBytes("Sample.lmt", {bytes.constData(), static_cast<std::size_t>(bytes.size())}));
+  const std::vector<double> shown = InForce().profiles.raw;
   ASSERT_TRUE(frame_->OpenFile(Sample("ground.lmt")));
-  EXPECT_EQ(frame_->Doc().document().profiles.raw, shown);
-  EXPECT_FALSE(frame_->Doc().OpenBytes("Sample.lmt", "nothing"));
-  EXPECT_EQ(frame_->Doc().document().profiles.raw, shown);
+  EXPECT_EQ(InForce().profiles.raw, shown);
+  EXPECT_FALSE(Doc().OpenBytes("Sample.lmt", "nothing"));
+  EXPECT_EQ(InForce().profiles.raw, shown);
 }
 
 }  // namespace
