@@ -31,13 +31,15 @@ protected:
 TEST_F(FileCommands, SaveChoosesTheWriterAndTheDocumentBecomesTheFile) {
   const std::pair<const char*, const char*> cases[] = {{"a", "a.lmt"}, {"b.PRF", "b.prf"}, {"e.dat", "e.lmt"}};
   for (const auto& [typed, written] : cases) {
+    Choose("invert");
+    EXPECT_TRUE(frame_->isWindowModified());
     Choose("save", {TypeName(folder_ / typed, [](const QFileDialog& dialog) {
              EXPECT_EQ(dialog.nameFilters().size(), 5);
              EXPECT_EQ(dialog.nameFilters().first(), "Lumetrace Files (*.lmt)");
              EXPECT_FALSE(dialog.testOption(QFileDialog::DontConfirmOverwrite));
            })});
     EXPECT_EQ(Shown(), folder_ / written);
-    EXPECT_TRUE(frame_->windowTitle().startsWith(FromPath(folder_ / written)));
+    EXPECT_TRUE(frame_->windowTitle().startsWith(FromPath(folder_ / written)) && !frame_->isWindowModified());
     EXPECT_EQ(RecentFiles().front()->text(), "&1 " + FromPath(folder_ / written));
     ASSERT_TRUE(frame_->OpenFile(folder_ / written));
     EXPECT_EQ(InForce().profiles.pointCount, 8000);
@@ -49,35 +51,19 @@ TEST_F(FileCommands, SaveChoosesTheWriterAndTheDocumentBecomesTheFile) {
   EXPECT_EQ(Shown(), folder_ / "e.lmt");
 }
 
-TEST_F(FileCommands, WhatIsSavedIsNoLongerModified) {
-  Doc().SetIdentification("a, \"b\"");
-  EXPECT_TRUE(frame_->isWindowModified());
-  ASSERT_TRUE(Doc().Save(folder_ / "long.lmt"));
-  EXPECT_FALSE(frame_->isWindowModified());
-  ASSERT_TRUE(Doc().Open(folder_ / "long.lmt"));
-  EXPECT_EQ(InForce().profiles.identification, "a; 'b'");
-  for (const bool isModified : {true, false}) {
-    Choose("invert");
-    EXPECT_EQ(frame_->isWindowModified(), isModified);
-  }
-}
-
 TEST_F(FileCommands, TheNextDialogStartsWhereTheLastOneEnded) {
   std::filesystem::create_directory(folder_ / "deep");
+  Change([](AnalysisSettings& analysis) { analysis.LcCutoffMM = 0.25; });
   Choose("saveSettings", {TypeName(folder_ / "deep/s")});
   Choose("reportAsPDF", {TypeName("r", [this](const QFileDialog& dialog) {
            EXPECT_EQ(dialog.directory().absolutePath(), FromPath(folder_ / "deep"));
            EXPECT_EQ(Child(dialog, "fileNameEdit").text(), "ground.pdf");
          })});
-  EXPECT_NE(folder_.Read("deep/s.ini").find("IniVersion=2.00"), std::string::npos);
-  EXPECT_TRUE(folder_.Read("deep/r.pdf").starts_with("%PDF-"));
-}
-
-TEST_F(FileCommands, SettingsComeFromAFileThatIsChosen) {
-  const std::filesystem::path file = folder_.Write("s.ini", "[ANALYSIS]\nLcCutoffMM=0.25\n");
-  Choose("loadSettings", {TypeName(file)});
+  Choose("undo");
+  Choose("loadSettings", {TypeName("s.ini")});
   EXPECT_EQ(InForce().settings.analysis.LcCutoffMM, 0.25);
-  EXPECT_EQ(Doc().settingsFile(), file);
+  EXPECT_EQ(Doc().settingsFile(), folder_ / "deep/s.ini");
+  EXPECT_TRUE(folder_.Read("deep/r.pdf").starts_with("%PDF-"));
 }
 
 TEST_F(FileCommands, ExportsGoByTheExtensionChosen) {
@@ -115,7 +101,6 @@ TEST_F(FileCommands, RecentFilesThatAreGoneAreToldAndDropped) {
   std::filesystem::copy_file(Sample("ground.lmt"), copy);
   ASSERT_TRUE(frame_->OpenFile(copy));
   EXPECT_EQ(RecentFiles()[0]->text(), "&1 " + FromPath(copy).replace("&", "&&"));
-  EXPECT_TRUE(RecentFiles()[1]->text().startsWith("&2 "));
   RecentFiles()[1]->trigger();
   EXPECT_EQ(Shown(), Sample("ground.lmt"));
   std::filesystem::remove(copy);
@@ -200,7 +185,7 @@ TEST_F(FileCommands, FailuresAreOneSentenceAndLeaveTheDocumentAlone) {
     ASSERT_FALSE(prompts_.messages.empty()) << reason;
     EXPECT_NE(prompts_.messages.back().find(reason), std::string::npos) << prompts_.messages.back();
     EXPECT_TRUE(prompts_.messages.back().ends_with('.')) << prompts_.messages.back();
-    EXPECT_EQ(InForce().profiles.roughness, before.profiles.roughness) << reason;
+    EXPECT_EQ(UndoPointOf(InForce()), UndoPointOf(before)) << reason;
     EXPECT_EQ(InForce().profiles.sourcePath, before.profiles.sourcePath) << reason;
     EXPECT_EQ(InForce().settings, before.settings) << reason;
   }

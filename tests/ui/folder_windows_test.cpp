@@ -40,7 +40,6 @@ protected:
                               .DeleteAfterAutoLoadFromGroup = true,
                               .StorageFolderAfterAutoLoad = TextFromPath(folder_ / hold),
                               .AutoLoadFolder = TextFromPath(folder_ / "in"),
-                              .AutoLoadMask = "*.lmt",
                               .AutoExport = true});
   }
   /// A file is taken at the second look.
@@ -129,7 +128,9 @@ protected:
 
   QString State() { return Child<QLabel>(*window_, "state").text(); }
   void Click() { Child<QPushButton>(*window_, "start").click(); }
-  void Wait() { EXPECT_TRUE(QTest::qWaitFor([this] { return !window_->IsRunning(); }, 30'000)); }
+  void Wait() {
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !window_->IsRunning(); }, 30'000));
+  }
 
   CFolderBatchWindow* window_;
 };
@@ -153,17 +154,14 @@ TEST_F(BatchWindow, ShowsEveryFileInOrderWithVerdictAndStatistics) {
   }
   EXPECT_TRUE(cell(7, 1).toString().contains("007.lmt"));
   EXPECT_EQ(State(), "29 analysed, 1 failed.");
-  auto& table = Child<QTableView>(*window_, "files");
-  EXPECT_LT(table.columnWidth(1), table.width() / 2) << "a long reason hides no parameter";
-  // Name, number, mean, smallest, largest and out of tolerance; the mean of 1.00 to 1.29 without 1.07.
+  // Name, number, smallest, largest and out of tolerance.
   const auto& summary = Child<CGridCtrl>(*window_);
-  EXPECT_NEAR(summary.item(0, 2)->text().toDouble(), (30 * 1.145 - 1.07) / 29, 1e-5);
   const std::pair<int, const char*> statistics[] = {{0, "Pt"}, {1, "29"}, {4, "1"}, {5, "1.29"}, {7, "14"}};
   for (const auto& [column, text] : statistics) EXPECT_EQ(summary.item(0, column)->text(), text) << column;
   Press(*window_, "&Copy");
   EXPECT_TRUE(QApplication::clipboard()->text().startsWith(
       QString::fromUtf8("File\tResult\tPt / µm\tRa / µm\n000.lmt\tanalysed\t1.0000\t")));
-  emit table.activated(results.index(3, 0));
+  emit Child<QTableView>(*window_, "files").activated(results.index(3, 0));
   EXPECT_EQ(InForce().profiles.sourcePath, TextFromPath(folder_ / "in/003.lmt"));
 }
 
@@ -180,11 +178,9 @@ TEST_F(BatchWindow, GoesOnWhereItWasStopped) {
 }
 
 TEST_F(BatchWindow, SaysWhatIsMissingWithoutStarting) {
-  const std::tuple<const char*, QString, const char*> cases[] = {
-      {"mask", "*.none", "no file to analyse"},
-      {"folder", FromPath(folder_ / "gone"), "cannot be read as a folder"},
-      {"parameterFile", "", "where the rows go"},
-      {"folder", "", "which folder"}};
+  const std::tuple<const char*, const char*, const char*> cases[] = {{"mask", "*.none", "no file to analyse"},
+                                                                     {"parameterFile", "", "where the rows go"},
+                                                                     {"folder", "", "which folder"}};
   for (const auto& [field, text, sentence] : cases) {
     Child(*window_, field).setText(text);
     Click();

@@ -11,8 +11,8 @@ namespace {
 
 using Keyboard = WindowTest;
 
-/// Fails where two texts have the same letter. Profiles and exports have names that are not ours to mark; they are found
-/// by their first letter.
+/// Fails where two texts have the same letter. Profiles and exports have names that are not ours to mark; they are
+/// found by their first letter.
 void ExpectLettersOfTheirOwn(const QStringList& texts) {
   QMap<QString, QString> letters;
   for (const QString& text : texts) {

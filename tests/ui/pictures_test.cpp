@@ -43,7 +43,8 @@ TEST_F(Pictures, OfTheMainWindow) {
   const QColor ground(0x1E, 0x1E, 0x1E);
   dark.setColor(QPalette::Base, ground);
   Take(*frame_, "profiles");
-  Change([](AnalysisSettings& analysis) { analysis.parameters[0].tolerance = {.toleranced = true, .upperLimit = 0.0}; });
+  Change(
+      [](AnalysisSettings& analysis) { analysis.parameters[0].tolerance = {.toleranced = true, .upperLimit = 0.0}; });
   Take(*frame_, "verdict");
   for (const char* const command : {"splitLowerPane", "yCursors", "extremeSlopes", "bearingRatioCurve",
                                     "probabilityCurve", "spectrumCurve", "motifCurve"}) {

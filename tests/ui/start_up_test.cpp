@@ -14,7 +14,8 @@ class StartUp : public WindowTest {
 protected:
   StartUp() {
     std::filesystem::create_directory(folder_ / "tmp");
-    const std::pair<const char*, const char*> variables[] = {{"HOME", "."}, {"TMPDIR", "tmp"}, {"XDG_CONFIG_HOME", "."}};
+    const std::pair<const char*, const char*> variables[] = {
+        {"HOME", "."}, {"TMPDIR", "tmp"}, {"XDG_CONFIG_HOME", "."}};
     for (const auto& [name, folder] : variables) {
       former_.emplace_back(name, qgetenv(name));
       qputenv(name, (folder_ / folder).lexically_normal().c_str());
