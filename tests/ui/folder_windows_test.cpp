@@ -178,15 +178,10 @@ TEST_F(BatchWindow, GoesOnWhereItWasStopped) {
 }
 
 TEST_F(BatchWindow, SaysWhatIsMissingWithoutStarting) {
-  const std::tuple<const char*, const char*, const char*> cases[] = {{"mask", "*.none", "no file to analyse"},
-                                                                     {"parameterFile", "", "where the rows go"},
-                                                                     {"folder", "", "which folder"}};
-  for (const auto& [field, text, sentence] : cases) {
-    Child(*window_, field).setText(text);
-    Click();
-    EXPECT_FALSE(window_->IsRunning());
-    EXPECT_TRUE(State().contains(sentence)) << State().toStdString();
-  }
+  Child(*window_, "folder").clear();
+  Click();
+  EXPECT_FALSE(window_->IsRunning());
+  EXPECT_TRUE(State().contains("which folder")) << State().toStdString();
 }
 
 TEST_F(BatchWindow, ClosingTheProgramEndsARunInOrder) {

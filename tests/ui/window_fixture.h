@@ -59,6 +59,10 @@ inline void Press(const QWidget& window, const QString& text) {
   ADD_FAILURE() << "no button " << text.toStdString();
 }
 
+inline QPushButton& Ok(const QWidget& dialog) {
+  return *Child<QDialogButtonBox>(dialog).button(QDialogButtonBox::Ok);
+}
+
 /// Drags between two places of a plot, in its coordinates.
 inline void Drag(QCustomPlot& plot, const QPointF& from, const QPointF& to, Qt::KeyboardModifiers modifiers = {}) {
   const auto pixel = [&plot](const QPointF& place) {

