@@ -36,9 +36,6 @@ TEST_F(ParamView, StandsInAnyNumberOfColumns) {
     EXPECT_EQ(i, rows.size());
     EXPECT_EQ(Grid().AsText(), text) << "however they stand";
   }
-  // Three of them fit into the window.
-  Choose("columns3");
-  EXPECT_LT(Grid().horizontalHeader()->length(), 1200);
 }
 
 TEST_F(ParamView, CopiesTheSelectedRecordsWhole) {
@@ -83,15 +80,12 @@ TEST_F(ParamView, BearingRatiosAreTitledAsChosen) {
   Change([](AnalysisSettings& analysis) {
     analysis.primaryMaterialRatios[0].selected = analysis.roughnessMaterialRatios[1].selected = true;
   });
-  const auto titles = [&] {
-    const qsizetype count = Grid().Records().size();
-    return Cells(count - 2)[0] + ", " + Cells(count - 1)[0];
-  };
-  EXPECT_EQ(titles(), "Pmr 1, Rmr 2");
-  Choose("primaryAsTpa");
-  EXPECT_EQ(titles(), "Tpa 1, Rmr 2");
-  Choose("roughnessAsTpi");
-  EXPECT_EQ(titles(), "Tpa 1, Tpi 2");
+  const char* const last[] = {"Pmr 1, Rmr 2", "Tpa 1, Rmr 2", "Tpa 1, Tpi 2"};
+  const qsizetype count = Grid().Records().size();
+  for (int i = 0; i < 3; ++i) {
+    if (i > 0) Choose(i == 1 ? "primaryAsTpa" : "roughnessAsTpi");
+    EXPECT_EQ(Cells(count - 2)[0] + ", " + Cells(count - 1)[0], last[i]);
+  }
 }
 
 }  // namespace
