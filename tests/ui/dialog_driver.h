@@ -2,17 +2,11 @@
 
 #pragma once
 
-#include <QApplication>
-#include <QFileDialog>
-#include <QLineEdit>
-#include <QMessageBox>
-#include <QTest>
-#include <QTimer>
-#include <functional>
+#include <QtTest>
+#include <QtWidgets>
 #include <gtest/gtest.h>
-#include <utility>
-#include <vector>
 
+#include "platform/platform.h"
 #include "ui/qt_text.h"
 
 namespace texturon {
@@ -37,10 +31,7 @@ private:
     if (next_ < actions_.size()) {
       actions_[next_++](*dialog);
     } else {
-      ADD_FAILURE() << "one dialog too many: " << dialog->metaObject()->className() << " "
-                    << dialog->windowTitle().toStdString() << " "
-                    << (qobject_cast<QMessageBox*>(dialog) ? qobject_cast<QMessageBox*>(dialog)->text().toStdString()
-                                                           : "");
+      ADD_FAILURE() << "one dialog too many: " << dialog->windowTitle().toStdString();
       dialog->close();
     }
     atHand_ = former;
@@ -52,18 +43,22 @@ private:
   QWidget* atHand_ = nullptr;
 };
 
+inline void CloseIt(QWidget& dialog) {
+  dialog.close();
+}
+
 /// Types a name into a file dialog and presses its button.
-inline DialogDriver::Action TypeName(const QString& name, const std::function<void(QFileDialog&)>& look = {}) {
+inline DialogDriver::Action TypeName(const std::filesystem::path& name,
+                                     const std::function<void(QFileDialog&)>& look = {}) {
   return [name, look](QWidget& widget) {
-    auto* const dialog = qobject_cast<QFileDialog*>(&widget);
-    ASSERT_NE(dialog, nullptr) << widget.metaObject()->className();
-    if (look) look(*dialog);
-    auto* const line = dialog->findChild<QLineEdit*>("fileNameEdit");
+    auto& dialog = dynamic_cast<QFileDialog&>(widget);
+    if (look) look(dialog);
+    auto* const line = dialog.findChild<QLineEdit*>("fileNameEdit");
     // Key by key, and once the folder is listed: a text that is merely set does not unselect what is proposed.
     QTest::qWait(50);
     line->selectAll();
-    QTest::keyClicks(line, name);
-    QMetaObject::invokeMethod(dialog, "accept");
+    QTest::keyClicks(line, FromPath(name));
+    QMetaObject::invokeMethod(&dialog, "accept");
   };
 }
 

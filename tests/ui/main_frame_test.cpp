@@ -1,29 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// The main window on a screen in memory, driven by its menus.
+// The main window: its keys, its commands that act at once, long computations, and that it agrees with the console
+// program.
 
-#include "ui/window/main_frame.h"
+#include <random>
 
-#include <QAction>
-#include <QApplication>
-#include <QDropEvent>
-#include <QMenu>
-#include <QMenuBar>
-#include <QMimeData>
-#include <QUrl>
-#include <gtest/gtest.h>
-#include <string>
-
-#include "analysis/pipeline.h"
-#include "formats/import.h"
-#include "platform/platform.h"
-#include "presentation/shown_rows.h"
-#include "support/scratch_folder.h"
-#include "support/scripted_prompts.h"
-#include "ui/dialog_driver.h"
+#include "base/number_text.h"
 #include "ui/plots/texturon_view.h"
-#include "ui/qt_text.h"
 #include "ui/tables/texturon_param_view.h"
+#include "ui/window/keys_dialog.h"
 #include "ui/window_fixture.h"
 
 /// What the font and message-bus libraries and the C library's locale keep to the end of the process is not ours to
@@ -37,138 +22,185 @@ namespace {
 
 using MainFrame = WindowTest;
 
-/// The table of a file as the engine alone makes it.
-std::vector<ShownRow> EngineRows(const std::filesystem::path& file) {
-  SilentPrompts nobody;
-  Document document = MakeDocument();
-  SetProfile(document, MakeProfileSet(LoadProfileFile(file, {}, nobody).profile, TextFromPath(file)));
-  document.writesTraceFile = false;
-  Compute(document, nobody, {});
-  return ShownRows(document);
-}
-
-TEST_F(MainFrame, ShowsTheEnginesValuesOfEverySample) {
-  for (const auto& entry : std::filesystem::directory_iterator(Sample(""))) {
-    if (entry.path().extension() != ".lmt") continue;
-    ASSERT_TRUE(frame_->OpenFile(entry.path()));
-    const std::vector<ShownRow> rows = EngineRows(entry.path());
-    const QList<CGridCtrl::Record>& records = frame_->ParamView().Grid().Records();
-    ASSERT_EQ(records.size(), static_cast<qsizetype>(rows.size()));
-    for (qsizetype i = 0; i < records.size(); ++i) {
-      const ShownRow& row = rows[static_cast<std::size_t>(i)];
-      EXPECT_EQ(records[i].cells[0], FromText(row.title));
-      EXPECT_EQ(records[i].cells[1], row.value.empty() ? QString::fromUtf8("\u2013") : FromText(row.value));
-    }
-    EXPECT_TRUE(frame_->windowTitle().startsWith(FromPath(entry.path())));
-  }
-}
-
 TEST_F(MainFrame, CommandsChangeTheDocument) {
-  EXPECT_FALSE(frame_->findChild<QAction*>("invert")->isEnabled()) << "there is nothing to invert yet";
+  EXPECT_FALSE(Child<QAction>(*frame_, "invert").isEnabled()) << "there is nothing to invert yet";
   ASSERT_TRUE(frame_->OpenFile(Sample("ground.lmt")));
-  const double first = frame_->Doc().document().profiles.raw.front();
+  const double first = InForce().profiles.raw.front();
   Choose("invert");
-  EXPECT_EQ(frame_->Doc().document().profiles.raw.front(), -first);
-  prompts_.textAnswer = "new name";
-  Choose("identification");
-  EXPECT_EQ(frame_->Doc().document().profiles.identification, "new name");
-  EXPECT_EQ(prompts_.questions, std::vector<std::string>{"Enter the new identification:"});
+  EXPECT_EQ(InForce().profiles.raw.front(), -first);
   Choose("metric");
-  EXPECT_FALSE(frame_->Doc().document().settings.display.Metric);
+  EXPECT_FALSE(InForce().settings.display.Metric);
   EXPECT_EQ(frame_->ParamView().Grid().item(1, 2)->text(), FromText("\xB5in"));
   Choose("metric");
   frame_->View().Graph().xAxis->setRange(1.0, 3.0);
   Choose("computeOnZoom");
-  EXPECT_EQ(frame_->Doc().document().profiles.computeRange->first, 2000);
-  EXPECT_EQ(frame_->Doc().document().profiles.computeRange->last, 6000);
+  EXPECT_EQ(InForce().profiles.computeRange, IndexRange::FromEnds(2000, 6000));
   Choose("computeAll");
-  EXPECT_EQ(frame_->Doc().document().profiles.computeRange->count, 8000);
+  EXPECT_EQ(InForce().profiles.computeRange->count, 8000);
+  Choose("useAllDataForFormRemoval");
+  EXPECT_TRUE(InForce().scope.allDataForForm);
 }
 
-TEST_F(MainFrame, ProfilesAreShownAndHidden) {
-  ASSERT_TRUE(frame_->OpenFile(Sample("ground.lmt")));
-  EXPECT_EQ(frame_->View().Graph().graphCount(), 2);
-  Choose("show5");
-  EXPECT_EQ(frame_->View().Graph().graphCount(), 3);
-  EXPECT_EQ(frame_->View().Graph().graph(2)->name(), "Roughness Profile");
-  Choose("show3");
-  EXPECT_EQ(frame_->View().Graph().graphCount(), 2);
-}
-
-TEST_F(MainFrame, FilesThatCannotBeReadLeaveTheDocumentAsItWas) {
-  const ScratchFolder folder;
-  ASSERT_TRUE(frame_->OpenFile(Sample("ground.lmt")));
-  for (const auto& path : {folder.Write("empty.lmt", ""), folder.Write("bad.prf", "no profile"), folder / "none.lmt"}) {
-    prompts_.messages.clear();
-    EXPECT_FALSE(frame_->OpenFile(path));
-    EXPECT_FALSE(prompts_.messages.empty()) << path;
-    EXPECT_EQ(frame_->Doc().document().profiles.pointCount, 8000);
-  }
-}
-
-TEST_F(MainFrame, TakesDroppedFilesAndRemembersThem) {
-  DropOn(*frame_, {QUrl::fromLocalFile(FromPath(Sample("turned.lmt")))});
-  EXPECT_EQ(frame_->Doc().document().profiles.identification, "Turned; generated");
-  QMenu* recent = nullptr;
-  for (QMenu* const menu : frame_->findChildren<QMenu*>()) {
-    if (menu->title() == "Recent &Files") recent = menu;
-  }
-  ASSERT_NE(recent, nullptr);
-  emit recent->aboutToShow();
-  EXPECT_EQ(recent->actions().front()->text(), "&1 " + FromPath(Sample("turned.lmt")));
-}
-
-TEST_F(MainFrame, CopiesTheTableAsText) {
-  ASSERT_TRUE(frame_->OpenFile(Sample("ground.lmt")));
-  const QStringList lines = frame_->ParamView().Grid().AsText().split('\n');
-  EXPECT_EQ(lines[0], "Parameter\tValue\tUnit\tVerdict\tSetting");
-  EXPECT_TRUE(lines[1].startsWith("Ft\t3.4298"));
-}
-
-TEST_F(MainFrame, SettingsComeFromAFileThatIsChosen) {
-  const ScratchFolder folder;
-  ASSERT_TRUE(frame_->OpenFile(Sample("ground.lmt")));
-  const std::filesystem::path file = folder.Write("s.ini", "[ANALYSIS]\nLcCutoffMM=0.25\n");
-  const DialogDriver driver({TypeName(FromPath(file))});
-  Choose("loadSettings");
-  EXPECT_EQ(frame_->Doc().document().settings.analysis.LcCutoffMM, 0.25);
-  EXPECT_EQ(frame_->Doc().settingsFile(), file);
-}
-
-TEST_F(MainFrame, SwitchesAndFetchesAndCloses) {
+TEST_F(MainFrame, ShowsHidesFetchesAndCloses) {
   ASSERT_TRUE(frame_->OpenFile(Sample("ground.lmt")));
   frame_->show();
-  Choose("useAllDataForFormRemoval");
-  EXPECT_TRUE(frame_->Doc().document().scope.allDataForForm);
+  const CClickableProfileGraph& graph = frame_->View().Graph();
+  EXPECT_EQ(graph.graphCount(), 2);
+  Choose("show5");
+  EXPECT_EQ(graph.graphCount(), 3);
+  EXPECT_EQ(graph.graph(2)->name(), "Roughness Profile");
+  Choose("show3");
+  EXPECT_EQ(graph.graphCount(), 2);
   frame_->View().Graph().SetUprightCursors(-7.0, 70.0);
   Choose("fetchCursors");
-  const auto [first, second] = frame_->View().Graph().UprightCursors();
-  EXPECT_TRUE(frame_->View().Graph().VisibleX().contains(first));
-  EXPECT_TRUE(frame_->View().Graph().VisibleX().contains(second));
-  QString about;
-  {
-    const DialogDriver driver({[&about](QWidget& dialog) {
-                                 about = dynamic_cast<QMessageBox&>(dialog).text();
-                                 dialog.close();
-                               },
-                               [](QWidget& dialog) { dialog.close(); }});
-    Choose("about");
-    Choose("keysAndMouse");
-  }
-  EXPECT_TRUE(about.contains("Apache-2.0") && about.contains("GNU GPL version 3"));
+  const auto [first, second] = graph.UprightCursors();
+  EXPECT_TRUE(graph.VisibleX().contains(first) && graph.VisibleX().contains(second));
+  Choose("about", {[](QWidget& dialog) {
+           const QString text = dynamic_cast<QMessageBox&>(dialog).text();
+           EXPECT_TRUE(text.contains("Apache-2.0") && text.contains("GNU GPL version 3"));
+           dialog.close();
+         }});
+  Choose("keysAndMouse", {CloseIt});
   Choose("exit");
   EXPECT_FALSE(frame_->isVisible());
 }
 
-TEST_F(MainFrame, AParameterFileCanBeAnother) {
-  const ScratchFolder folder;
-  ASSERT_TRUE(frame_->OpenFile(Sample("ground.lmt")));
-  for (const char* const name : {"a.csv", "b.csv"}) {
-    const DialogDriver driver({TypeName(FromPath(folder / name))});
-    Choose("exportParametersAs");
-    EXPECT_NE(folder.Read(name).find("Ground; generated"), std::string::npos);
-    EXPECT_EQ(PathFromText(frame_->Doc().document().settings.display.ParameterFile), folder / name);
+/// Fails where two texts have the same letter. Profiles and exports have names that are not ours to mark; they are
+/// found by their first letter.
+void ExpectLettersOfTheirOwn(const QStringList& texts) {
+  QMap<QString, QString> letters;
+  for (const QString& text : texts) {
+    const QString letter = QKeySequence::mnemonic(text).toString();
+    if (letter.isEmpty()) continue;
+    EXPECT_FALSE(letters.contains(letter)) << text.toStdString() << " and " << letters[letter].toStdString();
+    letters[letter] = text;
   }
+}
+
+TEST_F(MainFrame, KeysAndLettersAreUniqueAndInTheHelp) {
+  const QString help = Child<CGridCtrl>(CKeysDialog(*frame_)).AsText();
+  QMap<QString, QString> commands;
+  for (const QAction* const action : frame_->findChildren<QAction*>()) {
+    for (const QKeySequence& keys : action->shortcuts()) {
+      EXPECT_FALSE(commands.contains(keys.toString()))
+          << commands[keys.toString()].toStdString() << " and " << action->text().toStdString();
+      commands[keys.toString()] = action->text();
+    }
+    const QString line = action->text().remove('&') + '\t' + action->shortcut().toString(QKeySequence::NativeText);
+    EXPECT_TRUE(action->shortcut().isEmpty() || help.contains(line)) << line.toStdString();
+  }
+  EXPECT_GT(commands.size(), 10);
+  for (const QMenu* const menu : frame_->menuBar()->findChildren<QMenu*>()) {
+    QStringList texts;
+    // "&Save" and "&Save Settings" have shared a letter for ever: it goes from one to the other.
+    for (const QAction* const action : menu->actions()) texts << action->text().replace("&Save Settings", "");
+    ExpectLettersOfTheirOwn(texts);
+  }
+  QStringList texts;
+  for (const QAction* const action : frame_->menuBar()->actions()) texts << action->text();
+  for (const QLabel* const label : frame_->centralWidget()->findChildren<QLabel*>()) {
+    if (label->buddy() != nullptr) texts << label->text();
+  }
+  EXPECT_GE(texts.size(), 8);
+  ExpectLettersOfTheirOwn(texts);
+}
+
+/// To the last bit.
+TEST_F(MainFrame, AgreesWithTheConsoleOnEverySampleWithEverySettingsFile) {
+  const QDir samples(FromPath(Sample("")));
+  QStringList settingsFiles = {""};
+  for (const QString& name : samples.entryList({"*.ini"})) settingsFiles << samples.filePath(name);
+  settingsFiles << FromPath(folder_.Write("robust.ini",
+                                          "[ANALYSIS]\nFormRemovalType=4\nPolynomialOrder=3\nFilterType=3\n"
+                                          "LcCutoffMM=0.25\nUserDiscardType=2\nResidualType=1\n[DISPLAY]\nMetric=0\n"));
+  int compared = 0;
+  for (const QString& settings : settingsFiles) {
+    MakeFrame(prompts_);
+    ASSERT_TRUE(settings.isEmpty() || Doc().LoadSettingsFile(ToPath(settings)));
+    for (const QString& name : samples.entryList({"*.lmt"})) {
+      ASSERT_TRUE(frame_->OpenFile(ToPath(samples.filePath(name))));
+      QStringList arguments = {"analyze", "--json", "--no-trace", samples.filePath(name)};
+      if (!settings.isEmpty()) arguments << "--settings" << settings;
+      QProcess console;
+      console.start(TEXTURON_PROGRAM, arguments);
+      ASSERT_TRUE(console.waitForFinished(30'000));
+      QJsonArray theirs = QJsonDocument::fromJson(console.readAllStandardOutput()).object()["parameters"].toArray();
+      for (const ParameterDef& row : InForce().catalogue.rows) {
+        if (!row.selected) continue;
+        ASSERT_FALSE(theirs.isEmpty()) << name.toStdString() << " " << settings.toStdString();
+        const QJsonObject their = theirs.takeAt(0).toObject();
+        ASSERT_EQ(their["name"].toString(), FromText(row.name));
+        ASSERT_EQ(their["valid"].toBool(), row.valid) << row.name;
+        if (!row.valid || !std::isfinite(row.value)) continue;
+        EXPECT_EQ(their["value"].toDouble(), row.value) << row.name << " of " << name.toStdString();
+        ++compared;
+      }
+      EXPECT_TRUE(theirs.isEmpty());
+    }
+  }
+  EXPECT_GT(compared, 1'000);
+}
+
+/// A window with real dialogs, where progress is shown from its first step on, and a record whose robust filter takes
+/// many passes.
+class LongWork : public WindowTest {
+protected:
+  LongWork() {
+    MakeFrame(dialogs_);
+    frame_->show();
+    std::mt19937 random(1);
+    std::normal_distribution<double> normal;
+    std::string text = "Lumetrace_Data 1.0\nIDENTIFICATION: long\nDATE: d\nSPACING_UM: 0.5\nNUMBER_OF_POINTS: 400000\n";
+    text += "PROFILE_UM:\n";
+    // A long tail keeps the robust filter at work: 16 passes.
+    for (int i = 0; i < 400'000; ++i) text += FixedText(std::exp(2.0 * normal(random)), 5) + "\n";
+    EXPECT_TRUE(frame_->OpenFile(folder_.Write("long.lmt", text)));
+  }
+  // The window goes before the dialogs that it uses.
+  ~LongWork() override { frame_.reset(); }
+
+  DialogPrompts dialogs_{nullptr, std::chrono::milliseconds(0)};
+};
+
+TEST_F(LongWork, NothingTouchesTheDocumentBetweenAndAllOfItComesAfterwards) {
+  const std::int32_t former = InForce().settings.analysis.FilterType;
+  {
+    const DialogDriver driver({[&](const QWidget& dialog) {
+      EXPECT_TRUE(Doc().IsBusy());
+      EXPECT_EQ(dialog.windowTitle(), "0.800 mm Robust Filter ...");
+      EXPECT_FALSE(frame_->grab().isNull());
+      Change([](AnalysisSettings& analysis) { analysis.LsCutoffMM = 0.008; });
+      Doc().Invert();
+      Doc().SetIdentification("waited");
+      DropOn(*frame_, {Sample("turned.lmt")});
+      EXPECT_FALSE(frame_->close()) << "the window waits as well";
+      EXPECT_EQ(InForce().settings.analysis.FilterType, former) << "the former results are shown on";
+      EXPECT_FALSE(InForce().profiles.inverted);
+      EXPECT_EQ(InForce().profiles.identification, "long");
+      Child<QDialogButtonBox>(dialog).button(QDialogButtonBox::Cancel)->click();
+    }});
+    Change([](AnalysisSettings& analysis) { analysis.FilterType = kFilterRobustGaussian; });
+  }
+  EXPECT_TRUE(InForce().profiles.Has(ProfileKind::kWaviness)) << "stopped early, the filter gives the line so far";
+  EXPECT_EQ(InForce().settings.analysis.FilterType, kFilterRobustGaussian);
+  EXPECT_FALSE(InForce().profiles.inverted);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !frame_->isVisible(); }, 60'000)) << "closes once it can";
+  EXPECT_TRUE(QTest::qWaitFor([&] { return InForce().profiles.identification == "Turned; generated"; }, 60'000));
+  EXPECT_EQ(InForce().settings.analysis.LsCutoffMM, 0.008);
+  EXPECT_EQ(InForce().settings.analysis.FilterType, former) << "the settings that came later";
+}
+
+TEST(ProgressWindow, ComesAfterHalfASecond) {
+  Application();
+  DialogPrompts prompts(nullptr);
+  const auto progress = prompts.OpenProgress("caption", "text");
+  QElapsedTimer clock;
+  clock.start();
+  while (QApplication::activeModalWidget() == nullptr && clock.elapsed() < 5'000) EXPECT_TRUE(progress->Advance(50));
+  EXPECT_GE(clock.elapsed(), 500);
+  ASSERT_NE(QApplication::activeModalWidget(), nullptr);
+  QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape);
+  EXPECT_FALSE(progress->Advance(60));
 }
 
 }  // namespace

@@ -1,18 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// The desktop program as a process: who takes the file, what is kept.
-
-#include <QDir>
-#include <QFile>
-#include <QProcess>
-#include <QSettings>
-#include <QTest>
-#include <thread>
-#include <utility>
-#include <vector>
+// The desktop program as a process: who takes the file, what is kept, what needs no screen.
 
 #include "settings/working_settings.h"
-#include "ui/qt_text.h"
 #include "ui/window/single_instance.h"
 #include "ui/window_fixture.h"
 
@@ -23,20 +13,18 @@ namespace {
 class StartUp : public WindowTest {
 protected:
   StartUp() {
-    QDir(FromPath(folder_.path())).mkdir("tmp");
-    for (const auto& [name, value] : Variables()) {
+    std::filesystem::create_directory(folder_ / "tmp");
+    const std::pair<const char*, const char*> variables[] = {
+        {"HOME", "."}, {"TMPDIR", "tmp"}, {"XDG_CONFIG_HOME", "."}};
+    for (const auto& [name, folder] : variables) {
       former_.emplace_back(name, qgetenv(name));
-      qputenv(name, value);
+      qputenv(name, (folder_ / folder).lexically_normal().c_str());
     }
   }
   ~StartUp() override {
     for (const auto& [name, value] : former_) qputenv(name, value);
   }
 
-  std::vector<std::pair<const char*, QByteArray>> Variables() {
-    const QByteArray folder = FromPath(folder_.path()).toUtf8();
-    return {{"HOME", folder}, {"TMPDIR", folder + "/tmp"}, {"XDG_CONFIG_HOME", folder}};
-  }
   /// Runs the program; its exit status, or -1 where it did not end in time.
   int Run(const QStringList& arguments) {
     QProcess program;
@@ -49,7 +37,6 @@ protected:
 
   static constexpr int kPatienceMS = 20'000;
 
-  ScratchFolder folder_;
   std::vector<std::pair<const char*, QByteArray>> former_;
 };
 
@@ -71,7 +58,6 @@ TEST_F(StartUp, ASecondStartHandsItsFilesToTheFirst) {
   EXPECT_EQ(times--, 3) << "three profiles are no test plan";
   EXPECT_EQ(Run({"--report", "honed.lmt", "-o", FromPath(folder_ / "a.pdf")}), 0);
   EXPECT_EQ(times, 2) << "what needs no window does not ask for one";
-  EXPECT_EQ(Run({"--nonsense"}), 2);
 }
 
 TEST_F(StartUp, ACrashedProgramIsInNobodysWay) {
@@ -94,21 +80,14 @@ TEST_F(StartUp, ACrashedProgramIsInNobodysWay) {
   ASSERT_TRUE(program.waitForFinished(kPatienceMS));
   CSingleInstance next(CSingleInstance::UsualName());
   EXPECT_FALSE(next.HandOverOrListen({})) << "nobody answers";
-  bool handedOver = false;
-  QObject::connect(&next, &CSingleInstance::Arrived, &next, [&](const QStringList&) { handedOver = true; });
-  std::thread asking([&] { CSingleInstance(CSingleInstance::UsualName()).HandOverOrListen({}); });
-  EXPECT_TRUE(QTest::qWaitFor([&] { return handedOver; }, kPatienceMS));
-  asking.join();
 }
 
 TEST_F(StartUp, StartsFromTheWorkingSettingsAndSavesThem) {
   folder_.Write("Texturon.ini", "[ANALYSIS]\nLcCutoffMM=0.25\n");
   WorkingSettings store(folder_.path(), folder_ / "user");
   frame_->UseWorkingSettings(store);
-  EXPECT_EQ(frame_->Doc().document().settings.analysis.LcCutoffMM, 0.25);
-  Settings settings = frame_->Doc().document().settings;
-  settings.analysis.LcCutoffMM = 2.5;
-  frame_->Doc().ReplaceSettings(settings);
+  EXPECT_EQ(InForce().settings.analysis.LcCutoffMM, 0.25);
+  Change([](AnalysisSettings& analysis) { analysis.LcCutoffMM = 2.5; });
   Choose("saveSettingsAsDefault");
   EXPECT_NE(folder_.Read("Texturon.ini").find("LcCutoffMM=2.500000"), std::string::npos);
 }
@@ -116,13 +95,65 @@ TEST_F(StartUp, StartsFromTheWorkingSettingsAndSavesThem) {
 TEST_F(StartUp, TheSampleOfTheFirstStartIsARealProfile) {
   QFile file(":/samples/ground.lmt");
   ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-  const QByteArray bytes = file.readAll();
-  ASSERT_TRUE(frame_->Doc().OpenBytes("Sample.lmt", {bytes.constData(), static_cast<std::size_t>(bytes.size())}));
-  const std::vector<double> shown = frame_->Doc().document().profiles.raw;
-  ASSERT_TRUE(frame_->OpenFile(Sample("ground.lmt")));
-  EXPECT_EQ(frame_->Doc().document().profiles.raw, shown);
-  EXPECT_FALSE(frame_->Doc().OpenBytes("Sample.lmt", "nothing"));
-  EXPECT_EQ(frame_->Doc().document().profiles.raw, shown);
+  const std::string bytes = file.readAll().toStdString();
+  for (const std::string& content : {bytes, std::string("nothing")}) {
+    EXPECT_EQ(Doc().OpenBytes("Sample.lmt", content), content == bytes);
+    EXPECT_EQ(InForce().profiles.pointCount, 8000);
+  }
+}
+
+struct Outcome {
+  int status;
+  std::string errors;
+};
+
+/// Runs the desktop program among the samples, where there is no display.
+Outcome RunDesktop(const QStringList& arguments) {
+  QProcess process;
+  QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+  for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) environment.remove(name);
+  process.setProcessEnvironment(environment);
+  process.setWorkingDirectory(FromPath(Sample("")));
+  process.start(TEXTURON_DESKTOP_PROGRAM, arguments);
+  EXPECT_TRUE(process.waitForFinished(60'000));
+  return {process.exitCode(), process.readAllStandardError().toStdString()};
+}
+
+TEST(Report, IsWrittenWithoutDisplay) {
+  const ScratchFolder folder;
+  const QString out = FromPath(folder / "out");
+  // Curves take two pages; 107 parameters two more, a production line's four one, with the settings below them.
+  const std::tuple<QStringList, const char*, int> cases[] = {
+      {{"--report", "ground.lmt"}, "%PDF-", 4},
+      {{"--report", "arc.lmt", "--settings", "production.ini"}, "%PDF-", 3},
+      {{"--screenshot", "ground.lmt"}, "\x89PNG", 0}};
+  for (const auto& [arguments, start, pages] : cases) {
+    const Outcome run = RunDesktop(arguments + QStringList{"-o", out});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.errors, "");
+    EXPECT_TRUE(folder.Read("out").starts_with(start));
+    EXPECT_EQ(QByteArray::fromStdString(folder.Read("out")).count("/Type /Page\n"), pages);
+  }
+}
+
+TEST(Report, RefusalsAreOneSentence) {
+  const ScratchFolder folder;
+  const QString good = "ground.lmt";
+  const QString out = FromPath(folder / "out.pdf");
+  const std::pair<QStringList, std::string> cases[] = {
+      {{"--report", "none.lmt", "-o", out}, "none.lmt does not exist."},
+      {{"--report", good, "-o", FromPath(folder / "no/out.pdf")}, "cannot be written"},
+      {{"--report", good, "-o", out, "--settings", "none.ini"}, "none.ini does not exist."},
+      {{"--report", good, "--screenshot", good, "-o", out}, "either"},
+  };
+  for (const auto& [arguments, sentence] : cases) {
+    const Outcome run = RunDesktop(arguments);
+    EXPECT_EQ(run.status, 1) << run.errors;
+    EXPECT_TRUE(run.errors.starts_with("texturon-desktop: ")) << run.errors;
+    EXPECT_NE(run.errors.find(sentence), std::string::npos) << run.errors;
+    EXPECT_EQ(run.errors.find('\n'), run.errors.size() - 1) << run.errors;
+  }
+  EXPECT_FALSE(std::filesystem::exists(folder / "out.pdf"));
 }
 
 }  // namespace

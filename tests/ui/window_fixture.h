@@ -2,19 +2,14 @@
 
 #pragma once
 
-#include <QAction>
-#include <QApplication>
-#include <QDropEvent>
-#include <QMimeData>
-#include <QUrl>
-#include <filesystem>
+#include <QtTest>
+#include <QtWidgets>
 #include <gtest/gtest.h>
-#include <memory>
-#include <string>
+#include <qcustomplot.h>
 
-#include "platform/platform.h"
 #include "support/scratch_folder.h"
 #include "support/scripted_prompts.h"
+#include "ui/dialog_driver.h"
 #include "ui/window/main_frame.h"
 
 namespace texturon {
@@ -42,9 +37,49 @@ inline std::filesystem::path Sample(const char* name) {
   return std::filesystem::path(TEXTURON_SOURCE_DIR) / "samples" / name;
 }
 
+template <typename Widget = QLineEdit>
+Widget& Child(const QObject& parent, const QString& name = {}) {
+  auto* const child = parent.findChild<Widget*>(name);
+  if (child == nullptr) throw std::logic_error("no child " + name.toStdString());
+  return *child;
+}
+
+/// Replaces what stands in a line, key by key.
+inline void Type(QLineEdit& line, const QString& text) {
+  line.selectAll();
+  QTest::keyClick(&line, Qt::Key_Delete);
+  QTest::keyClicks(&line, text);
+}
+
+/// Presses the button of this text.
+inline void Press(const QWidget& window, const QString& text) {
+  for (QPushButton* const button : window.findChildren<QPushButton*>()) {
+    if (button->text() == text) return button->click();
+  }
+  ADD_FAILURE() << "no button " << text.toStdString();
+}
+
+inline QPushButton& Ok(const QWidget& dialog) {
+  return *Child<QDialogButtonBox>(dialog).button(QDialogButtonBox::Ok);
+}
+
+/// Drags between two places of a plot, in its coordinates.
+inline void Drag(QCustomPlot& plot, const QPointF& from, const QPointF& to, Qt::KeyboardModifiers modifiers = {}) {
+  const auto pixel = [&plot](const QPointF& place) {
+    return QPointF(plot.xAxis->coordToPixel(place.x()), plot.yAxis->coordToPixel(place.y())).toPoint();
+  };
+  QTest::mousePress(&plot, Qt::LeftButton, modifiers, pixel(from));
+  // QTest's moves carry no button.
+  QMouseEvent move(QEvent::MouseMove, pixel(to), plot.mapToGlobal(pixel(to)), Qt::NoButton, Qt::LeftButton, modifiers);
+  QApplication::sendEvent(&plot, &move);
+  QTest::mouseRelease(&plot, Qt::LeftButton, modifiers, pixel(to));
+}
+
 /// Drops files on a window.
-inline void DropOn(QWidget& window, const QList<QUrl>& urls) {
+inline void DropOn(QWidget& window, const std::vector<std::filesystem::path>& files) {
   QMimeData data;
+  QList<QUrl> urls;
+  for (const auto& file : files) urls << QUrl::fromLocalFile(FromPath(file));
   data.setUrls(urls);
   QDragEnterEvent enter(QPoint(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
   QApplication::sendEvent(&window, &enter);
@@ -53,28 +88,49 @@ inline void DropOn(QWidget& window, const QList<QUrl>& urls) {
   QApplication::sendEvent(&window, &drop);
 }
 
-/// A window of its own for each test.
+/// A window of its own for each test, without anything remembered.
 class WindowTest : public ::testing::Test {
 protected:
   WindowTest() {
     Application();
-    MakeFrame();
+    QSettings().clear();
+    MakeFrame(prompts_);
+  }
+  /// Shown, with a sample open.
+  explicit WindowTest(const char* sample) : WindowTest() {
+    EXPECT_TRUE(frame_->OpenFile(Sample(sample)));
+    frame_->show();
+    QTest::qWait(20);
   }
 
-  void MakeFrame() {
+  void MakeFrame(Prompts& prompts) {
     Environment environment = SystemEnvironment();
     environment.traceFile.clear();
-    frame_ = std::make_unique<CMainFrame>(environment, &prompts_);
+    frame_ = std::make_unique<CMainFrame>(environment, &prompts);
   }
 
-  /// Chooses the command of this name from whatever menu has it.
-  void Choose(const QString& name) {
-    auto* const action = frame_->findChild<QAction*>(name);
-    ASSERT_NE(action, nullptr) << "no command " << name.toStdString();
-    EXPECT_TRUE(action->isEnabled()) << name.toStdString();
-    action->trigger();
+  CTexturonDoc& Doc() { return frame_->Doc(); }
+  const Document& InForce() { return Doc().document(); }
+  void Change(const std::function<void(AnalysisSettings&)>& change) {
+    Settings settings = InForce().settings;
+    change(settings.analysis);
+    Doc().ReplaceSettings(settings);
+  }
+  void ChangeDisplay(const std::function<void(DisplaySettings&)>& change) {
+    DisplaySettings display = InForce().settings.display;
+    change(display);
+    Doc().ReplaceDisplay(display);
   }
 
+  /// Chooses the command of this name from whatever menu has it, and acts on the dialogs that it opens.
+  void Choose(const QString& name, const std::vector<DialogDriver::Action>& dialogs = {}) {
+    const DialogDriver driver(dialogs);
+    QAction& action = Child<QAction>(*frame_, name);
+    EXPECT_TRUE(action.isEnabled()) << name.toStdString();
+    action.trigger();
+  }
+
+  ScratchFolder folder_;
   ScriptedPrompts prompts_;
   std::unique_ptr<CMainFrame> frame_;
 };

@@ -1,0 +1,273 @@
+// SPDX-License-Identifier: Apache-2.0
+
+// The profile view and the panes of curves, looked at and moved in as a user does.
+
+#include "parameters/height_curve.h"
+#include "presentation/curve_readouts.h"
+#include "ui/plots/curve_pane.h"
+#include "ui/plots/plot_cursors.h"
+#include "ui/plots/texturon_brc_view.h"
+#include "ui/plots/texturon_spect_view.h"
+#include "ui/plots/texturon_view.h"
+#include "ui/window_fixture.h"
+
+namespace texturon {
+namespace {
+
+class ProfileView : public WindowTest {
+protected:
+  ProfileView() : WindowTest("ground.lmt") {}
+
+  CClickableProfileGraph& Graph() { return frame_->View().Graph(); }
+  /// How much longer a length along y is drawn than the same along x.
+  double Ratio() {
+    const double lengthUM = Graph().xAxis->range().size() * 1000.0 / Graph().axisRect()->width();
+    return Graph().yAxis->range().size() / Graph().axisRect()->height() / lengthUM;
+  }
+};
+
+TEST_F(ProfileView, CursorsAreGrabbedAndReadOut) {
+  const auto [first, second] = Graph().UprightCursors();
+  const QCPRange before = Graph().VisibleX();
+  Drag(Graph(), {first, 0.0}, {1.5, 0.0});
+  EXPECT_NEAR(Graph().UprightCursors().first, 1.5, 0.01);
+  EXPECT_EQ(Graph().UprightCursors().second, second);
+  EXPECT_EQ(Graph().VisibleX(), before) << "the curves stay when a cursor is grabbed";
+  const auto& readout = Child<QLabel>(*frame_, "readout");
+  EXPECT_TRUE(readout.text().startsWith("X1 1.") && !readout.text().contains("dY")) << readout.text().toStdString();
+  Choose("yCursors");
+  EXPECT_TRUE(readout.text().contains("dY"));
+  QTest::keyClick(&Graph(), Qt::Key_C);
+  QTest::keyClick(&Graph(), Qt::Key_Right, Qt::ControlModifier);
+  EXPECT_GT(Graph().UprightCursors().second, second) << "by keys";
+  Choose("xCursors");
+  EXPECT_FALSE(readout.text().contains("X1"));
+}
+
+TEST_F(ProfileView, ComputesAndExcludesBetweenCursors) {
+  Graph().SetUprightCursors(3.0, 1.0);
+  Choose("excludeBetweenCursors");
+  EXPECT_EQ(InForce().scope.exclusion, IndexRange::FromEnds(2000, 6000));
+  Choose("computeBetweenXCursors");
+  EXPECT_EQ(InForce().profiles.computeRange, IndexRange::FromEnds(2000, 6000));
+  Choose("computeAll");
+  EXPECT_FALSE(InForce().scope.exclusion);
+  // What is refused changes nothing.
+  Graph().SetUprightCursors(1.0, 1.001);
+  Choose("computeBetweenXCursors");
+  EXPECT_EQ(InForce().profiles.computeRange->count, 8000);
+  Change([](AnalysisSettings& analysis) { analysis.FormRemovalType = kFormFilter; });
+  Choose("excludeBetweenCursors");
+  EXPECT_FALSE(InForce().scope.exclusion);
+  EXPECT_EQ(prompts_.messages, (std::vector<std::string>{"Insufficient data for region calculation.",
+                                                         "Cannot exclude with filter-based form removal."}));
+}
+
+TEST_F(ProfileView, ZoomsGoBackOneByOne) {
+  const QCPRange all = Graph().VisibleX();
+  Drag(Graph(), {1.0, 0.5}, {2.0, -0.5}, Qt::ShiftModifier);
+  const QCPRange marked = Graph().VisibleX();
+  EXPECT_NEAR(marked.lower, 1.0, 0.02);
+  EXPECT_NEAR(marked.size(), 1.0, 0.04);
+  QTest::keyClick(&Graph(), Qt::Key_Plus);
+  Choose("zoomBack");
+  EXPECT_EQ(Graph().VisibleX(), marked);
+  for (int i = 0; i < 2; ++i) {
+    QTest::keyClick(&Graph(), Qt::Key_Backspace);
+    EXPECT_EQ(Graph().VisibleX(), all) << "there is nothing before";
+  }
+  Choose("zoomForward");
+  EXPECT_EQ(Graph().VisibleX(), marked);
+  Choose("zoomBack");
+  // Another zoom leaves nothing to come, and another analysis of the same record keeps what is looked at.
+  for (const char* const command : {"zoomToSamplingLength", "zoomForward", "invert"}) {
+    Choose(command);
+    EXPECT_NEAR(Graph().VisibleX().size(), 0.8, 1e-9) << command;
+  }
+  // Half as far along scrolls half as far.
+  auto& bar = Child<QScrollBar>(*frame_, "alongX");
+  Graph().ShowX({1.0, 2.0});
+  bar.setValue(bar.value() * 2);
+  EXPECT_NEAR(Graph().VisibleX().lower, 2.0, 1e-4);
+  EXPECT_NEAR(Graph().VisibleX().size(), 1.0, 1e-9);
+  Choose("showAll");
+  EXPECT_EQ(Graph().VisibleX(), all);
+  EXPECT_EQ(bar.maximum(), 0) << "all is in view";
+}
+
+TEST_F(ProfileView, ScalesFollowTheSettings) {
+  ChangeDisplay([](DisplaySettings& display) { display.ProfileAutoScale = false; });
+  EXPECT_EQ(Graph().yAxis->range().upper, InForce().settings.display.ProfileYMaxUM);
+  Choose("autoScale");
+  const double upper = Graph().yAxis->range().upper;
+  EXPECT_LT(upper, InForce().settings.display.ProfileYMaxUM);
+  Choose("metric");
+  EXPECT_NEAR(Graph().yAxis->range().upper, upper / 0.0254, 1e-6);
+}
+
+TEST_F(ProfileView, EqualScalesAreForProfilesWithForm) {
+  EXPECT_LT(Ratio(), 0.01) << "a roughness profile would be a line";
+  // Opened before there is a window: the size comes later.
+  MakeFrame(prompts_);
+  ChangeDisplay([](DisplaySettings& display) { display.ProfileType = 0; });
+  ASSERT_TRUE(frame_->OpenFile(Sample("arc.lmt")));
+  frame_->show();
+  for (const QSize size : {frame_->size(), QSize(900, 900)}) {
+    frame_->resize(size);
+    QTest::qWait(20);
+    EXPECT_NEAR(Ratio(), 1.0, 1e-6) << "an arc of 300 um over 5 mm shows its shape in every size of the window";
+  }
+  Choose("aspectRatio");
+  EXPECT_LT(Ratio(), 0.5) << "without, it fills the height";
+}
+
+TEST_F(ProfileView, GivesThePlotThePeaksOfEveryColumn) {
+  ChangeDisplay([](DisplaySettings& display) { display.ProfileType = 0; });
+  QCPGraphDataContainer& data = *Graph().graph(0)->data();
+  EXPECT_LT(data.size(), 4 * Graph().axisRect()->width() + 3);
+  const double highest = *std::max_element(InForce().profiles.raw.begin(), InForce().profiles.raw.end());
+  EXPECT_TRUE(std::any_of(data.begin(), data.end(), [&](const auto& point) { return point.value == highest; }));
+  Graph().ShowX({1.0, 1.02});
+  EXPECT_EQ(data.size(), 42) << "0.5 um apart, and one more on either side";
+}
+
+TEST_F(ProfileView, ShowsTheFormAndSteepSlopes) {
+  ASSERT_TRUE(frame_->OpenFile(Sample("arc.lmt")));
+  Change([](AnalysisSettings& analysis) { analysis.FormRemovalType = kFormArc; });
+  ChangeDisplay([](DisplaySettings& display) { display.ProfileType = 0; });
+  Choose("show8");
+  ASSERT_EQ(Graph().graphCount(), 2);
+  EXPECT_TRUE(Graph().graph(1)->name().startsWith("Form: LS Arc"));
+  Choose("extremeSlopes");
+  Choose("extremeSlopeThreshold", {[](QWidget& dialog) {
+           Type(Child(dialog), "95");
+           EXPECT_FALSE(Ok(dialog).isEnabled());
+           Type(Child(dialog), "5");
+           Ok(dialog).click();
+         }});
+  ASSERT_EQ(Graph().graphCount(), 3);
+  // An arc is steeper than an angle outside R sin(angle) from its apex.
+  EXPECT_TRUE(Graph().graph(2)->name().startsWith(QString::fromUtf8("Raw Data above 5.0\u00B0: ")));
+  const double share = Graph().graph(2)->name().section(": ", 1).section(' ', 0, 0).toDouble();
+  EXPECT_NEAR(share, 100.0 * (1.0 - 2.0 * 12.0 * std::sin(5.0 * 3.14159265 / 180.0) / 5.0), 3.0);
+}
+
+TEST_F(ProfileView, SaysWhatItShows) {
+  const auto file = folder_.Write("own.ini", "[ANALYSIS]\r\nLcCutoffMM=0.25\r\n");
+  ASSERT_TRUE(Doc().LoadSettingsFile(file));
+  const auto heading = [this] { return frame_->View().Heading(); };
+  EXPECT_TRUE(heading().startsWith("Ground; generated"));
+  EXPECT_TRUE(heading().contains("own.ini") && !heading().contains(FromPath(file)));
+  Choose("showFullIniPath");
+  EXPECT_TRUE(heading().contains(FromPath(file)));
+  EXPECT_LT(frame_->minimumSizeHint().width(), 900) << "a long path does not widen the window";
+  Choose("xAxisValues");
+  EXPECT_TRUE(Graph().xAxis->tickLabels());
+  const CTransmissionInset& transmission = frame_->View().Transmission();
+  EXPECT_TRUE(transmission.isVisible());
+  Choose("filterTransmission");
+  EXPECT_FALSE(transmission.isVisible());
+}
+
+class Curves : public WindowTest {
+protected:
+  Curves() : WindowTest("honed.lmt") {}
+
+  template <typename View>
+  View& Show(CCurvePane::Curve curve) {
+    Choose("splitUpperPane");
+    frame_->UpperCurves().Choose(curve);
+    QTest::qWait(20);
+    return dynamic_cast<View&>(frame_->UpperCurves().View());
+  }
+  static QStringList Labels(const QCustomPlot& plot) {
+    QStringList labels;
+    for (int i = 0; i < plot.itemCount(); ++i) {
+      if (const auto* const item = qobject_cast<QCPItemText*>(plot.item(i))) labels << item->text().trimmed();
+    }
+    return labels;
+  }
+};
+
+TEST_F(Curves, WhatIsHiddenIsNotMade) {
+  const auto made = [this] {
+    return std::pair(!InForce().results.primaryCurve.heightsUM.empty(),
+                     !InForce().profiles.spectrum.amplitudeUM.empty());
+  };
+  EXPECT_EQ(made(), std::pair(false, false));
+  Choose("splitLowerPane");
+  EXPECT_EQ(made(), std::pair(false, true));
+  Choose("probabilityCurve");
+  EXPECT_TRUE(frame_->UpperCurves().isVisible()) << "the command opens the pane";
+  EXPECT_EQ(frame_->UpperCurves().Chosen(), CCurvePane::kProbability);
+  EXPECT_EQ(made(), std::pair(true, true));
+  for (const char* const command : {"splitUpperPane", "splitLowerPane", "computeAll"}) Choose(command);
+  EXPECT_EQ(made(), std::pair(false, false));
+}
+
+TEST_F(Curves, ChoicesAndSizesAreKept) {
+  Choose("motifCurve");
+  const auto splitter = [this]() -> QSplitter& { return Child<QSplitter>(*frame_, "upper"); };
+  splitter().setSizes({500, 300});
+  const int size = splitter().sizes()[0];
+  emit splitter().splitterMoved(size, 1);
+  MakeFrame(prompts_);
+  EXPECT_EQ(frame_->UpperCurves().Chosen(), CCurvePane::kMotifs);
+  Choose("splitUpperPane");
+  frame_->show();
+  QTest::qWait(20);
+  EXPECT_NEAR(splitter().sizes()[0], size, 5);
+}
+
+TEST_F(Curves, BearingRatioIsReadWithGrabbedLines) {
+  auto& view = Show<CTexturonBRCView>(CCurvePane::kBearingRatio);
+  QCustomPlot& plot = view.Plot();
+  CPlotCursors& cursors = view.Cursors();
+  const double top = InForce().results.roughnessCurve.heightsUM.front();
+  Drag(plot, {cursors.X(), top}, {80.0, top});
+  Drag(plot, {20.0, cursors.Y()}, {20.0, -1.0});
+  EXPECT_NEAR(cursors.X(), 80.0, 0.5) << "the other line stays";
+  EXPECT_NEAR(cursors.Y(), -1.0, 0.05);
+  EXPECT_EQ(plot.xAxis->range(), QCPRange(0.0, 100.0)) << "grabbing does not drag the view";
+  EXPECT_EQ(view.Readout(), FromText(BearingReadout(InForce(), cursors.X(), cursors.Y())));
+  EXPECT_EQ(Labels(plot), (QStringList{"Rk", "Mr1", "Mr2", "A1", "A2"}));
+  Choose("rkLines");
+  EXPECT_TRUE(Labels(plot).isEmpty());
+  ChangeDisplay([](DisplaySettings& display) { display.BrcAdfType = 5; });
+  EXPECT_EQ(plot.plottableCount(), 2);
+  for (const QCPGraphData& point : *plot.graph(0)->data()) {
+    ASSERT_EQ(point.value, HeightAtRatio(InForce().results.primaryCurve.heightsUM, point.key));
+  }
+}
+
+TEST_F(Curves, TheSpectrumIsReadHarmonicByHarmonic) {
+  auto& view = Show<CTexturonSpectView>(CCurvePane::kSpectrum);
+  QCustomPlot& plot = view.Plot();
+  const Spectrum& spectrum = InForce().profiles.spectrum;
+  EXPECT_EQ(Labels(plot), (QStringList{"Lc", "Ls"}));
+  const double level = plot.yAxis->range().center();
+  Drag(plot, {view.Cursors().X(), level}, {spectrum.wavelengthMM[40], level});
+  const auto harmonic = *NearestHarmonic(spectrum, view.Cursors().X());
+  EXPECT_EQ(view.Cursors().X(), spectrum.wavelengthMM[harmonic]) << "stands on a harmonic";
+  EXPECT_NEAR(static_cast<double>(harmonic), 40.0, 1.0);
+  QTest::keyClick(&plot, Qt::Key_Right);
+  EXPECT_EQ(view.Readout(), FromText(SpectrumReadout(InForce(), harmonic + 1)));
+  for (int i = 0; i < 5; ++i) QTest::keyClick(&plot, Qt::Key_Left, Qt::ControlModifier);
+  EXPECT_EQ(view.Cursors().X(), spectrum.wavelengthMM[1]) << "there is none before the first";
+  ChangeDisplay([](DisplaySettings& display) { display.SpectrumAutoScale = false; });
+  EXPECT_EQ(plot.yAxis->range().upper, InForce().settings.display.SpectrumYMaxUM);
+}
+
+TEST_F(Curves, ZoomStaysUntilAllIsAskedFor) {
+  QCustomPlot& plot = Show<CTexturonBRCView>(CCurvePane::kBearingRatio).Plot();
+  QTest::keyClick(&plot, Qt::Key_Plus);
+  Choose("computeAll");
+  EXPECT_NEAR(plot.xAxis->range().size(), 80.0, 1e-9);
+  QTest::mouseDClick(&plot, Qt::LeftButton, {}, plot.axisRect()->center());
+  EXPECT_EQ(plot.xAxis->range(), QCPRange(0.0, 100.0));
+  Choose("metric");
+  EXPECT_TRUE(plot.yAxis->label().endsWith(FromText("\xB5in")));
+}
+
+}  // namespace
+}  // namespace texturon

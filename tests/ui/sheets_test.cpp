@@ -1,0 +1,332 @@
+// SPDX-License-Identifier: Apache-2.0
+
+// The settings sheets and the dialogs that say what to compute over, typed into and clicked as a user does.
+
+#include <set>
+
+#include "settings/setting_entry.h"
+#include "ui/sheets/parameters_page.h"
+#include "ui/sheets/region_dialogs.h"
+#include "ui/sheets/settings_sheet.h"
+#include "ui/sheets/shape_pages.h"
+#include "ui/tables/texturon_param_view.h"
+#include "ui/window_fixture.h"
+
+namespace texturon {
+namespace {
+
+class SettingsSheet : public WindowTest {
+protected:
+  SettingsSheet() : WindowTest("ground.lmt") {}
+
+  template <typename Sheet>
+  Sheet& Open(const QString& command) {
+    Choose(command);
+    return Child<Sheet>(*frame_);
+  }
+  CSettingsSheet& OpenSettings() { return Open<CSettingsSheet>("settings"); }
+
+  static CSettingField& Field(const QWidget& sheet, const QString& name) { return Child<CSettingField>(sheet, name); }
+  static void Type(const QWidget& sheet, const QString& name, const QString& text) {
+    texturon::Type(Child(Field(sheet, name)), text);
+  }
+  static void ChooseFrom(QComboBox& list, int index) {
+    list.setCurrentIndex(index);
+    emit list.activated(index);
+  }
+  QString Fault(const QWidget& sheet) { return Child<QLabel>(sheet, "fault").text(); }
+  const AnalysisSettings& Analysis() { return InForce().settings.analysis; }
+};
+
+/// Enters something else, whether the field is greyed or not; returns what then must be in force.
+SettingValue EnterAnother(const CSettingField& field, const SettingValue& present) {
+  const SettingKey& key = *field.Place().key;
+  if (auto* const box = field.findChild<QCheckBox*>()) {
+    box->setChecked(!box->isChecked());
+    emit box->clicked(box->isChecked());
+    return box->isChecked();
+  }
+  if (auto* const list = field.findChild<QComboBox*>()) {
+    const int index = list->currentIndex() == 0 ? 1 : 0;
+    emit list->activated(index);
+    return ChoicesOf(key)[static_cast<std::size_t>(index)].value;
+  }
+  for (const char* const text : {"0.5", "2", "30", "a word"}) {
+    const EntryReading entry = ReadEntry(key, text, false);
+    if (!entry.ok() || entry.value == present) continue;
+    emit Child(field).textEdited(text);
+    EXPECT_EQ(field.Fault(), "");
+    return entry.value;
+  }
+  ADD_FAILURE() << "nothing to enter";
+  return present;
+}
+
+TEST_F(SettingsSheet, EveryEntryGoesIntoTheAnalysisAndCancelTakesItBack) {
+  Choose("metric");
+  const Settings before = InForce().settings;
+  std::set<const SettingKey*> reached;
+  CLiveSheet* const sheets[] = {&OpenSettings(), &Open<CBearingRatioSheet>("bearingRatiosAndHtp")};
+  for (CLiveSheet* const sheet : sheets) {
+    for (const CSettingsPage* const page : sheet->findChildren<CSettingsPage*>()) {
+      for (const SettingKey* const key : page->Keys()) reached.insert(key);
+    }
+    for (const CSettingField* const field : sheet->findChildren<CSettingField*>()) {
+      const auto& [key, row] = field->Place();
+      const auto wanted = EnterAnother(*field, key->binding.get(InForce().settings, row));
+      sheet->ApplyNow();
+      EXPECT_EQ(key->binding.get(InForce().settings, row), wanted) << field->objectName().toStdString();
+      sheet->reject();
+      EXPECT_EQ(InForce().settings, before) << field->objectName().toStdString();
+      sheet->show();
+    }
+  }
+  // Every setting that a person would choose can be reached in some sheet.
+  const std::set<std::string_view> reasoned = {
+      // Follow from the choice of the cut-offs.
+      "LcCutoffMM", "LsCutoffMM", "StandardLcCutoff", "StandardLsCutoff",
+      // Chosen profile by profile in the View menu; named and asked for by commands of their own.
+      "ProfileType", "Identification", "ParameterFile",
+      // The rows of the parameters are those of the catalogue, in the order in which they stand.
+      "AvailableParameters", "Name%02d", "SelectionRef%02d",
+      // Always ten rows.
+      "PrimaryAvailableBearingRatios", "RoughnessAvailableBearingRatios", "PrimaryAvailableHtps",
+      "RoughnessAvailableHtps"};
+  for (const SettingKey& key : SettingsTable()) {
+    const std::string_view section = key.binding.section;
+    if (section == "TEXTURON" || section == "AUTO_LOADING") continue;
+    EXPECT_NE(reached.contains(&key), reasoned.contains(key.binding.key)) << section << "." << key.binding.key;
+  }
+}
+
+TEST_F(SettingsSheet, CutoffsAreChosenOrEnteredAndFieldsFollow) {
+  CSettingsSheet& sheet = OpenSettings();
+  ChooseFrom(Child<QComboBox>(Field(sheet, "ANALYSIS.FormRemovalType")), 4);
+  EXPECT_TRUE(Field(sheet, "ANALYSIS.PolynomialOrder").isEnabled());
+  EXPECT_FALSE(Field(sheet, "ANALYSIS.FixedRadiusMM").isEnabled());
+  auto& cutoffs = Child<QComboBox>(sheet, "UserLcCutoffMMChoice");
+  ChooseFrom(cutoffs, 1);
+  sheet.ApplyNow();
+  EXPECT_EQ(Analysis().LcCutoffMM, 0.25);
+  ChooseFrom(cutoffs, cutoffs.count() - 1);
+  Type(sheet, "ANALYSIS.UserLcCutoffMM", "0.5");
+  // Applied without asking, and what the analysis itself sets comes back into the sheet.
+  ChooseFrom(Child<QComboBox>(Field(sheet, "ANALYSIS.UserDiscardType")), 1);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return Analysis().LcCutoffMM == 0.5; }, 3000));
+  EXPECT_FALSE(Analysis().StandardLcCutoff);
+  EXPECT_EQ(Child(Field(sheet, "ANALYSIS.UserDiscardLengthMM")).text(), "0.25");
+}
+
+TEST_F(SettingsSheet, WrongEntriesAreMarkedAndLeaveTheSettings) {
+  CSettingsSheet& sheet = OpenSettings();
+  const Settings before = InForce().settings;
+  const char* const name = "ANALYSIS.RoughnessPcLevel";
+  Type(sheet, name, "2,5");
+  EXPECT_TRUE(Field(sheet, name).Fault().contains("decimal comma"));
+  EXPECT_TRUE(Fault(sheet).contains("decimal comma"));
+  EXPECT_FALSE(Child(Field(sheet, name)).styleSheet().isEmpty());
+  sheet.ApplyNow();
+  EXPECT_EQ(InForce().settings, before);
+  sheet.accept();
+  EXPECT_TRUE(sheet.isVisible()) << "OK shows the entry instead of losing it";
+  EXPECT_TRUE(Child(Field(sheet, name)).isVisible());
+  Type(sheet, name, "0.5");
+  EXPECT_EQ(Field(sheet, name).Fault(), "");
+  EXPECT_TRUE(prompts_.messages.empty()) << "no message box";
+}
+
+TEST_F(SettingsSheet, ParametersAreSelectedOrderedAndToleranced) {
+  CSettingsSheet& sheet = OpenSettings();
+  auto& table = Child<QTableWidget>(sheet, "parameters");
+  auto& page = Child<CParametersPage>(sheet);
+  page.SelectAll(false);
+  const auto rowOf = [&](const QString& name) { return table.findItems(name, Qt::MatchExactly).front()->row(); };
+  for (const auto& [name, column] : {std::pair("Ra", 0), {"Rq", 0}, {"Ra", 2}}) {
+    table.item(rowOf(name), column)->setCheckState(Qt::Checked);
+  }
+  table.item(rowOf("Ra"), 5)->setText("a quarter");
+  EXPECT_TRUE(page.Fault().startsWith("Ra: "));
+  sheet.ApplyNow();
+  EXPECT_EQ(table.item(rowOf("Ra"), 5)->text(), "a quarter") << "a wrong entry is held while others apply";
+  sheet.accept();
+  EXPECT_TRUE(sheet.isVisible());
+  table.item(rowOf("Ra"), 5)->setText("0.25");
+  table.setCurrentCell(rowOf("Rq"), 0);
+  while (rowOf("Rq") > rowOf("Ra")) page.Move(-1);
+  sheet.accept();
+  EXPECT_FALSE(sheet.isVisible());
+  const QList<CGridCtrl::Record>& records = frame_->ParamView().Grid().Records();
+  ASSERT_EQ(records.size(), 2);
+  EXPECT_EQ(records[0].cells[0] + records[1].cells[0], "RqRa");
+  EXPECT_EQ(records[0].cells[3] + records[1].cells[3], "out of tolerance");
+}
+
+TEST_F(SettingsSheet, WhatIsEnteredIsOneEditAndCancelTakesBackOnlyItsOwn) {
+  CSettingsSheet& sheet = OpenSettings();
+  const double preset = Analysis().SplineTension;
+  const auto enter = [&](const char* tension) {
+    Type(sheet, "ANALYSIS.SplineTension", tension);
+    sheet.ApplyNow();
+  };
+  enter("0.5");
+  enter("0.25");
+  sheet.accept();
+  Choose("undo");
+  EXPECT_EQ(Analysis().SplineTension, preset);
+  EXPECT_FALSE(Doc().CanUndo());
+  sheet.show();
+  enter("0.5");
+  sheet.reject();
+  EXPECT_FALSE(Doc().CanUndo()) << "what was cancelled never was";
+  sheet.show();
+  enter("0.5");
+  ASSERT_TRUE(Doc().LoadSettingsFile(folder_.Write("a.ini", "[ANALYSIS]\nLcCutoffMM=2.5\nStandardLcCutoff=1\n")));
+  EXPECT_EQ(Analysis().SplineTension, 0.5);
+  sheet.reject();
+  EXPECT_EQ(Analysis().SplineTension, preset);
+  EXPECT_EQ(Analysis().LcCutoffMM, 2.5);
+}
+
+TEST_F(SettingsSheet, NeitherEnterNorWheelDisturbsTyping) {
+  CSettingsSheet& sheet = OpenSettings();
+  auto& kinds = Child<QComboBox>(Field(sheet, "ANALYSIS.FilterType"));
+  const int before = kinds.currentIndex();
+  kinds.clearFocus();
+  const QPointF place(5, 5);
+  QWheelEvent wheel(place, kinds.mapToGlobal(place), {}, {0, -120}, Qt::NoButton, {}, Qt::NoScrollPhase, false);
+  QApplication::sendEvent(&kinds, &wheel);
+  EXPECT_EQ(kinds.currentIndex(), before);
+  QTest::keyClick(&Child(Field(sheet, "ANALYSIS.SplineTension")), Qt::Key_Return);
+  EXPECT_TRUE(sheet.isVisible());
+}
+
+class ShapeSheet : public SettingsSheet {
+protected:
+  template <typename Page>
+  Page& OpenPage(const char* profile, const char* settings) {
+    EXPECT_TRUE(Doc().LoadSettingsFile(Sample(settings)));
+    EXPECT_TRUE(frame_->OpenFile(Sample(profile)));
+    sheet_ = &OpenSettings();
+    // The preview is drawn where it is seen.
+    sheet_->Pages().setCurrentIndex(std::is_same_v<Page, CAspherePage> ? 7 : 9);
+    return Child<Page>(*sheet_);
+  }
+  /// Types into a cell as a user does.
+  static void TypeInto(QTableView& table, int row, int column, const QString& text) {
+    const QModelIndex index = table.model()->index(row, column);
+    table.setCurrentIndex(index);
+    table.edit(index);
+    auto& editor = Child(*table.viewport());
+    texturon::Type(editor, text);
+    QTest::keyClick(&editor, Qt::Key_Return);
+    QApplication::processEvents();
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  }
+
+  CSettingsSheet* sheet_ = nullptr;
+};
+
+TEST_F(ShapeSheet, CoefficientsAreATable) {
+  auto& page = OpenPage<CAspherePage>("asphere.lmt", "asphere.ini");
+  QTableView& table = page.Table();
+  const auto name = [&table](int row) { return table.model()->headerData(row, Qt::Vertical).toString(); };
+  ASSERT_EQ(table.model()->rowCount(), 4);
+  Press(page, "&Add");
+  EXPECT_EQ(name(4), QString::fromUtf8("A8  u\u2078"));
+  TypeInto(table, 4, 0, "5e-6");
+  TypeInto(table, 2, 0, "2,5e-4");
+  EXPECT_TRUE(page.Fault().contains("decimal comma") && Fault(*sheet_).contains("decimal comma"));
+  EXPECT_EQ(table.model()->index(2, 0).data().toString(), "2,5e-4") << "is shown, not lost";
+  sheet_->ApplyNow();
+  EXPECT_EQ(Analysis().asphereCoefficients, (std::vector<double>{0.0, 0.0, 2e-4, -1e-6, 5e-6}));
+  TypeInto(table, 2, 0, "3e-4");
+  EXPECT_EQ(page.Fault(), "");
+  // A power in the middle cannot go without moving the others.
+  for (const int row : {2, 4}) {
+    table.selectionModel()->select(table.model()->index(row, 0), QItemSelectionModel::Select);
+  }
+  Press(page, "&Remove");
+  sheet_->ApplyNow();
+  EXPECT_EQ(Analysis().asphereCoefficients, (std::vector<double>{0.0, 0.0, 0.0, -1e-6}));
+  Child<QPushButton>(page, "fit").click();
+  EXPECT_EQ(page.Preview().xAxis->range(), QCPRange(-5.0, 5.0)) << "the clear aperture";
+  Type(*sheet_, "ASPHERIC_PARAMETERS.C_CurvatureMM", "0");
+  // A power alone, 5 mm from the apex.
+  EXPECT_NEAR((page.Preview().graph(0)->data()->constEnd() - 1)->value, 1000.0 * 15625.0 * -1e-6, 1e-6);
+  Child<QCheckBox>(Field(*sheet_, "ASPHERIC_PARAMETERS.EvenTermsOnly")).click();
+  EXPECT_EQ(name(2), QString::fromUtf8("A4  u\u00B3")) << "every power";
+}
+
+TEST_F(ShapeSheet, FreeFormPointsComeFromTextAndTable) {
+  auto& page = OpenPage<CFreeFormPage>("freeform.lmt", "freeform.ini");
+  QTableView& table = page.Table();
+  QApplication::clipboard()->setText("X\tZ\n0\t1,5\n1\t2\n2\t4\n4\t3\n");
+  Press(page, "&Paste");
+  sheet_->ApplyNow();
+  EXPECT_EQ(Analysis().freeFormPoints, (std::vector<FreeFormPoint>{{0, 1.5}, {1, 2}, {2, 4}, {4, 3}}));
+  EXPECT_EQ(page.Preview().xAxis->range(), QCPRange(0.0, 4.0)) << "the preview shows them all";
+  EXPECT_FALSE(page.TakeFile(folder_.Write("bad.txt", "1 2\n3 four\n")));
+  ASSERT_EQ(prompts_.messages.size(), 1U);
+  EXPECT_NE(prompts_.messages[0].find("line 2: not two numbers."), std::string::npos) << prompts_.messages[0];
+  EXPECT_TRUE(page.TakeFile(folder_.Write("good.txt", "0;0\n1;1\n2;4\n3;9\n4;16\n")));
+  EXPECT_EQ(table.model()->rowCount(), 5);
+  sheet_->reject();
+  EXPECT_EQ(Analysis().freeFormPoints.size(), 251U) << "Cancel puts everything back";
+}
+
+class Regions : public WindowTest {
+protected:
+  Regions() : WindowTest("ground.lmt") {}
+
+  static QString Stretch(const QWidget& dialog) { return Child<QLabel>(dialog, "stretch").text(); }
+};
+
+TEST_F(Regions, AreEnteredByKindAndLength) {
+  Choose("computeOverRegion", {[](QWidget& dialog) {
+           EXPECT_EQ(Stretch(dialog), "8000 points = 4.0000 mm, from 0.0000 mm to 3.9995 mm") << "the whole at first";
+           Child<QComboBox>(dialog, "mode").setCurrentIndex(kLengthUpToEndOffset);
+           EXPECT_FALSE(Child(dialog, "length0").isEnabled());
+           Type(Child(dialog, "length1"), "0.5");
+           Type(Child(dialog, "length2"), "7");
+           EXPECT_FALSE(Ok(dialog).isEnabled());
+           EXPECT_EQ(Child(dialog, "length2").accessibleDescription(), "Must be from 0 to 4");
+           Type(Child(dialog, "length2"), "2");
+           EXPECT_EQ(Stretch(dialog), "4001 points = 2.0005 mm, from 1.5000 mm to 3.5000 mm");
+           Ok(dialog).click();
+         }});
+  EXPECT_EQ(InForce().profiles.computeRange, IndexRange::FromEnds(3000, 7000));
+}
+
+TEST_F(Regions, TheClearApertureIsForAspheres) {
+  ASSERT_TRUE(Doc().LoadSettingsFile(Sample("asphere.ini")));
+  ASSERT_TRUE(frame_->OpenFile(Sample("asphere.lmt")));
+  Choose("computeOverClearAperture", {[](QWidget& dialog) {
+           const auto fields = dialog.findChildren<QLineEdit*>();
+           Type(*fields[0], "4");
+           Type(*fields[1], "0.5");
+           Ok(dialog).click();
+         }});
+  EXPECT_TRUE(InForce().settings.analysis.AsphereUseClearAperture);
+  const double spacingMM = InForce().profiles.spacingUM * 0.001;
+  EXPECT_NEAR(InForce().profiles.computeRange->count * spacingMM, 4.0, 0.01);
+  EXPECT_NEAR(InForce().scope.exclusion->count * spacingMM, 0.5, 0.01);
+  Choose("computeAll");
+  EXPECT_FALSE(InForce().settings.analysis.AsphereUseClearAperture);
+}
+
+TEST_F(Regions, WholeCutoffsAreASwitch) {
+  const auto last = [this] { return InForce().profiles.computeRange->last; };
+  Choose("wholeNumberOfCutoffs");
+  // 4 mm hold 4 cut-offs of 0.8 mm between two discarded halves.
+  EXPECT_EQ(last(), 7999);
+  EXPECT_NEAR(InForce().profiles.evaluationRange->count * 0.0005, 3.2, 0.002);
+  Change([](AnalysisSettings& analysis) { analysis.LcCutoffMM = 0.9; });
+  EXPECT_EQ(last(), 7200) << "3 cut-offs and two halves";
+  EXPECT_EQ(InForce().settings.analysis.UserDiscardType, kDiscardHalfCutoff);
+  Choose("wholeNumberOfCutoffs");
+  EXPECT_EQ(last(), 7999);
+  EXPECT_EQ(InForce().settings.analysis.UserDiscardType, kDiscardNone) << "as it was before";
+}
+
+}  // namespace
+}  // namespace texturon
