@@ -16,8 +16,7 @@ namespace {
 TEST(Iso13565Filter, DiscardsOneCutoffAtEachEnd) {
   struct Case {
     std::size_t n;
-    double spacingUM;
-    double cutoffMM;
+    double spacingUM, cutoffMM;
     std::optional<IndexRange> expected;
   };
   const Case cases[] = {
