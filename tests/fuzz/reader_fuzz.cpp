@@ -16,12 +16,12 @@
 #include <string_view>
 #include <vector>
 
+#include "base/charset.h"
 #include "base/text.h"
 #include "formats/import.h"
 #include "formats/native_format.h"
 #include "formats/recognition.h"
 #include "formats/sample_texts.h"
-#include "formats/text_lines.h"
 #include "platform/prompts.h"
 #include "record/profile_set.h"
 
@@ -35,7 +35,7 @@ struct Target {
   std::vector<ProfileReader> readers;
 };
 
-/// A reader's name as a word: "taylor_hobson_prf".
+/// A reader's name as a word: "native_format".
 std::string Word(std::string_view name) {
   std::string word = LowerAscii(name);
   std::replace_if(

@@ -53,7 +53,7 @@ TEST(Curves, ThinnedForAScreenTheyLoseNothingThatCanBeSeen) {
   for (const auto& [from, to] : {std::pair(-5.0, 5.0), std::pair(3.0, 4.5), std::pair(0.0, 0.1)}) {
     ExpectDense(ProbabilityCurve(sorted, from, to, 1000), quantiles, &ProbabilityPoint::deviations, from, to, 1000);
   }
-  EXPECT_EQ(BearingRatioCurve({}, 0.0, 100.0, 1000).size(), 0U);
+  EXPECT_TRUE(BearingRatioCurve({}, 0.0, 100.0, 1000).empty());
   EXPECT_EQ(ProbabilityCurve(std::vector<double>{1.0}, -1.0, 1.0, 1000).size(), 1U);
 }
 

@@ -22,15 +22,5 @@ TEST(DoubleDouble, HoldsAnIntegerOf96BitsAndDividesItDownAgain) {
   EXPECT_LT(std::abs(power.lo), 60 * kTolerance);
 }
 
-TEST(DoubleDouble, KeepsWhatADoubleDropsInASumAndAProduct) {
-  const DoubleDouble small(0x1p-80);
-  const DoubleDouble sum = DoubleDouble(1.0) + small;
-  EXPECT_EQ((sum - DoubleDouble(1.0)).hi, 0x1p-80);
-  EXPECT_EQ((-sum + DoubleDouble(1.0)).hi, -0x1p-80);
-  // (1 + e)(1 - e) = 1 - e^2
-  const DoubleDouble e(0x1p-40);
-  EXPECT_EQ(((DoubleDouble(1.0) + e) * (DoubleDouble(1.0) - e) - DoubleDouble(1.0)).hi, -0x1p-80);
-}
-
 }  // namespace
 }  // namespace texturon

@@ -12,8 +12,7 @@ namespace texturon {
 
 /// A complex sequence of the transform tests.
 struct Signal {
-  std::vector<double> re;
-  std::vector<double> im;
+  std::vector<double> re, im;
 };
 
 inline Signal RandomSignal(std::size_t n) {

@@ -15,8 +15,7 @@ namespace {
 
 struct Spectrum {
   std::optional<std::int32_t> count;
-  std::vector<double> amplitude;
-  std::vector<double> phase;
+  std::vector<double> amplitude, phase;
 };
 
 Spectrum SpectrumOf(const std::vector<double>& z) {

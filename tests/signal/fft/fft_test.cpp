@@ -16,8 +16,7 @@ TEST(Fft, AcceptsLengthsWithoutLongPrimes) {
   for (const std::size_t n : {0U, 503U, 1006U, 1509U, 253'009U}) EXPECT_FALSE(FftAcceptsLength(n)) << n;
 
   struct Case {
-    std::size_t n;
-    std::size_t largest;
+    std::size_t n, largest;
   };
   for (const Case& c : {Case{503, 502}, {500, 500}, {1509, 1508}, {1019, 1017}, {5, 5}, {4, 0}, {0, 0}}) {
     EXPECT_EQ(LargestFftLength(c.n), c.largest) << c.n;

@@ -16,8 +16,7 @@ namespace {
 TEST(Iso13565Filter, DiscardsOneCutoffAtEachEnd) {
   struct Case {
     std::size_t n;
-    double spacingUM;
-    double cutoffMM;
+    double spacingUM, cutoffMM;
     std::optional<IndexRange> expected;
   };
   const Case cases[] = {
@@ -53,13 +52,6 @@ TEST(Iso13565Filter, FollowsThePlateauOverAValley) {
   double roughness = 0.0;
   for (std::size_t i = first; i < first + count; ++i) roughness += z[i] - w[i];
   EXPECT_NEAR(roughness / static_cast<double>(count), 0.0, 1e-14);
-  // The plain line dips by some part p of the depth. The valley that it closes is p deep and no wider.
-  const double plainDip = plain[first + 20] - plain[1000];
-  const double dip = w[first + 20] - w[1000];
-  EXPECT_GT(plainDip, 3.0);
-  EXPECT_GT(dip, 0.5);
-  EXPECT_LT(dip, plainDip * plainDip / 10.0);
-
   // Twice the plain filter by hand, with the valley closed in between.
   std::vector<double> closed = z;
   for (std::size_t i = 0; i < z.size(); ++i) {

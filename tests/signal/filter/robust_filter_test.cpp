@@ -51,14 +51,12 @@ std::vector<double> Twin(const std::vector<double>& z, double cutoffMM, double t
 
 TEST(RobustFilter, LeavesScratchesToTheRoughness) {
   const std::vector<double> z = Scratched(3000);
-  const std::vector<double> before = z;
   for (const double tension : {0.0, kGaussianLikeTension}) {
     std::vector<double> w(z.size()), plain(z.size());
     RecordingProgress progress(1000);
     const RobustResult result = RobustSplineFilter(z, w, 0.5, 0.08, tension, &progress);
     ASSERT_EQ(result.stop, RobustStop::kConverged);
     EXPECT_EQ(result.range, IndexRange::FromCount(0, 3000));
-    EXPECT_EQ(z, before);
     ASSERT_TRUE(SplineFilter(z, plain, 0.5, 0.08, tension));
     for (const std::size_t scratch : {500u, 1500u, 2500u}) {
       const double surface = 12.1 + std::sin(static_cast<double>(scratch) * 0.004);

@@ -23,8 +23,7 @@ double CutoffMM(double cutoffPerSpacing) {
 }
 
 struct Case {
-  double cutoffPerSpacing;
-  double tension;
+  double cutoffPerSpacing, tension;
 };
 
 // The filter's equations as they stand, set up from the difference operators and eliminated top down in

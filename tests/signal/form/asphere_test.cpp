@@ -86,24 +86,6 @@ TEST(AsphereShape, HasTheSagAndItsDerivativesForManyAtOnce) {
   }
 }
 
-TEST(AsphereMerit, IsTheSumOfSquaresAlongTheAxis) {
-  const AsphereDescription asphere{-0.05, 0.4, {0.0, 0.0, 1e-4, -2e-5}};
-  std::mt19937_64 random(3);
-  std::vector<double> x, z;
-  for (int i = 0; i < 777; ++i) {
-    x.push_back(0.01 * i);
-    z.push_back(Uniform(random, -1.0, 1.0));
-  }
-  for (const double slope : {0.0, 0.2, -0.7}) {
-    long double sum = 0.0L;
-    for (std::size_t i = 0; i < x.size(); ++i) {
-      const long double deviation = PlainDeviation(x[i], z[i], {4.0L, 0.1L, slope}, asphere);
-      sum += deviation * deviation;
-    }
-    EXPECT_TRUE(Near(AsphereMerit({x, z}, {4.0, 0.1, slope}, asphere) / static_cast<double>(sum), 1.0, 1e-13));
-  }
-}
-
 TEST(AsphereTables, ListTheSagAtEqualSteps) {
   const AsphereDescription sphere{0.1, 1.0, {}};
   const auto rows = SagTable(sphere, 0.0, 6.0, 0.05);

@@ -84,20 +84,5 @@ TEST(Minimise, StopsForFourReasons) {
   EXPECT_EQ(Minimise(undefined, point, steps, 1e-6, nullptr).stop, MinimiseStop::kNotFinite);
 }
 
-TEST(BrentMinimise, FindsTheMinimumOfABracketInEitherOrder) {
-  const auto merit = [](double x) { return std::cos(x) + 0.1 * x; };  // minimum where sin x = 0.1
-  const double expected = std::acos(-1.0) - std::asin(0.1);
-  for (const Bracket bracket : {Bracket{1.0, 3.0, 6.0}, Bracket{6.0, 3.0, 1.0}}) {
-    const auto result = BrentMinimise(merit, bracket, kLineTolerance);
-    EXPECT_TRUE(Near(result.step, expected, kLineTolerance));
-    EXPECT_EQ(result.merit, merit(result.step));
-    EXPECT_FALSE(result.hitLimit);
-  }
-  // A tolerance that cannot be met about 1e200, where the guard of 1e-10 is nothing.
-  const auto far = BrentMinimise([](double x) { return Square(x - 1e200 / 3.0); }, {0.0, 5e199, 1e200}, 0.0);
-  EXPECT_TRUE(far.hitLimit);
-  EXPECT_GE(far.evaluations, kBrentIterationLimit);
-}
-
 }  // namespace
 }  // namespace texturon
