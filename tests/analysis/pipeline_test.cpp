@@ -256,6 +256,7 @@ TEST_F(Pipeline, CutsTheWavinessIntoLengthsOfTheFormFilter) {
   Load(40'000);
   Settings().FormRemovalType = kFormFilter;
   Settings().FormFilterCutoffMM = 2.0;  // not a fifth of 20 mm
+  Settings().WcSamplingLengthPercent = 40.0;
   ASSERT_EQ(Run(), ComputeOutcome::kDone);
   const auto heights = document_.profiles.View(ProfileKind::kWaviness).Heights();
   const auto value = [&](double lengthMM) {
