@@ -15,6 +15,7 @@
 #include "base/number_text.h"
 #include "signal/mean.h"
 #include "support/near.h"
+#include "support/row_value.h"
 #include "support/scratch_folder.h"
 #include "support/scripted_prompts.h"
 
@@ -247,6 +248,22 @@ TEST_F(Pipeline, ThinsAllDataByTheStepOfTheRegion) {
   Settings().ResidualType = kResidualVertical;
   ASSERT_EQ(Run(), ComputeOutcome::kDone);
   EXPECT_TRUE(Near(document_.profiles.form[2000], 20.0 / 41.0, 1e-9)) << "20 of 41 points, symmetric about this one";
+}
+
+TEST_F(Pipeline, CutsTheWavinessIntoLengthsOfTheFormFilter) {
+  Settings().parameters = {{.name = "Wc"}};
+  ApplySettings(document_, document_.settings);
+  Load(40'000);
+  Settings().FormRemovalType = kFormFilter;
+  Settings().FormFilterCutoffMM = 2.0;  // not a fifth of 20 mm
+  Settings().WcSamplingLengthPercent = 40.0;
+  ASSERT_EQ(Run(), ComputeOutcome::kDone);
+  const auto heights = document_.profiles.View(ProfileKind::kWaviness).Heights();
+  const auto value = [&](double lengthMM) {
+    return RowValue("c", {{heights.begin(), heights.end()}, 'W', kSpacingUM * 0.001, lengthMM, Settings()});
+  };
+  EXPECT_NE(value(4.0), value(2.0));
+  EXPECT_EQ(document_.catalogue.rows[0].value, value(2.0));
 }
 
 TEST_F(Pipeline, SurvivesAnyExclusion) {

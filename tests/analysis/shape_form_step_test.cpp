@@ -201,6 +201,8 @@ TEST_F(ShapeForm, TakesTheApertureAboutTheFittedApex) {
   for (const double curvature : {-0.1, -0.001}) {
     UseAsphere(curvature);
     LoadAsphere(2.4, 0.05, 3001);
+    // The weak one is looked for about the middle, to which a burr at its edge does not reach.
+    for (std::size_t i = 0; i < 400 && curvature == -0.001; ++i) document_.profiles.raw[i] += 0.5;
     ASSERT_EQ(Run(), ComputeOutcome::kDone);
     EXPECT_EQ(document_.profiles.computeRange, IndexRange::FromEnds(450, 1950));
     EXPECT_EQ(document_.scope.exclusion, IndexRange::FromEnds(1180, 1220));

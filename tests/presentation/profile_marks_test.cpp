@@ -56,7 +56,7 @@ TEST(ProfileMarks, StandAtTheEndsOfTheRanges) {
 }
 
 TEST(RemovedForm, AndWhatIsLeftMakeTheRecord) {
-  for (const std::int32_t residual : {kResidualPerpendicular, kResidualVertical}) {
+  for (const std::int32_t residual : {0, 1, -4}) {
     Document document = Ramp();
     EXPECT_EQ(RemovedForm(document).range.count, 0) << "nothing is computed yet";
     Settings settings = document.settings;
@@ -75,7 +75,7 @@ TEST(RemovedForm, AndWhatIsLeftMakeTheRecord) {
     for (const std::size_t i : {1000U, 5000U, 10'000U}) {
       EXPECT_NEAR(form.samples[i], 0.75 * static_cast<double>(i), 0.01);
       // A slope of 3 in 4 makes a distance 4 / 5 of the height.
-      const double height = document.profiles.formSuppressed[i] * (residual == kResidualVertical ? 1.0 : 1.25);
+      const double height = document.profiles.formSuppressed[i] * (residual == kResidualPerpendicular ? 1.25 : 1.0);
       EXPECT_NEAR(form.samples[i] + height, document.profiles.raw[i], 1e-9);
     }
     document.scope.allDataForForm = true;

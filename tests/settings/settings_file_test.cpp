@@ -14,23 +14,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-TEST(SettingsFile, SavesAndLoads) {
-  const ScratchFolder folder;
-  Settings settings;
-  settings.analysis.LcCutoffMM = 2.5;
-  settings.display.CompanyName = "M\xFCller";
-  folder.Write("a.ini", "; mine\r\n");
-  ASSERT_TRUE(SaveSettings(folder / "a.ini", settings).ok());
-  EXPECT_TRUE(folder.Read("a.ini").starts_with("; mine\r\n[TEXTURON]\r\n"));
-  ScriptedPrompts prompts;
-  Settings loaded;
-  ASSERT_TRUE(LoadSettings(folder / "a.ini", loaded, prompts).ok());
-  loaded.analysis.C_CurvatureMM = settings.analysis.C_CurvatureMM;  // the two defaults with more than six decimals
-  loaded.analysis.E_ConicConstant = settings.analysis.E_ConicConstant;
-  EXPECT_EQ(loaded, settings);
-  EXPECT_TRUE(prompts.notices.empty());
-}
-
 TEST(SettingsFile, ReadsWideText) {
   const ScratchFolder folder;
   std::string wide = "\xFF\xFE";

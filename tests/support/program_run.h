@@ -34,7 +34,8 @@ inline Outcome Texturon(std::vector<std::string> arguments) {
 }
 
 inline std::string Sample(const char* name) {
-  return std::string(TEXTURON_SOURCE_DIR) + "/samples/" + name;
+  std::string path = TEXTURON_SOURCE_DIR "/samples/";
+  return path += name;
 }
 
 }  // namespace texturon

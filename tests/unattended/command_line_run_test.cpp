@@ -183,7 +183,10 @@ TEST_F(CommandLineRun, MotifsOfEqualTeethAreTheTeeth) {
   constexpr int kTooth = 38;
   const auto height = [](int i) { return 0.05 * (2 * std::min(i % kTooth, kTooth - i % kTooth) - 19); };
   folder_.Write("S14.prf", Record(10 * kTooth, height));
-  ASSERT_TRUE(Run("[a]\r\nParameters=R,Rx,AR,W,Wte\r\nFormOption=0\r\nABLength=0.5,2.5\r\n", "S14.prf").done);
+  ASSERT_TRUE(Run("[a]\r\nParameters=R,Rx,AR,W,Wte\r\nFormOption=0\r\nABLength=0.5,2.5\r\n"
+                  "UseMaxMinLimits=0\r\nR_Checked=1\r\nR_Min=1.95\r\nR_Max=2\r\n",
+                  "S14.prf")
+                  .done);
   EXPECT_TRUE(MatchesGolden("unattended/motifs.txt", Results()));
   EXPECT_EQ(folder_.Read("out/PRIMARY_MOTIF.S4"), ProfileFile(0, 10 * kTooth - 1, height));
   // From the first peak to the last one. A flat envelope has no motifs.
@@ -193,8 +196,9 @@ TEST_F(CommandLineRun, MotifsOfEqualTeethAreTheTeeth) {
 
 TEST_F(CommandLineRun, RkPassLosesACutoffAtEachEnd) {
   constexpr int kCutoffPoints = 80;
-  ASSERT_TRUE(Run("[a]\r\nParameters=Rk\r\nFormOption=0\r\n").done);
+  ASSERT_TRUE(Run("[a]\r\nParameters=Rk,CV\r\nFormOption=0\r\n").done);
   EXPECT_TRUE(Results().starts_with("04/03/2015 09:05:07\r\nRK : RK/0.8000 -    mm\r\nResult = ?\r\nRk = "));
+  EXPECT_TRUE(Results().ends_with(" um3/um2\r\n")) << Results();
   // The line above the valleys is level, and the roughness has zero mean.
   EXPECT_EQ(folder_.Read("out/ROUGHNESS_RK.S4"), ProfileFile(kCutoffPoints, kPoints - kCutoffPoints - 1, Alternating));
 }
@@ -202,7 +206,8 @@ TEST_F(CommandLineRun, RkPassLosesACutoffAtEachEnd) {
 TEST(TestPlan, SortsNamesIntoFamiliesAndWarnsOfWhatItCannotDo) {
   const IniFile plan(
       "[a]\r\nParameters=Rk,Mr1,RSm,Wx,Wa,AW,Fp,CV\r\nRoughFilter=3\r\nRoughCutOffLength=0.25\r\n"
-      "RoughBandWidthRatio=100\r\nRoughNumOfCuttOffs=4\r\nRKBandWidthRatio=300\r\nWavFilter=spline\r\nFormOption=9\r\n"
+      "RoughBandWidthRatio=100\r\nRoughNumOfCuttOffs=4\r\nRKBandWidthRatio=300\r\nRKNumOfCuttOffs=0\r\nWavFilter="
+      "spline\r\nFormOption=9\r\n"
       "ABLength=0.4,2\r\nMaxHybrids=5\r\nHybrids_0_Type=Wmr\r\nHybrids_1_Type=WHtp\r\nHybrids_2_Type=Phsc\r\n"
       "Hybrids_2_Mode=1\r\nHybrids_3_Type=Rpc\r\nHybrids_3_Val1=0.7\r\nHybrids_4_Type=Rmr\r\nHybrids_4_Val1=-1\r\n"
       "Hybrid_2_0_Type=RHtp\r\nHybrid_2_1_Type=PHtp\r\nHybrid_2_1_Val1=20\r\nHybrid_2_1_Val2=80\r\n");

@@ -143,6 +143,8 @@ TEST_F(FolderBatch, ResumeBeginsAnewWhereNotEvenTheHeaderIsWhole) {
     EXPECT_TRUE(Run().complete());
     EXPECT_EQ(folder_.Read("rows.csv"), whole);
   }
+  options_.files.push_back(options_.files.front());
+  EXPECT_EQ(Run().summary.analysed, 1u) << "one row is no two files";
 }
 
 TEST_F(FolderBatch, AFailureIsOneLineWhateverTheName) {
@@ -177,21 +179,15 @@ TEST_F(FolderBatch, WritesTheProfilesOfEachFile) {
 }
 
 TEST(FolderFiles, MasksMatchAsUsersExpect) {
-  const struct {
-    const char *name, *mask;
-    bool matches;
-  } cases[] = {{"a.prf", "*.PRF", true},
-               {"a.prf.tmp", "*.prf", false},
-               {"a", "*.*", true},
-               {"a1b.prf", "a?b.*", true},
-               {"ab.prf", "a?b.*", false},
-               {"aXbXc", "a*b*c", true},
-               {"aXbX", "a*b*c", false},
-               {"mississippi", "*iss*pi", true},
-               {"", "*", true},
-               {"a", "", false},
-               {"ab", "a", false}};
-  for (const auto& c : cases) EXPECT_EQ(MatchesMask(c.name, c.mask), c.matches) << c.name << " " << c.mask;
+  using Pair = std::pair<const char*, const char*>;
+  for (const auto& [name, mask] :
+       {Pair{"a.prf", "*.PRF"}, {"a", "*.*"}, {"a1b.prf", "a?b.*"}, {"aXbXc", "a*b*c"}, {"mississippi", "*iss*pi"}}) {
+    EXPECT_TRUE(MatchesMask(name, mask)) << mask;
+  }
+  for (const auto& [name, mask] :
+       {Pair{"a.prf.tmp", "*.prf"}, {"ab.prf", "a?b.*"}, {"aXbX", "a*b*c"}, {"a", ""}, {"ab", "a"}}) {
+    EXPECT_FALSE(MatchesMask(name, mask)) << mask;
+  }
 }
 
 }  // namespace
