@@ -18,8 +18,7 @@ public:
 
   explicit DialogDriver(std::vector<Action> actions) : actions_(std::move(actions)) { Look(); }
   ~DialogDriver() { EXPECT_EQ(next_, actions_.size()) << "a dialog did not come"; }
-  DialogDriver(const DialogDriver&) = delete;
-  DialogDriver& operator=(const DialogDriver&) = delete;
+  Q_DISABLE_COPY(DialogDriver)
 
 private:
   void Look() {

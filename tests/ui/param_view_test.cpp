@@ -21,7 +21,6 @@ protected:
 TEST_F(ParamView, StandsInAnyNumberOfColumns) {
   const std::vector<ShownRow> rows = ShownRows(InForce());
   const QString text = Grid().AsText();
-  ASSERT_EQ(Grid().Records().size(), std::ssize(rows));
   for (int columns = 1; columns <= 6; ++columns) {
     Choose(QString("columns%1").arg(columns));
     std::size_t i = 0;
@@ -45,19 +44,16 @@ TEST_F(ParamView, CopiesTheSelectedRecordsWhole) {
 }
 
 TEST_F(ParamView, RowsOutOfToleranceStandOut) {
+  Choose("columns1");
   Change([](AnalysisSettings& analysis) {
     for (ParameterSelection& choice : analysis.parameters) {
       choice.tolerance = {.toleranced = true, .upperLimit = choice.name == "Ra" ? 0.1 : 1e9};
     }
   });
-  int out = 0;
-  for (int i = 0; i < Grid().rowCount() * Grid().columnCount(); ++i) {
-    const QTableWidgetItem* const item = Grid().item(i / Grid().columnCount(), i % Grid().columnCount());
-    if (item == nullptr || item->background().style() == Qt::NoBrush) continue;
-    ++out;
-    EXPECT_EQ(Cells(Grid().RecordAt(item->row(), item->column()))[0], "Ra");
+  for (int row = 0; row < Grid().rowCount(); ++row) {
+    const bool isOut = Cells(Grid().RecordAt(row, 0))[0] == "Ra";
+    EXPECT_EQ(Grid().item(row, 0)->background().style() != Qt::NoBrush, isOut) << row;
   }
-  EXPECT_GE(out, 4) << "the whole record";
 }
 
 TEST_F(ParamView, AsksForTheSettingsOfARecord) {

@@ -10,7 +10,6 @@
 #include "ui/plots/texturon_view.h"
 #include "ui/sheets/region_dialogs.h"
 #include "ui/sheets/settings_sheet.h"
-#include "ui/window/keys_dialog.h"
 #include "ui/window_fixture.h"
 
 namespace texturon {
@@ -69,8 +68,6 @@ TEST_F(Pictures, OfTheSheetsAndDialogs) {
   Take(Child<CAutoLoadingSheet>(*frame_), "auto-loading");
   CRegionDialog region(InForce(), frame_.get());
   Take(region, "region");
-  CKeysDialog keys(*frame_);
-  Take(keys, "keys");
   Choose("batchOfAFolder");
   Take(Child<CFolderBatchWindow>(*frame_), "batch");
 }

@@ -27,8 +27,8 @@ protected:
   CSettingsSheet& OpenSettings() { return Open<CSettingsSheet>("settings"); }
 
   static CSettingField& Field(const QWidget& sheet, const QString& name) { return Child<CSettingField>(sheet, name); }
-  static void Type(const QWidget& sheet, const QString& name, const QString& text) {
-    texturon::Type(Child(Field(sheet, name)), text);
+  static void Enter(const QWidget& sheet, const QString& name, const QString& text) {
+    Type(Child(Field(sheet, name)), text);
   }
   static void ChooseFrom(QComboBox& list, int index) {
     list.setCurrentIndex(index);
@@ -109,7 +109,7 @@ TEST_F(SettingsSheet, CutoffsAreChosenOrEnteredAndFieldsFollow) {
   sheet.ApplyNow();
   EXPECT_EQ(Analysis().LcCutoffMM, 0.25);
   ChooseFrom(cutoffs, cutoffs.count() - 1);
-  Type(sheet, "ANALYSIS.UserLcCutoffMM", "0.5");
+  Enter(sheet, "ANALYSIS.UserLcCutoffMM", "0.5");
   // Applied without asking, and what the analysis itself sets comes back into the sheet.
   ChooseFrom(Child<QComboBox>(Field(sheet, "ANALYSIS.UserDiscardType")), 1);
   EXPECT_TRUE(QTest::qWaitFor([&] { return Analysis().LcCutoffMM == 0.5; }, 3000));
@@ -121,7 +121,7 @@ TEST_F(SettingsSheet, WrongEntriesAreMarkedAndLeaveTheSettings) {
   CSettingsSheet& sheet = OpenSettings();
   const Settings before = InForce().settings;
   const char* const name = "ANALYSIS.RoughnessPcLevel";
-  Type(sheet, name, "2,5");
+  Enter(sheet, name, "2,5");
   EXPECT_TRUE(Field(sheet, name).Fault().contains("decimal comma"));
   EXPECT_TRUE(Fault(sheet).contains("decimal comma"));
   EXPECT_FALSE(Child(Field(sheet, name)).styleSheet().isEmpty());
@@ -130,7 +130,7 @@ TEST_F(SettingsSheet, WrongEntriesAreMarkedAndLeaveTheSettings) {
   sheet.accept();
   EXPECT_TRUE(sheet.isVisible()) << "OK shows the entry instead of losing it";
   EXPECT_TRUE(Child(Field(sheet, name)).isVisible());
-  Type(sheet, name, "0.5");
+  Enter(sheet, name, "0.5");
   EXPECT_EQ(Field(sheet, name).Fault(), "");
   EXPECT_TRUE(prompts_.messages.empty()) << "no message box";
 }
@@ -165,7 +165,7 @@ TEST_F(SettingsSheet, WhatIsEnteredIsOneEditAndCancelTakesBackOnlyItsOwn) {
   CSettingsSheet& sheet = OpenSettings();
   const double preset = Analysis().SplineTension;
   const auto enter = [&](const char* tension) {
-    Type(sheet, "ANALYSIS.SplineTension", tension);
+    Enter(sheet, "ANALYSIS.SplineTension", tension);
     sheet.ApplyNow();
   };
   enter("0.5");
@@ -203,12 +203,10 @@ TEST_F(SettingsSheet, NeitherEnterNorWheelDisturbsTyping) {
 class ShapeSheet : public SettingsSheet {
 protected:
   template <typename Page>
-  Page& OpenPage(const char* profile, const char* settings) {
-    EXPECT_TRUE(Doc().LoadSettingsFile(Sample(settings)));
-    EXPECT_TRUE(frame_->OpenFile(Sample(profile)));
+  Page& OpenPage(const std::string& shape, int page) {
+    EXPECT_TRUE(Doc().LoadSettingsFile(Sample((shape + ".ini").c_str())));
     sheet_ = &OpenSettings();
-    // The preview is drawn where it is seen.
-    sheet_->Pages().setCurrentIndex(std::is_same_v<Page, CAspherePage> ? 7 : 9);
+    sheet_->Pages().setCurrentIndex(page);
     return Child<Page>(*sheet_);
   }
   /// Types into a cell as a user does.
@@ -217,7 +215,7 @@ protected:
     table.setCurrentIndex(index);
     table.edit(index);
     auto& editor = Child(*table.viewport());
-    texturon::Type(editor, text);
+    Type(editor, text);
     QTest::keyClick(&editor, Qt::Key_Return);
     QApplication::processEvents();
     QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -227,7 +225,7 @@ protected:
 };
 
 TEST_F(ShapeSheet, CoefficientsAreATable) {
-  auto& page = OpenPage<CAspherePage>("asphere.lmt", "asphere.ini");
+  auto& page = OpenPage<CAspherePage>("asphere", 7);
   QTableView& table = page.Table();
   const auto name = [&table](int row) { return table.model()->headerData(row, Qt::Vertical).toString(); };
   ASSERT_EQ(table.model()->rowCount(), 4);
@@ -250,7 +248,7 @@ TEST_F(ShapeSheet, CoefficientsAreATable) {
   EXPECT_EQ(Analysis().asphereCoefficients, (std::vector<double>{0.0, 0.0, 0.0, -1e-6}));
   Child<QPushButton>(page, "fit").click();
   EXPECT_EQ(page.Preview().xAxis->range(), QCPRange(-5.0, 5.0)) << "the clear aperture";
-  Type(*sheet_, "ASPHERIC_PARAMETERS.C_CurvatureMM", "0");
+  Enter(*sheet_, "ASPHERIC_PARAMETERS.C_CurvatureMM", "0");
   // A power alone, 5 mm from the apex.
   EXPECT_NEAR((page.Preview().graph(0)->data()->constEnd() - 1)->value, 1000.0 * 15625.0 * -1e-6, 1e-6);
   Child<QCheckBox>(Field(*sheet_, "ASPHERIC_PARAMETERS.EvenTermsOnly")).click();
@@ -258,7 +256,7 @@ TEST_F(ShapeSheet, CoefficientsAreATable) {
 }
 
 TEST_F(ShapeSheet, FreeFormPointsComeFromTextAndTable) {
-  auto& page = OpenPage<CFreeFormPage>("freeform.lmt", "freeform.ini");
+  auto& page = OpenPage<CFreeFormPage>("freeform", 9);
   QTableView& table = page.Table();
   QApplication::clipboard()->setText("X\tZ\n0\t1,5\n1\t2\n2\t4\n4\t3\n");
   Press(page, "&Paste");
@@ -274,16 +272,8 @@ TEST_F(ShapeSheet, FreeFormPointsComeFromTextAndTable) {
   EXPECT_EQ(Analysis().freeFormPoints.size(), 251U) << "Cancel puts everything back";
 }
 
-class Regions : public WindowTest {
-protected:
-  Regions() : WindowTest("ground.lmt") {}
-
-  static QString Stretch(const QWidget& dialog) { return Child<QLabel>(dialog, "stretch").text(); }
-};
-
-TEST_F(Regions, AreEnteredByKindAndLength) {
+TEST_F(SettingsSheet, RegionsAreEnteredByKindAndLength) {
   Choose("computeOverRegion", {[](QWidget& dialog) {
-           EXPECT_EQ(Stretch(dialog), "8000 points = 4.0000 mm, from 0.0000 mm to 3.9995 mm") << "the whole at first";
            Child<QComboBox>(dialog, "mode").setCurrentIndex(kLengthUpToEndOffset);
            EXPECT_FALSE(Child(dialog, "length0").isEnabled());
            Type(Child(dialog, "length1"), "0.5");
@@ -291,13 +281,13 @@ TEST_F(Regions, AreEnteredByKindAndLength) {
            EXPECT_FALSE(Ok(dialog).isEnabled());
            EXPECT_EQ(Child(dialog, "length2").accessibleDescription(), "Must be from 0 to 4");
            Type(Child(dialog, "length2"), "2");
-           EXPECT_EQ(Stretch(dialog), "4001 points = 2.0005 mm, from 1.5000 mm to 3.5000 mm");
+           EXPECT_EQ(Child<QLabel>(dialog, "stretch").text(), "4001 points = 2.0005 mm, from 1.5000 mm to 3.5000 mm");
            Ok(dialog).click();
          }});
   EXPECT_EQ(InForce().profiles.computeRange, IndexRange::FromEnds(3000, 7000));
 }
 
-TEST_F(Regions, TheClearApertureIsForAspheres) {
+TEST_F(SettingsSheet, TheClearApertureIsForAspheres) {
   ASSERT_TRUE(Doc().LoadSettingsFile(Sample("asphere.ini")));
   ASSERT_TRUE(frame_->OpenFile(Sample("asphere.lmt")));
   Choose("computeOverClearAperture", {[](QWidget& dialog) {
@@ -314,7 +304,7 @@ TEST_F(Regions, TheClearApertureIsForAspheres) {
   EXPECT_FALSE(InForce().settings.analysis.AsphereUseClearAperture);
 }
 
-TEST_F(Regions, WholeCutoffsAreASwitch) {
+TEST_F(SettingsSheet, WholeCutoffsAreASwitch) {
   const auto last = [this] { return InForce().profiles.computeRange->last; };
   Choose("wholeNumberOfCutoffs");
   // 4 mm hold 4 cut-offs of 0.8 mm between two discarded halves.
