@@ -2,7 +2,6 @@
 
 #include "parameters/motifs.h"
 
-#include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
 #include <numbers>

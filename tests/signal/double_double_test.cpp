@@ -5,8 +5,6 @@
 #include <cmath>
 #include <gtest/gtest.h>
 
-#include "support/near.h"
-
 namespace texturon {
 namespace {
 
