@@ -7,7 +7,6 @@
 #include <cmath>
 #include <gtest/gtest.h>
 
-#include "analysis/document_export.h"
 #include "support/loaded_document.h"
 
 namespace texturon {
@@ -60,19 +59,6 @@ TEST(CurveStep, MakesOnlyWhatIsWanted) {
   document.wanted = kNoCurves;
   Analyse(document);
   EXPECT_FALSE(document.results.probability.has_value()) << "a new run forgets what nobody wants any more";
-}
-
-TEST(CurveStep, ExportsNeedNoCurveBefore) {
-  SilentPrompts nobody;
-  Document whole = Honed(false);
-  Analyse(whole);
-  for (const char* name : {"spectrum", "roughness-brc", "primary-adf", "probability"}) {
-    Document bare = Honed(false);
-    EXPECT_FALSE(FindExportKind(name)->make(bare, nobody).ok()) << name << " before a run";
-    bare.wanted = kNoCurves;
-    Analyse(bare);
-    EXPECT_EQ(FindExportKind(name)->make(bare, nobody).text, FindExportKind(name)->make(whole, nobody).text) << name;
-  }
 }
 
 }  // namespace

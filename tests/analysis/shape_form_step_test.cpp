@@ -2,6 +2,7 @@
 
 #include "analysis/shape_form_step.h"
 
+#include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
 #include <random>
@@ -12,7 +13,6 @@
 #include "settings/nominal_settings.h"
 #include "support/measured_asphere.h"
 #include "support/near.h"
-#include "support/scratch_folder.h"
 #include "support/scripted_prompts.h"
 
 namespace texturon {
@@ -23,12 +23,7 @@ using Texts = std::vector<std::string>;
 
 class ShapeForm : public ::testing::Test {
 protected:
-  ShapeForm() {
-    document_ = MakeDocument();
-    environment_.traceFile = folder_ / "Xc.csv";
-    document_.writesTraceFile = false;
-    Settings().ResidualType = kResidualVertical;
-  }
+  ShapeForm() { Settings().ResidualType = kResidualVertical; }
   AnalysisSettings& Settings() { return document_.settings.analysis; }
   void Load(std::vector<double> z) { SetProfile(document_, MakeProfileSet(std::move(z), kSpacingUM)); }
   void LoadAsphere(double apexMM, double slope, std::size_t n) {
@@ -42,11 +37,11 @@ protected:
     Settings().asphereCoefficients = {0.0, 0.0, 1e-4};
   }
   ComputeOutcome Run() {
-    prompts_.messages.clear();
-    prompts_.questions.clear();
-    prompts_.progressTitles.clear();
-    prompts_.progressTexts.clear();
-    return Compute(document_, prompts_, environment_);
+    for (Texts* const texts :
+         {&prompts_.messages, &prompts_.questions, &prompts_.progressTitles, &prompts_.progressTexts}) {
+      texts->clear();
+    }
+    return Compute(document_, prompts_, {});
   }
   /// Text of the optimisation's window.
   std::string OptimizationText() const {
@@ -54,15 +49,12 @@ protected:
   }
   const AsphereFit& Asphere() const { return std::get<AsphereFit>(document_.results.formGeometry); }
   double LargestResidual() const {
-    double largest = 0.0;
-    for (const double residual : document_.profiles.formSuppressed) largest = std::max(largest, std::abs(residual));
-    return largest;
+    const auto [lowest, highest] = std::ranges::minmax(document_.profiles.formSuppressed);
+    return std::max(-lowest, highest);
   }
 
-  ScratchFolder folder_;
   ScriptedPrompts prompts_;
-  Environment environment_;
-  Document document_;
+  Document document_ = MakeDocument();
 };
 
 TEST_F(ShapeForm, ReadsCoefficientsByTheirPower) {

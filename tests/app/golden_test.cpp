@@ -6,7 +6,6 @@
 
 #include "support/golden.h"
 
-#include <algorithm>
 #include <gtest/gtest.h>
 #include <iterator>
 #include <set>

@@ -2,7 +2,6 @@
 
 // The commands export, batch and watch, and the rows that analyze adds, from the command line on.
 
-#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <filesystem>
@@ -22,19 +21,6 @@
 
 namespace texturon {
 namespace {
-
-// What the kinds hold is in the golden transcripts.
-TEST(ExportCommand, WritesToAFileWhatItShows) {
-  const ScratchFolder folder;
-  const Outcome shown = Texturon({"export", "--no-trace", Sample("ground.lmt"), "roughness"});
-  ASSERT_EQ(shown.status, 0) << shown.error;
-  const std::string path = (folder / "r.csv").string();
-  EXPECT_EQ(Texturon({"export", "--no-trace", Sample("ground.lmt"), "roughness", "-o", path}).status, 0);
-  EXPECT_EQ(folder.Read("r.csv"), shown.out);
-  const std::string form = (folder / "w.MOD").string();
-  EXPECT_EQ(Texturon({"export", "--no-trace", Sample("ground.lmt"), "waviness", "-o", form}).status, 0);
-  EXPECT_TRUE(folder.Read("w.MOD").starts_with("1 2\r\nTXRN_  0.000000e+000 MOD\r\n"));
-}
 
 // A failures file is made anew by each run; what is no file is not taken away for that.
 TEST(BatchCommand, LeavesAPipeWhereItIs) {

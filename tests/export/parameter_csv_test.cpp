@@ -4,10 +4,7 @@
 
 #include <chrono>
 #include <gtest/gtest.h>
-#include <map>
-#include <sstream>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "base/charset.h"
@@ -91,28 +88,6 @@ TEST(ParameterFile, InUseIsTriedTwiceAndThenTheRowIsLost) {
   EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(1500)) << "the second try comes later";
   EXPECT_EQ(prompts.messages, std::vector<std::string>{"rows.csv:  File is in use - parameters not written."});
   EXPECT_EQ(folder.Read("rows.csv"), "h\r\n");
-}
-
-TEST(ParameterFile, RowsOfManyWritersNeitherTearNorGetLost) {
-  const ScratchFolder folder;
-  const auto path = folder / "rows.csv";
-  constexpr int kRows = 50;
-  std::vector<std::thread> writers;
-  for (const char letter : {'a', 'b', 'c', 'd'}) {
-    writers.emplace_back([&path, letter] {
-      const std::string row(200, letter);
-      for (int i = 0; i < kRows; ++i) {
-        EXPECT_TRUE(AppendToParameterFile(path, "head\r\n", row + "\r\n", InUse::kWait).written);
-      }
-    });
-  }
-  for (std::thread& writer : writers) writer.join();
-  std::istringstream lines(folder.Read("rows.csv"));
-  std::map<std::string, int> counts;
-  for (std::string line; std::getline(lines, line);) ++counts[line];
-  std::map<std::string, int> wanted = {{"head\r", 1}};
-  for (const char letter : {'a', 'b', 'c', 'd'}) wanted[std::string(200, letter).append("\r")] = kRows;
-  EXPECT_EQ(counts, wanted);
 }
 
 }  // namespace

@@ -36,10 +36,8 @@ TEST(CurveReadouts, SayWhatStandsAtTheCursors) {
   document.profiles.spectrum = {.valid = true, .amplitudeUM = {0.0, 0.25, 0.5}, .wavelengthMM = {4.0, 4.0, 2.0}};
   say(SpectrumReadout(document, 2));
   say(SpectrumReadout(document, 3));
-  document.results.probability = ProbabilityFit{.plateau = ProbabilityLine{-0.25, 1.0}};
-  for (const std::string& line : ProbabilityTexts(document)) say(line);
-  document.results.probability->valley = ProbabilityLine{-1.5, 2.0};
-  document.results.probability->crossingPercent = 81.25;
+  document.results.probability = {
+      .plateau = ProbabilityLine{-0.25, 1.0}, .valley = ProbabilityLine{-1.5, 2.0}, .crossingPercent = 81.25};
   for (const std::string& line : ProbabilityTexts(document)) say(line);
   document.profiles.primaryRange = IndexRange{};
   document.profiles.residualSpacingUM = 10.0;

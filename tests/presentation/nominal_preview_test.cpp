@@ -5,8 +5,6 @@
 #include <cmath>
 #include <gtest/gtest.h>
 
-#include "settings/nominal_settings.h"
-
 namespace texturon {
 namespace {
 
@@ -34,11 +32,11 @@ TEST(NominalPreview, ShowsTheSagAndEveryPower) {
 }
 
 TEST(NominalPreview, LimitsHoldTheAsphere) {
-  struct Case {
+  const struct {
     bool aperture;
     double recordMM, halfMM;
-  };
-  for (const Case& c : {Case{false, 8.0, 4.0}, {true, 8.0, 2.5}, {false, 0.0, 25.0}}) {
+  } cases[] = {{false, 8.0, 4.0}, {true, 8.0, 2.5}, {false, 0.0, 25.0}};
+  for (const auto& c : cases) {
     Settings settings = Paraboloid();
     settings.analysis.AsphereUseClearAperture = c.aperture;
     FitAspherePreview(settings, c.recordMM);
@@ -53,8 +51,6 @@ TEST(NominalPreview, LimitsHoldTheAsphere) {
 TEST(NominalPreview, FreeFormFollowsItsPoints) {
   AnalysisSettings settings;
   EXPECT_TRUE(FreeFormPreview(settings, 5).empty()) << "a hundred points at the origin are no curve";
-  FitFreeFormPreview(settings);
-  EXPECT_EQ(settings, AnalysisSettings()) << "nothing to fit to";
   settings.freeFormPoints.clear();
   for (const double x : {3.0, 1.0, 2.0, 5.0}) settings.freeFormPoints.push_back({x, x * x * x});
   const auto points = FreeFormPreview(settings, 9);

@@ -17,39 +17,34 @@ const SettingKey& Key(std::string_view section, std::string_view key) {
 }
 
 TEST(SettingEntry, RefusesWithTheReason) {
-  const struct {
-    const char *section, *key, *text;
-  } cases[] = {{"ANALYSIS", "LcCutoffMM", " 2.5 "},        {"ANALYSIS", "LcCutoffMM", ""},
-               {"ANALYSIS", "LcCutoffMM", "2,5"},          {"ANALYSIS", "LcCutoffMM", "0"},
-               {"ANALYSIS", "LcCutoffMM", "nan"},          {"ANALYSIS", "PolynomialOrder", "101"},
-               {"ANALYSIS", "PolynomialOrder", "-1"},      {"ANALYSIS", "FixedRadiusMM", "0"},
-               {"ANALYSIS", "FixedRadiusMM", "-3"},        {"ANALYSIS", "UserLsCutoffMM", "-0.1"},
-               {"RXQ_PARAMETERS", "LPLPercent", "100.1"},  {"PRIMARY_HTPS", "UpperPercent03", "-1"},
-               {"DISPLAY", "ExtremeSlopePlotDegrees", "0"}};
   std::string text;
-  for (const auto& c : cases) {
-    const std::string fault = ReadEntry(Key(c.section, c.key), c.text, true).fault;
-    text += std::string(c.key) + " = " + c.text + ": " + (fault.empty() ? "taken" : fault) + "\n";
+  for (const std::string_view call :
+       {"ANALYSIS.LcCutoffMM= 2.5 ", "ANALYSIS.LcCutoffMM=", "ANALYSIS.LcCutoffMM=2,5", "ANALYSIS.LcCutoffMM=0",
+        "ANALYSIS.LcCutoffMM=nan", "ANALYSIS.PolynomialOrder=101", "ANALYSIS.PolynomialOrder=-1",
+        "ANALYSIS.FixedRadiusMM=0", "ANALYSIS.FixedRadiusMM=-3", "ANALYSIS.UserLsCutoffMM=-0.1",
+        "RXQ_PARAMETERS.LPLPercent=100.1", "PRIMARY_HTPS.UpperPercent03=-1", "DISPLAY.ExtremeSlopePlotDegrees=0"}) {
+    const std::size_t dot = call.find('.'), equals = call.find('=');
+    const SettingKey& key = Key(call.substr(0, dot), call.substr(dot + 1, equals - dot - 1));
+    const std::string fault = ReadEntry(key, call.substr(equals + 1), true).fault;
+    text.append(call).append(": ").append(fault.empty() ? "taken" : fault) += '\n';
   }
   EXPECT_TRUE(MatchesGolden("settings/entries.txt", text));
 }
 
 TEST(SettingEntry, InchesGoInAndComeBack) {
-  struct Case {
+  const struct {
     const char* key;
     double value;
-    const char* text;
-    const char* unit;
-  };
-  for (const Case& c : {Case{"LcCutoffMM", 25.4, "1", "in"},
-                        {"RoughnessPcLevel", 0.0254, "1", "\xB5in"},
-                        {"LcCutoffMM", 0.8, "0.031496063", "in"},
-                        {"RcRzPercent", 10.0, "10", "%"}}) {
+    const char *text, *unit;
+  } cases[] = {{"LcCutoffMM", 25.4, "1", "in"},
+               {"RoughnessPcLevel", 0.0254, "1", "\xB5in"},
+               {"LcCutoffMM", 0.8, "0.031496063", "in"},
+               {"RcRzPercent", 10.0, "10", "%"}};
+  for (const auto& c : cases) {
     const SettingKey& key = Key("ANALYSIS", c.key);
     EXPECT_EQ(EntryText(key, c.value, false), c.text);
     EXPECT_EQ(EntryUnit(key, false), c.unit);
-    const EntryReading read = ReadEntry(key, c.text, false);
-    EXPECT_NEAR(std::get<double>(read.value), c.value, 1e-9) << c.key;
+    EXPECT_NEAR(std::get<double>(ReadEntry(key, c.text, false).value), c.value, 1e-9) << c.key;
     EXPECT_EQ(ShortestText(c.value), EntryText(key, c.value, true));
   }
 }

@@ -233,7 +233,6 @@ TEST(CommandLineArguments, CutsAtEveryQuote) {
   const std::vector<std::string> usual = {"a b.ini", " ", "c", " ", "d"};
   EXPECT_EQ(CommandLineArguments("\"a b.ini\" \"c\" \"d\""), usual);
   EXPECT_EQ(CommandLineText({"a b.ini", "c", "d"}), "\"a b.ini\" \"c\" \"d\"");
-  EXPECT_EQ(CommandLineArguments("\"one\""), std::vector<std::string>{"one"});
   EXPECT_TRUE(CommandLineArguments("").empty());
   EXPECT_EQ(OutputExtension("x/S1234.prf"), "S4");
   EXPECT_EQ(OutputExtension("7.lmt"), "77");
