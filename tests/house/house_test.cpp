@@ -12,6 +12,7 @@
 #include <set>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace {
@@ -101,26 +102,13 @@ TEST(House, EverySourceSaysItsLicence) {
 }
 
 TEST(House, TheTopFolderHoldsOnlyWhatBelongsThere) {
-  const std::set<std::string> known = {".ci",
-                                       ".clang-format",
-                                       ".clang-tidy",
-                                       ".git",
-                                       ".gitignore",
-                                       "bench",
-                                       "build",
-                                       "cmake",
-                                       "CMakeLists.txt",
-                                       "CMakePresets.json",
-                                       "docs",
-                                       "LICENSE",
-                                       "CONTRIBUTING.md",
-                                       "README.md",
-                                       "samples",
-                                       "scripts",
-                                       "src",
-                                       "tests"};
+  constexpr std::string_view kNames =
+      " bench build cmake CMakeLists.txt CMakePresets.json CONTRIBUTING.md docs LICENSE README.md samples scripts src "
+      "tests ";
   for (const auto& entry : fs::directory_iterator(kRoot)) {
-    EXPECT_TRUE(known.contains(entry.path().filename().string())) << entry.path().filename();
+    const std::string name = entry.path().filename().string();
+    const bool isHidden = name.starts_with('.');  // of git, editors and tools
+    EXPECT_TRUE(isHidden || kNames.find(" " + name + " ") != std::string_view::npos) << name;
   }
 }
 
