@@ -109,6 +109,7 @@ bool FilterStep(Document& document, Prompts& prompts) {
         DiscardEnds(*filtered, profiles.primaryRange->count, profiles.residualSpacingUM, document.settings.analysis)
             .ShiftedBy(profiles.primaryRange->first);
     profiles.evaluationRange = range;
+    profiles.longCutoffMM = document.settings.analysis.LcCutoffMM;
     for (auto i = static_cast<std::size_t>(range.first); i <= static_cast<std::size_t>(range.last); ++i) {
       profiles.roughness[i] = profiles.primary[i] - profiles.waviness[i];
     }

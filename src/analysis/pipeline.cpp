@@ -107,6 +107,7 @@ ComputeOutcome Compute(Document& document, Prompts& prompts, const Environment& 
   profiles.primaryRange.reset();
   profiles.evaluationRange.reset();
   profiles.shortCutoffMM.reset();
+  profiles.longCutoffMM.reset();
   profiles.spectrum = {};
   {
     const BusyScope busy(prompts, document.quietMode, true);

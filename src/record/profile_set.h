@@ -62,6 +62,7 @@ struct ProfileSet {
   std::optional<IndexRange> primaryRange;
   std::optional<IndexRange> evaluationRange;  ///< of waviness, roughness and the envelopes
   std::optional<double> shortCutoffMM;        ///< of the filter that made the primary profile; none: not filtered
+  std::optional<double> longCutoffMM;         ///< of the filter that made the waviness; none: the primary stands for it
   Spectrum spectrum;
 
   bool IsEmpty() const { return pointCount < 1; }

@@ -60,6 +60,10 @@ SettingValue DefaultValue(const SettingBinding& binding, std::size_t row) {
 
 }  // namespace
 
+bool MayBeCut(std::string_view text) {
+  return text.size() == kIniValueLength;
+}
+
 std::vector<std::string> LoadSettingsText(const IniFile& file, Settings& settings, std::span<const SettingKey> table) {
   Remarks remarks;
   VisitKeys(table, settings, [&](const SettingBinding& binding, std::size_t row) {

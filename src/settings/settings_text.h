@@ -13,6 +13,9 @@
 
 namespace texturon {
 
+/// Whether a text of the settings has the length at which LoadSettingsText cuts: what it names may be something else.
+bool MayBeCut(std::string_view text);
+
 /// Takes every value of the file into the settings. A key that is absent or empty leaves its field, or puts the default
 /// into one that is written only where it was changed; a value is cut to
 /// 63 characters and a malformed number read as far as its leading digits go. Departures from what the file's author

@@ -31,12 +31,20 @@ class PlanRun {
 public:
   explicit PlanRun(const Environment& environment)
       : environment_(environment),
-        document_(StartDocument(environment)),
+        document_(StartDocument(environment, startRemarks_)),
         log_(environment, document_.settings.autoLoading.LogEventsWhenAutoLoading) {}
 
   RunOutcome Run(std::string_view commandLine) {
     const std::vector<std::string> pieces = CommandLineArguments(commandLine);
     LogPieces(pieces);
+    for (const std::string& remark : startRemarks_) Remark(remark);
+    RunOutcome outcome = RunPlan(pieces);
+    outcome.remarks = std::move(remarks_);
+    return outcome;
+  }
+
+private:
+  RunOutcome RunPlan(const std::vector<std::string>& pieces) {
     if (pieces.size() <= kFolderPiece) return Refuse("Not enough command line arguements");
     const std::filesystem::path planFile = PathFromSystemText(pieces[kPlanPiece]);
     if (!EqualIgnoringCase(TextFromPath(planFile.extension()), ".INI")) {
@@ -45,9 +53,10 @@ public:
     WriteStatus("Processing INI file...");
     LogEvent("INI detected in command line. Reading settings...");
     const FileBytes planBytes = ReadIniFile(planFile);
-    const IniFile plan(planBytes.bytes);
-    LogSections(plan);
-    if (plan.Sections().empty()) {
+    const IniFile planIni(planBytes.bytes);
+    LogSections(planIni);
+    PlanKeys plan(planIni);
+    if (!plan.hasSections()) {
       return {false, FileSentence(planFile, planBytes.ok() ? "has no section" : planBytes.reason)};
     }
     PassPlan standard;
@@ -60,18 +69,23 @@ public:
     document_.quietMode = true;
     SetFiles(pieces);
     RunOutcome outcome = RunPasses(plan, standard);
-    outcome.remarks = std::move(remarks_);
     document_.quietMode = false;
     return outcome;
   }
 
-private:
-  static Document StartDocument(const Environment& environment) {
+  /// With the settings file beside the program, if there is one. What of it was not taken is remarked on.
+  static Document StartDocument(const Environment& environment, std::vector<std::string>& remarks) {
     Document document = MakeDocument();
     document.wanted = kNoCurves;
-    SilentPrompts nobody;
+    CollectingPrompts prompts;
     Settings settings = document.settings;
-    LoadSettings(environment.programFolder / "Texturon.ini", settings, nobody);
+    const std::filesystem::path file = environment.programFolder / "Texturon.ini";
+    const SettingsFileResult loaded = LoadSettings(file, settings, prompts);
+    remarks = prompts.notices();
+    if (loaded.found && !loaded.ok()) remarks.push_back(FileSentence(file, loaded.reason));
+    for (std::string& remark : remarks) {
+      if (remark.ends_with('.')) remark.pop_back();
+    }
     ApplySettings(document, std::move(settings));
     return document;
   }
@@ -105,18 +119,24 @@ private:
     LogEvent("OutputFolder: " + TextFromPath(outputFolder_));
     LogEvent("Opening DataFile: " + TextFromPath(dataFile_) + "...");
     extension_ = OutputExtension(dataFile_);
-    LogEvent("OutputExtension: " + extension_);
+    LogEvent("OutputExtension: " + TextFromPath(PathFromSystemText(extension_)));
   }
 
-  bool ReadPass(const IniFile& plan, Family family, PassPlan& pass) {
+  bool ReadPass(PlanKeys& plan, Family family, PassPlan& pass) {
     auto read = ReadTestPlan(plan, family, document_, [this](std::string_view text) { LogEvent(text); });
     if (!read) return false;
     pass = std::move(*read);
-    for (const std::string& remark : pass.remarks) remarks_.push_back("The plan's " + remark + ".");
+    for (const std::string& remark : pass.remarks) Remark("The plan's " + remark);
     return true;
   }
 
-  RunOutcome RunPasses(const IniFile& plan, const PassPlan& standard) {
+  /// What is done otherwise than it was asked, for whoever started the run and for who reads the log.
+  void Remark(const std::string& text) {
+    LogEvent("WARNING: " + text);
+    remarks_.push_back(text + ".");
+  }
+
+  RunOutcome RunPasses(PlanKeys& plan, const PassPlan& standard) {
     bool firstPass = true;
     if (standard.detected > 0) {
       if (!ProcessDataSet(Family::kStandard, standard, firstPass)) return FailPass();
@@ -134,6 +154,7 @@ private:
       if (!ProcessDataSet(family, pass, firstPass)) return FailPass();
       firstPass = false;
     }
+    for (const std::string& unread : plan.UnreadKeys()) Remark("The plan's " + unread);
     LogEvent("Writing results...");
     if (!WriteResults()) return {false, reason_};
     LogEvent("Output written...");
@@ -156,6 +177,7 @@ private:
       reason_ = FileSentence(dataFile_, step.Reason());
       return FailData();
     }
+    for (const std::string& remark : FilterRemarks(document_, family)) Remark(remark);
     LogEvent("Writing profiles...");
     if (!WriteProfiles(family)) return FailData();
     AppendPassLines(document_, family, pass, lines_);
@@ -174,7 +196,7 @@ private:
   }
 
   std::filesystem::path OutputFile(std::string_view prefix) const {
-    return outputFolder_ / PathFromText(std::string(prefix) + extension_);
+    return outputFolder_ / PathFromSystemText(std::string(prefix) + extension_);
   }
 
   bool Write(const std::filesystem::path& path, std::string_view text, FlushFile flush) {
@@ -214,6 +236,7 @@ private:
   }
 
   const Environment& environment_;
+  std::vector<std::string> startRemarks_;  // made with the document, before there is a log
   Document document_;
   EventLog log_;
   std::filesystem::path outputFolder_;

@@ -12,10 +12,10 @@
 #include <utility>
 
 #include "base/charset.h"
-#include "base/ini_file.h"
 #include "base/number_text.h"
 #include "platform/append_file.h"
 #include "platform/platform.h"
+#include "settings/settings_text.h"
 #include "unattended/event_log.h"
 #include "unattended/folder_files.h"
 #include "unattended/watch_journal.h"
@@ -406,6 +406,7 @@ WatchPlan PlanWatch(const Settings& settings, const WatchChoice& choice) {
   if (!choice.parameterFile.empty()) {
     watch.parameterFile = choice.parameterFile;
   } else if (loading.AutoExport) {
+    if (MayBeCut(settings.display.ParameterFile)) plan.reason = "ParameterFile may have been cut at 63 characters";
     watch.parameterFile = PathFromText(settings.display.ParameterFile);
   }
   watch.deletes = !choice.holdFolder.empty() || (loading.DeleteAfterAutoLoadFromGroup && watch.singleFile.empty());
@@ -413,7 +414,7 @@ WatchPlan PlanWatch(const Settings& settings, const WatchChoice& choice) {
   watch.holdFolder = choice.holdFolder.empty() ? PathFromText(loading.StorageFolderAfterAutoLoad) : choice.holdFolder;
   if (watch.holdFolder.empty()) {
     plan.reason = "files are to be deleted, but there is no hold folder";
-  } else if (choice.holdFolder.empty() && loading.StorageFolderAfterAutoLoad.size() >= kIniValueLength) {
+  } else if (choice.holdFolder.empty() && MayBeCut(loading.StorageFolderAfterAutoLoad)) {
     plan.reason = "StorageFolderAfterAutoLoad may have been cut at 63 characters";
   }
   return plan;

@@ -24,6 +24,20 @@ std::string FilterWord(const FilterRow* filter) {
   return std::string((filter != nullptr ? *filter : kFilterTable.front()).word) + "/";
 }
 
+std::string_view PassName(Family family) {
+  switch (family) {
+    case Family::kWaviness:
+      return "waviness";
+    case Family::kMotif:
+      return "motif";
+    case Family::kRk:
+      return "Rk";
+    case Family::kStandard:
+      break;
+  }
+  return "standard";
+}
+
 std::string PrimaryFilterText(const Document& document) {
   const auto& shortMM = document.profiles.shortCutoffMM;
   if (!shortMM) return "GAUSSIAN/ none";
@@ -31,8 +45,9 @@ std::string PrimaryFilterText(const Document& document) {
 }
 
 std::string LongFilterText(const Document& document) {
-  const AnalysisSettings& settings = document.settings.analysis;
-  std::string text = FilterWord(LongWaveFilter(settings)) + FixedText(settings.LcCutoffMM, 4) + " - ";
+  const auto& longMM = document.profiles.longCutoffMM;
+  if (!longMM) return "GAUSSIAN/ none";
+  std::string text = FilterWord(LongWaveFilter(document.settings.analysis)) + FixedText(*longMM, 4) + " - ";
   const auto& shortMM = document.profiles.shortCutoffMM;
   text += shortMM ? FixedText(*shortMM, 4) + " mm" : "   mm";
   return text;
@@ -160,6 +175,23 @@ void AppendParameterLines(const Document& document, const PassPlan& plan, Result
   }
 }
 
+std::vector<std::string> FilterRemarks(const Document& document, Family family) {
+  std::vector<std::string> remarks;
+  const AnalysisSettings& settings = document.settings.analysis;
+  const auto add = [&](std::string_view filter, double cutoffMM, std::string_view consequence) {
+    remarks.push_back("The " + std::string(filter) + "-wave filter of the " + std::string(PassName(family)) +
+                      " pass cannot run with a cut-off of " + ShortestText(cutoffMM) + " mm over " +
+                      ShortestText(document.profiles.LengthMM()) + " mm: " + std::string(consequence));
+  };
+  if (settings.LsCutoffMM > 0.0 && !document.profiles.shortCutoffMM) {
+    add("short", settings.LsCutoffMM, "short waves stay in the profiles");
+  }
+  if (family != Family::kMotif && !document.profiles.longCutoffMM) {
+    add("long", settings.LcCutoffMM, "waviness is the primary profile, roughness is 0");
+  }
+  return remarks;
+}
+
 std::vector<PassProfileFile> PassProfileFiles(const Document& document, Family family) {
   std::vector<PassProfileFile> files;
   const auto add = [&](const char* prefix, ProfileKind kind) {
@@ -185,9 +217,15 @@ std::vector<PassProfileFile> PassProfileFiles(const Document& document, Family f
 }
 
 std::string OutputExtension(const std::filesystem::path& dataFile) {
-  const std::string name = TextFromPath(dataFile.stem());
+  const std::string name = SystemTextFromPath(dataFile.stem());
   if (name.empty()) return {};
-  return {name.front(), name.back()};
+  // Characters of UTF-8; bytes that are none stand for themselves.
+  const auto continues = [&name](std::size_t at) { return (static_cast<unsigned char>(name[at]) & 0xC0U) == 0x80U; };
+  std::size_t firstEnd = 1;
+  while (firstEnd < name.size() && continues(firstEnd)) ++firstEnd;
+  std::size_t lastBegin = name.size() - 1;
+  while (lastBegin > 0 && continues(lastBegin)) --lastBegin;
+  return name.substr(0, firstEnd) + name.substr(lastBegin);
 }
 
 }  // namespace texturon

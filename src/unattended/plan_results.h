@@ -24,6 +24,9 @@ void AppendPassLines(const Document& document, Family family, const PassPlan& pl
 /// Adds the lines of the parameters alone: of a pass that is left out because it can compute none of them.
 void AppendParameterLines(const Document& document, const PassPlan& plan, ResultLines& lines);
 
+/// Which filters that a pass asks for could not run, and what stands in for their result: sentences without full stop.
+std::vector<std::string> FilterRemarks(const Document& document, Family family);
+
 /// A profile of a pass with the name of its file, which ends in a full stop and gets the run's extension.
 struct PassProfileFile {
   std::string prefix;
@@ -35,7 +38,8 @@ struct PassProfileFile {
 /// out where there are no motifs.
 std::vector<PassProfileFile> PassProfileFiles(const Document& document, Family family);
 
-/// Two characters, the first and the last of the file's base name, as the extension of a run's files.
+/// Two characters, the first and the last of the file's base name, as the extension of a run's files; in the system's
+/// own bytes.
 std::string OutputExtension(const std::filesystem::path& dataFile);
 
 }  // namespace texturon

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <unordered_map>
 #include <utility>
 
 #include "analysis/compute_range.h"
@@ -19,38 +18,6 @@ namespace {
 
 constexpr double kDefaultCutoffMM = 0.8;
 constexpr std::int32_t kMostHybrids = 50;
-
-/// The keys of a plan's sections, whatever their names. The first of a name counts.
-class PlanKeys {
-public:
-  explicit PlanKeys(const IniFile& plan) {
-    const std::vector<IniSectionHeader> sections = plan.Sections();
-    const std::size_t firstLine = sections.empty() ? 0 : sections.front().line;
-    for (const IniEntry& entry : plan.Entries()) {
-      if (!entry.shadowed && entry.line > firstLine) values_.emplace(LowerAscii(entry.key), entry.value);
-    }
-  }
-
-  std::optional<std::string_view> Text(std::string_view key) const {
-    const auto found = values_.find(LowerAscii(key));
-    if (found == values_.end()) return std::nullopt;
-    return found->second;
-  }
-  bool Has(std::string_view key) const { return Text(key).has_value(); }
-  double Real(std::string_view key) const {
-    const auto text = Text(key);
-    if (!text) return -1.0;
-    const ParsedDouble number = ParseDouble(*text);
-    return number.usable() ? number.value : 0.0;
-  }
-  std::int32_t Integer(std::string_view key) const {
-    const auto text = Text(key);
-    return text ? ParseInt32(*text).value : -1;
-  }
-
-private:
-  std::unordered_map<std::string, std::string_view> values_;
-};
 
 /// The keys from which a family takes its filter. An empty name: the family has no such key.
 struct FilterKeys {
@@ -74,69 +41,76 @@ FilterKeys KeysOf(Family family) {
   return {"RoughFilter", "RoughCutOffLength", "RoughNumOfCuttOffs", "RoughBandWidthRatio"};
 }
 
-std::int32_t FilterTypeOf(std::string_view text) {
+std::int32_t FilterTypeOf(PlanKeys& keys, std::string_view key) {
+  const auto text = keys.Text(key);
+  if (!text) return kFilterGaussian;
   for (const FilterRow& filter : kFilterTable) {
     if (!filter.number) continue;
-    if (EqualIgnoringCase(text, filter.word) || TrimBlanks(text) == IntegerText(*filter.number)) return *filter.number;
+    if (EqualIgnoringCase(TrimBlanks(*text), filter.word) || TrimBlanks(*text) == IntegerText(*filter.number)) {
+      return *filter.number;
+    }
   }
+  keys.RemarkReadAs(key, kFilterTable.front().word);
   return kFilterGaussian;
 }
 
-void ReadFilterAndForm(const PlanKeys& keys, Family family, Document& document) {
-  AnalysisSettings& settings = document.settings.analysis;
-  const FilterKeys names = KeysOf(family);
-  settings.FilterType =
-      family == Family::kRk ? kFilterIso13565 : FilterTypeOf(keys.Text(names.filter).value_or(std::string_view()));
-  const double cutoff = keys.Real(names.cutoff);
-  settings.LcCutoffMM = cutoff > 0.0 ? cutoff : kDefaultCutoffMM;
-  const double ratio = keys.Real(names.bandwidthRatio);
-  settings.LsCutoffMM = ratio > 0.0 ? settings.LcCutoffMM / ratio : 0.0;
-  const std::int32_t form = keys.Integer("FormOption");
-  settings.FormRemovalType = FindForm(form) != nullptr ? form : kFormLine;
-  const std::int32_t cutoffs = keys.Integer(names.cutoffCount);
-  document.scope.region = cutoffs > 0 ? std::optional(RegionOfCutoffs(cutoffs, settings)) : std::nullopt;
+double CutoffMM(PlanKeys& keys, std::string_view key) {
+  const auto text = keys.Text(key);
+  if (!text) return kDefaultCutoffMM;
+  const ParsedDouble number = ParseDouble(TrimBlanks(*text));
+  const double cutoffMM = number.usable() && number.value > 0.0 ? number.value : kDefaultCutoffMM;
+  if (!number.usable() || number.length != TrimBlanks(*text).size()) {
+    keys.RemarkReadAs(key, ShortestText(cutoffMM) + " mm");
+  }
+  return cutoffMM;
+}
+
+/// Two lengths; one that is no number above 0 leaves what is in force.
+void ReadMotifLengths(PlanKeys& keys, AnalysisSettings& settings) {
   const auto lengths = keys.Text("ABLength");
   if (!lengths) return;
   const std::size_t comma = std::min(lengths->find_first_of(",;"), lengths->size());
-  const ParsedDouble a = ParseDouble(lengths->substr(0, comma));
-  const ParsedDouble b = ParseDouble(lengths->substr(std::min(comma + 1, lengths->size())));
-  if (a.usable() && a.value > 0.0) settings.MotifAMM = a.value;
-  if (b.usable() && b.value > 0.0) settings.MotifBMM = b.value;
-}
-
-/// A limit; a text that is not wholly a number counts as far as its digits go and is remarked on.
-double LimitOf(const PlanKeys& keys, const std::string& key, std::vector<std::string>& remarks) {
-  const std::string_view text = TrimBlanks(keys.Text(key).value_or(std::string_view()));
-  const double limit = keys.Real(key);
-  const ParsedDouble number = ParseDouble(text);
-  if (!number.usable() || number.length != text.size()) {
-    remarks.push_back(key + "=" + std::string(text) + " is read as " + ShortestText(limit));
+  const std::string_view texts[] = {TrimBlanks(lengths->substr(0, comma)),
+                                    TrimBlanks(lengths->substr(std::min(comma + 1, lengths->size())))};
+  double* const targets[] = {&settings.MotifAMM, &settings.MotifBMM};
+  bool isWhole = true;
+  for (std::size_t i = 0; i < std::size(texts); ++i) {
+    const ParsedDouble number = ParseDouble(texts[i]);
+    if (number.usable() && number.value > 0.0) *targets[i] = number.value;
+    isWhole = isWhole && number.usable() && number.value > 0.0 && number.length == texts[i].size();
   }
-  return limit;
+  if (!isWhole) {
+    keys.RemarkReadAs("ABLength", ShortestText(settings.MotifAMM) + " and " + ShortestText(settings.MotifBMM) + " mm");
+  }
 }
 
-Tolerance ToleranceOf(const PlanKeys& keys, std::string_view planName, std::vector<std::string>& remarks) {
-  const std::string name(planName);
-  const bool hasMinimum = keys.Has(name + "_Min");
-  const bool hasMaximum = keys.Has(name + "_Max");
-  const bool upperAlone = keys.Has("UseMaxMinLimits") && keys.Integer("UseMaxMinLimits") == 0;
+void ReadFilterAndForm(PlanKeys& keys, Family family, Document& document) {
+  AnalysisSettings& settings = document.settings.analysis;
+  const FilterKeys names = KeysOf(family);
+  settings.FilterType = family == Family::kRk ? kFilterIso13565 : FilterTypeOf(keys, names.filter);
+  settings.LcCutoffMM = CutoffMM(keys, names.cutoff);
+  const double ratio = keys.Real(names.bandwidthRatio);
+  settings.LsCutoffMM = ratio > 0.0 ? settings.LcCutoffMM / ratio : 0.0;
+  const std::int32_t form = keys.Integer("FormOption");
+  const bool isForm = FindForm(form) != nullptr;
+  settings.FormRemovalType = isForm ? form : kFormLine;
+  if (!isForm) keys.RemarkReadAs("FormOption", IntegerText(kFormLine));
+  const std::int32_t cutoffs = keys.Integer(names.cutoffCount);
+  document.scope.region = cutoffs > 0 ? std::optional(RegionOfCutoffs(cutoffs, settings)) : std::nullopt;
+  ReadMotifLengths(keys, settings);
+}
+
+Tolerance ToleranceOf(PlanKeys& keys, const PlanKeys::ListedName& listed) {
+  const std::string name(listed.name);
+  const bool hasMinimum = keys.Has(name + "_Min", listed.section);
+  const bool hasMaximum = keys.Has(name + "_Max", listed.section);
+  const bool upperAlone = keys.Integer("UseMaxMinLimits") == 0;
   Tolerance tolerance;
-  tolerance.toleranced = hasMaximum && keys.Integer(name + "_Checked") > 0;
+  tolerance.toleranced = keys.Integer(name + "_Checked", listed.section) > 0 && hasMaximum;
   tolerance.bilateral = hasMinimum && !upperAlone;
-  if (hasMaximum) tolerance.upperLimit = LimitOf(keys, name + "_Max", remarks);
-  if (hasMinimum) tolerance.lowerLimit = LimitOf(keys, name + "_Min", remarks);
+  if (hasMaximum) tolerance.upperLimit = keys.Real(name + "_Max", listed.section);
+  if (hasMinimum) tolerance.lowerLimit = keys.Real(name + "_Min", listed.section);
   return tolerance;
-}
-
-std::vector<std::string_view> Names(std::string_view list) {
-  std::vector<std::string_view> names;
-  while (!list.empty()) {
-    const std::size_t end = std::min(list.find_first_of(",;"), list.size());
-    const std::string_view name = TrimBlanks(list.substr(0, end));
-    if (!name.empty()) names.push_back(name);
-    list.remove_prefix(std::min(end + 1, list.size()));
-  }
-  return names;
 }
 
 ResultList ListOf(Family family, std::string_view catalogueName) {
@@ -162,7 +136,7 @@ bool IsKnownParameter(std::string_view catalogueName) {
 /// Fills the working list and the ten rows of a pass while it reads the plan.
 class PassReader {
 public:
-  PassReader(const PlanKeys& keys, Family family, Document& document, const std::function<void(std::string_view)>& log)
+  PassReader(PlanKeys& keys, Family family, Document& document, const std::function<void(std::string_view)>& log)
       : keys_(keys), family_(family), settings_(document.settings.analysis), log_(log) {
     settings_.parameters.clear();
     settings_.primaryMaterialRatios.fill({});
@@ -172,13 +146,13 @@ public:
   }
 
   void ReadParameters() {
-    for (const std::string_view name : Names(keys_.Text("Parameters").value_or(std::string_view()))) {
-      const std::string catalogueName = ExternalToCatalogueName(name);
+    for (const PlanKeys::ListedName& listed : keys_.ParameterNames()) {
+      const std::string catalogueName = ExternalToCatalogueName(listed.name);
       if (FamilyOf(catalogueName) != family_) continue;
       if (IsKnownParameter(catalogueName)) {
-        AddRow(CatalogueToExternalName(catalogueName), name, catalogueName);
+        AddRow(CatalogueToExternalName(catalogueName), listed, catalogueName);
       } else {
-        AddUnknown(name, name, catalogueName);
+        AddUnknown(listed.name, listed.name, catalogueName);
       }
     }
   }
@@ -268,7 +242,7 @@ private:
     const ResultList list = family_ == Family::kMotif ? ResultList::kMotif
                             : isPrimary               ? ResultList::kPrimary
                                                       : ResultList::kRoughness;
-    plan_.parameters.push_back({hybrid.label, list, source, index, ToleranceOf(keys_, hybrid.label, plan_.remarks)});
+    plan_.parameters.push_back({hybrid.label, list, source, index, ToleranceOf(keys_, {hybrid.label})});
     ++plan_.detected;
     return index;
   }
@@ -280,14 +254,14 @@ private:
                                      [&name](const ParameterSelection& row) { return row.name == name; });
     if (isThere && level != hybrid.first) return AddUnknown(hybrid.label, hybrid.label, name);
     level = hybrid.first;
-    AddRow(hybrid.label, hybrid.label, name);
+    AddRow(hybrid.label, {hybrid.label}, name);
   }
 
-  void AddRow(const std::string& shownName, std::string_view planName, const std::string& catalogueName) {
-    if (settings_.parameters.size() == kMostParameters) return AddUnknown(shownName, planName, catalogueName);
+  void AddRow(const std::string& shownName, const PlanKeys::ListedName& listed, const std::string& catalogueName) {
+    if (settings_.parameters.size() == kMostParameters) return AddUnknown(shownName, listed.name, catalogueName);
     ParameterSelection row;
     row.name = catalogueName;
-    row.tolerance = ToleranceOf(keys_, planName, plan_.remarks);
+    row.tolerance = ToleranceOf(keys_, listed);
     row.selectionRef = static_cast<std::int32_t>(settings_.parameters.size());
     plan_.parameters.push_back({shownName, ListOf(family_, catalogueName), PlannedSource::kCatalogue,
                                 settings_.parameters.size(), row.tolerance});
@@ -311,7 +285,7 @@ private:
         {std::string(shownName), ListOf(family_, catalogueName), PlannedSource::kNone, 0, Tolerance{}});
   }
 
-  const PlanKeys& keys_;
+  PlanKeys& keys_;
   Family family_;
   AnalysisSettings& settings_;
   const std::function<void(std::string_view)>& log_;
@@ -341,10 +315,9 @@ Family FamilyOf(std::string_view catalogueName) {
   return LowerAscii(catalogueName.front()) == 'w' ? Family::kWaviness : Family::kStandard;
 }
 
-std::optional<PassPlan> ReadTestPlan(const IniFile& plan, Family family, Document& document,
+std::optional<PassPlan> ReadTestPlan(PlanKeys& keys, Family family, Document& document,
                                      const std::function<void(std::string_view)>& log) {
-  if (plan.Sections().empty()) return std::nullopt;
-  const PlanKeys keys(plan);
+  if (!keys.hasSections()) return std::nullopt;
   ReadFilterAndForm(keys, family, document);
   PassReader reader(keys, family, document, log);
   reader.ReadParameters();
@@ -354,6 +327,7 @@ std::optional<PassPlan> ReadTestPlan(const IniFile& plan, Family family, Documen
   if (family == Family::kWaviness && pass.detected > 0 && !keys.Has("WavFilter")) {
     log("WARNING: Waviness analysis with no filter given");
   }
+  pass.remarks = keys.TakeRemarks();
   log(std::string(CounterName(family)) + ": " + IntegerText(pass.detected) + " parameters detected");
   ApplySettings(document, document.settings);
   return pass;

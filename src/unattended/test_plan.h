@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "analysis/document.h"
-#include "base/ini_file.h"
+#include "unattended/plan_keys.h"
 
 namespace texturon {
 
@@ -39,7 +39,7 @@ struct PlannedParameter {
 struct PassPlan {
   std::vector<PlannedParameter> parameters;
   int detected = 0;  ///< parameters that the pass can compute
-  /// Limits that are not wholly numbers and what they were read as, for people: "Ra_Max=0,8 is read as 0".
+  /// What its keys were read as where they do not say what they ought to, for people: "Ra_Max=0,8 is read as 0".
   std::vector<std::string> remarks;
 };
 
@@ -48,7 +48,7 @@ Family FamilyOf(std::string_view catalogueName);
 
 /// Reads the settings of one family from a plan into the document: filter, cut-offs, form, region and working list.
 /// Warnings and the number of parameters found go to `log`. Nothing for a plan without a section.
-std::optional<PassPlan> ReadTestPlan(const IniFile& plan, Family family, Document& document,
+std::optional<PassPlan> ReadTestPlan(PlanKeys& plan, Family family, Document& document,
                                      const std::function<void(std::string_view)>& log);
 
 }  // namespace texturon

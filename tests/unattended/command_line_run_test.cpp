@@ -114,6 +114,18 @@ TEST_F(CommandLineRun, FirstPassThatAnalysesLoadsTheData) {
   EXPECT_FALSE(std::filesystem::exists(folder_ / "out/PRIMARY.S4"));
 }
 
+// The lists of all sections are one; a limit is that of the section which lists the name. What has no effect, is no
+// number or cannot be done is told to who started the run and in the log.
+TEST_F(CommandLineRun, ReadsEverySectionAndTellsWhatHasNoEffect) {
+  folder_.Write("program/Texturon.ini",
+                "[AUTO_LOADING]\r\nLogEventsWhenAutoLoading=1\r\n[ANALYSIS]\r\nLcCutoffMM=x\r\n");
+  EXPECT_TRUE(MatchesGolden(
+      "unattended/sections.txt",
+      Story(Run("FormOption=0\r\n[Limits]\r\nRa_Max=0.5\r\nRa_Checked=1\r\nWa_Max=\r\nWa_Checked=1\r\nWavFilter=BOX\r\n"
+                "[Standard]\r\nParameters=Ra,Pt\r\nParameters=Rz\r\nRa_Max=1.5\r\nRoughCutOffLength=0,25\r\n"
+                "[Waviness]\r\nParameters=Wa;Ra\r\nRa_Max=0.1\r\nWavCutOffLength=0.02\r\n[Rk]\r\nParameter=Rk\r\n"))));
+}
+
 TEST_F(CommandLineRun, EveryFailureSaysSoAndWritesNoResults) {
   folder_.Write("damaged.lmt", "1");
   folder_.Write("short.lmt", SmallProfile(20, 1.0));
@@ -204,13 +216,14 @@ TEST_F(CommandLineRun, RkPassLosesACutoffAtEachEnd) {
 }
 
 TEST(TestPlan, SortsNamesIntoFamiliesAndWarnsOfWhatItCannotDo) {
-  const IniFile plan(
+  const IniFile file(
       "[a]\r\nParameters=Rk,Mr1,RSm,Wx,Wa,AW,Fp,CV\r\nRoughFilter=3\r\nRoughCutOffLength=0.25\r\n"
       "RoughBandWidthRatio=100\r\nRoughNumOfCuttOffs=4\r\nRKBandWidthRatio=300\r\nRKNumOfCuttOffs=0\r\nWavFilter="
       "spline\r\nFormOption=9\r\n"
       "ABLength=0.4,2\r\nMaxHybrids=5\r\nHybrids_0_Type=Wmr\r\nHybrids_1_Type=WHtp\r\nHybrids_2_Type=Phsc\r\n"
       "Hybrids_2_Mode=1\r\nHybrids_3_Type=Rpc\r\nHybrids_3_Val1=0.7\r\nHybrids_4_Type=Rmr\r\nHybrids_4_Val1=-1\r\n"
       "Hybrid_2_0_Type=RHtp\r\nHybrid_2_1_Type=PHtp\r\nHybrid_2_1_Val1=20\r\nHybrid_2_1_Val2=80\r\n");
+  PlanKeys plan(file);
   std::string text;
   for (const Family family : {Family::kStandard, Family::kWaviness, Family::kRk, Family::kMotif}) {
     Document document = MakeDocument();
@@ -236,6 +249,7 @@ TEST(CommandLineArguments, CutsAtEveryQuote) {
   EXPECT_TRUE(CommandLineArguments("").empty());
   EXPECT_EQ(OutputExtension("x/S1234.prf"), "S4");
   EXPECT_EQ(OutputExtension("7.lmt"), "77");
+  EXPECT_EQ(OutputExtension("\u00fc\u6e2c\u5b9a.lmt"), "\u00fc\u5b9a");
 }
 
 }  // namespace

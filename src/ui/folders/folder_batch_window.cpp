@@ -22,6 +22,7 @@
 
 #include "base/number_text.h"
 #include "platform/platform.h"
+#include "settings/settings_text.h"
 #include "ui/qt_text.h"
 #include "ui/tables/grid_ctrl.h"
 #include "ui/window/file_dialogs.h"
@@ -227,8 +228,8 @@ void CFolderBatchWindow::ChooseFolder(const std::filesystem::path& folder) {
 
 void CFolderBatchWindow::showEvent(QShowEvent* event) {
   QDialog::showEvent(event);
-  if (parameterFile_->text().isEmpty())
-    parameterFile_->setText(FromText(doc_.document().settings.display.ParameterFile));
+  const std::string& known = doc_.document().settings.display.ParameterFile;
+  if (parameterFile_->text().isEmpty() && !MayBeCut(known)) parameterFile_->setText(FromText(known));
 }
 
 void CFolderBatchWindow::OnStart() {

@@ -9,6 +9,7 @@
 #include "base/text.h"
 #include "export/parameter_file.h"
 #include "platform/platform.h"
+#include "settings/settings_text.h"
 #include "ui/qt_text.h"
 #include "ui/window/file_dialogs.h"
 #include "ui/window/main_frame.h"
@@ -57,7 +58,8 @@ void CMainFrame::MakeExportMenu() {
 }
 
 void CMainFrame::OnAutoExport(bool on) {
-  if (on && doc_->document().settings.display.ParameterFile.empty() && !AskForParameterFile()) {
+  const std::string& known = doc_->document().settings.display.ParameterFile;
+  if (on && (known.empty() || MayBeCut(known)) && !AskForParameterFile()) {
     // The switch goes back to what the document says.
     return doc_->ReplaceAutoLoading(doc_->document().settings.autoLoading);
   }
@@ -96,7 +98,9 @@ void CMainFrame::OnExport(const ExportKind& kind) {
 }
 
 void CMainFrame::OnExportParameters(bool asks) {
-  if ((asks || doc_->document().settings.display.ParameterFile.empty()) && !AskForParameterFile()) return;
+  // What a settings file has cut may name another file: then the user says which.
+  const std::string& known = doc_->document().settings.display.ParameterFile;
+  if ((asks || known.empty() || MayBeCut(known)) && !AskForParameterFile()) return;
   const ParameterFileText text = ParameterFileTextOf(doc_->document(), DateText(doc_->environment().localTime()));
   const std::filesystem::path path = PathFromText(doc_->document().settings.display.ParameterFile);
   if (AppendParameters(path, text.header, text.row, doc_->prompts()).written) {
