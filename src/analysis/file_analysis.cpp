@@ -19,9 +19,8 @@ namespace {
 ColumnValue ColumnOf(const ParameterDef& row, bool metric) {
   ColumnValue column{.name = row.name, .text = ShownValue(row, metric)};
   column.unit = PrintedUnit(row.quantity.Unit(metric));
-  if (!row.valid || !std::isfinite(row.value)) return column;
-  column.value = row.quantity.Shown(row.value, metric);
   column.outOfTolerance = JudgeRow(row) == Verdict::kFail;
+  if (row.valid && std::isfinite(row.value)) column.value = row.quantity.Shown(row.value, metric);
   return column;
 }
 

@@ -28,6 +28,22 @@ ParameterDef MakeRow(const ParameterSelection& selection) {
   return row;
 }
 
+/// The decimals of a row, or as many more as a small value needs for three significant digits. Whole numbers need none;
+/// what is below kLeastShown is the rounding of a computation.
+constexpr int kMostDecimals = 9;
+constexpr double kLeastShown = 1e-9;
+int DecimalsShown(double value, int decimals) {
+  const double size = std::abs(value);
+  if (!(size >= kLeastShown) || size == std::trunc(size)) return decimals;
+  double scaled = size;  // in units of the last decimal
+  for (int i = 0; i < decimals; ++i) scaled *= 10.0;
+  while (scaled < 100.0 && decimals < kMostDecimals) {
+    scaled *= 10.0;
+    ++decimals;
+  }
+  return decimals;
+}
+
 }  // namespace
 
 const MasterRow* FindOwnMasterRow(std::string_view name) {
@@ -80,9 +96,9 @@ std::string PrintedUnit(std::string_view unit) {
 std::string ShownValue(const ParameterDef& row, bool metric) {
   if (!row.valid) return {};
   const double value = row.quantity.Shown(row.value, metric);
-  if (!std::isfinite(value)) return {};
-  const int decimals = row.format.decimals.In(metric);
-  return row.format.scientific ? ScientificText(value, decimals) : FixedText(value, decimals);
+  const int decimals = DecimalsShown(value, row.format.decimals.In(metric));
+  if (row.format.scientific) return ScientificText(value, decimals);
+  return FixedText(std::abs(value) < kLeastShown ? 0.0 : value, decimals);
 }
 
 std::optional<Verdict> JudgeValue(double value, const Tolerance& tolerance) {

@@ -46,7 +46,8 @@ const MasterRow* FindMasterRow(std::string_view name);
 /// A unit as it is printed: the doubled per-cent sign once.
 std::string PrintedUnit(std::string_view unit);
 
-/// The value of a row as tables show it; empty where it was not computed or is not finite.
+/// The value of a row as tables show it, with three significant digits at least; "inf" where a ratio has no finite
+/// value. Empty where it was not computed.
 std::string ShownValue(const ParameterDef& row, bool metric);
 
 /// Verdict after the tolerance: empty where the row is not toleranced. Without bilateral limits only the upper one

@@ -56,6 +56,9 @@ constexpr RowDetails Ball(SettingNote::Field radius) {
 constexpr RowDetails PeakCount(SettingNote::Field band) {
   return {.note = {PeakCountNote, band}, .csvLabel = {PeakCountColumn, band}};
 }
+constexpr RowDetails HighSpots(SettingNote::Text note, SettingNote::Text column, SettingNote::Field level) {
+  return {.note = {note, level}, .csvLabel = {column, level}};
+}
 constexpr RowDetails kClosing = Ball(&S::ClosingRadiusForWvoid);
 constexpr RowDetails kOpening = Ball(&S::OpeningRadiusForWcvx);
 constexpr RowDetails kSlopeWindow = {.note = {SlopeWindowNote, &S::AsphereSlopeWindowMM}};
@@ -78,7 +81,7 @@ constexpr MasterRow kMasterRows[] = {
     Row("Psm", kLength, "mean width of the profile elements", "ISO 4287",
         WidthRow(&S::PsmPzPercent, &S::PsmSamplingLengthPercent, 6)),
     Row("Ps", kLength, "mean spacing of local peaks", kOwn),
-    Row("Phsc", kCount, "high spot count", kOwn, {.csvLabel = {LevelColumn, &S::PrimaryHSCHeight}}),
+    Row("Phsc", kCount, "high spot count", kOwn, HighSpots(LevelNote, LevelColumn, &S::PrimaryHSCHeight)),
     Row("Pvc", kCount, "valley count", kOwn, {.csvLabel = {LevelColumn, &S::PrimaryVCHeight}}),
     Row("Pm0", kMoment0, "zeroth spectral moment: mean of z^2", kOwn, kSixDecimals),
     Row("Pm2", kMoment2, "second spectral moment: mean square of the slope", kOwn, kSixDecimals),
@@ -150,7 +153,8 @@ constexpr MasterRow kMasterRows[] = {
          .csvDecimals = 6,
          .planName = "RSm"}),
     Row("Rs", kLength, "mean spacing of local peaks", kOwn),
-    Row("Rhsc", kCount, "high spot count", kOwn, {.csvLabel = {RoughnessHighSpotColumn, &S::RoughnessHSCHeight}}),
+    Row("Rhsc", kCount, "high spot count", kOwn,
+        HighSpots(RoughnessHighSpotNote, RoughnessHighSpotColumn, &S::RoughnessHSCHeight)),
     Row("Rvc", kCount, "valley count", kOwn, {.csvLabel = {LevelColumn, &S::RoughnessVCHeight}}),
     Row("Rk", kHeight, "core roughness depth", "ISO 13565-2", kCoreRow),
     Row("Rpk", kHeight, "reduced peak height", "ISO 13565-2", kCoreRow),

@@ -15,7 +15,9 @@ namespace texturon {
 namespace {
 
 /// A row that only holds a place of the list: never computed, never complained of.
-constexpr std::string_view kPlaceholderName = "Special";
+bool IsPlaceholder(std::string_view name) {
+  return EqualIgnoringCase(name, "Special") || TrimBlanks(name).empty();
+}
 
 /// The profiles of one pass by letter.
 class PassProfiles {
@@ -76,13 +78,13 @@ DriverReport ComputeParameters(ParameterCatalogue& catalogue, const DriverInput&
   DriverReport report;
   for (ParameterDef& row : catalogue.rows) {
     row.valid = false;
-    if (!row.selected || EqualIgnoringCase(row.name, kPlaceholderName)) continue;
+    if (!row.selected || IsPlaceholder(row.name)) continue;
     if (const RowRoutine motifRow = FindWholeName(row.name)) {
       const ParameterProfile* primary = profiles.Find('P');
       if (primary != nullptr) SetResult(row, motifRow({*primary, input.settings}));
       continue;
     }
-    const char letter = row.name.empty() ? '\0' : UpperAscii(row.name.front());
+    const char letter = UpperAscii(row.name.front());
     if (!PassProfiles::IsKnown(letter)) {
       report.messages.push_back(row.name + " - Unknown profile");
       continue;

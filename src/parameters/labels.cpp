@@ -62,6 +62,14 @@ std::string RoughnessHighSpotColumn(double levelUM, double /*unused*/, bool metr
   return "(" + HeightText(levelUM, metric, {2, 2}) + ")";
 }
 
+std::string LevelNote(double levelUM, double unused, bool metric) {
+  return "   " + LevelColumn(levelUM, unused, metric);
+}
+
+std::string RoughnessHighSpotNote(double levelUM, double unused, bool metric) {
+  return "   " + RoughnessHighSpotColumn(levelUM, unused, metric);
+}
+
 std::string PeakCountColumn(double bandUM, double unused, bool metric) {
   return LevelColumn(bandUM, unused, metric) + (metric ? " #/cm" : " #/in");
 }

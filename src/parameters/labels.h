@@ -12,8 +12,9 @@ namespace texturon {
 /// A text that shows one or two settings, whose fields it names. The texts are Windows-1252.
 struct SettingNote {
   using Field = double AnalysisSettings::*;
+  using Text = std::string (*)(double first, double second, bool metric);
 
-  std::string (*text)(double first, double second, bool metric) = nullptr;  // null: no note
+  Text text = nullptr;  // null: no note
   Field first = nullptr;
   Field second = nullptr;
 
@@ -27,6 +28,8 @@ std::string ElementWidthNote(double heightPercent, double widthPercent, bool met
 std::string PeakCountNote(double bandUM, double unused, bool metric);
 std::string SlopeWindowNote(double windowMM, double unused, bool metric);
 std::string SegmentNote(double windowMM, double unused, bool metric);
+std::string LevelNote(double levelUM, double unused, bool metric);
+std::string RoughnessHighSpotNote(double levelUM, double unused, bool metric);
 
 // What stands under a column of the parameter file in place of a unit.
 std::string LevelColumn(double levelUM, double unused, bool metric);

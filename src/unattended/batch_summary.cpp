@@ -15,10 +15,8 @@ std::string Count(std::size_t count) {
 }
 
 /// Welford's update: stays accurate when the spread is small beside the mean.
-void AddValue(ColumnSummary& column, const ColumnValue& value) {
-  const double x = *value.value;
+void AddValue(ColumnSummary& column, double x) {
   ++column.count;
-  column.outOfTolerance += value.outOfTolerance ? 1 : 0;
   column.minimum = column.count == 1 ? x : std::min(column.minimum, x);
   column.maximum = column.count == 1 ? x : std::max(column.maximum, x);
   const double fromFormerMean = x - column.mean;
@@ -42,7 +40,8 @@ void BatchSummary::Add(std::span<const ColumnValue> values) {
     }
   }
   for (std::size_t i = 0; i < values.size(); ++i) {
-    if (values[i].value) AddValue(columns[i], values[i]);
+    columns[i].outOfTolerance += values[i].outOfTolerance ? 1 : 0;
+    if (values[i].value) AddValue(columns[i], *values[i].value);
   }
 }
 

@@ -146,5 +146,18 @@ TEST_F(Driver, NamesTheHeightsThatTheElementFinderSawLast) {
   EXPECT_EQ(report.elementHeights->data(), roughness_.data());
 }
 
+TEST(ShownValue, HasThreeFiguresAtLeastAndTheSignOfWhatIsThere) {
+  const struct {
+    double value;
+    int decimals;
+    const char* text;
+  } cases[] = {{12.3456, 4, "12.3456"}, {0.000034012, 6, "0.0000340"}, {-0.0466, 3, "-0.0466"},  {91.0, 0, "91"},
+               {0.99951, 2, "1.000"},   {-1e-17, 3, "0.000"},          {2e-9, 3, "0.000000002"}, {INFINITY, 3, "inf"}};
+  for (const auto& [value, decimals, text] : cases) {
+    ParameterDef row{.valid = true, .value = value, .format = {{decimals, decimals}}};
+    EXPECT_EQ(ShownValue(row, true), text);
+  }
+}
+
 }  // namespace
 }  // namespace texturon

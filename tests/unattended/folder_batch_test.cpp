@@ -190,5 +190,15 @@ TEST(FolderFiles, MasksMatchAsUsersExpect) {
   }
 }
 
+// A ratio without a finite value is out of tolerance all the same, and no part of a mean.
+TEST(BatchSummary, CountsWhatIsOutOfToleranceWithoutAFigure) {
+  BatchSummary summary;
+  for (const std::optional<double> value : {std::optional(1.0), std::optional<double>(), std::optional(3.0)}) {
+    summary.Add(std::vector<ColumnValue>{{.name = "Rpk/k", .value = value, .outOfTolerance = !value}});
+  }
+  EXPECT_EQ(SummaryCsv(summary).substr(SummaryCsv(summary).find("\"Rpk/k")),
+            "\"Rpk/k\", 2, 2, 1.4142135623730951, 1, 3, 1\r\n");
+}
+
 }  // namespace
 }  // namespace texturon
