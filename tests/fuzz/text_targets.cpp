@@ -1,0 +1,132 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#include <algorithm>
+#include <fstream>
+#include <iostream>
+#include <streambuf>
+
+#include "analysis/document.h"
+#include "app/command_line.h"
+#include "base/ini_file.h"
+#include "fuzz/fuzz_targets.h"
+#include "settings/settings_check.h"
+#include "settings/settings_file.h"
+#include "settings/settings_text.h"
+#include "unattended/command_line_run.h"
+#include "unattended/test_plan.h"
+#include "unattended/watch_journal.h"
+
+namespace texturon {
+namespace {
+
+void WriteSeed(const std::filesystem::path& folder, const std::string& name, std::string_view bytes) {
+  std::ofstream(folder / name, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+}
+
+void RunPlan(std::string_view bytes) {
+  const IniFile file{std::string(bytes)};
+  PlanKeys plan(file);
+  for (const Family family : {Family::kStandard, Family::kWaviness, Family::kRk, Family::kMotif}) {
+    Document document = MakeDocument();
+    const auto pass = ReadTestPlan(plan, family, document, [](std::string_view) {});
+    Expect(pass.has_value() == plan.hasSections());
+    if (!pass) continue;
+    Expect(document.catalogue.rows.size() <= kMostParameters);
+    Expect(pass->detected >= 0 && static_cast<std::size_t>(pass->detected) <= pass->parameters.size());
+    Expect(document.settings.analysis.LcCutoffMM > 0.0);
+  }
+  Expect(plan.UnreadKeys().size() <= file.Entries().size());
+}
+
+/// What was read and written is read again as the same.
+void RunSettings(std::string_view bytes) {
+  const IniFile file(UpgradeSettingsText(std::string(bytes)));
+  Settings settings;
+  LoadSettingsText(file, settings);
+  (void)CheckSettings(file);
+  IniFile written;
+  SaveSettingsText(written, settings);
+  Settings again;
+  LoadSettingsText(IniFile(written.Bytes()), again);
+  IniFile rewritten;
+  SaveSettingsText(rewritten, again);
+  Expect(written.Bytes() == rewritten.Bytes());
+}
+
+void RunJournal(std::string_view bytes) {
+  const auto entry = ParseWatchEntry(bytes);
+  if (entry) Expect(ParseWatchEntry(WatchEntryText(*entry)).has_value());
+}
+
+/// Swallows what a command prints.
+class Silence : public std::streambuf {
+protected:
+  int overflow(int c) override { return c == traits_type::eof() ? 0 : c; }
+  std::streamsize xsputn(const char* /*text*/, std::streamsize n) override { return n; }
+};
+
+/// A line an argument. Only names in the target's own folder, and only commands that end by themselves on one thread.
+void RunConsole(std::string_view bytes) {
+  std::string text(bytes.substr(0, bytes.find('\0')));
+  std::replace(text.begin(), text.end(), '/', '_');
+  (void)CommandLineArguments(text);
+  std::vector<std::string> arguments = {"texturon"};
+  for (std::size_t begin = 0; begin <= text.size();) {
+    const std::size_t end = std::min(text.find('\n', begin), text.size());
+    arguments.push_back(text.substr(begin, end - begin));
+    begin = end + 1;
+  }
+  if (arguments[1].starts_with("watch") || arguments[1].starts_with("batch")) return;
+  if (std::any_of(arguments.begin(), arguments.end(), [](const std::string& a) { return a.find("..") != a.npos; }))
+    return;
+  std::vector<char*> argv;
+  for (std::string& argument : arguments) argv.push_back(argument.data());
+  argv.push_back(nullptr);
+  std::filesystem::current_path(FuzzFolder());
+  Silence silence;
+  std::streambuf* const out = std::cout.rdbuf(&silence);
+  std::streambuf* const err = std::cerr.rdbuf(&silence);
+  const int status = RunProgram(static_cast<int>(arguments.size()), argv.data());
+  std::cout.rdbuf(out);
+  std::cerr.rdbuf(err);
+  std::cout.clear();
+  std::cerr.clear();
+  Expect(status >= 0 && status <= 2);
+}
+
+constexpr std::string_view kPlan =
+    "[a]\r\nParameters=Ra,Rz;Wa,Rk,R,Rfoo\r\nRa_Checked=1\r\nRa_Max=0.8\r\nRa_Min=0\r\nUseMaxMinLimits=0\r\nFormOption="
+    "2\r\n"
+    "RoughFilter=SPLINE\r\nRoughCutOffLength=0.8\r\nRoughBandWidthRatio=300\r\nRoughNumOfCuttOffs=4\r\nABLength=0.5,"
+    "2\r\n"
+    "MaxHybrids=2\r\n[b]\r\nParameters=Pt\r\nHybrids_0_Type=Rmr\r\nHybrids_0_Label=x\r\nHybrids_0_Val1=1\r\n"
+    "Hybrids_1_Type=Ppc\r\nHybrid_2_0_Type=PHtp\r\nHybrid_2_0_Mode=1\r\n";
+
+}  // namespace
+
+void AddTextTargets(std::vector<FuzzTarget>& targets) {
+  targets.push_back({"test_plan", RunPlan, [](const auto& folder) { WriteSeed(folder, "plan", kPlan); }});
+  targets.push_back({"settings", RunSettings, [](const auto& folder) {
+                       IniFile file;
+                       SaveSettingsText(file, Settings());
+                       WriteSeed(folder, "defaults", file.Bytes());
+                       WriteSeed(folder, "old", "[TEXTURON]\r\nIniVersion=1\r\n[PARAMETERS]\r\nSelectionRef=1\r\n");
+                     }});
+  targets.push_back({"journal", RunJournal, [](const auto& folder) {
+                       WatchEntry entry;
+                       entry.file = "a.lmt";
+                       entry.rowText = "1, 2\r\n";
+                       entry.parameterFile = "rows.csv";
+                       WriteSeed(folder, "entry", WatchEntryText(entry));
+                     }});
+  targets.push_back({"command_line", RunConsole, [](const auto& folder) {
+                       std::ofstream(FuzzFolder() / "a.txt") << "1\n2\n3\n2\n1\n2\n3\n2\n1\n2\n";
+                       WriteSeed(folder, "analyze",
+                                 "analyze\n--json\n--region\n1,0,4,0\n--set\nANALYSIS.LcCutoffMM=0.8\na.txt");
+                       WriteSeed(folder, "export", "export\na.txt\nprimary\n-o\nb.csv");
+                       WriteSeed(folder, "convert", "convert\n--spacing\n1\na.txt\nb.lmt");
+                       WriteSeed(folder, "settings", "settings\n--check\na.txt");
+                     }});
+}
+
+}  // namespace texturon
