@@ -61,7 +61,7 @@ int RunProgram(int argc, char** argv) {
   try {
     return ParseAndRun(app, argc, argv);
   } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? kExitDone : kExitUsage;
+    return app.exit(error) == 0 ? FinishOutput(kExitDone) : static_cast<int>(kExitUsage);
   } catch (const UsageError& error) {
     Complain(error.text);
     return kExitUsage;
