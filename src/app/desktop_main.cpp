@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "base/charset.h"
-#include "base/text.h"
 #include "platform/interrupt.h"
 #include "platform/platform.h"
 #include "ui/window/command_icons.h"
@@ -17,11 +16,12 @@
 
 namespace {
 
-/// Three arguments are a run by test plan: settings, data and a folder. Three profiles, or an option, ask for a window.
+/// A plan, or three arguments, are a run by test plan: settings, data and a folder. Three profiles, or an option, ask
+/// for a window.
 bool IsTestPlan(int argc, char** argv) {
   constexpr int kArguments = 4;
+  if (argc > 1 && texturon::NamesTestPlan(argv[1])) return true;
   if (argc != kArguments || argv[1][0] == '-') return false;
-  if (texturon::EqualIgnoringCase(texturon::PathFromSystemText(argv[1]).extension().string(), ".ini")) return true;
   std::error_code error;
   return !std::filesystem::is_regular_file(texturon::PathFromSystemText(argv[3]), error);
 }

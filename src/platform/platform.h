@@ -79,6 +79,9 @@ FileOutcome OverwriteInPlace(const std::filesystem::path& path, std::string_view
 /// Whether a folder, no link to one, belongs to this user and to nobody else.
 bool IsPrivateFolder(const std::filesystem::path& path);
 
+/// Whether who is at the other end of a local socket is this user. `socket`: its number at the system.
+bool IsPeerOurs(std::intptr_t socket);
+
 /// Gives a file another name, in another folder too, and returns once that is on the disk. A file of the new name is
 /// replaced.
 FileOutcome MoveToPlace(const std::filesystem::path& from, const std::filesystem::path& to);

@@ -19,6 +19,7 @@
 #else
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #endif
@@ -176,6 +177,11 @@ bool RenameOver(const std::filesystem::path& from, const std::filesystem::path& 
 
 void FlushFolderOf(const std::filesystem::path& /*path*/) {}
 
+// A pipe's rights keep others off.
+bool IsPeerOurs(std::intptr_t /*socket*/) {
+  return true;
+}
+
 std::filesystem::path ProgramFile() {
   std::wstring name(32768, L'\0');
   name.resize(GetModuleFileNameW(nullptr, name.data(), static_cast<DWORD>(name.size())));
@@ -308,6 +314,18 @@ void FlushFolderOf(const std::filesystem::path& path) {
   if (directory < 0) return;
   ::fsync(directory);
   ::close(directory);
+}
+
+bool IsPeerOurs(std::intptr_t socket) {
+#ifdef SO_PEERCRED
+  struct ucred peer = {};
+  socklen_t size = sizeof peer;
+  return ::getsockopt(static_cast<int>(socket), SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 && peer.uid == ::geteuid();
+#else
+  uid_t user = 0;
+  gid_t group = 0;
+  return ::getpeereid(static_cast<int>(socket), &user, &group) == 0 && user == ::geteuid();
+#endif
 }
 
 std::filesystem::path ProgramFile() {

@@ -259,9 +259,9 @@ private:
   /// where that fails as well the run goes on and says so at its end.
   void WriteStatus(std::string_view text) {
     if (!writesStatus_) return;
-    FileOutcome outcome = ReplaceSideFile(StatusFile(), text, FlushFile::kNo);
-    if (!outcome.ok()) outcome = OverwriteInPlace(StatusFile(), text);
-    statusFailure_ = outcome.ok() ? std::string() : FileSentence(StatusFile(), outcome.reason);
+    const FileOutcome replaced = ReplaceSideFile(StatusFile(), text, FlushFile::kNo);
+    const bool isWritten = replaced.ok() || OverwriteInPlace(StatusFile(), text).ok();
+    statusFailure_ = isWritten ? std::string() : FileSentence(StatusFile(), replaced.reason);
   }
 
   const Environment& environment_;
@@ -299,6 +299,12 @@ std::string CommandLineText(const std::vector<std::string>& arguments) {
   std::string text;
   for (const std::string& argument : arguments) text += (text.empty() ? "\"" : " \"") + argument + "\"";
   return text;
+}
+
+bool NamesTestPlan(std::string_view argument) {
+  constexpr std::string_view kExtension = ".ini";
+  return argument.size() >= kExtension.size() &&
+         EqualIgnoringCase(argument.substr(argument.size() - kExtension.size()), kExtension);
 }
 
 RunOutcome RunCommandLine(std::string_view commandLine, const Environment& environment) {
