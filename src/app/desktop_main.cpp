@@ -31,9 +31,12 @@ int RunTestPlan(int argc, char** argv) {
   const texturon::RunOutcome outcome = texturon::RunCommandLine(
       texturon::CommandLineText(std::vector<std::string>(argv + 1, argv + argc)), texturon::SystemEnvironment());
   for (const std::string& remark : outcome.remarks) {
-    std::cerr << "texturon-desktop: " << texturon::Utf8FromWindows1252(remark) << '\n';
+    std::cerr << "texturon-desktop: " << texturon::EscapedControls(texturon::Utf8FromWindows1252(remark)) << '\n';
   }
-  if (!outcome.done) std::cerr << "texturon-desktop: " << texturon::Utf8FromWindows1252(outcome.reason) << '\n';
+  if (!outcome.done) {
+    std::cerr << "texturon-desktop: " << texturon::EscapedControls(texturon::Utf8FromWindows1252(outcome.reason))
+              << '\n';
+  }
   return outcome.done ? 0 : 1;
 }
 

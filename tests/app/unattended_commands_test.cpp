@@ -5,6 +5,7 @@
 #include <chrono>
 #include <csignal>
 #include <filesystem>
+#include <fstream>
 #include <gtest/gtest.h>
 #include <iostream>
 #include <string>
@@ -76,6 +77,27 @@ TEST(Commands, SayThatTheDiskIsFull) {
     }
   }
 }
+
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+// One file too large for the memory does not take the others with it.
+TEST(Commands, SayWhichFileDoesNotFitIntoTheMemory) {
+  const ScratchFolder folder;
+  const std::string large = folder.Write("large.lmt", SmallProfile(750'000, 1.0)).string();
+  const std::string small = folder.Write("small.lmt", SmallProfile(400, 1.0)).string();
+  const pid_t child = StartChild([&] {
+    long pages = 0;
+    std::ifstream("/proc/self/statm") >> pages;
+    const rlim_t bytes = static_cast<rlim_t>(pages * ::sysconf(_SC_PAGESIZE)) + (rlim_t{48} << 20);
+    const rlimit limit{bytes, bytes};
+    ::setrlimit(RLIMIT_AS, &limit);
+    const Outcome run = Texturon({"analyze", "--no-trace", "--csv", large, small});
+    const bool isSaid = run.error == "texturon: " + large + " does not fit into the memory.\n";
+    if (!isSaid) std::cerr << run.error;
+    return run.status == 1 && isSaid && run.out.find(small) != std::string::npos ? 0 : 1;
+  });
+  EXPECT_EQ(WaitForChild(child), 0);
+}
+#endif
 
 TEST(WatchCommand, EndsInOrderOnASignal) {
   const ScratchFolder folder;
