@@ -9,20 +9,32 @@ missing_packages() {
   done
 }
 
+# when_free COMMAND...: a call of the package manager, again and again for ten minutes while another one is at work. Its
+# own waiting covers the packages, but neither the lists nor what is fetched.
+when_free() {
+  local said until=$((SECONDS + 600))
+  while ! said=$("$@" 2>&1); do
+    if [ "$SECONDS" -ge "$until" ] || ! grep -qE 'Could not get lock|Unable to (acquire|lock)' <<<"$said"; then
+      echo "$said" >&2
+      return 1
+    fi
+    sleep 3
+  done
+}
+
 # need_packages PACKAGE...: installs what is missing; waits for a package manager that is at work.
 need_packages() {
   local missing
   mapfile -t missing < <(missing_packages "$@")
   [ ${#missing[@]} -eq 0 ] && return
   echo "installing: ${missing[*]}"
-  local apt=(apt-get -qq -o DPkg::Lock::Timeout=600)
-  apt=(env DEBIAN_FRONTEND=noninteractive "${apt[@]}")
+  local apt=(env LC_ALL=C DEBIAN_FRONTEND=noninteractive apt-get -qq -o DPkg::Lock::Timeout=600)
   [ "$(id -u)" -eq 0 ] || apt=(sudo "${apt[@]}")
   if [ -z "${TEXTURON_PACKAGE_LISTS:-}" ]; then
-    "${apt[@]}" update
+    when_free "${apt[@]}" update
     TEXTURON_PACKAGE_LISTS=new
   fi
-  "${apt[@]}" install -y --no-install-recommends "${missing[@]}" >/dev/null
+  when_free "${apt[@]}" install -y --no-install-recommends "${missing[@]}"
 }
 
 program_packages=(g++ cmake ninja-build libcli11-dev)

@@ -3,6 +3,7 @@
 #include "analysis/analysis_run.h"
 
 #include <exception>
+#include <new>
 #include <utility>
 
 #include "analysis/pipeline.h"
@@ -17,28 +18,36 @@ RunStep LoadRecord(Document& document, const RecordSource& source, Prompts& prom
   if (WritesTraceFile(document, environment)) step.files.writes.push_back(environment.traceFile);
   ImportOutcome outcome = source.bytes ? LoadProfileBytes(source.path, *source.bytes, source.import, prompts)
                                        : LoadProfileFile(source.path, source.import, prompts);
-  step.loaded = outcome.loaded;
   if (!outcome.loaded) {
     step.cause = std::move(outcome.reason);
     if (step.cause.ends_with('.')) step.cause.pop_back();
     return step;
   }
   if (!outcome.profile.companion.empty()) step.files.reads.push_back(outcome.profile.companion);
-  ProfileSet profiles = MakeProfileSet(std::move(outcome.profile), TextFromPath(source.path));
-  if (source.invert) InvertProfile(profiles);
-  SetProfile(document, std::move(profiles));
+  try {
+    ProfileSet profiles = MakeProfileSet(std::move(outcome.profile), TextFromPath(source.path));
+    if (source.invert) InvertProfile(profiles);
+    SetProfile(document, std::move(profiles));
+    step.loaded = true;
+  } catch (const std::bad_alloc&) {
+    step.cause = kNoMemory;
+  }
   return step;
 }
 
 RunStep AnalyseRecord(Document& document, Prompts& prompts, const Environment& environment) {
-  switch (Compute(document, prompts, environment)) {
-    case ComputeOutcome::kDone:
-      return {.loaded = true};
-    case ComputeOutcome::kEmptyPrimary:
-      return {.loaded = true, .cause = "no primary profile is left"};
-    case ComputeOutcome::kNoProfile:
-    case ComputeOutcome::kRefused:
-      break;
+  try {
+    switch (Compute(document, prompts, environment)) {
+      case ComputeOutcome::kDone:
+        return {.loaded = true};
+      case ComputeOutcome::kEmptyPrimary:
+        return {.loaded = true, .cause = "no primary profile is left"};
+      case ComputeOutcome::kNoProfile:
+      case ComputeOutcome::kRefused:
+        break;
+    }
+  } catch (const std::bad_alloc&) {
+    return {.cause = std::string(kNoMemory)};
   }
   return {.loaded = true, .refused = true, .cause = "there are too few points to compute over"};
 }

@@ -34,7 +34,7 @@ struct RunFiles {
 
 /// How far a run came.
 struct RunStep {
-  bool loaded = false;
+  bool loaded = false;   ///< false after an analysis that ran out of memory, too: nothing of the document is of use
   bool refused = false;  ///< loaded, but with too few points to compute over: a message said so, former results stand
   /// Why it did not go on, Windows-1252, without full stop; empty: it is done. Goes on where the file's name stops, if
   /// the record was not loaded, and is a clause of its own if it was.

@@ -41,16 +41,23 @@ std::vector<ColumnValue> ColumnsOf(const Document& document) {
   return columns;
 }
 
+constexpr std::string_view kWrittenProfiles[] = {"primary", "waviness", "roughness"};
+
+std::filesystem::path ProfileFile(const std::filesystem::path& path, const std::filesystem::path& folder,
+                                  std::string_view kind) {
+  std::filesystem::path target = folder / path.filename();
+  return target += "." + std::string(kind) + ".csv";
+}
+
 /// The reason where a profile could not be written.
 std::string WriteProfiles(const Document& document, const std::filesystem::path& path,
                           const std::filesystem::path& folder) {
   SilentPrompts nobody;
-  for (const std::string_view name : {"primary", "waviness", "roughness"}) {
+  for (const std::string_view name : kWrittenProfiles) {
     const ExportResult result = FindExportKind(name)->make(document, nobody);
     if (!result.ok()) continue;
-    std::filesystem::path target = folder / path.filename();
-    target += "." + std::string(name) + ".csv";
-    const FileOutcome outcome = ReplaceFile(target, result.text, FlushFile::kNo);
+    const std::filesystem::path target = ProfileFile(path, folder, name);
+    const FileOutcome outcome = ReplaceSideFile(target, result.text, FlushFile::kNo);
     if (!outcome.ok()) return FileSentence(target, outcome.reason);
   }
   return {};
@@ -62,6 +69,13 @@ FileAnalysis ResultsOf(const Document& document, const Environment& environment)
   return {.reason = {},
           .text = ParameterFileTextOf(document, DateText(environment.localTime())),
           .columns = ColumnsOf(document)};
+}
+
+std::vector<std::filesystem::path> ProfileFilesOf(const std::filesystem::path& path,
+                                                  const std::filesystem::path& folder) {
+  std::vector<std::filesystem::path> files;
+  for (const std::string_view kind : kWrittenProfiles) files.push_back(ProfileFile(path, folder, kind));
+  return files;
 }
 
 FileAnalysis AnalyseFile(const std::filesystem::path& path, const FileAnalysisOptions& options,

@@ -43,6 +43,10 @@ struct FileAnalysis {
 /// What an analysed document gives.
 FileAnalysis ResultsOf(const Document& document, const Environment& environment);
 
+/// The names that the profiles of a file get in the folder for them.
+std::vector<std::filesystem::path> ProfileFilesOf(const std::filesystem::path& path,
+                                                  const std::filesystem::path& folder);
+
 /// Loads, computes and, where asked, writes the profiles of one file beside each other:
 /// "S1.prf.primary.csv", ".waviness.csv", ".roughness.csv". Asks and shows nothing, writes no trace file. Several may
 /// run at once.

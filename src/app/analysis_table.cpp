@@ -38,7 +38,7 @@ std::string PadLeft(const std::string& text, std::size_t width) {
 
 void AppendFact(std::string& out, std::string_view title, const std::string& text) {
   if (text.empty()) return;
-  out += PadRight(std::string(title), 16) + Utf8FromWindows1252(text) + "\n";
+  out += PadRight(std::string(title), 16) + EscapedControls(Utf8FromWindows1252(text)) + "\n";
 }
 
 std::string CutoffText(const Document& document) {
@@ -56,7 +56,7 @@ std::string CutoffText(const Document& document) {
 void AppendFacts(std::string& out, const Document& document, std::string_view file) {
   const ProfileSet& profiles = document.profiles;
   const bool metric = document.settings.display.Metric;
-  out += PadRight("File", 16) + std::string(file) + "\n";
+  out += PadRight("File", 16) + EscapedControls(file) + "\n";
   AppendFact(out, "Identification", profiles.identification);
   AppendFact(out, "Date", profiles.dateTime);
   AppendFact(out, "Record",
@@ -115,9 +115,13 @@ void AppendParameters(std::string& out, const Document& document) {
   AppendUndefined(out, undefined);
 }
 
+/// A text that a spreadsheet would take for a formula gets an apostrophe before it, which makes it a text there.
 std::string CsvCell(std::string_view bytes) {
-  if (bytes.find_first_of(",\"\r\n") == std::string_view::npos) return std::string(bytes);
-  std::string cell = "\"";
+  const ParsedDouble number = ParseDouble(bytes);
+  const bool isFormula = !bytes.empty() && std::string_view("=+-@\t\r").find(bytes.front()) != std::string_view::npos &&
+                         !(number.usable() && number.length == bytes.size());
+  if (!isFormula && bytes.find_first_of(",\"\r\n") == std::string_view::npos) return std::string(bytes);
+  std::string cell = isFormula ? "\"'" : "\"";
   for (const char c : bytes) {
     if (c == '"') cell += '"';
     cell += c;

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 
 #include <iostream>
+#include <utility>
+#include <vector>
 
 #include "analysis/analysis_run.h"
 #include "analysis/document_export.h"
+#include "analysis/pipeline.h"
 #include "app/analysis_json.h"
 #include "app/analysis_table.h"
 #include "app/commands.h"
@@ -46,6 +49,7 @@ bool AppendRow(const Document& document, const std::string& appendTo, const Envi
 }  // namespace
 
 int RunAnalyze(const AnalyzeOptions& analyze, const CommonOptions& common) {
+  const std::vector<InputFile> files = InputFiles(analyze.files, common);
   ConsolePrompts prompts({.answersYes = common.answer == "yes", .isQuiet = common.quiet});
   auto setup = PrepareRun(common, prompts);
   if (!setup) return kExitRefused;
@@ -53,27 +57,35 @@ int RunAnalyze(const AnalyzeOptions& analyze, const CommonOptions& common) {
   setup->document.wanted = {
       .spectrum = analyze.withProfiles, .heightCurves = false, .coreRoughness = analyze.form == OutputForm::kJson};
   const Environment environment = SystemEnvironment();
+  RunFiles clashing{.reads = PathsOf(files), .writes = {PathFromSystemText(analyze.appendTo)}};
+  if (WritesTraceFile(setup->document, environment)) clashing.writes.push_back(environment.traceFile);
+  RefuseClash(std::move(clashing), common);
   int status = setup->settingsHadProblems ? kExitRefused : kExitDone;
   if (analyze.form == OutputForm::kCsv) std::cout << CsvHeader(setup->document);
   bool isFirst = true;
-  for (const std::string& file : analyze.files) {
+  for (const InputFile& file : files) {
     Document document = setup->document;
-    prompts.BeginFile(file);
+    prompts.BeginFile(file.name);
     if (!LoadInto(document, file, *setup, prompts, environment)) {
       status = kExitRefused;
       continue;
     }
     const RunStep run = AnalyseRecord(document, prompts, environment);
+    if (!run.loaded) {
+      ComplainOf(file.name, run.cause);
+      status = kExitRefused;
+      continue;
+    }
     if (!run.ok()) {
       status = kExitRefused;
-      Complain(file + ": not analysed, " + run.cause + ".");
+      Complain(file.name + ": not analysed, " + run.cause + ".");
     }
     if (run.ok() && !analyze.appendTo.empty() && !AppendRow(document, analyze.appendTo, environment)) {
       status = kExitRefused;
     }
     if (analyze.form == OutputForm::kTable && !isFirst) std::cout << "\n\n";
     isFirst = false;
-    Print(document, file, prompts, analyze);
+    Print(document, file.name, prompts, analyze);
   }
   return FinishOutput(status);
 }

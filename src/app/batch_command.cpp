@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
-#include <map>
 #include <set>
 #include <system_error>
 #include <thread>
@@ -12,8 +11,10 @@
 #include "app/commands.h"
 #include "base/charset.h"
 #include "base/number_text.h"
+#include "export/parameter_file.h"
 #include "platform/interrupt.h"
 #include "platform/platform.h"
+#include "unattended/batch_outputs.h"
 #include "unattended/folder_batch.h"
 #include "unattended/folder_files.h"
 
@@ -29,8 +30,15 @@ std::string CountText(std::size_t count) {
 }
 
 std::optional<Paths> FilesOfFolder(const BatchOptions& options) {
-  const Paths outputs = {PathFromSystemText(options.parameterFile), PathFromSystemText(options.failuresFile),
-                         PathFromSystemText(options.summaryFile)};
+  // A file of that name that no batch has written is a measurement.
+  Paths outputs;
+  const auto add = [&outputs](const std::string& name, bool (*isFormerOutput)(const std::filesystem::path&)) {
+    const std::filesystem::path path = PathFromSystemText(name);
+    if (isFormerOutput(path)) outputs.push_back(path);
+  };
+  add(options.parameterFile, [](const std::filesystem::path& path) { return NoParameterFile(path).empty(); });
+  add(options.failuresFile, IsFailuresFile);
+  add(options.summaryFile, IsSummaryFile);
   FolderFiles listed = FilesToAnalyse(PathFromSystemText(options.folder), Windows1252FromUtf8(options.mask), outputs);
   if (!listed.reason.empty()) {
     Complain(options.folder + " " + listed.reason + ".");
@@ -58,43 +66,43 @@ std::optional<Paths> FilesOfList(const std::string& list) {
   return files;
 }
 
-/// Throws where two files of the call are one: either would destroy the other.
-void RefuseOneNameForTwo(const BatchOptions& options) {
-  struct NamedFile {
-    const char* option;
-    const std::string& name;
-  };
-  const NamedFile files[] = {{"--files-from", options.filesFrom},
-                             {"--parameter-file", options.parameterFile},
-                             {"--failures", options.failuresFile},
-                             {"--summary", options.summaryFile}};
-  std::map<std::filesystem::path, const char*> places;
-  for (const NamedFile& file : files) {
-    if (file.name.empty()) continue;
-    std::error_code ignored;
-    const auto [place, isNew] =
-        places.emplace(std::filesystem::weakly_canonical(PathFromSystemText(file.name), ignored), file.option);
-    if (!isNew) throw UsageError{std::string("batch: ") + place->second + " and " + file.option + " are one file."};
+/// Throws where a file of the call would destroy another.
+void RefuseClashOf(const BatchOptions& options, const CommonOptions& common, const Paths& files) {
+  RunFiles clashing{.reads = files, .writes = {}};
+  clashing.reads.push_back(PathFromSystemText(options.filesFrom));
+  for (const std::string& name : {options.parameterFile, options.failuresFile, options.summaryFile}) {
+    clashing.writes.push_back(PathFromSystemText(name));
   }
+  if (!options.profilesTo.empty()) {
+    for (const std::filesystem::path& file : files) {
+      for (std::filesystem::path& profile : ProfileFilesOf(file, PathFromSystemText(options.profilesTo))) {
+        clashing.writes.push_back(std::move(profile));
+      }
+    }
+  }
+  RefuseClash(std::move(clashing), common);
 }
 
-/// Makes the folder for the profiles. False, with a sentence on standard error, when it cannot be had or two files
-/// would write the same names into it.
-bool PrepareProfiles(const std::string& folder, const Paths& files) {
-  if (folder.empty()) return true;
-  std::error_code error;
-  std::filesystem::create_directories(PathFromSystemText(folder), error);
-  if (error) {
-    Complain(folder + " cannot be made (" + error.message() + ").");
-    return false;
-  }
+/// Whether two files would write the same names into the folder for the profiles; then with a sentence on standard
+/// error.
+bool HasOneNameTwice(const std::string& folder, const Paths& files) {
+  if (folder.empty()) return false;
   std::set<std::filesystem::path> names;
   for (const std::filesystem::path& file : files) {
     if (names.insert(file.filename()).second) continue;
     Complain("--profiles-to: two files are named " + SystemTextFromPath(file.filename()) + ".");
-    return false;
+    return true;
   }
-  return true;
+  return false;
+}
+
+/// Makes the folder for the profiles. False, with a sentence on standard error, when it cannot be had.
+bool PrepareProfiles(const std::string& folder) {
+  if (folder.empty()) return true;
+  std::error_code error;
+  std::filesystem::create_directories(PathFromSystemText(folder), error);
+  if (error) Complain(folder + " cannot be made (" + error.message() + ").");
+  return !error;
 }
 
 std::string Padded(const std::string& text, std::size_t width) {
@@ -147,7 +155,7 @@ int Report(const BatchOptions& options, const FolderBatchOutcome& outcome) {
 
 int RunBatch(const BatchOptions& options, const CommonOptions& common) {
   if (options.folder.empty() == options.filesFrom.empty()) throw UsageError{"batch: give a folder or --files-from."};
-  RefuseOneNameForTwo(options);
+  if (options.jobs && *options.jobs < 1) throw UsageError{"batch: --jobs must be 1 or more."};
   ConsolePrompts prompts({.answersYes = false, .isQuiet = common.quiet});
   const auto setup = PrepareRun(common, prompts);
   if (!setup) return kExitRefused;
@@ -157,7 +165,13 @@ int RunBatch(const BatchOptions& options, const CommonOptions& common) {
     Complain((options.folder.empty() ? options.filesFrom : options.folder) + ": there is no file to analyse.");
     return kExitRefused;
   }
-  if (!PrepareProfiles(options.profilesTo, *files)) return kExitRefused;
+  if (HasOneNameTwice(options.profilesTo, *files)) return kExitRefused;
+  RefuseClashOf(options, common, *files);
+  if (const std::string objection = NoParameterFile(PathFromSystemText(options.parameterFile)); !objection.empty()) {
+    ComplainOf(options.parameterFile, objection);
+    return kExitRefused;
+  }
+  if (!PrepareProfiles(options.profilesTo)) return kExitRefused;
   if (!options.failuresFile.empty()) {
     const std::filesystem::path failures = PathFromSystemText(options.failuresFile);
     std::error_code ignored;
@@ -172,7 +186,7 @@ int RunBatch(const BatchOptions& options, const CommonOptions& common) {
         {.files = std::move(*files),
          .parameterFile = PathFromSystemText(options.parameterFile),
          .failuresFile = PathFromSystemText(options.failuresFile),
-         .jobs = options.jobs > 0 ? options.jobs : static_cast<int>(std::max(1U, std::thread::hardware_concurrency())),
+         .jobs = options.jobs.value_or(static_cast<int>(std::max(1U, std::thread::hardware_concurrency()))),
          .resume = options.resume},
         {.start = setup->document,
          .import = setup->import,

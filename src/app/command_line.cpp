@@ -10,7 +10,6 @@
 #include "app/command_table.h"
 #include "app/commands.h"
 #include "base/charset.h"
-#include "base/text.h"
 #include "platform/interrupt.h"
 #include "platform/platform.h"
 #include "unattended/command_line_run.h"
@@ -22,11 +21,7 @@ namespace {
 bool IsBatchContract(int argc, char** argv) {
   if (argc < 2) return false;
   const std::string_view first = argv[1];
-  constexpr std::string_view kPlanExtension = ".ini";
-  if (first.size() >= kPlanExtension.size() &&
-      EqualIgnoringCase(first.substr(first.size() - kPlanExtension.size()), kPlanExtension)) {
-    return true;
-  }
+  if (NamesTestPlan(first)) return true;
   return argc == 4 && !first.starts_with('-') && !IsCommand(first);
 }
 
@@ -61,7 +56,7 @@ int RunProgram(int argc, char** argv) {
   try {
     return ParseAndRun(app, argc, argv);
   } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? kExitDone : kExitUsage;
+    return app.exit(error) == 0 ? FinishOutput(kExitDone) : static_cast<int>(kExitUsage);
   } catch (const UsageError& error) {
     Complain(error.text);
     return kExitUsage;

@@ -34,6 +34,11 @@ void AddFileOptions(CLI::App& command, CommonOptions& options) {
   command.add_flag("--quiet", options.quiet, "nothing on standard error but refusals");
 }
 
+void AddStandardInput(CLI::App& command, CommonOptions& options) {
+  command.add_option("--as", options.standardInputAs, "extension that standard input, given as -, is read as")
+      ->type_name("EXT");
+}
+
 void AddComputeOptions(CLI::App& command, CommonOptions& options) {
   command
       .add_option("--region", options.region,
@@ -59,9 +64,7 @@ void AddBatchOptions(CLI::App& command, BatchOptions& options) {
   command.add_option("--parameter-file", options.parameterFile, "gets the rows; created if need be")
       ->required()
       ->type_name("CSV");
-  command.add_option("--jobs", options.jobs, "files analysed at once (one a processor core)")
-      ->type_name("N")
-      ->check(CLI::PositiveNumber);
+  command.add_option("--jobs", options.jobs, "files analysed at once (one a processor core)")->type_name("N");
   command.add_option("--profiles-to", options.profilesTo, "folder for primary, waviness and roughness of each file")
       ->type_name("DIR");
   command.add_option("--failures", options.failuresFile, "gets a line a file that failed: path, tab, reason")
@@ -83,6 +86,7 @@ void AddAnalyze(CLI::App& command, CommonOptions& common, int& status) {
   const auto options = std::make_shared<AnalyzeOptions>();
   command.add_option("files", options->files, "profile files")->required()->type_name("FILE");
   AddFileOptions(command, common);
+  AddStandardInput(command, common);
   AddComputeOptions(command, common);
   CLI::Option* const json = command.add_flag("--json")->description("one JSON object a file");
   CLI::Option* const csv = command.add_flag("--csv")->description("one line a file for spreadsheets")->excludes(json);
@@ -102,6 +106,7 @@ void AddInspect(CLI::App& command, CommonOptions& common, int& status) {
   command.add_option("files", options->files, "profile files")->required()->type_name("FILE");
   command.add_flag("--json", options->asJson, "one JSON object a file");
   AddFileOptions(command, common);
+  AddStandardInput(command, common);
   command.callback([=, &common, &status] { status = RunInspect(*options, common); });
 }
 
@@ -112,6 +117,7 @@ void AddExport(CLI::App& command, CommonOptions& common, int& status) {
   command.add_option("-o,--output", options->output, "file to write; standard output without it")->type_name("FILE");
   command.add_flag("--mod", options->asMod, "as form data (MOD): " + ModKindNames());
   AddFileOptions(command, common);
+  AddStandardInput(command, common);
   AddComputeOptions(command, common);
   command.callback([=, &common, &status] { status = RunExport(*options, common); });
 }
@@ -123,6 +129,7 @@ void AddConvert(CLI::App& command, CommonOptions& common, int& status) {
       ->required()
       ->type_name("OUT");
   AddFileOptions(command, common);
+  AddStandardInput(command, common);
   command.callback([=, &common, &status] { status = RunConvert(*options, common); });
 }
 

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -43,7 +44,7 @@ struct BatchOptions {
   std::string profilesTo;
   std::string failuresFile;
   std::string summaryFile;
-  int jobs = 0;  ///< 0: one a processor core
+  std::optional<int> jobs;  ///< empty: one a processor core
   bool resume = false;
 };
 

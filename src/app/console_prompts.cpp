@@ -42,8 +42,8 @@ void ConsolePrompts::BeginFile(std::string name) {
 void ConsolePrompts::WriteLine(std::string_view text) const {
   if (manner_.isQuiet) return;
   std::cerr << "texturon: ";
-  if (!fileName_.empty()) std::cerr << fileName_ << ": ";
-  std::cerr << Utf8FromWindows1252(text) << '\n';
+  if (!fileName_.empty()) std::cerr << EscapedControls(fileName_) << ": ";
+  std::cerr << EscapedControls(Utf8FromWindows1252(text)) << '\n';
 }
 
 void ConsolePrompts::ShowMessage(std::string_view text) {
@@ -73,7 +73,7 @@ std::optional<std::size_t> ConsolePrompts::ChooseFromList(std::string_view title
 
 std::unique_ptr<Progress> ConsolePrompts::OpenProgress(std::string_view caption, std::string_view text) {
   if (manner_.isQuiet || !ErrorOutputIsTerminal()) return SilentPrompts().OpenProgress(caption, text);
-  return std::make_unique<BarProgress>(Utf8FromWindows1252(caption));
+  return std::make_unique<BarProgress>(EscapedControls(Utf8FromWindows1252(caption)));
 }
 
 void ConsolePrompts::SetBusy(bool /*busy*/) {}

@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "base/charset.h"
-#include "base/text.h"
 #include "platform/interrupt.h"
 #include "platform/platform.h"
 #include "ui/window/command_icons.h"
@@ -17,11 +16,12 @@
 
 namespace {
 
-/// Three arguments are a run by test plan: settings, data and a folder. Three profiles, or an option, ask for a window.
+/// A plan, or three arguments, are a run by test plan: settings, data and a folder. Three profiles, or an option, ask
+/// for a window.
 bool IsTestPlan(int argc, char** argv) {
   constexpr int kArguments = 4;
+  if (argc > 1 && texturon::NamesTestPlan(argv[1])) return true;
   if (argc != kArguments || argv[1][0] == '-') return false;
-  if (texturon::EqualIgnoringCase(texturon::PathFromSystemText(argv[1]).extension().string(), ".ini")) return true;
   std::error_code error;
   return !std::filesystem::is_regular_file(texturon::PathFromSystemText(argv[3]), error);
 }
@@ -31,9 +31,12 @@ int RunTestPlan(int argc, char** argv) {
   const texturon::RunOutcome outcome = texturon::RunCommandLine(
       texturon::CommandLineText(std::vector<std::string>(argv + 1, argv + argc)), texturon::SystemEnvironment());
   for (const std::string& remark : outcome.remarks) {
-    std::cerr << "texturon-desktop: " << texturon::Utf8FromWindows1252(remark) << '\n';
+    std::cerr << "texturon-desktop: " << texturon::EscapedControls(texturon::Utf8FromWindows1252(remark)) << '\n';
   }
-  if (!outcome.done) std::cerr << "texturon-desktop: " << texturon::Utf8FromWindows1252(outcome.reason) << '\n';
+  if (!outcome.done) {
+    std::cerr << "texturon-desktop: " << texturon::EscapedControls(texturon::Utf8FromWindows1252(outcome.reason))
+              << '\n';
+  }
   return outcome.done ? 0 : 1;
 }
 

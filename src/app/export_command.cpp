@@ -2,9 +2,11 @@
 
 #include <filesystem>
 #include <iostream>
+#include <utility>
 
 #include "analysis/analysis_run.h"
 #include "analysis/document_export.h"
+#include "analysis/pipeline.h"
 #include "app/commands.h"
 #include "base/charset.h"
 #include "base/text.h"
@@ -39,15 +41,23 @@ int RunExport(const ExportOptions& options, const CommonOptions& common) {
   const ExportFunction make = options.asMod || isNamedMod ? kind->makeMod : kind->make;
   if (make == nullptr) throw UsageError{"export: " + options.kind + " has no form as --mod."};
 
+  const InputFile file = InputFiles({options.file}, common).front();
   ConsolePrompts prompts({.answersYes = common.answer == "yes", .isQuiet = common.quiet});
   const auto setup = PrepareRun(common, prompts);
   if (!setup) return kExitRefused;
   Document document = setup->document;
   prompts.BeginFile(options.file);
   const Environment environment = SystemEnvironment();
-  if (!LoadInto(document, options.file, *setup, prompts, environment)) return kExitRefused;
+  RunFiles clashing{.reads = PathsOf({file}), .writes = {PathFromSystemText(options.output)}};
+  if (WritesTraceFile(document, environment)) clashing.writes.push_back(environment.traceFile);
+  RefuseClash(std::move(clashing), common);
+  if (!LoadInto(document, file, *setup, prompts, environment)) return kExitRefused;
   // A record that cannot be analysed may still hold what is exported.
-  (void)AnalyseRecord(document, prompts, environment);
+  const RunStep run = AnalyseRecord(document, prompts, environment);
+  if (!run.loaded) {
+    ComplainOf(options.file, run.cause);
+    return kExitRefused;
+  }
   const ExportResult result = make(document, prompts);
   if (!result.ok()) {
     Complain(options.file + ": not exported, " + Utf8FromWindows1252(result.reason) + ".");

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iostream>
+#include <vector>
 
 #include "app/commands.h"
 #include "app/json_writer.h"
@@ -37,7 +38,7 @@ Findings FindingsOf(const ImportedProfile& profile) {
 
 void PrintRow(std::string_view name, std::string_view text) {
   constexpr std::size_t kWidth = 16;
-  std::cout << name << std::string(kWidth - name.size(), ' ') << Utf8FromWindows1252(text) << "\n";
+  std::cout << name << std::string(kWidth - name.size(), ' ') << EscapedControls(Utf8FromWindows1252(text)) << "\n";
 }
 
 void PrintProfile(const ImportedProfile& profile) {
@@ -73,7 +74,7 @@ StatusNames NamesOf(ReadResult::Status status) {
 }
 
 void PrintTable(const std::string& file, const ImportOutcome& outcome) {
-  std::cout << "file            " << file << "\n";
+  std::cout << "file            " << EscapedControls(file) << "\n";
   for (const ReadAttempt& attempt : outcome.attempts) {
     const std::string reason = attempt.result.reason.empty() ? "" : ": " + attempt.result.reason;
     PrintRow(NamesOf(attempt.result.status).title, attempt.reader + reason);
@@ -138,26 +139,33 @@ private:
   JsonWriter json_;
 };
 
+ImportOutcome Load(const InputFile& file, const ImportOptions& options, Prompts& prompts) {
+  if (!file.isStandardInput) return LoadProfileFile(file.path, options, prompts);
+  const FileBytes content = ReadStandardInput();
+  if (!content.ok()) return {.reason = content.reason};
+  return LoadProfileBytes(file.path, content.bytes, options, prompts);
+}
+
 }  // namespace
 
 int RunInspect(const InspectOptions& inspect, const CommonOptions& common) {
+  const std::vector<InputFile> files = InputFiles(inspect.files, common);
   ConsolePrompts prompts({.answersYes = common.answer == "yes", .isQuiet = true});
   const auto setup = PrepareRun(common, prompts);
   if (!setup) return kExitRefused;
   int status = kExitDone;
-  const bool isOne = inspect.files.size() == 1;
-  for (const std::string& file : inspect.files) {
-    const ImportOutcome outcome = LoadProfileFile(PathFromSystemText(file), setup->import, prompts);
+  for (const InputFile& file : files) {
+    const ImportOutcome outcome = Load(file, setup->import, prompts);
     if (inspect.asJson) {
-      InspectionJson json(isOne ? JsonWriter::Layout::kIndented : JsonWriter::Layout::kOneLine);
-      std::cout << json.Write(file, outcome) << "\n";
+      InspectionJson json(files.size() == 1 ? JsonWriter::Layout::kIndented : JsonWriter::Layout::kOneLine);
+      std::cout << json.Write(file.name, outcome) << "\n";
     } else {
-      if (&file != &inspect.files.front()) std::cout << "\n";
-      PrintTable(file, outcome);
+      if (&file != &files.front()) std::cout << "\n";
+      PrintTable(file.name, outcome);
     }
     if (outcome.loaded) continue;
     std::cout.flush();
-    ComplainOf(file, outcome.reason);
+    ComplainOf(file.name, outcome.reason);
     status = kExitRefused;
   }
   return FinishOutput(status);

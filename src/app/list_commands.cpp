@@ -54,10 +54,10 @@ int CheckSettingsFile(const std::string& file) {
   }
   const std::vector<SettingsProblem> problems = CheckSettings(IniFile(bytes.bytes));
   for (const SettingsProblem& problem : problems) {
-    std::cout << file << ":" << IntegerText(static_cast<std::int64_t>(problem.line)) << ": " << Utf8(problem.text)
-              << "\n";
+    std::cout << EscapedControls(file) << ":" << IntegerText(static_cast<std::int64_t>(problem.line)) << ": "
+              << EscapedControls(Utf8(problem.text)) << "\n";
   }
-  if (problems.empty()) std::cout << file << ": no problems\n";
+  if (problems.empty()) std::cout << EscapedControls(file) << ": no problems\n";
   return FinishOutput(problems.empty() ? kExitDone : kExitRefused);
 }
 

@@ -2,6 +2,7 @@
 
 #include "app/run_options.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <iostream>
@@ -9,8 +10,10 @@
 #include <utility>
 
 #include "analysis/analysis_run.h"
+#include "analysis/file_clash.h"
 #include "base/charset.h"
 #include "base/number_text.h"
+#include "formats/companion_file.h"
 #include "platform/platform.h"
 #include "settings/settings_file.h"
 #include "settings/settings_text.h"
@@ -120,7 +123,7 @@ int FinishOutput(int status) {
 }
 
 void Complain(const std::string& text) {
-  std::cerr << "texturon: " << text << '\n';
+  std::cerr << "texturon: " << EscapedControls(text) << '\n';
 }
 
 void ComplainOf(const std::string& file, std::string_view reason) {
@@ -141,15 +144,52 @@ std::optional<RunSetup> PrepareRun(const CommonOptions& options, ConsolePrompts&
   return setup;
 }
 
-bool LoadInto(Document& document, const std::string& file, const RunSetup& setup, ConsolePrompts& prompts,
+std::vector<InputFile> InputFiles(const std::vector<std::string>& names, const CommonOptions& options) {
+  std::string extension = options.standardInputAs;
+  if (!extension.empty() && !extension.starts_with('.')) extension.insert(0, ".");
+  const auto times = std::count(names.begin(), names.end(), kStandardInput);
+  if (times > 1) throw UsageError{"standard input (-) can be read only once."};
+  if (times == 1 && extension.empty()) throw UsageError{"- needs --as EXT, the extension that it is read as."};
+  if (times == 0 && !extension.empty()) throw UsageError{"--as is for standard input (-), which is not asked for."};
+  std::vector<InputFile> files;
+  for (const std::string& name : names) {
+    const bool isStandardInput = name == kStandardInput;
+    files.push_back({name, PathFromSystemText(isStandardInput ? "standard input" + extension : name), isStandardInput});
+  }
+  return files;
+}
+
+std::vector<std::filesystem::path> PathsOf(const std::vector<InputFile>& files) {
+  std::vector<std::filesystem::path> paths;
+  for (const InputFile& file : files) {
+    if (!file.isStandardInput) paths.push_back(file.path);
+  }
+  return paths;
+}
+
+void RefuseClash(RunFiles files, const CommonOptions& options) {
+  std::vector<std::filesystem::path> companions;
+  for (const std::filesystem::path& path : files.reads) {
+    if (auto companion = CompanionOf(path)) companions.push_back(std::move(*companion));
+  }
+  files.reads.insert(files.reads.end(), companions.begin(), companions.end());
+  files.reads.push_back(PathFromSystemText(options.settingsFile));
+  const std::string clash = FileClash(files);
+  if (!clash.empty()) throw UsageError{Utf8FromWindows1252(clash)};
+}
+
+bool LoadInto(Document& document, const InputFile& file, const RunSetup& setup, ConsolePrompts& prompts,
               const Environment& environment) {
+  FileBytes content;
+  if (file.isStandardInput) content = ReadStandardInput();
+  RecordSource source{.path = file.path, .import = setup.import, .invert = setup.invert};
+  if (file.isStandardInput) source.bytes = content.bytes;
   prompts.HoldMessages(true);
   const RunStep step =
-      LoadRecord(document, {.path = PathFromSystemText(file), .import = setup.import, .invert = setup.invert}, prompts,
-                 environment);
+      content.ok() ? LoadRecord(document, source, prompts, environment) : RunStep{.cause = content.reason};
   prompts.HoldMessages(false);
   if (!step.ok()) {
-    ComplainOf(file, step.cause);
+    ComplainOf(file.name, step.cause);
     return false;
   }
   for (const std::string& message : prompts.Messages()) prompts.Notice(message);

@@ -3,11 +3,13 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "analysis/analysis_run.h"
 #include "analysis/document.h"
 #include "app/console_prompts.h"
 #include "formats/profile_reader.h"
@@ -26,7 +28,8 @@ struct CommonOptions {
   std::string exclude;                   ///< FIRST,LAST
   std::string spacing;
   std::string answer;
-  std::int32_t profile = 0;  ///< 0: not chosen
+  std::string standardInputAs;  ///< extension that standard input is read as
+  std::int32_t profile = 0;     ///< 0: not chosen
   std::int32_t column = 1;
   bool imperial = false;
   bool quiet = false;
@@ -44,6 +47,19 @@ struct UsageError {
 /// The region that a text of this form names; nothing for any other.
 std::optional<RegionChoice> ParseRegion(const std::string& text);
 
+/// The file name that stands for standard input.
+inline constexpr std::string_view kStandardInput = "-";
+
+/// What the file arguments of a command that reads profiles stand for.
+struct InputFile {
+  std::string name;            ///< as it was given, in the system's own bytes
+  std::filesystem::path path;  ///< of standard input, which lies nowhere: a name with the extension
+  bool isStandardInput = false;
+};
+
+/// Throws UsageError where standard input stands twice, or without its extension, or the extension without it.
+std::vector<InputFile> InputFiles(const std::vector<std::string>& names, const CommonOptions& options);
+
 /// What every command that analyses or reads files starts from.
 struct RunSetup {
   Document document;  ///< settings in force, no profile
@@ -57,14 +73,20 @@ struct RunSetup {
 /// cannot be read.
 std::optional<RunSetup> PrepareRun(const CommonOptions& options, ConsolePrompts& prompts);
 
+/// Throws UsageError where a run would destroy a file: `files` beside the settings file and the companions of what is
+/// read. Before anything is read or written.
+void RefuseClash(RunFiles files, const CommonOptions& options);
+/// The paths of files that lie somewhere.
+std::vector<std::filesystem::path> PathsOf(const std::vector<InputFile>& files);
+
 /// Loads a file into the document. False, with one sentence on standard error, when it could not be read.
-bool LoadInto(Document& document, const std::string& file, const RunSetup& setup, ConsolePrompts& prompts,
+bool LoadInto(Document& document, const InputFile& file, const RunSetup& setup, ConsolePrompts& prompts,
               const Environment& environment);
 
 /// Flushes standard output. Returns `status`, or a refusal with a sentence where the output did not take everything.
 int FinishOutput(int status);
 
-/// Writes one sentence on standard error: "texturon: <text>".
+/// Writes one sentence on standard error: "texturon: <text>". Control characters, which only names have, are escaped.
 void Complain(const std::string& text);
 
 /// The same of a file, in the system's own bytes; `reason`, Windows-1252, goes on where its name stops.

@@ -5,8 +5,10 @@
 
 #include "app/commands.h"
 #include "base/charset.h"
+#include "export/parameter_file.h"
 #include "platform/interrupt.h"
 #include "platform/platform.h"
+#include "unattended/event_log.h"
 #include "unattended/folder_watch.h"
 
 namespace texturon {
@@ -28,15 +30,24 @@ int RunWatch(const WatchOptions& options, const CommonOptions& common) {
   const auto setup = PrepareRun(common, prompts);
   if (!setup) return kExitRefused;
   const FolderWatchOptions watch = OptionsOf(options, setup->document.settings);
+  const Environment environment = SystemEnvironment();
+  RunFiles clashing{.reads = {}, .writes = {watch.parameterFile, watch.holdFolder}};
+  if (!watch.singleFile.empty()) clashing.reads.push_back(watch.folder / PathFromSystemText(watch.singleFile));
+  if (watch.logsEvents) clashing.writes.push_back(environment.workingFolder / EventLog::kName);
+  RefuseClash(std::move(clashing), common);
+  if (const std::string objection = NoParameterFile(watch.parameterFile); !objection.empty()) {
+    ComplainOf(SystemTextFromPath(watch.parameterFile), objection);
+    return kExitRefused;
+  }
   CatchInterrupts();
-  const std::string reason = WatchFolder(
-      watch, {.start = setup->document, .import = setup->import, .invert = setup->invert}, SystemEnvironment(),
-      {.analysed =
-           [&common](const std::string& file, const FileAnalysis& /*analysis*/) {
-             if (!common.quiet) std::cout << file << " analysed" << std::endl;
-           },
-       .failed = [](const std::string& sentence) { Complain(Utf8FromWindows1252(sentence)); },
-       .stops = Interrupted});
+  const std::string reason =
+      WatchFolder(watch, {.start = setup->document, .import = setup->import, .invert = setup->invert}, environment,
+                  {.analysed =
+                       [&common](const std::string& file, const FileAnalysis& /*analysis*/) {
+                         if (!common.quiet) std::cout << EscapedControls(file) << " analysed" << std::endl;
+                       },
+                   .failed = [](const std::string& sentence) { Complain(Utf8FromWindows1252(sentence)); },
+                   .stops = Interrupted});
   if (!reason.empty()) {
     Complain(Utf8FromWindows1252(reason));
     return kExitRefused;

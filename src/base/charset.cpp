@@ -127,6 +127,35 @@ std::string Windows1252FromUtf8(std::string_view text) {
   return bytes;
 }
 
+std::string EscapedControls(std::string_view utf8) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  std::string shown;
+  shown.reserve(utf8.size());
+  const auto append = [&shown, kDigits](unsigned char byte) {
+    const bool isControl = byte < 0x20 || (byte >= 0x7F && byte <= 0x9F);
+    if (!isControl) {
+      shown += static_cast<char>(byte);
+    } else if (byte == '\n' || byte == '\r' || byte == '\t') {
+      shown += byte == '\n' ? "\\n" : byte == '\r' ? "\\r" : "\\t";
+    } else {
+      shown += {'\\', 'x', kDigits[byte >> 4], kDigits[byte & 0x0F]};
+    }
+  };
+  for (std::size_t position = 0; position < utf8.size();) {
+    const std::size_t start = position;
+    const char32_t codePoint = NextCodePoint(utf8, position);
+    const std::string_view bytes = utf8.substr(start, position - start);
+    if (codePoint <= 0x9F && bytes.size() <= 2 && codePoint != U'?') {
+      append(static_cast<unsigned char>(codePoint));
+    } else if (codePoint != U'?') {
+      shown += bytes;
+    } else {
+      for (const char byte : bytes) append(static_cast<unsigned char>(byte));
+    }
+  }
+  return shown;
+}
+
 std::string_view PlainText(std::string_view bytes, std::string& storage) {
   if (bytes.starts_with("\xEF\xBB\xBF")) return bytes.substr(3);
   const bool isBigEndian = bytes.starts_with("\xFE\xFF");

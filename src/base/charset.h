@@ -17,6 +17,10 @@ std::string Utf8FromWindows1252(std::string_view text);
 /// all that it gives.
 std::string Windows1252FromUtf8(std::string_view text);
 
+/// UTF-8 with its control characters as escapes (\n, \t, \x1B, \x9B), so that a name does nothing to a terminal. Bytes
+/// that are no UTF-8 stay, but for those that a terminal of eight bits would take as control characters.
+std::string EscapedControls(std::string_view utf8);
+
 /// UTF-16 behind its byte-order mark, UTF-16LE without one too, as Windows-1252; UTF-8 without its mark; anything else
 /// as it stands. `storage` holds the text where it had to be made.
 std::string_view PlainText(std::string_view bytes, std::string& storage);

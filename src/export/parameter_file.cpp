@@ -2,17 +2,44 @@
 
 #include "export/parameter_file.h"
 
+#include <algorithm>
 #include <chrono>
+#include <fstream>
 #include <string>
 #include <thread>
-
-#include "platform/append_file.h"
 
 namespace texturon {
 namespace {
 
 constexpr std::chrono::milliseconds kRetryDelay(1500);
 constexpr std::string_view kInUseReason = "is in use";
+
+constexpr std::size_t kStart = 256;  ///< bytes that hold the four titles, whatever is between them
+
+bool IsLetterOrDigit(char c) {
+  return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+}
+
+/// The titles in their order, on one line, with marks other than letters and digits between them.
+bool HasTitles(std::string_view line) {
+  bool isFirst = true;
+  for (const std::string_view title : {"Time", "Source", "Identification", "Settings"}) {
+    const auto begin = std::find_if(line.begin(), line.end(), IsLetterOrDigit);
+    const auto marks = static_cast<std::size_t>(begin - line.begin());
+    line.remove_prefix(marks);
+    if ((marks == 0 && !isFirst) || !line.starts_with(title)) return false;
+    line.remove_prefix(title.size());
+    isFirst = false;
+  }
+  return line.empty() || !IsLetterOrDigit(line.front());
+}
+
+std::string Objection(std::string_view start) {
+  constexpr std::string_view kTitles = "\"Time\", \"Source\", \"Identification\", \"Settings\"";
+  // All that a run that was killed in the middle of its first line has left.
+  if (kTitles.starts_with(start) || HasTitles(start.substr(0, start.find_first_of("\r\n")))) return {};
+  return "is no parameter file: its first line does not begin with Time, Source, Identification, Settings";
+}
 
 std::unique_ptr<AppendFile> Hold(const std::filesystem::path& path, InUse inUse, const std::function<bool()>& givesUp) {
   if (inUse == InUse::kWait) return WaitForAppendFile(path, std::chrono::hours(24 * 365), givesUp);
@@ -25,11 +52,29 @@ std::unique_ptr<AppendFile> Hold(const std::filesystem::path& path, InUse inUse,
 
 }  // namespace
 
+std::string NoParameterFile(const AppendFile& file) {
+  return Objection(file.Start(kStart));
+}
+
+std::string NoParameterFile(const std::filesystem::path& path) {
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(path, error)) return {};  // whoever opens it says what is wrong with it
+  std::string start(kStart, '\0');
+  std::ifstream file(path, std::ios::binary);
+  file.read(start.data(), static_cast<std::streamsize>(start.size()));
+  start.resize(static_cast<std::size_t>(file.gcount()));
+  return Objection(start);
+}
+
 AppendOutcome AppendToParameterFile(const std::filesystem::path& path, std::string_view header, std::string_view rows,
                                     InUse inUse, const std::function<bool()>& givesUp) {
   const auto file = Hold(path, inUse, givesUp);
   if (file->state() == AppendFile::State::kInUse) return {false, std::string(kInUseReason)};
   if (file->state() == AppendFile::State::kFailed) return {false, file->outcome().reason};
+  if (!header.empty()) {
+    std::string objection = NoParameterFile(*file);
+    if (!objection.empty()) return {false, std::move(objection)};
+  }
   std::string text;
   if (file->size() == 0) text += header;
   if (file->endsInsideLine()) text += "\r\n";

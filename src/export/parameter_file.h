@@ -4,8 +4,10 @@
 
 #include <filesystem>
 #include <functional>
+#include <string>
 #include <string_view>
 
+#include "platform/append_file.h"
 #include "platform/platform.h"
 #include "platform/prompts.h"
 
@@ -23,9 +25,16 @@ struct AppendOutcome {
   std::string reason;  ///< why not; goes on where the file's name stops
 };
 
+/// Why rows must not be added to a file that is held, or to one of this name; goes on where the file's name stops.
+/// Empty: it is new, empty or a parameter file, that is its first line begins with the titles Time, Source,
+/// Identification and Settings, however a spreadsheet has quoted and separated them.
+std::string NoParameterFile(const AppendFile& file);
+std::string NoParameterFile(const std::filesystem::path& path);
+
 /// Adds rows to the end of a parameter file, which is created with `header` where it is not there (or empty). They
 /// follow each other without another writer's between them, all of them or none. A file whose last line has no end gets
-/// one first. `givesUp`, asked now and then while it waits, ends the waiting.
+/// one first; one that is no parameter file is refused. Without a header the file is any text of lines. `givesUp`,
+/// asked now and then while it waits, ends the waiting.
 AppendOutcome AppendToParameterFile(const std::filesystem::path& path, std::string_view header, std::string_view rows,
                                     InUse inUse, const std::function<bool()>& givesUp = {});
 

@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "base/text.h"
+#include "platform/platform.h"
 
 namespace texturon {
 
@@ -21,6 +22,18 @@ std::filesystem::path CompanionPath(const std::filesystem::path& path, std::stri
     if (std::filesystem::exists(candidate.replace_extension(spelling), error)) return candidate;
   }
   return asWritten;
+}
+
+std::optional<std::filesystem::path> CompanionOf(const std::filesystem::path& path) {
+  constexpr struct {
+    std::string_view extension;
+    std::string_view companion;
+  } kCompanions[] = {{".LMTH", ".LMTd"}, {".TX1", ".tx3"}, {".TX2", ".tx3"}};
+  const std::string extension = TextFromPath(path.extension());
+  for (const auto& row : kCompanions) {
+    if (EqualIgnoringCase(extension, row.extension)) return CompanionPath(path, row.companion);
+  }
+  return std::nullopt;
 }
 
 }  // namespace texturon

@@ -156,10 +156,10 @@ constexpr ProfileReader kSmd[] = {
     {"SMD softgauge", "softgauge of ISO 5436-2, incremental or absolute", ReadSoftgauge}};
 
 constexpr ExtensionEntry kExtensions[] = {
-    {".PRF", kPrfChain},
+    {".PRF", kPrfChain, {}, false, true},
     {".RUF", kRuf},
     {".S2P", kS2p},
-    {".MOD", kModChain},
+    {".MOD", kModChain, {}, false, true},
     {".PR", kPrChain},
     {".NDS", kNds},
     {".FTS", kFts},
@@ -186,9 +186,9 @@ constexpr ExtensionEntry kExtensions[] = {
     {".HFM", kHfm},
     {".HWP", kHwp},
     {".PIP", kPip},
-    {".PRO", kPro},
+    {".PRO", kPro, {}, false, true},
     {".ASC", kAsc},
-    {".SDF", kSdfChain},
+    {".SDF", kSdfChain, {}, false, true},
     {".lmt", kLmtChain},
     {".LMTH", kLmthChain},
     {".PRA", kPra},

@@ -44,6 +44,8 @@ struct ExtensionEntry {
   std::span<const ProfileReader> chain;
   std::span<const ProfileReader> chosenChain;  ///< where the caller chose a profile; none: the same chain
   bool ignoresResult = false;                  ///< loads what a refusal left, if its spacing is above 0
+  bool isTakenWhole =
+      false;  ///< files of any number of lines: a reader thins or cuts what is too much, or counts bytes
 };
 
 /// Every extension that is read, in the order of comparison: the first that equals a file's decides.

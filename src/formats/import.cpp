@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <new>
 #include <string_view>
 #include <utility>
 
@@ -76,7 +77,8 @@ ImportOutcome ReadThroughChain(const ExtensionEntry& entry, const ReaderInput& i
 }
 
 ImportOutcome LoadProfileFile(const std::filesystem::path& path, const ImportOptions& options, Prompts& prompts) {
-  const FileBytes file = ReadWholeFile(path);
+  const ExtensionEntry* const entry = FindExtension(path);
+  const FileBytes file = ReadRegularFile(path, entry != nullptr && entry->isTakenWhole ? 0 : kMostLinesRead);
   if (!file.ok()) return {.reason = file.reason};
   return LoadProfileBytes(path, file.bytes, options, prompts);
 }
@@ -93,8 +95,12 @@ ImportOutcome LoadProfileBytes(const std::filesystem::path& path, std::string_vi
     progress = prompts.OpenProgress(text, text);
     progress->Advance(0);
   }
-  std::string storage;
-  return ReadThroughChain(*entry, {path, PlainText(bytes, storage), options, prompts});
+  try {
+    std::string storage;
+    return ReadThroughChain(*entry, {path, PlainText(bytes, storage), options, prompts});
+  } catch (const std::bad_alloc&) {
+    return {.reason = std::string(kNoMemory)};
+  }
 }
 
 ProfileSet MakeProfileSet(ImportedProfile&& profile, std::string sourcePath) {

@@ -165,7 +165,7 @@ ReadResult ReadTxText(const ReaderInput& input, ImportedProfile& profile) {
   }
   if (profile.spacingSource == "assumed") profile.spacingSource = "assumed from the nominal length on line 1";
   const std::filesystem::path sheetPath = CompanionPath(input.path, ".tx3");
-  const FileBytes sheet = ReadWholeFile(sheetPath);
+  const FileBytes sheet = ReadRegularFile(sheetPath);
   if (sheet.ok()) profile.companion = sheetPath;
   profile.date = DateOfConditionSheet(sheet.bytes);
   return ReadResult::Read();

@@ -133,7 +133,7 @@ ReadResult ReadNativeHeaderWithTable(const ReaderInput& input, ImportedProfile& 
   if (auto refusal = ReadHeader(input, cursor, header)) return *refusal;
 
   profile.companion = CompanionPath(input.path, ".LMTd");
-  const FileBytes table = ReadWholeFile(profile.companion);
+  const FileBytes table = ReadRegularFile(profile.companion, kMostLinesRead);
   if (!table.ok()) return ReadResult::Refused("the table with the ending .LMTd " + table.reason);
   std::string storage;
   const std::string_view rows = PlainText(table.bytes, storage);

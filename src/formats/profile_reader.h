@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -52,6 +53,9 @@ struct ReadResult {
   static ReadResult NotRecognised(std::string reason) { return {Status::kNotRecognised, std::move(reason)}; }
   static ReadResult Refused(std::string reason) { return {Status::kRefused, std::move(reason)}; }
 };
+
+/// How far a text of a point a line is read: readers that take no more than so many points see that there are more.
+inline constexpr std::size_t kMostLinesRead = 850'000;
 
 using ReadFunction = ReadResult (*)(const ReaderInput& input, ImportedProfile& profile);
 

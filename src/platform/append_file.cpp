@@ -11,11 +11,11 @@
 
 namespace texturon {
 
-AppendFile::AppendFile(const std::filesystem::path& path) {
+AppendFile::AppendFile(const std::filesystem::path& path, Name name) {
   // A file that was replaced between its opening and its lock is opened again under its name.
   constexpr int kAttempts = 16;
   for (int i = 0; i < kAttempts; ++i) {
-    Open(path);
+    Open(path, name);
     if (state_ != State::kHeld || IsStillAt(path, handle_)) return;
     CloseFile(std::exchange(handle_, -1));
   }
@@ -30,14 +30,14 @@ AppendFile::~AppendFile() {
   if (handle_ >= 0) CloseFile(handle_);
 }
 
-void AppendFile::Open(const std::filesystem::path& path) {
+void AppendFile::Open(const std::filesystem::path& path, Name name) {
   state_ = State::kFailed;
   std::error_code error;
   if (std::filesystem::is_directory(path, error)) {
     outcome_.reason = "is a directory";
     return;
   }
-  handle_ = OpenFile(path, OpenMode::kAppend);
+  handle_ = OpenFile(path, name == Name::kOwn ? OpenMode::kSideLog : OpenMode::kAppend);
   if (handle_ < 0) {
     if (FailedBecauseInUse()) state_ = State::kInUse;
     outcome_.reason = Failure("cannot be opened for writing", errno);
@@ -46,6 +46,10 @@ void AppendFile::Open(const std::filesystem::path& path) {
   FileStatus status;
   if (!ReadStatus(handle_, status) || !status.isRegular) {
     outcome_.reason = "is no regular file";
+    return;
+  }
+  if (name == Name::kOwn && !status.hasOneName) {
+    outcome_.reason = "has a second name";
     return;
   }
   if (!Lock(handle_)) {
@@ -62,6 +66,20 @@ void AppendFile::Open(const std::filesystem::path& path) {
   char last = '\n';
   if (size_ > 0 && SeekTo(handle_, static_cast<std::int64_t>(size_) - 1) >= 0) ReadSome(handle_, &last, 1);
   endsInsideLine_ = last != '\n';
+}
+
+std::string AppendFile::Start(std::size_t most) const {
+  std::string start(most, '\0');
+  std::size_t size = 0;
+  if (SeekTo(handle_, 0) == 0) {
+    while (size < most) {
+      const std::ptrdiff_t got = ReadSome(handle_, start.data() + size, most - size);
+      if (got <= 0) break;
+      size += static_cast<std::size_t>(got);
+    }
+  }
+  start.resize(size);
+  return start;
 }
 
 FileOutcome AppendFile::Append(std::string_view bytes) {
@@ -88,11 +106,11 @@ FileOutcome AppendFile::Flush() {
 }
 
 std::unique_ptr<AppendFile> WaitForAppendFile(const std::filesystem::path& path, std::chrono::milliseconds patience,
-                                              const std::function<bool()>& givesUp) {
+                                              const std::function<bool()>& givesUp, AppendFile::Name name) {
   constexpr std::chrono::milliseconds kStep(5);
   const auto end = std::chrono::steady_clock::now() + patience;
   for (;;) {
-    auto file = std::make_unique<AppendFile>(path);
+    auto file = std::make_unique<AppendFile>(path, name);
     const bool isOver = std::chrono::steady_clock::now() >= end || (givesUp && givesUp());
     if (file->state() != AppendFile::State::kInUse || isOver) return file;
     file.reset();

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <string>
 #include <string_view>
 
 #include "platform/platform.h"
@@ -18,9 +19,12 @@ namespace texturon {
 class AppendFile {
 public:
   enum class State { kHeld, kInUse, kFailed };
+  /// Whose idea the file's name is. One that the user did not choose is refused where it is a symbolic link or has a
+  /// second name: others may have put it there.
+  enum class Name { kChosen, kOwn };
 
   /// Opens the file, creating it where it is not there, and takes the lock if nobody has it.
-  explicit AppendFile(const std::filesystem::path& path);
+  explicit AppendFile(const std::filesystem::path& path, Name name = Name::kChosen);
   ~AppendFile();
   AppendFile(const AppendFile&) = delete;
   AppendFile& operator=(const AppendFile&) = delete;
@@ -31,6 +35,8 @@ public:
   /// Bytes in the file; 0 for a new one.
   std::uint64_t size() const { return size_; }
   bool endsInsideLine() const { return endsInsideLine_; }
+  /// What the file begins with: its first bytes, as many as there are.
+  std::string Start(std::size_t most) const;
   /// Whether the file that is held still bears its name.
   bool IsAt(const std::filesystem::path& path) const;
 
@@ -42,7 +48,7 @@ public:
   FileOutcome Flush();
 
 private:
-  void Open(const std::filesystem::path& path);
+  void Open(const std::filesystem::path& path, Name name);
 
   int handle_ = -1;
   State state_ = State::kFailed;
@@ -54,6 +60,7 @@ private:
 /// Opens an AppendFile, trying again while another holds it: every few milliseconds until `patience` is over or
 /// `givesUp` returns true.
 std::unique_ptr<AppendFile> WaitForAppendFile(const std::filesystem::path& path, std::chrono::milliseconds patience,
-                                              const std::function<bool()>& givesUp = {});
+                                              const std::function<bool()>& givesUp = {},
+                                              AppendFile::Name name = AppendFile::Name::kChosen);
 
 }  // namespace texturon

@@ -14,6 +14,7 @@
 
 #include "base/charset.h"
 #include "base/number_text.h"
+#include "platform/file_identity.h"
 #include "platform/system_calls.h"
 
 namespace texturon {
@@ -21,7 +22,7 @@ namespace {
 
 constexpr std::size_t kLargestFile = std::size_t{256} << 20;
 constexpr std::size_t kReadStep = std::size_t{1} << 16;
-constexpr int kMostLinks = 40;
+constexpr std::size_t kPiece = std::size_t{16} << 20;  // what a file of few lines is read as at most
 
 class File {
 public:
@@ -42,17 +43,22 @@ private:
   int handle_;
 };
 
-FileBytes ReadOpenFile(const File& file, std::size_t expectedSize) {
+FileBytes ReadOpenFile(int file, std::size_t expectedSize, std::size_t mostLines) {
   FileBytes result;
   std::size_t size = 0;
+  std::size_t lines = 0;
   if (expectedSize > kLargestFile) return {"", "is larger than 256 MiB"};
-  result.bytes.resize(expectedSize + 1);
-  for (;;) {
+  result.bytes.resize((mostLines > 0 ? std::min(expectedSize, kPiece) : expectedSize) + 1);
+  while (mostLines == 0 || lines <= mostLines) {
     if (size == result.bytes.size()) result.bytes.resize(std::min(std::max(2 * size, kReadStep), kLargestFile + 1));
-    const std::ptrdiff_t got = ReadSome(file.handle(), result.bytes.data() + size, result.bytes.size() - size);
+    const std::ptrdiff_t got = ReadSome(file, result.bytes.data() + size, result.bytes.size() - size);
     if (got < 0 && errno == EINTR) continue;
     if (got < 0) return {"", Failure("cannot be read", errno)};
     if (got == 0) break;
+    if (mostLines > 0 && expectedSize > kPiece) {
+      const char* const piece = result.bytes.data() + size;
+      lines += static_cast<std::size_t>(std::count(piece, piece + got, '\n'));
+    }
     size += static_cast<std::size_t>(got);
     if (size > kLargestFile) return {"", "is larger than 256 MiB"};
   }
@@ -60,22 +66,32 @@ FileBytes ReadOpenFile(const File& file, std::size_t expectedSize) {
   return result;
 }
 
+/// Opens and reads: any file, or a regular one alone.
+FileBytes ReadFileAt(const std::filesystem::path& path, OpenMode mode, std::size_t mostLines) {
+  const File file(OpenFile(path, mode));
+  if (!file.isOpen()) {
+    const int code = errno;
+    std::error_code error;
+    if (std::filesystem::is_directory(path, error)) return {"", "is a directory"};
+    if (code == ENOENT || code == ENOTDIR) return {"", "does not exist", true};
+    return {"", Failure("cannot be opened", code)};
+  }
+  FileStatus status;
+  if (!ReadStatus(file.handle(), status)) return {"", Failure("cannot be read", errno)};
+  if (status.isDirectory) return {"", "is a directory"};
+  if (mode == OpenMode::kReadAtOnce && !status.isRegular) return {"", "is no regular file"};
+  try {
+    return ReadOpenFile(file.handle(), static_cast<std::size_t>(std::max<std::int64_t>(status.size, 0)), mostLines);
+  } catch (const std::bad_alloc&) {
+    return {"", std::string(kNoMemory)};
+  }
+}
+
 FileOutcome WriteDirectly(const std::filesystem::path& path, std::string_view bytes) {
   File file(OpenFile(path, OpenMode::kWrite));
   if (!file.isOpen()) return {Failure("cannot be opened for writing", errno)};
   if (!file.Write(bytes) || !file.Close()) return {Failure("cannot be written", errno)};
   return {};
-}
-
-// The file that a chain of symbolic links ends at; it need not exist.
-std::filesystem::path FollowLinks(std::filesystem::path path) {
-  std::error_code error;
-  for (int i = 0; i < kMostLinks && std::filesystem::is_symlink(path, error); ++i) {
-    const std::filesystem::path target = std::filesystem::read_symlink(path, error);
-    if (error) break;
-    path = path.parent_path() / target;
-  }
-  return path;
 }
 
 // A name beside `path` that nobody else has: short enough for any file system, hidden where a dot hides.
@@ -163,21 +179,18 @@ std::string FileSentence(const std::filesystem::path& path, std::string_view rea
 }
 
 FileBytes ReadWholeFile(const std::filesystem::path& path) {
-  const File file(OpenFile(path, OpenMode::kRead));
-  if (!file.isOpen()) {
-    const int code = errno;
-    std::error_code error;
-    if (std::filesystem::is_directory(path, error)) return {"", "is a directory"};
-    if (code == ENOENT || code == ENOTDIR) return {"", "does not exist", true};
-    return {"", Failure("cannot be opened", code)};
-  }
-  FileStatus status;
-  if (!ReadStatus(file.handle(), status)) return {"", Failure("cannot be read", errno)};
-  if (status.isDirectory) return {"", "is a directory"};
+  return ReadFileAt(path, OpenMode::kRead, 0);
+}
+
+FileBytes ReadRegularFile(const std::filesystem::path& path, std::size_t mostLines) {
+  return ReadFileAt(path, OpenMode::kReadAtOnce, mostLines);
+}
+
+FileBytes ReadStandardInput() {
   try {
-    return ReadOpenFile(file, static_cast<std::size_t>(std::max<std::int64_t>(status.size, 0)));
+    return ReadOpenFile(StandardInput(), 0, 0);
   } catch (const std::bad_alloc&) {
-    return {"", "does not fit into the memory"};
+    return {"", std::string(kNoMemory)};
   }
 }
 
@@ -202,11 +215,48 @@ FileOutcome WriteSideFile(const std::filesystem::path& path, std::string_view by
   if (!file.isOpen()) return {Failure("cannot be opened for writing", errno)};
   FileStatus status;
   if (!ReadStatus(file.handle(), status) || !status.isRegular) return {"is no regular file"};
-  if (!status.isOnlyOurs) return {"belongs to somebody else or has a second name"};
+  if (!status.isOurs || !status.hasOneName) return {"belongs to somebody else or has a second name"};
   if (Truncate(file.handle(), 0) != 0 || !file.Write(bytes) || !file.Close()) {
     return {Failure("cannot be written", errno)};
   }
   return {};
+}
+
+FileOutcome ReplaceSideFile(const std::filesystem::path& path, std::string_view bytes, FlushFile flush) {
+  FileStatus status;
+  const bool exists = ReadStatusAt(path, LastLink::kKept, status);
+  if (exists && status.isDirectory) return {"is a directory"};
+  // What somebody else put there says nothing about the rights of the new file.
+  const bool isOwn = exists && status.isRegular && status.isOurs && status.hasOneName;
+  if (isOwn && !MayWrite(path)) return {Failure("cannot be written", errno)};
+  return WriteAndRename(path, isOwn ? OldFile::kReplacedKeepingPermissions : OldFile::kReplaced, bytes, flush);
+}
+
+FileOutcome OverwriteInPlace(const std::filesystem::path& path, std::string_view bytes) {
+  File file(OpenFile(path, OpenMode::kInPlace));
+  if (!file.isOpen()) return {Failure("cannot be opened for writing", errno)};
+  FileStatus status;
+  if (!ReadStatus(file.handle(), status) || !status.isRegular) return {"is no regular file"};
+  if (!status.hasOneName) return {"has a second name"};
+  const FileBytes former = ReadOpenFile(file.handle(), static_cast<std::size_t>(status.size), 0);
+  if (!former.ok()) return {former.reason};
+  // Over what is there, and only then cut: a full disk leaves one text or the other.
+  const auto write = [&file](std::string_view text) {
+    return SeekTo(file.handle(), 0) == 0 && file.Write(text) &&
+           Truncate(file.handle(), static_cast<std::int64_t>(text.size())) == 0;
+  };
+  FileOutcome outcome;
+  if (!write(bytes)) {
+    outcome.reason = Failure("cannot be written", errno);
+    (void)write(former.bytes);
+  }
+  if (!file.Close() && outcome.ok()) outcome.reason = Failure("cannot be written", errno);
+  return outcome;
+}
+
+bool IsPrivateFolder(const std::filesystem::path& path) {
+  FileStatus status;
+  return ReadStatusAt(path, LastLink::kKept, status) && status.isDirectory && status.isOurs && status.isPrivate;
 }
 
 FileOutcome MoveToPlace(const std::filesystem::path& from, const std::filesystem::path& to) {

@@ -40,8 +40,15 @@ std::string TextFromPath(const std::filesystem::path& path);
 /// "<path> <reason>."
 std::string FileSentence(const std::filesystem::path& path, std::string_view reason);
 
+/// The reason where a file or what is made of it is too large.
+inline constexpr std::string_view kNoMemory = "does not fit into the memory";
+
 /// Reads a file whole; pipes and devices up to their end. At most 256 MiB.
 FileBytes ReadWholeFile(const std::filesystem::path& path);
+/// The same for a regular file alone: a pipe that nobody writes into would be waited for, a device never ends. With
+/// `mostLines` a large file is read no further than a while behind so many line ends.
+FileBytes ReadRegularFile(const std::filesystem::path& path, std::size_t mostLines = 0);
+FileBytes ReadStandardInput();
 
 /// Gives `path` the content `bytes`, so that at any moment it holds all of the old or all of the new: written to an
 /// exclusive temporary file beside it, flushed to the disk unless `flush` says otherwise, renamed over it. An existing
@@ -56,6 +63,24 @@ FileOutcome CreateFileWith(const std::filesystem::path& path, std::string_view b
 /// Writes a file into a folder that others can write to as well: refuses a symbolic link, what is no regular file, and
 /// a file that belongs to somebody else or has a second name.
 FileOutcome WriteSideFile(const std::filesystem::path& path, std::string_view bytes);
+
+// For names that the user did not choose, in folders that others may write to as well: nothing is ever written through
+// a symbolic link or into a file with a second name that somebody put there.
+
+/// As ReplaceFile, but of the name itself: a link that has it goes, and what it leads to stays as it is. A file that is
+/// not this user's own does not hand its owner and permissions on.
+FileOutcome ReplaceSideFile(const std::filesystem::path& path, std::string_view bytes,
+                            FlushFile flush = FlushFile::kYes);
+
+/// Writes into a regular file that is there, whoever owns it, where its folder lets nobody replace it. Refuses a
+/// symbolic link and a file with a second name. Where not all can be written the former text stands again.
+FileOutcome OverwriteInPlace(const std::filesystem::path& path, std::string_view bytes);
+
+/// Whether a folder, no link to one, belongs to this user and to nobody else.
+bool IsPrivateFolder(const std::filesystem::path& path);
+
+/// Whether who is at the other end of a local socket is this user. `socket`: its number at the system.
+bool IsPeerOurs(std::intptr_t socket);
 
 /// Gives a file another name, in another folder too, and returns once that is on the disk. A file of the new name is
 /// replaced.

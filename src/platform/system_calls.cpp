@@ -19,6 +19,7 @@
 #else
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #endif
@@ -59,18 +60,23 @@ int OpenFile(const std::filesystem::path& path, OpenMode mode) {
   constexpr int kRights = _S_IREAD | _S_IWRITE;
   switch (mode) {
     case OpenMode::kRead:
+    case OpenMode::kReadAtOnce:
       return _wopen(path.c_str(), _O_RDONLY | kUsual);
     case OpenMode::kWrite:
       return _wopen(path.c_str(), _O_WRONLY | kUsual);
     case OpenMode::kCreate:
       return _wopen(path.c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | kUsual, kRights);
-    case OpenMode::kSideFile: {
+    case OpenMode::kSideFile:
+    case OpenMode::kInPlace:
+    case OpenMode::kSideLog: {
       std::error_code error;
       if (std::filesystem::is_symlink(path, error)) {
         errno = ELOOP;
         return -1;
       }
-      return _wopen(path.c_str(), _O_WRONLY | _O_CREAT | kUsual, kRights);
+      if (mode == OpenMode::kSideFile) return _wopen(path.c_str(), _O_WRONLY | _O_CREAT | kUsual, kRights);
+      if (mode == OpenMode::kInPlace) return _wopen(path.c_str(), _O_RDWR | kUsual);
+      break;
     }
     case OpenMode::kAppend:
       break;
@@ -100,8 +106,36 @@ bool ReadStatus(int file, FileStatus& status) {
   status = {.size = told.st_size,
             .isDirectory = (told.st_mode & _S_IFMT) == _S_IFDIR,
             .isRegular = (told.st_mode & _S_IFMT) == _S_IFREG,
-            .isOnlyOurs = told.st_nlink <= 1};
+            .isOurs = true,
+            .hasOneName = told.st_nlink <= 1};
   return true;
+}
+
+bool ReadStatusAt(const std::filesystem::path& path, LastLink link, FileStatus& status) {
+  const DWORD flags = FILE_FLAG_BACKUP_SEMANTICS | (link == LastLink::kKept ? FILE_FLAG_OPEN_REPARSE_POINT : 0);
+  constexpr DWORD kSharing = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+  const HANDLE file = CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES, kSharing, nullptr, OPEN_EXISTING, flags, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return false;
+  BY_HANDLE_FILE_INFORMATION told = {};
+  const bool isTold = GetFileType(file) == FILE_TYPE_DISK && GetFileInformationByHandle(file, &told) != 0;
+  CloseHandle(file);
+  if (!isTold) return false;
+  const bool isLink = link == LastLink::kKept && (told.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+  const bool isFolder = (told.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+  status = {.size = static_cast<std::int64_t>((std::uint64_t{told.nFileSizeHigh} << 32) | told.nFileSizeLow),
+            .isDirectory = isFolder && !isLink,
+            .isRegular = !isFolder && !isLink,
+            .isOurs = true,
+            .hasOneName = told.nNumberOfLinks <= 1,
+            .isPrivate = false,
+            .device = told.dwVolumeSerialNumber,
+            .number = (std::uint64_t{told.nFileIndexHigh} << 32) | told.nFileIndexLow};
+  return true;
+}
+
+int StandardInput() {
+  _setmode(0, _O_BINARY);
+  return 0;
 }
 
 int Truncate(int file, std::int64_t size) {
@@ -143,6 +177,11 @@ bool RenameOver(const std::filesystem::path& from, const std::filesystem::path& 
 
 void FlushFolderOf(const std::filesystem::path& /*path*/) {}
 
+// A pipe's rights keep others off.
+bool IsPeerOurs(std::intptr_t /*socket*/) {
+  return true;
+}
+
 std::filesystem::path ProgramFile() {
   std::wstring name(32768, L'\0');
   name.resize(GetModuleFileNameW(nullptr, name.data(), static_cast<DWORD>(name.size())));
@@ -151,17 +190,38 @@ std::filesystem::path ProgramFile() {
 
 #else
 
+namespace {
+
+FileStatus StatusOf(const struct stat& told) {
+  return {.size = told.st_size,
+          .isDirectory = S_ISDIR(told.st_mode),
+          .isRegular = S_ISREG(told.st_mode),
+          .isOurs = told.st_uid == ::geteuid(),
+          .hasOneName = told.st_nlink <= 1,
+          .isPrivate = (told.st_mode & 077) == 0,
+          .device = told.st_dev,
+          .number = told.st_ino};
+}
+
+}  // namespace
+
 int OpenFile(const std::filesystem::path& path, OpenMode mode) {
   constexpr mode_t kRights = 0666;
   switch (mode) {
     case OpenMode::kRead:
       return ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    case OpenMode::kReadAtOnce:
+      return ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
     case OpenMode::kWrite:
       return ::open(path.c_str(), O_WRONLY | O_CLOEXEC);
     case OpenMode::kCreate:
       return ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kRights);
     case OpenMode::kSideFile:
       return ::open(path.c_str(), O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, kRights);
+    case OpenMode::kInPlace:
+      return ::open(path.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+    case OpenMode::kSideLog:
+      return ::open(path.c_str(), O_RDWR | O_APPEND | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, kRights);
     case OpenMode::kAppend:
       break;
   }
@@ -183,11 +243,20 @@ std::ptrdiff_t WriteSome(int file, const char* bytes, std::size_t size) {
 bool ReadStatus(int file, FileStatus& status) {
   struct stat told = {};
   if (::fstat(file, &told) != 0) return false;
-  status = {.size = told.st_size,
-            .isDirectory = S_ISDIR(told.st_mode),
-            .isRegular = S_ISREG(told.st_mode),
-            .isOnlyOurs = told.st_nlink <= 1 && told.st_uid == ::geteuid()};
+  status = StatusOf(told);
   return true;
+}
+
+bool ReadStatusAt(const std::filesystem::path& path, LastLink link, FileStatus& status) {
+  struct stat told = {};
+  const int failed = link == LastLink::kKept ? ::lstat(path.c_str(), &told) : ::stat(path.c_str(), &told);
+  if (failed != 0) return false;
+  status = StatusOf(told);
+  return true;
+}
+
+int StandardInput() {
+  return STDIN_FILENO;
 }
 
 int Truncate(int file, std::int64_t size) {
@@ -245,6 +314,18 @@ void FlushFolderOf(const std::filesystem::path& path) {
   if (directory < 0) return;
   ::fsync(directory);
   ::close(directory);
+}
+
+bool IsPeerOurs(std::intptr_t socket) {
+#ifdef SO_PEERCRED
+  struct ucred peer = {};
+  socklen_t size = sizeof peer;
+  return ::getsockopt(static_cast<int>(socket), SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 && peer.uid == ::geteuid();
+#else
+  uid_t user = 0;
+  gid_t group = 0;
+  return ::getpeereid(static_cast<int>(socket), &user, &group) == 0 && user == ::geteuid();
+#endif
 }
 
 std::filesystem::path ProgramFile() {

@@ -17,17 +17,24 @@ namespace texturon {
 /// How a file is opened, from the bytes' point of view; never inherited by another program.
 enum class OpenMode {
   kRead,
-  kWrite,     ///< a file that exists
-  kCreate,    ///< a file that must not exist
-  kSideFile,  ///< a file that may exist; a symbolic link is refused and a pipe not waited for
-  kAppend,    ///< a file that may exist, read as well; where a file can be kept from others by opening it, it is
+  kReadAtOnce,  ///< a pipe is not waited for
+  kWrite,       ///< a file that exists
+  kCreate,      ///< a file that must not exist
+  kSideFile,    ///< a file that may exist; a symbolic link is refused and a pipe not waited for
+  kInPlace,     ///< a file that exists, read as well; a symbolic link is refused and a pipe not waited for
+  kAppend,      ///< a file that may exist, read as well; where a file can be kept from others by opening it, it is
+  kSideLog,     ///< the same, but a symbolic link is refused
 };
 
 struct FileStatus {
   std::int64_t size = 0;
   bool isDirectory = false;
   bool isRegular = false;
-  bool isOnlyOurs = false;  ///< belongs to this user and has one name
+  bool isOurs = false;       ///< belongs to this user
+  bool hasOneName = false;   ///< no second hard link
+  bool isPrivate = false;    ///< others have no rights on it
+  std::uint64_t device = 0;  ///< with `number` what tells it from every other file; both 0: not known
+  std::uint64_t number = 0;
 };
 
 int OpenFile(const std::filesystem::path& path, OpenMode mode);
@@ -35,6 +42,9 @@ int CloseFile(int file);
 std::ptrdiff_t ReadSome(int file, char* bytes, std::size_t size);
 std::ptrdiff_t WriteSome(int file, const char* bytes, std::size_t size);
 bool ReadStatus(int file, FileStatus& status);
+/// Of what a path leads to, or of a symbolic link itself, which is neither folder nor regular file.
+enum class LastLink { kFollowed, kKept };
+bool ReadStatusAt(const std::filesystem::path& path, LastLink link, FileStatus& status);
 int Truncate(int file, std::int64_t size);
 std::int64_t SeekTo(int file, std::int64_t place);
 int FlushToDisk(int file);
@@ -56,6 +66,8 @@ std::filesystem::path ProgramFile();
 
 /// Writes all bytes, whatever interrupts.
 bool WriteAll(int file, std::string_view bytes);
+/// Standard input as a file of bytes.
+int StandardInput();
 /// "cannot be read (permission denied)".
 std::string Failure(std::string_view what, int code);
 

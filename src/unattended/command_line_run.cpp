@@ -8,10 +8,13 @@
 #include <utility>
 
 #include "analysis/analysis_run.h"
+#include "analysis/file_clash.h"
+#include "analysis/pipeline.h"
 #include "base/date_text.h"
 #include "base/ini_file.h"
 #include "base/number_text.h"
 #include "base/text.h"
+#include "formats/companion_file.h"
 #include "platform/platform.h"
 #include "platform/prompts.h"
 #include "settings/settings_file.h"
@@ -25,6 +28,10 @@ namespace {
 constexpr std::size_t kPlanPiece = 0;
 constexpr std::size_t kDataPiece = 2;
 constexpr std::size_t kFolderPiece = 4;
+constexpr std::string_view kSettingsName = "Texturon.ini";
+constexpr std::string_view kResultsPrefix = "RESULTS.";
+constexpr std::string_view kProfilePrefixes[] = {"PRIMARY.",       "ROUGHNESS.", "WAVINESS.", "ROUGHNESS_RK.",
+                                                 "PRIMARY_MOTIF.", "MOTIF_W.",   "MOTIF_R."};
 
 /// One run from start to end. Every failure is a reason for the caller; what others read stands in log and status file.
 class PlanRun {
@@ -35,16 +42,20 @@ public:
         log_(environment, document_.settings.autoLoading.LogEventsWhenAutoLoading) {}
 
   RunOutcome Run(std::string_view commandLine) {
-    const std::vector<std::string> pieces = CommandLineArguments(commandLine);
-    LogPieces(pieces);
-    for (const std::string& remark : startRemarks_) Remark(remark);
-    RunOutcome outcome = RunPlan(pieces);
+    RunOutcome outcome = RunSteps(commandLine);
     outcome.remarks = std::move(remarks_);
+    if (!statusFailure_.empty() && !outcome.done) outcome.remarks.push_back(statusFailure_);
+    // Results are there, but who waits for the status does not learn of them.
+    if (!statusFailure_.empty() && outcome.done) outcome = {false, statusFailure_, std::move(outcome.remarks)};
     return outcome;
   }
 
 private:
-  RunOutcome RunPlan(const std::vector<std::string>& pieces) {
+  RunOutcome RunSteps(std::string_view commandLine) {
+    const std::vector<std::string> pieces = CommandLineArguments(commandLine);
+    FindClash(pieces);
+    LogPieces(pieces);
+    for (const std::string& remark : startRemarks_) Remark(remark);
     if (pieces.size() <= kFolderPiece) return Refuse("Not enough command line arguements");
     const std::filesystem::path planFile = PathFromSystemText(pieces[kPlanPiece]);
     if (!EqualIgnoringCase(TextFromPath(planFile.extension()), ".INI")) {
@@ -68,9 +79,40 @@ private:
     LogEvent("Settings successfully read from command line.");
     document_.quietMode = true;
     SetFiles(pieces);
-    RunOutcome outcome = RunPasses(plan, standard);
+    RunOutcome outcome;
+    if (clash_.empty()) {
+      outcome = RunPasses(plan, standard);
+    } else {
+      reason_ = clash_;
+      FailData();
+      outcome = FailPass();
+    }
     document_.quietMode = false;
     return outcome;
+  }
+
+  /// What would be destroyed is known before anything is written; log and status file are left alone where it is they.
+  void FindClash(const std::vector<std::string>& pieces) {
+    RunFiles files{.reads = {environment_.programFolder / kSettingsName}, .writes = {}};
+    for (const std::size_t piece : {kPlanPiece, kDataPiece}) {
+      if (piece < pieces.size()) files.reads.push_back(PathFromSystemText(pieces[piece]));
+    }
+    if (const auto companion = CompanionOf(files.reads.back())) files.reads.push_back(*companion);
+    const std::filesystem::path log = environment_.workingFolder / EventLog::kName;
+    if (!FileClash({files.reads, {log}}).empty()) log_.SwitchOff();
+    writesStatus_ = FileClash({files.reads, {StatusFile()}}).empty();
+    files.writes = {StatusFile(), log};
+    if (pieces.size() > kFolderPiece) {
+      const std::filesystem::path folder = PathFromSystemText(pieces[kFolderPiece]);
+      const std::string extension = OutputExtension(PathFromSystemText(pieces[kDataPiece]));
+      const auto add = [&](std::string_view prefix) {
+        files.writes.push_back(folder / PathFromSystemText(std::string(prefix) + extension));
+      };
+      add(kResultsPrefix);
+      for (const std::string_view prefix : kProfilePrefixes) add(prefix);
+    }
+    if (WritesTraceFile(document_, environment_)) files.writes.push_back(environment_.traceFile);
+    clash_ = FileClash(files);
   }
 
   /// With the settings file beside the program, if there is one. What of it was not taken is remarked on.
@@ -79,7 +121,7 @@ private:
     document.wanted = kNoCurves;
     CollectingPrompts prompts;
     Settings settings = document.settings;
-    const std::filesystem::path file = environment.programFolder / "Texturon.ini";
+    const std::filesystem::path file = environment.programFolder / kSettingsName;
     const SettingsFileResult loaded = LoadSettings(file, settings, prompts);
     remarks = prompts.notices();
     if (loaded.found && !loaded.ok()) remarks.push_back(FileSentence(file, loaded.reason));
@@ -200,7 +242,7 @@ private:
   }
 
   bool Write(const std::filesystem::path& path, std::string_view text, FlushFile flush) {
-    const FileOutcome outcome = ReplaceFile(path, text, flush);
+    const FileOutcome outcome = ReplaceSideFile(path, text, flush);
     if (!outcome.ok()) reason_ = FileSentence(path, outcome.reason);
     return outcome.ok();
   }
@@ -225,14 +267,18 @@ private:
       for (const std::string& line : list) text += line + "\r\n";
     }
     MakeOutputFolder();
-    return Write(OutputFile("RESULTS."), text, FlushFile::kYes) || FailData();
+    return Write(OutputFile(kResultsPrefix), text, FlushFile::kYes) || FailData();
   }
 
+  std::filesystem::path StatusFile() const { return environment_.workingFolder / "TexturonCommandLine-Status.txt"; }
+
   /// One line without an end. In place where the folder takes no new file, so that no earlier status outlives its run;
-  /// a file that cannot be written at all is done without.
-  void WriteStatus(std::string_view text) const {
-    const std::filesystem::path path = environment_.workingFolder / "TexturonCommandLine-Status.txt";
-    if (!ReplaceFile(path, text, FlushFile::kNo).ok()) (void)WriteSideFile(path, text);
+  /// where that fails as well the run goes on and says so at its end.
+  void WriteStatus(std::string_view text) {
+    if (!writesStatus_) return;
+    const FileOutcome replaced = ReplaceSideFile(StatusFile(), text, FlushFile::kNo);
+    const bool isWritten = replaced.ok() || OverwriteInPlace(StatusFile(), text).ok();
+    statusFailure_ = isWritten ? std::string() : FileSentence(StatusFile(), replaced.reason);
   }
 
   const Environment& environment_;
@@ -244,6 +290,9 @@ private:
   std::string extension_;
   ResultLines lines_;
   std::string reason_;
+  std::string clash_;          ///< two files of the run that are one
+  bool writesStatus_ = true;   ///< false: the status file is one of them
+  std::string statusFailure_;  ///< why the last status is not written
   std::vector<std::string> remarks_;
 };
 
@@ -268,6 +317,12 @@ std::string CommandLineText(const std::vector<std::string>& arguments) {
   std::string text;
   for (const std::string& argument : arguments) text += (text.empty() ? "\"" : " \"") + argument + "\"";
   return text;
+}
+
+bool NamesTestPlan(std::string_view argument) {
+  constexpr std::string_view kExtension = ".ini";
+  return argument.size() >= kExtension.size() &&
+         EqualIgnoringCase(argument.substr(argument.size() - kExtension.size()), kExtension);
 }
 
 RunOutcome RunCommandLine(std::string_view commandLine, const Environment& environment) {

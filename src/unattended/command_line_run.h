@@ -17,6 +17,9 @@ std::vector<std::string> CommandLineArguments(std::string_view text);
 /// Each argument in quotes, with blanks between them: the text of a call.
 std::string CommandLineText(const std::vector<std::string>& arguments);
 
+/// Whether a first argument asks for the headless run, right or wrong: it ends in .ini, in any case.
+bool NamesTestPlan(std::string_view argument);
+
 /// How a headless run ended.
 struct RunOutcome {
   bool done = false;

@@ -26,10 +26,10 @@ constexpr std::string_view kAlternative =
 void EventLog::LogEvent(std::string_view text) const {
   if (!isOn_) return;
   std::string entry = EventTimeText(environment_.localTime()) + OnOneLine(text) + "\r\n";
-  const auto log = WaitForAppendFile(environment_.workingFolder / "TexturonCommandLine-Event.Log", kLockPatience);
+  const auto log = WaitForAppendFile(environment_.workingFolder / kName, kLockPatience, {}, AppendFile::Name::kOwn);
   if (log->state() == AppendFile::State::kInUse) return;
   if (log->state() == AppendFile::State::kFailed) {
-    (void)ReplaceFile(environment_.workingFolder / "TexturonCommandLine-Event-Alternative.log", kAlternative);
+    (void)ReplaceSideFile(environment_.workingFolder / "TexturonCommandLine-Event-Alternative.log", kAlternative);
     return;
   }
   if (log->size() == 0) entry.insert(0, kHeader);

@@ -13,8 +13,11 @@ namespace texturon {
 /// opened nor created, a second file says so.
 class EventLog {
 public:
+  static constexpr std::string_view kName = "TexturonCommandLine-Event.Log";
+
   EventLog(const Environment& environment, bool isOn) : environment_(environment), isOn_(isOn) {}
 
+  void SwitchOff() { isOn_ = false; }
   /// Appends local time and text (Windows-1252; its line breaks become blanks); nothing where logging is off.
   void LogEvent(std::string_view text) const;
 

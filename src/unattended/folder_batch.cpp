@@ -22,6 +22,7 @@
 #include "export/parameter_file.h"
 #include "platform/append_file.h"
 #include "platform/platform.h"
+#include "unattended/batch_outputs.h"
 
 namespace texturon {
 namespace {
@@ -76,9 +77,10 @@ std::vector<std::filesystem::path> WithoutRows(const std::vector<std::filesystem
 std::string CutTornRow(const std::filesystem::path& parameterFile, std::uint64_t wholeSize) {
   const auto file = WaitForAppendFile(parameterFile, std::chrono::seconds(10));
   if (file->state() == AppendFile::State::kInUse) return FileSentence(parameterFile, "is in use");
-  const FileOutcome outcome = file->state() == AppendFile::State::kFailed ? file->outcome()
-                              : file->endsInsideLine()                    ? file->CutTo(wholeSize)
-                                                                          : FileOutcome{};
+  if (file->state() == AppendFile::State::kFailed) return FileSentence(parameterFile, file->outcome().reason);
+  const std::string objection = NoParameterFile(*file);
+  if (!objection.empty()) return FileSentence(parameterFile, objection);
+  const FileOutcome outcome = file->endsInsideLine() ? file->CutTo(wholeSize) : FileOutcome{};
   return outcome.ok() ? std::string() : FileSentence(parameterFile, outcome.reason);
 }
 
@@ -168,10 +170,6 @@ private:
   void Fail(const std::string& sentence) {
     ++outcome_.summary.failed;
     if (observer_.fileFailed) observer_.fileFailed(sentence);
-  }
-
-  static std::string FailureLine(const std::filesystem::path& file, const std::string& reason) {
-    return OnOneLine(SystemTextFromPath(file) + "\t" + Utf8FromWindows1252(reason)) + "\n";
   }
 
   bool Append(const std::string& header, const std::string& rows) {

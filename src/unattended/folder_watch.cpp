@@ -13,6 +13,7 @@
 
 #include "base/charset.h"
 #include "base/number_text.h"
+#include "export/parameter_file.h"
 #include "platform/append_file.h"
 #include "platform/platform.h"
 #include "settings/settings_text.h"
@@ -75,7 +76,7 @@ public:
   }
 
   std::string TakeFolder() {
-    lock_ = std::make_unique<AppendFile>(lockPath_);
+    lock_ = std::make_unique<AppendFile>(lockPath_, AppendFile::Name::kOwn);
     std::string reason;
     if (lock_->state() == AppendFile::State::kInUse) {
       reason = FileSentence(options_.folder, "is watched already");
@@ -191,7 +192,12 @@ private:
   /// Nothing where it cannot be had.
   std::unique_ptr<AppendFile> HoldParameterFile(const std::filesystem::path& path) {
     auto file = WaitForAppendFile(path, options_.rowPatience, observer_.stops);
-    if (file->state() == AppendFile::State::kHeld) return file;
+    if (file->state() == AppendFile::State::kHeld) {
+      const std::string objection = NoParameterFile(*file);
+      if (objection.empty()) return file;
+      Complain(FileSentence(path, objection));
+      return nullptr;
+    }
     const bool isInUse = file->state() == AppendFile::State::kInUse;
     if (!isInUse || !Stops()) Complain(FileSentence(path, isInUse ? "is in use" : file->outcome().reason));
     return nullptr;
@@ -333,11 +339,15 @@ private:
     }
     const std::filesystem::path folder = options_.folder / kFailedFolder;
     std::error_code error;
+    if (std::filesystem::is_symlink(folder, error)) {
+      Complain(FileSentence(folder, "is a symbolic link, which others may have put there"));
+      return;
+    }
     std::filesystem::create_directories(folder, error);
     const std::filesystem::path target = FreeName(folder, path.filename());
     std::filesystem::path reasonFile = target;
     reasonFile += ".reason.txt";
-    FileOutcome outcome = ReplaceFile(reasonFile, Utf8FromWindows1252(reason) + "\n");
+    FileOutcome outcome = ReplaceSideFile(reasonFile, Utf8FromWindows1252(reason) + "\n");
     if (outcome.ok()) outcome = MoveToPlace(path, target);
     if (outcome.ok() && StampOf(target) != stamp) {  // it was replaced in the meantime
       outcome = GiveBack(target, path);

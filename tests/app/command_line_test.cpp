@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <limits>
@@ -10,10 +11,12 @@
 
 #include "app/json_writer.h"
 #include "base/number_text.h"
+#include "support/child_process.h"
 #include "support/golden.h"
 #include "support/near.h"
 #include "support/program_run.h"
 #include "support/scratch_folder.h"
+#include "support/small_profiles.h"
 
 namespace texturon {
 namespace {
@@ -100,6 +103,37 @@ TEST(CommandLine, TakesPathsOfAnyLetters) {
   EXPECT_EQ(run.status, 1);
   EXPECT_EQ(run.error, "texturon: " + file + " is refused by the reader of the header file with a data file .dat: " +
                            "Could not find n \xC3\xA4.dat.\n");
+}
+
+TEST(CommandLine, ReadsStandardInputAsAFile) {
+  const ScratchFolder folder;
+  const pid_t child = StartChild([&folder] {
+    if (std::freopen(Sample("ground.lmt").c_str(), "rb", stdin) == nullptr) return 2;
+    return Texturon({"convert", "-", (folder / "copy.lmt").string(), "--as", "lmt"}).status;
+  });
+  EXPECT_EQ(WaitForChild(child), 0);
+  const auto heights = [](const std::string& file) {
+    return json::parse(Texturon({"analyze", "--json", "--profiles", "--no-trace", file}).out)["profiles"]["raw"];
+  };
+  EXPECT_EQ(heights((folder / "copy.lmt").string()), heights(Sample("ground.lmt")));
+}
+
+// A cell that a spreadsheet would compute is a text; numbers stay numbers.
+TEST(CommandLine, SpreadsheetsComputeNoCell) {
+  const ScratchFolder folder;
+  const std::string profile = SmallProfile(400, 1.0);
+  const std::size_t line = profile.find("IDENTIFICATION: ") + 16;
+  const std::size_t end = profile.find_first_of("\r\n", line);
+  const std::pair<std::string, std::string> cases[] = {{"=HYPERLINK(\"x\")", ",\"'=HYPERLINK(\"\"x\"\")\","},
+                                                       {"@SUM(A1)", ",\"'@SUM(A1)\","},
+                                                       {"-1+1", ",\"'-1+1\","},
+                                                       {"-1.5", ",-1.5,"},
+                                                       {"a=b", ",a=b,"}};
+  for (const auto& [name, cell] : cases) {
+    const std::string file = folder.Write("a.lmt", profile.substr(0, line) + name + profile.substr(end)).string();
+    const Outcome run = Texturon({"analyze", "--no-trace", "--csv", file});
+    EXPECT_NE(run.out.find(cell), std::string::npos) << run.out;
+  }
 }
 
 TEST(CommandLine, ListsWhatThereIs) {

@@ -11,8 +11,10 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <thread>
+#include <utility>
 #include <vector>
 
+#include "app/largest_block.h"
 #include "platform/platform.h"
 #include "support/child_process.h"
 #include "support/program_run.h"
@@ -74,6 +76,24 @@ TEST(Commands, SayThatTheDiskIsFull) {
     if (entry.path().extension() == ".csv" && !bytes.empty()) {
       EXPECT_TRUE(bytes.ends_with("\r\n")) << entry.path();
     }
+  }
+}
+
+// One file too large for the memory does not take the others with it, wherever that is found out: its bytes, its
+// heights or what is computed of them.
+TEST(Commands, SayWhichFileDoesNotFitIntoTheMemory) {
+  const ScratchFolder folder;
+  constexpr int kPoints = 300'000;
+  const std::string profile = SmallProfile(kPoints, 1.0);
+  const std::string large = folder.Write("large.lmt", profile).string();
+  const std::string small = folder.Write("small.lmt", SmallProfile(400, 1.0)).string();
+  ASSERT_LT(profile.size(), sizeof(double) * kPoints);
+  for (const std::size_t bytes : {profile.size(), sizeof(double) * kPoints - 1, sizeof(double) * kPoints + 1000}) {
+    const LargestBlock limit(bytes);
+    const Outcome run = Texturon({"analyze", "--no-trace", "--csv", large, small});
+    EXPECT_EQ(std::pair(run.status, run.error), std::pair(1, "texturon: " + large + " does not fit into the memory.\n"))
+        << bytes;
+    EXPECT_NE(run.out.find(small), std::string::npos);
   }
 }
 

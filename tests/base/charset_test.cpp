@@ -20,6 +20,12 @@ TEST(Charset, KnownCodePoints) {
             "5 \u00B5m at 90\u00B0, 3 \u20AC, \u2013, \u0178, \xC2\x81");
 }
 
+TEST(Charset, ControlCharactersDoNothingToATerminal) {
+  EXPECT_EQ(EscapedControls("a\x1b[31m\tb\r\n\x7f"), "a\\x1B[31m\\tb\\r\\n\\x7F");
+  EXPECT_EQ(EscapedControls("\xC2\x9B \x9B \xE2\x9B \xC2\xB5\xE2\x82\xAC?\xF0\x9F\x98\x80\xC4"),
+            "\\x9B \\x9B \xE2\\x9B \xC2\xB5\xE2\x82\xAC?\xF0\x9F\x98\x80\xC4");
+}
+
 TEST(Charset, WhatHasNoByteBecomesAQuestionMark) {
   struct Case {
     std::string_view utf8, expected;

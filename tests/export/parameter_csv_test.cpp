@@ -61,33 +61,57 @@ TEST(ParameterCsv, WritesHeaderAndRowInBothSystems) {
   EXPECT_TRUE(MatchesGolden("export/parameter_rows.csv", Utf8FromWindows1252(text)));
 }
 
+constexpr std::string_view kTitles = "\"Time\", \"Source\", \"Identification\", \"Settings\"\r\n";
+
 TEST(ParameterFile, GetsItsHeaderOnceAndARowEachTime) {
   const ScratchFolder folder;
   ScriptedPrompts prompts;
   const auto path = folder / "rows.csv";
-  EXPECT_TRUE(AppendParameters(path, "h1\r\nh2\r\n", "a\r\n", prompts).written);
+  EXPECT_TRUE(AppendParameters(path, kTitles, "a\r\n", prompts).written);
   EXPECT_TRUE(AppendParameters(path, "x\r\n", "b\r\n", prompts).written);
-  EXPECT_EQ(folder.Read("rows.csv"), "h1\r\nh2\r\na\r\nb\r\n");
-  folder.Write("edited.csv", "h\r\nlast line without an end");
-  EXPECT_TRUE(AppendParameters(folder / "edited.csv", "x\r\n", "b\r\n", prompts).written);
-  EXPECT_EQ(folder.Read("edited.csv"), "h\r\nlast line without an end\r\nb\r\n");
+  EXPECT_EQ(folder.Read("rows.csv"), std::string(kTitles) + "a\r\nb\r\n");
   EXPECT_TRUE(prompts.messages.empty());
-  EXPECT_FALSE(AppendParameters(folder.path(), "h\r\n", "a\r\n", prompts).written);
+  EXPECT_FALSE(AppendParameters(folder.path(), kTitles, "a\r\n", prompts).written);
   ASSERT_EQ(prompts.messages.size(), 1u);
   EXPECT_TRUE(prompts.messages[0].ends_with(" is a directory.")) << prompts.messages[0];
+}
+
+// Whatever a spreadsheet made of one is a parameter file still; a foreign file stays as it is.
+TEST(ParameterFile, NothingElseIsAppendedTo) {
+  const ScratchFolder folder;
+  ScriptedPrompts prompts;
+  const struct {
+    std::string content;
+    bool takes;
+  } cases[] = {{"", true},
+               {"\"Time\", \"Sou", true},  // torn
+               {"Time,Source,Identification,Settings,Ra\nlast line without an end", true},
+               {"\xEF\xBB\xBFTime;Source;Identification;Settings\r\n", true},
+               {"'Time'\t'Source'\t'Identification'\t'Settings'\r\n", true},
+               {"h\r\nlast line without an end", false},
+               {"Time,Source,Identification\r\nSettings\r\n", false},
+               {"Time,Source,Identification,SettingsOfAll\r\n", false},
+               {"TimeSource,Identification,Settings\r\n", false},
+               {std::string(300, '"') + "Time,Source,Identification,Settings\r\n", false}};
+  for (const auto& c : cases) {
+    folder.Write("rows.csv", c.content);
+    EXPECT_EQ(AppendParameters(folder / "rows.csv", kTitles, "b\r\n", prompts).written, c.takes) << c.content;
+    EXPECT_EQ(folder.Read("rows.csv").ends_with("b\r\n"), c.takes);
+    EXPECT_TRUE(folder.Read("rows.csv").starts_with(c.content));
+  }
 }
 
 TEST(ParameterFile, InUseIsTriedTwiceAndThenTheRowIsLost) {
   const ScratchFolder folder;
   ScriptedPrompts prompts;
-  folder.Write("rows.csv", "h\r\n");
+  folder.Write("rows.csv", kTitles);
   const AppendFile holder(folder / "rows.csv");
   ASSERT_EQ(holder.state(), AppendFile::State::kHeld);
   const auto start = std::chrono::steady_clock::now();
-  EXPECT_FALSE(AppendParameters(folder / "rows.csv", "h\r\n", "a\r\n", prompts).written);
+  EXPECT_FALSE(AppendParameters(folder / "rows.csv", kTitles, "a\r\n", prompts).written);
   EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(1500)) << "the second try comes later";
   EXPECT_EQ(prompts.messages, std::vector<std::string>{"rows.csv:  File is in use - parameters not written."});
-  EXPECT_EQ(folder.Read("rows.csv"), "h\r\n");
+  EXPECT_EQ(folder.Read("rows.csv"), kTitles);
 }
 
 }  // namespace

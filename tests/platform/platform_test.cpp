@@ -5,7 +5,10 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <string>
+#include <sys/stat.h>
 
+#include "platform/append_file.h"
+#include "platform/file_identity.h"
 #include "support/scratch_folder.h"
 
 namespace texturon {
@@ -73,6 +76,67 @@ TEST(Platform, SideFilesFollowNoLink) {
   ASSERT_TRUE(WriteSideFile(folder / "side", "a longer text").ok());
   ASSERT_TRUE(WriteSideFile(folder / "side", "short").ok());
   EXPECT_EQ(folder.Read("side"), "short");
+}
+
+// Names that others may have put something under: a link, a second name of a file of ours, a folder.
+TEST(Platform, NamesOfOurOwnNeverLeadElsewhere) {
+  const ScratchFolder folder;
+  const fs::path target = folder.Write("target", "precious");
+  const auto plant = [&] {
+    for (const char* name : {"link", "second"}) fs::remove(folder / name);
+    fs::create_symlink(target, folder / "link");
+    fs::create_hard_link(target, folder / "second");
+  };
+  plant();
+  for (const char* name : {"link", "second"}) {
+    EXPECT_FALSE(OverwriteInPlace(folder / name, "x").ok()) << name;
+    EXPECT_EQ(AppendFile(folder / name, AppendFile::Name::kOwn).state(), AppendFile::State::kFailed) << name;
+    EXPECT_TRUE(ReplaceSideFile(folder / name, "x").ok()) << name;
+    EXPECT_EQ(folder.Read(name), "x");
+  }
+  EXPECT_EQ(folder.Read("target"), "precious");
+  EXPECT_FALSE(ReplaceSideFile(folder.path(), "x").ok());
+  EXPECT_FALSE(OverwriteInPlace(folder / "none", "x").ok());
+
+  folder.Write("plain", "a longer text");
+  ASSERT_TRUE(OverwriteInPlace(folder / "plain", "short").ok());
+  EXPECT_EQ(folder.Read("plain"), "short");
+  EXPECT_EQ(AppendFile(folder / "plain", AppendFile::Name::kOwn).state(), AppendFile::State::kHeld);
+
+  EXPECT_FALSE(IsPrivateFolder(folder.path())) << "others may look in";
+  fs::permissions(folder.path(), fs::perms::owner_all);
+  EXPECT_TRUE(IsPrivateFolder(folder.path()));
+  EXPECT_FALSE(IsPrivateFolder(target));
+}
+
+TEST(Platform, ReadsNoPipeOrDeviceWhereAFileIsMeant) {
+  const ScratchFolder folder;
+  ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+  fs::create_symlink("/dev/zero", folder / "zero");
+  for (const char* name : {"pipe", "zero"}) EXPECT_EQ(ReadRegularFile(folder / name).reason, "is no regular file");
+  // A few megabytes behind the last line that is wanted.
+  const std::string lines(50'000'000, '\n');
+  EXPECT_EQ(ReadRegularFile(folder.Write("lines", lines)).bytes.size(), lines.size());
+  EXPECT_LT(ReadRegularFile(folder / "lines", 1000).bytes.size(), lines.size() / 2);
+}
+
+TEST(Platform, AFileIsTheSameByEveryName) {
+  const ScratchFolder folder;
+  folder.Write("a", "");
+  folder.Write("b", "");
+  fs::create_directory(folder / "sub");
+  fs::create_symlink("a", folder / "link");
+  fs::create_symlink("new", folder / "link to new");
+  fs::create_directory_symlink(".", folder / "here");
+  fs::create_hard_link(folder / "a", folder / "second");
+  ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+  const auto identity = [&folder](const char* name) { return IdentityOf(folder / name); };
+  for (const char* name : {"sub/../a", "link", "second", "here/here/a"}) EXPECT_EQ(identity(name), identity("a"));
+  for (const char* name : {"here/new", "sub/../new", "link to new"}) EXPECT_EQ(identity(name), identity("new"));
+  EXPECT_EQ(identity("none/x/y"), identity("here/none/x/y"));
+  for (const char* name : {"b", "new", "none/x/y", "sub"}) EXPECT_NE(identity(name), identity("a")) << name;
+  EXPECT_NE(identity("sub/new"), identity("new"));
+  for (const char* name : {"pipe", "a/below"}) EXPECT_FALSE(identity(name)) << name;
 }
 
 TEST(Platform, PathsAndTextsKeepTheirLetters) {

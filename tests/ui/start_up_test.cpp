@@ -14,8 +14,9 @@ class StartUp : public WindowTest {
 protected:
   StartUp() {
     std::filesystem::create_directory(folder_ / "tmp");
+    std::filesystem::permissions(folder_ / "tmp", std::filesystem::perms::owner_all);
     const std::pair<const char*, const char*> variables[] = {
-        {"HOME", "."}, {"TMPDIR", "tmp"}, {"XDG_CONFIG_HOME", "."}};
+        {"HOME", "."}, {"TMPDIR", "tmp"}, {"XDG_CONFIG_HOME", "."}, {"XDG_RUNTIME_DIR", "tmp"}};
     for (const auto& [name, folder] : variables) {
       former_.emplace_back(name, qgetenv(name));
       qputenv(name, (folder_ / folder).lexically_normal().c_str());
@@ -58,6 +59,7 @@ TEST_F(StartUp, ASecondStartHandsItsFilesToTheFirst) {
   QObject::connect(&first, &CSingleInstance::Arrived, &first, [&](const QStringList& files) {
     arrived = files;
     ++times;
+    QTest::qWait(50);  // as a progress window does: the other start is gone when this returns
   });
   Run({"honed.lmt", "../samples/ground.lmt"});
   EXPECT_EQ(arrived, QStringList({FromPath(Sample("honed.lmt")), FromPath(Sample("ground.lmt"))}))
@@ -78,7 +80,7 @@ TEST_F(StartUp, ACrashedProgramIsInNobodysWay) {
   ASSERT_TRUE(QTest::qWaitFor(
       [&] {
         CSingleInstance other(CSingleInstance::UsualName());
-        if (!QFile::exists(QDir::tempPath() + "/" + CSingleInstance::UsualName())) return false;
+        if (!QFile::exists(CSingleInstance::SocketOf(CSingleInstance::UsualName()))) return false;
         return other.HandOverOrListen({FromPath(Sample("honed.lmt"))});
       },
       kPatienceMS));
@@ -89,6 +91,22 @@ TEST_F(StartUp, ACrashedProgramIsInNobodysWay) {
   ASSERT_TRUE(program.waitForFinished(kPatienceMS));
   CSingleInstance next(CSingleInstance::UsualName());
   EXPECT_FALSE(next.HandOverOrListen({})) << "nobody answers";
+}
+
+TEST_F(StartUp, MeetsNobodyWhereOthersCanLookIn) {
+  const QString name = CSingleInstance::UsualName();
+  EXPECT_TRUE(CSingleInstance::SocketOf(name).startsWith(FromPath(folder_ / "tmp")));
+  std::filesystem::create_directory_symlink(folder_ / "tmp", folder_ / "link");
+  qputenv("XDG_RUNTIME_DIR", (folder_ / "link").c_str());
+  EXPECT_FALSE(CSingleInstance::SocketOf(name).startsWith(FromPath(folder_ / "link")));
+}
+
+TEST_F(StartUp, APlanWithTooFewArgumentsIsRefusedLikeOnTheConsole) {
+  for (const QStringList& arguments : {QStringList{"p.ini"}, QStringList{"p.INI", "ground.lmt"}}) {
+    RunWithoutDisplay(arguments);
+    EXPECT_EQ(std::pair(status_, errors_),
+              std::pair(1, std::string("texturon-desktop: Not enough command line arguements\n")));
+  }
 }
 
 TEST_F(StartUp, StartsFromTheWorkingSettingsAndSavesThem) {
@@ -133,10 +151,11 @@ TEST_F(StartUp, RefusalsAreOneSentence) {
       {{"--report", good, "-o", FromPath(folder_ / "no/out.pdf")}, "cannot be written"},
       {{"--report", good, "-o", out, "--settings", "none.ini"}, "none.ini does not exist."},
       {{"--report", good, "--screenshot", good, "-o", out}, "either"},
+      {{"--screenshot", good, "-o", "./ground.lmt"}, "are one file."},
   };
   for (const auto& [arguments, sentence] : cases) {
     RunWithoutDisplay(arguments);
-    EXPECT_EQ(status_, 1) << errors_;
+    EXPECT_EQ(status_, sentence == "are one file." ? 2 : 1) << errors_;
     EXPECT_TRUE(errors_.starts_with("texturon-desktop: ") && errors_.find(sentence) != errors_.npos) << errors_;
     EXPECT_EQ(errors_.find('\n'), errors_.size() - 1) << errors_;
   }

@@ -167,6 +167,55 @@ TEST_F(CommandLineRun, NoEarlierStatusOutlivesItsRunInAFolderThatTakesNoFile) {
   EXPECT_EQ(Status(), "ERROR: Could not process data set.");
 }
 
+// What others may have put under the names that a run chooses.
+TEST_F(CommandLineRun, NamesOfItsOwnNeverLeadElsewhere) {
+  namespace fs = std::filesystem;
+  fs::create_directory(folder_ / "out");
+  for (const bool isHard : {false, true}) {
+    for (const char* name : {"work/TexturonCommandLine-Status.txt", "work/TexturonCommandLine-Event.Log",
+                             "work/TexturonCommandLine-Event-Alternative.log", "out/PRIMARY.S4", "out/RESULTS.S4"}) {
+      const fs::path target = folder_.Write("target of " + fs::path(name).filename().string(), "precious");
+      fs::remove(folder_ / name);
+      isHard ? fs::create_hard_link(target, folder_ / name) : fs::create_symlink(target, folder_ / name);
+    }
+    const RunOutcome outcome = Run("[a]\r\nParameters=Ra\r\n");
+    EXPECT_TRUE(outcome.done) << outcome.reason;
+    EXPECT_EQ(Status(), "File processed.  Results written.");
+    EXPECT_NE(Results().find("Ra = 1.000 um"), std::string::npos);
+    for (const auto& entry : fs::directory_iterator(folder_.path())) {
+      const std::string name = entry.path().filename().string();
+      if (!name.starts_with("target of ")) continue;
+      EXPECT_EQ(folder_.Read(name), "precious") << name;
+    }
+  }
+}
+
+TEST_F(CommandLineRun, AStatusThatCannotBeWrittenIsSaidAndResultsStand) {
+  std::filesystem::create_directory(folder_ / "work/TexturonCommandLine-Status.txt");
+  const RunOutcome outcome = Run("[a]\r\nParameters=Ra\r\n");
+  EXPECT_FALSE(outcome.done);
+  EXPECT_NE(outcome.reason.find("Status.txt"), std::string::npos) << outcome.reason;
+  EXPECT_NE(Results().find("Ra = 1.000 um"), std::string::npos);
+}
+
+TEST_F(CommandLineRun, AnOutputThatIsAnInputIsNotWritten) {
+  namespace fs = std::filesystem;
+  const std::string data = folder_.Read("S1234.prf");
+  fs::create_directory(folder_ / "out");
+  for (const char* name : {"out/RESULTS.S4", "out/MOTIF_R.S4", "work/TexturonCommandLine-Event.Log",
+                           "work/TexturonCommandLine-Status.txt"}) {
+    fs::remove(folder_ / name);
+    fs::create_symlink(folder_ / "S1234.prf", folder_ / name);
+    const RunOutcome outcome = Run("[a]\r\nParameters=Ra\r\n");
+    EXPECT_FALSE(outcome.done);
+    EXPECT_NE(outcome.reason.find("are one file"), std::string::npos) << outcome.reason;
+    EXPECT_EQ(folder_.Read("S1234.prf"), data) << name;
+    EXPECT_FALSE(fs::exists(folder_ / "out/PRIMARY.S4"));
+    EXPECT_EQ(Status(), std::string(name).ends_with("Status.txt") ? data : "ERROR: Could not process data set.");
+    fs::remove(folder_ / name);
+  }
+}
+
 TEST_F(CommandLineRun, LogIsDroppedWhileLockedAndReplacedWhereItCannotBe) {
   {
     const AppendFile holder(folder_ / "work/TexturonCommandLine-Event.Log");

@@ -152,6 +152,7 @@ TEST_F(FolderBatch, AFailureIsOneLineWhateverTheName) {
   EXPECT_EQ(Run().summary.failed, 1U);
   const std::string failures = folder_.Read("failures.txt");
   EXPECT_EQ(std::count(failures.begin(), failures.end(), '\n'), 1) << failures;
+  EXPECT_TRUE(failures.find("lost\\r\\nand\\tfound.lmt\t") != std::string::npos) << "where the name ends is clear";
 }
 
 TEST_F(FolderBatch, TwoRunsAtOnceIntoOneFileLoseAndTearNothing) {

@@ -197,7 +197,9 @@ TEST_F(FolderWatch, CompletesWhatWasAtHandAndKeepsWhatCameInItsPlace) {
                      .contentHash = ContentHash(old),
                      .holdFile = (folder_ / "hold/a.lmt").string(),
                      .parameterFile = (folder_ / "rows.csv").string(),
-                     .rowText = "h\r\n\"t  \", \"x/a.lmt    \", \"i\", \"s\", 1, 2\r\n"};
+                     .rowText =
+                         "\"Time\", \"Source\", \"Identification\", \"Settings\"\r\n\"t  \", \"x/a.lmt    \", \"i\", "
+                         "\"s\", 1, 2\r\n"};
     const auto put = [&](const char* place, const std::string& content) {
       if (content.empty()) return;
       folder_.Write(place, content);

@@ -9,8 +9,10 @@
 #include <iostream>
 #include <string_view>
 
+#include "analysis/file_clash.h"
 #include "base/charset.h"
 #include "base/date_text.h"
+#include "formats/companion_file.h"
 #include "platform/platform.h"
 #include "ui/qt_text.h"
 #include "ui/report/report.h"
@@ -21,9 +23,22 @@ namespace {
 
 constexpr std::string_view kOptions[] = {"--report", "--screenshot", "--help", "-h", "--version", "-v"};
 
-int Refuse(const QString& sentence) {
-  std::cerr << "texturon-desktop: " << sentence.toStdString() << '\n';
-  return 1;
+int Refuse(const QString& sentence, int status = 1) {
+  std::cerr << "texturon-desktop: " << EscapedControls(sentence.toStdString()) << '\n';
+  return status;
+}
+
+int Print(const QString& text) {
+  std::cout << text.toStdString() << std::flush;
+  return std::cout ? 0 : Refuse(QObject::tr("Standard output cannot be written."));
+}
+
+/// Why the output would destroy an input, a sentence; empty: it would not.
+std::string ClashOf(const std::filesystem::path& profile, const std::filesystem::path& settings,
+                    const std::filesystem::path& output) {
+  RunFiles files{.reads = {profile, settings}, .writes = {output}};
+  if (const auto companion = CompanionOf(profile)) files.reads.push_back(*companion);
+  return FileClash(files);
 }
 
 /// Writes a picture of the window; the sentence that says why not, or nothing.
@@ -62,18 +77,15 @@ int RunHeadless(const QStringList& arguments) {
   parser.addOptions({report, screenshot, output, settingsFile, another});
   parser.addPositionalArgument("profile", QObject::tr("Profile to open in the window."), "[PROFILE]");
   if (!parser.parse(arguments)) return Refuse(parser.errorText() + ".");
-  if (parser.isSet(help)) {
-    std::cout << parser.helpText().toStdString();
-    return 0;
-  }
-  if (parser.isSet(version)) {
-    std::cout << "texturon-desktop " << QApplication::applicationVersion().toStdString() << '\n';
-    return 0;
-  }
+  if (parser.isSet(help)) return Print(parser.helpText());
+  if (parser.isSet(version)) return Print("texturon-desktop " + QApplication::applicationVersion() + '\n');
   if (parser.isSet(report) == parser.isSet(screenshot) || !parser.positionalArguments().isEmpty()) {
     return Refuse(QObject::tr("Give either --report FILE or --screenshot FILE, and nothing else to open."));
   }
   if (!parser.isSet(output)) return Refuse(QObject::tr("Say with -o where the result goes."));
+  const QString profile = parser.value(parser.isSet(report) ? report : screenshot);
+  const std::string clash = ClashOf(ToPath(profile), ToPath(parser.value(settingsFile)), ToPath(parser.value(output)));
+  if (!clash.empty()) return Refuse(FromText(clash), 2);
   CollectingPrompts prompts;
   Environment environment = SystemEnvironment();
   environment.traceFile.clear();
@@ -83,7 +95,6 @@ int RunHeadless(const QStringList& arguments) {
   if (parser.isSet(settingsFile) && !doc.LoadSettingsFile(ToPath(parser.value(settingsFile)))) {
     return Refuse(lastMessage());
   }
-  const QString profile = parser.value(parser.isSet(report) ? report : screenshot);
   if (!doc.Open(ToPath(profile))) return Refuse(lastMessage());
   QString reason;
   if (parser.isSet(screenshot)) {

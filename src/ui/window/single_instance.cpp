@@ -7,6 +7,10 @@
 #include <QDir>
 #include <QLocalSocket>
 #include <QLockFile>
+#include <QStandardPaths>
+
+#include "platform/platform.h"
+#include "ui/qt_text.h"
 
 namespace texturon {
 namespace {
@@ -29,35 +33,52 @@ QString CSingleInstance::UsualName() {
   return "texturon-" + QCryptographicHash::hash(session, QCryptographicHash::Sha256).toHex().left(16);
 }
 
-bool CSingleInstance::HandOverOrListen(const QStringList& files) {
-  // Of two starts at once one listens before the other asks.
-  QLockFile turn(QDir(QDir::tempPath()).filePath(name_ + ".lock"));
-  turn.tryLock(kPatienceMS);
-  if (HandOver(files)) return true;
-  // Nobody answers: what a crashed process left is in the way of a listener only.
-  QLocalServer::removeServer(name_);
-  server_.listen(name_);
-  return false;
+QString CSingleInstance::SocketOf(const QString& name) {
+  const QString folder = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+#ifdef Q_OS_WIN
+  return name;
+#else
+  return !folder.isEmpty() && IsPrivateFolder(ToPath(folder)) ? QDir(folder).filePath(name) : QString();
+#endif
 }
 
-bool CSingleInstance::HandOver(const QStringList& files) const {
+bool CSingleInstance::HandOverOrListen(const QStringList& files) {
+  const QString socketName = SocketOf(name_);
+  if (socketName.isEmpty()) return false;
+  // Of two starts at once one listens before the other asks.
+  QLockFile turn(socketName + ".lock");
+  turn.tryLock(kPatienceMS);
+  const Answer answer = HandOver(socketName, files);
+  if (answer == Answer::kNobody) {
+    // What a crashed process left is in the way of a listener only.
+    QLocalServer::removeServer(socketName);
+    server_.listen(socketName);
+  }
+  return answer == Answer::kTaken;
+}
+
+CSingleInstance::Answer CSingleInstance::HandOver(const QString& socketName, const QStringList& files) const {
   QLocalSocket socket;
-  socket.connectToServer(name_);
-  if (!socket.waitForConnected(kPatienceMS)) return false;
+  socket.connectToServer(socketName);
+  if (!socket.waitForConnected(kPatienceMS)) return Answer::kNobody;
+  if (!IsPeerOurs(socket.socketDescriptor())) return Answer::kNone;
   QByteArray bytes;
   QDataStream stream(&bytes, QIODevice::WriteOnly);
   stream.setVersion(kStream);
   stream << files;
   socket.write(bytes);
   socket.flush();
-  // A process that hangs is one that listens: a second window would not help, its answer is not waited for for long.
-  socket.waitForReadyRead(kPatienceMS);
-  return true;
+  // One that hangs shows nothing.
+  return socket.waitForReadyRead(kPatienceMS) ? Answer::kTaken : Answer::kNone;
 }
 
 void CSingleInstance::Receive() {
   while (QLocalSocket* const socket = server_.nextPendingConnection()) {
     connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
+    if (!IsPeerOurs(socket->socketDescriptor())) {
+      socket->abort();
+      continue;
+    }
     const auto read = [this, socket] {
       if (socket->bytesAvailable() > kMostBytes) return socket->abort();
       QDataStream stream(socket);
@@ -68,7 +89,8 @@ void CSingleInstance::Receive() {
       if (!stream.commitTransaction()) return;
       socket->write("1");
       socket->flush();
-      emit Arrived(files);
+      QMetaObject::invokeMethod(
+          this, [this, files] { emit Arrived(files); }, Qt::QueuedConnection);
     };
     connect(socket, &QLocalSocket::readyRead, this, read);
     if (socket->bytesAvailable() > 0) read();

@@ -8,6 +8,8 @@
 namespace texturon {
 
 /// One window a user and session: the first start of the program listens, a later one hands its files over and ends.
+/// They meet in the user's own folder for running programs, which nobody else can look into, and each end makes sure
+/// that the other is the same user. Without such a folder, and where nobody answers in time, every start has a window.
 /// The name is free again once its process has gone, however it went.
 class CSingleInstance : public QObject {
   Q_OBJECT
@@ -22,13 +24,17 @@ public:
 
   /// A name for this user and this screen.
   static QString UsualName();
+  /// Where it lies; empty: the user has no folder of that kind.
+  static QString SocketOf(const QString& name);
 
 signals:
-  /// Another start was made with these files.
+  /// Another start was made with these files. Comes from the event loop, not from within the reading: who takes it may
+  /// let events be handled meanwhile.
   void Arrived(const QStringList& files);
 
 private:
-  bool HandOver(const QStringList& files) const;
+  enum class Answer { kTaken, kNone, kNobody };
+  Answer HandOver(const QString& socketName, const QStringList& files) const;
   void Receive();
 
   QString name_;

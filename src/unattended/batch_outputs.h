@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace texturon {
+
+// What a batch writes beside its rows, and how a later run knows it again.
+
+/// A line of the failures file: path, tab, reason (Windows-1252), in UTF-8. A tab, a line break or a backslash in a
+/// path is an escape (\t, \n, \r, \\), but where backslashes part the names of a path none of the others can be in it.
+std::string FailureLine(const std::filesystem::path& file, std::string_view reason);
+
+/// Whether a file is not there, empty or, by its first lines, a failures file or a summary of a batch.
+bool IsFailuresFile(const std::filesystem::path& path);
+bool IsSummaryFile(const std::filesystem::path& path);
+
+}  // namespace texturon

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#include "app/largest_block.h"
+
+#include <cstdlib>
+#include <new>
+
+namespace texturon {
+namespace {
+
+thread_local std::size_t largest = ~std::size_t{0};
+
+}  // namespace
+
+LargestBlock::LargestBlock(std::size_t bytes) {
+  largest = bytes;
+}
+
+LargestBlock::~LargestBlock() {
+  largest = ~std::size_t{0};
+}
+
+}  // namespace texturon
+
+void* operator new(std::size_t size) {
+  void* const block = size > texturon::largest ? nullptr : std::malloc(size > 0 ? size : 1);
+  if (block == nullptr) throw std::bad_alloc();
+  return block;
+}
+void operator delete(void* memory) noexcept {
+  std::free(memory);
+}
+void operator delete(void* memory, std::size_t /*size*/) noexcept {
+  std::free(memory);
+}
