@@ -22,6 +22,7 @@ namespace {
 constexpr std::size_t kLargestFile = std::size_t{256} << 20;
 constexpr std::size_t kReadStep = std::size_t{1} << 16;
 constexpr int kMostLinks = 40;
+constexpr std::string_view kLoop = "is a loop of symbolic links";
 
 class File {
 public:
@@ -168,6 +169,7 @@ FileBytes ReadWholeFile(const std::filesystem::path& path) {
     const int code = errno;
     std::error_code error;
     if (std::filesystem::is_directory(path, error)) return {"", "is a directory"};
+    if (code == ELOOP) return {"", std::string(kLoop)};
     if (code == ENOENT || code == ENOTDIR) return {"", "does not exist", true};
     return {"", Failure("cannot be opened", code)};
   }
@@ -185,7 +187,7 @@ FileOutcome ReplaceFile(const std::filesystem::path& path, std::string_view byte
   const std::filesystem::path target = FollowLinks(path);
   std::error_code error;
   const std::filesystem::file_status status = std::filesystem::status(target, error);
-  if (std::filesystem::is_symlink(target, error)) return {"is a symbolic link without an end"};
+  if (std::filesystem::is_symlink(target, error)) return {std::string(kLoop)};
   if (std::filesystem::is_directory(status)) return {"is a directory"};
   const bool exists = std::filesystem::exists(status);
   if (exists && !std::filesystem::is_regular_file(status)) return WriteDirectly(target, bytes);
