@@ -91,6 +91,17 @@ const ExtensionEntry& EntryOf(std::string_view extension) {
   });
 }
 
+/// Whether no text holds the markers by chance: signs among the letters, or several words.
+bool AreTelling(std::string_view markers) {
+  constexpr std::size_t kFewLetters = 12;
+  const bool hasSigns = std::any_of(markers.begin(), markers.end(), [](char c) {
+    const char lower = LowerAscii(c);
+    return c != '|' && c != ' ' && (lower < 'a' || lower > 'z');
+  });
+  const bool areSeveral = markers.find('|') != std::string_view::npos;
+  return markers.size() > 2 && (hasSigns || (areSeveral && markers.size() >= kFewLetters));
+}
+
 }  // namespace
 
 const ExtensionEntry& EntryOfContent(std::string_view bytes) {
@@ -117,11 +128,10 @@ std::string ForeignKind(const std::filesystem::path& path, std::string_view byte
 }
 
 std::string MarkedLayout(std::string_view bytes) {
-  constexpr std::size_t kTelling = 12;  // letters of markers that no text holds by chance
   const std::string_view header = bytes.substr(0, kHeaderSize);
   for (const ExtensionEntry& entry : ExtensionTable()) {
     for (const ProfileReader& reader : entry.chain) {
-      if (reader.read != nullptr || reader.markers.size() < kTelling) continue;
+      if (reader.read != nullptr || !AreTelling(reader.markers)) continue;
       const auto markers = SplitAtEach(reader.markers, '|');
       const bool holdsAll = std::all_of(markers.begin(), markers.end(), [header](std::string_view marker) {
         return header.find(marker) != std::string_view::npos;

@@ -67,8 +67,9 @@ ImportOutcome ReadByContent(const ReaderInput& input) {
   const ExtensionEntry& entry = EntryOfContent(input.bytes);
   ImportOutcome outcome = ReadThroughChain(entry, input);
   if (outcome.loaded) {
+    const bool isTable = !outcome.profile.decisions.empty();
     outcome.profile.warnings.push_back("the extension is not known; the content is read as " +
-                                       outcome.attempts.back().reader);
+                                       (isTable ? "a table of numbers" : outcome.attempts.back().reader));
     input.prompts.Notice(outcome.profile.warnings.back());
     return outcome;
   }

@@ -50,8 +50,9 @@ std::optional<double> WithLetterD(std::string_view cell, bool decimalComma) {
 std::optional<double> CellValue(std::string_view cell, bool decimalComma) {
   const bool isQuoted = cell.size() > 1 && cell.front() == '"' && cell.back() == '"';
   if (isQuoted) cell = TrimBlanks(cell.substr(1, cell.size() - 2));
-  if (cell.empty() || IsMark(cell)) return kNone;
+  if (cell.empty()) return kNone;
   if (const auto number = NumberField(cell, decimalComma || isQuoted)) return number;
+  if (IsMark(cell)) return kNone;
   return WithLetterD(cell, decimalComma || isQuoted);
 }
 
