@@ -22,6 +22,7 @@ namespace texturon {
 namespace {
 
 constexpr double kInvalid = std::numeric_limits<double>::quiet_NaN();
+constexpr std::string_view kValidityHeading = "X;Y;valid";
 constexpr double kInvalidMarkUM = -25'400.0;
 
 /// How far a table was understood before it was given up: what is told of a chain is what came nearest.
@@ -55,9 +56,10 @@ struct Table {
 };
 
 Table TakeTable(std::string_view text, bool commaSeparates = true) {
-  if (IsOfKnownLayout(text)) {
+  const std::string_view layout = KnownLayoutOf(text);
+  if (!layout.empty()) {
     Table table{.text = text};
-    table.rows.wrong = "the text is of another layout";
+    table.rows.wrong = "it begins as files with the extension " + std::string(layout) + " do";
     return table;
   }
   Table table{.text = text, .rows = FindNumberRows(text, commaSeparates)};
@@ -218,6 +220,7 @@ ReadResult ReadUnitPairText(const ReaderInput& input, ImportedProfile& profile) 
 }
 
 ReadResult ReadGenericText(const ReaderInput& input, ImportedProfile& profile) {
+  if (StartsWithIgnoringCase(TrimBlanks(input.bytes), kValidityHeading)) return ReadValidityTable(input, profile);
   Table table = TakeTable(input.bytes);
   const bool mayBeDecimals = table.rows.mayBeDecimals;
   ReadResult result = Unusable("the commas are decimal signs");
@@ -239,8 +242,8 @@ ReadResult ReadDistanceTable(const ReaderInput& input, ImportedProfile& profile)
 }
 
 ReadResult ReadValidityTable(const ReaderInput& input, ImportedProfile& profile) {
-  const std::string_view filled = TrimBlanks(input.bytes);
-  if (!StartsWithIgnoringCase(filled, "X;Y;valid")) return Unusable("line 1 is not \"X;Y;valid\"", 0);
+  if (!StartsWithIgnoringCase(TrimBlanks(input.bytes), kValidityHeading))
+    return Unusable("line 1 is not \"X;Y;valid\"", 0);
   NumberRows rows = FindNumberRows(input.bytes);
   if (!rows.wrong.empty()) return RefuseAtLine(input, 1, rows.wrong);
   const TableHeading heading = FindTableHeading(input.bytes, rows);

@@ -109,8 +109,9 @@ const ExtensionEntry& EntryOfContent(std::string_view bytes) {
   return EntryOf(signature != nullptr ? signature->extension : kTables);
 }
 
-bool IsOfKnownLayout(std::string_view bytes) {
-  return SignatureOf(bytes) != nullptr;
+std::string_view KnownLayoutOf(std::string_view bytes) {
+  const Signature* const signature = SignatureOf(bytes);
+  return signature != nullptr ? signature->extension : std::string_view{};
 }
 
 std::string ForeignKind(const std::filesystem::path& path, std::string_view bytes) {

@@ -15,8 +15,8 @@ namespace texturon {
 /// The entry of the extension table whose readers take such content; that of tables of numbers where nothing tells.
 const ExtensionEntry& EntryOfContent(std::string_view bytes);
 
-/// Whether a text begins as a layout of its own does, which no table of numbers is.
-bool IsOfKnownLayout(std::string_view bytes);
+/// The extension of a layout of its own as which a text begins, and which no table of numbers is; empty: it may be one.
+std::string_view KnownLayoutOf(std::string_view bytes);
 
 /// A file of a known kind that is not read: what it is and what to do instead, going on where its name stops. Empty: it
 /// is none.

@@ -26,6 +26,7 @@ struct Manner {
   bool decimalComma = false;
   std::size_t columns = 0;
   std::size_t rawColumns = 0;
+  bool hasRemarks = false;  ///< words behind the numbers
 };
 
 /// Marks that instruments and spreadsheets leave where there is no value.
@@ -107,6 +108,7 @@ private:
 
   /// Takes a line as a row under the first separator that makes numbers of all its cells.
   std::optional<Manner> MannerOf(std::string_view line) {
+    std::optional<Manner> withRemarks;
     for (const char separator : {';', '\t', ',', ' '}) {
       if (separator != ' ' && line.find(separator) == std::string_view::npos) continue;
       if (separator == ',' && !commaSeparates_) continue;
@@ -114,18 +116,22 @@ private:
       if (cells_.empty() || cells_.size() > kMostColumns) continue;
       const bool decimalComma = separator != ',';
       std::size_t numbers = 0;
-      bool onlyNumbers = true;
-      for (const std::string_view cell : cells_) {
-        const auto value = CellValue(cell, decimalComma);
-        onlyNumbers = value.has_value();
-        if (!onlyNumbers) break;
+      std::size_t columns = 0;
+      for (; columns < cells_.size(); ++columns) {
+        const auto value = CellValue(cells_[columns], decimalComma);
+        if (!value) break;
         numbers += std::isnan(*value) ? 0 : 1;
+      }
+      const bool onlyNumbers = columns == cells_.size();
+      // Words may stand behind two or more numbers.
+      if (!onlyNumbers && separator != ' ' && columns > 1 && numbers == columns && !withRemarks) {
+        withRemarks = Manner{separator, decimalComma, columns, all, true};
       }
       const std::size_t empty =
           static_cast<std::size_t>(std::count_if(cells_.begin(), cells_.end(), [](auto cell) { return cell.empty(); }));
       if (onlyNumbers && numbers >= (empty > 0 ? 2 : 1)) return Manner{separator, decimalComma, cells_.size(), all};
     }
-    return std::nullopt;
+    return withRemarks;
   }
 
   /// A row "0,1" may have gone to numbers one below the other and belong to what follows, "0.5,3".
@@ -286,7 +292,9 @@ private:
   /// The same for any row: decimal commas, marks, quotes, empty cells, separators at the end.
   bool ReadAnyRow(std::string_view line) {
     const std::size_t all = SplitCells(InAscii(line, ascii_), manner_.separator, cells_);
-    if (cells_.size() > manner_.columns || all < manner_.columns) return false;
+    if (all < manner_.columns) return false;
+    if (manner_.hasRemarks && cells_.size() > manner_.columns) cells_.resize(manner_.columns);
+    if (cells_.size() > manner_.columns) return false;
     std::fill(row_.begin(), row_.end(), kNone);
     for (std::size_t i = 0; i < cells_.size(); ++i) {
       const auto value = CellValue(cells_[i], manner_.decimalComma);

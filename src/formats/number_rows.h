@@ -39,7 +39,8 @@ struct NumberRows {
 
 /// Finds the run. Separators are semicolon, tab, comma or blanks; the decimal sign may be a comma where the separator
 /// is none, or in quotes. Lines above and below the run are passed over; a line inside it that is no row makes it
-/// unusable. Without `commaSeparates` a comma is a decimal sign and nothing else. At most 750 000 rows.
+/// unusable. Words behind two or more numbers are passed over where the first row has some.
+/// Without `commaSeparates` a comma is a decimal sign and nothing else. At most 750 000 rows.
 NumberRows FindNumberRows(std::string_view text, bool commaSeparates = true);
 
 /// Value of the last digit to which the cells of a column are printed that goes on in steps of about `step`; 0 where it

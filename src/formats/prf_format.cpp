@@ -101,8 +101,9 @@ std::string_view ReadHeights(std::string_view text, const PrfFirstRecord& first,
   if (surplus >= points && first.x.dataType == 'A')
     return "the points have positions of their own, which a MOD file may have";
   if (surplus > 0) {
-    profile.warnings.push_back("there are " + IntegerText(static_cast<std::int64_t>(surplus)) +
-                               " more heights than the header says");
+    profile.warnings.push_back(surplus == 1 ? "there is one more height than the header says"
+                                            : "there are " + IntegerText(static_cast<std::int64_t>(surplus)) +
+                                                  " more heights than the header says");
   }
   return {};
 }

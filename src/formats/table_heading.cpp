@@ -257,6 +257,7 @@ void Join(TableHeading& heading, const HeadingLine& names, const HeadingLine& un
 }  // namespace
 
 Quantity QuantityOf(std::string_view name) {
+  if (ContainsIgnoringCase(name, "dz/dx") || ContainsIgnoringCase(name, "dy/dx")) return Quantity::kOther;
   Quantity last = Quantity::kUnknown;
   bool isFirst = true;
   for (std::size_t at = 0; at < name.size();) {

@@ -98,7 +98,7 @@ bool IsOther(std::string_view unit) {
     if (!unit.starts_with(prefix.word)) continue;
     const std::string_view base = unit.substr(prefix.word.size());
     for (const std::string_view known : {"rad", "V", "A", "s", "Hz", "N", "deg", "arcsec"}) {
-      if (base == known) return true;
+      if (base == known || EqualIgnoringCase(WithoutPlural(base), "radian")) return true;
     }
   }
   for (const Prefix& prefix : kPrefixWords) {
@@ -166,6 +166,9 @@ UnitStatement UnitInBrackets(std::string_view cell) {
       inside = TrimBlanks(inside.substr(std::min(inside.find_first_of(" :="), inside.size() - 1) + 1));
     }
     UnitStatement found = StatementOf(inside);
+    // "Raw Nanometer": words before the unit
+    const std::string_view word = inside.substr(inside.find_last_of(" ,") + 1);
+    if (found.kind == UnitStatement::Kind::kNone && !NeedsQuantity(word)) found = StatementOf(word);
     if (found.kind == UnitStatement::Kind::kNone) continue;
     found.hasBrackets = true;
     found.isAlone = TrimBlanks(cell.substr(0, open)).empty() &&
