@@ -77,7 +77,7 @@ function(texturon_floor name)
   if(name STREQUAL base)
     target_precompile_headers(base PRIVATE <algorithm> <array> <cmath> <filesystem> <functional> <memory> <optional> <span>
                               <string> <string_view> <unordered_map> <utility> <vector>)
-  else()
+  elseif(NOT name STREQUAL ui)  # has its own
     target_precompile_headers(${name} REUSE_FROM base)
   endif()
 endfunction()

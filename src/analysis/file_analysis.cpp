@@ -86,11 +86,12 @@ FileAnalysis AnalyseFile(const std::filesystem::path& path, const FileAnalysisOp
     document.quietMode = true;
     document.writesTraceFile = false;
     document.wanted = kNoCurves;
-    SilentPrompts nobody;
+    CollectingPrompts prompts;
     const RunStep run =
-        RunAnalysis(document, {.path = path, .import = options.import, .invert = options.invert}, nobody, environment);
+        RunAnalysis(document, {.path = path, .import = options.import, .invert = options.invert}, prompts, environment);
     if (!run.ok()) return {.reason = FileSentence(path, run.Reason())};
     analysis = ResultsOf(document, environment);
+    analysis.remarks = prompts.notices();
     if (!options.profilesTo.empty()) analysis.reason = WriteProfiles(document, path, options.profilesTo);
   } catch (const std::exception& error) {
     analysis.reason = FileSentence(path, std::string("is not analysed: ") + error.what());

@@ -36,6 +36,7 @@ struct FileAnalysis {
   std::string reason;  ///< why it gave nothing: a sentence, Windows-1252; empty: analysed
   ParameterFileText text;
   std::vector<ColumnValue> columns;
+  std::vector<std::string> remarks;  ///< what was tolerated, guessed, or looks wrong, Windows-1252
 
   bool ok() const { return reason.empty(); }
 };

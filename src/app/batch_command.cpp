@@ -135,6 +135,7 @@ std::string SummaryTable(const BatchSummary& summary) {
 int Report(const BatchOptions& options, const FolderBatchOutcome& outcome) {
   const BatchSummary& summary = outcome.summary;
   std::cout << CountText(summary.analysed) << " analysed, " << CountText(summary.failed) << " failed";
+  if (summary.remarked > 0) std::cout << ", " << CountText(summary.remarked) << " with remarks";
   if (outcome.skipped > 0) std::cout << ", " << CountText(outcome.skipped) << " left out because they have rows";
   std::cout << "\n";
   if (summary.analysed > 0) std::cout << "\n" << SummaryTable(summary);
@@ -195,6 +196,12 @@ int RunBatch(const BatchOptions& options, const CommonOptions& common) {
         SystemEnvironment(),
         {.fileFailed =
              [&progress](const std::string& sentence) {
+               progress.Clear();
+               Complain(Utf8FromWindows1252(sentence));
+             },
+         .fileRemarked =
+             [&progress, &common](const std::string& sentence) {
+               if (common.quiet) return;
                progress.Clear();
                Complain(Utf8FromWindows1252(sentence));
              },

@@ -52,6 +52,7 @@ void PrintProfile(const ImportedProfile& profile) {
            FixedText(findings.lengthMM, 6) + " mm, the last point at " + FixedText(findings.lastPointMM, 6) + " mm");
   PrintRow("heights", FixedText(findings.lowestUM, 6) + " to " + FixedText(findings.highestUM, 6) + " um");
   PrintRow("tip radius", profile.tipRadiusMM > 0.0 ? ShortestText(profile.tipRadiusMM) + " mm" : "not stated");
+  for (const std::string& decision : profile.decisions) PrintRow("taken", decision);
   for (const std::string& warning : findings.warnings) PrintRow("warning", warning);
 }
 
@@ -122,9 +123,13 @@ private:
     Number("lowest_um", findings.lowestUM);
     Number("highest_um", findings.highestUM);
     Number("tip_radius_mm", profile.tipRadiusMM);
-    json_.Key("warnings");
+    Texts("decisions", profile.decisions);
+    Texts("warnings", findings.warnings);
+  }
+  void Texts(std::string_view key, const std::vector<std::string>& texts) {
+    json_.Key(key);
     json_.BeginArray();
-    for (const std::string& warning : findings.warnings) json_.Text(Utf8FromWindows1252(warning));
+    for (const std::string& text : texts) json_.Text(Utf8FromWindows1252(text));
     json_.EndArray();
   }
   void Text(std::string_view key, std::string_view text) {

@@ -6,9 +6,12 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 namespace texturon {
 namespace {
+
+constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 
 // Code points of the bytes 80 to 9F; all other bytes are their own.
 constexpr std::array<char32_t, 32> kUpperControls = {
@@ -76,6 +79,67 @@ char32_t NextCodePoint(std::string_view text, std::size_t& position) {
     most = 0xBF;
   }
   return codePoint;
+}
+
+/// Signs of a file's text without a byte of their own that have a likeness: the Greek mu, minus signs and hyphens,
+/// blanks of odd widths, the sign of the Angstrom; 0 for marks that show nothing.
+char LikenessOf(char32_t codePoint) {
+  if (codePoint >= 0x2000 && codePoint <= 0x200A) return ' ';
+  switch (codePoint) {
+    case 0x03BC:
+      return '\xB5';
+    case 0x2010:
+    case 0x2011:
+    case 0x2212:
+      return '-';
+    case 0x202F:
+    case 0x205F:
+      return ' ';
+    case 0x212B:
+      return '\xC5';
+    case 0x200B:
+    case 0xFEFF:
+      return '\0';
+    default:
+      return ByteOfCodePoint(codePoint);
+  }
+}
+
+std::size_t FirstAboveAscii(std::string_view text, std::size_t from) {
+  constexpr std::uint64_t kHighBits = 0x8080808080808080ULL;
+  for (; from + sizeof(std::uint64_t) <= text.size(); from += sizeof(std::uint64_t)) {
+    std::uint64_t bytes = 0;
+    std::memcpy(&bytes, text.data() + from, sizeof bytes);
+    if ((bytes & kHighBits) != 0) break;
+  }
+  while (from < text.size() && static_cast<unsigned char>(text[from]) < 0x80) ++from;
+  return from;
+}
+
+/// A file's text of UTF-8 as Windows-1252.
+std::string TextFromUtf8(std::string_view text) {
+  std::string bytes;
+  bytes.reserve(text.size());
+  for (std::size_t position = 0; position < text.size();) {
+    const std::size_t end = FirstAboveAscii(text, position);
+    bytes.append(text.substr(position, end - position));
+    position = end;
+    if (position == text.size()) break;
+    const char byte = LikenessOf(NextCodePoint(text, position));
+    if (byte != '\0') bytes.push_back(byte);
+  }
+  return bytes;
+}
+
+/// Whether bytes are a text rather than a binary file or fields between control characters; what ends a text may be
+/// filled up with NUL and 1A.
+bool IsText(std::string_view bytes) {
+  constexpr std::string_view kFill("\0\x1A", 2);
+  const std::size_t end = bytes.find_last_not_of(kFill) + 1;
+  return std::none_of(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(end), [](char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return byte < ' ' && (byte < '\t' || byte > '\r') && byte != 0x1A;
+  });
 }
 
 /// A code unit as UTF-8; halves of surrogate pairs stay apart and become two question marks.
@@ -156,8 +220,34 @@ std::string EscapedControls(std::string_view utf8) {
   return shown;
 }
 
+bool IsUtf8(std::string_view bytes) {
+  if (bytes.starts_with(kUtf8Mark)) return true;
+  std::size_t position = FirstAboveAscii(bytes, 0);
+  if (position == bytes.size()) return false;
+  while (position < bytes.size()) {
+    const LeadByte lead = ReadLeadByte(static_cast<unsigned char>(bytes[position]));
+    if (!lead.wellFormed || position + lead.followers >= bytes.size()) return false;
+    const std::size_t next = position + lead.followers + 1;
+    std::size_t read = position;
+    NextCodePoint(bytes, read);
+    if (read != next) return false;
+    position = FirstAboveAscii(bytes, next);
+  }
+  return true;
+}
+
+std::string TextOfFile(std::string_view text, bool isUtf8) {
+  return isUtf8 ? TextFromUtf8(text) : std::string(text);
+}
+
 std::string_view PlainText(std::string_view bytes, std::string& storage) {
-  if (bytes.starts_with("\xEF\xBB\xBF")) return bytes.substr(3);
+  const bool hasMark = bytes.starts_with(kUtf8Mark);
+  const std::string_view unmarked = bytes.substr(hasMark ? kUtf8Mark.size() : 0);
+  if (FirstAboveAscii(unmarked, 0) == unmarked.size() && !LooksWide(bytes)) return unmarked;
+  if (hasMark || (!LooksWide(bytes) && IsUtf8(bytes) && IsText(bytes))) {
+    storage = TextFromUtf8(unmarked);
+    return storage;
+  }
   const bool isBigEndian = bytes.starts_with("\xFE\xFF");
   const bool isMarked = isBigEndian || bytes.starts_with("\xFF\xFE");
   if (!isMarked && !LooksWide(bytes)) return bytes;
@@ -168,7 +258,7 @@ std::string_view PlainText(std::string_view bytes, std::string& storage) {
     const unsigned second = static_cast<unsigned char>(bytes[i + 1]);
     AppendCodeUnit(utf8, isBigEndian ? first << 8 | second : second << 8 | first);
   }
-  storage = Windows1252FromUtf8(utf8);
+  storage = TextFromUtf8(utf8);
   return storage;
 }
 

@@ -21,8 +21,16 @@ std::string Windows1252FromUtf8(std::string_view text);
 /// that are no UTF-8 stay, but for those that a terminal of eight bits would take as control characters.
 std::string EscapedControls(std::string_view utf8);
 
-/// UTF-16 behind its byte-order mark, UTF-16LE without one too, as Windows-1252; UTF-8 without its mark; anything else
-/// as it stands. `storage` holds the text where it had to be made.
+/// Whether a file is UTF-8: it begins with the mark of it, or holds letters beyond ASCII, all of them well-formed.
+/// Anything else counts as Windows-1252.
+bool IsUtf8(std::string_view bytes);
+
+/// A text out of a file as Windows-1252. What has no byte becomes its likeness (the Greek mu, a minus sign, blanks of
+/// odd widths), else '?'.
+std::string TextOfFile(std::string_view text, bool isUtf8);
+
+/// A file as Windows-1252 text: UTF-16 behind its byte-order mark, UTF-16LE without one too, and UTF-8 are converted;
+/// what is no text, or in Windows-1252 already, stays as it stands. `storage` holds the text where it had to be made.
 std::string_view PlainText(std::string_view bytes, std::string& storage);
 
 }  // namespace texturon

@@ -234,6 +234,17 @@ std::string ShortestText(double value) {
   return text;
 }
 
+std::string OrdinalText(std::int64_t value) {
+  const std::int64_t tens = value % 100;
+  const bool isTeen = tens >= 11 && tens <= 13;
+  const char* const ending = isTeen            ? "th"
+                             : value % 10 == 1 ? "st"
+                             : value % 10 == 2 ? "nd"
+                             : value % 10 == 3 ? "rd"
+                                               : "th";
+  return IntegerText(value) + ending;
+}
+
 std::string IntegerText(std::int64_t value, int width, char fill) {
   std::string text;
   AppendInteger(text, value, width, fill);

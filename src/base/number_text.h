@@ -31,6 +31,8 @@ std::string ScientificText(double value, int decimals, int width = 0);
 std::string ShortestText(double value);
 /// So many significant figures, trailing zeros left out; with an exponent where that is shorter.
 std::string SignificantText(double value, int figures);
+/// 2nd, 3rd, 11th.
+std::string OrdinalText(std::int64_t value);
 std::string IntegerText(std::int64_t value, int width = 0, char fill = ' ');
 
 /// A number read from the start of a text. `length` counts the characters used, leading white space included; 0 means

@@ -12,6 +12,7 @@
 #include "formats/native_format.h"
 #include "formats/reader_questions.h"
 #include "formats/text_lines.h"
+#include "formats/unit_words.h"
 #include "record/profile_set.h"
 
 namespace texturon {
@@ -63,7 +64,7 @@ bool IsTesterExport(std::string_view text) {
 
 ReadResult ReadTesterExport(const ReaderInput& input, ImportedProfile& profile) {
   LineCursor lines(input.bytes);
-  const TwoCells head = SplitTwoCells(lines.Next().value_or(std::string_view{}));
+  const TwoCells head = SplitTwoCells(lines.NextFilled().value_or(std::string_view{}));
   const double count = NumberField(head.second).value_or(0.0);
   std::string_view date;
   std::string_view time;
@@ -93,7 +94,9 @@ ReadResult ReadTesterExport(const ReaderInput& input, ImportedProfile& profile) 
 
 /// A length such as "12.5 um", or in a key that ends in its unit: ("Length (um)", "12.5").
 std::optional<double> LengthUM(const TwoCells& cells) {
-  const auto fields = SplitAtAny(cells.second, " \t");
+  // "2.5 um", or with a name of its own before it: "Radius: 2.5 um"
+  const std::string_view value = cells.second.substr(cells.second.rfind(':') + 1);
+  const auto fields = SplitAtAny(value, " \t");
   if (fields.empty()) return std::nullopt;
   const auto number = NumberField(fields[0]);
   const std::size_t open = cells.first.rfind('(');
@@ -106,7 +109,7 @@ std::optional<double> LengthUM(const TwoCells& cells) {
 }
 
 /// Takes tip radius and trace length from the lines above "Scan Data". Positions are rounded to 0.1 um: where the
-/// length agrees with them it gives the better spacing.
+/// length agrees with them, whether it counts the points or the steps, it gives the better spacing.
 void TakeScanParameters(std::string_view text, ImportedProfile& profile) {
   constexpr std::size_t kMostLines = 100;
   LineCursor lines(text);
@@ -116,13 +119,21 @@ void TakeScanParameters(std::string_view text, ImportedProfile& profile) {
     const TwoCells cells = SplitTwoCells(*line);
     const auto length = LengthUM(cells);
     if (!length || *length <= 0.0) continue;
-    if (StartsWithIgnoringCase(cells.first, "Stylus radius")) {
+    const bool isRadius =
+        StartsWithIgnoringCase(cells.first, "Stylus radius") ||
+        (StartsWithIgnoringCase(cells.first, "Stylus") && ContainsIgnoringCase(cells.second, "radius"));
+    if (isRadius) {
       profile.tipRadiusMM = *length * kMillimetresPerMicrometre;
     } else if (StartsWithIgnoringCase(cells.first, "Length") && steps > 0.0) {
+      // The length counts the points with one writer, the steps with another; the last position tells.
       constexpr double kRoundingUM = 0.11;
-      if (std::abs(*length - profile.spacingUM * steps) > kRoundingUM) continue;
-      profile.spacingUM = *length / steps;
-      profile.spacingSource = "scan parameter Length";
+      const double lastUM = profile.spacingUM * steps;
+      for (const double parts : {steps + 1.0, steps}) {
+        if (std::abs(*length / parts * steps - lastUM) > kRoundingUM) continue;
+        profile.spacingUM = *length / parts;
+        profile.spacingSource = "scan parameter Length";
+        break;
+      }
     }
   }
 }
@@ -130,11 +141,12 @@ void TakeScanParameters(std::string_view text, ImportedProfile& profile) {
 }  // namespace
 
 ReadResult ReadCommaSeparated(const ReaderInput& input, ImportedProfile& profile) {
-  if (StartsWithIgnoringCase(input.bytes, "Lumetrace_Data")) return ReadNativeProfile(input, profile);
-  if (IsTesterExport(input.bytes)) return ReadTesterExport(input, profile);
+  const std::string_view text = WithoutBlankLines(input.bytes);
+  if (StartsWithIgnoringCase(text, "Lumetrace_Data")) return ReadNativeProfile(input, profile);
+  if (IsTesterExport(text)) return ReadTesterExport(input, profile);
   ReadResult result = ReadGenericText(input, profile);
   const bool isRead = result.status == ReadResult::Status::kRead;
-  if (isRead && StartsWithIgnoringCase(input.bytes, "Scan Parameters")) TakeScanParameters(input.bytes, profile);
+  if (isRead && StartsWithIgnoringCase(text, "Scan Parameters")) TakeScanParameters(text, profile);
   return result;
 }
 

@@ -12,6 +12,7 @@
 #include "formats/little_endian.h"
 #include "formats/reader_questions.h"
 #include "formats/text_lines.h"
+#include "formats/unit_words.h"
 #include "record/profile_set.h"
 
 namespace texturon {

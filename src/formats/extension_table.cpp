@@ -42,11 +42,10 @@ constexpr ProfileReader kPcd{
     "portable text", "integer heights in steps of the entry RES (um); the spacing is asked for", ReadResolutionText};
 constexpr ProfileReader kRsf = Unread("RSF text", "FDATA|FEAT/SURFINISH");
 constexpr ProfileReader kRsfFirst = Unread("RSF text", "FDATA");
-constexpr ProfileReader kTwoColumns{
-    "two-column text", "positions and one or more columns of heights, at most two lines of heading", ReadTwoColumnText};
+constexpr ProfileReader kTwoColumns{"two-column text", "positions and one or more columns of heights, among other text",
+                                    ReadTwoColumnText};
 constexpr ProfileReader kGeneric{
-    "generic text", "a table of numbers behind up to 100 lines of text; one column: the spacing is asked for",
-    ReadGenericText};
+    "generic text", "a table of numbers among other text; one column: the spacing is asked for", ReadGenericText};
 constexpr ProfileReader kCommaList{"comma list", "heights in um, each with a comma behind it; the spacing is asked for",
                                    ReadCommaList};
 constexpr ProfileReader kManyDat = Unread("several profiles in a DAT file");
@@ -146,7 +145,7 @@ constexpr ProfileReader kHdr[] = {
 constexpr ProfileReader kCsv[] = {
     {"comma-separated exports",
      "the native format; roughness tester and stylus profiler exports; a table of numbers "
-     "behind up to 100 lines of text",
+     "among other text",
      ReadCommaSeparated}};
 constexpr ProfileReader kXy[] = {kTwoColumns};
 constexpr ProfileReader kYz[] = {Unread("YZ text", "NAM=|TYP=")};

@@ -11,6 +11,8 @@
 #include "base/charset.h"
 #include "base/number_text.h"
 #include "base/text.h"
+#include "formats/content_kinds.h"
+#include "formats/plausibility.h"
 #include "formats/recognition.h"
 #include "formats/text_lines.h"
 #include "platform/platform.h"
@@ -31,17 +33,55 @@ const ExtensionEntry* FindExtension(const std::filesystem::path& path) {
   return entry != table.end() ? &*entry : nullptr;
 }
 
-/// The sentence for a chain that read nothing: the reason of the first reader that recognised the file, else the
-/// last's.
-std::string ReasonOf(const std::vector<ReadAttempt>& attempts) {
-  const auto recognised = std::find_if(attempts.begin(), attempts.end(), [](const ReadAttempt& attempt) {
-    return attempt.result.status == ReadResult::Status::kRefused;
-  });
-  const auto told = [](const ReadAttempt& attempt) { return attempt.reader + ": " + attempt.result.reason; };
-  if (recognised != attempts.end()) return "is refused by the reader of the " + told(*recognised);
-  if (attempts.size() == 1) return "is not recognised by the reader of the " + told(attempts.back());
-  return "is recognised by none of the " + IntegerText(static_cast<std::int64_t>(attempts.size())) +
-         " readers of its extension; the last is that of the " + told(attempts.back());
+/// What is told of a chain that read nothing: the reader that came nearest, or none.
+const ReadAttempt* NearestOf(const std::vector<ReadAttempt>& attempts) {
+  const ReadAttempt* nearest = nullptr;
+  int most = 0;
+  for (const ReadAttempt& attempt : attempts) {
+    constexpr int kRefused = 100;
+    constexpr int kMarked = 2;  // markers without a layout prove less than rows of numbers
+    const bool isRefused = attempt.result.status == ReadResult::Status::kRefused;
+    const int nearness = !isRefused ? 2 * attempt.result.nearness - 1 : attempt.hasRoutine ? kRefused : kMarked;
+    if (nearness <= most) continue;
+    nearest = &attempt;
+    most = nearness;
+  }
+  return nearest;
+}
+
+std::string ReasonOf(const std::vector<ReadAttempt>& attempts, const ReadAttempt* nearest) {
+  if (nearest == nullptr && attempts.size() == 1) nearest = &attempts.front();
+  if (nearest == nullptr) {
+    return "is recognised by none of the " + IntegerText(static_cast<std::int64_t>(attempts.size())) +
+           " readers of its extension";
+  }
+  const std::string_view how = nearest->result.status == ReadResult::Status::kRefused ? "is refused by"
+                               : nearest->result.nearness > 0                         ? "is not read by"
+                                                                                      : "is not recognised by";
+  return std::string(how) + " the reader of the " + nearest->reader + ": " + nearest->result.reason;
+}
+
+/// Reads a file whose extension is not known: by what its text begins with or holds, else as a table.
+ImportOutcome ReadByContent(const ReaderInput& input) {
+  const std::string foreign = ForeignKind(input.path, input.bytes);
+  if (!foreign.empty()) return {.reason = foreign};
+  const ExtensionEntry& entry = EntryOfContent(input.bytes);
+  ImportOutcome outcome = ReadThroughChain(entry, input);
+  if (outcome.loaded) {
+    const bool isTable = !outcome.profile.decisions.empty();
+    outcome.profile.warnings.push_back("the extension is not known; the content is read as " +
+                                       (isTable ? "a table of numbers" : outcome.attempts.back().reader));
+    input.prompts.Notice(outcome.profile.warnings.back());
+    return outcome;
+  }
+  const std::string marked = MarkedLayout(input.bytes);
+  const ReadAttempt& last = outcome.attempts.back();
+  const bool isTable = outcome.attempts.size() == 1 && last.result.status == ReadResult::Status::kNotRecognised;
+  outcome.reason = !marked.empty() ? marked
+                                   : "has an extension that no reader is known for; " +
+                                         (isTable ? "read as a table of numbers, " + last.result.reason
+                                                  : "by its content it " + outcome.reason);
+  return outcome;
 }
 
 }  // namespace
@@ -60,19 +100,24 @@ ImportOutcome ReadThroughChain(const ExtensionEntry& entry, const ReaderInput& i
   const bool isRead = outcome.attempts.back().result.status == ReadResult::Status::kRead;
   const bool isLeft = entry.ignoresResult && profile.spacingUM > 0.0 && !profile.heightsUM.empty();
   if (!isRead && !isLeft) {
-    outcome.reason = ReasonOf(outcome.attempts);
-    for (const ReadAttempt& attempt : outcome.attempts) {
-      if (attempt.result.status != ReadResult::Status::kRefused || attempt.hasRoutine) continue;
-      input.prompts.ShowMessage(attempt.result.reason);
-      break;
-    }
+    const ReadAttempt* const nearest = NearestOf(outcome.attempts);
+    outcome.reason = ReasonOf(outcome.attempts, nearest);
+    const bool isMarked = nearest != nullptr && !nearest->hasRoutine;
+    if (isMarked && nearest->result.status == ReadResult::Status::kRefused)
+      input.prompts.ShowMessage(nearest->result.reason);
     return outcome;
+  }
+  if (IsUtf8(input.bytes)) {
+    profile.identification = TextOfFile(profile.identification, true);
+    profile.date = TextOfFile(profile.date, true);
   }
   std::replace(profile.identification.begin(), profile.identification.end(), ',', ';');
   std::replace(profile.date.begin(), profile.date.end(), ',', ';');
   outcome.loaded = profile.spacingUM > 0.0;
   if (!outcome.loaded) outcome.reason = "has a point spacing that is not above 0";
   for (const std::string& warning : profile.warnings) input.prompts.Notice(warning);
+  if (!outcome.loaded) return outcome;
+  for (const std::string& sign : ImplausibleSigns(profile)) input.prompts.Notice(sign);
   return outcome;
 }
 
@@ -86,7 +131,8 @@ ImportOutcome LoadProfileFile(const std::filesystem::path& path, const ImportOpt
 ImportOutcome LoadProfileBytes(const std::filesystem::path& path, std::string_view bytes, const ImportOptions& options,
                                Prompts& prompts) {
   const ExtensionEntry* entry = FindExtension(path);
-  if (entry == nullptr) return {.reason = "has an extension that no reader is known for"};
+  if (entry == nullptr && options.knownExtensionsOnly)
+    return {.reason = "has an extension that no reader is known for"};
   if (bytes.empty()) return {.reason = "is empty"};
   constexpr std::size_t kTakesTime = 8'000'000;
   std::unique_ptr<Progress> progress;
@@ -97,7 +143,8 @@ ImportOutcome LoadProfileBytes(const std::filesystem::path& path, std::string_vi
   }
   try {
     std::string storage;
-    return ReadThroughChain(*entry, {path, PlainText(bytes, storage), options, prompts});
+    const ReaderInput input{path, PlainText(bytes, storage), options, prompts};
+    return entry != nullptr ? ReadThroughChain(*entry, input) : ReadByContent(input);
   } catch (const std::bad_alloc&) {
     return {.reason = std::string(kNoMemory)};
   }

@@ -29,11 +29,13 @@ struct ImportOutcome {
 };
 
 /// Tries the readers of one extension in turn. A chain ends with the first that reads; one that recognises and refuses
-/// does not end it. Where none reads, the first layout that is recognised only says so in a message box.
+/// does not end it. Where none reads, the reason is that of the reader that came nearest; a layout that is recognised
+/// only and nearest says so in a message box.
 ImportOutcome ReadThroughChain(const ExtensionEntry& entry, const ReaderInput& input);
 
 /// Reads a profile file with the reader, or the chain of readers, that its extension stands for. Commas of
-/// identification and date become semicolons. A spacing that is not above 0 refuses the file. A large file shows
+/// identification and date become semicolons. A file of another extension is tried by its content, unless the options
+/// forbid it. A spacing that is not above 0 refuses the file. A large file shows
 /// "Loading (name)..." meanwhile.
 ImportOutcome LoadProfileFile(const std::filesystem::path& path, const ImportOptions& options, Prompts& prompts);
 

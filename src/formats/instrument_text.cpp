@@ -13,6 +13,7 @@
 #include "formats/even_spacing.h"
 #include "formats/reader_questions.h"
 #include "formats/text_lines.h"
+#include "formats/unit_words.h"
 #include "platform/platform.h"
 #include "record/profile_set.h"
 
@@ -42,6 +43,12 @@ std::optional<std::string_view> ValueOf(std::string_view line, std::string_view 
 bool HeaderHolds(const ReaderInput& input, std::string_view text) {
   constexpr std::size_t kHeaderSize = 65'536;
   return input.bytes.substr(0, kHeaderSize).find(text) != std::string_view::npos;
+}
+
+/// Whether a line opens a section, "[PROFILE_VALUES]"; a value may begin with a bracket as well.
+bool IsSection(std::string_view text) {
+  return text.size() > 2 && text.front() == '[' && text.back() == ']' &&
+         text.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ_0123456789", 1) == text.size() - 1;
 }
 
 /// What the sections of a MarSurf text say besides the heights.
@@ -86,8 +93,8 @@ ReadResult ReadProfileSections(const ReaderInput& input, ImportedProfile& profil
   SectionEntries entries;
   while (const auto line = lines.Next()) {
     const std::string_view text = TrimBlanks(*line);
-    if (text.starts_with('[')) inValues = text == "[PROFILE_VALUES]";
-    if (inValues && text.starts_with('[') && !profile.heightsUM.empty()) {
+    if (IsSection(text)) inValues = text == "[PROFILE_VALUES]";
+    if (inValues && IsSection(text) && !profile.heightsUM.empty()) {
       profile.warnings.emplace_back(kOnlyFirst);
       break;
     }
@@ -142,7 +149,7 @@ std::string DateOfConditionSheet(std::string_view text) {
 
 ReadResult ReadTxText(const ReaderInput& input, ImportedProfile& profile) {
   LineCursor lines(input.bytes);
-  const auto length = NumberField(lines.Next().value_or(std::string_view{}), true);
+  const auto length = NumberField(lines.NextFilled().value_or(std::string_view{}), true);
   const auto count = NumberField(lines.Next().value_or(std::string_view{}));
   if (!length || !count || *length <= 0.0 || *count < 2.0 || *count != std::trunc(*count)) {
     return ReadResult::NotRecognised("lines 1 and 2 are not a length and a number of points");
@@ -181,7 +188,7 @@ ReadResult ReadStepProfilerText(const ReaderInput& input, ImportedProfile& profi
     if (!line || lines.LineNumber() > 10) return ReadResult::NotRecognised("Data, Points and X-Resolution do not come");
     const auto fields = SplitAtAny(*line, " \t");
     if (fields.empty()) continue;
-    if (lines.LineNumber() == 1 && fields[0] != "Data")
+    if (profile.identification.empty() && fields[0] != "Data")
       return ReadResult::NotRecognised("line 1 does not begin with Data");
     const bool hasValue = fields.size() == 2;
     if (fields[0] == "Data") profile.identification = TrimBlanks(line->substr(4));
@@ -208,7 +215,7 @@ ReadResult ReadStepProfilerText(const ReaderInput& input, ImportedProfile& profi
 
 ReadResult ReadSectionText(const ReaderInput& input, ImportedProfile& profile) {
   LineCursor lines(input.bytes);
-  if (!lines.Next().value_or(std::string_view{}).starts_with("// Header")) {
+  if (!lines.NextFilled().value_or(std::string_view{}).starts_with("// Header")) {
     return ReadResult::NotRecognised("line 1 is not \"// Header\"");
   }
   bool inData = false;

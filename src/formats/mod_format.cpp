@@ -65,9 +65,11 @@ ReadResult ReadModProfile(const ReaderInput& input, ImportedProfile& profile) {
   trace.zUM = ReadNumbers(cursor, count, first.z.scale * first.z.unitUM);
   if (trace.zUM.size() < count) return refuse("there are fewer numbers than the header says");
   // Positions are written with seven significant digits.
-  trace.lastDigitUM = 1e-6 * std::max(std::abs(trace.xUM.front()), std::abs(trace.xUM.back()));
-  const std::string uneven = MakeEven(std::move(trace), profile);
-  if (!uneven.empty()) return refuse(uneven);
+  const double digitUM = 1e-6 * std::max(std::abs(trace.xUM.front()), std::abs(trace.xUM.back()));
+  trace.lastDigitUM = [digitUM] { return digitUM; };
+  trace.resamplesToMean = true;
+  const EvenOutcome even = MakeEven(std::move(trace), profile);
+  if (!even.ok()) return refuse(even.reason);
   profile.spacingSource = "positions of the points";
   profile.identification = std::move(first.identification);
   return ReadResult::Read();

@@ -72,7 +72,7 @@ ReadResult ReadPlainSoftgauge(const ReaderInput& input, ImportedProfile& profile
   if (input.options.spacingUM) return ReadResult::NotRecognised("the spacing is given by the caller");
   LineCursor lines(input.bytes);
   Column column;
-  const std::string_view first = TrimBlanks(lines.Next().value_or(std::string_view{}));
+  const std::string_view first = TrimBlanks(lines.NextFilled().value_or(std::string_view{}));
   const auto spacing = NumberField(first, true);
   if (!spacing || *spacing < kLeastUM || *spacing > kMostUM) {
     return ReadResult::NotRecognised("line 1 is not a spacing");

@@ -10,6 +10,7 @@
 #include "base/units.h"
 #include "formats/prf_records.h"
 #include "formats/text_cursor.h"
+#include "formats/unit_words.h"
 #include "record/profile_set.h"
 
 namespace texturon {
@@ -93,15 +94,16 @@ std::string_view ReadHeights(std::string_view text, const PrfFirstRecord& first,
   if (step > 1) {
     profile.spacingUM *= static_cast<double>(step);
     profile.warnings.push_back("of " + IntegerText(static_cast<std::int64_t>(points)) + " points every " +
-                               IntegerText(static_cast<std::int64_t>(step)) + "th is taken");
+                               OrdinalText(static_cast<std::int64_t>(step)) + " is taken");
   }
   std::size_t surplus = 0;
   while (cursor.Number()) ++surplus;
   if (surplus >= points && first.x.dataType == 'A')
     return "the points have positions of their own, which a MOD file may have";
   if (surplus > 0) {
-    profile.warnings.push_back("there are " + IntegerText(static_cast<std::int64_t>(surplus)) +
-                               " more heights than the header says");
+    profile.warnings.push_back(surplus == 1 ? "there is one more height than the header says"
+                                            : "there are " + IntegerText(static_cast<std::int64_t>(surplus)) +
+                                                  " more heights than the header says");
   }
   return {};
 }

@@ -7,6 +7,7 @@
 
 #include "base/number_text.h"
 #include "base/text.h"
+#include "formats/unit_words.h"
 
 namespace texturon {
 namespace {
@@ -26,7 +27,8 @@ std::string NameAndNumber(std::string_view line) {
 
 std::string ReadAxis(const std::vector<std::string_view>& fields, PrfAxis& axis) {
   if (fields.size() < 2) return "Error in File";
-  if (fields[1].size() != 1 || std::string_view("ARIM").find(fields[1][0]) == std::string_view::npos) {
+  const char type = fields[1].size() == 1 ? UpperAscii(fields[1][0]) : '\0';
+  if (type == '\0' || std::string_view("ARIM").find(type) == std::string_view::npos) {
     return "Error: Invalid Data Type";
   }
   if (fields.size() < 5) return "Error in File";
@@ -34,7 +36,7 @@ std::string ReadAxis(const std::vector<std::string_view>& fields, PrfAxis& axis)
   const auto unitUM = MicrometresPerUnit(fields[3]);
   const auto scale = NumberField(fields[4]);
   if (!count || *count < 1.0 || *count > kMostPoints || !unitUM || !scale) return "Error in File";
-  axis = {fields[1][0], std::trunc(*count), *unitUM, *scale, true};
+  axis = {type, std::trunc(*count), *unitUM, *scale, true};
   return {};
 }
 

@@ -20,11 +20,12 @@ struct ImportedProfile {
   std::string date;            ///< unparsed
   double spacingUM = 0.0;      ///< must end up above 0
   std::vector<double> heightsUM;
-  double tipRadiusMM = -1.0;          ///< -1.0: not stated
-  std::int32_t column = 0;            ///< the table's column that was asked for, from 1; 0: no question
-  std::filesystem::path companion;    ///< the second file that was read; empty: none
-  std::string spacingSource;          ///< for people: what of the file, or who, gave the spacing
-  std::vector<std::string> warnings;  ///< for people: what was tolerated and what looks wrong
+  double tipRadiusMM = -1.0;           ///< -1.0: not stated
+  std::int32_t column = 0;             ///< the table's column that was asked for, from 1; 0: no question
+  std::filesystem::path companion;     ///< the second file that was read; empty: none
+  std::string spacingSource;           ///< for people: what of the file, or who, gave the spacing
+  std::vector<std::string> warnings;   ///< for people: what was tolerated, guessed, and looks wrong
+  std::vector<std::string> decisions;  ///< for people: how a text without a layout of its own was understood
 };
 
 /// What the caller knows beforehand, so that a reader need not ask.
@@ -32,6 +33,7 @@ struct ImportOptions {
   std::optional<std::int32_t> profileChoice;  ///< which profile of several, from 1; empty: the reader asks
   std::int32_t column = 1;                    ///< preset of a question for a table's column: the last answer, from 1
   std::optional<double> spacingUM;            ///< preset of a question for the spacing
+  bool knownExtensionsOnly = false;           ///< a file of another extension is not tried by its content
 };
 
 /// One file on its way in: its path and all its bytes, with which every reader of a chain works.
@@ -48,9 +50,12 @@ struct ReadResult {
   enum class Status { kRead, kNotRecognised, kRefused };
   Status status = Status::kNotRecognised;
   std::string reason;
+  int nearness = 0;  ///< of a reader that did not recognise its input: how much it understood all the same; 0: nothing
 
   static ReadResult Read() { return {Status::kRead, {}}; }
-  static ReadResult NotRecognised(std::string reason) { return {Status::kNotRecognised, std::move(reason)}; }
+  static ReadResult NotRecognised(std::string reason, int nearness = 0) {
+    return {Status::kNotRecognised, std::move(reason), nearness};
+  }
   static ReadResult Refused(std::string reason) { return {Status::kRefused, std::move(reason)}; }
 };
 

@@ -48,7 +48,7 @@ ReadResult RunRoutine(const ProfileReader& reader, const ReaderInput& input, Imp
 
 ReadResult RunReader(const ProfileReader& reader, const ReaderInput& input, ImportedProfile& profile) {
   if (reader.read != nullptr) return RunRoutine(reader, input, profile);
-  if (reader.markers.empty()) return ReadResult::NotRecognised(NotReadYet(reader.name));
+  if (reader.markers.empty()) return ReadResult::NotRecognised("its layout is not known");
   const std::string_view header = input.bytes.substr(0, kHeaderSize);
   const auto holds = [header](std::string_view text) { return header.find(text) != std::string_view::npos; };
   for (const std::string_view marker : SplitAtEach(reader.markers, '|')) {

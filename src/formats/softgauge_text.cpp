@@ -11,6 +11,7 @@
 #include "formats/even_spacing.h"
 #include "formats/reader_questions.h"
 #include "formats/text_lines.h"
+#include "formats/unit_words.h"
 #include "record/profile_set.h"
 
 namespace texturon {
@@ -61,7 +62,7 @@ Records SplitRecords(std::string_view bytes) {
 }
 
 void ReadConditions(std::string_view text, ImportedProfile& profile) {
-  LineCursor lines(text);
+  LineCursor lines(text, LineCursor::Nul::kIsOfLayout);
   std::string date;
   std::string time;
   bool inComment = false;
@@ -101,7 +102,7 @@ void CheckSum(std::string_view bytes, const Records& records, ImportedProfile& p
 std::string_view ReadNumbers(std::string_view text, std::size_t wanted, std::vector<double>& numbers) {
   if (wanted > (text.size() + 1) / 2) return "The file cannot hold as many points as it says.";
   numbers.reserve(wanted);
-  LineCursor lines(text);
+  LineCursor lines(text, LineCursor::Nul::kIsOfLayout);
   while (const auto line = lines.Next()) {
     const auto fields = SplitAtAny(*line, kSeparators);
     if (fields.size() == kMostFields) return "There are too many numbers on one line.";
@@ -118,12 +119,13 @@ std::string_view ReadNumbers(std::string_view text, std::size_t wanted, std::vec
 }  // namespace
 
 ReadResult ReadSoftgauge(const ReaderInput& input, ImportedProfile& profile) {
-  if (!input.bytes.starts_with("ISO 5436")) return ReadResult::NotRecognised("line 1 does not begin with \"ISO 5436\"");
-  const Records records = SplitRecords(input.bytes);
+  const std::string_view bytes = WithoutBlankLines(input.bytes);
+  if (!bytes.starts_with("ISO 5436")) return ReadResult::NotRecognised("line 1 does not begin with \"ISO 5436\"");
+  const Records records = SplitRecords(bytes);
   if (records.texts.size() < 3) return RefuseAtLine(input, 1, "The records are not closed.");
   Axis x;
   Axis z;
-  LineCursor lines(records.texts[0]);
+  LineCursor lines(records.texts[0], LineCursor::Nul::kIsOfLayout);
   while (const auto line = lines.Next()) {
     const auto fields = SplitAtAny(*line, kSeparators);
     if (fields.empty()) continue;
@@ -140,14 +142,14 @@ ReadResult ReadSoftgauge(const ReaderInput& input, ImportedProfile& profile) {
   const std::string_view wrong = ReadNumbers(records.texts[2], x.isAbsolute ? 2 * count : count, numbers);
   if (!wrong.empty()) return RefuseAtLine(input, 1, wrong);
   const auto heights = numbers.begin() + static_cast<std::ptrdiff_t>(x.isAbsolute ? count : 0);
-  Trace trace{{numbers.begin(), heights}, {heights, numbers.end()}};
+  Trace trace{{numbers.begin(), heights}, {heights, numbers.end()}, {}};
   for (double& p : trace.xUM) p *= x.scale * x.unitUM;
   for (double& h : trace.zUM) h *= z.scale * z.unitUM;
-  CheckSum(input.bytes, records, profile);
+  CheckSum(bytes, records, profile);
   if (x.isAbsolute) {
     profile.spacingSource = "positions of the points";
-    const std::string uneven = MakeEven(std::move(trace), profile);
-    return uneven.empty() ? ReadResult::Read() : RefuseAtLine(input, 1, uneven);
+    const EvenOutcome even = MakeEven(std::move(trace), profile);
+    return even.ok() ? ReadResult::Read() : RefuseAtLine(input, 1, even.reason);
   }
   profile.spacingUM = x.increment * x.scale * x.unitUM;
   profile.spacingSource = "increment of CX";

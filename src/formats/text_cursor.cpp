@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "base/number_text.h"
+#include "formats/text_lines.h"
 
 namespace texturon {
 namespace {
@@ -16,7 +17,7 @@ constexpr bool IsWhiteSpace(char c) {
 }  // namespace
 
 TextCursor::TextCursor(std::string_view text)
-    : text_(text), lineEnd_(text.find('\n') == std::string_view::npos ? '\r' : '\n') {}
+    : text_(TextBeforeEnd(text)), lineEnd_(text_.find('\n') == std::string_view::npos ? '\r' : '\n') {}
 
 std::size_t TextCursor::Line() const {
   const std::string_view before = text_.substr(0, position_);

@@ -11,7 +11,7 @@
 namespace texturon {
 
 /// Walks through a text token by token as C stream input does. CR LF counts as one character, a line feed; so does CR
-/// in a text without any LF.
+/// in a text without any LF. A byte 1A or NUL ends the text.
 class TextCursor {
 public:
   explicit TextCursor(std::string_view text);

@@ -17,8 +17,15 @@ constexpr std::size_t kLongestNumber = 400;
 
 }  // namespace
 
-LineCursor::LineCursor(std::string_view text)
-    : rest_(text), lineEnd_(text.find('\n') == std::string_view::npos ? '\r' : '\n') {}
+LineCursor::LineCursor(std::string_view text, Nul nul)
+    : rest_(nul == Nul::kEndsText ? TextBeforeEnd(text) : text),
+      lineEnd_(rest_.find('\n') == std::string_view::npos ? '\r' : '\n') {}
+
+std::optional<std::string_view> LineCursor::NextFilled() {
+  auto line = Next();
+  while (line && TrimBlanks(*line).empty()) line = Next();
+  return line;
+}
 
 std::optional<std::string_view> LineCursor::Next() {
   if (rest_.empty()) return std::nullopt;
@@ -28,6 +35,16 @@ std::optional<std::string_view> LineCursor::Next() {
   rest_.remove_prefix(end == std::string_view::npos ? rest_.size() : end + 1);
   while (line.ends_with('\r')) line.remove_suffix(1);
   return line;
+}
+
+std::string_view TextBeforeEnd(std::string_view bytes) {
+  const std::string_view text = bytes.substr(0, bytes.find('\0'));
+  return text.substr(0, text.find('\x1A'));
+}
+
+std::string_view WithoutBlankLines(std::string_view text) {
+  text.remove_prefix(std::min(text.find_first_not_of("\r\n"), text.size()));
+  return text;
 }
 
 std::vector<std::string_view> SplitAtAny(std::string_view line, std::string_view separators) {
@@ -67,20 +84,6 @@ std::optional<double> NumberField(std::string_view field, bool decimalComma) {
   }
   if (!number.usable() || number.length != field.size()) return std::nullopt;
   return number.value;
-}
-
-std::optional<double> MicrometresPerUnit(std::string_view unit) {
-  constexpr std::pair<std::string_view, double> kUnits[] = {
-      {"mm", 1e3},        {"um", 1.0},         {"\xB5m", 1.0},  {"\xC2\xB5m", 1.0}, {"\xE6m", 1.0},
-      {"nm", 1e-3},       {"m", 1e6},          {"pm", 1e-6},    {"\xC5", 1e-4},     {"in", 25'400.0},
-      {"\xC3\x85", 1e-4}, {"angstrom", 1e-4},  {"micron", 1.0}, {"microns", 1.0},   {"inch", 25'400.0},
-      {"\xCE\xBCm", 1.0}, {"micrometer", 1.0},
-  };
-  const auto* const found = std::find_if(std::begin(kUnits), std::end(kUnits), [unit](const auto& candidate) {
-    return EqualIgnoringCase(candidate.first, unit);
-  });
-  if (found == std::end(kUnits)) return std::nullopt;
-  return found->second;
 }
 
 std::string AtLine(std::size_t line, std::string_view text) {

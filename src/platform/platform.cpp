@@ -23,6 +23,7 @@ namespace {
 constexpr std::size_t kLargestFile = std::size_t{256} << 20;
 constexpr std::size_t kReadStep = std::size_t{1} << 16;
 constexpr std::size_t kPiece = std::size_t{16} << 20;  // what a file of few lines is read as at most
+constexpr std::string_view kLoop = "is a loop of symbolic links";
 
 class File {
 public:
@@ -73,6 +74,7 @@ FileBytes ReadFileAt(const std::filesystem::path& path, OpenMode mode, std::size
     const int code = errno;
     std::error_code error;
     if (std::filesystem::is_directory(path, error)) return {"", "is a directory"};
+    if (code == ELOOP) return {"", std::string(kLoop)};
     if (code == ENOENT || code == ENOTDIR) return {"", "does not exist", true};
     return {"", Failure("cannot be opened", code)};
   }
@@ -198,7 +200,7 @@ FileOutcome ReplaceFile(const std::filesystem::path& path, std::string_view byte
   const std::filesystem::path target = FollowLinks(path);
   std::error_code error;
   const std::filesystem::file_status status = std::filesystem::status(target, error);
-  if (std::filesystem::is_symlink(target, error)) return {"is a symbolic link without an end"};
+  if (std::filesystem::is_symlink(target, error)) return {std::string(kLoop)};
   if (std::filesystem::is_directory(status)) return {"is a directory"};
   const bool exists = std::filesystem::exists(status);
   if (exists && !std::filesystem::is_regular_file(status)) return WriteDirectly(target, bytes);

@@ -64,7 +64,10 @@ FileBytes ReadIniFile(const std::filesystem::path& path) {
   FileBytes read = ReadWholeFile(path);
   std::string converted;
   PlainText(read.bytes, converted);
-  if (!converted.empty()) read.bytes = std::move(converted);
+  // A text with letters that would be lost stays as it is: it may be written back.
+  const auto marks = [](const std::string& text) { return std::count(text.begin(), text.end(), '?'); };
+  const bool isWide = read.bytes.find('\0') != std::string::npos;
+  if (!converted.empty() && (isWide || marks(converted) == marks(read.bytes))) read.bytes = std::move(converted);
   return read;
 }
 

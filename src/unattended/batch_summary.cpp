@@ -51,7 +51,9 @@ std::string SummaryFigure(double value) {
 }
 
 std::string SummaryCsv(const BatchSummary& summary) {
-  std::string text = "\"Files\", " + Count(summary.analysed) + "\r\n\"Failed\", " + Count(summary.failed) + "\r\n\r\n";
+  std::string text = "\"Files\", " + Count(summary.analysed) + "\r\n\"Failed\", " + Count(summary.failed) + "\r\n";
+  if (summary.remarked > 0) text += "\"With remarks\", " + Count(summary.remarked) + "\r\n";
+  text += "\r\n";
   text +=
       "\"Parameter\", \"Count\", \"Mean\", \"Standard deviation\", \"Minimum\", \"Maximum\", \"Out of tolerance\"\r\n";
   for (const ColumnSummary& column : summary.columns) {

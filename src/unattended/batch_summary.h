@@ -31,6 +31,7 @@ struct ColumnSummary {
 struct BatchSummary {
   std::size_t analysed = 0;
   std::size_t failed = 0;
+  std::size_t remarked = 0;  ///< analysed, with remarks of the reader
   std::vector<ColumnSummary> columns;
 
   void Add(std::span<const ColumnValue> values);

@@ -232,7 +232,8 @@ private:
   }
 
   void LoadData(Prompts& prompts) {
-    const RunStep step = LoadRecord(document_, {.path = dataFile_}, prompts, environment_);
+    const RunStep step =
+        LoadRecord(document_, {.path = dataFile_, .import = {.knownExtensionsOnly = true}}, prompts, environment_);
     if (!step.ok()) reason_ = FileSentence(dataFile_, step.Reason());
     LogEvent(step.ok() ? "Data loaded" : "Could not load data");
   }

@@ -158,10 +158,16 @@ private:
       }
     }
     if (!outcome_.reason.empty() || !Append(header, rows) || !AppendFailures(failures)) return;
-    for (const FileAnalysis* const analysis : analysed) outcome_.summary.Add(analysis->columns);
+    for (const FileAnalysis* const analysis : analysed) {
+      outcome_.summary.Add(analysis->columns);
+      outcome_.summary.remarked += analysis->remarks.empty() ? 0 : 1;
+    }
     for (; written_ < end; ++written_) {
       const auto result = waiting_.find(written_);
-      if (!result->second.ok()) Fail(result->second.reason);
+      if (!result->second.ok())
+        Fail(result->second.reason);
+      else
+        Remark(files_[written_], result->second.remarks);
       if (observer_.fileDone) observer_.fileDone(files_[written_], result->second);
       waiting_.erase(result);
     }
@@ -170,6 +176,11 @@ private:
   void Fail(const std::string& sentence) {
     ++outcome_.summary.failed;
     if (observer_.fileFailed) observer_.fileFailed(sentence);
+  }
+
+  void Remark(const std::filesystem::path& file, const std::vector<std::string>& remarks) const {
+    if (!observer_.fileRemarked) return;
+    for (const std::string& remark : remarks) observer_.fileRemarked(TextFromPath(file) + ": " + remark);
   }
 
   bool Append(const std::string& header, const std::string& rows) {

@@ -24,7 +24,8 @@ struct FolderBatchOptions {
 
 /// Called under one lock, from any thread.
 struct FolderBatchObserver {
-  std::function<void(const std::string& sentence)> fileFailed;  ///< Windows-1252
+  std::function<void(const std::string& sentence)> fileFailed;    ///< Windows-1252
+  std::function<void(const std::string& sentence)> fileRemarked;  ///< likewise, of a file that was analysed
   /// In the order of the files, once a file's row or failure is written.
   std::function<void(const std::filesystem::path& path, const FileAnalysis& analysis)> fileDone;
   std::function<void(std::size_t done, std::size_t total)> advanced;

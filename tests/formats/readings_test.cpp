@@ -14,7 +14,6 @@
 #include <vector>
 
 #include "formats/import.h"
-#include "formats/plausibility.h"
 #include "formats/sample_texts.h"
 #include "support/golden.h"
 #include "support/scratch_folder.h"
@@ -99,7 +98,6 @@ std::string Outcome(const ScratchFolder& folder, Case& c) {
     if (!profile.identification.empty()) text << "  named " << Printable(profile.identification) << "\n";
     if (!profile.date.empty()) text << "  dated " << Printable(profile.date) << "\n";
     if (profile.tipRadiusMM != -1.0) text << "  tip " << profile.tipRadiusMM << " mm\n";
-    for (const std::string& sign : ImplausibleSigns(profile)) text << "  implausible: " << sign << "\n";
     if (profile.column != 0) text << "  column " << profile.column << "\n";
   }
   for (std::size_t i = 0; i < c.prompts.questions.size(); ++i)
@@ -157,7 +155,7 @@ TEST(Readings, OfLongRecordsTakeWhatFits) {
   };
   const Record records[] = {
       {"a.prf", 750'000, 750'000, 750'000, 1.0, 1000.0, {}},
-      {"a.prf", 1'600'001, 1'600'001, 533'334, 3.0, 3000.0, {"of 1600001 points every 3th is taken"}},
+      {"a.prf", 1'600'001, 1'600'001, 533'334, 3.0, 3000.0, {"of 1600001 points every 3rd is taken"}},
       {"a.sdf", 750'000, 750'001, 750'000, 1.0, 1000.0, {"there are more heights than the header says"}},
       {"a.sdf", 750'001, 750'001, 750'000, 1.0, 1000.0, {"only the first 750 000 points are taken"}},
   };

@@ -25,6 +25,15 @@ TEST(SettingsFile, ReadsWideText) {
   Settings settings;
   EXPECT_TRUE(LoadSettings(folder.Write("wide.ini", wide), settings, prompts).understoodAll);
   EXPECT_EQ(settings.display.CompanyName, "M\xFCller");
+  const std::string utf8 = "[TEXTURON]\r\nIniVersion=2.00\r\n[DISPLAY]\r\nCompanyName=J\xC3\xB6rg";
+  for (const std::string mark : {"", "\xEF\xBB\xBF"}) {
+    EXPECT_TRUE(LoadSettings(folder.Write("utf8.ini", mark + utf8), settings, prompts).understoodAll);
+    EXPECT_EQ(settings.display.CompanyName, "J\xF6rg");
+    settings.display.CompanyName.clear();
+  }
+  // A letter without a byte is not made a question mark that a saved file would keep.
+  LoadSettings(folder.Write("lossy.ini", utf8 + "\xD0\xB6"), settings, prompts);
+  EXPECT_EQ(settings.display.CompanyName, "J\xC3\xB6rg\xD0\xB6");
 }
 
 TEST(SettingsFile, WhatCannotBeReadOrWritten) {

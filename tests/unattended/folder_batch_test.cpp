@@ -113,6 +113,18 @@ TEST_F(FolderBatch, SummaryIsThatOfTheValues) {
       SummaryCsv(outcome.summary).starts_with("\"Files\", 38\r\n\"Failed\", 2\r\n\r\n\"Parameter\", \"Count\", "));
 }
 
+TEST_F(FolderBatch, TellsWhatAReaderGuessed) {
+  std::string table;
+  for (int i = 0; i < 100; ++i) table += IntegerText(10 * i) + ";" + IntegerText(i % 7) + "\n";
+  options_.files = {folder_ / "in" / "000.lmt", folder_.Write("in/guessed.txt", table)};
+  std::vector<std::string> remarks;
+  observer_.fileRemarked = [&remarks](const std::string& sentence) { remarks.push_back(sentence); };
+  const FolderBatchOutcome outcome = Run();
+  ASSERT_EQ(remarks.size(), 1u);
+  EXPECT_TRUE(remarks[0].ends_with("guessed.txt: units are not stated; positions are taken as um, heights as um"));
+  EXPECT_TRUE(SummaryCsv(outcome.summary).starts_with("\"Files\", 2\r\n\"Failed\", 0\r\n\"With remarks\", 1\r\n"));
+}
+
 TEST_F(FolderBatch, StoppedRunLeavesAWholeBeginningThatResumeCompletes) {
   std::atomic<int> asked = 0;
   observer_.stops = [&asked] { return ++asked > 30; };

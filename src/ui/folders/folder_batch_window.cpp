@@ -269,9 +269,11 @@ void CFolderBatchWindow::Start(std::vector<std::filesystem::path> files, const s
       const std::lock_guard lock(mutex_);
       arrived_.push_back({path, analysis.reason, analysis.columns});
     };
-    outcome_ = RunFolderBatch(
-        options, {.start = settings_}, environment,
-        {.fileFailed = {}, .fileDone = fileDone, .advanced = {}, .stops = [this] { return stops_.load(); }});
+    outcome_ =
+        RunFolderBatch(options, {.start = settings_}, environment,
+                       {.fileFailed = {}, .fileRemarked = {}, .fileDone = fileDone, .advanced = {}, .stops = [this] {
+                          return stops_.load();
+                        }});
     hasEnded_ = true;
   });
   timer_.start();
