@@ -7,12 +7,13 @@
 
 #include "base/units.h"
 #include "signal/all_finite.h"
+#include "base/elementary.h"
 #include "signal/form/shape_residual.h"
 
 namespace texturon {
 
 double AsphereFit::TiltDegrees() const {
-  return std::atan(slope) * 180.0 / std::numbers::pi;
+  return Atan(slope) * 180.0 / std::numbers::pi;
 }
 
 double AsphereFit::RadiusMM() const {

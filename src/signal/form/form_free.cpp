@@ -7,6 +7,7 @@
 #include <numbers>
 
 #include "signal/all_finite.h"
+#include "base/elementary.h"
 #include "signal/form/shape_residual.h"
 
 namespace texturon {
@@ -43,7 +44,7 @@ FreeFormResult FitFreeForm(const FormInput& input, const NominalCurve& nominal, 
   FreeFormFit fit;
   fit.shiftXMM = axes.MeasuredX(-origin, -shape.OriginHeight());
   fit.shiftYMM = axes.MeasuredZ(-origin, -shape.OriginHeight());
-  fit.thetaDegrees = std::atan(placed.placement.slope) * 180.0 / std::numbers::pi;
+  fit.thetaDegrees = Atan(placed.placement.slope) * 180.0 / std::numbers::pi;
   fit.merit = placed.merit;
   fit.pointsOnNominal = placed.pointsOnShape;
   fit.hasFixedStart = options.firstPointXMM.has_value();

@@ -6,7 +6,8 @@
 #include <cmath>
 #include <limits>
 
-#include "signal/multiversion.h"
+#include "base/elementary.h"
+#include "base/multiversion.h"
 
 namespace texturon {
 namespace {
@@ -84,7 +85,7 @@ double Extent(std::span<const double> values) {
 }  // namespace
 
 Placement ShapeParameters::Place() const {
-  return {values[kX], values[kZ], std::tan(values[kAngle])};
+  return {values[kX], values[kZ], Tan(values[kAngle])};
 }
 
 ShapeProblem::ShapeProblem(const PointsMM& points, Shape& shape, const ShapeFitOptions& options)
@@ -301,8 +302,8 @@ void ShapeProblem::FollowTurn(const ShapeParameters& from, ShapeParameters& to) 
   if (!centre) return;
   const double x = from.values[ShapeParameters::kX] - centre->x;
   const double z = from.values[ShapeParameters::kZ] - centre->z;
-  const double sine = std::sin(turn) - turn;
-  const double cosine = -2.0 * std::sin(0.5 * turn) * std::sin(0.5 * turn);
+  const double sine = Sin(turn) - turn;
+  const double cosine = -2.0 * Sin(0.5 * turn) * Sin(0.5 * turn);
   if (xIsFree_) to.values[ShapeParameters::kX] += cosine * x - sine * z;
   to.values[ShapeParameters::kZ] += sine * x + cosine * z;
 }
@@ -385,7 +386,7 @@ double ShapeProblem::Level(ShapeParameters& parameters, bool withSlope) {
   }
   const double slope = withSlope && uu > 0.0 ? ud / uu : 0.0;
   parameters.values[ShapeParameters::kZ] = meanD - slope * meanU;
-  parameters.values[ShapeParameters::kAngle] = std::atan(slope);
+  parameters.values[ShapeParameters::kAngle] = Atan(slope);
   return Rated(dd - slope * ud, static_cast<std::size_t>(n)).meanMerit;
 }
 

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/elementary.h"
 #include "signal/form/gauss_newton.h"
 
 namespace texturon {
@@ -170,8 +171,8 @@ private:
     for (const double turn : kTurns) {
       P turned = from;
       turned.values[P::kAngle] = angle + turn;
-      turned.values[P::kX] += *distance * (std::sin(angle + turn) - std::sin(angle));
-      turned.values[P::kZ] -= *distance * (std::cos(angle + turn) - std::cos(angle));
+      turned.values[P::kX] += *distance * (Sin(angle + turn) - Sin(angle));
+      turned.values[P::kZ] -= *distance * (Cos(angle + turn) - Cos(angle));
       Try(turned, kSettlingSteps);
     }
   }
@@ -195,7 +196,7 @@ public:
   P Parameters(std::span<const double> vector) const {
     P parameters = start_;
     for (std::size_t i = 0; i < vector.size(); ++i) {
-      parameters.values[indices_[i]] = indices_[i] == P::kAngle ? std::atan(vector[i]) : vector[i];
+      parameters.values[indices_[i]] = indices_[i] == P::kAngle ? Atan(vector[i]) : vector[i];
     }
     return parameters;
   }
@@ -206,7 +207,7 @@ private:
   void Add(bool isFree, std::size_t index, double step) {
     if (!isFree) return;
     indices_.push_back(index);
-    values.push_back(index == P::kAngle ? std::tan(start_.values[index]) : start_.values[index]);
+    values.push_back(index == P::kAngle ? Tan(start_.values[index]) : start_.values[index]);
     steps.push_back(step);
   }
 

@@ -6,6 +6,7 @@
 #include <array>
 #include <cmath>
 
+#include "base/elementary.h"
 #include "base/units.h"
 
 namespace texturon {
@@ -71,7 +72,7 @@ void WriteBlock(const Points& points, const Shape& shape, const Axes& axes, bool
     return Remainder{(at - points.u[i]) + (h - points.w[i]) * s, 1.0 + s * s};
   });
   for (std::size_t i = 0; i < count; ++i) {
-    const double across = off[i] <= kSolvedMM ? std::hypot(u[i] - points.u[i], height[i] - points.w[i])
+    const double across = off[i] <= kSolvedMM ? Hypot(u[i] - points.u[i], height[i] - points.w[i])
                                               : std::abs(deviation[i]) / std::sqrt(1.0 + slope[i] * slope[i]);
     residual[i] = std::copysign(across, deviation[i]) * kMicrometresPerMillimetre;
   }
