@@ -20,6 +20,7 @@ constexpr double kFirstDamping = 1e-3;
 constexpr double kLeastDamping = 1e-12;
 constexpr double kMostDamping = 1e6;
 constexpr double kNothingGained = 1e-13;  // of the merit
+constexpr double kLastStep = 1e-12;       // of the merit: a step that promises less is the last
 constexpr double kLastDigits = 1e-17;     // of the points' extent: a rms change of all deviations by less is none
 constexpr double kRelativeFloor = 1e-3;   // least-absolute weights stop growing at this part of the mean deviation ...
 constexpr double kFloorShrink = 0.3;      // ... which becomes smaller by this factor with each step
@@ -108,6 +109,7 @@ ShapeProblem::ShapeProblem(const PointsMM& points, Shape& shape, const ShapeFitO
   if (options.free.conic) free_.push_back(ShapeParameters::kConic);
   if (options.free.tilt) free_.push_back(ShapeParameters::kAngle);
   for (auto& column : columns_) column.resize(kBlock);
+  for (auto& column : combined_) column.resize(kBlock);
 }
 
 void ShapeProblem::UseTerms(const ShapeParameters& parameters) {
@@ -156,8 +158,6 @@ ShapeProblem::Equations ShapeProblem::SetUp(const ShapeParameters& parameters, c
     return index == ShapeParameters::kCurvature || index == ShapeParameters::kConic;
   });
   const std::size_t m = free_.size();
-  std::array<std::vector<double>, kMost> combined;
-  for (std::size_t k = 0; k < m; ++k) combined[k].resize(kBlock);
   Equations equations;
   double sum = 0.0;
   std::size_t onShape = 0;
@@ -181,7 +181,7 @@ ShapeProblem::Equations ShapeProblem::SetUp(const ShapeParameters& parameters, c
     }
     for (std::size_t k = 0; k < m; ++k) {
       for (std::size_t l = 0; l <= k; ++l) {
-        Accumulate(combined[k].data(), columns_[free_[l]].data(), combinations[l][k], l > 0, count);
+        Accumulate(combined_[k].data(), columns_[free_[l]].data(), combinations[l][k], l > 0, count);
       }
     }
     if (merit_ == ShapeMerit::kLeastSquares) {
@@ -192,13 +192,13 @@ ShapeProblem::Equations ShapeProblem::SetUp(const ShapeParameters& parameters, c
         sum += size;
         weight_[i] = 1.0 / std::sqrt(std::max(size, leastDeviation));
         deviation_[i] *= weight_[i];
-        for (std::size_t k = 0; k < m; ++k) combined[k][i] *= weight_[i];
+        for (std::size_t k = 0; k < m; ++k) combined_[k][i] *= weight_[i];
       }
     }
     for (std::size_t k = 0; k < m; ++k) {
-      equations.gradient[k] += Dot(combined[k].data(), deviation_.data(), count);
+      equations.gradient[k] += Dot(combined_[k].data(), deviation_.data(), count);
       for (std::size_t l = 0; l <= k; ++l) {
-        equations.matrix[k][l] += Dot(combined[k].data(), combined[l].data(), count);
+        equations.matrix[k][l] += Dot(combined_[k].data(), combined_[l].data(), count);
       }
     }
   }
@@ -350,12 +350,41 @@ double ShapeProblem::Descend(ShapeParameters& parameters, int mostSteps) {
       damping = std::max(0.1 * damping, kLeastDamping);
       floor *= kFloorShrink;
       if (idleSteps >= 2) break;
+    } else if (!isAbsolute && promised <= kLastStep * equations.evaluation.sum &&
+               next.evaluation.meanMerit <= current * (1.0 + kNothingGained)) {
+      // The gradient still tells the way when the merit's own rounding hides the gain.
+      parameters = tried;
+      equations = next;
+      break;
     } else {
       damping *= 10.0;
       if (damping > kMostDamping) break;
     }
   }
+  lastCombinations_ = combinations;
+  lastEquations_ = equations;
   return equations.evaluation.meanMerit;
+}
+
+std::optional<ShapeCovariance> ShapeProblem::Covariance() const {
+  const std::size_t m = free_.size();
+  const Evaluation& evaluation = lastEquations_.evaluation;
+  if (merit_ != ShapeMerit::kLeastSquares || evaluation.onShape <= m || !std::isfinite(evaluation.sum)) return {};
+  const double variance = evaluation.sum / static_cast<double>(evaluation.onShape - m);
+  // With columns of unit length at right angles the inverse of the normal equations is their product.
+  const Square columns = Orthogonalised(lastCombinations_, lastEquations_.matrix, m);
+  ShapeCovariance covariance;
+  for (std::size_t k = 0; k < m; ++k) {
+    for (std::size_t row = 0; row <= k; ++row) {
+      for (std::size_t other = 0; other <= k; ++other) {
+        covariance.values[free_[row]][free_[other]] += variance * columns[row][k] * columns[other][k];
+      }
+    }
+  }
+  for (std::size_t k = 0; k < m; ++k) {
+    if (columns[k][k] == 0.0) covariance.values[free_[k]][free_[k]] = std::numeric_limits<double>::infinity();
+  }
+  return covariance;
 }
 
 double ShapeProblem::Level(ShapeParameters& parameters, bool withSlope) {
