@@ -26,7 +26,7 @@ constexpr std::size_t kMostMinima = 5;
 constexpr std::size_t kEvenlySpaced = 12;  // every so many-th origin is tried, whatever its merit
 constexpr double kTurns[] = {-0.35, -0.2, -0.1, -0.03, 0.03, 0.1, 0.2, 0.35};  // rad
 constexpr std::size_t kMostSettled = 8;  // candidates that go from the fewest points to the next more,
-constexpr std::size_t kMostTurned = 2;   // of them those that are turned,
+constexpr std::size_t kMostTurned = 2;   // of them those that are turned where no tighter fit did that,
 constexpr std::size_t kMostKept = 4;     // and those that go on to more points,
 constexpr double kCoarseMargin = 0.1;    // where their merit is above the best by no more than this part
 constexpr double kFineMargin = 0.02;     // the same of the 2000 points
@@ -156,7 +156,7 @@ public:
     AddBent(seeds, starts);
     for (Candidate& start : starts) Try(start, kTryingSteps);
     Candidates found = Distinct(std::move(starts), kMostSettled);
-    if (options_.free.tilt && options_.free.x) AddTurned(found);
+    if (options_.free.tilt && options_.free.x) AddTurned(found, seeds.empty() ? kMostTurned : 1);
     return Settled(Distinct(std::move(found), kMostSettled));
   }
   /// The minima below given starts.
@@ -210,10 +210,10 @@ private:
       }
     }
   }
-  void AddTurned(Candidates& found) {
+  void AddTurned(Candidates& found, std::size_t most) {
     const auto distance = CentreDistance(problem_.Points());
     if (!distance) return;
-    const std::size_t count = std::min(found.size(), kMostTurned);
+    const std::size_t count = std::min(found.size(), most);
     for (std::size_t i = 0; i < count; ++i) {
       const P from = found[i].parameters;
       const double angle = from.values[P::kAngle];
