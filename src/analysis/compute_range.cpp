@@ -124,7 +124,7 @@ void ApplyWholeCutoffs(Document& document) {
   if (discards) settings.UserDiscardLengthMM = discardMM;
   document.scope.region.reset();
   if (!(settings.LcCutoffMM > 0.0)) return;
-  const double cutoffs = std::trunc((document.profiles.LengthMM() - 2.0 * discardMM) / settings.LcCutoffMM);
+  const double cutoffs = WholePartsOfLength(document.profiles.LengthMM() - 2.0 * discardMM, settings.LcCutoffMM);
   document.scope.region = RegionOfCutoffs(cutoffs, settings);
 }
 
@@ -151,7 +151,7 @@ std::int32_t FormThinningStep(const AnalysisSettings& settings, std::int32_t cou
   if (settings.FormRemovalDataReductionMethod == kThinToPoints && settings.FormRemovalNumberOfPoints > 0) {
     step = count / settings.FormRemovalNumberOfPoints;
   } else if (settings.FormRemovalDataReductionMethod == kThinToSpacing) {
-    step = RoundToIndex(std::floor(settings.FormRemovalReductionSpacingUM / spacingUM));
+    step = RoundToIndex(WholePartsOfLength(settings.FormRemovalReductionSpacingUM, spacingUM));
   }
   return std::max(step, 0);
 }

@@ -3,6 +3,7 @@
 #include "analysis/form_table.h"
 
 #include <algorithm>
+#include <numbers>
 #include <utility>
 
 #include "analysis/shape_form_step.h"
@@ -24,6 +25,20 @@ std::string Length(double lengthMM, const Settings& settings) {
   return LengthText(lengthMM, settings.display.Metric, kCaptionDecimals);
 }
 
+/// Of a parameter of a placed shape, in another unit.
+std::optional<double> Uncertainty(const std::optional<ShapeCovariance>& covariance, ShapeParameters::Index parameter,
+                                  double scale) {
+  return covariance ? covariance->Uncertainty(parameter, scale) : std::nullopt;
+}
+
+constexpr double kDegrees = 180.0 / std::numbers::pi;
+
+/// Where no least-squares line could be taken out.
+void NoteMissingLine(const FormTask& task) {
+  task.prompts.Notice(
+      "No least-squares line could be found: it needs two points, heights that are numbers and a slope below 1e154.");
+}
+
 std::string LineCaption(double slope, double interceptUM, const Settings& settings) {
   return "Form: LS Line   (Slope: " + FixedText(slope, 3) + "  Intercept: " + Height(interceptUM, settings) + ")";
 }
@@ -37,12 +52,16 @@ struct Mean {
 };
 
 struct Line {
-  static auto Remove(const FormTask& task) { return FitLine(task.input, task.output); }
+  static auto Remove(const FormTask& task) {
+    auto fit = FitLine(task.input, task.output);
+    if (!fit) NoteMissingLine(task);
+    return fit;
+  }
   static std::string Caption(const LineFit& fit, const Settings& settings) {
     return LineCaption(fit.slope, fit.interceptUM, settings);
   }
   static std::vector<FormField> Fields(const LineFit& fit) {
-    return {{"slope", fit.slope}, {"intercept_um", fit.interceptUM}};
+    return {{"slope", fit.slope, fit.slopeUncertainty}, {"intercept_um", fit.interceptUM, fit.interceptUncertaintyUM}};
   }
 };
 
@@ -95,7 +114,10 @@ struct FixedRadius {
     return "Form: Fixed Radius   (Radius: " + Length(fit.radiusUM * kMillimetresPerMicrometre, settings) + ")";
   }
   static std::vector<FormField> Fields(const FixedRadiusFit& fit) {
-    return {{"radius_um", fit.radiusUM}, {"center_x_um", fit.centreXUM}, {"center_y_um", fit.centreYUM}};
+    using P = ShapeParameters;
+    return {{"radius_um", fit.radiusUM},
+            {"center_x_um", fit.centreXUM, Uncertainty(fit.covariance, P::kX, kMicrometresPerMillimetre)},
+            {"center_y_um", fit.centreYUM, Uncertainty(fit.covariance, P::kZ, kMicrometresPerMillimetre)}};
   }
 };
 
@@ -105,7 +127,16 @@ struct Asphere {
       task.prompts.Notice("The aspheric coefficient A0 is not used: the height of the vertex carries it.");
     }
     auto fit = RemoveAsphere(task.input, task.settings, task.firstMM, task.prompts, task.output);
-    if (fit) fit->apexXMM += task.firstMM;
+    if (!fit) return fit;
+    const double lastMM =
+        static_cast<double>(task.input.heights.size() - 1) * task.input.spacingUM * kMillimetresPerMicrometre;
+    const bool isOutside = fit->apexXMM < 0.0 || fit->apexXMM > lastMM;
+    fit->apexXMM += task.firstMM;
+    if (isOutside && !task.settings.AsphereXFixed) {
+      task.prompts.Notice("The apex of the asphere, found at X = " + FixedText(fit->apexXMM, 3) +
+                          " mm, lies outside the data, which reach from " + FixedText(task.firstMM, 3) + " to " +
+                          FixedText(task.firstMM + lastMM, 3) + " mm.");
+    }
     return fit;
   }
   static std::string Caption(const AsphereFit& fit, const Settings& settings) {
@@ -113,12 +144,16 @@ struct Asphere {
            "  Tilt: " + FixedText(fit.TiltDegrees(), 3) + "\xB0)";
   }
   static std::vector<FormField> Fields(const AsphereFit& fit) {
-    return {{"radius_um", fit.RadiusMM() * kMicrometresPerMillimetre},
-            {"apex_x_mm", fit.apexXMM},
-            {"apex_z_um", fit.apexZUM},
-            {"tilt_degrees", fit.TiltDegrees()},
-            {"curvature_per_mm", fit.curvaturePerMM},
-            {"conic", fit.conic}};
+    using P = ShapeParameters;
+    const auto uncertainty = [&fit](P::Index term, double scale) { return Uncertainty(fit.covariance, term, scale); };
+    const double radiusMM = fit.RadiusMM();
+    return {{"radius_um", radiusMM * kMicrometresPerMillimetre,
+             uncertainty(P::kCurvature, radiusMM * radiusMM * kMicrometresPerMillimetre)},
+            {"apex_x_mm", fit.apexXMM, uncertainty(P::kX, 1.0)},
+            {"apex_z_um", fit.apexZUM, uncertainty(P::kZ, kMicrometresPerMillimetre)},
+            {"tilt_degrees", fit.TiltDegrees(), uncertainty(P::kAngle, kDegrees)},
+            {"curvature_per_mm", fit.curvaturePerMM, uncertainty(P::kCurvature, 1.0)},
+            {"conic", fit.conic, uncertainty(P::kConic, 1.0)}};
   }
 };
 
@@ -136,7 +171,10 @@ struct FreeForm {
     return text + ")";
   }
   static std::vector<FormField> Fields(const FreeFormFit& fit) {
-    return {{"shift_x_mm", fit.shiftXMM}, {"shift_y_mm", fit.shiftYMM}, {"theta_degrees", fit.thetaDegrees}};
+    using P = ShapeParameters;
+    return {{"shift_x_mm", fit.shiftXMM, Uncertainty(fit.covariance, P::kX, 1.0)},
+            {"shift_y_mm", fit.shiftYMM, Uncertainty(fit.covariance, P::kZ, 1.0)},
+            {"theta_degrees", fit.thetaDegrees, Uncertainty(fit.covariance, P::kAngle, kDegrees)}};
   }
 };
 

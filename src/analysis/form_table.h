@@ -49,6 +49,7 @@ struct FormTask {
 struct FormField {
   std::string_view name;
   std::variant<double, std::vector<double>> value;
+  std::optional<double> uncertainty{};  ///< standard uncertainty, in the value's unit; none: held, or not known
 };
 
 struct FormRow {

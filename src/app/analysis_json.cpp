@@ -2,6 +2,7 @@
 
 #include "app/analysis_json.h"
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -128,13 +129,21 @@ public:
 
 private:
   void Fields(const FormGeometry& geometry) {
-    for (const FormField& field : FormOf(geometry).fields(geometry)) {
+    const std::vector<FormField> fields = FormOf(geometry).fields(geometry);
+    for (const FormField& field : fields) {
       if (const double* const number = std::get_if<double>(&field.value)) {
         Number(field.name, *number);
       } else {
         Numbers(field.name, std::get<std::vector<double>>(field.value));
       }
     }
+    if (std::none_of(fields.begin(), fields.end(), [](const FormField& field) { return field.uncertainty; })) return;
+    json_.Key("standard_uncertainty");
+    json_.BeginObject();
+    for (const FormField& field : fields) {
+      if (field.uncertainty) Number(field.name, *field.uncertainty);
+    }
+    json_.EndObject();
   }
 
   void RatioRows(const std::vector<RatioRowEntry>& rows) {

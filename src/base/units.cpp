@@ -23,4 +23,10 @@ std::int32_t StepsInLength(double lengthMM, double spacingUM) {
   return RoundToIndex(lengthMM * kMicrometresPerMillimetre / spacingUM);
 }
 
+double WholePartsOfLength(double length, double part) {
+  constexpr double kSlack = 1e-9;
+  const double parts = length / part;
+  return std::trunc(parts + kSlack * parts);
+}
+
 }  // namespace texturon

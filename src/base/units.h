@@ -22,4 +22,8 @@ std::int32_t RoundToIndex(double value);
 /// RoundToIndex.
 std::int32_t StepsInLength(double lengthMM, double spacingUM);
 
+/// How many whole steps, cut-offs or points a length holds: the quotient, rounded towards 0 after 1e-9 of itself more.
+/// Decimal fractions are no doubles: 0.8 / 0.1 would lose one in 3 of 100 such pairs. Both in one unit.
+double WholePartsOfLength(double length, double part);
+
 }  // namespace texturon

@@ -9,6 +9,7 @@
 #include <limits>
 #include <numbers>
 
+#include "base/elementary.h"
 #include "base/units.h"
 #include "signal/all_finite.h"
 #include "signal/lane_sums.h"
@@ -84,7 +85,7 @@ std::vector<double> LocalSlopes(std::span<const double> z, double spacingUM) {
 SteepPart FindSteepPart(std::span<const double> heights, double spacingUM, double degrees) {
   const std::vector<double> slopes = LocalSlopes(heights, spacingUM);
   SteepPart steep{std::vector<double>(heights.size(), std::numeric_limits<double>::quiet_NaN())};
-  const double limit = std::tan(degrees / kDegrees);
+  const double limit = Tan(degrees / kDegrees);
   std::size_t count = 0;
   for (std::size_t i = 0; i < slopes.size(); ++i) {
     if (!(std::abs(slopes[i]) > limit)) continue;
@@ -99,14 +100,15 @@ RowResult RootMeanSquareSlope(const RowInput& row) {
   const std::vector<double>& slopes = SlopesOf(row);
   if (slopes.empty()) return std::nullopt;
   const double sum = LaneSums(slopes.size(), [&](std::size_t i) { return std::array{slopes[i] * slopes[i]}; })[0];
-  return std::atan(std::sqrt(sum / static_cast<double>(slopes.size()))) * kDegrees;
+  return Atan(std::sqrt(sum / static_cast<double>(slopes.size()))) * kDegrees;
 }
 
 RowResult MeanAbsoluteSlopeAngle(const RowInput& row) {
   const std::vector<double>& slopes = SlopesOf(row);
   if (slopes.empty()) return std::nullopt;
-  const double sum =
-      LaneSums(slopes.size(), [&](std::size_t i) { return std::array{std::atan(std::abs(slopes[i]))}; })[0];
+  std::vector<double> angles(slopes.size());
+  AtanOfEach(slopes, angles);
+  const double sum = LaneSums(slopes.size(), [&](std::size_t i) { return std::array{std::abs(angles[i])}; })[0];
   return sum / static_cast<double>(slopes.size()) * kDegrees;
 }
 
@@ -115,8 +117,8 @@ RowResult MedianAbsoluteSlopeAngle(const RowInput& row) {
   if (slopes.empty()) return std::nullopt;
   const auto middle = MiddleSteepness(slopes);
   if (!middle) return std::nullopt;
-  double angle = std::atan(middle->upper);
-  if (slopes.size() % 2 == 0) angle = 0.5 * (angle + std::atan(middle->lower));
+  double angle = Atan(middle->upper);
+  if (slopes.size() % 2 == 0) angle = 0.5 * (angle + Atan(middle->lower));
   return angle * kDegrees;
 }
 

@@ -6,6 +6,7 @@
 #include <array>
 #include <cmath>
 
+#include "base/elementary.h"
 #include "parameters/counts.h"
 #include "signal/lane_sums.h"
 #include "signal/normal_distribution.h"
@@ -81,8 +82,7 @@ struct Vector {
 };
 
 Vector HalfWay(const Vector& p, const Vector& q) {
-  const Vector sum = {p.x / std::hypot(p.x, p.y) + q.x / std::hypot(q.x, q.y),
-                      p.y / std::hypot(p.x, p.y) + q.y / std::hypot(q.x, q.y)};
+  const Vector sum = {p.x / Hypot(p.x, p.y) + q.x / Hypot(q.x, q.y), p.y / Hypot(p.x, p.y) + q.y / Hypot(q.x, q.y)};
   return sum;
 }
 

@@ -2,13 +2,13 @@
 
 #include "parameters/sampling_lengths.h"
 
-#include <cmath>
+#include "base/units.h"
 
 namespace texturon {
 
 std::optional<SamplingLengths> DivideIntoSamplingLengths(std::size_t pointCount, double spacingMM,
                                                          double samplingLengthMM, ShortProfile shortProfile) {
-  const double points = std::floor(samplingLengthMM / spacingMM);
+  const double points = WholePartsOfLength(samplingLengthMM, spacingMM);
   if (!(points >= 2.0)) return std::nullopt;
   SamplingLengths lengths;
   if (points > static_cast<double>(pointCount)) {

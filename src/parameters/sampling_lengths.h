@@ -20,8 +20,8 @@ struct SamplingLengths {
 /// What becomes of a profile that is shorter than one sampling length.
 enum class ShortProfile { kIsOneSamplingLength, kFails };
 
-/// Points per sampling length: floor(samplingLengthMM / spacingMM), at least 2. Their number is however many fit, not
-/// five. Empty when a sampling length has fewer than two points or none fits.
+/// Points per sampling length: WholePartsOfLength(samplingLengthMM, spacingMM), at least 2. Their number is however
+/// many fit, not five. Empty when a sampling length has fewer than two points or none fits.
 std::optional<SamplingLengths> DivideIntoSamplingLengths(std::size_t pointCount, double spacingMM,
                                                          double samplingLengthMM, ShortProfile shortProfile);
 

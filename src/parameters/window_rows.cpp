@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <numbers>
 
+#include "base/elementary.h"
 #include "base/units.h"
 #include "parameters/swept_windows.h"
 
@@ -177,7 +178,7 @@ struct FittedSlope {
   }
   static double Shown(double moment, const RowInput& row, std::size_t points) {
     const auto w = static_cast<double>(points);
-    return std::atan(moment / (w * (w * w - 1.0) / 12.0 * row.profile.SpacingUM())) * kMinutesOfArc;
+    return Atan(moment / (w * (w * w - 1.0) / 12.0 * row.profile.SpacingUM())) * kMinutesOfArc;
   }
 };
 
@@ -194,7 +195,7 @@ struct ChordSlope {
     return greatest;
   }
   static double Shown(double drop, const RowInput& row, std::size_t points) {
-    return std::atan(drop / (static_cast<double>(points - 1) * row.profile.SpacingUM())) * kMinutesOfArc;
+    return Atan(drop / (static_cast<double>(points - 1) * row.profile.SpacingUM())) * kMinutesOfArc;
   }
 };
 

@@ -3,8 +3,8 @@
 #include "presentation/filter_curves.h"
 
 #include <algorithm>
-#include <cmath>
 
+#include "base/elementary.h"
 #include "settings/filter_table.h"
 #include "signal/filter/filter_contract.h"
 
@@ -38,7 +38,7 @@ std::optional<FilterCurves> FilterCurvesOf(const Document& document) {
   const double ratio = *longest * kMargin / firstMM;
   for (std::size_t i = 0; i < kPoints; ++i) {
     const double share = static_cast<double>(i) / static_cast<double>(kPoints - 1);
-    const double wavelengthMM = firstMM * std::pow(ratio, share);
+    const double wavelengthMM = firstMM * Pow(ratio, share);
     double primary = 100.0;
     if (profiles.shortCutoffMM) {
       primary *= shortWaves.transmission(shortSetup, wavelengthMM);

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <span>
 
+#include "base/elementary.h"
 #include "base/units.h"
 #include "settings/nominal_settings.h"
 
@@ -25,7 +26,7 @@ void FitHeights(std::span<const FreeFormPoint> points, double& leastUM, double& 
   const auto [low, high] =
       std::minmax_element(points.begin(), points.end(), [](const auto& a, const auto& b) { return a.zUM < b.zUM; });
   const double air = high->zUM > low->zUM ? kAir * (high->zUM - low->zUM) : 1.0;
-  const double step = std::pow(10.0, std::floor(std::log10(high->zUM - low->zUM + 2.0 * air)) - 2.0);
+  const double step = Pow(10.0, std::floor(Log10(high->zUM - low->zUM + 2.0 * air)) - 2.0);
   leastUM = std::floor((low->zUM - air) / step) * step;
   mostUM = std::ceil((high->zUM + air) / step) * step;
 }

@@ -2,10 +2,10 @@
 
 #include "presentation/profile_marks.h"
 
-#include <cmath>
 #include <numbers>
 #include <optional>
 
+#include "base/elementary.h"
 #include "base/number_text.h"
 #include "base/quantity.h"
 
@@ -38,7 +38,7 @@ std::string Pair(const std::string& name, const std::string& first, const std::s
 }
 
 std::string SlopeText(double riseUM, double runMM) {
-  const double degrees = std::atan(riseUM * kMillimetresPerMicrometre / runMM) * 180.0 / std::numbers::pi;
+  const double degrees = Atan(riseUM * kMillimetresPerMicrometre / runMM) * 180.0 / std::numbers::pi;
   return "slope " + ReadoutText(degrees, 4) + "\xB0";
 }
 

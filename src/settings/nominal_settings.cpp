@@ -11,7 +11,8 @@
 namespace texturon {
 namespace {
 
-std::optional<NominalCurve> Filtered(const NominalCurve& curve, const FilterRow& filter, double cutoffMM) {
+std::optional<NominalCurve> Filtered(const NominalCurve& curve, const FilterRow& filter,
+                                     const AnalysisSettings& settings) {
   const std::size_t n = curve.PointCount();
   const double step = (curve.Last() - curve.First()) / static_cast<double>(n - 1);
   std::vector<double> x(n), aboveChord(n), line(n);
@@ -22,8 +23,10 @@ std::optional<NominalCurve> Filtered(const NominalCurve& curve, const FilterRow&
     x[i] = curve.First() + static_cast<double>(i) * step;
     aboveChord[i] = curve.At(x[i], hint).height - start - slope * (x[i] - curve.First());
   }
-  const FilterRange valid =
-      filter.run(aboveChord, line, {.spacingUM = step * kMicrometresPerMillimetre, .cutoffMM = cutoffMM});
+  const FilterRange valid = filter.run(aboveChord, line,
+                                       {.spacingUM = step * kMicrometresPerMillimetre,
+                                        .cutoffMM = settings.FreeFormFilterCutoffMM,
+                                        .tension = settings.SplineTension});
   if (!valid || valid->count < 1) return std::nullopt;
   for (std::size_t i = 0; i < n; ++i) line[i] += start + slope * (x[i] - curve.First());
   const auto first = static_cast<std::size_t>(valid->first);
@@ -63,7 +66,7 @@ std::optional<NominalCurve> DescribeFreeForm(const AnalysisSettings& settings) {
   auto curve = NominalCurve::Through(x, z);
   const FilterRow* const filter = FindFilter(settings.FreeFormFilterType);
   if (!curve || filter == nullptr) return curve;
-  return Filtered(*curve, *filter, settings.FreeFormFilterCutoffMM);
+  return Filtered(*curve, *filter, settings);
 }
 
 std::vector<TableRow> SagTableOf(const AnalysisSettings& settings) {

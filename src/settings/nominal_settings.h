@@ -25,8 +25,8 @@ bool HasUnusedConstant(const AnalysisSettings& settings);
 
 /// The free form's stored points as a curve, filtered where FreeFormFilterType is the number of a filter: taken at
 /// as many equal steps as there are points, less the chord between the two ends, through the filter with
-/// FreeFormFilterCutoffMM, plus the chord again; what the filter loses at its ends the nominal loses. Nothing for too
-/// few different points or when the filter fails.
+/// FreeFormFilterCutoffMM and SplineTension, plus the chord again; what the filter loses at its ends the nominal loses.
+/// Nothing for too few different points or when the filter fails.
 std::optional<NominalCurve> DescribeFreeForm(const AnalysisSettings& settings);
 
 /// The sag table as SagTableLengthMM and SagTableSpacingMM ask for it: from the vertex to one side; with all terms,

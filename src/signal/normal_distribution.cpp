@@ -7,6 +7,8 @@
 #include <limits>
 #include <numbers>
 
+#include "base/elementary.h"
+
 namespace texturon {
 namespace {
 
@@ -68,14 +70,14 @@ double NormalQuantile(double p) {
     constexpr double kInfinity = std::numeric_limits<double>::infinity();
     return tail == 0.0 ? std::copysign(kInfinity, q) : std::numeric_limits<double>::quiet_NaN();
   }
-  const double r = std::sqrt(-std::log(tail));
+  const double r = std::sqrt(-Log(tail));
   const double x = r <= kFarTail ? Polynomial(kTailOver, r - 1.6) / Polynomial(kTailUnder, r - 1.6)
                                  : Polynomial(kFarOver, r - kFarTail) / Polynomial(kFarUnder, r - kFarTail);
   return std::copysign(x, q);
 }
 
 double NormalProbability(double x) {
-  return 0.5 * std::erfc(-x / std::numbers::sqrt2);
+  return 0.5 * Erfc(-x / std::numbers::sqrt2);
 }
 
 }  // namespace texturon

@@ -113,6 +113,28 @@ TEST_F(ShapeForm, CountsTheApexFromTheFirstSample) {
   EXPECT_EQ(Asphere().apexXMM, 3.0);
 }
 
+TEST_F(ShapeForm, NotesWhatIsDoubtful) {
+  UseAsphere(-0.1);
+  LoadAsphere(-0.5, 0.0, 3001);
+  document_.scope.region = RegionChoice{.mode = kFromStart, .startMM = 1.0};
+  Run();
+  EXPECT_EQ(prompts_.notices,
+            Texts{"The apex of the asphere, found at X = -0.500 mm, lies outside the data, which reach "
+                  "from 1.000 to 6.000 mm."});
+  Settings().AsphereXFixed = true;
+  Settings().AsphereXStartMM = -0.5;
+  Run();
+  EXPECT_EQ(prompts_.notices.size(), 1u) << "who sets it knows";
+  std::vector<double> z(1000);
+  for (std::size_t i = 0; i < z.size(); ++i) z[i] = static_cast<double>(i) * 1e160;
+  Load(z);
+  document_.scope.region.reset();
+  Settings().FormRemovalType = kFormLine;
+  Run();
+  EXPECT_EQ(document_.results.formApplied, kNoFormApplied);
+  EXPECT_EQ(prompts_.notices.size(), 2u);
+}
+
 TEST_F(ShapeForm, HoldsTheApexAtThePeakOrValley) {
   Settings().AsphereXFixed = true;
   const struct {
@@ -245,6 +267,11 @@ TEST_F(ShapeForm, FitsTheStoredFreeForm) {
     EXPECT_TRUE(Near(fit.shiftYMM, 0.05, isExact ? 1e-7 : 1e-3)) << c.text;
     EXPECT_LT(LargestResidual(), isExact ? 1e-4 : 0.3) << c.text;
   }
+  const double usual = DescribeFreeForm(Settings())->Last();
+  std::size_t hint = 0;
+  const double height = DescribeFreeForm(Settings())->At(usual, hint).height;
+  Settings().SplineTension = 0.0;
+  EXPECT_NE(DescribeFreeForm(Settings())->At(usual, hint).height, height) << "as any spline filter";
   Settings().FreeFormFilterCutoffMM = 0.001;
   ASSERT_EQ(Run(), ComputeOutcome::kDone);
   EXPECT_EQ(document_.results.formApplied, kNoFormApplied) << "a nominal that cannot be filtered";

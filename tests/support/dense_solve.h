@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "signal/double_double.h"
+#include "base/double_double.h"
 
 namespace texturon {
 

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <vector>
 
+#include "base/elementary.h"
 #include "signal/fft/fft.h"
 #include "signal/fft/real_fft.h"
 
@@ -34,7 +35,7 @@ std::optional<std::int32_t> AmplitudeSpectrum(std::span<const double> z, std::sp
   }
   if (!phase.empty()) {
     phase[0] = 0.0;
-    for (std::size_t k = 1; k < count; ++k) phase[k] = std::atan2(im[k], re[k]);
+    for (std::size_t k = 1; k < count; ++k) phase[k] = Atan2(im[k], re[k]);
   }
   return static_cast<std::int32_t>(count);
 }

@@ -4,9 +4,9 @@
 
 #include <algorithm>
 #include <bit>
-#include <cmath>
 #include <utility>
 
+#include "base/elementary.h"
 #include "signal/fft/fft_memory.h"
 
 namespace texturon {
@@ -47,7 +47,7 @@ double PassCost(std::size_t radix) {
   }
   const auto r = static_cast<double>(radix);
   if (radix <= kMaxDirectRadix) return 1.0 + 0.25 * r;
-  return 6.0 + 2.4 * std::log2(2.0 * r);  // two transforms of a good length a little above 2 r
+  return 6.0 + 2.4 * Log2(2.0 * r);  // two transforms of a good length a little above 2 r
 }
 
 }  // namespace

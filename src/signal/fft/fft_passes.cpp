@@ -7,7 +7,7 @@
 #include <cmath>
 #include <utility>
 
-#include "signal/multiversion.h"
+#include "base/multiversion.h"
 
 namespace texturon {
 namespace {

@@ -2,8 +2,10 @@
 
 #include "signal/fft/fft_roots.h"
 
-#include <cmath>
+#include <numbers>
 #include <utility>
+
+#include "base/elementary.h"
 
 namespace texturon {
 
@@ -16,10 +18,9 @@ Cplx UnitRoot(std::size_t e, std::size_t n) {
   if (left) t = 2 * n - t;
   const bool steep = 2 * t > n;
   if (steep) t = n - t;
-  const double pi = 4.0 * std::atan(1.0);
-  const double angle = pi * static_cast<double>(t) / static_cast<double>(2 * n);
-  double re = std::cos(angle);
-  double im = std::sin(angle);
+  const double angle = std::numbers::pi * static_cast<double>(t) / static_cast<double>(2 * n);
+  double re = Cos(angle);
+  double im = Sin(angle);
   if (steep) std::swap(re, im);
   return {left ? -re : re, lower ? im : -im};
 }

@@ -2,21 +2,21 @@
 
 #include "signal/filter/filter_transmission.h"
 
-#include <cmath>
 #include <numbers>
 
+#include "base/elementary.h"
 #include "base/units.h"
 
 namespace texturon {
 
 double GaussianTransmission(double cutoffMM, double wavelengthMM) {
   const double ratio = cutoffMM / wavelengthMM;
-  return std::exp2(-ratio * ratio);
+  return Exp2(-ratio * ratio);
 }
 
 double SplineTransmission(double cutoffMM, double tension, double spacingUM, double wavelengthMM) {
   const double angle = std::numbers::pi * spacingUM * kMillimetresPerMicrometre;
-  const double ratio = std::sin(angle / wavelengthMM) / std::sin(angle / cutoffMM);
+  const double ratio = Sin(angle / wavelengthMM) / Sin(angle / cutoffMM);
   const double square = ratio * ratio;  // alpha^2 s
   return 1.0 / (1.0 + tension * square + (1.0 - tension) * square * square);
 }

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "base/elementary.h"
 #include "base/units.h"
 #include "signal/fft/fft.h"
 #include "signal/fft/real_fft.h"
@@ -29,7 +30,7 @@ std::optional<IndexRange> GaussianFilter(std::span<const double> z, std::span<do
   for (std::size_t k = 1; k < re.size(); ++k) {
     const double wavelengthMM = lengthMM / static_cast<double>(k);
     const double ratio = cutoffMM / wavelengthMM;
-    const double amplitude = std::exp2(-ratio * ratio);
+    const double amplitude = Exp2(-ratio * ratio);
     if (amplitude == 0.0) {  // all shorter wavelengths vanish as well
       std::fill(re.begin() + static_cast<std::ptrdiff_t>(k), re.end(), 0.0);
       std::fill(im.begin() + static_cast<std::ptrdiff_t>(k), im.end(), 0.0);

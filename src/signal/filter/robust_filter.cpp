@@ -8,6 +8,7 @@
 #include <limits>
 #include <vector>
 
+#include "base/elementary.h"
 #include "signal/filter/spline_filter.h"
 #include "signal/mean.h"
 
@@ -42,7 +43,7 @@ double RelativeChange(double scale, double previous) {
 
 int Percent(double change) {
   if (!(change < 1.0)) return 0;
-  const double percent = 100.0 * std::log10(change) / std::log10(kRobustConvergence);
+  const double percent = 100.0 * Log10(change) / Log10(kRobustConvergence);
   return static_cast<int>(std::lround(std::min(percent, 100.0)));
 }
 

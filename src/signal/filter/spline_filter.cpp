@@ -10,8 +10,9 @@
 #include <memory>
 #include <numbers>
 
+#include "base/double_double.h"
+#include "base/elementary.h"
 #include "signal/all_finite.h"
-#include "signal/double_double.h"
 #include "signal/filter/filter_contract.h"
 
 namespace texturon {
@@ -167,7 +168,7 @@ std::optional<IndexRange> SplineFilter(std::span<const double> z, std::span<doub
   if (n == 1) {
     w[0] = z[0];
   } else {
-    const double alpha = 1.0 / (2.0 * std::sin(std::numbers::pi * (spacingUM * kMillimetresPerMicrometre) / cutoffMM));
+    const double alpha = 1.0 / (2.0 * Sin(std::numbers::pi * (spacingUM * kMillimetresPerMicrometre) / cutoffMM));
     const Equations equations{1.0 / alpha, tension, (1.0 - tension) * alpha * alpha};
     double conditioning = 0.0;
     Path<double>(z, weights, reference, equations).Solve(w, conditioning);

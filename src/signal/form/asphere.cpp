@@ -8,8 +8,8 @@
 #include <limits>
 #include <utility>
 
+#include "base/multiversion.h"
 #include "signal/lane_sums.h"
-#include "signal/multiversion.h"
 
 namespace texturon {
 namespace {

@@ -14,8 +14,8 @@ constexpr double kRoundingSlack = 1e-9;  // of a step: 15 / 0.05 is 300 steps, w
 
 /// Whole steps in a length; nothing where there are too many, or none make sense.
 std::optional<std::size_t> StepsIn(double lengthMM, double spacingMM) {
-  const double steps = std::floor(lengthMM / spacingMM + kRoundingSlack);
-  if (!(spacingMM > 0.0) || !(steps >= 0.0) || !(steps < static_cast<double>(kMostTableRows))) return std::nullopt;
+  const double steps = WholePartsOfLength(lengthMM, spacingMM);
+  if (!(spacingMM > 0.0) || !(lengthMM >= 0.0) || !(steps < static_cast<double>(kMostTableRows))) return std::nullopt;
   return static_cast<std::size_t>(steps);
 }
 

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "base/elementary.h"
 #include "base/units.h"
 #include "signal/all_finite.h"
 #include "signal/form/shape_residual.h"
@@ -12,7 +13,7 @@
 namespace texturon {
 
 double AsphereFit::TiltDegrees() const {
-  return std::atan(slope) * 180.0 / std::numbers::pi;
+  return Atan(slope) * 180.0 / std::numbers::pi;
 }
 
 double AsphereFit::RadiusMM() const {
@@ -47,6 +48,7 @@ AsphereFitResult FitAsphere(const FormInput& input, const AsphereDescription& de
   fit.conic = placed.conicFactor - 1.0;
   fit.meritMM2 = placed.merit;
   fit.coarseEvaluations = placed.coarseEvaluations;
+  fit.covariance = placed.covariance;
   fit.polishEvaluations = placed.polishEvaluations;
   fit.residualSpacingUM = WriteShapeResidual(input, shape, placed.placement, output);
   if (AllFinite(output.form) && AllFinite(output.residual) && std::isfinite(fit.residualSpacingUM)) result.fit = fit;

@@ -29,6 +29,7 @@ struct AsphereFit {
   int coarseEvaluations = 0;
   int polishEvaluations = 0;
   double residualSpacingUM = 0.0;
+  std::optional<ShapeCovariance> covariance;
 
   double TiltDegrees() const;
   /// 1 / curvature, or 0 where |curvature| < 1e-100.

@@ -62,8 +62,8 @@ FixedRadiusResult FitFixedRadius(const FormInput& input, double radiusMM, Progre
     const double excess = u * u + w * w - 2.0 * radius * w;  // r^2 - R^2, without the large numbers
     output.residual[i] = excess / (std::sqrt(std::max(size * size + excess, 0.0)) + size);
   }
-  const FixedRadiusFit fit{radius, vertexX, vertexZ + radius, placed.merit,
-                           MeanPathStep(input.heights, input.spacingUM)};
+  const FixedRadiusFit fit{
+      radius, vertexX, vertexZ + radius, placed.merit, MeanPathStep(input.heights, input.spacingUM), placed.covariance};
   if (AllFinite(output.residual) && std::isfinite(fit.centreXUM + fit.centreYUM + fit.residualSpacingUM)) {
     result.fit = fit;
   }

@@ -9,6 +9,7 @@
 #include "platform/prompts.h"
 #include "signal/form/form_input.h"
 #include "signal/form/minimise.h"
+#include "signal/form/shape_fit.h"
 
 namespace texturon {
 
@@ -26,6 +27,7 @@ struct FixedRadiusFit {
   double centreYUM = 0.0;  // fitted vertex height + radius
   double meritMM2 = 0.0;   // sum of squared vertical deviations of the fit points
   double residualSpacingUM = 0.0;
+  std::optional<ShapeCovariance> covariance{};
 };
 
 struct FixedRadiusResult {

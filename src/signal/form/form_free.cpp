@@ -6,6 +6,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "base/elementary.h"
 #include "signal/all_finite.h"
 #include "signal/form/shape_residual.h"
 
@@ -14,6 +15,18 @@ namespace {
 
 constexpr double kLeastOverlap = 0.45;  // of the shorter of profile and nominal; the search looks a little less far
 constexpr double kSearchedOverlap = 0.5;
+
+/// From the covariance of the point that the fit places to that of the nominal's (0, 0), which lies at (right, up) from
+/// it when both are turned.
+ShapeCovariance Moved(const ShapeCovariance& from, double right, double up) {
+  using P = ShapeParameters;
+  const auto& v = from.values;
+  ShapeCovariance to = from;
+  to.values[P::kX][P::kX] = v[P::kX][P::kX] - 2.0 * up * v[P::kX][P::kAngle] + up * up * v[P::kAngle][P::kAngle];
+  to.values[P::kZ][P::kZ] =
+      v[P::kZ][P::kZ] + 2.0 * right * v[P::kZ][P::kAngle] + right * right * v[P::kAngle][P::kAngle];
+  return to;
+}
 
 }  // namespace
 
@@ -43,7 +56,11 @@ FreeFormResult FitFreeForm(const FormInput& input, const NominalCurve& nominal, 
   FreeFormFit fit;
   fit.shiftXMM = axes.MeasuredX(-origin, -shape.OriginHeight());
   fit.shiftYMM = axes.MeasuredZ(-origin, -shape.OriginHeight());
-  fit.thetaDegrees = std::atan(placed.placement.slope) * 180.0 / std::numbers::pi;
+  if (placed.covariance) {
+    fit.covariance =
+        Moved(*placed.covariance, fit.shiftXMM - placed.placement.xMM, fit.shiftYMM - placed.placement.zMM);
+  }
+  fit.thetaDegrees = Atan(placed.placement.slope) * 180.0 / std::numbers::pi;
   fit.merit = placed.merit;
   fit.pointsOnNominal = placed.pointsOnShape;
   fit.hasFixedStart = options.firstPointXMM.has_value();

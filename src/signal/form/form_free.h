@@ -31,6 +31,7 @@ struct FreeFormFit {
   bool hasFixedStart = false;
   bool allowsTilt = true;
   double residualSpacingUM = 0.0;
+  std::optional<ShapeCovariance> covariance;  // of least squares: of shiftXMM, shiftYMM as kX, kZ, and of the angle
 };
 
 struct FreeFormResult {

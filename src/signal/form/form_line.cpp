@@ -2,9 +2,11 @@
 
 #include "signal/form/form_line.h"
 
+#include <array>
 #include <cmath>
 
 #include "signal/form/level_line.h"
+#include "signal/lane_sums.h"
 #include "signal/mean.h"
 
 namespace texturon {
@@ -31,7 +33,22 @@ std::optional<LineFit> FitLine(const FormInput& input, FormOutput output) {
     const double mean = Mean(output.residual);
     for (double& residual : output.residual) residual -= mean;
   }
-  return LineFit{slope, level.Height(0.0), perpendicular ? input.spacingUM * stretch : input.spacingUM};
+  LineFit fit{slope, level.Height(0.0), perpendicular ? input.spacingUM * stretch : input.spacingUM};
+  if (points.Count() > 2) {
+    double squares = 0.0;
+    for (const FitRun& run : points.Runs()) {
+      squares += LaneSums(run.heights.size(), [&](std::size_t j) {
+        const double above = level.Above(run.heights[j], run.Index(j));
+        return std::array{above * above};
+      })[0];
+    }
+    const double count = static_cast<double>(points.Count());
+    const double variance = squares / (count - 2.0);
+    const double reach = level.origin + level.meanIndex;  // from the first point to the middle of the fit's
+    fit.slopeUncertainty = std::sqrt(variance / level.sumSquares) / input.spacingUM;
+    fit.interceptUncertaintyUM = std::sqrt(variance * (1.0 / count + reach * reach / level.sumSquares));
+  }
+  return fit;
 }
 
 }  // namespace texturon

@@ -12,6 +12,9 @@ struct LineFit {
   double slope = 0.0;        // um per um
   double interceptUM = 0.0;  // height at the first point
   double residualSpacingUM = 0.0;
+  /// Standard uncertainties, were the deviations independent of each other; none for 2 points.
+  std::optional<double> slopeUncertainty{};
+  std::optional<double> interceptUncertaintyUM{};
 };
 
 /// Least-squares line z = slope x + intercept over the fit points. The form is the line's height at every point, also

@@ -6,8 +6,8 @@
 #include <cmath>
 #include <cstddef>
 
+#include "base/double_double.h"
 #include "signal/all_finite.h"
-#include "signal/double_double.h"
 #include "signal/form/orthogonal_polynomials.h"
 
 namespace texturon {

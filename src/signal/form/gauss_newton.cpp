@@ -6,7 +6,8 @@
 #include <cmath>
 #include <limits>
 
-#include "signal/multiversion.h"
+#include "base/elementary.h"
+#include "base/multiversion.h"
 
 namespace texturon {
 namespace {
@@ -19,6 +20,7 @@ constexpr double kFirstDamping = 1e-3;
 constexpr double kLeastDamping = 1e-12;
 constexpr double kMostDamping = 1e6;
 constexpr double kNothingGained = 1e-13;  // of the merit
+constexpr double kLastStep = 1e-12;       // of the merit: a step that promises less is the last
 constexpr double kLastDigits = 1e-17;     // of the points' extent: a rms change of all deviations by less is none
 constexpr double kRelativeFloor = 1e-3;   // least-absolute weights stop growing at this part of the mean deviation ...
 constexpr double kFloorShrink = 0.3;      // ... which becomes smaller by this factor with each step
@@ -84,7 +86,7 @@ double Extent(std::span<const double> values) {
 }  // namespace
 
 Placement ShapeParameters::Place() const {
-  return {values[kX], values[kZ], std::tan(values[kAngle])};
+  return {values[kX], values[kZ], Tan(values[kAngle])};
 }
 
 ShapeProblem::ShapeProblem(const PointsMM& points, Shape& shape, const ShapeFitOptions& options)
@@ -107,6 +109,7 @@ ShapeProblem::ShapeProblem(const PointsMM& points, Shape& shape, const ShapeFitO
   if (options.free.conic) free_.push_back(ShapeParameters::kConic);
   if (options.free.tilt) free_.push_back(ShapeParameters::kAngle);
   for (auto& column : columns_) column.resize(kBlock);
+  for (auto& column : combined_) column.resize(kBlock);
 }
 
 void ShapeProblem::UseTerms(const ShapeParameters& parameters) {
@@ -155,8 +158,6 @@ ShapeProblem::Equations ShapeProblem::SetUp(const ShapeParameters& parameters, c
     return index == ShapeParameters::kCurvature || index == ShapeParameters::kConic;
   });
   const std::size_t m = free_.size();
-  std::array<std::vector<double>, kMost> combined;
-  for (std::size_t k = 0; k < m; ++k) combined[k].resize(kBlock);
   Equations equations;
   double sum = 0.0;
   std::size_t onShape = 0;
@@ -180,7 +181,7 @@ ShapeProblem::Equations ShapeProblem::SetUp(const ShapeParameters& parameters, c
     }
     for (std::size_t k = 0; k < m; ++k) {
       for (std::size_t l = 0; l <= k; ++l) {
-        Accumulate(combined[k].data(), columns_[free_[l]].data(), combinations[l][k], l > 0, count);
+        Accumulate(combined_[k].data(), columns_[free_[l]].data(), combinations[l][k], l > 0, count);
       }
     }
     if (merit_ == ShapeMerit::kLeastSquares) {
@@ -191,13 +192,13 @@ ShapeProblem::Equations ShapeProblem::SetUp(const ShapeParameters& parameters, c
         sum += size;
         weight_[i] = 1.0 / std::sqrt(std::max(size, leastDeviation));
         deviation_[i] *= weight_[i];
-        for (std::size_t k = 0; k < m; ++k) combined[k][i] *= weight_[i];
+        for (std::size_t k = 0; k < m; ++k) combined_[k][i] *= weight_[i];
       }
     }
     for (std::size_t k = 0; k < m; ++k) {
-      equations.gradient[k] += Dot(combined[k].data(), deviation_.data(), count);
+      equations.gradient[k] += Dot(combined_[k].data(), deviation_.data(), count);
       for (std::size_t l = 0; l <= k; ++l) {
-        equations.matrix[k][l] += Dot(combined[k].data(), combined[l].data(), count);
+        equations.matrix[k][l] += Dot(combined_[k].data(), combined_[l].data(), count);
       }
     }
   }
@@ -301,8 +302,8 @@ void ShapeProblem::FollowTurn(const ShapeParameters& from, ShapeParameters& to) 
   if (!centre) return;
   const double x = from.values[ShapeParameters::kX] - centre->x;
   const double z = from.values[ShapeParameters::kZ] - centre->z;
-  const double sine = std::sin(turn) - turn;
-  const double cosine = -2.0 * std::sin(0.5 * turn) * std::sin(0.5 * turn);
+  const double sine = Sin(turn) - turn;
+  const double cosine = -2.0 * Sin(0.5 * turn) * Sin(0.5 * turn);
   if (xIsFree_) to.values[ShapeParameters::kX] += cosine * x - sine * z;
   to.values[ShapeParameters::kZ] += sine * x + cosine * z;
 }
@@ -349,12 +350,41 @@ double ShapeProblem::Descend(ShapeParameters& parameters, int mostSteps) {
       damping = std::max(0.1 * damping, kLeastDamping);
       floor *= kFloorShrink;
       if (idleSteps >= 2) break;
+    } else if (!isAbsolute && promised <= kLastStep * equations.evaluation.sum &&
+               next.evaluation.meanMerit <= current * (1.0 + kNothingGained)) {
+      // The gradient still tells the way when the merit's own rounding hides the gain.
+      parameters = tried;
+      equations = next;
+      break;
     } else {
       damping *= 10.0;
       if (damping > kMostDamping) break;
     }
   }
+  lastCombinations_ = combinations;
+  lastEquations_ = equations;
   return equations.evaluation.meanMerit;
+}
+
+std::optional<ShapeCovariance> ShapeProblem::Covariance() const {
+  const std::size_t m = free_.size();
+  const Evaluation& evaluation = lastEquations_.evaluation;
+  if (merit_ != ShapeMerit::kLeastSquares || evaluation.onShape <= m || !std::isfinite(evaluation.sum)) return {};
+  const double variance = evaluation.sum / static_cast<double>(evaluation.onShape - m);
+  // With columns of unit length at right angles the inverse of the normal equations is their product.
+  const Square columns = Orthogonalised(lastCombinations_, lastEquations_.matrix, m);
+  ShapeCovariance covariance;
+  for (std::size_t k = 0; k < m; ++k) {
+    for (std::size_t row = 0; row <= k; ++row) {
+      for (std::size_t other = 0; other <= k; ++other) {
+        covariance.values[free_[row]][free_[other]] += variance * columns[row][k] * columns[other][k];
+      }
+    }
+  }
+  for (std::size_t k = 0; k < m; ++k) {
+    if (columns[k][k] == 0.0) covariance.values[free_[k]][free_[k]] = std::numeric_limits<double>::infinity();
+  }
+  return covariance;
 }
 
 double ShapeProblem::Level(ShapeParameters& parameters, bool withSlope) {
@@ -385,7 +415,7 @@ double ShapeProblem::Level(ShapeParameters& parameters, bool withSlope) {
   }
   const double slope = withSlope && uu > 0.0 ? ud / uu : 0.0;
   parameters.values[ShapeParameters::kZ] = meanD - slope * meanU;
-  parameters.values[ShapeParameters::kAngle] = std::atan(slope);
+  parameters.values[ShapeParameters::kAngle] = Atan(slope);
   return Rated(dd - slope * ud, static_cast<std::size_t>(n)).meanMerit;
 }
 

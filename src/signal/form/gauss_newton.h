@@ -11,15 +11,6 @@
 
 namespace texturon {
 
-/// Everything that a fit can change, in the order in which combinations are formed: what comes later is left alone when
-/// it does the same to all points as what came before.
-struct ShapeParameters {
-  enum Index : std::size_t { kZ, kX, kCurvature, kConic, kAngle, kCount };
-  std::array<double, kCount> values{};
-
-  Placement Place() const;
-};
-
 /// One fit's points, shape and merit. Not to be shared between threads: it holds the scratch of an evaluation.
 class ShapeProblem {
 public:
@@ -40,6 +31,10 @@ public:
 
   /// Mean merit that remains with the best height and, where `withSlope`, the best shear; sets both in `parameters`.
   double Level(ShapeParameters& parameters, bool withSlope);
+
+  /// Covariance of the parameters where the last Descend ended, by its equations: deviations that are independent of
+  /// each other and of one size. Nothing for least absolute deviations or without points to spare.
+  std::optional<ShapeCovariance> Covariance() const;
 
   int Evaluations() const { return evaluations_; }
   const PointsMM& Points() const { return points_; }
@@ -72,8 +67,10 @@ private:
   std::vector<std::size_t> free_;  // indices of the parameters that may change
   bool xIsFree_ = true;
   int evaluations_ = 0;
+  Square lastCombinations_{};
+  Equations lastEquations_;
   std::vector<double> u_, w_, height_, slope_, byCurvature_, byConic_, deviation_, weight_;
-  std::array<std::vector<double>, kMost> columns_;
+  std::array<std::vector<double>, kMost> columns_, combined_;
 };
 
 }  // namespace texturon

@@ -7,7 +7,7 @@
 #include <span>
 #include <vector>
 
-#include "signal/double_double.h"
+#include "base/double_double.h"
 
 namespace texturon {
 

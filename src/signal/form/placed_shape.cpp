@@ -5,7 +5,7 @@
 #include <cmath>
 #include <cstddef>
 
-#include "signal/multiversion.h"
+#include "base/multiversion.h"
 
 namespace texturon {
 

@@ -6,14 +6,17 @@
 #include <cmath>
 #include <limits>
 #include <numeric>
+#include <span>
 #include <utility>
 #include <vector>
 
+#include "base/elementary.h"
 #include "signal/form/gauss_newton.h"
 
 namespace texturon {
 namespace {
 
+constexpr std::size_t kTryingPoints = 100;
 constexpr std::size_t kCoarsePoints = 300;
 constexpr std::size_t kMinimiserPoints = 2000;
 constexpr double kTolerance = 1e-6;
@@ -22,7 +25,14 @@ constexpr std::size_t kOrigins = 121;
 constexpr std::size_t kMostMinima = 5;
 constexpr std::size_t kEvenlySpaced = 12;  // every so many-th origin is tried, whatever its merit
 constexpr double kTurns[] = {-0.35, -0.2, -0.1, -0.03, 0.03, 0.1, 0.2, 0.35};  // rad
+constexpr std::size_t kMostSettled = 8;  // candidates that go from the fewest points to the next more,
+constexpr std::size_t kMostTurned = 2;   // of them those that are turned where no tighter fit did that,
+constexpr std::size_t kMostKept = 4;     // and those that go on to more points,
+constexpr double kCoarseMargin = 0.1;    // where their merit is above the best by no more than this part
+constexpr double kFineMargin = 0.02;     // the same of the 2000 points
+constexpr double kSameMerit = 1e-7;
 constexpr double kFarthest = 1e9;  // lengths of the data, beyond which X leaves no digits to tell the points apart
+constexpr double kBends[] = {-0.4, 0.4};  // of the conic factor; of the curvature this part
 constexpr int kTryingSteps = 40;
 constexpr int kSettlingSteps = 200;
 constexpr int kPolishingSteps = 200;
@@ -47,10 +57,29 @@ struct Candidate {
   P parameters;
   double merit = std::numeric_limits<double>::infinity();
 };
+using Candidates = std::vector<Candidate>;
+
+/// The best `most` of them that differ in merit, lowest first: those that descended into one minimum have one merit.
+Candidates Distinct(Candidates all, std::size_t most) {
+  std::erase_if(all, [](const Candidate& candidate) { return !std::isfinite(candidate.merit); });
+  std::stable_sort(all.begin(), all.end(), [](const auto& a, const auto& b) { return a.merit < b.merit; });
+  Candidates distinct;
+  for (const Candidate& candidate : all) {
+    if (distinct.size() == most) break;
+    if (distinct.empty() || candidate.merit > distinct.back().merit * (1.0 + kSameMerit)) distinct.push_back(candidate);
+  }
+  return distinct;
+}
+
+/// Those that further points may yet show to be the best.
+Candidates WithinMargin(Candidates sorted, double margin) {
+  std::erase_if(sorted, [&](const Candidate& c) { return c.merit > sorted.front().merit * (1.0 + margin); });
+  return sorted;
+}
 
 /// The lowest of the merits that are lower than their neighbours'.
-std::vector<Candidate> LocalMinima(std::vector<Candidate> scan) {
-  std::vector<Candidate> minima;
+Candidates LocalMinima(const Candidates& scan) {
+  Candidates minima;
   for (std::size_t i = 0; i < scan.size(); ++i) {
     const bool belowLeft = i == 0 || scan[i].merit <= scan[i - 1].merit;
     const bool belowRight = i + 1 == scan.size() || scan[i].merit <= scan[i + 1].merit;
@@ -102,30 +131,40 @@ double MeanSlope(const PointsMM& points) {
 class CoarseSearch {
 public:
   CoarseSearch(const PointsMM& points, Shape& shape, const ShapeFitOptions& options)
-      : problem_(points, shape, options), options_(options) {}
+      : problem_(points, shape, options),
+        fewest_(points, kTryingPoints),
+        trying_(fewest_.View(), shape, options),
+        options_(options) {}
 
-  P Run() {
-    std::vector<Candidate> starts;
+  /// The best minima found, lowest first; `seeds` are starts besides its own.
+  Candidates Run(const Candidates& seeds) {
+    Candidates starts;
     for (const bool withSlope : {false, true}) {
       if (withSlope && !options_.free.tilt) break;
-      const std::vector<Candidate> scan = Scan(withSlope);
+      const Candidates scan = Scan(withSlope);
       for (const Candidate& candidate : LocalMinima(scan)) starts.push_back(candidate);
-      for (std::size_t i = 0; i < scan.size(); i += kEvenlySpaced) starts.push_back(scan[i]);
+      // Tighter fits have been there already.
+      for (std::size_t i = 0; i < scan.size() && seeds.empty(); i += kEvenlySpaced) starts.push_back(scan[i]);
     }
-    Candidate given{At(options_.start.xMM), 0.0};
-    problem_.Level(given.parameters, false);
-    starts.push_back(given);
+    starts.push_back({At(options_.start.xMM)});
+    problem_.Level(starts.back().parameters, false);
     if (const auto x = LevelledOrigin()) {
-      Candidate levelled{At(*x), 0.0};
-      problem_.Level(levelled.parameters, false);
-      starts.push_back(levelled);
+      starts.push_back({At(*x)});
+      problem_.Level(starts.back().parameters, false);
     }
-    for (const Candidate& start : starts) Try(start.parameters, kTryingSteps);
-    best_.merit = problem_.Descend(best_.parameters, kSettlingSteps);
-    if (options_.free.tilt && options_.free.x) TryTurned();
-    return best_.parameters;
+    starts.insert(starts.end(), seeds.begin(), seeds.end());
+    AddBent(seeds, starts);
+    for (Candidate& start : starts) Try(start, kTryingSteps);
+    Candidates found = Distinct(std::move(starts), kMostSettled);
+    if (options_.free.tilt && options_.free.x) AddTurned(found, seeds.empty() ? kMostTurned : 1);
+    return Settled(Distinct(std::move(found), kMostSettled));
   }
-  int Evaluations() const { return problem_.Evaluations(); }
+  /// The minima below given starts.
+  Candidates Settled(Candidates starts) {
+    for (Candidate& start : starts) start.merit = problem_.Descend(start.parameters, kSettlingSteps);
+    return Distinct(std::move(starts), kMostKept);
+  }
+  int Evaluations() const { return problem_.Evaluations() + trying_.Evaluations(); }
 
 private:
   P At(double x) const {
@@ -146,39 +185,105 @@ private:
     if (!(std::abs(distance) < kFarthest * (x.back() - x.front()))) return std::nullopt;
     return x[x.size() / 2] - distance;
   }
-  std::vector<Candidate> Scan(bool withSlope) {
-    std::vector<Candidate> scan;
+  Candidates Scan(bool withSlope) {
+    Candidates scan;
     const std::size_t count = options_.free.x ? kOrigins : 1;
     const double step = (options_.originLast - options_.originFirst) / static_cast<double>(kOrigins - 1);
     for (std::size_t i = 0; i < count; ++i) {
       Candidate candidate{At(options_.originFirst + step * static_cast<double>(i))};
       if (!options_.free.x) candidate.parameters.values[P::kX] = options_.start.xMM;
-      candidate.merit = problem_.Level(candidate.parameters, withSlope);
+      candidate.merit = trying_.Level(candidate.parameters, withSlope);
       scan.push_back(candidate);
     }
     return scan;
   }
-  void Try(P parameters, int steps) {
-    const double merit = problem_.Descend(parameters, steps);
-    if (merit < best_.merit) best_ = {parameters, merit};
+  void Try(Candidate& candidate, int steps) { candidate.merit = trying_.Descend(candidate.parameters, steps); }
+  /// The same placements of other surfaces.
+  void AddBent(const Candidates& seeds, Candidates& starts) {
+    for (const Candidate& seed : std::span(seeds).first(std::min(seeds.size(), kMostKept))) {
+      for (const double more : kBends) {
+        for (const std::size_t term : {P::kCurvature, P::kConic}) {
+          if (!(term == P::kConic ? options_.free.conic : options_.free.curvature)) continue;
+          starts.push_back(seed);
+          starts.back().parameters.values[term] += more * (term == P::kConic ? 1.0 : seed.parameters.values[term]);
+        }
+      }
+    }
   }
-  void TryTurned() {
+  void AddTurned(Candidates& found, std::size_t most) {
     const auto distance = CentreDistance(problem_.Points());
     if (!distance) return;
-    const P from = best_.parameters;
-    const double angle = from.values[P::kAngle];
-    for (const double turn : kTurns) {
-      P turned = from;
-      turned.values[P::kAngle] = angle + turn;
-      turned.values[P::kX] += *distance * (std::sin(angle + turn) - std::sin(angle));
-      turned.values[P::kZ] -= *distance * (std::cos(angle + turn) - std::cos(angle));
-      Try(turned, kSettlingSteps);
+    const std::size_t count = std::min(found.size(), most);
+    for (std::size_t i = 0; i < count; ++i) {
+      const P from = found[i].parameters;
+      const double angle = from.values[P::kAngle];
+      for (const double turn : kTurns) {
+        Candidate turned{from};
+        turned.parameters.values[P::kAngle] = angle + turn;
+        turned.parameters.values[P::kX] += *distance * (Sin(angle + turn) - Sin(angle));
+        turned.parameters.values[P::kZ] -= *distance * (Cos(angle + turn) - Cos(angle));
+        Try(turned, kSettlingSteps);
+        found.push_back(turned);
+      }
     }
   }
 
   ShapeProblem problem_;
+  ThinnedPoints fewest_;
+  ShapeProblem trying_;
   const ShapeFitOptions& options_;
-  Candidate best_;
+};
+
+/// The terms of a fit freed one by one: first neither curvature nor conic factor, at last what the fit frees.
+std::vector<ShapeFitOptions> StepsOfFreedom(const ShapeFitOptions& options) {
+  std::vector<ShapeFitOptions> steps;
+  for (const bool curvature : {false, true}) {
+    for (const bool conic : {false, true}) {
+      if ((curvature && !options.free.curvature) || (conic && !options.free.conic)) continue;
+      steps.push_back(options);
+      steps.back().free.curvature = curvature;
+      steps.back().free.conic = conic;
+    }
+  }
+  return steps;
+}
+
+/// Candidates over a few of the points. A freer fit also starts from where the tighter ones ended.
+class Stages {
+public:
+  Stages(const PointsMM& points, Shape& shape, const ShapeFitOptions& options)
+      : points_(points), shape_(shape), steps_(StepsOfFreedom(options)), found_(steps_.size()) {}
+
+  void SearchCoarsely() {
+    const ThinnedPoints few(points_, kCoarsePoints);
+    Candidates tighter;
+    for (std::size_t i = 0; i < steps_.size(); ++i) {
+      CoarseSearch search(few.View(), shape_, steps_[i]);
+      const bool isOnTheWay = i > 0 && i + 1 < steps_.size();
+      found_[i] = isOnTheWay ? search.Settled(tighter) : search.Run(tighter);
+      coarseEvaluations_ += search.Evaluations();
+      tighter.insert(tighter.end(), found_[i].begin(), found_[i].end());
+    }
+  }
+  /// The candidates of the fit itself, settled over `more` points, lowest first.
+  Candidates Settle(const PointsMM& more) {
+    Candidates tighter;
+    for (std::size_t i = 0; i < steps_.size(); ++i) {
+      Candidates starts = WithinMargin(found_[i], kCoarseMargin);
+      starts.insert(starts.end(), tighter.begin(), tighter.end());
+      found_[i] = CoarseSearch(more, shape_, steps_[i]).Settled(starts);
+      tighter.insert(tighter.end(), found_[i].begin(), found_[i].end());
+    }
+    return found_.back();
+  }
+  int CoarseEvaluations() const { return coarseEvaluations_; }
+
+private:
+  PointsMM points_;
+  Shape& shape_;
+  std::vector<ShapeFitOptions> steps_;
+  std::vector<Candidates> found_;  // by step
+  int coarseEvaluations_ = 0;
 };
 
 /// The minimiser's vector: what is free, in the order x, height, slope, curvature, conic factor.
@@ -195,7 +300,7 @@ public:
   P Parameters(std::span<const double> vector) const {
     P parameters = start_;
     for (std::size_t i = 0; i < vector.size(); ++i) {
-      parameters.values[indices_[i]] = indices_[i] == P::kAngle ? std::atan(vector[i]) : vector[i];
+      parameters.values[indices_[i]] = indices_[i] == P::kAngle ? Atan(vector[i]) : vector[i];
     }
     return parameters;
   }
@@ -206,7 +311,7 @@ private:
   void Add(bool isFree, std::size_t index, double step) {
     if (!isFree) return;
     indices_.push_back(index);
-    values.push_back(index == P::kAngle ? std::tan(start_.values[index]) : start_.values[index]);
+    values.push_back(index == P::kAngle ? Tan(start_.values[index]) : start_.values[index]);
     steps.push_back(step);
   }
 
@@ -216,27 +321,43 @@ private:
 
 }  // namespace
 
+std::optional<double> ShapeCovariance::Uncertainty(ShapeParameters::Index parameter, double scale) const {
+  const double variance = values[parameter][parameter];
+  if (variance == 0.0) return std::nullopt;
+  return std::abs(scale) * std::sqrt(variance);
+}
+
 ShapeFit FitShape(const PointsMM& points, Shape& shape, const ShapeFitOptions& options) {
   ShapeFit fit;
   if (points.x.size() < 3 || points.x.size() != points.z.size()) return fit;
-  const ThinnedPoints few(points, kCoarsePoints);
-  CoarseSearch coarse(few.View(), shape, options);
-  P parameters = coarse.Run();
-  fit.coarseEvaluations = coarse.Evaluations();
+  Stages stages(points, shape, options);
+  stages.SearchCoarsely();
+  fit.coarseEvaluations = stages.CoarseEvaluations();
 
   const ThinnedPoints more(points, kMinimiserPoints);
+  Candidates settled = WithinMargin(stages.Settle(more.View()), kFineMargin);
+  if (settled.empty()) settled.emplace_back();
   ShapeProblem thinned(more.View(), shape, options);
-  FreeVector vector(options.free, parameters);
+  FreeVector vector(options.free, settled.front().parameters);
   const auto merit = [&](std::span<const double> values) {
     const auto evaluation = thinned.Evaluate(vector.Parameters(values));
     return evaluation.meanMerit * static_cast<double>(more.x.size());
   };
   fit.search = Minimise(merit, vector.values, vector.steps, kTolerance, options.progress);
   if (!fit.search.Succeeded()) return fit;
-  parameters = vector.Parameters(vector.values);
+  settled.front().parameters = vector.Parameters(vector.values);
 
   ShapeProblem all(points, shape, options);
-  all.Descend(parameters, kPolishingSteps);
+  if (points.x.size() == more.x.size()) settled.resize(1);
+  for (Candidate& candidate : settled) candidate.merit = all.Descend(candidate.parameters, kPolishingSteps);
+  const auto best =
+      std::min_element(settled.begin(), settled.end(), [](const auto& a, const auto& b) { return a.merit < b.merit; });
+  const P parameters = best->parameters;
+  if (settled.size() > 1) {  // the equations are those of the last one
+    P again = parameters;
+    all.Descend(again, 1);
+  }
+  fit.covariance = all.Covariance();
   const auto evaluation = all.Evaluate(parameters);
   fit.placement = parameters.Place();
   fit.curvature = parameters.values[P::kCurvature];

@@ -71,7 +71,9 @@ void WriteBlock(const Points& points, const Shape& shape, const Axes& axes, bool
     return Remainder{(at - points.u[i]) + (h - points.w[i]) * s, 1.0 + s * s};
   });
   for (std::size_t i = 0; i < count; ++i) {
-    const double across = off[i] <= kSolvedMM ? std::hypot(u[i] - points.u[i], height[i] - points.w[i])
+    const double alongU = u[i] - points.u[i];
+    const double alongW = height[i] - points.w[i];
+    const double across = off[i] <= kSolvedMM ? std::sqrt(alongU * alongU + alongW * alongW)
                                               : std::abs(deviation[i]) / std::sqrt(1.0 + slope[i] * slope[i]);
     residual[i] = std::copysign(across, deviation[i]) * kMicrometresPerMillimetre;
   }

@@ -10,7 +10,7 @@
 #include <random>
 #include <vector>
 
-#include "signal/double_double.h"
+#include "base/double_double.h"
 #include "support/near.h"
 
 namespace texturon {

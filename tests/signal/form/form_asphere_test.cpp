@@ -118,6 +118,49 @@ TEST(FormAsphere, ReachesTheLeastSquaresOfNoisyData) {
   }
 }
 
+TEST(FormAsphere, TellsHowSureItIs) {
+  // The inverse of the normal equations, their derivatives by differences; the conic factor is the fourth parameter.
+  const Prescription& p = Prescriptions()[3];
+  const std::size_t n = 1201;
+  std::mt19937_64 random(8);
+  std::vector<double> z = MeasuredAsphere(p.asphere, {p.apexMM, 0.31, p.slope}, n, 20.0);
+  for (double& height : z) height += Uniform(random, -0.5, 0.5);
+  FormArrays out(n);
+  const auto fit = FitAsphere({.heights = z, .spacingUM = 20.0}, p.asphere, {.free = {.conic = true}}, out.Spans()).fit;
+  ASSERT_TRUE(fit && fit->covariance);
+  const std::vector<long double> at = {fit->apexXMM, 0.001L * fit->apexZUM, fit->slope, fit->conic + 1.0L};
+  const auto deviation = [&](std::size_t i, const std::vector<long double>& place) {
+    AsphereDescription asphere = p.asphere;
+    asphere.conicFactor = static_cast<double>(place[3]);
+    return PlainDeviation(static_cast<long double>(i) * 0.02L, z[i] * 0.001L, place, asphere);
+  };
+  std::vector<std::vector<DoubleDouble>> matrix(4, std::vector<DoubleDouble>(4));
+  for (std::size_t i = 0; i < n; ++i) {
+    std::array<double, 4> slope{};
+    for (std::size_t k = 0; k < 4; ++k) {
+      std::vector<long double> more = at, less = at;
+      more[k] += 0x1p-20L;
+      less[k] -= 0x1p-20L;
+      slope[k] = static_cast<double>((deviation(i, more) - deviation(i, less)) / 0x1p-19L);
+    }
+    for (std::size_t k = 0; k < 4; ++k) {
+      for (std::size_t l = 0; l < 4; ++l) matrix[k][l] += DoubleDouble(slope[k]) * slope[l];
+    }
+  }
+  using P = ShapeParameters;
+  const double perSlope = 1.0 / (1.0 + fit->slope * fit->slope);  // angle per slope
+  const std::pair<P::Index, double> parameters[] = {
+      {P::kX, 1.0}, {P::kZ, 1.0}, {P::kAngle, perSlope}, {P::kConic, 1.0}};
+  for (std::size_t k = 0; k < 4; ++k) {
+    std::vector<DoubleDouble> unit(4);
+    unit[k] = 1.0;
+    const double variance = SolveDense(matrix, unit)[k].hi * fit->meritMM2 / static_cast<double>(n - 4);
+    const auto [index, factor] = parameters[k];
+    EXPECT_TRUE(Near(*fit->covariance->Uncertainty(index, 1.0) / (std::sqrt(variance) * factor), 1.0, 1e-6)) << k;
+  }
+  EXPECT_FALSE(fit->covariance->Uncertainty(P::kCurvature, 1.0)) << "held";
+}
+
 // A random asphere, its placement and the data's length, as steep as 80 degrees; the apex in the left fifth of the
 // trace, in the right fifth or anywhere.
 Prescription RandomPrescription(std::mt19937_64& random) {
@@ -160,6 +203,35 @@ TEST(FormAsphere, ConvergesInTwoHundredRandomCases) {
     EXPECT_LT(PeakToValley(out.residual), 1e-5) << cases;
     EXPECT_TRUE(Near(result.fit->apexXMM, p.apexMM, 1e-6)) << cases;
     EXPECT_TRUE(Near(result.fit->apexZUM, -200.0, 1e-3)) << cases;
+  }
+}
+
+// Nearly spherical ones whose apex lies anywhere, measured over a small part and with noise: several minima of nearly
+// one depth.
+TEST(FormAsphere, IsNeverWorseWithMoreFreedom) {
+  std::mt19937_64 random(39);
+  constexpr std::size_t kPoints = 400;
+  for (int c = 0; c < 40; ++c) {
+    const double radius = Uniform(random, 3.0, 60.0);
+    const double half = Uniform(random, 0.05, 0.4) * radius;
+    const double share = Uniform(random, -0.1, 1.1);
+    const double lengthMM = half / std::max(std::abs(share), std::abs(1.0 - share));
+    const double spacingUM = lengthMM * 1000.0 / (kPoints - 1);
+    const AsphereDescription asphere{-1.0 / radius, 1.0 + Uniform(random, -0.2, 0.2), {}};
+    const Placement place{share * lengthMM, 0.3, Uniform(random, -0.08, 0.08)};
+    std::vector<double> z = MeasuredAsphere(asphere, place, kPoints, spacingUM);
+    for (double& height : z) height += Uniform(random, -0.5, 0.5);
+    double merit[4] = {};
+    for (std::size_t free = 0; free < 4; ++free) {
+      FormArrays out(kPoints);
+      const AsphereFitOptions options{.free = {.curvature = (free & 1) != 0, .conic = (free & 2) != 0}};
+      const auto fit = FitAsphere({.heights = z, .spacingUM = spacingUM}, asphere, options, out.Spans()).fit;
+      ASSERT_TRUE(fit);
+      merit[free] = fit->meritMM2;
+      for (const std::size_t tighter : {free & 1, free & 2}) {
+        EXPECT_LE(merit[free], merit[tighter] * (1.0 + 1e-9)) << c << ": " << free << " against " << tighter;
+      }
+    }
   }
 }
 

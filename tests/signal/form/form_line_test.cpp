@@ -39,6 +39,21 @@ TEST(FormMean, LevelsAllHeightsWhateverIsExcluded) {
   EXPECT_FALSE(RemoveMean({z}, {}));
 }
 
+TEST(FormLine, TellsHowSureItIs) {
+  // Heights 0, 1, 0, 1 over x = 0, 2, 4, 6: slope 0.1, deviations -0.2, 0.6, -0.6, 0.2, their variance 0.8 / 2; Sxx =
+  // 20 about the mean x 3. Perpendicular residuals change none of it.
+  const std::vector<double> z = {0.0, 1.0, 0.0, 1.0};
+  for (const ResidualKind kind : {ResidualKind::kVertical, ResidualKind::kPerpendicular}) {
+    FormArrays out(4);
+    const auto fit = FitLine({.heights = z, .spacingUM = 2.0, .residual = kind}, out.Spans());
+    ASSERT_TRUE(fit && fit->slopeUncertainty);
+    EXPECT_TRUE(Near(*fit->slopeUncertainty, std::sqrt(0.4 / 20.0), 1e-14));
+    EXPECT_TRUE(Near(*fit->interceptUncertaintyUM, std::sqrt(0.4 * (0.25 + 9.0 / 20.0)), 1e-14));
+  }
+  FormArrays two(2);
+  EXPECT_FALSE(FitLine({.heights = std::span(z).first(2)}, two.Spans())->slopeUncertainty) << "nothing to judge by";
+}
+
 TEST(FormLine, IsTheLeastSquaresLineOfItsFitPoints) {
   const std::vector<std::optional<IndexRange>> exclusions = {std::nullopt, IndexRange::FromEnds(100, 699)};
   for (const double offset : {0.0, 1e5}) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "signal/double_double.h"
+#include "base/double_double.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
