@@ -8,6 +8,7 @@
 #include <limits>
 #include <optional>
 
+#include "base/elementary.h"
 #include "base/number_text.h"
 #include "base/text.h"
 #include "formats/text_lines.h"
@@ -419,7 +420,7 @@ double LastDigitOf(std::string_view text, const NumberRows& rows, std::size_t co
     if (column >= cells.size()) continue;
     const Print print = PrintOf(cells[column]);
     if (print.hasExponent) {
-      if (print.decimals > 0) digit = std::max(digit, std::pow(10.0, print.exponent - print.decimals));
+      if (print.decimals > 0) digit = std::max(digit, Pow(10.0, print.exponent - print.decimals));
       continue;
     }
     const auto place = static_cast<std::size_t>(std::clamp(print.whole, 0, static_cast<int>(kPlaces) - 1));
@@ -430,9 +431,9 @@ double LastDigitOf(std::string_view text, const NumberRows& rows, std::size_t co
   // Whole numbers, and those with an exponent, may as well be exact.
   if (most == 0 && digit == 0.0) return step > 2.0 ? 0.5 : 0.0;
   if (most == 0) return step > 2.0 * digit ? digit : 0.0;
-  digit = std::max(digit, std::pow(10.0, -most));
+  digit = std::max(digit, Pow(10.0, -most));
   for (std::size_t place = 0; place < kPlaces; ++place) {
-    if (count[place] >= kFewestOfAPlace) digit = std::max(digit, std::pow(10.0, -decimals[place]));
+    if (count[place] >= kFewestOfAPlace) digit = std::max(digit, Pow(10.0, -decimals[place]));
   }
   return digit;
 }

@@ -5,6 +5,7 @@
 #include <array>
 #include <cmath>
 
+#include "base/elementary.h"
 #include "base/number_text.h"
 
 namespace texturon {
@@ -34,7 +35,7 @@ std::vector<std::string> ImplausibleSigns(const ImportedProfile& profile) {
   for (std::size_t i = 1; countsUp && i < z.size(); ++i) countsUp = z[i] - z[i - 1] == 1.0;
   const double slope = path / (static_cast<double>(z.size() - 1) * profile.spacingUM);
   if (slope > 1.0) {
-    signs.push_back("the mean slope is " + FixedText(std::atan(slope) * 57.29577951308232, 1) +
+    signs.push_back("the mean slope is " + FixedText(Atan(slope) * 57.29577951308232, 1) +
                     " degrees; the spacing or the unit of the heights may be wrong");
   }
   if (countsUp && z.size() > 2) signs.emplace_back("the heights count up by 1: an index column may have been read");
