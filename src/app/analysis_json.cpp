@@ -80,6 +80,20 @@ public:
     RatioRows(SelectedHtps(document_));
   }
 
+  void InstrumentValues() {
+    if (document_.profiles.instrumentValues.empty()) return;
+    json_.Key("instrument_values");
+    json_.BeginArray();
+    for (const InstrumentValue& value : document_.profiles.instrumentValues) {
+      json_.BeginObject();
+      Text("name", value.name);
+      Number("value", value.value);
+      Text("unit", value.unit);
+      json_.EndObject();
+    }
+    json_.EndArray();
+  }
+
   void CoreRoughness() {
     const RkResult& rk = document_.results.coreRoughness;
     const std::pair<std::string_view, double> values[] = {{"Rk", rk.Rk},
@@ -210,6 +224,7 @@ void WriteAnalysisJson(std::ostream& out, const Document& document, std::string_
   writer.Parameters();
   writer.ConfigurableRows();
   writer.CoreRoughness();
+  writer.InstrumentValues();
   json.Key("messages");
   json.BeginArray();
   for (const std::string& message : messages) json.Text(Utf8FromWindows1252(message));

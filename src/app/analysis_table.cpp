@@ -12,6 +12,7 @@
 #include "base/number_text.h"
 #include "base/quantity.h"
 #include "parameters/catalogue.h"
+#include "presentation/instrument_comparison.h"
 #include "presentation/shown_rows.h"
 
 namespace texturon {
@@ -115,6 +116,21 @@ void AppendParameters(std::string& out, const Document& document) {
   AppendUndefined(out, undefined);
 }
 
+/// The instrument's results beside those computed here.
+void AppendComparison(std::string& out, const Document& document) {
+  const std::vector<ComparedValue> values = CompareWithInstrument(document);
+  out += "\n" + PadRight("Parameter", 12) + PadLeft("Instrument", 16) + PadLeft("Here", 16) +
+         PadLeft("Difference", 16) + "  Unit\n" + std::string(66, '-') + "\n";
+  for (const ComparedValue& value : values) {
+    std::string line = PadRight(EscapedControls(Utf8FromWindows1252(value.name)), 12) + PadLeft(value.instrument, 16) +
+                       PadLeft(value.here, 16) + PadLeft(value.difference, 16) + "  " +
+                       EscapedControls(Utf8FromWindows1252(value.unit));
+    line.erase(line.find_last_not_of(' ') + 1);
+    out += line + "\n";
+  }
+  if (values.empty()) out += "The file holds no results of the instrument.\n";
+}
+
 /// A text that a spreadsheet would take for a formula gets an apostrophe before it, which makes it a text there.
 std::string CsvCell(std::string_view bytes) {
   const ParsedDouble number = ParseDouble(bytes);
@@ -131,10 +147,11 @@ std::string CsvCell(std::string_view bytes) {
 
 }  // namespace
 
-std::string AnalysisTable(const Document& document, std::string_view file) {
+std::string AnalysisTable(const Document& document, std::string_view file, bool besideInstrument) {
   std::string out;
   AppendFacts(out, document, file);
   if (document.profiles.primaryRange) AppendParameters(out, document);
+  if (besideInstrument) AppendComparison(out, document);
   return out;
 }
 

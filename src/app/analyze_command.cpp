@@ -22,7 +22,7 @@ void Print(const Document& document, const std::string& file, const ConsolePromp
            const AnalyzeOptions& analyze) {
   switch (analyze.form) {
     case OutputForm::kTable:
-      std::cout << AnalysisTable(document, file);
+      std::cout << AnalysisTable(document, file, analyze.besideInstrument);
       break;
     case OutputForm::kCsv:
       std::cout << CsvRow(document, file);

@@ -93,6 +93,11 @@ void AddAnalyze(CLI::App& command, CommonOptions& common, int& status) {
   command.add_flag("--profiles", options->withProfiles, "with --json: the profiles and the spectrum as well")
       ->needs(json);
   command
+      .add_flag("--beside-instrument", options->besideInstrument,
+                "in the table: the results that the file carries of its instrument, beside those computed here")
+      ->excludes(json)
+      ->excludes(csv);
+  command
       .add_option("--append-to", options->appendTo, "add a row a file to a parameter file, which is created if need be")
       ->type_name("CSV");
   command.callback([=, &common, &status] {

@@ -16,6 +16,7 @@ struct AnalyzeOptions {
   std::vector<std::string> files;
   OutputForm form = OutputForm::kTable;
   bool withProfiles = false;
+  bool besideInstrument = false;
   std::string appendTo;  ///< parameter file that gets a row a file; empty: none
 };
 

@@ -9,6 +9,7 @@
 #include "base/text.h"
 #include "base/units.h"
 #include "formats/column_text.h"
+#include "formats/instrument_results.h"
 #include "formats/native_format.h"
 #include "formats/reader_questions.h"
 #include "formats/text_lines.h"
@@ -76,6 +77,7 @@ ReadResult ReadTesterExport(const ReaderInput& input, ImportedProfile& profile) 
     if (cells.first == "R" || cells.first == "W") {
       profile.warnings.push_back("the heights are those of the " + std::string(cells.first) + " profile");
     }
+    AddInstrumentValue(profile, cells.first);
     if (cells.second.empty()) continue;  // results may go on below the heights
     const auto height = NumberField(cells.second);
     if (!height) return RefuseAtLine(input, lines.LineNumber(), "Not a height.");

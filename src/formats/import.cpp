@@ -156,6 +156,7 @@ ProfileSet MakeProfileSet(ImportedProfile&& profile, std::string sourcePath) {
   set.dateTime = std::move(profile.date);
   set.sourcePath = std::move(sourcePath);
   set.tipRadiusMM = profile.tipRadiusMM;
+  set.instrumentValues = std::move(profile.instrumentValues);
   return set;
 }
 

@@ -11,6 +11,7 @@
 #include "base/units.h"
 #include "formats/companion_file.h"
 #include "formats/even_spacing.h"
+#include "formats/instrument_results.h"
 #include "formats/reader_questions.h"
 #include "formats/text_lines.h"
 #include "formats/unit_words.h"
@@ -30,6 +31,7 @@ bool Append(double heightUM, ImportedProfile& profile) {
 }
 
 constexpr std::string_view kOnlyFirst = "the file holds several profiles; the first is read";
+constexpr std::string_view kDataSection = "CalcData";
 constexpr std::string_view kTooMany = "There are more than 750 000 points.";
 
 /// The value of "key=value".
@@ -218,11 +220,12 @@ ReadResult ReadSectionText(const ReaderInput& input, ImportedProfile& profile) {
   if (!lines.NextFilled().value_or(std::string_view{}).starts_with("// Header")) {
     return ReadResult::NotRecognised("line 1 is not \"// Header\"");
   }
-  bool inData = false;
+  std::string_view section;
   bool hasData = false;
   while (const auto line = lines.Next()) {
     if (line->starts_with("//")) {
-      inData = TrimBlanks(line->substr(2)) == "CalcData";
+      section = TrimBlanks(line->substr(2));
+      const bool inData = section == kDataSection;
       if (inData && hasData) {
         profile.warnings.emplace_back(kOnlyFirst);
         break;
@@ -233,7 +236,12 @@ ReadResult ReadSectionText(const ReaderInput& input, ImportedProfile& profile) {
     if (TrimBlanks(*line).empty()) continue;
     const auto fields = SplitAtEach(*line, ';');
     const std::string_view value = fields.size() > 1 ? fields[1] : std::string_view{};
-    if (!inData) {
+    if (section == "CalcResult" && fields.size() > 2) {
+      // "Rmr(c)" and its kin are names too; a result that was not computed is no number.
+      const auto result = NumberField(value, true);
+      if (result) AddInstrumentValue(profile, TrimBlanks(fields[0]), *result, TrimBlanks(fields[2]));
+    }
+    if (section != kDataSection) {
       if (fields[0] == "Version") profile.identification = value;
       if (fields[0] == "Date")
         profile.date = std::string(value) + (fields.size() > 2 ? " " + std::string(fields[2]) : "");

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "platform/prompts.h"
+#include "record/instrument_value.h"
 
 namespace texturon {
 
@@ -20,11 +21,12 @@ struct ImportedProfile {
   std::string date;            ///< unparsed
   double spacingUM = 0.0;      ///< must end up above 0
   std::vector<double> heightsUM;
-  double tipRadiusMM = -1.0;           ///< -1.0: not stated
-  std::int32_t column = 0;             ///< the table's column that was asked for, from 1; 0: no question
-  std::filesystem::path companion;     ///< the second file that was read; empty: none
-  std::string spacingSource;           ///< for people: what of the file, or who, gave the spacing
-  std::vector<std::string> warnings;   ///< for people: what was tolerated, guessed, and looks wrong
+  double tipRadiusMM = -1.0;          ///< -1.0: not stated
+  std::int32_t column = 0;            ///< the table's column that was asked for, from 1; 0: no question
+  std::filesystem::path companion;    ///< the second file that was read; empty: none
+  std::string spacingSource;          ///< for people: what of the file, or who, gave the spacing
+  std::vector<std::string> warnings;  ///< for people: what was tolerated, guessed, and looks wrong
+  std::vector<InstrumentValue> instrumentValues;
   std::vector<std::string> decisions;  ///< for people: how a text without a layout of its own was understood
 };
 

@@ -9,6 +9,7 @@
 #include "base/number_text.h"
 #include "base/text.h"
 #include "formats/even_spacing.h"
+#include "formats/instrument_results.h"
 #include "formats/reader_questions.h"
 #include "formats/text_lines.h"
 #include "formats/unit_words.h"
@@ -74,6 +75,10 @@ void ReadConditions(std::string_view text, ImportedProfile& profile) {
     if (wasInComment || fields.size() < 2) continue;
     if (fields[0] == "DATE") date = fields[1];
     if (fields[0] == "TIME") time = fields[1];
+    if (fields[0] == "PARAMETER_VALUE" && fields.size() > 2) {
+      const auto value = NumberField(fields[2]);
+      if (value) AddInstrumentValue(profile, fields[1], *value, fields.size() > 3 ? fields[3] : std::string_view{});
+    }
     if (fields[0] == "PROBING_SYSTEM") {
       // The tip radius is the number that a unit follows.
       for (std::size_t i = 1; i + 1 < fields.size(); ++i) {

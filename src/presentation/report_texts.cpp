@@ -105,6 +105,7 @@ ReportTexts MakeReportTexts(const Document& document, std::string_view time) {
   ReportTexts texts{.company = display.CompanyName,
                     .identification = document.profiles.identification,
                     .facts = Facts(document, time),
+                    .instrumentValues = CompareWithInstrument(document),
                     .changedSettings = ChangedSettings(document.settings)};
   for (const ShownRow& row : ShownRows(document)) texts.rows.push_back(MakeRow(row, display.Metric));
   texts.summary = Summary(texts.rows);

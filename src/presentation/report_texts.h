@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "analysis/document.h"
+#include "presentation/instrument_comparison.h"
 #include "presentation/shown_rows.h"
 
 namespace texturon {
@@ -33,6 +34,7 @@ struct ReportTexts {
   std::vector<ReportLine> facts;
   std::string summary;  ///< how many rows are out of tolerance; empty where none has limits
   std::vector<ReportRow> rows;
+  std::vector<ComparedValue> instrumentValues;
   std::vector<ReportLine> changedSettings;  ///< settings of the analysis that differ from the defaults
 };
 

@@ -9,6 +9,7 @@
 
 #include "base/index_range.h"
 #include "base/units.h"
+#include "record/instrument_value.h"
 #include "record/motif.h"
 #include "record/profile.h"
 
@@ -44,8 +45,9 @@ struct ProfileSet {
   std::string identification;
   std::string dateTime;
   std::string sourcePath;
-  double tipRadiusMM = -1.0;  ///< -1.0 or 0.0: none known
-  bool inverted = false;      ///< `raw` is upside down to what the reader delivered
+  double tipRadiusMM = -1.0;                      ///< -1.0 or 0.0: none known
+  std::vector<InstrumentValue> instrumentValues;  ///< what the file tells of the instrument's own results
+  bool inverted = false;                          ///< `raw` is upside down to what the reader delivered
 
   // Derived.
   std::vector<double> form;  ///< the geometry that form removal took out

@@ -224,6 +224,11 @@ private:
              Font(8.5, fails));
   }
 
+  void PaintComparison(const QRect& line, const QStringList& cells, bool isHead) {
+    PaintRow(line, cells, Font(8.5, isHead));
+    if (isHead) painter_.drawLine(line.bottomLeft(), line.bottomRight());
+  }
+
   void PaintSetting(const QRect& line, std::size_t i) {
     const auto& [name, text] = texts_.changedSettings[i];
     Text(line.adjusted(0, 0, -line.width() * 2 / 5, 0), FromText(name), Font(8.5));
@@ -241,6 +246,20 @@ private:
     const Section sections[] = {
         {[this](const QRect& line) { PaintTableHead(line); },
          [this](const QRect& line, std::size_t i) { PaintTableRow(line, i); }, texts_.rows.size()},
+        {[this](const QRect& line) {
+           PaintComparison(line,
+                           {QObject::tr("Result of the instrument"), QObject::tr("Instrument"), QObject::tr("Unit"),
+                            QObject::tr("Here"), QObject::tr("Difference")},
+                           true);
+         },
+         [this](const QRect& line, std::size_t i) {
+           const ComparedValue& value = texts_.instrumentValues[i];
+           PaintComparison(line,
+                           {FromText(value.name), FromText(value.instrument), FromText(value.unit),
+                            FromText(value.here), FromText(value.difference)},
+                           false);
+         },
+         texts_.instrumentValues.size()},
         {[this](const QRect& line) {
            Text(line, QObject::tr("Settings that differ from the defaults"), Font(9, true));
          },
