@@ -8,13 +8,17 @@
 
 #include "analysis/captions.h"
 #include "analysis/curve_step.h"
+#include "analysis/ratio_row_list.h"
 #include "analysis/spectrum_step.h"
+#include "base/quantity.h"
 #include "base/units.h"
 #include "export/asphere_export.h"
 #include "export/curve_export.h"
 #include "export/parameter_csv.h"
 #include "export/profile_export.h"
+#include "export/qdas_file.h"
 #include "formats/mod_writer.h"
+#include "platform/platform.h"
 #include "settings/nominal_settings.h"
 
 namespace texturon {
@@ -207,6 +211,34 @@ const ExportKind* FindExportKind(std::string_view name) {
   const auto* const kind = std::find_if(kExportKinds.begin(), kExportKinds.end(),
                                         [name](const ExportKind& candidate) { return candidate.name == name; });
   return kind == kExportKinds.end() ? nullptr : kind;
+}
+
+std::optional<QdasText> QdasTextOf(const Document& document, const std::tm& time) {
+  const bool metric = document.settings.display.Metric;
+  std::vector<QdasCharacteristic> characteristics;
+  const auto add = [&](const ParameterDef& row, std::string name) {
+    if (!row.tolerance.toleranced) return;
+    const auto shown = [&row, metric](double value) { return row.quantity.Shown(value, metric); };
+    const CountedLimits limits = LimitsThatCount(row.tolerance);
+    QdasCharacteristic characteristic{.name = std::move(name),
+                                      .unit = PrintedUnit(row.quantity.Unit(metric)),
+                                      .decimals = row.format.decimals.In(metric)};
+    if (limits.lower) characteristic.lowerLimit = shown(*limits.lower);
+    if (limits.upper) characteristic.upperLimit = shown(*limits.upper);
+    if (row.valid) characteristic.value = shown(row.value);
+    characteristics.push_back(std::move(characteristic));
+  };
+  for (const ParameterDef& row : document.catalogue.rows) {
+    if (row.selected) add(row, row.name);
+  }
+  for (const auto& entries : {SelectedMaterialRatios(document), SelectedHtps(document)}) {
+    for (const RatioRowEntry& entry : entries) add(entry.row, entry.row.name + entry.label);
+  }
+  if (characteristics.empty()) return std::nullopt;
+  const std::string file = TextFromPath(PathFromText(document.profiles.sourcePath).filename());
+  return QdasText{QdasDescription(characteristics, FilterLabel(document.settings.analysis) + ", Lc " +
+                                                       LengthText(document.settings.analysis.LcCutoffMM, metric)),
+                  QdasValues(characteristics, time, file)};
 }
 
 ParameterFileText ParameterFileTextOf(const Document& document, std::string_view time) {

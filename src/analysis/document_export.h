@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include <ctime>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -40,5 +42,13 @@ struct ParameterFileText {
   std::string row;
 };
 ParameterFileText ParameterFileTextOf(const Document& document, std::string_view time);
+
+/// What a file for statistics programs gets for an analysis: its rows with limits, in the document's units.
+struct QdasText {
+  std::string description;
+  std::string values;
+};
+/// Nothing where no row has limits.
+std::optional<QdasText> QdasTextOf(const Document& document, const std::tm& time);
 
 }  // namespace texturon

@@ -13,6 +13,7 @@
 #include "base/charset.h"
 #include "base/date_text.h"
 #include "export/parameter_file.h"
+#include "export/qdas_file.h"
 #include "platform/platform.h"
 
 namespace texturon {
@@ -46,6 +47,17 @@ bool AppendRow(const Document& document, const std::string& appendTo, const Envi
   return false;
 }
 
+/// Adds the values of an analysis to the file for statistics programs. False, with a sentence on standard error, when
+/// they are lost.
+bool AppendQdas(const Document& document, const std::string& file, const Environment& environment) {
+  const auto text = QdasTextOf(document, environment.localTime());
+  const std::string reason =
+      text ? AppendToQdasFile(PathFromSystemText(file), text->description, text->values, InUse::kRetryOnce).reason
+           : "gets nothing: no row has limits";
+  if (!reason.empty()) ComplainOf(file, reason);
+  return reason.empty();
+}
+
 }  // namespace
 
 int RunAnalyze(const AnalyzeOptions& analyze, const CommonOptions& common) {
@@ -57,7 +69,8 @@ int RunAnalyze(const AnalyzeOptions& analyze, const CommonOptions& common) {
   setup->document.wanted = {
       .spectrum = analyze.withProfiles, .heightCurves = false, .coreRoughness = analyze.form == OutputForm::kJson};
   const Environment environment = SystemEnvironment();
-  RunFiles clashing{.reads = PathsOf(files), .writes = {PathFromSystemText(analyze.appendTo)}};
+  RunFiles clashing{.reads = PathsOf(files),
+                    .writes = {PathFromSystemText(analyze.appendTo), PathFromSystemText(analyze.qdas)}};
   if (WritesTraceFile(setup->document, environment)) clashing.writes.push_back(environment.traceFile);
   RefuseClash(std::move(clashing), common);
   int status = setup->settingsHadProblems ? kExitRefused : kExitDone;
@@ -83,6 +96,7 @@ int RunAnalyze(const AnalyzeOptions& analyze, const CommonOptions& common) {
     if (run.ok() && !analyze.appendTo.empty() && !AppendRow(document, analyze.appendTo, environment)) {
       status = kExitRefused;
     }
+    if (run.ok() && !analyze.qdas.empty() && !AppendQdas(document, analyze.qdas, environment)) status = kExitRefused;
     if (analyze.form == OutputForm::kTable && !isFirst) std::cout << "\n\n";
     isFirst = false;
     Print(document, file.name, prompts, analyze);

@@ -100,6 +100,10 @@ void AddAnalyze(CLI::App& command, CommonOptions& common, int& status) {
   command
       .add_option("--append-to", options->appendTo, "add a row a file to a parameter file, which is created if need be")
       ->type_name("CSV");
+  command
+      .add_option("--qdas", options->qdas,
+                  "add the rows with limits to a file for statistics programs, which is created if need be")
+      ->type_name("DFQ");
   command.callback([=, &common, &status] {
     options->form = *json ? OutputForm::kJson : *csv ? OutputForm::kCsv : OutputForm::kTable;
     status = RunAnalyze(*options, common);

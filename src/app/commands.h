@@ -17,6 +17,7 @@ struct AnalyzeOptions {
   OutputForm form = OutputForm::kTable;
   bool withProfiles = false;
   bool besideInstrument = false;
+  std::string qdas;      ///< file for statistics programs that gets the values of each file; empty: none
   std::string appendTo;  ///< parameter file that gets a row a file; empty: none
 };
 

@@ -66,21 +66,28 @@ std::string NoParameterFile(const std::filesystem::path& path) {
   return Objection(start);
 }
 
-AppendOutcome AppendToParameterFile(const std::filesystem::path& path, std::string_view header, std::string_view rows,
-                                    InUse inUse, const std::function<bool()>& givesUp) {
+AppendOutcome AppendLines(const std::filesystem::path& path, std::string_view header, std::string_view lines,
+                          const std::function<std::string(const AppendFile&)>& objection, InUse inUse,
+                          const std::function<bool()>& givesUp) {
   const auto file = Hold(path, inUse, givesUp);
   if (file->state() == AppendFile::State::kInUse) return {false, std::string(kInUseReason)};
   if (file->state() == AppendFile::State::kFailed) return {false, file->outcome().reason};
-  if (!header.empty()) {
-    std::string objection = NoParameterFile(*file);
-    if (!objection.empty()) return {false, std::move(objection)};
-  }
+  std::string reason = objection(*file);
+  if (!reason.empty()) return {false, std::move(reason)};
   std::string text;
   if (file->size() == 0) text += header;
   if (file->endsInsideLine()) text += "\r\n";
-  text += rows;
+  text += lines;
   const FileOutcome outcome = file->Append(text);
   return {outcome.ok(), outcome.reason};
+}
+
+AppendOutcome AppendToParameterFile(const std::filesystem::path& path, std::string_view header, std::string_view rows,
+                                    InUse inUse, const std::function<bool()>& givesUp) {
+  const auto objection = [header](const AppendFile& file) {
+    return header.empty() ? std::string() : NoParameterFile(file);
+  };
+  return AppendLines(path, header, rows, objection, inUse, givesUp);
 }
 
 AppendOutcome AppendParameters(const std::filesystem::path& path, std::string_view header, std::string_view row,

@@ -31,6 +31,13 @@ struct AppendOutcome {
 std::string NoParameterFile(const AppendFile& file);
 std::string NoParameterFile(const std::filesystem::path& path);
 
+/// Adds lines to the end of a file of lines, which is created with `header` where it is not there (or empty): all of
+/// them or none, without another writer's between them, and on lines of their own. `objection` tells why the file must
+/// not be added to. `givesUp`, asked now and then while it waits, ends the waiting.
+AppendOutcome AppendLines(const std::filesystem::path& path, std::string_view header, std::string_view lines,
+                          const std::function<std::string(const AppendFile&)>& objection, InUse inUse,
+                          const std::function<bool()>& givesUp = {});
+
 /// Adds rows to the end of a parameter file, which is created with `header` where it is not there (or empty). They
 /// follow each other without another writer's between them, all of them or none. A file whose last line has no end gets
 /// one first; one that is no parameter file is refused. Without a header the file is any text of lines. `givesUp`,

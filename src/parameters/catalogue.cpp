@@ -101,12 +101,18 @@ std::string ShownValue(const ParameterDef& row, bool metric) {
   return FixedText(std::abs(value) < kLeastShown ? 0.0 : value, decimals);
 }
 
+CountedLimits LimitsThatCount(const Tolerance& tolerance) {
+  const double upper = tolerance.upperLimit;
+  const double lower = tolerance.lowerLimit;
+  if (!tolerance.toleranced || (upper == 0.0 && (!tolerance.bilateral || lower == 0.0))) return {};
+  return {tolerance.bilateral ? std::optional(lower) : std::nullopt, upper};
+}
+
 std::optional<Verdict> JudgeValue(double value, const Tolerance& tolerance) {
   if (!tolerance.toleranced) return std::nullopt;
-  const auto passIf = [](bool passes) { return passes ? Verdict::kPass : Verdict::kFail; };
-  if (!tolerance.bilateral) return passIf(tolerance.upperLimit == 0.0 || value <= tolerance.upperLimit);
-  if (tolerance.upperLimit == 0.0 && tolerance.lowerLimit == 0.0) return Verdict::kPass;
-  return passIf(value <= tolerance.upperLimit && value >= tolerance.lowerLimit);
+  const CountedLimits limits = LimitsThatCount(tolerance);
+  const bool passes = (!limits.upper || value <= *limits.upper) && (!limits.lower || value >= *limits.lower);
+  return passes ? Verdict::kPass : Verdict::kFail;
 }
 
 std::optional<Verdict> JudgeRow(const ParameterDef& row) {

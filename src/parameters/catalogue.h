@@ -50,8 +50,16 @@ std::string PrintedUnit(std::string_view unit);
 /// value. Empty where it was not computed.
 std::string ShownValue(const ParameterDef& row, bool metric);
 
-/// Verdict after the tolerance: empty where the row is not toleranced. Without bilateral limits only the upper one
-/// counts, and 0.0 is no limit; with both, two zeros are none. An undefined value (NaN) fails every limit.
+/// The limits of a toleranced row that count. Without bilateral limits only the upper one does, and 0.0 is no limit;
+/// with both, two zeros are none.
+struct CountedLimits {
+  std::optional<double> lower;
+  std::optional<double> upper;
+};
+CountedLimits LimitsThatCount(const Tolerance& tolerance);
+
+/// Verdict after the limits that count: empty where the row is not toleranced. An undefined value (NaN) fails every
+/// limit.
 enum class Verdict { kPass, kFail };
 std::optional<Verdict> JudgeValue(double value, const Tolerance& tolerance);
 std::optional<Verdict> JudgeRow(const ParameterDef& row);

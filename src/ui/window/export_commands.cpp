@@ -8,6 +8,7 @@
 #include "base/date_text.h"
 #include "base/text.h"
 #include "export/parameter_file.h"
+#include "export/qdas_file.h"
 #include "platform/platform.h"
 #include "settings/settings_text.h"
 #include "ui/qt_text.h"
@@ -44,6 +45,12 @@ void CMainFrame::MakeExportMenu() {
        .tip = tr("Adds a row to the parameter file after every load.")},
       [](const Document& document) { return document.settings.autoLoading.AutoExport; },
       [this](bool on) { OnAutoExport(on); });
+  AddCommand(*menu,
+             {.name = "exportStatistics",
+              .text = tr("Results for &Statistics..."),
+              .tip = tr("Adds the rows with limits to a file for statistics programs (Q-DAS)."),
+              .needsProfile = true},
+             [this] { OnExportStatistics(); });
   menu->addSeparator();
   QMenu* const profiles = menu->addMenu(tr("Export &Profiles"));
   QMenu* const curves = menu->addMenu(tr("Export &Curves"));
@@ -92,6 +99,23 @@ void CMainFrame::OnExport(const ExportKind& kind) {
   const FileOutcome outcome = ReplaceFile(*file, result.text);
   if (outcome.ok()) {
     statusBar()->showMessage(tr("Wrote %1").arg(FromPath(*file)), 5'000);
+  } else {
+    doc_->prompts().ShowMessage(FileSentence(*file, outcome.reason));
+  }
+}
+
+void CMainFrame::OnExportStatistics() {
+  const auto text = QdasTextOf(doc_->document(), doc_->environment().localTime());
+  if (!text) return doc_->prompts().ShowMessage("Not exported: no row has limits.");
+  const auto file = AskFileToSave(this, {.title = tr("Results for Statistics"),
+                                         .filters = "Q-DAS Files (*.dfq)|*.dfq|All Files (*.*)|*.*||",
+                                         .extension = "dfq",
+                                         .proposal = ProposedName(".dfq"),
+                                         .confirmsOverwrite = false});
+  if (!file) return;
+  const AppendOutcome outcome = AppendToQdasFile(*file, text->description, text->values, InUse::kRetryOnce);
+  if (outcome.written) {
+    statusBar()->showMessage(tr("Added values to %1").arg(FromPath(*file)), 5'000);
   } else {
     doc_->prompts().ShowMessage(FileSentence(*file, outcome.reason));
   }

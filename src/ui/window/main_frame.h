@@ -105,6 +105,7 @@ private:
   void OnExport(const ExportKind& kind);
   /// Adds a row to the parameter file; `asks`: after asking for one.
   void OnExportParameters(bool asks);
+  void OnExportStatistics();
   void OnAutoExport(bool on);
   /// False where the user has cancelled.
   bool AskForParameterFile();
