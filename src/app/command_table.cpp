@@ -30,6 +30,7 @@ void AddFileOptions(CLI::App& command, CommonOptions& options) {
   command.add_option("--answer", options.answer, "answer to what a reader or a fit would ask (no)")
       ->type_name("yes|no")
       ->check(CLI::IsMember({"yes", "no"}));
+  command.add_flag("--slope", options.slope, "the file is a table of slopes: integrate them");
   command.add_flag("--invert", options.invert, "turn the heights upside down after reading");
   command.add_flag("--quiet", options.quiet, "nothing on standard error but refusals");
 }

@@ -103,6 +103,7 @@ void ApplyRunOptions(const CommonOptions& options, RunSetup& setup) {
   }
   if (options.profile > 0) setup.import.profileChoice = options.profile;
   setup.import.column = options.column;
+  setup.import.integratesSlopes = options.slope;
 }
 
 }  // namespace

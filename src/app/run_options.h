@@ -36,6 +36,7 @@ struct CommonOptions {
   bool wholeCutoffs = false;
   bool allDataForForm = false;
   bool invert = false;
+  bool slope = false;
   bool noTrace = false;
 };
 

@@ -7,6 +7,7 @@
 #include <limits>
 #include <optional>
 
+#include "base/elementary.h"
 #include "base/number_text.h"
 #include "base/text.h"
 #include "formats/content_kinds.h"
@@ -156,9 +157,53 @@ ReadResult FinishWithoutPositions(const ReaderInput& input, Table& table, std::s
   return ReadResult::Read();
 }
 
+/// Heights of slopes: the sum of trapezia between the valid points, in the unit of the positions. Where a slope is not
+/// valid the height is not.
+std::vector<double> IntegralOf(const std::vector<double>& x, const std::vector<double>& slope, double radiansPerUnit) {
+  std::vector<double> heights(x.size(), kInvalid);
+  double height = 0.0;
+  std::optional<std::size_t> last;
+  for (std::size_t i = 0; i < x.size(); ++i) {
+    if (!std::isfinite(slope[i]) || !std::isfinite(x[i])) continue;
+    const auto gradient = [&](std::size_t at) { return Tan(slope[at] * radiansPerUnit); };
+    if (last) height += 0.5 * (gradient(*last) + gradient(i)) * (x[i] - x[*last]);
+    heights[i] = height;
+    last = i;
+  }
+  return heights;
+}
+
+/// Makes a profile of a table of slopes over positions.
+ReadResult FinishSlopes(Table& table, ImportedProfile& profile) {
+  const auto& columns = table.heading.columns;
+  const auto slope = std::find_if(columns.begin(), columns.end(),
+                                  [](const ColumnHeading& column) { return RadiansPerUnit(column.unit).has_value(); });
+  if (slope == columns.end()) return Unusable("no column is in a unit of angle");
+  if (!table.chosen.x) return Unusable("slopes without positions have no heights");
+  const auto column = static_cast<std::size_t>(slope - columns.begin());
+  const std::size_t xColumn = *table.chosen.x;
+  if (std::string wrong = NoLength(table, xColumn); !wrong.empty()) return Unusable(std::move(wrong));
+  if (!columns[xColumn].HasLength()) return Unusable("the positions of the slopes have no unit");
+  std::vector<double>& x = table.rows.columns[xColumn];
+  const double unitUM = columns[xColumn].unitUM;
+  const double step = std::abs(x.back() - x.front()) / static_cast<double>(x.size() - 1);
+  for (double& position : x) position *= unitUM;
+  profile.spacingSource = "column of positions";
+  Describe(table, column, profile);
+  profile.isIntegral = true;
+  profile.warnings.push_back("the heights are the integral of " + ColumnText(table.heading, column) + ", in " +
+                             Quoted(slope->unit) + ", over the positions");
+  Trace trace{.xUM = x, .zUM = IntegralOf(x, table.rows.columns[column], *RadiansPerUnit(slope->unit))};
+  trace.lastDigitUM = [&] { return LastDigitOf(table.text, table.rows, xColumn, step) * unitUM; };
+  const EvenOutcome even = MakeEven(std::move(trace), profile);
+  if (even.ok()) return ReadResult::Read();
+  return Unusable(AtLine(table.rows.LineOf(even.point), "column " + Number(xColumn + 1) + ": " + even.reason));
+}
+
 ReadResult Finish(const ReaderInput& input, Table& table, ImportedProfile& profile) {
   if (!table.rows.wrong.empty())
     return Unusable(table.rows.wrong, table.rows.Count() < 3 ? (table.rows.Count() == 0 ? 0 : kNoRows) : kRows);
+  if (input.options.integratesSlopes) return FinishSlopes(table, profile);
   if (!table.chosen.wrong.empty()) return Unusable(table.chosen.wrong);
   const std::vector<std::size_t>& heights = table.chosen.heights;
   const std::size_t zColumn = heights[AskHeightColumn(input, heights.size(), profile) - 1];

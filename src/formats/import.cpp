@@ -115,6 +115,7 @@ ImportOutcome ReadThroughChain(const ExtensionEntry& entry, const ReaderInput& i
   std::replace(profile.date.begin(), profile.date.end(), ',', ';');
   outcome.loaded = profile.spacingUM > 0.0;
   if (!outcome.loaded) outcome.reason = "has a point spacing that is not above 0";
+  if (input.options.integratesSlopes && !profile.isIntegral) return {.reason = "is no table of slopes"};
   for (const std::string& warning : profile.warnings) input.prompts.Notice(warning);
   if (!outcome.loaded) return outcome;
   for (const std::string& sign : ImplausibleSigns(profile)) input.prompts.Notice(sign);

@@ -27,6 +27,7 @@ struct ImportedProfile {
   std::string spacingSource;          ///< for people: what of the file, or who, gave the spacing
   std::vector<std::string> warnings;  ///< for people: what was tolerated, guessed, and looks wrong
   std::vector<InstrumentValue> instrumentValues;
+  bool isIntegral = false;             ///< the heights are the integral of slopes
   std::vector<std::string> decisions;  ///< for people: how a text without a layout of its own was understood
 };
 
@@ -35,6 +36,7 @@ struct ImportOptions {
   std::optional<std::int32_t> profileChoice;  ///< which profile of several, from 1; empty: the reader asks
   std::int32_t column = 1;                    ///< preset of a question for a table's column: the last answer, from 1
   std::optional<double> spacingUM;            ///< preset of a question for the spacing
+  bool integratesSlopes = false;              ///< a table of slopes is wanted: heights are their integral
   bool knownExtensionsOnly = false;           ///< a file of another extension is not tried by its content
 };
 

@@ -202,6 +202,23 @@ std::optional<double> MicrometresPerUnit(std::string_view unit) {
   return micrometres ? std::optional(Tidied(*micrometres)) : std::nullopt;
 }
 
+std::optional<double> RadiansPerUnit(std::string_view unit) {
+  constexpr double kPerDegree = 0.017453292519943295;
+  const std::string whole = LowerAscii(WithoutPlural(unit));
+  if (whole == "deg" || whole == "degree" || whole == "\xB0") return kPerDegree;
+  if (whole == "arcmin") return kPerDegree / 60.0;
+  if (whole == "arcsec") return kPerDegree / 3600.0;
+  // The same prefixes as those of a metre.
+  for (const std::string_view base : {"radian", "rad"}) {
+    if (!whole.ends_with(base)) continue;
+    const std::string_view prefix = unit.substr(0, whole.size() - base.size());
+    if (prefix.empty()) return 1.0;
+    const auto metres = MicrometresPerUnit(std::string(prefix) + (base == "rad" ? "m" : "metre"));
+    return metres ? std::optional(*metres * 1e-6) : std::nullopt;
+  }
+  return std::nullopt;
+}
+
 UnitStatement UnitOfCell(std::string_view cell) {
   cell = TrimBlanks(cell);
   while (cell.size() > 1 && cell.front() == '"' && cell.back() == '"')

@@ -12,6 +12,9 @@ namespace texturon {
 /// page byte. Empty for what is no such unit.
 std::optional<double> MicrometresPerUnit(std::string_view unit);
 
+/// Radians in one unit of angle: radians with a prefix, degrees, minutes and seconds of arc. Empty for what is none.
+std::optional<double> RadiansPerUnit(std::string_view unit);
+
 /// What a heading's cell says of a unit.
 struct UnitStatement {
   enum class Kind { kNone, kLength, kOther };  ///< kOther: a unit, but no length, or one with a factor before it
