@@ -8,6 +8,7 @@
 
 #include "analysis/captions.h"
 #include "analysis/curve_step.h"
+#include "analysis/ratio_row_list.h"
 #include "analysis/spectrum_step.h"
 #include "base/units.h"
 #include "export/asphere_export.h"
@@ -215,6 +216,7 @@ ParameterFileText ParameterFileTextOf(const Document& document, std::string_view
   const std::string description = AnalysisDescription(document);
   const IndexRange evaluated = profiles.evaluationRange.value_or(IndexRange{});
   const DisplaySettings& display = document.settings.display;
+  const MaterialRatioTitles titles = MaterialRatioTitlesOf(display);
   const ParameterCsvInput input{.catalogue = document.catalogue,
                                 .settings = document.settings.analysis,
                                 .primaryMaterialRatios = results.primaryMaterialRatios,
@@ -226,8 +228,8 @@ ParameterFileText ParameterFileTextOf(const Document& document, std::string_view
                                 .identification = profiles.identification,
                                 .description = description,
                                 .metric = display.Metric,
-                                .primaryRatioTitle = display.PrimaryAsTpa ? "Tpa" : "Pmr",
-                                .roughnessRatioTitle = display.RoughnessAsTpi ? "Tpi" : "Rmr",
+                                .primaryRatioTitle = titles.primary,
+                                .roughnessRatioTitle = titles.roughness,
                                 .traverseLengthUM = profiles.LengthUM(),
                                 .evaluationLengthUM = LengthOfPoints(evaluated.count, profiles.residualSpacingUM)};
   return {ParameterCsvHeader(input), ParameterCsvRow(input)};
