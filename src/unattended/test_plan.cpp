@@ -10,6 +10,7 @@
 #include "base/number_text.h"
 #include "base/text.h"
 #include "parameters/catalogue.h"
+#include "parameters/letter_settings.h"
 #include "parameters/suffix_table.h"
 #include "settings/filter_table.h"
 
@@ -193,6 +194,7 @@ private:
     const char letter = LowerAscii(hybrid.type.front());
     const bool isPrimary = letter == 'p';
     const bool isSupported = isPrimary || letter == 'r';
+    const LetterSettings& own = SettingsOfLetter(UpperAscii(letter));
     if (EqualIgnoringCase(kind, "mr")) {
       if (!isSupported) return Refuse(hybrid, "WARNING: Only Primary and Roughness bearing ratios are supported");
       AddMaterialRatio(hybrid, isPrimary);
@@ -201,10 +203,9 @@ private:
       AddHtp(hybrid, isPrimary);
     } else if (EqualIgnoringCase(kind, "hsc")) {
       if (!isSupported) return Refuse(hybrid, "WARNING: Only Primary and Roughness hsc's are supported");
-      AddLevelRow(hybrid, isPrimary ? "Phsc" : "Rhsc",
-                  isPrimary ? settings_.PrimaryHSCHeight : settings_.RoughnessHSCHeight);
+      AddLevelRow(hybrid, isPrimary ? "Phsc" : "Rhsc", settings_.*own.highSpotLevelUM);
     } else if (EqualIgnoringCase(kind, "pc") && isSupported) {
-      AddLevelRow(hybrid, isPrimary ? "Ppc" : "Rpc", isPrimary ? settings_.PrimaryPcLevel : settings_.RoughnessPcLevel);
+      AddLevelRow(hybrid, isPrimary ? "Ppc" : "Rpc", settings_.*own.peakBandUM);
     } else {
       AddUnknown(hybrid.label, hybrid.type, hybrid.type);
     }
