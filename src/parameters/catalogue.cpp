@@ -101,12 +101,19 @@ std::string ShownValue(const ParameterDef& row, bool metric) {
   return FixedText(std::abs(value) < kLeastShown ? 0.0 : value, decimals);
 }
 
+LimitsInForce LimitsOf(const Tolerance& tolerance) {
+  if (!tolerance.toleranced) return {};
+  const bool hasUpper = tolerance.upperLimit != 0.0 || (tolerance.bilateral && tolerance.lowerLimit != 0.0);
+  if (!hasUpper) return {};
+  return {.lower = tolerance.bilateral ? std::optional(tolerance.lowerLimit) : std::nullopt,
+          .upper = tolerance.upperLimit};
+}
+
 std::optional<Verdict> JudgeValue(double value, const Tolerance& tolerance) {
   if (!tolerance.toleranced) return std::nullopt;
-  const auto passIf = [](bool passes) { return passes ? Verdict::kPass : Verdict::kFail; };
-  if (!tolerance.bilateral) return passIf(tolerance.upperLimit == 0.0 || value <= tolerance.upperLimit);
-  if (tolerance.upperLimit == 0.0 && tolerance.lowerLimit == 0.0) return Verdict::kPass;
-  return passIf(value <= tolerance.upperLimit && value >= tolerance.lowerLimit);
+  const LimitsInForce limits = LimitsOf(tolerance);
+  const bool passes = (!limits.upper || value <= *limits.upper) && (!limits.lower || value >= *limits.lower);
+  return passes ? Verdict::kPass : Verdict::kFail;
 }
 
 std::optional<Verdict> JudgeRow(const ParameterDef& row) {
@@ -137,10 +144,6 @@ ParameterFamily FamilyOfRow(std::string_view name) {
 
 bool IsRkFamily(std::string_view name) {
   return FamilyOfRow(name) == ParameterFamily::kDerivedCore;
-}
-
-bool IsMotifName(std::string_view name) {
-  return FamilyOfRow(name) == ParameterFamily::kMotif;
 }
 
 }  // namespace texturon

@@ -62,14 +62,9 @@ std::string LimitText(double limit, const ParameterDef& row, bool metric) {
 
 ReportRow MakeRow(const ShownRow& shown, bool metric) {
   ReportRow row{.title = shown.title + shown.label, .value = shown.value, .unit = shown.unit, .verdict = shown.verdict};
-  const Tolerance& tolerance = shown.row.tolerance;
-  if (!tolerance.toleranced) return row;
-  // Which limits count is the rule of JudgeValue.
-  const bool bothCount = tolerance.bilateral && (tolerance.upperLimit != 0.0 || tolerance.lowerLimit != 0.0);
-  if (bothCount) row.lower = LimitText(tolerance.lowerLimit, shown.row, metric);
-  if (bothCount || (!tolerance.bilateral && tolerance.upperLimit != 0.0)) {
-    row.upper = LimitText(tolerance.upperLimit, shown.row, metric);
-  }
+  const LimitsInForce limits = LimitsOf(shown.row.tolerance);
+  if (limits.lower) row.lower = LimitText(*limits.lower, shown.row, metric);
+  if (limits.upper) row.upper = LimitText(*limits.upper, shown.row, metric);
   return row;
 }
 
