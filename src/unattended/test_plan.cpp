@@ -13,34 +13,13 @@
 #include "parameters/letter_settings.h"
 #include "parameters/suffix_table.h"
 #include "settings/filter_table.h"
+#include "unattended/pass_families.h"
 
 namespace texturon {
 namespace {
 
 constexpr double kDefaultCutoffMM = 0.8;
 constexpr std::int32_t kMostHybrids = 50;
-
-/// The keys from which a family takes its filter. An empty name: the family has no such key.
-struct FilterKeys {
-  std::string_view filter;
-  std::string_view cutoff;
-  std::string_view cutoffCount;
-  std::string_view bandwidthRatio;
-};
-
-FilterKeys KeysOf(Family family) {
-  switch (family) {
-    case Family::kWaviness:
-      return {"WavFilter", "WavCutOffLength", "WavNumOfCuttOffs", ""};
-    case Family::kRk:
-      return {"", "RKCutOffLength", "RKNumOfCuttOffs", "RKBandWidthRatio"};
-    case Family::kMotif:
-      return {"RoughFilter", "RoughCutOffLength", "", "RoughBandWidthRatio"};
-    case Family::kStandard:
-      break;
-  }
-  return {"RoughFilter", "RoughCutOffLength", "RoughNumOfCuttOffs", "RoughBandWidthRatio"};
-}
 
 std::int32_t FilterTypeOf(PlanKeys& keys, std::string_view key) {
   const auto text = keys.Text(key);
@@ -87,16 +66,16 @@ void ReadMotifLengths(PlanKeys& keys, AnalysisSettings& settings) {
 
 void ReadFilterAndForm(PlanKeys& keys, Family family, Document& document) {
   AnalysisSettings& settings = document.settings.analysis;
-  const FilterKeys names = KeysOf(family);
-  settings.FilterType = family == Family::kRk ? kFilterIso13565 : FilterTypeOf(keys, names.filter);
-  settings.LcCutoffMM = CutoffMM(keys, names.cutoff);
-  const double ratio = keys.Real(names.bandwidthRatio);
+  const PassFamily& pass = PassFamilyOf(family);
+  settings.FilterType = family == Family::kRk ? kFilterIso13565 : FilterTypeOf(keys, pass.filterKey);
+  settings.LcCutoffMM = CutoffMM(keys, pass.cutoffKey);
+  const double ratio = keys.Real(pass.bandwidthRatioKey);
   settings.LsCutoffMM = ratio > 0.0 ? settings.LcCutoffMM / ratio : 0.0;
   const std::int32_t form = keys.Integer("FormOption");
   const bool isForm = FindForm(form) != nullptr;
   settings.FormRemovalType = isForm ? form : kFormLine;
   if (!isForm) keys.RemarkReadAs("FormOption", IntegerText(kFormLine));
-  const std::int32_t cutoffs = keys.Integer(names.cutoffCount);
+  const std::int32_t cutoffs = keys.Integer(pass.cutoffCountKey);
   document.scope.region = cutoffs > 0 ? std::optional(RegionOfCutoffs(cutoffs, settings)) : std::nullopt;
   ReadMotifLengths(keys, settings);
 }
@@ -115,16 +94,7 @@ Tolerance ToleranceOf(PlanKeys& keys, const PlanKeys::ListedName& listed) {
 }
 
 ResultList ListOf(Family family, std::string_view catalogueName) {
-  switch (family) {
-    case Family::kWaviness:
-      return ResultList::kWaviness;
-    case Family::kMotif:
-      return ResultList::kMotif;
-    case Family::kRk:
-      return ResultList::kRk;
-    case Family::kStandard:
-      break;
-  }
+  if (const auto& list = PassFamilyOf(family).list) return *list;
   return LowerAscii(catalogueName.front()) == 'r' ? ResultList::kRoughness : ResultList::kPrimary;
 }
 
@@ -293,20 +263,6 @@ private:
   PassPlan plan_;
 };
 
-std::string_view CounterName(Family family) {
-  switch (family) {
-    case Family::kWaviness:
-      return "W";
-    case Family::kMotif:
-      return "MOTIF";
-    case Family::kRk:
-      return "RK";
-    case Family::kStandard:
-      break;
-  }
-  return "STD";
-}
-
 }  // namespace
 
 Family FamilyOf(std::string_view catalogueName) {
@@ -322,14 +278,14 @@ std::optional<PassPlan> ReadTestPlan(PlanKeys& keys, Family family, Document& do
   ReadFilterAndForm(keys, family, document);
   PassReader reader(keys, family, document, log);
   reader.ReadParameters();
-  if (family == Family::kStandard) reader.ReadHybrids("Hybrids");
-  if (family == Family::kMotif) reader.ReadHybrids("Hybrid_2");
+  const PassFamily& row = PassFamilyOf(family);
+  if (!row.hybridKeys.empty()) reader.ReadHybrids(row.hybridKeys);
   PassPlan pass = reader.TakePlan();
   if (family == Family::kWaviness && pass.detected > 0 && !keys.Has("WavFilter")) {
     log("WARNING: Waviness analysis with no filter given");
   }
   pass.remarks = keys.TakeRemarks();
-  log(std::string(CounterName(family)) + ": " + IntegerText(pass.detected) + " parameters detected");
+  log(std::string(row.counter) + ": " + IntegerText(pass.detected) + " parameters detected");
   ApplySettings(document, document.settings);
   return pass;
 }
