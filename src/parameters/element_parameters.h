@@ -8,6 +8,7 @@
 
 // Parameters of the profile elements (FindProfileElements), discriminated by the height and width percentages of the
 // settings, by the letter of the profile. Each fails for a profile without elements.
+// sm and c are those of ISO 4287, the others are this program's.
 namespace texturon {
 
 RowResult MeanElementWidth(const RowInput& row);          ///< sm, mm

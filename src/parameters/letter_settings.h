@@ -25,8 +25,8 @@ struct LetterSettings {
   Field peakBandUM;        ///< pc: the whole width of the band
 };
 
-/// The letters of the profiles. F has no keys of its own. The roughness has one discrimination, that of its heights: the
-/// keys of Rsm play no part.
+/// The letters of the profiles. F has no keys of its own. The roughness has one discrimination, that of its heights:
+/// the keys of Rsm play no part.
 inline constexpr LetterSettings kLetterSettings[] = {
     {.letter = 'F',
      .widths = {&AnalysisSettings::PsmPzPercent, &AnalysisSettings::PsmSamplingLengthPercent},
