@@ -219,7 +219,7 @@ std::optional<QdasText> QdasTextOf(const Document& document, const std::tm& time
   const auto add = [&](const ParameterDef& row, std::string name) {
     if (!row.tolerance.toleranced) return;
     const auto shown = [&row, metric](double value) { return row.quantity.Shown(value, metric); };
-    const CountedLimits limits = LimitsThatCount(row.tolerance);
+    const LimitsInForce limits = LimitsOf(row.tolerance);
     QdasCharacteristic characteristic{.name = std::move(name),
                                       .unit = PrintedUnit(row.quantity.Unit(metric)),
                                       .decimals = row.format.decimals.In(metric)};
@@ -247,6 +247,7 @@ ParameterFileText ParameterFileTextOf(const Document& document, std::string_view
   const std::string description = AnalysisDescription(document);
   const IndexRange evaluated = profiles.evaluationRange.value_or(IndexRange{});
   const DisplaySettings& display = document.settings.display;
+  const MaterialRatioTitles titles = MaterialRatioTitlesOf(display);
   const ParameterCsvInput input{.catalogue = document.catalogue,
                                 .settings = document.settings.analysis,
                                 .primaryMaterialRatios = results.primaryMaterialRatios,
@@ -258,8 +259,8 @@ ParameterFileText ParameterFileTextOf(const Document& document, std::string_view
                                 .identification = profiles.identification,
                                 .description = description,
                                 .metric = display.Metric,
-                                .primaryRatioTitle = display.PrimaryAsTpa ? "Tpa" : "Pmr",
-                                .roughnessRatioTitle = display.RoughnessAsTpi ? "Tpi" : "Rmr",
+                                .primaryRatioTitle = titles.primary,
+                                .roughnessRatioTitle = titles.roughness,
                                 .traverseLengthUM = profiles.LengthUM(),
                                 .evaluationLengthUM = LengthOfPoints(evaluated.count, profiles.residualSpacingUM)};
   return {ParameterCsvHeader(input), ParameterCsvRow(input)};

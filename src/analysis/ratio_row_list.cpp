@@ -24,14 +24,14 @@ ParameterDef HeightRow() {
 }
 
 template <typename Rows, typename Label>
-void AppendSelected(std::vector<RatioRowEntry>& entries, ParameterDef row, const Rows& rows,
+void AppendSelected(std::vector<RatioRowEntry>& entries, ParameterDef row, std::string_view title, const Rows& rows,
                     const RatioRowResults& results, const Label& label) {
   for (std::size_t i = 0; i < rows.size(); ++i) {
     if (!rows[i].selected) continue;
     row.tolerance = rows[i].tolerance;
     row.value = results[i].value;
     row.valid = results[i].valid;
-    entries.push_back({row, i, label(rows[i])});
+    entries.push_back({row, title, i, label(rows[i])});
   }
 }
 
@@ -42,6 +42,10 @@ ParameterDef Named(ParameterDef row, const char* name) {
 
 }  // namespace
 
+MaterialRatioTitles MaterialRatioTitlesOf(const DisplaySettings& display) {
+  return {display.PrimaryAsTpa ? "Tpa" : "Pmr", display.RoughnessAsTpi ? "Tpi" : "Rmr"};
+}
+
 std::vector<RatioRowEntry> SelectedMaterialRatios(const Document& document) {
   const AnalysisSettings& settings = document.settings.analysis;
   const AnalysisResults& results = document.results;
@@ -49,10 +53,11 @@ std::vector<RatioRowEntry> SelectedMaterialRatios(const Document& document) {
     return MaterialRatioLabel(row, metric);
   };
   std::vector<RatioRowEntry> entries;
-  AppendSelected(entries, Named(PercentRow(), "Pmr"), settings.primaryMaterialRatios, results.primaryMaterialRatios,
-                 label);
-  AppendSelected(entries, Named(PercentRow(), "Rmr"), settings.roughnessMaterialRatios, results.roughnessMaterialRatios,
-                 label);
+  const MaterialRatioTitles titles = MaterialRatioTitlesOf(document.settings.display);
+  AppendSelected(entries, Named(PercentRow(), "Pmr"), titles.primary, settings.primaryMaterialRatios,
+                 results.primaryMaterialRatios, label);
+  AppendSelected(entries, Named(PercentRow(), "Rmr"), titles.roughness, settings.roughnessMaterialRatios,
+                 results.roughnessMaterialRatios, label);
   return entries;
 }
 
@@ -60,8 +65,8 @@ std::vector<RatioRowEntry> SelectedHtps(const Document& document) {
   const AnalysisSettings& settings = document.settings.analysis;
   const AnalysisResults& results = document.results;
   std::vector<RatioRowEntry> entries;
-  AppendSelected(entries, Named(HeightRow(), "PHtp"), settings.primaryHtps, results.primaryHtps, HtpLabel);
-  AppendSelected(entries, Named(HeightRow(), "RHtp"), settings.roughnessHtps, results.roughnessHtps, HtpLabel);
+  AppendSelected(entries, Named(HeightRow(), "PHtp"), "PHtp", settings.primaryHtps, results.primaryHtps, HtpLabel);
+  AppendSelected(entries, Named(HeightRow(), "RHtp"), "RHtp", settings.roughnessHtps, results.roughnessHtps, HtpLabel);
   return entries;
 }
 

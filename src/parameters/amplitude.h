@@ -6,7 +6,8 @@
 
 #include "parameters/parameter_profile.h"
 
-// Whole-profile height parameters after ISO 4287, in um (skewness and kurtosis: 1). Each fails for no points.
+// Whole-profile height parameters after ISO 4287, in um (skewness and kurtosis: 1), and one of this program, twi. Each
+// fails for no points.
 namespace texturon {
 
 RowResult TotalHeight(const RowInput& row);              ///< t: highest minus lowest

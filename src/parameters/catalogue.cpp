@@ -101,16 +101,17 @@ std::string ShownValue(const ParameterDef& row, bool metric) {
   return FixedText(std::abs(value) < kLeastShown ? 0.0 : value, decimals);
 }
 
-CountedLimits LimitsThatCount(const Tolerance& tolerance) {
-  const double upper = tolerance.upperLimit;
-  const double lower = tolerance.lowerLimit;
-  if (!tolerance.toleranced || (upper == 0.0 && (!tolerance.bilateral || lower == 0.0))) return {};
-  return {tolerance.bilateral ? std::optional(lower) : std::nullopt, upper};
+LimitsInForce LimitsOf(const Tolerance& tolerance) {
+  if (!tolerance.toleranced) return {};
+  const bool hasUpper = tolerance.upperLimit != 0.0 || (tolerance.bilateral && tolerance.lowerLimit != 0.0);
+  if (!hasUpper) return {};
+  return {.lower = tolerance.bilateral ? std::optional(tolerance.lowerLimit) : std::nullopt,
+          .upper = tolerance.upperLimit};
 }
 
 std::optional<Verdict> JudgeValue(double value, const Tolerance& tolerance) {
   if (!tolerance.toleranced) return std::nullopt;
-  const CountedLimits limits = LimitsThatCount(tolerance);
+  const LimitsInForce limits = LimitsOf(tolerance);
   const bool passes = (!limits.upper || value <= *limits.upper) && (!limits.lower || value >= *limits.lower);
   return passes ? Verdict::kPass : Verdict::kFail;
 }
@@ -143,10 +144,6 @@ ParameterFamily FamilyOfRow(std::string_view name) {
 
 bool IsRkFamily(std::string_view name) {
   return FamilyOfRow(name) == ParameterFamily::kDerivedCore;
-}
-
-bool IsMotifName(std::string_view name) {
-  return FamilyOfRow(name) == ParameterFamily::kMotif;
 }
 
 }  // namespace texturon

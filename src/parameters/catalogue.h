@@ -50,16 +50,15 @@ std::string PrintedUnit(std::string_view unit);
 /// value. Empty where it was not computed.
 std::string ShownValue(const ParameterDef& row, bool metric);
 
-/// The limits of a toleranced row that count. Without bilateral limits only the upper one does, and 0.0 is no limit;
-/// with both, two zeros are none.
-struct CountedLimits {
-  std::optional<double> lower;
-  std::optional<double> upper;
+/// The limits that a value is held against, in metric units: none where the row is not toleranced. Without bilateral
+/// limits only the upper one counts, and 0.0 is no limit; with both, two zeros are none.
+struct LimitsInForce {
+  std::optional<double> lower{};
+  std::optional<double> upper{};
 };
-CountedLimits LimitsThatCount(const Tolerance& tolerance);
+LimitsInForce LimitsOf(const Tolerance& tolerance);
 
-/// Verdict after the limits that count: empty where the row is not toleranced. An undefined value (NaN) fails every
-/// limit.
+/// Verdict after these limits: empty where the row is not toleranced. An undefined value (NaN) fails every limit.
 enum class Verdict { kPass, kFail };
 std::optional<Verdict> JudgeValue(double value, const Tolerance& tolerance);
 std::optional<Verdict> JudgeRow(const ParameterDef& row);
@@ -71,8 +70,5 @@ std::string CatalogueToExternalName(std::string_view name);
 ParameterFamily FamilyOfRow(std::string_view name);
 /// True for the derived core-roughness rows: Rpk+k, Rpk/k, Rk+vk, Rvk/k, Rmr1, Rmr2, Rpk*, Rvk*.
 bool IsRkFamily(std::string_view name);
-
-/// True for the seven motif rows (R, Rx, AR, W, Wx, Wte, AW), in any case.
-bool IsMotifName(std::string_view name);
 
 }  // namespace texturon

@@ -2,6 +2,8 @@
 
 #include "parameters/catalogue_table.h"
 
+#include "parameters/letter_settings.h"
+
 namespace texturon {
 namespace {
 
@@ -41,23 +43,31 @@ constexpr MasterRow Row(std::string_view name, const RowKind& kind, std::string_
   return {name, kind.quantity, kind.format, definition, source, details};
 }
 
-// The discrimination of the elements: of the roughness, all rows have that of the heights.
-constexpr RowDetails WidthRow(SettingNote::Field height, SettingNote::Field width, int csvDecimals) {
+// Rows that show the settings of their profile's letter.
+constexpr RowDetails WidthRow(char letter, int csvDecimals, std::string_view planName = {}) {
+  const auto [height, width] = SettingsOfLetter(letter).widths;
   return {.note = {ElementWidthNote, height, width},
           .csvLabel = {ElementWidthColumn, height, width},
-          .csvDecimals = csvDecimals};
+          .csvDecimals = csvDecimals,
+          .planName = planName};
 }
-constexpr RowDetails HeightRow(SettingNote::Field height, SettingNote::Field width) {
+constexpr RowDetails HeightRow(char letter) {
+  const auto [height, width] = SettingsOfLetter(letter).heights;
   return {.note = {ElementHeightNote, height, width}, .csvLabel = {ElementHeightColumn, height, width}};
+}
+constexpr RowDetails PeakCount(char letter) {
+  const SettingNote::Field band = SettingsOfLetter(letter).peakBandUM;
+  return {.note = {PeakCountNote, band}, .csvLabel = {PeakCountColumn, band}};
+}
+constexpr RowDetails HighSpots(SettingNote::Text note, SettingNote::Text column, char letter) {
+  const SettingNote::Field level = SettingsOfLetter(letter).highSpotLevelUM;
+  return {.note = {note, level}, .csvLabel = {column, level}};
+}
+constexpr RowDetails Valleys(char letter) {
+  return {.csvLabel = {LevelColumn, SettingsOfLetter(letter).valleyLevelUM}};
 }
 constexpr RowDetails Ball(SettingNote::Field radius) {
   return {.note = {BallNote, radius}};
-}
-constexpr RowDetails PeakCount(SettingNote::Field band) {
-  return {.note = {PeakCountNote, band}, .csvLabel = {PeakCountColumn, band}};
-}
-constexpr RowDetails HighSpots(SettingNote::Text note, SettingNote::Text column, SettingNote::Field level) {
-  return {.note = {note, level}, .csvLabel = {column, level}};
 }
 constexpr RowDetails kClosing = Ball(&S::ClosingRadiusForWvoid);
 constexpr RowDetails kOpening = Ball(&S::OpeningRadiusForWcvx);
@@ -78,11 +88,10 @@ constexpr MasterRow kMasterRows[] = {
     Row("Pku", kNumber, "kurtosis: mean of z^4 over q^4", "ISO 4287"),
     Row("Pp", kHeight, "maximum peak height above the mean line", "ISO 4287"),
     Row("Pv", kHeight, "maximum valley depth below the mean line", "ISO 4287"),
-    Row("Psm", kLength, "mean width of the profile elements", "ISO 4287",
-        WidthRow(&S::PsmPzPercent, &S::PsmSamplingLengthPercent, 6)),
+    Row("Psm", kLength, "mean width of the profile elements", "ISO 4287", WidthRow('P', 6)),
     Row("Ps", kLength, "mean spacing of local peaks", kOwn),
-    Row("Phsc", kCount, "high spot count", kOwn, HighSpots(LevelNote, LevelColumn, &S::PrimaryHSCHeight)),
-    Row("Pvc", kCount, "valley count", kOwn, {.csvLabel = {LevelColumn, &S::PrimaryVCHeight}}),
+    Row("Phsc", kCount, "high spot count", kOwn, HighSpots(LevelNote, LevelColumn, 'P')),
+    Row("Pvc", kCount, "valley count", kOwn, Valleys('P')),
     Row("Pm0", kMoment0, "zeroth spectral moment: mean of z^2", kOwn, kSixDecimals),
     Row("Pm2", kMoment2, "second spectral moment: mean square of the slope", kOwn, kSixDecimals),
     Row("Pm4", kMoment4, "fourth spectral moment: mean square of the curvature", kOwn, kSixDecimals),
@@ -96,8 +105,7 @@ constexpr MasterRow kMasterRows[] = {
     Row("Wv", kHeight, "maximum valley depth below the mean line", "ISO 4287"),
     Row("Wseg", kHeight, "largest peak-to-valley height in a moving window", kOwn, kSegment),
     Row("Wsegl", kLength, "position of Wseg", kOwn, kSegment),
-    Row("Wsm", kLength, "mean width of the profile elements", "ISO 4287",
-        WidthRow(&S::WsmWzPercent, &S::WsmSamplingLengthPercent, 3)),
+    Row("Wsm", kLength, "mean width of the profile elements", "ISO 4287", WidthRow('W', 3)),
     Row("Ws", kLength, "mean spacing of local peaks", kOwn),
     Row("Wdq", kAngle, "root mean square slope, 7-point formula, as an angle", "ISO 4287"),
     Row("Wcvx", kHeight, "largest height above the opening envelope", kOwn, kOpening),
@@ -112,8 +120,7 @@ constexpr MasterRow kMasterRows[] = {
     Row("Wvdm", kHeight, "mean void depth", kOwn, kClosing),
     Row("Wvda", kArea, "void area", kOwn, kClosing),
     Row("Wtc", kHeight, "greatest height of a profile element", kOwn),
-    Row("Wc", kHeight, "mean height of the profile elements", "ISO 4287",
-        HeightRow(&S::WcWzPercent, &S::WcSamplingLengthPercent)),
+    Row("Wc", kHeight, "mean height of the profile elements", "ISO 4287", HeightRow('W')),
     Row("Wlslp", kMinutes, "largest slope of the least-squares line over a moving window", kOwn, kSlopeWindow),
     Row("Wlslpl", kLength, "position of Wlslp", kOwn, kSlopeWindow),
     Row("Weslp", kMinutes, "largest slope of the chord over a moving window", kOwn, kSlopeWindow),
@@ -125,8 +132,7 @@ constexpr MasterRow kMasterRows[] = {
     Row("Ra7l", kSweptPosition, "position of Ra7", kOwn),
     Row("Rpm7", kHeight, "largest mean of seven neighbouring sampling-length peak heights", kOwn),
     Row("Rpm7l", kSweptPosition, "position of Rpm7", kOwn),
-    Row("Rc", kHeight, "mean height of the profile elements", "ISO 4287",
-        HeightRow(&S::RcRzPercent, &S::RcSamplingLengthPercent)),
+    Row("Rc", kHeight, "mean height of the profile elements", "ISO 4287", HeightRow('R')),
     Row("Rt", kHeight, "total height: highest minus lowest point", "ISO 4287"),
     Row("Rp", kHeight, "maximum peak height above the mean line", "ISO 4287"),
     Row("Rv", kHeight, "maximum valley depth below the mean line", "ISO 4287"),
@@ -147,15 +153,10 @@ constexpr MasterRow kMasterRows[] = {
     Row("Rmax", kHeight, "largest peak-to-valley height of a sampling length", kOwn),
     Row("Ry", kHeight, "largest peak-to-valley height of a sampling length, as Rmax", kOwn),
     Row("Rz1max", kHeight, "largest single peak-to-valley height, as Rmax", kOwn),
-    Row("Rsm", kLength, "mean width of the profile elements", "ISO 4287",
-        {.note = {ElementWidthNote, &S::RcRzPercent, &S::RcSamplingLengthPercent},
-         .csvLabel = {ElementWidthColumn, &S::RcRzPercent, &S::RcSamplingLengthPercent},
-         .csvDecimals = 6,
-         .planName = "RSm"}),
+    Row("Rsm", kLength, "mean width of the profile elements", "ISO 4287", WidthRow('R', 6, "RSm")),
     Row("Rs", kLength, "mean spacing of local peaks", kOwn),
-    Row("Rhsc", kCount, "high spot count", kOwn,
-        HighSpots(RoughnessHighSpotNote, RoughnessHighSpotColumn, &S::RoughnessHSCHeight)),
-    Row("Rvc", kCount, "valley count", kOwn, {.csvLabel = {LevelColumn, &S::RoughnessVCHeight}}),
+    Row("Rhsc", kCount, "high spot count", kOwn, HighSpots(RoughnessHighSpotNote, RoughnessHighSpotColumn, 'R')),
+    Row("Rvc", kCount, "valley count", kOwn, Valleys('R')),
     Row("Rk", kHeight, "core roughness depth", "ISO 13565-2", kCoreRow),
     Row("Rpk", kHeight, "reduced peak height", "ISO 13565-2", kCoreRow),
     Row("Rpk*", kHeight, "highest point above the core", kOwn, {.family = kDerivedCore, .planName = "Rpk_Star"}),
@@ -177,10 +178,10 @@ constexpr MasterRow kMasterRows[] = {
     Row("Rm0", kMoment0, "zeroth spectral moment: mean of z^2", kOwn, kSixDecimals),
     Row("Rm2", kMoment2, "second spectral moment: mean square of the slope", kOwn, kSixDecimals),
     Row("Rm4", kMoment4, "fourth spectral moment: mean square of the curvature", kOwn, kSixDecimals),
-    Row("Rpc", kCountPerLength, "peak count per length", kOwn, PeakCount(&S::RoughnessPcLevel)),
+    Row("Rpc", kCountPerLength, "peak count per length", kOwn, PeakCount('R')),
     Row("Rtwi", kPercent, "share of points within plus or minus q of the mean line", kOwn),
-    Row("Ppc", kCountPerLength, "peak count per length", kOwn, PeakCount(&S::PrimaryPcLevel)),
-    Row("Wpc", kCountPerLength, "peak count per length", kOwn, PeakCount(&S::WavinessPcLevel)),
+    Row("Ppc", kCountPerLength, "peak count per length", kOwn, PeakCount('P')),
+    Row("Wpc", kCountPerLength, "peak count per length", kOwn, PeakCount('W')),
     Row("R", kHeight, "mean depth of the roughness motifs", "ISO 12085", kMotifRow),
     Row("Rx", kHeight, "largest depth of the roughness motifs", "ISO 12085", kMotifRow),
     Row("AR", kHeight, "mean length of the roughness motifs", "ISO 12085", kMotifRow),

@@ -4,6 +4,8 @@
 
 #include <cstddef>
 
+#include "parameters/letter_settings.h"
+
 namespace texturon {
 namespace {
 
@@ -39,34 +41,22 @@ std::size_t CountValleys(std::span<const double> z, double level) {
   return count;
 }
 
-double PeakCountBandUM(char letter, const AnalysisSettings& settings) {
-  switch (letter) {
-    case 'R':
-      return settings.RoughnessPcLevel;
-    case 'P':
-      return settings.PrimaryPcLevel;
-    default:
-      return settings.WavinessPcLevel;
-  }
-}
-
 RowResult HighSpotCount(const RowInput& row) {
   if (row.profile.Heights().empty()) return std::nullopt;
-  const bool isRoughness = row.profile.Letter() == 'R';
-  const double level = isRoughness ? row.settings.RoughnessHSCHeight : row.settings.PrimaryHSCHeight;
+  const double level = row.settings.*SettingsOfLetter(row.profile.Letter()).highSpotLevelUM;
   return static_cast<double>(CountHighSpots(row.profile.Heights(), level));
 }
 
 RowResult ValleyCount(const RowInput& row) {
   if (row.profile.Heights().empty()) return std::nullopt;
-  const bool isRoughness = row.profile.Letter() == 'R';
-  const double level = isRoughness ? row.settings.RoughnessVCHeight : row.settings.PrimaryVCHeight;
+  const double level = row.settings.*SettingsOfLetter(row.profile.Letter()).valleyLevelUM;
   return static_cast<double>(CountValleys(row.profile.Heights(), level));
 }
 
 RowResult PeakCountPerLength(const RowInput& row) {
   const std::span<const double> z = row.profile.Heights();
-  const std::size_t count = CountPeaksThroughBand(z, PeakCountBandUM(row.profile.Letter(), row.settings) * 0.5);
+  const double bandUM = row.settings.*SettingsOfLetter(row.profile.Letter()).peakBandUM;
+  const std::size_t count = CountPeaksThroughBand(z, bandUM * 0.5);
   if (count == 0) return 0.0;
   const double lengthMM = static_cast<double>(z.size() - 1) * row.profile.SpacingMM();
   return static_cast<double>(count) / lengthMM * kPerCentimetre;

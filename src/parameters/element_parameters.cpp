@@ -2,57 +2,52 @@
 
 #include "parameters/element_parameters.h"
 
+#include "parameters/letter_settings.h"
+
 namespace texturon {
 namespace {
 
-std::optional<ElementStatistics> StatisticsFor(const RowInput& row, ElementRow kind) {
-  const ElementPercentages percent = DiscriminationOf(row.profile.Letter(), kind, row.settings);
-  const auto& elements = row.profile.Elements(percent.height, percent.width);
+using Kind = LetterSettings::Discrimination LetterSettings::*;
+
+const std::optional<std::vector<ProfileElement>>& ElementsFor(const RowInput& row, Kind kind) {
+  const LetterSettings::Discrimination& discrimination = SettingsOfLetter(row.profile.Letter()).*kind;
+  return row.profile.Elements(row.settings.*discrimination.height, row.settings.*discrimination.width);
+}
+
+std::optional<ElementStatistics> StatisticsFor(const RowInput& row, Kind kind) {
+  const auto& elements = ElementsFor(row, kind);
   if (!elements) return std::nullopt;
   return SummariseElements(*elements);
 }
 
 }  // namespace
 
-ElementPercentages DiscriminationOf(char letter, ElementRow kind, const AnalysisSettings& settings) {
-  switch (letter) {
-    case 'R':
-      return {settings.RcRzPercent, settings.RcSamplingLengthPercent};
-    case 'W':
-      if (kind == ElementRow::kHeight) return {settings.WcWzPercent, settings.WcSamplingLengthPercent};
-      return {settings.WsmWzPercent, settings.WsmSamplingLengthPercent};
-    default:
-      return {settings.PsmPzPercent, settings.PsmSamplingLengthPercent};
-  }
-}
-
 RowResult MeanElementWidth(const RowInput& row) {
-  const auto statistics = StatisticsFor(row, ElementRow::kWidth);
+  const auto statistics = StatisticsFor(row, &LetterSettings::widths);
   if (!statistics) return std::nullopt;
   return statistics->meanWidthPoints * row.profile.SpacingMM();
 }
 
 RowResult MeanElementHeight(const RowInput& row) {
-  const auto statistics = StatisticsFor(row, ElementRow::kHeight);
+  const auto statistics = StatisticsFor(row, &LetterSettings::heights);
   if (!statistics) return std::nullopt;
   return statistics->meanHeightUM;
 }
 
 RowResult GreatestElementHeight(const RowInput& row) {
-  const auto statistics = StatisticsFor(row, ElementRow::kHeight);
+  const auto statistics = StatisticsFor(row, &LetterSettings::heights);
   if (!statistics) return std::nullopt;
   return statistics->greatestHeightUM;
 }
 
 RowResult DeviationOfElementWidths(const RowInput& row) {
-  const auto statistics = StatisticsFor(row, ElementRow::kWidth);
+  const auto statistics = StatisticsFor(row, &LetterSettings::widths);
   if (!statistics || !statistics->widthDeviationPoints) return std::nullopt;
   return *statistics->widthDeviationPoints * row.profile.SpacingMM();
 }
 
 RowResult MeanElementHeightOfLengths(const RowInput& row) {
-  const ElementPercentages percent = DiscriminationOf(row.profile.Letter(), ElementRow::kHeight, row.settings);
-  const auto& elements = row.profile.Elements(percent.height, percent.width);
+  const auto& elements = ElementsFor(row, &LetterSettings::heights);
   const auto lengths = DivideIntoSamplingLengths(row.profile.Heights().size(), row.profile.SpacingMM(),
                                                  row.profile.SamplingLengthMM(), ShortProfile::kIsOneSamplingLength);
   if (!elements || !lengths) return std::nullopt;

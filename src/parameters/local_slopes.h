@@ -10,7 +10,8 @@
 
 // Local slopes by the seven-point formula of ISO 4287,
 //   (z[i+3] - 9 z[i+2] + 45 z[i+1] - 45 z[i-1] + 9 z[i-2] - z[i-3]) / (60 dx),
-// at every point that has three neighbours on both sides. Each row fails for fewer than seven points.
+// at every point that has three neighbours on both sides. dq is that of the standard, the other rows are this
+// program's. Each fails for fewer than seven points.
 namespace texturon {
 
 /// Slopes in um per um of all points but the three at each end; empty for fewer than seven points.

@@ -8,7 +8,8 @@
 #include "parameters/parameter_profile.h"
 
 // Height parameters per sampling length, in um. They always use the roughness cutoff as sampling length, whatever the
-// profile; each fails when the profile cannot be divided.
+// profile; each fails when the profile cannot be divided. zDIN is that of DIN 4768, zJIS that of JIS B 0601, the others
+// are this program's.
 namespace texturon {
 
 /// Mean over the sampling lengths of highest minus lowest. Empty for none.

@@ -6,7 +6,8 @@
 
 #include "parameters/parameter_profile.h"
 
-// Spectral moments of the profile, from central differences with heights and spacing in um.
+// Spectral moments of the profile, from central differences with heights and spacing in um; definitions of this
+// program.
 namespace texturon {
 
 RowResult ZerothMoment(const RowInput& row);  ///< m0, um^2: mean of z^2. Fails for no points.

@@ -62,7 +62,7 @@ std::string LimitText(double limit, const ParameterDef& row, bool metric) {
 
 ReportRow MakeRow(const ShownRow& shown, bool metric) {
   ReportRow row{.title = shown.title + shown.label, .value = shown.value, .unit = shown.unit, .verdict = shown.verdict};
-  const CountedLimits limits = LimitsThatCount(shown.row.tolerance);
+  const LimitsInForce limits = LimitsOf(shown.row.tolerance);
   if (limits.lower) row.lower = LimitText(*limits.lower, shown.row, metric);
   if (limits.upper) row.upper = LimitText(*limits.upper, shown.row, metric);
   return row;

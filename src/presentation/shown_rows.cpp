@@ -21,13 +21,6 @@ ShownRow Show(const ParameterDef& row, std::string title, std::string label, boo
           .verdict = JudgeRow(row)};
 }
 
-/// The name that the display settings give a configurable row.
-std::string RatioTitle(const std::string& name, const DisplaySettings& display) {
-  if (name == "Pmr" && display.PrimaryAsTpa) return "Tpa";
-  if (name == "Rmr" && display.RoughnessAsTpi) return "Tpi";
-  return name;
-}
-
 }  // namespace
 
 std::int32_t ColumnsOfTable(const DisplaySettings& display) {
@@ -44,7 +37,7 @@ std::vector<ShownRow> ShownRows(const Document& document) {
   for (const auto& entries : {SelectedMaterialRatios(document), SelectedHtps(document)}) {
     for (const RatioRowEntry& entry : entries) {
       const std::string number = IntegerText(static_cast<std::int64_t>(entry.index) + 1);
-      const std::string title = RatioTitle(entry.row.name, document.settings.display) + " " + number;
+      const std::string title = std::string(entry.title) + " " + number;
       rows.push_back(Show(entry.row, title, entry.label, metric));
     }
   }

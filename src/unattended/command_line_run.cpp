@@ -19,6 +19,7 @@
 #include "platform/prompts.h"
 #include "settings/settings_file.h"
 #include "unattended/event_log.h"
+#include "unattended/pass_families.h"
 #include "unattended/plan_results.h"
 #include "unattended/test_plan.h"
 
@@ -30,8 +31,6 @@ constexpr std::size_t kDataPiece = 2;
 constexpr std::size_t kFolderPiece = 4;
 constexpr std::string_view kSettingsName = "Texturon.ini";
 constexpr std::string_view kResultsPrefix = "RESULTS.";
-constexpr std::string_view kProfilePrefixes[] = {"PRIMARY.",       "ROUGHNESS.", "WAVINESS.", "ROUGHNESS_RK.",
-                                                 "PRIMARY_MOTIF.", "MOTIF_W.",   "MOTIF_R."};
 
 /// One run from start to end. Every failure is a reason for the caller; what others read stands in log and status file.
 class PlanRun {
@@ -109,7 +108,13 @@ private:
         files.writes.push_back(folder / PathFromSystemText(std::string(prefix) + extension));
       };
       add(kResultsPrefix);
-      for (const std::string_view prefix : kProfilePrefixes) add(prefix);
+      for (const PassFamily& pass : kPassFamilies) {
+        for (const PassProfile& profile : pass.profiles) {
+          if (!profile.prefix.empty()) add(profile.prefix);
+        }
+      }
+      add(kWavinessMotifPrefix);
+      add(kRoughnessMotifPrefix);
     }
     if (WritesTraceFile(document_, environment_)) files.writes.push_back(environment_.traceFile);
     clash_ = FileClash(files);

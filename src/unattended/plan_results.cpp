@@ -11,6 +11,7 @@
 #include "parameters/motif_finder.h"
 #include "platform/platform.h"
 #include "settings/filter_table.h"
+#include "unattended/pass_families.h"
 
 namespace texturon {
 namespace {
@@ -22,20 +23,6 @@ std::vector<std::string>& ListIn(ResultLines& lines, ResultList list) {
 /// An unknown filter goes by the first one's name.
 std::string FilterWord(const FilterRow* filter) {
   return std::string((filter != nullptr ? *filter : kFilterTable.front()).word) + "/";
-}
-
-std::string_view PassName(Family family) {
-  switch (family) {
-    case Family::kWaviness:
-      return "waviness";
-    case Family::kMotif:
-      return "motif";
-    case Family::kRk:
-      return "Rk";
-    case Family::kStandard:
-      break;
-  }
-  return "standard";
 }
 
 std::string PrimaryFilterText(const Document& document) {
@@ -153,12 +140,14 @@ void AppendMotifFiles(const Document& document, std::vector<PassProfileFile>& fi
   const ProfileSet& profiles = document.profiles;
   const double spacingUM = profiles.residualSpacingUM;
   if (!profiles.wavinessMotifs.empty()) {
-    files.push_back({"MOTIF_W.", PointsText(UpperEnvelope(profiles.primary, profiles.roughnessMotifs),
-                                            profiles.roughnessMotifs.front().firstPeak, spacingUM)});
+    files.push_back(
+        {std::string(kWavinessMotifPrefix), PointsText(UpperEnvelope(profiles.primary, profiles.roughnessMotifs),
+                                                       profiles.roughnessMotifs.front().firstPeak, spacingUM)});
   }
   if (!profiles.roughnessMotifs.empty()) {
-    files.push_back({"MOTIF_R.", PointsText(MotifLine(profiles.primary, profiles.roughnessMotifs),
-                                            profiles.roughnessMotifs.front().firstPeak, spacingUM)});
+    files.push_back(
+        {std::string(kRoughnessMotifPrefix), PointsText(MotifLine(profiles.primary, profiles.roughnessMotifs),
+                                                        profiles.roughnessMotifs.front().firstPeak, spacingUM)});
   }
 }
 
@@ -179,7 +168,7 @@ std::vector<std::string> FilterRemarks(const Document& document, Family family) 
   std::vector<std::string> remarks;
   const AnalysisSettings& settings = document.settings.analysis;
   const auto add = [&](std::string_view filter, double cutoffMM, std::string_view consequence) {
-    remarks.push_back("The " + std::string(filter) + "-wave filter of the " + std::string(PassName(family)) +
+    remarks.push_back("The " + std::string(filter) + "-wave filter of the " + std::string(PassFamilyOf(family).name) +
                       " pass cannot run with a cut-off of " + ShortestText(cutoffMM) + " mm over " +
                       ShortestText(document.profiles.LengthMM()) + " mm: " + std::string(consequence));
   };
@@ -194,25 +183,10 @@ std::vector<std::string> FilterRemarks(const Document& document, Family family) 
 
 std::vector<PassProfileFile> PassProfileFiles(const Document& document, Family family) {
   std::vector<PassProfileFile> files;
-  const auto add = [&](const char* prefix, ProfileKind kind) {
-    files.push_back({prefix, ProfileText(document, kind)});
-  };
-  switch (family) {
-    case Family::kStandard:
-      add("PRIMARY.", ProfileKind::kPrimary);
-      add("ROUGHNESS.", ProfileKind::kRoughness);
-      break;
-    case Family::kWaviness:
-      add("WAVINESS.", ProfileKind::kWaviness);
-      break;
-    case Family::kMotif:
-      add("PRIMARY_MOTIF.", ProfileKind::kPrimary);
-      AppendMotifFiles(document, files);
-      break;
-    case Family::kRk:
-      add("ROUGHNESS_RK.", ProfileKind::kRoughness);
-      break;
+  for (const auto& [prefix, kind] : PassFamilyOf(family).profiles) {
+    if (!prefix.empty()) files.push_back({std::string(prefix), ProfileText(document, kind)});
   }
+  if (family == Family::kMotif) AppendMotifFiles(document, files);
   return files;
 }
 

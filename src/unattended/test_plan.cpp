@@ -10,36 +10,16 @@
 #include "base/number_text.h"
 #include "base/text.h"
 #include "parameters/catalogue.h"
+#include "parameters/letter_settings.h"
 #include "parameters/suffix_table.h"
 #include "settings/filter_table.h"
+#include "unattended/pass_families.h"
 
 namespace texturon {
 namespace {
 
 constexpr double kDefaultCutoffMM = 0.8;
 constexpr std::int32_t kMostHybrids = 50;
-
-/// The keys from which a family takes its filter. An empty name: the family has no such key.
-struct FilterKeys {
-  std::string_view filter;
-  std::string_view cutoff;
-  std::string_view cutoffCount;
-  std::string_view bandwidthRatio;
-};
-
-FilterKeys KeysOf(Family family) {
-  switch (family) {
-    case Family::kWaviness:
-      return {"WavFilter", "WavCutOffLength", "WavNumOfCuttOffs", ""};
-    case Family::kRk:
-      return {"", "RKCutOffLength", "RKNumOfCuttOffs", "RKBandWidthRatio"};
-    case Family::kMotif:
-      return {"RoughFilter", "RoughCutOffLength", "", "RoughBandWidthRatio"};
-    case Family::kStandard:
-      break;
-  }
-  return {"RoughFilter", "RoughCutOffLength", "RoughNumOfCuttOffs", "RoughBandWidthRatio"};
-}
 
 std::int32_t FilterTypeOf(PlanKeys& keys, std::string_view key) {
   const auto text = keys.Text(key);
@@ -86,16 +66,16 @@ void ReadMotifLengths(PlanKeys& keys, AnalysisSettings& settings) {
 
 void ReadFilterAndForm(PlanKeys& keys, Family family, Document& document) {
   AnalysisSettings& settings = document.settings.analysis;
-  const FilterKeys names = KeysOf(family);
-  settings.FilterType = family == Family::kRk ? kFilterIso13565 : FilterTypeOf(keys, names.filter);
-  settings.LcCutoffMM = CutoffMM(keys, names.cutoff);
-  const double ratio = keys.Real(names.bandwidthRatio);
+  const PassFamily& pass = PassFamilyOf(family);
+  settings.FilterType = family == Family::kRk ? kFilterIso13565 : FilterTypeOf(keys, pass.filterKey);
+  settings.LcCutoffMM = CutoffMM(keys, pass.cutoffKey);
+  const double ratio = keys.Real(pass.bandwidthRatioKey);
   settings.LsCutoffMM = ratio > 0.0 ? settings.LcCutoffMM / ratio : 0.0;
   const std::int32_t form = keys.Integer("FormOption");
   const bool isForm = FindForm(form) != nullptr;
   settings.FormRemovalType = isForm ? form : kFormLine;
   if (!isForm) keys.RemarkReadAs("FormOption", IntegerText(kFormLine));
-  const std::int32_t cutoffs = keys.Integer(names.cutoffCount);
+  const std::int32_t cutoffs = keys.Integer(pass.cutoffCountKey);
   document.scope.region = cutoffs > 0 ? std::optional(RegionOfCutoffs(cutoffs, settings)) : std::nullopt;
   ReadMotifLengths(keys, settings);
 }
@@ -114,16 +94,7 @@ Tolerance ToleranceOf(PlanKeys& keys, const PlanKeys::ListedName& listed) {
 }
 
 ResultList ListOf(Family family, std::string_view catalogueName) {
-  switch (family) {
-    case Family::kWaviness:
-      return ResultList::kWaviness;
-    case Family::kMotif:
-      return ResultList::kMotif;
-    case Family::kRk:
-      return ResultList::kRk;
-    case Family::kStandard:
-      break;
-  }
+  if (const auto& list = PassFamilyOf(family).list) return *list;
   return LowerAscii(catalogueName.front()) == 'r' ? ResultList::kRoughness : ResultList::kPrimary;
 }
 
@@ -193,6 +164,7 @@ private:
     const char letter = LowerAscii(hybrid.type.front());
     const bool isPrimary = letter == 'p';
     const bool isSupported = isPrimary || letter == 'r';
+    const LetterSettings& own = SettingsOfLetter(UpperAscii(letter));
     if (EqualIgnoringCase(kind, "mr")) {
       if (!isSupported) return Refuse(hybrid, "WARNING: Only Primary and Roughness bearing ratios are supported");
       AddMaterialRatio(hybrid, isPrimary);
@@ -201,10 +173,9 @@ private:
       AddHtp(hybrid, isPrimary);
     } else if (EqualIgnoringCase(kind, "hsc")) {
       if (!isSupported) return Refuse(hybrid, "WARNING: Only Primary and Roughness hsc's are supported");
-      AddLevelRow(hybrid, isPrimary ? "Phsc" : "Rhsc",
-                  isPrimary ? settings_.PrimaryHSCHeight : settings_.RoughnessHSCHeight);
+      AddLevelRow(hybrid, isPrimary ? "Phsc" : "Rhsc", settings_.*own.highSpotLevelUM);
     } else if (EqualIgnoringCase(kind, "pc") && isSupported) {
-      AddLevelRow(hybrid, isPrimary ? "Ppc" : "Rpc", isPrimary ? settings_.PrimaryPcLevel : settings_.RoughnessPcLevel);
+      AddLevelRow(hybrid, isPrimary ? "Ppc" : "Rpc", settings_.*own.peakBandUM);
     } else {
       AddUnknown(hybrid.label, hybrid.type, hybrid.type);
     }
@@ -292,20 +263,6 @@ private:
   PassPlan plan_;
 };
 
-std::string_view CounterName(Family family) {
-  switch (family) {
-    case Family::kWaviness:
-      return "W";
-    case Family::kMotif:
-      return "MOTIF";
-    case Family::kRk:
-      return "RK";
-    case Family::kStandard:
-      break;
-  }
-  return "STD";
-}
-
 }  // namespace
 
 Family FamilyOf(std::string_view catalogueName) {
@@ -321,14 +278,14 @@ std::optional<PassPlan> ReadTestPlan(PlanKeys& keys, Family family, Document& do
   ReadFilterAndForm(keys, family, document);
   PassReader reader(keys, family, document, log);
   reader.ReadParameters();
-  if (family == Family::kStandard) reader.ReadHybrids("Hybrids");
-  if (family == Family::kMotif) reader.ReadHybrids("Hybrid_2");
+  const PassFamily& row = PassFamilyOf(family);
+  if (!row.hybridKeys.empty()) reader.ReadHybrids(row.hybridKeys);
   PassPlan pass = reader.TakePlan();
   if (family == Family::kWaviness && pass.detected > 0 && !keys.Has("WavFilter")) {
     log("WARNING: Waviness analysis with no filter given");
   }
   pass.remarks = keys.TakeRemarks();
-  log(std::string(CounterName(family)) + ": " + IntegerText(pass.detected) + " parameters detected");
+  log(std::string(row.counter) + ": " + IntegerText(pass.detected) + " parameters detected");
   ApplySettings(document, document.settings);
   return pass;
 }

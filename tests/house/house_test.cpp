@@ -110,6 +110,9 @@ TEST(House, TheTopFolderHoldsOnlyWhatBelongsThere) {
     const bool isHidden = name.starts_with('.');  // of git, editors and tools
     EXPECT_TRUE(isHidden || kNames.find(" " + name + " ") != std::string_view::npos) << name;
   }
+  for (const auto& entry : fs::directory_iterator(kRoot / "samples")) {
+    EXPECT_FALSE(entry.path().filename().string().starts_with('.')) << entry.path() << " is left of a run";
+  }
 }
 
 TEST(House, NumbersBecomeTextInOneModuleAndThePlatformIsOneFile) {
@@ -193,6 +196,36 @@ TEST(House, FilesAndFunctionsStaySmall) {
     }
   }
   EXPECT_GT(functions, 300u) << "the functions are no longer recognised";
+}
+
+/// The words of a text with one blank between them.
+std::string Words(const std::string& text) {
+  std::istringstream stream(text);
+  std::string words;
+  for (std::string word; stream >> word;) words += (words.empty() ? "" : " ") + word;
+  return words;
+}
+
+TEST(House, EveryFaultToTryStandsOnceInItsFile) {
+  std::size_t faults = 0;
+  for (const auto& entry : fs::directory_iterator(kRoot / "tests/mutants")) {
+    std::string name, file, old;
+    std::vector<std::string> lines = LinesOf(entry.path());
+    lines.emplace_back("==");
+    for (const std::string& line : lines) {
+      if (line.starts_with("-- ")) old += line.substr(3) + " ";
+      if (!line.starts_with("==")) continue;
+      if (!name.empty()) {
+        ++faults;
+        const std::string text = Words(ReadAll(kRoot / "src" / file));
+        const std::size_t at = text.find(Words(old));
+        EXPECT_TRUE(at != std::string::npos && text.find(Words(old), at + 1) == std::string::npos) << name;
+      }
+      old.clear();
+      std::istringstream(line.substr(line.find(' ') + 1)) >> name >> file;
+    }
+  }
+  EXPECT_GT(faults, 50u);
 }
 
 std::size_t LinesOfCode(const char* folder) {

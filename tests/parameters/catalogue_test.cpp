@@ -24,7 +24,7 @@ TEST(MasterCatalogue, IsThisList) {
   settings.ClosingRadiusForWvoid = 0.5;
   settings.OpeningRadiusForWcvx = 20.0;
   settings.RoughnessPcLevel = 1.0;
-  std::string list;
+  std::string list, rkFamily;
   std::set<std::string_view> names;
   for (const MasterRow& row : MasterCatalogue()) {
     const Quantity& unit = row.quantity;
@@ -33,8 +33,12 @@ TEST(MasterCatalogue, IsThisList) {
             RowLabel(row.name, settings, false) + " = " + std::string(CatalogueToExternalName(row.name)) + "\n";
     EXPECT_TRUE(names.insert(row.name).second) << row.name;
     EXPECT_EQ(ExternalToCatalogueName(CatalogueToExternalName(row.name)), row.name);
-    EXPECT_TRUE(IsMotifName(row.name) || FindSuffix(row.name.substr(1)) != nullptr) << row.name;
+    const bool isMotif = FindWholeName(row.name) != nullptr;
+    EXPECT_EQ(FamilyOfRow(row.name) == ParameterFamily::kMotif, isMotif) << row.name;
+    EXPECT_TRUE(isMotif || FindSuffix(row.name.substr(1)) != nullptr) << row.name;
+    if (IsRkFamily(row.name)) rkFamily += std::string(row.name) + " ";
   }
+  EXPECT_EQ(rkFamily, "Rpk* Rpk+k Rpk/k Rk+vk Rvk/k Rvk* Rmr1 Rmr2 ");
   EXPECT_TRUE(MatchesGolden("parameters/catalogue.txt", Utf8FromWindows1252(list)));
   EXPECT_EQ(ExternalToCatalogueName("A2"), "Rvo");
   EXPECT_EQ(MaterialRatioLabel({.meanReferenced = true, .depthUM = -0.0}, true), "   (Mean + 0.0 \xB5m)");

@@ -7,6 +7,7 @@
 #include <numbers>
 #include <vector>
 
+#include "parameters/letter_settings.h"
 #include "support/near.h"
 #include "support/row_value.h"
 
@@ -61,9 +62,9 @@ TEST(CountRows, CountAPeakOnlyAfterAnEntryBelowTheBand) {
   settings.PrimaryPcLevel = 1.0;
   settings.RoughnessPcLevel = 2.0;
   settings.WavinessPcLevel = 3.0;
-  EXPECT_EQ(PeakCountBandUM('P', settings), 1.0);
-  EXPECT_EQ(PeakCountBandUM('R', settings), 2.0);
-  EXPECT_EQ(PeakCountBandUM('F', settings), 3.0);
+  EXPECT_EQ(settings.*SettingsOfLetter('P').peakBandUM, 1.0);
+  EXPECT_EQ(settings.*SettingsOfLetter('R').peakBandUM, 2.0);
+  EXPECT_EQ(settings.*SettingsOfLetter('F').peakBandUM, 3.0);
 }
 
 }  // namespace

@@ -87,7 +87,8 @@ TEST(ElementRows, TakeThePercentagesOfTheirLetterAndSpacingsInMillimetres) {
   };
   const double large = 10.0 * std::sin(2.0 * std::numbers::pi * 4.5 / 20.0);
   const Case cases[] = {
-      {'R', "sm", 0.04}, {'W', "sm", 0.04}, {'P', "sm", 0.02}, {'R', "c", large}, {'R', "tc", large},
+      {'R', "sm", 0.04},  {'W', "sm", 0.04},        {'P', "sm", 0.02}, {'R', "c", large},
+      {'R', "tc", large}, {'W', "c", 0.55 * large},  // every wave counts: the hill of one and the dale of the next
   };
   for (const Case& c : cases) {
     const ParameterProfile profile(c.letter, heights, {1.0, 0.4, 0.4});

@@ -20,10 +20,11 @@ struct BallPoint {
 /// ball of 1 m that loses 1e-10 um, more than the gaps beside a contact.
 bool BallTouches(const BallPoint& a, const BallPoint& b, const BallPoint& c, double radiusUM);
 
-/// Closing envelope of a profile: what a disc of radius r (um), rolled over the heights z (um, spacing in um) from
-/// above, cannot reach. `envelope` has the length of z. Between neighbouring contacts it is the arc of the disc that
-/// rests on both, or the profile itself where they are 2 r or more apart. It is never below the profile and equals it
-/// exactly where the disc touches. Fewer than three points, and a radius that is not above 0, give the profile.
+/// Closing envelope of a profile, the disc's closing of ISO 16610-41: what a disc of radius r (um), rolled over the
+/// heights z (um, spacing in um) from above, cannot reach. `envelope` has the length of z. Between neighbouring
+/// contacts it is the arc of the disc that rests on both, or the profile itself where they are 2 r or more apart. It is
+/// never below the profile and equals it exactly where the disc touches. Fewer than three points, and a radius that is
+/// not above 0, give the profile.
 ///
 /// Linear in time. False, and nothing written, when memory for the contacts is lacking.
 bool ClosingEnvelope(std::span<const double> z, std::span<double> envelope, double spacingUM, double radiusUM);

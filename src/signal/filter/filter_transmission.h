@@ -7,7 +7,7 @@ namespace texturon {
 // Share of its amplitude, 0 to 1, that a sine of a wavelength keeps in a mean line; what it loses is in the rest.
 // Cutoff and wavelength in mm, both positive. At the cutoff it is one half.
 
-/// 2^-(cutoff / wavelength)^2.
+/// 2^-(cutoff / wavelength)^2, as in ISO 16610-21.
 double GaussianTransmission(double cutoffMM, double wavelengthMM);
 
 /// That of the spline filter's equations on an endless record, to which the differences are multiplications:

@@ -12,7 +12,7 @@ namespace texturon {
 /// The tension at which the spline filter's transmission comes closest to that of the Gaussian filter.
 inline constexpr double kGaussianLikeTension = 0.625242;
 
-/// Spline mean line with tension: the w that solves
+/// Spline mean line with tension, the linear spline filter of ISO 16610-22: the w that solves
 ///
 ///     (W + tension alpha^2 D1'D1 + (1 - tension) alpha^4 D2'D2) w = W z,   alpha = 1 / (2 sin(pi spacing / cutoff)),
 ///

@@ -9,7 +9,7 @@
 
 namespace texturon {
 
-/// The nominal surface of an asphere about its vertex, in millimetres:
+/// The nominal surface of an asphere about its vertex, as optical drawings state it (ISO 10110-12), in millimetres:
 ///
 ///     S(u) = c u^2 / (1 + sqrt(1 - (1 + k) c^2 u^2)) + sum A_i u^i
 ///
@@ -41,7 +41,6 @@ public:
   void Evaluate(std::span<const double> u, const ShapeValues& values) const override;
   void SetTerms(double curvature, double conicFactor) override;
   double Height(double u) const;
-  const AsphereDescription& Description() const { return description_; }
 
 private:
   // Straight continuation: height and slope at the end `at`.

@@ -15,8 +15,8 @@ struct ArcFit {
   double residualSpacingUM = 0.0;
 };
 
-/// Algebraic least-squares circle: A, B, C minimise the sum of (x^2 + y^2 - 2 A x - 2 B y - 2 C)^2 over the fit points;
-/// centre (A, B), radius sqrt(A^2 + B^2 + 2 C).
+/// Algebraic least-squares circle (Kasa's): A, B, C minimise the sum of (x^2 + y^2 - 2 A x - 2 B y - 2 C)^2 over the
+/// fit points; centre (A, B), radius sqrt(A^2 + B^2 + 2 C).
 ///
 /// The form is the circle's height at every x, on that half of the circle on which the mean height of the fit points
 /// lies; beyond the radius it is the height of the half's end, the centre's.

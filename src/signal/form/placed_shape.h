@@ -41,7 +41,6 @@ struct PointsMM {
 struct Axes {
   explicit Axes(const Placement& placement);
   double AlongU(double x, double z) const { return cosine * (x - x0) + sine * (z - z0); }
-  double AlongW(double x, double z) const { return cosine * (z - z0) - sine * (x - x0); }
   double MeasuredX(double u, double w) const { return x0 + (cosine * u - sine * w); }
   double MeasuredZ(double u, double w) const { return z0 + (sine * u + cosine * w); }
 
