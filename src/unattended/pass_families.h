@@ -26,8 +26,8 @@ struct PassFamily {
   std::string_view cutoffKey;
   std::string_view cutoffCountKey;
   std::string_view bandwidthRatioKey;
-  std::string_view hybridKeys;     ///< beginning of the keys of its configurable rows
-  std::optional<ResultList> list;  ///< of its parameters; none: by the letter of each
+  std::string_view hybridKeys;          ///< beginning of the keys of its configurable rows
+  std::optional<ResultList> list;       ///< of its parameters; none: by the letter of each
   std::array<PassProfile, 2> profiles;  ///< an empty prefix: none
 };
 

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
+#include "analysis/document_export.h"
 #include "analysis/region_choice.h"
 #include "base/charset.h"
 #include "base/number_text.h"
@@ -65,6 +66,17 @@ TEST(RegionChoice, ReadsTheLengthsThatMoveIt) {
       moved.*length += 0.5;
       EXPECT_EQ(resolved(moved) != before, isRead) << mode;
     }
+  }
+}
+
+TEST(ParameterFile, TitlesMaterialRatiosAsTheDisplayDoes) {
+  Document document = MakeDocument();
+  AnalysisSettings& analysis = document.settings.analysis;
+  analysis.primaryMaterialRatios[0].selected = analysis.roughnessMaterialRatios[1].selected = true;
+  for (const char* const titles : {"\"Pmr\", \"Rmr\"", "\"Tpa\", \"Rmr\"", "\"Tpa\", \"Tpi\""}) {
+    EXPECT_NE(ParameterFileTextOf(document, "").header.find(titles), std::string::npos) << titles;
+    document.settings.display.RoughnessAsTpi = document.settings.display.PrimaryAsTpa;
+    document.settings.display.PrimaryAsTpa = true;
   }
 }
 
