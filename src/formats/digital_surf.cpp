@@ -36,7 +36,7 @@ constexpr std::size_t kUnitZ = 212;
 constexpr std::size_t kDate = 306;
 constexpr std::size_t kCommentSize = 334;
 constexpr std::size_t kPrivateSize = 336;
-constexpr std::size_t kOffsetZ = 466;
+constexpr std::size_t kOffsetZ = 474;  // behind those of X and Y
 
 /// Whether a header is text: the binary one has numbers below 256 of two bytes.
 bool IsText(std::string_view header) {
