@@ -7,6 +7,7 @@
 #include "base/text.h"
 #include "formats/reader_questions.h"
 #include "formats/text_lines.h"
+#include "formats/zip_archive.h"
 #include "platform/platform.h"
 
 namespace texturon {
@@ -56,7 +57,6 @@ struct Foreign {
 constexpr std::string_view kExportIt = "; export the profile as .lmt, .sdf, .smd or two-column text";
 
 constexpr Foreign kForeign[] = {
-    {".x3p", {}, "is a surface exchange file"},
     {".tx3", {}, "holds the conditions of a measurement; open the .tx1 or .tx2 beside it"},
     {".lmtd", {}, "is the table of a native header; open the .LMTH beside it"},
     {".mbd", {}, "is the data file of a .PIP; open that"},
@@ -70,6 +70,14 @@ constexpr Foreign kForeign[] = {
     {".zip", "PK\x03\x04", "is an archive"},
     {{}, "\xD0\xCF\x11\xE0", "is a compound file of an office program"},
 };
+
+/// The extension of a ZIP container by a name among its entries; empty: it is another archive.
+std::string_view ContainerOf(std::string_view bytes) {
+  if (!IsZip(bytes)) return {};
+  const ZipArchive archive(bytes);
+  if (archive.FindInAnyFolder("main.xml") != nullptr) return ".X3P";
+  return {};
+}
 
 const Signature* SignatureOf(std::string_view bytes) {
   // A layout names itself in its first lines, or by its sections.
@@ -105,6 +113,8 @@ bool AreTelling(std::string_view markers) {
 }  // namespace
 
 const ExtensionEntry& EntryOfContent(std::string_view bytes) {
+  const std::string_view container = ContainerOf(bytes);
+  if (!container.empty()) return EntryOf(container);
   const Signature* const signature = SignatureOf(bytes);
   return EntryOf(signature != nullptr ? signature->extension : kTables);
 }
@@ -115,6 +125,7 @@ std::string_view KnownLayoutOf(std::string_view bytes) {
 }
 
 std::string ForeignKind(const std::filesystem::path& path, std::string_view bytes) {
+  if (!ContainerOf(bytes).empty()) return {};
   const std::string extension = TextFromPath(path.extension());
   for (const bool byName : {true, false}) {
     for (const Foreign& foreign : kForeign) {

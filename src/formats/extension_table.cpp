@@ -8,6 +8,7 @@
 #include "formats/column_text.h"
 #include "formats/comma_separated.h"
 #include "formats/digital_surf.h"
+#include "formats/exchange_format.h"
 #include "formats/instrument_text.h"
 #include "formats/mod_format.h"
 #include "formats/native_format.h"
@@ -154,6 +155,10 @@ constexpr ProfileReader kSmd[] = {
            {{{"CX", true, "Could not find CX info."}, {"TIME", true, "Could not find TIME info."}}}),
     {"SMD softgauge", "softgauge of ISO 5436-2, incremental or absolute", ReadSoftgauge}};
 
+constexpr ProfileReader kX3p[] = {{"surface exchange file",
+                                   "line profiles of ISO 25178-72; areal ones and point clouds are refused",
+                                   ReadExchangeProfile}};
+
 constexpr ExtensionEntry kExtensions[] = {
     {".PRF", kPrfChain, {}, false, true},
     {".RUF", kRuf},
@@ -200,6 +205,7 @@ constexpr ExtensionEntry kExtensions[] = {
     {".XY", kXy},
     {".YZ", kYz},
     {".SMD", kSmd},
+    {".X3P", kX3p, {}, false, true},
 };
 
 constexpr WriterEntry kWriters[] = {
@@ -207,6 +213,7 @@ constexpr WriterEntry kWriters[] = {
     {".sdf", "Standard Data Format", WriteSdfProfile, "Standard Data Format"},
     {".prf", "Taylor Hobson PRF", WritePrfProfile, "Taylor Hobson PRF"},
     {".pr", "PTB PR", WritePrProfile, "PTB PR"},
+    {".x3p", "surface exchange file", WriteExchangeProfile, {}},
 };
 
 }  // namespace
