@@ -129,7 +129,7 @@ constexpr ProfileReader kHwpSecond[] = {
     {"LT Type text", "never reached, because the entry above has the same extension", nullptr, "LT Type"}};
 constexpr ProfileReader kPip[] = {Unread("PIP file with a data file .MBD")};
 constexpr ProfileReader kPro[] = {
-    {"Digital Surf profile", "binary profile, not compressed", ReadDigitalSurfProfile},
+    {"Digital Surf profile", "binary profile, packed or not; one of several objects", ReadDigitalSurfProfile},
     kTwoColumns,
     {"text with four header lines", "four lines, number of points, spacing, heights", ReadFourLineHeader}};
 constexpr ProfileReader kAsc[] = {Unread("ASCII table", "# File Format", {{{"ASCII", true, "ASCII data required."}}}),
