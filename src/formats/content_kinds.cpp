@@ -63,12 +63,11 @@ constexpr Foreign kForeign[] = {
     {".gwy", "GWYP", "is a file of an image program"},
     {".opdx", "VCA DATA", "is a stylus profiler's binary file"},
     {".mat", "MATLAB 5.0", "is a file of a numerics program"},
-    {".xlsx", {}, "is a workbook"},
     {".h5", "\x89HDF", "is a data container (HDF5)"},
     {".pdf", "%PDF", "is a document, not a profile"},
     {".png", "\x89PNG", "is a picture, not a profile"},
     {".zip", "PK\x03\x04", "is an archive"},
-    {{}, "\xD0\xCF\x11\xE0", "is a compound file of an office program"},
+    {{}, "\xD0\xCF\x11\xE0", "is a compound file of an office program; save its table as .xlsx or .csv"},
 };
 
 /// The extension of a ZIP container by a name among its entries; empty: it is another archive.
@@ -76,6 +75,7 @@ std::string_view ContainerOf(std::string_view bytes) {
   if (!IsZip(bytes)) return {};
   const ZipArchive archive(bytes);
   if (archive.FindInAnyFolder("main.xml") != nullptr) return ".X3P";
+  if (archive.Find("xl/workbook.xml") != nullptr) return ".XLSX";
   return {};
 }
 

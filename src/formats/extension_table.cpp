@@ -17,6 +17,7 @@
 #include "formats/prf_format.h"
 #include "formats/sdf_format.h"
 #include "formats/softgauge_text.h"
+#include "formats/workbook_profile.h"
 #include "platform/platform.h"
 
 namespace texturon {
@@ -65,7 +66,9 @@ constexpr ProfileReader kPrChain[] = {kPr};
 constexpr ProfileReader kNds[] = {
     Unread("NDS text", "Time|Trace|Polarity|Gain|Sensitivity|CalibrationFactor|ZeroShift|SampleSpacing|Samples")};
 constexpr ProfileReader kFts[] = {Unread("Taylor Hobson FTS")};
-constexpr ProfileReader kXls[] = {Unread("spreadsheet text")};
+constexpr ProfileReader kXls[] = {{"spreadsheet text",
+                                   "a table of numbers as text; a workbook; binary ones and web pages are refused",
+                                   ReadSpreadsheetText}};
 constexpr ProfileReader kZpx[] = {Unread("ZPX file")};
 constexpr ProfileReader kPcdChain[] = {kPcd};
 constexpr ProfileReader kPdi[] = {Unread("PDI text", "~Traced Profile")};
@@ -159,6 +162,10 @@ constexpr ProfileReader kX3p[] = {{"surface exchange file",
                                    "line profiles of ISO 25178-72; areal ones and point clouds are refused",
                                    ReadExchangeProfile}};
 
+constexpr ProfileReader kXlsx[] = {{"workbook",
+                                    "a hand tester's sheets Certificate and DATA; any sheet with a table of numbers",
+                                    ReadWorkbookProfile}};
+
 constexpr ExtensionEntry kExtensions[] = {
     {".PRF", kPrfChain, {}, false, true},
     {".RUF", kRuf},
@@ -206,6 +213,7 @@ constexpr ExtensionEntry kExtensions[] = {
     {".YZ", kYz},
     {".SMD", kSmd},
     {".X3P", kX3p, {}, false, true},
+    {".XLSX", kXlsx, {}, false, true},
 };
 
 constexpr WriterEntry kWriters[] = {
