@@ -43,8 +43,12 @@ constexpr Signature kSignatures[] = {
     {"1 ", " PRF", ".PRF"},
     {"1 ", " MOD", ".MOD"},
     {"Data", "X-Resolution", ".TXT"},
+    {"VCA DATA", "", ".OPDX"},
     {"", "[PROFILE_HEADER]", ".TXT"},
     {"", "[PROFILE_VALUES]", ".PRF"},
+    {"", "<DATA_POINT_VALUES>", ".XML"},
+    {"", "<DataContainer typeid=", ".XML"},
+    {"", "ISO5436_2 xmlns", ".XML"},
 };
 
 /// Files of other programs, by their extension or their first bytes.
@@ -61,7 +65,6 @@ constexpr Foreign kForeign[] = {
     {".lmtd", {}, "is the table of a native header; open the .LMTH beside it"},
     {".mbd", {}, "is the data file of a .PIP; open that"},
     {".gwy", "GWYP", "is a file of an image program"},
-    {".opdx", "VCA DATA", "is a stylus profiler's binary file"},
     {".mat", "MATLAB 5.0", "is a file of a numerics program"},
     {".h5", "\x89HDF", "is a data container (HDF5)"},
     {".pdf", "%PDF", "is a document, not a profile"},

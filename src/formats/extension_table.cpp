@@ -12,12 +12,14 @@
 #include "formats/instrument_text.h"
 #include "formats/mod_format.h"
 #include "formats/native_format.h"
+#include "formats/opdx_format.h"
 #include "formats/plain_heights.h"
 #include "formats/pr_format.h"
 #include "formats/prf_format.h"
 #include "formats/sdf_format.h"
 #include "formats/softgauge_text.h"
 #include "formats/workbook_profile.h"
+#include "formats/xml_profile.h"
 #include "platform/platform.h"
 
 namespace texturon {
@@ -73,7 +75,10 @@ constexpr ProfileReader kZpx[] = {Unread("ZPX file")};
 constexpr ProfileReader kPcdChain[] = {kPcd};
 constexpr ProfileReader kPdi[] = {Unread("PDI text", "~Traced Profile")};
 constexpr ProfileReader kXml[] = {
-    Unread("XML profile", "<", {{{"DataElements", true, "Wrong file version.  Contact Corvane"}}})};
+    {"XML profile",
+     "algorithm test data; a stylus profiler's container; main.xml of a surface exchange file; DataElements is "
+     "recognised only",
+     ReadXmlProfile}};
 constexpr ProfileReader kMes[] = {kCommaList};
 constexpr ProfileReader kRst[] = {Unread("binary range file")};
 constexpr ProfileReader kRtf[] = {Unread("RTF export", "{\\rtf")};
@@ -166,6 +171,9 @@ constexpr ProfileReader kXlsx[] = {{"workbook",
                                     "a hand tester's sheets Certificate and DATA; any sheet with a table of numbers",
                                     ReadWorkbookProfile}};
 
+constexpr ProfileReader kOpdx[] = {
+    {"stylus profiler binary", "curves of heights; surfaces are refused", ReadOpdxProfile}};
+
 constexpr ExtensionEntry kExtensions[] = {
     {".PRF", kPrfChain, {}, false, true},
     {".RUF", kRuf},
@@ -214,6 +222,7 @@ constexpr ExtensionEntry kExtensions[] = {
     {".SMD", kSmd},
     {".X3P", kX3p, {}, false, true},
     {".XLSX", kXlsx, {}, false, true},
+    {".OPDX", kOpdx, {}, false, true},
 };
 
 constexpr WriterEntry kWriters[] = {

@@ -262,11 +262,6 @@ std::string ForEachXmlLeaf(std::string_view xml, const std::function<void(std::s
   }
 }
 
-std::string XmlRootOf(std::string_view xml) {
-  XmlReader reader(xml);
-  return reader.Next() == XmlReader::Event::kBegin ? std::string(reader.name()) : std::string();
-}
-
 std::string XmlText(std::string_view text) {
   std::string out;
   for (const char c : Utf8FromWindows1252(text)) {

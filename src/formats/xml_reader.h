@@ -58,9 +58,6 @@ private:
 /// other. Why the XML is not well-formed, or nothing.
 std::string ForEachXmlLeaf(std::string_view xml, const std::function<void(std::string_view, std::string_view)>& use);
 
-/// The name of the root; empty where there is none.
-std::string XmlRootOf(std::string_view xml);
-
 /// A text as content of an element: Windows-1252 made UTF-8, marks as entities, control characters as blanks.
 std::string XmlText(std::string_view text);
 
