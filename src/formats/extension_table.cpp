@@ -9,7 +9,9 @@
 #include "formats/comma_separated.h"
 #include "formats/digital_surf.h"
 #include "formats/exchange_format.h"
+#include "formats/gwyddion_format.h"
 #include "formats/instrument_text.h"
+#include "formats/matlab_format.h"
 #include "formats/mod_format.h"
 #include "formats/native_format.h"
 #include "formats/opdx_format.h"
@@ -18,6 +20,7 @@
 #include "formats/prf_format.h"
 #include "formats/sdf_format.h"
 #include "formats/softgauge_text.h"
+#include "formats/step_profiler.h"
 #include "formats/workbook_profile.h"
 #include "formats/xml_profile.h"
 #include "platform/platform.h"
@@ -96,7 +99,8 @@ constexpr ProfileReader kTxt[] = {
     {"text with a unit pair", "two columns under their units", ReadUnitPairText},
     kRsfFirst,
     Unread("dashed-header text", "Title|Linear Contour<LCon_1>|Data Size"),
-    {"step profiler text", "Data, Recipe, Points, X-Resolution; heights in Angstrom", ReadStepProfilerText},
+    {"step profiler text", "Data, Recipe, Points, X-Resolution; heights in Angstrom, in columns or a row a trace",
+     ReadStepProfilerText},
     Unread("text with [txtpda]", "[txtpda]"),
     Unread("xyzuvwr table", "xyzuvwr"),
     Unread("text with an evaluation length", "Eval.Length"),
@@ -174,6 +178,11 @@ constexpr ProfileReader kXlsx[] = {{"workbook",
 constexpr ProfileReader kOpdx[] = {
     {"stylus profiler binary", "curves of heights; surfaces are refused", ReadOpdxProfile}};
 
+constexpr ProfileReader kGwy[] = {
+    {"Gwyddion file", "curves of graphs, images of one line; areal images are refused", ReadGwyddionProfile}};
+constexpr ProfileReader kMat[] = {
+    {"MATLAB file", "version 5: a vector of heights, with positions where there are some", ReadMatlabProfile}};
+
 constexpr ExtensionEntry kExtensions[] = {
     {".PRF", kPrfChain, {}, false, true},
     {".RUF", kRuf},
@@ -223,6 +232,8 @@ constexpr ExtensionEntry kExtensions[] = {
     {".X3P", kX3p, {}, false, true},
     {".XLSX", kXlsx, {}, false, true},
     {".OPDX", kOpdx, {}, false, true},
+    {".GWY", kGwy, {}, false, true},
+    {".MAT", kMat, {}, false, true},
 };
 
 constexpr WriterEntry kWriters[] = {

@@ -2,7 +2,6 @@
 
 #include "formats/inflate.h"
 
-#include <algorithm>
 #include <limits>
 #include <zlib.h>
 
@@ -26,12 +25,12 @@ public:
   }
 
   bool isOpen() const { return isOpen_; }
-  /// Fills `out` from `from` on as far as it goes; how zlib ended, and how many bytes came.
-  int Fill(std::string& out, std::size_t from, std::size_t& came) {
-    stream_.next_out = reinterpret_cast<Bytef*>(out.data() + from);
-    stream_.avail_out = static_cast<uInt>(out.size() - from);
+  /// Fills `out` as far as it goes; how zlib ended, and how many bytes came.
+  int Fill(std::string& out, std::size_t& came) {
+    stream_.next_out = reinterpret_cast<Bytef*>(out.data());
+    stream_.avail_out = static_cast<uInt>(out.size());
     const int end = ::inflate(&stream_, Z_SYNC_FLUSH);
-    came = out.size() - from - stream_.avail_out;
+    came = out.size() - stream_.avail_out;
     return end;
   }
 
@@ -49,28 +48,21 @@ std::optional<std::string> Inflate(std::string_view packed, std::size_t size, Pa
   // One byte more, which shows a stream that goes on.
   std::string out(size + 1, '\0');
   std::size_t came = 0;
-  const int end = stream.Fill(out, 0, came);
+  const int end = stream.Fill(out, came);
   if (end != Z_STREAM_END || came != size) return std::nullopt;
   out.resize(size);
   return out;
 }
 
-std::optional<std::string> InflateUpTo(std::string_view packed, std::size_t most) {
-  constexpr std::size_t kFirst = 65'536;
+std::optional<std::string> InflateBegin(std::string_view packed, std::size_t size) {
+  if (!CanUnpackTo(packed.size(), size)) return std::nullopt;
   Stream stream(packed, PackedAs::kZlib);
   if (!stream.isOpen()) return std::nullopt;
-  std::string out;
-  std::size_t filled = 0;
-  for (int end = Z_OK; end != Z_STREAM_END;) {
-    if (filled > most) return std::nullopt;
-    out.resize(std::min(std::max(kFirst, 2 * filled), most + 1));
-    std::size_t came = 0;
-    end = stream.Fill(out, filled, came);
-    filled += came;
-    if ((end != Z_OK && end != Z_STREAM_END) || (came == 0 && end == Z_OK)) return std::nullopt;
-  }
-  if (filled > most) return std::nullopt;
-  out.resize(filled);
+  std::string out(size, '\0');
+  std::size_t came = 0;
+  const int end = stream.Fill(out, came);
+  if (end != Z_OK && end != Z_STREAM_END && end != Z_BUF_ERROR) return std::nullopt;
+  out.resize(came);
   return out;
 }
 

@@ -21,8 +21,8 @@ constexpr bool CanUnpackTo(std::size_t packed, std::size_t unpacked) {
 /// before anything is allocated: a size that the packed bytes cannot hold.
 std::optional<std::string> Inflate(std::string_view packed, std::size_t size, PackedAs packedAs);
 
-/// Unpacks a stream of zlib that does not say its size, up to `most` bytes. Nothing where it is damaged or holds more.
-std::optional<std::string> InflateUpTo(std::string_view packed, std::size_t most);
+/// The first `size` bytes of what a stream of zlib unpacks to, fewer where it ends before; nothing where it is damaged.
+std::optional<std::string> InflateBegin(std::string_view packed, std::size_t size);
 
 /// The check sum of a ZIP's entries.
 unsigned long Crc32Of(std::string_view bytes);

@@ -39,8 +39,8 @@ const std::string kPacked("\x78\x9c\x4b\x4c\x4a\x4e\x04\x23\x00\x11\x3d\x03\x73"
 TEST(Containers, UnpackWhatIsWholeAndNoMore) {
   EXPECT_EQ(Inflate(kPacked, 9, PackedAs::kZlib), "abcabcabc");
   EXPECT_EQ(Inflate(kPacked.substr(2, 8), 9, PackedAs::kRaw), "abcabcabc");
-  EXPECT_EQ(InflateUpTo(kPacked, 9), "abcabcabc");
-  EXPECT_FALSE(InflateUpTo(kPacked, 8));
+  EXPECT_EQ(InflateBegin(kPacked, 4), "abca");
+  EXPECT_EQ(InflateBegin(kPacked, 20), "abcabcabc");
   for (const std::size_t size : {8u, 10u}) EXPECT_FALSE(Inflate(kPacked, size, PackedAs::kZlib)) << size;
   EXPECT_FALSE(Inflate(kPacked.substr(0, 8), 9, PackedAs::kZlib)) << "cut";
   const AllocationPeak memory;
