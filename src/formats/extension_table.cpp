@@ -20,6 +20,7 @@
 #include "formats/prf_format.h"
 #include "formats/sdf_format.h"
 #include "formats/softgauge_text.h"
+#include "formats/softgauge_writer.h"
 #include "formats/step_profiler.h"
 #include "formats/workbook_profile.h"
 #include "formats/xml_profile.h"
@@ -242,6 +243,7 @@ constexpr WriterEntry kWriters[] = {
     {".prf", "Taylor Hobson PRF", WritePrfProfile, "Taylor Hobson PRF"},
     {".pr", "PTB PR", WritePrProfile, "PTB PR"},
     {".x3p", "surface exchange file", WriteExchangeProfile, {}},
+    {".smd", "SMD softgauge", WriteSoftgauge, {}},
 };
 
 }  // namespace
