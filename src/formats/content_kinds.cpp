@@ -62,6 +62,8 @@ struct Foreign {
 
 constexpr std::string_view kExportIt = "; export the profile as .lmt, .sdf, .smd or two-column text";
 
+constexpr std::string_view kAreal = "is an areal measurement; save one line of it as a profile";
+
 constexpr Foreign kForeign[] = {
     {".tx3", {}, "holds the conditions of a measurement; open the .tx1 or .tx2 beside it"},
     {".lmtd", {}, "is the table of a native header; open the .LMTH beside it"},
@@ -70,6 +72,23 @@ constexpr Foreign kForeign[] = {
     {".pdf", "%PDF", "is a document, not a profile"},
     {".png", "\x89PNG", "is a picture, not a profile"},
     {".zip", "PK\x03\x04", "is an archive"},
+    {{}, "AliconaImaging", kAreal},
+    {{}, "VK3_", kAreal},
+    {{}, "VK4_", kAreal},
+    {{}, "VK6", kAreal},
+    {{}, "VK7", kAreal},
+    {{}, "KPK0", kAreal},
+    {{}, "KPK1", kAreal},
+    {{}, "Binary TrueMap Data File", kAreal},
+    {{}, "Zeta-Instruments", kAreal},
+    {{}, "FRTM_GLIDERV", kAreal},
+    {{}, "fileformat = bcr", kAreal},
+    {{}, "WSxM file copyright", kAreal},
+    {{}, "\\*File list", kAreal},
+    {{}, "\x88\x1B\x03", "is an areal measurement of an interferometer; save one line of it as a profile"},
+    {{}, "\x93NUMPY", "is an array of a numerics program"},
+    {{}, "CDF\x01", "is a data container (NetCDF)"},
+    {{}, "CDF\x02", "is a data container (NetCDF)"},
     {{}, "\xD0\xCF\x11\xE0", "is a compound file of an office program; save its table as .xlsx or .csv"},
 };
 
