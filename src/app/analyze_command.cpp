@@ -7,7 +7,6 @@
 #include "analysis/analysis_run.h"
 #include "analysis/document_export.h"
 #include "analysis/pipeline.h"
-#include "analysis/transfer_rows.h"
 #include "app/analysis_json.h"
 #include "app/analysis_table.h"
 #include "app/commands.h"
@@ -47,34 +46,6 @@ bool AppendRow(const Document& document, const std::string& appendTo, const Envi
   return false;
 }
 
-/// The results of all files for statistics programs.
-class TransferFile {
-public:
-  explicit TransferFile(const std::string& name) : name_(name) {}
-
-  void Add(const Document& document, const std::tm& time) {
-    if (name_.empty()) return;
-    if (records_.empty()) characteristics_ = TransferCharacteristics(document);
-    records_.push_back(TransferRecordOf(document, time));
-  }
-  /// False, with a sentence on standard error, where nothing could be written.
-  bool Write() const {
-    if (name_.empty() || records_.empty()) return true;
-    if (characteristics_.empty()) {
-      Complain(name_ + ": is not written, because no row has a limit.");
-      return false;
-    }
-    const FileOutcome outcome = ReplaceFile(PathFromSystemText(name_), TransferText(characteristics_, records_));
-    if (!outcome.ok()) Complain(name_ + ": Could not write file. It " + outcome.reason + ".");
-    return outcome.ok();
-  }
-
-private:
-  std::string name_;
-  std::vector<TransferCharacteristic> characteristics_;
-  std::vector<TransferRecord> records_;
-};
-
 }  // namespace
 
 int RunAnalyze(const AnalyzeOptions& analyze, const CommonOptions& common) {
@@ -87,12 +58,10 @@ int RunAnalyze(const AnalyzeOptions& analyze, const CommonOptions& common) {
       .spectrum = analyze.withProfiles, .heightCurves = false, .coreRoughness = analyze.form == OutputForm::kJson};
   const Environment environment = SystemEnvironment();
   RunFiles clashing{.reads = PathsOf(files), .writes = {PathFromSystemText(analyze.appendTo)}};
-  if (!analyze.transferTo.empty()) clashing.writes.push_back(PathFromSystemText(analyze.transferTo));
   if (WritesTraceFile(setup->document, environment)) clashing.writes.push_back(environment.traceFile);
   RefuseClash(std::move(clashing), common);
   int status = setup->settingsHadProblems ? kExitRefused : kExitDone;
   if (analyze.form == OutputForm::kCsv) std::cout << CsvHeader(setup->document);
-  TransferFile transfer(analyze.transferTo);
   bool isFirst = true;
   for (const InputFile& file : files) {
     Document document = setup->document;
@@ -114,12 +83,10 @@ int RunAnalyze(const AnalyzeOptions& analyze, const CommonOptions& common) {
     if (run.ok() && !analyze.appendTo.empty() && !AppendRow(document, analyze.appendTo, environment)) {
       status = kExitRefused;
     }
-    if (run.ok()) transfer.Add(document, environment.localTime());
     if (analyze.form == OutputForm::kTable && !isFirst) std::cout << "\n\n";
     isFirst = false;
     Print(document, file.name, prompts, analyze);
   }
-  if (!transfer.Write()) status = kExitRefused;
   return FinishOutput(status);
 }
 

@@ -95,10 +95,6 @@ void AddAnalyze(CLI::App& command, CommonOptions& common, int& status) {
   command
       .add_option("--append-to", options->appendTo, "add a row a file to a parameter file, which is created if need be")
       ->type_name("CSV");
-  command
-      .add_option("--qdas", options->transferTo,
-                  "write the rows with limits for statistics programs (Q-DAS), all files in one")
-      ->type_name("DFQ");
   command.callback([=, &common, &status] {
     options->form = *json ? OutputForm::kJson : *csv ? OutputForm::kCsv : OutputForm::kTable;
     status = RunAnalyze(*options, common);

@@ -16,8 +16,7 @@ struct AnalyzeOptions {
   std::vector<std::string> files;
   OutputForm form = OutputForm::kTable;
   bool withProfiles = false;
-  std::string appendTo;    ///< parameter file that gets a row a file; empty: none
-  std::string transferTo;  ///< file for statistics programs; empty: none
+  std::string appendTo;  ///< parameter file that gets a row a file; empty: none
 };
 
 struct ExportOptions {
