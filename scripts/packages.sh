@@ -37,7 +37,7 @@ need_packages() {
   when_free "${apt[@]}" install -y --no-install-recommends "${missing[@]}"
 }
 
-program_packages=(g++ cmake ninja-build libcli11-dev)
+program_packages=(g++ cmake ninja-build libcli11-dev zlib1g-dev)
 desktop_packages=(qt6-base-dev libqcustomplot-dev)
 test_packages=(libgtest-dev nlohmann-json3-dev locales xvfb xauth)
 fuzz_packages=(clang libclang-rt-14-dev)

@@ -71,7 +71,7 @@ int RunExport(const ExportOptions& options, const CommonOptions& common);
 std::string ExportKindNames();
 /// "waviness and asphere-residual": those that can be written as form data.
 std::string ModKindNames();
-/// ".lmt, .sdf, .prf or .pr": what convert writes.
+/// ".lmt, .sdf, ... or .smd": what convert writes.
 std::string WriterExtensions();
 int RunInspect(const InspectOptions& inspect, const CommonOptions& common);
 int RunWatch(const WatchOptions& options, const CommonOptions& common);

@@ -7,6 +7,7 @@
 #include "base/text.h"
 #include "formats/reader_questions.h"
 #include "formats/text_lines.h"
+#include "formats/zip_archive.h"
 #include "platform/platform.h"
 
 namespace texturon {
@@ -42,8 +43,14 @@ constexpr Signature kSignatures[] = {
     {"1 ", " PRF", ".PRF"},
     {"1 ", " MOD", ".MOD"},
     {"Data", "X-Resolution", ".TXT"},
+    {"VCA DATA", "", ".OPDX"},
+    {"GWYP", "", ".GWY"},
+    {"MATLAB 5.0", "", ".MAT"},
     {"", "[PROFILE_HEADER]", ".TXT"},
     {"", "[PROFILE_VALUES]", ".PRF"},
+    {"", "<DATA_POINT_VALUES>", ".XML"},
+    {"", "<DataContainer typeid=", ".XML"},
+    {"", "ISO5436_2 xmlns", ".XML"},
 };
 
 /// Files of other programs, by their extension or their first bytes.
@@ -55,21 +62,44 @@ struct Foreign {
 
 constexpr std::string_view kExportIt = "; export the profile as .lmt, .sdf, .smd or two-column text";
 
+constexpr std::string_view kAreal = "is an areal measurement; save one line of it as a profile";
+
 constexpr Foreign kForeign[] = {
-    {".x3p", {}, "is a surface exchange file"},
     {".tx3", {}, "holds the conditions of a measurement; open the .tx1 or .tx2 beside it"},
     {".lmtd", {}, "is the table of a native header; open the .LMTH beside it"},
     {".mbd", {}, "is the data file of a .PIP; open that"},
-    {".gwy", "GWYP", "is a file of an image program"},
-    {".opdx", "VCA DATA", "is a stylus profiler's binary file"},
-    {".mat", "MATLAB 5.0", "is a file of a numerics program"},
-    {".xlsx", {}, "is a workbook"},
     {".h5", "\x89HDF", "is a data container (HDF5)"},
     {".pdf", "%PDF", "is a document, not a profile"},
     {".png", "\x89PNG", "is a picture, not a profile"},
     {".zip", "PK\x03\x04", "is an archive"},
-    {{}, "\xD0\xCF\x11\xE0", "is a compound file of an office program"},
+    {{}, "AliconaImaging", kAreal},
+    {{}, "VK3_", kAreal},
+    {{}, "VK4_", kAreal},
+    {{}, "VK6", kAreal},
+    {{}, "VK7", kAreal},
+    {{}, "KPK0", kAreal},
+    {{}, "KPK1", kAreal},
+    {{}, "Binary TrueMap Data File", kAreal},
+    {{}, "Zeta-Instruments", kAreal},
+    {{}, "FRTM_GLIDERV", kAreal},
+    {{}, "fileformat = bcr", kAreal},
+    {{}, "WSxM file copyright", kAreal},
+    {{}, "\\*File list", kAreal},
+    {{}, "\x88\x1B\x03", "is an areal measurement of an interferometer; save one line of it as a profile"},
+    {{}, "\x93NUMPY", "is an array of a numerics program"},
+    {{}, "CDF\x01", "is a data container (NetCDF)"},
+    {{}, "CDF\x02", "is a data container (NetCDF)"},
+    {{}, "\xD0\xCF\x11\xE0", "is a compound file of an office program; save its table as .xlsx or .csv"},
 };
+
+/// The extension of a ZIP container by a name among its entries; empty: it is another archive.
+std::string_view ContainerOf(std::string_view bytes) {
+  if (!IsZip(bytes)) return {};
+  const ZipArchive archive(bytes);
+  if (archive.FindInAnyFolder("main.xml") != nullptr) return ".X3P";
+  if (archive.Find("xl/workbook.xml") != nullptr) return ".XLSX";
+  return {};
+}
 
 const Signature* SignatureOf(std::string_view bytes) {
   // A layout names itself in its first lines, or by its sections.
@@ -105,6 +135,8 @@ bool AreTelling(std::string_view markers) {
 }  // namespace
 
 const ExtensionEntry& EntryOfContent(std::string_view bytes) {
+  const std::string_view container = ContainerOf(bytes);
+  if (!container.empty()) return EntryOf(container);
   const Signature* const signature = SignatureOf(bytes);
   return EntryOf(signature != nullptr ? signature->extension : kTables);
 }
@@ -115,6 +147,7 @@ std::string_view KnownLayoutOf(std::string_view bytes) {
 }
 
 std::string ForeignKind(const std::filesystem::path& path, std::string_view bytes) {
+  if (!ContainerOf(bytes).empty()) return {};
   const std::string extension = TextFromPath(path.extension());
   for (const bool byName : {true, false}) {
     for (const Foreign& foreign : kForeign) {

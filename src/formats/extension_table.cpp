@@ -8,14 +8,22 @@
 #include "formats/column_text.h"
 #include "formats/comma_separated.h"
 #include "formats/digital_surf.h"
+#include "formats/exchange_format.h"
+#include "formats/gwyddion_format.h"
 #include "formats/instrument_text.h"
+#include "formats/matlab_format.h"
 #include "formats/mod_format.h"
 #include "formats/native_format.h"
+#include "formats/opdx_format.h"
 #include "formats/plain_heights.h"
 #include "formats/pr_format.h"
 #include "formats/prf_format.h"
 #include "formats/sdf_format.h"
 #include "formats/softgauge_text.h"
+#include "formats/softgauge_writer.h"
+#include "formats/step_profiler.h"
+#include "formats/workbook_profile.h"
+#include "formats/xml_profile.h"
 #include "platform/platform.h"
 
 namespace texturon {
@@ -64,12 +72,17 @@ constexpr ProfileReader kPrChain[] = {kPr};
 constexpr ProfileReader kNds[] = {
     Unread("NDS text", "Time|Trace|Polarity|Gain|Sensitivity|CalibrationFactor|ZeroShift|SampleSpacing|Samples")};
 constexpr ProfileReader kFts[] = {Unread("Taylor Hobson FTS")};
-constexpr ProfileReader kXls[] = {Unread("spreadsheet text")};
+constexpr ProfileReader kXls[] = {{"spreadsheet text",
+                                   "a table of numbers as text; a workbook; binary ones and web pages are refused",
+                                   ReadSpreadsheetText}};
 constexpr ProfileReader kZpx[] = {Unread("ZPX file")};
 constexpr ProfileReader kPcdChain[] = {kPcd};
 constexpr ProfileReader kPdi[] = {Unread("PDI text", "~Traced Profile")};
 constexpr ProfileReader kXml[] = {
-    Unread("XML profile", "<", {{{"DataElements", true, "Wrong file version.  Contact Corvane"}}})};
+    {"XML profile",
+     "algorithm test data; a stylus profiler's container; main.xml of a surface exchange file; DataElements is "
+     "recognised only",
+     ReadXmlProfile}};
 constexpr ProfileReader kMes[] = {kCommaList};
 constexpr ProfileReader kRst[] = {Unread("binary range file")};
 constexpr ProfileReader kRtf[] = {Unread("RTF export", "{\\rtf")};
@@ -87,7 +100,8 @@ constexpr ProfileReader kTxt[] = {
     {"text with a unit pair", "two columns under their units", ReadUnitPairText},
     kRsfFirst,
     Unread("dashed-header text", "Title|Linear Contour<LCon_1>|Data Size"),
-    {"step profiler text", "Data, Recipe, Points, X-Resolution; heights in Angstrom", ReadStepProfilerText},
+    {"step profiler text", "Data, Recipe, Points, X-Resolution; heights in Angstrom, in columns or a row a trace",
+     ReadStepProfilerText},
     Unread("text with [txtpda]", "[txtpda]"),
     Unread("xyzuvwr table", "xyzuvwr"),
     Unread("text with an evaluation length", "Eval.Length"),
@@ -128,7 +142,7 @@ constexpr ProfileReader kHwpSecond[] = {
     {"LT Type text", "never reached, because the entry above has the same extension", nullptr, "LT Type"}};
 constexpr ProfileReader kPip[] = {Unread("PIP file with a data file .MBD")};
 constexpr ProfileReader kPro[] = {
-    {"Digital Surf profile", "binary profile, not compressed", ReadDigitalSurfProfile},
+    {"Digital Surf profile", "binary profile, packed or not; one of several objects", ReadDigitalSurfProfile},
     kTwoColumns,
     {"text with four header lines", "four lines, number of points, spacing, heights", ReadFourLineHeader}};
 constexpr ProfileReader kAsc[] = {Unread("ASCII table", "# File Format", {{{"ASCII", true, "ASCII data required."}}}),
@@ -153,6 +167,22 @@ constexpr ProfileReader kSmd[] = {
     Unread("Hommelwerke export", "Hommelwerke",
            {{{"CX", true, "Could not find CX info."}, {"TIME", true, "Could not find TIME info."}}}),
     {"SMD softgauge", "softgauge of ISO 5436-2, incremental or absolute", ReadSoftgauge}};
+
+constexpr ProfileReader kX3p[] = {{"surface exchange file",
+                                   "line profiles of ISO 25178-72; areal ones and point clouds are refused",
+                                   ReadExchangeProfile}};
+
+constexpr ProfileReader kXlsx[] = {{"workbook",
+                                    "a hand tester's sheets Certificate and DATA; any sheet with a table of numbers",
+                                    ReadWorkbookProfile}};
+
+constexpr ProfileReader kOpdx[] = {
+    {"stylus profiler binary", "curves of heights; surfaces are refused", ReadOpdxProfile}};
+
+constexpr ProfileReader kGwy[] = {
+    {"Gwyddion file", "curves of graphs, images of one line; areal images are refused", ReadGwyddionProfile}};
+constexpr ProfileReader kMat[] = {
+    {"MATLAB file", "version 5: a vector of heights, with positions where there are some", ReadMatlabProfile}};
 
 constexpr ExtensionEntry kExtensions[] = {
     {".PRF", kPrfChain, {}, false, true},
@@ -200,6 +230,11 @@ constexpr ExtensionEntry kExtensions[] = {
     {".XY", kXy},
     {".YZ", kYz},
     {".SMD", kSmd},
+    {".X3P", kX3p, {}, false, true},
+    {".XLSX", kXlsx, {}, false, true},
+    {".OPDX", kOpdx, {}, false, true},
+    {".GWY", kGwy, {}, false, true},
+    {".MAT", kMat, {}, false, true},
 };
 
 constexpr WriterEntry kWriters[] = {
@@ -207,6 +242,8 @@ constexpr WriterEntry kWriters[] = {
     {".sdf", "Standard Data Format", WriteSdfProfile, "Standard Data Format"},
     {".prf", "Taylor Hobson PRF", WritePrfProfile, "Taylor Hobson PRF"},
     {".pr", "PTB PR", WritePrProfile, "PTB PR"},
+    {".x3p", "surface exchange file", WriteExchangeProfile, {}},
+    {".smd", "SMD softgauge", WriteSoftgauge, {}},
 };
 
 }  // namespace

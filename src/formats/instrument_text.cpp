@@ -180,41 +180,6 @@ ReadResult ReadTxText(const ReaderInput& input, ImportedProfile& profile) {
   return ReadResult::Read();
 }
 
-ReadResult ReadStepProfilerText(const ReaderInput& input, ImportedProfile& profile) {
-  constexpr double kMicrometresPerAngstrom = 1e-4;
-  LineCursor lines(input.bytes);
-  double count = 0.0;
-  std::size_t columns = 0;
-  while (columns == 0) {
-    const auto line = lines.Next();
-    if (!line || lines.LineNumber() > 10) return ReadResult::NotRecognised("Data, Points and X-Resolution do not come");
-    const auto fields = SplitAtAny(*line, " \t");
-    if (fields.empty()) continue;
-    if (profile.identification.empty() && fields[0] != "Data")
-      return ReadResult::NotRecognised("line 1 does not begin with Data");
-    const bool hasValue = fields.size() == 2;
-    if (fields[0] == "Data") profile.identification = TrimBlanks(line->substr(4));
-    if (fields[0] == "Points" && hasValue) count = NumberField(fields[1]).value_or(0.0);
-    if (fields[0] == "X-Resolution" && hasValue) profile.spacingUM = NumberField(fields[1]).value_or(0.0);
-    if (fields[0] == "Raw") columns = fields.size();
-  }
-  if (count < 1.0 || profile.spacingUM <= 0.0) {
-    return RefuseAtLine(input, lines.LineNumber(), "Points or X-Resolution is missing.");
-  }
-  const std::size_t column = AskHeightColumn(input, columns, profile);
-  while (const auto line = lines.Next()) {
-    const auto fields = SplitAtAny(*line, " \t");
-    if (fields.empty()) continue;
-    const auto height = column < fields.size() ? NumberField(fields[column]) : std::nullopt;
-    if (!height) return RefuseAtLine(input, lines.LineNumber(), "Not a row of heights.");
-    if (!Append(*height * kMicrometresPerAngstrom, profile)) return RefuseAtLine(input, lines.LineNumber(), kTooMany);
-  }
-  if (profile.heightsUM.empty()) return RefuseAtLine(input, lines.LineNumber(), "Unexpected end of file.");
-  WarnOfCount(count, profile);
-  profile.spacingSource = "header line X-Resolution";
-  return ReadResult::Read();
-}
-
 ReadResult ReadSectionText(const ReaderInput& input, ImportedProfile& profile) {
   LineCursor lines(input.bytes);
   if (!lines.NextFilled().value_or(std::string_view{}).starts_with("// Header")) {

@@ -13,10 +13,6 @@ namespace texturon {
 /// sheet with the ending .tx3 beside it.
 ReadResult ReadTxText(const ReaderInput& input, ImportedProfile& profile);
 
-/// Step profiler text: lines Data, Recipe, Points, X-Resolution (um), a heading, rows of an index and heights in
-/// Angstrom; the column is asked for.
-ReadResult ReadStepProfilerText(const ReaderInput& input, ImportedProfile& profile);
-
 /// Surface tester text: sections "// ...", semicolons, decimal comma; Pitch in um, heights behind "// CalcData". A file
 /// without that section holds results only and is refused.
 ReadResult ReadSectionText(const ReaderInput& input, ImportedProfile& profile);

@@ -5,6 +5,7 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 #include <type_traits>
 
@@ -23,6 +24,19 @@ T LittleEndian(std::string_view bytes, std::size_t at) {
   } else {
     return static_cast<T>(bits);
   }
+}
+
+/// Appends the bytes of a number, the least significant first.
+template <typename T>
+void AppendLittleEndian(std::string& out, T value) {
+  std::uint64_t bits = 0;
+  if constexpr (std::is_same_v<T, double>) {
+    bits = std::bit_cast<std::uint64_t>(value);
+  } else {
+    static_assert(std::is_unsigned_v<T>);
+    bits = value;
+  }
+  for (std::size_t i = 0; i < sizeof(T); ++i) out += static_cast<char>(bits >> 8 * i & 0xFF);
 }
 
 }  // namespace texturon

@@ -21,6 +21,16 @@ namespace {
 constexpr char kRecordEnd = '\x03';
 constexpr std::string_view kSeparators("\0 \t\r\n", 5);
 
+constexpr std::string_view kStandardName = "ISO5436";
+
+/// What stands between the first NUL and the next; empty where fields are divided by blanks.
+std::string_view NameOnFirstLine(std::string_view line) {
+  const std::size_t first = line.find('\0');
+  if (first == std::string_view::npos) return {};
+  const std::string_view behind = line.substr(first + 1);
+  return TrimBlanks(behind.substr(0, behind.find('\0')));
+}
+
 struct Axis {
   bool isAbsolute = false;
   double count = 0.0;
@@ -73,8 +83,8 @@ void ReadConditions(std::string_view text, ImportedProfile& profile) {
     if (line->find("/*") != std::string_view::npos) inComment = true;
     if (line->find("*/") != std::string_view::npos) inComment = false;
     if (wasInComment || fields.size() < 2) continue;
-    if (fields[0] == "DATE") date = fields[1];
-    if (fields[0] == "TIME") time = fields[1];
+    if (fields[0] == "DATE" || fields[0] == "DATE:") date = fields[1];
+    if (fields[0] == "TIME" || fields[0] == "TIME:") time = fields[1];
     if (fields[0] == "PARAMETER_VALUE" && fields.size() > 2) {
       const auto value = NumberField(fields[2]);
       if (value) AddInstrumentValue(profile, fields[1], *value, fields.size() > 3 ? fields[3] : std::string_view{});
@@ -134,7 +144,10 @@ ReadResult ReadSoftgauge(const ReaderInput& input, ImportedProfile& profile) {
   while (const auto line = lines.Next()) {
     const auto fields = SplitAtAny(*line, kSeparators);
     if (fields.empty()) continue;
-    if (fields[0] == "PRF" && fields.size() > 2) profile.identification = fields[2];
+    if (lines.LineNumber() == 1) profile.identification = NameOnFirstLine(*line);
+    // The name of the feature, where it is more than that of the standard.
+    const bool hasName = fields[0] == "PRF" && fields.size() > 2;
+    if (hasName && (fields[2] != kStandardName || profile.identification.empty())) profile.identification = fields[2];
     const bool isX = fields[0] == "CX";
     if (!isX && fields[0] != "CZ") continue;
     if (!ReadAxis(fields, isX ? x : z)) return RefuseAtLine(input, lines.LineNumber(), "The axis is not understood.");

@@ -3,8 +3,9 @@
 // What is read of many files, written as one text: tests/golden/formats/*.txt. There
 //   $ NAME      begins a case with a file of tests/golden/files/formats, or with an empty one
 //   - TEXT      is replaced, once, by the "+ TEXT" that follows; a "+" by itself is appended
-//   : cut TEXT, answer TEXT, column N, choice N, spacing N, beside NAME TEXT
-//               cut the file off there, answer a question, preset the options, put a file beside it
+//   : cut TEXT, answer TEXT, column N, choice N, spacing N, beside NAME TEXT, packed
+//               cut the file off there, answer a question, preset the options, put a file beside it, make a container
+//               of the parts that begin with lines "@@ NAME"
 // and the lines that begin with blanks tell what came of it. \n \r \t \0 \\ and \xHH stand for bytes.
 
 #include <gtest/gtest.h>
@@ -15,6 +16,7 @@
 
 #include "formats/import.h"
 #include "formats/sample_texts.h"
+#include "formats/zip_archive.h"
 #include "support/golden.h"
 #include "support/scratch_folder.h"
 #include "support/scripted_prompts.h"
@@ -65,6 +67,7 @@ public:
 
 struct Case {
   std::string name, bytes;
+  bool isPacked = false;
   ImportOptions options;
   ReadingPrompts prompts;
 };
@@ -79,10 +82,26 @@ void TakeOption(const std::string& line, const ScratchFolder& folder, Case& c) {
   if (key == "column") c.options.column = std::stoi(value);
   if (key == "choice") c.options.profileChoice = std::stoi(value);
   if (key == "spacing") c.options.spacingUM = std::stod(value);
+  if (key == "packed") c.isPacked = true;
   if (key == "beside") folder.Write(value.substr(0, value.find(' ')), Unescaped(value.substr(value.find(' ') + 1)));
 }
 
+/// The container of the parts of a text.
+std::string Packed(const std::string& text) {
+  const std::string mark = "@@ ";
+  std::vector<ZipPart> parts;
+  for (std::size_t at = text.find(mark); at != std::string::npos;) {
+    const std::size_t line = text.find('\n', at);
+    const std::size_t next = text.find("\n" + mark, line);
+    const std::string_view view = text;
+    parts.push_back({view.substr(at + mark.size(), line - at - mark.size()), view.substr(line + 1, next - line - 1)});
+    at = next == std::string::npos ? next : next + 1;
+  }
+  return ZipOf(parts);
+}
+
 std::string Outcome(const ScratchFolder& folder, Case& c) {
+  if (c.isPacked) c.bytes = Packed(c.bytes);
   const ImportOutcome outcome =
       LoadProfileBytes(folder / std::filesystem::path(c.name).filename().string(), c.bytes, c.options, c.prompts);
   const ImportedProfile& profile = outcome.profile;
