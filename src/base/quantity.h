@@ -18,7 +18,13 @@ struct Quantity {
 
   constexpr double Factor(bool metric) const { return metric ? 1.0 : imperialFactor; }
   constexpr double Shown(double value, bool metric) const { return metric ? value : value * imperialFactor; }
-  constexpr double FromShown(double shown, bool metric) const { return metric ? shown : shown / imperialFactor; }
+  /// Heights and lengths come back by the factors that define the inch, not by the rounded ones that show them.
+  constexpr double FromShown(double shown, bool metric) const {
+    if (metric) return shown;
+    if (imperialFactor == kInchesPerMillimetre) return shown * kMillimetresPerInch;
+    if (imperialFactor == kMicroinchesPerMicrometre) return shown * kMicrometresPerMicroinch;
+    return shown / imperialFactor;
+  }
   constexpr std::string_view Unit(bool metric) const { return metric ? metricUnit : imperialUnit; }
 };
 

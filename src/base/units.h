@@ -11,6 +11,7 @@ namespace texturon {
 inline constexpr double kMicroinchesPerMicrometre = 39.37007874015748;
 inline constexpr double kInchesPerMillimetre = 0.03937007874015748;
 inline constexpr double kMillimetresPerInch = 25.4;
+inline constexpr double kMicrometresPerMicroinch = 0.0254;
 inline constexpr double kMicrometresPerMillimetre = 1000.0;
 inline constexpr double kMillimetresPerMicrometre = 0.001;
 
