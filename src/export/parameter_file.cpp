@@ -67,7 +67,8 @@ std::string NoParameterFile(const std::filesystem::path& path) {
 }
 
 AppendOutcome AppendToParameterFile(const std::filesystem::path& path, std::string_view header, std::string_view rows,
-                                    InUse inUse, const std::function<bool()>& givesUp) {
+                                    InUse inUse, const std::function<bool()>& givesUp,
+                                    const std::function<void(const AppendFile& file)>& before) {
   const auto file = Hold(path, inUse, givesUp);
   if (file->state() == AppendFile::State::kInUse) return {false, std::string(kInUseReason)};
   if (file->state() == AppendFile::State::kFailed) return {false, file->outcome().reason};
@@ -75,6 +76,7 @@ AppendOutcome AppendToParameterFile(const std::filesystem::path& path, std::stri
     std::string objection = NoParameterFile(*file);
     if (!objection.empty()) return {false, std::move(objection)};
   }
+  if (before) before(*file);
   std::string text;
   if (file->size() == 0) text += header;
   if (file->endsInsideLine()) text += "\r\n";
