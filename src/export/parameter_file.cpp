@@ -68,7 +68,7 @@ std::string NoParameterFile(const std::filesystem::path& path) {
 
 AppendOutcome AppendToParameterFile(const std::filesystem::path& path, std::string_view header, std::string_view rows,
                                     InUse inUse, const std::function<bool()>& givesUp,
-                                    const std::function<void(const AppendFile& file)>& before) {
+                                    const std::function<FileOutcome(const AppendFile& file)>& before) {
   const auto file = Hold(path, inUse, givesUp);
   if (file->state() == AppendFile::State::kInUse) return {false, std::string(kInUseReason)};
   if (file->state() == AppendFile::State::kFailed) return {false, file->outcome().reason};
@@ -76,7 +76,8 @@ AppendOutcome AppendToParameterFile(const std::filesystem::path& path, std::stri
     std::string objection = NoParameterFile(*file);
     if (!objection.empty()) return {false, std::move(objection)};
   }
-  if (before) before(*file);
+  const FileOutcome prepared = before ? before(*file) : FileOutcome{};
+  if (!prepared.ok()) return {false, prepared.reason};
   std::string text;
   if (file->size() == 0) text += header;
   if (file->endsInsideLine()) text += "\r\n";

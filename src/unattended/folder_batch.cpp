@@ -151,13 +151,13 @@ private:
   bool Append(const std::string& header, const std::string& rows, const std::string& lines) {
     if (rows.empty()) return true;
     const auto note = [this, &lines](const AppendFile& file) {
-      if (!listsRows_) return;
-      const FileOutcome noted = NoteRows(options_.parameterFile, lines, file.size() == 0);
-      listsRows_ = noted.ok();
-      if (noted.ok()) return;
-      Remark(
-          "the list of whose rows they are cannot be kept beside " +
-          FileSentence(options_.parameterFile, "(it " + noted.reason + "): to go on, files are told by their source"));
+      if (!listsRows_) return FileOutcome{};
+      const RowsNoted noted = NoteRows(options_.parameterFile, lines, file.size() == 0);
+      listsRows_ = noted.keepsList;
+      if (noted.keepsList) return noted.outcome;
+      Remark("the list of whose rows they are is not kept: the one beside " +
+             FileSentence(options_.parameterFile, noted.outcome.reason + "; to go on, files are told by their source"));
+      return FileOutcome{};
     };
     const AppendOutcome appended =
         AppendToParameterFile(options_.parameterFile, header, rows, InUse::kWait, observer_.stops, note);

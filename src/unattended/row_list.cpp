@@ -281,13 +281,15 @@ std::string RowLine(const FileMark& file, std::string_view row) {
   return line + EscapedName(SystemTextFromPath(file.path)) + "\n";
 }
 
-FileOutcome NoteRows(const std::filesystem::path& parameterFile, std::string_view lines, bool isNewFile) {
+RowsNoted NoteRows(const std::filesystem::path& parameterFile, std::string_view lines, bool isNewFile) {
   const std::filesystem::path path = ListOf(parameterFile);
-  if (isNewFile) return ReplaceSideFile(path, lines, FlushFile::kNo);
+  std::error_code ignored;
+  if (isNewFile) std::filesystem::remove(path, ignored);  // of a link that somebody put there, the link
   AppendFile list(path, AppendFile::Name::kOwn);
-  if (list.state() != AppendFile::State::kHeld) return {list.outcome().ok() ? "is in use" : list.outcome().reason};
-  if (!list.isOurs()) return {std::string(kNotOwn)};
-  return list.Append((list.endsInsideLine() ? "\n" : "") + std::string(lines));
+  if (list.state() == AppendFile::State::kInUse) return {true, {"is in use"}};
+  if (list.state() == AppendFile::State::kFailed) return {false, list.outcome()};
+  if (!list.isOurs()) return {false, {std::string(kNotOwn)}};
+  return {true, list.Append((list.endsInsideLine() ? "\n" : "") + std::string(lines))};
 }
 
 RowsLeft FilesWithoutRow(const std::vector<std::filesystem::path>& files, const std::filesystem::path& parameterFile) {

@@ -32,8 +32,13 @@ std::optional<FileMark> MarkOf(const std::filesystem::path& path);
 /// The line of a row, which ends in CR LF.
 std::string RowLine(const FileMark& file, std::string_view row);
 
-/// Adds lines to the list, which is begun anew with a new parameter file. Refuses a list that is not this user's own.
-FileOutcome NoteRows(const std::filesystem::path& parameterFile, std::string_view lines, bool isNewFile);
+struct RowsNoted {
+  bool keepsList = true;  ///< false: there can be none in this folder, or it is not this user's own
+  FileOutcome outcome;
+};
+
+/// Adds lines to the list, which is begun anew with a new parameter file.
+RowsNoted NoteRows(const std::filesystem::path& parameterFile, std::string_view lines, bool isNewFile);
 
 /// What is left to do for a parameter file.
 struct RowsLeft {

@@ -18,6 +18,7 @@
 #include "support/near.h"
 #include "support/scratch_folder.h"
 #include "support/small_profiles.h"
+#include "unattended/batch_outputs.h"
 #include "unattended/folder_files.h"
 #include "unattended/row_list.h"
 
@@ -169,6 +170,17 @@ TEST_F(FolderBatch, AFailureIsOneLineWhateverTheName) {
   EXPECT_EQ(Run().summary.failed, 1U);
   const std::string failures = folder_.Read("failures.txt");
   EXPECT_EQ(std::count(failures.begin(), failures.end(), '\n'), 1) << failures;
+  for (const char* name : {"in/007.lmt", "in/\u8868 7.lmt", "in/tab\t7.lmt", "in/line\n.lmt"}) {
+    folder_.Write(name, "damaged");
+    options_.files = {folder_ / name};
+    std::filesystem::remove(options_.failuresFile);
+    Run();
+    EXPECT_TRUE(IsFailuresFile(options_.failuresFile)) << folder_.Read("failures.txt");
+  }
+  folder_.Write("of a profile", "./in/2.lmt\t/p/2.lmt.primary.csv cannot be written (the disk is full).\n");
+  folder_.Write("columns", "12\t12.\n");
+  EXPECT_TRUE(IsFailuresFile(folder_ / "of a profile"));
+  EXPECT_FALSE(IsFailuresFile(folder_ / "columns"));
   EXPECT_TRUE(failures.find("lost\\r\\nand\\tfound.lmt\t") != std::string::npos) << "where the name ends is clear";
 }
 
