@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
@@ -43,9 +44,10 @@ struct ProfileSet {
   std::vector<double> raw;
   std::string identification;
   std::string dateTime;
-  std::string sourcePath;
-  double tipRadiusMM = -1.0;  ///< -1.0 or 0.0: none known
-  bool inverted = false;      ///< `raw` is upside down to what the reader delivered
+  std::string sourcePath;            ///< as outputs show it; several files may share the text
+  std::filesystem::path sourceFile;  ///< itself
+  double tipRadiusMM = -1.0;         ///< -1.0 or 0.0: none known
+  bool inverted = false;             ///< `raw` is upside down to what the reader delivered
 
   // Derived.
   std::vector<double> form;  ///< the geometry that form removal took out
