@@ -26,6 +26,7 @@ RunStep LoadRecord(Document& document, const RecordSource& source, Prompts& prom
   if (!outcome.profile.companion.empty()) step.files.reads.push_back(outcome.profile.companion);
   try {
     ProfileSet profiles = MakeProfileSet(std::move(outcome.profile), TextFromPath(source.path));
+    profiles.sourceFile = source.path;
     if (source.invert) InvertProfile(profiles);
     SetProfile(document, std::move(profiles));
     step.loaded = true;

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <exception>
+#include <new>
 #include <span>
 #include <string_view>
 
@@ -51,12 +52,13 @@ std::filesystem::path ProfileFile(const std::filesystem::path& path, const std::
 
 /// The reason where a profile could not be written.
 std::string WriteProfiles(const Document& document, const std::filesystem::path& path,
-                          const std::filesystem::path& folder) {
+                          const FileAnalysisOptions& options) {
   SilentPrompts nobody;
   for (const std::string_view name : kWrittenProfiles) {
     const ExportResult result = FindExportKind(name)->make(document, nobody);
     if (!result.ok()) continue;
-    const std::filesystem::path target = ProfileFile(path, folder, name);
+    const std::filesystem::path target = ProfileFile(path, options.profilesTo, name);
+    if (options.announces) options.announces(target, result.text);
     const FileOutcome outcome = ReplaceSideFile(target, result.text, FlushFile::kNo);
     if (!outcome.ok()) return FileSentence(target, outcome.reason);
   }
@@ -89,10 +91,12 @@ FileAnalysis AnalyseFile(const std::filesystem::path& path, const FileAnalysisOp
     CollectingPrompts prompts;
     const RunStep run =
         RunAnalysis(document, {.path = path, .import = options.import, .invert = options.invert}, prompts, environment);
-    if (!run.ok()) return {.reason = FileSentence(path, run.Reason())};
+    if (!run.ok()) return {.reason = FileSentence(path, run.Reason()), .outOfMemory = run.cause == kNoMemory};
     analysis = ResultsOf(document, environment);
     analysis.remarks = prompts.notices();
-    if (!options.profilesTo.empty()) analysis.reason = WriteProfiles(document, path, options.profilesTo);
+    if (!options.profilesTo.empty()) analysis.reason = WriteProfiles(document, path, options);
+  } catch (const std::bad_alloc&) {
+    return {.reason = FileSentence(path, kNoMemory), .outOfMemory = true};
   } catch (const std::exception& error) {
     analysis.reason = FileSentence(path, std::string("is not analysed: ") + error.what());
   }

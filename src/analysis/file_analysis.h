@@ -3,8 +3,10 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "analysis/document.h"
@@ -20,6 +22,8 @@ struct FileAnalysisOptions {
   ImportOptions import;
   bool invert = false;
   std::filesystem::path profilesTo;  ///< folder for the profiles of each file; empty: none
+  /// Told of each such profile before it is written, from any thread.
+  std::function<void(const std::filesystem::path& target, std::string_view text)> announces;
 };
 
 /// A column of the parameter file with one result.
@@ -36,6 +40,7 @@ struct FileAnalysis {
   std::string reason;  ///< why it gave nothing: a sentence, Windows-1252; empty: analysed
   ParameterFileText text;
   std::vector<ColumnValue> columns;
+  bool outOfMemory = false;          ///< the reason: it may do where less is at work
   std::vector<std::string> remarks;  ///< what was tolerated, guessed, or looks wrong, Windows-1252
 
   bool ok() const { return reason.empty(); }

@@ -183,10 +183,16 @@ int RunBatch(const BatchOptions& options, const CommonOptions& common) {
   FolderBatchOutcome outcome;
   {
     BatchProgress progress(!common.quiet);
+    const auto remark = [&progress, &common](const std::string& sentence) {
+      if (common.quiet) return;
+      progress.Clear();
+      Complain(Utf8FromWindows1252(sentence));
+    };
     outcome = RunFolderBatch(
         {.files = std::move(*files),
          .parameterFile = PathFromSystemText(options.parameterFile),
          .failuresFile = PathFromSystemText(options.failuresFile),
+         .summaryFile = PathFromSystemText(options.summaryFile),
          .jobs = options.jobs.value_or(static_cast<int>(std::max(1U, std::thread::hardware_concurrency()))),
          .resume = options.resume},
         {.start = setup->document,
@@ -199,12 +205,8 @@ int RunBatch(const BatchOptions& options, const CommonOptions& common) {
                progress.Clear();
                Complain(Utf8FromWindows1252(sentence));
              },
-         .fileRemarked =
-             [&progress, &common](const std::string& sentence) {
-               if (common.quiet) return;
-               progress.Clear();
-               Complain(Utf8FromWindows1252(sentence));
-             },
+         .fileRemarked = remark,
+         .remarked = remark,
          .advanced = [&progress](std::size_t done, std::size_t total) { progress.Show(done, total); },
          .stops = Interrupted});
   }

@@ -43,8 +43,11 @@ int RunWatch(const WatchOptions& options, const CommonOptions& common) {
   const std::string reason =
       WatchFolder(watch, {.start = setup->document, .import = setup->import, .invert = setup->invert}, environment,
                   {.analysed =
-                       [&common](const std::string& file, const FileAnalysis& /*analysis*/) {
-                         if (!common.quiet) std::cout << EscapedControls(file) << " analysed" << std::endl;
+                       [&common](const std::string& file, const FileAnalysis& analysis) {
+                         if (common.quiet) return;
+                         std::cout << EscapedControls(file) << " analysed" << std::endl;
+                         for (const std::string& remark : analysis.remarks)
+                           Complain(file + ": " + Utf8FromWindows1252(remark));
                        },
                    .failed = [](const std::string& sentence) { Complain(Utf8FromWindows1252(sentence)); },
                    .stops = Interrupted});

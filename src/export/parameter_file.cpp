@@ -83,9 +83,11 @@ AppendOutcome AppendLines(const std::filesystem::path& path, std::string_view he
 }
 
 AppendOutcome AppendToParameterFile(const std::filesystem::path& path, std::string_view header, std::string_view rows,
-                                    InUse inUse, const std::function<bool()>& givesUp) {
-  const auto objection = [header](const AppendFile& file) {
-    return header.empty() ? std::string() : NoParameterFile(file);
+                                    InUse inUse, const std::function<bool()>& givesUp,
+                                    const std::function<FileOutcome(const AppendFile& file)>& before) {
+  const auto objection = [&](const AppendFile& file) {
+    std::string reason = header.empty() ? std::string() : NoParameterFile(file);
+    return reason.empty() && before ? before(file).reason : reason;
   };
   return AppendLines(path, header, rows, objection, inUse, givesUp);
 }

@@ -41,9 +41,11 @@ AppendOutcome AppendLines(const std::filesystem::path& path, std::string_view he
 /// Adds rows to the end of a parameter file, which is created with `header` where it is not there (or empty). They
 /// follow each other without another writer's between them, all of them or none. A file whose last line has no end gets
 /// one first; one that is no parameter file is refused. Without a header the file is any text of lines. `givesUp`,
-/// asked now and then while it waits, ends the waiting.
+/// asked now and then while it waits, ends the waiting. `before` is called with the file held, before it is written
+/// to, and where it fails nothing is.
 AppendOutcome AppendToParameterFile(const std::filesystem::path& path, std::string_view header, std::string_view rows,
-                                    InUse inUse, const std::function<bool()>& givesUp = {});
+                                    InUse inUse, const std::function<bool()>& givesUp = {},
+                                    const std::function<FileOutcome(const AppendFile& file)>& before = {});
 
 /// The same once, with its message: "rows.csv:  File is in use - parameters not written."
 AppendOutcome AppendParameters(const std::filesystem::path& path, std::string_view header, std::string_view row,

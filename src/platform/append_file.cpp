@@ -63,6 +63,7 @@ void AppendFile::Open(const std::filesystem::path& path, Name name) {
   state_ = State::kHeld;
   ReadStatus(handle_, status);  // again: another may have added to it before the lock
   size_ = static_cast<std::uint64_t>(status.size);
+  isOurs_ = status.isOurs;
   char last = '\n';
   if (size_ > 0 && SeekTo(handle_, static_cast<std::int64_t>(size_) - 1) >= 0) ReadSome(handle_, &last, 1);
   endsInsideLine_ = last != '\n';

@@ -35,6 +35,7 @@ public:
   /// Bytes in the file; 0 for a new one.
   std::uint64_t size() const { return size_; }
   bool endsInsideLine() const { return endsInsideLine_; }
+  bool isOurs() const { return isOurs_; }  ///< belongs to this user
   /// What the file begins with: its first bytes, as many as there are.
   std::string Start(std::size_t most) const;
   /// Whether the file that is held still bears its name.
@@ -55,6 +56,7 @@ private:
   FileOutcome outcome_;
   std::uint64_t size_ = 0;
   bool endsInsideLine_ = false;
+  bool isOurs_ = false;
 };
 
 /// Opens an AppendFile, trying again while another holds it: every few milliseconds until `patience` is over or

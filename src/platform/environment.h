@@ -14,7 +14,8 @@ struct Environment {
   std::filesystem::path workingFolder;
   std::filesystem::path temporaryFolder;
   std::filesystem::path programFolder;
-  std::filesystem::path traceFile;  ///< where the heights given to the element finder go; empty: nowhere
+  std::filesystem::path stateFolder;  ///< of this user's own, for what is kept from run to run; empty: there is none
+  std::filesystem::path traceFile;    ///< where the heights given to the element finder go; empty: nowhere
 };
 
 }  // namespace texturon

@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <new>
 #include <random>
 #include <system_error>
@@ -74,13 +75,15 @@ FileBytes ReadFileAt(const std::filesystem::path& path, OpenMode mode, std::size
     const int code = errno;
     std::error_code error;
     if (std::filesystem::is_directory(path, error)) return {"", "is a directory"};
-    if (code == ELOOP) return {"", std::string(kLoop)};
+    if (code == ELOOP) return {"", std::string(mode == OpenMode::kReadOwn ? kNotOwn : kLoop)};
     if (code == ENOENT || code == ENOTDIR) return {"", "does not exist", true};
     return {"", Failure("cannot be opened", code)};
   }
   FileStatus status;
   if (!ReadStatus(file.handle(), status)) return {"", Failure("cannot be read", errno)};
   if (status.isDirectory) return {"", "is a directory"};
+  const bool isOwn = status.isRegular && status.isOurs && status.hasOneName;
+  if (mode == OpenMode::kReadOwn && !isOwn) return {"", std::string(kNotOwn)};
   if (mode == OpenMode::kReadAtOnce && !status.isRegular) return {"", "is no regular file"};
   try {
     return ReadOpenFile(file.handle(), static_cast<std::size_t>(std::max<std::int64_t>(status.size, 0)), mostLines);
@@ -188,6 +191,10 @@ FileBytes ReadRegularFile(const std::filesystem::path& path, std::size_t mostLin
   return ReadFileAt(path, OpenMode::kReadAtOnce, mostLines);
 }
 
+FileBytes ReadOwnFile(const std::filesystem::path& path) {
+  return ReadFileAt(path, OpenMode::kReadOwn, 0);
+}
+
 FileBytes ReadStandardInput() {
   try {
     return ReadOpenFile(StandardInput(), 0, 0);
@@ -261,6 +268,14 @@ bool IsPrivateFolder(const std::filesystem::path& path) {
   return ReadStatusAt(path, LastLink::kKept, status) && status.isDirectory && status.isOurs && status.isPrivate;
 }
 
+bool MakePrivateFolder(const std::filesystem::path& path) {
+  std::error_code error;
+  if (std::filesystem::create_directories(path, error)) {
+    std::filesystem::permissions(path, std::filesystem::perms::owner_all, error);
+  }
+  return IsPrivateFolder(path);
+}
+
 FileOutcome MoveToPlace(const std::filesystem::path& from, const std::filesystem::path& to) {
   if (RenameOver(from, to, true)) {
     FlushFolderOf(from);
@@ -288,6 +303,24 @@ FileOutcome RemoveDurably(const std::filesystem::path& path) {
   return {};
 }
 
+namespace {
+
+/// Where programs of this user keep what outlives a run; empty: nowhere. A path that is not whole does not count.
+std::filesystem::path StateFolder() {
+#ifndef _WIN32
+  const auto told = [](const char* name) {
+    const char* const value = std::getenv(name);
+    const std::filesystem::path path = value == nullptr ? "" : value;
+    return path.is_absolute() ? path : std::filesystem::path();
+  };
+  if (const auto state = told("XDG_STATE_HOME"); !state.empty()) return state / "texturon";
+  if (const auto home = told("HOME"); !home.empty()) return home / ".local/state/texturon";
+#endif
+  return {};
+}
+
+}  // namespace
+
 Environment SystemEnvironment() {
   Environment environment;
   environment.localTime = [] { return LocalTime(std::time(nullptr)); };
@@ -295,6 +328,7 @@ Environment SystemEnvironment() {
   environment.workingFolder = std::filesystem::current_path(error);
   environment.temporaryFolder = std::filesystem::temp_directory_path(error);
   environment.programFolder = ProgramFile().parent_path();
+  environment.stateFolder = StateFolder();
 #ifdef _WIN32
   environment.traceFile = "c:\\Temp\\Xc.csv";
 #else

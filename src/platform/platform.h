@@ -50,6 +50,11 @@ FileBytes ReadWholeFile(const std::filesystem::path& path);
 FileBytes ReadRegularFile(const std::filesystem::path& path, std::size_t mostLines = 0);
 FileBytes ReadStandardInput();
 
+/// Reads a file that this program keeps for itself in a folder that others may write to. One that belongs to somebody
+/// else, a symbolic link, what is no regular file, and a file with a second name are kNotOwn.
+inline constexpr std::string_view kNotOwn = "belongs to somebody else, is a link or has a second name";
+FileBytes ReadOwnFile(const std::filesystem::path& path);
+
 /// Gives `path` the content `bytes`, so that at any moment it holds all of the old or all of the new: written to an
 /// exclusive temporary file beside it, flushed to the disk unless `flush` says otherwise, renamed over it. An existing
 /// file keeps its permissions, a symbolic link stays and its target is replaced; one that may not be written is
@@ -78,6 +83,8 @@ FileOutcome OverwriteInPlace(const std::filesystem::path& path, std::string_view
 
 /// Whether a folder, no link to one, belongs to this user and to nobody else.
 bool IsPrivateFolder(const std::filesystem::path& path);
+/// Makes a folder of that kind, with those above it, where it is not there. False where it cannot be had.
+bool MakePrivateFolder(const std::filesystem::path& path);
 
 /// Whether who is at the other end of a local socket is this user. `socket`: its number at the system.
 bool IsPeerOurs(std::intptr_t socket);

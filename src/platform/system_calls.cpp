@@ -66,6 +66,7 @@ int OpenFile(const std::filesystem::path& path, OpenMode mode) {
       return _wopen(path.c_str(), _O_WRONLY | kUsual);
     case OpenMode::kCreate:
       return _wopen(path.c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | kUsual, kRights);
+    case OpenMode::kReadOwn:
     case OpenMode::kSideFile:
     case OpenMode::kInPlace:
     case OpenMode::kSideLog: {
@@ -74,6 +75,7 @@ int OpenFile(const std::filesystem::path& path, OpenMode mode) {
         errno = ELOOP;
         return -1;
       }
+      if (mode == OpenMode::kReadOwn) return _wopen(path.c_str(), _O_RDONLY | kUsual);
       if (mode == OpenMode::kSideFile) return _wopen(path.c_str(), _O_WRONLY | _O_CREAT | kUsual, kRights);
       if (mode == OpenMode::kInPlace) return _wopen(path.c_str(), _O_RDWR | kUsual);
       break;
@@ -212,6 +214,8 @@ int OpenFile(const std::filesystem::path& path, OpenMode mode) {
       return ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
     case OpenMode::kReadAtOnce:
       return ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    case OpenMode::kReadOwn:
+      return ::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
     case OpenMode::kWrite:
       return ::open(path.c_str(), O_WRONLY | O_CLOEXEC);
     case OpenMode::kCreate:

@@ -18,6 +18,7 @@ namespace texturon {
 enum class OpenMode {
   kRead,
   kReadAtOnce,  ///< a pipe is not waited for
+  kReadOwn,     ///< the same, and a symbolic link is refused
   kWrite,       ///< a file that exists
   kCreate,      ///< a file that must not exist
   kSideFile,    ///< a file that may exist; a symbolic link is refused and a pipe not waited for

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
@@ -44,7 +45,8 @@ struct ProfileSet {
   std::vector<double> raw;
   std::string identification;
   std::string dateTime;
-  std::string sourcePath;
+  std::string sourcePath;                         ///< as outputs show it; several files may share the text
+  std::filesystem::path sourceFile;               ///< itself
   double tipRadiusMM = -1.0;                      ///< -1.0 or 0.0: none known
   std::vector<InstrumentValue> instrumentValues;  ///< what the file tells of the instrument's own results
   bool inverted = false;                          ///< `raw` is upside down to what the reader delivered

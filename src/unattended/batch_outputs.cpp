@@ -50,10 +50,16 @@ bool IsFailuresFile(const std::filesystem::path& path) {
   const std::string_view line = std::string_view(*start).substr(0, start->find('\n'));
   const std::size_t tab = line.find('\t');
   if (tab == 0 || tab == std::string_view::npos) return false;
-  // The reason is a sentence that begins with the file's name, as far as both spell it alike.
+  // The reason is a sentence about the file, or about what is made of it: it holds the end of its name, as far as both
+  // spell it alike.
   const std::string_view name = line.substr(0, tab);
-  const std::string_view alike = name.substr(0, name.find_first_of("\\?"));
-  return line.substr(tab + 1).starts_with(alike) && line.ends_with('.');
+  const std::string_view reason = line.substr(tab + 1);
+  std::size_t alike = name.size();
+  const auto isSpeltAlike = [](char c) { return c >= ' ' && c <= '~' && c != '?' && c != '\\' && c != '/'; };
+  while (alike > 0 && isSpeltAlike(name[alike - 1])) --alike;
+  if (alike > 0 && alike < name.size() && name[alike - 1] == '\\') ++alike;  // the letter of an escape
+  return reason.find(name.substr(alike)) != std::string_view::npos && reason.find(' ') != std::string_view::npos &&
+         reason.ends_with('.');
 }
 
 bool IsSummaryFile(const std::filesystem::path& path) {

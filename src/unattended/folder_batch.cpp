@@ -5,84 +5,26 @@
 #include <algorithm>
 #include <chrono>
 #include <condition_variable>
-#include <cstdint>
-#include <fstream>
 #include <map>
 #include <mutex>
 #include <optional>
 #include <string_view>
 #include <system_error>
 #include <thread>
-#include <unordered_map>
 #include <utility>
 
-#include "base/charset.h"
-#include "base/text.h"
-#include "export/parameter_csv.h"
+#include "base/number_text.h"
 #include "export/parameter_file.h"
 #include "platform/append_file.h"
+#include "platform/file_identity.h"
 #include "platform/platform.h"
 #include "unattended/batch_outputs.h"
+#include "unattended/job_limit.h"
+#include "unattended/output_list.h"
+#include "unattended/row_list.h"
 
 namespace texturon {
 namespace {
-
-/// The source of a line of the parameter file; nothing for a line that is no row.
-std::optional<std::string> SourceOfRow(std::string_view line) {
-  constexpr std::string_view kSeparator = "\", \"";
-  const std::size_t first = line.find(kSeparator);
-  if (first == std::string_view::npos) return std::nullopt;
-  const std::size_t begin = first + kSeparator.size();
-  const std::size_t length = line.substr(begin).find("    \", \"");
-  if (length == std::string_view::npos) return std::nullopt;
-  return std::string(line.substr(begin, length));
-}
-
-/// The whole rows of a parameter file by their source, and where the last whole line ends: at the start of a file that
-/// has not even its header.
-struct FormerRows {
-  std::unordered_map<std::string, int> bySource;
-  std::uint64_t wholeSize = 0;
-};
-
-FormerRows ReadFormerRows(const std::filesystem::path& parameterFile) {
-  FormerRows rows;
-  std::ifstream file(parameterFile, std::ios::binary);
-  bool hasHalfAHeader = false;
-  int lines = 0;
-  for (std::string line; std::getline(file, line) && !file.eof(); ++lines) {
-    rows.wholeSize += line.size() + 1;
-    if (const auto source = SourceOfRow(line)) ++rows.bySource[*source];
-    hasHalfAHeader = lines == 0 && line.starts_with("\"Time\", ");
-  }
-  if (hasHalfAHeader) rows.wholeSize = 0;
-  return rows;
-}
-
-/// The files that have no row yet. Where several share a source text, as many as it has rows are taken as done.
-std::vector<std::filesystem::path> WithoutRows(const std::vector<std::filesystem::path>& files, FormerRows rows) {
-  std::vector<std::filesystem::path> left;
-  for (const std::filesystem::path& file : files) {
-    const auto found = rows.bySource.find(ParameterCsvSource(TextFromPath(file)));
-    if (found != rows.bySource.end() && found->second > 0) {
-      --found->second;
-    } else {
-      left.push_back(file);
-    }
-  }
-  return left;
-}
-
-/// Takes a last line without an end off, which a run that was killed may have left. The reason where it cannot.
-std::string CutTornRow(const std::filesystem::path& parameterFile, std::uint64_t wholeSize) {
-  const auto file = WaitForAppendFile(parameterFile, std::chrono::seconds(10));
-  if (file->state() == AppendFile::State::kInUse) return FileSentence(parameterFile, "is in use");
-  if (file->state() == AppendFile::State::kFailed) return FileSentence(parameterFile, file->outcome().reason);
-  const std::string objection = NoParameterFile(*file);
-  if (!objection.empty()) return FileSentence(parameterFile, objection);
-  const FileOutcome outcome = file->endsInsideLine() ? file->CutTo(wholeSize) : FileOutcome{};
-  return outcome.ok() ? std::string() : FileSentence(parameterFile, outcome.reason);
-}
 
 /// Hands files out in order, takes results in any order and writes them in order again.
 class OrderedBatch {
@@ -93,7 +35,8 @@ public:
         files_(std::move(files)),
         analysis_(analysis),
         environment_(environment),
-        observer_(observer) {}
+        observer_(observer),
+        limit_(static_cast<std::size_t>(std::max(options.jobs, 1))) {}
 
   FolderBatchOutcome Run() {
     outcome_.total = files_.size();
@@ -116,10 +59,27 @@ private:
   // Results that wait for a slow file before them are few, so that the memory stays flat.
   static constexpr std::size_t kMostWaiting = 256;
 
+  struct Result {
+    FileAnalysis analysis;
+    std::optional<FileMark> file;
+  };
+
   void Work() {
-    while (const auto index = Take()) {
-      FileAnalysis result = AnalyseFile(files_[*index], analysis_, environment_);
-      Put(*index, std::move(result));
+    while (const auto index = Take()) Put(*index, Analyse(files_[*index]));
+  }
+
+  /// Where the memory does not hold all that are at work, fewer are, and the file has another turn.
+  Result Analyse(const std::filesystem::path& file) {
+    for (;;) {
+      const std::size_t atOnce = limit_.Begin();
+      Result result{.analysis = {}, .file = MarkOf(file)};
+      result.analysis = AnalyseFile(file, analysis_, environment_);
+      limit_.End();
+      const std::size_t fewer = result.analysis.outOfMemory ? limit_.Shrink(atOnce) : 0;
+      if (fewer == 0) return result;
+      const std::lock_guard lock(mutex_);
+      Remark(FileSentence(file, std::string(kNoMemory) + " beside others and is tried again, with at most " +
+                                    IntegerText(static_cast<std::int64_t>(fewer)) + " at a time"));
     }
   }
 
@@ -132,7 +92,7 @@ private:
     return taken_++;
   }
 
-  void Put(std::size_t index, FileAnalysis result) {
+  void Put(std::size_t index, Result result) {
     const std::lock_guard lock(mutex_);
     waiting_.emplace(index, std::move(result));
     WriteWaiting();
@@ -144,31 +104,32 @@ private:
   void WriteWaiting() {
     std::string header;
     std::string rows;
+    std::string lines;
     std::string failures;
     std::vector<const FileAnalysis*> analysed;
     std::size_t end = written_;
     for (auto result = waiting_.find(end); result != waiting_.end(); result = waiting_.find(++end)) {
-      const FileAnalysis& analysis = result->second;
+      const auto& [analysis, file] = result->second;
       if (analysis.ok()) {
         if (header.empty()) header = analysis.text.header;
         rows += analysis.text.row;
+        if (file) lines += RowLine(*file, analysis.text.row);
         analysed.push_back(&analysis);
       } else {
         failures += FailureLine(files_[end], analysis.reason);
       }
     }
-    if (!outcome_.reason.empty() || !Append(header, rows) || !AppendFailures(failures)) return;
+    if (!outcome_.reason.empty() || !Append(header, rows, lines) || !AppendFailures(failures)) return;
     for (const FileAnalysis* const analysis : analysed) {
       outcome_.summary.Add(analysis->columns);
       outcome_.summary.remarked += analysis->remarks.empty() ? 0 : 1;
     }
     for (; written_ < end; ++written_) {
       const auto result = waiting_.find(written_);
-      if (!result->second.ok())
-        Fail(result->second.reason);
-      else
-        Remark(files_[written_], result->second.remarks);
-      if (observer_.fileDone) observer_.fileDone(files_[written_], result->second);
+      const FileAnalysis& analysis = result->second.analysis;
+      if (!analysis.ok()) Fail(analysis.reason);
+      RemarkOn(files_[written_], analysis.remarks);
+      if (observer_.fileDone) observer_.fileDone(files_[written_], analysis);
       waiting_.erase(result);
     }
   }
@@ -178,15 +139,28 @@ private:
     if (observer_.fileFailed) observer_.fileFailed(sentence);
   }
 
-  void Remark(const std::filesystem::path& file, const std::vector<std::string>& remarks) const {
+  void RemarkOn(const std::filesystem::path& file, const std::vector<std::string>& remarks) const {
     if (!observer_.fileRemarked) return;
     for (const std::string& remark : remarks) observer_.fileRemarked(TextFromPath(file) + ": " + remark);
   }
 
-  bool Append(const std::string& header, const std::string& rows) {
+  void Remark(const std::string& sentence) const {
+    if (observer_.remarked) observer_.remarked(sentence);
+  }
+
+  bool Append(const std::string& header, const std::string& rows, const std::string& lines) {
     if (rows.empty()) return true;
+    const auto note = [this, &lines](const AppendFile& file) {
+      if (!listsRows_) return FileOutcome{};
+      const RowsNoted noted = NoteRows(options_.parameterFile, lines, file.size() == 0);
+      listsRows_ = noted.keepsList;
+      if (noted.keepsList) return noted.outcome;
+      Remark("the list of whose rows they are is not kept: the one beside " +
+             FileSentence(options_.parameterFile, noted.outcome.reason + "; to go on, files are told by their source"));
+      return FileOutcome{};
+    };
     const AppendOutcome appended =
-        AppendToParameterFile(options_.parameterFile, header, rows, InUse::kWait, observer_.stops);
+        AppendToParameterFile(options_.parameterFile, header, rows, InUse::kWait, observer_.stops, note);
     if (!appended.written) outcome_.reason = FileSentence(options_.parameterFile, appended.reason);
     return appended.written;
   }
@@ -214,27 +188,64 @@ private:
   const Environment& environment_;
   const FolderBatchObserver& observer_;
 
+  JobLimit limit_;
+
   std::mutex mutex_;
   std::condition_variable moved_;
   std::size_t taken_ = 0;
   std::size_t written_ = 0;
-  std::map<std::size_t, FileAnalysis> waiting_;
+  std::map<std::size_t, Result> waiting_;
+  bool listsRows_ = true;
   FolderBatchOutcome outcome_;
 };
+
+/// Notes what the run will write among the measurements.
+std::string NoteOutputs(const FolderBatchOptions& options) {
+  if (options.files.empty()) return {};
+  const std::filesystem::path folder = options.files.front().parent_path();
+  const std::pair<const std::filesystem::path&, OutputList::Kind> outputs[] = {
+      {options.parameterFile, OutputList::Kind::kRows},
+      {options.failuresFile, OutputList::Kind::kFailures},
+      {options.summaryFile, OutputList::Kind::kSummary},
+  };
+  std::string reason;
+  for (const auto& [path, kind] : outputs) {
+    const bool isThere = !path.empty() && IdentityOf(path.parent_path() / ".") == IdentityOf(folder / ".");
+    if (isThere && reason.empty()) reason = OutputList(folder).NoteFile(path, kind);
+  }
+  return reason;
+}
 
 }  // namespace
 
 FolderBatchOutcome RunFolderBatch(const FolderBatchOptions& options, const FileAnalysisOptions& analysis,
                                   const Environment& environment, const FolderBatchObserver& observer) {
+  const auto remark = [&observer](const std::string& sentence) {
+    if (observer.remarked && !sentence.empty()) observer.remarked(sentence);
+  };
   std::vector<std::filesystem::path> files = options.files;
   if (options.resume) {
-    FormerRows rows = ReadFormerRows(options.parameterFile);
-    const std::string reason = CutTornRow(options.parameterFile, rows.wholeSize);
-    if (!reason.empty()) return {.total = files.size(), .next = files.empty() ? "" : files.front(), .reason = reason};
-    files = WithoutRows(options.files, std::move(rows));
+    RowsLeft left = FilesWithoutRow(files, options.parameterFile);
+    for (const std::string& sentence : left.remarks) remark(sentence);
+    if (!left.reason.empty()) {
+      return {.total = files.size(), .next = files.empty() ? "" : files.front(), .reason = left.reason};
+    }
+    files = std::move(left.files);
   }
   const std::size_t skipped = options.files.size() - files.size();
-  FolderBatchOutcome outcome = OrderedBatch(options, std::move(files), analysis, environment, observer).Run();
+  remark(NoteOutputs(options));
+  FileAnalysisOptions noting = analysis;
+  std::optional<OutputList> profiles;
+  std::string complaint;
+  if (!analysis.profilesTo.empty()) {
+    profiles.emplace(analysis.profilesTo);
+    noting.announces = [&](const std::filesystem::path& file, std::string_view text) {
+      std::string reason = profiles->NoteProfile(file, text);
+      if (!reason.empty()) complaint = std::move(reason);  // one thread gets it, once
+    };
+  }
+  FolderBatchOutcome outcome = OrderedBatch(options, std::move(files), noting, environment, observer).Run();
+  remark(complaint);
   outcome.skipped = skipped;
   return outcome;
 }

@@ -18,14 +18,16 @@ struct FolderBatchOptions {
   std::vector<std::filesystem::path> files;  ///< in the order of the rows
   std::filesystem::path parameterFile;
   std::filesystem::path failuresFile;  ///< gets a line "path<tab>reason" a failed file; empty: none
-  int jobs = 1;
-  bool resume = false;  ///< leaves out files that the parameter file has rows of
+  std::filesystem::path summaryFile;   ///< that the caller will write; empty: none
+  int jobs = 1;                        ///< fewer where the memory does not hold so many
+  bool resume = false;                 ///< leaves out files that the parameter file has rows of (row_list)
 };
 
 /// Called under one lock, from any thread.
 struct FolderBatchObserver {
   std::function<void(const std::string& sentence)> fileFailed;    ///< Windows-1252
   std::function<void(const std::string& sentence)> fileRemarked;  ///< likewise, of a file that was analysed
+  std::function<void(const std::string& sentence)> remarked;      ///< likewise, of the run
   /// In the order of the files, once a file's row or failure is written.
   std::function<void(const std::filesystem::path& path, const FileAnalysis& analysis)> fileDone;
   std::function<void(std::size_t done, std::size_t total)> advanced;

@@ -8,6 +8,7 @@
 #include "base/text.h"
 #include "formats/extension_table.h"
 #include "platform/platform.h"
+#include "unattended/output_list.h"
 
 namespace texturon {
 namespace {
@@ -65,12 +66,13 @@ FolderFiles ListFolder(const std::filesystem::path& folder, std::string_view mas
 FolderFiles FilesToAnalyse(const std::filesystem::path& folder, std::string_view mask,
                            std::span<const std::filesystem::path> outputs) {
   FolderFiles result = ListFolder(folder, mask.empty() ? "*" : mask);
+  const OutputList written(folder);
   std::erase_if(result.files, [&](const std::filesystem::path& path) {
     const bool isOurs = std::any_of(outputs.begin(), outputs.end(), [&path](const std::filesystem::path& output) {
       std::error_code error;
       return !output.empty() && std::filesystem::equivalent(path, output, error);
     });
-    return isOurs || (mask.empty() && !IsReadable(path));
+    return isOurs || (mask.empty() && !IsReadable(path)) || written.Holds(path);
   });
   return result;
 }

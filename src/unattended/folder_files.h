@@ -24,7 +24,7 @@ struct FolderFiles {
 FolderFiles ListFolder(const std::filesystem::path& folder, std::string_view mask);
 
 /// What a run over a folder takes: the files that match the mask or, without one, those whose extension has a reader;
-/// without the run's own outputs.
+/// without the run's own outputs and those of former batches.
 FolderFiles FilesToAnalyse(const std::filesystem::path& folder, std::string_view mask,
                            std::span<const std::filesystem::path> outputs);
 

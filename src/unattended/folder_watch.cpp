@@ -19,6 +19,8 @@
 #include "settings/settings_text.h"
 #include "unattended/event_log.h"
 #include "unattended/folder_files.h"
+#include "unattended/output_list.h"
+#include "unattended/watch_books.h"
 #include "unattended/watch_journal.h"
 
 namespace texturon {
@@ -26,16 +28,6 @@ namespace {
 
 constexpr std::string_view kFailedFolder = "texturon-failed";
 constexpr std::string_view kOurFiles = "TexturonCommandLine-";  // event log and status of runs in this folder
-
-/// A line of the list of files that are done: size, time, name.
-std::string DoneLine(const std::string& file, const FileStamp& stamp) {
-  std::string line = IntegerText(static_cast<std::int64_t>(stamp.size)) + "\t" + IntegerText(stamp.time) + "\t";
-  for (const char c : file) {
-    if (c == '\\' || c == '\n') line += '\\';
-    line += c == '\n' ? 'n' : c;
-  }
-  return line + "\n";
-}
 
 /// `folder / name`, or with a number before the extension where that is taken.
 std::filesystem::path FreeName(const std::filesystem::path& folder, const std::filesystem::path& name) {
@@ -60,9 +52,8 @@ public:
         observer_(std::move(observer)),
         log_(environment, options_.logsEvents),
         lockPath_(options_.folder / ".texturon-watch-lock"),
-        journal_(options_.folder / ".texturon-watch-journal"),
         taken_(options_.folder / ".texturon-watch-taken"),
-        doneList_(options_.folder / ".texturon-watch-done") {}
+        books_(options_.folder, options_.parameterFile, environment.stateFolder) {}
 
   std::string PrepareHold() const {
     if (options_.holdFolder.empty()) return {};
@@ -111,26 +102,14 @@ private:
 
   /// Takes up the entry at hand and the files done.
   std::string Recall() {
-    atHand_.reset();
+    std::vector<std::string> remarks;
+    std::string reason = books_.Recall(remarks);
+    for (const std::string& remark : remarks) {
+      if (told_.insert(remark).second && observer_.failed) observer_.failed(remark);
+    }
+    atHand_ = books_.TakeEntry();
     rowIsWritten_ = false;
-    done_.clear();
-    const FileBytes entry = ReadWholeFile(journal_);
-    if (!entry.ok() && !entry.missing) return FileSentence(journal_, entry.reason);
-    if (entry.ok()) {
-      atHand_ = ParseWatchEntry(entry.bytes);
-      if (!atHand_) return FileSentence(journal_, "is damaged; see to the file that was at hand and remove it");
-    }
-    std::string_view lines;
-    const FileBytes done = ReadWholeFile(doneList_);
-    if (!done.ok() && !done.missing) return FileSentence(doneList_, done.reason);
-    lines = done.bytes;
-    while (!lines.empty()) {
-      const std::size_t end = lines.find('\n');
-      if (end == std::string_view::npos) break;
-      done_.emplace(lines.substr(0, end + 1));
-      lines.remove_prefix(end + 1);
-    }
-    return {};
+    return reason;
   }
 
   /// Says a sentence once, not at every poll.
@@ -151,7 +130,7 @@ private:
       const std::string name = SystemTextFromPath(path.filename());
       if (!IsWanted(path, name)) continue;
       const auto stamp = StampOf(path);
-      if (!stamp || stamp->size == 0 || done_.contains(DoneLine(name, *stamp))) continue;
+      if (!stamp || stamp->size == 0 || books_.IsDone(name, *stamp)) continue;
       const auto former = seen_.find(name);
       const bool stoodStill = former != seen_.end() && former->second == *stamp;
       seen.emplace(name, *stamp);
@@ -171,8 +150,12 @@ private:
 
   /// Analyses one file and sees it through. False: something stands in the way of all files.
   bool Take(const std::filesystem::path& path, const std::string& name, const FileStamp& stamp) {
+    if (OutputList(options_.folder).Holds(path)) {  // what a batch wrote is no measurement
+      refused_.insert(DoneLine(name, stamp));
+      return true;
+    }
     log_.LogEvent("Opening DataFile: " + TextFromPath(path) + "...");
-    const std::uint64_t contentHash = ContentHash(ReadWholeFile(path).bytes);
+    const std::uint64_t contentHash = ContentHash(ReadRegularFile(path).bytes);
     const FileAnalysis result = analyse_(path);
     if (StampOf(path) != stamp) return true;  // written to in the meantime: it has its turn again
     log_.LogEvent(result.ok() ? "Data loaded" : "Could not load data");
@@ -216,9 +199,9 @@ private:
       entry.rowText += result.text.row;
       entry.header = result.text.header;
     }
-    const FileOutcome noted = ReplaceFile(journal_, WatchEntryText(entry));
+    const FileOutcome noted = books_.Write(entry);
     if (!noted.ok()) {
-      Complain(FileSentence(journal_, noted.reason));
+      Complain(FileSentence(books_.journal(), noted.reason));
       return false;
     }
     atHand_ = std::move(entry);
@@ -255,30 +238,41 @@ private:
       const std::string reason = HoldAndRemove(path);
       if (!reason.empty()) return reason;
     } else {
-      const FileOutcome remembered = Remember(DoneLine(atHand_->file, atHand_->stamp));
-      if (!remembered.ok()) return FileSentence(doneList_, remembered.reason);
+      const FileOutcome remembered = books_.Remember(atHand_->file, atHand_->stamp);
+      if (!remembered.ok()) return FileSentence(books_.doneList(), remembered.reason);
     }
-    const FileOutcome cleared = RemoveDurably(journal_);
-    return cleared.ok() ? std::string() : FileSentence(journal_, cleared.reason);
+    const FileOutcome cleared = books_.Clear();
+    return cleared.ok() ? std::string() : FileSentence(books_.journal(), cleared.reason);
   }
 
   /// The name is taken from the file before it is removed: what has come under that name since the analysis, however
   /// late, is a new measurement and stays.
-  std::string HoldAndRemove(const std::filesystem::path& path) const {
+  std::string HoldAndRemove(const std::filesystem::path& path) {
     std::error_code error;
-    if (!std::filesystem::exists(taken_, error)) {
-      const FileBytes content = ReadWholeFile(path);
-      if (!lock_->IsAt(lockPath_)) return FileSentence(options_.folder, "is gone");
-      if (content.missing) return {};  // removed before the last run ended
-      if (!content.ok()) return FileSentence(path, content.reason);
-      if (!IsAtHand(path, content)) return {};
-      const std::string reason = Hold(content.bytes);
-      if (!reason.empty()) return reason;
-      std::filesystem::rename(path, taken_, error);
-      if (error) return FileSentence(path, "cannot be renamed (" + error.message() + ")");
+    // A former run, or somebody else, may have left one.
+    if (std::filesystem::exists(std::filesystem::symlink_status(taken_, error))) {
+      std::string reason = EndTaken(path);
+      if (!reason.empty() || !std::filesystem::exists(path, error)) return reason;
     }
-    const bool isNew = !IsAtHand(taken_, ReadWholeFile(taken_));
-    const FileOutcome ended = isNew ? GiveBack(taken_, path) : RemoveDurably(taken_);
+    const FileBytes content = ReadRegularFile(path);
+    if (!lock_->IsAt(lockPath_)) return FileSentence(options_.folder, "is gone");
+    if (content.missing) return {};  // removed before the last run ended
+    if (!content.ok()) return FileSentence(path, content.reason);
+    if (!IsAtHand(path, content)) return {};
+    const std::string reason = Hold(content.bytes);
+    if (!reason.empty()) return reason;
+    std::filesystem::rename(path, taken_, error);
+    if (error) return FileSentence(path, "cannot be renamed (" + error.message() + ")");
+    return EndTaken(path);
+  }
+
+  /// Removes the file that was taken once its copy is held; another goes back. The reason where that fails.
+  std::string EndTaken(const std::filesystem::path& path) {
+    const FileBytes content = ReadRegularFile(taken_);
+    const bool isAtHand = IsAtHand(taken_, content);
+    const std::string reason = isAtHand ? Hold(content.bytes) : std::string();
+    if (!reason.empty()) return reason;
+    const FileOutcome ended = isAtHand ? RemoveDurably(taken_) : GiveBack(taken_, path);
     return ended.ok() ? std::string() : FileSentence(taken_, ended.reason);
   }
 
@@ -295,36 +289,30 @@ private:
 
   /// Copies into the hold folder. A copy that is there was made before the last run ended; another file of that name is
   /// left alone. The reason where it fails.
-  std::string Hold(const std::string& bytes) const {
+  std::string Hold(const std::string& bytes) {
     if (atHand_->holdFile.empty()) return {};
     constexpr int kAttempts = 16;
     std::filesystem::path copy = PathFromSystemText(atHand_->holdFile);
     const std::filesystem::path name = PathFromSystemText(atHand_->file);
     const auto isThere = [&copy, &bytes] {
-      const FileBytes former = ReadWholeFile(copy);
+      const FileBytes former = ReadRegularFile(copy);
       return former.ok() && former.bytes == bytes;
     };
     FileOutcome outcome;
+    std::error_code error;
     for (int i = 0; i < kAttempts && !isThere(); ++i) {
       // The run that was killed may have had another hold folder.
-      if (i > 0 || copy.parent_path() != options_.holdFolder) copy = FreeName(options_.holdFolder, name);
+      if (i > 0 || copy.parent_path() != options_.holdFolder || std::filesystem::exists(copy, error)) {
+        // Noted first, so that a run that is killed is completed without a second copy.
+        copy = FreeName(options_.holdFolder, name);
+        atHand_->holdFile = SystemTextFromPath(copy);
+        outcome = books_.Write(*atHand_);
+        if (!outcome.ok()) return FileSentence(books_.journal(), outcome.reason);
+      }
       outcome = CreateFileWith(copy, bytes);
-      std::error_code error;
       if (outcome.ok() || !std::filesystem::exists(copy, error)) break;
     }
     return outcome.ok() ? std::string() : FileSentence(copy, outcome.reason);
-  }
-
-  FileOutcome Remember(const std::string& line) {
-    if (done_.contains(line)) return {};
-    AppendFile list(doneList_);
-    if (list.state() != AppendFile::State::kHeld)
-      return {list.outcome().reason.empty() ? "is in use" : list.outcome().reason};
-    FileOutcome outcome = list.endsInsideLine() ? list.Append("\n") : FileOutcome{};
-    if (outcome.ok()) outcome = list.Append(line);
-    if (outcome.ok()) outcome = list.Flush();
-    if (outcome.ok()) done_.insert(line);
-    return outcome;
   }
 
   /// The reason first, then the file, so that none stands there without the other's knowledge.
@@ -333,8 +321,8 @@ private:
     if (observer_.failed) observer_.failed(reason);
     refused_.insert(DoneLine(name, stamp));
     if (!options_.deletes || !options_.singleFile.empty()) {
-      const FileOutcome remembered = Remember(DoneLine(name, stamp));
-      if (!remembered.ok()) Complain(FileSentence(doneList_, remembered.reason));
+      const FileOutcome remembered = books_.Remember(name, stamp);
+      if (!remembered.ok()) Complain(FileSentence(books_.doneList(), remembered.reason));
       return;
     }
     const std::filesystem::path folder = options_.folder / kFailedFolder;
@@ -361,14 +349,13 @@ private:
   FolderWatchObserver observer_;
   EventLog log_;
   std::filesystem::path lockPath_;
-  std::filesystem::path journal_;
   std::filesystem::path taken_;
-  std::filesystem::path doneList_;
+  WatchBooks books_;
   std::unique_ptr<AppendFile> lock_;
   std::optional<WatchEntry> atHand_;
   bool rowIsWritten_ = false;
   std::map<std::string, FileStamp> seen_;
-  std::set<std::string> done_;
+  std::set<std::string> told_;     ///< of what is not obeyed
   std::set<std::string> refused_;  ///< failed in this run, also where they could not be moved
   std::string lastComplaint_;
   bool hasComplained_ = false;  ///< at this poll

@@ -56,8 +56,9 @@ struct FolderWatchObserver {
 /// removal. A file that cannot be analysed goes into the subfolder "texturon-failed" with its reason beside it, or,
 /// where files are not deleted, is remembered as failed.
 ///
-/// Book-keeping lies in the watched folder, in files that begin with ".texturon-watch": a run that was killed at any
-/// moment is completed by the next one, without a file lost and without a row twice. One run a folder at a time.
+/// Book-keeping (watch_books) lies in the environment's state folder, lock and the file at hand in the watched one,
+/// with names that begin with ".texturon-watch": a run that was killed at any moment is completed by the next one,
+/// without a file lost and without a row twice. One run a folder at a time.
 class FolderWatch {
 public:
   using Analyse = std::function<FileAnalysis(const std::filesystem::path& path)>;

@@ -4,7 +4,6 @@
 
 #include <charconv>
 #include <fstream>
-#include <system_error>
 
 #include "base/number_text.h"
 
@@ -12,15 +11,6 @@ namespace texturon {
 namespace {
 
 constexpr std::string_view kFirstLine = "texturon watch 2";
-
-/// The next line, without its end.
-std::optional<std::string_view> TakeLine(std::string_view& text) {
-  const std::size_t end = text.find('\n');
-  if (end == std::string_view::npos) return std::nullopt;
-  const std::string_view line = text.substr(0, end);
-  text.remove_prefix(end + 1);
-  return line;
-}
 
 template <typename Integer>
 bool TakeInteger(std::string_view& text, Integer& value) {
@@ -57,17 +47,6 @@ std::string_view LastLine(std::string_view text) {
 }
 
 }  // namespace
-
-std::optional<FileStamp> StampOf(const std::filesystem::path& path) {
-  std::error_code error;
-  if (!std::filesystem::is_regular_file(path, error)) return std::nullopt;
-  FileStamp stamp;
-  stamp.size = std::filesystem::file_size(path, error);
-  if (error) return std::nullopt;
-  stamp.time = static_cast<std::int64_t>(std::filesystem::last_write_time(path, error).time_since_epoch().count());
-  if (error) return std::nullopt;
-  return stamp;
-}
 
 std::uint64_t ContentHash(std::string_view bytes) {
   std::uint64_t hash = 14695981039346656037ULL;  // FNV-1a

@@ -10,19 +10,9 @@
 
 #include "platform/append_file.h"
 #include "platform/platform.h"
+#include "unattended/file_mark.h"
 
 namespace texturon {
-
-/// Size and time of a file: while they stand still, nobody writes it.
-struct FileStamp {
-  std::uintmax_t size = 0;
-  std::int64_t time = 0;  ///< ticks of the file system's clock
-
-  friend bool operator==(const FileStamp&, const FileStamp&) = default;
-};
-
-/// Nothing for what is no regular file.
-std::optional<FileStamp> StampOf(const std::filesystem::path& path);
 
 /// What is about to be done with one file of a watched folder, written down beforehand so that it is done once whatever
 /// happens in between.

@@ -2,13 +2,14 @@
 
 #include "app/largest_block.h"
 
+#include <atomic>
 #include <cstdlib>
 #include <new>
 
 namespace texturon {
 namespace {
 
-thread_local std::size_t largest = ~std::size_t{0};
+std::atomic<std::size_t> largest = ~std::size_t{0};
 
 }  // namespace
 

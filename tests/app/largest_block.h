@@ -6,7 +6,7 @@
 
 namespace texturon {
 
-/// As long as it lives this thread is given no block of memory above `bytes`. One at a time.
+/// As long as it lives the program is given no block of memory above `bytes`. One at a time.
 class LargestBlock {
 public:
   explicit LargestBlock(std::size_t bytes);

@@ -72,7 +72,7 @@ TEST(Commands, SayThatTheDiskIsFull) {
   for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.path())) {
     if (!entry.is_regular_file()) continue;
     const std::string bytes = ReadWholeFile(entry.path()).bytes;
-    EXPECT_FALSE(entry.path().filename().string().starts_with('.')) << entry.path();
+    EXPECT_FALSE(entry.path().filename().string().starts_with(".texturon-")) << entry.path();
     if (entry.path().extension() == ".csv" && !bytes.empty()) {
       EXPECT_TRUE(bytes.ends_with("\r\n")) << entry.path();
     }
@@ -95,6 +95,22 @@ TEST(Commands, SayWhichFileDoesNotFitIntoTheMemory) {
         << bytes;
     EXPECT_NE(run.out.find(small), std::string::npos);
   }
+}
+
+// One file at a time before it is given up, and the others go through.
+TEST(BatchCommand, TriesWithFewerAtATimeWhatDoesNotFitIntoTheMemory) {
+  const ScratchFolder folder;
+  std::filesystem::create_directory(folder / "in");
+  constexpr int kPoints = 100'000;
+  for (const char* name : {"in/a.lmt", "in/c.lmt"}) folder.Write(name, SmallProfile(400, 1.0));
+  const std::string large = folder.Write("in/b.lmt", SmallProfile(kPoints, 1.0)).string();
+  const LargestBlock limit(sizeof(double) * kPoints - 1);
+  const Outcome run = Texturon({"batch", (folder / "in").string(), "--parameter-file", (folder / "rows.csv").string(),
+                                "--jobs", "4", "--failures", (folder / "failed.txt").string()});
+  const std::string said = "texturon: " + large + " does not fit into the memory";
+  EXPECT_EQ(run.error, said + " beside others and is tried again, with at most 2 at a time.\n" + said +
+                           " beside others and is tried again, with at most 1 at a time.\n" + said + ".\n");
+  EXPECT_TRUE(run.out.starts_with("2 analysed, 1 failed\n")) << run.out;
 }
 
 TEST(WatchCommand, EndsInOrderOnASignal) {

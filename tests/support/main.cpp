@@ -22,6 +22,7 @@ int main(int argc, char** argv) {
   }
   const texturon::ScratchFolder folder;
   std::filesystem::current_path(folder.path());
+  ::setenv("XDG_STATE_HOME", (folder / "state").c_str(), 1);
   ::testing::InitGoogleTest(&argc, argv);
   return RUN_ALL_TESTS();
 }

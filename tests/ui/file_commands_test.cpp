@@ -24,7 +24,7 @@ protected:
     }
     return {};
   }
-  std::filesystem::path Shown() { return PathFromText(InForce().profiles.sourcePath); }
+  std::filesystem::path Shown() { return InForce().profiles.sourceFile; }
 };
 
 TEST_F(FileCommands, SaveChoosesTheWriterAndTheDocumentBecomesTheFile) {
@@ -47,6 +47,11 @@ TEST_F(FileCommands, SaveChoosesTheWriterAndTheDocumentBecomesTheFile) {
   EXPECT_EQ(prompts_.questions.size(), 1u) << "before it replaces a file that was not named";
   EXPECT_EQ(folder_.Read("x.lmt"), "another");
   EXPECT_EQ(Shown(), folder_ / "e.lmt");
+  // Which file it is does not go through a text that cannot show its name.
+  std::filesystem::copy_file(folder_ / "a.lmt", folder_ / "\u8868.lmt");
+  ASSERT_TRUE(frame_->OpenFile(folder_ / "\u8868.lmt"));
+  EXPECT_EQ(Shown(), folder_ / "\u8868.lmt");
+  EXPECT_TRUE(frame_->windowTitle().startsWith(FromPath(folder_ / "\u8868.lmt")));
 }
 
 TEST_F(FileCommands, TheNextDialogStartsWhereTheLastOneEnded) {

@@ -3,10 +3,14 @@
 #include "unattended/folder_batch.h"
 
 #include <atomic>
+#include <csignal>
+#include <cstdlib>
 #include <gtest/gtest.h>
 #include <numeric>
+#include <random>
 #include <sstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "platform/platform.h"
@@ -14,7 +18,9 @@
 #include "support/near.h"
 #include "support/scratch_folder.h"
 #include "support/small_profiles.h"
+#include "unattended/batch_outputs.h"
 #include "unattended/folder_files.h"
+#include "unattended/row_list.h"
 
 namespace texturon {
 namespace {
@@ -164,6 +170,17 @@ TEST_F(FolderBatch, AFailureIsOneLineWhateverTheName) {
   EXPECT_EQ(Run().summary.failed, 1U);
   const std::string failures = folder_.Read("failures.txt");
   EXPECT_EQ(std::count(failures.begin(), failures.end(), '\n'), 1) << failures;
+  for (const char* name : {"in/007.lmt", "in/\u8868 7.lmt", "in/tab\t7.lmt", "in/line\n.lmt"}) {
+    folder_.Write(name, "damaged");
+    options_.files = {folder_ / name};
+    std::filesystem::remove(options_.failuresFile);
+    Run();
+    EXPECT_TRUE(IsFailuresFile(options_.failuresFile)) << folder_.Read("failures.txt");
+  }
+  folder_.Write("of a profile", "./in/2.lmt\t/p/2.lmt.primary.csv cannot be written (the disk is full).\n");
+  folder_.Write("columns", "12\t12.\n");
+  EXPECT_TRUE(IsFailuresFile(folder_ / "of a profile"));
+  EXPECT_FALSE(IsFailuresFile(folder_ / "columns"));
   EXPECT_TRUE(failures.find("lost\\r\\nand\\tfound.lmt\t") != std::string::npos) << "where the name ends is clear";
 }
 
@@ -181,6 +198,90 @@ TEST_F(FolderBatch, TwoRunsAtOnceIntoOneFileLoseAndTearNothing) {
   EXPECT_EQ(rows, twice);
   const std::string text = folder_.Read("rows.csv");
   EXPECT_EQ(text.find("\"Time\""), text.rfind("\"Time\""));
+}
+
+// The source column says "????.lmt" of both names, and nothing of one that a spreadsheet has saved.
+TEST_F(FolderBatch, ResumeGoesByTheFilesThemselves) {
+  const std::string first = "in/\u8868\u9762.lmt";
+  const std::string second = "in/\u7C97\u3055.lmt";
+  folder_.Write(first, SmallProfile(400, 1.0));
+  folder_.Write("in/a,b.lmt", SmallProfile(400, 1.1));
+  options_.files = {folder_ / first, folder_ / "in/a,b.lmt"};
+  EXPECT_EQ(Run().summary.analysed, 2U);
+  const std::string rows = folder_.Read("rows.csv");
+  folder_.Write(second, SmallProfile(400, 1.2));
+  folder_.Write("in/a;b.lmt", SmallProfile(400, 1.3));
+  const std::filesystem::path former = folder_ / "in/a,b.lmt";
+  options_.files = {folder_ / second, folder_ / first, folder_ / "in/./a;b.lmt", folder_ / "in/../in/a,b.lmt"};
+  options_.resume = true;
+  std::string saved = rows;  // with other separators and quotes, without the last line's end
+  for (std::size_t at = 0; (at = saved.find("\", \"", at)) != std::string::npos;) saved.replace(at, 4, "\t");
+  std::erase(saved, '"');
+  saved.resize(saved.size() - 2);
+  const auto left = [this] {
+    std::vector<std::string> names;
+    for (const auto& file : FilesWithoutRow(options_.files, options_.parameterFile).files) {
+      names.push_back(file.filename().string());
+    }
+    return names;
+  };
+  const std::vector<std::string> fresh = {second.substr(3), "a;b.lmt"};
+  EXPECT_EQ(left(), fresh);
+  folder_.Write("rows.csv", saved);
+  EXPECT_EQ(left(), fresh);
+  EXPECT_EQ(folder_.Read("rows.csv"), saved) << "a whole row is not cut";
+  // A line whose row was never written says nothing and is dropped; a file measured anew has no row.
+  folder_.Write("rows.csv", rows.substr(0, rows.rfind("\r\n", rows.size() - 3) + 2));
+  EXPECT_EQ(left(), (std::vector<std::string>{second.substr(3), "a;b.lmt", "a,b.lmt"}));
+  EXPECT_EQ(folder_.Read(".rows.csv.texturon-done").find("a,b.lmt"), std::string::npos);
+  folder_.Write(first, SmallProfile(400, 1.4));
+  EXPECT_EQ(left().size(), 4U);
+  // Without a list the source decides, and what it cannot tell is said.
+  std::filesystem::remove(folder_ / ".rows.csv.texturon-done");
+  std::vector<std::string> remarks;
+  observer_.remarked = [&remarks](const std::string& sentence) { remarks.push_back(sentence); };
+  EXPECT_EQ(Run().skipped, 1U);
+  ASSERT_EQ(remarks.size(), 1U);
+  EXPECT_NE(remarks[0].find("??.lmt, which stands for 2 files"), std::string::npos) << remarks[0];
+}
+
+// Killed between the line and the row, or anywhere else.
+TEST_F(FolderBatch, KilledAtAnyInstantEveryFileHasOneRow) {
+  const char* const wanted = std::getenv("TEXTURON_KILLS");
+  const int kills = wanted == nullptr ? 12 : std::atoi(wanted);
+  std::erase_if(options_.files, [](const auto& file) { return file.stem() == "007" || file.stem() == "013"; });
+  options_.resume = true;
+  options_.jobs = 2;
+  std::mt19937 random(7);
+  for (int kill = 0; kill < kills; ++kill) {
+    const pid_t child = StartChild([this] { return Run().complete() ? 0 : 1; });
+    std::this_thread::sleep_for(std::chrono::microseconds(std::uniform_int_distribution<int>(0, 30'000)(random)));
+    ::kill(child, SIGKILL);
+    WaitForChild(child);
+    if (Rows().size() < kFiles - 2u) continue;
+    EXPECT_EQ(Rows(), FirstRows());
+    std::filesystem::remove(folder_ / "rows.csv");
+  }
+  EXPECT_TRUE(Run().complete());
+  EXPECT_EQ(Rows(), FirstRows());
+}
+
+TEST_F(FolderBatch, DoesNotTakeWhatABatchWroteForMeasurements) {
+  options_.files.resize(2);
+  options_.parameterFile = folder_ / "in/rows.csv";
+  options_.failuresFile = folder_ / "in/failed.txt";
+  const auto listed = [this] { return FilesToAnalyse(folder_ / "in", "*.*", {}).files.size(); };
+  const std::size_t measurements = listed();
+  for (int run = 0; run < 2; ++run) {
+    RunFolderBatch(options_, {.start = start_, .profilesTo = folder_ / "in"}, environment_, observer_);
+    EXPECT_TRUE(std::filesystem::exists(folder_ / "in/000.lmt.primary.csv"));
+    EXPECT_EQ(listed(), measurements);
+  }
+  // Under such a name another content is a measurement; under another name such a content is what somebody made of it.
+  folder_.Write("in/000.lmt.primary.csv", SmallProfile(400, 1.0));
+  folder_.Write("in/rows.csv", SmallProfile(400, 1.0));
+  std::filesystem::copy_file(folder_ / "in/001.lmt.primary.csv", folder_ / "in/copy.csv");
+  EXPECT_EQ(listed(), measurements + 3);
 }
 
 TEST_F(FolderBatch, WritesTheProfilesOfEachFile) {

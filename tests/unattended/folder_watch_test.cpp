@@ -278,6 +278,67 @@ TEST_F(FolderWatch, AFolderThatGoesAndComesBackIsTakenUpWhereItWasLeft) {
   EXPECT_EQ(folder_.Read("hold/a.lmt"), SmallProfile(400, 1.0));
 }
 
+/// An entry by which the next run would write `row` into `rows`.
+WatchEntry Planted(const std::filesystem::path& rows) {
+  return {.file = "a.lmt", .parameterFile = rows.string(), .rowText = "planted\r\n"};
+}
+
+// Where others may write, only what is this user's own and of this run is obeyed.
+TEST_F(FolderWatch, ObeysNoBooksThatSomebodyElseMayHavePutThere) {
+  const std::string rows = "\"Time\", \"Source\", \"Identification\", \"Settings\"\r\n";
+  for (const bool hasState : {false, true}) {
+    environment_.stateFolder = hasState ? folder_ / "home/state" : std::filesystem::path();
+    for (const char* how : {"link", "second name", "another's run", "a path"}) {
+      SCOPED_TRACE(how);
+      failures_.clear();
+      for (const char* name : {"in", "rows.csv", "hold", "kept"}) std::filesystem::remove_all(folder_ / name);
+      std::filesystem::create_directory(folder_ / "in");
+      folder_.Write("victim.csv", rows);
+      const bool isOurs = how == std::string("another's run") || how == std::string("a path");
+      WatchEntry entry = Planted(folder_ / (how == std::string("another's run") ? "victim.csv" : "rows.csv"));
+      if (how == std::string("a path")) entry.file = "../victim.csv";
+      folder_.Write(isOurs ? "in/.texturon-watch-journal" : "kept", WatchEntryText(entry));
+      if (how == std::string("link")) {
+        std::filesystem::create_symlink(folder_ / "kept", folder_ / "in/.texturon-watch-journal");
+      } else if (!isOurs) {
+        std::filesystem::create_hard_link(folder_ / "kept", folder_ / "in/.texturon-watch-journal");
+      }
+      Put("b.lmt", SmallProfile(400, 1.0));
+      const auto isHeld = [this] { return std::filesystem::exists(folder_ / "hold/b.lmt") && !Rows().empty(); };
+      const std::string reason = WatchUntil([&] { return isHeld(); });
+      EXPECT_EQ(reason.empty(), !isOurs) << reason;
+      const std::string told = isOurs ? reason : failures_.empty() ? std::string() : failures_[0];
+      EXPECT_NE(told.find(".texturon-watch-journal "), std::string::npos) << told;
+      EXPECT_EQ(folder_.Read("victim.csv"), rows);
+      EXPECT_EQ(folder_.Read("rows.csv").find("planted"), std::string::npos);
+    }
+  }
+}
+
+// Books of a watch without a state folder are carried on in it; then nothing of them is left where others may write.
+TEST_F(FolderWatch, KeepsItsBooksInTheStateFolderAndTakesFormerOnesOver) {
+  options_.deletes = false;
+  Put("a.lmt", SmallProfile(400, 1.0));
+  EXPECT_EQ(WatchUntil([this] { return !folder_.Read("in/.texturon-watch-done").empty(); }), "");
+  WatchEntry entry{.file = "gone.lmt", .parameterFile = (folder_ / "rows.csv").string()};
+  entry.rowAt = folder_.Read("rows.csv").size();
+  entry.rowText = "\"t\", \"x/gone.lmt    \", \"i\", \"s\"\r\n";
+  folder_.Write("in/.texturon-watch-journal", WatchEntryText(entry));
+  environment_.stateFolder = folder_ / "state";
+  for (int run = 0; run < 2; ++run) {
+    int polls = 0;
+    EXPECT_EQ(WatchUntil([&polls] { return ++polls > 100; }), "");
+    EXPECT_EQ(Rows(), (std::map<std::string, int>{{"a", 1}, {"gone", 1}}));
+  }
+  EXPECT_TRUE(IsPrivateFolder(environment_.stateFolder));
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "in/.texturon-watch-journal"));
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "in/.texturon-watch-done"));
+  // A state folder that others can change is none.
+  std::filesystem::permissions(environment_.stateFolder, std::filesystem::perms::all);
+  EXPECT_EQ(WatchUntil([this] { return !failures_.empty(); }), "");
+  EXPECT_NE(failures_.at(0).find("cannot be had for this user alone"), std::string::npos);
+}
+
 TEST_F(FolderWatch, KilledAtAnyInstantNothingIsLostAndNothingDoneTwice) {
   const char* const wanted = std::getenv("TEXTURON_KILLS");
   const int kills = wanted == nullptr ? 40 : std::atoi(wanted);

@@ -39,11 +39,23 @@ std::string TitleOf(const ColumnValue& column) {
   return column.unit.empty() ? column.name : column.name + " / " + column.unit;
 }
 
-QString ResultText(const BatchRow& row) {
-  if (!row.reason.empty()) return FromText(row.reason);
+QString ToleranceText(const BatchRow& row) {
   const auto out = std::count_if(row.columns.begin(), row.columns.end(),
                                  [](const ColumnValue& column) { return column.outOfTolerance; });
   return out == 0 ? QObject::tr("analysed") : QObject::tr("%n out of tolerance", nullptr, static_cast<int>(out));
+}
+
+QString ResultText(const BatchRow& row) {
+  if (!row.reason.empty()) return FromText(row.reason);
+  if (!row.remarks.empty()) return ToleranceText(row) + " - " + FromText(row.remarks.front());
+  return ToleranceText(row);
+}
+
+/// All that there is to say of a file.
+QString ResultTip(const BatchRow& row) {
+  QStringList lines(row.reason.empty() ? ToleranceText(row) : FromText(row.reason));
+  for (const std::string& remark : row.remarks) lines << FromText(remark);
+  return lines.join('\n');
 }
 
 }  // namespace
@@ -99,7 +111,7 @@ QVariant CBatchResults::data(const QModelIndex& index, int role) const {
   if (index.column() < kFixedColumns) {
     const bool isName = index.column() == 0;
     if (role == Qt::DisplayRole) return isName ? FromPath(row.path.filename()) : ResultText(row);
-    if (role == Qt::ToolTipRole) return isName ? FromPath(row.path) : ResultText(row);
+    if (role == Qt::ToolTipRole) return isName ? FromPath(row.path) : ResultTip(row);
     return {};
   }
   if (column - kFixedColumns >= row.columns.size()) return {};
@@ -259,21 +271,26 @@ void CFolderBatchWindow::Start(std::vector<std::filesystem::path> files, const s
   stops_ = false;
   hasEnded_ = false;
   outcome_ = {};
+  remarks_.clear();
   FolderBatchOptions options{.files = std::move(files),
                              .parameterFile = parameterFile,
                              .failuresFile = {},
+                             .summaryFile = {},
                              .jobs = jobs_->value(),
                              .resume = resume_->isChecked()};
   worker_ = std::thread([this, options = std::move(options), environment = doc_.environment()] {
     const auto fileDone = [this](const std::filesystem::path& path, const FileAnalysis& analysis) {
       const std::lock_guard lock(mutex_);
-      arrived_.push_back({path, analysis.reason, analysis.columns});
+      arrived_.push_back({path, analysis.reason, analysis.columns, analysis.remarks});
     };
-    outcome_ =
-        RunFolderBatch(options, {.start = settings_}, environment,
-                       {.fileFailed = {}, .fileRemarked = {}, .fileDone = fileDone, .advanced = {}, .stops = [this] {
-                          return stops_.load();
-                        }});
+    const auto remarked = [this](const std::string& sentence) { remarks_.push_back(sentence); };
+    outcome_ = RunFolderBatch(options, {.start = settings_}, environment,
+                              {.fileFailed = {},
+                               .fileRemarked = {},
+                               .remarked = remarked,
+                               .fileDone = fileDone,
+                               .advanced = {},
+                               .stops = [this] { return stops_.load(); }});
     hasEnded_ = true;
   });
   timer_.start();
@@ -309,10 +326,12 @@ void CFolderBatchWindow::Collect() {
 void CFolderBatchWindow::ShowOutcome() {
   const BatchSummary& summary = outcome_.summary;
   QString text = tr("%1 analysed, %2 failed").arg(summary.analysed).arg(summary.failed);
+  if (summary.remarked > 0) text += tr(", %1 with remarks").arg(summary.remarked);
   if (outcome_.skipped > 0) text += tr(", %1 left out because they have rows").arg(outcome_.skipped);
   text += ".";
   if (!outcome_.reason.empty()) text += " " + FromText(outcome_.reason);
   if (!outcome_.next.empty()) text += " " + tr("Stopped before %1.").arg(FromPath(outcome_.next.filename()));
+  for (const std::string& remark : remarks_) text += " " + FromText(remark);
   state_->setText(text);
   bar_->setRange(0, std::max(static_cast<int>(outcome_.total), 1));
   bar_->setValue(outcome_.complete() ? bar_->maximum() : results_->rowCount());

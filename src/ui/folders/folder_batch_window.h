@@ -33,6 +33,7 @@ struct BatchRow {
   std::filesystem::path path;
   std::string reason;  ///< why it gave nothing
   std::vector<ColumnValue> columns;
+  std::vector<std::string> remarks;  ///< of the reader
 };
 
 /// The files of a batch with their verdicts and parameters.
@@ -112,6 +113,7 @@ private:
   FolderBatchOutcome outcome_;  ///< once it has ended
   std::mutex mutex_;
   std::vector<BatchRow> arrived_;
+  std::vector<std::string> remarks_;  ///< of the run, once it has ended
 };
 
 }  // namespace texturon

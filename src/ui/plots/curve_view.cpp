@@ -72,8 +72,8 @@ void CCurveView::ShowAll() {
 void CCurveView::Update() {
   if (!isVisible()) return;
   const Document& document = doc_.document();
-  const bool isSame = shownRecord_ == document.profiles.sourcePath && shownMetric_ == document.settings.display.Metric;
-  shownRecord_ = document.profiles.sourcePath;
+  const bool isSame = shownRecord_ == document.profiles.sourceFile && shownMetric_ == document.settings.display.Metric;
+  shownRecord_ = document.profiles.sourceFile;
   shownMetric_ = document.settings.display.Metric;
   const QCPRange across = plot_->xAxis->range();
   const QCPRange up = plot_->yAxis->range();

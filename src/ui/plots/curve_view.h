@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QWidget>
+#include <filesystem>
 #include <qcustomplot.h>
 
 #include "ui/window/texturon_doc.h"
@@ -48,7 +49,7 @@ private:
   QLabel* readout_;
   bool isZoomed_ = false;
   bool isDrawing_ = false;
-  std::string shownRecord_;
+  std::filesystem::path shownRecord_;
   bool shownMetric_ = true;
 };
 

@@ -115,7 +115,7 @@ void CTexturonView::Update() {
   const DisplaySettings& display = document.settings.display;
   const bool metric = display.Metric;
   const ShownProfiles shown = ShownProfilesOf(display);
-  Basis basis{document.profiles.sourcePath,
+  Basis basis{document.profiles.sourceFile,
               metric,
               shown,
               display.ProfileAutoScale,

@@ -73,7 +73,7 @@ private:
   CTransmissionInset* transmission_;
   QScrollBar* scroll_;
   /// What the stretch in view depends on.
-  using Basis = std::tuple<std::string, bool, ShownProfiles, bool, double, double, bool>;
+  using Basis = std::tuple<std::filesystem::path, bool, ShownProfiles, bool, double, double, bool>;
 
   Basis shownBasis_;
 };

@@ -211,7 +211,7 @@ void CMainFrame::closeEvent(QCloseEvent* event) {
 }
 
 void CMainFrame::OnOpen() {
-  const std::filesystem::path present = PathFromText(doc_->document().profiles.sourcePath);
+  const std::filesystem::path& present = doc_->document().profiles.sourceFile;
   const auto file = AskFileToOpen(this, {.title = tr("Open a profile"),
                                          .filters = ProfileFilters(),
                                          .proposal = present.has_parent_path() ? present.parent_path() / "" : present});
@@ -222,7 +222,7 @@ void CMainFrame::OnSave() {
   const auto file = AskFileToSave(this, {.title = tr("Save the profile"),
                                          .filters = SaveFilters(),
                                          .extension = "lmt",
-                                         .proposal = PathFromText(doc_->document().profiles.sourcePath)});
+                                         .proposal = doc_->document().profiles.sourceFile});
   if (!file) return;
   const std::filesystem::path written = CTexturonDoc::SavedAs(*file);
   std::error_code error;
@@ -234,7 +234,7 @@ void CMainFrame::OnSave() {
 }
 
 std::filesystem::path CMainFrame::ProposedName(const std::string& ending) const {
-  std::filesystem::path name = PathFromText(doc_->document().profiles.sourcePath).stem();
+  std::filesystem::path name = doc_->document().profiles.sourceFile.stem();
   name += ending;
   return name;
 }

@@ -191,7 +191,7 @@ void CMainFrame::OnSaveDefaults() {
 
 void CMainFrame::UpdateState() {
   for (QAction* const action : needProfile_) action->setEnabled(doc_->HasProfile());
-  const QString file = FromText(doc_->document().profiles.sourcePath);
+  const QString file = FromPath(doc_->document().profiles.sourceFile);
   setWindowTitle(file.isEmpty() ? QApplication::applicationDisplayName()
                                 : QString("%1[*] - %2").arg(file, QApplication::applicationDisplayName()));
   setWindowModified(doc_->IsModified());

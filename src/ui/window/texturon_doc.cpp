@@ -150,6 +150,7 @@ bool CTexturonDoc::Save(const std::filesystem::path& path) {
                                .savedAt = environment_.localTime()};
   if (!WriterFor(target).write(target, profile, prompts_).ok()) return false;
   document_.profiles.sourcePath = TextFromPath(target);
+  document_.profiles.sourceFile = target;
   NoteFile();
   emit Changed();
   return true;
