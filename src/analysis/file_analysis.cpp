@@ -70,7 +70,8 @@ std::string WriteProfiles(const Document& document, const std::filesystem::path&
 FileAnalysis ResultsOf(const Document& document, const Environment& environment) {
   return {.reason = {},
           .text = ParameterFileTextOf(document, DateText(environment.localTime())),
-          .columns = ColumnsOf(document)};
+          .columns = ColumnsOf(document),
+          .qdas = QdasTextOf(document, environment.localTime())};
 }
 
 std::vector<std::filesystem::path> ProfileFilesOf(const std::filesystem::path& path,

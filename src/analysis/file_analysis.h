@@ -40,6 +40,7 @@ struct FileAnalysis {
   std::string reason;  ///< why it gave nothing: a sentence, Windows-1252; empty: analysed
   ParameterFileText text;
   std::vector<ColumnValue> columns;
+  std::optional<QdasText> qdas;      ///< for statistics programs; nothing where no row has limits
   bool outOfMemory = false;          ///< the reason: it may do where less is at work
   std::vector<std::string> remarks;  ///< what was tolerated, guessed, or looks wrong, Windows-1252
 

@@ -10,10 +10,10 @@
 #include "app/analysis_json.h"
 #include "app/analysis_table.h"
 #include "app/commands.h"
+#include "app/qdas_output.h"
 #include "base/charset.h"
 #include "base/date_text.h"
 #include "export/parameter_file.h"
-#include "export/qdas_file.h"
 #include "platform/platform.h"
 
 namespace texturon {
@@ -45,17 +45,6 @@ bool AppendRow(const Document& document, const std::string& appendTo, const Envi
   if (AppendParameters(PathFromSystemText(appendTo), text.header, text.row, prompts).written) return true;
   for (const std::string& message : prompts.messages()) Complain(Utf8FromWindows1252(message));
   return false;
-}
-
-/// Adds the values of an analysis to the file for statistics programs. False, with a sentence on standard error, when
-/// they are lost.
-bool AppendQdas(const Document& document, const std::string& file, const Environment& environment) {
-  const auto text = QdasTextOf(document, environment.localTime());
-  const std::string reason =
-      text ? AppendToQdasFile(PathFromSystemText(file), text->description, text->values, InUse::kRetryOnce).reason
-           : "gets nothing: no row has limits";
-  if (!reason.empty()) ComplainOf(file, reason);
-  return reason.empty();
 }
 
 }  // namespace
@@ -96,7 +85,10 @@ int RunAnalyze(const AnalyzeOptions& analyze, const CommonOptions& common) {
     if (run.ok() && !analyze.appendTo.empty() && !AppendRow(document, analyze.appendTo, environment)) {
       status = kExitRefused;
     }
-    if (run.ok() && !analyze.qdas.empty() && !AppendQdas(document, analyze.qdas, environment)) status = kExitRefused;
+    if (run.ok() && !analyze.qdas.empty() &&
+        !AppendQdas(QdasTextOf(document, environment.localTime()), analyze.qdas, InUse::kRetryOnce)) {
+      status = kExitRefused;
+    }
     if (analyze.form == OutputForm::kTable && !isFirst) std::cout << "\n\n";
     isFirst = false;
     Print(document, file.name, prompts, analyze);

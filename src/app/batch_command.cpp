@@ -9,6 +9,7 @@
 
 #include "app/batch_progress.h"
 #include "app/commands.h"
+#include "app/qdas_output.h"
 #include "base/charset.h"
 #include "base/number_text.h"
 #include "export/parameter_file.h"
@@ -39,6 +40,7 @@ std::optional<Paths> FilesOfFolder(const BatchOptions& options) {
   add(options.parameterFile, [](const std::filesystem::path& path) { return NoParameterFile(path).empty(); });
   add(options.failuresFile, IsFailuresFile);
   add(options.summaryFile, IsSummaryFile);
+  add(options.qdas, IsQdasFile);
   FolderFiles listed = FilesToAnalyse(PathFromSystemText(options.folder), Windows1252FromUtf8(options.mask), outputs);
   if (!listed.reason.empty()) {
     Complain(options.folder + " " + listed.reason + ".");
@@ -70,7 +72,7 @@ std::optional<Paths> FilesOfList(const std::string& list) {
 void RefuseClashOf(const BatchOptions& options, const CommonOptions& common, const Paths& files) {
   RunFiles clashing{.reads = files, .writes = {}};
   clashing.reads.push_back(PathFromSystemText(options.filesFrom));
-  for (const std::string& name : {options.parameterFile, options.failuresFile, options.summaryFile}) {
+  for (const std::string& name : {options.parameterFile, options.failuresFile, options.summaryFile, options.qdas}) {
     clashing.writes.push_back(PathFromSystemText(name));
   }
   if (!options.profilesTo.empty()) {
@@ -172,6 +174,11 @@ int RunBatch(const BatchOptions& options, const CommonOptions& common) {
     ComplainOf(options.parameterFile, objection);
     return kExitRefused;
   }
+  const Environment environment = SystemEnvironment();
+  if (!options.qdas.empty() && !QdasTextOf(setup->document, environment.localTime())) {
+    ComplainOf(options.qdas, "gets nothing: no row has limits");
+    return kExitRefused;
+  }
   if (!PrepareProfiles(options.profilesTo)) return kExitRefused;
   if (!options.failuresFile.empty()) {
     const std::filesystem::path failures = PathFromSystemText(options.failuresFile);
@@ -181,6 +188,7 @@ int RunBatch(const BatchOptions& options, const CommonOptions& common) {
 
   CatchInterrupts();
   FolderBatchOutcome outcome;
+  bool hasLostValues = false;
   {
     BatchProgress progress(!common.quiet);
     const auto remark = [&progress, &common](const std::string& sentence) {
@@ -199,7 +207,7 @@ int RunBatch(const BatchOptions& options, const CommonOptions& common) {
          .import = setup->import,
          .invert = setup->invert,
          .profilesTo = PathFromSystemText(options.profilesTo)},
-        SystemEnvironment(),
+        environment,
         {.fileFailed =
              [&progress](const std::string& sentence) {
                progress.Clear();
@@ -207,11 +215,15 @@ int RunBatch(const BatchOptions& options, const CommonOptions& common) {
              },
          .fileRemarked = remark,
          .remarked = remark,
+         .fileDone =
+             [&](const std::filesystem::path& /*path*/, const FileAnalysis& analysis) {
+               if (analysis.ok() && !AppendQdas(analysis.qdas, options.qdas, InUse::kWait)) hasLostValues = true;
+             },
          .advanced = [&progress](std::size_t done, std::size_t total) { progress.Show(done, total); },
          .stops = Interrupted});
   }
   const int status = Report(options, outcome);
-  return setup->settingsHadProblems ? static_cast<int>(kExitRefused) : status;
+  return setup->settingsHadProblems || hasLostValues ? static_cast<int>(kExitRefused) : status;
 }
 
 }  // namespace texturon

@@ -35,6 +35,13 @@ void AddFileOptions(CLI::App& command, CommonOptions& options) {
   command.add_flag("--quiet", options.quiet, "nothing on standard error but refusals");
 }
 
+void AddQdas(CLI::App& command, std::string& file) {
+  command
+      .add_option("--qdas", file,
+                  "add the rows with limits to a file for statistics programs, which is created if need be")
+      ->type_name("DFQ");
+}
+
 void AddStandardInput(CLI::App& command, CommonOptions& options) {
   command.add_option("--as", options.standardInputAs, "extension that standard input, given as -, is read as")
       ->type_name("EXT");
@@ -71,6 +78,7 @@ void AddBatchOptions(CLI::App& command, BatchOptions& options) {
   command.add_option("--failures", options.failuresFile, "gets a line a file that failed: path, tab, reason")
       ->type_name("FILE");
   command.add_option("--summary", options.summaryFile, "gets the statistics of every column")->type_name("FILE");
+  AddQdas(command, options.qdas);
   command.add_flag("--resume", options.resume, "leave out files that the parameter file has rows of");
 }
 
@@ -79,6 +87,7 @@ void AddWatchOptions(CLI::App& command, WatchOptions& options) {
   command.add_option("--mask", options.mask, "which files: * and ? stand for characters")->type_name("GLOB");
   command.add_option("--parameter-file", options.parameterFile, "gets a row a file; created if need be")
       ->type_name("CSV");
+  AddQdas(command, options.qdas);
   command.add_option("--hold", options.holdFolder, "gets a copy of each file, which is then deleted from the folder")
       ->type_name("DIR");
 }
@@ -101,10 +110,7 @@ void AddAnalyze(CLI::App& command, CommonOptions& common, int& status) {
   command
       .add_option("--append-to", options->appendTo, "add a row a file to a parameter file, which is created if need be")
       ->type_name("CSV");
-  command
-      .add_option("--qdas", options->qdas,
-                  "add the rows with limits to a file for statistics programs, which is created if need be")
-      ->type_name("DFQ");
+  AddQdas(command, options->qdas);
   command.callback([=, &common, &status] {
     options->form = *json ? OutputForm::kJson : *csv ? OutputForm::kCsv : OutputForm::kTable;
     status = RunAnalyze(*options, common);

@@ -46,6 +46,7 @@ struct BatchOptions {
   std::string profilesTo;
   std::string failuresFile;
   std::string summaryFile;
+  std::string qdas;
   std::optional<int> jobs;  ///< empty: one a processor core
   bool resume = false;
 };
@@ -55,6 +56,7 @@ struct WatchOptions {
   std::string mask;
   std::string parameterFile;
   std::string holdFolder;
+  std::string qdas;
 };
 
 struct SettingsOptions {

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "app/commands.h"
+#include "app/qdas_output.h"
 #include "base/charset.h"
 #include "export/parameter_file.h"
 #include "platform/interrupt.h"
@@ -31,7 +32,7 @@ int RunWatch(const WatchOptions& options, const CommonOptions& common) {
   if (!setup) return kExitRefused;
   const FolderWatchOptions watch = OptionsOf(options, setup->document.settings);
   const Environment environment = SystemEnvironment();
-  RunFiles clashing{.reads = {}, .writes = {watch.parameterFile, watch.holdFolder}};
+  RunFiles clashing{.reads = {}, .writes = {watch.parameterFile, watch.holdFolder, PathFromSystemText(options.qdas)}};
   if (!watch.singleFile.empty()) clashing.reads.push_back(watch.folder / PathFromSystemText(watch.singleFile));
   if (watch.logsEvents) clashing.writes.push_back(environment.workingFolder / EventLog::kName);
   RefuseClash(std::move(clashing), common);
@@ -43,7 +44,8 @@ int RunWatch(const WatchOptions& options, const CommonOptions& common) {
   const std::string reason =
       WatchFolder(watch, {.start = setup->document, .import = setup->import, .invert = setup->invert}, environment,
                   {.analysed =
-                       [&common](const std::string& file, const FileAnalysis& analysis) {
+                       [&](const std::string& file, const FileAnalysis& analysis) {
+                         (void)AppendQdas(analysis.qdas, options.qdas, InUse::kWait);
                          if (common.quiet) return;
                          std::cout << EscapedControls(file) << " analysed" << std::endl;
                          for (const std::string& remark : analysis.remarks)

@@ -67,4 +67,9 @@ bool IsSummaryFile(const std::filesystem::path& path) {
   return start && (start->empty() || (start->starts_with("\"Files\", ") && start->find("\r\n\"Failed\", ") < 64));
 }
 
+bool IsQdasFile(const std::filesystem::path& path) {
+  const auto start = StartOf(path);
+  return start && (start->empty() || (start->starts_with("K0100 ") && start->find("\r\nK1001/1 ") < 64));
+}
+
 }  // namespace texturon

@@ -14,8 +14,10 @@ namespace texturon {
 /// path is an escape (\t, \n, \r, \\), but where backslashes part the names of a path none of the others can be in it.
 std::string FailureLine(const std::filesystem::path& file, std::string_view reason);
 
-/// Whether a file is not there, empty or, by its first lines, a failures file or a summary of a batch.
+/// Whether a file is not there, empty or, by its first lines, a failures file, a summary of a batch or a file for
+/// statistics programs.
 bool IsFailuresFile(const std::filesystem::path& path);
 bool IsSummaryFile(const std::filesystem::path& path);
+bool IsQdasFile(const std::filesystem::path& path);
 
 }  // namespace texturon

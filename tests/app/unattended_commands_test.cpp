@@ -113,6 +113,23 @@ TEST(BatchCommand, TriesWithFewerAtATimeWhatDoesNotFitIntoTheMemory) {
   EXPECT_TRUE(run.out.starts_with("2 analysed, 1 failed\n")) << run.out;
 }
 
+// The file for statistics programs grows by a line a file, and is no measurement of the next run.
+TEST(BatchCommand, AddsValuesForStatisticsPrograms) {
+  const ScratchFolder folder;
+  for (const char* name : {"a.lmt", "b.lmt"}) folder.Write(name, SmallProfile(400, 1.0));
+  const std::string in = folder.path().string(), values = (folder / "r.dfq").string();
+  const std::string settings = std::string(TEXTURON_SOURCE_DIR) + "/samples/production.ini";
+  const std::string rows = (folder / "rows.csv").string();
+  for (int run = 0; run < 2; ++run) {
+    EXPECT_EQ(Texturon({"batch", in, "--parameter-file", rows, "--qdas", values, "--settings", settings}).status, 0);
+  }
+  const std::string text = folder.Read("r.dfq");
+  std::string parts;
+  for (std::size_t at = 0; (at = text.find("K0014/0 ", at)) != std::string::npos; ++at) parts += text.substr(at + 8, 5);
+  EXPECT_EQ(parts, "a.lmtb.lmta.lmtb.lmt");
+  EXPECT_EQ(Texturon({"batch", in, "--parameter-file", rows, "--qdas", values}).status, 1);
+}
+
 TEST(WatchCommand, EndsInOrderOnASignal) {
   const ScratchFolder folder;
   std::filesystem::create_directory(folder / "in");
