@@ -46,7 +46,8 @@ else()
   endif()
   if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
     # False alarms of g++ 12 on joined strings.
-    target_compile_options(texturon_options INTERFACE -Wno-restrict -Wno-stringop-overflow -Wno-array-bounds)
+    target_compile_options(texturon_options INTERFACE -Wno-restrict -Wno-stringop-overflow
+      -Wno-stringop-overread -Wno-array-bounds)
   endif()
   if(NOT TEXTURON_SANITIZE AND NOT TEXTURON_FUZZ)
     texturon_harden()
