@@ -12,6 +12,7 @@
 #include "base/units.h"
 #include "formats/column_text.h"
 #include "formats/even_spacing.h"
+#include "formats/instrument_results.h"
 #include "formats/profile_choice.h"
 #include "formats/reader_questions.h"
 #include "formats/text_lines.h"
@@ -28,6 +29,7 @@ constexpr std::string_view kCompound = "\xD0\xCF\x11\xE0";
 // Of a hand tester.
 constexpr std::string_view kCertificateSheet = "Certificate";
 constexpr std::string_view kDataSheet = "DATA";
+constexpr std::size_t kResults = 0;     // column A: "Ra     3.308  um"
 constexpr std::size_t kConditions = 1;  // column B
 constexpr std::size_t kPositionsMM = 4;
 constexpr std::size_t kHeightsUM = 5;
@@ -72,6 +74,7 @@ ReadResult ReadTester(const ReaderInput& input, Workbook& workbook, ImportedProf
   std::optional<std::size_t> row;  // of the last point
   bool isFull = false;
   const std::string wrong = workbook.ForEachCell(xml.text, [&](const SheetCell& cell) {
+    if (cell.column == kResults) AddInstrumentValue(profile, TrimBlanks(cell.text));
     if (cell.column == kConditions && cell.text.starts_with("CUV "))
       WarnOfCurve(TrimBlanks(cell.text.substr(4)), profile);
     if (!cell.isNumber || (cell.column != kPositionsMM && cell.column != kHeightsUM)) return true;

@@ -117,6 +117,9 @@ std::string Outcome(const ScratchFolder& folder, Case& c) {
     if (!profile.identification.empty()) text << "  named " << Printable(profile.identification) << "\n";
     if (!profile.date.empty()) text << "  dated " << Printable(profile.date) << "\n";
     if (profile.tipRadiusMM != -1.0) text << "  tip " << profile.tipRadiusMM << " mm\n";
+    for (const InstrumentValue& value : profile.instrumentValues) {
+      text << "  instrument " << Printable(value.name) << " " << value.value << " " << Printable(value.unit) << "\n";
+    }
     if (profile.column != 0) text << "  column " << profile.column << "\n";
   }
   for (std::size_t i = 0; i < c.prompts.questions.size(); ++i)
