@@ -130,7 +130,10 @@ void AddExport(CLI::App& command, CommonOptions& common, int& status) {
   const auto options = std::make_shared<ExportOptions>();
   command.add_option("file", options->file, "profile file")->required()->type_name("FILE");
   command.add_option("kind", options->kind, "what to write: " + ExportKindNames())->required()->type_name("KIND");
-  command.add_option("-o,--output", options->output, "file to write; standard output without it")->type_name("FILE");
+  command.add_option("-o,--output", options->output, "file to write; standard output without it")
+      ->type_name("FILE")
+      ->check(
+          [](const std::string& name) { return name.empty() ? std::string("is no name of a file") : std::string(); });
   command.add_flag("--mod", options->asMod, "as form data (MOD): " + ModKindNames());
   AddFileOptions(command, common);
   AddStandardInput(command, common);

@@ -2,11 +2,13 @@
 
 #include "app/console_prompts.h"
 
+#include <algorithm>
 #include <iostream>
 #include <utility>
 
 #include "base/charset.h"
 #include "base/number_text.h"
+#include "base/text.h"
 #include "platform/platform.h"
 
 namespace texturon {
@@ -67,7 +69,9 @@ std::optional<std::string> ConsolePrompts::AskText(std::string_view prompt, std:
 
 std::optional<std::size_t> ConsolePrompts::ChooseFromList(std::string_view title, std::span<const std::string> lines) {
   if (lines.empty()) return std::nullopt;
-  WriteLine(std::string(title) + " the first is taken: " + lines.front());
+  std::string first = lines.front();
+  std::replace(first.begin(), first.end(), '\t', ' ');  // columns of a list
+  WriteLine(std::string(title) + " the first is taken: " + std::string(TrimBlanks(first)));
   return 0;
 }
 

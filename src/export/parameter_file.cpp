@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <chrono>
 #include <fstream>
+#include <optional>
 #include <string>
 #include <thread>
 
@@ -50,6 +51,29 @@ std::unique_ptr<AppendFile> Hold(const std::filesystem::path& path, InUse inUse,
   return std::make_unique<AppendFile>(path);
 }
 
+/// Commas outside quotes; nothing where a quote is open at the end.
+std::optional<std::size_t> CommasOf(std::string_view line) {
+  std::size_t commas = 0;
+  bool isQuoted = false;
+  for (const char c : line) {
+    if (c == '"') isQuoted = !isQuoted;
+    commas += c == ',' && !isQuoted ? 1 : 0;
+  }
+  return isQuoted ? std::nullopt : std::optional(commas);
+}
+
+/// Takes off a last row that was written by this program and lost its end, so that the next one does not become part of
+/// it. A row that is whole but for its line end stays, and so does everything in a file of a spreadsheet.
+FileOutcome CutTornRow(AppendFile& file, std::string_view header) {
+  const std::string text = file.Start(static_cast<std::size_t>(file.size()));
+  const std::size_t lastEnd = text.rfind('\n');
+  if (lastEnd == std::string::npos) return header.starts_with(text) ? file.CutTo(0) : FileOutcome{};
+  const std::string_view titles = std::string_view(text).substr(0, text.find('\n'));
+  const auto commas = CommasOf(std::string_view(text).substr(lastEnd + 1));
+  if (!titles.starts_with("\"Time\", ") || (commas && *commas >= CommasOf(titles).value_or(0))) return {};
+  return file.CutTo(lastEnd + 1);
+}
+
 }  // namespace
 
 std::string NoParameterFile(const AppendFile& file) {
@@ -67,7 +91,7 @@ std::string NoParameterFile(const std::filesystem::path& path) {
 }
 
 AppendOutcome AppendLines(const std::filesystem::path& path, std::string_view header, std::string_view lines,
-                          const std::function<std::string(const AppendFile&)>& objection, InUse inUse,
+                          const std::function<std::string(AppendFile&)>& objection, InUse inUse,
                           const std::function<bool()>& givesUp) {
   const auto file = Hold(path, inUse, givesUp);
   if (file->state() == AppendFile::State::kInUse) return {false, std::string(kInUseReason)};
@@ -85,8 +109,9 @@ AppendOutcome AppendLines(const std::filesystem::path& path, std::string_view he
 AppendOutcome AppendToParameterFile(const std::filesystem::path& path, std::string_view header, std::string_view rows,
                                     InUse inUse, const std::function<bool()>& givesUp,
                                     const std::function<FileOutcome(const AppendFile& file)>& before) {
-  const auto objection = [&](const AppendFile& file) {
+  const auto objection = [&](AppendFile& file) {
     std::string reason = header.empty() ? std::string() : NoParameterFile(file);
+    if (reason.empty() && !header.empty() && file.endsInsideLine()) reason = CutTornRow(file, header).reason;
     return reason.empty() && before ? before(file).reason : reason;
   };
   return AppendLines(path, header, rows, objection, inUse, givesUp);

@@ -35,7 +35,7 @@ std::string NoParameterFile(const std::filesystem::path& path);
 /// them or none, without another writer's between them, and on lines of their own. `objection` tells why the file must
 /// not be added to. `givesUp`, asked now and then while it waits, ends the waiting.
 AppendOutcome AppendLines(const std::filesystem::path& path, std::string_view header, std::string_view lines,
-                          const std::function<std::string(const AppendFile&)>& objection, InUse inUse,
+                          const std::function<std::string(AppendFile&)>& objection, InUse inUse,
                           const std::function<bool()>& givesUp = {});
 
 /// Adds rows to the end of a parameter file, which is created with `header` where it is not there (or empty). They

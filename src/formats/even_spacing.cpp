@@ -78,6 +78,28 @@ double MedianStep(const std::vector<double>& x) {
   return *middle;
 }
 
+/// Whether rows are missing from positions that are printed exactly: each step is a whole number of the median one, and
+/// the longer ones do not come as regularly as the rounding of an even step would make them.
+bool HasGaps(const std::vector<double>& x) {
+  const double step = MedianStep(x);
+  std::vector<std::size_t> gaps;
+  for (std::size_t i = 1; i < x.size(); ++i) {
+    const double steps = (x[i] - x[i - 1]) / step;
+    if (std::abs(steps - std::round(steps)) > 1e-6 || steps < 0.5) return false;
+    if (steps > 1.5) gaps.push_back(i);
+  }
+  if (gaps.size() < 2) return !gaps.empty();
+  std::size_t longest = 0;
+  std::size_t shortest = x.size();
+  for (std::size_t i = 1; i < gaps.size(); ++i) {
+    longest = std::max(longest, gaps[i] - gaps[i - 1]);
+    shortest = std::min(shortest, gaps[i] - gaps[i - 1]);
+  }
+  constexpr std::size_t kOfRounding = 2;
+  const std::size_t behind = x.size() - gaps.back();
+  return longest - shortest > kOfRounding || gaps.front() > longest + kOfRounding || behind > longest + kOfRounding;
+}
+
 /// Heights at x[0] + i * step by linear interpolation up to the last position; x rises.
 std::vector<double> Resample(const std::vector<double>& x, const std::vector<double>& z, double step,
                              std::size_t points) {
@@ -144,7 +166,8 @@ EvenOutcome MakeEven(Trace&& trace, ImportedProfile& profile) {
   if (order.back > 0) return {"the positions go back and forth", pointOf(order.back)};
   double tolerance = 1e-6 * step;
   if (order.deviation > tolerance && trace.lastDigitUM) tolerance = std::max(tolerance, 1.01 * trace.lastDigitUM());
-  if (order.deviation <= tolerance) {
+  const bool isRounded = order.deviation > 1e-6 * step && order.deviation <= tolerance;
+  if (order.deviation <= tolerance && !(isRounded && order.repeat == 0 && HasGaps(x))) {
     WarnOfInvalid(cut, Bridge(z), profile.warnings);
   } else {
     if (order.repeat > 0) return {"the position is that of the point before it", pointOf(order.repeat)};

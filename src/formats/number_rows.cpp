@@ -178,10 +178,12 @@ private:
     TakeRow(line, number);
   }
 
-  /// Notes that the run goes on behind one line that is no row.
+  /// Notes that the run goes on behind a line that is no row, or behind several where there are positions.
   void CompareWithFormer() {
+    constexpr std::size_t kMostBetween = 50;
+    const std::size_t between = firstFilled_ - former_.lastFilled - 1;
     if (former_.rows == 0 || former_.separator != run_.separator || former_.columns != run_.columns.size() ||
-        firstFilled_ != former_.lastFilled + 2) {
+        between == 0 || between > (former_.columns > 1 && former_.rows > 2 ? kMostBetween : 1)) {
       return;
     }
     bool goesOn = former_.rows >= 10;
@@ -189,11 +191,12 @@ private:
       const double step =
           (former_.last - former_.first) / static_cast<double>(std::max<std::size_t>(former_.rows - 1, 1));
       const double gap = row_[0] - former_.last;
-      goesOn = former_.rows > 1 && gap * step > 0.0 && std::abs(gap) <= 3.0 * std::abs(step);
+      const double most = (static_cast<double>(between) + 2.0) * std::abs(step);
+      goesOn = former_.rows > 1 && gap * step > 0.0 && std::abs(gap) <= most;
     }
     if (!goesOn) return;
     brokenAt_ = formerBreak_;
-    if (best_.Count() == former_.rows && best_.firstLine == former_.firstLine) bestBrokenAt_ = formerBreak_;
+    if (best_.Count() > 0 && best_.firstLine >= former_.firstLine) bestBrokenAt_ = formerBreak_;
   }
 
   bool TakeRow(std::string_view line) { return TakeRow(line, lines_.LineNumber()); }
@@ -233,7 +236,12 @@ private:
     const std::size_t rows = run_.Count();
     if (tooMany_) run_.wrong = "the table has more than 750 000 rows";
     // A single row before a break is a count, a date or a row that lost a cell.
-    if (rows > 1 || former_.lastFilled + 1 < lastFilled_) {
+    if (brokenAt_ != 0) {
+      // One table so far, with lines in it that are no rows.
+      former_.rows += rows;
+      former_.lastFilled = lastFilled_;
+      former_.last = run_.columns[0].back();
+    } else if (rows > 1 || former_.lastFilled + 1 < lastFilled_) {
       former_ = {run_.separator,          run_.columns.size(),   rows, lastFilled_, run_.firstLine,
                  run_.columns[0].front(), run_.columns[0].back()};
       formerBreak_ = lines_.LineNumber();

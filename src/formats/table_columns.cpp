@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/number_text.h"
 #include "base/text.h"
 #include "formats/text_lines.h"
 
@@ -58,10 +59,16 @@ public:
     for (std::size_t i = 0; i < rows.columns.size(); ++i) {
       if (HasNumbers(rows.columns[i])) left_.push_back(i);
     }
+    // What is left beside columns without any number need not be the heights.
+    const bool isAlone = left_.size() == 1 && rows.columns.size() > 1;
+    if (isAlone && QuantityAt(left_.front()) != Quantity::kHeight && QuantityAt(left_.front()) != Quantity::kAcross) {
+      lost_ = left_.front() == 0 ? 1 : 0;
+    }
   }
 
   TableColumns Choose() {
     if (heading_.isOfArea) return Refused(std::string(kOfArea));
+    if (lost_) return Refused("column " + IntegerText(static_cast<std::int64_t>(*lost_) + 1) + " holds no number");
     DropIndex();
     ChooseX();
     if (IsOfArea()) return Refused(std::string(kOfArea));
@@ -186,6 +193,7 @@ private:
   const TableHeading& heading_;
   std::vector<std::size_t> left_;  ///< columns that are nothing yet
   bool hadIndex_ = false;
+  std::optional<std::size_t> lost_;  ///< a column without a number that may be the heights
   TableColumns chosen_;
 };
 

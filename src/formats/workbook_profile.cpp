@@ -125,20 +125,24 @@ std::string TextOfSheet(const Workbook& workbook, std::string_view xml) {
   text.reserve(most);
   std::size_t row = 0;
   std::size_t column = 0;
+  std::size_t widest = 0;
   const std::string wrong = workbook.ForEachCell(xml, [&](const SheetCell& cell) {
     const bool isBack = cell.row < row || (cell.row == row && cell.column < column);
     const std::size_t tabs = cell.column - (cell.row > row ? 0 : std::min(column, cell.column));
     const std::size_t lines = cell.row - std::min(row, cell.row);
-    if (isBack || text.size() + lines + tabs + cell.text.size() > most) {
+    if (isBack || text.size() + lines + tabs + widest + cell.text.size() > most) {
       text.clear();
       return false;
     }
+    // Cells at the end of a row that are not there are empty ones.
+    if (lines > 0) text.append(widest - std::min(widest, column), '\t');
     text.append(lines, '\n');
     text.append(tabs, '\t');
     std::transform(cell.text.begin(), cell.text.end(), std::back_inserter(text),
                    [](char c) { return static_cast<unsigned char>(c) < ' ' ? ' ' : c; });
     row = cell.row;
     column = cell.column;
+    widest = std::max(widest, column);
     return true;
   });
   return wrong.empty() ? text : std::string();

@@ -2,6 +2,7 @@
 
 #include "unattended/batch_outputs.h"
 
+#include <algorithm>
 #include <fstream>
 #include <optional>
 #include <system_error>
@@ -41,7 +42,9 @@ std::optional<std::string> StartOf(const std::filesystem::path& path) {
 }  // namespace
 
 std::string FailureLine(const std::filesystem::path& file, std::string_view reason) {
-  return EscapedPath(file) + "\t" + OnOneLine(Utf8FromWindows1252(reason)) + "\n";
+  std::string sentence = OnOneLine(Utf8FromWindows1252(reason));
+  std::replace(sentence.begin(), sentence.end(), '\t', ' ');
+  return EscapedPath(file) + "\t" + sentence + "\n";
 }
 
 bool IsFailuresFile(const std::filesystem::path& path) {

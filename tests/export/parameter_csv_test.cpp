@@ -101,6 +101,26 @@ TEST(ParameterFile, NothingElseIsAppendedTo) {
   }
 }
 
+// A row that lost its end would swallow the next one; what is whole, or a spreadsheet's, stays.
+TEST(ParameterFile, ATornLastRowIsTakenOff) {
+  const ScratchFolder folder;
+  ScriptedPrompts prompts;
+  const std::string titles = "\"Time\", \"Source\", \"Identification\", \"Settings\", \"Ra\"\r\n";
+  const struct {
+    std::string content, kept;
+  } cases[] = {{titles + "\"t\", \"s\", \"i", titles},
+               {titles + "\"t\", \"s\", \"i\"", titles},
+               {titles + "22 Nov", titles},
+               {titles.substr(0, 6), titles},
+               {titles + "\"t\", \"a,b\", \"i\", \"s\", 1", titles + "\"t\", \"a,b\", \"i\", \"s\", 1\r\n"},
+               {"Time,Source,Identification,Settings,Ra\nt,s", "Time,Source,Identification,Settings,Ra\nt,s\r\n"}};
+  for (const auto& c : cases) {
+    folder.Write("rows.csv", c.content);
+    EXPECT_TRUE(AppendParameters(folder / "rows.csv", titles, "b\r\n", prompts).written) << c.content;
+    EXPECT_EQ(folder.Read("rows.csv"), c.kept + "b\r\n");
+  }
+}
+
 TEST(ParameterFile, InUseIsTriedTwiceAndThenTheRowIsLost) {
   const ScratchFolder folder;
   ScriptedPrompts prompts;
