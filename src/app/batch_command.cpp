@@ -201,6 +201,7 @@ int RunBatch(const BatchOptions& options, const CommonOptions& common) {
          .parameterFile = PathFromSystemText(options.parameterFile),
          .failuresFile = PathFromSystemText(options.failuresFile),
          .summaryFile = PathFromSystemText(options.summaryFile),
+         .qdasFile = PathFromSystemText(options.qdas),
          .jobs = options.jobs.value_or(static_cast<int>(std::max(1U, std::thread::hardware_concurrency()))),
          .resume = options.resume},
         {.start = setup->document,

@@ -30,9 +30,14 @@ int RunWatch(const WatchOptions& options, const CommonOptions& common) {
   ConsolePrompts prompts({.answersYes = false, .isQuiet = common.quiet});
   const auto setup = PrepareRun(common, prompts);
   if (!setup) return kExitRefused;
-  const FolderWatchOptions watch = OptionsOf(options, setup->document.settings);
+  FolderWatchOptions watch = OptionsOf(options, setup->document.settings);
+  watch.qdasFile = PathFromSystemText(options.qdas);
   const Environment environment = SystemEnvironment();
-  RunFiles clashing{.reads = {}, .writes = {watch.parameterFile, watch.holdFolder, PathFromSystemText(options.qdas)}};
+  if (!options.qdas.empty() && !QdasTextOf(setup->document, environment.localTime())) {
+    ComplainOf(options.qdas, "gets nothing: no row has limits");
+    return kExitRefused;
+  }
+  RunFiles clashing{.reads = {}, .writes = {watch.parameterFile, watch.holdFolder, watch.qdasFile}};
   if (!watch.singleFile.empty()) clashing.reads.push_back(watch.folder / PathFromSystemText(watch.singleFile));
   if (watch.logsEvents) clashing.writes.push_back(environment.workingFolder / EventLog::kName);
   RefuseClash(std::move(clashing), common);

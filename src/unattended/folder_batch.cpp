@@ -207,6 +207,7 @@ std::string NoteOutputs(const FolderBatchOptions& options) {
       {options.parameterFile, OutputList::Kind::kRows},
       {options.failuresFile, OutputList::Kind::kFailures},
       {options.summaryFile, OutputList::Kind::kSummary},
+      {options.qdasFile, OutputList::Kind::kQdas},
   };
   std::string reason;
   for (const auto& [path, kind] : outputs) {

@@ -19,6 +19,7 @@ struct FolderBatchOptions {
   std::filesystem::path parameterFile;
   std::filesystem::path failuresFile;  ///< gets a line "path<tab>reason" a failed file; empty: none
   std::filesystem::path summaryFile;   ///< that the caller will write; empty: none
+  std::filesystem::path qdasFile;      ///< the same, for statistics programs
   int jobs = 1;                        ///< fewer where the memory does not hold so many
   bool resume = false;                 ///< leaves out files that the parameter file has rows of (row_list)
 };

@@ -144,8 +144,11 @@ private:
   bool IsWanted(const std::filesystem::path& path, const std::string& name) const {
     if (!options_.singleFile.empty()) return name == options_.singleFile;
     if (name.starts_with(kOurFiles)) return false;
-    std::error_code error;
-    return options_.parameterFile.empty() || !std::filesystem::equivalent(path, options_.parameterFile, error);
+    const auto isOutput = [&path](const std::filesystem::path& output) {
+      std::error_code error;
+      return !output.empty() && std::filesystem::equivalent(path, output, error);
+    };
+    return !isOutput(options_.parameterFile) && !isOutput(options_.qdasFile);
   }
 
   /// Analyses one file and sees it through. False: something stands in the way of all files.

@@ -20,6 +20,7 @@ struct FolderWatchOptions {
   std::string mask = "*.*";             ///< Windows-1252
   std::string singleFile;               ///< only the file of this name, which is never deleted; empty: by the mask
   std::filesystem::path parameterFile;  ///< gets a row a file; empty: none
+  std::filesystem::path qdasFile;       ///< for statistics programs, which is no measurement; empty: none
   std::filesystem::path holdFolder;     ///< gets a copy of each file; empty: none
   bool deletes = false;                 ///< analysed files are removed; else they are remembered
   bool logsEvents = false;

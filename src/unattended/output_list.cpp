@@ -26,6 +26,7 @@ constexpr KindOfFile kKinds[] = {
      [](const std::filesystem::path& path) { return NoParameterFile(path).empty(); }},
     {OutputList::Kind::kFailures, "failures\t", IsFailuresFile},
     {OutputList::Kind::kSummary, "summary\t", IsSummaryFile},
+    {OutputList::Kind::kQdas, "statistics\t", IsQdasFile},
 };
 
 std::string Marks(std::uint64_t size, std::uint64_t mark) {

@@ -128,6 +128,8 @@ TEST(BatchCommand, AddsValuesForStatisticsPrograms) {
   for (std::size_t at = 0; (at = text.find("K0014/0 ", at)) != std::string::npos; ++at) parts += text.substr(at + 8, 5);
   EXPECT_EQ(parts, "a.lmtb.lmta.lmtb.lmt");
   EXPECT_EQ(Texturon({"batch", in, "--parameter-file", rows, "--qdas", values}).status, 1);
+  const Outcome later = Texturon({"batch", in, "--mask", "*.*", "--parameter-file", rows});
+  EXPECT_TRUE(later.out.starts_with("2 analysed, 0 failed\n")) << later.out << later.error;
 }
 
 TEST(WatchCommand, EndsInOrderOnASignal) {
