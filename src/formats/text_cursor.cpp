@@ -59,9 +59,11 @@ std::string TextCursor::RestOfLine(std::size_t limit) {
 }
 
 std::optional<double> TextCursor::Number() {
-  SkipWhiteSpace();
   const ParsedDouble number = ParseDouble(text_.substr(position_));
-  if (!number.usable()) return std::nullopt;
+  if (!number.usable()) {
+    SkipWhiteSpace();
+    return std::nullopt;
+  }
   position_ += number.length;
   return number.value;
 }
