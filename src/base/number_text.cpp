@@ -141,23 +141,23 @@ constexpr EightBytes kEach = 0x0101010101010101;
 constexpr EightBytes kTopBits = kEach * 0x80;
 constexpr std::size_t kWord = sizeof(EightBytes);
 
-EightBytes LoadEight(const char* from) {
+TEXTURON_INLINE EightBytes LoadEight(const char* from) {
   EightBytes bytes;
   std::memcpy(&bytes, from, kWord);
   return bytes;
 }
 
 // How many of the bytes come before the first whose top bit is set.
-std::size_t BytesBefore(EightBytes topBits) {
+TEXTURON_INLINE std::size_t BytesBefore(EightBytes topBits) {
   return static_cast<std::size_t>(std::countr_zero(topBits)) / 8;
 }
 
-std::size_t CountDigits(EightBytes bytes) {
+TEXTURON_INLINE std::size_t CountDigits(EightBytes bytes) {
   const EightBytes apart = bytes ^ (kEach * '0');  // below 10 for digits
   return BytesBefore((((apart & ~kTopBits) + kEach * (0x80 - 10)) | apart) & kTopBits);
 }
 
-std::size_t CountWhite(EightBytes bytes) {
+TEXTURON_INLINE std::size_t CountWhite(EightBytes bytes) {
   const EightBytes low = bytes & ~kTopBits;
   const EightBytes breaks = (low + kEach * (0x80 - '\t')) & ~(low + kEach * (0x80 - '\r' - 1));
   const EightBytes blanks = ~((low ^ (kEach * ' ')) + kEach * 0x7F);
@@ -165,7 +165,7 @@ std::size_t CountWhite(EightBytes bytes) {
 }
 
 // The number that the first `count` digits make, 1 to 8 of them: pairs, then fours, then all.
-std::uint64_t ValueOfDigits(EightBytes bytes, std::size_t count) {
+TEXTURON_INLINE std::uint64_t ValueOfDigits(EightBytes bytes, std::size_t count) {
   const EightBytes digits = (bytes - kEach * '0') << (8 * (kWord - count));
   const EightBytes pairs = digits * 10 + (digits >> 8);
   constexpr EightBytes kPairs = 0x000000FF000000FF;
@@ -176,7 +176,7 @@ std::uint64_t ValueOfDigits(EightBytes bytes, std::size_t count) {
 
 // What measuring programs write, white space, sign and up to seven digits on each side of the point, without a branch
 // that the numbers decide, and to the same bits. Length 0: another kind of number, or the text is about to end.
-ParsedDouble ParsePlainDecimal(std::string_view text) {
+TEXTURON_INLINE ParsedDouble ParsePlainDecimal(std::string_view text) {
   constexpr std::size_t kMostOfNumber = 1 + (kWord - 1) + 1 + kWord;
   static constexpr std::array<double, kWord> kPowers = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7};
   static constexpr std::array<std::uint64_t, kWord> kWholePowers = {1, 10, 100, 1000, 10000, 100000, 1000000, 10000000};
@@ -345,6 +345,17 @@ std::string IntegerText(std::int64_t value, int width, char fill) {
 ParsedDouble ParseDouble(std::string_view text) {
   const ParsedDouble plain = ParsePlainDecimal(text);
   return plain.found() ? plain : ParseAnyDouble(text);
+}
+
+ParsedDecimals ParsePlainDecimals(std::string_view text, std::span<double> values) {
+  ParsedDecimals parsed;
+  for (; parsed.count < values.size(); ++parsed.count) {
+    const ParsedDouble number = ParsePlainDecimal(text.substr(parsed.length));
+    if (!number.found()) break;
+    values[parsed.count] = number.value;
+    parsed.length += number.length;
+  }
+  return parsed;
 }
 
 ParsedInt32 ParseInt32(std::string_view text) {

@@ -8,6 +8,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <utility>
 
@@ -100,12 +101,16 @@ private:
 
 /// Orders heights whose cells are in order already. Few share a cell, unless single heights stretch the range.
 void SortWithinCells(std::span<double> values, Cells cell, std::span<double> scratch) {
+  std::uint32_t next = cell(values[0]);
   for (std::size_t first = 0; first < values.size();) {
+    const std::uint32_t present = next;
     std::size_t end = first + 1;
-    while (end < values.size() && cell(values[end]) == cell(values[first])) {
+    for (; end < values.size(); ++end) {
       const double height = values[end];
-      std::size_t place = end++;
-      if (end - first > kLongRun) continue;
+      next = cell(height);
+      if (next != present) break;
+      std::size_t place = end;
+      if (end - first >= kLongRun) continue;
       for (; place > first && GoesBefore(height, values[place - 1]); --place) values[place] = values[place - 1];
       values[place] = height;
     }
@@ -126,7 +131,8 @@ void SortDescending(std::vector<double>& values) {
     std::sort(values.begin(), values.end(), GoesBefore);
     return;
   }
-  std::vector<double> scratch(values.size());
+  const auto memory = std::make_unique_for_overwrite<double[]>(values.size());
+  const std::span<double> scratch(memory.get(), values.size());
   const auto [lowest, highest] = RangeOf(values);
   const Cells cell(highest, lowest);
   if (!cell.AreUsable() || !AllFinite(values)) {
