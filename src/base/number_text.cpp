@@ -11,6 +11,7 @@
 #include <system_error>
 
 #include "base/multiversion.h"
+#include "base/shortest_decimal.h"
 
 namespace texturon {
 namespace {
@@ -279,6 +280,11 @@ void AppendScientific(std::string& out, double value, int decimals, int width) {
 }
 
 void AppendShortest(std::string& out, double value) {
+  std::array<char, kRoomForShortestDecimal> decimal;
+  if (const std::size_t length = WriteShortestDecimal(value, decimal.data()); length != 0) {
+    out.append(decimal.data(), length);
+    return;
+  }
   if (!std::isfinite(value)) {
     out.append(NonFiniteText(value));
     return;
