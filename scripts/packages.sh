@@ -43,3 +43,4 @@ test_packages=(libgtest-dev nlohmann-json3-dev locales xvfb xauth)
 fuzz_packages=(clang libclang-rt-14-dev)
 soak_packages=(python3)
 bench_packages=(libbenchmark-dev libfftw3-dev liblapack-dev)
+check_packages=(python3-numpy python3-scipy valgrind)  # what scripts/bench --check runs beside

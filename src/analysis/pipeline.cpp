@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <span>
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -34,11 +35,12 @@ void WriteTraceFile(std::span<const double> heightsUM, const Environment& enviro
 }
 
 /// Puts an envelope of the evaluation range into its place in the record; without one there is no such profile.
-void KeepEnvelope(std::vector<double>& profile, std::span<const double> envelopeUM, const ProfileSet& profiles) {
-  profile.clear();
-  if (envelopeUM.empty()) return;
-  profile.resize(profiles.raw.size());
-  std::copy(envelopeUM.begin(), envelopeUM.end(), profile.begin() + profiles.evaluationRange->first);
+void KeepEnvelope(std::vector<double>& profile, std::vector<double>&& envelopeUM, const ProfileSet& profiles) {
+  profile = std::move(envelopeUM);
+  if (profile.empty() || profile.size() == profiles.raw.size()) return;
+  std::vector<double> whole(profiles.raw.size());
+  std::copy(profile.begin(), profile.end(), whole.begin() + profiles.evaluationRange->first);
+  profile = std::move(whole);
 }
 
 /// That of the filter that took the form out: longer waves are not in the waviness.
@@ -53,7 +55,7 @@ void ComputeSelectedParameters(Document& document, Prompts& prompts, const Envir
   const auto viewIf = [&profiles](ProfileKind kind) {
     return profiles.Has(kind) ? std::optional(profiles.View(kind)) : std::nullopt;
   };
-  const DriverReport report =
+  DriverReport report =
       ComputeParameters(document.catalogue, {.settings = document.settings.analysis,
                                              .formSuppressed = viewIf(ProfileKind::kFormSuppressed),
                                              .primary = viewIf(ProfileKind::kPrimary),
@@ -64,8 +66,8 @@ void ComputeSelectedParameters(Document& document, Prompts& prompts, const Envir
                                              .wantsCoreRoughness = document.wanted.coreRoughness,
                                              .wavinessLengthMM = WavinessLengthMM(document.settings.analysis)});
   results.coreRoughness = report.coreRoughness;
-  KeepEnvelope(profiles.closing, report.closingUM, profiles);
-  KeepEnvelope(profiles.opening, report.openingUM, profiles);
+  KeepEnvelope(profiles.closing, std::move(report.closingUM), profiles);
+  KeepEnvelope(profiles.opening, std::move(report.openingUM), profiles);
   results.probability = report.probability;
   KeepMotifs(profiles, report.motifs);
   if (!document.quietMode) {

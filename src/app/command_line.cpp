@@ -3,6 +3,7 @@
 #include "app/command_line.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -37,8 +38,14 @@ int RunTestPlan(const std::vector<std::string>& arguments) {
 int ParseAndRun(CLI::App& app, int argc, char** argv) {
   CommonOptions common;
   int status = kExitDone;
+  // Making the options of all commands takes longer than most of them: those of a command that no argument names are
+  // never asked for.
+  const auto isNamed = [argc, argv](std::string_view name) {
+    return std::any_of(argv + 1, argv + argc, [name](const char* argument) { return name == argument; });
+  };
   for (const ConsoleCommand& command : CommandTable()) {
-    command.add(*app.add_subcommand(std::string(command.name), std::string(command.about)), common, status);
+    CLI::App* const parser = app.add_subcommand(std::string(command.name), std::string(command.about));
+    if (isNamed(command.name)) command.add(*parser, common, status);
   }
   app.require_subcommand(1);
   app.parse(argc, argv);

@@ -16,14 +16,20 @@
 #define TEXTURON_MULTIVERSION
 #endif
 
-// TEXTURON_INLINE: must end up inside its multiversioned caller. TEXTURON_IVDEP: no iteration of the next loop depends
-// on another one.
+// TEXTURON_INLINE: must end up inside its multiversioned caller. TEXTURON_NOINLINE: must not, so that the caller's
+// usual way pays nothing for it. TEXTURON_IVDEP: no iteration of the next loop depends on another one.
 #if defined(__GNUC__) && !defined(__clang__)
 #define TEXTURON_INLINE inline __attribute__((always_inline))
 #define TEXTURON_IVDEP _Pragma("GCC ivdep")
 #else
 #define TEXTURON_INLINE inline
 #define TEXTURON_IVDEP
+#endif
+
+#if defined(__GNUC__)
+#define TEXTURON_NOINLINE __attribute__((noinline))
+#else
+#define TEXTURON_NOINLINE
 #endif
 
 namespace texturon {
@@ -37,6 +43,13 @@ TEXTURON_INLINE PairOfDoubles LowPair(PairOfDoubles a, PairOfDoubles b) {
 TEXTURON_INLINE PairOfDoubles HighPair(PairOfDoubles a, PairOfDoubles b) {
   return __builtin_shufflevector(a, b, 1, 3);
 }
+/// Of equal ones, and of two of which one is no number, the first.
+TEXTURON_INLINE PairOfDoubles LargerOfPairs(PairOfDoubles a, PairOfDoubles b) {
+  return a < b ? b : a;
+}
+TEXTURON_INLINE PairOfDoubles SmallerOfPairs(PairOfDoubles a, PairOfDoubles b) {
+  return b < a ? b : a;
+}
 #else
 struct PairOfDoubles {
   double low;
@@ -47,6 +60,12 @@ inline PairOfDoubles LowPair(PairOfDoubles a, PairOfDoubles b) {
 }
 inline PairOfDoubles HighPair(PairOfDoubles a, PairOfDoubles b) {
   return {a.high, b.high};
+}
+inline PairOfDoubles LargerOfPairs(PairOfDoubles a, PairOfDoubles b) {
+  return {a.low < b.low ? b.low : a.low, a.high < b.high ? b.high : a.high};
+}
+inline PairOfDoubles SmallerOfPairs(PairOfDoubles a, PairOfDoubles b) {
+  return {b.low < a.low ? b.low : a.low, b.high < a.high ? b.high : a.high};
 }
 #endif
 

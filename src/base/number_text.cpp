@@ -4,9 +4,14 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <charconv>
+#include <cstring>
 #include <limits>
 #include <system_error>
+
+#include "base/multiversion.h"
+#include "base/shortest_decimal.h"
 
 namespace texturon {
 namespace {
@@ -130,6 +135,80 @@ ParsedDouble ParseShortDecimal(std::string_view text) {
   return result;
 }
 
+// ---- eight characters at a time, the first in the lowest byte ----
+
+using EightBytes = std::uint64_t;
+constexpr EightBytes kEach = 0x0101010101010101;
+constexpr EightBytes kTopBits = kEach * 0x80;
+constexpr std::size_t kWord = sizeof(EightBytes);
+
+TEXTURON_INLINE EightBytes LoadEight(const char* from) {
+  EightBytes bytes;
+  std::memcpy(&bytes, from, kWord);
+  return bytes;
+}
+
+// How many of the bytes come before the first whose top bit is set.
+TEXTURON_INLINE std::size_t BytesBefore(EightBytes topBits) {
+  return static_cast<std::size_t>(std::countr_zero(topBits)) / 8;
+}
+
+TEXTURON_INLINE std::size_t CountDigits(EightBytes bytes) {
+  const EightBytes apart = bytes ^ (kEach * '0');  // below 10 for digits
+  return BytesBefore((((apart & ~kTopBits) + kEach * (0x80 - 10)) | apart) & kTopBits);
+}
+
+TEXTURON_INLINE std::size_t CountWhite(EightBytes bytes) {
+  const EightBytes low = bytes & ~kTopBits;
+  const EightBytes breaks = (low + kEach * (0x80 - '\t')) & ~(low + kEach * (0x80 - '\r' - 1));
+  const EightBytes blanks = ~((low ^ (kEach * ' ')) + kEach * 0x7F);
+  return BytesBefore((~(breaks | blanks) | bytes) & kTopBits);
+}
+
+// The number that the first `count` digits make, 1 to 8 of them: pairs, then fours, then all.
+TEXTURON_INLINE std::uint64_t ValueOfDigits(EightBytes bytes, std::size_t count) {
+  const EightBytes digits = (bytes - kEach * '0') << (8 * (kWord - count));
+  const EightBytes pairs = digits * 10 + (digits >> 8);
+  constexpr EightBytes kPairs = 0x000000FF000000FF;
+  constexpr EightBytes kHundreds = 100 + (EightBytes{1'000'000} << 32);
+  constexpr EightBytes kOnes = 1 + (EightBytes{10'000} << 32);
+  return ((pairs & kPairs) * kHundreds + ((pairs >> 16) & kPairs) * kOnes) >> 32;
+}
+
+// What measuring programs write, white space, sign and up to seven digits on each side of the point, without a branch
+// that the numbers decide, and to the same bits. Length 0: another kind of number, or the text is about to end.
+TEXTURON_INLINE ParsedDouble ParsePlainDecimal(std::string_view text) {
+  constexpr std::size_t kMostOfNumber = 1 + (kWord - 1) + 1 + kWord;
+  static constexpr std::array<double, kWord> kPowers = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7};
+  static constexpr std::array<std::uint64_t, kWord> kWholePowers = {1, 10, 100, 1000, 10000, 100000, 1000000, 10000000};
+  if (std::endian::native != std::endian::little || text.size() < kWord + kMostOfNumber) return {};
+  const char* at = text.data();
+  const std::size_t white = CountWhite(LoadEight(at));
+  if (white == kWord) return {};
+  at += white;
+  const bool isNegative = *at == '-';
+  at += static_cast<std::size_t>(isNegative) | static_cast<std::size_t>(*at == '+');
+  const EightBytes whole = LoadEight(at);
+  const std::size_t wholeDigits = CountDigits(whole);
+  if (wholeDigits - 1 >= kWord - 1) return {};
+  at += wholeDigits;
+  if (*at != '.') return {};
+  const EightBytes rest = LoadEight(++at);
+  const std::size_t decimals = CountDigits(rest);
+  if (decimals - 1 >= kWord - 1) return {};
+  at += decimals;
+  const char lower = static_cast<char>(*at | 0x20);
+  if (*at == '.' || (lower >= 'a' && lower <= 'z')) return {};
+  const std::uint64_t digits =
+      ValueOfDigits(whole, wholeDigits) * kWholePowers[decimals] + ValueOfDigits(rest, decimals);
+  ParsedDouble result;
+  const double size = static_cast<double>(static_cast<std::int64_t>(digits)) / kPowers[decimals];
+  result.value =
+      std::bit_cast<double>(std::bit_cast<std::uint64_t>(size) | static_cast<std::uint64_t>(isNegative) << 63);
+  result.length = static_cast<std::size_t>(at - text.data());
+  return result;
+}
+
 // Reads digits without sign or white space. Length 0: none.
 ParsedDouble ParseMagnitude(std::string_view text) {
   if (const ParsedDouble quick = ParseShortDecimal(text); quick.found()) return quick;
@@ -147,6 +226,19 @@ ParsedDouble ParseMagnitude(std::string_view text) {
     result.value = tooLarge ? std::numeric_limits<double>::infinity() : 0.0;
   }
   result.length = prefix + used;
+  return result;
+}
+
+// Whatever is no plain decimal.
+TEXTURON_NOINLINE ParsedDouble ParseAnyDouble(std::string_view text) {
+  std::size_t start = CountWhiteSpace(text);
+  bool negative = false;
+  if (start < text.size() && (text[start] == '-' || text[start] == '+')) negative = text[start++] == '-';
+  if (start == text.size() || text[start] == '-') return {};
+  ParsedDouble result = ParseMagnitude(text.substr(start));
+  if (!result.found()) return {};
+  result.length += start;
+  if (negative) result.value = -result.value;
   return result;
 }
 
@@ -188,6 +280,11 @@ void AppendScientific(std::string& out, double value, int decimals, int width) {
 }
 
 void AppendShortest(std::string& out, double value) {
+  std::array<char, kRoomForShortestDecimal> decimal;
+  if (const std::size_t length = WriteShortestDecimal(value, decimal.data()); length != 0) {
+    out.append(decimal.data(), length);
+    return;
+  }
   if (!std::isfinite(value)) {
     out.append(NonFiniteText(value));
     return;
@@ -252,15 +349,19 @@ std::string IntegerText(std::int64_t value, int width, char fill) {
 }
 
 ParsedDouble ParseDouble(std::string_view text) {
-  std::size_t start = CountWhiteSpace(text);
-  bool negative = false;
-  if (start < text.size() && (text[start] == '-' || text[start] == '+')) negative = text[start++] == '-';
-  if (start == text.size() || text[start] == '-') return {};
-  ParsedDouble result = ParseMagnitude(text.substr(start));
-  if (!result.found()) return {};
-  result.length += start;
-  if (negative) result.value = -result.value;
-  return result;
+  const ParsedDouble plain = ParsePlainDecimal(text);
+  return plain.found() ? plain : ParseAnyDouble(text);
+}
+
+ParsedDecimals ParsePlainDecimals(std::string_view text, std::span<double> values) {
+  ParsedDecimals parsed;
+  for (; parsed.count < values.size(); ++parsed.count) {
+    const ParsedDouble number = ParsePlainDecimal(text.substr(parsed.length));
+    if (!number.found()) break;
+    values[parsed.count] = number.value;
+    parsed.length += number.length;
+  }
+  return parsed;
 }
 
 ParsedInt32 ParseInt32(std::string_view text) {

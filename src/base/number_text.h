@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -50,6 +51,17 @@ struct ParsedDouble {
 /// sign, decimal or 0x hexadecimal digits with an optional exponent, inf, infinity, nan and nan(...) in any case.
 /// Beyond the range the value is infinite, below it zero or denormal; correctly rounded between.
 ParsedDouble ParseDouble(std::string_view text);
+
+/// How many numbers a text began with, and the characters that they took.
+struct ParsedDecimals {
+  std::size_t count = 0;
+  std::size_t length = 0;
+};
+
+/// Reads numbers one after another, as ParseDouble does, with white space or other ends between them, up to as many as
+/// `values` holds or to the first that is not written plainly: a sign, one to seven digits, point, one to seven digits.
+/// Near the end of the text none is.
+ParsedDecimals ParsePlainDecimals(std::string_view text, std::span<double> values);
 
 struct ParsedInt32 {
   std::int32_t value = 0;

@@ -111,11 +111,7 @@ ReadResult ReadNativeProfile(const ReaderInput& input, ImportedProfile& profile)
   // A height takes a digit and, but for the last, a separator: a count beyond that is known to be wrong beforehand.
   const bool fits = count <= (cursor.Remaining() + 1) / 2;
   if (fits) profile.heightsUM.reserve(count);
-  while (fits && profile.heightsUM.size() < count) {
-    const auto height = cursor.Number();
-    if (!height) break;
-    profile.heightsUM.push_back(*height);
-  }
+  if (fits) cursor.AppendNumbers(profile.heightsUM, count);
   if (!fits || (profile.heightsUM.size() < count && cursor.AtEnd())) {
     return RefuseAtLine(input, cursor.Line(), "Unexpected end of file.");
   }

@@ -112,11 +112,9 @@ ReadResult ReadFourLineHeader(const ReaderInput& input, ImportedProfile& profile
   }
   if (*count > kPointCapacity) return RefuseAtLine(input, 5, kTooMany);
   profile.heightsUM.reserve(std::min(static_cast<std::size_t>(*count), (cursor.Remaining() + 1) / 2));
-  while (static_cast<double>(profile.heightsUM.size()) < *count) {
-    const auto height = cursor.Number();
-    if (!height)
-      return RefuseAtLine(input, 4 + cursor.Line(), cursor.AtEnd() ? "Unexpected end of file." : "Not a number.");
-    profile.heightsUM.push_back(*height);
+  cursor.AppendNumbers(profile.heightsUM, static_cast<std::size_t>(*count));
+  if (static_cast<double>(profile.heightsUM.size()) < *count) {
+    return RefuseAtLine(input, 4 + cursor.Line(), cursor.AtEnd() ? "Unexpected end of file." : "Not a number.");
   }
   if (cursor.Number()) profile.warnings.emplace_back("there are more heights than the header says");
   const bool isMM = *spacing < kLikelyMM;

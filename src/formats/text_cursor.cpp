@@ -3,6 +3,8 @@
 #include "formats/text_cursor.h"
 
 #include <algorithm>
+#include <array>
+#include <span>
 
 #include "base/number_text.h"
 #include "formats/text_lines.h"
@@ -59,11 +61,30 @@ std::string TextCursor::RestOfLine(std::size_t limit) {
 }
 
 std::optional<double> TextCursor::Number() {
-  SkipWhiteSpace();
   const ParsedDouble number = ParseDouble(text_.substr(position_));
-  if (!number.usable()) return std::nullopt;
+  if (!number.usable()) {
+    SkipWhiteSpace();
+    return std::nullopt;
+  }
   position_ += number.length;
   return number.value;
+}
+
+void TextCursor::AppendNumbers(std::vector<double>& values, std::size_t most) {
+  constexpr std::size_t kAtOnce = 256;
+  constexpr std::size_t kOthers = 16;  // numbers of another kind that are taken before a plain one is expected again
+  std::array<double, kAtOnce> plain;
+  while (values.size() < most) {
+    const auto room = std::span(plain).first(std::min(kAtOnce, most - values.size()));
+    const ParsedDecimals parsed = ParsePlainDecimals(text_.substr(position_), room);
+    values.insert(values.end(), plain.begin(), plain.begin() + static_cast<std::ptrdiff_t>(parsed.count));
+    position_ += parsed.length;
+    for (std::size_t k = 0; k < kOthers && parsed.count < room.size() && values.size() < most; ++k) {
+      const auto number = Number();
+      if (!number) return;
+      values.push_back(*number);
+    }
+  }
 }
 
 std::optional<std::int32_t> TextCursor::Integer() {

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cmath>
+#include <utility>
 
 #include "base/text.h"
 #include "base/units.h"
@@ -33,8 +34,8 @@ public:
   static bool IsKnown(char letter) { return IndexOf(letter).has_value(); }
 
   /// Null when the profile does not exist.
-  const ParameterProfile* Find(char letter) const {
-    const auto& profile = profiles_[*IndexOf(letter)];
+  ParameterProfile* Find(char letter) {
+    auto& profile = profiles_[*IndexOf(letter)];
     return profile ? &*profile : nullptr;
   }
 
@@ -74,7 +75,7 @@ void SetResult(ParameterDef& row, const std::optional<double>& value, bool mayBe
 }  // namespace
 
 DriverReport ComputeParameters(ParameterCatalogue& catalogue, const DriverInput& input) {
-  const PassProfiles profiles(input);
+  PassProfiles profiles(input);
   DriverReport report;
   for (ParameterDef& row : catalogue.rows) {
     row.valid = false;
@@ -106,9 +107,9 @@ DriverReport ComputeParameters(ParameterCatalogue& catalogue, const DriverInput&
   if (const ParameterProfile* primary = profiles.Find('P')) {
     if (const auto* motifs = primary->FindCached<MotifResult>()) report.motifs = *motifs;
   }
-  if (const ParameterProfile* waviness = profiles.Find('W')) {
-    if (const auto* closing = waviness->FindCached<ClosingOfProfile>()) report.closingUM = closing->envelopeUM;
-    if (const auto* opening = waviness->FindCached<OpeningOfProfile>()) report.openingUM = opening->envelopeUM;
+  if (ParameterProfile* waviness = profiles.Find('W')) {
+    if (auto closing = waviness->TakeCached<ClosingOfProfile>()) report.closingUM = std::move(closing->envelopeUM);
+    if (auto opening = waviness->TakeCached<OpeningOfProfile>()) report.openingUM = std::move(opening->envelopeUM);
   }
   if (const ParameterProfile* roughness = profiles.Find('R')) {
     const bool isMade = roughness->FindCached<RkResult>() != nullptr;

@@ -7,6 +7,8 @@
 #include <cmath>
 #include <cstddef>
 
+#include "base/multiversion.h"
+
 namespace texturon {
 namespace {
 
@@ -25,15 +27,19 @@ HeightExtremes FindExtremes(std::span<const double> heights) {
   Lanes highest;
   Lanes lowest;
   highest.fill(heights[0]);
-  lowest.fill(heights[0]);
+  PairOfDoubles high0 = LoadPair(&highest[0]), high1 = high0, low0 = high0, low1 = high0;
   std::size_t i = 0;
   for (; i + kLanes <= heights.size(); i += kLanes) {
-    for (std::size_t lane = 0; lane < kLanes; ++lane) {
-      const double z = heights[i + lane];
-      highest[lane] = highest[lane] < z ? z : highest[lane];
-      lowest[lane] = z < lowest[lane] ? z : lowest[lane];
-    }
+    const PairOfDoubles z0 = LoadPair(&heights[i]), z1 = LoadPair(&heights[i + 2]);
+    high0 = LargerOfPairs(high0, z0);
+    high1 = LargerOfPairs(high1, z1);
+    low0 = SmallerOfPairs(low0, z0);
+    low1 = SmallerOfPairs(low1, z1);
   }
+  StorePair(&highest[0], high0);
+  StorePair(&highest[2], high1);
+  StorePair(&lowest[0], low0);
+  StorePair(&lowest[2], low1);
   for (; i < heights.size(); ++i) {
     highest[0] = std::max(highest[0], heights[i]);
     lowest[0] = std::min(lowest[0], heights[i]);

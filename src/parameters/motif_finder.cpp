@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <queue>
 
@@ -29,36 +30,80 @@ Motif MakeMotif(std::span<const double> z, std::int32_t firstPeak, std::int32_t 
   return {firstPeak, dale, lastPeak, at(firstPeak) - at(dale), at(lastPeak) - at(dale)};
 }
 
-/// The stretches between neighbouring peaks, each of which rises and falls by `least` or more.
-std::vector<Motif> SmallestMotifs(std::span<const double> z, double least) {
-  std::vector<Motif> motifs;
-  if (!(least > 0.0)) return motifs;
-  enum class Way { kUnknown, kUp, kDown };
-  Way way = Way::kUnknown;
-  std::size_t highest = 0;  // since the last turn
-  std::size_t lowest = 0;
-  std::optional<std::size_t> peak;
-  std::size_t dale = 0;
-  for (std::size_t i = 1; i < z.size(); ++i) {
-    if (z[i] > z[highest]) highest = i;
-    if (z[i] < z[lowest]) lowest = i;
-    if (way != Way::kUp && z[i] - z[lowest] >= least) {
-      way = Way::kUp;
-      dale = lowest;
-      highest = i;
-    } else if (way != Way::kDown && z[highest] - z[i] >= least) {
-      if (way == Way::kUp) {
-        if (peak) {
-          motifs.push_back(MakeMotif(z, static_cast<std::int32_t>(*peak), static_cast<std::int32_t>(dale),
-                                     static_cast<std::int32_t>(highest)));
-        }
-        peak = highest;
-      }
-      way = Way::kDown;
-      lowest = i;
-    }
+/// The turning points of a profile, each `least` or more away in height from those beside it.
+class TurnScan {
+public:
+  TurnScan(std::span<const double> z, double least) : z_(z), least_(least) {}
+
+  /// The stretches between neighbouring peaks.
+  std::vector<Motif> Run() {
+    std::size_t at = FindFirstTurn();
+    while (at < z_.size()) at = isRising_ ? Rise(at) : Fall(at);
+    return std::move(motifs_);
   }
-  return motifs;
+
+private:
+  /// The point that is `least` above or below another before it.
+  std::size_t FindFirstTurn() {
+    for (std::size_t i = 1; i < z_.size(); ++i) {
+      if (z_[i] > z_[highest_]) highest_ = i;
+      if (z_[i] < z_[lowest_]) lowest_ = i;
+      isRising_ = z_[i] - z_[lowest_] >= least_;
+      if (isRising_) dale_ = lowest_;
+      if (isRising_ || z_[highest_] - z_[i] >= least_) return i;
+    }
+    return z_.size();
+  }
+
+  /// From a point on the way up to the first that is on the way down again.
+  std::size_t Rise(std::size_t at) {
+    std::size_t highest = at;
+    double top = z_[at];
+    for (std::size_t i = at + 1; i < z_.size(); ++i) {
+      if (z_[i] > top) {
+        top = z_[i];
+        highest = i;
+      } else if (top - z_[i] >= least_) {
+        if (peak_) {
+          motifs_.push_back(MakeMotif(z_, static_cast<std::int32_t>(*peak_), static_cast<std::int32_t>(dale_),
+                                      static_cast<std::int32_t>(highest)));
+        }
+        peak_ = highest;
+        isRising_ = false;
+        return i;
+      }
+    }
+    return z_.size();
+  }
+
+  std::size_t Fall(std::size_t at) {
+    dale_ = at;
+    double bottom = z_[at];
+    for (std::size_t i = at + 1; i < z_.size(); ++i) {
+      if (z_[i] < bottom) {
+        bottom = z_[i];
+        dale_ = i;
+      } else if (z_[i] - bottom >= least_) {
+        isRising_ = true;
+        return i;
+      }
+    }
+    return z_.size();
+  }
+
+  std::span<const double> z_;
+  double least_;
+  std::vector<Motif> motifs_;
+  bool isRising_ = false;
+  std::size_t highest_ = 0;  // the highest and the lowest point before the first turn
+  std::size_t lowest_ = 0;
+  std::optional<std::size_t> peak_;
+  std::size_t dale_ = 0;
+};
+
+std::vector<Motif> SmallestMotifs(std::span<const double> z, double least) {
+  if (!(least > 0.0)) return {};
+  return TurnScan(z, least).Run();
 }
 
 /// The conditions for joining neighbours.
@@ -108,28 +153,30 @@ std::vector<Motif> JoinFromLeftToRight(std::span<const Motif> motifs, const Join
 }
 
 /// Joins the pair with the shallowest common peak, again and again. A pair is looked at when it comes into being; it
-/// waits in a heap, and is out of date there once one of its motifs has changed.
+/// waits in a queue, and is out of date there once one of its motifs has changed: its left one has another age then.
+/// The pairs of the beginning, nearly all, are put in order once; a heap holds those that come later.
 class ShallowestFirst {
 public:
   ShallowestFirst(std::span<const Motif> motifs, const JoinRule& rule) : rule_(rule) {
     nodes_.reserve(motifs.size());
-    for (std::size_t i = 0; i < motifs.size(); ++i) nodes_.push_back({motifs[i], i - 1, i + 1, 0});
+    for (std::uint32_t i = 0; i < motifs.size(); ++i) nodes_.push_back({motifs[i], i - 1, i + 1, 0});
   }
 
   std::vector<Motif> Run() {
-    for (std::size_t i = 0; i + 1 < nodes_.size(); ++i) Consider(i);
-    while (!pairs_.empty()) {
-      const Pair pair = pairs_.top();
-      pairs_.pop();
-      Node& left = nodes_[pair.left];
-      if (left.age != pair.leftAge || left.next != pair.right || nodes_[pair.right].age != pair.rightAge) continue;
-      left.motif = *rule_.Join(left.motif, nodes_[pair.right].motif);
-      ++left.age;
-      left.next = nodes_[pair.right].next;
-      ++nodes_[pair.right].age;
-      if (left.next < nodes_.size()) nodes_[left.next].previous = pair.left;
-      Consider(pair.left);
-      if (left.previous < nodes_.size()) Consider(left.previous);
+    for (std::uint32_t i = 0; i + 1 < nodes_.size(); ++i) {
+      if (const auto pair = PairFrom(i)) first_.push_back(*pair);
+    }
+    std::sort(first_.begin(), first_.end(), [](const Pair& a, const Pair& b) { return b < a; });
+    while (const auto pair = TakeShallowest()) {
+      Node& left = nodes_[pair->left];
+      if (left.age != pair->age) continue;
+      Node& right = nodes_[left.next];
+      left.motif = *rule_.Join(left.motif, right.motif);
+      left.next = right.next;
+      ++right.age;
+      if (left.next < nodes_.size()) nodes_[left.next].previous = pair->left;
+      Renew(pair->left);
+      if (left.previous < nodes_.size()) Renew(left.previous);
     }
     std::vector<Motif> motifs;
     for (std::size_t i = 0; i < nodes_.size(); i = nodes_[i].next) motifs.push_back(nodes_[i].motif);
@@ -139,31 +186,44 @@ public:
 private:
   struct Node {
     Motif motif;
-    std::size_t previous = 0;  // beyond the nodes: none
-    std::size_t next = 0;
-    std::size_t age = 0;
+    std::uint32_t previous = 0;  // beyond the nodes: none
+    std::uint32_t next = 0;
+    std::uint32_t age = 0;  // grows whenever the pair with the next one changes
   };
   struct Pair {
     double depth = 0.0;
-    std::size_t left = 0;
-    std::size_t right = 0;
-    std::size_t leftAge = 0;
-    std::size_t rightAge = 0;
-    bool operator<(const Pair& other) const {  // the heap's top is the greatest
+    std::uint32_t left = 0;
+    std::uint32_t age = 0;
+    bool operator<(const Pair& other) const {  // the greatest comes first
       return depth != other.depth ? depth > other.depth : left > other.left;
     }
   };
 
-  void Consider(std::size_t left) {
-    const std::size_t right = nodes_[left].next;
-    if (right >= nodes_.size() || !rule_.Join(nodes_[left].motif, nodes_[right].motif)) return;
-    pairs_.push({JoinRule::DepthAtCommonPeak(nodes_[left].motif, nodes_[right].motif), left, right, nodes_[left].age,
-                 nodes_[right].age});
+  /// The node and its next one, if they may be joined.
+  std::optional<Pair> PairFrom(std::uint32_t left) const {
+    const std::uint32_t right = nodes_[left].next;
+    if (right >= nodes_.size() || !rule_.Join(nodes_[left].motif, nodes_[right].motif)) return std::nullopt;
+    return Pair{JoinRule::DepthAtCommonPeak(nodes_[left].motif, nodes_[right].motif), left, nodes_[left].age};
+  }
+
+  void Renew(std::uint32_t left) {
+    ++nodes_[left].age;
+    if (const auto pair = PairFrom(left)) later_.push(*pair);
+  }
+
+  std::optional<Pair> TakeShallowest() {
+    if (taken_ < first_.size() && (later_.empty() || later_.top() < first_[taken_])) return first_[taken_++];
+    if (later_.empty()) return std::nullopt;
+    const Pair pair = later_.top();
+    later_.pop();
+    return pair;
   }
 
   const JoinRule& rule_;
   std::vector<Node> nodes_;
-  std::priority_queue<Pair> pairs_;
+  std::vector<Pair> first_;  // from the shallowest on
+  std::size_t taken_ = 0;
+  std::priority_queue<Pair> later_;
 };
 
 /// Straight lines through some points of a profile, from the first to the last.

@@ -70,6 +70,14 @@ public:
     return slot != cachedByType_.end() ? std::any_cast<Result>(&slot->second) : nullptr;
   }
 
+  /// Takes it out, for who asks last.
+  template <typename Result>
+  std::optional<Result> TakeCached() {
+    const auto slot = cachedByType_.find(typeid(Result));
+    if (slot == cachedByType_.end()) return std::nullopt;
+    return std::move(*std::any_cast<Result>(&slot->second));
+  }
+
 private:
   char letter_;
   std::span<const double> heights_;

@@ -62,10 +62,19 @@ std::optional<double> TenPointHeightOf(std::span<const double> segment) {
 std::optional<double> ThirdPointHeightOf(std::span<const double> z, std::size_t first, std::size_t end) {
   LargestValues<3> peaks;
   LargestValues<3> valleys;
+  double counts = -std::numeric_limits<double>::infinity();  // a peak must be above it to count
+  double countsBelow = std::numeric_limits<double>::infinity();
   const std::size_t last = std::min(end, z.size() - 1);
   for (std::size_t i = std::max<std::size_t>(first, 1); i < last; ++i) {
-    if (z[i] > z[i - 1] && z[i] > z[i + 1]) peaks.Add(z[i]);
-    if (z[i] < z[i - 1] && z[i] < z[i + 1]) valleys.Add(-z[i]);
+    // The test that nearly every point fails comes first.
+    if (z[i] > counts && z[i] > z[i - 1] && z[i] > z[i + 1]) {
+      peaks.Add(z[i]);
+      if (peaks.Count() == 3) counts = peaks[2];
+    }
+    if (z[i] < countsBelow && z[i] < z[i - 1] && z[i] < z[i + 1]) {
+      valleys.Add(-z[i]);
+      if (valleys.Count() == 3) countsBelow = -valleys[2];
+    }
   }
   if (peaks.Count() < 3 || valleys.Count() < 3) return std::nullopt;
   return peaks[2] + valleys[2];
@@ -122,7 +131,13 @@ RowResult TenPointHeight(const RowInput& row) {
   return counted == 0 ? 0.0 : sum / static_cast<double>(counted);
 }
 
-RowResult ThirdPointHeight(const RowInput& row) {
+namespace {
+
+struct ThirdPoint {
+  std::optional<double> height;
+};
+
+std::optional<double> MeanThirdPointHeight(const RowInput& row) {
   const auto lengths = WholeSamplingLengths(row);
   if (!lengths) return std::nullopt;
   double sum = 0.0;
@@ -136,6 +151,12 @@ RowResult ThirdPointHeight(const RowInput& row) {
   }
   if (counted == 0) return std::nullopt;
   return sum / static_cast<double>(counted);
+}
+
+}  // namespace
+
+RowResult ThirdPointHeight(const RowInput& row) {
+  return row.profile.Cached<ThirdPoint>([&row] { return ThirdPoint{MeanThirdPointHeight(row)}; }).height;
 }
 
 RowResult MeanPeakToThirdPointRatio(const RowInput& row) {

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <memory>
 
 #include "base/elementary.h"
 #include "parameters/counts.h"
@@ -142,13 +143,32 @@ double ProbabilityAbscissa(std::size_t i, std::size_t n) {
   return isLower ? -quantile : quantile;
 }
 
+namespace {
+
+/// ProbabilityAbscissa of the points from `first` on.
+void FillAbscissae(std::span<double> abscissae, std::size_t first, std::size_t n) {
+  const auto count = static_cast<double>(n);
+  const std::size_t upper = std::clamp(n / 2, first, first + abscissae.size()) - first;  // before the middle
+  for (std::size_t j = 0; j < upper; ++j) abscissae[j] = (static_cast<double>(first + j) + 0.5) / count;
+  for (std::size_t j = upper; j < abscissae.size(); ++j) {
+    abscissae[j] = (static_cast<double>(n - 1 - first - j) + 0.5) / count;
+  }
+  NormalQuantileOfEach(abscissae, abscissae);
+  for (double& abscissa : abscissae.subspan(upper)) abscissa = -abscissa;
+}
+
+}  // namespace
+
 std::optional<ProbabilityLine> FitProbabilityLine(std::span<const double> sorted, double fromPercent,
                                                   double toPercent) {
   const PointRange range = PointsBetween(sorted.size(), fromPercent, toPercent);
   if (range.Count() < 2) return std::nullopt;
   const double reference = sorted[range.first + range.Count() / 2];
+  const auto memory = std::make_unique_for_overwrite<double[]>(range.Count());
+  const std::span<double> abscissae(memory.get(), range.Count());
+  FillAbscissae(abscissae, range.first, sorted.size());
   const auto [sx, sh, sxx, sxh] = LaneSums(range.Count(), [&](std::size_t k) -> std::array<double, 4> {
-    const double x = ProbabilityAbscissa(range.first + k, sorted.size());
+    const double x = abscissae[k];
     const double h = sorted[range.first + k] - reference;
     return {x, h, x * x, x * h};
   });

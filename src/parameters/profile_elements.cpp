@@ -37,15 +37,23 @@ public:
 
   std::vector<ProfileElement> Run() {
     if (StartsRising()) element_ = OpenElement{};
+    const double half = half_;
+    double before = 0.0;
+    double extent = 0.0;  // of the last excursion, so far
     for (std::size_t i = 0; i < heights_.size(); ++i) {
       const double z = heights_[i];
-      if (i > 0 && heights_[i - 1] < 0.0 && z >= 0.0) {
-        const double before = heights_[i - 1];
-        CrossUpward(static_cast<double>(i - 1) + before / (before - z));
+      if (before < 0.0 && z >= 0.0) CrossUpward(static_cast<double>(i - 1) + before / (before - z));
+      before = z;
+      if (z > half && element_) {
+        if (!isAtHill_) extent = SeeHill(extent);
+        extent = std::max(extent, z);
       }
-      if (element_ && z > half_) SeeHill(z);
-      if (element_ && z < -half_) SeeDale(-z);
+      if (z < -half && element_) {
+        if (!isAtDale_) extent = SeeDale(extent);
+        extent = std::max(extent, -z);
+      }
     }
+    if (!excursions_.empty()) excursions_.back().extentUM = extent;
     return Measure();
   }
 
@@ -57,7 +65,7 @@ private:
 
   void CrossUpward(double position) {
     if (!element_) {
-      element_ = OpenElement{position, {}, false, false};
+      Open(position);
       return;
     }
     if (!element_->hasDale) return;
@@ -68,22 +76,37 @@ private:
     }
     const std::size_t firstHill = *element_->firstHill;
     closed_.push_back({element_->start, width, firstHill, element_->wasTooNarrow ? excursions_.size() : firstHill + 2});
+    Open(position);
+  }
+
+  void Open(double position) {
     element_ = OpenElement{position, {}, false, false};
+    isAtHill_ = false;
+    isAtDale_ = false;
   }
 
-  void SeeHill(double height) {
-    Extend(true, height);
+  double SeeHill(double extent) {
+    extent = Enter(true, extent);
     if (!element_->firstHill) element_->firstHill = excursions_.size() - 1;
+    isAtHill_ = true;
+    isAtDale_ = false;
+    return extent;
   }
 
-  void SeeDale(double depth) {
-    Extend(false, depth);
+  double SeeDale(double extent) {
+    extent = Enter(false, extent);
     if (element_->firstHill) element_->hasDale = true;
+    isAtHill_ = false;
+    isAtDale_ = true;
+    return extent;
   }
 
-  void Extend(bool isHill, double extent) {
-    if (excursions_.empty() || excursions_.back().isHill != isHill) excursions_.push_back({isHill, 0.0});
-    excursions_.back().extentUM = std::max(excursions_.back().extentUM, extent);
+  /// The hill or dale that the last excursion is, or begins the next one; its extent so far.
+  double Enter(bool isHill, double extent) {
+    if (!excursions_.empty() && excursions_.back().isHill == isHill) return extent;
+    if (!excursions_.empty()) excursions_.back().extentUM = extent;
+    excursions_.push_back({isHill, 0.0});
+    return 0.0;
   }
 
   std::vector<ProfileElement> Measure() const {
@@ -106,6 +129,8 @@ private:
   double leastWidth_;
   std::optional<OpenElement> element_;
   std::vector<Excursion> excursions_;
+  bool isAtHill_ = false;  // the element knows of the hill, or of the dale, that the scan is at
+  bool isAtDale_ = false;
   std::vector<ClosedElement> closed_;
 };
 

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 
 #include "base/units.h"
 #include "signal/lane_sums.h"
@@ -44,15 +45,17 @@ RowResult FourthMoment(const RowInput& row) {
 
 RowResult MeanPeakSpacing(const RowInput& row) {
   const std::span<const double> z = row.profile.Heights();
-  std::size_t count = 0;
-  std::size_t first = 0;
-  std::size_t last = 0;
-  for (std::size_t i = 1; i + 1 < z.size(); ++i) {
-    if (!(z[i] > z[i - 1] && z[i] > z[i + 1])) continue;
-    if (count++ == 0) first = i;
-    last = i;
-  }
+  if (z.size() < 3) return std::nullopt;
+  const auto isPeak = [&z](std::size_t i) {
+    return static_cast<std::int64_t>(z[i] > z[i - 1]) & static_cast<std::int64_t>(z[i] > z[i + 1]);
+  };
+  std::int64_t count = 0;
+  for (std::size_t i = 1; i < z.size() - 1; ++i) count += isPeak(i);
   if (count < 2) return std::nullopt;
+  std::size_t first = 1;
+  while (isPeak(first) == 0) ++first;
+  std::size_t last = z.size() - 2;
+  while (isPeak(last) == 0) --last;
   return static_cast<double>(last - first) / static_cast<double>(count - 1) * row.profile.SpacingMM();
 }
 

@@ -2,12 +2,15 @@
 
 #include "signal/normal_distribution.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstddef>
 #include <limits>
 #include <numbers>
 
 #include "base/elementary.h"
+#include "base/multiversion.h"
 
 namespace texturon {
 namespace {
@@ -49,22 +52,26 @@ constexpr Coefficients kFarUnder = {1.0,
                                     1.42151175831644588870e-7,
                                     2.04426310338993978564e-15};
 
-double Polynomial(const Coefficients& c, double x) {
+TEXTURON_INLINE double Polynomial(const Coefficients& c, double x) {
   double value = c[7];
   for (std::size_t k = 7; k-- > 0;) value = value * x + c[k];
   return value;
 }
 
+constexpr double kMiddleHalf = 0.425;
+
+/// For q = p - 0.5 up to kMiddleHalf away from 0.
+TEXTURON_INLINE double MiddleQuantile(double q) {
+  const double r = kMiddleHalf * kMiddleHalf - q * q;
+  return q * Polynomial(kMiddleOver, r) / Polynomial(kMiddleUnder, r);
+}
+
 }  // namespace
 
 double NormalQuantile(double p) {
-  constexpr double kMiddleHalf = 0.425;
   constexpr double kFarTail = 5.0;
   const double q = p - 0.5;
-  if (std::abs(q) <= kMiddleHalf) {
-    const double r = kMiddleHalf * kMiddleHalf - q * q;
-    return q * Polynomial(kMiddleOver, r) / Polynomial(kMiddleUnder, r);
-  }
+  if (std::abs(q) <= kMiddleHalf) return MiddleQuantile(q);
   const double tail = q < 0.0 ? p : 1.0 - p;
   if (!(tail > 0.0)) {
     constexpr double kInfinity = std::numeric_limits<double>::infinity();
@@ -74,6 +81,19 @@ double NormalQuantile(double p) {
   const double x = r <= kFarTail ? Polynomial(kTailOver, r - 1.6) / Polynomial(kTailUnder, r - 1.6)
                                  : Polynomial(kFarOver, r - kFarTail) / Polynomial(kFarUnder, r - kFarTail);
   return std::copysign(x, q);
+}
+
+void NormalQuantileOfEach(std::span<const double> p, std::span<double> quantile) {
+  constexpr std::size_t kBlock = 64;
+  std::array<double, kBlock> middle;
+  for (std::size_t start = 0; start < p.size(); start += kBlock) {
+    const std::size_t count = std::min(kBlock, p.size() - start);
+    const double* const from = p.data() + start;
+    for (std::size_t i = 0; i < count; ++i) middle[i] = MiddleQuantile(from[i] - 0.5);
+    for (std::size_t i = 0; i < count; ++i) {
+      quantile[start + i] = std::abs(from[i] - 0.5) <= kMiddleHalf ? middle[i] : NormalQuantile(from[i]);
+    }
+  }
 }
 
 double NormalProbability(double x) {

@@ -8,9 +8,11 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <utility>
 
+#include "base/multiversion.h"
 #include "signal/all_finite.h"
 
 namespace texturon {
@@ -61,21 +63,24 @@ struct Range {
 };
 
 Range RangeOf(std::span<const double> values) {
-  constexpr std::size_t kLanes = 8;  // values.size() is not below
-  std::array<double, kLanes> lowest;
-  std::array<double, kLanes> highest;
-  std::copy_n(values.begin(), kLanes, lowest.begin());
-  std::copy_n(values.begin(), kLanes, highest.begin());
-  const auto see = [&](std::size_t lane, double value) {
-    lowest[lane] = value < lowest[lane] ? value : lowest[lane];
-    highest[lane] = highest[lane] < value ? value : highest[lane];
-  };
+  constexpr std::size_t kStep = 4;  // values.size() is not below
+  PairOfDoubles low0 = LoadPair(&values[0]), low1 = LoadPair(&values[2]), high0 = low0, high1 = low1;
   std::size_t i = 0;
-  for (; i + kLanes <= values.size(); i += kLanes) {
-    for (std::size_t lane = 0; lane < kLanes; ++lane) see(lane, values[i + lane]);
+  for (; i + kStep <= values.size(); i += kStep) {
+    const PairOfDoubles z0 = LoadPair(&values[i]), z1 = LoadPair(&values[i + 2]);
+    low0 = SmallerOfPairs(low0, z0);
+    low1 = SmallerOfPairs(low1, z1);
+    high0 = LargerOfPairs(high0, z0);
+    high1 = LargerOfPairs(high1, z1);
   }
-  for (; i < values.size(); ++i) see(0, values[i]);
-  return {*std::min_element(lowest.begin(), lowest.end()), *std::max_element(highest.begin(), highest.end())};
+  std::array<double, 2> lowest, highest;
+  StorePair(lowest.data(), SmallerOfPairs(low0, low1));
+  StorePair(highest.data(), LargerOfPairs(high0, high1));
+  for (; i < values.size(); ++i) {
+    lowest[0] = std::min(lowest[0], values[i]);
+    highest[0] = std::max(highest[0], values[i]);
+  }
+  return {std::min(lowest[0], lowest[1]), std::max(highest[0], highest[1])};
 }
 
 /// The range of heights in equal cells, more of them than heights, numbered from the top. Rounding is monotonous, so of
@@ -96,12 +101,16 @@ private:
 
 /// Orders heights whose cells are in order already. Few share a cell, unless single heights stretch the range.
 void SortWithinCells(std::span<double> values, Cells cell, std::span<double> scratch) {
+  std::uint32_t next = cell(values[0]);
   for (std::size_t first = 0; first < values.size();) {
+    const std::uint32_t present = next;
     std::size_t end = first + 1;
-    while (end < values.size() && cell(values[end]) == cell(values[first])) {
+    for (; end < values.size(); ++end) {
       const double height = values[end];
-      std::size_t place = end++;
-      if (end - first > kLongRun) continue;
+      next = cell(height);
+      if (next != present) break;
+      std::size_t place = end;
+      if (end - first >= kLongRun) continue;
       for (; place > first && GoesBefore(height, values[place - 1]); --place) values[place] = values[place - 1];
       values[place] = height;
     }
@@ -122,7 +131,8 @@ void SortDescending(std::vector<double>& values) {
     std::sort(values.begin(), values.end(), GoesBefore);
     return;
   }
-  std::vector<double> scratch(values.size());
+  const auto memory = std::make_unique_for_overwrite<double[]>(values.size());
+  const std::span<double> scratch(memory.get(), values.size());
   const auto [lowest, highest] = RangeOf(values);
   const Cells cell(highest, lowest);
   if (!cell.AreUsable() || !AllFinite(values)) {

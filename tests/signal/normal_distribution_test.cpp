@@ -5,6 +5,7 @@
 #include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
+#include <vector>
 
 #include "support/near.h"
 
@@ -40,6 +41,13 @@ TEST(NormalQuantile, HasFullDoublePrecisionInAllThreeRegions) {
   EXPECT_EQ(NormalQuantile(0.0), -std::numeric_limits<double>::infinity());
   EXPECT_EQ(NormalQuantile(1.0), std::numeric_limits<double>::infinity());
   for (const double p : {-0.1, 1.1, std::nan("")}) EXPECT_TRUE(std::isnan(NormalQuantile(p))) << p;
+}
+
+TEST(NormalQuantile, IsTheSameForMany) {
+  std::vector<double> p, quantiles(1000);
+  for (int i = 0; i < 1000; ++i) p.push_back(i < 3 ? i * 0.5 : (i + 0.5) / 1000.0);
+  NormalQuantileOfEach(p, quantiles);
+  for (std::size_t i = 0; i < p.size(); ++i) ASSERT_EQ(quantiles[i], NormalQuantile(p[i])) << p[i];
 }
 
 }  // namespace

@@ -11,6 +11,8 @@
 #include <utility>
 #include <vector>
 
+#include "base/multiversion.h"
+
 namespace texturon {
 namespace {
 
@@ -50,8 +52,9 @@ public:
 
 private:
   bool Touches(std::size_t a, std::size_t b, std::size_t c) const {
-    return BallTouches({0.0, z_[a]}, {static_cast<double>(b - a) * spacing_, z_[b]},
-                       {static_cast<double>(c - a) * spacing_, z_[c]}, radius_);
+    // Of signed integers of 32 bits a double is made by one instruction.
+    const auto stepsTo = [a](std::size_t i) { return static_cast<double>(static_cast<std::int32_t>(i - a)); };
+    return BallTouches({0.0, z_[a]}, {stepsTo(b) * spacing_, z_[b]}, {stepsTo(c) * spacing_, z_[c]}, radius_);
   }
 
   std::span<const double> z_;
@@ -72,36 +75,29 @@ void WriteArc(std::span<const double> z, std::span<double> envelope, double spac
   const double centreX = 0.5 * chordX - rise * chordZ;
   const double centreZ = 0.5 * chordZ + rise * chordX;
   const double square = radius * radius;
-  for (std::size_t i = 1; i < steps; ++i) {
-    const double x = static_cast<double>(i) * spacing;
-    const double depth = std::sqrt(std::max(0.0, square - (centreX - x) * (centreX - x)));
-    // centreZ - depth, where the centre lies above without the difference of two numbers of the size of r.
-    const double arc = centreZ > 0.0 ? x * (x - 2.0 * centreX) / (centreZ + depth) : centreZ - depth;
-    const double height = z[0] + arc;
-    envelope[i] = height > z[i] ? height : z[i];
+  const double firstZ = z[0];
+  const double* const profile = z.data();
+  double* const out = envelope.data();
+  const auto count = static_cast<std::int32_t>(steps);
+  const auto write = [&](const auto& arcAt) {
+    TEXTURON_IVDEP
+    for (std::int32_t i = 1; i < count; ++i) {
+      const double x = static_cast<double>(i) * spacing;
+      const double rest = square - (centreX - x) * (centreX - x);
+      const double height = firstZ + arcAt(x, std::sqrt(rest > 0.0 ? rest : 0.0));
+      out[i] = height > profile[i] ? height : profile[i];
+    }
+  };
+  // centreZ - depth, where the centre lies above without the difference of two numbers of the size of r.
+  if (centreZ > 0.0) {
+    const double twice = 2.0 * centreX;
+    write([=](double x, double depth) { return x * (x - twice) / (centreZ + depth); });
+  } else {
+    write([=](double, double depth) { return centreZ - depth; });
   }
 }
 
 }  // namespace
-
-bool BallTouches(const BallPoint& a, const BallPoint& b, const BallPoint& c, double radiusUM) {
-  const double bx = b.x - a.x;
-  const double bz = b.z - a.z;
-  const double cx = c.x - a.x;
-  const double cz = c.z - a.z;
-  const double chordSquare = cx * cx + cz * cz;
-  const double diameterSquare = 4.0 * radiusUM * radiusUM;
-  if (!(chordSquare < diameterSquare)) return true;
-  const double along = bx * (bx - cx) + bz * (bz - cz);  // below 0: B in the disc over the chord as diameter
-  const double above = cx * bz - cz * bx;                // above 0: B above the chord
-  const bool isBelow = above < 0.0;
-  if (along <= 0.0 && !isBelow) return true;
-  if (along > 0.0 && above <= 0.0) return false;
-  // Both sides have one sign: compare their squares, the larger of two negative ones being the smaller number.
-  const double left = along * along * chordSquare;
-  const double right = above * above * (diameterSquare - chordSquare);
-  return isBelow ? left >= right : left <= right;
-}
 
 bool ClosingEnvelope(std::span<const double> z, std::span<double> envelope, double spacingUM, double radiusUM) {
   try {

@@ -11,6 +11,7 @@
 #include "base/elementary.h"
 #include "signal/filter/spline_filter.h"
 #include "signal/mean.h"
+#include "signal/nth_smallest.h"
 
 namespace texturon {
 namespace {
@@ -20,9 +21,7 @@ constexpr double kEpsilon = std::numeric_limits<double>::epsilon();
 // The biweight limit c of a mean line; `scratch` has the length of both.
 double Scale(std::span<const double> z, std::span<const double> line, std::span<double> scratch) {
   for (std::size_t i = 0; i < z.size(); ++i) scratch[i] = std::abs(z[i] - line[i]);
-  const auto middle = scratch.begin() + static_cast<std::ptrdiff_t>(z.size() / 2);
-  std::nth_element(scratch.begin(), middle, scratch.end());
-  return kRobustScaleCoefficient * *middle;
+  return kRobustScaleCoefficient * NthSmallest(scratch, z.size() / 2);
 }
 
 void Reweight(std::span<const double> z, std::span<const double> line, double scale, std::span<double> weights) {

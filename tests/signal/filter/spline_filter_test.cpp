@@ -125,6 +125,24 @@ TEST(SplineFilter, FollowsTheSameEquationsForAFewPointsAndForOddTensions) {
   }
 }
 
+/// Without weights the coefficients are shared by both ends and reused once they repeat; with weights of 1 they are not.
+TEST(SplineFilter, WeightsOfOneGiveTheSameBits) {
+  std::mt19937_64 random(3);
+  std::normal_distribution<double> noise;
+  for (const double cutoffPerSpacing : {3.0, 5.0, 40.0, 1600.0, 20'000.0}) {
+    for (const std::size_t n : {2, 3, 4, 5, 63, 64, 1000, 30'001}) {
+      std::vector<double> z(n), even(n), weighted(n);
+      for (double& height : z) height = noise(random);
+      const std::vector<double> ones(n, 1.0);
+      for (const double tension : {0.0, 0.62524}) {
+        ASSERT_TRUE(SplineFilter(z, even, kSpacingUM, CutoffMM(cutoffPerSpacing), tension));
+        ASSERT_TRUE(SplineFilter(z, weighted, kSpacingUM, CutoffMM(cutoffPerSpacing), tension, ones));
+        ASSERT_EQ(even, weighted) << n << " points, cutoff of " << cutoffPerSpacing;
+      }
+    }
+  }
+}
+
 TEST(SplineFilter, FailsWithoutASolution) {
   constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
   constexpr double kInfinity = std::numeric_limits<double>::infinity();

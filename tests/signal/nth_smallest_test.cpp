@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#include "signal/nth_smallest.h"
+
+#include <algorithm>
+#include <cmath>
+#include <gtest/gtest.h>
+#include <random>
+#include <vector>
+
+namespace texturon {
+namespace {
+
+/// Also where the sample misleads: long runs of equal values, values in order, and all of a sample's places alike.
+TEST(NthSmallest, IsThatOfTheSortedValues) {
+  std::mt19937_64 random(7);
+  std::normal_distribution<double> noise;
+  for (const std::size_t n : {1, 2, 1000, 32'768, 50'001, 131'072}) {
+    for (int kind = 0; kind < 5; ++kind) {
+      std::vector<double> values(n);
+      for (std::size_t i = 0; i < n; ++i) {
+        const double x = std::abs(noise(random));
+        const bool isSampled = n >= 4096 && i % (n / 4096) == 0;
+        const double kinds[] = {x, 1.0, std::floor(3.0 * x), static_cast<double>(i), isSampled ? -1.0 : x};
+        values[i] = kinds[kind];
+      }
+      std::vector<double> sorted = values;
+      std::sort(sorted.begin(), sorted.end());
+      for (const std::size_t rank : {std::size_t{0}, n / 100, n / 2, n - 1}) {
+        std::vector<double> scratch = values;
+        EXPECT_EQ(NthSmallest(scratch, rank), sorted[rank]) << n << " values of kind " << kind << ", rank " << rank;
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace texturon
