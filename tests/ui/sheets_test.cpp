@@ -178,6 +178,11 @@ TEST_F(SettingsSheet, WhatIsEnteredIsOneEditAndCancelTakesBackOnlyItsOwn) {
   enter("0.5");
   sheet.reject();
   EXPECT_FALSE(Doc().CanUndo()) << "what was cancelled never was";
+  EXPECT_EQ(frame_->statusBar()->currentMessage().toStdString(),
+            "Put back as it was: tension of the spline filter. Redo brings the changes back.");
+  Choose("redo");
+  EXPECT_EQ(Analysis().SplineTension, 0.5);
+  Choose("undo");
   sheet.show();
   enter("0.5");
   ASSERT_TRUE(Doc().LoadSettingsFile(folder_.Write("a.ini", "[ANALYSIS]\nLcCutoffMM=2.5\nStandardLcCutoff=1\n")));
@@ -185,6 +190,18 @@ TEST_F(SettingsSheet, WhatIsEnteredIsOneEditAndCancelTakesBackOnlyItsOwn) {
   sheet.reject();
   EXPECT_EQ(Analysis().SplineTension, preset);
   EXPECT_EQ(Analysis().LcCutoffMM, 2.5);
+}
+
+TEST_F(SettingsSheet, AnEntryThatIsTypedBackIsNoPartOfTheFormerEdit) {
+  Change([](AnalysisSettings& analysis) { analysis.LcCutoffMM = 0.25; });
+  CSettingsSheet& sheet = OpenSettings();
+  for (const char* const tension : {"0.5", "0.625242", "0.25"}) {
+    Enter(sheet, "ANALYSIS.SplineTension", tension);
+    sheet.ApplyNow();
+  }
+  sheet.accept();
+  Choose("undo");
+  EXPECT_EQ(Analysis().LcCutoffMM, 0.25);
 }
 
 TEST_F(SettingsSheet, NeitherEnterNorWheelDisturbsTyping) {

@@ -107,6 +107,10 @@ protected:
     Environment environment = SystemEnvironment();
     environment.traceFile.clear();
     frame_ = std::make_unique<CMainFrame>(environment, &prompts);
+    frame_->AskAboutUnsavedBy([this](const QString& text) {
+      asked_ << text;
+      return answer_;
+    });
   }
 
   CTexturonDoc& Doc() { return frame_->Doc(); }
@@ -132,6 +136,8 @@ protected:
 
   ScratchFolder folder_;
   ScriptedPrompts prompts_;
+  QStringList asked_;  ///< what was told to be unsaved
+  CMainFrame::Unsaved answer_ = CMainFrame::Unsaved::kDiscard;
   std::unique_ptr<CMainFrame> frame_;
 };
 

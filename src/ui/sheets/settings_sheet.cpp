@@ -22,6 +22,25 @@ namespace {
 /// Time after the last key before the analysis runs.
 constexpr int kDelayMS = 250;
 
+/// What the settings that differ are for; at most a few, then three dots.
+QString ChangedTitles(const Settings& before, const Settings& after) {
+  constexpr int kMost = 4;
+  QStringList titles;
+  for (const SettingKey& key : SettingsTable()) {
+    const SettingBinding& binding = key.binding;
+    const std::size_t count = binding.isRepeated() ? binding.rows->count(before) : 1;
+    bool differs = binding.isRepeated() && count != binding.rows->count(after);
+    for (std::size_t row = 0; row < count && !differs; ++row) {
+      differs = binding.get(before, row) != binding.get(after, row);
+    }
+    const QString title = FromText(key.meaning);
+    if (!differs || titles.contains(title)) continue;
+    titles << (titles.size() < kMost ? title : QString::fromUtf8("\u2026"));
+    if (titles.size() > kMost) break;
+  }
+  return titles.join(", ");
+}
+
 }  // namespace
 
 CLiveSheet::CLiveSheet(CTexturonDoc& doc, const QString& title, QWidget* parent)
@@ -129,8 +148,12 @@ void CLiveSheet::done(int result) {
     }
     ApplyNow();
   } else {
+    // What was just typed is worth as much as what was applied before.
+    ApplyNow();
+    const QString titles = ChangedTitles(former_, doc_.document().settings);
     working_ = former_;
     ApplyNow();
+    if (!titles.isEmpty()) emit PutBack(titles);
   }
   QDialog::done(result);
 }

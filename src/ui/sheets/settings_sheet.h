@@ -24,6 +24,10 @@ public:
   void ApplyNow();
   QTabWidget& Pages() { return *pages_; }
 
+signals:
+  /// Entries that were in force have been taken back by Cancel; what they were for, as a list.
+  void PutBack(const QString& titles);
+
 protected:
   void AddPage(CSettingsPage* page, const QString& title);
   Settings& Working() { return working_; }

@@ -3,6 +3,7 @@
 // The Analysis menu of the main window.
 
 #include <QMenuBar>
+#include <QStatusBar>
 #include <algorithm>
 
 #include "base/quantity.h"
@@ -17,7 +18,14 @@ namespace texturon {
 template <typename Sheet>
 void CMainFrame::ShowSheet() {
   auto* sheet = findChild<Sheet*>();
-  if (sheet == nullptr) sheet = new Sheet(*doc_, this);
+  if (sheet == nullptr) {
+    sheet = new Sheet(*doc_, this);
+    connect(sheet, &CLiveSheet::PutBack, this, [this](const QString& titles) {
+      constexpr int kShownMS = 15'000;
+      const QString again = doc_->CanRedo() ? tr(" Redo brings the changes back.") : QString();
+      statusBar()->showMessage(tr("Put back as it was: %1.").arg(titles) + again, kShownMS);
+    });
+  }
   sheet->show();
   sheet->raise();
   sheet->activateWindow();

@@ -181,12 +181,17 @@ void CMainFrame::UseWorkingSettings(WorkingSettings& store) {
   if (!remark.empty()) statusBar()->showMessage(FromText(remark));
 }
 
-void CMainFrame::OnSaveDefaults() {
+bool CMainFrame::OnSaveDefaults() {
   std::string reason;
   const std::filesystem::path file = workingSettings_->Save(doc_->document().settings, reason);
-  if (file.empty()) return doc_->prompts().ShowMessage(reason);
+  if (file.empty()) {
+    doc_->prompts().ShowMessage(reason);
+    return false;
+  }
+  doc_->NoteSettingsSaved();
   constexpr int kShownMS = 8'000;
   statusBar()->showMessage(tr("The program starts with the settings of %1").arg(FromPath(file)), kShownMS);
+  return true;
 }
 
 void CMainFrame::UpdateState() {
