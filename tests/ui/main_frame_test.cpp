@@ -30,7 +30,7 @@ TEST_F(MainFrame, CommandsChangeTheDocument) {
   EXPECT_EQ(InForce().profiles.raw.front(), -first);
   Choose("metric");
   EXPECT_FALSE(InForce().settings.display.Metric);
-  EXPECT_EQ(frame_->ParamView().Grid().item(1, 2)->text(), FromText("\xB5in"));
+  EXPECT_EQ(frame_->ParamView().Grid().Records()[1].cells[2], FromText("\xB5in"));
   Choose("metric");
   frame_->View().Graph().xAxis->setRange(1.0, 3.0);
   Choose("computeOnZoom");

@@ -9,6 +9,7 @@
 #include "ui/plots/texturon_brc_view.h"
 #include "ui/plots/texturon_spect_view.h"
 #include "ui/plots/texturon_view.h"
+#include "ui/tables/texturon_param_view.h"
 #include "ui/window_fixture.h"
 
 namespace texturon {
@@ -51,6 +52,17 @@ TEST_F(ProfileView, ComputesAndExcludesBetweenCursors) {
   EXPECT_EQ(InForce().profiles.computeRange, IndexRange::FromEnds(2000, 6000));
   Choose("computeAll");
   EXPECT_FALSE(InForce().scope.exclusion);
+  // The record stays in view whatever is computed over, and showing all means all of it.
+  Choose("show1");
+  Choose("show3");
+  Graph().SetUprightCursors(3.0, 1.0);
+  for (const char* const command : {"computeBetweenXCursors", "showAll"}) {
+    Choose(command);
+    EXPECT_EQ(Graph().WholeX().lower, 0.0) << command;
+    EXPECT_NEAR(Graph().WholeX().upper, 3.9995, 1e-9) << command;
+    EXPECT_EQ(Graph().VisibleX(), Graph().WholeX()) << command;
+  }
+  Choose("computeAll");
   // What is refused changes nothing.
   Graph().SetUprightCursors(1.0, 1.001);
   Choose("computeBetweenXCursors");
@@ -151,16 +163,40 @@ TEST_F(ProfileView, ShowsTheFormAndSteepSlopes) {
 TEST_F(ProfileView, SaysWhatItShows) {
   const auto file = folder_.Write("own.ini", "[ANALYSIS]\r\nLcCutoffMM=0.25\r\n");
   ASSERT_TRUE(Doc().LoadSettingsFile(file));
-  const auto heading = [this] { return frame_->View().Heading(); };
+  const auto heading = [this] { return frame_->View().Heading().Text(); };
   EXPECT_TRUE(heading().startsWith("Ground; generated"));
   EXPECT_TRUE(heading().contains("own.ini") && !heading().contains(FromPath(file)));
   Choose("showFullIniPath");
   EXPECT_TRUE(heading().contains(FromPath(file)));
   EXPECT_LT(frame_->minimumSizeHint().width(), 900) << "a long path does not widen the window";
+  EXPECT_TRUE(heading().endsWith("Evaluated: 8000 points = 4.0000 mm, from 0.0000 mm to 3.9995 mm"));
+  const auto verdict = [this] { return frame_->View().Heading().Verdict().text(); };
+  EXPECT_TRUE(frame_->View().Heading().Verdict().isHidden()) << "nothing has limits";
+  Change([](AnalysisSettings& analysis) {
+    for (const std::size_t row : {0, 30}) analysis.parameters[row].tolerance = {.toleranced = true, .upperLimit = 1e9};
+    analysis.parameters[20].tolerance = {.toleranced = true, .upperLimit = -1.0};
+  });
+  EXPECT_TRUE(verdict().endsWith("1 of 3 toleranced parameters out of tolerance")) << verdict().toStdString();
+  frame_->View().Heading().Verdict().click();
+  const CGridCtrl& grid = frame_->ParamView().Grid();
+  EXPECT_EQ(grid.item(grid.currentRow(), grid.currentColumn())->text(), FromText(InForce().catalogue.rows[20].name));
+  Change([](AnalysisSettings& analysis) { analysis.parameters[20].tolerance.upperLimit = 1e9; });
+  EXPECT_TRUE(verdict().endsWith("3 toleranced parameters within tolerance")) << verdict().toStdString();
+  // Without numbers the ends and the division are told.
+  QStringList ends;
+  for (int i = 0; i < Graph().itemCount(); ++i) {
+    const auto* const text = qobject_cast<QCPItemText*>(Graph().item(i));
+    if (text != nullptr && text->layer()->name() == "axes") ends << text->text();
+  }
+  EXPECT_EQ(ends, QStringList({"0.00", "4.00"}));
+  EXPECT_EQ(Graph().xAxis->label(), "X in mm, 1 per division");
   Choose("xAxisValues");
   EXPECT_TRUE(Graph().xAxis->tickLabels());
   const CTransmissionInset& transmission = frame_->View().Transmission();
   EXPECT_TRUE(transmission.isVisible());
+  QTest::mouseClick(&frame_->View().Transmission(), Qt::LeftButton);
+  EXPECT_EQ(frame_->UpperCurves().Chosen(), CCurvePane::kFilters);
+  EXPECT_EQ(frame_->UpperCurves().View().Plot().legend->itemCount(), 3);
   Choose("filterTransmission");
   EXPECT_FALSE(transmission.isVisible());
 }

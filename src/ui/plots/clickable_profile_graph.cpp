@@ -7,6 +7,7 @@
 
 #include "parameters/height_statistics.h"
 #include "signal/envelope/column_envelope.h"
+#include "ui/qt_text.h"
 
 namespace texturon {
 namespace {
@@ -30,6 +31,7 @@ CClickableProfileGraph::CClickableProfileGraph(QWidget* parent) : QCustomPlot(pa
   setPlottingHint(QCP::phFastPolylines, true);
   setFocusPolicy(Qt::StrongFocus);
   setMouseTracking(true);
+  for (QCPAxis* const axis : {xAxis, yAxis}) axis->setTicker(MakeTicker());
   ApplyPalette(*this);
   connect(this, &QCustomPlot::afterLayout, this, &CClickableProfileGraph::OnLayout);
   connect(xAxis, qOverload<const QCPRange&>(&QCPAxis::rangeChanged), this, &CClickableProfileGraph::ViewChanged);
@@ -54,6 +56,7 @@ void CClickableProfileGraph::SetCurves(std::span<const Curve> curves, const Whol
     extentY_ = any ? extentY_.expanded(y) : y;
     any = true;
   }
+  if (any && whole.record) extentX_ = extentX_.expanded(*whole.record);
   whole_ = whole;
   fittedFor_ = {};
 }
@@ -81,12 +84,38 @@ void CClickableProfileGraph::OnLayout() {
     FitWhole();
     fittedFor_ = axisRect()->size();
   }
-  const QVector<double> ticks = xAxis->tickVector();
-  if (!showsXValues_ && ticks.size() > 1) {
-    xAxis->setLabel(tr("%1 (%2 per division)").arg(xTitle_).arg(ticks[1] - ticks[0], 0, 'g', 3));
-  }
+  LabelEnds();
   Thin();
   if (cursors_[0] != nullptr) PlaceLabels();
+}
+
+void CClickableProfileGraph::LabelEnds() {
+  if (ends_[0] == nullptr) {
+    for (std::size_t i = 0; i < ends_.size(); ++i) {
+      QCPItemText* const end = ends_[i] = new QCPItemText(this);
+      end->setLayer("axes");
+      end->setClipToAxisRect(false);
+      end->position->setType(QCPItemPosition::ptAxisRectRatio);
+      end->position->setCoords(static_cast<double>(i), 1.0);
+      end->setPositionAlignment(Qt::AlignTop | (i == 0 ? Qt::AlignLeft : Qt::AlignRight));
+    }
+  }
+  const QVector<double> ticks = xAxis->tickVector();
+  const bool labels = !showsXValues_ && ticks.size() > 1;
+  for (QCPItemText* const end : ends_) end->setVisible(labels);
+  if (!labels) return;
+  const double division = ticks[1] - ticks[0];
+  xAxis->setLabel(tr("%1, %2 per division").arg(xTitle_).arg(division, 0, 'g', 3));
+  // To a hundredth of a division.
+  const int decimals = std::clamp(2 - static_cast<int>(std::floor(std::log10(division))), 0, 9);
+  const QCPRange view = xAxis->range();
+  for (std::size_t i = 0; i < ends_.size(); ++i) {
+    ends_[i]->setText(Readable(QString::number(i == 0 ? view.lower : view.upper, 'f', decimals)));
+    ends_[i]->setFont(xAxis->labelFont());
+    ends_[i]->setColor(palette().color(QPalette::Text));
+    // Level with the axis's own words.
+    ends_[i]->setPadding(QMargins(0, xAxis->tickLengthOut() + xAxis->labelPadding() - 2, 0, 0));
+  }
 }
 
 void CClickableProfileGraph::Thin() {
@@ -438,10 +467,19 @@ void CClickableProfileGraph::keyPressEvent(QKeyEvent* event) {
   QCustomPlot::keyPressEvent(event);
 }
 
-QColor CurveColour(int number) {
-  // After Okabe and Ito, "Color Universal Design" (2008).
-  constexpr QRgb kColours[] = {0xFF0072B2, 0xFFD55E00, 0xFF009E73, 0xFFCC79A7, 0xFFE69F00, 0xFF56B4E9, 0xFF808080};
-  return QColor::fromRgb(kColours[static_cast<std::size_t>(number) % std::size(kColours)]);
+namespace {
+
+class ReadableTicker : public QCPAxisTicker {
+protected:
+  QString getTickLabel(double tick, const QLocale& locale, QChar format, int precision) override {
+    return Readable(QCPAxisTicker::getTickLabel(tick, locale, format, precision));
+  }
+};
+
+}  // namespace
+
+QSharedPointer<QCPAxisTicker> MakeTicker() {
+  return QSharedPointer<ReadableTicker>::create();
 }
 
 void ApplyPalette(QCustomPlot& plot) {

@@ -45,6 +45,7 @@ public:
   };
   /// What showing all means.
   struct WholeView {
+    std::optional<QCPRange> record;     ///< along X, where that is more than the curves
     std::optional<QCPRange> heights;    ///< fixed ends of the Y axis
     std::optional<double> heightUnits;  ///< heights in one length: the same scale for both axes, where the curves then
                                         ///< fill enough of the height to be seen
@@ -53,7 +54,7 @@ public:
   /// Replaces the curves, to be drawn with the next replot. What is zoomed to stays, and so does that all is shown.
   void SetCurves(std::span<const Curve> curves, const WholeView& whole);
   void SetMarks(std::span<const Mark> marks);
-  /// Without numbers the X axis says how far apart its lines are.
+  /// Without numbers the X axis says where the view ends and how far apart its lines are.
   void ShowXValues(bool shown);
   /// Shows all and, unlike ShowAll, forgets the views before.
   void StartAnew();
@@ -123,6 +124,7 @@ private:
   /// Ends of the Y axis that hold the curves and a little more.
   QCPRange HeightsWithMargin() const;
   void OnLayout();
+  void LabelEnds();
   void Thin();
   void Zoom(double factor);
   void MakeCursors();
@@ -142,7 +144,8 @@ private:
   std::vector<View> back_;
   std::vector<View> forward_;
   View pressed_;
-  QElapsedTimer sinceStep_;  ///< of the wheel or a scroll bar
+  QElapsedTimer sinceStep_;             ///< of the wheel or a scroll bar
+  std::array<QCPItemText*, 2> ends_{};  ///< numbers at the ends of the X axis
   std::vector<QCPAbstractItem*> marks_;
   /// Two upright ones, then two level ones.
   std::array<QCPItemStraightLine*, 4> cursors_{};
@@ -152,8 +155,8 @@ private:
   std::size_t active_ = 0;
 };
 
-/// Colours of the profiles, told apart with any colour vision, on light and dark ground.
-QColor CurveColour(int number);
+/// Of an axis whose numbers are written as everywhere on the screen.
+QSharedPointer<QCPAxisTicker> MakeTicker();
 
 /// Takes axes, grid and ground from the palette in force.
 void ApplyPalette(QCustomPlot& plot);

@@ -35,6 +35,7 @@ CCurveView::CCurveView(CTexturonDoc& doc, const WantedResults& wanted, QWidget* 
   plot_->setFocusPolicy(Qt::StrongFocus);
   plot_->setPlottingHint(QCP::phFastPolylines, true);
   plot_->installEventFilter(this);
+  for (QCPAxis* const axis : {plot_->xAxis, plot_->yAxis}) axis->setTicker(MakeTicker());
   ApplyPalette(*plot_);
   connect(&doc_, &CTexturonDoc::Changed, this, &CCurveView::Update);
   for (QCPAxis* const axis : {plot_->xAxis, plot_->yAxis}) {

@@ -13,6 +13,7 @@
 
 #include "parameters/catalogue.h"
 #include "settings/setting_entry.h"
+#include "ui/colours.h"
 #include "ui/qt_text.h"
 
 namespace texturon {
@@ -138,7 +139,7 @@ QString CParametersPage::Fault() const {
 }
 
 void CParametersPage::Mark(QTableWidgetItem& item, const QString& fault) {
-  item.setBackground(fault.isEmpty() ? QBrush() : QBrush(QColor(0xB0, 0x48, 0x00)));
+  item.setBackground(fault.isEmpty() ? QBrush() : QBrush(VerdictGround(false)));
   item.setForeground(fault.isEmpty() ? QBrush() : QBrush(Qt::white));
   item.setToolTip(fault);
   // A selected row would hide it.

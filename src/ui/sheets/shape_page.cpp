@@ -11,6 +11,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "ui/colours.h"
 #include "ui/plots/clickable_profile_graph.h"
 #include "ui/plots/plot_items.h"
 
@@ -138,7 +139,7 @@ void CShapePage::DrawPreview() {
   preview_->xAxis->setLabel(tr("X in %1").arg(units.lengthName));
   preview_->yAxis->setLabel(tr("Z in %1").arg(units.heightName));
   QCPGraph* const curve = preview_->addGraph();
-  curve->setPen(QPen(CurveColour(0), 1.5));
+  curve->setPen(QPen(CurveColour(0, palette()), 1.5));
   const std::vector<FreeFormPoint> shape = CurveOf(kMostScreenPoints);
   for (const FreeFormPoint& point : shape) curve->addData(point.xMM * units.length, point.zUM * units.height);
   if (shape.empty()) {
@@ -152,7 +153,8 @@ void CShapePage::DrawPreview() {
   }
   QCPGraph* const points = preview_->addGraph();
   points->setLineStyle(QCPGraph::lsNone);
-  points->setScatterStyle(QCPScatterStyle(QCPScatterStyle::ssCircle, CurveColour(1), fontMetrics().height() / 3.0));
+  points->setScatterStyle(
+      QCPScatterStyle(QCPScatterStyle::ssCircle, CurveColour(1, palette()), fontMetrics().height() / 3.0));
   QVector<QCPGraphData> given;
   for (const FreeFormPoint& point : GivenPoints()) {
     given.push_back({point.xMM * units.length, point.zUM * units.height});

@@ -187,8 +187,9 @@ void CAutosave::SaveNow() {
   std::error_code error;
   const std::filesystem::path& file = document.profiles.sourceFile;
   const bool isThere = std::filesystem::exists(file, error);
-  const QByteArray text = TextOfState(
-      {.file = isThere ? std::filesystem::absolute(file, error) : std::filesystem::path(), .work = UndoPointOf(document)});
+  const QByteArray text =
+      TextOfState({.file = isThere ? std::filesystem::absolute(file, error) : std::filesystem::path(),
+                   .work = UndoPointOf(document)});
   // Not flushed: it is for a program that ends, not for a computer that does.
   isKept_ = ReplaceSideFile(own_, text.toStdString(), FlushFile::kNo).ok();
 }

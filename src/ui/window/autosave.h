@@ -23,8 +23,8 @@ QByteArray TextOfState(const KeptState& state);
 /// Nothing where the text is no state.
 std::optional<KeptState> ReadState(const QByteArray& text);
 
-/// Writes what a window's end would lose to a file of its own in a folder of the user's, a moment after each change, and
-/// takes it away where there is nothing to lose any more and when it is destroyed. A file that is left belongs to a
+/// Writes what a window's end would lose to a file of its own in a folder of the user's, a moment after each change,
+/// and takes it away where there is nothing to lose any more and when it is destroyed. A file that is left belongs to a
 /// window that was never closed. Each is held by its window's lock, which goes with the process: no window takes what
 /// another is at work with, and of two starts at once one takes what was left.
 class CAutosave : public QObject {

@@ -63,9 +63,10 @@ void CMainFrame::OfferLeftOver() {
     const auto state = autosave_->TakeLeftOver();
     if (!state) return;
     const QString name = state->file.empty() ? tr("the sample") : FromPath(state->file);
-    const QString question = tr("The program ended while %1 or its settings had changes that were not saved. Shall they be as "
-                                "they were?")
-                                 .arg(name);
+    const QString question =
+        tr("The program ended while %1 or its settings had changes that were not saved. Shall they be as "
+           "they were?")
+            .arg(name);
     if (!doc_->prompts().AskYesNo(ToText(question))) continue;
     UndoPoint work = state->work;
     if ((!state->file.empty() && !doc_->Open(state->file)) || !doc_->HasProfile()) {

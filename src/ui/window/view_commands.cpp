@@ -155,6 +155,22 @@ void CMainFrame::MakeTableMenu(QMenu& menu) {
           doc_->ReplaceDisplay(std::move(display));
         }));
   }
+  const std::tuple<const char*, QString, QString, bool TableChoice::*> kinds[] = {
+      {"allParameters", tr("&All Parameters"), tr("Off: the common ones, while nobody has chosen others."),
+       &TableChoice::showsAll},
+      {"tolerancedFirst", tr("&Toleranced First"), tr("Rows with limits stand above the others."),
+       &TableChoice::tolerancedFirst}};
+  for (const auto& [name, title, tip, field] : kinds) {
+    QAction* const action = AddAction(menu, {.name = name, .text = title, .tip = tip});
+    action->setCheckable(true);
+    action->setChecked(paramView_->Choice().*field);
+    connect(action, &QAction::toggled, this, [this, field = field](bool on) {
+      TableChoice choice = paramView_->Choice();
+      if (std::exchange(choice.*field, on) != on) paramView_->Choose(choice);
+    });
+    connect(paramView_, &CTexturonParamView::ChoiceChanged, action,
+            [this, action, field = field] { action->setChecked(paramView_->Choice().*field); });
+  }
   AddDisplaySwitch(menu,
                    {.name = "primaryAsTpa",
                     .text = tr("&Primary as Tpa"),
