@@ -40,9 +40,9 @@ bool IsAsItComes(const Document& document) {
 
 TableRows RowsOfTable(const Document& document, const TableChoice& choice) {
   TableRows table{.isGrouped = IsAsItComes(document)};
-  const auto ofCatalogue = static_cast<std::size_t>(
-      std::count_if(document.catalogue.rows.begin(), document.catalogue.rows.end(),
-                    [](const ParameterDef& row) { return row.selected; }));
+  const auto ofCatalogue =
+      static_cast<std::size_t>(std::count_if(document.catalogue.rows.begin(), document.catalogue.rows.end(),
+                                             [](const ParameterDef& row) { return row.selected; }));
   for (ShownRow& shown : ShownRows(document)) {
     const bool isRatio = table.selected++ >= ofCatalogue;
     const bool isCommon = std::find(std::begin(kCommon), std::end(kCommon), shown.row.name) != std::end(kCommon);

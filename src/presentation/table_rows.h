@@ -27,7 +27,7 @@ struct TableRow {
 
 struct TableRows {
   std::vector<TableRow> rows;
-  bool isGrouped = false;   ///< the rows of a group stand together
+  bool isGrouped = false;    ///< the rows of a group stand together
   std::size_t selected = 0;  ///< rows that there would be with all
 };
 

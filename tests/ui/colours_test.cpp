@@ -3,6 +3,7 @@
 // Whether colours and signs can be read, by anybody.
 
 #include "ui/colours.h"
+
 #include "ui/window_fixture.h"
 
 namespace texturon {
@@ -28,8 +29,8 @@ double Contrast(const QColor& a, const QColor& b) {
   return std::max(first, second) / std::min(first, second);
 }
 
-/// As it is seen without one kind of cones: the matrices of Machado, Oliveira and Fernandes (2009) at full severity; the
-/// first is normal vision.
+/// As it is seen without one kind of cones: the matrices of Machado, Oliveira and Fernandes (2009) at full severity;
+/// the first is normal vision.
 constexpr double kSight[][3][3] = {
     {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}},
     {{0.152286, 1.052583, -0.204868}, {0.114503, 0.786281, 0.099216}, {-0.003882, -0.048116, 1.051998}},
@@ -60,8 +61,7 @@ TEST(Colours, StandOutFromTheirGroundAndFromEachOther) {
         for (const auto& sight : kSight) {
           const auto first = LabOf(CurveColour(a, isDark), sight);
           const auto second = LabOf(CurveColour(b, isDark), sight);
-          const double difference =
-              std::hypot(first[0] - second[0], first[1] - second[1], first[2] - second[2]);
+          const double difference = std::hypot(first[0] - second[0], first[1] - second[1], first[2] - second[2]);
           // A just noticeable difference is 2.3.
           EXPECT_GE(difference, 10.0) << isDark << " " << a << " and " << b << ", sight " << &sight - kSight;
         }

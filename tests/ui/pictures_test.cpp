@@ -60,7 +60,7 @@ TEST_F(Pictures, OfTheSheetsAndDialogs) {
   auto& sheet = Child<CSettingsSheet>(*frame_);
   for (int page = 0; page < sheet.Pages().count(); ++page) {
     sheet.Pages().setCurrentIndex(page);
-    Take(sheet, "settings-" + sheet.Pages().tabText(page).remove('&').remove(' ').toLower());
+    Take(sheet, "settings-" + sheet.Pages().Title(page).remove(' ').toLower());
   }
   Choose("bearingRatiosAndHtp");
   Take(Child<CBearingRatioSheet>(*frame_), "bearing-ratios");

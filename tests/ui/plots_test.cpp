@@ -106,6 +106,34 @@ TEST_F(ProfileView, ZoomsGoBackOneByOne) {
   EXPECT_EQ(bar.maximum(), 0) << "all is in view";
 }
 
+TEST_F(ProfileView, TheWheelZoomsAlongXAndOnlyWithKeysAlongTheHeights) {
+  const QPointF place = Graph().axisRect()->center();
+  const std::tuple<Qt::KeyboardModifiers, bool, bool> cases[] = {
+      {Qt::NoModifier, true, false}, {Qt::ControlModifier, false, true}, {Qt::ShiftModifier, true, true}};
+  for (const auto& [keys, alongX, alongZ] : cases) {
+    const QCPRange x = Graph().xAxis->range();
+    const QCPRange y = Graph().yAxis->range();
+    QWheelEvent wheel(place, Graph().mapToGlobal(place), {}, {0, 120}, Qt::NoButton, keys, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&Graph(), &wheel);
+    EXPECT_EQ(Graph().xAxis->range().size() < x.size(), alongX) << keys;
+    EXPECT_EQ(Graph().yAxis->range().size() < y.size(), alongZ) << keys;
+  }
+}
+
+TEST_F(ProfileView, ReadoutsKeepOffTheFrame) {
+  Choose("yCursors");
+  const QRect inner = Graph().axisRect()->rect().adjusted(6, 6, -6, -6);
+  for (const double x : {0.001, 2.0, 3.999}) {
+    Graph().SetUprightCursors(x, 4.0 - x);
+    for (int i = 0; i < Graph().itemCount(); ++i) {
+      auto* const text = qobject_cast<QCPItemText*>(Graph().item(i));
+      if (text == nullptr || text->layer()->name() != "cursors") continue;
+      const QRectF box(text->topLeft->pixelPosition(), text->bottomRight->pixelPosition());
+      EXPECT_TRUE(QRectF(inner).adjusted(-1, -1, 1, 1).contains(box)) << x << " " << text->text().toStdString();
+    }
+  }
+}
+
 TEST_F(ProfileView, ScalesFollowTheSettings) {
   ChangeDisplay([](DisplaySettings& display) { display.ProfileAutoScale = false; });
   EXPECT_EQ(Graph().yAxis->range().upper, InForce().settings.display.ProfileYMaxUM);
@@ -128,8 +156,19 @@ TEST_F(ProfileView, EqualScalesAreForProfilesWithForm) {
     QTest::qWait(20);
     EXPECT_NEAR(Ratio(), 1.0, 1e-6) << "an arc of 300 um over 5 mm shows its shape in every size of the window";
   }
+  const auto& command = Child<QAction>(*frame_, "aspectRatio");
+  EXPECT_TRUE(command.isChecked());
   Choose("aspectRatio");
   EXPECT_LT(Ratio(), 0.5) << "without, it fills the height";
+  // Where it was only wanted the command makes it so.
+  ASSERT_TRUE(frame_->OpenFile(Sample("ground.lmt")));
+  ChangeDisplay([](DisplaySettings& display) { display.Profile11AspectRatio = true; });
+  EXPECT_FALSE(command.isChecked()) << "wanted, but not in force";
+  Choose("aspectRatio");
+  EXPECT_NEAR(Ratio(), 1.0, 1e-3);
+  EXPECT_TRUE(command.isChecked());
+  Choose("zoomBack");
+  EXPECT_FALSE(command.isChecked());
 }
 
 TEST_F(ProfileView, GivesThePlotThePeaksOfEveryColumn) {

@@ -108,6 +108,8 @@ TEST_F(UnsavedWork, AnotherStartMayComeInAnyMomentOfAFit) {
   DialogPrompts dialogs{nullptr, std::chrono::milliseconds(0)};
   MakeFrame(dialogs);
   ASSERT_TRUE(Doc().LoadSettingsFile(Sample("asphere.ini")));
+  // So that there is a progress window to answer from for long.
+  Change([](AnalysisSettings& analysis) { analysis.FilterType = kFilterRobustGaussian; });
   CSingleInstance starts("fits");
   ASSERT_FALSE(starts.HandOverOrListen({}));
   int arrived = 0;

@@ -54,7 +54,7 @@ inline void Type(QLineEdit& line, const QString& text) {
 /// Presses the button of this text.
 inline void Press(const QWidget& window, const QString& text) {
   for (QPushButton* const button : window.findChildren<QPushButton*>()) {
-    if (button->text() == text) return button->click();
+    if (button->text().remove('&') == QString(text).remove('&')) return button->click();
   }
   ADD_FAILURE() << "no button " << text.toStdString();
 }

@@ -144,16 +144,16 @@ void CClickableProfileGraph::FitWhole() {
   QCPRange x = extentX_;
   QCPRange y = whole_.heights.value_or(HeightsWithMargin());
   if (!(x.size() > 0.0)) x = Centred(x.center(), 1.0);
-  if (whole_.heightUnits && !whole_.heights) {
+  if (whole_.hasEqualScales && !whole_.heights) {
     const double width = std::max(axisRect()->width(), 1);
     const double height = std::max(axisRect()->height(), 1);
     // Length units in a pixel, so that both axes hold their curves.
     const double acrossX = x.size() / width;
-    const double acrossY = y.size() / *whole_.heightUnits / height;
+    const double acrossY = y.size() / whole_.heightsInLength / height;
     if (acrossY >= kLeastShareOfHeight * acrossX) {
       const double unit = std::max(acrossX, acrossY);
       x = Centred(x.center(), unit * width);
-      y = Centred(y.center(), unit * height * *whole_.heightUnits);
+      y = Centred(y.center(), unit * height * whole_.heightsInLength);
     }
   }
   xAxis->setRange(x);
@@ -244,6 +244,24 @@ void CClickableProfileGraph::ShowX(const QCPRange& range) {
   replot();
 }
 
+bool CClickableProfileGraph::IsOneToOne() const {
+  const double across = xAxis->range().size() / std::max(axisRect()->width(), 1);
+  const double up = yAxis->range().size() / std::max(axisRect()->height(), 1) / whole_.heightsInLength;
+  constexpr double kAgreement = 1e-3;
+  return std::abs(up - across) < kAgreement * across;
+}
+
+void CClickableProfileGraph::ShowOneToOne() {
+  if (IsOneToOne()) return;
+  Remember(Now());
+  // Other numbers beside the axis leave another room for the curves.
+  for (int round = 0; round < 3 && !IsOneToOne(); ++round) {
+    const double unit = xAxis->range().size() / std::max(axisRect()->width(), 1);
+    yAxis->setRange(Centred(yAxis->range().center(), unit * axisRect()->height() * whole_.heightsInLength));
+    replot();
+  }
+}
+
 void CClickableProfileGraph::Zoom(double factor) {
   Remember(Now());
   xAxis->scaleRange(factor);
@@ -297,9 +315,15 @@ void CClickableProfileGraph::SetCursorLabels(const std::array<QString, 4>& label
 }
 
 void CClickableProfileGraph::PlaceLabels() {
-  const auto widthOf = [this](const QString& text) {
-    return fontMetrics().boundingRect(QRect(0, 0, 1, 1), Qt::TextDontClip, text).width() + fontMetrics().height();
+  const auto sizeOf = [this](const QString& text) {
+    return fontMetrics().boundingRect(QRect(0, 0, 1, 1), Qt::TextDontClip, text).size() +
+           QSize(fontMetrics().height(), 2);
   };
+  const auto widthOf = [&](const QString& text) { return sizeOf(text).width(); };
+  // Off the frame and its ticks.
+  const double gap = 2.0 * xAxis->tickLengthIn();
+  const QRect frame = axisRect()->rect();
+  const double below = 1.0 - gap / std::max(frame.height(), 1);
   const double between = std::abs(xAxis->coordToPixel(places_[0]) - xAxis->coordToPixel(places_[1]));
   // Between the two cursors where there is room, else beside them.
   const bool isInside = between > widthOf(labels_[0]->text()) + widthOf(labels_[1]->text());
@@ -307,11 +331,17 @@ void CClickableProfileGraph::PlaceLabels() {
     labels_[i]->setVisible(cursors_[i]->visible());
     if (i < 2) {
       const bool isLeft = places_[i] < places_[1 - i] || (places_[0] == places_[1] && i == 0);
-      labels_[i]->position->setCoords(places_[i], 1.0);
-      labels_[i]->setPositionAlignment(Qt::AlignBottom | (isLeft == isInside ? Qt::AlignLeft : Qt::AlignRight));
+      bool isRightOfLine = isLeft == isInside;
+      const double pixel = xAxis->coordToPixel(places_[i]);
+      const double room = widthOf(labels_[i]->text()) + gap;
+      if (isRightOfLine ? pixel + room > frame.right() : pixel - room < frame.left()) isRightOfLine = !isRightOfLine;
+      const double beside = isRightOfLine ? std::max(pixel, frame.left() + gap) : std::min(pixel, frame.right() - gap);
+      labels_[i]->position->setCoords(xAxis->pixelToCoord(beside), below);
+      labels_[i]->setPositionAlignment(Qt::AlignBottom | (isRightOfLine ? Qt::AlignLeft : Qt::AlignRight));
     } else {
-      labels_[i]->position->setCoords(0.0, places_[i]);
-      labels_[i]->setPositionAlignment(Qt::AlignLeft | Qt::AlignBottom);
+      labels_[i]->position->setCoords(gap / std::max(frame.width(), 1), places_[i]);
+      const bool fitsAbove = yAxis->coordToPixel(places_[i]) - sizeOf(labels_[i]->text()).height() - gap > frame.top();
+      labels_[i]->setPositionAlignment(Qt::AlignLeft | (fitsAbove ? Qt::AlignBottom : Qt::AlignTop));
     }
   }
 }
@@ -423,8 +453,7 @@ void CClickableProfileGraph::mouseDoubleClickEvent(QMouseEvent* event) {
 
 void CClickableProfileGraph::wheelEvent(QWheelEvent* event) {
   RememberOnce();
-  const bool alongXOnly = event->modifiers().testFlag(Qt::ControlModifier);
-  axisRect()->setRangeZoom(alongXOnly ? Qt::Horizontal : Qt::Horizontal | Qt::Vertical);
+  axisRect()->setRangeZoom(WheelZoom(event->modifiers()));
   QCustomPlot::wheelEvent(event);
 }
 
@@ -477,6 +506,11 @@ protected:
 };
 
 }  // namespace
+
+Qt::Orientations WheelZoom(Qt::KeyboardModifiers keys) {
+  if (keys.testFlag(Qt::ShiftModifier)) return Qt::Horizontal | Qt::Vertical;
+  return keys.testFlag(Qt::ControlModifier) ? Qt::Vertical : Qt::Horizontal;
+}
 
 QSharedPointer<QCPAxisTicker> MakeTicker() {
   return QSharedPointer<ReadableTicker>::create();

@@ -12,10 +12,11 @@
 
 namespace texturon {
 
-/// A graph of curves over millimetres that is looked at with the mouse: the wheel zooms about the pointer (with Ctrl
-/// along X only), the left button drags, Shift and the left button mark what to zoom to, a double click shows all. Two
-/// upright and two level cursors are grabbed with the left button. By keys: + and - zoom, Home shows all, Backspace
-/// goes back to the former view and with Shift forward again, C takes the next cursor and the arrows move it.
+/// A graph of curves over millimetres that is looked at with the mouse: the wheel zooms about the pointer along X, with
+/// Ctrl along the heights, with Shift along both, the left button drags, Shift and the left button mark what to zoom
+/// to, a double click shows all. Two upright and two level cursors are grabbed with the left button. By keys: + and -
+/// zoom, Home shows all, Backspace goes back to the former view and with Shift forward again, C takes the next cursor
+/// and the arrows move it.
 ///
 /// It keeps the heights and gives the plot, for each picture, only those that can be seen in it: the first, last,
 /// lowest and highest of every column of pixels.
@@ -45,10 +46,11 @@ public:
   };
   /// What showing all means.
   struct WholeView {
-    std::optional<QCPRange> record;     ///< along X, where that is more than the curves
-    std::optional<QCPRange> heights;    ///< fixed ends of the Y axis
-    std::optional<double> heightUnits;  ///< heights in one length: the same scale for both axes, where the curves then
-                                        ///< fill enough of the height to be seen
+    std::optional<QCPRange> record;   ///< along X, where that is more than the curves
+    std::optional<QCPRange> heights;  ///< fixed ends of the Y axis
+    double heightsInLength = 1.0;     ///< how many units of height are one of length
+    bool hasEqualScales = false;      ///< the same scale for both axes, where the curves then fill enough of the
+                                      ///< height to be seen
   };
   void SetXTitle(const QString& title);
   /// Replaces the curves, to be drawn with the next replot. What is zoomed to stays, and so does that all is shown.
@@ -64,6 +66,10 @@ public:
   /// The view that GoBack left.
   void GoForward();
   bool CanGoBack() const { return !back_.empty(); }
+  /// Whether a length along the heights is drawn as long as one along X.
+  bool IsOneToOne() const;
+  /// Makes it so about the middle of the view, even where the curves are then hardly seen.
+  void ShowOneToOne();
   /// Zooms along X to a stretch, with the height as it is.
   void ShowX(const QCPRange& range);
   /// Moves along X; all moves of one pull at a scroll bar are one step back.
@@ -154,6 +160,9 @@ private:
   std::size_t grabbed_ = kNoCursor;
   std::size_t active_ = 0;
 };
+
+/// Along which axes the wheel zooms while these keys are held.
+Qt::Orientations WheelZoom(Qt::KeyboardModifiers keys);
 
 /// Of an axis whose numbers are written as everywhere on the screen.
 QSharedPointer<QCPAxisTicker> MakeTicker();

@@ -107,6 +107,10 @@ bool CCurveView::eventFilter(QObject* /*watched*/, QEvent* event) {
     ShowAll();
     return true;
   }
+  if (event->type() == QEvent::Wheel) {
+    plot_->axisRect()->setRangeZoom(WheelZoom(static_cast<QWheelEvent*>(event)->modifiers()));
+    return false;
+  }
   if (event->type() == QEvent::PaletteChange) {
     ApplyPalette(*plot_);
     Update();

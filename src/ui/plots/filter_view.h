@@ -6,8 +6,8 @@
 
 namespace texturon {
 
-/// What the filters let through, over the wavelength: to the primary profile, the waviness and the roughness, with lines
-/// at the cut-offs. False where there is nothing to draw.
+/// What the filters let through, over the wavelength: to the primary profile, the waviness and the roughness, with
+/// lines at the cut-offs. False where there is nothing to draw.
 bool DrawFilters(QCustomPlot& plot, const Document& document);
 
 /// The same as a view of its own, with a legend.

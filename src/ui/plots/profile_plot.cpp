@@ -120,9 +120,9 @@ void DrawProfiles(CClickableProfileGraph& graph, const Document& document, const
   }
   MarkStretches(graph, document, kLengthMM.Factor(metric));
   SetGrid(graph, display, heightFactor);
-  CClickableProfileGraph::WholeView whole;
+  CClickableProfileGraph::WholeView whole{.heightsInLength = metric ? kMicrometresPerMillimetre : kMicroinchesPerInch};
   if (display.ProfileAutoScale || !(display.ProfileYMaxUM > display.ProfileYMinUM)) {
-    if (display.Profile11AspectRatio) whole.heightUnits = metric ? kMicrometresPerMillimetre : kMicroinchesPerInch;
+    whole.hasEqualScales = display.Profile11AspectRatio;
   } else {
     whole.heights = QCPRange(display.ProfileYMinUM * heightFactor, display.ProfileYMaxUM * heightFactor);
   }

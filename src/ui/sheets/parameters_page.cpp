@@ -48,6 +48,8 @@ CParametersPage::CParametersPage(Settings& settings, QWidget* parent)
       filter_(new QLineEdit(this)) {
   filter_->setPlaceholderText(tr("Find by name or definition"));
   filter_->setClearButtonEnabled(true);
+  filter_->setAccessibleName(filter_->placeholderText());
+  table_->setAccessibleName(tr("Parameters"));
   QStringList titles;
   for (int column = 0; column < table_->columnCount(); ++column) {
     const SettingKey* const key = KeyOfColumn(column);
@@ -136,6 +138,10 @@ void CParametersPage::Reset() {
 
 QString CParametersPage::Fault() const {
   return faults_.empty() ? QString() : faults_.begin()->second;
+}
+
+void CParametersPage::TakeDefaults(const Settings& defaults, Settings& settings) const {
+  settings.analysis.parameters = defaults.analysis.parameters;
 }
 
 void CParametersPage::Mark(QTableWidgetItem& item, const QString& fault) {

@@ -82,12 +82,11 @@ CShapePage::CShapePage(Settings& settings, std::string_view page, std::string_vi
   ends->addWidget(fit, 0, 4, 2, 1);
   previewLayout->addLayout(ends);
 
-  auto* const both = new QHBoxLayout(this);
-  auto* const right = new QVBoxLayout;
-  right->addWidget(list, 1);
-  right->addWidget(preview, 1);
-  both->addWidget(left);
-  both->addLayout(right, 1);
+  table_->setMinimumHeight(fontMetrics().height() * 9);
+  auto* const all = new QVBoxLayout(this);
+  all->addWidget(left);
+  all->addWidget(list, 1);
+  all->addWidget(preview, 1);
 }
 
 QPushButton* CShapePage::AddButton(const QString& text, const std::function<void()>& run) {
@@ -118,6 +117,14 @@ void CShapePage::Reset() {
 QString CShapePage::Fault() const {
   const QString fault = CFieldsPage::Fault();
   return fault.isEmpty() ? rows_->Fault() : fault;
+}
+
+void CShapePage::TakeDefaults(const Settings& defaults, Settings& settings) const {
+  CFieldsPage::TakeDefaults(defaults, settings);
+  // The list as a whole, however long it is; each page has but one.
+  const bool isAsphere = rows_->Keys().front()->binding.section == "ASPHERIC_PARAMETERS";
+  if (isAsphere) settings.analysis.asphereCoefficients = defaults.analysis.asphereCoefficients;
+  if (!isAsphere) settings.analysis.freeFormPoints = defaults.analysis.freeFormPoints;
 }
 
 std::vector<const SettingKey*> CShapePage::Keys() const {

@@ -8,6 +8,7 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QScreen>
 #include <QStatusBar>
 #include <QToolBar>
 #include <utility>
@@ -64,7 +65,8 @@ CMainFrame::CMainFrame(Environment environment, Prompts* prompts) {
   paramView_ = new CTexturonParamView(*doc_, this);
   MakePanes();
   setAcceptDrops(true);
-  resize(1200, 800);
+  constexpr double kShareOfScreen = 0.9;
+  resize(QSize(1200, 800).boundedTo(screen()->availableSize() * kShareOfScreen));
   MakeFileMenu();
   MakeEditMenu();
   MakeExportMenu();

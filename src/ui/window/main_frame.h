@@ -21,6 +21,7 @@ namespace texturon {
 class CAutoLoading;
 class CAutosave;
 class CCurvePane;
+class CLiveSheet;
 class CTexturonParamView;
 class CTexturonView;
 class WorkingSettings;
@@ -115,6 +116,8 @@ private:
   /// Shows a sheet, making it where it is asked for the first time.
   template <typename Sheet>
   void ShowSheet();
+  /// Gives a sheet its panel, docked where there is room beside the profile.
+  void Dock(CLiveSheet& sheet, bool besideTheProfile);
   /// Opens the sheet in which a row of the table is chosen and toleranced.
   void OnParameter(const QString& name);
 

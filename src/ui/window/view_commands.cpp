@@ -77,11 +77,21 @@ void CMainFrame::MakeZoomMenu(QMenu& menu) {
               .needsProfile = true},
              [this] { view_->Graph().ShowAll(); });
   menu.addSeparator();
-  AddDisplaySwitch(menu,
-                   {.name = "aspectRatio",
-                    .text = tr("1:1 Aspe&ct Ratio"),
-                    .tip = tr("The same scale for both axes, where the profile is high enough to be seen then.")},
-                   &DisplaySettings::Profile11AspectRatio);
+  QAction* const equal = AddAction(menu, {.name = "aspectRatio",
+                                          .text = tr("1:1 Aspe&ct Ratio"),
+                                          .tip = tr("The same scale for both axes. A new profile has it where it is "
+                                                    "high enough to be seen then.")});
+  equal->setCheckable(true);
+  // Ticked while it is in force, whatever is wanted of the next profile.
+  connect(&view_->Graph(), &QCustomPlot::afterReplot, equal,
+          [this, equal] { equal->setChecked(doc_->HasProfile() && view_->Graph().IsOneToOne()); });
+  connect(equal, &QAction::triggered, this, [this, equal](bool on) {
+    DisplaySettings display = doc_->document().settings.display;
+    display.Profile11AspectRatio = on;
+    doc_->ReplaceDisplay(std::move(display));
+    if (on) view_->Graph().ShowOneToOne();
+    equal->setChecked(view_->Graph().IsOneToOne());
+  });
   AddDisplaySwitch(
       menu,
       {.name = "autoScale", .text = tr("A&uto Scale"), .tip = tr("Off: between the fixed heights of the settings.")},
