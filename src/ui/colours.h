@@ -21,7 +21,7 @@ QColor CurveColour(int number, const QPalette& ground);
 
 /// The ground of white words that say whether something is good.
 QColor VerdictGround(bool isGood);
-/// Steep slopes, and entries that cannot be used.
+/// Words about entries that cannot be used.
 QColor WarningColour(bool onDark);
 
 }  // namespace texturon

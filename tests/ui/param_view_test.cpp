@@ -108,7 +108,7 @@ TEST_F(ParamView, AsksForTheSettingsOfARecord) {
   const auto& table = Child<QTableWidget>(*Child<CSettingsSheet>(*frame_).Pages().currentWidget(), "parameters");
   EXPECT_TRUE(table.isVisible());
   EXPECT_EQ(table.item(table.currentRow(), 0)->text(), Cells(5)[0]);
-  EXPECT_EQ(table.horizontalHeaderItem(table.currentColumn())->text(), "Lower limit");
+  EXPECT_EQ(table.horizontalHeaderItem(table.currentColumn())->text(), "Lower\nlimit");
 }
 
 TEST_F(ParamView, BearingRatiosAreTitledAsChosen) {

@@ -40,8 +40,15 @@ TEST_F(ProfileView, CursorsAreGrabbedAndReadOut) {
   QTest::keyClick(&Graph(), Qt::Key_C);
   QTest::keyClick(&Graph(), Qt::Key_Right, Qt::ControlModifier);
   EXPECT_GT(Graph().UprightCursors().second, second) << "by keys";
+  auto& measures = Child<QLabel>(*frame_, "measures");
+  EXPECT_TRUE(measures.isHidden());
+  Choose("measureBetweenCursors");
+  EXPECT_TRUE(measures.text().startsWith("Between the cursors:  step ")) << measures.text().toStdString();
+  Choose("copyMeasures");
+  EXPECT_EQ(QApplication::clipboard()->text(), measures.text());
   Choose("xCursors");
   EXPECT_FALSE(readout.text().contains("X1"));
+  EXPECT_TRUE(measures.isHidden());
 }
 
 TEST_F(ProfileView, ComputesAndExcludesBetweenCursors) {
@@ -302,6 +309,17 @@ TEST_F(Curves, BearingRatioIsReadWithGrabbedLines) {
   EXPECT_EQ(plot.xAxis->range(), QCPRange(0.0, 100.0)) << "grabbing does not drag the view";
   EXPECT_EQ(view.Readout(), FromText(BearingReadout(InForce(), cursors.X(), cursors.Y())));
   EXPECT_EQ(Labels(plot), (QStringList{"Rk", "Mr1", "Mr2", "A1", "A2"}));
+  EXPECT_EQ(plot.legend->itemCount(), 2) << "curves, not areas";
+  std::vector<QRectF> boxes;
+  for (int i = 0; i < plot.itemCount(); ++i) {
+    auto* const label = qobject_cast<QCPItemText*>(plot.item(i));
+    if (label == nullptr) continue;
+    const QRectF box(label->topLeft->pixelPosition(), label->bottomRight->pixelPosition());
+    for (const QRectF& other : boxes) {
+      EXPECT_LT(other.intersected(box).height(), 3.0) << label->text().toStdString();
+    }
+    boxes.push_back(box);
+  }
   Choose("rkLines");
   EXPECT_TRUE(Labels(plot).isEmpty());
   ChangeDisplay([](DisplaySettings& display) { display.BrcAdfType = 5; });

@@ -87,6 +87,15 @@ void CClickableProfileGraph::OnLayout() {
   LabelEnds();
   Thin();
   if (cursors_[0] != nullptr) PlaceLabels();
+  // As many names side by side as there is room for.
+  int widest = 1;
+  for (const HeldCurve& curve : curves_) {
+    widest = std::max(widest, QFontMetrics(legend->font()).horizontalAdvance(curve.graph->name()));
+  }
+  const int inARow = std::clamp(width() / (widest + legend->iconSize().width() + 3 * fontMetrics().height()), 1, 5);
+  if (legend->wrap() == inARow) return;
+  legend->setWrap(inARow);
+  replot(rpQueuedReplot);
 }
 
 void CClickableProfileGraph::LabelEnds() {
@@ -327,8 +336,11 @@ void CClickableProfileGraph::PlaceLabels() {
   const double between = std::abs(xAxis->coordToPixel(places_[0]) - xAxis->coordToPixel(places_[1]));
   // Between the two cursors where there is room, else beside them.
   const bool isInside = between > widthOf(labels_[0]->text()) + widthOf(labels_[1]->text());
+  // In a small picture they would hide the curves; the status bar has them too.
+  const bool hasRoom = frame.height() > 9 * fontMetrics().height() &&
+                       frame.width() > widthOf(labels_[0]->text()) + widthOf(labels_[1]->text());
   for (std::size_t i = 0; i < labels_.size(); ++i) {
-    labels_[i]->setVisible(cursors_[i]->visible());
+    labels_[i]->setVisible(cursors_[i]->visible() && hasRoom);
     if (i < 2) {
       const bool isLeft = places_[i] < places_[1 - i] || (places_[0] == places_[1] && i == 0);
       bool isRightOfLine = isLeft == isInside;

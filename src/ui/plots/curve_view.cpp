@@ -29,7 +29,7 @@ CCurveView::CCurveView(CTexturonDoc& doc, const WantedResults& wanted, QWidget* 
   layout->addWidget(title_);
   layout->addWidget(plot_, 1);
   layout->addWidget(readout_);
-  plot_->setMinimumSize(fontMetrics().averageCharWidth() * 30, fontMetrics().height() * 8);
+  plot_->setMinimumSize(fontMetrics().averageCharWidth() * 24, fontMetrics().height() * 4);
   plot_->setInteractions(QCP::iRangeDrag | QCP::iRangeZoom);
   plot_->axisRect()->setupFullAxesBox(true);
   plot_->setFocusPolicy(Qt::StrongFocus);

@@ -115,7 +115,7 @@ void DrawProfiles(CClickableProfileGraph& graph, const Document& document, const
     steep = FindSteepPart(profile.Heights(), profile.spacingUM, display.ExtremeSlopePlotDegrees);
     list.Add(profile, steep.heightsUM,
              FromText(SteepCaption(*steepKind, display.ExtremeSlopePlotDegrees, steep.percent)),
-             WarningColour(IsDark(graph.palette())), kSteepWidth);
+             graph.palette().color(QPalette::Text), kSteepWidth);
     list.curves.back().isOverlay = true;
   }
   MarkStretches(graph, document, kLengthMM.Factor(metric));

@@ -15,11 +15,13 @@
 namespace texturon {
 namespace {
 
-constexpr char kRatios[] = "ratios";
+QString RatiosName() {
+  return QObject::tr("material ratio");
+}
 
 QCPGraph* RatiosOf(QCustomPlot& plot) {
   for (int i = 0; i < plot.graphCount(); ++i) {
-    if (plot.graph(i)->name() == kRatios) return plot.graph(i);
+    if (plot.graph(i)->name() == RatiosName()) return plot.graph(i);
   }
   return nullptr;
 }
@@ -43,6 +45,7 @@ void DrawAmplitudes(QCustomPlot& plot, const Document& document) {
     classes.push_back({static_cast<double>(classes.size()), amplitude.scaledCount, amplitude.heightUM * factor});
   }
   amplitudes->data()->set(classes, true);
+  amplitudes->setName(QObject::tr("amplitudes"));
   amplitudes->setPen(QPen(CurveColour(4, plot.palette()), 1.5));
 }
 
@@ -93,6 +96,7 @@ void DrawBearingRatio(QCustomPlot& plot, const Document& document) {
   const std::span<const double> sorted = BearingHeights(document);
   plot.xAxis->setRange(0.0, 100.0);
   if (sorted.empty()) return;
+  PutLegendAbove(plot, 2);
   const RkResult& core = document.results.coreRoughness;
   const bool showsCore = choice.showsRatios && choice.profile == ProfileKind::kRoughness && core.valid &&
                          document.settings.display.ShowRkLines;
@@ -100,7 +104,7 @@ void DrawBearingRatio(QCustomPlot& plot, const Document& document) {
   if (choice.showsAmplitudes) DrawAmplitudes(plot, document);
   if (choice.showsRatios) {
     QCPGraph* const ratios = plot.addGraph();
-    ratios->setName(kRatios);
+    ratios->setName(RatiosName());
     ratios->setPen(QPen(CurveColour(0, plot.palette()), 1.5));
     FillRatios(*ratios, document, {0.0, 100.0});
   }
@@ -114,6 +118,7 @@ CTexturonBRCView::CTexturonBRCView(CTexturonDoc& doc, QWidget* parent)
     : CCurveView(doc, {.spectrum = false, .heightCurves = true, .coreRoughness = true}, parent),
       cursors_(new CPlotCursors(Plot(), true)) {
   connect(cursors_, &CPlotCursors::Moved, this, &CTexturonBRCView::Tell);
+  connect(&Plot(), &QCustomPlot::afterLayout, this, [this] { SpreadLabels(Plot()); });
 }
 
 void CTexturonBRCView::Draw() {

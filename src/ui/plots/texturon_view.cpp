@@ -3,13 +3,16 @@
 #include "ui/plots/texturon_view.h"
 
 #include <QEvent>
+#include <QLabel>
 #include <QScrollBar>
+#include <QSettings>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <utility>
 
 #include "base/quantity.h"
+#include "presentation/cursor_measures.h"
 #include "ui/plots/profile_plot.h"
 #include "ui/qt_text.h"
 
@@ -18,6 +21,7 @@ namespace {
 
 /// Steps of the scroll bar along the whole record.
 constexpr double kScrollSteps = 1e6;
+constexpr const char* kMeasuresKey = "cursors/measures";
 
 }  // namespace
 
@@ -27,7 +31,9 @@ CTexturonView::CTexturonView(CTexturonDoc& doc, QWidget* parent)
       heading_(new CHeading(doc, this)),
       graph_(new CClickableProfileGraph(this)),
       transmission_(new CTransmissionInset(this)),
-      scroll_(new QScrollBar(Qt::Horizontal, this)) {
+      scroll_(new QScrollBar(Qt::Horizontal, this)),
+      measures_(new QLabel(this)),
+      showsMeasures_(QSettings().value(kMeasuresKey).toBool()) {
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
@@ -37,6 +43,11 @@ CTexturonView::CTexturonView(CTexturonDoc& doc, QWidget* parent)
   layout->addLayout(head);
   layout->addWidget(graph_, 1);
   layout->addWidget(scroll_);
+  layout->addWidget(measures_);
+  measures_->setObjectName("measures");
+  measures_->setWordWrap(true);
+  measures_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  measures_->setContentsMargins(fontMetrics().averageCharWidth(), 0, 0, 0);
   scroll_->setObjectName("alongX");
   scroll_->setAccessibleName(tr("Place along the profile"));
   connect(&doc_, &CTexturonDoc::Changed, this, &CTexturonView::Update);
@@ -47,6 +58,7 @@ CTexturonView::CTexturonView(CTexturonDoc& doc, QWidget* parent)
     std::transform(texts.begin(), texts.end(), labels.begin(),
                    [](const std::string& text) { return Readable(FromText(text)); });
     graph_->SetCursorLabels(labels);
+    UpdateMeasures();
     emit ReadoutChanged();
   });
   connect(graph_, &CClickableProfileGraph::ViewChanged, this, &CTexturonView::ShowScroll);
@@ -58,6 +70,7 @@ CTexturonView::CTexturonView(CTexturonDoc& doc, QWidget* parent)
   });
   // Not the view's own palette: the graph gets its own before or after that, as it comes.
   graph_->installEventFilter(this);
+  transmission_->installEventFilter(this);
   Update();
 }
 
@@ -72,6 +85,7 @@ void CTexturonView::SetShown(std::size_t curve, bool shown) {
 
 bool CTexturonView::eventFilter(QObject* /*watched*/, QEvent* event) {
   if (event->type() == QEvent::PaletteChange) {
+    // Whichever gets its palette last.
     ApplyPalette(*graph_);
     Update();
   }
@@ -134,6 +148,26 @@ CursorPlaces CTexturonView::Places() const {
 QString CTexturonView::Readout() const {
   const Document& document = doc_.document();
   return Readable(FromText(CursorReadout(document, ReadKind(ShownProfilesOf(document.settings.display)), Places())));
+}
+
+QString CTexturonView::Measures() const {
+  const Document& document = doc_.document();
+  if (!graph_->HasUprightCursors()) return {};
+  return Readable(
+      FromText(MeasureText(document, ReadKind(ShownProfilesOf(document.settings.display)), BetweenCursorsMM())));
+}
+
+void CTexturonView::ShowMeasures(bool shown) {
+  showsMeasures_ = shown;
+  QSettings().setValue(kMeasuresKey, shown);
+  UpdateMeasures();
+}
+
+void CTexturonView::UpdateMeasures() {
+  // They go through the whole record: not for nobody.
+  const QString text = showsMeasures_ ? Measures() : QString();
+  measures_->setText(text);
+  measures_->setVisible(!text.isEmpty());
 }
 
 void CTexturonView::ShowSamplingLength() {

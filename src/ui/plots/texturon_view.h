@@ -14,6 +14,7 @@
 #include "ui/plots/profile_heading.h"
 #include "ui/window/texturon_doc.h"
 
+class QLabel;
 class QScrollBar;
 
 namespace texturon {
@@ -32,6 +33,11 @@ public:
   std::pair<double, double> BetweenCursorsMM() const;
   /// What the cursors say, in one line.
   QString Readout() const;
+  /// What the upright cursors measure, in one line.
+  QString Measures() const;
+  /// Whether that line is shown below the profile; kept from one start to the next.
+  void ShowMeasures(bool shown);
+  bool ShowsMeasures() const { return showsMeasures_; }
   /// Zooms to one sampling length in the middle of what is in view.
   void ShowSamplingLength();
   CTransmissionInset& Transmission() { return *transmission_; }
@@ -47,6 +53,7 @@ private:
   /// Takes the curves anew; what is in view stays unless another record, unit or choice of profiles came.
   void Update();
   void ShowScroll();
+  void UpdateMeasures();
   CursorPlaces Places() const;
 
   CTexturonDoc& doc_;
@@ -54,6 +61,8 @@ private:
   CClickableProfileGraph* graph_;
   CTransmissionInset* transmission_;
   QScrollBar* scroll_;
+  QLabel* measures_;
+  bool showsMeasures_;
   /// What the stretch in view depends on.
   using Basis = std::tuple<std::filesystem::path, bool, ShownProfiles, bool, double, double, bool>;
 

@@ -84,8 +84,14 @@ int CGridCtrl::Groups() const {
 }
 
 void CGridCtrl::Fit() {
-  const int room = viewport()->width();
-  if (room == fittedWidth_) return;
+  // Fewer groups are more rows, whose scroll bar takes of the width: it is fitted in again, but not for ever.
+  if (isFitting_) return;
+  isFitting_ = true;
+  for (int round = 0; round < 2 && viewport()->width() != fittedWidth_; ++round) FitInto(viewport()->width());
+  isFitting_ = false;
+}
+
+void CGridCtrl::FitInto(int room) {
   fittedWidth_ = room;
   setUpdatesEnabled(false);
   int width = LayOut(mostGroups_);

@@ -50,6 +50,7 @@ protected:
 private:
   /// Lays out as many groups as fit.
   void Fit();
+  void FitInto(int room);
   int LayOut(int groups);
   void LayOutGroup(int group);
   void SetCell(int row, int column, const Record& record, int cell);
@@ -60,6 +61,7 @@ private:
   QList<Record> records_;
   int mostGroups_ = 1;
   int fittedWidth_ = -1;
+  bool isFitting_ = false;
   int rowsOfGroup_ = 0;
   QList<int> groupOfColumn_;  ///< -1: the gap between two groups
 };

@@ -3,7 +3,10 @@
 // The View menu of the main window.
 
 #include <QActionGroup>
+#include <QApplication>
+#include <QClipboard>
 #include <QMenuBar>
+#include <QStatusBar>
 #include <tuple>
 #include <utility>
 
@@ -140,6 +143,22 @@ void CMainFrame::MakeCursorMenu(QMenu& menu) {
           doc_->ReplaceDisplay(std::move(display));
         });
   }
+  QAction* const measures = AddAction(menu, {.name = "measureBetweenCursors",
+                                             .text = tr("&Measure Between X Cursors"),
+                                             .keys = QKeySequence(Qt::CTRL | Qt::Key_M),
+                                             .tip = tr("Step height, angle and radius, in a line below the profile.")});
+  measures->setCheckable(true);
+  measures->setChecked(view_->ShowsMeasures());
+  connect(measures, &QAction::toggled, this, [this](bool on) { view_->ShowMeasures(on); });
+  AddCommand(menu,
+             {.name = "copyMeasures",
+              .text = tr("C&opy Measures"),
+              .tip = tr("Puts what the X cursors measure on the clipboard."),
+              .needsProfile = true},
+             [this] {
+               QApplication::clipboard()->setText(view_->Measures());
+               statusBar()->showMessage(view_->Measures(), 5'000);
+             });
   AddCommand(menu,
              {.name = "fetchCursors",
               .text = tr("&Fetch Cursors"),
