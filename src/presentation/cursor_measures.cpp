@@ -64,8 +64,7 @@ std::optional<double> FitRadius(std::span<const double> heights, double heightFa
 }
 
 /// z = u + v x + h d by least squares, d being 1 between the cursors and 0 beside them; h and v.
-std::optional<std::pair<double, double>> FitStep(std::span<const double> heights, std::size_t first,
-                                                 std::size_t last) {
+std::optional<std::pair<double, double>> FitStep(std::span<const double> heights, std::size_t first, std::size_t last) {
   if (first == 0 && last + 1 == heights.size()) return std::nullopt;
   // Taking the mean of each part out leaves one slope for both.
   std::array<double, 2> count{}, x{}, z{};
@@ -105,7 +104,8 @@ std::optional<CursorMeasures> MeasureBetween(std::span<const double> heightsUM, 
   CursorMeasures measures;
   measures.angleDegrees = Atan(line.slope / halfUM) * 180.0 / std::numbers::pi;
   measures.lineUM = {line.mean - line.slope, line.mean + line.slope};
-  if (const auto radius = FitRadius(between, 1.0 / halfUM)) measures.radiusMM = *radius * halfUM * kMillimetresPerMicrometre;
+  if (const auto radius = FitRadius(between, 1.0 / halfUM))
+    measures.radiusMM = *radius * halfUM * kMillimetresPerMicrometre;
   if (const auto step = FitStep(heightsUM, first, last)) {
     const auto [height, slope] = *step;
     measures.stepUM = height;

@@ -18,8 +18,8 @@ std::vector<double> Heights(const std::function<double(double)>& of) {
 
 TEST(CursorMeasures, StepAngleAndRadiusAreThoseOfTheShape) {
   // A plateau of 3 um between 400 and 1000 um, on a ground that rises by 1 in 100.
-  const auto step = MeasureBetween(Heights([](double x) { return 0.01 * x + (x >= 400 && x <= 1000 ? 3.0 : 0.0); }), 2.0,
-                                   200, 500);
+  const auto step =
+      MeasureBetween(Heights([](double x) { return 0.01 * x + (x >= 400 && x <= 1000 ? 3.0 : 0.0); }), 2.0, 200, 500);
   ASSERT_TRUE(step && step->stepUM);
   EXPECT_NEAR(*step->stepUM, 3.0, 1e-9);
   EXPECT_NEAR(*step->distanceUM, 3.0 * std::cos(std::atan(0.01)), 1e-9);
@@ -33,8 +33,8 @@ TEST(CursorMeasures, StepAngleAndRadiusAreThoseOfTheShape) {
     EXPECT_NEAR(*arc->radiusMM, sign * 5.0, 1e-6) << "a dome is positive";
   }
   // Noise of the sides and of the plateau goes into the means alone.
-  const auto noisy = MeasureBetween(Heights([](double x) { return std::cos(x) + (x >= 400 && x <= 1000 ? -2.0 : 0.0); }),
-                                    2.0, 200, 500);
+  const auto noisy = MeasureBetween(
+      Heights([](double x) { return std::cos(x) + (x >= 400 && x <= 1000 ? -2.0 : 0.0); }), 2.0, 200, 500);
   EXPECT_NEAR(*noisy->stepUM, -2.0, 0.02);
   EXPECT_FALSE(MeasureBetween(Heights([](double) { return 1.0; }), 2.0, 0, 999)->stepUM) << "there are no sides";
   EXPECT_FALSE(MeasureBetween(Heights([](double) { return 1.0; }), 2.0, 5, 6));

@@ -3,6 +3,7 @@
 // The main window: its keys, its commands that act at once, long computations, and that it agrees with the console
 // program.
 
+#include <QAccessible>
 #include <random>
 
 #include "base/number_text.h"
@@ -102,6 +103,25 @@ TEST_F(MainFrame, KeysAndLettersAreUniqueAndInTheHelp) {
   }
   EXPECT_GE(texts.size(), 8);
   ExpectLettersOfTheirOwn(texts);
+}
+
+TEST_F(MainFrame, WhatTabReachesHasAName) {
+  ASSERT_TRUE(frame_->OpenFile(Sample("ground.lmt")));
+  for (const char* const command : {"splitUpperPane", "splitLowerPane"}) Choose(command);
+  frame_->show();
+  QTest::qWait(20);
+  int stops = 0;
+  for (QWidget* widget = frame_->nextInFocusChain(); widget != frame_.get(); widget = widget->nextInFocusChain()) {
+    if ((widget->focusPolicy() & Qt::TabFocus) == 0 || !widget->isVisible() || widget->window() != frame_.get())
+      continue;
+    if (widget->focusProxy() != nullptr) continue;
+    ++stops;
+    QAccessibleInterface* const told = QAccessible::queryAccessibleInterface(widget);
+    ASSERT_NE(told, nullptr);
+    EXPECT_FALSE(told->text(QAccessible::Name).isEmpty())
+        << widget->metaObject()->className() << " " << widget->objectName().toStdString();
+  }
+  EXPECT_GE(stops, 8);
 }
 
 /// To the last bit.

@@ -62,6 +62,8 @@ TEST_F(Pictures, OfTheSheetsAndDialogs) {
     sheet.Pages().setCurrentIndex(page);
     Take(sheet, "settings-" + sheet.Pages().Title(page).remove(' ').toLower());
   }
+  sheet.Pages().setCurrentIndex(1);
+  Take(*frame_, "settings-docked");
   Choose("bearingRatiosAndHtp");
   Take(Child<CBearingRatioSheet>(*frame_), "bearing-ratios");
   Choose("autoLoadingSettings");

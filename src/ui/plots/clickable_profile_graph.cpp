@@ -86,6 +86,7 @@ void CClickableProfileGraph::OnLayout() {
   }
   LabelEnds();
   Thin();
+  FitTicks(*this);
   if (cursors_[0] != nullptr) PlaceLabels();
   // As many names side by side as there is room for.
   int widest = 1;
@@ -522,6 +523,15 @@ protected:
 Qt::Orientations WheelZoom(Qt::KeyboardModifiers keys) {
   if (keys.testFlag(Qt::ShiftModifier)) return Qt::Horizontal | Qt::Vertical;
   return keys.testFlag(Qt::ControlModifier) ? Qt::Vertical : Qt::Horizontal;
+}
+
+void FitTicks(QCustomPlot& plot) {
+  constexpr int kUsual = 5;
+  const int fitting = plot.axisRect()->height() / (2 * plot.fontMetrics().height());
+  const int count = std::clamp(fitting, 1, kUsual);
+  if (plot.yAxis->ticker()->tickCount() == count) return;
+  plot.yAxis->ticker()->setTickCount(count);
+  plot.replot(QCustomPlot::rpQueuedReplot);
 }
 
 QSharedPointer<QCPAxisTicker> MakeTicker() {

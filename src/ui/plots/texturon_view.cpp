@@ -34,6 +34,7 @@ CTexturonView::CTexturonView(CTexturonDoc& doc, QWidget* parent)
       scroll_(new QScrollBar(Qt::Horizontal, this)),
       measures_(new QLabel(this)),
       showsMeasures_(QSettings().value(kMeasuresKey).toBool()) {
+  graph_->setAccessibleName(tr("Profiles"));
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);

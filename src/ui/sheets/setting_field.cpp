@@ -70,7 +70,7 @@ void CSettingField::MakeEditor() {
     const bool isText = place_.key->binding.type == SettingType::kText;
     const int character = line_->fontMetrics().averageCharWidth();
     if (!isText && isCell_) line_->setMaximumWidth(character * 15);
-    line_->setMinimumWidth(character * (isCell_ ? 8 : 12));
+    line_->setMinimumWidth(character * (isCell_ ? 7 : 12));
     row->addWidget(line_, 2);
     connect(line_, &QLineEdit::textEdited, this, &CSettingField::Take);
     connect(line_, &QLineEdit::editingFinished, this, [this] { before_.reset(); });

@@ -22,7 +22,8 @@ namespace texturon {
 namespace {
 
 QString ColumnTitle(const SettingKey& key, bool metric) {
-  const QString title = QObject::tr(key.entry.columnTitle);
+  // In several lines, so that ten rows of nine columns fit a small screen.
+  const QString title = QObject::tr(key.entry.columnTitle).replace(' ', '\n');
   const QString unit = FromText(EntryUnit(key, metric));
   return unit.isEmpty() ? title : QString("%1\n%2").arg(title, unit);
 }

@@ -292,8 +292,8 @@ void CSettingsSheet::ShowParameter(const QString& name) {
 
 CBearingRatioSheet::CBearingRatioSheet(CTexturonDoc& doc, QWidget* parent)
     : CLiveSheet(doc, tr("Bearing Ratios and Htp"), parent) {
-  AddPage(new CPBearingRatioPage(Working()), tr("Primary Bearing Ratios"));
-  AddPage(new CRBearingRatioPage(Working()), tr("Roughness Bearing Ratios"));
+  AddPage(new CPBearingRatioPage(Working()), tr("Primary Ratios"));
+  AddPage(new CRBearingRatioPage(Working()), tr("Roughness Ratios"));
   AddPage(new CPagePHtp(Working()), tr("Primary Htp"));
   AddPage(new CPageRHtp(Working()), tr("Roughness Htp"));
 }
