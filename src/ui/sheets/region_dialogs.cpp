@@ -103,7 +103,7 @@ void CRegionDialog::AddEntry(QFormLayout& form, const QString& title, double Reg
   auto* const line = new QLineEdit(FromText(RegionLengthText(region_.*length, metric)), this);
   line->setFixedWidth(line->fontMetrics().averageCharWidth() * 22);
   auto* const reason = new QLabel(this);
-  reason->setStyleSheet(QString("color: %1;").arg(kFaultColour));
+  reason->setStyleSheet(QString("color: %1;").arg(WarningColour(IsDark(palette())).name()));
   row->addWidget(line);
   row->addWidget(new QLabel(FromText(kLengthMM.Unit(metric)), this));
   row->addWidget(reason, 1);
