@@ -6,6 +6,7 @@
 #include <QRegularExpression>
 #include <QScreen>
 #include <QWidget>
+#include <algorithm>
 
 #include "base/charset.h"
 #include "platform/platform.h"
@@ -51,6 +52,9 @@ void Replace(QString& text, const QRegularExpression& pattern, const Make& made)
 }  // namespace
 
 QString Readable(QString text) {
+  // Most numbers of an axis, at every pan.
+  const auto isPlain = [](QChar letter) { return letter.isDigit() || letter == '.'; };
+  if (std::all_of(text.cbegin(), text.cend(), isPlain)) return text;
   static const QRegularExpression zero("(?<![\\w.\\-])-(?=0(\\.0*)?(?![\\w.]))");
   static const QRegularExpression exponent("(?<=[0-9])[eE]([+-]?)0*([0-9]+)(?![\\w.])");
   static const QRegularExpression unit("\\b(m|mm|\u00B5m|in|\u00B5in)(-?[2-9])\\b");

@@ -96,6 +96,7 @@ void CClickableProfileGraph::OnLayout() {
   const int inARow = std::clamp(width() / (widest + legend->iconSize().width() + 3 * fontMetrics().height()), 1, 5);
   if (legend->wrap() == inARow) return;
   legend->setWrap(inARow);
+  legend->setFillOrder(legend->fillOrder(), true);
   replot(rpQueuedReplot);
 }
 

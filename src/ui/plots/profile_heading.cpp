@@ -62,8 +62,17 @@ void CHeading::Update() {
 
 void CHeading::ShowVerdict() {
   const VerdictCount count = doc_.HasProfile() ? CountVerdicts(doc_.document()) : VerdictCount();
-  verdict_->setVisible(count.judged > 0);
-  if (count.judged == 0) return;
+  verdict_->setVisible(doc_.HasProfile());
+  const QString shape = "border-radius: 3px; padding: 3px 8px; ";
+  if (count.judged == 0) {
+    verdict_->setText(tr("No limits set"));
+    verdict_->setAccessibleName(verdict_->text());
+    verdict_->setToolTip(tr("Limits are entered on the page Parameters of the settings."));
+    verdict_->setEnabled(false);
+    verdict_->setStyleSheet("QPushButton { border: 1px solid palette(mid); color: palette(window-text); " + shape +
+                            "}");
+    return;
+  }
   const bool isBad = count.failed > 0;
   const int judged = static_cast<int>(count.judged);
   QString text = tr("%1 of %n toleranced parameters out of tolerance", nullptr, judged).arg(count.failed);
@@ -72,9 +81,8 @@ void CHeading::ShowVerdict() {
   verdict_->setAccessibleName(text);
   verdict_->setToolTip(isBad ? tr("Shows the first row that is out of tolerance.") : QString());
   verdict_->setEnabled(isBad);
-  verdict_->setStyleSheet(QString("QPushButton { background: %1; color: %2; border: none; border-radius: 3px;"
-                                  " padding: 3px 8px; font-weight: bold; }")
-                              .arg(VerdictGround(!isBad).name(), QColor(Qt::white).name()));
+  verdict_->setStyleSheet(QString("QPushButton { background: %1; color: %2; border: none; font-weight: bold; %3}")
+                              .arg(VerdictGround(!isBad).name(), QColor(Qt::white).name(), shape));
 }
 
 void CHeading::resizeEvent(QResizeEvent* event) {
