@@ -5,7 +5,9 @@
 #include <set>
 
 #include "settings/setting_entry.h"
+#include "settings/settings_text.h"
 #include "ui/sheets/parameters_page.h"
+#include "ui/sheets/presets.h"
 #include "ui/sheets/region_dialogs.h"
 #include "ui/sheets/settings_sheet.h"
 #include "ui/sheets/shape_pages.h"
@@ -309,6 +311,14 @@ TEST_F(SettingsSheet, DefaultsAndPresetsAreOneEdit) {
   EXPECT_EQ(Analysis().LcCutoffMM, 2.5) << "of another page";
   sheet.TakeDefaults(true);
   EXPECT_EQ(Analysis(), MakeDocument().settings.analysis);
+  EXPECT_GE(ListPresets().size(), 5);
+  for (const Preset& preset : ListPresets()) {
+    EXPECT_FALSE(preset.title.isEmpty() || preset.remark.isEmpty()) << preset.file.toStdString();
+    QFile file(preset.file);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    Settings read;
+    EXPECT_TRUE(LoadSettingsText(IniFile(file.readAll().toStdString()), read).empty()) << preset.file.toStdString();
+  }
   auto& presets = Child<QMenu>(sheet, "presets");
   const auto choose = [&presets](const QString& title) {
     emit presets.aboutToShow();
