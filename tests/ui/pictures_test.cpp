@@ -50,6 +50,8 @@ TEST_F(Pictures, OfTheMainWindow) {
     Take(*frame_, QString(command) + "-dark");
     EXPECT_EQ(frame_->LowerCurves().View().Plot().grab().toImage().pixelColor(2, 2), ground);
     EXPECT_EQ(frame_->View().Graph().grab().toImage().pixelColor(2, 2), ground);
+    const QString ink = frame_->palette().color(QPalette::WindowText).name();
+    EXPECT_TRUE(frame_->View().Heading().Verdict().styleSheet().contains(ink)) << "words follow the ground";
     QApplication::setPalette(light);
   }
 }

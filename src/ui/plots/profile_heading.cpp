@@ -2,6 +2,7 @@
 
 #include "ui/plots/profile_heading.h"
 
+#include <QEvent>
 #include <QHBoxLayout>
 #include <algorithm>
 
@@ -69,8 +70,8 @@ void CHeading::ShowVerdict() {
     verdict_->setAccessibleName(verdict_->text());
     verdict_->setToolTip(tr("Limits are entered on the page Parameters of the settings."));
     verdict_->setEnabled(false);
-    verdict_->setStyleSheet("QPushButton { border: 1px solid palette(mid); color: palette(window-text); " + shape +
-                            "}");
+    const QColor ink = palette().color(QPalette::Active, QPalette::WindowText);
+    verdict_->setStyleSheet(QString("QPushButton { border: 1px solid %1; color: %1; %2}").arg(ink.name(), shape));
     return;
   }
   const bool isBad = count.failed > 0;
@@ -83,6 +84,11 @@ void CHeading::ShowVerdict() {
   verdict_->setEnabled(isBad);
   verdict_->setStyleSheet(QString("QPushButton { background: %1; color: %2; border: none; font-weight: bold; %3}")
                               .arg(VerdictGround(!isBad).name(), QColor(Qt::white).name(), shape));
+}
+
+void CHeading::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) ShowVerdict();
 }
 
 void CHeading::resizeEvent(QResizeEvent* event) {

@@ -28,6 +28,7 @@ signals:
   void VerdictClicked();
 
 protected:
+  void changeEvent(QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 
 private:
