@@ -2,6 +2,7 @@
 
 #include "analysis/edit_history.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace texturon {
@@ -43,8 +44,25 @@ void EditHistory::Note(UndoPoint former) {
   former_.erase(former_.begin(), former_.end() - static_cast<std::ptrdiff_t>(kept));
 }
 
-void EditHistory::DropIfBack(const UndoPoint& present) {
-  if (!former_.empty() && former_.back() == present) former_.pop_back();
+bool EditHistory::GoBackIfUndone(const UndoPoint& present, UndoPoint last) {
+  if (former_.empty() || former_.back() != present) return false;
+  former_.pop_back();
+  later_.push_back(std::move(last));
+  return true;
+}
+
+void EditHistory::CarryOver(const UndoPoint& present) {
+  for (std::deque<UndoPoint>* const points : {&former_, &later_}) {
+    for (UndoPoint& point : *points) {
+      point.identification = present.identification;
+      point.inverted = present.inverted;
+      point.request.scope.region = present.request.scope.region;
+      point.request.scope.exclusion = present.request.scope.exclusion;
+    }
+    // The nearest state stands last in either; going there must change something.
+    points->erase(std::unique(points->begin(), points->end()), points->end());
+    while (!points->empty() && points->back() == present) points->pop_back();
+  }
 }
 
 UndoPoint EditHistory::GoBack(UndoPoint present) {

@@ -33,14 +33,18 @@ public:
 
   /// Keeps the state that an edit has left. What had been taken back before is gone.
   void Note(UndoPoint former);
-  /// Forgets the last edit where all of it has been undone by hand: `present` is what it had left.
-  void DropIfBack(const UndoPoint& present);
+  /// Where all of the last edit has been undone by hand, so that `present` is what it had left: takes it back, as
+  /// GoBack would, so that `last` can be made again. Returns whether that was so.
+  bool GoBackIfUndone(const UndoPoint& present, UndoPoint last);
   bool CanGoBack() const { return !former_.empty(); }
   bool CanGoForward() const { return !later_.empty(); }
   /// The state to restore in place of `present`; only where it can go there.
   UndoPoint GoBack(UndoPoint present);
   UndoPoint GoForward(UndoPoint present);
   void Clear();
+  /// After another record came: what is told of the former one (name, sign, places in it) becomes that of `present`,
+  /// what is told of the analysis stays. States that differed by nothing else are gone.
+  void CarryOver(const UndoPoint& present);
 
 private:
   std::deque<UndoPoint> former_;

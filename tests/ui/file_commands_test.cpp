@@ -128,7 +128,12 @@ TEST_F(FileCommands, EditsAreTakenBackAndMadeAgain) {
   for (int i = 0; i < 4; ++i) Choose("redo");
   EXPECT_EQ(UndoPointOf(InForce()), end);
   ASSERT_TRUE(frame_->OpenFile(Sample("turned.lmt")));
-  EXPECT_FALSE(Doc().CanUndo()) << "another record";
+  EXPECT_EQ(asked_.size(), 1) << "name and sign go with the record";
+  // What was done to the settings can still be taken back.
+  Choose("undo");
+  EXPECT_EQ(InForce().settings.analysis.LcCutoffMM, 0.8);
+  EXPECT_EQ(InForce().profiles.identification, "Turned; generated");
+  EXPECT_FALSE(InForce().profiles.inverted || Doc().CanUndo());
 }
 
 TEST_F(FileCommands, CopiesThePanesAsTheyAreSeenAndTheTable) {

@@ -3,6 +3,7 @@
 // The main window: its keys, its commands that act at once, long computations, and that it agrees with the console
 // program.
 
+#include <QAccessible>
 #include <random>
 
 #include "base/number_text.h"
@@ -24,7 +25,7 @@ TEST_F(MainFrame, CommandsChangeTheDocument) {
   EXPECT_EQ(InForce().profiles.raw.front(), -first);
   Choose("metric");
   EXPECT_FALSE(InForce().settings.display.Metric);
-  EXPECT_EQ(frame_->ParamView().Grid().item(1, 2)->text(), FromText("\xB5in"));
+  EXPECT_EQ(frame_->ParamView().Grid().Records()[1].cells[2], FromText("\xB5in"));
   Choose("metric");
   frame_->View().Graph().xAxis->setRange(1.0, 3.0);
   Choose("computeOnZoom");
@@ -96,6 +97,25 @@ TEST_F(MainFrame, KeysAndLettersAreUniqueAndInTheHelp) {
   }
   EXPECT_GE(texts.size(), 8);
   ExpectLettersOfTheirOwn(texts);
+}
+
+TEST_F(MainFrame, WhatTabReachesHasAName) {
+  ASSERT_TRUE(frame_->OpenFile(Sample("ground.lmt")));
+  for (const char* const command : {"splitUpperPane", "splitLowerPane"}) Choose(command);
+  frame_->show();
+  QTest::qWait(20);
+  int stops = 0;
+  for (QWidget* widget = frame_->nextInFocusChain(); widget != frame_.get(); widget = widget->nextInFocusChain()) {
+    if ((widget->focusPolicy() & Qt::TabFocus) == 0 || !widget->isVisible() || widget->window() != frame_.get())
+      continue;
+    if (widget->focusProxy() != nullptr) continue;
+    ++stops;
+    QAccessibleInterface* const told = QAccessible::queryAccessibleInterface(widget);
+    ASSERT_NE(told, nullptr);
+    EXPECT_FALSE(told->text(QAccessible::Name).isEmpty())
+        << widget->metaObject()->className() << " " << widget->objectName().toStdString();
+  }
+  EXPECT_GE(stops, 8);
 }
 
 /// To the last bit.

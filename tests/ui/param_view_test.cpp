@@ -14,11 +14,17 @@ class ParamView : public WindowTest {
 protected:
   ParamView() : WindowTest("ground.lmt") {}
 
+  /// All but one, so that every row stands where the settings have it.
+  void ChooseEach() {
+    Change([](AnalysisSettings& analysis) { analysis.parameters.back().selected = false; });
+  }
   CGridCtrl& Grid() { return frame_->ParamView().Grid(); }
   const QStringList& Cells(qsizetype record) { return Grid().Records()[record].cells; }
 };
 
-TEST_F(ParamView, StandsInAnyNumberOfColumns) {
+TEST_F(ParamView, StandsInAnyNumberOfColumnsThatFit) {
+  ChooseEach();
+  frame_->resize(3000, 800);
   const std::vector<ShownRow> rows = ShownRows(InForce());
   const QString text = Grid().AsText();
   for (int columns = 1; columns <= 6; ++columns) {
@@ -29,15 +35,47 @@ TEST_F(ParamView, StandsInAnyNumberOfColumns) {
       for (int row = 0; row < Grid().rowCount() && i < rows.size(); ++row, ++i) {
         ASSERT_EQ(Grid().item(row, column)->text(), FromText(rows[i].title)) << columns;
         const QString value = rows[i].value.empty() ? QString::fromUtf8("\u2013") : FromText(rows[i].value);
-        ASSERT_EQ(Grid().item(row, column + 1)->text(), value) << columns;
+        ASSERT_EQ(Grid().item(row, column + 1)->text(), Readable(value)) << columns;
       }
     }
     EXPECT_EQ(i, rows.size());
     EXPECT_EQ(Grid().AsText(), text) << "however they stand";
+    EXPECT_EQ(Grid().Groups(), columns);
+    EXPECT_EQ(Grid().horizontalHeader()->length(), Grid().viewport()->width()) << "they fill the width";
   }
+  frame_->resize(700, 600);
+  EXPECT_LT(Grid().Groups(), 6);
+  EXPECT_LE(Grid().horizontalHeader()->length(), Grid().viewport()->width());
+}
+
+TEST_F(ParamView, ShowsTheCommonOnesUntilSomebodyChooses) {
+  const auto names = [this] {
+    QStringList all;
+    for (const CGridCtrl::Record& record : Grid().Records()) all << record.cells[0];
+    return all;
+  };
+  EXPECT_EQ(names(), QString("Roughness, R|Ra|Rt|Rp|Rv|Rq|Rsk|Rku|RzDIN|Rsm|Rk|Rpk|Rvk|Rmr1|Rmr2|"
+                             "Primary profile, P|Pt|Waviness, W|Wt")
+                         .split('|'));
+  EXPECT_FALSE(Grid().AsText().contains("Roughness")) << "headings are not copied";
+  Change([](AnalysisSettings& analysis) { analysis.parameters[20].tolerance.toleranced = true; });
+  const QString limited = FromText(InForce().settings.analysis.parameters[20].name);
+  EXPECT_TRUE(names().contains(limited)) << "what has limits is seen";
+  Choose("tolerancedFirst");
+  EXPECT_EQ(names().front(), limited);
+  Child<QToolButton>(*frame_, "allParametersButton").click();
+  EXPECT_TRUE(Child<QAction>(*frame_, "allParameters").isChecked());
+  EXPECT_EQ(frame_->ParamView().Choice().showsAll, true);
+  EXPECT_EQ(Grid().AsText().count('\n'), 108);
+  Change([](AnalysisSettings& analysis) {
+    for (ParameterSelection& row : analysis.parameters) row.selected = row.name == "Wseg" || row.name == "Ra";
+  });
+  Choose("allParameters");
+  EXPECT_EQ(names(), QStringList({"Wseg", "Ra"})) << "in the order of the settings";
 }
 
 TEST_F(ParamView, CopiesTheSelectedRecordsWhole) {
+  ChooseEach();
   Grid().clearSelection();
   for (const int row : {4, 2}) Grid().item(row, 0)->setSelected(true);
   EXPECT_EQ(Grid().AsText(), Cells(2).join('\t') + '\n' + Cells(4).join('\t') + '\n');
@@ -57,6 +95,7 @@ TEST_F(ParamView, RowsOutOfToleranceStandOut) {
 }
 
 TEST_F(ParamView, AsksForTheSettingsOfARecord) {
+  ChooseEach();
   const QSignalSpy asked(&frame_->ParamView(), &CTexturonParamView::ParameterActivated);
   const QRect cell = Grid().visualItemRect(Grid().item(3, 1));
   QTest::mouseClick(Grid().viewport(), Qt::LeftButton, {}, cell.center());
@@ -69,7 +108,7 @@ TEST_F(ParamView, AsksForTheSettingsOfARecord) {
   const auto& table = Child<QTableWidget>(*Child<CSettingsSheet>(*frame_).Pages().currentWidget(), "parameters");
   EXPECT_TRUE(table.isVisible());
   EXPECT_EQ(table.item(table.currentRow(), 0)->text(), Cells(5)[0]);
-  EXPECT_EQ(table.horizontalHeaderItem(table.currentColumn())->text(), "Lower limit");
+  EXPECT_EQ(table.horizontalHeaderItem(table.currentColumn())->text(), "Lower\nlimit");
 }
 
 TEST_F(ParamView, BearingRatiosAreTitledAsChosen) {

@@ -50,6 +50,8 @@ TEST_F(Pictures, OfTheMainWindow) {
     Take(*frame_, QString(command) + "-dark");
     EXPECT_EQ(frame_->LowerCurves().View().Plot().grab().toImage().pixelColor(2, 2), ground);
     EXPECT_EQ(frame_->View().Graph().grab().toImage().pixelColor(2, 2), ground);
+    const QString ink = frame_->palette().color(QPalette::WindowText).name();
+    EXPECT_TRUE(frame_->View().Heading().Verdict().styleSheet().contains(ink)) << "words follow the ground";
     QApplication::setPalette(light);
   }
 }
@@ -60,8 +62,10 @@ TEST_F(Pictures, OfTheSheetsAndDialogs) {
   auto& sheet = Child<CSettingsSheet>(*frame_);
   for (int page = 0; page < sheet.Pages().count(); ++page) {
     sheet.Pages().setCurrentIndex(page);
-    Take(sheet, "settings-" + sheet.Pages().tabText(page).remove('&').remove(' ').toLower());
+    Take(sheet, "settings-" + sheet.Pages().Title(page).remove(' ').toLower());
   }
+  sheet.Pages().setCurrentIndex(1);
+  Take(*frame_, "settings-docked");
   Choose("bearingRatiosAndHtp");
   Take(Child<CBearingRatioSheet>(*frame_), "bearing-ratios");
   Choose("autoLoadingSettings");

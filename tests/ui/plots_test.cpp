@@ -9,6 +9,7 @@
 #include "ui/plots/texturon_brc_view.h"
 #include "ui/plots/texturon_spect_view.h"
 #include "ui/plots/texturon_view.h"
+#include "ui/tables/texturon_param_view.h"
 #include "ui/window_fixture.h"
 
 namespace texturon {
@@ -39,8 +40,15 @@ TEST_F(ProfileView, CursorsAreGrabbedAndReadOut) {
   QTest::keyClick(&Graph(), Qt::Key_C);
   QTest::keyClick(&Graph(), Qt::Key_Right, Qt::ControlModifier);
   EXPECT_GT(Graph().UprightCursors().second, second) << "by keys";
+  auto& measures = Child<QLabel>(*frame_, "measures");
+  EXPECT_TRUE(measures.isHidden());
+  Choose("measureBetweenCursors");
+  EXPECT_TRUE(measures.text().startsWith("Between the cursors:  step ")) << measures.text().toStdString();
+  Choose("copyMeasures");
+  EXPECT_EQ(QApplication::clipboard()->text(), measures.text());
   Choose("xCursors");
   EXPECT_FALSE(readout.text().contains("X1"));
+  EXPECT_TRUE(measures.isHidden());
 }
 
 TEST_F(ProfileView, ComputesAndExcludesBetweenCursors) {
@@ -51,6 +59,17 @@ TEST_F(ProfileView, ComputesAndExcludesBetweenCursors) {
   EXPECT_EQ(InForce().profiles.computeRange, IndexRange::FromEnds(2000, 6000));
   Choose("computeAll");
   EXPECT_FALSE(InForce().scope.exclusion);
+  // The record stays in view whatever is computed over, and showing all means all of it.
+  Choose("show1");
+  Choose("show3");
+  Graph().SetUprightCursors(3.0, 1.0);
+  for (const char* const command : {"computeBetweenXCursors", "showAll"}) {
+    Choose(command);
+    EXPECT_EQ(Graph().WholeX().lower, 0.0) << command;
+    EXPECT_NEAR(Graph().WholeX().upper, 3.9995, 1e-9) << command;
+    EXPECT_EQ(Graph().VisibleX(), Graph().WholeX()) << command;
+  }
+  Choose("computeAll");
   // What is refused changes nothing.
   Graph().SetUprightCursors(1.0, 1.001);
   Choose("computeBetweenXCursors");
@@ -94,6 +113,34 @@ TEST_F(ProfileView, ZoomsGoBackOneByOne) {
   EXPECT_EQ(bar.maximum(), 0) << "all is in view";
 }
 
+TEST_F(ProfileView, TheWheelZoomsAlongXAndOnlyWithKeysAlongTheHeights) {
+  const QPointF place = Graph().axisRect()->center();
+  const std::tuple<Qt::KeyboardModifiers, bool, bool> cases[] = {
+      {Qt::NoModifier, true, false}, {Qt::ControlModifier, false, true}, {Qt::ShiftModifier, true, true}};
+  for (const auto& [keys, alongX, alongZ] : cases) {
+    const QCPRange x = Graph().xAxis->range();
+    const QCPRange y = Graph().yAxis->range();
+    QWheelEvent wheel(place, Graph().mapToGlobal(place), {}, {0, 120}, Qt::NoButton, keys, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&Graph(), &wheel);
+    EXPECT_EQ(Graph().xAxis->range().size() < x.size(), alongX) << keys;
+    EXPECT_EQ(Graph().yAxis->range().size() < y.size(), alongZ) << keys;
+  }
+}
+
+TEST_F(ProfileView, ReadoutsKeepOffTheFrame) {
+  Choose("yCursors");
+  const QRect inner = Graph().axisRect()->rect().adjusted(6, 6, -6, -6);
+  for (const double x : {0.001, 2.0, 3.999}) {
+    Graph().SetUprightCursors(x, 4.0 - x);
+    for (int i = 0; i < Graph().itemCount(); ++i) {
+      auto* const text = qobject_cast<QCPItemText*>(Graph().item(i));
+      if (text == nullptr || text->layer()->name() != "cursors") continue;
+      const QRectF box(text->topLeft->pixelPosition(), text->bottomRight->pixelPosition());
+      EXPECT_TRUE(QRectF(inner).adjusted(-1, -1, 1, 1).contains(box)) << x << " " << text->text().toStdString();
+    }
+  }
+}
+
 TEST_F(ProfileView, ScalesFollowTheSettings) {
   ChangeDisplay([](DisplaySettings& display) { display.ProfileAutoScale = false; });
   EXPECT_EQ(Graph().yAxis->range().upper, InForce().settings.display.ProfileYMaxUM);
@@ -116,8 +163,19 @@ TEST_F(ProfileView, EqualScalesAreForProfilesWithForm) {
     QTest::qWait(20);
     EXPECT_NEAR(Ratio(), 1.0, 1e-6) << "an arc of 300 um over 5 mm shows its shape in every size of the window";
   }
+  const auto& command = Child<QAction>(*frame_, "aspectRatio");
+  EXPECT_TRUE(command.isChecked());
   Choose("aspectRatio");
   EXPECT_LT(Ratio(), 0.5) << "without, it fills the height";
+  // Where it was only wanted the command makes it so.
+  ASSERT_TRUE(frame_->OpenFile(Sample("ground.lmt")));
+  ChangeDisplay([](DisplaySettings& display) { display.Profile11AspectRatio = true; });
+  EXPECT_FALSE(command.isChecked()) << "wanted, but not in force";
+  Choose("aspectRatio");
+  EXPECT_NEAR(Ratio(), 1.0, 1e-3);
+  EXPECT_TRUE(command.isChecked());
+  Choose("zoomBack");
+  EXPECT_FALSE(command.isChecked());
 }
 
 TEST_F(ProfileView, GivesThePlotThePeaksOfEveryColumn) {
@@ -151,16 +209,40 @@ TEST_F(ProfileView, ShowsTheFormAndSteepSlopes) {
 TEST_F(ProfileView, SaysWhatItShows) {
   const auto file = folder_.Write("own.ini", "[ANALYSIS]\r\nLcCutoffMM=0.25\r\n");
   ASSERT_TRUE(Doc().LoadSettingsFile(file));
-  const auto heading = [this] { return frame_->View().Heading(); };
+  const auto heading = [this] { return frame_->View().Heading().Text(); };
   EXPECT_TRUE(heading().startsWith("Ground; generated"));
   EXPECT_TRUE(heading().contains("own.ini") && !heading().contains(FromPath(file)));
   Choose("showFullIniPath");
   EXPECT_TRUE(heading().contains(FromPath(file)));
   EXPECT_LT(frame_->minimumSizeHint().width(), 900) << "a long path does not widen the window";
+  EXPECT_TRUE(heading().endsWith("Evaluated: 8000 points = 4.0000 mm, from 0.0000 mm to 3.9995 mm"));
+  const auto verdict = [this] { return frame_->View().Heading().Verdict().text(); };
+  EXPECT_EQ(verdict(), "No limits set");
+  Change([](AnalysisSettings& analysis) {
+    for (const std::size_t row : {0, 30}) analysis.parameters[row].tolerance = {.toleranced = true, .upperLimit = 1e9};
+    analysis.parameters[20].tolerance = {.toleranced = true, .upperLimit = -1.0};
+  });
+  EXPECT_TRUE(verdict().endsWith("1 of 3 toleranced parameters out of tolerance")) << verdict().toStdString();
+  frame_->View().Heading().Verdict().click();
+  const CGridCtrl& grid = frame_->ParamView().Grid();
+  EXPECT_EQ(grid.item(grid.currentRow(), grid.currentColumn())->text(), FromText(InForce().catalogue.rows[20].name));
+  Change([](AnalysisSettings& analysis) { analysis.parameters[20].tolerance.upperLimit = 1e9; });
+  EXPECT_TRUE(verdict().endsWith("3 toleranced parameters within tolerance")) << verdict().toStdString();
+  // Without numbers the ends and the division are told.
+  QStringList ends;
+  for (int i = 0; i < Graph().itemCount(); ++i) {
+    const auto* const text = qobject_cast<QCPItemText*>(Graph().item(i));
+    if (text != nullptr && text->layer()->name() == "axes") ends << text->text();
+  }
+  EXPECT_EQ(ends, QStringList({"0.00", "4.00"}));
+  EXPECT_EQ(Graph().xAxis->label(), "X in mm, 1 per division");
   Choose("xAxisValues");
   EXPECT_TRUE(Graph().xAxis->tickLabels());
   const CTransmissionInset& transmission = frame_->View().Transmission();
   EXPECT_TRUE(transmission.isVisible());
+  QTest::mouseClick(&frame_->View().Transmission(), Qt::LeftButton);
+  EXPECT_EQ(frame_->UpperCurves().Chosen(), CCurvePane::kFilters);
+  EXPECT_EQ(frame_->UpperCurves().View().Plot().legend->itemCount(), 3);
   Choose("filterTransmission");
   EXPECT_FALSE(transmission.isVisible());
 }
@@ -225,8 +307,19 @@ TEST_F(Curves, BearingRatioIsReadWithGrabbedLines) {
   EXPECT_NEAR(cursors.X(), 80.0, 0.5) << "the other line stays";
   EXPECT_NEAR(cursors.Y(), -1.0, 0.05);
   EXPECT_EQ(plot.xAxis->range(), QCPRange(0.0, 100.0)) << "grabbing does not drag the view";
-  EXPECT_EQ(view.Readout(), FromText(BearingReadout(InForce(), cursors.X(), cursors.Y())));
+  EXPECT_EQ(view.Readout(), Readable(FromText(BearingReadout(InForce(), cursors.X(), cursors.Y()))));
   EXPECT_EQ(Labels(plot), (QStringList{"Rk", "Mr1", "Mr2", "A1", "A2"}));
+  EXPECT_EQ(plot.legend->itemCount(), 2) << "curves, not areas";
+  std::vector<QRectF> boxes;
+  for (int i = 0; i < plot.itemCount(); ++i) {
+    auto* const label = qobject_cast<QCPItemText*>(plot.item(i));
+    if (label == nullptr) continue;
+    const QRectF box(label->topLeft->pixelPosition(), label->bottomRight->pixelPosition());
+    for (const QRectF& other : boxes) {
+      EXPECT_LT(other.intersected(box).height(), 3.0) << label->text().toStdString();
+    }
+    boxes.push_back(box);
+  }
   Choose("rkLines");
   EXPECT_TRUE(Labels(plot).isEmpty());
   ChangeDisplay([](DisplaySettings& display) { display.BrcAdfType = 5; });
@@ -247,7 +340,7 @@ TEST_F(Curves, TheSpectrumIsReadHarmonicByHarmonic) {
   EXPECT_EQ(view.Cursors().X(), spectrum.wavelengthMM[harmonic]) << "stands on a harmonic";
   EXPECT_NEAR(static_cast<double>(harmonic), 40.0, 1.0);
   QTest::keyClick(&plot, Qt::Key_Right);
-  EXPECT_EQ(view.Readout(), FromText(SpectrumReadout(InForce(), harmonic + 1)));
+  EXPECT_EQ(view.Readout(), Readable(FromText(SpectrumReadout(InForce(), harmonic + 1))));
   for (int i = 0; i < 5; ++i) QTest::keyClick(&plot, Qt::Key_Left, Qt::ControlModifier);
   EXPECT_EQ(view.Cursors().X(), spectrum.wavelengthMM[1]) << "there is none before the first";
 }

@@ -5,7 +5,9 @@
 #include <set>
 
 #include "settings/setting_entry.h"
+#include "settings/settings_text.h"
 #include "ui/sheets/parameters_page.h"
+#include "ui/sheets/presets.h"
 #include "ui/sheets/region_dialogs.h"
 #include "ui/sheets/settings_sheet.h"
 #include "ui/sheets/shape_pages.h"
@@ -178,6 +180,11 @@ TEST_F(SettingsSheet, WhatIsEnteredIsOneEditAndCancelTakesBackOnlyItsOwn) {
   enter("0.5");
   sheet.reject();
   EXPECT_FALSE(Doc().CanUndo()) << "what was cancelled never was";
+  EXPECT_EQ(frame_->statusBar()->currentMessage().toStdString(),
+            "Put back as it was: tension of the spline filter. Redo brings the changes back.");
+  Choose("redo");
+  EXPECT_EQ(Analysis().SplineTension, 0.5);
+  Choose("undo");
   sheet.show();
   enter("0.5");
   ASSERT_TRUE(Doc().LoadSettingsFile(folder_.Write("a.ini", "[ANALYSIS]\nLcCutoffMM=2.5\nStandardLcCutoff=1\n")));
@@ -185,6 +192,18 @@ TEST_F(SettingsSheet, WhatIsEnteredIsOneEditAndCancelTakesBackOnlyItsOwn) {
   sheet.reject();
   EXPECT_EQ(Analysis().SplineTension, preset);
   EXPECT_EQ(Analysis().LcCutoffMM, 2.5);
+}
+
+TEST_F(SettingsSheet, AnEntryThatIsTypedBackIsNoPartOfTheFormerEdit) {
+  Change([](AnalysisSettings& analysis) { analysis.LcCutoffMM = 0.25; });
+  CSettingsSheet& sheet = OpenSettings();
+  for (const char* const tension : {"0.5", "0.625242", "0.25"}) {
+    Enter(sheet, "ANALYSIS.SplineTension", tension);
+    sheet.ApplyNow();
+  }
+  sheet.accept();
+  Choose("undo");
+  EXPECT_EQ(Analysis().LcCutoffMM, 0.25);
 }
 
 TEST_F(SettingsSheet, NeitherEnterNorWheelDisturbsTyping) {
@@ -196,8 +215,144 @@ TEST_F(SettingsSheet, NeitherEnterNorWheelDisturbsTyping) {
   QWheelEvent wheel(place, kinds.mapToGlobal(place), {}, {0, -120}, Qt::NoButton, {}, Qt::NoScrollPhase, false);
   QApplication::sendEvent(&kinds, &wheel);
   EXPECT_EQ(kinds.currentIndex(), before);
+}
+
+TEST_F(SettingsSheet, EnterIsOkWhereverItIsPressed) {
+  CSettingsSheet& sheet = OpenSettings();
+  Enter(sheet, "ANALYSIS.SplineTension", "0.5");
   QTest::keyClick(&Child(Field(sheet, "ANALYSIS.SplineTension")), Qt::Key_Return);
-  EXPECT_TRUE(sheet.isVisible());
+  EXPECT_FALSE(sheet.isVisible());
+  EXPECT_EQ(Analysis().SplineTension, 0.5);
+  const auto before = Analysis().parameters;
+  for (const char* const button : {"Up", "Down", "None"}) {
+    OpenSettings().Pages().setCurrentIndex(2);
+    Child<QTableWidget>(sheet, "parameters").setCurrentCell(3, 0);
+    for (QPushButton* const each : sheet.findChildren<QPushButton*>()) {
+      if (each->text().remove('&') == button) QTest::keyClick(each, Qt::Key_Return);
+    }
+    EXPECT_FALSE(sheet.isVisible()) << button;
+    EXPECT_EQ(Analysis().parameters, before) << button;
+  }
+  OpenSettings();
+  Enter(sheet, "ANALYSIS.SplineTension", "0.25");
+  QTest::keyClick(&Child(Field(sheet, "ANALYSIS.SplineTension")), Qt::Key_Escape);
+  EXPECT_FALSE(sheet.isVisible());
+  EXPECT_EQ(Analysis().SplineTension, 0.5);
+}
+
+TEST_F(SettingsSheet, StandsBesideTheProfileAndFitsAnyScreen) {
+  for (const QSize size : {QSize(1366, 700), QSize(683, 360)}) {
+    MakeFrame(prompts_);
+    frame_->show();
+    frame_->resize(size);
+    CSettingsSheet& sheet = OpenSettings();
+    auto& panel = dynamic_cast<QDockWidget&>(*sheet.parentWidget());
+    EXPECT_EQ(panel.isFloating(), size.width() < 1000) << "beside the profile where that leaves room for it";
+    for (int page = 0; page < sheet.Pages().count(); ++page) {
+      sheet.Pages().setCurrentIndex(page);
+      QTest::qWait(1);
+      const auto& area = dynamic_cast<const QScrollArea&>(*sheet.Pages().widget(page));
+      EXPECT_GE(area.viewport()->width(), area.widget()->minimumSizeHint().width()) << page;
+    }
+    EXPECT_LE(panel.width(), size.width() - (panel.isFloating() ? 0 : 400)) << size.width();
+    EXPECT_LE(frame_->minimumSizeHint().height(), 620) << "with the panel";
+    panel.close();
+    EXPECT_FALSE(sheet.isVisible());
+  }
+}
+
+TEST_F(SettingsSheet, EveryFieldHasANameALetterAndItsTurn) {
+  CSettingsSheet& sheet = OpenSettings();
+  QString menus;
+  for (const QAction* const menu : frame_->menuBar()->actions())
+    menus += QKeySequence::mnemonic(menu->text()).toString();
+  for (int page = 0; page < sheet.Pages().count(); ++page) {
+    sheet.Pages().setCurrentIndex(page);
+    QTest::qWait(1);
+    QStringList letters;
+    for (const QAbstractButton* const button : sheet.findChildren<QAbstractButton*>()) {
+      if (button->isVisible()) letters << QKeySequence::mnemonic(button->text()).toString();
+    }
+    for (const QLabel* const label : sheet.findChildren<QLabel*>()) {
+      if (label->isVisible() && label->buddy() != nullptr) letters << QKeySequence::mnemonic(label->text()).toString();
+    }
+    letters.removeAll("");
+    EXPECT_EQ(QSet<QString>(letters.begin(), letters.end()).size(), letters.size()) << letters.join(' ').toStdString();
+    for (const QString& letter : letters) EXPECT_FALSE(menus.contains(letter)) << letter.toStdString();
+    const QWidget& content = *sheet.Pages().currentWidget();
+    int lowest = -1;
+    QWidget* widget = &sheet.Pages().List();
+    for (int i = 0; i < 300; ++i) {
+      widget = widget->nextInFocusChain();
+      const bool isStop = (widget->focusPolicy() & Qt::TabFocus) != 0 && widget->isVisible() && widget->isEnabled();
+      if (!content.isAncestorOf(widget) || !isStop || widget->focusProxy() != nullptr) continue;
+      const auto* const button = qobject_cast<QAbstractButton*>(widget);
+      const bool isNamed = !widget->accessibleName().isEmpty() || (button != nullptr && !button->text().isEmpty());
+      EXPECT_TRUE(isNamed || qobject_cast<QScrollArea*>(widget) != nullptr)
+          << sheet.Pages().Title(page).toStdString() << ": " << widget->metaObject()->className() << " "
+          << widget->objectName().toStdString();
+      const QPoint place = widget->mapTo(&content, QPoint(0, 0));
+      EXPECT_GE(place.y() + widget->height(), lowest) << "jumps up: " << widget->objectName().toStdString();
+      lowest = place.y();
+    }
+  }
+}
+
+TEST_F(SettingsSheet, DefaultsAndPresetsAreOneEdit) {
+  CSettingsSheet& sheet = OpenSettings();
+  Change([](AnalysisSettings& analysis) {
+    analysis.PolynomialOrder = 5;
+    analysis.LcCutoffMM = 2.5;
+    analysis.parameters[0].selected = false;
+    analysis.asphereCoefficients = {0.0, 1.0};
+  });
+  sheet.TakeDefaults(false);
+  EXPECT_EQ(Analysis().PolynomialOrder, MakeDocument().settings.analysis.PolynomialOrder);
+  EXPECT_EQ(Analysis().LcCutoffMM, 2.5) << "of another page";
+  sheet.TakeDefaults(true);
+  EXPECT_EQ(Analysis(), MakeDocument().settings.analysis);
+  EXPECT_GE(ListPresets().size(), 5);
+  for (const Preset& preset : ListPresets()) {
+    EXPECT_FALSE(preset.title.isEmpty() || preset.remark.isEmpty()) << preset.file.toStdString();
+    QFile file(preset.file);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    Settings read;
+    EXPECT_TRUE(LoadSettingsText(IniFile(file.readAll().toStdString()), read).empty()) << preset.file.toStdString();
+  }
+  auto& presets = Child<QMenu>(sheet, "presets");
+  const auto choose = [&presets](const QString& title) {
+    emit presets.aboutToShow();
+    for (QAction* const action : presets.actions()) {
+      if (action->text().remove('&') == title) return action->trigger();
+    }
+    ADD_FAILURE() << title.toStdString();
+  };
+  choose("Plateau-honed");
+  EXPECT_EQ(Analysis().FilterType, kFilterIso13565);
+  prompts_.textAnswer = "Our bores";
+  choose("Keep as Preset...");
+  choose("Turned, coarse feed");
+  EXPECT_EQ(Analysis().LcCutoffMM, 2.5);
+  choose("Our bores");
+  EXPECT_EQ(Analysis().FilterType, kFilterIso13565);
+  EXPECT_EQ(Analysis().LcCutoffMM, 0.8);
+  sheet.accept();
+  // What the test itself has changed, then what the sheet has.
+  Choose("undo");
+  EXPECT_EQ(Analysis().PolynomialOrder, 5);
+}
+
+TEST_F(SettingsSheet, ProposesACutoffAndTakesItByAClick) {
+  CSettingsSheet& sheet = OpenSettings();
+  sheet.Pages().setCurrentIndex(1);
+  auto& take = Child<QPushButton>(sheet, "cutoffByRsm");
+  ASSERT_TRUE(take.isVisible());
+  EXPECT_TRUE(take.text().remove('&').startsWith("Take 0.08 mm")) << take.text().toStdString();
+  EXPECT_FALSE(Child<QPushButton>(sheet, "cutoffByRa").isVisible()) << "what is in force is right";
+  take.click();
+  sheet.ApplyNow();
+  EXPECT_EQ(Analysis().LcCutoffMM, 0.08);
+  EXPECT_TRUE(Analysis().StandardLcCutoff);
 }
 
 class ShapeSheet : public SettingsSheet {

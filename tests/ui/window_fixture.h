@@ -54,7 +54,7 @@ inline void Type(QLineEdit& line, const QString& text) {
 /// Presses the button of this text.
 inline void Press(const QWidget& window, const QString& text) {
   for (QPushButton* const button : window.findChildren<QPushButton*>()) {
-    if (button->text() == text) return button->click();
+    if (button->text().remove('&') == QString(text).remove('&')) return button->click();
   }
   ADD_FAILURE() << "no button " << text.toStdString();
 }
@@ -107,6 +107,10 @@ protected:
     Environment environment = SystemEnvironment();
     environment.traceFile.clear();
     frame_ = std::make_unique<CMainFrame>(environment, &prompts);
+    frame_->AskAboutUnsavedBy([this](const QString& text) {
+      asked_ << text;
+      return answer_;
+    });
   }
 
   CTexturonDoc& Doc() { return frame_->Doc(); }
@@ -132,6 +136,8 @@ protected:
 
   ScratchFolder folder_;
   ScriptedPrompts prompts_;
+  QStringList asked_;  ///< what was told to be unsaved
+  CMainFrame::Unsaved answer_ = CMainFrame::Unsaved::kDiscard;
   std::unique_ptr<CMainFrame> frame_;
 };
 

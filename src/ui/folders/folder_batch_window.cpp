@@ -23,6 +23,7 @@
 #include "base/number_text.h"
 #include "platform/platform.h"
 #include "settings/settings_text.h"
+#include "ui/colours.h"
 #include "ui/qt_text.h"
 #include "ui/tables/grid_ctrl.h"
 #include "ui/window/file_dialogs.h"
@@ -122,7 +123,7 @@ QVariant CBatchResults::data(const QModelIndex& index, int role) const {
     case Qt::TextAlignmentRole:
       return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
     case Qt::BackgroundRole:
-      return cell.outOfTolerance ? QVariant(QColor(0xD5, 0x5E, 0x00)) : QVariant();
+      return cell.outOfTolerance ? QVariant(VerdictGround(false)) : QVariant();
     case Qt::ForegroundRole:
       return cell.outOfTolerance ? QVariant(QColor(Qt::white)) : QVariant();
     default:

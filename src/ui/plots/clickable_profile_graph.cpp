@@ -7,6 +7,7 @@
 
 #include "parameters/height_statistics.h"
 #include "signal/envelope/column_envelope.h"
+#include "ui/qt_text.h"
 
 namespace texturon {
 namespace {
@@ -30,6 +31,7 @@ CClickableProfileGraph::CClickableProfileGraph(QWidget* parent) : QCustomPlot(pa
   setPlottingHint(QCP::phFastPolylines, true);
   setFocusPolicy(Qt::StrongFocus);
   setMouseTracking(true);
+  for (QCPAxis* const axis : {xAxis, yAxis}) axis->setTicker(MakeTicker());
   ApplyPalette(*this);
   connect(this, &QCustomPlot::afterLayout, this, &CClickableProfileGraph::OnLayout);
   connect(xAxis, qOverload<const QCPRange&>(&QCPAxis::rangeChanged), this, &CClickableProfileGraph::ViewChanged);
@@ -54,6 +56,7 @@ void CClickableProfileGraph::SetCurves(std::span<const Curve> curves, const Whol
     extentY_ = any ? extentY_.expanded(y) : y;
     any = true;
   }
+  if (any && whole.record) extentX_ = extentX_.expanded(*whole.record);
   whole_ = whole;
   fittedFor_ = {};
 }
@@ -81,12 +84,49 @@ void CClickableProfileGraph::OnLayout() {
     FitWhole();
     fittedFor_ = axisRect()->size();
   }
-  const QVector<double> ticks = xAxis->tickVector();
-  if (!showsXValues_ && ticks.size() > 1) {
-    xAxis->setLabel(tr("%1 (%2 per division)").arg(xTitle_).arg(ticks[1] - ticks[0], 0, 'g', 3));
-  }
+  LabelEnds();
   Thin();
+  FitTicks(*this);
   if (cursors_[0] != nullptr) PlaceLabels();
+  // As many names side by side as there is room for.
+  int widest = 1;
+  for (const HeldCurve& curve : curves_) {
+    widest = std::max(widest, QFontMetrics(legend->font()).horizontalAdvance(curve.graph->name()));
+  }
+  const int inARow = std::clamp(width() / (widest + legend->iconSize().width() + 3 * fontMetrics().height()), 1, 5);
+  if (legend->wrap() == inARow) return;
+  legend->setWrap(inARow);
+  legend->setFillOrder(legend->fillOrder(), true);
+  replot(rpQueuedReplot);
+}
+
+void CClickableProfileGraph::LabelEnds() {
+  if (ends_[0] == nullptr) {
+    for (std::size_t i = 0; i < ends_.size(); ++i) {
+      QCPItemText* const end = ends_[i] = new QCPItemText(this);
+      end->setLayer("axes");
+      end->setClipToAxisRect(false);
+      end->position->setType(QCPItemPosition::ptAxisRectRatio);
+      end->position->setCoords(static_cast<double>(i), 1.0);
+      end->setPositionAlignment(Qt::AlignTop | (i == 0 ? Qt::AlignLeft : Qt::AlignRight));
+    }
+  }
+  const QVector<double> ticks = xAxis->tickVector();
+  const bool labels = !showsXValues_ && ticks.size() > 1;
+  for (QCPItemText* const end : ends_) end->setVisible(labels);
+  if (!labels) return;
+  const double division = ticks[1] - ticks[0];
+  xAxis->setLabel(tr("%1, %2 per division").arg(xTitle_).arg(division, 0, 'g', 3));
+  // To a hundredth of a division.
+  const int decimals = std::clamp(2 - static_cast<int>(std::floor(std::log10(division))), 0, 9);
+  const QCPRange view = xAxis->range();
+  for (std::size_t i = 0; i < ends_.size(); ++i) {
+    ends_[i]->setText(Readable(QString::number(i == 0 ? view.lower : view.upper, 'f', decimals)));
+    ends_[i]->setFont(xAxis->labelFont());
+    ends_[i]->setColor(palette().color(QPalette::Text));
+    // Level with the axis's own words.
+    ends_[i]->setPadding(QMargins(0, xAxis->tickLengthOut() + xAxis->labelPadding() - 2, 0, 0));
+  }
 }
 
 void CClickableProfileGraph::Thin() {
@@ -115,16 +155,16 @@ void CClickableProfileGraph::FitWhole() {
   QCPRange x = extentX_;
   QCPRange y = whole_.heights.value_or(HeightsWithMargin());
   if (!(x.size() > 0.0)) x = Centred(x.center(), 1.0);
-  if (whole_.heightUnits && !whole_.heights) {
+  if (whole_.hasEqualScales && !whole_.heights) {
     const double width = std::max(axisRect()->width(), 1);
     const double height = std::max(axisRect()->height(), 1);
     // Length units in a pixel, so that both axes hold their curves.
     const double acrossX = x.size() / width;
-    const double acrossY = y.size() / *whole_.heightUnits / height;
+    const double acrossY = y.size() / whole_.heightsInLength / height;
     if (acrossY >= kLeastShareOfHeight * acrossX) {
       const double unit = std::max(acrossX, acrossY);
       x = Centred(x.center(), unit * width);
-      y = Centred(y.center(), unit * height * *whole_.heightUnits);
+      y = Centred(y.center(), unit * height * whole_.heightsInLength);
     }
   }
   xAxis->setRange(x);
@@ -215,6 +255,24 @@ void CClickableProfileGraph::ShowX(const QCPRange& range) {
   replot();
 }
 
+bool CClickableProfileGraph::IsOneToOne() const {
+  const double across = xAxis->range().size() / std::max(axisRect()->width(), 1);
+  const double up = yAxis->range().size() / std::max(axisRect()->height(), 1) / whole_.heightsInLength;
+  constexpr double kAgreement = 1e-3;
+  return std::abs(up - across) < kAgreement * across;
+}
+
+void CClickableProfileGraph::ShowOneToOne() {
+  if (IsOneToOne()) return;
+  Remember(Now());
+  // Other numbers beside the axis leave another room for the curves.
+  for (int round = 0; round < 3 && !IsOneToOne(); ++round) {
+    const double unit = xAxis->range().size() / std::max(axisRect()->width(), 1);
+    yAxis->setRange(Centred(yAxis->range().center(), unit * axisRect()->height() * whole_.heightsInLength));
+    replot();
+  }
+}
+
 void CClickableProfileGraph::Zoom(double factor) {
   Remember(Now());
   xAxis->scaleRange(factor);
@@ -268,21 +326,36 @@ void CClickableProfileGraph::SetCursorLabels(const std::array<QString, 4>& label
 }
 
 void CClickableProfileGraph::PlaceLabels() {
-  const auto widthOf = [this](const QString& text) {
-    return fontMetrics().boundingRect(QRect(0, 0, 1, 1), Qt::TextDontClip, text).width() + fontMetrics().height();
+  const auto sizeOf = [this](const QString& text) {
+    return fontMetrics().boundingRect(QRect(0, 0, 1, 1), Qt::TextDontClip, text).size() +
+           QSize(fontMetrics().height(), 2);
   };
+  const auto widthOf = [&](const QString& text) { return sizeOf(text).width(); };
+  // Off the frame and its ticks.
+  const double gap = 2.0 * xAxis->tickLengthIn();
+  const QRect frame = axisRect()->rect();
+  const double below = 1.0 - gap / std::max(frame.height(), 1);
   const double between = std::abs(xAxis->coordToPixel(places_[0]) - xAxis->coordToPixel(places_[1]));
   // Between the two cursors where there is room, else beside them.
   const bool isInside = between > widthOf(labels_[0]->text()) + widthOf(labels_[1]->text());
+  // In a small picture they would hide the curves; the status bar has them too.
+  const bool hasRoom = frame.height() > 9 * fontMetrics().height() &&
+                       frame.width() > widthOf(labels_[0]->text()) + widthOf(labels_[1]->text());
   for (std::size_t i = 0; i < labels_.size(); ++i) {
-    labels_[i]->setVisible(cursors_[i]->visible());
+    labels_[i]->setVisible(cursors_[i]->visible() && hasRoom);
     if (i < 2) {
       const bool isLeft = places_[i] < places_[1 - i] || (places_[0] == places_[1] && i == 0);
-      labels_[i]->position->setCoords(places_[i], 1.0);
-      labels_[i]->setPositionAlignment(Qt::AlignBottom | (isLeft == isInside ? Qt::AlignLeft : Qt::AlignRight));
+      bool isRightOfLine = isLeft == isInside;
+      const double pixel = xAxis->coordToPixel(places_[i]);
+      const double room = widthOf(labels_[i]->text()) + gap;
+      if (isRightOfLine ? pixel + room > frame.right() : pixel - room < frame.left()) isRightOfLine = !isRightOfLine;
+      const double beside = isRightOfLine ? std::max(pixel, frame.left() + gap) : std::min(pixel, frame.right() - gap);
+      labels_[i]->position->setCoords(xAxis->pixelToCoord(beside), below);
+      labels_[i]->setPositionAlignment(Qt::AlignBottom | (isRightOfLine ? Qt::AlignLeft : Qt::AlignRight));
     } else {
-      labels_[i]->position->setCoords(0.0, places_[i]);
-      labels_[i]->setPositionAlignment(Qt::AlignLeft | Qt::AlignBottom);
+      labels_[i]->position->setCoords(gap / std::max(frame.width(), 1), places_[i]);
+      const bool fitsAbove = yAxis->coordToPixel(places_[i]) - sizeOf(labels_[i]->text()).height() - gap > frame.top();
+      labels_[i]->setPositionAlignment(Qt::AlignLeft | (fitsAbove ? Qt::AlignBottom : Qt::AlignTop));
     }
   }
 }
@@ -394,8 +467,7 @@ void CClickableProfileGraph::mouseDoubleClickEvent(QMouseEvent* event) {
 
 void CClickableProfileGraph::wheelEvent(QWheelEvent* event) {
   RememberOnce();
-  const bool alongXOnly = event->modifiers().testFlag(Qt::ControlModifier);
-  axisRect()->setRangeZoom(alongXOnly ? Qt::Horizontal : Qt::Horizontal | Qt::Vertical);
+  axisRect()->setRangeZoom(WheelZoom(event->modifiers()));
   QCustomPlot::wheelEvent(event);
 }
 
@@ -438,10 +510,33 @@ void CClickableProfileGraph::keyPressEvent(QKeyEvent* event) {
   QCustomPlot::keyPressEvent(event);
 }
 
-QColor CurveColour(int number) {
-  // After Okabe and Ito, "Color Universal Design" (2008).
-  constexpr QRgb kColours[] = {0xFF0072B2, 0xFFD55E00, 0xFF009E73, 0xFFCC79A7, 0xFFE69F00, 0xFF56B4E9, 0xFF808080};
-  return QColor::fromRgb(kColours[static_cast<std::size_t>(number) % std::size(kColours)]);
+namespace {
+
+class ReadableTicker : public QCPAxisTicker {
+protected:
+  QString getTickLabel(double tick, const QLocale& locale, QChar format, int precision) override {
+    return Readable(QCPAxisTicker::getTickLabel(tick, locale, format, precision));
+  }
+};
+
+}  // namespace
+
+Qt::Orientations WheelZoom(Qt::KeyboardModifiers keys) {
+  if (keys.testFlag(Qt::ShiftModifier)) return Qt::Horizontal | Qt::Vertical;
+  return keys.testFlag(Qt::ControlModifier) ? Qt::Vertical : Qt::Horizontal;
+}
+
+void FitTicks(QCustomPlot& plot) {
+  constexpr int kUsual = 5;
+  const int fitting = plot.axisRect()->height() / (2 * plot.fontMetrics().height());
+  const int count = std::clamp(fitting, 1, kUsual);
+  if (plot.yAxis->ticker()->tickCount() == count) return;
+  plot.yAxis->ticker()->setTickCount(count);
+  plot.replot(QCustomPlot::rpQueuedReplot);
+}
+
+QSharedPointer<QCPAxisTicker> MakeTicker() {
+  return QSharedPointer<ReadableTicker>::create();
 }
 
 void ApplyPalette(QCustomPlot& plot) {

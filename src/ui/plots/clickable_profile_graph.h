@@ -12,10 +12,11 @@
 
 namespace texturon {
 
-/// A graph of curves over millimetres that is looked at with the mouse: the wheel zooms about the pointer (with Ctrl
-/// along X only), the left button drags, Shift and the left button mark what to zoom to, a double click shows all. Two
-/// upright and two level cursors are grabbed with the left button. By keys: + and - zoom, Home shows all, Backspace
-/// goes back to the former view and with Shift forward again, C takes the next cursor and the arrows move it.
+/// A graph of curves over millimetres that is looked at with the mouse: the wheel zooms about the pointer along X, with
+/// Ctrl along the heights, with Shift along both, the left button drags, Shift and the left button mark what to zoom
+/// to, a double click shows all. Two upright and two level cursors are grabbed with the left button. By keys: + and -
+/// zoom, Home shows all, Backspace goes back to the former view and with Shift forward again, C takes the next cursor
+/// and the arrows move it.
 ///
 /// It keeps the heights and gives the plot, for each picture, only those that can be seen in it: the first, last,
 /// lowest and highest of every column of pixels.
@@ -45,15 +46,17 @@ public:
   };
   /// What showing all means.
   struct WholeView {
-    std::optional<QCPRange> heights;    ///< fixed ends of the Y axis
-    std::optional<double> heightUnits;  ///< heights in one length: the same scale for both axes, where the curves then
-                                        ///< fill enough of the height to be seen
+    std::optional<QCPRange> record;   ///< along X, where that is more than the curves
+    std::optional<QCPRange> heights;  ///< fixed ends of the Y axis
+    double heightsInLength = 1.0;     ///< how many units of height are one of length
+    bool hasEqualScales = false;      ///< the same scale for both axes, where the curves then fill enough of the
+                                      ///< height to be seen
   };
   void SetXTitle(const QString& title);
   /// Replaces the curves, to be drawn with the next replot. What is zoomed to stays, and so does that all is shown.
   void SetCurves(std::span<const Curve> curves, const WholeView& whole);
   void SetMarks(std::span<const Mark> marks);
-  /// Without numbers the X axis says how far apart its lines are.
+  /// Without numbers the X axis says where the view ends and how far apart its lines are.
   void ShowXValues(bool shown);
   /// Shows all and, unlike ShowAll, forgets the views before.
   void StartAnew();
@@ -63,6 +66,10 @@ public:
   /// The view that GoBack left.
   void GoForward();
   bool CanGoBack() const { return !back_.empty(); }
+  /// Whether a length along the heights is drawn as long as one along X.
+  bool IsOneToOne() const;
+  /// Makes it so about the middle of the view, even where the curves are then hardly seen.
+  void ShowOneToOne();
   /// Zooms along X to a stretch, with the height as it is.
   void ShowX(const QCPRange& range);
   /// Moves along X; all moves of one pull at a scroll bar are one step back.
@@ -123,6 +130,7 @@ private:
   /// Ends of the Y axis that hold the curves and a little more.
   QCPRange HeightsWithMargin() const;
   void OnLayout();
+  void LabelEnds();
   void Thin();
   void Zoom(double factor);
   void MakeCursors();
@@ -142,7 +150,8 @@ private:
   std::vector<View> back_;
   std::vector<View> forward_;
   View pressed_;
-  QElapsedTimer sinceStep_;  ///< of the wheel or a scroll bar
+  QElapsedTimer sinceStep_;             ///< of the wheel or a scroll bar
+  std::array<QCPItemText*, 2> ends_{};  ///< numbers at the ends of the X axis
   std::vector<QCPAbstractItem*> marks_;
   /// Two upright ones, then two level ones.
   std::array<QCPItemStraightLine*, 4> cursors_{};
@@ -152,8 +161,15 @@ private:
   std::size_t active_ = 0;
 };
 
-/// Colours of the profiles, told apart with any colour vision, on light and dark ground.
-QColor CurveColour(int number);
+/// Along which axes the wheel zooms while these keys are held.
+Qt::Orientations WheelZoom(Qt::KeyboardModifiers keys);
+
+/// Of an axis whose numbers are written as everywhere on the screen.
+QSharedPointer<QCPAxisTicker> MakeTicker();
+
+/// As many numbers up the axis as stand clear of each other; draws again where that is another number of them. To be
+/// called when the plot has been laid out.
+void FitTicks(QCustomPlot& plot);
 
 /// Takes axes, grid and ground from the palette in force.
 void ApplyPalette(QCustomPlot& plot);

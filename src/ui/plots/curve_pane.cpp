@@ -9,6 +9,7 @@
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
+#include "ui/plots/filter_view.h"
 #include "ui/plots/motif_view.h"
 #include "ui/plots/probability_graph.h"
 #include "ui/plots/texturon_brc_view.h"
@@ -18,9 +19,9 @@ namespace texturon {
 namespace {
 
 constexpr CCurvePane::Curve kCurves[] = {CCurvePane::kBearingRatio, CCurvePane::kProbability, CCurvePane::kSpectrum,
-                                         CCurvePane::kMotifs};
+                                         CCurvePane::kMotifs, CCurvePane::kFilters};
 /// What is stored, by Curve.
-constexpr const char* kStoredNames[] = {"bearing-ratio", "probability", "spectrum", "motifs"};
+constexpr const char* kStoredNames[] = {"bearing-ratio", "probability", "spectrum", "motifs", "filters"};
 
 }  // namespace
 
@@ -42,6 +43,7 @@ CCurvePane::CCurvePane(CTexturonDoc& doc, const QString& name, Curve preset, QWi
   views_->addWidget(new CProbabilityGraph(doc, views_));
   views_->addWidget(new CTexturonSpectView(doc, views_));
   views_->addWidget(new CMotifView(doc, views_));
+  views_->addWidget(new CFilterView(doc, views_));
   connect(choice_, &QComboBox::currentIndexChanged, views_, &QStackedWidget::setCurrentIndex);
   const QString stored = QSettings().value("curves/" + name).toString();
   choice_->setCurrentIndex(preset);
@@ -53,7 +55,8 @@ CCurvePane::CCurvePane(CTexturonDoc& doc, const QString& name, Curve preset, QWi
 }
 
 QString CCurvePane::TitleOf(Curve curve) {
-  const QString titles[] = {tr("Bearing Ratio and Amplitudes"), tr("Probability"), tr("Spectrum"), tr("Motifs")};
+  const QString titles[] = {tr("Bearing Ratio and Amplitudes"), tr("Probability"), tr("Spectrum"), tr("Motifs"),
+                            tr("Filters")};
   return titles[curve];
 }
 

@@ -19,7 +19,7 @@ class CCurvePane : public QWidget {
 
 public:
   /// The views in their order in the choice.
-  enum Curve { kBearingRatio, kProbability, kSpectrum, kMotifs };
+  enum Curve { kBearingRatio, kProbability, kSpectrum, kMotifs, kFilters };
 
   CCurvePane(CTexturonDoc& doc, const QString& name, Curve preset, QWidget* parent = nullptr);
 

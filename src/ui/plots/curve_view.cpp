@@ -6,8 +6,15 @@
 #include <QVBoxLayout>
 
 #include "ui/plots/clickable_profile_graph.h"
+#include "ui/qt_text.h"
 
 namespace texturon {
+namespace {
+
+/// Of a view with its title and read-out, in lines of text.
+constexpr int kLeastLines = 11;
+
+}  // namespace
 
 CCurveView::CCurveView(CTexturonDoc& doc, const WantedResults& wanted, QWidget* parent)
     : QWidget(parent),
@@ -29,13 +36,15 @@ CCurveView::CCurveView(CTexturonDoc& doc, const WantedResults& wanted, QWidget* 
   layout->addWidget(title_);
   layout->addWidget(plot_, 1);
   layout->addWidget(readout_);
-  plot_->setMinimumSize(fontMetrics().averageCharWidth() * 30, fontMetrics().height() * 8);
+  plot_->setMinimumSize(fontMetrics().averageCharWidth() * 24, fontMetrics().height() * 4);
   plot_->setInteractions(QCP::iRangeDrag | QCP::iRangeZoom);
   plot_->axisRect()->setupFullAxesBox(true);
   plot_->setFocusPolicy(Qt::StrongFocus);
   plot_->setPlottingHint(QCP::phFastPolylines, true);
   plot_->installEventFilter(this);
+  for (QCPAxis* const axis : {plot_->xAxis, plot_->yAxis}) axis->setTicker(MakeTicker());
   ApplyPalette(*plot_);
+  connect(plot_, &QCustomPlot::afterLayout, this, [this] { FitTicks(*plot_); });
   connect(&doc_, &CTexturonDoc::Changed, this, &CCurveView::Update);
   for (QCPAxis* const axis : {plot_->xAxis, plot_->yAxis}) {
     connect(axis, qOverload<const QCPRange&>(&QCPAxis::rangeChanged), this, [this] {
@@ -60,8 +69,21 @@ void CCurveView::SetTitle(const QString& title) {
 }
 
 void CCurveView::SetReadout(const QString& text) {
-  readout_->setText(text);
-  readout_->setVisible(!text.isEmpty());
+  readout_->setText(Readable(text));
+  ShowWords();
+}
+
+void CCurveView::ShowWords() {
+  // In a small pane the curve comes first; what it is stands above it in the list.
+  const bool hasRoom = height() > kLeastLines * fontMetrics().height();
+  title_->setVisible(hasRoom);
+  readout_->setVisible(hasRoom && !readout_->text().isEmpty());
+  plot_->setToolTip(hasRoom ? QString() : title_->text() + '\n' + readout_->text());
+}
+
+void CCurveView::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  ShowWords();
 }
 
 void CCurveView::ShowAll() {
@@ -105,6 +127,10 @@ bool CCurveView::eventFilter(QObject* /*watched*/, QEvent* event) {
   if (event->type() == QEvent::MouseButtonDblClick) {
     ShowAll();
     return true;
+  }
+  if (event->type() == QEvent::Wheel) {
+    plot_->axisRect()->setRangeZoom(WheelZoom(static_cast<QWheelEvent*>(event)->modifiers()));
+    return false;
   }
   if (event->type() == QEvent::PaletteChange) {
     ApplyPalette(*plot_);

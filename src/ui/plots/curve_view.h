@@ -38,9 +38,11 @@ protected:
   const CTexturonDoc& Doc() const { return doc_; }
   void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
 
 private:
   void Update();
+  void ShowWords();
 
   CTexturonDoc& doc_;
   WantedResults wanted_;

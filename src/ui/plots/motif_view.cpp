@@ -5,6 +5,7 @@
 #include "base/units.h"
 #include "presentation/curve_readouts.h"
 #include "presentation/motif_plot.h"
+#include "ui/colours.h"
 #include "ui/plots/clickable_profile_graph.h"
 #include "ui/plots/plot_items.h"
 #include "ui/qt_text.h"
@@ -48,10 +49,10 @@ void FillLines(QCustomPlot& plot, const Document& document, double fromMM, doubl
       graph.data()->set(points, true);
       const bool isMarked = (motifs.*line.points).size() <= kMostMarks;
       const double markSize = line.mark == QCPScatterStyle::ssSquare ? 1.5 * size : size;
-      graph.setScatterStyle(isMarked ? QCPScatterStyle(line.mark, CurveColour(line.colour), markSize)
+      graph.setScatterStyle(isMarked ? QCPScatterStyle(line.mark, CurveColour(line.colour, plot.palette()), markSize)
                                      : QCPScatterStyle());
       // Thick lines through thousands of points take most of the time.
-      graph.setPen(QPen(CurveColour(line.colour), motifs.isThinned ? 0.0 : line.width));
+      graph.setPen(QPen(CurveColour(line.colour, plot.palette()), motifs.isThinned ? 0.0 : line.width));
       graph.setAntialiased(!motifs.isThinned);
     }
   }

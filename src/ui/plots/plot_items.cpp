@@ -2,6 +2,9 @@
 
 #include "ui/plots/plot_items.h"
 
+#include <algorithm>
+#include <vector>
+
 #include "base/quantity.h"
 #include "ui/qt_text.h"
 
@@ -39,6 +42,7 @@ void AddArea(QCustomPlot& plot, const QList<QPointF>& corners, const QColor& fil
     points.push_back({static_cast<double>(points.size()), corner.x(), corner.y()});
   }
   area->data()->set(points, true);
+  area->removeFromLegend();
   area->setPen(Qt::NoPen);
   area->setBrush(fill);
 }
@@ -61,6 +65,34 @@ void AddNamedLine(QCustomPlot& plot, double x, const QString& name, const QPen& 
   line->point2->setCoords(x, 1.0);
   line->setPen(pen);
   AddLabel(plot, x, 0.01, " " + name, Qt::AlignLeft | Qt::AlignTop, LabelPlace::kShareOfY);
+}
+
+void SpreadLabels(QCustomPlot& plot) {
+  constexpr char kHome[] = "home";
+  std::vector<QRectF> taken;
+  for (int i = 0; i < plot.itemCount(); ++i) {
+    auto* const label = qobject_cast<QCPItemText*>(plot.item(i));
+    if (label == nullptr || label->layer()->name() == kCursorLayer) continue;
+    if (label->position->typeY() != QCPItemPosition::ptPlotCoords) continue;
+    // Where it belongs, before it was ever moved.
+    if (!label->property(kHome).isValid()) label->setProperty(kHome, label->position->coords());
+    label->position->setCoords(label->property(kHome).toPointF());
+    QPointF place = label->position->pixelPosition();
+    const QSizeF size = QFontMetricsF(label->font()).size(0, label->text());
+    const Qt::Alignment anchor = label->positionAlignment();
+    const auto boxAt = [&](const QPointF& at) {
+      double x = at.x() - ((anchor & Qt::AlignRight) != 0 ? size.width() : 0.0);
+      if ((anchor & Qt::AlignHCenter) != 0) x -= 0.5 * size.width();
+      const double y = at.y() - ((anchor & Qt::AlignVCenter) != 0 ? 0.5 * size.height() : 0.0);
+      return QRectF(QPointF(x, y), size);
+    };
+    const auto hits = [&] {
+      return std::any_of(taken.begin(), taken.end(), [&](const QRectF& box) { return box.intersects(boxAt(place)); });
+    };
+    for (int round = 0; round < 20 && hits(); ++round) place.ry() += 0.5 * size.height();
+    taken.push_back(boxAt(place));
+    label->position->setPixelPosition(place);
+  }
 }
 
 QCPItemText* AddLabel(QCustomPlot& plot, double x, double y, const QString& text, Qt::Alignment anchor,

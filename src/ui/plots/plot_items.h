@@ -35,6 +35,8 @@ void AddArea(QCustomPlot& plot, const QList<QPointF>& corners, const QColor& fil
 void AddBand(QCustomPlot& plot, double first, double last, const QColor& fill);
 /// An upright line over the whole height with a name at its upper end.
 void AddNamedLine(QCustomPlot& plot, double x, const QString& name, const QPen& pen);
+/// Moves labels that lie on each other apart, downwards. To be called when the plot has been laid out.
+void SpreadLabels(QCustomPlot& plot);
 /// `anchor` says which side of the text stands at the point. With kShare a place is a share of the axes' rectangle from
 /// left or above.
 enum class LabelPlace { kPoint, kShareOfY, kShare };

@@ -5,6 +5,7 @@
 #include "parameters/curves.h"
 #include "presentation/curve_readouts.h"
 #include "presentation/probability_plot.h"
+#include "ui/colours.h"
 #include "ui/plots/clickable_profile_graph.h"
 #include "ui/plots/plot_items.h"
 #include "ui/qt_text.h"
@@ -59,16 +60,16 @@ void DrawProbability(QCustomPlot& plot, const Document& document) {
   if (sorted.size() < 2) return;
   constexpr double kFarEnough = 10.0;
   QCPGraph* const curve = plot.addGraph();
-  curve->setPen(QPen(CurveColour(0), 1.5));
+  curve->setPen(QPen(CurveColour(0, plot.palette()), 1.5));
   FillCurve(*curve, document, {-kFarEnough, kFarEnough});
   plot.rescaleAxes();
   plot.yAxis->scaleRange(1.06);
   FillCurve(*curve, document, plot.xAxis->range());
   const ProbabilityPlot lines = ProbabilityPlotOf(document);
-  DrawRegion(plot, lines.plateauRegion, "UPL", "LPL", CurveColour(1));
-  DrawRegion(plot, lines.valleyRegion, "UVL", "LVL", CurveColour(2));
-  DrawLine(plot, lines.plateau, units.height, CurveColour(1));
-  DrawLine(plot, lines.valley, units.height, CurveColour(2));
+  DrawRegion(plot, lines.plateauRegion, "UPL", "LPL", CurveColour(1, plot.palette()));
+  DrawRegion(plot, lines.valleyRegion, "UVL", "LVL", CurveColour(2, plot.palette()));
+  DrawLine(plot, lines.plateau, units.height, CurveColour(1, plot.palette()));
+  DrawLine(plot, lines.valley, units.height, CurveColour(2, plot.palette()));
   QStringList texts;
   for (const std::string& text : ProbabilityTexts(document)) texts << FromText(text);
   QCPItemText* const values =

@@ -8,6 +8,7 @@
 #include "base/quantity.h"
 #include "parameters/local_slopes.h"
 #include "presentation/profile_marks.h"
+#include "ui/colours.h"
 #include "ui/qt_text.h"
 
 namespace texturon {
@@ -17,8 +18,6 @@ constexpr double kMicroinchesPerInch = 1e6;
 /// Wide enough to be seen on the curve without its colour.
 constexpr double kSteepWidth = 2.5;
 constexpr double kFormWidth = 1.5;
-/// Percent, as QColor::lighter takes it.
-constexpr int kLighterOnDark = 140;
 
 /// By ProfileKind: what is usually seen together differs most.
 constexpr int kColours[] = {3, 4, 0, 1, 2, 5, 6};
@@ -31,7 +30,7 @@ QString NameOf(const Document& document, ProfileKind kind) {
 
 void SetGrid(CClickableProfileGraph& graph, const DisplaySettings& display, double heightFactor) {
   if (display.ProfileAutoYSpacing || !(display.ProfileYGridSpacingUM > 0.0)) {
-    graph.yAxis->setTicker(QSharedPointer<QCPAxisTicker>::create());
+    graph.yAxis->setTicker(MakeTicker());
     return;
   }
   auto ticker = QSharedPointer<QCPAxisTickerFixed>::create();
@@ -52,7 +51,8 @@ void MarkStretches(CClickableProfileGraph& graph, const Document& document, doub
   std::vector<CClickableProfileGraph::Mark> shown;
   for (const MarkedStretch& stretch : marks.stretches) {
     QBrush brush = tint(stretch.kind == MarkedStretch::Kind::kNotComputed ? 0.22 : 0.08);
-    if (stretch.kind == MarkedStretch::Kind::kExcluded) brush = QBrush(CurveColour(1), Qt::BDiagPattern);
+    if (stretch.kind == MarkedStretch::Kind::kExcluded)
+      brush = QBrush(CurveColour(1, graph.palette()), Qt::BDiagPattern);
     shown.push_back({stretch.firstMM * factor, stretch.lastMM * factor, brush});
   }
   for (const double endMM : marks.samplingLengthEndsMM) shown.push_back({endMM * factor, endMM * factor, tint(0.6)});
@@ -61,10 +61,8 @@ void MarkStretches(CClickableProfileGraph& graph, const Document& document, doub
 
 class CurveList {
 public:
-  CurveList(bool metric, const QPalette& palette)
-      : isDark_(palette.color(QPalette::Base).lightness() < palette.color(QPalette::Text).lightness()),
-        heightFactor_(kHeightUM.Factor(metric)),
-        lengthFactor_(kMillimetresPerMicrometre * kLengthMM.Factor(metric)) {}
+  explicit CurveList(bool metric)
+      : heightFactor_(kHeightUM.Factor(metric)), lengthFactor_(kMillimetresPerMicrometre * kLengthMM.Factor(metric)) {}
 
   void Add(const Profile& profile, const QString& name, const QColor& colour, double width) {
     Add(profile, profile.Heights(), name, colour, width);
@@ -73,7 +71,7 @@ public:
   void Add(const Profile& profile, std::span<const double> heights, const QString& name, const QColor& colour,
            double width) {
     curves.push_back({.name = name,
-                      .colour = isDark_ ? colour.lighter(kLighterOnDark) : colour,
+                      .colour = colour,
                       .width = width,
                       .heights = heights,
                       .firstX = profile.range.first * profile.spacingUM * lengthFactor_,
@@ -84,7 +82,6 @@ public:
   std::vector<CClickableProfileGraph::Curve> curves;
 
 private:
-  bool isDark_;
   double heightFactor_;
   double lengthFactor_;
 };
@@ -95,13 +92,13 @@ void DrawProfiles(CClickableProfileGraph& graph, const Document& document, const
   const DisplaySettings& display = document.settings.display;
   const bool metric = display.Metric;
   const double heightFactor = kHeightUM.Factor(metric);
-  graph.SetXTitle(metric ? QObject::tr("X in mm") : QObject::tr("X in inches"));
+  graph.SetXTitle(metric ? QObject::tr("X in mm") : QObject::tr("X in inch"));
   graph.yAxis->setLabel(QObject::tr("height in %1").arg(FromText(kHeightUM.Unit(metric))));
-  CurveList list(metric, graph.palette());
+  CurveList list(metric);
   for (std::size_t i = 0; i < kShownForm; ++i) {
     const auto kind = static_cast<ProfileKind>(i);
     if (!shown[i] || !document.profiles.Has(kind)) continue;
-    list.Add(document.profiles.View(kind), NameOf(document, kind), CurveColour(kColours[i]),
+    list.Add(document.profiles.View(kind), NameOf(document, kind), CurveColour(kColours[i], graph.palette()),
              kind == ProfileKind::kWaviness ? 2.0 : 0.0);
   }
   const Profile form = RemovedForm(document);
@@ -118,17 +115,20 @@ void DrawProfiles(CClickableProfileGraph& graph, const Document& document, const
     steep = FindSteepPart(profile.Heights(), profile.spacingUM, display.ExtremeSlopePlotDegrees);
     list.Add(profile, steep.heightsUM,
              FromText(SteepCaption(*steepKind, display.ExtremeSlopePlotDegrees, steep.percent)),
-             QColor(0xE6, 0x00, 0x00), kSteepWidth);
+             graph.palette().color(QPalette::Text), kSteepWidth);
     list.curves.back().isOverlay = true;
   }
   MarkStretches(graph, document, kLengthMM.Factor(metric));
   SetGrid(graph, display, heightFactor);
-  CClickableProfileGraph::WholeView whole;
+  CClickableProfileGraph::WholeView whole{.heightsInLength = metric ? kMicrometresPerMillimetre : kMicroinchesPerInch};
   if (display.ProfileAutoScale || !(display.ProfileYMaxUM > display.ProfileYMinUM)) {
-    if (display.Profile11AspectRatio) whole.heightUnits = metric ? kMicrometresPerMillimetre : kMicroinchesPerInch;
+    whole.hasEqualScales = display.Profile11AspectRatio;
   } else {
     whole.heights = QCPRange(display.ProfileYMinUM * heightFactor, display.ProfileYMaxUM * heightFactor);
   }
+  // What was not computed over stays in view.
+  const double lastMM = (document.profiles.pointCount - 1) * document.profiles.spacingUM * kMillimetresPerMicrometre;
+  if (lastMM > 0.0) whole.record = QCPRange(0.0, kLengthMM.Shown(lastMM, metric));
   graph.SetCurves(list.curves, whole);
   if (showsAll) graph.StartAnew();
   graph.replot();

@@ -6,6 +6,7 @@
 
 #include "parameters/curves.h"
 #include "presentation/curve_readouts.h"
+#include "ui/colours.h"
 #include "ui/plots/clickable_profile_graph.h"
 #include "ui/plots/plot_cursors.h"
 #include "ui/plots/plot_items.h"
@@ -14,11 +15,13 @@
 namespace texturon {
 namespace {
 
-constexpr char kRatios[] = "ratios";
+QString RatiosName() {
+  return QObject::tr("material ratio");
+}
 
 QCPGraph* RatiosOf(QCustomPlot& plot) {
   for (int i = 0; i < plot.graphCount(); ++i) {
-    if (plot.graph(i)->name() == kRatios) return plot.graph(i);
+    if (plot.graph(i)->name() == RatiosName()) return plot.graph(i);
   }
   return nullptr;
 }
@@ -42,7 +45,8 @@ void DrawAmplitudes(QCustomPlot& plot, const Document& document) {
     classes.push_back({static_cast<double>(classes.size()), amplitude.scaledCount, amplitude.heightUM * factor});
   }
   amplitudes->data()->set(classes, true);
-  amplitudes->setPen(QPen(CurveColour(4), 1.5));
+  amplitudes->setName(QObject::tr("amplitudes"));
+  amplitudes->setPen(QPen(CurveColour(4, plot.palette()), 1.5));
 }
 
 /// The equivalent line, the core between its two heights, and the triangles of the same areas as peaks and valleys.
@@ -51,11 +55,12 @@ void DrawCore(QCustomPlot& plot, const RkResult& core, double factor) {
   const double lower = core.lowerLine * factor;
   const double peak = upper + core.Rpk * factor;
   const double valley = lower - core.Rvk * factor;
-  AddArea(plot, {{0.0, upper}, {100.0, upper}, {100.0, lower}, {0.0, lower}}, Tint(CurveColour(2), 0.15));
-  AddArea(plot, {{0.0, upper}, {core.Mr1, upper}, {0.0, peak}}, Tint(CurveColour(1), 0.45));
-  AddArea(plot, {{100.0, lower}, {core.Mr2, lower}, {100.0, valley}}, Tint(CurveColour(3), 0.45));
-  const QPen dashed(CurveColour(1), 1.0, Qt::DashLine);
-  AddSegment(plot, 0.0, upper, 100.0, lower, QPen(CurveColour(1), 1.5));
+  AddArea(plot, {{0.0, upper}, {100.0, upper}, {100.0, lower}, {0.0, lower}},
+          Tint(CurveColour(2, plot.palette()), 0.15));
+  AddArea(plot, {{0.0, upper}, {core.Mr1, upper}, {0.0, peak}}, Tint(CurveColour(1, plot.palette()), 0.45));
+  AddArea(plot, {{100.0, lower}, {core.Mr2, lower}, {100.0, valley}}, Tint(CurveColour(3, plot.palette()), 0.45));
+  const QPen dashed(CurveColour(1, plot.palette()), 1.0, Qt::DashLine);
+  AddSegment(plot, 0.0, upper, 100.0, lower, QPen(CurveColour(1, plot.palette()), 1.5));
   AddSegment(plot, 0.0, upper, 100.0, upper, dashed);
   AddSegment(plot, 0.0, lower, 100.0, lower, dashed);
   const struct {
@@ -91,6 +96,7 @@ void DrawBearingRatio(QCustomPlot& plot, const Document& document) {
   const std::span<const double> sorted = BearingHeights(document);
   plot.xAxis->setRange(0.0, 100.0);
   if (sorted.empty()) return;
+  PutLegendAbove(plot, 2);
   const RkResult& core = document.results.coreRoughness;
   const bool showsCore = choice.showsRatios && choice.profile == ProfileKind::kRoughness && core.valid &&
                          document.settings.display.ShowRkLines;
@@ -98,8 +104,8 @@ void DrawBearingRatio(QCustomPlot& plot, const Document& document) {
   if (choice.showsAmplitudes) DrawAmplitudes(plot, document);
   if (choice.showsRatios) {
     QCPGraph* const ratios = plot.addGraph();
-    ratios->setName(kRatios);
-    ratios->setPen(QPen(CurveColour(0), 1.5));
+    ratios->setName(RatiosName());
+    ratios->setPen(QPen(CurveColour(0, plot.palette()), 1.5));
     FillRatios(*ratios, document, {0.0, 100.0});
   }
   const double top = std::max(sorted.front(), showsCore ? core.upperLine + core.Rpk : sorted.front());
@@ -112,6 +118,7 @@ CTexturonBRCView::CTexturonBRCView(CTexturonDoc& doc, QWidget* parent)
     : CCurveView(doc, {.spectrum = false, .heightCurves = true, .coreRoughness = true}, parent),
       cursors_(new CPlotCursors(Plot(), true)) {
   connect(cursors_, &CPlotCursors::Moved, this, &CTexturonBRCView::Tell);
+  connect(&Plot(), &QCustomPlot::afterLayout, this, [this] { SpreadLabels(Plot()); });
 }
 
 void CTexturonBRCView::Draw() {

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "presentation/curve_readouts.h"
+#include "ui/colours.h"
 #include "ui/plots/clickable_profile_graph.h"
 #include "ui/plots/plot_cursors.h"
 #include "ui/plots/plot_items.h"
@@ -15,7 +16,7 @@ namespace {
 
 void MarkCutoffs(QCustomPlot& plot, const Document& document, double factor) {
   const AnalysisSettings& settings = document.settings.analysis;
-  const QPen pen(CurveColour(1), 1.0, Qt::DashLine);
+  const QPen pen(CurveColour(1, plot.palette()), 1.0, Qt::DashLine);
   if (settings.LcCutoffMM > 0.0) AddNamedLine(plot, settings.LcCutoffMM * factor, "Lc", pen);
   if (settings.LsCutoffMM > 0.0) AddNamedLine(plot, settings.LsCutoffMM * factor, "Ls", pen);
 }
@@ -48,7 +49,7 @@ void DrawSpectrum(QCustomPlot& plot, const Document& document) {
   const auto count = static_cast<qsizetype>(spectrum.amplitudeUM.size());
   if (count < 2) return;
   QCPGraph* const graph = plot.addGraph();
-  graph->setPen(QPen(CurveColour(0), 1.0));
+  graph->setPen(QPen(CurveColour(0, plot.palette()), 1.0));
   QVector<QCPGraphData> points(count - 1);
   for (std::size_t i = 1; i < spectrum.amplitudeUM.size(); ++i) {
     // From the shortest wavelength on, as the axis counts.

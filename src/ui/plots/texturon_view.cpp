@@ -3,14 +3,16 @@
 #include "ui/plots/texturon_view.h"
 
 #include <QEvent>
+#include <QLabel>
 #include <QScrollBar>
+#include <QSettings>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <utility>
 
-#include "analysis/captions.h"
 #include "base/quantity.h"
+#include "presentation/cursor_measures.h"
 #include "ui/plots/profile_plot.h"
 #include "ui/qt_text.h"
 
@@ -19,48 +21,34 @@ namespace {
 
 /// Steps of the scroll bar along the whole record.
 constexpr double kScrollSteps = 1e6;
+constexpr const char* kMeasuresKey = "cursors/measures";
 
 }  // namespace
-
-CHeading::CHeading(QWidget* parent) : QLabel(parent) {
-  setTextFormat(Qt::PlainText);
-  setTextInteractionFlags(Qt::TextSelectableByMouse);
-  setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-  setContentsMargins(fontMetrics().averageCharWidth(), 2, fontMetrics().averageCharWidth(), 0);
-}
-
-void CHeading::SetLines(const QStringList& lines) {
-  lines_ = lines;
-  setToolTip(lines.join('\n'));
-  Elide();
-}
-
-void CHeading::resizeEvent(QResizeEvent* event) {
-  QLabel::resizeEvent(event);
-  Elide();
-}
-
-void CHeading::Elide() {
-  QStringList shown;
-  for (const QString& line : lines_) {
-    shown << fontMetrics().elidedText(line, Qt::ElideMiddle, std::max(contentsRect().width(), 1));
-  }
-  setText(shown.join('\n'));
-}
 
 CTexturonView::CTexturonView(CTexturonDoc& doc, QWidget* parent)
     : QWidget(parent),
       doc_(doc),
-      heading_(new CHeading(this)),
+      heading_(new CHeading(doc, this)),
       graph_(new CClickableProfileGraph(this)),
-      transmission_(new CTransmissionInset(graph_)),
-      scroll_(new QScrollBar(Qt::Horizontal, this)) {
+      transmission_(new CTransmissionInset(this)),
+      scroll_(new QScrollBar(Qt::Horizontal, this)),
+      measures_(new QLabel(this)),
+      showsMeasures_(QSettings().value(kMeasuresKey).toBool()) {
+  graph_->setAccessibleName(tr("Profiles"));
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
-  layout->addWidget(heading_);
+  auto* const head = new QHBoxLayout;
+  head->addWidget(heading_, 1);
+  head->addWidget(transmission_);
+  layout->addLayout(head);
   layout->addWidget(graph_, 1);
   layout->addWidget(scroll_);
+  layout->addWidget(measures_);
+  measures_->setObjectName("measures");
+  measures_->setWordWrap(true);
+  measures_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  measures_->setContentsMargins(fontMetrics().averageCharWidth(), 0, 0, 0);
   scroll_->setObjectName("alongX");
   scroll_->setAccessibleName(tr("Place along the profile"));
   connect(&doc_, &CTexturonDoc::Changed, this, &CTexturonView::Update);
@@ -68,18 +56,11 @@ CTexturonView::CTexturonView(CTexturonDoc& doc, QWidget* parent)
     std::array<QString, 4> labels;
     const std::array<std::string, 4> texts =
         CursorLabels(doc_.document(), ReadKind(ShownProfilesOf(doc_.document().settings.display)), Places());
-    std::transform(texts.begin(), texts.end(), labels.begin(), [](const std::string& text) { return FromText(text); });
+    std::transform(texts.begin(), texts.end(), labels.begin(),
+                   [](const std::string& text) { return Readable(FromText(text)); });
     graph_->SetCursorLabels(labels);
+    UpdateMeasures();
     emit ReadoutChanged();
-  });
-  connect(graph_, &QCustomPlot::afterLayout, transmission_, [this] {
-    constexpr int kUsual = 15;
-    const QMargins margins(kUsual, kUsual, kUsual + transmission_->RoomBeside(graph_->size()), kUsual);
-    if (margins != graph_->axisRect()->minimumMargins()) {
-      graph_->axisRect()->setMinimumMargins(margins);
-      graph_->replot(QCustomPlot::rpQueuedReplot);
-    }
-    transmission_->PutBeside(graph_->axisRect()->rect());
   });
   connect(graph_, &CClickableProfileGraph::ViewChanged, this, &CTexturonView::ShowScroll);
   connect(scroll_, &QScrollBar::valueChanged, this, [this](int value) {
@@ -90,6 +71,7 @@ CTexturonView::CTexturonView(CTexturonDoc& doc, QWidget* parent)
   });
   // Not the view's own palette: the graph gets its own before or after that, as it comes.
   graph_->installEventFilter(this);
+  transmission_->installEventFilter(this);
   Update();
 }
 
@@ -104,6 +86,7 @@ void CTexturonView::SetShown(std::size_t curve, bool shown) {
 
 bool CTexturonView::eventFilter(QObject* /*watched*/, QEvent* event) {
   if (event->type() == QEvent::PaletteChange) {
+    // Whichever gets its palette last.
     ApplyPalette(*graph_);
     Update();
   }
@@ -132,21 +115,7 @@ void CTexturonView::Update() {
   const bool any = doc_.HasProfile();
   graph_->ShowCursors(any && (display.CursorDisplayType & kUprightCursors) != 0,
                       any && (display.CursorDisplayType & kLevelCursors) != 0);
-  ShowHeading();
   ShowScroll();
-}
-
-void CTexturonView::ShowHeading() {
-  const Document& document = doc_.document();
-  if (!doc_.HasProfile()) return heading_->SetLines({tr("Open a profile, or drop one here.")});
-  QString first = FromText(document.profiles.identification);
-  const std::filesystem::path& file = doc_.settingsFile();
-  if (document.settings.display.ShowINIPathInHeading) {
-    first += "     " + (file.empty() ? tr("no settings file") : FromPath(file));
-  } else if (!file.empty()) {
-    first += "     " + FromPath(file.filename());
-  }
-  heading_->SetLines({first, FromText(AnalysisDescription(document))});
 }
 
 void CTexturonView::ShowScroll() {
@@ -179,7 +148,27 @@ CursorPlaces CTexturonView::Places() const {
 
 QString CTexturonView::Readout() const {
   const Document& document = doc_.document();
-  return FromText(CursorReadout(document, ReadKind(ShownProfilesOf(document.settings.display)), Places()));
+  return Readable(FromText(CursorReadout(document, ReadKind(ShownProfilesOf(document.settings.display)), Places())));
+}
+
+QString CTexturonView::Measures() const {
+  const Document& document = doc_.document();
+  if (!graph_->HasUprightCursors()) return {};
+  return Readable(
+      FromText(MeasureText(document, ReadKind(ShownProfilesOf(document.settings.display)), BetweenCursorsMM())));
+}
+
+void CTexturonView::ShowMeasures(bool shown) {
+  showsMeasures_ = shown;
+  QSettings().setValue(kMeasuresKey, shown);
+  UpdateMeasures();
+}
+
+void CTexturonView::UpdateMeasures() {
+  // They go through the whole record: not for nobody.
+  const QString text = showsMeasures_ ? Measures() : QString();
+  measures_->setText(text);
+  measures_->setVisible(!text.isEmpty());
 }
 
 void CTexturonView::ShowSamplingLength() {

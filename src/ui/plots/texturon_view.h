@@ -2,7 +2,6 @@
 
 #pragma once
 
-#include <QLabel>
 #include <QWidget>
 #include <string>
 #include <tuple>
@@ -11,29 +10,14 @@
 #include "presentation/profile_marks.h"
 #include "presentation/shown_profiles.h"
 #include "ui/plots/clickable_profile_graph.h"
-#include "ui/plots/transmission_inset.h"
+#include "ui/plots/filter_view.h"
+#include "ui/plots/profile_heading.h"
 #include "ui/window/texturon_doc.h"
 
+class QLabel;
 class QScrollBar;
 
 namespace texturon {
-
-/// Lines of text that are cut short rather than making the window wide; the tool tip has them whole.
-class CHeading : public QLabel {
-  Q_OBJECT
-
-public:
-  explicit CHeading(QWidget* parent);
-  void SetLines(const QStringList& lines);
-
-protected:
-  void resizeEvent(QResizeEvent* event) override;
-
-private:
-  void Elide();
-
-  QStringList lines_;
-};
 
 /// The profiles of the document over each other, under a heading that says what they are.
 class CTexturonView : public QWidget {
@@ -49,10 +33,15 @@ public:
   std::pair<double, double> BetweenCursorsMM() const;
   /// What the cursors say, in one line.
   QString Readout() const;
+  /// What the upright cursors measure, in one line.
+  QString Measures() const;
+  /// Whether that line is shown below the profile; kept from one start to the next.
+  void ShowMeasures(bool shown);
+  bool ShowsMeasures() const { return showsMeasures_; }
   /// Zooms to one sampling length in the middle of what is in view.
   void ShowSamplingLength();
   CTransmissionInset& Transmission() { return *transmission_; }
-  QString Heading() const { return heading_->toolTip(); }
+  CHeading& Heading() { return *heading_; }
 
 signals:
   void ReadoutChanged();
@@ -63,8 +52,8 @@ protected:
 private:
   /// Takes the curves anew; what is in view stays unless another record, unit or choice of profiles came.
   void Update();
-  void ShowHeading();
   void ShowScroll();
+  void UpdateMeasures();
   CursorPlaces Places() const;
 
   CTexturonDoc& doc_;
@@ -72,6 +61,8 @@ private:
   CClickableProfileGraph* graph_;
   CTransmissionInset* transmission_;
   QScrollBar* scroll_;
+  QLabel* measures_;
+  bool showsMeasures_;
   /// What the stretch in view depends on.
   using Basis = std::tuple<std::filesystem::path, bool, ShownProfiles, bool, double, double, bool>;
 

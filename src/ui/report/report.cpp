@@ -14,6 +14,7 @@
 #include "platform/platform.h"
 #include "presentation/curve_readouts.h"
 #include "presentation/report_texts.h"
+#include "ui/plots/plot_items.h"
 #include "ui/plots/probability_graph.h"
 #include "ui/plots/profile_plot.h"
 #include "ui/plots/texturon_brc_view.h"
@@ -38,6 +39,7 @@ void PutOnWhite(QCustomPlot& plot) {
     axis->setLabelFont(font);
     axis->setTickLabelFont(font);
   }
+  for (QCPAxis* const axis : {plot.xAxis, plot.yAxis}) axis->setTicker(MakeTicker());
   plot.legend->setFont(font);
   plot.setPalette(QPalette(Qt::black, Qt::white, Qt::white, Qt::darkGray, Qt::gray, Qt::black, Qt::white));
   ApplyPalette(plot);
@@ -158,6 +160,7 @@ private:
     plot.axisRect()->setupFullAxesBox(true);
     PutOnWhite(plot);
     draw(plot, document_);
+    QObject::connect(&plot, &QCustomPlot::afterLayout, &plot, [&plot] { SpreadLabels(plot); });
     PaintPlot(plot, where, title);
   }
 

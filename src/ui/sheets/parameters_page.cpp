@@ -5,6 +5,7 @@
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QSignalBlocker>
 #include <QTableWidget>
 #include <QVBoxLayout>
@@ -13,6 +14,7 @@
 
 #include "parameters/catalogue.h"
 #include "settings/setting_entry.h"
+#include "ui/colours.h"
 #include "ui/qt_text.h"
 
 namespace texturon {
@@ -47,11 +49,14 @@ CParametersPage::CParametersPage(Settings& settings, QWidget* parent)
       filter_(new QLineEdit(this)) {
   filter_->setPlaceholderText(tr("Find by name or definition"));
   filter_->setClearButtonEnabled(true);
+  filter_->setAccessibleName(filter_->placeholderText());
+  table_->setAccessibleName(tr("Parameters"));
   QStringList titles;
   for (int column = 0; column < table_->columnCount(); ++column) {
     const SettingKey* const key = KeyOfColumn(column);
-    titles << (key != nullptr          ? tr(key->entry.columnTitle)
-               : column == kUnitColumn ? tr("Limits in")
+    // In two lines, so that the columns are as narrow as what they hold.
+    titles << (key != nullptr          ? tr(key->entry.columnTitle).replace(' ', '\n')
+               : column == kUnitColumn ? tr("Limits\nin")
                                        : tr("Definition"));
   }
   table_->setObjectName("parameters");
@@ -81,6 +86,14 @@ CParametersPage::CParametersPage(Settings& settings, QWidget* parent)
   connect(table_, &QTableWidget::itemChanged, this, &CParametersPage::OnItem);
   CParametersPage::Refresh();
   table_->resizeColumnsToContents();
+  table_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  // The definition has at least as much as tells what it is about; the whole is its tip.
+  constexpr int kLeastDefinition = 14;
+  const int last = table_->columnCount() - 1;
+  int width =
+      table_->fontMetrics().averageCharWidth() * kLeastDefinition + table_->verticalScrollBar()->sizeHint().width();
+  for (int column = 0; column < last; ++column) width += table_->columnWidth(column);
+  table_->setMinimumWidth(width + 2 * table_->frameWidth());
 }
 
 void CParametersPage::Refresh() {
@@ -97,8 +110,8 @@ void CParametersPage::Refresh() {
       Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
       if (key == nullptr) {
         if (master != nullptr)
-          item->setText(
-              FromText(column == kUnitColumn ? PrintedUnit(master->quantity.metricUnit) : master->definition));
+          item->setText(Readable(
+              FromText(column == kUnitColumn ? PrintedUnit(master->quantity.metricUnit) : master->definition)));
       } else {
         const SettingValue value = key->binding.get(settings_, static_cast<std::size_t>(row));
         if (const bool* const flag = std::get_if<bool>(&value)) {
@@ -110,6 +123,7 @@ void CParametersPage::Refresh() {
           item->setText(FromText(EntryText(*key, value, true)));
         }
       }
+      if (column + 1 == table_->columnCount()) item->setToolTip(item->text());
       item->setFlags(flags);
     }
   }
@@ -137,8 +151,12 @@ QString CParametersPage::Fault() const {
   return faults_.empty() ? QString() : faults_.begin()->second;
 }
 
+void CParametersPage::TakeDefaults(const Settings& defaults, Settings& settings) const {
+  settings.analysis.parameters = defaults.analysis.parameters;
+}
+
 void CParametersPage::Mark(QTableWidgetItem& item, const QString& fault) {
-  item.setBackground(fault.isEmpty() ? QBrush() : QBrush(QColor(0xB0, 0x48, 0x00)));
+  item.setBackground(fault.isEmpty() ? QBrush() : QBrush(VerdictGround(false)));
   item.setForeground(fault.isEmpty() ? QBrush() : QBrush(Qt::white));
   item.setToolTip(fault);
   // A selected row would hide it.

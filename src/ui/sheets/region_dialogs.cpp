@@ -15,6 +15,7 @@
 
 #include "base/quantity.h"
 #include "settings/settings_table.h"
+#include "ui/colours.h"
 #include "ui/plots/clickable_profile_graph.h"
 #include "ui/qt_text.h"
 #include "ui/sheets/setting_field.h"
@@ -55,10 +56,10 @@ void CStretchBar::paintEvent(QPaintEvent*) {
     return QRect(left, all.top(), std::max(right - left, 1), all.height());
   };
   if (stretch_) {
-    painter.fillRect(part(stretch_->range), CurveColour(0));
+    painter.fillRect(part(stretch_->range), CurveColour(0, palette()));
     if (stretch_->exclusion) {
       painter.fillRect(part(*stretch_->exclusion), palette().color(QPalette::Base));
-      painter.fillRect(part(*stretch_->exclusion), QBrush(CurveColour(1), Qt::BDiagPattern));
+      painter.fillRect(part(*stretch_->exclusion), QBrush(CurveColour(1, palette()), Qt::BDiagPattern));
     }
   }
   painter.setPen(palette().color(QPalette::Text));
@@ -102,7 +103,7 @@ void CRegionDialog::AddEntry(QFormLayout& form, const QString& title, double Reg
   auto* const line = new QLineEdit(FromText(RegionLengthText(region_.*length, metric)), this);
   line->setFixedWidth(line->fontMetrics().averageCharWidth() * 22);
   auto* const reason = new QLabel(this);
-  reason->setStyleSheet(QString("color: %1;").arg(kFaultColour));
+  reason->setStyleSheet(QString("color: %1;").arg(WarningColour(IsDark(palette())).name()));
   row->addWidget(line);
   row->addWidget(new QLabel(FromText(kLengthMM.Unit(metric)), this));
   row->addWidget(reason, 1);

@@ -10,6 +10,7 @@
 #include <QLineEdit>
 
 #include "settings/setting_entry.h"
+#include "ui/colours.h"
 #include "ui/qt_text.h"
 
 namespace texturon {
@@ -50,33 +51,41 @@ CSettingField::CSettingField(const SettingPlace& place, Settings& settings, bool
 void CSettingField::MakeEditor() {
   auto* const row = static_cast<QHBoxLayout*>(layout());
   if (place_.key->binding.type == SettingType::kFlag) {
-    box_ = new QCheckBox(isCell_ ? QString() : Title(), this);
+    box_ = new QCheckBox(this);
     row->addWidget(box_);
     connect(box_, &QCheckBox::clicked, this, [this](bool on) { Put(on); });
   } else if (!choices_.empty()) {
     list_ = new QComboBox(this);
     GuardFromWheel(*list_);
     for (const SettingChoice& choice : choices_) list_->addItem(FromText(choice.name));
+    // Its longest text does not widen the page.
+    list_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    list_->setMinimumContentsLength(isCell_ ? 8 : 16);
+    list_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     row->addWidget(list_);
     connect(list_, &QComboBox::activated, this,
             [this](int index) { Put(choices_[static_cast<std::size_t>(index)].value); });
   } else {
     line_ = new QLineEdit(this);
     const bool isText = place_.key->binding.type == SettingType::kText;
-    if (!isText) line_->setMaximumWidth(line_->fontMetrics().averageCharWidth() * (isCell_ ? 15 : 22));
-    if (!isText && !isCell_) line_->setMinimumWidth(line_->fontMetrics().averageCharWidth() * 12);
-    row->addWidget(line_);
+    const int character = line_->fontMetrics().averageCharWidth();
+    if (!isText && isCell_) line_->setMaximumWidth(character * 15);
+    line_->setMinimumWidth(character * (isCell_ ? 7 : 12));
+    row->addWidget(line_, 2);
     connect(line_, &QLineEdit::textEdited, this, &CSettingField::Take);
     connect(line_, &QLineEdit::editingFinished, this, [this] { before_.reset(); });
     if (!isCell_) {
       unit_ = new QLabel(this);
+      // So that all lines of a page end alike.
+      unit_->setMinimumWidth(character * 5);
       row->addWidget(unit_);
       reason_ = new QLabel(this);
-      reason_->setForegroundRole(QPalette::BrightText);
-      row->addWidget(reason_, 1);
+      reason_->setWordWrap(true);
+      reason_->setVisible(false);
+      row->addWidget(reason_, 2);
     }
   }
-  if (!isCell_ && line_ == nullptr) row->addStretch(1);
+  if (!isCell_ && box_ != nullptr) row->addStretch(1);
 }
 
 QString CSettingField::Title() const {
@@ -140,8 +149,11 @@ void CSettingField::Mark(const QString& fault) {
   line_->setToolTip(fault.isEmpty() ? objectName() : fault);
   line_->setAccessibleDescription(fault);
   if (reason_ != nullptr) {
-    reason_->setStyleSheet("color: #D55E00;");
+    QPalette colours = palette();
+    colours.setColor(QPalette::WindowText, WarningColour(IsDark(colours)));
+    reason_->setPalette(colours);
     reason_->setText(fault);
+    reason_->setVisible(!fault.isEmpty());
   }
 }
 

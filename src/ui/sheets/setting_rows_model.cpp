@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "settings/setting_entry.h"
+#include "ui/colours.h"
 #include "ui/qt_text.h"
 
 namespace texturon {
@@ -47,7 +48,7 @@ QVariant CSettingRowsModel::data(const QModelIndex& index, int role) const {
     case Qt::ToolTipRole:
       return isWrong ? wrong->second.fault : QString();
     case Qt::BackgroundRole:
-      return isWrong ? QVariant(QBrush(QColor(0xD5, 0x5E, 0x00))) : QVariant();
+      return isWrong ? QVariant(QBrush(VerdictGround(false))) : QVariant();
     case Qt::ForegroundRole:
       return isWrong ? QVariant(QBrush(Qt::white)) : QVariant();
     case Qt::TextAlignmentRole:

@@ -7,10 +7,13 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <utility>
 
+#include "base/quantity.h"
+#include "presentation/cutoff_proposal.h"
 #include "settings/cutoff_choices.h"
 #include "settings/setting_entry.h"
 #include "ui/qt_text.h"
@@ -19,7 +22,8 @@ namespace texturon {
 namespace {
 
 QString ColumnTitle(const SettingKey& key, bool metric) {
-  const QString title = QObject::tr(key.entry.columnTitle);
+  // In several lines, so that ten rows of nine columns fit a small screen.
+  const QString title = QObject::tr(key.entry.columnTitle).replace(' ', '\n');
   const QString unit = FromText(EntryUnit(key, metric));
   return unit.isEmpty() ? title : QString("%1\n%2").arg(title, unit);
 }
@@ -32,6 +36,18 @@ std::vector<const SettingKey*> KeysOf(SettingGroup group) {
   std::stable_sort(keys.begin(), keys.end(),
                    [](const SettingKey* a, const SettingKey* b) { return a->entry.rank < b->entry.rank; });
   return keys;
+}
+
+/// A row whose label is as wide as any, in several lines where it is long.
+QLabel* AddRow(QFormLayout& form, const QString& title, QWidget& field) {
+  constexpr int kLabelWidth = 27;
+  auto* const label = new QLabel(QString(title).replace('&', "&&"), form.parentWidget());
+  label->setWordWrap(true);
+  label->setFixedWidth(label->fontMetrics().averageCharWidth() * kLabelWidth);
+  label->setBuddy(field.focusProxy() != nullptr ? field.focusProxy() : &field);
+  form.setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+  form.addRow(label, &field);
+  return label;
 }
 
 }  // namespace
@@ -58,6 +74,15 @@ std::vector<const SettingKey*> CSettingsPage::Keys() const {
   return keys;
 }
 
+void CSettingsPage::TakeDefaults(const Settings& defaults, Settings& settings) const {
+  for (const SettingKey* const key : Keys()) {
+    const SettingBinding& binding = key->binding;
+    const std::size_t count =
+        binding.isRepeated() ? std::min(binding.rows->count(defaults), binding.rows->count(settings)) : 1;
+    for (std::size_t row = 0; row < count; ++row) binding.set(settings, row, binding.get(defaults, row));
+  }
+}
+
 CSettingField* CSettingsPage::MakeField(std::string_view section, std::string_view key, bool isCell) {
   auto* const field = new CSettingField(*FindSetting(section, key), settings_, isCell, this);
   connect(field, &CSettingField::Edited, this, &CSettingsPage::Edited);
@@ -73,12 +98,7 @@ CFieldsPage::CFieldsPage(Settings& settings, std::string_view page, QWidget* par
     auto* const form = new QFormLayout(box);
     for (const SettingKey* const key : KeysOf(group.group)) {
       CSettingField* const field = MakeField(key->binding.section, key->binding.key, false);
-      const bool saysItself = key->binding.type == SettingType::kFlag;
-      if (saysItself) {
-        form->addRow(field);
-      } else {
-        form->addRow(field->Title(), field);
-      }
+      AddRow(*form, field->Title(), *field);
     }
     layout->addWidget(box);
   }
@@ -91,7 +111,8 @@ void CFieldsPage::Refresh() {
   for (CSettingField* const field : fields_) field->setEnabled(HasEffect(*field->Place().key, settings_));
 }
 
-CFiltersPage::CFiltersPage(Settings& settings, QWidget* parent) : CFieldsPage(settings, "Filters", parent) {
+CFiltersPage::CFiltersPage(Settings& settings, const CTexturonDoc& doc, QWidget* parent)
+    : CFieldsPage(settings, "Filters", parent), doc_(doc) {
   auto* const box = new QGroupBox(tr("Cut-offs"), this);
   auto* const form = new QFormLayout(box);
   const std::pair<Cutoff, std::pair<QString, std::string_view>> cutoffs[] = {
@@ -101,6 +122,7 @@ CFiltersPage::CFiltersPage(Settings& settings, QWidget* parent) : CFieldsPage(se
     auto* const list = new QComboBox(box);
     GuardFromWheel(*list);
     list->setObjectName(FromText(texts.second) + "Choice");
+    list->setAccessibleName(texts.first);
     cutoffs_.push_back(list);
     CSettingField* const own = MakeField("ANALYSIS", texts.second, false);
     owns_.push_back(own);
@@ -109,9 +131,10 @@ CFiltersPage::CFiltersPage(Settings& settings, QWidget* parent) : CFieldsPage(se
       emit Edited();
     });
     connect(own, &CSettingField::Edited, this, [this] { FollowOwnCutoffs(settings_.analysis); });
-    form->addRow(texts.first, list);
-    form->addRow(tr("The user's own"), own);
+    AddRow(*form, texts.first, *list);
+    AddRow(*form, tr("The user's own"), *own);
   }
+  AddProposals(*form);
   static_cast<QVBoxLayout*>(layout())->insertWidget(1, box);
   CFiltersPage::Refresh();
 }
@@ -132,6 +155,54 @@ void CFiltersPage::Refresh() {
     const auto chosen = static_cast<int>(ChosenCutoff(settings_.analysis, cutoff));
     list->setCurrentIndex(chosen);
     owns_[which]->setEnabled(chosen + 1 == list->count());
+  }
+  ShowProposals();
+}
+
+void CFiltersPage::TakeDefaults(const Settings& defaults, Settings& settings) const {
+  CFieldsPage::TakeDefaults(defaults, settings);
+  const AnalysisSettings& from = defaults.analysis;
+  AnalysisSettings& to = settings.analysis;
+  to.LcCutoffMM = from.LcCutoffMM;
+  to.LsCutoffMM = from.LsCutoffMM;
+  to.StandardLcCutoff = from.StandardLcCutoff;
+  to.StandardLsCutoff = from.StandardLsCutoff;
+}
+
+void CFiltersPage::AddProposals(QFormLayout& form) {
+  for (const CutoffBasis basis : {CutoffBasis::kRa, CutoffBasis::kRsm}) {
+    auto* const reason = new QLabel(this);
+    reason->setWordWrap(true);
+    auto* const apply = new QPushButton(this);
+    apply->setObjectName(basis == CutoffBasis::kRa ? "cutoffByRa" : "cutoffByRsm");
+    connect(apply, &QPushButton::clicked, this, [this, basis] {
+      const CutoffProposal proposal = ProposeCutoff(doc_.document(), basis);
+      if (!proposal.cutoffMM) return;
+      const auto standard = StandardCutoffsMM(Cutoff::kLong);
+      const auto found = std::find(standard.begin(), standard.end(), *proposal.cutoffMM);
+      ChooseCutoff(settings_.analysis, Cutoff::kLong, static_cast<std::size_t>(found - standard.begin()));
+      emit Edited();
+    });
+    form.addRow(reason);
+    form.addRow(apply);
+    proposals_.emplace_back(reason, apply);
+  }
+  // What is proposed goes by the results, which come a moment after an entry.
+  connect(&doc_, &CTexturonDoc::Changed, this, &CFiltersPage::ShowProposals);
+}
+
+void CFiltersPage::ShowProposals() {
+  constexpr CutoffBasis kBases[] = {CutoffBasis::kRa, CutoffBasis::kRsm};
+  for (std::size_t i = 0; i < proposals_.size(); ++i) {
+    const CutoffProposal proposal = ProposeCutoff(doc_.document(), kBases[i]);
+    const auto& [reason, apply] = proposals_[i];
+    reason->setText(Readable(FromText(proposal.reason)));
+    const bool differs = proposal.cutoffMM && *proposal.cutoffMM != settings_.analysis.LcCutoffMM;
+    apply->setVisible(differs);
+    if (!differs) continue;
+    const QString cutoff =
+        FromText(LengthText(*proposal.cutoffMM, settings_.display.Metric, {.metric = 2, .imperial = 4}));
+    apply->setText(i == 0 ? tr("Take %1 (not periodic)").arg(cutoff) : tr("Take %1 (periodic)").arg(cutoff));
   }
 }
 

@@ -8,8 +8,11 @@
 
 #include "settings/settings.h"
 #include "ui/sheets/setting_field.h"
+#include "ui/window/texturon_doc.h"
 
+class QFormLayout;
 class QLabel;
+class QPushButton;
 
 namespace texturon {
 
@@ -26,6 +29,8 @@ public:
   virtual void Reset();
   /// The first entry that cannot be used, with the reason; empty: none.
   virtual QString Fault() const;
+  /// Puts the page's own entries of `defaults` into `settings`.
+  virtual void TakeDefaults(const Settings& defaults, Settings& settings) const;
   /// The keys that can be set here.
   virtual std::vector<const SettingKey*> Keys() const;
 
@@ -54,11 +59,18 @@ class CFiltersPage : public CFieldsPage {
   Q_OBJECT
 
 public:
-  explicit CFiltersPage(Settings& settings, QWidget* parent = nullptr);
+  CFiltersPage(Settings& settings, const CTexturonDoc& doc, QWidget* parent = nullptr);
 
   void Refresh() override;
+  void TakeDefaults(const Settings& defaults, Settings& settings) const override;
 
 private:
+  /// What the standard's tables propose, with a button each.
+  void AddProposals(QFormLayout& form);
+  void ShowProposals();
+
+  const CTexturonDoc& doc_;
+  std::vector<std::pair<QLabel*, QPushButton*>> proposals_;
   std::vector<QComboBox*> cutoffs_;
   std::vector<CSettingField*> owns_;
 };

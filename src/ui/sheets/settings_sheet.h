@@ -2,39 +2,59 @@
 
 #pragma once
 
-#include <QDialog>
-#include <QTabWidget>
 #include <QTimer>
+#include <QWidget>
 
+#include "ui/sheets/page_list.h"
 #include "ui/sheets/settings_pages.h"
 #include "ui/window/texturon_doc.h"
 
 class QLabel;
+class QMenu;
 
 namespace texturon {
 
-/// A sheet of pages whose entries are applied to the document as they are made; Cancel puts the former settings back.
-class CLiveSheet : public QDialog {
+/// A sheet of pages whose entries are applied to the document as they are made; Cancel and Escape put the former
+/// settings back, OK and Enter keep the new ones. It stands in a panel of its window, which is docked or floats and is
+/// seen while the sheet is.
+class CLiveSheet : public QWidget {
   Q_OBJECT
 
 public:
   CLiveSheet(CTexturonDoc& doc, const QString& title, QWidget* parent);
 
+  void accept();
+  void reject();
+  /// Defaults for the page that is seen, or for all.
+  void TakeDefaults(bool ofAllPages);
+  void setVisible(bool visible) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
   /// Applies what was entered so far at once.
   void ApplyNow();
-  QTabWidget& Pages() { return *pages_; }
+  CPageList& Pages() { return *pages_; }
+
+signals:
+  /// Entries that were in force have been taken back by Cancel; what they were for, as a list.
+  void PutBack(const QString& titles);
 
 protected:
   void AddPage(CSettingsPage* page, const QString& title);
   Settings& Working() { return working_; }
   void showEvent(QShowEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
-  void done(int result) override;
 
 private:
   void OnEdited();
   void OnChanged();
   void ShowFault();
+  QWidget* MakeFoot();
+  void FillPresets(QMenu& menu);
+  void SaveAsPreset();
+  /// The page's letters must not be those of the window around it.
+  void AssignPageLetters();
+  /// Shows entries that did not come from a field, and applies them.
+  void TakeOver(const Settings& settings);
 
   CTexturonDoc& doc_;
   Settings working_;
@@ -42,7 +62,7 @@ private:
   Settings seen_;    ///< the document's when they were looked at last
   bool applies_ = false;
   bool hasEdited_ = false;
-  QTabWidget* pages_;
+  CPageList* pages_;
   QLabel* fault_;
   QTimer delay_;
 };

@@ -11,6 +11,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "ui/colours.h"
 #include "ui/plots/clickable_profile_graph.h"
 #include "ui/plots/plot_items.h"
 
@@ -81,12 +82,11 @@ CShapePage::CShapePage(Settings& settings, std::string_view page, std::string_vi
   ends->addWidget(fit, 0, 4, 2, 1);
   previewLayout->addLayout(ends);
 
-  auto* const both = new QHBoxLayout(this);
-  auto* const right = new QVBoxLayout;
-  right->addWidget(list, 1);
-  right->addWidget(preview, 1);
-  both->addWidget(left);
-  both->addLayout(right, 1);
+  table_->setMinimumHeight(fontMetrics().height() * 9);
+  auto* const all = new QVBoxLayout(this);
+  all->addWidget(left);
+  all->addWidget(list, 1);
+  all->addWidget(preview, 1);
 }
 
 QPushButton* CShapePage::AddButton(const QString& text, const std::function<void()>& run) {
@@ -119,6 +119,14 @@ QString CShapePage::Fault() const {
   return fault.isEmpty() ? rows_->Fault() : fault;
 }
 
+void CShapePage::TakeDefaults(const Settings& defaults, Settings& settings) const {
+  CFieldsPage::TakeDefaults(defaults, settings);
+  // The list as a whole, however long it is; each page has but one.
+  const bool isAsphere = rows_->Keys().front()->binding.section == "ASPHERIC_PARAMETERS";
+  if (isAsphere) settings.analysis.asphereCoefficients = defaults.analysis.asphereCoefficients;
+  if (!isAsphere) settings.analysis.freeFormPoints = defaults.analysis.freeFormPoints;
+}
+
 std::vector<const SettingKey*> CShapePage::Keys() const {
   std::vector<const SettingKey*> keys = CFieldsPage::Keys();
   for (const SettingKey* const key : rows_->Keys()) keys.push_back(key);
@@ -138,7 +146,7 @@ void CShapePage::DrawPreview() {
   preview_->xAxis->setLabel(tr("X in %1").arg(units.lengthName));
   preview_->yAxis->setLabel(tr("Z in %1").arg(units.heightName));
   QCPGraph* const curve = preview_->addGraph();
-  curve->setPen(QPen(CurveColour(0), 1.5));
+  curve->setPen(QPen(CurveColour(0, palette()), 1.5));
   const std::vector<FreeFormPoint> shape = CurveOf(kMostScreenPoints);
   for (const FreeFormPoint& point : shape) curve->addData(point.xMM * units.length, point.zUM * units.height);
   if (shape.empty()) {
@@ -152,7 +160,8 @@ void CShapePage::DrawPreview() {
   }
   QCPGraph* const points = preview_->addGraph();
   points->setLineStyle(QCPGraph::lsNone);
-  points->setScatterStyle(QCPScatterStyle(QCPScatterStyle::ssCircle, CurveColour(1), fontMetrics().height() / 3.0));
+  points->setScatterStyle(
+      QCPScatterStyle(QCPScatterStyle::ssCircle, CurveColour(1, palette()), fontMetrics().height() / 3.0));
   QVector<QCPGraphData> given;
   for (const FreeFormPoint& point : GivenPoints()) {
     given.push_back({point.xMM * units.length, point.zUM * units.height});

@@ -13,7 +13,7 @@ class QTableView;
 
 namespace texturon {
 
-/// The page of a nominal shape: entries on the left, on the right the list that describes it and a preview of it with
+/// The page of a nominal shape: entries, below them the list that describes it and a preview of it with
 /// the entries for its limits.
 class CShapePage : public CFieldsPage {
   Q_OBJECT
@@ -22,6 +22,7 @@ public:
   void Refresh() override;
   void Reset() override;
   QString Fault() const override;
+  void TakeDefaults(const Settings& defaults, Settings& settings) const override;
   std::vector<const SettingKey*> Keys() const override;
   CSettingRowsModel& Rows() { return *rows_; }
   QTableView& Table() { return *table_; }

@@ -9,6 +9,9 @@
 #include <algorithm>
 #include <set>
 
+#include "ui/colours.h"
+#include "ui/qt_text.h"
+
 namespace texturon {
 namespace {
 
@@ -27,42 +30,101 @@ CGridCtrl::CGridCtrl(const QStringList& titles, const QSet<int>& numbers, QWidge
   horizontalHeader()->setMinimumSectionSize(fontMetrics().averageCharWidth());
   setTabKeyNavigation(false);
   setWordWrap(false);
-  connect(this, &QTableWidget::cellDoubleClicked, this, [this](int row, int column) {
-    if (const int record = RecordAt(row, column); record >= 0) emit RecordActivated(record);
-  });
+  connect(this, &QTableWidget::cellDoubleClicked, this, [this](int row, int column) { Activate(row, column); });
   Show({}, 1);
 }
 
-void CGridCtrl::SetCell(int row, int column, const QString& text, Qt::Alignment alignment, bool standsOut) {
-  auto* const cell = new QTableWidgetItem(text);
-  cell->setTextAlignment(alignment | Qt::AlignVCenter);
-  if (standsOut) {
-    // White on it reads well beside a light and a dark ground.
-    cell->setBackground(QColor(0xB0, 0x48, 0x00));
-    cell->setForeground(Qt::white);
-    QFont bold = font();
-    bold.setBold(true);
-    cell->setFont(bold);
+void CGridCtrl::Activate(int row, int column) {
+  const int record = RecordAt(row, column);
+  if (record >= 0 && !records_[record].isHeading) emit RecordActivated(record);
+}
+
+void CGridCtrl::Select(int record) {
+  if (record < 0 || record >= records_.size()) return;
+  const int group = record / rowsOfGroup_;
+  setCurrentCell(record % rowsOfGroup_, static_cast<int>(groupOfColumn_.indexOf(group)));
+  scrollToItem(currentItem(), QAbstractItemView::PositionAtCenter);
+  setFocus();
+}
+
+void CGridCtrl::resizeEvent(QResizeEvent* event) {
+  QTableWidget::resizeEvent(event);
+  Fit();
+}
+
+void CGridCtrl::SetCell(int row, int column, const Record& record, int cell) {
+  auto* const item = new QTableWidgetItem(Readable(record.cells[cell]));
+  const bool isNumber = numbers_.contains(cell) && !record.isHeading;
+  item->setTextAlignment((isNumber ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+  item->setToolTip(record.tip);
+  QFont bold = font();
+  bold.setBold(true);
+  if (record.standsOut) {
+    item->setBackground(VerdictGround(false));
+    item->setForeground(Qt::white);
+    item->setFont(bold);
   }
-  setItem(row, column, cell);
+  if (record.isHeading) {
+    item->setFont(bold);
+    item->setFlags(Qt::ItemIsEnabled);
+  }
+  setItem(row, column, item);
 }
 
 void CGridCtrl::Show(const QList<Record>& records, int groups) {
-  setUpdatesEnabled(false);
   records_ = records;
-  const int count = static_cast<int>(records.size());
+  mostGroups_ = std::max(groups, 1);
+  fittedWidth_ = -1;
+  Fit();
+}
+
+int CGridCtrl::Groups() const {
+  const int last = groupOfColumn_.isEmpty() ? 0 : groupOfColumn_.back();
+  return last + 1;
+}
+
+void CGridCtrl::Fit() {
+  // Fewer groups are more rows, whose scroll bar takes of the width: it is fitted in again, but not for ever.
+  if (isFitting_) return;
+  isFitting_ = true;
+  for (int round = 0; round < 2 && viewport()->width() != fittedWidth_; ++round) FitInto(viewport()->width());
+  isFitting_ = false;
+}
+
+void CGridCtrl::FitInto(int room) {
+  fittedWidth_ = room;
+  setUpdatesEnabled(false);
+  int width = LayOut(mostGroups_);
+  // Before the table is seen its width means nothing.
+  for (int groups = Groups() - 1; groups > 0 && width > room && isVisible(); --groups) width = LayOut(groups);
+  if (width < room) {
+    int left = room - width;
+    for (int column = columnCount() - 1; column >= 0 && width > 0; --column) {
+      const int more = column == 0 ? left : (room - width) * columnWidth(column) / width;
+      setColumnWidth(column, columnWidth(column) + more);
+      left -= more;
+    }
+  }
+  setUpdatesEnabled(true);
+}
+
+int CGridCtrl::LayOut(int groups) {
+  const int count = static_cast<int>(records_.size());
   rowsOfGroup_ = (count + groups - 1) / groups;
   groupOfColumn_.clear();
+  clearSpans();
   clear();
   setColumnCount(0);
   setRowCount(rowsOfGroup_);
   const int used = count == 0 ? 1 : (count + rowsOfGroup_ - 1) / rowsOfGroup_;
   for (int group = 0; group < used; ++group) LayOutGroup(group);
   resizeColumnsToContents();
+  int width = 0;
   for (int column = 0; column < columnCount(); ++column) {
     if (groupOfColumn_[column] < 0) setColumnWidth(column, fontMetrics().averageCharWidth() * 2);
+    width += columnWidth(column);
   }
-  setUpdatesEnabled(true);
+  return width;
 }
 
 void CGridCtrl::LayOutGroup(int group) {
@@ -77,15 +139,19 @@ void CGridCtrl::LayOutGroup(int group) {
   };
   if (group > 0) append({}, -1);
   for (int title = 0; title < titles_.size(); ++title) {
-    const bool says = std::any_of(records_.begin() + first, records_.begin() + end,
-                                  [title](const Record& record) { return !record.cells[title].isEmpty(); });
+    const bool says = std::any_of(records_.begin() + first, records_.begin() + end, [title](const Record& record) {
+      return !record.isHeading && !record.cells[title].isEmpty();
+    });
     if (!says && title >= kAlwaysShown) continue;
     const int column = append(titles_[title], group);
     const Qt::Alignment alignment = numbers_.contains(title) ? Qt::AlignRight : Qt::AlignLeft;
     horizontalHeaderItem(column)->setTextAlignment(alignment | Qt::AlignVCenter);
-    for (int i = first; i < end; ++i) {
-      SetCell(i - first, column, records_[i].cells[title], alignment, records_[i].standsOut);
-    }
+    for (int i = first; i < end; ++i) SetCell(i - first, column, records_[i], title);
+  }
+  const int begin = static_cast<int>(groupOfColumn_.indexOf(group));
+  const int columns = columnCount() - begin;
+  for (int i = first; i < end; ++i) {
+    if (records_[i].isHeading && columns > 1) setSpan(i - first, begin, 1, columns);
   }
 }
 
@@ -104,6 +170,7 @@ QString CGridCtrl::AsText() const {
   QStringList lines;
   if (isWhole) lines << titles_.join('\t');
   for (int i = 0; i < records_.size(); ++i) {
+    if (records_[i].isHeading) continue;
     if (isWhole || chosen.contains(i)) lines << records_[i].cells.join('\t');
   }
   return lines.join('\n') + '\n';
@@ -115,8 +182,7 @@ void CGridCtrl::keyPressEvent(QKeyEvent* event) {
     return;
   }
   if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-    if (const int record = RecordAt(currentRow(), currentColumn()); record >= 0) emit RecordActivated(record);
-    return;
+    return Activate(currentRow(), currentColumn());
   }
   QTableWidget::keyPressEvent(event);
 }

@@ -10,8 +10,9 @@
 namespace texturon {
 
 /// A table of text that is only read and copied. Its records stand in groups of columns side by side and are read down
-/// each group; a group has only the columns in which one of its records says something. Ctrl+C takes the records of the
-/// selected cells, or all of them, as text with tabs, one record a line.
+/// each group; a group has only the columns in which one of its records says something. The groups fill the width, and
+/// there are fewer of them where they would not fit into it. Ctrl+C takes the records of the selected cells, or all of
+/// them, as text with tabs, one record a line.
 class CGridCtrl : public QTableWidget {
   Q_OBJECT
 
@@ -19,15 +20,22 @@ public:
   struct Record {
     QStringList cells;  ///< as many as there are titles
     bool standsOut = false;
+    QString tip = {};
+    bool isHeading = false;  ///< only the first cell counts; is not copied
   };
 
   /// `numbers`: the columns that hold numbers, from 0.
   explicit CGridCtrl(const QStringList& titles, const QSet<int>& numbers = {}, QWidget* parent = nullptr);
 
+  /// `groups`: the most side by side.
   void Show(const QList<Record>& records, int groups = 1);
   const QList<Record>& Records() const { return records_; }
+  /// How many groups stand side by side.
+  int Groups() const;
   /// The record in a cell; none: -1.
   int RecordAt(int row, int column) const;
+  /// Turns to a record.
+  void Select(int record);
   /// The selected records, or the whole table with its titles where at most one cell is selected.
   QString AsText() const;
 
@@ -37,14 +45,23 @@ signals:
 
 protected:
   void keyPressEvent(QKeyEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
 
 private:
+  /// Lays out as many groups as fit.
+  void Fit();
+  void FitInto(int room);
+  int LayOut(int groups);
   void LayOutGroup(int group);
-  void SetCell(int row, int column, const QString& text, Qt::Alignment alignment, bool standsOut);
+  void SetCell(int row, int column, const Record& record, int cell);
+  void Activate(int row, int column);
 
   QStringList titles_;
   QSet<int> numbers_;
   QList<Record> records_;
+  int mostGroups_ = 1;
+  int fittedWidth_ = -1;
+  bool isFitting_ = false;
   int rowsOfGroup_ = 0;
   QList<int> groupOfColumn_;  ///< -1: the gap between two groups
 };

@@ -2,40 +2,130 @@
 
 #include "ui/tables/texturon_param_view.h"
 
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QSettings>
+#include <QToolButton>
 #include <QVBoxLayout>
 
+#include "parameters/catalogue.h"
 #include "presentation/shown_rows.h"
 #include "ui/qt_text.h"
 
 namespace texturon {
+namespace {
+
+constexpr const char* kAllKey = "table/all";
+constexpr const char* kTolerancedKey = "table/tolerancedFirst";
+
+QString TitleOf(RowGroup group) {
+  switch (group) {
+    case RowGroup::kRoughness:
+      return QObject::tr("Roughness, R");
+    case RowGroup::kPrimary:
+      return QObject::tr("Primary profile, P");
+    case RowGroup::kWaviness:
+      return QObject::tr("Waviness, W");
+    case RowGroup::kMotif:
+      return QObject::tr("Motifs");
+    case RowGroup::kForm:
+      return QObject::tr("Form-suppressed profile, F");
+    case RowGroup::kRatio:
+      break;
+  }
+  return QObject::tr("Bearing ratios and Htp");
+}
+
+QString TipOf(const ShownRow& row) {
+  QStringList lines{FromText(row.title)};
+  if (const MasterRow* const master = FindMasterRow(row.row.name)) {
+    lines << FromText(master->definition);
+    if (!master->source.empty()) lines << FromText(master->source);
+  }
+  const QString label = FromText(row.label).trimmed();
+  if (!label.isEmpty()) lines << Readable(label);
+  return lines.join('\n');
+}
+
+}  // namespace
 
 CTexturonParamView::CTexturonParamView(CTexturonDoc& doc, QWidget* parent)
     : QWidget(parent),
       doc_(doc),
+      choice_{.showsAll = QSettings().value(kAllKey).toBool(),
+              .tolerancedFirst = QSettings().value(kTolerancedKey).toBool()},
+      count_(new QLabel(this)),
+      all_(new QToolButton(this)),
       grid_(new CGridCtrl({tr("Parameter"), tr("Value"), tr("Unit"), tr("Verdict"), tr("Setting")}, {1}, this)) {
+  grid_->setAccessibleName(tr("Parameters"));
+  all_->setObjectName("allParametersButton");
+  all_->setCheckable(true);
+  auto* const head = new QHBoxLayout;
+  head->setContentsMargins(fontMetrics().averageCharWidth(), 0, 0, 0);
+  head->addWidget(count_);
+  head->addWidget(all_);
+  head->addStretch(1);
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->addLayout(head);
   layout->addWidget(grid_);
   connect(&doc_, &CTexturonDoc::Changed, this, &CTexturonParamView::Update);
   connect(grid_, &CGridCtrl::RecordActivated, this, [this](int record) { emit ParameterActivated(names_[record]); });
+  connect(all_, &QToolButton::clicked, this, [this](bool on) {
+    TableChoice choice = choice_;
+    choice.showsAll = on;
+    Choose(choice);
+  });
   Update();
+}
+
+void CTexturonParamView::Choose(const TableChoice& choice) {
+  choice_ = choice;
+  QSettings().setValue(kAllKey, choice.showsAll);
+  QSettings().setValue(kTolerancedKey, choice.tolerancedFirst);
+  Update();
+  emit ChoiceChanged();
+}
+
+void CTexturonParamView::ShowFirstFailed() {
+  const VerdictCount count = CountVerdicts(doc_.document());
+  if (!count.firstFailed) return;
+  const QString title = FromText(*count.firstFailed);
+  for (int i = 0; i < grid_->Records().size(); ++i) {
+    if (grid_->Records()[i].cells[0] == title) return grid_->Select(i);
+  }
 }
 
 void CTexturonParamView::Update() {
   QList<CGridCtrl::Record> records;
   names_.clear();
-  if (doc_.HasProfile()) {
-    for (const ShownRow& row : ShownRows(doc_.document())) {
-      const QString verdict = !row.verdict                     ? QString()
-                              : *row.verdict == Verdict::kPass ? tr("pass")
-                                                               : tr("out of tolerance");
-      names_ << FromText(row.row.name);
-      records << CGridCtrl::Record{
-          {FromText(row.title), row.value.empty() ? QString::fromUtf8("\u2013") : FromText(row.value),
-           FromText(row.unit), verdict, FromText(row.label).trimmed()},
-          row.verdict == Verdict::kFail && row.row.tolerance.highlightIfOut};
+  const TableRows table = doc_.HasProfile() ? RowsOfTable(doc_.document(), choice_) : TableRows();
+  std::optional<RowGroup> group;
+  for (const auto& [row, ofGroup] : table.rows) {
+    const bool isFirst = choice_.tolerancedFirst && row.verdict.has_value();
+    if (table.isGrouped && !isFirst && group != ofGroup) {
+      group = ofGroup;
+      records << CGridCtrl::Record{.cells = {TitleOf(ofGroup), {}, {}, {}, {}}, .isHeading = true};
+      names_ << QString();
     }
+    const QString verdict = !row.verdict                     ? QString()
+                            : *row.verdict == Verdict::kPass ? tr("pass")
+                                                             : tr("out of tolerance");
+    names_ << FromText(row.row.name);
+    records << CGridCtrl::Record{
+        .cells = {FromText(row.title), row.value.empty() ? QString::fromUtf8("\u2013") : FromText(row.value),
+                  FromText(row.unit), verdict, FromText(row.label).trimmed()},
+        .standsOut = row.verdict == Verdict::kFail && row.row.tolerance.highlightIfOut,
+        .tip = TipOf(row)};
   }
+  const auto shown = static_cast<int>(table.rows.size());
+  const auto selected = static_cast<int>(table.selected);
+  all_->setVisible(table.isGrouped);
+  all_->setChecked(choice_.showsAll);
+  all_->setText(choice_.showsAll ? tr("Common ones only") : tr("Show all %1").arg(selected));
+  count_->setText(shown == selected ? tr("%n parameters", nullptr, shown)
+                                    : tr("%1 of %n parameters", nullptr, selected).arg(shown));
   grid_->Show(records, ColumnsOfTable(doc_.document().settings.display));
 }
 

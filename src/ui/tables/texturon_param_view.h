@@ -4,13 +4,18 @@
 
 #include <QWidget>
 
+#include "presentation/table_rows.h"
 #include "ui/tables/grid_ctrl.h"
 #include "ui/window/texturon_doc.h"
+
+class QLabel;
+class QToolButton;
 
 namespace texturon {
 
 /// The parameters of the document as a table, some side by side as the settings say. Rows out of tolerance stand out by
-/// colour and by word.
+/// colour and by word. While nobody has chosen among the parameters, the common ones are shown, and all of them by a
+/// click.
 class CTexturonParamView : public QWidget {
   Q_OBJECT
 
@@ -18,15 +23,24 @@ public:
   explicit CTexturonParamView(CTexturonDoc& doc, QWidget* parent = nullptr);
 
   CGridCtrl& Grid() { return *grid_; }
+  const TableChoice& Choice() const { return choice_; }
+  /// Kept from one start to the next.
+  void Choose(const TableChoice& choice);
+  /// Turns to the first row that is out of tolerance.
+  void ShowFirstFailed();
 
 signals:
   /// Its settings are asked for; the name is that of the catalogue.
   void ParameterActivated(const QString& name);
+  void ChoiceChanged();
 
 private:
   void Update();
 
   CTexturonDoc& doc_;
+  TableChoice choice_;
+  QLabel* count_;
+  QToolButton* all_;
   CGridCtrl* grid_;
   QStringList names_;  ///< of the grid's records
 };

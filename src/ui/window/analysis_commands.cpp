@@ -2,8 +2,12 @@
 
 // The Analysis menu of the main window.
 
+#include <QDockWidget>
 #include <QMenuBar>
+#include <QScreen>
+#include <QStatusBar>
 #include <algorithm>
+#include <type_traits>
 
 #include "base/quantity.h"
 #include "ui/plots/texturon_view.h"
@@ -17,10 +21,33 @@ namespace texturon {
 template <typename Sheet>
 void CMainFrame::ShowSheet() {
   auto* sheet = findChild<Sheet*>();
-  if (sheet == nullptr) sheet = new Sheet(*doc_, this);
+  if (sheet == nullptr) {
+    sheet = new Sheet(*doc_, this);
+    Dock(*sheet, std::is_same_v<Sheet, CSettingsSheet>);
+    connect(sheet, &CLiveSheet::PutBack, this, [this](const QString& titles) {
+      constexpr int kShownMS = 15'000;
+      const QString again = doc_->CanRedo() ? tr(" Redo brings the changes back.") : QString();
+      statusBar()->showMessage(tr("Put back as it was: %1.").arg(titles) + again, kShownMS);
+    });
+  }
   sheet->show();
-  sheet->raise();
-  sheet->activateWindow();
+  sheet->window()->activateWindow();
+}
+
+void CMainFrame::Dock(CLiveSheet& sheet, bool besideTheProfile) {
+  auto* const panel = new QDockWidget(sheet.windowTitle(), this);
+  panel->setObjectName(sheet.metaObject()->className());
+  panel->setWidget(&sheet);
+  panel->installEventFilter(&sheet);
+  addDockWidget(Qt::RightDockWidgetArea, panel);
+  const int width = sheet.minimumSizeHint().width();
+  constexpr double kLeastShare = 0.45;
+  // Where little would be left of the profile it stands in front of it.
+  const bool fits = width < (1.0 - kLeastShare) * this->width();
+  panel->setFloating(!besideTheProfile || !fits);
+  const QSize screen = this->screen()->availableSize();
+  if (panel->isFloating()) panel->resize(QSize(width, fontMetrics().height() * 46).boundedTo(screen * 0.9));
+  panel->hide();
 }
 
 void CMainFrame::OnParameter(const QString& name) {

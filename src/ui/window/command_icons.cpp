@@ -9,6 +9,7 @@
 #include <QPalette>
 #include <vector>
 
+#include "ui/colours.h"
 #include "ui/plots/clickable_profile_graph.h"
 
 namespace texturon {
@@ -117,7 +118,7 @@ public:
       for (const QPolygonF& line : lines) painter->drawPolyline(line);
     };
     draw(drawing.strokes, ink);
-    draw(drawing.accents, mode == QIcon::Disabled ? ink : CurveColour(0));
+    draw(drawing.accents, mode == QIcon::Disabled ? ink : CurveColour(0, QGuiApplication::palette()));
     painter->restore();
   }
 

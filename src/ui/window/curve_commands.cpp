@@ -48,6 +48,10 @@ void CMainFrame::MakePanes() {
     lowerCurves_->setVisible(display.LowerIsSplit);
   };
   connect(doc_, &CTexturonDoc::Changed, this, split);
+  connect(&view_->Transmission(), &CTransmissionInset::Clicked, this, [this] {
+    if (auto* const command = findChild<QAction*>("filterCurve")) command->trigger();
+  });
+  connect(&view_->Heading(), &CHeading::VerdictClicked, paramView_, &CTexturonParamView::ShowFirstFailed);
   split();
 }
 
@@ -69,7 +73,8 @@ void CMainFrame::AddCurveCommands(QMenu& menu) {
       {"bearingRatioCurve", tr("&Bearing Ratio and Amplitudes"), CCurvePane::kBearingRatio},
       {"probabilityCurve", tr("&Probability"), CCurvePane::kProbability},
       {"spectrumCurve", tr("&Spectrum"), CCurvePane::kSpectrum},
-      {"motifCurve", tr("&Motifs"), CCurvePane::kMotifs}};
+      {"motifCurve", tr("&Motifs"), CCurvePane::kMotifs},
+      {"filterCurve", tr("&Filters"), CCurvePane::kFilters}};
   for (const auto& [name, title, curve] : choices) {
     AddCommand(*curves, {.name = name, .text = title, .tip = tr("Shows this curve beside the profile.")},
                [this, curve = curve] {

@@ -22,6 +22,7 @@
 #include "ui/folders/folder_batch_window.h"
 #include "ui/qt_text.h"
 #include "ui/report/report.h"
+#include "ui/window/autosave.h"
 #include "ui/window/file_dialogs.h"
 #include "ui/window/main_frame.h"
 
@@ -58,11 +59,7 @@ void CMainFrame::MakeFileMenu() {
   AddCommand(
       *menu,
       {.name = "saveSettings", .text = tr("&Save Settings"), .tip = tr("Saves the current configuration to a file.")},
-      [this] {
-        const auto file =
-            AskFileToSave(this, {.title = tr("Save Settings"), .filters = kSettingsFilters, .extension = "ini"});
-        if (file) doc_->SaveSettingsFile(*file);
-      });
+      [this] { OnSaveSettings(); });
   saveDefaults_ = AddCommand(*menu,
                              {.name = "saveSettingsAsDefault",
                               .text = tr("Save Settings as Defa&ult"),
@@ -122,6 +119,8 @@ void CMainFrame::MakeFolderCommands(QMenu& menu) {
 }
 
 void CMainFrame::OnBatch(const std::filesystem::path& folder) {
+  // Its results would come from settings that nobody could look up.
+  if (!SettleUnsaved(true)) return;
   auto* window = findChild<CFolderBatchWindow*>();
   if (window == nullptr) {
     window = new CFolderBatchWindow(*doc_, this);
@@ -170,7 +169,7 @@ bool CMainFrame::OpenFile(const std::filesystem::path& path) {
     OpenLater(path);
     return false;
   }
-  if (!doc_->Open(path)) return false;
+  if (!SettleUnsaved(false) || !doc_->Open(path)) return false;
   Remember(path);
   const Document& document = doc_->document();
   if (document.settings.autoLoading.AutoExport && document.profiles.primaryRange) OnExportParameters(false);
@@ -207,6 +206,8 @@ void CMainFrame::closeEvent(QCloseEvent* event) {
     doc_->WhenIdle([this] { close(); });
     return;
   }
+  if (!isSettled_ && !SettleUnsaved(true)) return event->ignore();
+  delete std::exchange(autosave_, nullptr);
   QMainWindow::closeEvent(event);
 }
 
@@ -218,19 +219,27 @@ void CMainFrame::OnOpen() {
   if (file) OpenFile(*file);
 }
 
-void CMainFrame::OnSave() {
+bool CMainFrame::OnSaveSettings() {
+  const auto file =
+      AskFileToSave(this, {.title = tr("Save Settings"), .filters = kSettingsFilters, .extension = "ini"});
+  return file && doc_->SaveSettingsFile(*file);
+}
+
+bool CMainFrame::OnSave() {
   const auto file = AskFileToSave(this, {.title = tr("Save the profile"),
                                          .filters = SaveFilters(),
                                          .extension = "lmt",
                                          .proposal = doc_->document().profiles.sourceFile});
-  if (!file) return;
+  if (!file) return false;
   const std::filesystem::path written = CTexturonDoc::SavedAs(*file);
   std::error_code error;
   if (written != *file && std::filesystem::exists(written, error) &&
       !doc_->prompts().AskYesNo(TextFromPath(written) + " exists already. Replace it?")) {
-    return;
+    return false;
   }
-  if (doc_->Save(*file)) Remember(written);
+  if (!doc_->Save(*file)) return false;
+  Remember(written);
+  return true;
 }
 
 std::filesystem::path CMainFrame::ProposedName(const std::string& ending) const {

@@ -43,6 +43,8 @@ std::string ClashOf(const std::filesystem::path& profile, const std::filesystem:
 
 /// Writes a picture of the window; the sentence that says why not, or nothing.
 QString WriteScreenshot(CMainFrame& frame, const QString& file) {
+  // Whatever size the screen in memory has.
+  frame.resize(1200, 800);
   frame.show();
   // What is laid out once may ask for another round.
   constexpr int kRounds = 5;

@@ -20,7 +20,7 @@ namespace {
 using Rows = std::vector<std::pair<QString, QString>>;
 
 constexpr std::pair<const char*, const char*> kInGraphs[] = {
-    {"Zoom about the pointer; along X only", "Wheel; Ctrl+Wheel"},
+    {"Zoom about the pointer along X; the heights; both", "Wheel; Ctrl+Wheel; Shift+Wheel"},
     {"Zoom to what is marked", "Shift+Drag"},
     {"Move what is in view", "Drag"},
     {"Show all", "Double click; Home"},

@@ -8,6 +8,7 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QScreen>
 #include <QStatusBar>
 #include <QToolBar>
 #include <utility>
@@ -64,7 +65,8 @@ CMainFrame::CMainFrame(Environment environment, Prompts* prompts) {
   paramView_ = new CTexturonParamView(*doc_, this);
   MakePanes();
   setAcceptDrops(true);
-  resize(1200, 800);
+  constexpr double kShareOfScreen = 0.9;
+  resize(QSize(1200, 800).boundedTo(screen()->availableSize() * kShareOfScreen));
   MakeFileMenu();
   MakeEditMenu();
   MakeExportMenu();
@@ -181,12 +183,17 @@ void CMainFrame::UseWorkingSettings(WorkingSettings& store) {
   if (!remark.empty()) statusBar()->showMessage(FromText(remark));
 }
 
-void CMainFrame::OnSaveDefaults() {
+bool CMainFrame::OnSaveDefaults() {
   std::string reason;
   const std::filesystem::path file = workingSettings_->Save(doc_->document().settings, reason);
-  if (file.empty()) return doc_->prompts().ShowMessage(reason);
+  if (file.empty()) {
+    doc_->prompts().ShowMessage(reason);
+    return false;
+  }
+  doc_->NoteSettingsSaved();
   constexpr int kShownMS = 8'000;
   statusBar()->showMessage(tr("The program starts with the settings of %1").arg(FromPath(file)), kShownMS);
+  return true;
 }
 
 void CMainFrame::UpdateState() {

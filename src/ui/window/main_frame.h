@@ -19,7 +19,9 @@ class QMenu;
 namespace texturon {
 
 class CAutoLoading;
+class CAutosave;
 class CCurvePane;
+class CLiveSheet;
 class CTexturonParamView;
 class CTexturonView;
 class WorkingSettings;
@@ -39,12 +41,29 @@ public:
   CAutoLoading& AutoLoading() { return *autoLoading_; }
   CCurvePane& UpperCurves() { return *upperCurves_; }
   CCurvePane& LowerCurves() { return *lowerCurves_; }
-  /// Opens a profile and remembers it in the list of recent files.
+  /// Opens a profile and remembers it in the list of recent files. What the present one would lose is asked about
+  /// first.
   bool OpenFile(const std::filesystem::path& path);
   /// Starts from these settings and offers to save them; `store` outlives the window.
   void UseWorkingSettings(WorkingSettings& store);
   /// The same as soon as nothing is at work and no dialog is open.
   void OpenLater(const std::filesystem::path& path);
+
+  /// What is to become of work that no file holds.
+  enum class Unsaved { kSave, kDiscard, kCancel };
+  /// What is told, as sentences; the answer.
+  using UnsavedQuestion = std::function<Unsaved(const QString& text)>;
+  /// Asks in place of the window's own box.
+  void AskAboutUnsavedBy(UnsavedQuestion question) { unsavedQuestion_ = std::move(question); }
+  /// Asks where the record's identification or sign, or with `withSettings` the settings, are in no file, and saves
+  /// them where that is wanted. False: nothing may be lost.
+  bool SettleUnsaved(bool withSettings);
+  /// The session ends: asks where it may, and closes without another word. False: it must not end.
+  bool EndSession(bool mayAsk);
+  /// Keeps what a crash would lose in a folder of the user's own, until the window has closed.
+  void KeepStateIn(const std::filesystem::path& folder);
+  /// Asks whether what a crashed window has left shall be as it was.
+  void OfferLeftOver();
 
 protected:
   void dragEnterEvent(QDragEnterEvent* event) override;
@@ -83,7 +102,7 @@ private:
   /// Asks for a file and opens it.
   void OnOpen();
   /// Asks for a name and writes the measured profile.
-  void OnSave();
+  bool OnSave();
   /// Opens the first file; of a folder, the window for its batch.
   void OnDropped(const QList<QUrl>& urls);
   void OnBatch(const std::filesystem::path& folder);
@@ -97,6 +116,8 @@ private:
   /// Shows a sheet, making it where it is asked for the first time.
   template <typename Sheet>
   void ShowSheet();
+  /// Gives a sheet its panel, docked where there is room beside the profile.
+  void Dock(CLiveSheet& sheet, bool besideTheProfile);
   /// Opens the sheet in which a row of the table is chosen and toleranced.
   void OnParameter(const QString& name);
 
@@ -121,7 +142,10 @@ private:
 
   // main_frame.cpp
   void MakeHelpMenu();
-  void OnSaveDefaults();
+  /// False where they are saved nowhere; a message has said why, or the user has cancelled.
+  bool OnSaveSettings();
+  bool OnSaveDefaults();
+  bool SaveSettingsInForce();
 
   std::unique_ptr<DialogPrompts> ownPrompts_;
   CTexturonDoc* doc_;
@@ -135,6 +159,9 @@ private:
   QList<QAction*> needProfile_;
   QAction* saveDefaults_ = nullptr;
   WorkingSettings* workingSettings_ = nullptr;
+  UnsavedQuestion unsavedQuestion_;
+  bool isSettled_ = false;  ///< what is unsaved has been asked about
+  CAutosave* autosave_ = nullptr;
 };
 
 }  // namespace texturon

@@ -6,6 +6,7 @@
 #include <QCommandLineParser>
 #include <QFile>
 #include <QFileInfo>
+#include <QSessionManager>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QStatusBar>
@@ -61,8 +62,17 @@ int RunFrame(const QStringList& files, CSingleInstance* others) {
       OpenFirst(frame, arrived);
     });
   }
+  QObject::connect(
+      qApp, &QGuiApplication::commitDataRequest, &frame,
+      [&frame](QSessionManager& session) {
+        if (!frame.EndSession(session.allowsInteraction())) session.cancel();
+        session.release();
+      },
+      Qt::DirectConnection);
   if (files.isEmpty()) OpenSample(frame);
   frame.show();
+  frame.KeepStateIn(environment.stateFolder);
+  frame.OfferLeftOver();
   OpenFirst(frame, files);
   const int status = QApplication::exec();
   QSettings().setValue(kGeometryKey, frame.saveGeometry());

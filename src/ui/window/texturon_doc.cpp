@@ -13,6 +13,7 @@
 #include "formats/extension_table.h"
 #include "platform/diverted_messages.h"
 #include "platform/platform.h"
+#include "settings/settings_changes.h"
 #include "settings/settings_file.h"
 #include "ui/qt_text.h"
 
@@ -54,6 +55,7 @@ private:
 CTexturonDoc::CTexturonDoc(Prompts& prompts, Environment environment, QObject* parent)
     : QObject(parent), prompts_(prompts), environment_(std::move(environment)), document_(MakeDocument()) {
   document_.wanted = kNoCurves;
+  savedSettings_ = document_.settings;
 }
 
 void CTexturonDoc::WhenIdle(std::function<void()> step) {
@@ -103,9 +105,9 @@ bool CTexturonDoc::Show(const RecordSource& source) {
     for (const std::string& message : diverted.messages()) prompts_.ShowMessage(message);
     next.scope.region.reset();
     if (!Analyse(next, IfRefused::kKeep, prompts_)) return false;
+    const Settings before = std::move(document_.settings);
     document_ = std::move(next);
-    history_.Clear();
-    NoteFile();
+    NoteRecord(before);
   }
   emit Changed();
   return true;
@@ -123,9 +125,9 @@ std::string CTexturonDoc::OpenUnattended(const std::filesystem::path& path) {
     if (!run.ok()) return FileSentence(path, run.Reason());
     next.quietMode = wasQuiet;
     next.writesTraceFile = wroteTrace;
+    const Settings before = std::move(document_.settings);
     document_ = std::move(next);
-    history_.Clear();
-    NoteFile();
+    NoteRecord(before);
   }
   emit Changed();
   return {};
@@ -136,9 +138,20 @@ void CTexturonDoc::NoteFile() {
   fileIsInverted_ = document_.profiles.inverted;
 }
 
-bool CTexturonDoc::IsModified() const {
-  return HasProfile() &&
-         (document_.profiles.identification != fileIdentification_ || document_.profiles.inverted != fileIsInverted_);
+void CTexturonDoc::NoteRecord(const Settings& before) {
+  NoteFile();
+  history_.CarryOver(UndoPointOf(document_));
+  editGoesOn_ = false;
+  // What the analysis itself has set is no change of the user's.
+  RepeatChanges(before, document_.settings, savedSettings_);
+}
+
+bool CTexturonDoc::IsRenamed() const {
+  return HasProfile() && document_.profiles.identification != fileIdentification_;
+}
+
+bool CTexturonDoc::IsTurned() const {
+  return HasProfile() && document_.profiles.inverted != fileIsInverted_;
 }
 
 bool CTexturonDoc::Save(const std::filesystem::path& path) {
@@ -169,6 +182,7 @@ bool CTexturonDoc::LoadSettingsFile(const std::filesystem::path& path) {
   }
   settingsFile_ = path;
   ReplaceSettings(std::move(settings));
+  WhenIdle([this] { NoteSettingsSaved(); });
   return true;
 }
 
@@ -179,6 +193,7 @@ bool CTexturonDoc::SaveSettingsFile(const std::filesystem::path& path) {
     return false;
   }
   settingsFile_ = path;
+  NoteSettingsSaved();
   emit Changed();
   return true;
 }
@@ -186,7 +201,9 @@ bool CTexturonDoc::SaveSettingsFile(const std::filesystem::path& path) {
 void CTexturonDoc::StartFrom(Settings settings, const std::filesystem::path& file) {
   settingsFile_ = file;
   ReplaceSettings(std::move(settings));
+  NoteSettingsSaved();
   history_.Clear();
+  editGoesOn_ = false;
   emit Changed();
 }
 
@@ -220,6 +237,7 @@ void CTexturonDoc::SetIdentification(std::string identification) {
   UndoPoint former = UndoPointOf(document_);
   if (identification == former.identification) return;
   history_.Note(std::move(former));
+  editGoesOn_ = false;
   document_.profiles.identification = identification;
   emit Changed();
 }
@@ -278,6 +296,10 @@ void CTexturonDoc::UseAllDataForForm(bool uses) {
   Change([uses](Document& document) { document.scope.allDataForForm = uses; });
 }
 
+void CTexturonDoc::Restore(const UndoPoint& point) {
+  Change([point](Document& document) { RestoreUndoPoint(document, point); });
+}
+
 void CTexturonDoc::Undo() {
   if (!isBusy_ && CanUndo()) GoTo(history_.GoBack(UndoPointOf(document_)));
 }
@@ -287,6 +309,7 @@ void CTexturonDoc::Redo() {
 }
 
 void CTexturonDoc::GoTo(const UndoPoint& point) {
+  editGoesOn_ = false;
   {
     const BusyScope busy(*this);
     Document next = document_;
@@ -325,10 +348,15 @@ void CTexturonDoc::Change(const Step& step, const Manner& manner) {
     step(next);
     const bool isEdit = UndoPointOf(next) != UndoPointOf(document_);
     if (Analyse(next, manner.ifRefused, manner.isLive ? diverted : prompts_)) {
-      const bool goesOn = manner.edit == Edit::kGoesOn && history_.CanGoBack();
-      if (isEdit && !goesOn) history_.Note(UndoPointOf(document_));
+      const bool goesOn = manner.edit == Edit::kGoesOn && editGoesOn_;
+      UndoPoint former = UndoPointOf(document_);
       document_ = std::move(next);
-      if (goesOn) history_.DropIfBack(UndoPointOf(document_));
+      if (goesOn) {
+        editGoesOn_ = !history_.GoBackIfUndone(UndoPointOf(document_), std::move(former));
+      } else {
+        if (isEdit) history_.Note(std::move(former));
+        editGoesOn_ = isEdit;
+      }
     }
   }
   emit Changed();

@@ -35,7 +35,13 @@ public:
   const Environment& environment() const { return environment_; }
   bool HasProfile() const { return !document_.profiles.IsEmpty(); }
   /// Whether the record is not as its file has it.
-  bool IsModified() const;
+  bool IsModified() const { return IsRenamed() || IsTurned(); }
+  bool IsRenamed() const;
+  bool IsTurned() const;
+  /// Whether the analysis's settings, limits among them, are others than those last loaded or saved.
+  bool HasUnsavedSettings() const { return document_.settings.analysis != savedSettings_.analysis; }
+  /// The settings in force are kept somewhere.
+  void NoteSettingsSaved() { savedSettings_ = document_.settings; }
   /// Whether a step is at work or waits.
   bool IsBusy() const { return isBusy_ || !waiting_.empty(); }
   /// Runs `step` at once, or after the step at work and what waits already.
@@ -81,13 +87,15 @@ public:
   /// Leaves a stretch of the record out of the form fit.
   void ExcludeBetween(double firstMM, double lastMM);
   void UseAllDataForForm(bool uses);
+  /// Puts settings, stretch, identification and sign in force together, as one edit.
+  void Restore(const UndoPoint& point);
   /// What a view reads of the results that are made on demand, until it says otherwise. Makes what is missing.
   void SetWanted(const QObject* reader, const WantedResults& wanted);
 
   bool CanUndo() const { return history_.CanGoBack(); }
   bool CanRedo() const { return history_.CanGoForward(); }
-  /// Takes back the last change of the analysis settings, the stretch, the identification or the sign of the heights
-  /// since the profile was opened.
+  /// Takes back the last change of the analysis settings, the stretch, the identification or the sign of the heights;
+  /// those of the settings also where another profile was opened since.
   void Undo();
   void Redo();
 
@@ -121,14 +129,18 @@ private:
   void RunWaiting();
   /// The record is as its file has it.
   void NoteFile();
+  /// Another record is there; `before`: the settings until then.
+  void NoteRecord(const Settings& before);
 
   Prompts& prompts_;
   Environment environment_;
   Document document_;
   EditHistory history_;
+  bool editGoesOn_ = false;  ///< the last state of the history is what the edit that may go on has left
   bool isBusy_ = false;
   std::deque<std::function<void()>> waiting_;
   std::filesystem::path settingsFile_;
+  Settings savedSettings_;
   std::string fileIdentification_;
   bool fileIsInverted_ = false;
   std::map<const QObject*, WantedResults> wanted_;

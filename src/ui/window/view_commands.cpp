@@ -3,7 +3,10 @@
 // The View menu of the main window.
 
 #include <QActionGroup>
+#include <QApplication>
+#include <QClipboard>
 #include <QMenuBar>
+#include <QStatusBar>
 #include <tuple>
 #include <utility>
 
@@ -77,11 +80,21 @@ void CMainFrame::MakeZoomMenu(QMenu& menu) {
               .needsProfile = true},
              [this] { view_->Graph().ShowAll(); });
   menu.addSeparator();
-  AddDisplaySwitch(menu,
-                   {.name = "aspectRatio",
-                    .text = tr("1:1 Aspe&ct Ratio"),
-                    .tip = tr("The same scale for both axes, where the profile is high enough to be seen then.")},
-                   &DisplaySettings::Profile11AspectRatio);
+  QAction* const equal = AddAction(menu, {.name = "aspectRatio",
+                                          .text = tr("1:1 Aspe&ct Ratio"),
+                                          .tip = tr("The same scale for both axes. A new profile has it where it is "
+                                                    "high enough to be seen then.")});
+  equal->setCheckable(true);
+  // Ticked while it is in force, whatever is wanted of the next profile.
+  connect(&view_->Graph(), &QCustomPlot::afterReplot, equal,
+          [this, equal] { equal->setChecked(doc_->HasProfile() && view_->Graph().IsOneToOne()); });
+  connect(equal, &QAction::triggered, this, [this, equal](bool on) {
+    DisplaySettings display = doc_->document().settings.display;
+    display.Profile11AspectRatio = on;
+    doc_->ReplaceDisplay(std::move(display));
+    if (on) view_->Graph().ShowOneToOne();
+    equal->setChecked(view_->Graph().IsOneToOne());
+  });
   AddDisplaySwitch(
       menu,
       {.name = "autoScale", .text = tr("A&uto Scale"), .tip = tr("Off: between the fixed heights of the settings.")},
@@ -130,6 +143,22 @@ void CMainFrame::MakeCursorMenu(QMenu& menu) {
           doc_->ReplaceDisplay(std::move(display));
         });
   }
+  QAction* const measures = AddAction(menu, {.name = "measureBetweenCursors",
+                                             .text = tr("&Measure Between X Cursors"),
+                                             .keys = QKeySequence(Qt::CTRL | Qt::Key_M),
+                                             .tip = tr("Step height, angle and radius, in a line below the profile.")});
+  measures->setCheckable(true);
+  measures->setChecked(view_->ShowsMeasures());
+  connect(measures, &QAction::toggled, this, [this](bool on) { view_->ShowMeasures(on); });
+  AddCommand(menu,
+             {.name = "copyMeasures",
+              .text = tr("C&opy Measures"),
+              .tip = tr("Puts what the X cursors measure on the clipboard."),
+              .needsProfile = true},
+             [this] {
+               QApplication::clipboard()->setText(view_->Measures());
+               statusBar()->showMessage(view_->Measures(), 5'000);
+             });
   AddCommand(menu,
              {.name = "fetchCursors",
               .text = tr("&Fetch Cursors"),
@@ -154,6 +183,22 @@ void CMainFrame::MakeTableMenu(QMenu& menu) {
           display.ParameterColumns = count;
           doc_->ReplaceDisplay(std::move(display));
         }));
+  }
+  const std::tuple<const char*, QString, QString, bool TableChoice::*> kinds[] = {
+      {"allParameters", tr("&All Parameters"), tr("Off: the common ones, while nobody has chosen others."),
+       &TableChoice::showsAll},
+      {"tolerancedFirst", tr("&Toleranced First"), tr("Rows with limits stand above the others."),
+       &TableChoice::tolerancedFirst}};
+  for (const auto& [name, title, tip, field] : kinds) {
+    QAction* const action = AddAction(menu, {.name = name, .text = title, .tip = tip});
+    action->setCheckable(true);
+    action->setChecked(paramView_->Choice().*field);
+    connect(action, &QAction::toggled, this, [this, field = field](bool on) {
+      TableChoice choice = paramView_->Choice();
+      if (std::exchange(choice.*field, on) != on) paramView_->Choose(choice);
+    });
+    connect(paramView_, &CTexturonParamView::ChoiceChanged, action,
+            [this, action, field = field] { action->setChecked(paramView_->Choice().*field); });
   }
   AddDisplaySwitch(menu,
                    {.name = "primaryAsTpa",

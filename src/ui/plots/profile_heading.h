@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#pragma once
+
+#include <QLabel>
+#include <QPushButton>
+#include <QWidget>
+
+#include "ui/window/texturon_doc.h"
+
+namespace texturon {
+
+/// What is shown and whether it is good: identification, form and filter, the stretch that was evaluated, and the
+/// overall verdict by colour and word. Lines are cut short rather than making the window wide; the tool tip has them
+/// whole.
+class CHeading : public QWidget {
+  Q_OBJECT
+
+public:
+  explicit CHeading(CTexturonDoc& doc, QWidget* parent);
+
+  /// The lines, whole.
+  QString Text() const { return lines_.join('\n'); }
+  QPushButton& Verdict() { return *verdict_; }
+
+signals:
+  /// Asks for the first row that is out of tolerance.
+  void VerdictClicked();
+
+protected:
+  void changeEvent(QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+
+private:
+  void Update();
+  void ShowVerdict();
+  void Elide();
+
+  CTexturonDoc& doc_;
+  QLabel* label_;
+  QPushButton* verdict_;
+  QStringList lines_;
+};
+
+}  // namespace texturon

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#include "presentation/cursor_measures.h"
+
+#include <cmath>
+#include <functional>
+#include <gtest/gtest.h>
+#include <vector>
+
+namespace texturon {
+namespace {
+
+std::vector<double> Heights(const std::function<double(double)>& of) {
+  std::vector<double> heights(1000);
+  for (std::size_t i = 0; i < heights.size(); ++i) heights[i] = of(2.0 * static_cast<double>(i));
+  return heights;
+}
+
+TEST(CursorMeasures, StepAngleAndRadiusAreThoseOfTheShape) {
+  // A plateau of 3 um between 400 and 1000 um, on a ground that rises by 1 in 100.
+  const auto step =
+      MeasureBetween(Heights([](double x) { return 0.01 * x + (x >= 400 && x <= 1000 ? 3.0 : 0.0); }), 2.0, 200, 500);
+  ASSERT_TRUE(step && step->stepUM);
+  EXPECT_NEAR(*step->stepUM, 3.0, 1e-9);
+  EXPECT_NEAR(*step->distanceUM, 3.0 * std::cos(std::atan(0.01)), 1e-9);
+  EXPECT_NEAR(step->angleDegrees, std::atan(0.01) * 180.0 / 3.141592653589793, 1e-9);
+  EXPECT_NEAR(step->lineUM.second, 13.0, 1e-9);
+  EXPECT_FALSE(step->radiusMM) << "a straight line has none";
+  for (const double sign : {1.0, -1.0}) {
+    const auto arc = MeasureBetween(
+        Heights([sign](double x) { return 7.0 + sign * std::sqrt(25e6 - (x - 900.0) * (x - 900.0)); }), 2.0, 100, 900);
+    ASSERT_TRUE(arc && arc->radiusMM);
+    EXPECT_NEAR(*arc->radiusMM, sign * 5.0, 1e-6) << "a dome is positive";
+  }
+  // Noise of the sides and of the plateau goes into the means alone.
+  const auto noisy = MeasureBetween(
+      Heights([](double x) { return std::cos(x) + (x >= 400 && x <= 1000 ? -2.0 : 0.0); }), 2.0, 200, 500);
+  EXPECT_NEAR(*noisy->stepUM, -2.0, 0.02);
+  EXPECT_FALSE(MeasureBetween(Heights([](double) { return 1.0; }), 2.0, 0, 999)->stepUM) << "there are no sides";
+  EXPECT_FALSE(MeasureBetween(Heights([](double) { return 1.0; }), 2.0, 5, 6));
+  EXPECT_FALSE(MeasureBetween({}, 2.0, 0, 0));
+}
+
+}  // namespace
+}  // namespace texturon
