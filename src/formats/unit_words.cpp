@@ -244,10 +244,11 @@ UnitStatement UnitOfCell(std::string_view cell) {
   const bool isJoined = name[joint] == '_' || name[joint] == '/';
   UnitStatement found = StatementOf(word);
   // A capital behind a stroke is rather the end of a part's number or a trace's letter than a unit.
-  const bool isLetter = word == "M" || (word == "A" && !IsBareName(before));
+  const bool isOfBareName = IsBareName(before);
+  const bool isLetter = word == "M" || (word == "A" && !isOfBareName);
   const bool isUnit = word == "m" || word == "in" || word == "A";
   const bool isDoubtful = isJoined ? isLetter || (NeedsQuantity(word) && !isUnit)
-                                   : NeedsQuantity(word) && !IsBareName(before) && !before.ends_with(" in");
+                                   : NeedsQuantity(word) && !isOfBareName && !before.ends_with(" in");
   if (isDoubtful) found.kind = UnitStatement::Kind::kNone;
   if (found.kind == UnitStatement::Kind::kNone) return inBrackets;
   found.hasBrackets = inBrackets.hasBrackets;
