@@ -32,6 +32,8 @@ function(texturon_harden)
   target_compile_options(texturon_options INTERFACE "$<${hardened}:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>")
   if(CMAKE_SYSTEM_NAME STREQUAL Linux)
     target_link_options(texturon_options INTERFACE "$<${hardened}:LINKER:-z,relro,-z,now>")
+  elseif(MINGW)
+    target_link_options(texturon_options INTERFACE $<${hardened}:-fstack-protector-strong>)  # its library
   endif()
 endfunction()
 
