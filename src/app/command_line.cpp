@@ -4,6 +4,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,11 +20,11 @@ namespace texturon {
 namespace {
 
 /// The headless batch contract: a plan as first argument, or three arguments whose first is no command.
-bool IsBatchContract(int argc, char** argv) {
-  if (argc < 2) return false;
-  const std::string_view first = argv[1];
+bool IsBatchContract(std::span<const std::string> arguments) {
+  if (arguments.empty()) return false;
+  const std::string& first = arguments.front();
   if (NamesTestPlan(first)) return true;
-  return argc == 4 && !first.starts_with('-') && !IsCommand(first);
+  return arguments.size() == 3 && !first.starts_with('-') && !IsCommand(first);
 }
 
 int RunTestPlan(const std::vector<std::string>& arguments) {
@@ -35,33 +36,32 @@ int RunTestPlan(const std::vector<std::string>& arguments) {
 }
 
 /// Parses and runs; throws what CLI11 and the commands throw for a wrong command line.
-int ParseAndRun(CLI::App& app, int argc, char** argv) {
+int ParseAndRun(CLI::App& app, std::span<const std::string> arguments) {
   CommonOptions common;
   int status = kExitDone;
   // Making the options of all commands takes longer than most of them: those of a command that no argument names are
   // never asked for.
-  const auto isNamed = [argc, argv](std::string_view name) {
-    return std::any_of(argv + 1, argv + argc, [name](const char* argument) { return name == argument; });
-  };
   for (const ConsoleCommand& command : CommandTable()) {
     CLI::App* const parser = app.add_subcommand(std::string(command.name), std::string(command.about));
-    if (isNamed(command.name)) command.add(*parser, common, status);
+    const bool isNamed = std::find(arguments.begin(), arguments.end(), command.name) != arguments.end();
+    if (isNamed) command.add(*parser, common, status);
   }
   app.require_subcommand(1);
-  app.parse(argc, argv);
+  app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));  // the last one first
   return status;
 }
 
 }  // namespace
 
-int RunProgram(int argc, char** argv) {
+int RunProgram(std::span<const std::string> words) {
   LetLargeWritesFail();
-  if (IsBatchContract(argc, argv)) return RunTestPlan({argv + 1, argv + argc});
+  const std::span<const std::string> arguments = words.subspan(words.empty() ? 0 : 1);
+  if (IsBatchContract(arguments)) return RunTestPlan({arguments.begin(), arguments.end()});
   CLI::App app{"Surface texture analysis of profiles."};
   app.name("texturon");
   app.set_version_flag("--version", "texturon " TEXTURON_VERSION);
   try {
-    return ParseAndRun(app, argc, argv);
+    return ParseAndRun(app, arguments);
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? FinishOutput(kExitDone) : static_cast<int>(kExitUsage);
   } catch (const UsageError& error) {

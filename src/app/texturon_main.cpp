@@ -8,5 +8,6 @@
 int main(int argc, char** argv) {
   texturon::PreferLargePages();
   std::ios::sync_with_stdio(false);
-  return texturon::RunProgram(argc, argv);
+  const texturon::CommandWords words(argc, argv);
+  return texturon::RunProgram(words.Texts());
 }

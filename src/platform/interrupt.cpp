@@ -5,6 +5,8 @@
 #include <atomic>
 #include <csignal>
 
+#include "platform/system_calls.h"
+
 namespace texturon {
 namespace {
 
@@ -21,11 +23,7 @@ extern "C" void MarkInterrupt(int number) {
 
 void CatchInterrupts() {
   interrupted = false;
-  std::signal(SIGINT, MarkInterrupt);
-  std::signal(SIGTERM, MarkInterrupt);
-#ifdef SIGPIPE
-  std::signal(SIGPIPE, SIG_IGN);
-#endif
+  OnRequestToEnd(MarkInterrupt);
 }
 
 void LetLargeWritesFail() {

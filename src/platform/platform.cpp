@@ -303,24 +303,6 @@ FileOutcome RemoveDurably(const std::filesystem::path& path) {
   return {};
 }
 
-namespace {
-
-/// Where programs of this user keep what outlives a run; empty: nowhere. A path that is not whole does not count.
-std::filesystem::path StateFolder() {
-#ifndef _WIN32
-  const auto told = [](const char* name) {
-    const char* const value = std::getenv(name);
-    const std::filesystem::path path = value == nullptr ? "" : value;
-    return path.is_absolute() ? path : std::filesystem::path();
-  };
-  if (const auto state = told("XDG_STATE_HOME"); !state.empty()) return state / "texturon";
-  if (const auto home = told("HOME"); !home.empty()) return home / ".local/state/texturon";
-#endif
-  return {};
-}
-
-}  // namespace
-
 Environment SystemEnvironment() {
   Environment environment;
   environment.localTime = [] { return LocalTime(std::time(nullptr)); };
@@ -328,7 +310,7 @@ Environment SystemEnvironment() {
   environment.workingFolder = std::filesystem::current_path(error);
   environment.temporaryFolder = std::filesystem::temp_directory_path(error);
   environment.programFolder = ProgramFile().parent_path();
-  environment.stateFolder = StateFolder();
+  environment.stateFolder = UserStateFolder();
 #ifdef _WIN32
   environment.traceFile = "c:\\Temp\\Xc.csv";
 #else

@@ -97,6 +97,22 @@ FileOutcome MoveToNewName(const std::filesystem::path& from, const std::filesyst
 /// Removes a file for good. One that is not there is no failure.
 FileOutcome RemoveDurably(const std::filesystem::path& path);
 
+/// The words of the command line in UTF-8, the program's own name first. While it lives, the standard streams hold the
+/// bytes that are written and a terminal takes them for UTF-8, where a system would do otherwise.
+class CommandWords {
+public:
+  CommandWords(int count, char** words);
+  ~CommandWords();
+  CommandWords(const CommandWords&) = delete;
+  CommandWords& operator=(const CommandWords&) = delete;
+
+  const std::vector<std::string>& Texts() const { return texts_; }
+
+private:
+  std::vector<std::string> texts_;
+  unsigned formerCodePage_ = 0;
+};
+
 std::tm LocalTime(std::time_t time);
 bool ErrorOutputIsTerminal();
 

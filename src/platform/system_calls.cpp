@@ -3,17 +3,24 @@
 #include "platform/system_calls.h"
 
 #include <algorithm>
+#include <array>
+#include <atomic>
 #include <cerrno>
+#include <csignal>
+#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <system_error>
 
 #include "platform/platform.h"
 
 #ifdef _WIN32
+#include <aclapi.h>
 #include <fcntl.h>
 #include <io.h>
 #include <share.h>
+#include <shellapi.h>
 #include <sys/stat.h>
 #include <windows.h>
 #else
@@ -33,6 +40,8 @@ namespace {
 
 std::string SystemReason(int code) {
   switch (code) {
+    case EBUSY:
+      return "another program has it open";
     case EACCES:
     case EPERM:
       return "permission denied";
@@ -55,17 +64,111 @@ std::string SystemReason(int code) {
 
 #ifdef _WIN32
 
-int OpenFile(const std::filesystem::path& path, OpenMode mode) {
-  constexpr int kUsual = _O_BINARY | _O_NOINHERIT;
+namespace {
+
+// Virus scanners, indexers and spreadsheets hold a file for a moment after it was written.
+constexpr int kAttempts = 20;
+constexpr DWORD kPauseMS = 50;
+
+bool IsHeld(DWORD error) {
+  return error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION;
+}
+
+// Longer names than 260 characters are taken only in this form, whole and without dots.
+std::wstring LongName(const std::filesystem::path& path) {
+  constexpr std::size_t kShort = 240;
+  if (path.native().size() < kShort) return path.native();
+  std::error_code error;
+  std::filesystem::path whole = std::filesystem::absolute(path, error).lexically_normal();
+  whole.make_preferred();
+  const std::wstring& name = whole.native();
+  if (error || name.starts_with(LR"(\\?\)") || name.starts_with(LR"(\\.\)")) return name;
+  return name.starts_with(LR"(\\)") ? LR"(\\?\UNC)" + name.substr(1) : LR"(\\?\)" + name;
+}
+
+/// Opens by the C library; a file that another program holds is waited for.
+int OpenByName(const std::filesystem::path& path, int flags, int sharing) {
   constexpr int kRights = _S_IREAD | _S_IWRITE;
+  const std::wstring name = LongName(path);
+  const int attempts = sharing == _SH_DENYRW ? 1 : kAttempts;  // who wants it for himself waits his own time
+  for (int i = 0;; ++i) {
+    int file = -1;
+    if (_wsopen_s(&file, name.c_str(), flags | _O_BINARY | _O_NOINHERIT, sharing, kRights) == 0) return file;
+    if (!FailedBecauseInUse()) return -1;
+    if (i + 1 >= attempts) break;
+    Sleep(kPauseMS);
+  }
+  errno = EBUSY;
+  return -1;
+}
+
+/// Whether the user of this process owns the file, or the administrators whose member he is.
+bool OwnerIsUser(HANDLE file) {
+  PSID owner = nullptr;
+  PSECURITY_DESCRIPTOR descriptor = nullptr;
+  if (GetSecurityInfo(file, SE_FILE_OBJECT, OWNER_SECURITY_INFORMATION, &owner, nullptr, nullptr, nullptr,
+                      &descriptor) != ERROR_SUCCESS) {
+    return false;
+  }
+  HANDLE token = nullptr;
+  bool isUser = false;
+  if (OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &token) != 0) {
+    std::array<std::byte, 512> space{};
+    for (const TOKEN_INFORMATION_CLASS kind : {TokenUser, TokenOwner}) {
+      DWORD size = 0;
+      if (GetTokenInformation(token, kind, space.data(), static_cast<DWORD>(space.size()), &size) == 0) continue;
+      // Both records begin with the pointer to the identifier.
+      PSID own = nullptr;
+      std::memcpy(&own, space.data(), sizeof own);
+      isUser = isUser || EqualSid(owner, own) != 0;
+    }
+    CloseHandle(token);
+  }
+  LocalFree(descriptor);
+  return isUser;
+}
+
+bool StatusOf(HANDLE file, bool keepsLink, FileStatus& status) {
+  BY_HANDLE_FILE_INFORMATION told = {};
+  if (GetFileType(file) != FILE_TYPE_DISK || GetFileInformationByHandle(file, &told) == 0) return false;
+  const bool isLink = keepsLink && (told.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+  const bool isFolder = (told.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+  const bool isOurs = OwnerIsUser(file);
+  status = {.size = static_cast<std::int64_t>((std::uint64_t{told.nFileSizeHigh} << 32) | told.nFileSizeLow),
+            .isDirectory = isFolder && !isLink,
+            .isRegular = !isFolder && !isLink,
+            .isOurs = isOurs,
+            .hasOneName = told.nNumberOfLinks <= 1,
+            .isPrivate = isOurs,  // a folder of the user's profile inherits that others are kept out
+            .device = told.dwVolumeSerialNumber,
+            .number = (std::uint64_t{told.nFileIndexHigh} << 32) | told.nFileIndexLow};
+  return true;
+}
+
+void (*requestMark)(int) = nullptr;
+
+BOOL WINAPI MarkRequest(DWORD event) {
+  static std::atomic<bool> isMarked = false;
+  if (isMarked.exchange(true)) return FALSE;  // asked again: at once
+  requestMark(SIGINT);
+  // When a window is closed or the user logs off, the process ends as soon as this returns: what runs has the time that
+  // the system gives.
+  constexpr DWORD kLongEnough = 30'000;
+  if (event == CTRL_CLOSE_EVENT || event == CTRL_LOGOFF_EVENT || event == CTRL_SHUTDOWN_EVENT) Sleep(kLongEnough);
+  return TRUE;
+}
+
+}  // namespace
+
+int OpenFile(const std::filesystem::path& path, OpenMode mode) {
   switch (mode) {
     case OpenMode::kRead:
     case OpenMode::kReadAtOnce:
-      return _wopen(path.c_str(), _O_RDONLY | kUsual);
+      return OpenByName(path, _O_RDONLY, _SH_DENYNO);
     case OpenMode::kWrite:
-      return _wopen(path.c_str(), _O_WRONLY | kUsual);
+      return OpenByName(path, _O_WRONLY, _SH_DENYNO);
     case OpenMode::kCreate:
-      return _wopen(path.c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | kUsual, kRights);
+      return OpenByName(path, _O_WRONLY | _O_CREAT | _O_EXCL, _SH_DENYNO);
     case OpenMode::kReadOwn:
     case OpenMode::kSideFile:
     case OpenMode::kInPlace:
@@ -75,17 +178,15 @@ int OpenFile(const std::filesystem::path& path, OpenMode mode) {
         errno = ELOOP;
         return -1;
       }
-      if (mode == OpenMode::kReadOwn) return _wopen(path.c_str(), _O_RDONLY | kUsual);
-      if (mode == OpenMode::kSideFile) return _wopen(path.c_str(), _O_WRONLY | _O_CREAT | kUsual, kRights);
-      if (mode == OpenMode::kInPlace) return _wopen(path.c_str(), _O_RDWR | kUsual);
+      if (mode == OpenMode::kReadOwn) return OpenByName(path, _O_RDONLY, _SH_DENYNO);
+      if (mode == OpenMode::kSideFile) return OpenByName(path, _O_WRONLY | _O_CREAT, _SH_DENYNO);
+      if (mode == OpenMode::kInPlace) return OpenByName(path, _O_RDWR, _SH_DENYNO);
       break;
     }
     case OpenMode::kAppend:
       break;
   }
-  int file = -1;
-  const int flags = _O_RDWR | _O_APPEND | _O_CREAT | kUsual;
-  return _wsopen_s(&file, path.c_str(), flags, _SH_DENYRW, kRights) == 0 ? file : -1;
+  return OpenByName(path, _O_RDWR | _O_APPEND | _O_CREAT, _SH_DENYRW);
 }
 
 int CloseFile(int file) {
@@ -103,36 +204,22 @@ std::ptrdiff_t WriteSome(int file, const char* bytes, std::size_t size) {
 }
 
 bool ReadStatus(int file, FileStatus& status) {
-  struct _stat64 told = {};
-  if (_fstat64(file, &told) != 0) return false;
-  status = {.size = told.st_size,
-            .isDirectory = (told.st_mode & _S_IFMT) == _S_IFDIR,
-            .isRegular = (told.st_mode & _S_IFMT) == _S_IFREG,
-            .isOurs = true,
-            .hasOneName = told.st_nlink <= 1};
-  return true;
+  const auto handle = reinterpret_cast<HANDLE>(_get_osfhandle(file));
+  if (StatusOf(handle, false, status)) return true;
+  status = {};  // a pipe or a device
+  return handle != INVALID_HANDLE_VALUE;
 }
 
 bool ReadStatusAt(const std::filesystem::path& path, LastLink link, FileStatus& status) {
-  const DWORD flags = FILE_FLAG_BACKUP_SEMANTICS | (link == LastLink::kKept ? FILE_FLAG_OPEN_REPARSE_POINT : 0);
+  const bool keepsLink = link == LastLink::kKept;
+  const DWORD flags = FILE_FLAG_BACKUP_SEMANTICS | (keepsLink ? FILE_FLAG_OPEN_REPARSE_POINT : 0);
   constexpr DWORD kSharing = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-  const HANDLE file = CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES, kSharing, nullptr, OPEN_EXISTING, flags, nullptr);
+  const HANDLE file = CreateFileW(LongName(path).c_str(), FILE_READ_ATTRIBUTES | READ_CONTROL, kSharing, nullptr,
+                                  OPEN_EXISTING, flags, nullptr);
   if (file == INVALID_HANDLE_VALUE) return false;
-  BY_HANDLE_FILE_INFORMATION told = {};
-  const bool isTold = GetFileType(file) == FILE_TYPE_DISK && GetFileInformationByHandle(file, &told) != 0;
+  const bool isTold = StatusOf(file, keepsLink, status);
   CloseHandle(file);
-  if (!isTold) return false;
-  const bool isLink = link == LastLink::kKept && (told.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
-  const bool isFolder = (told.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-  status = {.size = static_cast<std::int64_t>((std::uint64_t{told.nFileSizeHigh} << 32) | told.nFileSizeLow),
-            .isDirectory = isFolder && !isLink,
-            .isRegular = !isFolder && !isLink,
-            .isOurs = true,
-            .hasOneName = told.nNumberOfLinks <= 1,
-            .isPrivate = false,
-            .device = told.dwVolumeSerialNumber,
-            .number = (std::uint64_t{told.nFileIndexHigh} << 32) | told.nFileIndexLow};
-  return true;
+  return isTold;
 }
 
 int StandardInput() {
@@ -153,7 +240,7 @@ int FlushToDisk(int file) {
 }
 
 bool FailedBecauseInUse() {
-  return GetLastError() == ERROR_SHARING_VIOLATION;
+  return IsHeld(GetLastError());
 }
 
 bool Lock(int /*file*/) {
@@ -171,9 +258,31 @@ bool MayWrite(const std::filesystem::path& path) {
 void CopyPermissions(int /*file*/, const std::filesystem::path& /*from*/) {}
 
 bool RenameOver(const std::filesystem::path& from, const std::filesystem::path& to, bool flushes) {
-  const DWORD through = flushes ? MOVEFILE_WRITE_THROUGH : 0;
-  if (MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | through) != 0) return true;
-  errno = GetLastError() == ERROR_SHARING_VIOLATION ? EBUSY : EACCES;
+  const DWORD how = MOVEFILE_REPLACE_EXISTING | (flushes ? MOVEFILE_WRITE_THROUGH : 0);
+  const std::wstring formerName = LongName(from);
+  const std::wstring newName = LongName(to);
+  DWORD error = 0;
+  for (int i = 0; i < kAttempts; ++i) {
+    if (i > 0) Sleep(kPauseMS);
+    if (MoveFileExW(formerName.c_str(), newName.c_str(), how) != 0) return true;
+    error = GetLastError();
+    // A file that is open elsewhere denies access to whoever would take its place.
+    if (!IsHeld(error) && !(error == ERROR_ACCESS_DENIED && MayWrite(to))) break;
+  }
+  switch (error) {
+    case ERROR_NOT_SAME_DEVICE:
+      errno = EXDEV;
+      break;
+    case ERROR_FILE_NOT_FOUND:
+    case ERROR_PATH_NOT_FOUND:
+      errno = ENOENT;
+      break;
+    case ERROR_DISK_FULL:
+      errno = ENOSPC;
+      break;
+    default:
+      errno = IsHeld(error) ? EBUSY : EACCES;
+  }
   return false;
 }
 
@@ -188,6 +297,32 @@ std::filesystem::path ProgramFile() {
   std::wstring name(32768, L'\0');
   name.resize(GetModuleFileNameW(nullptr, name.data(), static_cast<DWORD>(name.size())));
   return name;
+}
+
+std::filesystem::path UserStateFolder() {
+  const wchar_t* const value = _wgetenv(L"LOCALAPPDATA");
+  const std::filesystem::path path = value == nullptr ? L"" : value;
+  return path.is_absolute() ? path / L"Texturon" : std::filesystem::path();
+}
+
+void OnRequestToEnd(void (*mark)(int)) {
+  requestMark = mark;
+  SetConsoleCtrlHandler(MarkRequest, TRUE);
+}
+
+// Twelve bytes of a file are twelve bytes, and a window of the command prompt shows UTF-8 for as long as we run.
+CommandWords::CommandWords(int /*count*/, char** /*words*/) {
+  for (const int stream : {0, 1, 2}) _setmode(stream, _O_BINARY);
+  formerCodePage_ = GetConsoleOutputCP();
+  SetConsoleOutputCP(CP_UTF8);
+  int count = 0;
+  wchar_t** const wide = CommandLineToArgvW(GetCommandLineW(), &count);
+  for (int i = 0; wide != nullptr && i < count; ++i) texts_.push_back(SystemTextFromPath(wide[i]));
+  LocalFree(wide);
+}
+
+CommandWords::~CommandWords() {
+  if (formerCodePage_ != 0) SetConsoleOutputCP(formerCodePage_);
 }
 
 #else
@@ -336,6 +471,26 @@ std::filesystem::path ProgramFile() {
   std::error_code error;
   return std::filesystem::read_symlink("/proc/self/exe", error);
 }
+
+std::filesystem::path UserStateFolder() {
+  const auto told = [](const char* name) {
+    const char* const value = std::getenv(name);
+    const std::filesystem::path path = value == nullptr ? "" : value;
+    return path.is_absolute() ? path : std::filesystem::path();
+  };
+  if (const auto state = told("XDG_STATE_HOME"); !state.empty()) return state / "texturon";
+  if (const auto home = told("HOME"); !home.empty()) return home / ".local/state/texturon";
+  return {};
+}
+
+void OnRequestToEnd(void (*mark)(int)) {
+  for (const int number : {SIGINT, SIGTERM}) std::signal(number, mark);
+  std::signal(SIGPIPE, SIG_IGN);
+}
+
+CommandWords::CommandWords(int count, char** words) : texts_(words, words + count) {}
+
+CommandWords::~CommandWords() = default;
 
 #endif
 

@@ -64,6 +64,10 @@ bool RenameOver(const std::filesystem::path& from, const std::filesystem::path& 
 /// Returns once the names in the folder of this file are on the disk.
 void FlushFolderOf(const std::filesystem::path& path);
 std::filesystem::path ProgramFile();
+/// Where programs of this user keep what outlives a run; empty: nowhere. A path that is not whole does not count.
+std::filesystem::path UserStateFolder();
+/// `mark` is called, by another thread or none, when the user or the system wants the program to end.
+void OnRequestToEnd(void (*mark)(int));
 
 /// Writes all bytes, whatever interrupts.
 bool WriteAll(int file, std::string_view bytes);

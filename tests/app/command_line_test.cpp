@@ -106,8 +106,9 @@ TEST(CommandLine, TakesPathsOfAnyLetters) {
 }
 
 TEST(CommandLine, ReadsStandardInputAsAFile) {
+  TEXTURON_NEEDS_POSIX();
   const ScratchFolder folder;
-  const pid_t child = StartChild([&folder] {
+  const auto child = StartChild([&folder] {
     if (std::freopen(Sample("ground.lmt").c_str(), "rb", stdin) == nullptr) return 2;
     return Texturon({"convert", "-", (folder / "copy.lmt").string(), "--as", "lmt"}).status;
   });

@@ -8,8 +8,6 @@
 #include <gtest/gtest.h>
 #include <iostream>
 #include <string>
-#include <sys/resource.h>
-#include <sys/stat.h>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -26,10 +24,11 @@ namespace {
 
 // A failures file is made anew by each run; what is no file is not taken away for that.
 TEST(BatchCommand, LeavesAPipeWhereItIs) {
+  TEXTURON_NEEDS_POSIX();
   const ScratchFolder folder;
   folder.Write("list.txt", "\xEF\xBB\xBF" + folder.Write("a.lmt", SmallProfile(400, 1.0)).string() + "\r\n\n");
   const std::string pipe = (folder / "pipe").string();
-  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  ASSERT_TRUE(MakePipe(pipe));
   const std::string list = (folder / "list.txt").string(), rows = (folder / "rows.csv").string();
   const Outcome run = Texturon({"batch", "--files-from", list, "--parameter-file", rows, "--failures", pipe});
   EXPECT_TRUE(run.out.starts_with("1 analysed, 0 failed\n")) << run.error;
@@ -38,6 +37,7 @@ TEST(BatchCommand, LeavesAPipeWhereItIs) {
 
 // Every command, where a file-size limit stands for a full disk: whole rows or none, no leavings, and a sentence.
 TEST(Commands, SayThatTheDiskIsFull) {
+  TEXTURON_NEEDS_POSIX();
   const ScratchFolder folder;
   std::filesystem::create_directory(folder / "in");
   for (const char* name : {"in/a.lmt", "in/b.lmt", "in/c.lmt"}) folder.Write(name, SmallProfile(400, 1.0));
@@ -47,7 +47,7 @@ TEST(Commands, SayThatTheDiskIsFull) {
   const auto at = [&folder](const char* name) { return (folder / name).string(); };
   struct Case {
     std::vector<std::string> call;
-    rlim_t limit;
+    std::size_t limit;
     std::string complaint;
   };
   const Case cases[] = {
@@ -59,10 +59,9 @@ TEST(Commands, SayThatTheDiskIsFull) {
       {{at("p.ini"), file, at("out")}, 1024, "PRIMARY.aa cannot be written"},
   };
   for (const Case& c : cases) {
-    const pid_t child = StartChild([&folder, &c] {
+    const auto child = StartChild([&folder, &c] {
       std::filesystem::current_path(folder.path());
-      const rlimit limit{c.limit, c.limit};
-      ::setrlimit(RLIMIT_FSIZE, &limit);
+      LimitFileSizes(c.limit);
       const Outcome run = Texturon(c.call);
       if (run.error.find(c.complaint) == std::string::npos) std::cerr << run.error;
       return run.status == 1 && run.error.find(c.complaint) != std::string::npos ? 0 : 1;
@@ -133,9 +132,10 @@ TEST(BatchCommand, AddsValuesForStatisticsPrograms) {
 }
 
 TEST(WatchCommand, EndsInOrderOnASignal) {
+  TEXTURON_NEEDS_POSIX();
   const ScratchFolder folder;
   std::filesystem::create_directory(folder / "in");
-  const pid_t child = StartChild([&folder] {
+  const auto child = StartChild([&folder] {
     return Texturon({"watch", (folder / "in").string(), "--hold", (folder / "hold").string(), "--parameter-file",
                      (folder / "rows.csv").string()})
         .status;
@@ -144,10 +144,8 @@ TEST(WatchCommand, EndsInOrderOnASignal) {
     std::this_thread::sleep_for(std::chrono::milliseconds(10));
   }
   std::this_thread::sleep_for(std::chrono::milliseconds(50));
-  ::kill(child, SIGTERM);
-  const int status = WaitForChild(child);
-  EXPECT_TRUE(WIFEXITED(status));
-  EXPECT_EQ(WEXITSTATUS(status), 0);
+  AskChildToEnd(child);
+  EXPECT_EQ(WaitForChild(child), 0);
 }
 
 }  // namespace

@@ -79,14 +79,11 @@ void RunConsole(std::string_view bytes) {
   if (arguments[1].starts_with("watch") || arguments[1].starts_with("batch")) return;
   if (std::any_of(arguments.begin(), arguments.end(), [](const std::string& a) { return a.find("..") != a.npos; }))
     return;
-  std::vector<char*> argv;
-  for (std::string& argument : arguments) argv.push_back(argument.data());
-  argv.push_back(nullptr);
   std::filesystem::current_path(FuzzFolder());
   Silence silence;
   std::streambuf* const out = std::cout.rdbuf(&silence);
   std::streambuf* const err = std::cerr.rdbuf(&silence);
-  const int status = RunProgram(static_cast<int>(arguments.size()), argv.data());
+  const int status = RunProgram(arguments);
   std::cout.rdbuf(out);
   std::cerr.rdbuf(err);
   std::cout.clear();

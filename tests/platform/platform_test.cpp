@@ -5,10 +5,10 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <string>
-#include <sys/stat.h>
 
 #include "platform/append_file.h"
 #include "platform/file_identity.h"
+#include "support/child_process.h"
 #include "support/scratch_folder.h"
 
 namespace texturon {
@@ -110,8 +110,9 @@ TEST(Platform, NamesOfOurOwnNeverLeadElsewhere) {
 }
 
 TEST(Platform, ReadsNoPipeOrDeviceWhereAFileIsMeant) {
+  TEXTURON_NEEDS_POSIX();
   const ScratchFolder folder;
-  ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+  ASSERT_TRUE(MakePipe(folder / "pipe"));
   fs::create_symlink("/dev/zero", folder / "zero");
   for (const char* name : {"pipe", "zero"}) EXPECT_EQ(ReadRegularFile(folder / name).reason, "is no regular file");
   // A few megabytes behind the last line that is wanted.
@@ -121,6 +122,7 @@ TEST(Platform, ReadsNoPipeOrDeviceWhereAFileIsMeant) {
 }
 
 TEST(Platform, AFileIsTheSameByEveryName) {
+  TEXTURON_NEEDS_POSIX();
   const ScratchFolder folder;
   folder.Write("a", "");
   folder.Write("b", "");
@@ -129,7 +131,7 @@ TEST(Platform, AFileIsTheSameByEveryName) {
   fs::create_symlink("new", folder / "link to new");
   fs::create_directory_symlink(".", folder / "here");
   fs::create_hard_link(folder / "a", folder / "second");
-  ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+  ASSERT_TRUE(MakePipe(folder / "pipe"));
   const auto identity = [&folder](const char* name) { return IdentityOf(folder / name); };
   for (const char* name : {"sub/../a", "link", "second", "here/here/a"}) EXPECT_EQ(identity(name), identity("a"));
   for (const char* name : {"here/new", "sub/../new", "link to new"}) EXPECT_EQ(identity(name), identity("new"));

@@ -22,7 +22,9 @@ extern "C" __attribute__((visibility("default"))) const char* __lsan_default_sup
 
 int main(int argc, char** argv) {
   std::setlocale(LC_ALL, "");
+#ifdef LC_MESSAGES
   std::setlocale(LC_MESSAGES, "C");  // golden texts hold what the system says in English
+#endif
   if (std::getenv("TEXTURON_EXPECT_DECIMAL_COMMA") != nullptr &&
       std::strcmp(std::localeconv()->decimal_point, ",") != 0) {
     std::cerr << "the locale of this run has no decimal comma: it would test nothing\n";
@@ -30,7 +32,11 @@ int main(int argc, char** argv) {
   }
   const texturon::ScratchFolder folder;
   std::filesystem::current_path(folder.path());
+#ifdef _WIN32
+  ::_wputenv_s(L"LOCALAPPDATA", (folder / "state").c_str());
+#else
   ::setenv("XDG_STATE_HOME", (folder / "state").c_str(), 1);
+#endif
   ::testing::InitGoogleTest(&argc, argv);
   return RUN_ALL_TESTS();
 }

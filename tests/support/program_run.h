@@ -19,14 +19,12 @@ struct Outcome {
 
 /// Runs the console program in this process.
 inline Outcome Texturon(std::vector<std::string> arguments) {
-  std::string name = "texturon";
-  std::vector<char*> argv = {name.data()};
-  for (std::string& argument : arguments) argv.push_back(argument.data());
+  arguments.insert(arguments.begin(), "texturon");
   std::ostringstream out;
   std::ostringstream error;
   std::streambuf* const formerOut = std::cout.rdbuf(out.rdbuf());
   std::streambuf* const formerError = std::cerr.rdbuf(error.rdbuf());
-  const int status = RunProgram(static_cast<int>(argv.size()), argv.data());
+  const int status = RunProgram(arguments);
   std::cout.rdbuf(formerOut);
   std::cerr.rdbuf(formerError);
   std::cout.clear();

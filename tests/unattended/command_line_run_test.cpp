@@ -149,12 +149,13 @@ TEST_F(CommandLineRun, EveryFailureSaysSoAndWritesNoResults) {
 }
 
 TEST_F(CommandLineRun, NoEarlierStatusOutlivesItsRunInAFolderThatTakesNoFile) {
+  TEXTURON_NEEDS_POSIX();
   namespace fs = std::filesystem;
   fs::permissions(folder_.path(), fs::perms::all);
   folder_.Write("work/TexturonCommandLine-Status.txt", "File processed.  Results written.");
   constexpr auto kNoNewFiles = static_cast<fs::perms>(0555);
   fs::permissions(folder_ / "work", kNoNewFiles);
-  const pid_t child = StartChild([this] {
+  const auto child = StartChild([this] {
     constexpr uid_t kNobody = 65534;
     if (::getuid() == 0) {
       if (::chown((folder_ / "work/TexturonCommandLine-Status.txt").c_str(), kNobody, kNobody) != 0) return 2;

@@ -185,10 +185,11 @@ TEST_F(FolderBatch, AFailureIsOneLineWhateverTheName) {
 }
 
 TEST_F(FolderBatch, TwoRunsAtOnceIntoOneFileLoseAndTearNothing) {
+  TEXTURON_NEEDS_POSIX();
   const auto work = [this] { return Run().complete() ? 0 : 1; };
   options_.failuresFile.clear();
-  const pid_t first = StartChild(work);
-  const pid_t second = StartChild(work);
+  const auto first = StartChild(work);
+  const auto second = StartChild(work);
   EXPECT_EQ(WaitForChild(first), 0);
   EXPECT_EQ(WaitForChild(second), 0);
   std::vector<std::string> rows = Rows();
@@ -247,6 +248,7 @@ TEST_F(FolderBatch, ResumeGoesByTheFilesThemselves) {
 
 // Killed between the line and the row, or anywhere else.
 TEST_F(FolderBatch, KilledAtAnyInstantEveryFileHasOneRow) {
+  TEXTURON_NEEDS_POSIX();
   const char* const wanted = std::getenv("TEXTURON_KILLS");
   const int kills = wanted == nullptr ? 12 : std::atoi(wanted);
   std::erase_if(options_.files, [](const auto& file) { return file.stem() == "007" || file.stem() == "013"; });
@@ -254,9 +256,9 @@ TEST_F(FolderBatch, KilledAtAnyInstantEveryFileHasOneRow) {
   options_.jobs = 2;
   std::mt19937 random(7);
   for (int kill = 0; kill < kills; ++kill) {
-    const pid_t child = StartChild([this] { return Run().complete() ? 0 : 1; });
+    const auto child = StartChild([this] { return Run().complete() ? 0 : 1; });
     std::this_thread::sleep_for(std::chrono::microseconds(std::uniform_int_distribution<int>(0, 30'000)(random)));
-    ::kill(child, SIGKILL);
+    KillChild(child);
     WaitForChild(child);
     if (Rows().size() < kFiles - 2u) continue;
     EXPECT_EQ(Rows(), FirstRows());

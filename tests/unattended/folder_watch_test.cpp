@@ -340,6 +340,7 @@ TEST_F(FolderWatch, KeepsItsBooksInTheStateFolderAndTakesFormerOnesOver) {
 }
 
 TEST_F(FolderWatch, KilledAtAnyInstantNothingIsLostAndNothingDoneTwice) {
+  TEXTURON_NEEDS_POSIX();
   const char* const wanted = std::getenv("TEXTURON_KILLS");
   const int kills = wanted == nullptr ? 40 : std::atoi(wanted);
   std::mt19937 random(20);
@@ -349,12 +350,12 @@ TEST_F(FolderWatch, KilledAtAnyInstantNothingIsLostAndNothingDoneTwice) {
       Put("f" + IntegerText(files) + ".lmt", SmallProfile(400, 1.0 + 0.001 * files));
       ++files;
     }
-    const pid_t child = StartChild([this] {
+    const auto child = StartChild([this] {
       WatchUntil([] { return false; });
       return 0;
     });
     std::this_thread::sleep_for(std::chrono::microseconds(std::uniform_int_distribution<int>(0, 120'000)(random)));
-    ::kill(child, SIGKILL);
+    KillChild(child);
     WaitForChild(child);
   }
   EXPECT_EQ(WatchAll(), "");
