@@ -169,7 +169,9 @@ void AddWatch(CLI::App& command, CommonOptions& common, int& status) {
 }
 
 void AddParameters(CLI::App& command, CommonOptions& /*common*/, int& status) {
-  command.callback([&status] { status = RunParameters(); });
+  const auto options = std::make_shared<ParametersOptions>();
+  command.add_flag("--json", options->asJson, "one JSON array with an object a row");
+  command.callback([=, &status] { status = RunParameters(*options); });
 }
 
 void AddFormats(CLI::App& command, CommonOptions& /*common*/, int& status) {

@@ -59,6 +59,10 @@ struct WatchOptions {
   std::string qdas;
 };
 
+struct ParametersOptions {
+  bool asJson = false;
+};
+
 struct SettingsOptions {
   std::string checkFile;  ///< empty: list every key
 };
@@ -77,7 +81,7 @@ std::string ModKindNames();
 std::string WriterExtensions();
 int RunInspect(const InspectOptions& inspect, const CommonOptions& common);
 int RunWatch(const WatchOptions& options, const CommonOptions& common);
-int RunParameters();
+int RunParameters(const ParametersOptions& options);
 int RunFormats();
 int RunSettings(const SettingsOptions& options);
 

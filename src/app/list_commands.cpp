@@ -6,11 +6,13 @@
 #include <vector>
 
 #include "app/commands.h"
+#include "app/json_writer.h"
 #include "base/charset.h"
 #include "base/ini_file.h"
 #include "base/number_text.h"
 #include "formats/recognition.h"
 #include "parameters/catalogue.h"
+#include "parameters/row_settings.h"
 #include "platform/platform.h"
 #include "settings/settings_check.h"
 #include "settings/settings_file.h"
@@ -61,9 +63,41 @@ int CheckSettingsFile(const std::string& file) {
   return FinishOutput(problems.empty() ? kExitDone : kExitRefused);
 }
 
+int PrintParametersJson() {
+  JsonWriter json(JsonWriter::Layout::kIndented, &std::cout);
+  const auto text = [&json](std::string_view key, std::string_view value) {
+    json.Key(key);
+    json.Text(Utf8(value));
+  };
+  json.BeginArray();
+  for (const MasterRow& row : MasterCatalogue()) {
+    json.BeginObject();
+    text("name", row.name);
+    text("unit", PrintedUnit(row.quantity.metricUnit));
+    text("imperial_unit", PrintedUnit(row.quantity.imperialUnit));
+    json.Key("imperial_factor");
+    json.Number(row.quantity.imperialFactor);
+    text("definition", row.definition);
+    text("source", row.source);
+    text("edition", NameOf(row.edition));
+    json.Key("settings");
+    json.BeginArray();
+    for (const SettingKey* const key : SettingsOfRow(row.name)) {
+      json.Text(Utf8(std::string(key->binding.section) + "." + std::string(key->binding.key)));
+    }
+    json.EndArray();
+    json.EndObject();
+  }
+  json.EndArray();
+  json.Finish();
+  std::cout << "\n";
+  return FinishOutput(kExitDone);
+}
+
 }  // namespace
 
-int RunParameters() {
+int RunParameters(const ParametersOptions& options) {
+  if (options.asJson) return PrintParametersJson();
   std::vector<std::vector<std::string>> rows = {{"NAME", "UNIT", "IMPERIAL", "FACTOR", "SOURCE", "DEFINITION"}};
   for (const MasterRow& row : MasterCatalogue()) {
     rows.push_back({Utf8(row.name), Utf8(PrintedUnit(row.quantity.metricUnit)),

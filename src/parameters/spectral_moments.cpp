@@ -13,8 +13,8 @@ namespace {
 
 /// Mean over the inner points of the square of `difference(i)`, i the index of the point before.
 template <typename Difference>
-std::optional<double> MeanSquareOverInnerPoints(std::size_t pointCount, const Difference& difference) {
-  if (pointCount < 3) return std::nullopt;
+RowResult MeanSquareOverInnerPoints(std::size_t pointCount, const Difference& difference) {
+  if (pointCount < 3) return NoValue{Why::kFewPoints, {3.0, static_cast<double>(pointCount)}};
   const double sum = LaneSums(pointCount - 2, [&](std::size_t i) -> std::array<double, 1> {
     const double d = difference(i);
     return {d * d};
@@ -25,7 +25,7 @@ std::optional<double> MeanSquareOverInnerPoints(std::size_t pointCount, const Di
 }  // namespace
 
 RowResult ZerothMoment(const RowInput& row) {
-  if (row.profile.Heights().empty()) return std::nullopt;
+  if (row.profile.Heights().empty()) return NoValue{Why::kFewPoints, {1.0}};
   return row.profile.Moments().square;
 }
 
@@ -52,7 +52,7 @@ RowResult MeanPeakSpacing(const RowInput& row) {
     if (count++ == 0) first = i;
     last = i;
   }
-  if (count < 2) return std::nullopt;
+  if (count < 2) return NoValue{Why::kFewPeaks, {2.0, static_cast<double>(count)}};
   return static_cast<double>(last - first) / static_cast<double>(count - 1) * row.profile.SpacingMM();
 }
 
