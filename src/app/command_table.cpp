@@ -111,7 +111,18 @@ void AddAnalyze(CLI::App& command, CommonOptions& common, int& status) {
       .add_option("--append-to", options->appendTo, "add a row a file to a parameter file, which is created if need be")
       ->type_name("CSV");
   AddQdas(command, options->qdas);
+  CLI::Option* const statistics =
+      command.add_flag("--statistics")
+          ->description("a column a file, then mean, standard deviation, range and verdict");
+  const auto rule = std::make_shared<std::string>(AcceptanceRules().front().name);
+  command.add_option("--acceptance", *rule, "rule of that verdict (max)")
+      ->type_name("max|16%|median")
+      ->check(CLI::IsMember({"max", "16%", "median"}))
+      ->needs(statistics);
   command.callback([=, &common, &status] {
+    for (const AcceptanceRuleName& row : AcceptanceRules()) {
+      if (*statistics && *rule == row.name) options->statistics = row.rule;
+    }
     options->form = *json ? OutputForm::kJson : *csv ? OutputForm::kCsv : OutputForm::kTable;
     status = RunAnalyze(*options, common);
   });

@@ -7,6 +7,7 @@
 
 #include "app/commands.h"
 #include "app/json_writer.h"
+#include "app/table_text.h"
 #include "base/charset.h"
 #include "base/ini_file.h"
 #include "base/number_text.h"
@@ -23,20 +24,15 @@ namespace {
 
 /// Rows of cells under aligned columns; the last one is not padded. Cells are UTF-8.
 void PrintColumns(const std::vector<std::vector<std::string>>& rows) {
-  const auto shown = [](const std::string& cell) {
-    return static_cast<std::size_t>(
-        std::count_if(cell.begin(), cell.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
-  };
   std::vector<std::size_t> widths;
   for (const auto& row : rows) {
     widths.resize(std::max(widths.size(), row.size()));
-    for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], shown(row[i]));
+    for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], ShownWidth(row[i]));
   }
   for (const auto& row : rows) {
     std::string line;
     for (std::size_t i = 0; i < row.size(); ++i) {
-      line += row[i];
-      if (i + 1 < row.size()) line.append(widths[i] - shown(row[i]) + 2, ' ');
+      line += i + 1 < row.size() ? PadRight(row[i], widths[i] + 2) : row[i];
     }
     line.erase(line.find_last_not_of(' ') + 1);
     std::cout << line << "\n";
