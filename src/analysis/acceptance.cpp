@@ -92,6 +92,18 @@ std::span<const AcceptanceRuleName> AcceptanceRules() {
   return kRules;
 }
 
+std::string_view AcceptanceWord(Acceptance verdict) {
+  switch (verdict) {
+    case Acceptance::kPass:
+      return "PASS";
+    case Acceptance::kFail:
+      return "FAIL";
+    case Acceptance::kUndecided:
+      break;
+  }
+  return "UNDECIDED";
+}
+
 std::optional<AcceptanceResult> Accept(std::span<const std::optional<double>> values, const Tolerance& tolerance,
                                        AcceptanceRule rule) {
   if (!tolerance.toleranced) return std::nullopt;

@@ -29,6 +29,9 @@ std::span<const AcceptanceRuleName> AcceptanceRules();
 
 enum class Acceptance : std::uint8_t { kPass, kFail, kUndecided };
 
+/// PASS, FAIL, UNDECIDED.
+std::string_view AcceptanceWord(Acceptance verdict);
+
 struct AcceptanceResult {
   Acceptance verdict = Acceptance::kUndecided;
   std::string_view by;  ///< what decided: maximum, share, short procedure, median; or why nothing did

@@ -15,18 +15,6 @@
 namespace texturon {
 namespace {
 
-std::string_view VerdictWord(Acceptance verdict) {
-  switch (verdict) {
-    case Acceptance::kPass:
-      return "PASS";
-    case Acceptance::kFail:
-      return "FAIL";
-    case Acceptance::kUndecided:
-      break;
-  }
-  return "UNDECIDED";
-}
-
 std::vector<std::string> TableLine(const SeveralRow& row, bool metric) {
   std::vector<std::string> cells = {Utf8FromWindows1252(row.title)};
   ValueSeries figures = row.values;
@@ -38,7 +26,7 @@ std::vector<std::string> TableLine(const SeveralRow& row, bool metric) {
   cells.push_back(Utf8FromWindows1252(PrintedUnit(row.row.quantity.Unit(metric))));
   std::string verdict;
   if (row.acceptance) {
-    verdict = std::string(VerdictWord(row.acceptance->verdict)) + " (" + std::string(row.acceptance->by) + ")";
+    verdict = std::string(AcceptanceWord(row.acceptance->verdict)) + " (" + std::string(row.acceptance->by) + ")";
   }
   cells.push_back(verdict);
   return cells;
@@ -95,7 +83,7 @@ std::string StatisticsCsv(const std::vector<SeveralRow>& rows, bool metric) {
   out += "Verdict,,";
   for (const SeveralRow& row : rows) {
     out += ",";
-    if (row.acceptance) out += VerdictWord(row.acceptance->verdict);
+    if (row.acceptance) out += AcceptanceWord(row.acceptance->verdict);
   }
   return out + "\n";
 }
@@ -123,7 +111,7 @@ void WriteStatisticsJson(std::ostream& out, const std::vector<SeveralRow>& rows)
     number("standard_deviation", row.statistics.standardDeviation);
     number("range", row.statistics.Range());
     json.Key("verdict");
-    row.acceptance ? json.Text(VerdictWord(row.acceptance->verdict)) : json.Null();
+    row.acceptance ? json.Text(AcceptanceWord(row.acceptance->verdict)) : json.Null();
     json.EndObject();
   }
   json.EndArray();

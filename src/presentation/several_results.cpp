@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/number_text.h"
 #include "presentation/shown_rows.h"
 
 namespace texturon {
@@ -45,6 +46,26 @@ std::vector<SeveralRow> SeveralResults::Rows(AcceptanceRule rule) const {
     row.acceptance = Accept(row.values, row.row.tolerance, rule);
   }
   return rows;
+}
+
+std::vector<std::string> StatisticsTitles() {
+  return {"Parameter", "Profiles", "Mean", "Std. dev.", "Least", "Greatest", "Unit", "Verdict"};
+}
+
+std::vector<std::vector<std::string>> StatisticsCells(std::span<const SeveralRow> rows, bool metric) {
+  std::vector<std::vector<std::string>> lines;
+  for (const SeveralRow& row : rows) {
+    const ValueStatistics& s = row.statistics;
+    const auto extreme = [&](double value) { return s.count > 0 ? std::optional(value) : std::nullopt; };
+    std::string verdict;
+    if (row.acceptance) {
+      verdict = std::string(AcceptanceWord(row.acceptance->verdict)) + " (" + std::string(row.acceptance->by) + ")";
+    }
+    lines.push_back({row.title + row.label, IntegerText(static_cast<std::int64_t>(s.count)), row.Shown(s.mean, metric),
+                     row.Shown(s.standardDeviation, metric), row.Shown(extreme(s.least), metric),
+                     row.Shown(extreme(s.greatest), metric), PrintedUnit(row.row.quantity.Unit(metric)), verdict});
+  }
+  return lines;
 }
 
 }  // namespace texturon

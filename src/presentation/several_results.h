@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -43,5 +44,11 @@ private:
   std::size_t count_ = 0;
   std::vector<SeveralRow> rows_;
 };
+
+/// The rows of the statistics over several profiles as texts: parameter, number, mean, standard deviation, least,
+/// greatest, unit, verdict. Windows-1252.
+std::vector<std::vector<std::string>> StatisticsCells(std::span<const SeveralRow> rows, bool metric);
+/// Their titles.
+std::vector<std::string> StatisticsTitles();
 
 }  // namespace texturon
