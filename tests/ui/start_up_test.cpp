@@ -138,10 +138,11 @@ TEST_F(StartUp, ReportAndPictureNeedNoDisplay) {
       {{"--report", "arc.lmt", "--picture", "motifs"}, "\x89PNG", 0},
       {{"--screenshot", "ground.lmt"}, "\x89PNG", 0}};
   for (const auto& [arguments, start, pages] : cases) {
-    RunWithoutDisplay(arguments + QStringList{"-o", FromPath(folder_ / "out")});
+    const std::string name = pages > 0 ? "out.pdf" : "out.png";
+    RunWithoutDisplay(arguments + QStringList{"-o", FromPath(folder_ / name)});
     EXPECT_EQ(std::pair(status_, errors_), std::pair(0, std::string()));
-    EXPECT_TRUE(folder_.Read("out").starts_with(start));
-    EXPECT_EQ(QByteArray::fromStdString(folder_.Read("out")).count("/Type /Page\n"), pages);
+    EXPECT_TRUE(folder_.Read(name).starts_with(start));
+    EXPECT_EQ(QByteArray::fromStdString(folder_.Read(name)).count("/Type /Page\n"), pages);
   }
 }
 
@@ -155,6 +156,7 @@ TEST_F(StartUp, RefusalsAreOneSentence) {
       {{"--report", good, "--screenshot", good, "-o", out}, "either"},
       {{"--report", good, "-o", out, "--template", "production.ini"},
        "production.ini line 3: \"TEXTURON\" is no section"},
+      {{"--report", good, "--picture", "motifs", "-o", out}, ".svg or .png"},
       {{"--screenshot", good, "-o", "./ground.lmt"}, "are one file."},
   };
   for (const auto& [arguments, sentence] : cases) {

@@ -46,7 +46,8 @@ std::string LogoAddress(const Document& document) {
 }
 
 QByteArray HtmlReport(const Document& analysed, std::string_view time, const ReportChoice& choice) {
-  const Document document = WithResults(analysed, ResultsFor(choice.layout));
+  const ReadyDocument ready(analysed, ResultsFor(choice.layout));
+  const Document& document = *ready;
   ReportParts parts{.pictures = {},
                     .several = choice.several,
                     .logo = LogoAddress(document),
@@ -82,7 +83,8 @@ QByteArray PdfReport(const Document& document, std::string_view time, const Repo
 
 int PrintReport(QPagedPaintDevice& device, const Document& document, std::string_view time,
                 const ReportChoice& choice) {
-  return PrintReportPages(device, WithResults(document, ResultsFor(choice.layout)), time, choice);
+  const ReadyDocument ready(document, ResultsFor(choice.layout));
+  return PrintReportPages(device, *ready, time, choice);
 }
 
 bool WriteReport(const QString& file, const Document& document, std::string_view time, QString& reason,
@@ -97,7 +99,12 @@ bool WriteReport(const QString& file, const Document& document, std::string_view
 }
 
 bool WritePicture(const QString& file, const Document& analysed, ReportBlockKind kind, QString& reason) {
-  const Document document = WithResults(analysed, ResultsFor({.blocks = {{kind}}}));
+  if (!EndsWith(file, ".svg") && !EndsWith(file, ".png")) {
+    reason = QObject::tr("A picture is a file .svg or .png, not %1.").arg(file);
+    return false;
+  }
+  const ReadyDocument ready(analysed, ResultsFor({.blocks = {{kind}}}));
+  const Document& document = *ready;
   const BlockPicture picture = MakePicture(kind, document, kFontAlone);
   if (picture.plot == nullptr) {
     reason = QObject::tr("The analysis has no such curve: %1.").arg(FromText(ReportBlockOf(kind).meaning));

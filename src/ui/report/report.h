@@ -33,8 +33,8 @@ int PrintReport(QPagedPaintDevice& device, const Document& document, std::string
 bool WriteReport(const QString& file, const Document& document, std::string_view time, QString& reason,
                  const ReportChoice& choice = {});
 
-/// Writes the picture of one block: SVG where the name ends in .svg, else PNG. False with a sentence in `reason`, also
-/// where the document has nothing for it.
+/// Writes the picture of one block: SVG or PNG, as the name ends in .svg or .png. False with a sentence in `reason`,
+/// also where the document has nothing for it.
 bool WritePicture(const QString& file, const Document& document, ReportBlockKind kind, QString& reason);
 
 /// Names of the blocks that are pictures, separated by commas.

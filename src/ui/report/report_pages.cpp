@@ -6,6 +6,7 @@
 #include <QPageRanges>
 #include <algorithm>
 #include <map>
+#include <memory>
 #include <qcustomplot.h>
 #include <vector>
 
@@ -309,8 +310,7 @@ private:
     }
   }
 
-  void PaintPicture(const QRect& where, ReportBlockKind kind) {
-    const BlockPicture picture = MakePicture(kind, document_, kPlotFont);
+  void PaintPicture(const QRect& where, const BlockPicture& picture) {
     const int height = LineHeight(Font(10));
     Text(QRect(where.left(), where.top(), where.width(), height), picture.title, Font(10, true));
     painter_.save();
@@ -319,7 +319,11 @@ private:
     painter_.restore();
   }
 
-  bool HasPicture(ReportBlockKind kind) { return MakePicture(kind, document_, kPlotFont).plot != nullptr; }
+  /// Null where there is nothing to show.
+  std::shared_ptr<const BlockPicture> Picture(ReportBlockKind kind) const {
+    auto picture = std::make_shared<const BlockPicture>(MakePicture(kind, document_, kPlotFont));
+    return picture->plot != nullptr ? picture : nullptr;
+  }
 
   PagePiece PicturePiece(std::function<void(const QRect&)> paint) const {
     return {.height = static_cast<int>(body_.height() * kLeastPicture),
@@ -328,20 +332,24 @@ private:
   }
 
   void AddPicture(PageFlow& flow, ReportBlockKind kind) {
-    if (!HasPicture(kind)) return;
-    flow.Add(PicturePiece([this, kind](const QRect& where) { PaintPicture(where, kind); }));
+    const auto picture = Picture(kind);
+    if (picture == nullptr) return;
+    flow.Add(PicturePiece([this, picture](const QRect& where) { PaintPicture(where, *picture); }));
   }
 
   /// Curves over ratios need no width: two of them stand side by side.
-  bool AddPair(PageFlow& flow, ReportBlockKind first, ReportBlockKind second) {
+  bool AddPair(PageFlow& flow, ReportBlockKind leftKind, ReportBlockKind rightKind) {
     const auto isNarrow = [](ReportBlockKind kind) {
       return kind == ReportBlockKind::kCurves || kind == ReportBlockKind::kProbability;
     };
-    if (!isNarrow(first) || !isNarrow(second) || !HasPicture(first) || !HasPicture(second)) return false;
-    flow.Add(PicturePiece([this, first, second](const QRect& where) {
+    if (!isNarrow(leftKind) || !isNarrow(rightKind)) return false;
+    const auto left = Picture(leftKind);
+    const auto right = Picture(rightKind);
+    if (left == nullptr || right == nullptr) return false;
+    flow.Add(PicturePiece([this, left, right](const QRect& where) {
       const int half = (where.width() - kColumnGap) / 2;
-      PaintPicture(QRect(where.left(), where.top(), half, where.height()), first);
-      PaintPicture(QRect(where.right() - half, where.top(), half, where.height()), second);
+      PaintPicture(QRect(where.left(), where.top(), half, where.height()), *left);
+      PaintPicture(QRect(where.right() - half, where.top(), half, where.height()), *right);
     }));
     return true;
   }

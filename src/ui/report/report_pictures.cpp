@@ -165,11 +165,11 @@ WantedResults ResultsFor(const ReportTemplate& layout) {
   return all;
 }
 
-Document WithResults(const Document& document, const WantedResults& wanted) {
-  Document made = document;
-  made.wanted = wanted;
-  ComputeMissingCurves(made);
-  return made;
+ReadyDocument::ReadyDocument(const Document& document, const WantedResults& wanted) : document_(document) {
+  if (HasCurves(document, wanted)) return;
+  made_ = document;
+  made_->wanted = wanted;
+  ComputeMissingCurves(*made_);
 }
 
 BlockPicture MakePicture(ReportBlockKind kind, const Document& document, int fontPixels) {

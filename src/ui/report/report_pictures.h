@@ -6,6 +6,7 @@
 #include <QImage>
 #include <QString>
 #include <memory>
+#include <optional>
 #include <qcustomplot.h>
 
 #include "analysis/document.h"
@@ -19,8 +20,17 @@ void KeepLettersApart(QFont& font);
 /// The results that the pictures of a report read besides those that every analysis makes.
 WantedResults ResultsFor(const ReportTemplate& layout);
 
-/// The document with these results. What the run left out is made; where nothing is missing nothing is computed.
-Document WithResults(const Document& document, const WantedResults& wanted);
+/// A document with these results: itself where it has them, else a copy in which they are made. The document must
+/// outlive it.
+class ReadyDocument {
+public:
+  ReadyDocument(const Document& document, const WantedResults& wanted);
+  const Document& operator*() const { return made_ ? *made_ : document_; }
+
+private:
+  const Document& document_;
+  std::optional<Document> made_;
+};
 
 /// One block's curve on white ground, in a font of so many pixels, and its title. Null where the block is no picture or
 /// the document has nothing for it. The document must outlive it.

@@ -16,6 +16,7 @@
 #include "platform/platform.h"
 #include "ui/qt_text.h"
 #include "ui/report/report.h"
+#include "ui/report/report_pictures.h"
 #include "ui/window/main_frame.h"
 
 namespace texturon {
@@ -93,16 +94,6 @@ int RunHeadless(const QStringList& arguments) {
   const std::string clash = ClashOf({ToPath(profile), ToPath(parser.value(settingsFile)), ToPath(parser.value(layout))},
                                     ToPath(parser.value(output)));
   if (!clash.empty()) return Refuse(FromText(clash), 2);
-  CollectingPrompts prompts;
-  Environment environment = SystemEnvironment();
-  environment.traceFile.clear();
-  CMainFrame frame(environment, &prompts);
-  CTexturonDoc& doc = frame.Doc();
-  const auto lastMessage = [&] { return FromText(prompts.messages().back()); };
-  if (parser.isSet(settingsFile) && !doc.LoadSettingsFile(ToPath(parser.value(settingsFile)))) {
-    return Refuse(lastMessage());
-  }
-  if (!doc.Open(ToPath(profile))) return Refuse(lastMessage());
   QString reason;
   ReportChoice choice;
   const ReportBlockRow* const wanted = FindReportBlock(ToText(parser.value(picture)));
@@ -114,6 +105,19 @@ int RunHeadless(const QStringList& arguments) {
     if (!read) return Refuse(reason);
     choice.layout = std::move(*read);
   }
+  CollectingPrompts prompts;
+  Environment environment = SystemEnvironment();
+  environment.traceFile.clear();
+  CMainFrame frame(environment, &prompts);
+  CTexturonDoc& doc = frame.Doc();
+  const auto lastMessage = [&] { return FromText(prompts.messages().back()); };
+  if (parser.isSet(settingsFile) && !doc.LoadSettingsFile(ToPath(parser.value(settingsFile)))) {
+    return Refuse(lastMessage());
+  }
+  QObject reader;  // makes the curves of the report with the analysis
+  if (parser.isSet(picture)) choice.layout.blocks = {{wanted->kind}};
+  if (parser.isSet(report)) doc.SetWanted(&reader, ResultsFor(choice.layout));
+  if (!doc.Open(ToPath(profile))) return Refuse(lastMessage());
   if (parser.isSet(screenshot)) {
     reason = WriteScreenshot(frame, parser.value(output));
   } else if (!doc.document().profiles.primaryRange) {
