@@ -12,6 +12,8 @@
 #include "support/scratch_folder.h"
 #include "ui/qt_text.h"
 #include "ui/report/page_flow.h"
+#include "ui/report/report_layout_dialog.h"
+#include "ui/window_fixture.h"
 
 namespace texturon {
 namespace {
@@ -49,7 +51,10 @@ TEST(PageFlow, FillsPagesInOrderAndLetsPiecesGrow) {
 
 class Report : public ::testing::Test {
 protected:
-  Report() : document_(Loaded(RandomSurface(6000, 3), 0.5)) { Analyse(document_); }
+  Report() : document_(Loaded(RandomSurface(6000, 3), 0.5)) {
+    Application();
+    Analyse(document_);
+  }
 
   QString Path(const char* name) const { return FromPath(folder_ / name); }
 
@@ -102,6 +107,36 @@ TEST_F(Report, FollowsItsTemplate) {
   EXPECT_FALSE(LoadReportTemplate(Path("bad.ini"), reason_));
   EXPECT_TRUE(reason_.contains("bad.ini line 2: \"rouhgness\" is no block")) << reason_.toStdString();
   EXPECT_FALSE(LoadReportTemplate(Path("none.ini"), reason_));
+}
+
+TEST_F(Report, TheLayoutIsChosenInItsDialog) {
+  CReportLayoutDialog dialog({.title = "Old", .blocks = {{ReportBlockKind::kHead}, {ReportBlockKind::kSpectrum}}});
+  auto& list = Child<QListWidget>(dialog);
+  Child(dialog).setText("New");
+  auto& kinds = Child<QComboBox>(dialog);
+  kinds.setCurrentIndex(kinds.findData(static_cast<int>(ReportBlockKind::kText)));
+  Press(dialog, "&Add");
+  Child<QPlainTextEdit>(dialog).setPlainText("one\ntwo");
+  list.setCurrentRow(0);
+  EXPECT_FALSE(Child<QPlainTextEdit>(dialog).isEnabled()) << "a head has no text of its own";
+  EXPECT_EQ(Child<QPlainTextEdit>(dialog).toPlainText(), "");
+  Press(dialog, "&Up");
+  Press(dialog, "Do&wn");
+  kinds.setCurrentIndex(kinds.findData(static_cast<int>(ReportBlockKind::kNewPage)));
+  list.setCurrentRow(2);
+  Press(dialog, "&Add");
+  list.setCurrentRow(2);
+  Press(dialog, "&Remove");
+  const ReportTemplate chosen = dialog.Chosen();
+  const ReportTemplate wanted{
+      .title = "New",
+      .blocks = {{ReportBlockKind::kText, "one\ntwo"}, {ReportBlockKind::kHead}, {ReportBlockKind::kNewPage}}};
+  EXPECT_EQ(chosen, wanted);
+  ASSERT_TRUE(KeepUsersReportTemplate(chosen, reason_)) << reason_.toStdString();
+  EXPECT_EQ(UsersReportTemplate(), wanted);
+  Press(dialog, "&Defaults");
+  EXPECT_EQ(dialog.Chosen(), DefaultReportTemplate());
+  ASSERT_TRUE(KeepUsersReportTemplate(dialog.Chosen(), reason_));
 }
 
 }  // namespace

@@ -3,8 +3,11 @@
 #include "ui/report/report.h"
 
 #include <QBuffer>
+#include <QDir>
+#include <QFileInfo>
 #include <QImage>
 #include <QPdfWriter>
+#include <QStandardPaths>
 #include <string>
 
 #include "platform/platform.h"
@@ -29,6 +32,10 @@ bool Write(const QString& file, const QByteArray& bytes, QString& reason) {
       ReplaceFile(ToPath(file), std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size())));
   if (!outcome.ok()) reason = FromText(FileSentence(ToPath(file), outcome.reason));
   return outcome.ok();
+}
+
+QString UsersTemplateFile() {
+  return QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation) + "/Report.ini";
 }
 
 bool EndsWith(const QString& file, const char* extension) {
@@ -140,6 +147,20 @@ std::optional<ReportTemplate> LoadReportTemplate(const QString& file, QString& r
   ReportTemplateRead read = ReadReportTemplate(content.bytes);
   if (!read.report) reason = FromText(FileSentence(ToPath(file), read.reason));
   return std::move(read.report);
+}
+
+bool SaveReportTemplate(const QString& file, const ReportTemplate& layout, QString& reason) {
+  return Write(file, QByteArray::fromStdString(ReportTemplateText(layout)), reason);
+}
+
+ReportTemplate UsersReportTemplate() {
+  QString reason;
+  return LoadReportTemplate(UsersTemplateFile(), reason).value_or(DefaultReportTemplate());
+}
+
+bool KeepUsersReportTemplate(const ReportTemplate& layout, QString& reason) {
+  QDir().mkpath(QFileInfo(UsersTemplateFile()).path());
+  return SaveReportTemplate(UsersTemplateFile(), layout, reason);
 }
 
 }  // namespace texturon

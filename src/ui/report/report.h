@@ -42,5 +42,13 @@ QString PictureNames();
 
 /// The template of a file; empty with a sentence in `reason` where it cannot be read or is not understood.
 std::optional<ReportTemplate> LoadReportTemplate(const QString& file, QString& reason);
+/// False with a sentence in `reason`.
+bool SaveReportTemplate(const QString& file, const ReportTemplate& layout, QString& reason);
+
+/// The user's own template, kept beside the user's settings; without one, or with one that is not understood, the
+/// default.
+ReportTemplate UsersReportTemplate();
+/// Keeps it. False with a sentence in `reason`.
+bool KeepUsersReportTemplate(const ReportTemplate& layout, QString& reason);
 
 }  // namespace texturon
