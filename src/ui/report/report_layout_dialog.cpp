@@ -77,7 +77,9 @@ CReportLayoutDialog::CReportLayoutDialog(const ReportTemplate& layout, QWidget* 
   auto* const form = new QFormLayout(this);
   form->addRow(tr("&Title:"), title_);
   form->addRow(list);
-  form->addRow(tr("&Block:"), adding);
+  auto* const label = new QLabel(tr("&Block:"), this);
+  label->setBuddy(kinds_);
+  form->addRow(label, adding);
   form->addRow(tr("T&ext:"), text_);
   auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
   connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
