@@ -71,7 +71,14 @@ struct Arc {
     return "Form: LS Arc   (Radius: " + Length(fit.radiusUM * kMillimetresPerMicrometre, settings) + ")";
   }
   static std::vector<FormField> Fields(const ArcFit& fit) {
-    return {{"radius_um", fit.radiusUM}, {"center_x_um", fit.centreXUM}, {"center_y_um", fit.centreYUM}};
+    std::vector<FormField> fields{
+        {"radius_um", fit.radiusUM}, {"center_x_um", fit.centreXUM}, {"center_y_um", fit.centreYUM}};
+    if (const auto& known = fit.uncertainty) {
+      fields[0].uncertainty = known->radiusUM;
+      fields[1].uncertainty = known->centreXUM;
+      fields[2].uncertainty = known->centreYUM;
+    }
+    return fields;
   }
 };
 
@@ -91,7 +98,11 @@ struct Polynomial {
     if (count == 3) return "Form: Parabola";
     return "Form: Polynomial   (Order: " + IntegerText(static_cast<std::int64_t>(count) - 1) + ")";
   }
-  static std::vector<FormField> Fields(const PolynomialFit& fit) { return {{"coefficients", fit.coefficients}}; }
+  static std::vector<FormField> Fields(const PolynomialFit& fit) {
+    FormField field{"coefficients", fit.coefficients};
+    if (!fit.uncertainties.empty()) field.uncertainty = fit.uncertainties;
+    return {field};
+  }
 };
 
 struct Filter {

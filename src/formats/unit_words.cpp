@@ -42,11 +42,15 @@ constexpr Base kBaseWords[] = {{"meter", 1e6},
                                {"inche", kMicrometresPerInch},
                                {"inches", kMicrometresPerInch}};
 // A prefix before "in" makes words: min, pin. Microinches are the only ones that are written so.
-constexpr Base kWholeUnits[] = {{"micron", 1.0},        {"\xB5", 1.0},          {"mil", 25.4},
-                                {"thou", 25.4},         {"ang", 1e-4},          {"in", kMicrometresPerInch},
-                                {"uin", 0.0254},        {"\xB5in", 0.0254},     {"\xE6in", 0.0254},
-                                {"\xC2\xB5in", 0.0254}, {"\xCE\xBCin", 0.0254}, {"uinch", 0.0254},
-                                {"\xB5inch", 0.0254}};
+constexpr Base kWholeUnits[] = {{"micron", 1.0},        {"\xB5", 1.0},
+                                {"mil", 25.4},          {"thou", 25.4},
+                                {"ang", 1e-4},          {"in", kMicrometresPerInch},
+                                {"uin", 0.0254},        {"\xB5in", 0.0254},
+                                {"\xE6in", 0.0254},     {"\xC2\xB5in", 0.0254},
+                                {"\xCE\xBCin", 0.0254}, {"uinch", 0.0254},
+                                {"\xB5inch", 0.0254},   {"dm", 1e5},
+                                {"ft", 304'800.0},      {"foot", 304'800.0},
+                                {"feet", 304'800.0}};
 
 /// Units that are met in headings and are no lengths.
 constexpr std::string_view kOthers[] = {
@@ -239,9 +243,12 @@ UnitStatement UnitOfCell(std::string_view cell) {
   const std::string_view before = TrimBlanks(name.substr(0, joint));
   const bool isJoined = name[joint] == '_' || name[joint] == '/';
   UnitStatement found = StatementOf(word);
-  // A capital M behind a stroke is rather the end of a part's number than a metre.
-  const bool isDoubtful = isJoined ? word == "M" || word == "A" || (NeedsQuantity(word) && word != "m" && word != "in")
-                                   : NeedsQuantity(word) && !IsBareName(before) && !before.ends_with(" in");
+  // A capital behind a stroke is rather the end of a part's number or a trace's letter than a unit.
+  const bool isOfBareName = IsBareName(before);
+  const bool isLetter = word == "M" || (word == "A" && !isOfBareName);
+  const bool isUnit = word == "m" || word == "in" || word == "A";
+  const bool isDoubtful = isJoined ? isLetter || (NeedsQuantity(word) && !isUnit)
+                                   : NeedsQuantity(word) && !isOfBareName && !before.ends_with(" in");
   if (isDoubtful) found.kind = UnitStatement::Kind::kNone;
   if (found.kind == UnitStatement::Kind::kNone) return inBrackets;
   found.hasBrackets = inBrackets.hasBrackets;

@@ -28,6 +28,10 @@ void* operator new(std::size_t size) {
   if (block == nullptr) throw std::bad_alloc();
   return block;
 }
+// The library's own calls the one above; a sanitizer's does not, and what it gives would come back to us.
+void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+  return size > texturon::largest ? nullptr : std::malloc(size > 0 ? size : 1);
+}
 void operator delete(void* memory) noexcept {
   std::free(memory);
 }

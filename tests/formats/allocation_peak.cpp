@@ -52,6 +52,10 @@ void* operator new(std::size_t size) {
 void* operator new[](std::size_t size) {
   return texturon::Take(size);
 }
+// The library's own calls the first; a sanitizer's does not, and what it gives would come back to us.
+void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+  return texturon::Take(size);
+}
 void operator delete(void* memory) noexcept {
   texturon::GiveBack(memory);
 }

@@ -11,12 +11,6 @@
 #include "ui/window/keys_dialog.h"
 #include "ui/window_fixture.h"
 
-/// What the font and message-bus libraries and the C library's locale keep to the end of the process is not ours to
-/// free.
-extern "C" const char* __lsan_default_suppressions() {
-  return "leak:libfontconfig\nleak:libdbus-1\nleak:argz_add_sep";
-}
-
 namespace texturon {
 namespace {
 

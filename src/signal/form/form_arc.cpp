@@ -51,7 +51,12 @@ struct Frame {
   double X(double index) const { return ((index - line.origin) - line.meanIndex) * spacing; }
 };
 
-std::optional<Circle> FindCircle(const FitPoints& points, const Frame& frame) {
+struct FoundCircle {
+  Circle circle;
+  double sumSquaresX, sumSquaresT;  // of x and of t, um^2
+};
+
+std::optional<FoundCircle> FindCircle(const FitPoints& points, const Frame& frame) {
   const LevelLine& line = frame.line;
   const double spacing = frame.spacing;
   const double count = static_cast<double>(points.Count());
@@ -83,7 +88,36 @@ std::optional<Circle> FindCircle(const FitPoints& points, const Frame& frame) {
   circle.A = circle.S - circle.a * circle.B;
   circle.radius = std::sqrt(circle.A * circle.A + circle.B * circle.B + 2.0 * circle.C);
   if (!std::isfinite(circle.radius) || !(circle.radius > 0.0)) return {};
-  return circle;
+  return FoundCircle{circle, sumSquares, tt};
+}
+
+// A height that is off by d changes its point's equation by w d, w = 2 (height above the centre), and S, B and C by
+// x, t and 1 times w d / 2 by the sums of x^2, t^2 and 1; A, B and R follow from those. The deviations' own size is
+// that of what the arc leaves, by as many points as there are beyond three.
+std::optional<ArcFit::Uncertainty> UncertaintyOf(const FoundCircle& found, const FitPoints& points,
+                                                 const Frame& frame) {
+  if (points.Count() < 4) return {};
+  const Circle& circle = found.circle;
+  const double count = static_cast<double>(points.Count());
+  std::array<double, 4> sums{};  // of what the arc leaves and of the heights' effects on R, A and B, squared
+  for (const FitRun& run : points.Runs()) {
+    const auto part = LaneSums(run.heights.size(), [&](std::size_t j) {
+      const double index = run.Index(j);
+      const double x = frame.X(index);
+      const double t = frame.line.Above(run.heights[j], index);
+      const double w = t + circle.a * x - circle.B;
+      const double left = t - circle.Height(x);
+      const double onB = t / found.sumSquaresT;
+      const double onA = x / found.sumSquaresX - circle.a * onB;
+      const double onRadius = (circle.A * onA + circle.B * onB + 1.0 / count) / circle.radius;
+      const double square = w * w;
+      return std::array{left * left, onRadius * onRadius * square, onA * onA * square, onB * onB * square};
+    });
+    for (std::size_t s = 0; s < sums.size(); ++s) sums[s] += part[s];
+  }
+  const double variance = sums[0] / (count - 3.0);
+  const auto uncertainty = [&](double effects) { return std::sqrt(variance * effects); };
+  return ArcFit::Uncertainty{uncertainty(sums[1]), uncertainty(sums[2]), uncertainty(sums[3])};
 }
 
 }  // namespace
@@ -97,7 +131,7 @@ std::optional<ArcFit> FitArc(const FormInput& input, FormOutput output) {
   const Frame frame{*line, input.spacingUM};
   const auto found = FindCircle(points, frame);
   if (!found) return {};
-  const Circle circle = *found;
+  const Circle circle = found->circle;
 
   const std::span<const double> heights = input.heights;
   for (std::size_t i = 0; i < heights.size(); ++i) {
@@ -119,7 +153,7 @@ std::optional<ArcFit> FitArc(const FormInput& input, FormOutput output) {
   const double centreIndex = frame.line.origin + frame.line.meanIndex;
   const double spacing = perpendicular ? MeanPathStep(heights, input.spacingUM) : input.spacingUM;
   const ArcFit fit{circle.radius, circle.A + centreIndex * input.spacingUM, circle.B + frame.line.Height(centreIndex),
-                   spacing};
+                   spacing, UncertaintyOf(*found, points, frame)};
   if (!std::isfinite(fit.centreXUM) || !std::isfinite(fit.centreYUM) || !std::isfinite(spacing)) return {};
   return fit;
 }

@@ -13,6 +13,11 @@ struct ArcFit {
   double centreXUM = 0.0;  // from the first point
   double centreYUM = 0.0;
   double residualSpacingUM = 0.0;
+  /// Standard uncertainties, were the deviations of the heights independent of each other and of one size.
+  struct Uncertainty {
+    double radiusUM, centreXUM, centreYUM;
+  };
+  std::optional<Uncertainty> uncertainty{};  // none for 3 points
 };
 
 /// Algebraic least-squares circle (Kasa's): A, B, C minimise the sum of (x^2 + y^2 - 2 A x - 2 B y - 2 C)^2 over the

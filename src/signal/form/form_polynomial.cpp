@@ -3,12 +3,14 @@
 #include "signal/form/form_polynomial.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
 
 #include "base/double_double.h"
 #include "signal/all_finite.h"
 #include "signal/form/orthogonal_polynomials.h"
+#include "signal/lane_sums.h"
 
 namespace texturon {
 namespace {
@@ -38,6 +40,20 @@ std::vector<double> ToPowersOfX(const std::vector<DoubleDouble>& powers, double 
     scale *= ratio;
   }
   return coefficients;
+}
+
+// In powers of x, from the coefficients' scatter in powers of u and what the polynomial leaves of the heights.
+std::vector<double> Uncertainties(std::span<const double> scatter, std::span<const double> rest, double perX) {
+  if (rest.size() <= scatter.size()) return {};
+  const auto [squares] = LaneSums(rest.size(), [&](std::size_t j) { return std::array{rest[j] * rest[j]}; });
+  const double count = static_cast<double>(rest.size());
+  double unit = std::sqrt(squares / (count - static_cast<double>(scatter.size())) / count);
+  std::vector<double> uncertainties;
+  for (const double one : scatter) {
+    uncertainties.push_back(one * unit);
+    unit *= perX;
+  }
+  return uncertainties;
 }
 
 bool SwingsAway(std::span<const double> heights, std::span<const double> residual) {
@@ -81,7 +97,10 @@ std::optional<PolynomialFit> FitPolynomial(const FormInput& input, int order, Fo
       output.form[i] = input.heights[i] - rest[taken];
     }
   }
-  PolynomialFit fit{ToPowersOfX(fitter->PowersFrom(scale.At(0.0)), scale.factor, input.spacingUM), input.spacingUM};
+  const PolynomialFitter::Powers powers = fitter->PowersFrom(scale.At(0.0));
+  const double perX = 2.0 * scale.factor / input.spacingUM;  // u by x
+  PolynomialFit fit{ToPowersOfX(powers.coefficients, scale.factor, input.spacingUM), input.spacingUM};
+  fit.uncertainties = Uncertainties(powers.scatter, rest, perX);
   fit.swingsAway = points.Count() < n && SwingsAway(input.heights, output.residual);
   if (!AllFinite(fit.coefficients) || !AllFinite(output.form)) return {};
   return fit;

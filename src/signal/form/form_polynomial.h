@@ -14,6 +14,9 @@ inline constexpr int kHighestPolynomialOrder = 100;
 struct PolynomialFit {
   std::vector<double> coefficients;  // c0 .. cN of z = sum c_j x^j, x in um from the first point, z in um
   double residualSpacingUM = 0.0;
+  /// Standard uncertainties of the coefficients, were the deviations of the heights independent of each other and of
+  /// one size; empty for as many points as coefficients.
+  std::vector<double> uncertainties{};
   bool swingsAway = false;  // somewhere beside the fit points farther from the profile than ten times its height
 };
 

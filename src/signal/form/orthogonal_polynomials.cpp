@@ -6,6 +6,7 @@
 #include <array>
 #include <cmath>
 
+#include "base/elementary.h"
 #include "signal/lane_sums.h"
 
 namespace texturon {
@@ -86,12 +87,15 @@ void PolynomialFitter::Evaluate(std::span<const double> u, std::span<double> val
   }
 }
 
-std::vector<DoubleDouble> PolynomialFitter::PowersFrom(double start) const {
+PolynomialFitter::Powers PolynomialFitter::PowersFrom(double start) const {
   // Row k holds p_k in powers of v = u - start; u p_k is v p_k + start p_k.
   std::vector<std::vector<DoubleDouble>> rows{{DoubleDouble(1.0)}};
-  std::vector<DoubleDouble> powers(Order() + 1);
+  Powers powers{std::vector<DoubleDouble>(Order() + 1), std::vector<double>(Order() + 1)};
   for (std::size_t k = 0; k <= Order(); ++k) {
-    for (std::size_t power = 0; power <= k; ++power) powers[power] += rows[k][power] * coefficients_[k];
+    for (std::size_t power = 0; power <= k; ++power) {
+      powers.coefficients[power] += rows[k][power] * coefficients_[k];
+      powers.scatter[power] = Hypot(powers.scatter[power], rows[k][power].hi);
+    }
     if (k == Order()) break;
     std::vector<DoubleDouble> next(k + 2);
     for (std::size_t power = 0; power <= k; ++power) {

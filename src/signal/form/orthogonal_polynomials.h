@@ -31,9 +31,13 @@ public:
   /// Value of the fitted polynomial at each u. At the fit points y - rest is the better one when they are few.
   void Evaluate(std::span<const double> u, std::span<double> values) const;
 
-  /// Coefficients of the fitted polynomial in powers of u - start, constant first. With the digits of two doubles,
-  /// because those of high order nearly cancel.
-  std::vector<DoubleDouble> PowersFrom(double start) const;
+  /// The fitted polynomial in powers of u - start, constant first.
+  struct Powers {
+    std::vector<DoubleDouble> coefficients;  // with the digits of two doubles: those of high order nearly cancel
+    /// Of each coefficient, were every point's deviation independent and of standard deviation sqrt(points).
+    std::vector<double> scatter;
+  };
+  Powers PowersFrom(double start) const;
 
 private:
   using Columns = std::vector<std::vector<double>>;

@@ -11,6 +11,7 @@
 #include "support/dense_solve.h"
 #include "support/form_outputs.h"
 #include "support/near.h"
+#include "support/refit_scatter.h"
 
 namespace texturon {
 namespace {
@@ -98,6 +99,27 @@ TEST(FormArc, MatchesTheNormalEquationsWith32Digits) {
       }
     }
   }
+}
+
+TEST(FormArc, UncertaintiesAreThoseOfRefits) {
+  for (const double sign : {1.0, -1.0}) {
+    const std::vector<double> z = Arc(201, 2.0e3, sign, 0.1, 1e-5);
+    const IndexRange exclusion = IndexRange::FromEnds(20, 70);
+    FormArrays out(z.size());
+    const auto refit = [&](const std::vector<double>& heights) {
+      const auto fit = FitArc({heights, kSpacingUM, 1, exclusion}, out.Spans());
+      return std::vector{fit->radiusUM, fit->centreXUM, fit->centreYUM};
+    };
+    const auto fit = FitArc({z, kSpacingUM, 1, exclusion}, out.Spans());
+    ASSERT_TRUE(fit && fit->uncertainty);
+    const std::vector<double> told{fit->uncertainty->radiusUM, fit->uncertainty->centreXUM,
+                                   fit->uncertainty->centreYUM};
+    const std::vector<double> found = RefitScatter(z, VarianceLeft(out.residual, 20, 70, 3), 1e-3, refit);
+    // The circle's own equation weighs points by their distance from its centre: equal but for noise over radius.
+    for (std::size_t k = 0; k < 3; ++k) EXPECT_TRUE(Near(told[k] / found[k], 1.0, 1e-4)) << sign << ' ' << k;
+  }
+  FormArrays three(3);
+  EXPECT_FALSE(FitArc({std::vector{0.0, 1.0, 0.0}, kSpacingUM}, three.Spans())->uncertainty) << "nothing to judge by";
 }
 
 TEST(FormArc, TakesTheEndOfTheHalfCircleBeyondTheRadius) {

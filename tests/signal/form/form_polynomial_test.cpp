@@ -11,6 +11,7 @@
 #include "support/dense_solve.h"
 #include "support/form_outputs.h"
 #include "support/near.h"
+#include "support/refit_scatter.h"
 
 namespace texturon {
 namespace {
@@ -74,6 +75,27 @@ TEST(FormPolynomial, MatchesThePowersWith32Digits) {
       }
     }
   }
+}
+
+TEST(FormPolynomial, UncertaintiesAreThoseOfRefits) {
+  const std::vector<double> z = Surface(90);
+  const IndexRange exclusion = IndexRange::FromEnds(30, 44);
+  for (const int order : {0, 1, 3, 6}) {
+    FormArrays out(z.size());
+    const auto refit = [&](const std::vector<double>& heights) {
+      return FitPolynomial({heights, 0.25, 1, exclusion}, order, out.Spans())->coefficients;
+    };
+    refit(z);
+    const double variance = VarianceLeft(out.residual, 30, 44, static_cast<std::size_t>(order) + 1);
+    const auto fit = FitPolynomial({z, 0.25, 1, exclusion}, order, out.Spans());
+    const std::vector<double> found = RefitScatter(z, variance, 1.0, refit);
+    ASSERT_EQ(fit->uncertainties.size(), found.size());
+    for (std::size_t k = 0; k < found.size(); ++k) {
+      EXPECT_TRUE(Near(fit->uncertainties[k] / found[k], 1.0, 1e-7)) << order << " c" << k;
+    }
+  }
+  FormArrays four(4);
+  EXPECT_TRUE(FitPolynomial({std::span(z).first(4), 0.25}, 3, four.Spans())->uncertainties.empty());
 }
 
 TEST(FormPolynomial, LeavesNothingOfAChebyshevPolynomialOfHighOrder) {
