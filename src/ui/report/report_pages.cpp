@@ -175,10 +175,15 @@ private:
   void AddVerdict(PageFlow& flow, const ReportBlock& /*block*/) {
     const bool hasVerdict = !texts_.summary.empty();
     const QString sentence = FromText(hasVerdict ? std::string_view(texts_.summary) : kNoVerdict);
-    flow.Add(PagePiece{.height = LineHeight(Font(10)) + (hasVerdict ? kGap : 0),
-                       .paint = [this, sentence, hasVerdict](const QRect& where) {
-                         if (hasVerdict) painter_.fillRect(where, GroundOf(texts_.outcome));
-                         Text(where.adjusted(hasVerdict ? kGap : 0, 0, 0, 0), sentence, Font(10, hasVerdict));
+    const int inset = hasVerdict ? kGap : 0;
+    const QFont font = Font(10, hasVerdict);
+    constexpr int kFlags = Qt::AlignLeft | Qt::AlignVCenter | Qt::TextWordWrap;
+    const QRect room(0, 0, body_.width() - 2 * inset, body_.height());
+    flow.Add(PagePiece{.height = QFontMetrics(font, &device_).boundingRect(room, kFlags, sentence).height() + inset,
+                       .paint = [this, sentence, font, inset](const QRect& where) {
+                         if (inset > 0) painter_.fillRect(where, GroundOf(texts_.outcome));
+                         painter_.setFont(font);
+                         painter_.drawText(where.adjusted(inset, 0, -inset, 0), kFlags, sentence);
                        }});
     AddTolerancedRows(flow);
   }
@@ -193,7 +198,7 @@ private:
 
   void AddTolerancedRows(PageFlow& flow) {
     const auto rows = RowsWhere([](const ReportRow& row) { return row.isToleranced; });
-    const Columns columns = {{36, false}, {14, true}, {13, true}, {13, true}, {10, false}, {14, false}};
+    const Columns columns = {{30, false}, {18, true}, {15, true}, {15, true}, {10, false}, {12, false}};
     AddTable(flow, Cells(LimitTitles()), columns, rows.size(), [this, rows, columns](const QRect& line, std::size_t i) {
       const ReportRow& row = *rows[i];
       const bool fails = row.verdict == Verdict::kFail;
