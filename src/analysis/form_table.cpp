@@ -99,9 +99,7 @@ struct Polynomial {
     return "Form: Polynomial   (Order: " + IntegerText(static_cast<std::int64_t>(count) - 1) + ")";
   }
   static std::vector<FormField> Fields(const PolynomialFit& fit) {
-    FormField field{"coefficients", fit.coefficients};
-    if (!fit.uncertainties.empty()) field.uncertainty = fit.uncertainties;
-    return {field};
+    return {{"coefficients", fit.coefficients, {}, fit.uncertainties}};
   }
 };
 

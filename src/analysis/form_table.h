@@ -47,10 +47,10 @@ struct FormTask {
 
 /// A figure of the geometry under its name in results.
 struct FormField {
-  using Value = std::variant<double, std::vector<double>>;
   std::string_view name;
-  Value value;
-  std::optional<Value> uncertainty{};  ///< standard uncertainty, in the value's unit; none: held, or not known
+  std::variant<double, std::vector<double>> value;
+  std::optional<double> uncertainty{};  ///< standard uncertainty, in the value's unit; none: held, or not known
+  std::vector<double> uncertainties{};  ///< the same of several numbers
 };
 
 struct FormRow {

@@ -145,22 +145,22 @@ public:
 private:
   void Fields(const FormGeometry& geometry) {
     const std::vector<FormField> fields = FormOf(geometry).fields(geometry);
-    for (const FormField& field : fields) FieldValue(field.name, field.value);
-    if (std::none_of(fields.begin(), fields.end(), [](const FormField& field) { return field.uncertainty; })) return;
+    for (const FormField& field : fields) {
+      if (const double* const number = std::get_if<double>(&field.value)) {
+        Number(field.name, *number);
+      } else {
+        Numbers(field.name, std::get<std::vector<double>>(field.value));
+      }
+    }
+    const auto isKnown = [](const FormField& field) { return field.uncertainty || !field.uncertainties.empty(); };
+    if (std::none_of(fields.begin(), fields.end(), isKnown)) return;
     json_.Key("standard_uncertainty");
     json_.BeginObject();
     for (const FormField& field : fields) {
-      if (field.uncertainty) FieldValue(field.name, *field.uncertainty);
+      if (field.uncertainty) Number(field.name, *field.uncertainty);
+      if (!field.uncertainties.empty()) Numbers(field.name, field.uncertainties);
     }
     json_.EndObject();
-  }
-
-  void FieldValue(std::string_view name, const FormField::Value& value) {
-    if (const double* const number = std::get_if<double>(&value)) {
-      Number(name, *number);
-    } else {
-      Numbers(name, std::get<std::vector<double>>(value));
-    }
   }
 
   void RatioRows(const std::vector<RatioRowEntry>& rows) {
