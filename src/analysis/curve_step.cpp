@@ -83,6 +83,19 @@ void ComputeMissingCurves(Document& document) {
   if (wanted.motifs) ComputeMissingMotifs(document);
 }
 
+bool HasCurves(const Document& document, const WantedResults& wanted) {
+  const ProfileSet& profiles = document.profiles;
+  const AnalysisResults& results = document.results;
+  const bool lacksSpectrum = wanted.spectrum && profiles.computeRange && profiles.spectrum.IsEmpty();
+  const bool lacksHeights =
+      wanted.heightCurves && ((profiles.Has(ProfileKind::kPrimary) && results.primaryCurve.IsEmpty()) ||
+                              (profiles.Has(ProfileKind::kRoughness) && results.roughnessCurve.IsEmpty()));
+  const bool lacksCore = wanted.coreRoughness && profiles.evaluationRange && !results.coreRoughness.valid;
+  const bool lacksLines = wanted.probability && profiles.evaluationRange && !results.probability;
+  const bool lacksMotifs = wanted.motifs && profiles.primaryRange && profiles.roughnessMotifs.empty();
+  return !(lacksSpectrum || lacksHeights || lacksCore || lacksLines || lacksMotifs);
+}
+
 Document WithAllCurves(Document document) {
   document.wanted = {
       .spectrum = true, .heightCurves = true, .coreRoughness = true, .probability = true, .motifs = true};

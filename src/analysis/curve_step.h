@@ -15,6 +15,9 @@ void ComputeHeightCurves(Document& document);
 /// Makes what `document.wanted` names and the last run left out, from the profiles of that run. What is there stays.
 void ComputeMissingCurves(Document& document);
 
+/// Whether there is nothing left for it to make.
+bool HasCurves(const Document& document, const WantedResults& wanted);
+
 /// The same for all of them.
 Document WithAllCurves(Document document);
 

@@ -89,7 +89,10 @@ bool FilterStep(Document& document, Prompts& prompts) {
   ProfileSet& profiles = document.profiles;
   AnalysisResults& results = document.results;
   if (profiles.IsEmpty()) return false;
-  for (ParameterDef& row : document.catalogue.rows) row.valid = false;
+  for (ParameterDef& row : document.catalogue.rows) {
+    row.valid = false;
+    row.reason = {Why::kNoProfile};
+  }
 
   FilterShortWaves(document);
   const HeightExtremes measured = FindExtremes(profiles.raw);

@@ -31,6 +31,7 @@ void AppendSelected(std::vector<RatioRowEntry>& entries, ParameterDef row, std::
     row.tolerance = rows[i].tolerance;
     row.value = results[i].value;
     row.valid = results[i].valid;
+    row.reason = results[i].reason;
     entries.push_back({row, title, i, label(rows[i])});
   }
 }

@@ -68,6 +68,7 @@ public:
       Bool("valid", row.valid);
       Text("label", RowLabel(row.name, document_.settings.analysis, document_.settings.display.Metric));
       VerdictOf(JudgeRow(row));
+      ReasonFor(row);
       json_.EndObject();
     }
     json_.EndArray();
@@ -174,9 +175,15 @@ private:
       Bool("valid", entry.row.valid);
       Text("label", entry.label);
       VerdictOf(JudgeRow(entry.row));
+      ReasonFor(entry.row);
       json_.EndObject();
     }
     json_.EndArray();
+  }
+
+  void ReasonFor(const ParameterDef& row) {
+    const std::string reason = ReasonOf(row, document_.settings.display.Metric);
+    if (!reason.empty()) Text("reason", reason);
   }
 
   void VerdictOf(std::optional<Verdict> verdict) {
@@ -219,7 +226,8 @@ void WriteAnalysisJson(std::ostream& out, const Document& document, std::string_
   writer.Number("spacing_um", document.profiles.spacingUM);
   json.Key("point_count");
   json.Integer(document.profiles.pointCount);
-  writer.Number("tip_radius_mm", document.profiles.tipRadiusMM);
+  json.Key("tip_radius_mm");
+  document.profiles.tipRadiusMM > 0.0 ? json.Number(document.profiles.tipRadiusMM) : json.Null();
   writer.Form();
   writer.Ranges();
   writer.Flags();

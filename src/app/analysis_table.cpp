@@ -8,6 +8,7 @@
 
 #include "analysis/captions.h"
 #include "analysis/region_choice.h"
+#include "app/table_text.h"
 #include "base/charset.h"
 #include "base/number_text.h"
 #include "base/quantity.h"
@@ -19,23 +20,6 @@ namespace texturon {
 namespace {
 
 constexpr std::size_t kLineWidth = 100;
-
-/// Characters shown, not bytes.
-std::size_t ShownWidth(std::string_view utf8) {
-  return static_cast<std::size_t>(
-      std::count_if(utf8.begin(), utf8.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
-}
-
-std::string PadRight(std::string text, std::size_t width) {
-  const std::size_t shown = ShownWidth(text);
-  if (shown < width) text.append(width - shown, ' ');
-  return text;
-}
-
-std::string PadLeft(const std::string& text, std::size_t width) {
-  const std::size_t shown = ShownWidth(text);
-  return shown < width ? std::string(width - shown, ' ') + text : text;
-}
 
 void AppendFact(std::string& out, std::string_view title, const std::string& text) {
   if (text.empty()) return;

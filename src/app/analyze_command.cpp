@@ -11,6 +11,7 @@
 #include "app/analysis_table.h"
 #include "app/commands.h"
 #include "app/qdas_output.h"
+#include "app/statistics_output.h"
 #include "base/charset.h"
 #include "base/date_text.h"
 #include "export/parameter_file.h"
@@ -20,19 +21,21 @@ namespace texturon {
 namespace {
 
 void Print(const Document& document, const std::string& file, const ConsolePrompts& prompts,
-           const AnalyzeOptions& analyze) {
+           const AnalyzeOptions& analyze, bool isFirst) {
   switch (analyze.form) {
     case OutputForm::kTable:
+      if (analyze.statistics) break;  // one table for all
+      if (!isFirst) std::cout << "\n\n";
       std::cout << AnalysisTable(document, file, analyze.besideInstrument);
       break;
     case OutputForm::kCsv:
       std::cout << CsvRow(document, file);
       break;
     case OutputForm::kJson:
-      WriteAnalysisJson(
-          std::cout, document, file, prompts.Messages(),
-          {.layout = analyze.files.size() > 1 ? JsonWriter::Layout::kOneLine : JsonWriter::Layout::kIndented,
-           .withProfiles = analyze.withProfiles});
+      WriteAnalysisJson(std::cout, document, file, prompts.Messages(),
+                        {.layout = analyze.files.size() > 1 || analyze.statistics ? JsonWriter::Layout::kOneLine
+                                                                                  : JsonWriter::Layout::kIndented,
+                         .withProfiles = analyze.withProfiles});
       std::cout << "\n";
       break;
   }
@@ -45,6 +48,42 @@ bool AppendRow(const Document& document, const std::string& appendTo, const Envi
   if (AppendParameters(PathFromSystemText(appendTo), text.header, text.row, prompts).written) return true;
   for (const std::string& message : prompts.messages()) Complain(Utf8FromWindows1252(message));
   return false;
+}
+
+/// What all files come to, after them.
+void PrintStatistics(const SeveralResults& several, const AnalyzeOptions& analyze, bool metric) {
+  const std::vector<SeveralRow> rows = several.Rows(*analyze.statistics);
+  switch (analyze.form) {
+    case OutputForm::kTable:
+      std::cout << StatisticsTable(rows, analyze.files, metric);
+      break;
+    case OutputForm::kCsv:
+      std::cout << StatisticsCsv(rows, metric);
+      break;
+    case OutputForm::kJson:
+      WriteStatisticsJson(std::cout, rows);
+      std::cout << "\n";
+      break;
+  }
+}
+
+/// Analyses one file into `document`, complains and adds its results to files; `status` tells of a refusal.
+RunStep AnalyseOne(Document& document, const InputFile& file, const RunSetup& setup, const AnalyzeOptions& analyze,
+                   ConsolePrompts& prompts, int& status) {
+  const Environment environment = SystemEnvironment();
+  const int formerStatus = std::exchange(status, kExitRefused);
+  if (!LoadInto(document, file, setup, prompts, environment)) return {.loaded = false, .cause = "not loaded"};
+  RunStep run = AnalyseRecord(document, prompts, environment);
+  if (!run.loaded) {
+    ComplainOf(file.name, run.cause);
+    return run;
+  }
+  if (!run.ok()) Complain(file.name + ": not analysed, " + run.cause + ".");
+  const bool isAppended = run.ok() && (analyze.appendTo.empty() || AppendRow(document, analyze.appendTo, environment));
+  const bool isPassedOn = run.ok() && (analyze.qdas.empty() || AppendQdas(QdasTextOf(document, environment.localTime()),
+                                                                          analyze.qdas, InUse::kRetryOnce));
+  if (isAppended && isPassedOn) status = formerStatus;
+  return run;
 }
 
 }  // namespace
@@ -65,34 +104,17 @@ int RunAnalyze(const AnalyzeOptions& analyze, const CommonOptions& common) {
   int status = setup->settingsHadProblems ? kExitRefused : kExitDone;
   if (analyze.form == OutputForm::kCsv) std::cout << CsvHeader(setup->document);
   bool isFirst = true;
+  SeveralResults several;
   for (const InputFile& file : files) {
     Document document = setup->document;
     prompts.BeginFile(file.name);
-    if (!LoadInto(document, file, *setup, prompts, environment)) {
-      status = kExitRefused;
-      continue;
-    }
-    const RunStep run = AnalyseRecord(document, prompts, environment);
-    if (!run.loaded) {
-      ComplainOf(file.name, run.cause);
-      status = kExitRefused;
-      continue;
-    }
-    if (!run.ok()) {
-      status = kExitRefused;
-      Complain(file.name + ": not analysed, " + run.cause + ".");
-    }
-    if (run.ok() && !analyze.appendTo.empty() && !AppendRow(document, analyze.appendTo, environment)) {
-      status = kExitRefused;
-    }
-    if (run.ok() && !analyze.qdas.empty() &&
-        !AppendQdas(QdasTextOf(document, environment.localTime()), analyze.qdas, InUse::kRetryOnce)) {
-      status = kExitRefused;
-    }
-    if (analyze.form == OutputForm::kTable && !isFirst) std::cout << "\n\n";
+    const RunStep run = AnalyseOne(document, file, *setup, analyze, prompts, status);
+    run.ok() ? several.Add(document) : several.AddFailed();
+    if (!run.loaded) continue;
+    Print(document, file.name, prompts, analyze, isFirst);
     isFirst = false;
-    Print(document, file.name, prompts, analyze);
   }
+  if (analyze.statistics) PrintStatistics(several, analyze, setup->document.settings.display.Metric);
   return FinishOutput(status);
 }
 

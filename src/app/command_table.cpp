@@ -102,16 +102,28 @@ void AddAnalyze(CLI::App& command, CommonOptions& common, int& status) {
   CLI::Option* const csv = command.add_flag("--csv")->description("one line a file for spreadsheets")->excludes(json);
   command.add_flag("--profiles", options->withProfiles, "with --json: the profiles and the spectrum as well")
       ->needs(json);
-  command
-      .add_flag("--beside-instrument", options->besideInstrument,
-                "in the table: the results that the file carries of its instrument, beside those computed here")
-      ->excludes(json)
-      ->excludes(csv);
+  CLI::Option* const beside =
+      command
+          .add_flag("--beside-instrument", options->besideInstrument,
+                    "in the table: the results that the file carries of its instrument, beside those computed here")
+          ->excludes(json)
+          ->excludes(csv);
   command
       .add_option("--append-to", options->appendTo, "add a row a file to a parameter file, which is created if need be")
       ->type_name("CSV");
   AddQdas(command, options->qdas);
+  CLI::Option* const statistics = command.add_flag("--statistics")
+                                      ->description("a column a file, then mean, standard deviation, range and verdict")
+                                      ->excludes(beside);
+  const auto rule = std::make_shared<std::string>(AcceptanceRules().front().name);
+  command.add_option("--acceptance", *rule, "rule of that verdict (max)")
+      ->type_name("max|16%|median")
+      ->check(CLI::IsMember({"max", "16%", "median"}))
+      ->needs(statistics);
   command.callback([=, &common, &status] {
+    for (const AcceptanceRuleName& row : AcceptanceRules()) {
+      if (*statistics && *rule == row.name) options->statistics = row.rule;
+    }
     options->form = *json ? OutputForm::kJson : *csv ? OutputForm::kCsv : OutputForm::kTable;
     status = RunAnalyze(*options, common);
   });
@@ -169,7 +181,9 @@ void AddWatch(CLI::App& command, CommonOptions& common, int& status) {
 }
 
 void AddParameters(CLI::App& command, CommonOptions& /*common*/, int& status) {
-  command.callback([&status] { status = RunParameters(); });
+  const auto options = std::make_shared<ParametersOptions>();
+  command.add_flag("--json", options->asJson, "one JSON array with an object a row");
+  command.callback([=, &status] { status = RunParameters(*options); });
 }
 
 void AddFormats(CLI::App& command, CommonOptions& /*common*/, int& status) {

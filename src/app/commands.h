@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "analysis/acceptance.h"
 #include "app/run_options.h"
 
 namespace texturon {
@@ -17,8 +18,9 @@ struct AnalyzeOptions {
   OutputForm form = OutputForm::kTable;
   bool withProfiles = false;
   bool besideInstrument = false;
-  std::string qdas;      ///< file for statistics programs that gets the values of each file; empty: none
-  std::string appendTo;  ///< parameter file that gets a row a file; empty: none
+  std::string qdas;  ///< file for statistics programs that gets the values of each file; empty: none
+  std::optional<AcceptanceRule> statistics;  ///< also what all files come to, with verdicts by this rule
+  std::string appendTo;                      ///< parameter file that gets a row a file; empty: none
 };
 
 struct ExportOptions {
@@ -59,6 +61,10 @@ struct WatchOptions {
   std::string qdas;
 };
 
+struct ParametersOptions {
+  bool asJson = false;
+};
+
 struct SettingsOptions {
   std::string checkFile;  ///< empty: list every key
 };
@@ -77,7 +83,7 @@ std::string ModKindNames();
 std::string WriterExtensions();
 int RunInspect(const InspectOptions& inspect, const CommonOptions& common);
 int RunWatch(const WatchOptions& options, const CommonOptions& common);
-int RunParameters();
+int RunParameters(const ParametersOptions& options);
 int RunFormats();
 int RunSettings(const SettingsOptions& options);
 

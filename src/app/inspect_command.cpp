@@ -122,7 +122,8 @@ private:
     Number("length_mm", findings.lastPointMM);
     Number("lowest_um", findings.lowestUM);
     Number("highest_um", findings.highestUM);
-    Number("tip_radius_mm", profile.tipRadiusMM);
+    json_.Key("tip_radius_mm");
+    profile.tipRadiusMM > 0.0 ? json_.Number(profile.tipRadiusMM) : json_.Null();
     Texts("decisions", profile.decisions);
     Texts("warnings", findings.warnings);
   }

@@ -6,11 +6,14 @@
 #include <vector>
 
 #include "app/commands.h"
+#include "app/json_writer.h"
+#include "app/table_text.h"
 #include "base/charset.h"
 #include "base/ini_file.h"
 #include "base/number_text.h"
 #include "formats/recognition.h"
 #include "parameters/catalogue.h"
+#include "parameters/row_settings.h"
 #include "platform/platform.h"
 #include "settings/settings_check.h"
 #include "settings/settings_file.h"
@@ -21,20 +24,15 @@ namespace {
 
 /// Rows of cells under aligned columns; the last one is not padded. Cells are UTF-8.
 void PrintColumns(const std::vector<std::vector<std::string>>& rows) {
-  const auto shown = [](const std::string& cell) {
-    return static_cast<std::size_t>(
-        std::count_if(cell.begin(), cell.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
-  };
   std::vector<std::size_t> widths;
   for (const auto& row : rows) {
     widths.resize(std::max(widths.size(), row.size()));
-    for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], shown(row[i]));
+    for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], ShownWidth(row[i]));
   }
   for (const auto& row : rows) {
     std::string line;
     for (std::size_t i = 0; i < row.size(); ++i) {
-      line += row[i];
-      if (i + 1 < row.size()) line.append(widths[i] - shown(row[i]) + 2, ' ');
+      line += i + 1 < row.size() ? PadRight(row[i], widths[i] + 2) : row[i];
     }
     line.erase(line.find_last_not_of(' ') + 1);
     std::cout << line << "\n";
@@ -61,9 +59,41 @@ int CheckSettingsFile(const std::string& file) {
   return FinishOutput(problems.empty() ? kExitDone : kExitRefused);
 }
 
+int PrintParametersJson() {
+  JsonWriter json(JsonWriter::Layout::kIndented, &std::cout);
+  const auto text = [&json](std::string_view key, std::string_view value) {
+    json.Key(key);
+    json.Text(Utf8(value));
+  };
+  json.BeginArray();
+  for (const MasterRow& row : MasterCatalogue()) {
+    json.BeginObject();
+    text("name", row.name);
+    text("unit", PrintedUnit(row.quantity.metricUnit));
+    text("imperial_unit", PrintedUnit(row.quantity.imperialUnit));
+    json.Key("imperial_factor");
+    json.Number(row.quantity.imperialFactor);
+    text("definition", row.definition);
+    text("source", row.source);
+    text("edition", NameOf(row.edition));
+    json.Key("settings");
+    json.BeginArray();
+    for (const SettingKey* const key : SettingsOfRow(row.name)) {
+      json.Text(Utf8(std::string(key->binding.section) + "." + std::string(key->binding.key)));
+    }
+    json.EndArray();
+    json.EndObject();
+  }
+  json.EndArray();
+  json.Finish();
+  std::cout << "\n";
+  return FinishOutput(kExitDone);
+}
+
 }  // namespace
 
-int RunParameters() {
+int RunParameters(const ParametersOptions& options) {
+  if (options.asJson) return PrintParametersJson();
   std::vector<std::vector<std::string>> rows = {{"NAME", "UNIT", "IMPERIAL", "FACTOR", "SOURCE", "DEFINITION"}};
   for (const MasterRow& row : MasterCatalogue()) {
     rows.push_back({Utf8(row.name), Utf8(PrintedUnit(row.quantity.metricUnit)),

@@ -83,6 +83,7 @@ ParameterCatalogue MakeWorkingList(std::span<const ParameterSelection> selection
     if (before != former.rows.end()) {
       row.value = before->value;
       row.valid = before->valid;
+      row.reason = before->reason;
     }
     catalogue.rows.push_back(std::move(row));
   }
@@ -99,6 +100,12 @@ std::string ShownValue(const ParameterDef& row, bool metric) {
   const int decimals = DecimalsShown(value, row.format.decimals.In(metric));
   if (row.format.scientific) return ScientificText(value, decimals);
   return FixedText(std::abs(value) < kLeastShown ? 0.0 : value, decimals);
+}
+
+std::string ReasonOf(const ParameterDef& row, bool metric) {
+  if (!row.valid) return ReasonText(row.reason, metric);
+  if (std::isfinite(row.value)) return {};
+  return ReasonText({std::isnan(row.value) ? Why::kZeroByZero : Why::kInfinite}, metric);
 }
 
 LimitsInForce LimitsOf(const Tolerance& tolerance) {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "parameters/catalogue_table.h"
+#include "parameters/no_value.h"
 #include "settings/analysis_settings.h"
 
 namespace texturon {
@@ -21,6 +22,7 @@ struct ParameterDef {
   std::string name;
   Quantity quantity;
   double value = 0.0;  ///< metric; 0 after a failed computation, untouched when the row was skipped
+  NoValue reason;      ///< why it is not valid
   ValueFormat format;
 };
 
@@ -49,6 +51,9 @@ std::string PrintedUnit(std::string_view unit);
 /// The value of a row as tables show it, with three significant digits at least; "inf" where a ratio has no finite
 /// value. Empty where it was not computed.
 std::string ShownValue(const ParameterDef& row, bool metric);
+
+/// Why a row shows no number, as ReasonText puts it: not computed, or a ratio that is not finite. Empty where it does.
+std::string ReasonOf(const ParameterDef& row, bool metric);
 
 /// The limits that a value is held against, in metric units: none where the row is not toleranced. Without bilateral
 /// limits only the upper one counts, and 0.0 is no limit; with both, two zeros are none.

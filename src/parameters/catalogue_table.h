@@ -17,6 +17,13 @@ struct ValueFormat {
   bool scientific = false;
 };
 
+/// The standards whose names a row bears. A name may mean something else in another edition.
+enum class Edition : std::uint8_t {
+  k1997,  // ISO 4287, ISO 13565, ISO 12085 and older ones
+};
+/// "1997".
+std::string_view NameOf(Edition edition);
+
 /// What rows are asked for, counted and filed by when a test plan lists them.
 enum class ParameterFamily : std::uint8_t {
   kByLetter,     // the profile's letter says it
@@ -39,9 +46,10 @@ struct MasterRow {
   std::string_view name;
   Quantity quantity;  ///< a per-cent sign is stored doubled
   ValueFormat format;
-  std::string_view definition;  ///< one line
-  std::string_view source;      ///< the standard that defines it, or this program
+  std::string_view definition;  ///< a sentence
+  std::string_view source;      ///< the standard that defines it with its edition, or this program
   RowDetails details;
+  Edition edition = Edition::k1997;
 };
 
 /// The rows in their fixed order, which is that of every table, report and export until settings bring their own. To

@@ -88,7 +88,7 @@ double AreaAbove(std::span<const double> h, std::size_t first, std::size_t last,
 template <typename Value>
 RowResult FromResult(const RowInput& row, Value value) {
   const RkResult& result = CoreRoughnessOf(row.profile);
-  if (!result.valid) return std::nullopt;
+  if (!result.valid) return result.reason;
   return value(result);
 }
 
@@ -97,7 +97,9 @@ RowResult FromResult(const RowInput& row, Value value) {
 RkResult ComputeCoreRoughness(std::span<const double> h) {
   RkResult result;
   const std::size_t n = h.size();
+  result.reason = {Why::kFewPoints, {static_cast<double>(kFewestPoints), static_cast<double>(n)}};
   if (n < kFewestPoints) return result;
+  result.reason = {Why::kNotFinite};
   const Secant secant = FlattestSecant(h);
   if (secant.end - secant.first < 2) return result;
   const StraightLine line = FitCoreLine(h, secant);
@@ -107,7 +109,10 @@ RkResult ComputeCoreRoughness(std::span<const double> h) {
 
   const auto upper = NearestPoint(h, result.upperLine);
   const auto lower = NearestPoint(h, result.lowerLine);
-  if (!upper || !lower) return result;
+  if (!upper || !lower) {
+    result.reason = {Why::kNoCore, {upper ? 100.0 : 0.0}};
+    return result;
+  }
   result.Mr1 = RatioPercent(*upper, n);
   result.Mr2 = RatioPercent(*lower, n);
   const double step = 100.0 / static_cast<double>(n);

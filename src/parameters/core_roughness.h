@@ -12,6 +12,7 @@ namespace texturon {
 /// Core roughness after ISO 13565-2. Heights in um, ratios in percent.
 struct RkResult {
   bool valid = false;
+  NoValue reason = {};     ///< where it is not
   double Rk = 0.0;         ///< core roughness depth
   double Rpk = 0.0;        ///< reduced peak height
   double Rvk = 0.0;        ///< reduced valley depth

@@ -42,13 +42,13 @@ std::size_t CountValleys(std::span<const double> z, double level) {
 }
 
 RowResult HighSpotCount(const RowInput& row) {
-  if (row.profile.Heights().empty()) return std::nullopt;
+  if (row.profile.Heights().empty()) return NoValue{Why::kFewPoints, {1.0}};
   const double level = row.settings.*SettingsOfLetter(row.profile.Letter()).highSpotLevelUM;
   return static_cast<double>(CountHighSpots(row.profile.Heights(), level));
 }
 
 RowResult ValleyCount(const RowInput& row) {
-  if (row.profile.Heights().empty()) return std::nullopt;
+  if (row.profile.Heights().empty()) return NoValue{Why::kFewPoints, {1.0}};
   const double level = row.settings.*SettingsOfLetter(row.profile.Letter()).valleyLevelUM;
   return static_cast<double>(CountValleys(row.profile.Heights(), level));
 }

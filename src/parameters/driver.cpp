@@ -66,10 +66,17 @@ private:
   std::array<std::optional<ParameterProfile>, 4> profiles_;
 };
 
-/// Empty: the row failed, and so it did with a value that is no finite number, except where the row may have one.
-void SetResult(ParameterDef& row, const std::optional<double>& value, bool mayBeInfinite = false) {
-  row.valid = value && (mayBeInfinite || std::isfinite(*value));
-  row.value = row.valid ? *value : 0.0;
+/// Without a value the row failed, and so it did with one that is no finite number, except where the row may have one.
+void SetResult(ParameterDef& row, const RowResult& result, bool mayBeInfinite = false) {
+  row.valid = result && (mayBeInfinite || std::isfinite(*result));
+  row.value = row.valid ? *result : 0.0;
+  row.reason = result ? NoValue{Why::kNotFinite} : result.Reason();
+}
+
+/// The row keeps what it held.
+void Skip(ParameterDef& row, Why why) {
+  row.valid = false;
+  row.reason = {why};
 }
 
 }  // namespace
@@ -78,8 +85,11 @@ DriverReport ComputeParameters(ParameterCatalogue& catalogue, const DriverInput&
   PassProfiles profiles(input);
   DriverReport report;
   for (ParameterDef& row : catalogue.rows) {
-    row.valid = false;
-    if (!row.selected || IsPlaceholder(row.name)) continue;
+    Skip(row, Why::kNotComputed);
+    if (!row.selected) continue;
+    Skip(row, Why::kPlaceholder);
+    if (IsPlaceholder(row.name)) continue;
+    Skip(row, Why::kNoProfile);
     if (const RowRoutine motifRow = FindWholeName(row.name)) {
       const ParameterProfile* primary = profiles.Find('P');
       if (primary != nullptr) SetResult(row, motifRow({*primary, input.settings}));
@@ -88,6 +98,7 @@ DriverReport ComputeParameters(ParameterCatalogue& catalogue, const DriverInput&
     const char letter = UpperAscii(row.name.front());
     if (!PassProfiles::IsKnown(letter)) {
       report.messages.push_back(row.name + " - Unknown profile");
+      Skip(row, Why::kUnknownLetter);
       continue;
     }
     const ParameterProfile* profile = profiles.Find(letter);
@@ -95,9 +106,13 @@ DriverReport ComputeParameters(ParameterCatalogue& catalogue, const DriverInput&
     const SuffixRow* suffix = FindSuffix(std::string_view(row.name).substr(1));
     if (suffix == nullptr) {
       report.messages.push_back(row.name + " - Unknown parameter");
+      Skip(row, Why::kUnknownName);
       continue;
     }
-    if (suffix->letters.find(letter) == std::string_view::npos) continue;
+    if (suffix->letters.find(letter) == std::string_view::npos) {
+      Skip(row, Why::kNotOfThisLetter);
+      continue;
+    }
     SetResult(row, suffix->routine({*profile, input.settings}), suffix->mayBeInfinite);
     if (suffix->findsElements && profile->Heights().size() >= 2 &&
         !profile->SegmentExtremes(profile->SamplingLengthMM()).empty()) {

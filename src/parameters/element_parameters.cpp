@@ -9,40 +9,43 @@ namespace {
 
 using Kind = LetterSettings::Discrimination LetterSettings::*;
 
-const std::optional<std::vector<ProfileElement>>& ElementsFor(const RowInput& row, Kind kind) {
+const Defined<std::vector<ProfileElement>>& ElementsFor(const RowInput& row, Kind kind) {
   const LetterSettings::Discrimination& discrimination = SettingsOfLetter(row.profile.Letter()).*kind;
   return row.profile.Elements(row.settings.*discrimination.height, row.settings.*discrimination.width);
 }
 
-std::optional<ElementStatistics> StatisticsFor(const RowInput& row, Kind kind) {
+Defined<ElementStatistics> StatisticsFor(const RowInput& row, Kind kind) {
   const auto& elements = ElementsFor(row, kind);
-  if (!elements) return std::nullopt;
-  return SummariseElements(*elements);
+  if (!elements) return elements.Reason();
+  const auto statistics = SummariseElements(*elements);
+  if (!statistics) return NoValue{Why::kNoElement};
+  return *statistics;
 }
 
 }  // namespace
 
 RowResult MeanElementWidth(const RowInput& row) {
   const auto statistics = StatisticsFor(row, &LetterSettings::widths);
-  if (!statistics) return std::nullopt;
+  if (!statistics) return statistics.Reason();
   return statistics->meanWidthPoints * row.profile.SpacingMM();
 }
 
 RowResult MeanElementHeight(const RowInput& row) {
   const auto statistics = StatisticsFor(row, &LetterSettings::heights);
-  if (!statistics) return std::nullopt;
+  if (!statistics) return statistics.Reason();
   return statistics->meanHeightUM;
 }
 
 RowResult GreatestElementHeight(const RowInput& row) {
   const auto statistics = StatisticsFor(row, &LetterSettings::heights);
-  if (!statistics) return std::nullopt;
+  if (!statistics) return statistics.Reason();
   return statistics->greatestHeightUM;
 }
 
 RowResult DeviationOfElementWidths(const RowInput& row) {
   const auto statistics = StatisticsFor(row, &LetterSettings::widths);
-  if (!statistics || !statistics->widthDeviationPoints) return std::nullopt;
+  if (!statistics) return statistics.Reason();
+  if (!statistics->widthDeviationPoints) return NoValue{Why::kFewElements, {2.0, 1.0}};
   return *statistics->widthDeviationPoints * row.profile.SpacingMM();
 }
 
@@ -50,7 +53,9 @@ RowResult MeanElementHeightOfLengths(const RowInput& row) {
   const auto& elements = ElementsFor(row, &LetterSettings::heights);
   const auto lengths = DivideIntoSamplingLengths(row.profile.Heights().size(), row.profile.SpacingMM(),
                                                  row.profile.SamplingLengthMM(), ShortProfile::kIsOneSamplingLength);
-  if (!elements || !lengths) return std::nullopt;
+  if (!elements) return elements.Reason();
+  if (!lengths) return row.profile.WhyNotDivided(row.profile.SamplingLengthMM());
+  if (elements->empty()) return NoValue{Why::kNoElement};
   double sum = 0.0;
   std::size_t counted = 0;
   auto element = elements->begin();
@@ -68,7 +73,7 @@ RowResult MeanElementHeightOfLengths(const RowInput& row) {
     sum += heights / static_cast<double>(within);
     ++counted;
   }
-  if (counted == 0) return std::nullopt;
+  if (counted == 0) return NoValue{Why::kNoElementWithin};
   return sum / static_cast<double>(counted);
 }
 

@@ -31,6 +31,10 @@ const std::vector<double>& SlopesOf(const RowInput& row) {
       .values;
 }
 
+NoValue TooFewPoints(const RowInput& row) {
+  return {Why::kFewPoints, {2.0 * kReach + 1.0, static_cast<double>(row.profile.Heights().size())}};
+}
+
 /// The absolute slopes of rank n / 2 - 1 and n / 2 from below.
 struct Middle {
   double lower = 0.0;
@@ -98,14 +102,14 @@ SteepPart FindSteepPart(std::span<const double> heights, double spacingUM, doubl
 
 RowResult RootMeanSquareSlope(const RowInput& row) {
   const std::vector<double>& slopes = SlopesOf(row);
-  if (slopes.empty()) return std::nullopt;
+  if (slopes.empty()) return TooFewPoints(row);
   const double sum = LaneSums(slopes.size(), [&](std::size_t i) { return std::array{slopes[i] * slopes[i]}; })[0];
   return Atan(std::sqrt(sum / static_cast<double>(slopes.size()))) * kDegrees;
 }
 
 RowResult MeanAbsoluteSlopeAngle(const RowInput& row) {
   const std::vector<double>& slopes = SlopesOf(row);
-  if (slopes.empty()) return std::nullopt;
+  if (slopes.empty()) return TooFewPoints(row);
   std::vector<double> angles(slopes.size());
   AtanOfEach(slopes, angles);
   const double sum = LaneSums(slopes.size(), [&](std::size_t i) { return std::array{std::abs(angles[i])}; })[0];
@@ -114,9 +118,9 @@ RowResult MeanAbsoluteSlopeAngle(const RowInput& row) {
 
 RowResult MedianAbsoluteSlopeAngle(const RowInput& row) {
   const std::vector<double>& slopes = SlopesOf(row);
-  if (slopes.empty()) return std::nullopt;
+  if (slopes.empty()) return TooFewPoints(row);
   const auto middle = MiddleSteepness(slopes);
-  if (!middle) return std::nullopt;
+  if (!middle) return NoValue{Why::kNotFinite};
   double angle = Atan(middle->upper);
   if (slopes.size() % 2 == 0) angle = 0.5 * (angle + Atan(middle->lower));
   return angle * kDegrees;
@@ -124,7 +128,7 @@ RowResult MedianAbsoluteSlopeAngle(const RowInput& row) {
 
 RowResult SlopeSkewness(const RowInput& row) {
   const std::vector<double>& slopes = SlopesOf(row);
-  if (slopes.empty()) return std::nullopt;
+  if (slopes.empty()) return TooFewPoints(row);
   const auto n = static_cast<double>(slopes.size());
   const double mean = LaneSums(slopes.size(), [&](std::size_t i) { return std::array{slopes[i]}; })[0] / n;
   const auto [squares, cubes] = LaneSums(slopes.size(), [&](std::size_t i) -> std::array<double, 2> {

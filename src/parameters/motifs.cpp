@@ -32,8 +32,8 @@ struct Depths {
   double greatest = 0.0;
 };
 
-std::optional<Depths> DepthsOf(const std::vector<Motif>& motifs, double limit) {
-  if (motifs.empty()) return std::nullopt;
+Defined<Depths> DepthsOf(const std::vector<Motif>& motifs, double limit, Why whyNone) {
+  if (motifs.empty()) return NoValue{whyNone};
   Depths depths;
   for (const Motif& motif : motifs) {
     for (const double depth : {motif.firstDepthUM, motif.lastDepthUM}) {
@@ -46,18 +46,23 @@ std::optional<Depths> DepthsOf(const std::vector<Motif>& motifs, double limit) {
   return depths;
 }
 
-std::optional<Depths> RoughnessDepths(const RowInput& row) {
+Defined<Depths> RoughnessDepths(const RowInput& row) {
   const MotifResult& motifs = MotifsOf(row);
-  return DepthsOf(motifs.roughness, motifs.greatestDepthUM);
+  return DepthsOf(motifs.roughness, motifs.greatestDepthUM, Why::kNoRoughnessMotif);
 }
 
-std::optional<Depths> WavinessDepths(const RowInput& row) {
-  return DepthsOf(MotifsOf(row).waviness, std::numeric_limits<double>::infinity());
+/// Why there is no waviness motif: where there is none of the roughness, there is no envelope either.
+Why NoWavinessMotif(const RowInput& row) {
+  return MotifsOf(row).roughness.empty() ? Why::kNoRoughnessMotif : Why::kNoWavinessMotif;
+}
+
+Defined<Depths> WavinessDepths(const RowInput& row) {
+  return DepthsOf(MotifsOf(row).waviness, std::numeric_limits<double>::infinity(), NoWavinessMotif(row));
 }
 
 /// Neighbours share a peak, so the mean length needs the two ends alone.
-std::optional<double> MeanLength(const std::vector<Motif>& motifs, double spacingUM) {
-  if (motifs.empty()) return std::nullopt;
+RowResult MeanLength(const std::vector<Motif>& motifs, double spacingUM, Why whyNone) {
+  if (motifs.empty()) return NoValue{whyNone};
   return static_cast<double>(motifs.back().lastPeak - motifs.front().firstPeak) * spacingUM /
          static_cast<double>(motifs.size());
 }
@@ -94,38 +99,40 @@ const MotifResult& MotifsOf(const RowInput& row) {
 
 RowResult MeanRoughnessMotifDepth(const RowInput& row) {
   const auto depths = RoughnessDepths(row);
-  if (!depths) return std::nullopt;
+  if (!depths) return depths.Reason();
   return depths->mean;
 }
 
 RowResult GreatestRoughnessMotifDepth(const RowInput& row) {
   const auto depths = RoughnessDepths(row);
-  if (!depths) return std::nullopt;
+  if (!depths) return depths.Reason();
   return depths->greatest;
 }
 
 RowResult MeanRoughnessMotifLength(const RowInput& row) {
-  return MeanLength(MotifsOf(row).roughness, row.profile.SpacingUM());
+  return MeanLength(MotifsOf(row).roughness, row.profile.SpacingUM(), Why::kNoRoughnessMotif);
 }
 
 RowResult MeanWavinessMotifDepth(const RowInput& row) {
   const auto depths = WavinessDepths(row);
-  if (!depths) return std::nullopt;
+  if (!depths) return depths.Reason();
   return depths->mean;
 }
 
 RowResult GreatestWavinessMotifDepth(const RowInput& row) {
   const auto depths = WavinessDepths(row);
-  if (!depths) return std::nullopt;
+  if (!depths) return depths.Reason();
   return depths->greatest;
 }
 
 RowResult MeanWavinessMotifLength(const RowInput& row) {
-  return MeanLength(MotifsOf(row).waviness, row.profile.SpacingUM());
+  return MeanLength(MotifsOf(row).waviness, row.profile.SpacingUM(), NoWavinessMotif(row));
 }
 
 RowResult EnvelopeHeight(const RowInput& row) {
-  return MotifsOf(row).envelopeHeightUM;
+  const auto& height = MotifsOf(row).envelopeHeightUM;
+  if (!height) return NoValue{Why::kNoRoughnessMotif};
+  return *height;
 }
 
 }  // namespace texturon

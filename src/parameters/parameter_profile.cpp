@@ -36,12 +36,17 @@ const std::vector<HeightExtremes>& ParameterProfile::SegmentExtremes(double samp
   return entry->second;
 }
 
-const std::optional<std::vector<ProfileElement>>& ParameterProfile::Elements(double heightPercent,
-                                                                             double widthPercent) const {
+NoValue ParameterProfile::WhyNotDivided(double samplingLengthMM) const {
+  return WhyNotDividedIntoLengths(heights_.size(), SpacingMM(), samplingLengthMM);
+}
+
+const Defined<std::vector<ProfileElement>>& ParameterProfile::Elements(double heightPercent,
+                                                                       double widthPercent) const {
   const auto [entry, isNew] = elements_.try_emplace({heightPercent, widthPercent});
   if (isNew) {
     const auto height = MeanPeakToValley(SegmentExtremes(lengths_.samplingLengthMM));
-    if (height && heights_.size() >= 2) {
+    if (!height) entry->second = WhyNotDivided(lengths_.samplingLengthMM);
+    if (height) {
       const ElementThresholds thresholds{heightPercent * 0.01 * *height,
                                          lengths_.samplingLengthMM / SpacingMM() * widthPercent * 0.01};
       entry->second = FindProfileElements(heights_, thresholds);

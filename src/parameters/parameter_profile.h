@@ -12,6 +12,7 @@
 
 #include "base/units.h"
 #include "parameters/height_statistics.h"
+#include "parameters/no_value.h"
 #include "parameters/profile_elements.h"
 #include "parameters/sampling_lengths.h"
 #include "settings/analysis_settings.h"
@@ -50,10 +51,12 @@ public:
   /// Extremes of each sampling length; a profile shorter than one counts as one. Empty when it cannot be divided.
   const std::vector<HeightExtremes>& SegmentExtremes(double samplingLengthMM) const;
 
+  /// Why that is empty.
+  NoValue WhyNotDivided(double samplingLengthMM) const;
+
   /// Elements for the discrimination percentages: of the mean peak-to-valley height over the letter's own sampling
-  /// lengths, and of that sampling length. Empty when there is no such height; the vector inside is empty for a profile
-  /// without elements.
-  const std::optional<std::vector<ProfileElement>>& Elements(double heightPercent, double widthPercent) const;
+  /// lengths, and of that sampling length. The vector inside is empty for a profile without elements.
+  const Defined<std::vector<ProfileElement>>& Elements(double heightPercent, double widthPercent) const;
 
   /// What the rows of one family have in common, made by `make` when the first of them asks for it. There is one result
   /// of a type: it must follow from this profile and the settings of the pass.
@@ -88,7 +91,7 @@ private:
   mutable std::optional<HeightExtremes> extremes_;
   mutable std::optional<HeightMoments> moments_;
   mutable std::map<double, std::vector<HeightExtremes>> segments_;
-  mutable std::map<std::pair<double, double>, std::optional<std::vector<ProfileElement>>> elements_;
+  mutable std::map<std::pair<double, double>, Defined<std::vector<ProfileElement>>> elements_;
 };
 
 /// What a family routine receives: the profile that the row's letter names, and the settings.
@@ -97,8 +100,8 @@ struct RowInput {
   const AnalysisSettings& settings;
 };
 
-/// A row's value in its metric unit. Empty: not defined for this profile; the row is invalid and holds 0.
-using RowResult = std::optional<double>;
+/// A row's value in its metric unit, or why it is not defined for this profile; the row is then invalid and holds 0.
+using RowResult = Defined<double>;
 
 /// Computes one row.
 using RowRoutine = RowResult (*)(const RowInput&);

@@ -32,6 +32,10 @@ const std::vector<HeightExtremes>& CutoffSegments(const RowInput& row) {
   return row.profile.SegmentExtremes(row.profile.RoughnessCutoffMM());
 }
 
+NoValue NotDivided(const RowInput& row) {
+  return row.profile.WhyNotDivided(row.profile.RoughnessCutoffMM());
+}
+
 std::optional<SamplingLengths> WholeSamplingLengths(const RowInput& row) {
   return DivideIntoSamplingLengths(row.profile.Heights().size(), row.profile.SpacingMM(),
                                    row.profile.RoughnessCutoffMM(), ShortProfile::kFails);
@@ -90,12 +94,14 @@ std::optional<double> MeanPeakToValley(std::span<const HeightExtremes> segments)
 }
 
 RowResult MeanPeakToValleyHeight(const RowInput& row) {
-  return MeanPeakToValley(CutoffSegments(row));
+  const auto mean = MeanPeakToValley(CutoffSegments(row));
+  if (!mean) return NotDivided(row);
+  return *mean;
 }
 
 RowResult GreatestPeakToValleyHeight(const RowInput& row) {
   const auto& segments = CutoffSegments(row);
-  if (segments.empty()) return std::nullopt;
+  if (segments.empty()) return NotDivided(row);
   double greatest = std::numeric_limits<double>::lowest();
   for (const HeightExtremes& segment : segments) greatest = std::max(greatest, segment.highest - segment.lowest);
   return greatest;
@@ -103,7 +109,7 @@ RowResult GreatestPeakToValleyHeight(const RowInput& row) {
 
 RowResult MeanPeakHeight(const RowInput& row) {
   const auto& segments = CutoffSegments(row);
-  if (segments.empty()) return std::nullopt;
+  if (segments.empty()) return NotDivided(row);
   double sum = 0.0;
   for (const HeightExtremes& segment : segments) sum += segment.highest;
   return sum / static_cast<double>(segments.size());
@@ -111,7 +117,7 @@ RowResult MeanPeakHeight(const RowInput& row) {
 
 RowResult MeanValleyDepth(const RowInput& row) {
   const auto& segments = CutoffSegments(row);
-  if (segments.empty()) return std::nullopt;
+  if (segments.empty()) return NotDivided(row);
   double sum = 0.0;
   for (const HeightExtremes& segment : segments) sum += segment.lowest;
   return -(sum / static_cast<double>(segments.size()));
@@ -119,7 +125,7 @@ RowResult MeanValleyDepth(const RowInput& row) {
 
 RowResult TenPointHeight(const RowInput& row) {
   const auto lengths = WholeSamplingLengths(row);
-  if (!lengths) return std::nullopt;
+  if (!lengths) return NotDivided(row);
   double sum = 0.0;
   std::size_t counted = 0;
   for (std::size_t k = 0; k < lengths->count; ++k) {
@@ -139,7 +145,7 @@ struct ThirdPoint {
 
 std::optional<double> MeanThirdPointHeight(const RowInput& row) {
   const auto lengths = WholeSamplingLengths(row);
-  if (!lengths) return std::nullopt;
+  if (!lengths) return NotDivided(row);
   double sum = 0.0;
   std::size_t counted = 0;
   for (std::size_t k = 0; k < lengths->count; ++k) {
@@ -149,7 +155,7 @@ std::optional<double> MeanThirdPointHeight(const RowInput& row) {
     sum += *value;
     ++counted;
   }
-  if (counted == 0) return std::nullopt;
+  if (counted == 0) return NoValue{Why::kNoThirdPoint};
   return sum / static_cast<double>(counted);
 }
 
@@ -162,9 +168,10 @@ RowResult ThirdPointHeight(const RowInput& row) {
 RowResult MeanPeakToThirdPointRatio(const RowInput& row) {
   constexpr double kLeastDenominatorUM = 1e-10;
   const auto thirdPoint = ThirdPointHeight(row);
-  if (!thirdPoint || *thirdPoint < kLeastDenominatorUM) return std::nullopt;
+  if (!thirdPoint) return thirdPoint;
+  if (*thirdPoint < kLeastDenominatorUM) return NoValue{Why::kZeroDivisor};
   const auto meanPeak = MeanPeakHeight(row);
-  if (!meanPeak) return std::nullopt;
+  if (!meanPeak) return meanPeak;
   return *meanPeak / *thirdPoint;
 }
 

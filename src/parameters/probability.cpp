@@ -123,14 +123,28 @@ ProbabilityFit FitProbability(std::span<const double> heights, std::span<const d
     fit.limits = FindProbabilityLimits(sorted, *fit.limits, settings.RxqLowerValleyCountPercent,
                                        settings.RxqUpperValleyCountPercent);
   }
-  if (!fit.limits) return fit;
+  if (!fit.limits) {
+    fit.plateau = fit.limits.Reason();
+    fit.valley = fit.limits.Reason();
+    fit.crossingPercent = fit.limits.Reason();
+    return fit;
+  }
   fit.plateau = FitProbabilityLine(sorted, fit.limits->upl, fit.limits->lpl);
   const auto fewest = static_cast<std::size_t>(std::max(0, settings.RxqMinimumValleyCount));
-  if (CountValleys(heights, settings.RxqValleyCountHeightUm) < fewest) return fit;
-  fit.valley = FitProbabilityLine(sorted, fit.limits->uvl, fit.limits->lvl);
-  if (!fit.plateau || !fit.valley) return fit;
+  const std::size_t valleys = CountValleys(heights, settings.RxqValleyCountHeightUm);
+  if (valleys < fewest) {
+    fit.valley = NoValue{Why::kFewValleys,
+                         {static_cast<double>(fewest), static_cast<double>(valleys), settings.RxqValleyCountHeightUm}};
+  } else {
+    fit.valley = FitProbabilityLine(sorted, fit.limits->uvl, fit.limits->lvl);
+  }
+  if (!fit.plateau || !fit.valley) {
+    fit.crossingPercent = fit.valley ? fit.plateau.Reason() : fit.valley.Reason();
+    return fit;
+  }
   const double crossing =
       (fit.valley->interceptUM - fit.plateau->interceptUM) / (fit.plateau->slopeUM - fit.valley->slopeUM);
+  fit.crossingPercent = NoValue{Why::kParallelLines};
   if (std::isfinite(crossing)) fit.crossingPercent = NormalProbability(crossing) * kPercent;
   return fit;
 }
@@ -159,10 +173,11 @@ void FillAbscissae(std::span<double> abscissae, std::size_t first, std::size_t n
 
 }  // namespace
 
-std::optional<ProbabilityLine> FitProbabilityLine(std::span<const double> sorted, double fromPercent,
-                                                  double toPercent) {
+Defined<ProbabilityLine> FitProbabilityLine(std::span<const double> sorted, double fromPercent, double toPercent) {
   const PointRange range = PointsBetween(sorted.size(), fromPercent, toPercent);
-  if (range.Count() < 2) return std::nullopt;
+  if (range.Count() < 2) {
+    return NoValue{Why::kFewPointsBetween, {fromPercent, toPercent, static_cast<double>(range.Count())}};
+  }
   const double reference = sorted[range.first + range.Count() / 2];
   const auto memory = std::make_unique_for_overwrite<double[]>(range.Count());
   const std::span<double> abscissae(memory.get(), range.Count());
@@ -177,16 +192,20 @@ std::optional<ProbabilityLine> FitProbabilityLine(std::span<const double> sorted
   return ProbabilityLine{slope, reference + (sh - slope * sx) / n};
 }
 
-std::optional<ProbabilityLimits> FindProbabilityLimits(std::span<const double> sorted, const ProbabilityLimits& outer,
-                                                       double fromPercent, double toPercent) {
+Defined<ProbabilityLimits> FindProbabilityLimits(std::span<const double> sorted, const ProbabilityLimits& outer,
+                                                 double fromPercent, double toPercent) {
   constexpr std::size_t kSamples = 1000;
+  constexpr std::size_t kFewestPoints = 10;
   const PointRange range = PointsBetween(sorted.size(), outer.upl, outer.lvl);
-  if (range.Count() < 10) return std::nullopt;
+  if (range.Count() < kFewestPoints) {
+    return NoValue{Why::kFewPlotPoints, {static_cast<double>(kFewestPoints), static_cast<double>(range.Count())}};
+  }
   const double top = ProbabilityAbscissa(range.first, sorted.size());
   const double halfWidth = 0.5 * (ProbabilityAbscissa(range.end - 1, sorted.size()) - top);
   const double lowest = sorted[range.end - 1];
   const double halfHeight = 0.5 * (sorted[range.first] - lowest);
-  if (!(halfHeight > 0.0) || !std::isfinite(halfHeight)) return std::nullopt;
+  if (!std::isfinite(halfHeight)) return NoValue{Why::kNotFinite};
+  if (!(halfHeight > 0.0)) return NoValue{Why::kFlatPlot};
   std::array<double, kSamples> x;
   std::array<double, kSamples> y;
   const auto quantileAt = [&](double scaled) { return top + halfWidth * (scaled + 1.0); };
@@ -203,12 +222,14 @@ std::optional<ProbabilityLimits> FindProbabilityLimits(std::span<const double> s
     y[k] = (height - lowest) / halfHeight - 1.0;
   }
   const auto conic = FitConic(x, y);
-  if (!conic) return std::nullopt;
+  if (!conic) return NoValue{Why::kNoBend};
   const auto transition = FindTransition(*conic);
-  if (!transition) return std::nullopt;
+  if (!transition) return NoValue{Why::kNoBend};
   const auto percentAt = [&](double scaled) { return NormalProbability(quantileAt(scaled)) * kPercent; };
   const double centre = percentAt(transition->centre);
-  if (!(centre >= fromPercent && centre <= toPercent)) return std::nullopt;
+  if (!(centre >= fromPercent && centre <= toPercent)) {
+    return NoValue{Why::kBendOutside, {centre, fromPercent, toPercent}};
+  }
   return ProbabilityLimits{outer.upl, percentAt(transition->plateauEnd), percentAt(transition->valleyStart), outer.lvl};
 }
 
@@ -219,13 +240,13 @@ const ProbabilityFit& ProbabilityFitOf(const RowInput& row) {
 
 RowResult PlateauDeviation(const RowInput& row) {
   const auto& line = ProbabilityFitOf(row).plateau;
-  if (!line) return std::nullopt;
+  if (!line) return line.Reason();
   return std::abs(line->slopeUM);
 }
 
 RowResult ValleyDeviation(const RowInput& row) {
   const auto& line = ProbabilityFitOf(row).valley;
-  if (!line) return std::nullopt;
+  if (!line) return line.Reason();
   return std::abs(line->slopeUM);
 }
 

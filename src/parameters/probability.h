@@ -31,8 +31,8 @@ struct ProbabilityLine {
 };
 
 /// Least-squares line of the sorted heights over their quantiles, through the points whose ratio lies between two
-/// percents. Empty for fewer than two of them.
-std::optional<ProbabilityLine> FitProbabilityLine(std::span<const double> sorted, double fromPercent, double toPercent);
+/// percents. Not defined for fewer than two of them.
+Defined<ProbabilityLine> FitProbabilityLine(std::span<const double> sorted, double fromPercent, double toPercent);
 
 /// Inner limits (LPL and UVL) of the two straight regions of a plot with the outer limits given.
 ///
@@ -40,16 +40,16 @@ std::optional<ProbabilityLine> FitProbabilityLine(std::span<const double> sorted
 /// the quantiles between the outer limits and scaled to a square; its asymptotes are the two lines, its centre the
 /// transition. The angle between each asymptote and their bisector is halved three times towards the asymptote; where
 /// the last half meets the conic the straight region ends. Two exact straight lines have both limits at their corner.
-/// Empty when the conic has no asymptotes or the transition lies outside [fromPercent, toPercent].
-std::optional<ProbabilityLimits> FindProbabilityLimits(std::span<const double> sorted, const ProbabilityLimits& outer,
-                                                       double fromPercent, double toPercent);
+/// Not defined when the conic has no asymptotes or the transition lies outside [fromPercent, toPercent].
+Defined<ProbabilityLimits> FindProbabilityLimits(std::span<const double> sorted, const ProbabilityLimits& outer,
+                                                 double fromPercent, double toPercent);
 
 /// Both lines with the limits of the settings (`RqFittingMethod` 0) or those found (any other number).
 struct ProbabilityFit {
-  std::optional<ProbabilityLimits> limits;
-  std::optional<ProbabilityLine> plateau;
-  std::optional<ProbabilityLine> valley;  ///< empty also where the profile has too few valleys
-  std::optional<double> crossingPercent;
+  Defined<ProbabilityLimits> limits;
+  Defined<ProbabilityLine> plateau;
+  Defined<ProbabilityLine> valley;  ///< not defined also where the profile has too few valleys
+  Defined<double> crossingPercent;
 };
 
 /// From the heights (um) of a profile in their order and the same from the highest to the lowest.

@@ -4,15 +4,27 @@
 
 #include <array>
 #include <span>
+#include <string_view>
 
+#include "parameters/no_value.h"
 #include "settings/analysis_settings.h"
 
 namespace texturon {
+
+/// What the ten rows of a configurable kind are.
+struct RatioRowKind {
+  std::string_view name;
+  std::string_view definition;
+  std::string_view source;
+};
+/// Pmr, Rmr, PHtp, RHtp; null for any other name.
+const RatioRowKind* FindRatioRowKind(std::string_view name);
 
 /// Last result of a configurable row.
 struct RatioRowResult {
   bool valid = false;
   double value = 0.0;
+  NoValue reason = {};  ///< where it is not valid
 };
 using RatioRowResults = std::array<RatioRowResult, kRatioRows>;
 

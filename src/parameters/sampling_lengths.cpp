@@ -21,6 +21,17 @@ std::optional<SamplingLengths> DivideIntoSamplingLengths(std::size_t pointCount,
   return lengths;
 }
 
+NoValue WhyNotDividedIntoLengths(std::size_t pointCount, double spacingMM, double samplingLengthMM) {
+  constexpr double kFewestPoints = 2.0;
+  if (static_cast<double>(pointCount) < kFewestPoints) {
+    return {Why::kFewPoints, {kFewestPoints, static_cast<double>(pointCount)}};
+  }
+  if (!(WholePartsOfLength(samplingLengthMM, spacingMM) >= kFewestPoints)) {
+    return {Why::kShortSamplingLength, {samplingLengthMM, spacingMM * kMicrometresPerMillimetre}};
+  }
+  return {Why::kFewSamplingLengths, {1.0, 0.0}};
+}
+
 std::vector<HeightExtremes> ExtremesPerSamplingLength(std::span<const double> heights, const SamplingLengths& lengths) {
   std::vector<HeightExtremes> extremes;
   extremes.reserve(lengths.count);

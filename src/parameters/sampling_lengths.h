@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "parameters/height_statistics.h"
+#include "parameters/no_value.h"
 
 namespace texturon {
 
@@ -24,6 +25,9 @@ enum class ShortProfile { kIsOneSamplingLength, kFails };
 /// many fit, not five. Empty when a sampling length has fewer than two points or none fits.
 std::optional<SamplingLengths> DivideIntoSamplingLengths(std::size_t pointCount, double spacingMM,
                                                          double samplingLengthMM, ShortProfile shortProfile);
+
+/// Why the division fails: too few points in a profile or in a sampling length, or the profile is shorter than one.
+NoValue WhyNotDividedIntoLengths(std::size_t pointCount, double spacingMM, double samplingLengthMM);
 
 /// Highest and lowest height of each sampling length.
 std::vector<HeightExtremes> ExtremesPerSamplingLength(std::span<const double> heights, const SamplingLengths& lengths);

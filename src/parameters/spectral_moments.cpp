@@ -14,8 +14,8 @@ namespace {
 
 /// Mean over the inner points of the square of `difference(i)`, i the index of the point before.
 template <typename Difference>
-std::optional<double> MeanSquareOverInnerPoints(std::size_t pointCount, const Difference& difference) {
-  if (pointCount < 3) return std::nullopt;
+RowResult MeanSquareOverInnerPoints(std::size_t pointCount, const Difference& difference) {
+  if (pointCount < 3) return NoValue{Why::kFewPoints, {3.0, static_cast<double>(pointCount)}};
   const double sum = LaneSums(pointCount - 2, [&](std::size_t i) -> std::array<double, 1> {
     const double d = difference(i);
     return {d * d};
@@ -26,7 +26,7 @@ std::optional<double> MeanSquareOverInnerPoints(std::size_t pointCount, const Di
 }  // namespace
 
 RowResult ZerothMoment(const RowInput& row) {
-  if (row.profile.Heights().empty()) return std::nullopt;
+  if (row.profile.Heights().empty()) return NoValue{Why::kFewPoints, {1.0}};
   return row.profile.Moments().square;
 }
 
@@ -45,13 +45,13 @@ RowResult FourthMoment(const RowInput& row) {
 
 RowResult MeanPeakSpacing(const RowInput& row) {
   const std::span<const double> z = row.profile.Heights();
-  if (z.size() < 3) return std::nullopt;
+  if (z.size() < 3) return NoValue{Why::kFewPeaks, {2.0, 0.0}};
   const auto isPeak = [&z](std::size_t i) {
     return static_cast<std::int64_t>(z[i] > z[i - 1]) & static_cast<std::int64_t>(z[i] > z[i + 1]);
   };
   std::int64_t count = 0;
   for (std::size_t i = 1; i < z.size() - 1; ++i) count += isPeak(i);
-  if (count < 2) return std::nullopt;
+  if (count < 2) return NoValue{Why::kFewPeaks, {2.0, static_cast<double>(count)}};
   std::size_t first = 1;
   while (isPeak(first) == 0) ++first;
   std::size_t last = z.size() - 2;

@@ -20,6 +20,29 @@
 namespace texturon {
 namespace {
 
+constexpr RowSettings kCutoff = {"LcCutoffMM"};
+constexpr RowSettings kSegment = {"WindowWidthForWseg"};
+constexpr RowSettings kSlopeWindow = {"AsphereSlopeWindowMM"};
+constexpr RowSettings kEndRegions = {"WxpEndRegionsMM"};
+constexpr RowSettings kClosingBall = {"ClosingRadiusForWvoid"};
+constexpr RowSettings kOpeningBall = {"OpeningRadiusForWcvx"};
+// The outer limits of both lines bound the search for the inner ones.
+constexpr RowSettings kPlateau = {
+    "RqFittingMethod UPLPercent LPLPercent LVLPercent RxqUpperValleyCountPercent RxqLowerValleyCountPercent"};
+constexpr RowSettings kValley = {
+    "RqFittingMethod UPLPercent UVLPercent LVLPercent RxqUpperValleyCountPercent RxqLowerValleyCountPercent "
+    "RxqValleyCountHeightUm RxqMinimumValleyCount"};
+constexpr RowSettings kCrossing = {
+    "RqFittingMethod UPLPercent LPLPercent UVLPercent LVLPercent RxqUpperValleyCountPercent "
+    "RxqLowerValleyCountPercent RxqValleyCountHeightUm RxqMinimumValleyCount"};
+constexpr RowSettings kRoughnessMotifs = {"MotifAMM UseTHMotif UseTHShortMotifCombination"};
+constexpr RowSettings kWavinessMotifs = {"MotifAMM MotifBMM UseTHMotif UseTHShortMotifCombination"};
+constexpr RowSettings kWidths = {.discrimination = &LetterSettings::widths};
+constexpr RowSettings kHeights = {.discrimination = &LetterSettings::heights};
+constexpr RowSettings kHighSpotLevel = {.level = &LetterSettings::highSpotLevelUM};
+constexpr RowSettings kValleyLevel = {.level = &LetterSettings::valleyLevelUM};
+constexpr RowSettings kPeakBand = {.level = &LetterSettings::peakBandUM};
+
 constexpr SuffixRow kSuffixes[] = {
     {"t", TotalHeight},
     {"a", ArithmeticMeanDeviation},
@@ -29,51 +52,51 @@ constexpr SuffixRow kSuffixes[] = {
     {"a7l", PlaceOfDeviationOfSevenLengths},
     {"pm7", GreatestMeanPeakOfSevenLengths},
     {"pm7l", PlaceOfMeanPeakOfSevenLengths},
-    {"cl", MeanElementHeightOfLengths, true},
+    {.suffix = "cl", .routine = MeanElementHeightOfLengths, .findsElements = true, .settings = kHeights},
     {"q", RootMeanSquareDeviation},
     {"m0", ZerothMoment},
     {"m2", SecondMoment},
     {"m4", FourthMoment},
     {"p", MaximumPeakHeight},
-    {"pl", HighestOfLeftEnd},
-    {"pr", HighestOfRightEnd},
+    {.suffix = "pl", .routine = HighestOfLeftEnd, .settings = kEndRegions},
+    {.suffix = "pr", .routine = HighestOfRightEnd, .settings = kEndRegions},
     {"v", MaximumValleyDepth},
-    {"c", MeanElementHeight, true},
-    {"tc", GreatestElementHeight, true},
+    {.suffix = "c", .routine = MeanElementHeight, .findsElements = true, .settings = kHeights},
+    {.suffix = "tc", .routine = GreatestElementHeight, .findsElements = true, .settings = kHeights},
     {"sk", Skewness},
     {"ku", Kurtosis},
-    {"zDIN", MeanPeakToValleyHeight},
-    {"zi", MeanPeakToValleyHeight},
-    {"3z", ThirdPointHeight},
-    {"pm", MeanPeakHeight},
-    {"pm/3z", MeanPeakToThirdPointRatio},
-    {"vm", MeanValleyDepth},
-    {"max", GreatestPeakToValleyHeight},
-    {"y", GreatestPeakToValleyHeight},
-    {"z1max", GreatestPeakToValleyHeight},
-    {"zJIS", TenPointHeight},
+    {.suffix = "zDIN", .routine = MeanPeakToValleyHeight, .settings = kCutoff},
+    {.suffix = "zi", .routine = MeanPeakToValleyHeight, .settings = kCutoff},
+    {.suffix = "3z", .routine = ThirdPointHeight, .settings = kCutoff},
+    {.suffix = "pm", .routine = MeanPeakHeight, .settings = kCutoff},
+    {.suffix = "pm/3z", .routine = MeanPeakToThirdPointRatio, .settings = kCutoff},
+    {.suffix = "vm", .routine = MeanValleyDepth, .settings = kCutoff},
+    {.suffix = "max", .routine = GreatestPeakToValleyHeight, .settings = kCutoff},
+    {.suffix = "y", .routine = GreatestPeakToValleyHeight, .settings = kCutoff},
+    {.suffix = "z1max", .routine = GreatestPeakToValleyHeight, .settings = kCutoff},
+    {.suffix = "zJIS", .routine = TenPointHeight, .settings = kCutoff},
     {"twi", ShareWithinDeviation},
-    {"dsm", DeviationOfElementWidths, true},
-    {"sm", MeanElementWidth, true},
+    {.suffix = "dsm", .routine = DeviationOfElementWidths, .findsElements = true, .settings = kWidths},
+    {.suffix = "sm", .routine = MeanElementWidth, .findsElements = true, .settings = kWidths},
     {"s", MeanPeakSpacing},
-    {"seg", SegmentHeight},
-    {"segl", SegmentPlace},
-    {"lslp", SteepestLine},
-    {"lslpl", SteepestLinePlace},
-    {"eslp", SteepestChord},
-    {"eslpl", SteepestChordPlace},
-    {"pc", PeakCountPerLength},
-    {"void", MeanVoidGap},
-    {"vdd", DeepestVoid},
-    {"vddl", DeepestVoidPlace},
-    {"vdc", VoidsPerLength},
-    {"vdas", MeanVoidAspect},
-    {"vdmp", MeanVoidLength},
-    {"vdm", MeanVoidDepth},
-    {"vda", MeanVoidArea},
-    {"cvx", HighestBump},
-    {"cvxm", MeanBumpHeight},
-    {"cvxl", HighestBumpPlace},
+    {.suffix = "seg", .routine = SegmentHeight, .settings = kSegment},
+    {.suffix = "segl", .routine = SegmentPlace, .settings = kSegment},
+    {.suffix = "lslp", .routine = SteepestLine, .settings = kSlopeWindow},
+    {.suffix = "lslpl", .routine = SteepestLinePlace, .settings = kSlopeWindow},
+    {.suffix = "eslp", .routine = SteepestChord, .settings = kSlopeWindow},
+    {.suffix = "eslpl", .routine = SteepestChordPlace, .settings = kSlopeWindow},
+    {.suffix = "pc", .routine = PeakCountPerLength, .settings = kPeakBand},
+    {.suffix = "void", .routine = MeanVoidGap, .settings = kClosingBall},
+    {.suffix = "vdd", .routine = DeepestVoid, .settings = kClosingBall},
+    {.suffix = "vddl", .routine = DeepestVoidPlace, .settings = kClosingBall},
+    {.suffix = "vdc", .routine = VoidsPerLength, .settings = kClosingBall},
+    {.suffix = "vdas", .routine = MeanVoidAspect, .settings = kClosingBall},
+    {.suffix = "vdmp", .routine = MeanVoidLength, .settings = kClosingBall},
+    {.suffix = "vdm", .routine = MeanVoidDepth, .settings = kClosingBall},
+    {.suffix = "vda", .routine = MeanVoidArea, .settings = kClosingBall},
+    {.suffix = "cvx", .routine = HighestBump, .settings = kOpeningBall},
+    {.suffix = "cvxm", .routine = MeanBumpHeight, .settings = kOpeningBall},
+    {.suffix = "cvxl", .routine = HighestBumpPlace, .settings = kOpeningBall},
     {"vo", ValleyArea},
     {"k", CoreDepth},
     {"pk", ReducedPeakHeight},
@@ -86,26 +109,22 @@ constexpr SuffixRow kSuffixes[] = {
     {"vk*", ValleyBelowCore},
     {"mr1", UpperCoreMaterialRatio},
     {"mr2", LowerCoreMaterialRatio},
-    {"pq", PlateauDeviation},
-    {"vq", ValleyDeviation},
-    {"mq", PlateauToValleyRatio},
+    {.suffix = "pq", .routine = PlateauDeviation, .settings = kPlateau},
+    {.suffix = "vq", .routine = ValleyDeviation, .settings = kValley},
+    {.suffix = "mq", .routine = PlateauToValleyRatio, .settings = kCrossing},
     {"dq", RootMeanSquareSlope},
     {"dmd", MedianAbsoluteSlopeAngle},
     {"dmn", MeanAbsoluteSlopeAngle},
     {"dsk", SlopeSkewness},
-    {"hsc", HighSpotCount, false, "PR"},
-    {"vc", ValleyCount, false, "PR"},
+    {.suffix = "hsc", .routine = HighSpotCount, .letters = "PR", .settings = kHighSpotLevel},
+    {.suffix = "vc", .routine = ValleyCount, .letters = "PR", .settings = kValleyLevel},
 };
 
-struct WholeName {
-  std::string_view name;
-  RowRoutine routine;
-};
-
-constexpr WholeName kMotifRows[] = {
-    {"R", MeanRoughnessMotifDepth},  {"Rx", GreatestRoughnessMotifDepth}, {"AR", MeanRoughnessMotifLength},
-    {"W", MeanWavinessMotifDepth},   {"Wx", GreatestWavinessMotifDepth},  {"Wte", EnvelopeHeight},
-    {"AW", MeanWavinessMotifLength},
+constexpr WholeNameRow kMotifRows[] = {
+    {"R", MeanRoughnessMotifDepth, kRoughnessMotifs},    {"Rx", GreatestRoughnessMotifDepth, kRoughnessMotifs},
+    {"AR", MeanRoughnessMotifLength, kRoughnessMotifs},  {"W", MeanWavinessMotifDepth, kWavinessMotifs},
+    {"Wx", GreatestWavinessMotifDepth, kWavinessMotifs}, {"Wte", EnvelopeHeight, kRoughnessMotifs},
+    {"AW", MeanWavinessMotifLength, kWavinessMotifs},
 };
 
 }  // namespace
@@ -120,10 +139,15 @@ const SuffixRow* FindSuffix(std::string_view suffix) {
   return found != std::end(kSuffixes) ? &*found : nullptr;
 }
 
-RowRoutine FindWholeName(std::string_view name) {
+const WholeNameRow* FindWholeNameRow(std::string_view name) {
   const auto found = std::find_if(std::begin(kMotifRows), std::end(kMotifRows),
-                                  [name](const WholeName& row) { return EqualIgnoringCase(row.name, name); });
-  return found != std::end(kMotifRows) ? found->routine : nullptr;
+                                  [name](const WholeNameRow& row) { return EqualIgnoringCase(row.name, name); });
+  return found != std::end(kMotifRows) ? &*found : nullptr;
+}
+
+RowRoutine FindWholeName(std::string_view name) {
+  const WholeNameRow* const row = FindWholeNameRow(name);
+  return row != nullptr ? row->routine : nullptr;
 }
 
 }  // namespace texturon

@@ -42,10 +42,15 @@ const BumpWalk* BumpsOf(const RowInput& row) {
   return &profile.Cached<BumpWalk>([&] { return WalkBumps(profile.Heights(), opening); });
 }
 
+NoValue NoEnvelope(const RowInput& row) {
+  return row.profile.Heights().empty() ? NoValue{Why::kFewPoints, {1.0}} : NoValue{Why::kMemoryFull};
+}
+
 /// A sum over the complete voids divided by all starts.
 RowResult MeanOverStarts(const RowInput& row, double VoidWalk::*sum) {
   const VoidWalk* voids = VoidsOf(row);
-  if (voids == nullptr || voids->starts == 0) return std::nullopt;
+  if (voids == nullptr) return NoEnvelope(row);
+  if (voids->starts == 0) return NoValue{Why::kNoVoid};
   return voids->*sum / static_cast<double>(voids->starts);
 }
 
@@ -116,25 +121,25 @@ BumpWalk WalkBumps(std::span<const double> z, std::span<const double> e) {
 
 RowResult MeanVoidGap(const RowInput& row) {
   const VoidWalk* voids = VoidsOf(row);
-  if (voids == nullptr) return std::nullopt;
+  if (voids == nullptr) return NoEnvelope(row);
   return voids->meanGap;
 }
 
 RowResult DeepestVoid(const RowInput& row) {
   const VoidWalk* voids = VoidsOf(row);
-  if (voids == nullptr) return std::nullopt;
+  if (voids == nullptr) return NoEnvelope(row);
   return voids->deepestGap;
 }
 
 RowResult DeepestVoidPlace(const RowInput& row) {
   const VoidWalk* voids = VoidsOf(row);
-  if (voids == nullptr) return std::nullopt;
+  if (voids == nullptr) return NoEnvelope(row);
   return static_cast<double>(voids->deepestAt) * row.profile.SpacingUM() * kMillimetresPerMicrometre;
 }
 
 RowResult VoidsPerLength(const RowInput& row) {
   const VoidWalk* voids = VoidsOf(row);
-  if (voids == nullptr) return std::nullopt;
+  if (voids == nullptr) return NoEnvelope(row);
   const auto points = static_cast<double>(row.profile.Heights().size());
   return static_cast<double>(voids->starts) / (points * row.profile.SpacingUM() * kCentimetresPerMicrometre);
 }
@@ -145,7 +150,7 @@ RowResult MeanVoidAspect(const RowInput& row) {
 
 RowResult MeanVoidLength(const RowInput& row) {
   const auto lengthUM = MeanOverStarts(row, &VoidWalk::sumOfLengths);
-  if (!lengthUM) return std::nullopt;
+  if (!lengthUM) return lengthUM;
   return *lengthUM * kMillimetresPerMicrometre;
 }
 
@@ -155,25 +160,26 @@ RowResult MeanVoidDepth(const RowInput& row) {
 
 RowResult MeanVoidArea(const RowInput& row) {
   const auto areaUM2 = MeanOverStarts(row, &VoidWalk::sumOfAreas);
-  if (!areaUM2) return std::nullopt;
+  if (!areaUM2) return areaUM2;
   return *areaUM2 * kSquareMillimetresPerSquareMicrometre;
 }
 
 RowResult HighestBump(const RowInput& row) {
   const BumpWalk* bumps = BumpsOf(row);
-  if (bumps == nullptr) return std::nullopt;
+  if (bumps == nullptr) return NoEnvelope(row);
   return bumps->highest;
 }
 
 RowResult MeanBumpHeight(const RowInput& row) {
   const BumpWalk* bumps = BumpsOf(row);
-  if (bumps == nullptr || bumps->complete == 0) return std::nullopt;
+  if (bumps == nullptr) return NoEnvelope(row);
+  if (bumps->complete == 0) return NoValue{Why::kNoBump};
   return bumps->sumOfHeights / static_cast<double>(bumps->complete);
 }
 
 RowResult HighestBumpPlace(const RowInput& row) {
   const BumpWalk* bumps = BumpsOf(row);
-  if (bumps == nullptr) return std::nullopt;
+  if (bumps == nullptr) return NoEnvelope(row);
   return static_cast<double>(bumps->highestAt) * row.profile.SpacingUM() * kMillimetresPerMicrometre;
 }
 

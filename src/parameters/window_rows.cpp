@@ -46,54 +46,65 @@ struct Placed {
     double value = 0.0;
     double positionMM = 0.0;
   };
-  std::optional<Value> found;
+  Defined<Value> found;
 };
 
 template <typename Kind>
-std::optional<typename Placed<Kind>::Value> PlacedOf(const RowInput& row) {
-  const auto make = [&row] {
-    Placed<Kind> placed;
-    const std::optional<std::size_t> points = Kind::Points(row);
-    if (!points) return placed;
+const Defined<typename Placed<Kind>::Value>& PlacedOf(const RowInput& row) {
+  using Value = typename Placed<Kind>::Value;
+  const auto make = [&row]() -> Placed<Kind> {
+    const Defined<std::size_t> points = Kind::Points(row);
+    if (!points) return {points.Reason()};
     const Greatest greatest = Kind::Sweep(row, *points);
-    placed.found = {Kind::Shown(greatest.Value(), row, *points), greatest.MiddleMM(*points, row.profile.SpacingMM())};
-    return placed;
+    return {Value{Kind::Shown(greatest.Value(), row, *points), greatest.MiddleMM(*points, row.profile.SpacingMM())}};
   };
   return row.profile.Cached<Placed<Kind>>(make).found;
 }
 
 template <typename Kind>
 RowResult ValueOf(const RowInput& row) {
-  const auto placed = PlacedOf<Kind>(row);
-  if (!placed) return std::nullopt;
+  const auto& placed = PlacedOf<Kind>(row);
+  if (!placed) return placed.Reason();
   return placed->value;
 }
 
 template <typename Kind>
 RowResult PositionOf(const RowInput& row) {
-  const auto placed = PlacedOf<Kind>(row);
-  if (!placed) return std::nullopt;
+  const auto& placed = PlacedOf<Kind>(row);
+  if (!placed) return placed.Reason();
   return placed->positionMM;
 }
 
 /// Points in a number of whole sampling lengths; empty when they do not fit.
-std::optional<std::size_t> PointsOfLengths(const RowInput& row, std::size_t number) {
+Defined<std::size_t> PointsOfLengths(const RowInput& row, std::size_t number) {
   const auto lengths = DivideIntoSamplingLengths(row.profile.Heights().size(), row.profile.SpacingMM(),
                                                  row.profile.SamplingLengthMM(), ShortProfile::kFails);
-  if (!lengths || lengths->count < number) return std::nullopt;
+  const auto needed = static_cast<double>(number);
+  if (!lengths) {
+    NoValue reason = row.profile.WhyNotDivided(row.profile.SamplingLengthMM());
+    if (reason.why == Why::kFewSamplingLengths) reason.figures[0] = needed;
+    return reason;
+  }
+  if (lengths->count < number) {
+    return NoValue{Why::kFewSamplingLengths, {needed, static_cast<double>(lengths->count)}};
+  }
   return lengths->pointsEach * number;
 }
 
 /// Points of a window that spans a length: its steps and one. Empty when it has no step or does not fit.
-std::optional<std::size_t> PointsOfWindow(const RowInput& row, double lengthMM) {
+Defined<std::size_t> PointsOfWindow(const RowInput& row, double lengthMM) {
   const auto steps = StepsInLength(lengthMM, row.profile.SpacingUM());
-  if (steps < 1 || static_cast<std::size_t>(steps) >= row.profile.Heights().size()) return std::nullopt;
+  const std::size_t n = row.profile.Heights().size();
+  if (steps < 1) return NoValue{Why::kShortWindow, {lengthMM, row.profile.SpacingUM()}};
+  if (static_cast<std::size_t>(steps) >= n) {
+    return NoValue{Why::kLongWindow, {lengthMM, static_cast<double>(n) * row.profile.SpacingMM()}};
+  }
   return static_cast<std::size_t>(steps) + 1;
 }
 
 template <std::size_t Lengths>
 struct MeanDeviation {
-  static std::optional<std::size_t> Points(const RowInput& row) { return PointsOfLengths(row, Lengths); }
+  static Defined<std::size_t> Points(const RowInput& row) { return PointsOfLengths(row, Lengths); }
   static Greatest Sweep(const RowInput& row, std::size_t points) {
     const std::span<const double> z = row.profile.Heights();
     Greatest greatest;
@@ -106,7 +117,7 @@ struct MeanDeviation {
 };
 
 struct MeanPeak {
-  static std::optional<std::size_t> Points(const RowInput& row) { return PointsOfLengths(row, kSeven); }
+  static Defined<std::size_t> Points(const RowInput& row) { return PointsOfLengths(row, kSeven); }
   static Greatest Sweep(const RowInput& row, std::size_t points) {
     const std::span<const double> z = row.profile.Heights();
     const std::size_t each = points / kSeven;
@@ -127,7 +138,7 @@ struct MeanPeak {
 };
 
 struct Segment {
-  static std::optional<std::size_t> Points(const RowInput& row) {
+  static Defined<std::size_t> Points(const RowInput& row) {
     return PointsOfWindow(row, row.settings.WindowWidthForWseg);
   }
   static Greatest Sweep(const RowInput& row, std::size_t points) {
@@ -154,7 +165,7 @@ struct FittedSlope {
     double height = 0.0;
     double moment = 0.0;
   };
-  static std::optional<std::size_t> Points(const RowInput& row) {
+  static Defined<std::size_t> Points(const RowInput& row) {
     return PointsOfWindow(row, row.settings.AsphereSlopeWindowMM);
   }
   static Greatest Sweep(const RowInput& row, std::size_t points) {
@@ -183,7 +194,7 @@ struct FittedSlope {
 };
 
 struct ChordSlope {
-  static std::optional<std::size_t> Points(const RowInput& row) {
+  static Defined<std::size_t> Points(const RowInput& row) {
     return PointsOfWindow(row, row.settings.AsphereSlopeWindowMM);
   }
   static Greatest Sweep(const RowInput& row, std::size_t points) {
@@ -200,9 +211,10 @@ struct ChordSlope {
 };
 
 /// Points of an end region, at most all; empty when the region has no length.
-std::optional<std::size_t> PointsOfEnd(const RowInput& row) {
+Defined<std::size_t> PointsOfEnd(const RowInput& row) {
   const std::size_t n = row.profile.Heights().size();
-  if (!(row.settings.WxpEndRegionsMM > 0.0) || n == 0) return std::nullopt;
+  if (n == 0) return NoValue{Why::kFewPoints, {1.0}};
+  if (!(row.settings.WxpEndRegionsMM > 0.0)) return NoValue{Why::kNoEndRegion, {row.settings.WxpEndRegionsMM}};
   const auto points = static_cast<std::size_t>(StepsInLength(row.settings.WxpEndRegionsMM, row.profile.SpacingUM()));
   return std::clamp<std::size_t>(points, 1, n);
 }
@@ -248,13 +260,13 @@ RowResult SteepestChordPlace(const RowInput& row) {
 
 RowResult HighestOfLeftEnd(const RowInput& row) {
   const auto points = PointsOfEnd(row);
-  if (!points) return std::nullopt;
+  if (!points) return points.Reason();
   return FindExtremes(row.profile.Heights().first(*points)).highest;
 }
 
 RowResult HighestOfRightEnd(const RowInput& row) {
   const auto points = PointsOfEnd(row);
-  if (!points) return std::nullopt;
+  if (!points) return points.Reason();
   return FindExtremes(row.profile.Heights().last(*points)).highest;
 }
 

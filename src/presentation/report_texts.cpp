@@ -2,6 +2,7 @@
 
 #include "presentation/report_texts.h"
 
+#include <algorithm>
 #include <cstdint>
 
 #include "analysis/captions.h"
@@ -61,23 +62,50 @@ std::string LimitText(double limit, const ParameterDef& row, bool metric) {
 }
 
 ReportRow MakeRow(const ShownRow& shown, bool metric) {
-  ReportRow row{.title = shown.title + shown.label, .value = shown.value, .unit = shown.unit, .verdict = shown.verdict};
+  ReportRow row{.title = shown.title + shown.label,
+                .value = shown.value,
+                .unit = shown.unit,
+                .verdict = shown.verdict,
+                .isToleranced = shown.row.tolerance.toleranced};
   const LimitsInForce limits = LimitsOf(shown.row.tolerance);
   if (limits.lower) row.lower = LimitText(*limits.lower, shown.row, metric);
   if (limits.upper) row.upper = LimitText(*limits.upper, shown.row, metric);
   return row;
 }
 
-std::string Summary(const std::vector<ReportRow>& rows) {
+/// Rows of one reason share a line.
+void AddReason(std::vector<ReportLine>& reasons, const ShownRow& row) {
+  const auto same = std::find_if(reasons.begin(), reasons.end(),
+                                 [&row](const ReportLine& line) { return line.second == row.reason; });
+  if (same == reasons.end()) {
+    reasons.emplace_back(row.title, row.reason);
+  } else {
+    same->first += ", " + row.title;
+  }
+}
+
+void Summarise(ReportTexts& texts) {
   std::size_t judged = 0;
   std::size_t failed = 0;
-  for (const ReportRow& row : rows) {
+  std::size_t missing = 0;
+  for (const ReportRow& row : texts.rows) {
     if (row.verdict) ++judged;
     if (row.verdict == Verdict::kFail) ++failed;
+    if (row.isToleranced && !row.verdict) ++missing;
   }
-  if (judged == 0) return {};
-  if (failed == 0) return "All " + Count(judged) + " toleranced parameters are within their limits.";
-  return Count(failed) + " of " + Count(judged) + " toleranced parameters out of tolerance.";
+  if (failed > 0) {
+    texts.summary = Count(failed) + " of " + Count(judged) + " toleranced parameters out of tolerance.";
+  } else if (judged > 0) {
+    texts.summary = "All " + Count(judged) + " toleranced parameters are within their limits.";
+  }
+  if (missing > 0) {
+    texts.summary += (judged > 0 ? " " : "") + Count(missing) +
+                     (missing == 1 ? " parameter with limits has no value." : " parameters with limits have no value.");
+  }
+  texts.outcome = failed > 0    ? ReportOutcome::kFail
+                  : missing > 0 ? ReportOutcome::kOpen
+                  : judged > 0  ? ReportOutcome::kPass
+                                : ReportOutcome::kNoLimits;
 }
 
 std::vector<ReportLine> ChangedSettings(const Settings& settings) {
@@ -95,6 +123,15 @@ std::vector<ReportLine> ChangedSettings(const Settings& settings) {
 
 }  // namespace
 
+std::vector<std::string> LimitTitles() {
+  return {"Parameter", "Value", "Lower limit", "Upper limit", "Unit", "Verdict"};
+}
+
+std::string VerdictText(const ReportRow& row) {
+  if (!row.verdict) return row.value.empty() ? "no value" : "";
+  return *row.verdict == Verdict::kPass ? "pass" : "out";
+}
+
 ReportTexts MakeReportTexts(const Document& document, std::string_view time) {
   const DisplaySettings& display = document.settings.display;
   ReportTexts texts{.company = display.CompanyName,
@@ -102,8 +139,11 @@ ReportTexts MakeReportTexts(const Document& document, std::string_view time) {
                     .facts = Facts(document, time),
                     .instrumentValues = CompareWithInstrument(document),
                     .changedSettings = ChangedSettings(document.settings)};
-  for (const ShownRow& row : ShownRows(document)) texts.rows.push_back(MakeRow(row, display.Metric));
-  texts.summary = Summary(texts.rows);
+  for (const ShownRow& row : ShownRows(document)) {
+    texts.rows.push_back(MakeRow(row, display.Metric));
+    if (row.value.empty()) AddReason(texts.reasons, row);
+  }
+  Summarise(texts);
   return texts;
 }
 

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -25,18 +26,29 @@ struct ReportRow {
   std::string lower;  ///< limits that count; empty: none
   std::string upper;
   std::optional<Verdict> verdict;
+  bool isToleranced = false;  ///< also where there is no value to judge
 };
+
+/// What the rows with limits come to; open: none fails, but one has no value.
+enum class ReportOutcome : std::uint8_t { kNoLimits, kPass, kOpen, kFail };
 
 /// All that a report says in words; texts are Windows-1252. The curves come from the document itself.
 struct ReportTexts {
   std::string company;
   std::string identification;
   std::vector<ReportLine> facts;
-  std::string summary;  ///< how many rows are out of tolerance; empty where none has limits
+  std::string summary;  ///< how many rows are out of tolerance or without value; empty where none has limits
+  ReportOutcome outcome = ReportOutcome::kNoLimits;
   std::vector<ReportRow> rows;
+  std::vector<ReportLine> reasons;  ///< rows without a value by name, and why
   std::vector<ComparedValue> instrumentValues;
   std::vector<ReportLine> changedSettings;  ///< settings of the analysis that differ from the defaults
 };
+
+/// Titles of the table of rows with limits, and what its last column says of a row.
+std::vector<std::string> LimitTitles();
+std::string VerdictText(const ReportRow& row);
+inline constexpr std::string_view kNoVerdict = "No verdict: no parameter has limits.";
 
 /// `time` as on the handed-in clock.
 ReportTexts MakeReportTexts(const Document& document, std::string_view time);

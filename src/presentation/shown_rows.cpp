@@ -8,6 +8,8 @@
 #include "analysis/ratio_row_list.h"
 #include "base/number_text.h"
 #include "parameters/labels.h"
+#include "parameters/row_settings.h"
+#include "settings/setting_choices.h"
 
 namespace texturon {
 namespace {
@@ -18,10 +20,32 @@ ShownRow Show(const ParameterDef& row, std::string title, std::string label, boo
           .value = ShownValue(row, metric),
           .unit = PrintedUnit(row.quantity.Unit(metric)),
           .label = std::move(label),
-          .verdict = JudgeRow(row)};
+          .verdict = JudgeRow(row),
+          .reason = ReasonOf(row, metric)};
 }
 
 }  // namespace
+
+ParameterExplanation ExplainRow(const Document& document, std::string_view name) {
+  ParameterExplanation explanation;
+  const Settings& settings = document.settings;
+  if (const RatioRowKind* const kind = FindRatioRowKind(name)) {
+    explanation.definition = kind->definition;
+    explanation.source = kind->source;
+  } else if (const MasterRow* const master = FindMasterRow(name)) {
+    explanation.definition = master->definition;
+    explanation.source = master->source;
+  }
+  for (const auto& keys : {SettingsOfRow(name), SettingsOfProfile(name, settings)}) {
+    for (const SettingKey* const key : keys) {
+      const std::pair line(std::string(key->meaning), DescribeValue(*key, key->binding.get(settings, 0)));
+      if (std::find(explanation.settings.begin(), explanation.settings.end(), line) == explanation.settings.end()) {
+        explanation.settings.push_back(line);
+      }
+    }
+  }
+  return explanation;
+}
 
 std::int32_t ColumnsOfTable(const DisplaySettings& display) {
   return std::clamp(display.ParameterColumns, 1, kMostParameterColumns);

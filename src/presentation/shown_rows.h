@@ -4,6 +4,8 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "analysis/document.h"
@@ -19,7 +21,19 @@ struct ShownRow {
   std::string unit;
   std::string label;  ///< the setting behind the value; begins with three blanks, empty for most rows
   std::optional<Verdict> verdict;
+  std::string reason;  ///< why there is no value, or none that is finite: a clause
 };
+
+/// What a row is. Texts are Windows-1252.
+struct ParameterExplanation {
+  std::string definition;  ///< a sentence; empty for a name that is not known
+  std::string source;      ///< the standard with its edition, or this program
+  /// What it depends on, meaning and value in force: its own settings first, then those of its profile.
+  std::vector<std::pair<std::string, std::string>> settings;
+};
+
+/// Of a row by its name, that of a configurable row (Pmr, Rmr, PHtp, RHtp) included.
+ParameterExplanation ExplainRow(const Document& document, std::string_view name);
 
 /// How many parameters stand side by side in the table: as the settings say, from 1 to kMostParameterColumns.
 inline constexpr std::int32_t kMostParameterColumns = 6;

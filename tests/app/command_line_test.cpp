@@ -44,6 +44,21 @@ TEST(CommandLine, GivesProfilesAndTheValuesMadeOfThem) {
   EXPECT_TRUE(Near(rk["upper_line"].get<double>() - rk["lower_line"].get<double>(), rk["Rk"].get<double>(), 1e-12));
 }
 
+TEST(CommandLine, TellsWhatEachParameterIs) {
+  const json rows = json::parse(Texturon({"parameters", "--json"}).out);
+  const json analysis = json::parse(Texturon({"analyze", "--json", "--no-trace", Sample("turned.lmt")}).out);
+  ASSERT_EQ(rows.size(), analysis["parameters"].size());
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    const json& computed = analysis["parameters"][i];
+    EXPECT_EQ(rows[i]["name"], computed["name"]);
+    EXPECT_EQ(rows[i]["unit"], computed["unit"]);
+    EXPECT_EQ(rows[i]["edition"], "1997");
+    EXPECT_EQ(computed.contains("reason"), computed["value"].is_null()) << computed;
+  }
+  const auto highSpots = std::find_if(rows.begin(), rows.end(), [](const json& row) { return row["name"] == "Rhsc"; });
+  EXPECT_EQ((*highSpots)["settings"], json({"ANALYSIS.RoughnessHSCHeight"}));
+}
+
 // To 0.01 of the unit: waviness moves an apex by 0.001 mm.
 TEST(CommandLine, ReportsThePlaceOfAsphereFreeFormAndFixedRadius) {
   const std::vector<std::string> cases[] = {

@@ -9,6 +9,7 @@
 #include "app/command_line.h"
 #include "base/ini_file.h"
 #include "fuzz/fuzz_targets.h"
+#include "presentation/report_template.h"
 #include "settings/settings_check.h"
 #include "settings/settings_file.h"
 #include "settings/settings_text.h"
@@ -51,6 +52,14 @@ void RunSettings(std::string_view bytes) {
   IniFile rewritten;
   SaveSettingsText(rewritten, again);
   Expect(written.Bytes() == rewritten.Bytes());
+}
+
+void RunTemplate(std::string_view bytes) {
+  const ReportTemplateRead read = ReadReportTemplate(bytes);
+  Expect(read.report.has_value() == read.reason.empty());
+  if (!read.report) return;
+  const auto again = ReadReportTemplate(ReportTemplateText(*read.report));
+  Expect(again.report == read.report);
 }
 
 void RunJournal(std::string_view bytes) {
@@ -108,6 +117,10 @@ void AddTextTargets(std::vector<FuzzTarget>& targets) {
                        SaveSettingsText(file, Settings());
                        WriteSeed(folder, "defaults", file.Bytes());
                        WriteSeed(folder, "old", "[TEXTURON]\r\nIniVersion=1\r\n[PARAMETERS]\r\nSelectionRef=1\r\n");
+                     }});
+  targets.push_back({"report_template", RunTemplate, [](const auto& folder) {
+                       WriteSeed(folder, "default", ReportTemplateText(DefaultReportTemplate()));
+                       WriteSeed(folder, "text", "[REPORT]\r\nTitle=a\r\nBlock7=text\r\nText07=b\\nc\\\\\r\n");
                      }});
   targets.push_back({"journal", RunJournal, [](const auto& folder) {
                        WatchEntry entry;

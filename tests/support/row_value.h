@@ -20,7 +20,7 @@ struct RowCase {
   AnalysisSettings settings = {};
 };
 
-inline std::optional<double> RowValue(std::string_view suffix, const RowCase& row) {
+inline RowResult RowValue(std::string_view suffix, const RowCase& row) {
   const ParameterProfile profile(row.letter, row.heights,
                                  {row.spacingMM * 1000.0, row.samplingLengthMM, row.samplingLengthMM});
   return FindSuffix(suffix)->routine({profile, row.settings});

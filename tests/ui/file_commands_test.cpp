@@ -191,7 +191,7 @@ TEST_F(FileCommands, ThePreviewHoldsThePagesOfTheReport) {
   Choose("printPreview", {[](QWidget& dialog) {
            auto& preview = Child<QPrintPreviewWidget>(dialog);
            preview.updatePreview();
-           EXPECT_EQ(preview.pageCount(), 4);
+           EXPECT_EQ(preview.pageCount(), 3);
            dialog.close();
          }});
 }

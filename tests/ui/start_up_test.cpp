@@ -130,16 +130,19 @@ TEST_F(StartUp, TheSampleOfTheFirstStartIsARealProfile) {
 }
 
 TEST_F(StartUp, ReportAndPictureNeedNoDisplay) {
-  // Curves take two pages; 107 parameters two more, a production line's four one, with the settings below them.
+  // Verdict and profiles take a page, 107 parameters another, the curves the last; a production line's four parameters
+  // stand with the curves.
   const std::tuple<QStringList, const char*, int> cases[] = {
-      {{"--report", "ground.lmt"}, "%PDF-", 4},
-      {{"--report", "arc.lmt", "--settings", "production.ini"}, "%PDF-", 3},
+      {{"--report", "ground.lmt"}, "%PDF-", 3},
+      {{"--report", "arc.lmt", "--settings", "production.ini"}, "%PDF-", 2},
+      {{"--report", "arc.lmt", "--picture", "motifs"}, "\x89PNG", 0},
       {{"--screenshot", "ground.lmt"}, "\x89PNG", 0}};
   for (const auto& [arguments, start, pages] : cases) {
-    RunWithoutDisplay(arguments + QStringList{"-o", FromPath(folder_ / "out")});
+    const std::string name = pages > 0 ? "out.pdf" : "out.png";
+    RunWithoutDisplay(arguments + QStringList{"-o", FromPath(folder_ / name)});
     EXPECT_EQ(std::pair(status_, errors_), std::pair(0, std::string()));
-    EXPECT_TRUE(folder_.Read("out").starts_with(start));
-    EXPECT_EQ(QByteArray::fromStdString(folder_.Read("out")).count("/Type /Page\n"), pages);
+    EXPECT_TRUE(folder_.Read(name).starts_with(start));
+    EXPECT_EQ(QByteArray::fromStdString(folder_.Read(name)).count("/Type /Page\n"), pages);
   }
 }
 
@@ -151,6 +154,9 @@ TEST_F(StartUp, RefusalsAreOneSentence) {
       {{"--report", good, "-o", FromPath(folder_ / "no/out.pdf")}, "cannot be written"},
       {{"--report", good, "-o", out, "--settings", "none.ini"}, "none.ini does not exist."},
       {{"--report", good, "--screenshot", good, "-o", out}, "either"},
+      {{"--report", good, "-o", out, "--template", "production.ini"},
+       "production.ini line 3: \"TEXTURON\" is no section"},
+      {{"--report", good, "--picture", "motifs", "-o", out}, ".svg or .png"},
       {{"--screenshot", good, "-o", "./ground.lmt"}, "are one file."},
   };
   for (const auto& [arguments, sentence] : cases) {

@@ -3,22 +3,52 @@
 #pragma once
 
 #include <QPagedPaintDevice>
+#include <QString>
 #include <string_view>
+#include <vector>
 
 #include "analysis/document.h"
+#include "presentation/report_template.h"
+#include "presentation/several_results.h"
 
 namespace texturon {
 
 /// Dots an inch that a report is laid out in, on whatever device.
 inline constexpr int kReportResolution = 144;
 
-/// Draws the report of an analysed document on a printer or into a file: what was measured and how, profiles and
-/// curves as the views draw them, the parameters with their verdicts. The device's resolution must be
-/// kReportResolution; of its page ranges, where it has any, only those pages. Returns the number of pages, 0 when the
-/// device cannot be written.
-int PrintReport(QPagedPaintDevice& device, const Document& document, std::string_view time);
+/// What a report shows besides the document.
+struct ReportChoice {
+  ReportTemplate layout = DefaultReportTemplate();
+  std::vector<SeveralRow> several = {};  ///< of the statistics block; empty: the block is left out
+};
 
-/// Writes the report as a PDF file, all of it or nothing; false with a sentence in `reason`.
-bool WriteReport(const QString& file, const Document& document, std::string_view time, QString& reason);
+/// Draws the report of an analysed document on a printer or into a file, block by block as the template says. The
+/// device's resolution must be kReportResolution; of its page ranges, where it has any, only those pages. Returns the
+/// number of pages, 0 when the device cannot be written.
+int PrintReport(QPagedPaintDevice& device, const Document& document, std::string_view time,
+                const ReportChoice& choice = {});
+
+/// Writes the report, all of it or nothing: an HTML file with its pictures inside where the name ends in .html or .htm,
+/// else a PDF file after PDF/A-1b with embedded fonts. False with a sentence in `reason`.
+bool WriteReport(const QString& file, const Document& document, std::string_view time, QString& reason,
+                 const ReportChoice& choice = {});
+
+/// Writes the picture of one block: SVG or PNG, as the name ends in .svg or .png. False with a sentence in `reason`,
+/// also where the document has nothing for it.
+bool WritePicture(const QString& file, const Document& document, ReportBlockKind kind, QString& reason);
+
+/// Names of the blocks that are pictures, separated by commas.
+QString PictureNames();
+
+/// The template of a file; empty with a sentence in `reason` where it cannot be read or is not understood.
+std::optional<ReportTemplate> LoadReportTemplate(const QString& file, QString& reason);
+/// False with a sentence in `reason`.
+bool SaveReportTemplate(const QString& file, const ReportTemplate& layout, QString& reason);
+
+/// The user's own template, kept beside the user's settings; without one, or with one that is not understood, the
+/// default.
+ReportTemplate UsersReportTemplate();
+/// Keeps it. False with a sentence in `reason`.
+bool KeepUsersReportTemplate(const ReportTemplate& layout, QString& reason);
 
 }  // namespace texturon

@@ -36,12 +36,15 @@ QString TitleOf(RowGroup group) {
   return QObject::tr("Bearing ratios and Htp");
 }
 
-QString TipOf(const ShownRow& row) {
+/// What the row is, by which standard, why it has no value, and the settings that it depends on.
+QString TipOf(const Document& document, const ShownRow& row) {
+  const ParameterExplanation explanation = ExplainRow(document, row.row.name);
   QStringList lines{FromText(row.title)};
-  if (const MasterRow* const master = FindMasterRow(row.row.name)) {
-    lines << FromText(master->definition);
-    if (!master->source.empty()) lines << FromText(master->source);
+  for (const std::string& text : {explanation.definition, explanation.source}) {
+    if (!text.empty()) lines << FromText(text);
   }
+  if (!row.reason.empty()) lines << CTexturonParamView::tr("No value: %1.").arg(FromText(row.reason));
+  for (const auto& [meaning, value] : explanation.settings) lines << FromText(meaning) + ": " + FromText(value);
   const QString label = FromText(row.label).trimmed();
   if (!label.isEmpty()) lines << Readable(label);
   return lines.join('\n');
@@ -117,7 +120,7 @@ void CTexturonParamView::Update() {
         .cells = {FromText(row.title), row.value.empty() ? QString::fromUtf8("\u2013") : FromText(row.value),
                   FromText(row.unit), verdict, FromText(row.label).trimmed()},
         .standsOut = row.verdict == Verdict::kFail && row.row.tolerance.highlightIfOut,
-        .tip = TipOf(row)};
+        .tip = TipOf(doc_.document(), row)};
   }
   const auto shown = static_cast<int>(table.rows.size());
   const auto selected = static_cast<int>(table.selected);

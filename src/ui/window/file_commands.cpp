@@ -22,6 +22,7 @@
 #include "ui/folders/folder_batch_window.h"
 #include "ui/qt_text.h"
 #include "ui/report/report.h"
+#include "ui/report/report_layout_dialog.h"
 #include "ui/window/autosave.h"
 #include "ui/window/file_dialogs.h"
 #include "ui/window/main_frame.h"
@@ -75,6 +76,17 @@ void CMainFrame::MakeFileMenu() {
               .tip = tr("Writes the report to a file."),
               .needsProfile = true},
              [this] { OnReport(); });
+  AddCommand(*menu,
+             {.name = "reportLayout",
+              .text = tr("Report La&yout..."),
+              .tip = tr("Chooses and orders the blocks of the report.")},
+             [this] {
+               CReportLayoutDialog dialog(UsersReportTemplate(), this);
+               QString reason;
+               if (dialog.exec() == QDialog::Accepted && !KeepUsersReportTemplate(dialog.Chosen(), reason)) {
+                 doc_->prompts().ShowMessage(ToText(reason));
+               }
+             });
   AddCommand(*menu,
              {.name = "printPreview",
               .text = tr("Print Pre&view..."),
@@ -250,13 +262,13 @@ std::filesystem::path CMainFrame::ProposedName(const std::string& ending) const 
 
 void CMainFrame::OnReport() {
   const auto file = AskFileToSave(this, {.title = tr("Report"),
-                                         .filters = "PDF (*.pdf)|*.pdf|All Files (*.*)|*.*||",
+                                         .filters = "PDF (*.pdf)|*.pdf|HTML (*.html)|*.html|All Files (*.*)|*.*||",
                                          .extension = "pdf",
                                          .proposal = ProposedName(".pdf")});
   if (!file) return;
   QString reason;
   const std::string time = DateText(doc_->environment().localTime());
-  if (WriteReport(FromPath(*file), doc_->document(), time, reason)) {
+  if (WriteReport(FromPath(*file), doc_->document(), time, reason, {.layout = UsersReportTemplate()})) {
     statusBar()->showMessage(tr("Wrote %1").arg(FromPath(*file)), 5'000);
   } else {
     doc_->prompts().ShowMessage(ToText(reason));
@@ -268,7 +280,8 @@ void CMainFrame::OnPrint(bool previews) {
   printer.setResolution(kReportResolution);
   printer.setDocName(windowTitle());
   const auto print = [this](QPrinter* target) {
-    if (PrintReport(*target, doc_->document(), DateText(doc_->environment().localTime())) == 0) {
+    const ReportChoice choice{.layout = UsersReportTemplate()};
+    if (PrintReport(*target, doc_->document(), DateText(doc_->environment().localTime()), choice) == 0) {
       doc_->prompts().ShowMessage("The printer cannot be used.");
     }
   };

@@ -16,6 +16,7 @@
 #include "platform/platform.h"
 #include "ui/qt_text.h"
 #include "ui/report/report.h"
+#include "ui/report/report_pictures.h"
 #include "ui/window/main_frame.h"
 
 namespace texturon {
@@ -33,11 +34,11 @@ int Print(const QString& text) {
   return std::cout ? 0 : Refuse(QObject::tr("Standard output cannot be written."));
 }
 
-/// Why the output would destroy an input, a sentence; empty: it would not.
-std::string ClashOf(const std::filesystem::path& profile, const std::filesystem::path& settings,
-                    const std::filesystem::path& output) {
-  RunFiles files{.reads = {profile, settings}, .writes = {output}};
-  if (const auto companion = CompanionOf(profile)) files.reads.push_back(*companion);
+/// Why the output would destroy an input, the first of which is the profile: a sentence; empty: it would not.
+std::string ClashOf(std::vector<std::filesystem::path> inputs, const std::filesystem::path& output) {
+  const auto companion = CompanionOf(inputs.front());
+  RunFiles files{.reads = std::move(inputs), .writes = {output}};
+  if (companion) files.reads.push_back(*companion);
   return FileClash(files);
 }
 
@@ -71,12 +72,15 @@ int RunHeadless(const QStringList& arguments) {
   parser.setApplicationDescription(QObject::tr("Surface texture analysis of profiles."));
   const QCommandLineOption help = parser.addHelpOption();
   const QCommandLineOption version = parser.addVersionOption();
-  const QCommandLineOption report("report", QObject::tr("Writes the PDF report of a profile."), "FILE");
+  const QCommandLineOption report("report", QObject::tr("Writes the report of a profile, PDF or .html."), "FILE");
+  const QCommandLineOption layout("template", QObject::tr("Template that names the blocks of the report."), "FILE");
+  const QCommandLineOption picture(
+      "picture", QObject::tr("Writes one picture of the report, .svg or PNG: %1.").arg(PictureNames()), "NAME");
   const QCommandLineOption screenshot("screenshot", QObject::tr("Writes a PNG of the main window."), "FILE");
   const QCommandLineOption output("o", QObject::tr("Where to."), "OUT");
   const QCommandLineOption settingsFile("settings", QObject::tr("Settings file to analyse with."), "INI");
   const QCommandLineOption another("new", QObject::tr("Opens a window beside the one that is open already."));
-  parser.addOptions({report, screenshot, output, settingsFile, another});
+  parser.addOptions({report, layout, picture, screenshot, output, settingsFile, another});
   parser.addPositionalArgument("profile", QObject::tr("Profile to open in the window."), "[PROFILE]");
   if (!parser.parse(arguments)) return Refuse(parser.errorText() + ".");
   if (parser.isSet(help)) return Print(parser.helpText());
@@ -84,10 +88,25 @@ int RunHeadless(const QStringList& arguments) {
   if (parser.isSet(report) == parser.isSet(screenshot) || !parser.positionalArguments().isEmpty()) {
     return Refuse(QObject::tr("Give either --report FILE or --screenshot FILE, and nothing else to open."));
   }
+  if (!parser.isSet(report) && (parser.isSet(layout) || parser.isSet(picture))) {
+    return Refuse(QObject::tr("--template and --picture belong to --report FILE."), 2);
+  }
   if (!parser.isSet(output)) return Refuse(QObject::tr("Say with -o where the result goes."));
   const QString profile = parser.value(parser.isSet(report) ? report : screenshot);
-  const std::string clash = ClashOf(ToPath(profile), ToPath(parser.value(settingsFile)), ToPath(parser.value(output)));
+  const std::string clash = ClashOf({ToPath(profile), ToPath(parser.value(settingsFile)), ToPath(parser.value(layout))},
+                                    ToPath(parser.value(output)));
   if (!clash.empty()) return Refuse(FromText(clash), 2);
+  QString reason;
+  ReportChoice choice;
+  const ReportBlockRow* const wanted = FindReportBlock(ToText(parser.value(picture)));
+  if (parser.isSet(picture) && (wanted == nullptr || !wanted->isPicture)) {
+    return Refuse(QObject::tr("%1 is no picture; pictures are %2.").arg(parser.value(picture), PictureNames()), 2);
+  }
+  if (parser.isSet(layout)) {
+    auto read = LoadReportTemplate(parser.value(layout), reason);
+    if (!read) return Refuse(reason);
+    choice.layout = std::move(*read);
+  }
   CollectingPrompts prompts;
   Environment environment = SystemEnvironment();
   environment.traceFile.clear();
@@ -97,15 +116,19 @@ int RunHeadless(const QStringList& arguments) {
   if (parser.isSet(settingsFile) && !doc.LoadSettingsFile(ToPath(parser.value(settingsFile)))) {
     return Refuse(lastMessage());
   }
+  QObject reader;  // makes the curves of the report with the analysis
+  if (parser.isSet(picture)) choice.layout.blocks = {{wanted->kind}};
+  if (parser.isSet(report)) doc.SetWanted(&reader, ResultsFor(choice.layout));
   if (!doc.Open(ToPath(profile))) return Refuse(lastMessage());
-  QString reason;
   if (parser.isSet(screenshot)) {
     reason = WriteScreenshot(frame, parser.value(output));
   } else if (!doc.document().profiles.primaryRange) {
     // The analysis itself has said why.
     reason = prompts.messages().empty() ? QObject::tr("The profile cannot be analysed.") : lastMessage();
+  } else if (parser.isSet(picture)) {
+    WritePicture(parser.value(output), doc.document(), wanted->kind, reason);
   } else {
-    WriteReport(parser.value(output), doc.document(), DateText(environment.localTime()), reason);
+    WriteReport(parser.value(output), doc.document(), DateText(environment.localTime()), reason, choice);
   }
   return reason.isEmpty() ? 0 : Refuse(reason);
 }

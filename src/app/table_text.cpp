@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#include "app/table_text.h"
+
+#include <algorithm>
+
+namespace texturon {
+
+std::size_t ShownWidth(std::string_view utf8) {
+  return static_cast<std::size_t>(
+      std::count_if(utf8.begin(), utf8.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+}
+
+std::string PadRight(std::string text, std::size_t width) {
+  const std::size_t shown = ShownWidth(text);
+  if (shown < width) text.append(width - shown, ' ');
+  return text;
+}
+
+std::string PadLeft(const std::string& text, std::size_t width) {
+  const std::size_t shown = ShownWidth(text);
+  return shown < width ? std::string(width - shown, ' ') + text : text;
+}
+
+}  // namespace texturon

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#include "presentation/several_results.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "base/number_text.h"
+#include "presentation/shown_rows.h"
+
+namespace texturon {
+
+std::string SeveralRow::Shown(const std::optional<double>& value, bool metric) const {
+  ParameterDef shown = row;
+  shown.valid = value.has_value();
+  shown.value = value.value_or(0.0);
+  return ShownValue(shown, metric);
+}
+
+void SeveralResults::Add(const Document& document) {
+  for (ShownRow& shown : ShownRows(document)) {
+    auto held = std::find_if(rows_.begin(), rows_.end(), [&](const SeveralRow& row) {
+      return row.title == shown.title && row.values.size() == count_;
+    });
+    if (held == rows_.end()) {
+      rows_.push_back({.row = shown.row,
+                       .title = std::move(shown.title),
+                       .label = std::move(shown.label),
+                       .values = ValueSeries(count_)});
+      held = rows_.end() - 1;
+    }
+    held->values.push_back(shown.row.valid ? std::optional(shown.row.value) : std::nullopt);
+  }
+  AddFailed();
+}
+
+void SeveralResults::AddFailed() {
+  ++count_;
+  for (SeveralRow& row : rows_) row.values.resize(count_);
+}
+
+std::vector<SeveralRow> SeveralResults::Rows(AcceptanceRule rule) const {
+  std::vector<SeveralRow> rows = rows_;
+  for (SeveralRow& row : rows) {
+    row.statistics = StatisticsOf(row.values);
+    row.acceptance = Accept(row.values, row.row.tolerance, rule);
+  }
+  return rows;
+}
+
+std::vector<std::string> StatisticsTitles() {
+  return {"Parameter", "Profiles", "Mean", "Std. dev.", "Least", "Greatest", "Unit", "Verdict"};
+}
+
+std::vector<std::vector<std::string>> StatisticsCells(std::span<const SeveralRow> rows, bool metric) {
+  std::vector<std::vector<std::string>> lines;
+  for (const SeveralRow& row : rows) {
+    const ValueStatistics& s = row.statistics;
+    const auto extreme = [&](double value) { return s.count > 0 ? std::optional(value) : std::nullopt; };
+    std::string verdict;
+    if (row.acceptance) {
+      verdict = std::string(AcceptanceWord(row.acceptance->verdict)) + " (" + std::string(row.acceptance->by) + ")";
+    }
+    lines.push_back({row.title + row.label, IntegerText(static_cast<std::int64_t>(s.count)), row.Shown(s.mean, metric),
+                     row.Shown(s.standardDeviation, metric), row.Shown(extreme(s.least), metric),
+                     row.Shown(extreme(s.greatest), metric), PrintedUnit(row.row.quantity.Unit(metric)), verdict});
+  }
+  return lines;
+}
+
+}  // namespace texturon

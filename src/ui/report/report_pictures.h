@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#pragma once
+
+#include <QByteArray>
+#include <QImage>
+#include <QString>
+#include <memory>
+#include <optional>
+#include <qcustomplot.h>
+
+#include "analysis/document.h"
+#include "presentation/report_template.h"
+
+namespace texturon {
+
+/// Spaced by a hair, which keeps f and i apart: as one sign they are not found by who searches the file.
+void KeepLettersApart(QFont& font);
+
+/// The results that the pictures of a report read besides those that every analysis makes.
+WantedResults ResultsFor(const ReportTemplate& layout);
+
+/// A document with these results: itself where it has them, else a copy in which they are made. The document must
+/// outlive it.
+class ReadyDocument {
+public:
+  ReadyDocument(const Document& document, const WantedResults& wanted);
+  const Document& operator*() const { return made_ ? *made_ : document_; }
+
+private:
+  const Document& document_;
+  std::optional<Document> made_;
+};
+
+/// One block's curve on white ground, in a font of so many pixels, and its title. Null where the block is no picture or
+/// the document has nothing for it. The document must outlive it.
+struct BlockPicture {
+  std::unique_ptr<QCustomPlot> plot;
+  QString title;
+};
+BlockPicture MakePicture(ReportBlockKind kind, const Document& document, int fontPixels);
+
+/// A picture as an <svg> element; names in it begin with `idPrefix`.
+QByteArray SvgOf(QCustomPlot& plot, const QSize& size, const QByteArray& idPrefix);
+/// As a picture of dots, each of them 1/96 inch.
+QImage ImageOf(QCustomPlot& plot, const QSize& size);
+
+}  // namespace texturon
