@@ -140,10 +140,10 @@ RowResult TenPointHeight(const RowInput& row) {
 namespace {
 
 struct ThirdPoint {
-  std::optional<double> height;
+  RowResult height;
 };
 
-std::optional<double> MeanThirdPointHeight(const RowInput& row) {
+RowResult MeanThirdPointHeight(const RowInput& row) {
   const auto lengths = WholeSamplingLengths(row);
   if (!lengths) return NotDivided(row);
   double sum = 0.0;

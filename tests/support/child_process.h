@@ -32,6 +32,9 @@ inline bool MakePipe(const std::filesystem::path& /*path*/) {
   return false;
 }
 inline void LimitFileSizes(std::size_t /*bytes*/) {}
+inline bool BecomeNobody(const std::filesystem::path& /*file*/) {
+  return false;
+}
 
 #else
 
@@ -67,6 +70,12 @@ inline bool MakePipe(const std::filesystem::path& path) {
 inline void LimitFileSizes(std::size_t bytes) {
   const rlimit limit{bytes, bytes};
   ::setrlimit(RLIMIT_FSIZE, &limit);
+}
+
+/// From here on this process has a user's rights; the file is then that user's.
+inline bool BecomeNobody(const std::filesystem::path& file) {
+  constexpr uid_t kNobody = 65534;
+  return ::getuid() != 0 || (::chown(file.c_str(), kNobody, kNobody) == 0 && ::setuid(kNobody) == 0);
 }
 
 #endif

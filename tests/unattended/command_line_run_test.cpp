@@ -156,11 +156,7 @@ TEST_F(CommandLineRun, NoEarlierStatusOutlivesItsRunInAFolderThatTakesNoFile) {
   constexpr auto kNoNewFiles = static_cast<fs::perms>(0555);
   fs::permissions(folder_ / "work", kNoNewFiles);
   const auto child = StartChild([this] {
-    constexpr uid_t kNobody = 65534;
-    if (::getuid() == 0) {
-      if (::chown((folder_ / "work/TexturonCommandLine-Status.txt").c_str(), kNobody, kNobody) != 0) return 2;
-      if (::setuid(kNobody) != 0) return 2;
-    }
+    if (!BecomeNobody(folder_ / "work/TexturonCommandLine-Status.txt")) return 2;
     return Run("[a]\r\nParameters=Ra\r\n", "none.prf").done ? 1 : 0;
   });
   EXPECT_EQ(WaitForChild(child), 0);
