@@ -110,7 +110,7 @@ public:
 
 private:
   std::vector<std::string> texts_;
-  unsigned formerCodePage_ = 0;
+  [[maybe_unused]] unsigned formerCodePage_ = 0;  // of Windows alone
 };
 
 std::tm LocalTime(std::time_t time);

@@ -2,6 +2,7 @@
 
 // What the main window does so that no work is lost: at its end, before another file, and after a crash.
 
+#include <QGuiApplication>
 #include <QMessageBox>
 #include <QStatusBar>
 
