@@ -103,7 +103,8 @@ TEST(House, EverySourceSaysItsLicence) {
 
 TEST(House, TheTopFolderHoldsOnlyWhatBelongsThere) {
   constexpr std::string_view kNames =
-      " bench build cmake CMakeLists.txt CMakePresets.json CONTRIBUTING.md docs LICENSE README.md samples scripts "
+      " bench build CHANGELOG.md cmake CMakeLists.txt CMakePresets.json CONTRIBUTING.md docs LICENSE packaging "
+      "README.md samples scripts "
       "share src "
       "tests ";
   for (const auto& entry : fs::directory_iterator(kRoot)) {
