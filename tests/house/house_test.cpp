@@ -94,7 +94,7 @@ TEST(House, EveryFloorIsATargetOfItsFolder) {
 }
 
 TEST(House, EverySourceSaysItsLicence) {
-  for (const char* folder : {"src", "tests", "bench", "samples"}) {
+  for (const char* folder : {"src", "tests", "bench", "samples", "packaging"}) {
     for (const fs::path& path : SourcesBelow(folder)) {
       EXPECT_TRUE(ReadAll(path).starts_with("// SPDX-License-Identifier: Apache-2.0\n")) << path;
     }
