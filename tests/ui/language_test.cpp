@@ -89,7 +89,7 @@ TEST(Language, HasEveryTextWithAllThatIsPutIn) {
       EXPECT_EQ(PlacesOf(form), PlacesOf(word.key())) << word.key().toStdString();
       EXPECT_FALSE(form.isEmpty()) << word.key().toStdString();
     }
-    if (isCounted) EXPECT_EQ(word->count('|'), 1) << word.key().toStdString();
+    EXPECT_TRUE(!isCounted || word->count('|') == 1) << word.key().toStdString();
   }
 }
 

@@ -149,7 +149,7 @@ CursorPlaces CTexturonView::Places() const {
 
 QString CTexturonView::Readout() const {
   const Document& document = doc_.document();
-  return Readable(FromText(CursorReadout(document, ReadKind(ShownProfilesOf(document.settings.display)), Places())));
+  return Readable(EngineText(CursorReadout(document, ReadKind(ShownProfilesOf(document.settings.display)), Places())));
 }
 
 QString CTexturonView::Measures() const {
