@@ -25,6 +25,7 @@ class BuildEngine(build_ext):
         folder.mkdir(parents=True, exist_ok=True)
         options = {
             "CMAKE_BUILD_TYPE": "Release",
+            "CMAKE_MODULE_LINKER_FLAGS": "-s",
             "TEXTURON_PYTHON": "ON",
             "TEXTURON_TESTS": "OFF",
             "TEXTURON_DESKTOP": "OFF",

@@ -94,7 +94,7 @@ TEST(House, EveryFloorIsATargetOfItsFolder) {
 }
 
 TEST(House, EverySourceSaysItsLicence) {
-  for (const char* folder : {"src", "tests", "bench", "samples", "python"}) {
+  for (const char* folder : {"src", "tests", "bench", "samples", "packaging", "python"}) {
     for (const fs::path& path : SourcesBelow(folder)) {
       EXPECT_TRUE(ReadAll(path).starts_with("// SPDX-License-Identifier: Apache-2.0\n")) << path;
     }
@@ -106,8 +106,8 @@ TEST(House, EverySourceSaysItsLicence) {
 
 TEST(House, TheTopFolderHoldsOnlyWhatBelongsThere) {
   constexpr std::string_view kNames =
-      " bench build cmake CMakeLists.txt CMakePresets.json CONTRIBUTING.md docs LICENSE pyproject.toml python "
-      "README.md samples scripts setup.py share src tests ";
+      " bench build CHANGELOG.md cmake CMakeLists.txt CMakePresets.json CONTRIBUTING.md docs LICENSE packaging "
+      "pyproject.toml python README.md samples scripts setup.py share src tests ";
   for (const auto& entry : fs::directory_iterator(kRoot)) {
     const std::string name = entry.path().filename().string();
     const bool isHidden = name.starts_with('.');  // of git, editors and tools
