@@ -19,7 +19,7 @@ namespace texturon::binding {
 namespace {
 
 /// Every place that a name may mean, in full: "ANALYSIS.LcCutoffMM" is one, "LcCutoffMM" stands for it where only one
-/// section has it.
+/// section has it. With the names of its numbers ("0 none, 1 line").
 py::list PlacesOf(const std::string& name) {
   const std::string text = Windows1252FromUtf8(name);
   const std::size_t point = text.find('.');
@@ -31,7 +31,8 @@ py::list PlacesOf(const std::string& name) {
     if (point != std::string::npos && !EqualIgnoringCase(section, std::string_view(text).substr(0, point))) continue;
     if (!asked.insert(section).second) continue;
     if (const auto place = FindSetting(section, key)) {
-      places.append(Text(std::string(section) + "." + KeyOfRow(place->key->binding, place->row)));
+      const std::string fullName = std::string(section) + "." + KeyOfRow(place->key->binding, place->row);
+      places.append(py::make_tuple(Text(fullName), Text(place->key->choices)));
     }
   }
   return places;
@@ -58,7 +59,7 @@ void SetValue(Settings& settings, const std::string& fullName, const std::string
   if (refusal) throw Refusal(Utf8FromWindows1252(*refusal) + ".");
 }
 
-/// Every key that the settings have, rows of lists one by one, with the names of its numbers ("0 none, 1 line").
+/// Every key that the settings have, rows of lists one by one.
 py::list KeysOf(const Settings& settings) {
   py::list keys;
   for (const SettingKey& row : SettingsTable()) {
@@ -66,7 +67,7 @@ py::list KeysOf(const Settings& settings) {
     if (binding.type == SettingType::kVersion) continue;
     const std::size_t count = binding.isRepeated() ? binding.rows->count(settings) : 1;
     for (std::size_t i = 0; i < count; ++i) {
-      keys.append(py::make_tuple(Text(std::string(binding.section) + "." + KeyOfRow(binding, i)), Text(row.choices)));
+      keys.append(Text(std::string(binding.section) + "." + KeyOfRow(binding, i)));
     }
   }
   return keys;

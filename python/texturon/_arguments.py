@@ -3,6 +3,7 @@
 
 import difflib
 import errno
+import operator
 import os
 from typing import Any, Iterable, Optional, Sequence, Tuple, Union
 
@@ -52,7 +53,7 @@ def sample_pair(exclude: Optional[Tuple[int, int]]) -> Optional[Tuple[int, int]]
     """First and last sample of a stretch."""
     if exclude is None:
         return None
-    first, last = (int(np.clip(index, -(2**31), 2**31 - 1)) for index in exclude)
+    first, last = (max(-(2**31), min(operator.index(sample), 2**31 - 1)) for sample in exclude)
     return first, last
 
 

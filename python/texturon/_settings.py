@@ -3,7 +3,7 @@
 
 import os
 import re
-from typing import Any, Iterable, List, Mapping, Union
+from typing import Any, Dict, Iterable, List, Mapping, Tuple, Union
 
 import numpy as np
 
@@ -18,7 +18,7 @@ class UnknownNameError(Error, AttributeError):
     """A setting or a parameter that there is not; the sentence names those that come near."""
 
 
-def _words(choices: str) -> "dict[str, str]":
+def _words(choices: str) -> Dict[str, str]:
     """The numbers of "0 none (mean height), 1 least squares line" by their names."""
     named = re.findall(r"(?:^|, )(\d+) ([^,(]+)", choices)
     return {name.strip().lower(): number for number, name in named}
@@ -42,21 +42,22 @@ class Settings:
         object.__setattr__(self, "_engine", _engine.Settings())
         self.update(keys)
 
-    def _place(self, name: str) -> str:
+    def _place(self, name: str) -> Tuple[str, str]:
+        """The full name, and the names of its numbers."""
         places = _engine.places_of(name)
         if len(places) == 1:
             return places[0]
         if places:
-            raise UnknownNameError(f"{name}: stands in several sections; one of {', '.join(places)}.")
-        known = [key for key, _ in self._engine.keys()]
+            raise UnknownNameError(f"{name}: stands in several sections; one of {', '.join(place for place, _ in places)}.")
+        known = self.keys()
         near = nearest(name, known + [key.split(".", 1)[1] for key in known])
         raise UnknownNameError(f"{name}: there is no such setting{near or '.'}")
 
     def __getitem__(self, name: str) -> Any:
-        return self._engine.get(self._place(name))
+        return self._engine.get(self._place(name)[0])
 
     def __setitem__(self, name: str, value: Value) -> None:
-        place = self._place(name)
+        place, choices = self._place(name)
         if isinstance(value, (bool, np.bool_)):
             text = "1" if value else "0"
         elif isinstance(value, (int, np.integer)):
@@ -64,7 +65,7 @@ class Settings:
         elif isinstance(value, (float, np.floating)):
             text = repr(float(value))
         elif isinstance(value, str):
-            words = _words(dict(self._engine.keys()).get(place, ""))
+            words = _words(choices)
             ends = [number for word, number in words.items() if word.endswith(" " + value.lower())]
             text = words.get(value.lower(), ends[0] if len(ends) == 1 else value)
         else:
@@ -84,7 +85,7 @@ class Settings:
 
     def keys(self) -> List[str]:
         """Every key, with its section: "ANALYSIS.LcCutoffMM"; lists have a key a row."""
-        return [key for key, _ in self._engine.keys()]
+        return self._engine.keys()
 
     def update(self, keys: Mapping[str, Value]) -> None:
         """Assigns several; where one is refused those before it are in force."""
