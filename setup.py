@@ -13,7 +13,7 @@ from setuptools.command.sdist import sdist
 
 SOURCE = Path(__file__).resolve().parent
 VERSION = re.search(r"project\(texturon VERSION ([0-9.]+)", (SOURCE / "CMakeLists.txt").read_text())[1]
-ENGINE = ["CMakeLists.txt", "LICENSE", "cmake", "src", "python/CMakeLists.txt", "python/engine", "samples"]
+ENGINE = ["CMakeLists.txt", "LICENSE", "cmake", "src", "python/CMakeLists.txt", "python/engine", "samples", "share"]
 
 
 class BuildEngine(build_ext):
