@@ -4,10 +4,10 @@
 #include <utility>
 #include <vector>
 
+#include "analysis/analysis_json.h"
 #include "analysis/analysis_run.h"
 #include "analysis/document_export.h"
 #include "analysis/pipeline.h"
-#include "app/analysis_json.h"
 #include "app/analysis_table.h"
 #include "app/commands.h"
 #include "app/qdas_output.h"

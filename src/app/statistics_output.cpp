@@ -7,9 +7,9 @@
 #include <ostream>
 #include <string_view>
 
-#include "app/json_writer.h"
 #include "app/table_text.h"
 #include "base/charset.h"
+#include "base/json_writer.h"
 #include "base/number_text.h"
 
 namespace texturon {

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "analysis/document.h"
-#include "app/json_writer.h"
+#include "base/json_writer.h"
 
 namespace texturon {
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "app/analysis_json.h"
+#include "analysis/analysis_json.h"
 
 #include <algorithm>
 #include <optional>
