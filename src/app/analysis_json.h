@@ -9,12 +9,17 @@
 
 #include "analysis/document.h"
 #include "app/json_writer.h"
+#include "app/provenance_output.h"
+#include "app/uncertainty_output.h"
 
 namespace texturon {
 
 struct AnalysisJsonOptions {
   JsonWriter::Layout layout = JsonWriter::Layout::kIndented;
   bool withProfiles = false;
+  const RunRequest* request = nullptr;  ///< how the call asked for it; null: that is left out, with program and input
+  const UncertaintyRequest* uncertaintyRequest = nullptr;  ///< both or none
+  const UncertaintyResult* uncertainty = nullptr;
 };
 
 /// Writes the JSON object of one analysed file. `file` is in the system's own bytes, `messages` are Windows-1252.

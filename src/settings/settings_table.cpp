@@ -131,6 +131,8 @@ constexpr SettingBinding BindVersion() {
 // A field bears its key's name, so that both are written once.
 #define DISPLAY(field) Bind<&Settings::display, &DisplaySettings::field>("DISPLAY", #field)
 #define AUTO_LOADING(field) Bind<&Settings::autoLoading, &AutoLoadingSettings::field>("AUTO_LOADING", #field)
+#define DECISION(field) \
+  Bind<&Settings::decision, &DecisionSettings::field>("DECISION", #field, KeyWritten::kWhereChanged)
 #define ANALYSIS_IN(section, field) Bind<&Settings::analysis, &Analysis::field>(section, #field)
 #define ANALYSIS(field) ANALYSIS_IN("ANALYSIS", field)
 #define RXQ(field) ANALYSIS_IN("RXQ_PARAMETERS", field)
@@ -303,8 +305,7 @@ constexpr auto kTable = std::to_array<SettingKey>({
      In(kElementWidths, kPercent)},
     {ANALYSIS(WsmSamplingLengthPercent), "%",
      "least width of a profile element for Wsm, percent of the sampling length", "", In(kElementWidths, kPercent)},
-    {ANALYSIS(RsmSamplingLengthPercent), "%",
-     "kept in the file; Rsm goes by RcSamplingLengthPercent", "",
+    {ANALYSIS(RsmSamplingLengthPercent), "%", "kept in the file; Rsm goes by RcSamplingLengthPercent", "",
      In(kElementWidths, kPercent).Behind(2)},
     {ANALYSIS(UserDiscardType), "", "what the long-wave filter discards at each end",
      "0 nothing, 1 half a cut-off, 2 one cut-off, above 2 the user's own length", In(kEnds)},
@@ -416,11 +417,16 @@ constexpr auto kTable = std::to_array<SettingKey>({
      "X of a point; the numbers are 0, 2, 4 ..."},
     {BindRow<&Analysis::freeFormPoints, &FreeFormPoint::zUM>("FREE_FORM", "Z%06d(um)", kFreeFormRows), "um",
      "height of a point"},
+    {DECISION(AcceptanceRule), "", "when the values of several profiles keep a limit",
+     "0 none beyond it, 1 at most 16 %, 2 the median"},
+    {DECISION(DecisionRule), "", "how an uncertainty enters a verdict",
+     "0 not at all, 1 limits moved by U both ways and undecided between, 2 the same with undecided as a failure"},
 });
 
 #undef TOLERANCE
 #undef DISPLAY
 #undef AUTO_LOADING
+#undef DECISION
 #undef ANALYSIS_IN
 #undef ANALYSIS
 #undef RXQ

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "analysis/decision.h"
+#include "analysis/document.h"
+#include "analysis/uncertainty_trials.h"
+#include "app/console_prompts.h"
+#include "app/json_writer.h"
+#include "presentation/several_results.h"
+
+namespace texturon {
+
+/// A seed is a number that JSON holds exactly.
+inline constexpr double kMostSeed = 9007199254740992.0;
+inline constexpr int kMostTrials = 1'000'000;
+
+/// What a call wants of uncertainties.
+struct UncertaintyRequest {
+  UncertaintyBudget budget;
+  int trials = 1000;
+  std::uint64_t seed = 1;
+  CoverageInterval interval = CoverageInterval::kSymmetric;
+  bool wantsSensitivities = false;
+};
+
+/// What became of it, rows in the order of ShownRows.
+struct UncertaintyResult {
+  Uncertainties rows;
+  std::vector<std::vector<Sensitivity>> sensitivities;  ///< empty: not wanted
+
+  const std::optional<ParameterUncertainty>& Of(std::size_t row) const;
+};
+
+/// Tries a document on all cores, with a progress that Ctrl-C ends. Empty, with a sentence on standard error, where
+/// nothing came of it.
+std::optional<UncertaintyResult> FindUncertainty(const Document& document, const UncertaintyRequest& request,
+                                                 const std::string& file, ConsolePrompts& prompts);
+
+/// "uncertainty" and, where wanted, "sensitivities" of a row's open object.
+void WriteUncertainty(JsonWriter& json, const UncertaintyResult& result, std::size_t row);
+/// "uncertainty_budget" of the object of a file: enough to have the same trials again.
+void WriteUncertaintyBudget(JsonWriter& json, const UncertaintyRequest& request);
+
+/// A table for people, UTF-8: value, U, ends of the interval, bias, verdict and probability of conformity; below it,
+/// where wanted, what each line of the budget contributes.
+std::string UncertaintyTable(const Document& document, const UncertaintyRequest& request,
+                             const UncertaintyResult& result);
+
+/// The uncertainty of a mean over several files: type B, the quadratic mean of the files', and type A, the deviation of
+/// the values over the root of their number.
+struct MeanUncertainty {
+  double typeA = 0.0;
+  double typeB = 0.0;
+
+  double Standard() const;
+};
+std::optional<MeanUncertainty> UncertaintyOfMean(const SeveralRow& row, const std::vector<UncertaintyResult>& files,
+                                                 std::size_t index);
+
+}  // namespace texturon
