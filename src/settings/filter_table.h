@@ -62,7 +62,7 @@ inline constexpr auto kFilterTable = std::to_array<FilterRow>({
                const FilterSetup& setup) { return GaussianFilter(z, w, setup.spacingUM, setup.cutoffMM); }},
     {.word = "SPLINE",
      .number = kFilterSplineGaussian,
-     .choice = "spline",
+     .choice = "spline Gaussian",
      .label = "Spline Gaussian",
      .transmission = kSplineShare,
      .run =
@@ -101,7 +101,7 @@ const FilterRow* LongWaveFilter(const AnalysisSettings& settings);
 /// The filter that takes the short waves off where there is a cutoff for it. Its tension is kGaussianLikeTension.
 const FilterRow& ShortWaveFilter(const AnalysisSettings& settings);
 
-/// The filters' numbers as a setting's choices, "0 Gaussian, 1 spline ...", and what comes after them.
+/// The filters' numbers as a setting's choices, "0 Gaussian, 1 spline Gaussian ...", and what comes after them.
 class FilterChoices {
 public:
   explicit constexpr FilterChoices(std::string_view rest = {}) {
