@@ -241,6 +241,14 @@ void AddWatch(CLI::App& command, CommonOptions& common, int& status) {
   command.callback([=, &common, &status] { status = RunWatch(*options, common); });
 }
 
+void AddVerify(CLI::App& command, CommonOptions& /*common*/, int& status) {
+  const auto options = std::make_shared<VerifyOptions>();
+  command.add_flag("--json", options->asJson, "one JSON object with every value");
+  command.add_option("--report", options->report, "write the whole with version, program, machine and date")
+      ->type_name("FILE.md|.html|.json");
+  command.callback([=, &status] { status = RunVerify(*options); });
+}
+
 void AddParameters(CLI::App& command, CommonOptions& /*common*/, int& status) {
   const auto options = std::make_shared<ParametersOptions>();
   command.add_flag("--json", options->asJson, "one JSON array with an object a row");
@@ -266,6 +274,7 @@ constexpr ConsoleCommand kCommands[] = {
     {"convert", "read any profile file and write another; OUT names the format", AddConvert},
     {"batch", "analyse the files of a folder, one row each in a parameter file", AddBatch},
     {"watch", "analyse what arrives in a folder, hold and delete it", AddWatch},
+    {"verify", "analyse the built-in standards, whose values are known, through every format", AddVerify},
     {"parameters", "list the parameter catalogue", AddParameters},
     {"formats", "list the file formats", AddFormats},
     {"settings", "list every setting with type, unit and default", AddSettings},

@@ -80,6 +80,11 @@ struct WatchOptions {
   std::string qdas;
 };
 
+struct VerifyOptions {
+  bool asJson = false;
+  std::string report;  ///< file that gets the whole; empty: none
+};
+
 struct ParametersOptions {
   bool asJson = false;
 };
@@ -102,6 +107,7 @@ std::string ModKindNames();
 /// ".lmt, .sdf, ... or .smd": what convert writes.
 std::string WriterExtensions();
 int RunInspect(const InspectOptions& inspect, const CommonOptions& common);
+int RunVerify(const VerifyOptions& options);
 int RunWatch(const WatchOptions& options, const CommonOptions& common);
 int RunParameters(const ParametersOptions& options);
 int RunFormats();
