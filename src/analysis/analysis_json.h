@@ -8,6 +8,8 @@
 #include <vector>
 
 #include "analysis/document.h"
+#include "analysis/provenance_json.h"
+#include "analysis/uncertainty_json.h"
 #include "base/json_writer.h"
 
 namespace texturon {
@@ -15,6 +17,9 @@ namespace texturon {
 struct AnalysisJsonOptions {
   JsonWriter::Layout layout = JsonWriter::Layout::kIndented;
   bool withProfiles = false;
+  const RunRequest* request = nullptr;  ///< how the call asked for it; null: that is left out, with program and input
+  const UncertaintyRequest* uncertaintyRequest = nullptr;  ///< both or none
+  const UncertaintyResult* uncertainty = nullptr;
 };
 
 /// Writes the JSON object of one analysed file. `file` is in the system's own bytes, `messages` are Windows-1252.

@@ -37,7 +37,8 @@ void FilterShortWaves(Document& document) {
   const auto source = Part(std::as_const(profiles.formSuppressed), computed);
   const auto target = Part(profiles.primary, computed);
   if (settings.LsCutoffMM > 0.0) {
-    const FilterSetup setup{.spacingUM = profiles.residualSpacingUM, .cutoffMM = settings.LsCutoffMM};
+    const FilterSetup setup{.spacingUM = profiles.residualSpacingUM,
+                            .cutoffMM = settings.LsCutoffMM * document.cutoffDeviation.shortWave};
     const FilterRange valid = ShortWaveFilter(settings).run(source, target, setup);
     if (valid) {
       if (valid->count > 0) profiles.primaryRange = valid->ShiftedBy(computed.first);
@@ -56,8 +57,9 @@ FilterRange FilterLongWaves(Document& document, Prompts& prompts) {
   if (filter == nullptr) return std::nullopt;
   const std::span<const double> z = Part(std::as_const(profiles.primary), *profiles.primaryRange);
   const std::span<double> w = Part(profiles.waviness, *profiles.primaryRange);
-  FilterSetup setup{
-      .spacingUM = profiles.residualSpacingUM, .cutoffMM = settings.LcCutoffMM, .tension = settings.SplineTension};
+  FilterSetup setup{.spacingUM = profiles.residualSpacingUM,
+                    .cutoffMM = settings.LcCutoffMM * document.cutoffDeviation.longWave,
+                    .tension = settings.SplineTension};
   std::unique_ptr<Progress> progress;
   if (!filter->progressTitle.empty()) {
     progress = prompts.OpenProgress(ProgressTitle(*filter, settings.LcCutoffMM), "");
