@@ -8,6 +8,7 @@
 
 #include "analysis/captions.h"
 #include "analysis/ratio_row_list.h"
+#include "app/edition_output.h"
 #include "base/charset.h"
 #include "base/units.h"
 #include "parameters/catalogue.h"
@@ -66,9 +67,11 @@ public:
       Text("imperial_unit", PrintedUnit(row.quantity.imperialUnit));
       Number("imperial_factor", row.quantity.imperialFactor);
       Bool("valid", row.valid);
-      Text("label", RowLabel(row.name, document_.settings.analysis, document_.settings.display.Metric));
+      const bool hasLabel = row.edition == Edition::k1997;
+      Text("label", hasLabel ? RowLabel(row.name, document_.settings.analysis, document_.settings.display.Metric) : "");
       VerdictOf(JudgeRow(row));
       ReasonFor(row);
+      WriteEditionOfRow(json_, document_, row);
       json_.EndObject();
     }
     json_.EndArray();
@@ -221,6 +224,7 @@ void WriteAnalysisJson(std::ostream& out, const Document& document, std::string_
   json.BeginObject();
   json.Key("file");
   json.Text(file);
+  if (const std::string_view edition = EditionTitle(document); !edition.empty()) writer.Text("edition", edition);
   writer.Text("identification", document.profiles.identification);
   writer.Text("date", document.profiles.dateTime);
   writer.Number("spacing_um", document.profiles.spacingUM);

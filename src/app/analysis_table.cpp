@@ -8,6 +8,7 @@
 
 #include "analysis/captions.h"
 #include "analysis/region_choice.h"
+#include "app/edition_output.h"
 #include "app/table_text.h"
 #include "base/charset.h"
 #include "base/number_text.h"
@@ -15,6 +16,7 @@
 #include "parameters/catalogue.h"
 #include "presentation/instrument_comparison.h"
 #include "presentation/shown_rows.h"
+#include "settings/filter_table.h"
 
 namespace texturon {
 namespace {
@@ -35,6 +37,19 @@ std::string CutoffText(const Document& document) {
   } else {
     text += ", no short-wave filter";
   }
+  return text;
+}
+
+/// The edition of the rows, the class and the filter of the core; empty for the edition of before.
+std::string EditionFact(const Document& document) {
+  const AnalysisSettings& settings = document.settings.analysis;
+  const StandardSettings& standard = settings.standard;
+  std::string text(EditionTitle(document));
+  if (text.empty()) return text;
+  if (text == "both") text = "1997 and 2021";
+  if (!standard.Class.empty()) text += ", class " + standard.Class;
+  text += ", " + IntegerText(standard.Sections) + (standard.Sections == 1 ? " section" : " sections");
+  if (const FilterRow* const core = CoreFilter(settings)) text += ", core by " + std::string(core->label);
   return text;
 }
 
@@ -61,6 +76,7 @@ void AppendFacts(std::string& out, const Document& document, std::string_view fi
   }
   out += "\n";
   AppendFact(out, "Filter", CutoffText(document));
+  AppendFact(out, "Edition", EditionFact(document));
   for (const auto& [title, range] : {std::pair("Primary", *profiles.primaryRange),
                                      std::pair("Evaluated", profiles.evaluationRange.value_or(IndexRange{}))}) {
     AppendFact(out, title, DescribeStretch(range, profiles.spacingUM, profiles.residualSpacingUM, metric));
@@ -143,7 +159,8 @@ std::string CsvHeader(const Document& document) {
   std::string titles = "File,Identification,Date";
   std::string units = ",,";
   for (const ShownRow& shown : ShownRows(document)) {
-    titles += "," + CsvCell(Utf8FromWindows1252(shown.title));
+    const bool isNew = shown.row.edition != Edition::k1997;
+    titles += "," + CsvCell(Utf8FromWindows1252(isNew ? shown.row.NameWithEdition() : shown.title));
     units += "," + CsvCell(Utf8FromWindows1252(shown.unit));
   }
   return titles + "\n" + units + "\n";

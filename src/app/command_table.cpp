@@ -47,6 +47,24 @@ void AddStandardInput(CLI::App& command, CommonOptions& options) {
       ->type_name("EXT");
 }
 
+void AddEditionOptions(CLI::App& command, CommonOptions& options) {
+  command
+      .add_option("--edition", options.edition, "edition of the standards that the rows are of (that of the settings)")
+      ->type_name("1997|2021|both")
+      ->check(CLI::IsMember({"1997", "2021", "both"}));
+  command.add_option("--class", options.settingClass, "setting class of ISO 21920-3: cut-offs, filters and lengths")
+      ->type_name("Sc1..Sc5");
+  command.add_option("--class-table", options.classTable, "a lab's own table of the classes")->type_name("INI");
+  command.add_option("--sections", options.sections, "sections of the evaluation length (5)")
+      ->type_name("N")
+      ->check(CLI::Range(1, 1000));
+  command
+      .add_option("--feature", options.features,
+                  "a feature parameter as a row of its own: P: FC; D; Wolfprune 5 %; All; HDh; Mean; may be repeated")
+      ->type_name("TEXT")
+      ->allow_extra_args(false);
+}
+
 void AddComputeOptions(CLI::App& command, CommonOptions& options) {
   command
       .add_option("--region", options.region,
@@ -59,6 +77,7 @@ void AddComputeOptions(CLI::App& command, CommonOptions& options) {
   command.add_flag("--all-data-for-form", options.allDataForForm, "fit the form over the whole record");
   command.add_flag("--imperial", options.imperial, "show imperial units");
   command.add_flag("--no-trace", options.noTrace, "write no side file of the heights given to the element finder");
+  AddEditionOptions(command, options);
 }
 
 void AddBatchOptions(CLI::App& command, BatchOptions& options) {
@@ -183,6 +202,9 @@ void AddWatch(CLI::App& command, CommonOptions& common, int& status) {
 void AddParameters(CLI::App& command, CommonOptions& /*common*/, int& status) {
   const auto options = std::make_shared<ParametersOptions>();
   command.add_flag("--json", options->asJson, "one JSON array with an object a row");
+  command.add_option("--edition", options->edition, "edition of the standards (1997)")
+      ->type_name("1997|2021")
+      ->check(CLI::IsMember({"1997", "2021"}));
   command.callback([=, &status] { status = RunParameters(*options); });
 }
 

@@ -62,6 +62,7 @@ struct WatchOptions {
 };
 
 struct ParametersOptions {
+  std::string edition = "1997";
   bool asJson = false;
 };
 

@@ -53,7 +53,17 @@ constexpr SettingBinding Bind(std::string_view section, std::string_view key,
             Follow<Path...>(settings) = std::get<Member>(value);
           },
           nullptr,
-          written};
+          written,
+          {}};
+}
+
+/// A key of section STANDARD. One that may only be one of some words keeps what it is where it would be another.
+template <auto Field>
+constexpr SettingBinding BindStandard(std::string_view key, std::string_view words = {}) {
+  SettingBinding binding =
+      Bind<&Settings::analysis, &AnalysisSettings::standard, Field>("STANDARD", key, KeyWritten::kWhereChanged);
+  binding.words = words;
+  return binding;
 }
 
 template <auto List>
@@ -137,6 +147,7 @@ constexpr SettingBinding BindVersion() {
 #define MOTIF(field) ANALYSIS_IN("MOTIF_PARAMETERS", field)
 #define ASPHERIC(field) ANALYSIS_IN("ASPHERIC_PARAMETERS", field)
 #define FREE_FORM(field) ANALYSIS_IN("FREE_FORM", field)
+#define STANDARD(field, ...) BindStandard<&StandardSettings::field>(#field __VA_OPT__(, ) __VA_ARGS__)
 #define PARAMETER(key, ...) BindRow<&Analysis::parameters, __VA_ARGS__>("PARAMETERS", key, kParameterRows)
 #define PRIMARY_RATIO(key, ...) \
   BindRow<&Analysis::primaryMaterialRatios, __VA_ARGS__>("PRIMARY_BEARING_RATIOS", key, kPrimaryRatioRows)
@@ -303,8 +314,7 @@ constexpr auto kTable = std::to_array<SettingKey>({
      In(kElementWidths, kPercent)},
     {ANALYSIS(WsmSamplingLengthPercent), "%",
      "least width of a profile element for Wsm, percent of the sampling length", "", In(kElementWidths, kPercent)},
-    {ANALYSIS(RsmSamplingLengthPercent), "%",
-     "kept in the file; Rsm goes by RcSamplingLengthPercent", "",
+    {ANALYSIS(RsmSamplingLengthPercent), "%", "kept in the file; Rsm goes by RcSamplingLengthPercent", "",
      In(kElementWidths, kPercent).Behind(2)},
     {ANALYSIS(UserDiscardType), "", "what the long-wave filter discards at each end",
      "0 nothing, 1 half a cut-off, 2 one cut-off, above 2 the user's own length", In(kEnds)},
@@ -416,6 +426,37 @@ constexpr auto kTable = std::to_array<SettingKey>({
      "X of a point; the numbers are 0, 2, 4 ..."},
     {BindRow<&Analysis::freeFormPoints, &FreeFormPoint::zUM>("FREE_FORM", "Z%06d(um)", kFreeFormRows), "um",
      "height of a point"},
+    {STANDARD(Edition, "1997, 2021, both"), "", "edition of the standards that the rows are of: 1997, 2021 or both", "",
+     In(kStandard)},
+    {STANDARD(ShortWaveFilter, "spline, gaussian"), "", "filter that takes the short waves off: spline or gaussian", "",
+     In(kStandard)},
+    {STANDARD(LongWaveFilter, "gaussian, spline, rk, robust, robust-gaussian-2"), "",
+     "filter that separates waviness and roughness, by its word, robust-gaussian-2 among others; empty: by FilterType",
+     "", In(kStandard)},
+    {STANDARD(CoreFilter, "roughness, gaussian, spline, rk, robust, robust-gaussian-2"), "",
+     "filter that the core rows of 2021 take their roughness from; roughness: none of their own", "", In(kStandard)},
+    {STANDARD(Sections), "", "sections of the evaluation length", "", In(kStandard, Between(1.0, 1000.0))},
+    {STANDARD(EvaluationLengthMM), "mm", "evaluation length in the middle of what the filter leaves; 0: all of it", "",
+     In(kStandard, kFromZero)},
+    {STANDARD(CompleteSections), "", "refuse a record that is too short for that length", "", In(kStandard)},
+    {STANDARD(Class), "", "setting class that cut-offs and lengths were taken from; it is only named", "",
+     In(kStandard)},
+    {STANDARD(MostSpacingUM), "um", "point spacing above which a notice says that it is too coarse; 0: none", "",
+     In(kStandard, kFromZero)},
+    {STANDARD(MostTipRadiusUM), "um", "tip radius above which a notice says that it is too blunt; 0: none", "",
+     In(kStandard, kFromZero)},
+    {STANDARD(ClassTable), "", "file with the table of the setting classes; empty: the built-in one", "",
+     In(kStandard)},
+    {STANDARD(HillThresholdPercent), "%", "least peak height of a hill of the elements, percent of Rp", "",
+     In(kStandardRows, kPercent)},
+    {STANDARD(DaleThresholdPercent), "%", "least pit depth of a dale of the elements, percent of Rv", "",
+     In(kStandardRows, kPercent)},
+    {STANDARD(PruningPercent), "%", "least local depth of hills and dales of the feature rows, percent of Rz", "",
+     In(kStandardRows, kPercent)},
+    {STANDARD(FeatureCount), "", "peaks and pits of R5p and R5v", "", In(kStandardRows, Between(1.0, 1000.0))},
+    {STANDARD(AutocorrelationLevel), "", "autocorrelation at the lag Ral", "", In(kStandardRows, Between(-1.0, 1.0))},
+    {STANDARD(VolumeUpperPercent), "%", "material ratio p of the volumes", "", In(kStandardRows, kPercent)},
+    {STANDARD(VolumeLowerPercent), "%", "material ratio q of the volumes", "", In(kStandardRows, kPercent)},
 });
 
 #undef TOLERANCE
@@ -427,6 +468,7 @@ constexpr auto kTable = std::to_array<SettingKey>({
 #undef MOTIF
 #undef ASPHERIC
 #undef FREE_FORM
+#undef STANDARD
 #undef PARAMETER
 #undef PRIMARY_RATIO
 #undef ROUGHNESS_RATIO

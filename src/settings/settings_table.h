@@ -53,6 +53,7 @@ struct SettingBinding {
   void (*set)(Settings&, std::size_t row, const SettingValue& value);
   const SettingRows* rows = nullptr;  // of a count and of the keys that repeat by it
   KeyWritten written = KeyWritten::kAlways;
+  std::string_view words = {};  // what a text may be, separated by commas; empty: any text
 
   bool isRepeated() const { return rows != nullptr && type != SettingType::kCount; }
 };

@@ -2,6 +2,7 @@
 
 #include "settings/settings_value.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "base/number_text.h"
@@ -85,7 +86,20 @@ ReadSettingResult ReadSetting(SettingType type, std::string_view text) {
   return {};
 }
 
+bool IsWordOf(const SettingBinding& binding, std::string_view text) {
+  if (binding.words.empty() || text.empty()) return true;
+  for (std::string_view rest = binding.words;;) {
+    const std::size_t comma = std::min(rest.find(','), rest.size());
+    if (EqualIgnoringCase(TrimBlanks(rest.substr(0, comma)), text)) return true;
+    if (comma == rest.size()) return false;
+    rest.remove_prefix(comma + 1);
+  }
+}
+
 std::string FaultOfSetting(const SettingBinding& binding, const ReadSettingResult& read) {
+  if (binding.type == SettingType::kText && !IsWordOf(binding, std::get<std::string>(read.value))) {
+    return "is none of " + std::string(binding.words);
+  }
   if (!read.fault.empty() || binding.type != SettingType::kCount) return std::string(read.fault);
   const SettingRows& rows = *binding.rows;
   const auto count = static_cast<std::int64_t>(std::get<std::int32_t>(read.value));
