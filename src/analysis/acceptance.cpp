@@ -104,6 +104,19 @@ std::string_view AcceptanceWord(Acceptance verdict) {
   return "UNDECIDED";
 }
 
+AcceptanceResult AcceptLimit(std::span<const std::optional<double>> values, double limit, bool isUpper,
+                             AcceptanceRule rule) {
+  std::vector<double> present;
+  for (const std::optional<double>& value : values) {
+    if (value) present.push_back(*value);
+  }
+  if (present.empty()) return {Acceptance::kUndecided, "no value"};
+  const AcceptanceResult result = AcceptSide({present, limit, isUpper}, rule);
+  const bool isMissing = present.size() < values.size();
+  if (isMissing && result.verdict == Acceptance::kPass) return {Acceptance::kUndecided, "a value is missing"};
+  return result;
+}
+
 std::optional<AcceptanceResult> Accept(std::span<const std::optional<double>> values, const Tolerance& tolerance,
                                        AcceptanceRule rule) {
   if (!tolerance.toleranced) return std::nullopt;

@@ -244,6 +244,7 @@ void WriteAnalysisJson(std::ostream& out, const Document& document, std::string_
   for (const std::string& message : messages) json.Text(Utf8FromWindows1252(message));
   json.EndArray();
   if (options.withProfiles) writer.Profiles();
+  if (options.more) options.more(json);
   json.EndObject();
   json.Finish();
 }

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <functional>
 #include <iosfwd>
 #include <string>
 #include <string_view>
@@ -15,6 +16,7 @@ namespace texturon {
 struct AnalysisJsonOptions {
   JsonWriter::Layout layout = JsonWriter::Layout::kIndented;
   bool withProfiles = false;
+  std::function<void(JsonWriter&)> more = {};  ///< writes further members at the end
 };
 
 /// Writes the JSON object of one analysed file. `file` is in the system's own bytes, `messages` are Windows-1252.

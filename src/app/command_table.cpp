@@ -131,6 +131,11 @@ void AddAnalyze(CLI::App& command, CommonOptions& common, int& status) {
       .add_option("--append-to", options->appendTo, "add a row a file to a parameter file, which is created if need be")
       ->type_name("CSV");
   AddQdas(command, options->qdas);
+  command
+      .add_option("--indication", options->indication,
+                  "what a drawing asks for: settings, rows, limits and the verdict over the files")
+      ->type_name("TEXT")
+      ->excludes(beside);
   CLI::Option* const statistics = command.add_flag("--statistics")
                                       ->description("a column a file, then mean, standard deviation, range and verdict")
                                       ->excludes(beside);
@@ -199,6 +204,18 @@ void AddWatch(CLI::App& command, CommonOptions& common, int& status) {
   command.callback([=, &common, &status] { status = RunWatch(*options, common); });
 }
 
+void AddIndication(CLI::App& command, CommonOptions& /*common*/, int& status) {
+  const auto options = std::make_shared<IndicationOptions>();
+  command.add_option("text", options->text, "an indication as it stands on a drawing: U Rz 6.3 T16%")
+      ->required()
+      ->type_name("TEXT");
+  command.add_option("--values", options->values, "measured values, one each evaluation length: the verdict over them")
+      ->type_name("A,B,C");
+  command.add_option("--class-table", options->classTable, "a lab's own table of the classes")->type_name("INI");
+  command.add_flag("--json", options->asJson, "one JSON object");
+  command.callback([=, &status] { status = RunIndication(*options); });
+}
+
 void AddParameters(CLI::App& command, CommonOptions& /*common*/, int& status) {
   const auto options = std::make_shared<ParametersOptions>();
   command.add_flag("--json", options->asJson, "one JSON array with an object a row");
@@ -226,6 +243,7 @@ constexpr ConsoleCommand kCommands[] = {
     {"convert", "read any profile file and write another; OUT names the format", AddConvert},
     {"batch", "analyse the files of a folder, one row each in a parameter file", AddBatch},
     {"watch", "analyse what arrives in a folder, hold and delete it", AddWatch},
+    {"indication", "say what an indication of a drawing asks for", AddIndication},
     {"parameters", "list the parameter catalogue", AddParameters},
     {"formats", "list the file formats", AddFormats},
     {"settings", "list every setting with type, unit and default", AddSettings},

@@ -20,6 +20,7 @@ struct AnalyzeOptions {
   bool besideInstrument = false;
   std::string qdas;  ///< file for statistics programs that gets the values of each file; empty: none
   std::optional<AcceptanceRule> statistics;  ///< also what all files come to, with verdicts by this rule
+  std::string indication;                    ///< of a drawing: its settings, rows and limits; empty: none
   std::string appendTo;                      ///< parameter file that gets a row a file; empty: none
 };
 
@@ -61,6 +62,13 @@ struct WatchOptions {
   std::string qdas;
 };
 
+struct IndicationOptions {
+  std::string text;
+  std::string values;      ///< separated by commas; empty: none
+  std::string classTable;  ///< file
+  bool asJson = false;
+};
+
 struct ParametersOptions {
   std::string edition = "1997";
   bool asJson = false;
@@ -84,6 +92,9 @@ std::string ModKindNames();
 std::string WriterExtensions();
 int RunInspect(const InspectOptions& inspect, const CommonOptions& common);
 int RunWatch(const WatchOptions& options, const CommonOptions& common);
+int RunIndication(const IndicationOptions& options);
+/// The analysis of files for the requirements of a drawing, and whether they are kept.
+int RunIndicatedAnalysis(const AnalyzeOptions& analyze, const CommonOptions& common);
 int RunParameters(const ParametersOptions& options);
 int RunFormats();
 int RunSettings(const SettingsOptions& options);

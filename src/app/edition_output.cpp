@@ -14,7 +14,6 @@
 #include "base/number_text.h"
 #include "parameters/edition2021/edition_list.h"
 #include "platform/platform.h"
-#include "settings/class_table.h"
 
 namespace texturon {
 namespace {
@@ -33,14 +32,7 @@ void SetEdition(const std::string& edition, StandardSettings& standard) {
 }
 
 void SetClass(const CommonOptions& options, AnalysisSettings& settings) {
-  ClassTable table = BuiltInClasses();
-  if (!settings.standard.ClassTable.empty()) {
-    ClassTableResult read = ReadClassTable(PathFromText(settings.standard.ClassTable));
-    if (!read.reason.empty()) {
-      throw UsageError{Utf8(settings.standard.ClassTable) + " " + Utf8(read.reason) + "."};
-    }
-    table = std::move(read.classes);
-  }
+  const ClassTable table = ClassesFrom(SystemTextFromPath(PathFromText(settings.standard.ClassTable)));
   const SettingClass* const chosen = FindClass(table, Windows1252FromUtf8(options.settingClass));
   if (chosen == nullptr) throw UsageError{"--class " + options.settingClass + ": there is no such class."};
   ApplyClass(*chosen, options.sections > 0 ? std::optional(options.sections) : std::nullopt, settings);
@@ -104,6 +96,13 @@ void PrintJson() {
 }
 
 }  // namespace
+
+ClassTable ClassesFrom(const std::string& file) {
+  if (file.empty()) return BuiltInClasses();
+  ClassTableResult read = ReadClassTable(PathFromSystemText(file));
+  if (!read.reason.empty()) throw UsageError{file + " " + Utf8(read.reason) + "."};
+  return std::move(read.classes);
+}
 
 void ApplyEditionOptions(const CommonOptions& options, Settings& settings) {
   StandardSettings& standard = settings.analysis.standard;

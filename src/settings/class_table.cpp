@@ -122,6 +122,11 @@ const SettingClass* FindClassOfLimit(const ClassTable& classes, std::string_view
   return nullptr;
 }
 
+double LengthOfSections(double sectionMM, std::int32_t sections) {
+  constexpr double kNanometres = 1e6;
+  return std::round(sectionMM * sections * kNanometres) / kNanometres;
+}
+
 void ApplyClass(const SettingClass& chosen, std::optional<std::int32_t> sections, AnalysisSettings& settings) {
   StandardSettings& standard = settings.standard;
   settings.LcCutoffMM = chosen.longIndexMM;
@@ -131,7 +136,7 @@ void ApplyClass(const SettingClass& chosen, std::optional<std::int32_t> sections
   standard.LongWaveFilter.clear();
   standard.ShortWaveFilter = "gaussian";
   standard.Sections = sections.value_or(chosen.sections);
-  standard.EvaluationLengthMM = standard.Sections * chosen.longIndexMM;
+  standard.EvaluationLengthMM = LengthOfSections(chosen.longIndexMM, standard.Sections);
   standard.CompleteSections = true;
   standard.Class = chosen.name;
   standard.MostSpacingUM = chosen.mostSpacingUM;

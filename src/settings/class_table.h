@@ -51,6 +51,9 @@ const SettingClass* FindClassOfIndex(const ClassTable& classes, double longIndex
 /// The first class whose limit for the parameter is not below this one; null where the table has no limits for it.
 const SettingClass* FindClassOfLimit(const ClassTable& classes, std::string_view parameter, double limitUM);
 
+/// Length (mm) of so many sections, to the nanometre: 2.4 for three of 0.8.
+double LengthOfSections(double sectionMM, std::int32_t sections);
+
 /// Puts a class in force: indices, linear Gaussian filters, half an index cut off at both ends, an evaluation length of
 /// its sections, or of as many as are asked for, in the middle; a record too short for it is refused.
 void ApplyClass(const SettingClass& chosen, std::optional<std::int32_t> sections, AnalysisSettings& settings);
