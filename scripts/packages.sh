@@ -44,5 +44,6 @@ fuzz_packages=(clang libclang-rt-14-dev)
 soak_packages=(python3)
 windows_packages=(g++-mingw-w64-x86-64-posix libz-mingw-w64-dev)
 windows_test_packages=(googletest nlohmann-json3-dev python3 wine64)
+debian_packages=(debhelper dpkg-dev lintian librsvg2-bin)
 bench_packages=(libbenchmark-dev libfftw3-dev liblapack-dev)
 check_packages=(python3-numpy python3-scipy valgrind)  # what scripts/bench --check runs beside

@@ -23,6 +23,10 @@ RunStep LoadRecord(Document& document, const RecordSource& source, Prompts& prom
   if (!outcome.loaded) {
     step.cause = std::move(outcome.reason);
     if (step.cause.ends_with('.')) step.cause.pop_back();
+    if (outcome.attempts.size() < 2) return step;
+    for (const ReadAttempt& attempt : outcome.attempts) {
+      step.attempts += attempt.reader + ": " + attempt.result.reason + "\n";
+    }
     return step;
   }
   if (!outcome.profile.companion.empty()) step.files.reads.push_back(outcome.profile.companion);

@@ -39,7 +39,8 @@ struct RunStep {
   /// Why it did not go on, Windows-1252, without full stop; empty: it is done. Goes on where the file's name stops, if
   /// the record was not loaded, and is a clause of its own if it was.
   std::string cause;
-  RunFiles files;  ///< input, companion and trace file
+  std::string attempts;  ///< where several readers have tried in vain: a line each, with its reason
+  RunFiles files;        ///< input, companion and trace file
 
   bool ok() const { return cause.empty(); }
   /// The same as what goes on where the file's name stops in any case.

@@ -2,6 +2,8 @@
 
 #include "analysis/captions.h"
 
+#include <string_view>
+
 #include "base/number_text.h"
 #include "base/quantity.h"
 #include "settings/filter_table.h"
@@ -12,6 +14,13 @@ std::string FormCaption(const Document& document) {
   if (!document.profiles.computeRange) return {};
   const FormGeometry& geometry = document.results.formGeometry;
   return FormOf(geometry).caption(geometry, document.settings);
+}
+
+std::string FormDescription(const Document& document) {
+  constexpr std::string_view kOpening = "Form: ";
+  std::string caption = FormCaption(document);
+  if (caption.starts_with(kOpening)) caption.erase(0, kOpening.size());
+  return caption;
 }
 
 std::string FilterLabel(const AnalysisSettings& settings) {

@@ -11,6 +11,8 @@ namespace texturon {
 /// One line that says what form was removed, in Windows-1252: "Form: Datum   (Mean: 0.123 um)". Lengths follow the
 /// document's choice of metric or imperial units.
 std::string FormCaption(const Document& document);
+/// The same without its opening, for where the word "Form" stands beside it: "Datum   (Mean: 0.123 um)".
+std::string FormDescription(const Document& document);
 
 /// The long-wave filter's name: "Gaussian", "Robust Gaussian (coef: 4.45)", "Unknown filter".
 std::string FilterLabel(const AnalysisSettings& settings);

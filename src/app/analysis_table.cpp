@@ -66,10 +66,7 @@ void AppendFacts(std::string& out, const Document& document, std::string_view fi
     AppendFact(out, "Stylus tip", FixedText(profiles.tipRadiusMM * kMicrometresPerMillimetre, 2) + " \xB5m radius");
   }
   if (!document.profiles.primaryRange) return;
-  std::string caption = FormCaption(document);
-  constexpr std::string_view kCaptionStart = "Form: ";
-  if (caption.starts_with(kCaptionStart)) caption.erase(0, kCaptionStart.size());
-  out += PadRight("Form", 16) + Utf8FromWindows1252(caption);
+  out += PadRight("Form", 16) + Utf8FromWindows1252(FormDescription(document));
   const std::int32_t requested = document.settings.analysis.FormRemovalType;
   if (requested != kFormNone && document.results.formApplied == kNoFormApplied) {
     out += "   (the form asked for, type " + IntegerText(requested) + ", could not be fitted)";

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 
 #include <QApplication>
+#include <algorithm>
 #include <filesystem>
 #include <iostream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "base/charset.h"
@@ -20,6 +22,8 @@ namespace {
 /// for a window.
 bool IsTestPlan(int argc, char** argv) {
   constexpr int kArguments = 4;
+  if (std::any_of(argv + 1, argv + std::max(argc, 1), [](std::string_view text) { return text.starts_with("--"); }))
+    return false;
   if (argc > 1 && texturon::NamesTestPlan(argv[1])) return true;
   if (argc != kArguments || argv[1][0] == '-') return false;
   std::error_code error;

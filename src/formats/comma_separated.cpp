@@ -110,14 +110,37 @@ std::optional<double> LengthUM(const TwoCells& cells) {
   return *number * *unitUM;
 }
 
-/// Takes tip radius and trace length from the lines above "Scan Data". Positions are rounded to 0.1 um: where the
-/// length agrees with them, whether it counts the points or the steps, it gives the better spacing.
+/// A line of the analytical results: name, value and unit, the unit behind the value, in a cell of its own or in
+/// brackets behind the name.
+void TakeAnalyticalResult(std::string_view line, ImportedProfile& profile) {
+  const auto cells = SplitAtEach(line, ',');
+  if (cells.size() < 2) return;
+  std::string_view name = TrimBlanks(cells[0]);
+  const auto fields = SplitAtAny(cells[1], " \t");
+  const auto number = fields.empty() ? std::nullopt : NumberField(fields[0]);
+  std::string_view unit = fields.size() > 1 ? fields[1] : std::string_view{};
+  if (unit.empty() && cells.size() > 2) unit = TrimBlanks(cells[2]);
+  if (const std::size_t open = name.rfind(" ("); unit.empty() && open != name.npos && name.ends_with(')')) {
+    unit = name.substr(open + 2, name.size() - open - 3);
+    name = name.substr(0, open);
+  }
+  if (number) AddInstrumentValue(profile, name, *number, unit);
+}
+
+/// Takes tip radius, trace length and results from the lines above "Scan Data". Positions are rounded to 0.1 um: where
+/// the length agrees with them, whether it counts the points or the steps, it gives the better spacing.
 void TakeScanParameters(std::string_view text, ImportedProfile& profile) {
   constexpr std::size_t kMostLines = 100;
   LineCursor lines(text);
   const auto steps = static_cast<double>(profile.heightsUM.size() - 1);
+  bool isResults = false;
   while (const auto line = lines.Next()) {
     if (line->starts_with("Scan Data") || lines.LineNumber() > kMostLines) return;
+    isResults = isResults || line->starts_with("Analytical Results");
+    if (isResults) {
+      TakeAnalyticalResult(*line, profile);
+      continue;
+    }
     const TwoCells cells = SplitTwoCells(*line);
     const auto length = LengthUM(cells);
     if (!length || *length <= 0.0) continue;

@@ -134,17 +134,20 @@ bool HasShape(std::string_view text, std::string_view pattern) {
                     [](char c, char p) { return p == '0' ? c >= '0' && c <= '9' : c == p; });
 }
 
-/// Date and time of the condition sheet beside a TX file. Its labels are in any language, so the values tell.
-std::string DateOfConditionSheet(std::string_view text) {
+/// Takes date, time and results of the condition sheet beside a TX file. Its labels are in any language, so the values
+/// tell; names of parameters are the same in all.
+void TakeConditionSheet(std::string_view text, ImportedProfile& profile) {
   std::string_view date;
   std::string_view time;
   LineCursor lines(text);
   while (const auto line = lines.Next()) {
-    const std::string_view value = TrimBlanks(line->substr(line->find('\t') + 1));
+    const std::size_t tab = line->find('\t');
+    const std::string_view value = TrimBlanks(line->substr(tab + 1));
+    if (tab != std::string_view::npos) AddInstrumentPair(profile, TrimBlanks(line->substr(0, tab)), value);
     if (date.empty() && HasShape(value, "00.00.0000")) date = value;
     if (time.empty() && HasShape(value, "00:00:00")) time = value;
   }
-  return time.empty() ? std::string(date) : std::string(date) + " - " + std::string(time);
+  profile.date = time.empty() ? std::string(date) : std::string(date) + " - " + std::string(time);
 }
 
 }  // namespace
@@ -176,7 +179,7 @@ ReadResult ReadTxText(const ReaderInput& input, ImportedProfile& profile) {
   const std::filesystem::path sheetPath = CompanionPath(input.path, ".tx3");
   const FileBytes sheet = ReadRegularFile(sheetPath);
   if (sheet.ok()) profile.companion = sheetPath;
-  profile.date = DateOfConditionSheet(sheet.bytes);
+  TakeConditionSheet(sheet.bytes, profile);
   return ReadResult::Read();
 }
 

@@ -47,7 +47,7 @@ void WarnOfCurve(std::string_view curve, ImportedProfile& profile) {
   }
 }
 
-/// Name, date and curve: pairs of a label and the value on its right.
+/// Name, date, curve and results: pairs of a label and the value on its right.
 void ReadCertificate(Workbook& workbook, ImportedProfile& profile) {
   const auto* const sheet = workbook.Find(kCertificateSheet);
   const Workbook::SheetXml xml = workbook.Unpack(*sheet);
@@ -55,10 +55,11 @@ void ReadCertificate(Workbook& workbook, ImportedProfile& profile) {
   SheetCell labelCell;
   workbook.ForEachCell(xml.text, [&](const SheetCell& cell) {
     if (cell.row == kDatePlace.row && cell.column == kDatePlace.column) profile.date = TrimBlanks(cell.text);
-    const bool isValue = cell.row == labelCell.row && cell.column == labelCell.column + 1;
+    const bool isValue = !label.empty() && cell.row == labelCell.row && cell.column == labelCell.column + 1;
     const std::string_view text = TrimBlanks(cell.text);
     if (isValue && label == "Work Name") profile.identification = text;
     if (isValue && label == "Profile") WarnOfCurve(text, profile);
+    if (isValue) AddInstrumentPair(profile, label, text);
     label = isValue ? std::string_view{} : text;
     labelCell = cell;
     return true;

@@ -12,6 +12,10 @@ public:
 
 }  // namespace
 
+void Prompts::ShowFailure(std::string_view sentence, std::string_view /*brief*/, std::string_view /*details*/) {
+  ShowMessage(sentence);
+}
+
 void SilentPrompts::ShowMessage(std::string_view /*text*/) {}
 
 void SilentPrompts::Notice(std::string_view /*text*/) {}

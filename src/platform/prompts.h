@@ -28,6 +28,9 @@ public:
 
   /// A message box with OK only.
   virtual void ShowMessage(std::string_view text) = 0;
+  /// The same in two depths: who can shows `brief` and the rest on demand, others the whole sentence alone. `details`
+  /// has lines.
+  virtual void ShowFailure(std::string_view sentence, std::string_view brief, std::string_view details);
   /// A remark of the program's own that no message box shows: a file was tolerated, a value was cut.
   virtual void Notice(std::string_view text) = 0;
   /// A yes/no question. Who cannot ask answers false.

@@ -20,13 +20,6 @@ std::string Count(std::size_t count) {
   return IntegerText(static_cast<std::int64_t>(count));
 }
 
-/// A form caption without the word that stands beside it anyway.
-std::string WithoutOpening(std::string caption) {
-  constexpr std::string_view kOpening = "Form: ";
-  if (caption.starts_with(kOpening)) caption.erase(0, kOpening.size());
-  return caption;
-}
-
 std::string Length(double lengthUM, bool metric) {
   return LengthText(lengthUM * kMillimetresPerMicrometre, metric);
 }
@@ -43,7 +36,7 @@ std::vector<ReportLine> Facts(const Document& document, std::string_view time) {
                                    {"Measured", profiles.dateTime},
                                    {"Analysed", std::string(time)},
                                    {"Record", RecordText(profiles, metric)}};
-  if (profiles.computeRange) facts.emplace_back("Form", WithoutOpening(FormCaption(document)));
+  if (profiles.computeRange) facts.emplace_back("Form", FormDescription(document));
   facts.emplace_back("Filter", FilterDescription(document));
   if (profiles.evaluationRange) {
     facts.emplace_back("Evaluated", DescribeStretch(*profiles.evaluationRange, profiles.spacingUM,

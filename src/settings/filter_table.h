@@ -63,7 +63,7 @@ inline constexpr auto kFilterTable = std::to_array<FilterRow>({
                const FilterSetup& setup) { return GaussianFilter(z, w, setup.spacingUM, setup.cutoffMM); }},
     {.word = "SPLINE",
      .number = kFilterSplineGaussian,
-     .choice = "spline",
+     .choice = "spline Gaussian",
      .label = "Spline Gaussian",
      .transmission = kSplineShare,
      .run =
@@ -117,7 +117,7 @@ const FilterRow& ShortWaveFilter(const AnalysisSettings& settings);
 /// The long-wave filter of the core roughness of the edition of 2021; null where that is the roughness's own.
 const FilterRow* CoreFilter(const AnalysisSettings& settings);
 
-/// The filters' numbers as a setting's choices, "0 Gaussian, 1 spline ...", and what comes after them.
+/// The filters' numbers as a setting's choices, "0 Gaussian, 1 spline Gaussian ...", and what comes after them.
 class FilterChoices {
 public:
   explicit constexpr FilterChoices(std::string_view rest = {}) {

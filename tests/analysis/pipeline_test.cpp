@@ -366,6 +366,20 @@ TEST_F(Pipeline, WritesTheHeightsThatTheElementFinderSawLast) {
   EXPECT_EQ(Run(), ComputeOutcome::kDone) << "the computation goes on without the file";
 }
 
+TEST(ComputeRange, AWholeNumberOfCutoffsIsLongerByWhatIsDiscarded) {
+  constexpr double kCutoffMM = 0.8;
+  constexpr std::pair<std::int32_t, double> kTypes[] = {{-1, 2.4}, {0, 2.4}, {1, 3.2}, {2, 4.0}, {3, 2.6}};
+  for (const auto& [type, lengthMM] : kTypes) {
+    AnalysisSettings settings;
+    settings.LcCutoffMM = kCutoffMM;
+    settings.UserDiscardType = type;
+    settings.UserDiscardLengthMM = 0.1;
+    const RegionChoice region = RegionOfCutoffs(3.0, settings);
+    EXPECT_EQ(region.mode, kStartAndLength);
+    EXPECT_NEAR(region.lengthMM, lengthMM, 1e-12) << type;
+  }
+}
+
 TEST(AnalysisRun, TellsWhyNotAndWhichFilesItTouches) {
   const ScratchFolder folder;
   std::string table;

@@ -94,7 +94,7 @@ TEST(House, EveryFloorIsATargetOfItsFolder) {
 }
 
 TEST(House, EverySourceSaysItsLicence) {
-  for (const char* folder : {"src", "tests", "bench", "samples"}) {
+  for (const char* folder : {"src", "tests", "bench", "samples", "packaging"}) {
     for (const fs::path& path : SourcesBelow(folder)) {
       EXPECT_TRUE(ReadAll(path).starts_with("// SPDX-License-Identifier: Apache-2.0\n")) << path;
     }
@@ -103,7 +103,8 @@ TEST(House, EverySourceSaysItsLicence) {
 
 TEST(House, TheTopFolderHoldsOnlyWhatBelongsThere) {
   constexpr std::string_view kNames =
-      " bench build cmake CMakeLists.txt CMakePresets.json CONTRIBUTING.md docs LICENSE README.md samples scripts "
+      " bench build CHANGELOG.md cmake CMakeLists.txt CMakePresets.json CONTRIBUTING.md docs LICENSE packaging "
+      "README.md samples scripts "
       "share src "
       "tests ";
   for (const auto& entry : fs::directory_iterator(kRoot)) {

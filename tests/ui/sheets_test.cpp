@@ -180,8 +180,9 @@ TEST_F(SettingsSheet, WhatIsEnteredIsOneEditAndCancelTakesBackOnlyItsOwn) {
   enter("0.5");
   sheet.reject();
   EXPECT_FALSE(Doc().CanUndo()) << "what was cancelled never was";
-  EXPECT_EQ(frame_->statusBar()->currentMessage().toStdString(),
-            "Put back as it was: tension of the spline filter. Redo brings the changes back.");
+  EXPECT_EQ(
+      frame_->statusBar()->currentMessage().toStdString(),
+      "Put back as it was: tension of the spline Gaussian and robust Gaussian filters. Redo brings the changes back.");
   Choose("redo");
   EXPECT_EQ(Analysis().SplineTension, 0.5);
   Choose("undo");

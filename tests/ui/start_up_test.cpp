@@ -73,6 +73,19 @@ TEST_F(StartUp, ASecondStartHandsItsFilesToTheFirst) {
   EXPECT_EQ(status_, 0);
 }
 
+TEST_F(StartUp, SettingsOfTheCallHoldInAWindowOfItsOwn) {
+  CSingleInstance first(CSingleInstance::UsualName());
+  ASSERT_FALSE(first.HandOverOrListen({}));
+  const auto settings = folder_.Write(
+      "mine.ini", "[AUTO_LOADING]\nAutoExport=1\n[DISPLAY]\nParameterFile=" + (folder_ / "rows.csv").string() + "\n");
+  QProcess program;
+  program.start(TEXTURON_DESKTOP_PROGRAM, {FromPath(Sample("honed.lmt")), "--settings", FromPath(settings)});
+  EXPECT_TRUE(QTest::qWaitFor([&] { return QFile::exists(FromPath(folder_ / "rows.csv")); }, kPatienceMS))
+      << "Auto Export of that file adds a row after the load";
+  program.kill();
+  program.waitForFinished(kPatienceMS);
+}
+
 TEST_F(StartUp, ACrashedProgramIsInNobodysWay) {
   QProcess program;
   program.start(TEXTURON_DESKTOP_PROGRAM, QStringList());

@@ -13,6 +13,7 @@
 
 #include "base/charset.h"
 #include "platform/platform.h"
+#include "ui/language.h"
 #include "ui/qt_text.h"
 #include "ui/sheets/settings_pages.h"
 #include "ui/window/file_dialogs.h"
@@ -102,8 +103,8 @@ void CAutoLoading::Tell() {
         options_.singleFile.empty() ? options_.folder : options_.folder / PathFromSystemText(options_.singleFile);
     state = tr("Auto-loading %1: %n loaded", nullptr, count_).arg(FromPath(source));
     const std::string& complaint = watch_->Complaint();
-    if (!last_.empty() && last_ != complaint) state += " - " + FromText(last_);
-    if (!complaint.empty()) state += " - " + FromText(complaint);
+    if (!last_.empty() && last_ != complaint) state += " - " + EngineText(last_);
+    if (!complaint.empty()) state += " - " + EngineText(complaint);
   }
   if (state == state_) return;
   state_ = state;
@@ -160,7 +161,7 @@ void CAutoLoadingSheet::accept() {
   const QString fault = page_->Fault();
   const std::string reason = working_.autoLoading.IsAutoLoading ? PlanWatch(working_).reason : std::string();
   if (!fault.isEmpty() || !reason.empty()) {
-    fault_->setText(tr("Not applied: %1.").arg(fault.isEmpty() ? FromText(reason) : fault));
+    fault_->setText(tr("Not applied: %1.").arg(fault.isEmpty() ? EngineText(reason) : fault));
     return;
   }
   DisplaySettings display = doc_.document().settings.display;

@@ -24,6 +24,7 @@
 #include "platform/platform.h"
 #include "settings/settings_text.h"
 #include "ui/colours.h"
+#include "ui/language.h"
 #include "ui/qt_text.h"
 #include "ui/tables/grid_ctrl.h"
 #include "ui/window/file_dialogs.h"
@@ -47,15 +48,15 @@ QString ToleranceText(const BatchRow& row) {
 }
 
 QString ResultText(const BatchRow& row) {
-  if (!row.reason.empty()) return FromText(row.reason);
-  if (!row.remarks.empty()) return ToleranceText(row) + " - " + FromText(row.remarks.front());
+  if (!row.reason.empty()) return EngineText(row.reason);
+  if (!row.remarks.empty()) return ToleranceText(row) + " - " + EngineText(row.remarks.front());
   return ToleranceText(row);
 }
 
 /// All that there is to say of a file.
 QString ResultTip(const BatchRow& row) {
-  QStringList lines(row.reason.empty() ? ToleranceText(row) : FromText(row.reason));
-  for (const std::string& remark : row.remarks) lines << FromText(remark);
+  QStringList lines(row.reason.empty() ? ToleranceText(row) : EngineText(row.reason));
+  for (const std::string& remark : row.remarks) lines << EngineText(remark);
   return lines.join('\n');
 }
 
@@ -255,7 +256,7 @@ void CFolderBatchWindow::OnStart() {
   if (parameterFile.empty()) return refuse(tr("Say where the rows go."), parameterFile_);
   const std::filesystem::path outputs[] = {parameterFile};
   FolderFiles listed = FilesToAnalyse(ToPath(folder_->text()), ToText(mask_->text()), outputs);
-  if (!listed.reason.empty()) return refuse(FromText(FileSentence(ToPath(folder_->text()), listed.reason)), folder_);
+  if (!listed.reason.empty()) return refuse(EngineText(FileSentence(ToPath(folder_->text()), listed.reason)), folder_);
   if (listed.files.empty()) return refuse(tr("There is no file to analyse."), mask_);
   Start(std::move(listed.files), parameterFile);
 }
@@ -330,9 +331,9 @@ void CFolderBatchWindow::ShowOutcome() {
   if (summary.remarked > 0) text += tr(", %1 with remarks").arg(summary.remarked);
   if (outcome_.skipped > 0) text += tr(", %1 left out because they have rows").arg(outcome_.skipped);
   text += ".";
-  if (!outcome_.reason.empty()) text += " " + FromText(outcome_.reason);
+  if (!outcome_.reason.empty()) text += " " + EngineText(outcome_.reason);
   if (!outcome_.next.empty()) text += " " + tr("Stopped before %1.").arg(FromPath(outcome_.next.filename()));
-  for (const std::string& remark : remarks_) text += " " + FromText(remark);
+  for (const std::string& remark : remarks_) text += " " + EngineText(remark);
   state_->setText(text);
   bar_->setRange(0, std::max(static_cast<int>(outcome_.total), 1));
   bar_->setValue(outcome_.complete() ? bar_->maximum() : results_->rowCount());

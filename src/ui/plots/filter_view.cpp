@@ -7,6 +7,7 @@
 #include "base/quantity.h"
 #include "presentation/filter_curves.h"
 #include "ui/colours.h"
+#include "ui/language.h"
 #include "ui/plots/clickable_profile_graph.h"
 #include "ui/plots/plot_items.h"
 #include "ui/qt_text.h"
@@ -78,7 +79,7 @@ void CFilterView::Draw() {
   Plot().xAxis->setLabel(tr("Wavelength in %1").arg(FromText(kLengthMM.Unit(document.settings.display.Metric))));
   DrawFilters(Plot(), document);
   const auto curves = FilterCurvesOf(document);
-  SetReadout(curves ? FromText(curves->remark) : QString());
+  SetReadout(curves ? EngineText(curves->remark) : QString());
 }
 
 CTransmissionInset::CTransmissionInset(QWidget* parent) : QCustomPlot(parent) {
@@ -106,7 +107,7 @@ void CTransmissionInset::Show(const Document& document) {
   setVisible(shows);
   if (!shows) return;
   const QString unit = FromText(kLengthMM.Unit(document.settings.display.Metric));
-  const QString remark = FromText(FilterCurvesOf(document)->remark);
+  const QString remark = EngineText(FilterCurvesOf(document)->remark);
   setToolTip(tr("How much of each wavelength goes into primary profile, waviness and roughness, from %1 to %2 %3, with "
                 "the cut-offs. %4 Click for the whole.")
                  .arg(xAxis->range().lower, 0, 'g', 3)

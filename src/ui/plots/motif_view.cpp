@@ -6,6 +6,7 @@
 #include "presentation/curve_readouts.h"
 #include "presentation/motif_plot.h"
 #include "ui/colours.h"
+#include "ui/language.h"
 #include "ui/plots/clickable_profile_graph.h"
 #include "ui/plots/plot_items.h"
 #include "ui/qt_text.h"
@@ -89,7 +90,7 @@ CMotifView::CMotifView(CTexturonDoc& doc, QWidget* parent)
 
 void CMotifView::Draw() {
   DrawMotifs(Plot(), Doc().document());
-  SetReadout(FromText(MotifReadout(Doc().document())));
+  SetReadout(EngineText(MotifReadout(Doc().document())));
 }
 
 void CMotifView::OnViewChanged() {

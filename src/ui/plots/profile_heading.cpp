@@ -10,6 +10,7 @@
 #include "analysis/region_choice.h"
 #include "presentation/table_rows.h"
 #include "ui/colours.h"
+#include "ui/language.h"
 #include "ui/qt_text.h"
 
 namespace texturon {
@@ -53,8 +54,8 @@ void CHeading::Update() {
   QString stretch = tr("Not evaluated: the profile cannot be analysed with these settings.");
   if (profiles.evaluationRange) {
     stretch = tr("Evaluated: %1")
-                  .arg(FromText(DescribeStretch(*profiles.evaluationRange, profiles.spacingUM,
-                                                profiles.residualSpacingUM, metric)));
+                  .arg(EngineText(DescribeStretch(*profiles.evaluationRange, profiles.spacingUM,
+                                                  profiles.residualSpacingUM, metric)));
   }
   lines_ = QStringList{first, FromText(AnalysisDescription(document)), stretch};
   for (QString& line : lines_) line = Readable(line);

@@ -9,6 +9,7 @@
 #include "parameters/local_slopes.h"
 #include "presentation/profile_marks.h"
 #include "ui/colours.h"
+#include "ui/language.h"
 #include "ui/qt_text.h"
 
 namespace texturon {
@@ -25,7 +26,7 @@ constexpr int kColours[] = {3, 4, 0, 1, 2, 5, 6};
 QString NameOf(const Document& document, ProfileKind kind) {
   const AnalysisSettings& settings = document.settings.analysis;
   const double ballMM = kind == ProfileKind::kOpening ? settings.OpeningRadiusForWcvx : settings.ClosingRadiusForWvoid;
-  return FromText(ProfileTitle(kind, ballMM));
+  return EngineText(ProfileTitle(kind, ballMM));
 }
 
 void SetGrid(CClickableProfileGraph& graph, const DisplaySettings& display, double heightFactor) {
@@ -114,7 +115,7 @@ void DrawProfiles(CClickableProfileGraph& graph, const Document& document, const
     const Profile profile = document.profiles.View(*steepKind);
     steep = FindSteepPart(profile.Heights(), profile.spacingUM, display.ExtremeSlopePlotDegrees);
     list.Add(profile, steep.heightsUM,
-             FromText(SteepCaption(*steepKind, display.ExtremeSlopePlotDegrees, steep.percent)),
+             EngineText(SteepCaption(*steepKind, display.ExtremeSlopePlotDegrees, steep.percent)),
              graph.palette().color(QPalette::Text), kSteepWidth);
     list.curves.back().isOverlay = true;
   }

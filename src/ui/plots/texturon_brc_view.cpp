@@ -7,6 +7,7 @@
 #include "parameters/curves.h"
 #include "presentation/curve_readouts.h"
 #include "ui/colours.h"
+#include "ui/language.h"
 #include "ui/plots/clickable_profile_graph.h"
 #include "ui/plots/plot_cursors.h"
 #include "ui/plots/plot_items.h"
@@ -137,7 +138,7 @@ void CTexturonBRCView::OnViewChanged() {
 
 void CTexturonBRCView::Tell() {
   const Document& document = Doc().document();
-  SetReadout(FromText(BearingReadout(document, cursors_->X(), cursors_->Y() / UnitsOf(document).height)));
+  SetReadout(EngineText(BearingReadout(document, cursors_->X(), cursors_->Y() / UnitsOf(document).height)));
 }
 
 }  // namespace texturon

@@ -6,6 +6,7 @@
 
 #include "presentation/curve_readouts.h"
 #include "ui/colours.h"
+#include "ui/language.h"
 #include "ui/plots/clickable_profile_graph.h"
 #include "ui/plots/plot_cursors.h"
 #include "ui/plots/plot_items.h"
@@ -98,7 +99,7 @@ double CTexturonSpectView::Settle(double place, int steps) const {
 void CTexturonSpectView::Tell() {
   const Document& document = Doc().document();
   const auto harmonic = NearestHarmonic(document.profiles.spectrum, cursors_->X() / UnitsOf(document).length);
-  SetReadout(harmonic ? FromText(SpectrumReadout(document, *harmonic)) : QString());
+  SetReadout(harmonic ? EngineText(SpectrumReadout(document, *harmonic)) : QString());
 }
 
 }  // namespace texturon

@@ -13,6 +13,7 @@
 
 #include "base/quantity.h"
 #include "presentation/cursor_measures.h"
+#include "ui/language.h"
 #include "ui/plots/profile_plot.h"
 #include "ui/qt_text.h"
 
@@ -148,14 +149,14 @@ CursorPlaces CTexturonView::Places() const {
 
 QString CTexturonView::Readout() const {
   const Document& document = doc_.document();
-  return Readable(FromText(CursorReadout(document, ReadKind(ShownProfilesOf(document.settings.display)), Places())));
+  return Readable(EngineText(CursorReadout(document, ReadKind(ShownProfilesOf(document.settings.display)), Places())));
 }
 
 QString CTexturonView::Measures() const {
   const Document& document = doc_.document();
   if (!graph_->HasUprightCursors()) return {};
   return Readable(
-      FromText(MeasureText(document, ReadKind(ShownProfilesOf(document.settings.display)), BetweenCursorsMM())));
+      EngineText(MeasureText(document, ReadKind(ShownProfilesOf(document.settings.display)), BetweenCursorsMM())));
 }
 
 void CTexturonView::ShowMeasures(bool shown) {

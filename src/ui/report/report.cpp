@@ -13,6 +13,7 @@
 #include "platform/platform.h"
 #include "presentation/report_html.h"
 #include "presentation/report_texts.h"
+#include "ui/language.h"
 #include "ui/qt_text.h"
 #include "ui/report/report_pages.h"
 #include "ui/report/report_pictures.h"
@@ -96,6 +97,7 @@ int PrintReport(QPagedPaintDevice& device, const Document& document, std::string
 
 bool WriteReport(const QString& file, const Document& document, std::string_view time, QString& reason,
                  const ReportChoice& choice) {
+  const EnglishScope english;
   const bool isHtml = EndsWith(file, ".html") || EndsWith(file, ".htm");
   const QByteArray bytes = isHtml ? HtmlReport(document, time, choice) : PdfReport(document, time, choice);
   if (bytes.isEmpty()) {
@@ -106,6 +108,7 @@ bool WriteReport(const QString& file, const Document& document, std::string_view
 }
 
 bool WritePicture(const QString& file, const Document& analysed, ReportBlockKind kind, QString& reason) {
+  const EnglishScope english;
   if (!EndsWith(file, ".svg") && !EndsWith(file, ".png")) {
     reason = QObject::tr("A picture is a file .svg or .png, not %1.").arg(file);
     return false;

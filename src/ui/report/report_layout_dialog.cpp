@@ -14,6 +14,7 @@
 #include <QVBoxLayout>
 #include <utility>
 
+#include "ui/language.h"
 #include "ui/qt_text.h"
 #include "ui/report/report.h"
 #include "ui/window/file_dialogs.h"
@@ -26,7 +27,7 @@ constexpr int kTextRole = Qt::UserRole + 1;
 constexpr const char* kTemplateFilters = "Report templates (*.ini)|*.ini|All Files (*.*)|*.*||";
 
 QString MeaningOf(ReportBlockKind kind) {
-  QString meaning = FromText(ReportBlockOf(kind).meaning);
+  QString meaning = EngineText(ReportBlockOf(kind).meaning);
   meaning[0] = meaning[0].toUpper();
   return meaning;
 }

@@ -15,6 +15,7 @@
 #include "parameters/catalogue.h"
 #include "settings/setting_entry.h"
 #include "ui/colours.h"
+#include "ui/language.h"
 #include "ui/qt_text.h"
 
 namespace texturon {
@@ -111,7 +112,7 @@ void CParametersPage::Refresh() {
       if (key == nullptr) {
         if (master != nullptr)
           item->setText(Readable(
-              FromText(column == kUnitColumn ? PrintedUnit(master->quantity.metricUnit) : master->definition)));
+              EngineText(column == kUnitColumn ? PrintedUnit(master->quantity.metricUnit) : master->definition)));
       } else {
         const SettingValue value = key->binding.get(settings_, static_cast<std::size_t>(row));
         if (const bool* const flag = std::get_if<bool>(&value)) {
@@ -182,8 +183,8 @@ void CParametersPage::OnItem(QTableWidgetItem* item) {
     const QSignalBlocker quiet(table_);
     const std::pair cell(item->row(), item->column());
     faults_.erase(cell);
-    if (!entry.ok()) faults_[cell] = FromText(settings_.analysis.parameters[row].name + ": " + entry.fault);
-    Mark(*item, FromText(entry.fault));
+    if (!entry.ok()) faults_[cell] = FromText(settings_.analysis.parameters[row].name + ": ") + EngineText(entry.fault);
+    Mark(*item, EngineText(entry.fault));
     if (entry.ok()) key->binding.set(settings_, row, entry.value);
   }
   emit Edited();

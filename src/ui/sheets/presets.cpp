@@ -11,6 +11,7 @@
 #include "platform/platform.h"
 #include "settings/settings_file.h"
 #include "settings/settings_text.h"
+#include "ui/language.h"
 #include "ui/qt_text.h"
 
 namespace texturon {
@@ -68,7 +69,7 @@ QString SavePreset(const QString& title, const Settings& settings) {
   QDir().mkpath(PresetFolder());
   const std::filesystem::path file = ToPath(PresetFolder() + '/' + name + ".ini");
   const SettingsFileResult result = SaveSettings(file, settings);
-  return result.ok() ? QString() : FromText(FileSentence(file, result.reason));
+  return result.ok() ? QString() : EngineText(FileSentence(file, result.reason));
 }
 
 }  // namespace texturon

@@ -16,6 +16,7 @@
 #include "base/quantity.h"
 #include "settings/settings_table.h"
 #include "ui/colours.h"
+#include "ui/language.h"
 #include "ui/plots/clickable_profile_graph.h"
 #include "ui/qt_text.h"
 #include "ui/sheets/setting_field.h"
@@ -123,7 +124,7 @@ void CRegionDialog::Take() {
   for (const Entry& entry : entries_) {
     const bool isRead = (region_.*entry.isRead)();
     const LengthEntry length = ReadRegionLength(ToText(entry.line->text()), profiles.LengthMM(), metric);
-    const QString fault = isRead ? FromText(length.fault) : QString();
+    const QString fault = isRead ? EngineText(length.fault) : QString();
     if (length.ok()) region_.*entry.length = length.lengthMM;
     entry.line->setEnabled(isRead);
     entry.line->setStyleSheet(fault.isEmpty() ? QString()
@@ -136,7 +137,7 @@ void CRegionDialog::Take() {
   ok_->setEnabled(range.has_value());
   bar_->Show(profiles.pointCount, range ? std::optional(ComputeRange{*range, {}}) : std::nullopt);
   if (range) {
-    readout_->setText(FromText(DescribeStretch(*range, profiles.spacingUM, profiles.spacingUM, metric)));
+    readout_->setText(EngineText(DescribeStretch(*range, profiles.spacingUM, profiles.spacingUM, metric)));
   } else {
     readout_->setText(isRight ? tr("Too few points: the last must be %1 or more behind the first.").arg(kLeastSteps)
                               : tr("An entry cannot be used."));
@@ -186,12 +187,12 @@ void CClearApertureDialog::Take() {
   const auto preview = PreviewAperture(document_, working_.analysis);
   if (!preview) return readout_->setText(tr("No asphere is fitted yet to show the aperture about."));
   const auto* const stretch = std::get_if<ComputeRange>(&*preview);
-  if (stretch == nullptr) return readout_->setText(FromText(std::get<std::string_view>(*preview)));
+  if (stretch == nullptr) return readout_->setText(EngineText(std::get<std::string_view>(*preview)));
   bar_->Show(document_.profiles.pointCount, *stretch);
   const double spacingUM = document_.profiles.spacingUM;
   readout_->setText(
       tr("About the present apex: %1")
-          .arg(FromText(DescribeStretch(stretch->range, spacingUM, spacingUM, document_.settings.display.Metric))));
+          .arg(EngineText(DescribeStretch(stretch->range, spacingUM, spacingUM, document_.settings.display.Metric))));
 }
 
 }  // namespace texturon

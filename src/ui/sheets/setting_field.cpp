@@ -9,8 +9,10 @@
 #include <QLabel>
 #include <QLineEdit>
 
+#include "base/quantity.h"
 #include "settings/setting_entry.h"
 #include "ui/colours.h"
+#include "ui/language.h"
 #include "ui/qt_text.h"
 
 namespace texturon {
@@ -57,7 +59,7 @@ void CSettingField::MakeEditor() {
   } else if (!choices_.empty()) {
     list_ = new QComboBox(this);
     GuardFromWheel(*list_);
-    for (const SettingChoice& choice : choices_) list_->addItem(FromText(choice.name));
+    for (const SettingChoice& choice : choices_) list_->addItem(EngineText(choice.name));
     // Its longest text does not widen the page.
     list_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     list_->setMinimumContentsLength(isCell_ ? 8 : 16);
@@ -89,9 +91,16 @@ void CSettingField::MakeEditor() {
 }
 
 QString CSettingField::Title() const {
-  QString title = FromText(place_.key->meaning);
+  QString title = EngineText(place_.key->meaning);
   if (!title.isEmpty()) title[0] = title[0].toUpper();
   return title;
+}
+
+QString CSettingField::RadiusText(const SettingValue& value, bool metric) const {
+  if (place_.key->unit != kCurvaturePerMM.metricUnit) return {};
+  const double curvature = std::get<double>(value);
+  if (curvature == 0.0) return tr(", no radius: flat");
+  return tr(", radius %1").arg(Readable(FromText(LengthText(1.0 / curvature, metric))));
 }
 
 void CSettingField::Refresh() {
@@ -104,7 +113,7 @@ void CSettingField::Refresh() {
     const auto index = ChoiceOf(choices_, std::get<std::int32_t>(value));
     list_->setCurrentIndex(index ? static_cast<int>(*index) : -1);
   }
-  if (unit_ != nullptr) unit_->setText(FromText(EntryUnit(*place_.key, metric)));
+  if (unit_ != nullptr) unit_->setText(FromText(EntryUnit(*place_.key, metric)) + RadiusText(value, metric));
   if (line_ == nullptr || !fault_.isEmpty()) return;
   // "0." is on its way to "0.5".
   const EntryReading entry = ReadEntry(*place_.key, ToText(line_->text()), metric);
@@ -128,7 +137,7 @@ void CSettingField::Take(const QString& text) {
   const SettingBinding& binding = place_.key->binding;
   if (!before_) before_ = binding.get(settings_, place_.row);
   const EntryReading entry = ReadEntry(*place_.key, ToText(text), settings_.display.Metric);
-  Mark(FromText(entry.fault));
+  Mark(EngineText(entry.fault));
   if (entry.ok()) {
     Put(entry.value);
   } else {

@@ -8,6 +8,7 @@
 
 #include "settings/setting_entry.h"
 #include "ui/colours.h"
+#include "ui/language.h"
 #include "ui/qt_text.h"
 
 namespace texturon {
@@ -80,7 +81,7 @@ bool CSettingRowsModel::setData(const QModelIndex& index, const QVariant& value,
     wrong_.erase({index.row(), index.column()});
     key.binding.set(settings_, static_cast<std::size_t>(index.row()), entry.value);
   } else {
-    wrong_[{index.row(), index.column()}] = {value.toString(), FromText(entry.fault)};
+    wrong_[{index.row(), index.column()}] = {value.toString(), EngineText(entry.fault)};
   }
   emit dataChanged(index, index);
   emit Edited();

@@ -16,6 +16,7 @@
 #include "presentation/cutoff_proposal.h"
 #include "settings/cutoff_choices.h"
 #include "settings/setting_entry.h"
+#include "ui/language.h"
 #include "ui/qt_text.h"
 
 namespace texturon {
@@ -132,7 +133,7 @@ CFiltersPage::CFiltersPage(Settings& settings, const CTexturonDoc& doc, QWidget*
     });
     connect(own, &CSettingField::Edited, this, [this] { FollowOwnCutoffs(settings_.analysis); });
     AddRow(*form, texts.first, *list);
-    AddRow(*form, tr("The user's own"), *own);
+    AddRow(*form, cutoff == Cutoff::kLong ? tr("Your own long-wave cut-off") : tr("Your own short-wave cut-off"), *own);
   }
   AddProposals(*form);
   static_cast<QVBoxLayout*>(layout())->insertWidget(1, box);
@@ -151,7 +152,7 @@ void CFiltersPage::Refresh() {
       const std::string text = EntryText(key, mm, metric) + " " + EntryUnit(key, metric);
       list->addItem(mm > 0.0 ? FromText(text) : tr("none"));
     }
-    list->addItem(tr("own"));
+    list->addItem(tr("your own, entered below"));
     const auto chosen = static_cast<int>(ChosenCutoff(settings_.analysis, cutoff));
     list->setCurrentIndex(chosen);
     owns_[which]->setEnabled(chosen + 1 == list->count());
@@ -196,7 +197,7 @@ void CFiltersPage::ShowProposals() {
   for (std::size_t i = 0; i < proposals_.size(); ++i) {
     const CutoffProposal proposal = ProposeCutoff(doc_.document(), kBases[i]);
     const auto& [reason, apply] = proposals_[i];
-    reason->setText(Readable(FromText(proposal.reason)));
+    reason->setText(Readable(EngineText(proposal.reason)));
     const bool differs = proposal.cutoffMM && *proposal.cutoffMM != settings_.analysis.LcCutoffMM;
     apply->setVisible(differs);
     if (!differs) continue;
@@ -216,7 +217,7 @@ CRowsPage::CRowsPage(Settings& settings, std::string_view section, QWidget* pare
     if (key.binding.section != section || !key.binding.isRepeated()) continue;
     auto* const title = new QLabel(this);
     titles_.emplace_back(title, &key);
-    title->setToolTip(FromText(key.meaning));
+    title->setToolTip(EngineText(key.meaning));
     grid->addWidget(title, 0, column);
     for (std::size_t row = 0; row < key.binding.rows->count(settings); ++row) {
       if (column == 1) grid->addWidget(new QLabel(QString::number(row + 1), this), static_cast<int>(row) + 1, 0);

@@ -18,6 +18,7 @@
 #include "analysis/form_table.h"
 #include "settings/cutoff_choices.h"
 #include "settings/settings_changes.h"
+#include "ui/language.h"
 #include "ui/qt_text.h"
 #include "ui/sheets/parameters_page.h"
 #include "ui/sheets/presets.h"
@@ -40,7 +41,7 @@ QString ChangedTitles(const Settings& before, const Settings& after) {
     for (std::size_t row = 0; row < count && !differs; ++row) {
       differs = binding.get(before, row) != binding.get(after, row);
     }
-    const QString title = FromText(key.meaning);
+    const QString title = EngineText(key.meaning);
     if (!differs || titles.contains(title)) continue;
     titles << (titles.size() < kMost ? title : QString::fromUtf8("\u2026"));
     if (titles.size() > kMost) break;

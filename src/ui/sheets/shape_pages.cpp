@@ -11,6 +11,7 @@
 #include "platform/platform.h"
 #include "presentation/nominal_preview.h"
 #include "settings/nominal_settings.h"
+#include "ui/language.h"
 #include "ui/qt_text.h"
 
 namespace texturon {
@@ -67,7 +68,7 @@ CFreeFormPage::CFreeFormPage(Settings& settings, const CTexturonDoc& doc, QWidge
 bool CFreeFormPage::TakeText(std::string_view text, const QString& source) {
   PointTable table = ReadPointTable(text);
   if (!table.ok()) {
-    doc_.prompts().ShowMessage(ToText(tr("%1: %2.").arg(source, FromText(table.reason))));
+    doc_.prompts().ShowMessage(ToText(tr("%1: %2.").arg(source, EngineText(table.reason))));
     return false;
   }
   settings_.analysis.freeFormPoints = std::move(table.points);

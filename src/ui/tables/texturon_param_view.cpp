@@ -10,6 +10,7 @@
 
 #include "parameters/catalogue.h"
 #include "presentation/shown_rows.h"
+#include "ui/language.h"
 #include "ui/qt_text.h"
 
 namespace texturon {
@@ -41,10 +42,10 @@ QString TipOf(const Document& document, const ShownRow& row) {
   const ParameterExplanation explanation = ExplainRow(document, row.row.name);
   QStringList lines{FromText(row.title)};
   for (const std::string& text : {explanation.definition, explanation.source}) {
-    if (!text.empty()) lines << FromText(text);
+    if (!text.empty()) lines << EngineText(text);
   }
-  if (!row.reason.empty()) lines << CTexturonParamView::tr("No value: %1.").arg(FromText(row.reason));
-  for (const auto& [meaning, value] : explanation.settings) lines << FromText(meaning) + ": " + FromText(value);
+  if (!row.reason.empty()) lines << CTexturonParamView::tr("No value: %1.").arg(EngineText(row.reason));
+  for (const auto& [meaning, value] : explanation.settings) lines << EngineText(meaning) + ": " + EngineText(value);
   const QString label = FromText(row.label).trimmed();
   if (!label.isEmpty()) lines << Readable(label);
   return lines.join('\n');

@@ -15,6 +15,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "ui/language.h"
 #include "ui/qt_text.h"
 
 namespace texturon {
@@ -88,23 +89,32 @@ public:
 
 void DialogPrompts::ShowMessage(std::string_view text) {
   const AskingScope asking;
-  QMessageBox::warning(parent_, QApplication::applicationDisplayName(), FromText(text));
+  QMessageBox::warning(parent_, QApplication::applicationDisplayName(), EngineText(text));
+}
+
+void DialogPrompts::ShowFailure(std::string_view sentence, std::string_view brief, std::string_view details) {
+  const AskingScope asking;
+  QMessageBox box(QMessageBox::Warning, QApplication::applicationDisplayName(), EngineText(brief), QMessageBox::Ok,
+                  parent_);
+  box.setDetailedText(EngineText(sentence) + "\n\n" + EngineText(details));
+  box.exec();
 }
 
 void DialogPrompts::Notice(std::string_view text) {
   if (auto* const window = qobject_cast<QMainWindow*>(parent_))
-    window->statusBar()->showMessage(FromText(text), 10'000);
+    window->statusBar()->showMessage(EngineText(text), 10'000);
 }
 
 bool DialogPrompts::AskYesNo(std::string_view question) {
   const AskingScope asking;
-  return QMessageBox::question(parent_, QApplication::applicationDisplayName(), FromText(question)) == QMessageBox::Yes;
+  return QMessageBox::question(parent_, QApplication::applicationDisplayName(), EngineText(question)) ==
+         QMessageBox::Yes;
 }
 
 std::optional<std::string> DialogPrompts::AskText(std::string_view prompt, std::string_view preset) {
   const AskingScope asking;
   bool accepted = false;
-  const QString text = QInputDialog::getText(parent_, QApplication::applicationDisplayName(), FromText(prompt),
+  const QString text = QInputDialog::getText(parent_, QApplication::applicationDisplayName(), EngineText(prompt),
                                              QLineEdit::Normal, FromText(preset), &accepted);
   if (!accepted) return std::nullopt;
   const std::string kept = ToText(text);
@@ -117,7 +127,7 @@ std::optional<std::size_t> DialogPrompts::ChooseFromList(std::string_view title,
   QDialog dialog(parent_);
   dialog.setWindowTitle(QApplication::applicationDisplayName());
   auto* const layout = new QVBoxLayout(&dialog);
-  auto* const label = new QLabel(FromText(title), &dialog);
+  auto* const label = new QLabel(EngineText(title), &dialog);
   auto* const list = new QListWidget(&dialog);
   label->setBuddy(list);
   list->setMinimumWidth(dialog.fontMetrics().averageCharWidth() * 70);
@@ -135,7 +145,7 @@ std::optional<std::size_t> DialogPrompts::ChooseFromList(std::string_view title,
 }
 
 std::unique_ptr<Progress> DialogPrompts::OpenProgress(std::string_view caption, std::string_view text) {
-  return std::make_unique<ProgressWindow>(FromText(caption), FromText(text), showAfter_, parent_);
+  return std::make_unique<ProgressWindow>(EngineText(caption), EngineText(text), showAfter_, parent_);
 }
 
 void DialogPrompts::SetBusy(bool busy) {

@@ -17,6 +17,7 @@ public:
       : parent_(parent), showAfter_(showAfter) {}
 
   void ShowMessage(std::string_view text) override;
+  void ShowFailure(std::string_view sentence, std::string_view brief, std::string_view details) override;
   void Notice(std::string_view text) override;
   bool AskYesNo(std::string_view question) override;
   std::optional<std::string> AskText(std::string_view prompt, std::string_view preset) override;

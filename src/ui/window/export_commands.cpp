@@ -11,6 +11,7 @@
 #include "export/qdas_file.h"
 #include "platform/platform.h"
 #include "settings/settings_text.h"
+#include "ui/language.h"
 #include "ui/qt_text.h"
 #include "ui/window/file_dialogs.h"
 #include "ui/window/main_frame.h"
@@ -57,7 +58,7 @@ void CMainFrame::MakeExportMenu() {
   for (const ExportKind& kind : ExportKinds()) {
     AddCommand(kind.isProfile ? *profiles : *curves,
                {.name = "export-" + FromText(kind.name),
-                .text = FromText(kind.menu) + "...",
+                .text = EngineText(kind.menu) + "...",
                 .tip = tr("Writes it to a file."),
                 .needsProfile = true},
                [this, &kind] { OnExport(kind); });
@@ -85,7 +86,7 @@ bool CMainFrame::AskForParameterFile() {
 }
 
 void CMainFrame::OnExport(const ExportKind& kind) {
-  const auto file = AskFileToSave(this, {.title = FromText(kind.menu),
+  const auto file = AskFileToSave(this, {.title = EngineText(kind.menu),
                                          .filters = kind.makeMod != nullptr ? kCsvOrModFilters : kCsvFilters,
                                          .extension = "csv",
                                          .proposal = ProposedName("-" + std::string(kind.name) + ".csv")});

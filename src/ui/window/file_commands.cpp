@@ -20,6 +20,7 @@
 #include "platform/platform.h"
 #include "ui/folders/auto_loading.h"
 #include "ui/folders/folder_batch_window.h"
+#include "ui/language.h"
 #include "ui/qt_text.h"
 #include "ui/report/report.h"
 #include "ui/report/report_layout_dialog.h"
@@ -280,6 +281,7 @@ void CMainFrame::OnPrint(bool previews) {
   printer.setResolution(kReportResolution);
   printer.setDocName(windowTitle());
   const auto print = [this](QPrinter* target) {
+    const EnglishScope english;
     const ReportChoice choice{.layout = UsersReportTemplate()};
     if (PrintReport(*target, doc_->document(), DateText(doc_->environment().localTime()), choice) == 0) {
       doc_->prompts().ShowMessage("The printer cannot be used.");

@@ -10,6 +10,7 @@
 #include <system_error>
 
 #include "formats/extension_table.h"
+#include "ui/language.h"
 #include "ui/qt_text.h"
 
 namespace texturon {
@@ -63,7 +64,7 @@ std::optional<std::filesystem::path> Ask(QFileDialog& dialog, const FileQuestion
 QString QtFilters(const QString& filters) {
   const QStringList parts = filters.split('|', Qt::SkipEmptyParts);
   QStringList names;
-  for (qsizetype i = 0; i + 1 < parts.size(); i += 2) names << QString(parts[i]).replace("(*.*)", "(*)");
+  for (qsizetype i = 0; i + 1 < parts.size(); i += 2) names << EngineText(ToText(parts[i])).replace("(*.*)", "(*)");
   return names.join(";;");
 }
 

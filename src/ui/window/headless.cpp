@@ -78,7 +78,8 @@ int RunHeadless(const QStringList& arguments) {
       "picture", QObject::tr("Writes one picture of the report, .svg or PNG: %1.").arg(PictureNames()), "NAME");
   const QCommandLineOption screenshot("screenshot", QObject::tr("Writes a PNG of the main window."), "FILE");
   const QCommandLineOption output("o", QObject::tr("Where to."), "OUT");
-  const QCommandLineOption settingsFile("settings", QObject::tr("Settings file to analyse with."), "INI");
+  const QCommandLineOption settingsFile("settings", QObject::tr("Settings file to analyse with, also in a window."),
+                                        "INI");
   const QCommandLineOption another("new", QObject::tr("Opens a window beside the one that is open already."));
   parser.addOptions({report, layout, picture, screenshot, output, settingsFile, another});
   parser.addPositionalArgument("profile", QObject::tr("Profile to open in the window."), "[PROFILE]");

@@ -2,6 +2,7 @@
 
 #include "ui/window/main_frame.h"
 
+#include <QActionGroup>
 #include <QApplication>
 #include <QDragEnterEvent>
 #include <QLabel>
@@ -15,6 +16,7 @@
 
 #include "settings/working_settings.h"
 #include "ui/folders/auto_loading.h"
+#include "ui/language.h"
 #include "ui/plots/texturon_view.h"
 #include "ui/qt_text.h"
 #include "ui/tables/texturon_param_view.h"
@@ -164,6 +166,7 @@ void CMainFrame::MakeHelpMenu() {
               .keys = QKeySequence(Qt::Key_F1),
               .tip = tr("What is done without a menu.")},
              [this] { CKeysDialog(*this).exec(); });
+  MakeLanguageMenu(*menu->addMenu(tr("&Language")));
   AddCommand(*menu, {.name = "about", .text = tr("&About"), .tip = tr("What this program is.")}, [this] {
     QMessageBox::about(
         this, tr("About Texturon"),
@@ -174,13 +177,27 @@ void CMainFrame::MakeHelpMenu() {
   });
 }
 
+void CMainFrame::MakeLanguageMenu(QMenu& menu) {
+  auto* const group = new QActionGroup(this);
+  for (const Language& language : Languages()) {
+    const QString code = language.code;
+    QAction* const action = AddCommand(menu, {.name = "language-" + code, .text = language.name}, [this, code] {
+      ChooseLanguage(code);
+      statusBar()->showMessage(tr("The window speaks it from the next start on."), 5'000);
+    });
+    action->setCheckable(true);
+    action->setChecked(code == ChosenLanguage());
+    group->addAction(action);
+  }
+}
+
 void CMainFrame::UseWorkingSettings(WorkingSettings& store) {
   workingSettings_ = &store;
   saveDefaults_->setEnabled(true);
   Settings settings = doc_->document().settings;
   const std::string remark = store.Load(settings);
   doc_->StartFrom(std::move(settings), store.Loaded());
-  if (!remark.empty()) statusBar()->showMessage(FromText(remark));
+  if (!remark.empty()) statusBar()->showMessage(EngineText(remark));
 }
 
 bool CMainFrame::OnSaveDefaults() {
@@ -198,9 +215,14 @@ bool CMainFrame::OnSaveDefaults() {
 
 void CMainFrame::UpdateState() {
   for (QAction* const action : needProfile_) action->setEnabled(doc_->HasProfile());
-  const QString file = FromPath(doc_->document().profiles.sourceFile);
-  setWindowTitle(file.isEmpty() ? QApplication::applicationDisplayName()
-                                : QString("%1[*] - %2").arg(file, QApplication::applicationDisplayName()));
+  const std::filesystem::path& file = doc_->document().profiles.sourceFile;
+  QString title = QApplication::applicationDisplayName();
+  if (!file.empty()) {
+    // The name first: a bar of tasks shows no more of it.
+    const QString folder = FromPath(file.parent_path());
+    title = FromPath(file.filename()) + "[*]" + (folder.isEmpty() ? QString() : " (" + folder + ")") + " - " + title;
+  }
+  setWindowTitle(title);
   setWindowModified(doc_->IsModified());
 }
 

@@ -142,6 +142,7 @@ private:
 
   // main_frame.cpp
   void MakeHelpMenu();
+  void MakeLanguageMenu(QMenu& menu);
   /// False where they are saved nowhere; a message has said why, or the user has cancelled.
   bool OnSaveSettings();
   bool OnSaveDefaults();

@@ -14,6 +14,7 @@
 
 #include "platform/platform.h"
 #include "settings/working_settings.h"
+#include "ui/language.h"
 #include "ui/qt_text.h"
 #include "ui/window/main_frame.h"
 #include "ui/window/single_instance.h"
@@ -50,7 +51,8 @@ void BringForward(CMainFrame& frame) {
   frame.activateWindow();
 }
 
-int RunFrame(const QStringList& files, CSingleInstance* others) {
+/// `settings`: a file to start with; empty: the working settings.
+int RunFrame(const QStringList& files, const QString& settings, CSingleInstance* others) {
   const Environment environment = SystemEnvironment();
   WorkingSettings store(environment.programFolder, UserFolder());
   CMainFrame frame(environment);
@@ -72,6 +74,7 @@ int RunFrame(const QStringList& files, CSingleInstance* others) {
   if (files.isEmpty()) OpenSample(frame);
   frame.show();
   frame.KeepStateIn(environment.stateFolder);
+  if (!settings.isEmpty()) frame.Doc().LoadSettingsFile(ToPath(settings));
   frame.OfferLeftOver();
   OpenFirst(frame, files);
   const int status = QApplication::exec();
@@ -87,17 +90,20 @@ int RunFrame(const QStringList& files, CSingleInstance* others) {
 int RunWindow(const QStringList& arguments) {
   QCommandLineParser parser;
   const QCommandLineOption another("new");
-  parser.addOption(another);
+  const QCommandLineOption settings("settings", {}, "INI");
+  parser.addOptions({another, settings});
   if (!parser.parse(arguments)) {
     std::cerr << "texturon-desktop: " << parser.errorText().toStdString() << ".\n";
     return 2;
   }
+  UseLanguage(ChosenLanguage());
   QStringList files;
   for (const QString& file : parser.positionalArguments()) files << QFileInfo(file).absoluteFilePath();
-  if (parser.isSet(another)) return RunFrame(files, nullptr);
+  // The window that is open has settings of its own, which this start must not change.
+  if (parser.isSet(another) || parser.isSet(settings)) return RunFrame(files, parser.value(settings), nullptr);
   CSingleInstance others(CSingleInstance::UsualName());
   if (others.HandOverOrListen(files)) return 0;
-  return RunFrame(files, &others);
+  return RunFrame(files, {}, &others);
 }
 
 }  // namespace texturon

@@ -15,6 +15,7 @@
 #include "platform/platform.h"
 #include "settings/settings_changes.h"
 #include "settings/settings_file.h"
+#include "ui/language.h"
 #include "ui/qt_text.h"
 
 namespace texturon {
@@ -99,7 +100,12 @@ bool CTexturonDoc::Show(const RecordSource& source) {
     Document next = document_;
     const RunStep loaded = LoadRecord(next, source, diverted, environment_);
     if (!loaded.ok()) {
-      prompts_.ShowMessage(FileSentence(source.path, loaded.Reason()));
+      const std::string sentence = FileSentence(source.path, loaded.Reason());
+      if (loaded.attempts.empty()) {
+        prompts_.ShowMessage(sentence);
+      } else {
+        prompts_.ShowFailure(sentence, FileSentence(source.path, "cannot be read as a profile"), loaded.attempts);
+      }
       return false;
     }
     for (const std::string& message : diverted.messages()) prompts_.ShowMessage(message);
@@ -362,7 +368,7 @@ void CTexturonDoc::Change(const Step& step, const Manner& manner) {
   emit Changed();
   if (diverted.messages().empty()) return;
   QStringList sentences;
-  for (const std::string& message : diverted.messages()) sentences << FromText(message);
+  for (const std::string& message : diverted.messages()) sentences << EngineText(message);
   emit Complained(sentences.join(' '));
 }
 

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "presentation/shown_rows.h"
+#include "ui/language.h"
 #include "ui/plots/texturon_view.h"
 #include "ui/qt_text.h"
 #include "ui/sheets/setting_dialog.h"
@@ -23,7 +24,7 @@ void CMainFrame::MakeViewMenu() {
   QMenu* const menu = menuBar()->addMenu(tr("&View"));
   for (std::size_t curve = 0; curve <= kShownForm; ++curve) {
     QString title = tr("Removed F&orm");
-    if (curve < kShownForm) title = FromText(ProfileTitle(static_cast<ProfileKind>(curve), 1000.0));
+    if (curve < kShownForm) title = EngineText(ProfileTitle(static_cast<ProfileKind>(curve), 1000.0));
     title = title.left(title.indexOf(" (") < 0 ? title.size() : title.indexOf(" ("));
     AddSwitch(
         *menu,

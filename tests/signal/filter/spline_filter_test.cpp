@@ -125,7 +125,8 @@ TEST(SplineFilter, FollowsTheSameEquationsForAFewPointsAndForOddTensions) {
   }
 }
 
-/// Without weights the coefficients are shared by both ends and reused once they repeat; with weights of 1 they are not.
+/// Without weights the coefficients are shared by both ends and reused once they repeat; with weights of 1 they are
+/// not.
 TEST(SplineFilter, WeightsOfOneGiveTheSameBits) {
   std::mt19937_64 random(3);
   std::normal_distribution<double> noise;

@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: Apache-2.0
+
+// Other languages: complete, with every figure in its place, and in no file.
+
+#include "ui/language.h"
+
+#include <set>
+
+#include "analysis/document_export.h"
+#include "parameters/ratio_rows.h"
+#include "presentation/report_template.h"
+#include "settings/setting_choices.h"
+#include "ui/qt_text.h"
+#include "ui/report/report.h"
+#include "ui/sheets/settings_sheet.h"
+#include "ui/window_fixture.h"
+
+namespace texturon {
+namespace {
+
+class InGerman : public WindowTest {
+protected:
+  InGerman() { UseLanguage("de"); }
+  ~InGerman() override { UseLanguage("en"); }
+};
+
+/// The texts in tr(), translate() and QT_TRANSLATE_NOOP() of the windows' sources. Runs without a window are English.
+QStringList TextsOfSources() {
+  static const QRegularExpression call(
+      R"(\b(?:tr\(\s*|translate\(\s*"\w+",\s*|QT_TRANSLATE_NOOP\(\s*"\w+",\s*)((?:"(?:[^"\\]|\\.)*"\s*)+))");
+  static const QRegularExpression literal(R"re("((?:[^"\\]|\\.)*)")re");
+  QStringList texts;
+  for (const auto& entry :
+       std::filesystem::recursive_directory_iterator(std::filesystem::path(TEXTURON_SOURCE_DIR) / "src/ui")) {
+    if (entry.path().extension() != ".cpp" || entry.path().filename() == "headless.cpp") continue;
+    QFile file(FromPath(entry.path()));
+    file.open(QIODevice::ReadOnly);
+    for (auto calls = call.globalMatch(QString::fromUtf8(file.readAll())); calls.hasNext();) {
+      QString text;
+      for (auto parts = literal.globalMatch(calls.next().captured(1)); parts.hasNext();)
+        text += parts.next().captured(1);
+      texts << text.replace("\\n", "\n").replace("\\u00B5", QString::fromUtf8("\u00B5"));
+    }
+  }
+  return texts;
+}
+
+/// What a window shows of the engine's tables.
+QStringList TextsOfTables() {
+  QStringList texts;
+  const auto add = [&texts](std::string_view text) { texts << FromText(text); };
+  for (const SettingKey& key : SettingsTable()) {
+    add(key.meaning);
+    add(key.entry.columnTitle);
+    if (key.entry.group == SettingGroup::kNone) continue;
+    for (const SettingChoice& choice : ChoicesOf(key)) add(choice.name);
+  }
+  for (const SettingGroupTitles& group : SettingGroups()) {
+    add(group.page);
+    add(group.title);
+  }
+  for (const MasterRow& row : MasterCatalogue()) add(row.definition);
+  for (const char* const name : {"Pmr", "RHtp"}) add(FindRatioRowKind(name)->definition);
+  for (std::size_t why = 0; why <= static_cast<std::size_t>(Why::kParallelLines); ++why) {
+    add(ReasonPattern(static_cast<Why>(why)));
+  }
+  for (const ExportKind& kind : ExportKinds()) add(kind.menu);
+  for (const ReportBlockRow& row : ReportBlocks()) add(row.meaning);
+  return texts;
+}
+
+std::multiset<QString> PlacesOf(const QString& text) {
+  static const QRegularExpression place("%[0-9n]|\\{[0-9]");
+  std::multiset<QString> places;
+  for (auto found = place.globalMatch(text); found.hasNext();) places.insert(found.next().captured());
+  return places;
+}
+
+TEST(Language, HasEveryTextWithAllThatIsPutIn) {
+  const QHash<QString, QString> german = ReadWords("de");
+  const QStringList sources = TextsOfSources();
+  EXPECT_GT(sources.size(), 300) << "the sources are read";
+  for (const QString& text : sources + TextsOfTables()) {
+    EXPECT_TRUE(text.isEmpty() || german.contains(text)) << "no German for: " << text.toStdString();
+  }
+  for (auto word = german.cbegin(); word != german.cend(); ++word) {
+    const bool isCounted = word.key().contains("%n");
+    for (const QString& form : isCounted ? word->split('|') : QStringList{*word}) {
+      EXPECT_EQ(PlacesOf(form), PlacesOf(word.key())) << word.key().toStdString();
+      EXPECT_FALSE(form.isEmpty()) << word.key().toStdString();
+    }
+    EXPECT_TRUE(!isCounted || word->count('|') == 1) << word.key().toStdString();
+  }
+}
+
+TEST_F(InGerman, SentencesOfTheEngineKeepTheirFigures) {
+  const std::pair<std::string, const char*> sentences[] = {
+      {ReasonText({Why::kFewSamplingLengths, {7, 5}}, true), "braucht 7 Einzelmessstrecken; dieses Profil hat 5"},
+      {ReasonText({Why::kFewElements, {1, 0}}, true), "braucht 1 Profilelement; dieses Profil hat keine"},
+      {ReasonText({Why::kFewPointsBetween, {5, 95, 1}}, true),
+       "braucht zwei Punkte mit Materialanteilen von 5 % bis 95 %; dieses Profil hat 1"},
+      {"Not exported: there is no Primary Profile.", "Nicht exportiert: es fehlt: Primärprofil."},
+      {"/tmp/Depth.lmt does not exist.", "/tmp/Depth.lmt gibt es nicht."},
+      {"nobody has translated 7 of this", "nobody has translated 7 of this"}};
+  for (const auto& [english, german] : sentences) EXPECT_EQ(EngineText(english).toStdString(), german);
+  for (std::size_t why = 0; why <= static_cast<std::size_t>(Why::kParallelLines); ++why) {
+    const std::string english = ReasonText({static_cast<Why>(why), {1.5, 2.5, 3.5}}, true);
+    const QString german = EngineText(english);
+    EXPECT_NE(german, FromText(english));
+    for (const char* const figure : {"1.5", "2.5", "3.5"}) {
+      EXPECT_EQ(german.contains(figure), FromText(english).contains(figure)) << english;
+    }
+  }
+  EXPECT_EQ(QObject::tr("Opened the first of %n files.", nullptr, 2), "Die erste von 2 Dateien geöffnet.");
+}
+
+TEST_F(InGerman, TheWindowSpeaksItAndFilesDoNot) {
+  const auto report = [this](const char* name) {
+    QString reason;
+    EXPECT_TRUE(WriteReport(FromPath(folder_ / name), InForce(), "now", reason)) << reason.toStdString();
+    return folder_.Read(name);
+  };
+  ASSERT_TRUE(Doc().Open(Sample("honed.lmt")));
+  CSettingsSheet sheet(Doc(), nullptr);
+  EXPECT_EQ(sheet.windowTitle(), "Auswerteeinstellungen");
+  const std::string german = report("de.html");
+  UseLanguage("en");
+  EXPECT_EQ(sheet.windowTitle(), "Auswerteeinstellungen") << "what is there stays as it is";
+  EXPECT_EQ(report("en.html"), german);
+}
+
+TEST_F(InGerman, LettersOfAMenuAreUnique) {
+  MakeFrame(prompts_);
+  QList<QWidget*> menus{frame_->menuBar()};
+  for (QMenu* const menu : frame_->menuBar()->findChildren<QMenu*>()) menus << menu;
+  for (const QWidget* const menu : menus) {
+    QMap<QString, QString> texts;
+    for (const QAction* const action : menu->actions()) {
+      const QString letter = QKeySequence::mnemonic(action->text()).toString();
+      EXPECT_TRUE(letter.isEmpty() || !texts.contains(letter))
+          << action->text().toStdString() << " and " << texts[letter].toStdString();
+      texts[letter] = action->text();
+    }
+  }
+  EXPECT_EQ(frame_->menuBar()->actions().first()->text(), "&Datei");
+}
+
+TEST_F(InGerman, IsTheUsersChoice) {
+  EXPECT_EQ(ChosenLanguage(), "en");
+  Choose("language-de");
+  EXPECT_EQ(ChosenLanguage(), "de");
+  ChooseLanguage("en");
+}
+
+}  // namespace
+}  // namespace texturon
