@@ -300,17 +300,10 @@ void JoinSides(std::vector<Requirement>& requirements, const std::vector<bool>& 
 
 }  // namespace
 
-std::string Requirement::Text() const {
-  std::string text = (isUpper ? "U " : "L ") + name + " " + ShortestText(limit);
-  if (edition == Edition::k1997) return text + (rule == AcceptanceRule::kMaximum ? " (max)" : " (16 %)");
-  if (rule != AcceptanceRule::kMaximum) text += " " + ruleText;
-  if (!className.empty()) text += " " + className;
-  return text;
-}
-
 IndicationResult ReadIndication(std::string_view text, const ClassTable& classes) {
   IndicationResult result;
   std::vector<bool> isSettledByItself;
+  constexpr std::string_view kEditionMark = "ISO";
   std::optional<Edition> said;
   for (const TextPart& part : LinesOf(text)) {
     WordList words(part);
@@ -329,6 +322,9 @@ IndicationResult ReadIndication(std::string_view text, const ClassTable& classes
       if (!reader.Read(requirement)) return {{}, reader.Fault(), reader.Place()};
       isSettledByItself.push_back(reader.WrittenItems().chosen != nullptr || reader.WrittenItems().longMM.has_value());
     }
+    requirement.source = TrimBlanks(part.text);
+    const bool saysSo = EqualIgnoringCase(requirement.source.substr(0, kEditionMark.size()), kEditionMark);
+    if (said == Edition::k1997 && !saysSo) requirement.source = "ISO1302 " + requirement.source;
     result.requirements.push_back(std::move(requirement));
   }
   if (result.requirements.empty()) result.fault = "nothing stands here";
@@ -376,9 +372,31 @@ void ApplyRequirement(const Requirement& requirement, AnalysisSettings& settings
   standard.EvaluationLengthMM = requirement.lengthMM.value_or(0.0);
   standard.CompleteSections = true;
   standard.Class = requirement.className;
+  standard.Indication = requirement.source;
   standard.MostSpacingUM = requirement.mostSpacingUM;
   standard.MostTipRadiusUM = requirement.mostTipRadiusUM;
   settings.parameters = {{.name = requirement.rowName, .tolerance = ToleranceOf(requirement)}};
+}
+
+bool AddRequirement(const Requirement& requirement, AnalysisSettings& settings) {
+  AnalysisSettings own = settings;
+  ApplyRequirement(requirement, own);
+  const ParameterSelection row = own.parameters.front();
+  const std::string indication = settings.standard.Indication + " | " + own.standard.Indication;
+  own.parameters = settings.parameters;
+  own.standard.Indication = settings.standard.Indication;
+  if (own != settings) return false;
+  settings.standard.Indication = indication;
+  const auto held = std::find_if(settings.parameters.begin(), settings.parameters.end(),
+                                 [&row](const ParameterSelection& other) { return other.name == row.name; });
+  if (held == settings.parameters.end()) {
+    settings.parameters.push_back(row);
+    return true;
+  }
+  held->tolerance.bilateral = true;
+  held->tolerance.upperLimit = std::min(held->tolerance.upperLimit, row.tolerance.upperLimit);
+  held->tolerance.lowerLimit = std::max(held->tolerance.lowerLimit, row.tolerance.lowerLimit);
+  return true;
 }
 
 std::string_view ConformityWord(Acceptance verdict) {

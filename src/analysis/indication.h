@@ -20,6 +20,7 @@ namespace texturon {
 struct Requirement {
   Edition edition = Edition::k2021;  ///< k1997 for the drawings of ISO 1302:2002
   bool isUpper = true;
+  std::string source;   ///< its line of the text
   std::string name;     ///< as the drawing has it: "Rz", "Rmr(5,1.2)"
   std::string rowName;  ///< of the row that is compared; empty: this program has none
   double limit = 0.0;   ///< in `unit`
@@ -37,9 +38,6 @@ struct Requirement {
   std::vector<std::string> notes;  ///< sentences
   double mostSpacingUM = 0.0;      ///< 0: not settled
   double mostTipRadiusUM = 0.0;
-
-  /// As it stands on a drawing of its edition: "U Rz 6.3 T16%".
-  std::string Text() const;
 };
 
 struct IndicationResult {
@@ -67,6 +65,10 @@ void CompleteRequirement(Requirement& requirement, const SettingClass* chosen, s
 
 /// Puts a requirement's settings in force: edition, filters, lengths, the row with its limit. It lacks nothing.
 void ApplyRequirement(const Requirement& requirement, AnalysisSettings& settings);
+
+/// Adds a requirement to settings that those of another one are in force in: its row, or its limit to the row that is
+/// there. False, with nothing changed, where it is measured in another way.
+bool AddRequirement(const Requirement& requirement, AnalysisSettings& settings);
 
 /// The limits as a row has them; an open side is infinite.
 Tolerance ToleranceOf(const Requirement& requirement);

@@ -45,43 +45,21 @@ struct MeasuredTogether {
   std::vector<std::size_t> requirements;
 };
 
-/// The settings without the rows.
-AnalysisSettings WithoutRows(AnalysisSettings settings) {
-  settings.parameters.clear();
-  return settings;
-}
-
-/// Adds a row, or its other limit to the row that is there.
-void AddRow(const ParameterSelection& row, std::vector<ParameterSelection>& rows) {
-  const auto held = std::find_if(rows.begin(), rows.end(),
-                                 [&row](const ParameterSelection& other) { return other.name == row.name; });
-  if (held == rows.end()) {
-    rows.push_back(row);
-    return;
-  }
-  held->tolerance.bilateral = true;
-  held->tolerance.upperLimit = std::min(held->tolerance.upperLimit, row.tolerance.upperLimit);
-  held->tolerance.lowerLimit = std::max(held->tolerance.lowerLimit, row.tolerance.lowerLimit);
-}
-
 std::vector<MeasuredTogether> Group(const std::vector<Requirement>& requirements, const Document& start) {
   std::vector<MeasuredTogether> groups;
   for (std::size_t i = 0; i < requirements.size(); ++i) {
     if (!requirements[i].missing.empty()) continue;
-    Settings settings = start.settings;
-    ApplyRequirement(requirements[i], settings.analysis);
-    const ParameterSelection row = settings.analysis.parameters.front();
+    Settings settings;
     auto group = std::find_if(groups.begin(), groups.end(), [&](const MeasuredTogether& other) {
-      return WithoutRows(other.start.settings.analysis) == WithoutRows(settings.analysis);
+      settings = other.start.settings;
+      return AddRequirement(requirements[i], settings.analysis);
     });
     if (group == groups.end()) {
       groups.push_back({.start = start, .requirements = {}});
       group = groups.end() - 1;
-      settings.analysis.parameters.clear();
-    } else {
-      settings = group->start.settings;
+      settings = start.settings;
+      ApplyRequirement(requirements[i], settings.analysis);
     }
-    AddRow(row, settings.analysis.parameters);
     ApplySettings(group->start, std::move(settings));
     group->requirements.push_back(i);
   }
@@ -107,11 +85,12 @@ public:
     int status = setup_.settingsHadProblems ? kExitRefused : kExitDone;
     for (const JudgedRequirement& judged : judged_) {
       if (judged.requirement.missing.empty()) continue;
-      Complain(Utf8FromWindows1252(judged.requirement.Text() + ": " + judged.requirement.missing + "."));
+      Complain(Utf8FromWindows1252(judged.requirement.source + ": " + judged.requirement.missing + "."));
       status = kExitRefused;
     }
     const bool isOneObject = files.size() == 1 && groups_.size() == 1;
     for (const InputFile& file : files) {
+      isUnreadable_ = false;
       for (const MeasuredTogether& group : groups_) {
         if (!Measure(file, group, prompts, isOneObject)) status = kExitRefused;
       }
@@ -135,7 +114,8 @@ private:
     document.wanted = {.spectrum = analyze_.withProfiles, .heightCurves = false, .coreRoughness = false};
     prompts.BeginFile(file.name);
     const Environment environment = SystemEnvironment();
-    const bool isLoaded = LoadInto(document, file, setup_, prompts, environment);
+    const bool isLoaded = !isUnreadable_ && LoadInto(document, file, setup_, prompts, environment);
+    isUnreadable_ = !isLoaded;
     const RunStep run = isLoaded ? AnalyseRecord(document, prompts, environment) : RunStep{.cause = "not loaded"};
     if (isLoaded && !run.ok()) Complain(file.name + ": not analysed, " + run.cause + ".");
     for (const std::size_t i : group.requirements) {
@@ -183,10 +163,8 @@ private:
 
   void PrintVerdictLines() const {
     for (const JudgedRequirement& judged : judged_) {
-      const bool isComplete = judged.requirement.missing.empty();
-      const AcceptanceResult result = isComplete ? Judge(judged.requirement, *judged.values)
-                                                 : AcceptanceResult{Acceptance::kUndecided, "settings are missing"};
-      std::cout << "Requirement,\"" << Utf8FromWindows1252(judged.requirement.Text()) << "\","
+      const AcceptanceResult result = judged.Verdict();
+      std::cout << "Requirement,\"" << Utf8FromWindows1252(judged.requirement.source) << "\","
                 << ConformityWord(result.verdict) << "," << result.by << "\n";
     }
   }
@@ -196,6 +174,7 @@ private:
   std::vector<MeasuredTogether> groups_;
   std::vector<JudgedRequirement> judged_;
   bool isFirstShown_ = false;
+  bool isUnreadable_ = false;  ///< the file at hand: said once
 };
 
 }  // namespace

@@ -19,19 +19,6 @@ std::string_view EditionWord(const Requirement& requirement) {
   return requirement.edition == Edition::k2021 ? "2021" : "2002";
 }
 
-AcceptanceResult VerdictOf(const JudgedRequirement& judged) {
-  if (!judged.requirement.missing.empty()) return {Acceptance::kUndecided, "settings are missing"};
-  return Judge(judged.requirement, *judged.values);
-}
-
-std::string LengthOf(const std::optional<double>& length, std::string_view unit) {
-  return length ? ShortestText(*length) + " " + std::string(unit) : "open";
-}
-
-void AppendLine(std::string& out, std::string_view title, const std::string& text) {
-  out += "  " + PadRight(std::string(title), 20) + text + "\n";
-}
-
 }  // namespace
 
 std::vector<Requirement> RequirementsOf(const std::string& text, const ClassTable& classes) {
@@ -82,7 +69,7 @@ void WriteRequirements(JsonWriter& json, const std::vector<JudgedRequirement>& r
       json.BeginArray();
       for (const auto& value : *judged.values) value ? json.Number(*value) : json.Null();
       json.EndArray();
-      const AcceptanceResult verdict = VerdictOf(judged);
+      const AcceptanceResult verdict = judged.Verdict();
       text("verdict", ConformityWord(verdict.verdict));
       text("by", verdict.by);
     }
@@ -92,30 +79,12 @@ void WriteRequirements(JsonWriter& json, const std::vector<JudgedRequirement>& r
 }
 
 std::string RequirementsText(const std::vector<JudgedRequirement>& requirements) {
+  constexpr std::size_t kTitleWidth = 20;
   std::string out;
   for (const JudgedRequirement& judged : requirements) {
-    const Requirement& requirement = judged.requirement;
     if (!out.empty()) out += "\n";
-    out += Utf8(requirement.Text()) + "\n";
-    AppendLine(out, "Edition", requirement.edition == Edition::k2021 ? "ISO 21920-1:2021" : "ISO 1302:2002");
-    AppendLine(out, requirement.isUpper ? "Upper limit" : "Lower limit",
-               Utf8(requirement.name) + " " + ShortestText(requirement.limit) + " " + Utf8(requirement.unit));
-    AppendLine(out, "Rule", Utf8(requirement.ruleText));
-    AppendLine(out, "Class", requirement.className.empty() ? "-" : Utf8(requirement.className));
-    AppendLine(out, "Long-wave index", LengthOf(requirement.longIndexMM, "mm"));
-    AppendLine(out, "Short-wave index", LengthOf(requirement.shortIndexUM, "\xC2\xB5m"));
-    const std::string sections = requirement.sections ? IntegerText(*requirement.sections) : "open";
-    AppendLine(out, "Sections", sections + " of " + LengthOf(requirement.sectionMM, "mm"));
-    AppendLine(out, "Evaluation length", LengthOf(requirement.lengthMM, "mm"));
-    if (!requirement.missing.empty()) AppendLine(out, "Incomplete", Utf8(requirement.missing));
-    for (const std::string& note : requirement.notes) AppendLine(out, "Note", Utf8(note));
-    if (!judged.values) continue;
-    std::string values;
-    for (const auto& value : *judged.values)
-      values += (values.empty() ? "" : ", ") + (value ? ShortestText(*value) : "-");
-    AppendLine(out, "Values", values);
-    const AcceptanceResult verdict = VerdictOf(judged);
-    AppendLine(out, "Verdict", std::string(ConformityWord(verdict.verdict)) + " (" + std::string(verdict.by) + ")");
+    out += Utf8(judged.requirement.source) + "\n";
+    for (const auto& [title, text] : MeaningOf(judged)) out += "  " + PadRight(title, kTitleWidth) + Utf8(text) + "\n";
   }
   return out;
 }

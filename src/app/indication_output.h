@@ -2,24 +2,17 @@
 
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "analysis/indication.h"
-#include "analysis/value_statistics.h"
 #include "app/json_writer.h"
+#include "presentation/requirement_texts.h"
 
 namespace texturon {
 
 /// Reads an indication in UTF-8. Throws UsageError with a sentence that points at the place where it is not understood.
 std::vector<Requirement> RequirementsOf(const std::string& text, const ClassTable& classes);
-
-/// A requirement with the values that it is held against.
-struct JudgedRequirement {
-  Requirement requirement;
-  std::optional<ValueSeries> values;  ///< none: nothing was measured
-};
 
 /// The member "requirements": what each asks for, and with values their verdict and what decided.
 void WriteRequirements(JsonWriter& json, const std::vector<JudgedRequirement>& requirements);

@@ -61,6 +61,21 @@ ParameterExplanation ExplainRow(const Document& document, std::string_view name)
   return explanation;
 }
 
+ParameterExplanation ExplainRow(const Document& document, const ParameterDef& row) {
+  if (row.edition == Edition::k1997) return ExplainRow(document, row.name);
+  ParameterExplanation explanation;
+  const EditionName name = ParseEditionName(row.name);
+  explanation.source = kEdition2021Title;
+  if (name.row != nullptr) {
+    explanation.definition = name.row->definition;
+    explanation.source += ", " + std::string(TrustText(name.row->trust));
+  }
+  for (const SettingKey* const key : SettingsOfProfile(row.name, document.settings)) {
+    explanation.settings.emplace_back(key->meaning, DescribeValue(*key, key->binding.get(document.settings, 0)));
+  }
+  return explanation;
+}
+
 std::int32_t ColumnsOfTable(const DisplaySettings& display) {
   return std::clamp(display.ParameterColumns, 1, kMostParameterColumns);
 }

@@ -446,6 +446,7 @@ constexpr auto kTable = std::to_array<SettingKey>({
      In(kStandard, kFromZero)},
     {STANDARD(MostTipRadiusUM), "um", "tip radius above which a notice says that it is too blunt; 0: none", "",
      In(kStandard, kFromZero)},
+    {STANDARD(Indication), "", "indication of a drawing that reports name with its verdict", "", In(kStandard)},
     {STANDARD(ClassTable), "", "file with the table of the setting classes; empty: the built-in one", "",
      In(kStandard)},
     {STANDARD(HillThresholdPercent), "%", "least peak height of a hill of the elements, percent of Rp", "",
@@ -458,6 +459,8 @@ constexpr auto kTable = std::to_array<SettingKey>({
     {STANDARD(AutocorrelationLevel), "", "autocorrelation at the lag Ral", "", In(kStandardRows, Between(-1.0, 1.0))},
     {STANDARD(VolumeUpperPercent), "%", "material ratio p of the volumes", "", In(kStandardRows, kPercent)},
     {STANDARD(VolumeLowerPercent), "%", "material ratio q of the volumes", "", In(kStandardRows, kPercent)},
+    {Bind<&Settings::display, &DisplaySettings::ShowFeatures>("STANDARD", "ShowFeatures", KeyWritten::kWhereChanged),
+     "", "draw hills and dales on the profile", "", In(kStandardRows)},
 });
 
 #undef TOLERANCE
@@ -519,6 +522,18 @@ KeyIndex MakeIndex() {
 
 std::span<const SettingKey> SettingsTable() {
   return kTable;
+}
+
+std::vector<std::string_view> WordsOf(const SettingBinding& binding) {
+  std::vector<std::string_view> words;
+  if (binding.words.empty()) return words;
+  if (std::get<std::string>(binding.get(Settings(), 0)).empty()) words.emplace_back();
+  for (std::size_t begin = 0; begin <= binding.words.size();) {
+    const std::size_t end = std::min(binding.words.find(',', begin), binding.words.size());
+    words.push_back(TrimBlanks(binding.words.substr(begin, end - begin)));
+    begin = end + 1;
+  }
+  return words;
 }
 
 std::string KeyOfRow(const SettingBinding& binding, std::size_t row) {

@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 #include <variant>
+#include <vector>
 
 #include "settings/setting_groups.h"
 #include "settings/settings.h"
@@ -104,6 +105,9 @@ struct SettingKey {
 /// field in settings.h and a row here: reading, writing, --set, the listing, the documentation and the window's sheets
 /// go by this table.
 std::span<const SettingKey> SettingsTable();
+
+/// The words that a text may be, the empty one first where it may be left out; none: any text.
+std::vector<std::string_view> WordsOf(const SettingBinding& binding);
 
 /// The key of a row as it stands in a file: Name03, X000006(mm); the key itself where it does not repeat.
 std::string KeyOfRow(const SettingBinding& binding, std::size_t row);

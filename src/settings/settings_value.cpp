@@ -87,13 +87,10 @@ ReadSettingResult ReadSetting(SettingType type, std::string_view text) {
 }
 
 bool IsWordOf(const SettingBinding& binding, std::string_view text) {
-  if (binding.words.empty() || text.empty()) return true;
-  for (std::string_view rest = binding.words;;) {
-    const std::size_t comma = std::min(rest.find(','), rest.size());
-    if (EqualIgnoringCase(TrimBlanks(rest.substr(0, comma)), text)) return true;
-    if (comma == rest.size()) return false;
-    rest.remove_prefix(comma + 1);
-  }
+  const std::vector<std::string_view> words = WordsOf(binding);
+  return words.empty() || text.empty() || std::any_of(words.begin(), words.end(), [text](std::string_view word) {
+           return EqualIgnoringCase(word, text);
+         });
 }
 
 std::string FaultOfSetting(const SettingBinding& binding, const ReadSettingResult& read) {

@@ -21,6 +21,7 @@ struct StandardSettings {
   std::string Class;                // setting class that the others were taken from
   double MostSpacingUM = 0.0;       // a notice where points lie farther apart; 0: none
   double MostTipRadiusUM = 0.0;     // a notice for a blunter tip; 0: none
+  std::string Indication;           // of a drawing: reports name it with its verdict
   std::string ClassTable;           // file; empty: the built-in table
 
   double HillThresholdPercent = 10.0;  // of Rp
