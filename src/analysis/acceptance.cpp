@@ -16,6 +16,7 @@ constexpr AcceptanceRuleName kRules[] = {
     {AcceptanceRule::kMaximum, "max"}, {AcceptanceRule::k16Percent, "16%"}, {AcceptanceRule::kMedian, "median"}};
 
 constexpr std::size_t kFewestForShare = 3;
+constexpr AcceptanceResult kNoValue = {Acceptance::kUndecided, "no value"};
 constexpr AcceptanceResult kTooFew = {Acceptance::kUndecided, "fewer than three values"};
 
 /// One limit of a row and the values that are held against it.
@@ -86,6 +87,24 @@ AcceptanceResult AcceptSide(const Side& side, AcceptanceRule rule) {
   return AcceptByMaximum(side);
 }
 
+/// The values that there are.
+struct Measured {
+  explicit Measured(std::span<const std::optional<double>> values) {
+    for (const std::optional<double>& value : values) {
+      if (value) present.push_back(*value);
+    }
+    isMissing = present.size() < values.size();
+  }
+  /// What would pass is undecided where a value is missing.
+  AcceptanceResult Allowing(const AcceptanceResult& result) const {
+    const bool isOpen = isMissing && result.verdict == Acceptance::kPass;
+    return isOpen ? AcceptanceResult{Acceptance::kUndecided, "a value is missing"} : result;
+  }
+
+  std::vector<double> present;
+  bool isMissing = false;
+};
+
 }  // namespace
 
 std::span<const AcceptanceRuleName> AcceptanceRules() {
@@ -109,25 +128,26 @@ std::string_view AcceptanceWord(Acceptance verdict) {
   return "UNDECIDED";
 }
 
+AcceptanceResult AcceptLimit(std::span<const std::optional<double>> values, double limit, bool isUpper,
+                             AcceptanceRule rule) {
+  const Measured measured(values);
+  if (measured.present.empty()) return kNoValue;
+  return measured.Allowing(AcceptSide({measured.present, limit, isUpper}, rule));
+}
+
 std::optional<AcceptanceResult> Accept(std::span<const std::optional<double>> values, const Tolerance& tolerance,
                                        AcceptanceRule rule) {
   if (!tolerance.toleranced) return std::nullopt;
-  std::vector<double> present;
-  for (const std::optional<double>& value : values) {
-    if (value) present.push_back(*value);
-  }
-  if (present.empty()) return AcceptanceResult{Acceptance::kUndecided, "no value"};
+  const Measured measured(values);
+  if (measured.present.empty()) return kNoValue;
   const LimitsInForce limits = LimitsOf(tolerance);
   AcceptanceResult result{Acceptance::kPass, "no limit"};
   for (const auto& [limit, isUpper] : {std::pair(limits.upper, true), std::pair(limits.lower, false)}) {
     if (!limit || result.verdict == Acceptance::kFail) continue;
-    const AcceptanceResult side = AcceptSide({present, *limit, isUpper}, rule);
+    const AcceptanceResult side = AcceptSide({measured.present, *limit, isUpper}, rule);
     if (side.verdict != Acceptance::kPass || result.verdict == Acceptance::kPass) result = side;
   }
-  const bool isMissing = present.size() < values.size();
-  if (isMissing && result.verdict == Acceptance::kPass)
-    return AcceptanceResult{Acceptance::kUndecided, "a value is missing"};
-  return result;
+  return measured.Allowing(result);
 }
 
 }  // namespace texturon

@@ -50,4 +50,8 @@ struct AcceptanceResult {
 std::optional<AcceptanceResult> Accept(std::span<const std::optional<double>> values, const Tolerance& tolerance,
                                        AcceptanceRule rule);
 
+/// The same for one limit, whatever its value.
+AcceptanceResult AcceptLimit(std::span<const std::optional<double>> values, double limit, bool isUpper,
+                             AcceptanceRule rule);
+
 }  // namespace texturon

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "analysis/captions.h"
+#include "analysis/edition_json.h"
 #include "analysis/ratio_row_list.h"
 #include "base/charset.h"
 #include "base/units.h"
@@ -67,8 +68,10 @@ public:
       Text("imperial_unit", PrintedUnit(row.quantity.imperialUnit));
       Number("imperial_factor", row.quantity.imperialFactor);
       Bool("valid", row.valid);
-      Text("label", RowLabel(row.name, document_.settings.analysis, document_.settings.display.Metric));
+      const bool hasLabel = row.edition == Edition::k1997;
+      Text("label", hasLabel ? RowLabel(row.name, document_.settings.analysis, document_.settings.display.Metric) : "");
       Judge(row);
+      WriteEditionOfRow(json_, document_, row);
       json_.EndObject();
     }
     json_.EndArray();
@@ -227,6 +230,7 @@ void WriteAnalysisJson(std::ostream& out, const Document& document, std::string_
   json.BeginObject();
   json.Key("file");
   json.Text(file);
+  if (const std::string_view edition = EditionTitle(document); !edition.empty()) writer.Text("edition", edition);
   writer.Text("identification", document.profiles.identification);
   writer.Text("date", document.profiles.dateTime);
   writer.Number("spacing_um", document.profiles.spacingUM);
@@ -252,6 +256,7 @@ void WriteAnalysisJson(std::ostream& out, const Document& document, std::string_
   }
   if (options.uncertaintyRequest != nullptr) WriteUncertaintyBudget(json, *options.uncertaintyRequest);
   if (options.withProfiles) writer.Profiles();
+  if (options.more) options.more(json);
   json.EndObject();
   json.Finish();
 }

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <functional>
 #include <iosfwd>
 #include <string>
 #include <string_view>
@@ -20,6 +21,7 @@ struct AnalysisJsonOptions {
   const RunRequest* request = nullptr;  ///< how the call asked for it; null: that is left out, with program and input
   const UncertaintyRequest* uncertaintyRequest = nullptr;  ///< both or none
   const UncertaintyResult* uncertainty = nullptr;
+  std::function<void(JsonWriter&)> more = {};  ///< writes further members at the end
 };
 
 /// Writes the JSON object of one analysed file. `file` is in the system's own bytes, `messages` are Windows-1252.

@@ -6,7 +6,9 @@
 #include <new>
 #include <utility>
 
+#include "analysis/filter_step.h"
 #include "analysis/pipeline.h"
+#include "base/number_text.h"
 #include "formats/import.h"
 #include "platform/platform.h"
 
@@ -47,6 +49,12 @@ RunStep AnalyseRecord(Document& document, Prompts& prompts, const Environment& e
         return {.loaded = true};
       case ComputeOutcome::kEmptyPrimary:
         return {.loaded = true, .cause = "no primary profile is left"};
+      case ComputeOutcome::kTooShort: {
+        const auto missing = FindMissingSections(document);
+        return {.loaded = true,
+                .cause = "there is room for " + IntegerText(missing ? missing->found : 0) + " of " +
+                         IntegerText(missing ? missing->asked : 0) + " sections"};
+      }
       case ComputeOutcome::kNoProfile:
       case ComputeOutcome::kRefused:
         break;

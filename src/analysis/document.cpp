@@ -4,6 +4,8 @@
 
 #include <utility>
 
+#include "parameters/edition2021/edition_list.h"
+
 namespace texturon {
 
 namespace {
@@ -26,7 +28,7 @@ void ApplySettings(Document& document, Settings settings) {
   std::optional<DiscardSetting>& replaced = document.scope.wholeCutoffs;
   if (replaced && DiscardOf(settings) != DiscardOf(document.settings)) replaced = DiscardOf(settings);
   document.settings = std::move(settings);
-  document.catalogue = MakeWorkingList(document.settings.analysis.parameters, document.catalogue);
+  document.catalogue = MakeEditionList(document.settings.analysis, document.catalogue);
 }
 
 void SetProfile(Document& document, ProfileSet profiles) {

@@ -229,7 +229,7 @@ std::optional<QdasText> QdasTextOf(const Document& document, const std::tm& time
     characteristics.push_back(std::move(characteristic));
   };
   for (const ParameterDef& row : document.catalogue.rows) {
-    if (row.selected) add(row, row.name);
+    if (row.selected) add(row, row.NameWithEdition());
   }
   for (const auto& entries : {SelectedMaterialRatios(document), SelectedHtps(document)}) {
     for (const RatioRowEntry& entry : entries) add(entry.row, entry.row.name + entry.label);

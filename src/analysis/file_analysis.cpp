@@ -18,7 +18,7 @@ namespace texturon {
 namespace {
 
 ColumnValue ColumnOf(const ParameterDef& row, bool metric) {
-  ColumnValue column{.name = row.name, .text = ShownValue(row, metric)};
+  ColumnValue column{.name = row.NameWithEdition(), .text = ShownValue(row, metric)};
   column.unit = PrintedUnit(row.quantity.Unit(metric));
   column.outOfTolerance = JudgeRow(row) == Verdict::kFail;
   if (row.valid && std::isfinite(row.value)) column.value = row.quantity.Shown(row.value, metric);

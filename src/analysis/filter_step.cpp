@@ -7,9 +7,11 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "analysis/compute_range.h"
 #include "base/number_text.h"
+#include "base/quantity.h"
 #include "base/units.h"
 #include "parameters/height_statistics.h"
 #include "settings/filter_table.h"
@@ -50,13 +52,14 @@ void FilterShortWaves(Document& document) {
   profiles.primaryRange = computed;
 }
 
-FilterRange FilterLongWaves(Document& document, Prompts& prompts) {
-  ProfileSet& profiles = document.profiles;
+/// The mean line of the primary profile, into `line` over the primary range.
+FilterRange FilterPrimary(const Document& document, const FilterRow* filter, std::vector<double>& line,
+                          Prompts& prompts) {
+  const ProfileSet& profiles = document.profiles;
   const AnalysisSettings& settings = document.settings.analysis;
-  const FilterRow* const filter = LongWaveFilter(settings);
   if (filter == nullptr) return std::nullopt;
-  const std::span<const double> z = Part(std::as_const(profiles.primary), *profiles.primaryRange);
-  const std::span<double> w = Part(profiles.waviness, *profiles.primaryRange);
+  const std::span<const double> z = Part(profiles.primary, *profiles.primaryRange);
+  const std::span<double> w = Part(line, *profiles.primaryRange);
   FilterSetup setup{.spacingUM = profiles.residualSpacingUM,
                     .cutoffMM = settings.LcCutoffMM * document.cutoffDeviation.longWave,
                     .tension = settings.SplineTension};
@@ -77,6 +80,14 @@ IndexRange DiscardEnds(const IndexRange& filtered, std::int32_t primaryCount, do
   const std::int32_t discard = StepsInLength(settings.UserDiscardLengthMM, spacingUM);
   if (discard <= filtered.first || discard >= filtered.count / 2) return filtered;
   return IndexRange::FromEnds(discard, std::min(primaryCount - discard - 1, filtered.last));
+}
+
+/// The evaluation length of the settings in the middle of what the filter leaves; all of that where it is no longer.
+IndexRange MiddleOf(const IndexRange& filtered, double spacingUM, const AnalysisSettings& settings) {
+  if (!(settings.standard.EvaluationLengthMM > 0.0)) return filtered;
+  const std::int32_t count = StepsInLength(settings.standard.EvaluationLengthMM, spacingUM);
+  if (count < 1 || count >= filtered.count) return filtered;
+  return IndexRange::FromCount(filtered.first + (filtered.count - count) / 2, count);
 }
 
 void UsePrimaryAsWaviness(ProfileSet& profiles) {
@@ -109,10 +120,12 @@ bool FilterStep(Document& document, Prompts& prompts) {
   results.primaryPeak = extremes.highest;
   results.primaryValleyDepth = -extremes.lowest;
 
-  if (const auto filtered = FilterLongWaves(document, prompts)) {
-    const IndexRange range =
-        DiscardEnds(*filtered, profiles.primaryRange->count, profiles.residualSpacingUM, document.settings.analysis)
-            .ShiftedBy(profiles.primaryRange->first);
+  const FilterRow* const longWaves = LongWaveFilter(document.settings.analysis);
+  if (const auto filtered = FilterPrimary(document, longWaves, profiles.waviness, prompts)) {
+    const double spacingUM = profiles.residualSpacingUM;
+    AnalysisSettings& settings = document.settings.analysis;
+    const IndexRange kept = DiscardEnds(*filtered, profiles.primaryRange->count, spacingUM, settings);
+    const IndexRange range = MiddleOf(kept, spacingUM, settings).ShiftedBy(profiles.primaryRange->first);
     profiles.evaluationRange = range;
     profiles.longCutoffMM = document.settings.analysis.LcCutoffMM;
     for (auto i = static_cast<std::size_t>(range.first); i <= static_cast<std::size_t>(range.last); ++i) {
@@ -123,6 +136,34 @@ bool FilterStep(Document& document, Prompts& prompts) {
     UsePrimaryAsWaviness(profiles);
   }
   return true;
+}
+
+std::string MissingSections::Text(bool metric) const {
+  return "The record has room for " + IntegerText(found) + " of " + IntegerText(asked) + " sections of " +
+         LengthText(lengthMM, metric) + "; ask for that many sections to compute with them.";
+}
+
+std::optional<MissingSections> FindMissingSections(const Document& document) {
+  const StandardSettings& standard = document.settings.analysis.standard;
+  const auto& range = document.profiles.evaluationRange;
+  if (!standard.CompleteSections || !(standard.EvaluationLengthMM > 0.0) || standard.Sections < 1 || !range) {
+    return std::nullopt;
+  }
+  const double spacingUM = document.profiles.residualSpacingUM;
+  if (range->count >= StepsInLength(standard.EvaluationLengthMM, spacingUM)) return std::nullopt;
+  const double lengthMM = standard.EvaluationLengthMM / standard.Sections;
+  const double present = WholePartsOfLength(range->count * spacingUM * kMillimetresPerMicrometre, lengthMM);
+  return MissingSections{standard.Sections, RoundToIndex(present), lengthMM};
+}
+
+std::optional<std::vector<double>> CoreRoughness(const Document& document, Prompts& prompts) {
+  const FilterRow* const filter = CoreFilter(document.settings.analysis);
+  const ProfileSet& profiles = document.profiles;
+  if (filter == nullptr || !profiles.primaryRange || !profiles.longCutoffMM) return std::nullopt;
+  std::vector<double> heights(profiles.primary.size());
+  if (!FilterPrimary(document, filter, heights, prompts)) return std::nullopt;
+  for (std::size_t i = 0; i < heights.size(); ++i) heights[i] = profiles.primary[i] - heights[i];
+  return heights;
 }
 
 }  // namespace texturon

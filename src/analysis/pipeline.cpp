@@ -3,6 +3,7 @@
 #include "analysis/pipeline.h"
 
 #include <algorithm>
+#include <optional>
 #include <span>
 #include <string>
 #include <utility>
@@ -15,9 +16,12 @@
 #include "analysis/form_step.h"
 #include "analysis/spectrum_step.h"
 #include "base/number_text.h"
+#include "base/units.h"
 #include "parameters/driver.h"
+#include "parameters/edition2021/edition_list.h"
 #include "platform/busy_scope.h"
 #include "platform/platform.h"
+#include "settings/filter_table.h"
 
 namespace texturon {
 namespace {
@@ -55,6 +59,11 @@ void ComputeSelectedParameters(Document& document, Prompts& prompts, const Envir
   const auto viewIf = [&profiles](ProfileKind kind) {
     return profiles.Has(kind) ? std::optional(profiles.View(kind)) : std::nullopt;
   };
+  const bool coreIsRoughness = CoreFilter(document.settings.analysis) == nullptr;
+  std::optional<std::vector<double>> core;
+  if (!coreIsRoughness && NeedsCoreProfile(document.catalogue)) core = CoreRoughness(document, prompts);
+  std::optional<Profile> coreView;
+  if (core) coreView = Profile{ProfileKind::kRoughness, *core, *profiles.evaluationRange, profiles.residualSpacingUM};
   DriverReport report =
       ComputeParameters(document.catalogue, {.settings = document.settings.analysis,
                                              .formSuppressed = viewIf(ProfileKind::kFormSuppressed),
@@ -64,6 +73,8 @@ void ComputeSelectedParameters(Document& document, Prompts& prompts, const Envir
                                              .sortedPrimary = results.primaryCurve.heightsUM,
                                              .sortedRoughness = results.roughnessCurve.heightsUM,
                                              .wantsCoreRoughness = document.wanted.coreRoughness,
+                                             .coreRoughness = coreView,
+                                             .coreIsRoughness = coreIsRoughness,
                                              .wavinessLengthMM = WavinessLengthMM(document.settings.analysis)});
   results.coreRoughness = report.coreRoughness;
   KeepEnvelope(profiles.closing, std::move(report.closingUM), profiles);
@@ -85,6 +96,25 @@ void ComputeRatioRows(Document& document) {
       ComputeMaterialRatios(results.roughnessCurve.heightsUM, settings.roughnessMaterialRatios);
   results.primaryHtps = ComputeHtps(results.primaryCurve.heightsUM, settings.primaryHtps);
   results.roughnessHtps = ComputeHtps(results.roughnessCurve.heightsUM, settings.roughnessHtps);
+}
+
+/// Says where the record is coarser than its setting class allows.
+void NoticeOfClass(const Document& document, Prompts& prompts) {
+  const StandardSettings& standard = document.settings.analysis.standard;
+  const std::string forClass = standard.Class.empty() ? "" : " of " + standard.Class;
+  const double spacingUM = document.profiles.spacingUM;
+  const double tipUM = document.profiles.tipRadiusMM * kMicrometresPerMillimetre;
+  constexpr double kRounding = 1.0 + 1e-9;
+  const auto say = [&](std::string_view what, double value, double most) {
+    prompts.Notice("The " + std::string(what) + " of " + SignificantText(value, 4) + " \xB5m is above the " +
+                   ShortestText(most) + " \xB5m" + forClass + ".");
+  };
+  if (standard.MostSpacingUM > 0.0 && spacingUM > standard.MostSpacingUM * kRounding) {
+    say("point spacing", spacingUM, standard.MostSpacingUM);
+  }
+  if (standard.MostTipRadiusUM > 0.0 && tipUM > standard.MostTipRadiusUM * kRounding) {
+    say("tip radius", tipUM, standard.MostTipRadiusUM);
+  }
 }
 
 }  // namespace
@@ -119,6 +149,11 @@ ComputeOutcome Compute(Document& document, Prompts& prompts, const Environment& 
   // Not earlier: the steps write settings that follow from others.
   document.results.request = document.Request();
   if (!hasPrimary) return ComputeOutcome::kEmptyPrimary;
+  NoticeOfClass(document, prompts);
+  if (const auto missing = FindMissingSections(document)) {
+    prompts.ShowMessage(missing->Text(document.settings.display.Metric));
+    return ComputeOutcome::kTooShort;
+  }
   ComputeSpectrum(document);
   ComputeHeightCurves(document);
   ComputeSelectedParameters(document, prompts, environment);

@@ -13,6 +13,7 @@ enum class ComputeOutcome {
   kDone,
   kNoProfile,     ///< nothing loaded, nothing done
   kRefused,       ///< too few points to compute over; a message said so, the former results stand
+  kTooShort,      ///< no room for the sections asked for; a message said so, there are profiles but no rows
   kEmptyPrimary,  ///< no primary profile was left; the run ended after the filters
 };
 

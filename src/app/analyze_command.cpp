@@ -142,6 +142,7 @@ RunStep AnalyseOne(Document& document, const InputFile& file, const RunSetup& se
 
 int RunAnalyze(const AnalyzeOptions& analyze, const CommonOptions& common) {
   if (!analyze.again.empty()) return RunAgain(analyze, common);
+  if (!analyze.indication.empty()) return RunIndicatedAnalysis(analyze, common);
   const std::vector<InputFile> files = InputFiles(analyze.files, common);
   ConsolePrompts prompts({.answersYes = common.answer == "yes", .isQuiet = common.quiet});
   auto setup = PrepareRun(common, prompts);

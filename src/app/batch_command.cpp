@@ -178,6 +178,12 @@ int RunBatch(const BatchOptions& options, const CommonOptions& common) {
     ComplainOf(options.parameterFile, objection);
     return kExitRefused;
   }
+  const std::string header = ParameterFileTextOf(setup->document, {}).header;
+  if (const std::string objection = OtherEdition(PathFromSystemText(options.parameterFile), header);
+      !objection.empty()) {
+    ComplainOf(options.parameterFile, objection);
+    return kExitRefused;
+  }
   const Environment environment = SystemEnvironment();
   if (!options.qdas.empty() && !QdasTextOf(setup->document, environment.localTime())) {
     ComplainOf(options.qdas, "gets nothing: no row has limits");

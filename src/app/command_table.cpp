@@ -49,6 +49,24 @@ void AddStandardInput(CLI::App& command, CommonOptions& options) {
       ->type_name("EXT");
 }
 
+void AddEditionOptions(CLI::App& command, CommonOptions& options) {
+  command
+      .add_option("--edition", options.edition, "edition of the standards that the rows are of (that of the settings)")
+      ->type_name("1997|2021|both")
+      ->check(CLI::IsMember({"1997", "2021", "both"}));
+  command.add_option("--class", options.settingClass, "setting class of ISO 21920-3: cut-offs, filters and lengths")
+      ->type_name("Sc1..Sc5");
+  command.add_option("--class-table", options.classTable, "a lab's own table of the classes")->type_name("INI");
+  command.add_option("--sections", options.sections, "sections of the evaluation length (5)")
+      ->type_name("N")
+      ->check(CLI::Range(1, 1000));
+  command
+      .add_option("--feature", options.features,
+                  "a feature parameter as a row of its own: P: FC; D; Wolfprune 5 %; All; HDh; Mean; may be repeated")
+      ->type_name("TEXT")
+      ->allow_extra_args(false);
+}
+
 void AddComputeOptions(CLI::App& command, CommonOptions& options) {
   command
       .add_option("--region", options.region,
@@ -61,6 +79,7 @@ void AddComputeOptions(CLI::App& command, CommonOptions& options) {
   command.add_flag("--all-data-for-form", options.allDataForForm, "fit the form over the whole record");
   command.add_flag("--imperial", options.imperial, "show imperial units");
   command.add_flag("--no-trace", options.noTrace, "write no side file of the heights given to the element finder");
+  AddEditionOptions(command, options);
 }
 
 void AddBatchOptions(CLI::App& command, BatchOptions& options) {
@@ -145,6 +164,11 @@ void AddAnalyze(CLI::App& command, CommonOptions& common, int& status) {
       .add_option("--append-to", options->appendTo, "add a row a file to a parameter file, which is created if need be")
       ->type_name("CSV");
   AddQdas(command, options->qdas);
+  command
+      .add_option("--indication", options->indication,
+                  "what a drawing asks for: settings, rows, limits and the verdict over the files")
+      ->type_name("TEXT")
+      ->excludes(beside);
   CLI::Option* const statistics = command.add_flag("--statistics")
                                       ->description("a column a file, then mean, standard deviation, range and verdict")
                                       ->excludes(beside);
@@ -249,9 +273,24 @@ void AddVerify(CLI::App& command, CommonOptions& /*common*/, int& status) {
   command.callback([=, &status] { status = RunVerify(*options); });
 }
 
+void AddIndication(CLI::App& command, CommonOptions& /*common*/, int& status) {
+  const auto options = std::make_shared<IndicationOptions>();
+  command.add_option("text", options->text, "an indication as it stands on a drawing: U Rz 6.3 T16%")
+      ->required()
+      ->type_name("TEXT");
+  command.add_option("--values", options->values, "measured values, one each evaluation length: the verdict over them")
+      ->type_name("A,B,C");
+  command.add_option("--class-table", options->classTable, "a lab's own table of the classes")->type_name("INI");
+  command.add_flag("--json", options->asJson, "one JSON object");
+  command.callback([=, &status] { status = RunIndication(*options); });
+}
+
 void AddParameters(CLI::App& command, CommonOptions& /*common*/, int& status) {
   const auto options = std::make_shared<ParametersOptions>();
   command.add_flag("--json", options->asJson, "one JSON array with an object a row");
+  command.add_option("--edition", options->edition, "edition of the standards (1997)")
+      ->type_name("1997|2021")
+      ->check(CLI::IsMember({"1997", "2021"}));
   command.callback([=, &status] { status = RunParameters(*options); });
 }
 
@@ -275,6 +314,7 @@ constexpr ConsoleCommand kCommands[] = {
     {"batch", "analyse the files of a folder, one row each in a parameter file", AddBatch},
     {"watch", "analyse what arrives in a folder, hold and delete it", AddWatch},
     {"verify", "analyse the built-in standards, whose values are known, through every format", AddVerify},
+    {"indication", "say what an indication of a drawing asks for", AddIndication},
     {"parameters", "list the parameter catalogue", AddParameters},
     {"formats", "list the file formats", AddFormats},
     {"settings", "list every setting with type, unit and default", AddSettings},

@@ -28,6 +28,7 @@ struct AnalyzeOptions {
   std::optional<std::int32_t> decisionRule;  ///< before that of the settings
   bool statistics = false;                   ///< also what all files come to
   std::optional<AcceptanceRule> acceptance;  ///< rule of its verdicts, before that of the settings
+  std::string indication;                    ///< of a drawing: its settings, rows and limits; empty: none
   std::string appendTo;                      ///< parameter file that gets a row a file; empty: none
 };
 
@@ -85,7 +86,15 @@ struct VerifyOptions {
   std::string report;  ///< file that gets the whole; empty: none
 };
 
+struct IndicationOptions {
+  std::string text;
+  std::string values;      ///< separated by commas; empty: none
+  std::string classTable;  ///< file
+  bool asJson = false;
+};
+
 struct ParametersOptions {
+  std::string edition = "1997";
   bool asJson = false;
 };
 
@@ -109,6 +118,9 @@ std::string WriterExtensions();
 int RunInspect(const InspectOptions& inspect, const CommonOptions& common);
 int RunVerify(const VerifyOptions& options);
 int RunWatch(const WatchOptions& options, const CommonOptions& common);
+int RunIndication(const IndicationOptions& options);
+/// The analysis of files for the requirements of a drawing, and whether they are kept.
+int RunIndicatedAnalysis(const AnalyzeOptions& analyze, const CommonOptions& common);
 int RunParameters(const ParametersOptions& options);
 int RunFormats();
 int RunSettings(const SettingsOptions& options);

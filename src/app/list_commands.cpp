@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include <algorithm>
 #include <iostream>
 #include <string>
 #include <vector>
 
 #include "app/commands.h"
+#include "app/edition_output.h"
 #include "app/table_text.h"
 #include "base/charset.h"
 #include "base/ini_file.h"
@@ -22,21 +22,8 @@
 namespace texturon {
 namespace {
 
-/// Rows of cells under aligned columns; the last one is not padded. Cells are UTF-8.
 void PrintColumns(const std::vector<std::vector<std::string>>& rows) {
-  std::vector<std::size_t> widths;
-  for (const auto& row : rows) {
-    widths.resize(std::max(widths.size(), row.size()));
-    for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], ShownWidth(row[i]));
-  }
-  for (const auto& row : rows) {
-    std::string line;
-    for (std::size_t i = 0; i < row.size(); ++i) {
-      line += i + 1 < row.size() ? PadRight(row[i], widths[i] + 2) : row[i];
-    }
-    line.erase(line.find_last_not_of(' ') + 1);
-    std::cout << line << "\n";
-  }
+  std::cout << ColumnsText(rows);
 }
 
 std::string Utf8(std::string_view text) {
@@ -93,6 +80,7 @@ int PrintParametersJson() {
 }  // namespace
 
 int RunParameters(const ParametersOptions& options) {
+  if (options.edition == NameOf(Edition::k2021)) return PrintEditionParameters(options.asJson);
   if (options.asJson) return PrintParametersJson();
   std::vector<std::vector<std::string>> rows = {{"NAME", "UNIT", "IMPERIAL", "FACTOR", "SOURCE", "DEFINITION"}};
   for (const MasterRow& row : MasterCatalogue()) {

@@ -11,6 +11,7 @@
 
 #include "analysis/analysis_run.h"
 #include "analysis/file_clash.h"
+#include "app/edition_output.h"
 #include "base/charset.h"
 #include "base/number_text.h"
 #include "formats/companion_file.h"
@@ -139,6 +140,7 @@ std::optional<RunSetup> PrepareRun(const CommonOptions& options, ConsolePrompts&
     if (!LoadSettingsFile(options.settingsFile, settings, prompts, setup.settingsHadProblems)) return std::nullopt;
   }
   ApplyAssignments(options.assignments, settings);
+  ApplyEditionOptions(options, settings);
   if (options.imperial) settings.display.Metric = false;
   ApplySettings(setup.document, std::move(settings));
   ApplyRunOptions(options, setup);
@@ -175,6 +177,7 @@ void RefuseClash(RunFiles files, const CommonOptions& options) {
   }
   files.reads.insert(files.reads.end(), companions.begin(), companions.end());
   files.reads.push_back(PathFromSystemText(options.settingsFile));
+  files.reads.push_back(PathFromSystemText(options.classTable));
   const std::string clash = FileClash(files);
   if (!clash.empty()) throw UsageError{Utf8FromWindows1252(clash)};
 }

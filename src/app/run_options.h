@@ -28,8 +28,13 @@ struct CommonOptions {
   std::string exclude;                   ///< FIRST,LAST
   std::string spacing;
   std::string answer;
-  std::string standardInputAs;  ///< extension that standard input is read as
-  std::int32_t profile = 0;     ///< 0: not chosen
+  std::string standardInputAs;        ///< extension that standard input is read as
+  std::string edition;                ///< 1997, 2021 or both; empty: that of the settings
+  std::string settingClass;           ///< Sc1 to Sc5
+  std::string classTable;             ///< file
+  std::vector<std::string> features;  ///< "P: FC; D; ..."
+  std::int32_t sections = 0;          ///< 0: not given
+  std::int32_t profile = 0;           ///< 0: not chosen
   std::int32_t column = 1;
   bool imperial = false;
   bool quiet = false;

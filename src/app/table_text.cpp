@@ -22,4 +22,22 @@ std::string PadLeft(const std::string& text, std::size_t width) {
   return shown < width ? std::string(width - shown, ' ') + text : text;
 }
 
+std::string ColumnsText(const std::vector<std::vector<std::string>>& rows) {
+  std::vector<std::size_t> widths;
+  for (const auto& row : rows) {
+    widths.resize(std::max(widths.size(), row.size()));
+    for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], ShownWidth(row[i]));
+  }
+  std::string text;
+  for (const auto& row : rows) {
+    std::string line;
+    for (std::size_t i = 0; i < row.size(); ++i) {
+      line += i + 1 < row.size() ? PadRight(row[i], widths[i] + 2) : row[i];
+    }
+    line.erase(line.find_last_not_of(' ') + 1);
+    text += line + "\n";
+  }
+  return text;
+}
+
 }  // namespace texturon

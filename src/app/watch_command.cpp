@@ -3,6 +3,7 @@
 #include <iostream>
 #include <utility>
 
+#include "analysis/document_export.h"
 #include "app/commands.h"
 #include "app/provenance_companion.h"
 #include "app/qdas_output.h"
@@ -45,6 +46,11 @@ int RunWatch(const WatchOptions& options, const CommonOptions& common) {
   if (watch.logsEvents) clashing.writes.push_back(environment.workingFolder / EventLog::kName);
   RefuseClash(std::move(clashing), common);
   if (const std::string objection = NoParameterFile(watch.parameterFile); !objection.empty()) {
+    ComplainOf(SystemTextFromPath(watch.parameterFile), objection);
+    return kExitRefused;
+  }
+  const std::string header = ParameterFileTextOf(setup->document, {}).header;
+  if (const std::string objection = OtherEdition(watch.parameterFile, header); !objection.empty()) {
     ComplainOf(SystemTextFromPath(watch.parameterFile), objection);
     return kExitRefused;
   }

@@ -13,7 +13,7 @@ namespace texturon {
 namespace {
 
 std::string LabelOf(const ParameterDef& row, const AnalysisSettings& settings, bool metric) {
-  const MasterRow* const master = FindOwnMasterRow(row.name);
+  const MasterRow* const master = row.edition == Edition::k1997 ? FindOwnMasterRow(row.name) : nullptr;
   const std::string label = master != nullptr ? master->details.csvLabel.Of(settings, metric) : std::string();
   return label.empty() ? PrintedUnit(row.quantity.Unit(metric)) : label;
 }
@@ -35,8 +35,9 @@ std::string HtpColumn(const HtpRow& row) {
   return InColumn("(" + FixedText(row.lowerPercent, 1) + " %  " + FixedText(row.upperPercent, 1) + " %)");
 }
 
-int DecimalsOf(std::string_view name) {
-  if (name.starts_with('A')) return 6;
+int DecimalsOf(const ParameterDef& row) {
+  const std::string_view name = row.name;
+  if (name.starts_with('A') || row.edition != Edition::k1997) return 6;
   const MasterRow* const master = FindOwnMasterRow(name);
   return master != nullptr ? master->details.csvDecimals : 3;
 }
@@ -85,7 +86,7 @@ std::string ParameterCsvHeader(const ParameterCsvInput& input) {
   std::string labels = R"("   ", "     ", "             ", "       ")";
   for (const ParameterDef& row : input.catalogue.rows) {
     if (!row.selected) continue;
-    titles += InColumn(OnOneLine(row.name));
+    titles += InColumn(OnOneLine(row.NameWithEdition()));
     labels += InColumn(LabelOf(row, input.settings, input.metric));
   }
   const RatioColumns columns{input};
@@ -121,7 +122,7 @@ std::string ParameterCsvRow(const ParameterCsvInput& input) {
                      OnOneLine(ParameterCsvSettingsText(input)) + "      \"";
   for (const ParameterDef& row : input.catalogue.rows) {
     if (!row.selected) continue;
-    line += Value(row.valid, row.quantity.Shown(row.value, metric), DecimalsOf(row.name));
+    line += Value(row.valid, row.quantity.Shown(row.value, metric), DecimalsOf(row));
   }
   const RatioColumns columns{input};
   columns.MaterialRatios([&line](const MaterialRatioRow& /*row*/, const RatioRowResult& result, bool /*isPrimary*/) {

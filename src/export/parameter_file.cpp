@@ -42,6 +42,61 @@ std::string Objection(std::string_view start) {
   return "is no parameter file: its first line does not begin with Time, Source, Identification, Settings";
 }
 
+/// Which editions the columns of a line of titles are of; those of the configurable rows are of none.
+struct ColumnEditions {
+  bool hasOld = false;
+  bool hasNew = false;
+
+  friend bool operator==(const ColumnEditions&, const ColumnEditions&) = default;
+};
+ColumnEditions EditionsOf(std::string_view line) {
+  constexpr std::size_t kTitlesBefore = 4;
+  constexpr std::string_view kNewEnd = "/2021";
+  constexpr std::string_view kOfNone[] = {"Pmr", "Rmr", "Tpa", "Tpi", "Phtp", "Rhtp"};
+  ColumnEditions editions;
+  std::size_t column = 0;
+  while (!line.empty()) {
+    std::size_t end = 0;
+    for (bool isQuoted = false; end < line.size(); ++end) {
+      if (line[end] == '"') isQuoted = !isQuoted;
+      if (!isQuoted && (line[end] == ',' || line[end] == ';' || line[end] == '\t')) break;
+    }
+    std::string_view title = line.substr(0, end);
+    line.remove_prefix(std::min(end + 1, line.size()));
+    while (!title.empty() && (title.front() == ' ' || title.front() == '"')) title.remove_prefix(1);
+    while (!title.empty() && (title.back() == ' ' || title.back() == '"')) title.remove_suffix(1);
+    if (column++ < kTitlesBefore || title.empty()) continue;
+    const bool isNew = title.ends_with(kNewEnd);
+    const bool isOfNone = std::find(std::begin(kOfNone), std::end(kOfNone), title) != std::end(kOfNone);
+    editions.hasNew = editions.hasNew || isNew;
+    editions.hasOld = editions.hasOld || (!isNew && !isOfNone);
+  }
+  return editions;
+}
+
+constexpr std::size_t kLongestTitles = 1U << 16U;
+
+std::string EditionObjection(std::string_view start, std::string_view header) {
+  const std::size_t end = start.find_first_of("\r\n");
+  if (end == std::string_view::npos) return {};
+  const ColumnEditions held = EditionsOf(start.substr(0, end));
+  const ColumnEditions added = EditionsOf(header.substr(0, header.find_first_of("\r\n")));
+  if ((!held.hasNew && !added.hasNew) || held == added) return {};
+  const auto named = [](const ColumnEditions& editions) {
+    return editions.hasNew && editions.hasOld ? std::string("both editions")
+                                              : std::string("the edition of ") + (editions.hasNew ? "2021" : "1997");
+  };
+  return "has columns of " + named(held) + ", the rows are of " + named(added);
+}
+
+std::string StartOf(const std::filesystem::path& path, std::size_t length) {
+  std::string start(length, '\0');
+  std::ifstream file(path, std::ios::binary);
+  file.read(start.data(), static_cast<std::streamsize>(start.size()));
+  start.resize(static_cast<std::size_t>(file.gcount()));
+  return start;
+}
+
 std::unique_ptr<AppendFile> Hold(const std::filesystem::path& path, InUse inUse, const std::function<bool()>& givesUp) {
   if (inUse == InUse::kWait) return WaitForAppendFile(path, std::chrono::hours(24 * 365), givesUp);
   auto file = std::make_unique<AppendFile>(path);
@@ -83,11 +138,17 @@ std::string NoParameterFile(const AppendFile& file) {
 std::string NoParameterFile(const std::filesystem::path& path) {
   std::error_code error;
   if (!std::filesystem::is_regular_file(path, error)) return {};  // whoever opens it says what is wrong with it
-  std::string start(kStart, '\0');
-  std::ifstream file(path, std::ios::binary);
-  file.read(start.data(), static_cast<std::streamsize>(start.size()));
-  start.resize(static_cast<std::size_t>(file.gcount()));
-  return Objection(start);
+  return Objection(StartOf(path, kStart));
+}
+
+std::string OtherEdition(const AppendFile& file, std::string_view header) {
+  return EditionObjection(file.Start(kLongestTitles), header);
+}
+
+std::string OtherEdition(const std::filesystem::path& path, std::string_view header) {
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(path, error)) return {};
+  return EditionObjection(StartOf(path, kLongestTitles), header);
 }
 
 AppendOutcome AppendLines(const std::filesystem::path& path, std::string_view header, std::string_view lines,
@@ -111,6 +172,7 @@ AppendOutcome AppendToParameterFile(const std::filesystem::path& path, std::stri
                                     const std::function<FileOutcome(const AppendFile& file)>& before) {
   const auto objection = [&](AppendFile& file) {
     std::string reason = header.empty() ? std::string() : NoParameterFile(file);
+    if (reason.empty() && !header.empty()) reason = OtherEdition(file, header);
     if (reason.empty() && !header.empty() && file.endsInsideLine()) reason = CutTornRow(file, header).reason;
     return reason.empty() && before ? before(file).reason : reason;
   };

@@ -31,6 +31,11 @@ struct AppendOutcome {
 std::string NoParameterFile(const AppendFile& file);
 std::string NoParameterFile(const std::filesystem::path& path);
 
+/// Why rows under `header` must not be added to a parameter file because its columns are of another edition of the
+/// standards: those of the edition of 2021 end with "/2021". Goes on where the file's name stops; empty: they may.
+std::string OtherEdition(const AppendFile& file, std::string_view header);
+std::string OtherEdition(const std::filesystem::path& path, std::string_view header);
+
 /// Adds lines to the end of a file of lines, which is created with `header` where it is not there (or empty): all of
 /// them or none, without another writer's between them, and on lines of their own. `objection` tells why the file must
 /// not be added to. `givesUp`, asked now and then while it waits, ends the waiting.

@@ -46,6 +46,13 @@ int DecimalsShown(double value, int decimals) {
 
 }  // namespace
 
+std::string ParameterDef::NameWithEdition() const {
+  if (edition == Edition::k1997) return name;
+  std::string whole = name;
+  std::replace(whole.begin(), whole.end(), ',', ';');
+  return whole + "/" + std::string(NameOf(edition));
+}
+
 const MasterRow* FindOwnMasterRow(std::string_view name) {
   const auto rows = MasterCatalogue();
   const auto own = std::find_if(rows.begin(), rows.end(),

@@ -24,6 +24,12 @@ struct ParameterDef {
   double value = 0.0;  ///< metric; 0 after a failed computation, untouched when the row was skipped
   NoValue reason;      ///< why it is not valid
   ValueFormat format;
+  Edition edition = Edition::k1997;
+  std::string_view difference = {};  ///< beside the row of the same name of the edition before: why they differ
+
+  /// The name with its edition where that is not the one of before: "Rp/2021". No commas, so that files of columns can
+  /// hold it.
+  std::string NameWithEdition() const;
 };
 
 /// The working list that the driver walks and that tables, reports and exports show.

@@ -255,7 +255,7 @@ constexpr MasterRow kMasterRows[] = {
 }  // namespace
 
 std::string_view NameOf(Edition edition) {
-  constexpr std::string_view kNames[] = {"1997"};
+  constexpr std::string_view kNames[] = {"1997", "2021"};
   return kNames[static_cast<std::size_t>(edition)];
 }
 

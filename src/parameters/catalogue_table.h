@@ -20,8 +20,9 @@ struct ValueFormat {
 /// The standards whose names a row bears. A name may mean something else in another edition.
 enum class Edition : std::uint8_t {
   k1997,  // ISO 4287, ISO 13565, ISO 12085 and older ones
+  k2021,  // ISO 21920
 };
-/// "1997".
+/// "1997", "2021".
 std::string_view NameOf(Edition edition);
 
 /// What rows are asked for, counted and filed by when a test plan lists them.

@@ -46,14 +46,9 @@ Secant FlattestSecant(std::span<const double> h) {
   return flattest;
 }
 
-struct StraightLine {
-  double atZeroPercent = 0.0;
-  double atHundredPercent = 0.0;
-};
-
 /// Least squares through the sorted points [first, end), taken about their middle: the sums of ratios are then known in
 /// closed form and nothing cancels.
-StraightLine FitCoreLine(std::span<const double> h, const Secant& secant) {
+CoreLine FitLine(std::span<const double> h, const Secant& secant) {
   const auto n = static_cast<double>(h.size());
   const auto count = static_cast<double>(secant.end - secant.first);
   const std::span<const double> part = h.subspan(secant.first, secant.end - secant.first);
@@ -67,7 +62,7 @@ StraightLine FitCoreLine(std::span<const double> h, const Secant& secant) {
   const double slope = fallPerPoint * n / 100.0;  // um per percent
   const double meanRatio = (static_cast<double>(secant.first) + middle) * 100.0 / n;
   const double atZero = reference + sum / count - slope * meanRatio;
-  return {atZero, slope * 100.0 + atZero};
+  return {.atZeroPercent = atZero, .atHundredPercent = slope * 100.0 + atZero};
 }
 
 /// Of the first point at or below a height and its predecessor the nearer one, the predecessor of equals.
@@ -94,18 +89,28 @@ RowResult FromResult(const RowInput& row, Value value) {
 
 }  // namespace
 
+Defined<CoreLine> FitCoreLine(std::span<const double> h) {
+  const std::size_t n = h.size();
+  if (n < kFewestPoints) {
+    return NoValue{Why::kFewPoints, {static_cast<double>(kFewestPoints), static_cast<double>(n)}};
+  }
+  const Secant secant = FlattestSecant(h);
+  if (secant.end - secant.first < 2) return NoValue{Why::kNotFinite};
+  return FitLine(h, secant);
+}
+
 RkResult ComputeCoreRoughness(std::span<const double> h) {
   RkResult result;
   const std::size_t n = h.size();
-  result.reason = {Why::kFewPoints, {static_cast<double>(kFewestPoints), static_cast<double>(n)}};
-  if (n < kFewestPoints) return result;
+  const Defined<CoreLine> line = FitCoreLine(h);
+  if (!line) {
+    result.reason = line.Reason();
+    return result;
+  }
   result.reason = {Why::kNotFinite};
-  const Secant secant = FlattestSecant(h);
-  if (secant.end - secant.first < 2) return result;
-  const StraightLine line = FitCoreLine(h, secant);
-  result.upperLine = line.atZeroPercent;
-  result.lowerLine = line.atHundredPercent;
-  result.Rk = line.atZeroPercent - line.atHundredPercent;
+  result.upperLine = line->atZeroPercent;
+  result.lowerLine = line->atHundredPercent;
+  result.Rk = line->atZeroPercent - line->atHundredPercent;
 
   const auto upper = NearestPoint(h, result.upperLine);
   const auto lower = NearestPoint(h, result.lowerLine);

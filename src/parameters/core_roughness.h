@@ -22,6 +22,16 @@ struct RkResult {
   double lowerLine = 0.0;  ///< equivalent straight line at 100 %
 };
 
+/// The equivalent straight line: heights at the material ratios 0 and 100 %, point i of n standing at i x 100 / n.
+struct CoreLine {
+  double atZeroPercent = 0.0;
+  double atHundredPercent = 0.0;
+};
+
+/// From heights sorted from the highest to the lowest, in linear time: the least-squares line through the points under
+/// the secant of 40 % that falls least (the first of equals), its far end left out. Nothing for fewer than ten points.
+Defined<CoreLine> FitCoreLine(std::span<const double> sorted);
+
 /// From heights sorted from the highest to the lowest, in linear time.
 ///
 /// The equivalent straight line is the least-squares line through the sorted points under the secant of 40 % that falls

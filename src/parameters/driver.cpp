@@ -8,6 +8,7 @@
 
 #include "base/text.h"
 #include "base/units.h"
+#include "parameters/edition2021/edition_list.h"
 #include "parameters/parameter_profile.h"
 #include "parameters/suffix_table.h"
 #include "parameters/void_convexity.h"
@@ -23,12 +24,15 @@ bool IsPlaceholder(std::string_view name) {
 /// The profiles of one pass by letter.
 class PassProfiles {
 public:
-  explicit PassProfiles(const DriverInput& input) {
+  explicit PassProfiles(const DriverInput& input) : coreIsRoughness_(input.coreIsRoughness) {
     const AnalysisSettings& settings = input.settings;
     Put('F', input.formSuppressed, LengthsOf(input.formSuppressed, settings, std::nullopt));
     Put('P', input.primary, LengthsOf(input.primary, settings, std::nullopt), input.sortedPrimary);
     Put('W', input.waviness, LengthsOf(input.waviness, settings, input.wavinessLengthMM));
     Put('R', input.roughness, LengthsOf(input.roughness, settings, settings.LcCutoffMM), input.sortedRoughness);
+    if (input.coreRoughness) {
+      core_.emplace('R', input.coreRoughness->Heights(), LengthsOf(input.coreRoughness, settings, settings.LcCutoffMM));
+    }
   }
 
   static bool IsKnown(char letter) { return IndexOf(letter).has_value(); }
@@ -37,6 +41,12 @@ public:
   ParameterProfile* Find(char letter) {
     auto& profile = profiles_[*IndexOf(letter)];
     return profile ? &*profile : nullptr;
+  }
+
+  /// Of the core rows of 2021; null where the filter for it gave none.
+  ParameterProfile* Core() {
+    if (coreIsRoughness_) return Find('R');
+    return core_ ? &*core_ : nullptr;
   }
 
 private:
@@ -64,6 +74,8 @@ private:
   }
 
   std::array<std::optional<ParameterProfile>, 4> profiles_;
+  bool coreIsRoughness_;
+  std::optional<ParameterProfile> core_;
 };
 
 /// Without a value the row failed, and so it did with one that is no finite number, except where the row may have one.
@@ -79,6 +91,23 @@ void Skip(ParameterDef& row, Why why) {
   row.reason = {why};
 }
 
+void ComputeRowOf2021(ParameterDef& row, PassProfiles& profiles, const AnalysisSettings& settings,
+                      DriverReport& report) {
+  const EditionName name = ParseEditionName(row.name);
+  if (!name.fault.empty()) {
+    report.messages.push_back(row.name + (name.isUnknownLetter ? " - Unknown profile" : " - Unknown parameter"));
+    Skip(row, name.isUnknownLetter ? Why::kUnknownLetter : Why::kUnknownName);
+    return;
+  }
+  const bool isOfCore = name.letter == 'R' && name.row != nullptr && name.row->ofCore;
+  const ParameterProfile* const profile = isOfCore ? profiles.Core() : profiles.Find(name.letter);
+  if (profile == nullptr) {
+    if (isOfCore && profiles.Find('R') != nullptr) Skip(row, Why::kNoCoreProfile);
+    return;
+  }
+  SetResult(row, ComputeEditionRow(name, {*profile, settings}));
+}
+
 }  // namespace
 
 DriverReport ComputeParameters(ParameterCatalogue& catalogue, const DriverInput& input) {
@@ -90,6 +119,10 @@ DriverReport ComputeParameters(ParameterCatalogue& catalogue, const DriverInput&
     Skip(row, Why::kPlaceholder);
     if (IsPlaceholder(row.name)) continue;
     Skip(row, Why::kNoProfile);
+    if (row.edition == Edition::k2021) {
+      ComputeRowOf2021(row, profiles, input.settings, report);
+      continue;
+    }
     if (const RowRoutine motifRow = FindWholeName(row.name)) {
       const ParameterProfile* primary = profiles.Find('P');
       if (primary != nullptr) SetResult(row, motifRow({*primary, input.settings}));

@@ -26,7 +26,10 @@ struct DriverInput {
   /// Heights of primary and roughness from the highest to the lowest, where they are at hand.
   std::span<const double> sortedPrimary = {};
   std::span<const double> sortedRoughness = {};
-  bool wantsCoreRoughness = true;               ///< also when no row asks for it
+  bool wantsCoreRoughness = true;  ///< also when no row asks for it
+  /// Roughness that the core rows of the edition of 2021 are of, where that is another than `roughness`.
+  std::optional<Profile> coreRoughness = {};
+  bool coreIsRoughness = true;                  ///< false: without `coreRoughness` these rows have no profile
   std::optional<double> wavinessLengthMM = {};  ///< sampling length of the waviness; none: a fifth of the evaluation
 };
 

@@ -56,13 +56,27 @@ constexpr ReasonRow kReasons[] = {
     {Why::kBendOutside, "the bend of the probability plot lies at {0 %}; it is looked for from {1 %} to {2 %}"},
     {Why::kFewValleys, "needs {0 valley} below {2 um}; this profile has {1}"},
     {Why::kParallelLines, "the lines of plateaus and valleys are parallel"},
+    {Why::kFewForSections, "needs {0 section} with a point each; this profile has {1 point}"},
+    {Why::kNoCrossingElement,
+     "needs a hill and a dale side by side that reach their thresholds, with crossings of the mean line at both ends; "
+     "this profile has none"},
+    {Why::kFewCrossingElements, "needs {0 profile element}, found in either direction; this profile has {1}"},
+    {Why::kNoSpacing, "the profile is flat: no wavelength stands out"},
+    {Why::kNoDecay, "the autocorrelation does not fall to {0 %} within {1 mm}, half of the evaluation length"},
+    {Why::kRatioOutside, "a material ratio lies from 0 % to 100 %; asked for is {0 %}"},
+    {Why::kRatiosReversed, "the first material ratio must be the smaller one; asked for are {0 %} and {1 %}"},
+    {Why::kNoCoreProfile, "the filter for the core gave no roughness profile"},
+    {Why::kNoFeature, "the profile has no such feature: no two peaks with a pit between them, or the other way round"},
+    {Why::kNoFeatureLeft, "no feature is left after pruning and choice"},
+    {Why::kFewFeatures, "needs {0 feature} after pruning and choice; this profile has {1}"},
+    {Why::kManyValues, "a histogram is no single number"},
 };
 
 constexpr bool StandInOrder() {
   for (std::size_t i = 0; i < std::size(kReasons); ++i) {
     if (static_cast<std::size_t>(kReasons[i].why) != i) return false;
   }
-  return static_cast<std::size_t>(Why::kParallelLines) + 1 == std::size(kReasons);
+  return static_cast<std::size_t>(Why::kManyValues) + 1 == std::size(kReasons);
 }
 static_assert(StandInOrder());
 

@@ -47,6 +47,18 @@ enum class Why : std::uint8_t {
   kBendOutside,
   kFewValleys,
   kParallelLines,
+  kFewForSections,
+  kNoCrossingElement,
+  kFewCrossingElements,
+  kNoSpacing,
+  kNoDecay,
+  kRatioOutside,
+  kRatiosReversed,
+  kNoCoreProfile,
+  kNoFeature,
+  kNoFeatureLeft,
+  kFewFeatures,
+  kManyValues,
 };
 
 /// The reason that a value is not defined, with the figures that its sentence names.

@@ -18,7 +18,7 @@ const ParameterDef* RowOf(const Document& document, std::string_view name) {
   const std::string catalogueName = ExternalToCatalogueName(name);
   const auto& rows = document.catalogue.rows;
   const auto found = std::find_if(rows.begin(), rows.end(), [&](const ParameterDef& row) {
-    return row.selected && row.valid && EqualIgnoringCase(row.name, catalogueName);
+    return row.selected && row.valid && row.edition == Edition::k1997 && EqualIgnoringCase(row.name, catalogueName);
   });
   return found != rows.end() ? &*found : nullptr;
 }

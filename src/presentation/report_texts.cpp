@@ -11,6 +11,7 @@
 #include "base/program_version.h"
 #include "base/quantity.h"
 #include "presentation/profile_marks.h"
+#include "presentation/requirement_texts.h"
 #include "settings/setting_choices.h"
 #include "settings/settings_table.h"
 
@@ -46,6 +47,9 @@ std::vector<ReportLine> Facts(const Document& document, std::string_view time) {
   if (const auto excluded = HeededExclusion(document)) {
     facts.emplace_back("Not in the form fit",
                        DescribeStretch(*excluded, profiles.spacingUM, profiles.spacingUM, metric));
+  }
+  for (const JudgedRequirement& judged : RequirementsOf(document)) {
+    facts.emplace_back("Drawing", judged.requirement.source + ": " + RequirementVerdict(document, judged));
   }
   std::erase_if(facts, [](const ReportLine& line) { return line.second.empty(); });
   return facts;

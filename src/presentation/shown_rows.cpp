@@ -7,6 +7,7 @@
 
 #include "analysis/ratio_row_list.h"
 #include "base/number_text.h"
+#include "parameters/edition2021/edition_list.h"
 #include "parameters/labels.h"
 #include "parameters/row_settings.h"
 #include "settings/setting_choices.h"
@@ -22,6 +23,19 @@ ShownRow Show(const ParameterDef& row, std::string title, std::string label, boo
           .label = std::move(label),
           .verdict = JudgeRow(row),
           .reason = ReasonOf(row, metric)};
+}
+
+/// The name, with its edition where rows of both are shown.
+std::string TitleOf(const ParameterDef& row, EditionChoice chosen) {
+  if (chosen != EditionChoice::kBoth) return row.name;
+  return row.name + "/" + std::string(NameOf(row.edition));
+}
+
+/// The settings behind a value, or why it differs from the row of the same name before.
+std::string LabelOf(const ParameterDef& row, const Document& document) {
+  if (!row.difference.empty()) return "   " + std::string(row.difference);
+  if (row.edition != Edition::k1997) return {};
+  return RowLabel(row.name, document.settings.analysis, document.settings.display.Metric);
 }
 
 }  // namespace
@@ -47,16 +61,31 @@ ParameterExplanation ExplainRow(const Document& document, std::string_view name)
   return explanation;
 }
 
+ParameterExplanation ExplainRow(const Document& document, const ParameterDef& row) {
+  if (row.edition == Edition::k1997) return ExplainRow(document, row.name);
+  ParameterExplanation explanation;
+  const EditionName name = ParseEditionName(row.name);
+  explanation.source = kEdition2021Title;
+  if (name.row != nullptr) {
+    explanation.definition = name.row->definition;
+    explanation.source += ", " + std::string(TrustText(name.row->trust));
+  }
+  for (const SettingKey* const key : SettingsOfProfile(row.name, document.settings)) {
+    explanation.settings.emplace_back(key->meaning, DescribeValue(*key, key->binding.get(document.settings, 0)));
+  }
+  return explanation;
+}
+
 std::int32_t ColumnsOfTable(const DisplaySettings& display) {
   return std::clamp(display.ParameterColumns, 1, kMostParameterColumns);
 }
 
 std::vector<ShownRow> ShownRows(const Document& document) {
   const bool metric = document.settings.display.Metric;
+  const EditionChoice chosen = ChosenEdition(document.settings.analysis);
   std::vector<ShownRow> rows;
   for (const ParameterDef& row : document.catalogue.rows) {
-    if (row.selected)
-      rows.push_back(Show(row, row.name, RowLabel(row.name, document.settings.analysis, metric), metric));
+    if (row.selected) rows.push_back(Show(row, TitleOf(row, chosen), LabelOf(row, document), metric));
   }
   for (const auto& entries : {SelectedMaterialRatios(document), SelectedHtps(document)}) {
     for (const RatioRowEntry& entry : entries) {

@@ -34,6 +34,8 @@ struct ParameterExplanation {
 
 /// Of a row by its name, that of a configurable row (Pmr, Rmr, PHtp, RHtp) included.
 ParameterExplanation ExplainRow(const Document& document, std::string_view name);
+/// The same of a row of either edition; the source of one of 2021 says how well its definition is known.
+ParameterExplanation ExplainRow(const Document& document, const ParameterDef& row);
 
 /// How many parameters stand side by side in the table: as the settings say, from 1 to kMostParameterColumns.
 inline constexpr std::int32_t kMostParameterColumns = 6;

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "settings/standard_settings.h"
+
 namespace texturon {
 
 // The settings of a document as plain values. A field bears the name of its key in the settings file and starts with
@@ -240,6 +242,8 @@ struct AnalysisSettings {
   double FreeFormPreviewMinYUM = -10.0;
   /// The nominal shape, at most kMostFreeFormPoints. A hundred points at the origin until one is given.
   std::vector<FreeFormPoint> freeFormPoints = std::vector<FreeFormPoint>(100);
+
+  StandardSettings standard;
 
   friend bool operator==(const AnalysisSettings&, const AnalysisSettings&) = default;
 };

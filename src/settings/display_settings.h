@@ -36,6 +36,7 @@ struct DisplaySettings {
   double ProfileYGridSpacingUM = 0.0;
   double ProfileYGridStartUM = -10.0;
   bool ShowExtremeSlopes = false;
+  bool ShowFeatures = false;
   double ExtremeSlopePlotDegrees = 40.0;
   double AspherePreviewMaxXMM = 25.0;
   double AspherePreviewMinXMM = -25.0;

@@ -26,11 +26,18 @@ const FilterRow* FindFilter(std::string_view word) {
 }
 
 const FilterRow* LongWaveFilter(const AnalysisSettings& settings) {
-  return FindFilter(settings.FilterType);
+  const std::string& word = settings.standard.LongWaveFilter;
+  return word.empty() ? FindFilter(settings.FilterType) : FindFilter(word);
 }
 
-const FilterRow& ShortWaveFilter(const AnalysisSettings& /*settings*/) {
-  return *FindFilter("SPLINE");
+const FilterRow& ShortWaveFilter(const AnalysisSettings& settings) {
+  return EqualIgnoringCase(settings.standard.ShortWaveFilter, "gaussian") ? *FindFilter("GAUSSIAN")
+                                                                          : *FindFilter("SPLINE");
+}
+
+const FilterRow* CoreFilter(const AnalysisSettings& settings) {
+  const FilterRow* const filter = FindFilter(settings.standard.CoreFilter);
+  return filter == LongWaveFilter(settings) ? nullptr : filter;
 }
 
 }  // namespace texturon

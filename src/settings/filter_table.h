@@ -14,6 +14,7 @@
 #include "signal/filter/filter_transmission.h"
 #include "signal/filter/gaussian_filter.h"
 #include "signal/filter/iso13565_filter.h"
+#include "signal/filter/regression_filter.h"
 #include "signal/filter/robust_filter.h"
 #include "signal/filter/spline_filter.h"
 
@@ -90,6 +91,19 @@ inline constexpr auto kFilterTable = std::to_array<FilterRow>({
          [](std::span<const double> z, std::span<double> w, const FilterSetup& setup) {
            return RobustSplineFilter(z, w, setup.spacingUM, setup.cutoffMM, setup.tension, setup.progress).range;
          }},
+    {.word = "ROBUST-GAUSSIAN-2",
+     .choice = "robust Gaussian regression of second order",
+     .label = "Robust Gaussian Regression",
+     .coefficient = kRegressionScaleCoefficient,
+     .progressTitle = "Robust Filter ...",
+     .needsRunIn = false,
+     .transmissionRemark = "without robust weights",
+     .transmission = [](const FilterSetup& setup,
+                        double wavelengthMM) { return RegressionTransmission(setup.cutoffMM, wavelengthMM); },
+     .run =
+         [](std::span<const double> z, std::span<double> w, const FilterSetup& setup) {
+           return RobustRegressionFilter(z, w, setup.spacingUM, setup.cutoffMM, setup.progress).range;
+         }},
 });
 
 /// Null for a number or word of no filter; words in any case.
@@ -100,6 +114,8 @@ const FilterRow* FindFilter(std::string_view word);
 const FilterRow* LongWaveFilter(const AnalysisSettings& settings);
 /// The filter that takes the short waves off where there is a cutoff for it. Its tension is kGaussianLikeTension.
 const FilterRow& ShortWaveFilter(const AnalysisSettings& settings);
+/// The long-wave filter of the core roughness of the edition of 2021; null where that is the roughness's own.
+const FilterRow* CoreFilter(const AnalysisSettings& settings);
 
 /// The filters' numbers as a setting's choices, "0 Gaussian, 1 spline Gaussian ...", and what comes after them.
 class FilterChoices {

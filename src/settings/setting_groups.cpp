@@ -13,6 +13,8 @@ constexpr SettingGroupTitles kGroups[] = {
     {kStylus, "Form", "Stylus"},
     {kFilter, "Filters", "Filter"},
     {kEnds, "Filters", "Ends"},
+    {kStandard, "Standard", "Edition"},
+    {kStandardRows, "Standard", "Rows of the edition of 2021"},
     {kLevels, "Levels", "Levels"},
     {kEnvelopes, "Levels", "Envelopes and windows"},
     {kElementHeights, "Percentages", "Profile elements: least height"},

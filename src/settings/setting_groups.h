@@ -15,6 +15,8 @@ enum class SettingGroup : std::uint8_t {
   kStylus,
   kFilter,
   kEnds,
+  kStandard,
+  kStandardRows,
   kLevels,
   kEnvelopes,
   kElementHeights,

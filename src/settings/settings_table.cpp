@@ -53,7 +53,17 @@ constexpr SettingBinding Bind(std::string_view section, std::string_view key,
             Follow<Path...>(settings) = std::get<Member>(value);
           },
           nullptr,
-          written};
+          written,
+          {}};
+}
+
+/// A key of section STANDARD. One that may only be one of some words keeps what it is where it would be another.
+template <auto Field>
+constexpr SettingBinding BindStandard(std::string_view key, std::string_view words = {}) {
+  SettingBinding binding =
+      Bind<&Settings::analysis, &AnalysisSettings::standard, Field>("STANDARD", key, KeyWritten::kWhereChanged);
+  binding.words = words;
+  return binding;
 }
 
 template <auto List>
@@ -139,6 +149,7 @@ constexpr SettingBinding BindVersion() {
 #define MOTIF(field) ANALYSIS_IN("MOTIF_PARAMETERS", field)
 #define ASPHERIC(field) ANALYSIS_IN("ASPHERIC_PARAMETERS", field)
 #define FREE_FORM(field) ANALYSIS_IN("FREE_FORM", field)
+#define STANDARD(field, ...) BindStandard<&StandardSettings::field>(#field __VA_OPT__(, ) __VA_ARGS__)
 #define PARAMETER(key, ...) BindRow<&Analysis::parameters, __VA_ARGS__>("PARAMETERS", key, kParameterRows)
 #define PRIMARY_RATIO(key, ...) \
   BindRow<&Analysis::primaryMaterialRatios, __VA_ARGS__>("PRIMARY_BEARING_RATIOS", key, kPrimaryRatioRows)
@@ -422,6 +433,40 @@ constexpr auto kTable = std::to_array<SettingKey>({
      "0 none beyond it, 1 at most 16 %, 2 the median"},
     {DECISION(DecisionRule), "", "how an uncertainty enters a verdict",
      "0 not at all, 1 limits moved by U both ways and undecided between, 2 the same with undecided as a failure"},
+    {STANDARD(Edition, "1997, 2021, both"), "", "edition of the standards that the rows are of: 1997, 2021 or both", "",
+     In(kStandard)},
+    {STANDARD(ShortWaveFilter, "spline, gaussian"), "", "filter that takes the short waves off: spline or gaussian", "",
+     In(kStandard)},
+    {STANDARD(LongWaveFilter, "gaussian, spline, rk, robust, robust-gaussian-2"), "",
+     "filter that separates waviness and roughness, by its word, robust-gaussian-2 among others; empty: by FilterType",
+     "", In(kStandard)},
+    {STANDARD(CoreFilter, "roughness, gaussian, spline, rk, robust, robust-gaussian-2"), "",
+     "filter that the core rows of 2021 take their roughness from; roughness: none of their own", "", In(kStandard)},
+    {STANDARD(Sections), "", "sections of the evaluation length", "", In(kStandard, Between(1.0, 1000.0))},
+    {STANDARD(EvaluationLengthMM), "mm", "evaluation length in the middle of what the filter leaves; 0: all of it", "",
+     In(kStandard, kFromZero)},
+    {STANDARD(CompleteSections), "", "refuse a record that is too short for that length", "", In(kStandard)},
+    {STANDARD(Class), "", "setting class that cut-offs and lengths were taken from; it is only named", "",
+     In(kStandard)},
+    {STANDARD(MostSpacingUM), "um", "point spacing above which a notice says that it is too coarse; 0: none", "",
+     In(kStandard, kFromZero)},
+    {STANDARD(MostTipRadiusUM), "um", "tip radius above which a notice says that it is too blunt; 0: none", "",
+     In(kStandard, kFromZero)},
+    {STANDARD(Indication), "", "indication of a drawing that reports name with its verdict", "", In(kStandard)},
+    {STANDARD(ClassTable), "", "file with the table of the setting classes; empty: the built-in one", "",
+     In(kStandard)},
+    {STANDARD(HillThresholdPercent), "%", "least peak height of a hill of the elements, percent of Rp", "",
+     In(kStandardRows, kPercent)},
+    {STANDARD(DaleThresholdPercent), "%", "least pit depth of a dale of the elements, percent of Rv", "",
+     In(kStandardRows, kPercent)},
+    {STANDARD(PruningPercent), "%", "least local depth of hills and dales of the feature rows, percent of Rz", "",
+     In(kStandardRows, kPercent)},
+    {STANDARD(FeatureCount), "", "peaks and pits of R5p and R5v", "", In(kStandardRows, Between(1.0, 1000.0))},
+    {STANDARD(AutocorrelationLevel), "", "autocorrelation at the lag Ral", "", In(kStandardRows, Between(-1.0, 1.0))},
+    {STANDARD(VolumeUpperPercent), "%", "material ratio p of the volumes", "", In(kStandardRows, kPercent)},
+    {STANDARD(VolumeLowerPercent), "%", "material ratio q of the volumes", "", In(kStandardRows, kPercent)},
+    {Bind<&Settings::display, &DisplaySettings::ShowFeatures>("STANDARD", "ShowFeatures", KeyWritten::kWhereChanged),
+     "", "draw hills and dales on the profile", "", In(kStandardRows)},
 });
 
 #undef TOLERANCE
@@ -434,6 +479,7 @@ constexpr auto kTable = std::to_array<SettingKey>({
 #undef MOTIF
 #undef ASPHERIC
 #undef FREE_FORM
+#undef STANDARD
 #undef PARAMETER
 #undef PRIMARY_RATIO
 #undef ROUGHNESS_RATIO
@@ -483,6 +529,18 @@ KeyIndex MakeIndex() {
 
 std::span<const SettingKey> SettingsTable() {
   return kTable;
+}
+
+std::vector<std::string_view> WordsOf(const SettingBinding& binding) {
+  std::vector<std::string_view> words;
+  if (binding.words.empty()) return words;
+  if (std::get<std::string>(binding.get(Settings(), 0)).empty()) words.emplace_back();
+  for (std::size_t begin = 0; begin <= binding.words.size();) {
+    const std::size_t end = std::min(binding.words.find(',', begin), binding.words.size());
+    words.push_back(TrimBlanks(binding.words.substr(begin, end - begin)));
+    begin = end + 1;
+  }
+  return words;
 }
 
 std::string KeyOfRow(const SettingBinding& binding, std::size_t row) {

@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 #include <variant>
+#include <vector>
 
 #include "settings/setting_groups.h"
 #include "settings/settings.h"
@@ -53,6 +54,7 @@ struct SettingBinding {
   void (*set)(Settings&, std::size_t row, const SettingValue& value);
   const SettingRows* rows = nullptr;  // of a count and of the keys that repeat by it
   KeyWritten written = KeyWritten::kAlways;
+  std::string_view words = {};  // what a text may be, separated by commas; empty: any text
 
   bool isRepeated() const { return rows != nullptr && type != SettingType::kCount; }
 };
@@ -103,6 +105,9 @@ struct SettingKey {
 /// field in settings.h and a row here: reading, writing, --set, the listing, the documentation and the window's sheets
 /// go by this table.
 std::span<const SettingKey> SettingsTable();
+
+/// The words that a text may be, the empty one first where it may be left out; none: any text.
+std::vector<std::string_view> WordsOf(const SettingBinding& binding);
 
 /// The key of a row as it stands in a file: Name03, X000006(mm); the key itself where it does not repeat.
 std::string KeyOfRow(const SettingBinding& binding, std::size_t row);

@@ -81,7 +81,8 @@ std::vector<std::string> LoadSettingsText(const IniFile& file, Settings& setting
     if (text.size() != whole.size()) remark("is what is left of a longer value");
     const ReadSettingResult read = ReadSetting(binding.type, text);
     if (!read.usable) return remark(std::string(read.fault) + " and is ignored");
-    binding.set(settings, row, read.value);
+    const bool isText = binding.type == SettingType::kText;
+    if (!isText || IsWordOf(binding, std::get<std::string>(read.value))) binding.set(settings, row, read.value);
     if (const std::string fault = FaultOfSetting(binding, read); !fault.empty()) {
       remark(fault + "; it is read as " + ShowSetting(binding.type, binding.get(settings, row)));
     }

@@ -2,6 +2,7 @@
 
 #include "settings/settings_value.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "base/number_text.h"
@@ -85,7 +86,17 @@ ReadSettingResult ReadSetting(SettingType type, std::string_view text) {
   return {};
 }
 
+bool IsWordOf(const SettingBinding& binding, std::string_view text) {
+  const std::vector<std::string_view> words = WordsOf(binding);
+  return words.empty() || text.empty() || std::any_of(words.begin(), words.end(), [text](std::string_view word) {
+           return EqualIgnoringCase(word, text);
+         });
+}
+
 std::string FaultOfSetting(const SettingBinding& binding, const ReadSettingResult& read) {
+  if (binding.type == SettingType::kText && !IsWordOf(binding, std::get<std::string>(read.value))) {
+    return "is none of " + std::string(binding.words);
+  }
   if (!read.fault.empty() || binding.type != SettingType::kCount) return std::string(read.fault);
   const SettingRows& rows = *binding.rows;
   const auto count = static_cast<std::int64_t>(std::get<std::int32_t>(read.value));

@@ -27,6 +27,9 @@ struct ReadSettingResult {
 /// for "true" and "yes" in any case and for a number other than 0. What these rules pass over is named in `fault`.
 ReadSettingResult ReadSetting(SettingType type, std::string_view text);
 
+/// True for a text that the key may have.
+bool IsWordOf(const SettingBinding& binding, std::string_view text);
+
 /// What is wrong with a value for this key, going on after its text: the fault of reading it, or a count that its list
 /// cannot have ("is out of range: at most 128"). Empty: nothing.
 std::string FaultOfSetting(const SettingBinding& binding, const ReadSettingResult& read);

@@ -178,10 +178,11 @@ private:
   }
 
   /// Nothing where it cannot be had.
-  std::unique_ptr<AppendFile> HoldParameterFile(const std::filesystem::path& path) {
+  std::unique_ptr<AppendFile> HoldParameterFile(const std::filesystem::path& path, std::string_view header) {
     auto file = WaitForAppendFile(path, options_.rowPatience, observer_.stops);
     if (file->state() == AppendFile::State::kHeld) {
-      const std::string objection = NoParameterFile(*file);
+      std::string objection = NoParameterFile(*file);
+      if (objection.empty() && !header.empty()) objection = OtherEdition(*file, header);
       if (objection.empty()) return file;
       Complain(FileSentence(path, objection));
       return nullptr;
@@ -195,7 +196,7 @@ private:
   bool WriteRow(WatchEntry entry, const FileAnalysis& result) {
     std::unique_ptr<AppendFile> file;
     if (!options_.parameterFile.empty()) {
-      file = HoldParameterFile(options_.parameterFile);
+      file = HoldParameterFile(options_.parameterFile, result.text.header);
       if (!file) return false;
       entry.parameterFile = SystemTextFromPath(options_.parameterFile);
       entry.rowAt = file->size();
@@ -223,7 +224,7 @@ private:
   /// Does what is left of the entry at hand. False: not all of it could be done, and the entry stays.
   bool Finish() {
     if (!rowIsWritten_ && !atHand_->parameterFile.empty()) {
-      const auto file = HoldParameterFile(PathFromSystemText(atHand_->parameterFile));
+      const auto file = HoldParameterFile(PathFromSystemText(atHand_->parameterFile), {});
       if (!file || !EnsureRowIn(*file)) return false;
     }
     const std::string reason = PutAway();

@@ -17,7 +17,10 @@ constexpr std::string_view kListKey = "Parameters";
 std::vector<std::string_view> Names(std::string_view list) {
   std::vector<std::string_view> names;
   while (!list.empty()) {
-    const std::size_t end = std::min(list.find_first_of(",;"), list.size());
+    // Not within brackets: "Rdc(10,80)".
+    std::size_t end = list.find_first_of(",;(");
+    if (end < list.size() && list[end] == '(') end = list.find_first_of(",;", std::min(list.find(')'), list.size()));
+    end = std::min(end, list.size());
     const std::string_view name = TrimBlanks(list.substr(0, end));
     if (!name.empty()) names.push_back(name);
     list.remove_prefix(std::min(end + 1, list.size()));

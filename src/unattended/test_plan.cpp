@@ -10,6 +10,7 @@
 #include "base/number_text.h"
 #include "base/text.h"
 #include "parameters/catalogue.h"
+#include "parameters/edition2021/edition_list.h"
 #include "parameters/letter_settings.h"
 #include "parameters/suffix_table.h"
 #include "settings/filter_table.h"
@@ -64,9 +65,30 @@ void ReadMotifLengths(PlanKeys& keys, AnalysisSettings& settings) {
   }
 }
 
+/// The edition that the plan's names are of; without the key that of the settings, which cannot be both here.
+void ReadEdition(PlanKeys& keys, StandardSettings& standard) {
+  const auto text = keys.Text("Edition");
+  const std::string_view edition = text ? TrimBlanks(*text) : std::string_view(standard.Edition);
+  standard.Edition = NameOf(edition == NameOf(Edition::k2021) ? Edition::k2021 : Edition::k1997);
+  if (text && edition != standard.Edition) keys.RemarkReadAs("Edition", standard.Edition);
+}
+
+bool IsOf2021(const AnalysisSettings& settings) {
+  return ChosenEdition(settings) == EditionChoice::k2021;
+}
+
+/// The pass of a name of the edition of 2021: the core rows of R have their own filter.
+Family FamilyOf2021(std::string_view name) {
+  const EditionName read = ParseEditionName(name);
+  if (read.row != nullptr && read.row->ofCore && read.letter == 'R') return Family::kRk;
+  return read.letter == 'W' ? Family::kWaviness : Family::kStandard;
+}
+
 void ReadFilterAndForm(PlanKeys& keys, Family family, Document& document) {
   AnalysisSettings& settings = document.settings.analysis;
   const PassFamily& pass = PassFamilyOf(family);
+  settings.standard.LongWaveFilter.clear();
+  if (family == Family::kRk && IsOf2021(settings)) settings.standard.LongWaveFilter = settings.standard.CoreFilter;
   settings.FilterType = family == Family::kRk ? kFilterIso13565 : FilterTypeOf(keys, pass.filterKey);
   settings.LcCutoffMM = CutoffMM(keys, pass.cutoffKey);
   const double ratio = keys.Real(pass.bandwidthRatioKey);
@@ -118,6 +140,10 @@ public:
 
   void ReadParameters() {
     for (const PlanKeys::ListedName& listed : keys_.ParameterNames()) {
+      if (IsOf2021(settings_)) {
+        if (FamilyOf2021(listed.name) == family_) ReadNameOf2021(listed);
+        continue;
+      }
       const std::string catalogueName = ExternalToCatalogueName(listed.name);
       if (FamilyOf(catalogueName) != family_) continue;
       if (IsKnownParameter(catalogueName)) {
@@ -136,6 +162,15 @@ public:
   PassPlan TakePlan() { return std::move(plan_); }
 
 private:
+  void ReadNameOf2021(const PlanKeys::ListedName& listed) {
+    const ParameterDef row = MakeEditionRow(listed.name);
+    if (ParseEditionName(listed.name).fault.empty()) {
+      AddRow(row.NameWithEdition(), listed, row.name);
+    } else {
+      AddUnknown(row.NameWithEdition(), listed.name, row.name);
+    }
+  }
+
   struct Hybrid {
     std::string label;
     std::string_view type;
@@ -275,6 +310,7 @@ Family FamilyOf(std::string_view catalogueName) {
 std::optional<PassPlan> ReadTestPlan(PlanKeys& keys, Family family, Document& document,
                                      const std::function<void(std::string_view)>& log) {
   if (!keys.hasSections()) return std::nullopt;
+  ReadEdition(keys, document.settings.analysis.standard);
   ReadFilterAndForm(keys, family, document);
   PassReader reader(keys, family, document, log);
   reader.ReadParameters();

@@ -19,8 +19,12 @@ namespace texturon {
 namespace {
 
 // A value of its own for the n-th key, which survives being written and differs from the default.
-SettingValue DistinctValue(SettingType type, int n, const SettingValue& former) {
-  switch (type) {
+SettingValue DistinctValue(const SettingBinding& binding, int n, const SettingValue& former) {
+  if (!binding.words.empty()) {
+    const std::string last(binding.words.substr(binding.words.rfind(' ') + 1));
+    return SettingValue(last) != former ? last : std::string(binding.words.substr(0, binding.words.find(',')));
+  }
+  switch (binding.type) {
     case SettingType::kText:
       return "'text' " + IntegerText(n) + " \xB5 ";
     case SettingType::kInteger:
@@ -56,7 +60,7 @@ Settings WithDistinctValues() {
   Settings settings = WithRows();
   int n = 0;
   VisitValues(settings, [&](const SettingBinding& binding, std::size_t row) {
-    binding.set(settings, row, DistinctValue(binding.type, ++n, binding.get(settings, row)));
+    binding.set(settings, row, DistinctValue(binding, ++n, binding.get(settings, row)));
   });
   return settings;
 }
@@ -68,7 +72,7 @@ TEST(SettingsText, EveryKeyStandsForAFieldOfItsOwnAndComesBack) {
   VisitValues(settings, [&](const SettingBinding& binding, std::size_t row) {
     // Two keys of one field: the second would have overwritten the first, or turned a flag back.
     const SettingValue formerValue = binding.get(former, row);
-    EXPECT_EQ(binding.get(settings, row), DistinctValue(binding.type, ++n, formerValue)) << binding.key << " " << row;
+    EXPECT_EQ(binding.get(settings, row), DistinctValue(binding, ++n, formerValue)) << binding.key << " " << row;
     EXPECT_NE(binding.get(settings, row), formerValue) << binding.key << " row " << row;
   });
 
@@ -97,6 +101,8 @@ TEST(SettingsText, AFileChangesOnlyWhatItHolds) {
   Settings expected = settings;
   expected.analysis.LcCutoffMM = 2.5;
   expected.decision = {};  // in a file only where it was changed
+  expected.display.ShowFeatures = false;
+  expected.analysis.standard = {};  // written where it was changed: what is left out is the default
   EXPECT_TRUE(LoadSettingsText(IniFile("[ANALYSIS]\nLcCutoffMM=2.5\nLsCutoffMM=\n"), settings).empty());
   EXPECT_EQ(settings, expected);
 }

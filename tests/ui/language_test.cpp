@@ -61,7 +61,7 @@ QStringList TextsOfTables() {
   }
   for (const MasterRow& row : MasterCatalogue()) add(row.definition);
   for (const char* const name : {"Pmr", "RHtp"}) add(FindRatioRowKind(name)->definition);
-  for (std::size_t why = 0; why <= static_cast<std::size_t>(Why::kParallelLines); ++why) {
+  for (std::size_t why = 0; why <= static_cast<std::size_t>(Why::kManyValues); ++why) {
     add(ReasonPattern(static_cast<Why>(why)));
   }
   for (const ExportKind& kind : ExportKinds()) add(kind.menu);

@@ -261,6 +261,16 @@ TEST_F(CommandLineRun, RkPassLosesACutoffAtEachEnd) {
   EXPECT_EQ(folder_.Read("out/ROUGHNESS_RK.S4"), ProfileFile(kCutoffPoints, kPoints - kCutoffPoints - 1, Alternating));
 }
 
+TEST_F(CommandLineRun, NamesOfTheEditionOf2021SayIt) {
+  ASSERT_TRUE(
+      Run("[a]\r\nEdition=2021\r\nParameters=Rp,Rdc(10,80),Rzz;Rk\r\nFormOption=0\r\nRp_Checked=1\r\nRp_Max=0.5\r\n")
+          .done);
+  for (const char* const line : {"Result = FAIL\r\nRp/2021 = 1.000 um\r\n", "\r\nRdc(10;80)/2021 = 2.000 um\r\n",
+                                 "\r\nRzz/2021 = ****\r\n", "RK : ROBUST-GAUSSIAN-2/0.8000", "\r\nRk/2021 = "}) {
+    EXPECT_TRUE(Results().find(line) != std::string::npos) << line << Results();
+  }
+}
+
 TEST(TestPlan, SortsNamesIntoFamiliesAndWarnsOfWhatItCannotDo) {
   const IniFile file(
       "[a]\r\nParameters=Rk,Mr1,RSm,Wx,Wa,AW,Fp,CV\r\nRoughFilter=3\r\nRoughCutOffLength=0.25\r\n"

@@ -6,6 +6,7 @@
 
 #include "base/elementary.h"
 #include "base/units.h"
+#include "signal/filter/regression_filter.h"
 
 namespace texturon {
 
@@ -19,6 +20,12 @@ double SplineTransmission(double cutoffMM, double tension, double spacingUM, dou
   const double ratio = Sin(angle / wavelengthMM) / Sin(angle / cutoffMM);
   const double square = ratio * ratio;  // alpha^2 s
   return 1.0 / (1.0 + tension * square + (1.0 - tension) * square * square);
+}
+
+double RegressionTransmission(double cutoffMM, double wavelengthMM) {
+  const double ratio = kRegressionReach * cutoffMM / wavelengthMM;
+  const double a = std::numbers::pi * ratio * ratio;
+  return (1.0 + a) * Exp2(-a * std::numbers::log2e);
 }
 
 }  // namespace texturon

@@ -17,4 +17,8 @@ double GaussianTransmission(double cutoffMM, double wavelengthMM);
 /// with the alpha of SplineFilter. Wavelengths of at least two spacings.
 double SplineTransmission(double cutoffMM, double tension, double spacingUM, double wavelengthMM);
 
+/// (1 + a) exp(-a), a = pi (g cutoff / wavelength)^2, of the regression filter of second order (ISO 16610-31) without
+/// robust weights, away from the ends.
+double RegressionTransmission(double cutoffMM, double wavelengthMM);
+
 }  // namespace texturon

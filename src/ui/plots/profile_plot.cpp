@@ -2,11 +2,13 @@
 
 #include "ui/plots/profile_plot.h"
 
+#include <cmath>
 #include <vector>
 
 #include "analysis/captions.h"
 #include "base/quantity.h"
 #include "parameters/local_slopes.h"
+#include "presentation/feature_marks.h"
 #include "presentation/profile_marks.h"
 #include "ui/colours.h"
 #include "ui/language.h"
@@ -58,6 +60,42 @@ void MarkStretches(CClickableProfileGraph& graph, const Document& document, doub
   }
   for (const double endMM : marks.samplingLengthEndsMM) shown.push_back({endMM * factor, endMM * factor, tint(0.6)});
   graph.SetMarks(shown);
+}
+
+/// Peaks and pits as marks, and the levels of hills and dales as lines; what pruning takes out is faint.
+void DrawFeatures(CClickableProfileGraph& graph, const Document& document, ProfileKind kind) {
+  constexpr double kMarkPixels = 7.0;
+  constexpr float kFaint = 0.3F;
+  const bool metric = document.settings.display.Metric;
+  const double heightFactor = kHeightUM.Factor(metric);
+  const double lengthFactor = kLengthMM.Factor(metric);
+  const QColor ink = graph.palette().color(QPalette::Text);
+  QColor faint = ink;
+  faint.setAlphaF(kFaint);
+  for (const bool ofHills : {true, false}) {
+    const FeatureMarks marks = FeatureMarksOf(document, kind, ofHills);
+    const auto shape = ofHills ? QCPScatterStyle::ssTriangle : QCPScatterStyle::ssTriangleInverted;
+    for (const bool isKept : {false, true}) {
+      QCPGraph* const points = graph.addGraph();
+      points->setName(isKept ? (ofHills ? QObject::tr("hills") : QObject::tr("dales")) : QObject::tr("pruned"));
+      points->setLineStyle(QCPGraph::lsNone);
+      points->setPen(QPen(isKept ? ink : faint));
+      points->setScatterStyle(QCPScatterStyle(shape, isKept ? QPen(ink) : QPen(faint),
+                                              isKept ? QBrush(ink) : QBrush(Qt::NoBrush), kMarkPixels));
+      if (!isKept && !ofHills) points->removeFromLegend();
+      for (const FeatureMark& mark : marks.extremes) {
+        if (mark.isKept == isKept) points->addData(mark.xMM * lengthFactor, mark.heightUM * heightFactor);
+      }
+    }
+    QCPGraph* const levels = graph.addGraph();
+    levels->removeFromLegend();
+    levels->setPen(QPen(ink, 1.0, ofHills ? Qt::DotLine : Qt::DashLine));
+    for (const LevelMark& level : marks.levels) {
+      levels->addData(level.firstMM * lengthFactor, level.heightUM * heightFactor);
+      levels->addData(level.lastMM * lengthFactor, level.heightUM * heightFactor);
+      levels->addData(level.lastMM * lengthFactor, std::nan(""));
+    }
+  }
 }
 
 class CurveList {
@@ -131,6 +169,7 @@ void DrawProfiles(CClickableProfileGraph& graph, const Document& document, const
   const double lastMM = (document.profiles.pointCount - 1) * document.profiles.spacingUM * kMillimetresPerMicrometre;
   if (lastMM > 0.0) whole.record = QCPRange(0.0, kLengthMM.Shown(lastMM, metric));
   graph.SetCurves(list.curves, whole);
+  if (display.ShowFeatures && steepKind) DrawFeatures(graph, document, *steepKind);
   if (showsAll) graph.StartAnew();
   graph.replot();
 }

@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "parameters/catalogue.h"
+#include "parameters/edition2021/edition_list.h"
 #include "settings/setting_entry.h"
 #include "ui/colours.h"
 #include "ui/language.h"
@@ -102,7 +103,10 @@ void CParametersPage::Refresh() {
   const std::vector<ParameterSelection>& rows = settings_.analysis.parameters;
   table_->setRowCount(static_cast<int>(rows.size()));
   for (int row = 0; row < table_->rowCount(); ++row) {
-    const MasterRow* const master = FindMasterRow(rows[static_cast<std::size_t>(row)].name);
+    const std::string& name = rows[static_cast<std::size_t>(row)].name;
+    const bool isNew = ChosenEdition(settings_.analysis) == EditionChoice::k2021;
+    const MasterRow* const master = isNew ? nullptr : FindMasterRow(name);
+    const EditionRow* const edition = isNew ? ParseEditionName(name).row : nullptr;
     for (int column = 0; column < table_->columnCount(); ++column) {
       QTableWidgetItem* item = table_->item(row, column);
       if (item == nullptr) table_->setItem(row, column, item = new QTableWidgetItem);
@@ -110,7 +114,10 @@ void CParametersPage::Refresh() {
       const SettingKey* const key = KeyOfColumn(column);
       Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
       if (key == nullptr) {
-        if (master != nullptr)
+        if (edition != nullptr) {
+          item->setText(Readable(EngineText(column == kUnitColumn ? PrintedUnit(edition->quantity.metricUnit)
+                                                                  : std::string(edition->definition))));
+        } else if (master != nullptr)
           item->setText(Readable(
               EngineText(column == kUnitColumn ? PrintedUnit(master->quantity.metricUnit) : master->definition)));
       } else {

@@ -56,17 +56,23 @@ void CSettingField::MakeEditor() {
     box_ = new QCheckBox(this);
     row->addWidget(box_);
     connect(box_, &QCheckBox::clicked, this, [this](bool on) { Put(on); });
-  } else if (!choices_.empty()) {
+  } else if (!choices_.empty() || !place_.key->binding.words.empty()) {
     list_ = new QComboBox(this);
     GuardFromWheel(*list_);
     for (const SettingChoice& choice : choices_) list_->addItem(EngineText(choice.name));
+    for (const std::string_view word : WordsOf(place_.key->binding)) list_->addItem(FromText(word));
     // Its longest text does not widen the page.
     list_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     list_->setMinimumContentsLength(isCell_ ? 8 : 16);
     list_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     row->addWidget(list_);
-    connect(list_, &QComboBox::activated, this,
-            [this](int index) { Put(choices_[static_cast<std::size_t>(index)].value); });
+    connect(list_, &QComboBox::activated, this, [this](int index) {
+      if (choices_.empty()) {
+        Put(std::string(WordsOf(place_.key->binding).at(static_cast<std::size_t>(index))));
+      } else {
+        Put(choices_[static_cast<std::size_t>(index)].value);
+      }
+    });
   } else {
     line_ = new QLineEdit(this);
     const bool isText = place_.key->binding.type == SettingType::kText;
@@ -109,7 +115,9 @@ void CSettingField::Refresh() {
   const SettingValue value = binding.get(settings_, place_.row);
   const bool metric = settings_.display.Metric;
   if (box_ != nullptr) box_->setChecked(std::get<bool>(value));
-  if (list_ != nullptr) {
+  if (list_ != nullptr && choices_.empty()) {
+    list_->setCurrentIndex(list_->findText(FromText(std::get<std::string>(value)), Qt::MatchFixedString));
+  } else if (list_ != nullptr) {
     const auto index = ChoiceOf(choices_, std::get<std::int32_t>(value));
     list_->setCurrentIndex(index ? static_cast<int>(*index) : -1);
   }

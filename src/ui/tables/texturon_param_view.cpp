@@ -39,7 +39,7 @@ QString TitleOf(RowGroup group) {
 
 /// What the row is, by which standard, why it has no value, and the settings that it depends on.
 QString TipOf(const Document& document, const ShownRow& row) {
-  const ParameterExplanation explanation = ExplainRow(document, row.row.name);
+  const ParameterExplanation explanation = ExplainRow(document, row.row);
   QStringList lines{FromText(row.title)};
   for (const std::string& text : {explanation.definition, explanation.source}) {
     if (!text.empty()) lines << EngineText(text);

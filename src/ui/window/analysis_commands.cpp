@@ -12,6 +12,7 @@
 #include "base/quantity.h"
 #include "ui/plots/texturon_view.h"
 #include "ui/qt_text.h"
+#include "ui/sheets/indication_dialog.h"
 #include "ui/sheets/region_dialogs.h"
 #include "ui/sheets/settings_sheet.h"
 #include "ui/window/main_frame.h"
@@ -146,6 +147,14 @@ void CMainFrame::MakeAnalysisMenu() {
               .keys = QKeySequence(Qt::CTRL | Qt::Key_T),
               .tip = tr("Form, filters, parameters and everything else that the analysis goes by.")},
              [this] { ShowSheet<CSettingsSheet>(); });
+  AddCommand(*menu,
+             {.name = "drawingIndication",
+              .text = tr("Drawing I&ndication..."),
+              .tip = tr("Sets filters, lengths, rows and limits by what stands on a drawing.")},
+             [this] {
+               CIndicationDialog dialog(doc_->document().settings, this);
+               if (dialog.exec() == QDialog::Accepted) doc_->ReplaceSettings(dialog.Chosen());
+             });
   AddCommand(*menu,
              {.name = "bearingRatiosAndHtp",
               .text = tr("&Bearing Ratios and Htp..."),

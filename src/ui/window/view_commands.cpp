@@ -120,13 +120,20 @@ void CMainFrame::MakeMarksMenu(QMenu& menu) {
                    &DisplaySettings::ShowExtremeSlopes);
   AddCommand(menu,
              {.name = "extremeSlopeThreshold",
-              .text = tr("Extreme Slope T&hreshold..."),
+              .text = tr("Extreme Slope Thresh&old..."),
               .tip = tr("The angle from which a slope is marked.")},
              [this] {
                CSettingDialog dialog(tr("Extreme Slopes"), "DISPLAY", "ExtremeSlopePlotDegrees",
                                      doc_->document().settings, this);
                if (dialog.exec() == QDialog::Accepted) doc_->ReplaceDisplay(dialog.Chosen().display);
              });
+  AddDisplaySwitch(
+      menu,
+      {.name = "hillsAndDales",
+       .text = tr("&Hills and Dales"),
+       .tip = tr("Draws hills and dales with peaks, pits and levels on the profile; those that pruning takes "
+                 "out are faint.")},
+      &DisplaySettings::ShowFeatures);
   AddDisplaySwitch(menu, {.name = "rkLines", .text = tr("&Rk Lines"), .tip = tr("The construction lines of Rk.")},
                    &DisplaySettings::ShowRkLines);
 }

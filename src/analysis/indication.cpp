@@ -1,0 +1,418 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#include "analysis/indication.h"
+
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+#include <limits>
+#include <utility>
+
+#include "analysis/indication_words.h"
+#include "base/number_text.h"
+#include "base/text.h"
+#include "base/units.h"
+#include "parameters/catalogue.h"
+#include "parameters/edition2021/edition_list.h"
+
+namespace texturon {
+namespace {
+
+/// What a line of the newer style states besides name and limit.
+struct Written {
+  const SettingClass* chosen = nullptr;
+  std::optional<double> shortMM;
+  std::optional<double> longMM;
+  std::optional<double> sectionMM;
+  std::optional<std::int32_t> sections;
+  std::optional<double> lengthMM;
+};
+
+struct RuleWord {
+  std::string_view word;
+  AcceptanceRule rule;
+};
+constexpr RuleWord kRules[] = {
+    {"Tmax", AcceptanceRule::kMaximum}, {"T16%", AcceptanceRule::k16Percent}, {"Tmed", AcceptanceRule::kMedian}};
+
+constexpr std::string_view kFilterTypes[] = {"G", "RG", "S", "RS"};
+
+bool IsFilterType(std::string_view word) {
+  return std::find(std::begin(kFilterTypes), std::end(kFilterTypes), word) != std::end(kFilterTypes);
+}
+
+/// One requirement in the style of ISO 21920-1.
+class LineReader {
+public:
+  LineReader(const WordList& words, const ClassTable& classes) : words_(words), classes_(classes) {}
+
+  /// False with a fault.
+  bool Read(Requirement& requirement) {
+    if (words_.Is("U") || words_.Is("L")) requirement.isUpper = words_.Take().text == "U";
+    requirement.ruleText = kRules[0].word;
+    if (!ReadName(requirement)) return false;
+    const auto limit = NumberOf(words_.Peek());
+    if (!limit) return Fail("a limit is wanted here");
+    requirement.limit = *limit;
+    words_.Take();
+    while (!words_.IsAtEnd()) {
+      if (!ReadItem(requirement)) return false;
+    }
+    Settle(requirement);
+    return true;
+  }
+
+  const std::string& Fault() const { return fault_; }
+  std::size_t Place() const { return place_; }
+  const Written& WrittenItems() const { return written_; }
+
+private:
+  bool Fail(const std::string& fault) {
+    fault_ = fault;
+    place_ = words_.Place();
+    return false;
+  }
+
+  bool ReadName(Requirement& requirement) {
+    if (words_.IsAtEnd()) return Fail("a parameter is wanted here");
+    const Word name = words_.TakeName();
+    const EditionName read = ParseEditionName(PointsForCommas(name.text));
+    if (!read.fault.empty()) {
+      fault_ = Quoted(name.text) + " " + read.fault;
+      place_ = name.place;
+      return false;
+    }
+    requirement.name = name.text;
+    requirement.rowName = PointsForCommas(name.text);
+    letter_ = read.letter;
+    row_ = read.row;
+    requirement.unit = PrintedUnit(MakeEditionRow(requirement.rowName).quantity.metricUnit);
+    return true;
+  }
+
+  bool ReadItem(Requirement& requirement) {
+    const std::string text = words_.Peek();
+    for (const RuleWord& rule : kRules) {
+      if (!EqualIgnoringCase(rule.word, text)) continue;
+      requirement.rule = rule.rule;
+      requirement.ruleText = rule.word;
+      words_.Take();
+      return true;
+    }
+    if (const SettingClass* const found = FindClass(classes_, text)) {
+      written_.chosen = found;
+      words_.Take();
+      return true;
+    }
+    const std::size_t equals = text.find('=');
+    if (equals != std::string::npos) return ReadAssignment(text, equals, requirement);
+    if (text.starts_with("OR(") && text.ends_with(')')) {
+      requirement.notes.push_back("Orientation " + text + " is not judged.");
+      words_.Take();
+      return true;
+    }
+    if (const auto product = ProductOf(text)) {
+      written_.sectionMM = product->first;
+      written_.sections = product->second;
+      words_.Take();
+      return true;
+    }
+    if (IsFilterType(text)) return ReadFilter(requirement);
+    return Fail(Quoted(text) + " is not understood");
+  }
+
+  /// "G 0.8": the short-wave filter first, then the long-wave one.
+  bool ReadFilter(Requirement& requirement) {
+    NoteFilterType(words_.Take().text, requirement);
+    const auto index = NumberOf(words_.Peek());
+    if (!index || !(*index > 0.0)) return Fail("a nesting index in mm is wanted here");
+    words_.Take();
+    (typedFilters_++ == 0 ? written_.shortMM : written_.longMM) = *index;
+    return true;
+  }
+
+  static void NoteFilterType(const std::string& type, Requirement& requirement) {
+    if (type != "G") requirement.notes.push_back("Filter type " + type + " is not set here; the default is used.");
+  }
+
+  bool ReadAssignment(const std::string& text, std::size_t equals, Requirement& requirement) {
+    const std::string key = LowerAscii(text.substr(0, equals));
+    std::string value = text.substr(equals + 1);
+    if (key == "f") {
+      words_.Take();
+      requirement.notes.push_back("F-operator " + value + " is not set here; the form of the settings is used.");
+      return true;
+    }
+    const bool isFilter = key == "s" || key == "l";
+    if (isFilter) {
+      const std::size_t digit = std::min(value.find_first_of("0123456789.,"), value.size());
+      const std::string type = value.substr(0, digit);
+      if (!type.empty() && !IsFilterType(type)) return Fail(Quoted(type) + " is no type of filter");
+      if (!type.empty()) NoteFilterType(type, requirement);
+      value = value.substr(digit);
+    }
+    const Word whole = words_.Take();
+    if (isFilter && value.empty()) value = words_.Take().text;
+    const auto number = NumberOf(value);
+    if (!number || !(*number > 0.0)) {
+      fault_ = Quoted(value) + " is no length above 0";
+      place_ = whole.place + equals + 1;
+      return false;
+    }
+    if (key == "s")
+      written_.shortMM = *number;
+    else if (key == "l")
+      written_.longMM = *number;
+    else if (key == "lsc")
+      written_.sectionMM = *number;
+    else if (key == "le")
+      written_.lengthMM = *number;
+    else if (key == "nsc")
+      written_.sections = RoundToIndex(*number);
+    else {
+      fault_ = Quoted(text.substr(0, equals)) + " is none of S, L, lsc, nsc, le and F";
+      place_ = whole.place;
+      return false;
+    }
+    return true;
+  }
+
+  /// The class that settles what is not written; null with what is missing.
+  const SettingClass* ClassFor(Requirement& requirement) {
+    if (written_.chosen != nullptr) return written_.chosen;
+    if (written_.longMM) {
+      const SettingClass* const found = FindClassOfIndex(classes_, *written_.longMM);
+      if (found == nullptr && !written_.shortMM) {
+        requirement.missing = "no class has this long-wave index, so the short-wave index must be written too";
+      }
+      return found;
+    }
+    const bool limitMayDo = row_ != nullptr && !row_->needsClass && (letter_ == 'R' || requirement.name == "Pt");
+    const SettingClass* const found =
+        limitMayDo ? FindClassOfLimit(classes_, requirement.name, std::abs(requirement.limit)) : nullptr;
+    if (found == nullptr) {
+      requirement.missing = limitMayDo ? "the limit does not fix the class: the limits of the classes for " +
+                                             requirement.name + " are not known; write Sc1 to Sc5 or L=Nic"
+                                       : "a class (Sc1 to Sc5) or the long-wave index (L=Nic) must be written";
+    } else if (!requirement.isUpper) {
+      requirement.notes.emplace_back("The class is taken from the lower limit by the table of upper ones.");
+    }
+    return found;
+  }
+
+  void Settle(Requirement& requirement) {
+    requirement.edition = Edition::k2021;
+    const SettingClass* const found = ClassFor(requirement);
+    if (letter_ == 'P') return SettlePrimary(requirement, found);
+    const bool isClassOfIndex = found != nullptr && (!written_.longMM || *written_.longMM == found->longIndexMM);
+    if (found != nullptr) TakeClass(*found, requirement);
+    if (found != nullptr && isClassOfIndex) requirement.className = found->name;
+    if (written_.longMM) requirement.longIndexMM = written_.longMM;
+    if (written_.shortMM) requirement.shortIndexUM = *written_.shortMM * kMicrometresPerMillimetre;
+    SettleLengths(requirement, found);
+    if (letter_ == 'W' && requirement.missing.empty()) {
+      requirement.notes.emplace_back("The long side of the waviness (Nif) is that of the settings.");
+    }
+  }
+
+  static void TakeClass(const SettingClass& found, Requirement& requirement) {
+    requirement.longIndexMM = found.longIndexMM;
+    requirement.shortIndexUM = found.shortIndexUM;
+    requirement.mostSpacingUM = found.mostSpacingUM;
+    requirement.mostTipRadiusUM = found.mostTipRadiusUM;
+  }
+
+  void SettleLengths(Requirement& requirement, const SettingClass* found) {
+    constexpr std::int32_t kUsualSections = 5;
+    constexpr double kRounding = 1e-9;
+    requirement.sectionMM = written_.sectionMM ? written_.sectionMM : requirement.longIndexMM;
+    requirement.sections = written_.sections.value_or(found != nullptr ? found->sections : kUsualSections);
+    if (!requirement.sectionMM) {
+      if (!written_.sections) requirement.sections.reset();
+      requirement.lengthMM = written_.lengthMM;
+      return;
+    }
+    if (!written_.lengthMM) {
+      requirement.lengthMM = LengthOfSections(*requirement.sectionMM, *requirement.sections);
+      return;
+    }
+    requirement.lengthMM = written_.lengthMM;
+    if (written_.sections) {
+      if (!written_.sectionMM) requirement.sectionMM = *written_.lengthMM / *written_.sections;
+      return;
+    }
+    const double count = *written_.lengthMM / *requirement.sectionMM;
+    if (count >= 1.0 - kRounding && std::abs(count - std::round(count)) <= kRounding * count) {
+      requirement.sections = RoundToIndex(count);
+      return;
+    }
+    requirement.sections = std::max(1, static_cast<std::int32_t>(std::floor(count)));
+    requirement.notes.emplace_back("The evaluation length is no whole number of sections.");
+  }
+
+  /// The primary profile has no long-wave index; it is evaluated over the length that is stated, or over the feature.
+  void SettlePrimary(Requirement& requirement, const SettingClass* found) {
+    if (found != nullptr) {
+      requirement.className = found->name;
+      requirement.shortIndexUM = found->shortIndexUM;
+      requirement.mostSpacingUM = found->mostSpacingUM;
+      requirement.mostTipRadiusUM = found->mostTipRadiusUM;
+    }
+    if (written_.shortMM) requirement.shortIndexUM = *written_.shortMM * kMicrometresPerMillimetre;
+    requirement.missing = requirement.shortIndexUM ? "" : "the short-wave index (S=Nis) or a class must be written";
+    requirement.sections = written_.sections;
+    requirement.sectionMM = written_.sectionMM;
+    requirement.lengthMM = written_.lengthMM;
+    if (!requirement.lengthMM && requirement.sectionMM && requirement.sections) {
+      requirement.lengthMM = LengthOfSections(*requirement.sectionMM, *requirement.sections);
+    }
+    if (!requirement.lengthMM) requirement.notes.emplace_back("The length of the feature is evaluated.");
+  }
+
+  WordList words_;
+  const ClassTable& classes_;
+  Written written_;
+  char letter_ = 'R';
+  const EditionRow* row_ = nullptr;
+  int typedFilters_ = 0;
+  std::string fault_;
+  std::size_t place_ = 0;
+};
+
+/// A lower limit beside an upper one of the same parameter is measured in the same way, unless it says how.
+void JoinSides(std::vector<Requirement>& requirements, const std::vector<bool>& isSettledByItself) {
+  for (std::size_t i = 0; i < requirements.size(); ++i) {
+    Requirement& lower = requirements[i];
+    if (lower.isUpper || lower.edition != Edition::k2021 || isSettledByItself[i]) continue;
+    const auto upper = std::find_if(requirements.begin(), requirements.end(), [&lower](const Requirement& other) {
+      return other.isUpper && other.edition == lower.edition && EqualIgnoringCase(other.rowName, lower.rowName);
+    });
+    if (upper == requirements.end()) continue;
+    Requirement joined = *upper;
+    joined.isUpper = false;
+    joined.limit = lower.limit;
+    joined.rule = lower.rule;
+    joined.ruleText = lower.ruleText;
+    joined.notes.emplace_back("The class is that of the upper limit.");
+    lower = std::move(joined);
+  }
+}
+
+}  // namespace
+
+IndicationResult ReadIndication(std::string_view text, const ClassTable& classes) {
+  IndicationResult result;
+  std::vector<bool> isSettledByItself;
+  constexpr std::string_view kEditionMark = "ISO";
+  std::optional<Edition> said;
+  for (const TextPart& part : LinesOf(text)) {
+    WordList words(part);
+    if (const auto edition = words.TakeEdition()) said = edition;
+    words.TakeSymbol();
+    if (words.IsAtEnd()) continue;
+    Requirement requirement;
+    const bool isOlder = said ? *said == Edition::k1997 : IsOlderStyle(words);
+    if (isOlder) {
+      OlderReading older = ReadOlderLine(words);
+      if (!older.fault.empty()) return {{}, std::move(older.fault), older.place};
+      requirement = std::move(older.requirement);
+      isSettledByItself.push_back(true);
+    } else {
+      LineReader reader(words, classes);
+      if (!reader.Read(requirement)) return {{}, reader.Fault(), reader.Place()};
+      isSettledByItself.push_back(reader.WrittenItems().chosen != nullptr || reader.WrittenItems().longMM.has_value());
+    }
+    requirement.source = TrimBlanks(part.text);
+    const bool saysSo = EqualIgnoringCase(requirement.source.substr(0, kEditionMark.size()), kEditionMark);
+    if (said == Edition::k1997 && !saysSo) requirement.source = "ISO1302 " + requirement.source;
+    result.requirements.push_back(std::move(requirement));
+  }
+  if (result.requirements.empty()) result.fault = "nothing stands here";
+  JoinSides(result.requirements, isSettledByItself);
+  return result;
+}
+
+Tolerance ToleranceOf(const Requirement& requirement) {
+  constexpr double kOpen = std::numeric_limits<double>::infinity();
+  return {.toleranced = true,
+          .bilateral = !requirement.isUpper || requirement.limit == 0.0,  // an upper limit of 0 alone would be none
+          .upperLimit = requirement.isUpper ? requirement.limit : kOpen,
+          .lowerLimit = requirement.isUpper ? -kOpen : requirement.limit};
+}
+
+void CompleteRequirement(Requirement& requirement, const SettingClass* chosen, std::optional<std::int32_t> sections) {
+  const bool lacksSettings = !requirement.missing.empty() && requirement.edition == Edition::k2021;
+  if (lacksSettings && chosen != nullptr) {
+    requirement.className = chosen->name;
+    requirement.longIndexMM = requirement.sectionMM = chosen->longIndexMM;
+    requirement.shortIndexUM = chosen->shortIndexUM;
+    requirement.mostSpacingUM = chosen->mostSpacingUM;
+    requirement.mostTipRadiusUM = chosen->mostTipRadiusUM;
+    requirement.sections = chosen->sections;
+    requirement.lengthMM = LengthOfSections(chosen->longIndexMM, chosen->sections);
+    requirement.missing.clear();
+    requirement.notes.push_back("The class " + chosen->name + " was given beside the drawing.");
+  }
+  if (!sections || !requirement.sectionMM) return;
+  requirement.sections = sections;
+  requirement.lengthMM = LengthOfSections(*requirement.sectionMM, *sections);
+}
+
+void ApplyRequirement(const Requirement& requirement, AnalysisSettings& settings) {
+  StandardSettings& standard = settings.standard;
+  standard.Edition = NameOf(requirement.edition);
+  standard.LongWaveFilter.clear();
+  standard.ShortWaveFilter = "gaussian";
+  settings.FilterType = kFilterGaussian;
+  settings.UserDiscardType = kDiscardHalfCutoff;
+  if (requirement.longIndexMM) settings.LcCutoffMM = *requirement.longIndexMM;
+  settings.LsCutoffMM = requirement.shortIndexUM.value_or(0.0) * kMillimetresPerMicrometre;
+  if (requirement.motifMM) settings.MotifAMM = *requirement.motifMM;
+  standard.Sections = requirement.sections.value_or(standard.Sections);
+  standard.EvaluationLengthMM = requirement.lengthMM.value_or(0.0);
+  standard.CompleteSections = true;
+  standard.Class = requirement.className;
+  standard.Indication = requirement.source;
+  standard.MostSpacingUM = requirement.mostSpacingUM;
+  standard.MostTipRadiusUM = requirement.mostTipRadiusUM;
+  settings.parameters = {{.name = requirement.rowName, .tolerance = ToleranceOf(requirement)}};
+}
+
+bool AddRequirement(const Requirement& requirement, AnalysisSettings& settings) {
+  AnalysisSettings own = settings;
+  ApplyRequirement(requirement, own);
+  const ParameterSelection row = own.parameters.front();
+  const std::string indication = settings.standard.Indication + " | " + own.standard.Indication;
+  own.parameters = settings.parameters;
+  own.standard.Indication = settings.standard.Indication;
+  if (own != settings) return false;
+  settings.standard.Indication = indication;
+  const auto held = std::find_if(settings.parameters.begin(), settings.parameters.end(),
+                                 [&row](const ParameterSelection& other) { return other.name == row.name; });
+  if (held == settings.parameters.end()) {
+    settings.parameters.push_back(row);
+    return true;
+  }
+  held->tolerance.bilateral = true;
+  held->tolerance.upperLimit = std::min(held->tolerance.upperLimit, row.tolerance.upperLimit);
+  held->tolerance.lowerLimit = std::max(held->tolerance.lowerLimit, row.tolerance.lowerLimit);
+  return true;
+}
+
+std::string_view ConformityWord(Acceptance verdict) {
+  switch (verdict) {
+    case Acceptance::kPass:
+      return "conforming";
+    case Acceptance::kFail:
+      return "not conforming";
+    case Acceptance::kUndecided:
+      break;
+  }
+  return "undecided";
+}
+
+AcceptanceResult Judge(const Requirement& requirement, std::span<const std::optional<double>> values) {
+  return AcceptLimit(values, requirement.limit, requirement.isUpper, requirement.rule);
+}
+
+}  // namespace texturon

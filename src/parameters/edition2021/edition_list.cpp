@@ -1,0 +1,149 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#include "parameters/edition2021/edition_list.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "base/text.h"
+#include "parameters/edition2021/feature_rows.h"
+#include "parameters/suffix_table.h"
+
+namespace texturon {
+namespace {
+
+constexpr std::string_view kLetters = "PWR";
+constexpr int kFeatureDecimals = 4;
+
+bool IsStartingSelection(const std::vector<ParameterSelection>& selection) {
+  static const std::vector<ParameterSelection> start = DefaultSelection();
+  return selection == start;
+}
+
+/// A name that stands in the older edition too, with why the rows differ.
+std::string_view DifferenceOf(const EditionName& name) {
+  return name.row != nullptr && name.arguments.empty() ? name.row->difference : std::string_view();
+}
+
+void Append(ParameterCatalogue& list, ParameterDef row, const ParameterCatalogue& former) {
+  const auto before = std::find_if(former.rows.begin(), former.rows.end(), [&row](const ParameterDef& candidate) {
+    return candidate.name == row.name && candidate.edition == row.edition;
+  });
+  if (before != former.rows.end()) {
+    row.value = before->value;
+    row.valid = before->valid;
+    row.reason = before->reason;
+  }
+  list.rows.push_back(std::move(row));
+}
+
+ParameterDef SelectedRow(const ParameterSelection& selection) {
+  ParameterDef row = MakeEditionRow(selection.name);
+  row.selected = selection.selected;
+  row.tolerance = selection.tolerance;
+  return row;
+}
+
+bool IsIn(const ParameterCatalogue& list, std::string_view name, Edition edition) {
+  return std::any_of(list.rows.begin(), list.rows.end(), [&](const ParameterDef& row) {
+    return row.edition == edition && EqualIgnoringCase(row.name, name);
+  });
+}
+
+bool IsOfEdition(std::string_view name) {
+  return ParseEditionName(name).fault.empty();
+}
+
+bool IsOfEditionBefore(std::string_view name) {
+  if (FindWholeName(name) != nullptr) return true;
+  const SuffixRow* const suffix = name.empty() ? nullptr : FindSuffix(name.substr(1));
+  return suffix != nullptr && ContainsIgnoringCase(suffix->letters, name.substr(0, 1));
+}
+
+/// Every row of the edition that needs no argument, in the order of letters and table.
+void AppendAll(ParameterCatalogue& list, const ParameterCatalogue& former) {
+  for (const char letter : kLetters) {
+    for (const EditionRow& row : EditionTable()) {
+      const std::string name = letter + std::string(row.suffix);
+      if (row.leastArguments == 0 && !IsIn(list, name, Edition::k2021)) Append(list, MakeEditionRow(name), former);
+    }
+  }
+}
+
+ParameterCatalogue ListOfBoth(const AnalysisSettings& settings, const ParameterCatalogue& former) {
+  ParameterCatalogue list;
+  const bool isAll = IsStartingSelection(settings.parameters);
+  for (const ParameterSelection& selection : settings.parameters) {
+    const bool isOld = IsOfEditionBefore(selection.name);
+    const bool isNew = IsOfEdition(selection.name);
+    if (isOld || !isNew) {
+      Append(list, MakeWorkingList({&selection, 1}).rows.front(), former);
+    }
+    if (!isNew) continue;
+    ParameterDef row = SelectedRow(selection);
+    if (isOld) row.difference = DifferenceOf(ParseEditionName(selection.name));
+    Append(list, std::move(row), former);
+  }
+  if (isAll) AppendAll(list, former);
+  return list;
+}
+
+}  // namespace
+
+EditionChoice ChosenEdition(const AnalysisSettings& settings) {
+  const std::string& edition = settings.standard.Edition;
+  if (EqualIgnoringCase(edition, "2021")) return EditionChoice::k2021;
+  return EqualIgnoringCase(edition, "both") ? EditionChoice::kBoth : EditionChoice::k1997;
+}
+
+ParameterDef MakeEditionRow(std::string_view name) {
+  ParameterDef row;
+  row.name = name;
+  row.edition = Edition::k2021;
+  const EditionName read = ParseEditionName(name);
+  if (read.feature) {
+    row.quantity = read.feature->Unit();
+    row.format = {.decimals = {kFeatureDecimals, kFeatureDecimals}};
+  } else if (read.row != nullptr) {
+    row.quantity = read.row->quantity;
+    row.format = read.row->format;
+  }
+  return row;
+}
+
+ParameterCatalogue MakeEditionList(const AnalysisSettings& settings, const ParameterCatalogue& former) {
+  ParameterCatalogue list;
+  switch (ChosenEdition(settings)) {
+    case EditionChoice::k1997:
+      list = MakeWorkingList(settings.parameters, former);
+      break;
+    case EditionChoice::k2021:
+      if (IsStartingSelection(settings.parameters)) {
+        AppendAll(list, former);
+      } else {
+        const std::size_t count = std::min(settings.parameters.size(), kMostParameters);
+        for (std::size_t i = 0; i < count; ++i) Append(list, SelectedRow(settings.parameters[i]), former);
+      }
+      break;
+    case EditionChoice::kBoth:
+      list = ListOfBoth(settings, former);
+      break;
+  }
+  for (const std::string& feature : settings.standard.features) Append(list, MakeEditionRow(feature), former);
+  return list;
+}
+
+bool NeedsCoreProfile(const ParameterCatalogue& catalogue) {
+  return std::any_of(catalogue.rows.begin(), catalogue.rows.end(), [](const ParameterDef& row) {
+    if (!row.selected || row.edition != Edition::k2021) return false;
+    const EditionName name = ParseEditionName(row.name);
+    return name.letter == 'R' && name.row != nullptr && name.row->ofCore;
+  });
+}
+
+RowResult ComputeEditionRow(const EditionName& name, const EditionInput& input) {
+  if (name.feature) return FeatureValue(input, *name.feature);
+  return name.row->routine({input.profile, input.settings, name.arguments});
+}
+
+}  // namespace texturon

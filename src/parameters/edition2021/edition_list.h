@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "parameters/catalogue.h"
+#include "parameters/edition2021/edition_table.h"
+
+namespace texturon {
+
+/// Which edition's rows a document shows; 1997 for a text that names none.
+enum class EditionChoice : std::uint8_t { k1997, k2021, kBoth };
+EditionChoice ChosenEdition(const AnalysisSettings& settings);
+
+/// The working list of the edition in force, with the features of the settings behind it. Values of rows that stood in
+/// `former` under the same name and edition are kept.
+///
+/// Under 1997 it is MakeWorkingList. Under 2021 the names of the selection are those of that edition; the selection
+/// that a document starts with stands for every row of P, W and R that needs no argument. Under both, each name stands
+/// for the row of either edition that has it, the one of 1997 first, and the starting selection for all rows of both.
+ParameterCatalogue MakeEditionList(const AnalysisSettings& settings, const ParameterCatalogue& former = {});
+
+/// A row of the edition of 2021 by its name; without unit where the name is not understood.
+ParameterDef MakeEditionRow(std::string_view name);
+
+/// True for a selected row that the filter for the core is needed for.
+bool NeedsCoreProfile(const ParameterCatalogue& catalogue);
+
+/// Computes a row of the edition of 2021 on the profile of its letter, or on that of the core where it is of that.
+/// `name` is read already and has a row or a feature.
+RowResult ComputeEditionRow(const EditionName& name, const EditionInput& input);
+
+}  // namespace texturon

@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#include "presentation/requirement_texts.h"
+
+#include "base/number_text.h"
+#include "base/text.h"
+#include "parameters/catalogue.h"
+#include "platform/platform.h"
+
+namespace texturon {
+namespace {
+
+std::string LengthOf(const std::optional<double>& length, std::string_view unit) {
+  return length ? ShortestText(*length) + " " + std::string(unit) : "open";
+}
+
+const ParameterDef* RowOf(const Document& document, const Requirement& requirement) {
+  for (const ParameterDef& row : document.catalogue.rows) {
+    if (row.name == requirement.rowName && row.edition == requirement.edition && row.valid) return &row;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+AcceptanceResult JudgedRequirement::Verdict() const {
+  if (!requirement.missing.empty()) return {Acceptance::kUndecided, "settings are missing"};
+  return Judge(requirement, values.value_or(ValueSeries()));
+}
+
+std::vector<std::pair<std::string, std::string>> MeaningOf(const JudgedRequirement& judged) {
+  const Requirement& requirement = judged.requirement;
+  const std::string sections = requirement.sections ? IntegerText(*requirement.sections) : "open";
+  std::vector<std::pair<std::string, std::string>> lines = {
+      {"Edition", requirement.edition == Edition::k2021 ? "ISO 21920-1:2021" : "ISO 1302:2002"},
+      {requirement.isUpper ? "Upper limit" : "Lower limit",
+       requirement.name + " " + ShortestText(requirement.limit) + " " + requirement.unit},
+      {"Rule", requirement.ruleText},
+      {"Class", requirement.className.empty() ? "-" : requirement.className},
+      {"Long-wave index", LengthOf(requirement.longIndexMM, "mm")},
+      {"Short-wave index", LengthOf(requirement.shortIndexUM, "\xB5m")},
+      {"Sections", sections + " of " + LengthOf(requirement.sectionMM, "mm")},
+      {"Evaluation length", LengthOf(requirement.lengthMM, "mm")}};
+  if (!requirement.missing.empty()) lines.emplace_back("Incomplete", requirement.missing);
+  for (const std::string& note : requirement.notes) lines.emplace_back("Note", note);
+  if (!judged.values) return lines;
+  std::string values;
+  for (const auto& value : *judged.values) {
+    values += (values.empty() ? "" : ", ") + (value ? ShortestText(*value) : "-");
+  }
+  lines.emplace_back("Values", values);
+  const AcceptanceResult verdict = judged.Verdict();
+  lines.emplace_back("Verdict", std::string(ConformityWord(verdict.verdict)) + " (" + std::string(verdict.by) + ")");
+  return lines;
+}
+
+std::string IndicationMeaning(std::string_view text, const ClassTable& classes) {
+  if (TrimBlanks(text).empty()) return {};
+  const IndicationResult read = ReadIndication(text, classes);
+  if (!read.fault.empty()) {
+    return "Character " + IntegerText(static_cast<std::int64_t>(read.place) + 1) + ": " + read.fault + ".";
+  }
+  std::string meaning;
+  for (const Requirement& requirement : read.requirements) {
+    meaning += (meaning.empty() ? "" : "\n") + requirement.source + "\n";
+    for (const auto& [title, line] : MeaningOf({requirement, std::nullopt})) meaning += title + ": " + line + "\n";
+  }
+  return meaning;
+}
+
+std::vector<JudgedRequirement> RequirementsOf(const Document& document) {
+  std::vector<JudgedRequirement> judged;
+  const StandardSettings& standard = document.settings.analysis.standard;
+  if (standard.Indication.empty()) return judged;
+  ClassTableResult own;
+  if (!standard.ClassTable.empty()) own = ReadClassTable(PathFromText(standard.ClassTable));
+  const ClassTable& classes = own.classes.empty() ? BuiltInClasses() : own.classes;
+  for (Requirement& requirement : ReadIndication(standard.Indication, classes).requirements) {
+    if (requirement.className.empty() && !standard.Class.empty()) {
+      CompleteRequirement(requirement, FindClass(classes, standard.Class), std::nullopt);
+    }
+    const ParameterDef* const row = RowOf(document, requirement);
+    judged.push_back({std::move(requirement), ValueSeries{row != nullptr ? std::optional(row->value) : std::nullopt}});
+  }
+  return judged;
+}
+
+std::string RequirementVerdict(const Document& document, const JudgedRequirement& judged) {
+  const AcceptanceResult verdict = judged.Verdict();
+  const ParameterDef* const row = RowOf(document, judged.requirement);
+  const bool metric = document.settings.display.Metric;
+  std::string text =
+      row != nullptr ? ShownValue(*row, metric) + " " + PrintedUnit(row->quantity.Unit(metric)) + ", " : std::string();
+  return text + std::string(ConformityWord(verdict.verdict)) + " (" + std::string(verdict.by) + ")";
+}
+
+}  // namespace texturon

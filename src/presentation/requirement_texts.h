@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "analysis/document.h"
+#include "analysis/indication.h"
+#include "analysis/value_statistics.h"
+
+namespace texturon {
+
+/// A requirement with the values that it is held against.
+struct JudgedRequirement {
+  Requirement requirement;
+  std::optional<ValueSeries> values;  ///< none: nothing was measured
+
+  /// Undecided where something is missing or nothing was measured.
+  AcceptanceResult Verdict() const;
+};
+
+/// What a requirement asks for and comes to, a title and a text a line; Windows-1252.
+std::vector<std::pair<std::string, std::string>> MeaningOf(const JudgedRequirement& judged);
+
+/// What a text on a drawing means, for people who are typing it; or the place where it is not understood.
+std::string IndicationMeaning(std::string_view text, const ClassTable& classes);
+
+/// The requirements of the document's settings with the values of its rows, where they were computed.
+std::vector<JudgedRequirement> RequirementsOf(const Document& document);
+
+/// One line of a report: the value with its unit, the verdict and what decided.
+std::string RequirementVerdict(const Document& document, const JudgedRequirement& judged);
+
+}  // namespace texturon

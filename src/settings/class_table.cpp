@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#include "settings/class_table.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "base/ini_file.h"
+#include "base/number_text.h"
+#include "base/text.h"
+#include "base/units.h"
+#include "settings/settings_file.h"
+
+namespace texturon {
+namespace {
+
+template <typename Condition>
+const SettingClass* FirstWith(const ClassTable& classes, Condition condition) {
+  const auto found = std::find_if(classes.begin(), classes.end(), condition);
+  return found != classes.end() ? &*found : nullptr;
+}
+
+struct ClassKey {
+  std::string_view key;
+  double SettingClass::*field;
+};
+constexpr ClassKey kKeys[] = {{"Nic", &SettingClass::longIndexMM},
+                              {"Nis", &SettingClass::shortIndexUM},
+                              {"Spacing", &SettingClass::mostSpacingUM},
+                              {"TipRadius", &SettingClass::mostTipRadiusUM}};
+constexpr std::string_view kSectionsKey = "Sections";
+
+void SetLimit(SettingClass& row, std::string_view parameter, double limitUM) {
+  std::erase_if(row.limits, [parameter](const auto& limit) { return EqualIgnoringCase(limit.first, parameter); });
+  row.limits.emplace_back(parameter, limitUM);
+}
+
+/// False for a value that is no number above 0.
+bool TakeEntry(const IniEntry& entry, SettingClass& row) {
+  const ParsedDouble number = ParseDouble(entry.value);
+  if (!number.usable() || number.length == 0 || number.length != entry.value.size() || !(number.value > 0.0)) {
+    return false;
+  }
+  for (const ClassKey& key : kKeys) {
+    if (!EqualIgnoringCase(key.key, entry.key)) continue;
+    row.*key.field = number.value;
+    return true;
+  }
+  if (!EqualIgnoringCase(entry.key, kSectionsKey)) {
+    SetLimit(row, entry.key, number.value);
+    return true;
+  }
+  row.sections = RoundToIndex(number.value);
+  return static_cast<double>(row.sections) == number.value;
+}
+
+}  // namespace
+
+std::optional<double> SettingClass::LimitOf(std::string_view parameter) const {
+  for (const auto& [held, limit] : limits) {
+    if (EqualIgnoringCase(held, parameter)) return limit;
+  }
+  return std::nullopt;
+}
+
+const ClassTable& BuiltInClasses() {
+  static const ClassTable classes = {
+      {"Sc1", 0.08, 2.5, 0.5, 2.0, 5, {{"Ra", 0.02}, {"Rz", 0.16}}},
+      {"Sc2", 0.25, 2.5, 0.5, 2.0, 5, {{"Ra", 0.1}, {"Rz", 0.8}}},
+      {"Sc3", 0.8, 2.5, 0.5, 2.0, 5, {{"Ra", 2.0}, {"Rz", 16.0}}},
+      {"Sc4", 2.5, 8.0, 1.5, 5.0, 5, {{"Ra", 10.0}, {"Rz", 80.0}}},
+      {"Sc5", 8.0, 25.0, 5.0, 10.0, 5, {}},
+  };
+  return classes;
+}
+
+ClassTableResult ReadClassTable(const std::filesystem::path& path) {
+  const FileBytes bytes = ReadIniFile(path);
+  if (!bytes.ok()) return {{}, bytes.reason};
+  const IniFile file(bytes.bytes);
+  ClassTableResult result;
+  for (const IniSectionHeader& header : file.Sections()) {
+    if (header.shadowed) continue;
+    const SettingClass* const known = FindClass(BuiltInClasses(), header.name);
+    SettingClass row = known != nullptr ? *known : SettingClass{};
+    row.name = header.name;
+    for (const IniEntry& entry : file.Entries()) {
+      if (!EqualIgnoringCase(entry.section, header.name) || entry.shadowed || TakeEntry(entry, row)) continue;
+      return {{},
+              "holds " + Quoted(entry.value) + " for " + std::string(entry.key) + " of " + row.name +
+                  ", which is no number above 0"};
+    }
+    if (!(row.longIndexMM > 0.0 && row.shortIndexUM > 0.0)) {
+      return {{}, "gives no Nic or no Nis for the class " + row.name};
+    }
+    result.classes.push_back(std::move(row));
+  }
+  if (result.classes.empty()) result.reason = "holds no class";
+  return result;
+}
+
+const SettingClass* FindClass(const ClassTable& classes, std::string_view name) {
+  return FirstWith(classes, [name](const SettingClass& row) { return EqualIgnoringCase(row.name, name); });
+}
+
+const SettingClass* FindClassOfIndex(const ClassTable& classes, double longIndexMM) {
+  constexpr double kRounding = 1e-9;
+  return FirstWith(classes, [longIndexMM](const SettingClass& row) {
+    return std::abs(row.longIndexMM - longIndexMM) <= kRounding * longIndexMM;
+  });
+}
+
+const SettingClass* FindClassOfLimit(const ClassTable& classes, std::string_view parameter, double limitUM) {
+  const auto hasLimit = [parameter](const SettingClass& row) { return row.LimitOf(parameter).has_value(); };
+  if (FirstWith(classes, hasLimit) == nullptr) return nullptr;
+  bool isBehindLimits = false;
+  for (const SettingClass& row : classes) {
+    const auto limit = row.LimitOf(parameter);
+    if (limit ? limitUM <= *limit : isBehindLimits) return &row;
+    isBehindLimits = isBehindLimits || limit.has_value();
+  }
+  return nullptr;
+}
+
+double LengthOfSections(double sectionMM, std::int32_t sections) {
+  constexpr double kNanometres = 1e6;
+  return std::round(sectionMM * sections * kNanometres) / kNanometres;
+}
+
+void ApplyClass(const SettingClass& chosen, std::optional<std::int32_t> sections, AnalysisSettings& settings) {
+  StandardSettings& standard = settings.standard;
+  settings.LcCutoffMM = chosen.longIndexMM;
+  settings.LsCutoffMM = chosen.shortIndexUM * kMillimetresPerMicrometre;
+  settings.FilterType = kFilterGaussian;
+  settings.UserDiscardType = kDiscardHalfCutoff;
+  standard.LongWaveFilter.clear();
+  standard.ShortWaveFilter = "gaussian";
+  standard.Sections = sections.value_or(chosen.sections);
+  standard.EvaluationLengthMM = LengthOfSections(chosen.longIndexMM, standard.Sections);
+  standard.CompleteSections = true;
+  standard.Class = chosen.name;
+  standard.MostSpacingUM = chosen.mostSpacingUM;
+  standard.MostTipRadiusUM = chosen.mostTipRadiusUM;
+}
+
+}  // namespace texturon

@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#include "ui/sheets/indication_dialog.h"
+
+#include <QDialogButtonBox>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "platform/platform.h"
+#include "presentation/requirement_texts.h"
+#include "ui/qt_text.h"
+
+namespace texturon {
+namespace {
+
+ClassTable ClassesOf(const StandardSettings& standard) {
+  ClassTable classes;
+  if (!standard.ClassTable.empty()) classes = ReadClassTable(PathFromText(standard.ClassTable)).classes;
+  return classes.empty() ? BuiltInClasses() : classes;
+}
+
+}  // namespace
+
+CIndicationDialog::CIndicationDialog(const Settings& settings, QWidget* parent)
+    : QDialog(parent), former_(settings), working_(settings) {
+  setWindowTitle(tr("Drawing Indication"));
+  auto* const column = new QVBoxLayout(this);
+  auto* const label = new QLabel(tr("What stands on the drawing:"), this);
+  text_ = new QPlainTextEdit(FromText(settings.analysis.standard.Indication), this);
+  text_->setObjectName("indication");
+  text_->setTabChangesFocus(true);
+  text_->setMaximumHeight(fontMetrics().height() * 4);
+  text_->setAccessibleName(label->text());
+  label->setBuddy(text_);
+  meaning_ = new QLabel(this);
+  meaning_->setObjectName("meaning");
+  meaning_->setWordWrap(true);
+  meaning_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  meaning_->setMinimumSize(fontMetrics().averageCharWidth() * 60, fontMetrics().height() * 12);
+  meaning_->setAlignment(Qt::AlignTop | Qt::AlignLeft);
+  auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
+  ok_ = buttons->button(QDialogButtonBox::Ok);
+  connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  connect(text_, &QPlainTextEdit::textChanged, this, &CIndicationDialog::Show);
+  for (QWidget* const widget : {static_cast<QWidget*>(label), static_cast<QWidget*>(text_),
+                                static_cast<QWidget*>(meaning_), static_cast<QWidget*>(buttons)}) {
+    column->addWidget(widget);
+  }
+  Show();
+}
+
+void CIndicationDialog::Show() {
+  const std::string text = ToText(text_->toPlainText());
+  const ClassTable classes = ClassesOf(former_.analysis.standard);
+  QString meaning = FromText(IndicationMeaning(text, classes));
+  const IndicationResult read = ReadIndication(text, classes);
+  working_ = former_;
+  bool isUsable = read.fault.empty();
+  bool isTogether = true;
+  for (std::size_t i = 0; i < read.requirements.size(); ++i) {
+    const Requirement& requirement = read.requirements[i];
+    isUsable = isUsable && requirement.missing.empty();
+    if (!isUsable) break;
+    if (i == 0) {
+      ApplyRequirement(requirement, working_.analysis);
+    } else {
+      isTogether = isTogether && AddRequirement(requirement, working_.analysis);
+    }
+  }
+  if (!isTogether) meaning += tr("The requirements are measured in different ways; enter one at a time.");
+  meaning_->setText(meaning);
+  ok_->setEnabled(isUsable && isTogether);
+}
+
+}  // namespace texturon

@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#include "analysis/indication.h"
+
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "base/number_text.h"
+
+namespace texturon {
+namespace {
+
+std::string Shown(const std::optional<double>& value) {
+  return value ? ShortestText(*value) : "-";
+}
+
+/// "2021 U Rz 6.3 Tmax Sc3 | 0.8 2.5 | 0.8 x 5 = 4", with what is missing as an exclamation mark.
+std::string Meaning(const Requirement& r) {
+  return std::string(r.edition == Edition::k2021 ? "2021" : "2002") + (r.isUpper ? " U " : " L ") + r.name + " " +
+         ShortestText(r.limit) + " " + r.ruleText + " " + (r.className.empty() ? "-" : r.className) + " | " +
+         Shown(r.longIndexMM) + " " + Shown(r.shortIndexUM) + " | " + Shown(r.sectionMM) + " x " +
+         (r.sections ? IntegerText(*r.sections) : "-") + " = " + Shown(r.lengthMM) + (r.missing.empty() ? "" : " !");
+}
+
+TEST(Indication, MeansWhatTheDrawingSays) {
+  const std::pair<const char*, std::vector<std::string>> cases[] = {
+      {"Rz 6.3", {"2021 U Rz 6.3 Tmax Sc3 | 0.8 2.5 | 0.8 x 5 = 4"}},
+      {"U Rz 6,3 T16%", {"2021 U Rz 6.3 T16% Sc3 | 0.8 2.5 | 0.8 x 5 = 4"}},
+      {"Ra 0.1", {"2021 U Ra 0.1 Tmax Sc2 | 0.25 2.5 | 0.25 x 5 = 1.25"}},
+      {"Ra 0.11", {"2021 U Ra 0.11 Tmax Sc3 | 0.8 2.5 | 0.8 x 5 = 4"}},
+      {"Rz 20", {"2021 U Rz 20 Tmax Sc4 | 2.5 8 | 2.5 x 5 = 12.5"}},
+      {"Rz 81", {"2021 U Rz 81 Tmax Sc5 | 8 25 | 8 x 5 = 40"}},
+      {"Rz 1.6; Sc2", {"2021 U Rz 1.6 Tmax Sc2 | 0.25 2.5 | 0.25 x 5 = 1.25"}},
+      {"MRR Ra 0.8 Tmed OR(3)", {"2021 U Ra 0.8 Tmed Sc3 | 0.8 2.5 | 0.8 x 5 = 4"}},
+      {"U Rz 4\nL Rz 0.1",
+       {"2021 U Rz 4 Tmax Sc3 | 0.8 2.5 | 0.8 x 5 = 4", "2021 L Rz 0.1 Tmax Sc3 | 0.8 2.5 | 0.8 x 5 = 4"}},
+      {"L Rz 1 | Ra 0.4",
+       {"2021 L Rz 1 Tmax Sc3 | 0.8 2.5 | 0.8 x 5 = 4", "2021 U Ra 0.4 Tmax Sc3 | 0.8 2.5 | 0.8 x 5 = 4"}},
+      {"Rz 4 0.8x3", {"2021 U Rz 4 Tmax Sc3 | 0.8 2.5 | 0.8 x 3 = 2.4"}},
+      {"Ra 1.6 le=8", {"2021 U Ra 1.6 Tmax Sc3 | 0.8 2.5 | 0.8 x 10 = 8"}},
+      {"Rz 1.6 S=0.008 nsc=4", {"2021 U Rz 1.6 Tmax Sc3 | 0.8 8 | 0.8 x 4 = 3.2"}},
+      {"Rz 1.6 G 0.008 G 2.5", {"2021 U Rz 1.6 Tmax Sc4 | 2.5 8 | 2.5 x 5 = 12.5"}},
+      {"Rk 1.5 Sc3", {"2021 U Rk 1.5 Tmax Sc3 | 0.8 2.5 | 0.8 x 5 = 4"}},
+      {"Rk 1.5", {"2021 U Rk 1.5 Tmax - | - - | - x - = - !"}},
+      {"Rq 0.4", {"2021 U Rq 0.4 Tmax - | - - | - x - = - !"}},
+      {"Rsm 0.13 L=0.8", {"2021 U Rsm 0.13 Tmax Sc3 | 0.8 2.5 | 0.8 x 5 = 4"}},
+      {"Rsm 0.13 L=1", {"2021 U Rsm 0.13 Tmax - | 1 - | 1 x 5 = 5 !"}},
+      {"Rsm 0.13 L=1 S=G0.005", {"2021 U Rsm 0.13 Tmax - | 1 5 | 1 x 5 = 5"}},
+      {"Rdc(10;80,5) 2 Sc3", {"2021 U Rdc(10;80,5) 2 Tmax Sc3 | 0.8 2.5 | 0.8 x 5 = 4"}},
+      {"R: FC; V; Wolfprune 5 %; Bot 5; PVh; Mean 3 Sc2",
+       {"2021 U R: FC; V; Wolfprune 5 %; Bot 5; PVh; Mean 3 Tmax Sc2 | 0.25 2.5 | 0.25 x 5 = 1.25"}},
+      {"0.0025-0.8/Rz 6.3", {"2002 U Rz 6.3 16% - | 0.8 2.5 | 0.8 x 5 = 4"}},
+      {"-0.8/Ra3 3.1", {"2002 U Ra 3.1 16% - | 0.8 2.5 | 0.8 x 3 = 2.4"}},
+      {"Rzmax 0.2", {"2002 U Rz 0.2 max - | 0.25 2.5 | 0.25 x 5 = 1.25"}},
+      {"L Rz1max 3", {"2002 L Rz 3 max - | 0.8 2.5 | 0.8 x 1 = 0.8"}},
+      {"0.008-/Ptmax 25", {"2002 U Pt 25 max - | - 8 | - x - = -"}},
+      {"0.8-25/Wz3 10", {"2002 U Wz 10 16% - | 25 800 | 25 x 3 = 75 !"}},
+      {"0.008-0.5/16/R 10", {"2002 U R 10 16% - | - 8 | - x - = 16"}},
+      {"Rk8 1", {"2002 U Rk 1 16% - | - - | - x 8 = - !"}},
+      {"N7", {"2002 U Ra 1.6 16% - | 0.8 2.5 | 0.8 x 5 = 4"}},
+      {"ISO 1302:2002 Ra 1.6 0.8x3", {"2002 U Ra 1.6 16% - | 0.8 2.5 | 0.8 x 3 = 2.4"}},
+      {"ISO21920 Rmrk1 10 Sc3", {"2021 U Rmrk1 10 Tmax Sc3 | 0.8 2.5 | 0.8 x 5 = 4"}},
+  };
+  for (const auto& [text, meanings] : cases) {
+    const IndicationResult read = ReadIndication(text, BuiltInClasses());
+    EXPECT_EQ(read.fault, "") << text;
+    std::vector<std::string> found;
+    for (const Requirement& requirement : read.requirements) found.push_back(Meaning(requirement));
+    EXPECT_EQ(found, meanings) << text;
+  }
+}
+
+TEST(Indication, PointsAtWhatItDoesNotUnderstand) {
+  const std::pair<const char*, std::size_t> cases[] = {
+      {"", 0},         {"U", 1},           {"Rz", 2},        {"Rz x", 3},     {"Rz 3 foo", 5},
+      {"Rzz 3", 0},    {"Rz 3 | Rb 4", 7}, {"Rz 3 L=x", 5},  {"Rz 3 q=4", 5}, {"0.8-/Rz", 7},
+      {"0.8/Rz 3", 0}, {"Rmr 4", 0},       {"Rz 3 le=x", 8}, {"N7 x", 3},     {"R: FC; P; None; All; Count 3", 0},
+  };
+  for (const auto& [text, place] : cases) {
+    const IndicationResult read = ReadIndication(text, BuiltInClasses());
+    EXPECT_NE(read.fault, "") << text;
+    EXPECT_EQ(read.place, place) << text << ": " << read.fault;
+    EXPECT_TRUE(read.requirements.empty());
+  }
+}
+
+TEST(Indication, JudgesByItsRule) {
+  struct Case {
+    const char* text;
+    ValueSeries values;
+    std::string verdict;
+  };
+  const Case cases[] = {
+      {"Rz 6", {{5.0}}, "conforming by maximum"},
+      {"Rz 6", {{5.0}, {6.0000001}}, "not conforming by maximum"},
+      {"L Rz 6", {{6.0}, {7.0}}, "conforming by maximum"},
+      {"L Rz 6", {{5.9}, {7.0}}, "not conforming by maximum"},
+      {"Rz 6 T16%", {{4.1}}, "conforming by short procedure"},
+      {"Rz 6 T16%", {{4.3}}, "undecided by fewer than three values"},
+      {"Rz 6 T16%", {{5.0}, {5.0}, {7.0}, {5.0}, {5.0}, {5.0}}, "conforming by short procedure"},
+      {"Rz 6 T16%", {{5.0}, {7.0}, {7.0}, {5.0}}, "not conforming by share"},
+      {"Rz 6 Tmed", {{5.0}, {5.9}, {9.0}}, "conforming by median"},
+      {"Rsk 0 Sc3", {{0.1}}, "not conforming by maximum"},
+  };
+  for (const Case& c : cases) {
+    const Requirement requirement = ReadIndication(c.text, BuiltInClasses()).requirements.at(0);
+    const AcceptanceResult result = Judge(requirement, c.values);
+    EXPECT_EQ(std::string(ConformityWord(result.verdict)) + " by " + std::string(result.by), c.verdict) << c.text;
+  }
+}
+
+}  // namespace
+}  // namespace texturon

@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#include "signal/filter/regression_filter.h"
+
+#include <algorithm>
+#include <cmath>
+#include <gtest/gtest.h>
+#include <random>
+#include <vector>
+
+#include "support/dense_solve.h"
+#include "support/near.h"
+#include "support/recording_progress.h"
+
+namespace texturon {
+namespace {
+
+constexpr double kPi = 3.14159265358979323846;
+
+std::vector<double> Noisy(std::size_t n, unsigned seed) {
+  std::mt19937_64 random(seed);
+  std::normal_distribution<double> noise;
+  std::vector<double> z(n);
+  for (std::size_t i = 0; i < n; ++i) z[i] = 3.0 + std::sin(static_cast<double>(i) * 0.03) + 0.2 * noise(random);
+  return z;
+}
+
+/// One pass by its definition: the three normal equations of every point, with 32 digits.
+std::vector<double> DirectPass(const std::vector<double>& z, const std::vector<double>& d, double dx, double cutoff) {
+  const auto n = static_cast<int>(z.size());
+  std::vector<double> line;
+  for (int k = 0; k < n; ++k) {
+    std::vector<std::vector<DoubleDouble>> matrix(3, std::vector<DoubleDouble>(3));
+    std::vector<DoubleDouble> rhs(3);
+    for (int l = 0; l < n; ++l) {
+      const double t = (l - k) * dx;
+      if (std::abs(t) > 2.5 * cutoff) continue;
+      const double s = std::exp(-kPi * std::pow(t / (0.7309134280946759 * cutoff), 2)) * d[static_cast<std::size_t>(l)];
+      const double powers[] = {1.0, t / cutoff, t / cutoff * t / cutoff};
+      for (std::size_t i = 0; i < 3; ++i) {
+        for (std::size_t j = 0; j < 3; ++j) matrix[i][j] += DoubleDouble(s * powers[i]) * DoubleDouble(powers[j]);
+        rhs[i] += DoubleDouble(s * powers[i]) * DoubleDouble(z[static_cast<std::size_t>(l)]);
+      }
+    }
+    line.push_back(SolveDense(matrix, rhs)[0].hi);
+  }
+  return line;
+}
+
+double ScaleOf(const std::vector<double>& z, const std::vector<double>& line) {
+  std::vector<double> rest(z.size());
+  for (std::size_t i = 0; i < z.size(); ++i) rest[i] = std::abs(z[i] - line[i]);
+  std::sort(rest.begin(), rest.end());
+  const std::size_t half = rest.size() / 2;
+  return 4.4478 * (rest.size() % 2 == 1 ? rest[half] : 0.5 * (rest[half - 1] + rest[half]));
+}
+
+TEST(RegressionFilter, SolvesTheEquationsOfEveryPoint) {
+  std::vector<double> z = Noisy(500, 1);
+  for (std::size_t i = 200; i < 240; ++i) z[i] -= 40.0;  // a groove as wide as the cutoff, which loses its weights
+  for (std::size_t i = 0; i < 5; ++i) z[i] += 20.0;      // at the end, too
+  const double dx = 0.001, cutoff = 0.04;
+  std::vector<double> d(z.size(), 1.0), line;
+  int passes = -1;
+  for (double former = 0.0;; ++passes) {
+    line = DirectPass(z, d, dx, cutoff);
+    const double c = ScaleOf(z, line);
+    if (std::abs(c - former) < 1e-6 * former) break;
+    former = c;
+    for (std::size_t i = 0; i < z.size(); ++i) {
+      const double r = std::abs(z[i] - line[i]);
+      d[i] = r <= c ? std::pow(1.0 - r * r / (c * c), 2) : 0.0;
+    }
+  }
+  std::vector<double> w(z.size());
+  const RegressionResult result = RobustRegressionFilter(z, w, 1.0, cutoff, nullptr);
+  EXPECT_EQ(result.stop, RegressionStop::kConverged);
+  EXPECT_EQ(result.passes, passes + 1);
+  EXPECT_EQ(result.range, IndexRange::FromCount(0, 500));
+  EXPECT_TRUE(AllNear(w, line, 1e-9));
+}
+
+TEST(RegressionFilter, PassesParabolasAndHalfOfAWaveOfTheCutoff) {
+  std::vector<double> parabola(4000), w(4000);
+  for (std::size_t i = 0; i < 4000; ++i) parabola[i] = 1e-5 * std::pow(static_cast<double>(i) - 1500.0, 2) - 7.0;
+  EXPECT_EQ(RobustRegressionFilter(parabola, w, 0.5, 0.25, nullptr).stop, RegressionStop::kNoScale);
+  EXPECT_TRUE(AllNear(w, parabola, 1e-12, 20.0));
+  // Up to 5 % of points far below a smooth profile do not pull the line.
+  std::mt19937_64 random(2);
+  std::normal_distribution<double> noise(0.0, 0.001);
+  std::vector<double> z = parabola;
+  for (std::size_t i = 0; i < z.size(); ++i) z[i] += noise(random) - (i % 200 < 10 ? 5.0 : 0.0);
+  EXPECT_EQ(RobustRegressionFilter(z, w, 0.5, 0.25, nullptr).stop, RegressionStop::kConverged);
+  EXPECT_TRUE(AllNear(w, parabola, 1e-3, 1.0));
+}
+
+TEST(RegressionFilter, EndsWithAReason) {
+  const std::size_t n = 2000;
+  std::vector<double> w(n);
+  const auto stop = [&](auto height) {
+    std::vector<double> z(n);
+    for (std::size_t i = 0; i < n; ++i) z[i] = height(static_cast<double>(i));
+    return RobustRegressionFilter(z, w, 1.0, 0.2, nullptr).stop;
+  };
+  EXPECT_EQ(stop([](double) { return 4.0; }), RegressionStop::kNoScale);
+  EXPECT_EQ(stop([](double i) { return 0.3 * i; }), RegressionStop::kNoScale);
+  EXPECT_EQ(stop([](double i) { return i < 600.0   ? i * i * 1e-4
+                                       : i < 700.0 ? std::sin(i)
+                                                   : i * i * 1e-4; }),
+            RegressionStop::kNoScale);
+  EXPECT_NE(stop([](double i) { return i < 1000.0 ? 0.0 : 5.0; }), RegressionStop::kFailed);
+  const RegressionStop grooved =
+      stop([](double i) { return 0.01 * std::sin(i) - (i > 500.0 && i < 1300.0 ? 30.0 : 0.0); });
+  EXPECT_TRUE(grooved == RegressionStop::kConverged || grooved == RegressionStop::kPassLimit ||
+              grooved == RegressionStop::kSingular);
+  for (const double height : w) EXPECT_TRUE(std::isfinite(height));
+  EXPECT_EQ(stop([](double i) { return i == 3.0 ? NAN : i; }), RegressionStop::kFailed);
+  EXPECT_FALSE(RobustRegressionFilter(Noisy(n, 1), w, 1.0, 0.0029, nullptr).range) << "too coarse";
+  EXPECT_TRUE(RobustRegressionFilter(Noisy(n, 1), w, 1.0, 500.0, nullptr).range) << "far longer than the record";
+  RecordingProgress closed(1);
+  EXPECT_EQ(RobustRegressionFilter(Noisy(n, 1), w, 1.0, 0.2, &closed).stop, RegressionStop::kCancelled);
+}
+
+}  // namespace
+}  // namespace texturon

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#include "ui/sheets/indication_dialog.h"
+
+#include <QDialogButtonBox>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+
+#include "ui/window_fixture.h"
+
+namespace texturon {
+namespace {
+
+using IndicationDialog = WindowTest;
+
+TEST_F(IndicationDialog, ShowsWhatTheTextMeansAndSetsIt) {
+  ASSERT_TRUE(Doc().Open(Sample("honed.lmt")));
+  CIndicationDialog dialog(InForce().settings);
+  auto& text = *dialog.findChild<QPlainTextEdit*>("indication");
+  auto& meaning = *dialog.findChild<QLabel*>("meaning");
+  auto& ok = *dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok);
+  struct Case {
+    const char* text;
+    const char* says;
+    bool isUsable;
+  };
+  for (const Case& c : {Case{"", "", false}, Case{"Rz", "Character 3: a limit is wanted here.", false},
+                        Case{"Rk 1.5", "Incomplete: a class", false}, Case{"Rz 4\nRa 1 Sc2", "Class: Sc2", false},
+                        Case{"U Rz 9 0.8x4\nL Rz 1", "Long-wave index: 0.8 mm", true}}) {
+    text.setPlainText(c.text);
+    EXPECT_TRUE(meaning.text().contains(c.says)) << meaning.text().toStdString();
+    EXPECT_EQ(ok.isEnabled(), c.isUsable) << c.text;
+  }
+  Doc().ReplaceSettings(dialog.Chosen());
+  const Document& document = InForce();
+  ASSERT_EQ(document.catalogue.rows.size(), 1u);
+  EXPECT_EQ(document.catalogue.rows[0].edition, Edition::k2021);
+  EXPECT_TRUE(document.catalogue.rows[0].valid);
+  EXPECT_EQ(document.catalogue.rows[0].tolerance.lowerLimit, 1.0);
+  EXPECT_EQ(document.catalogue.rows[0].tolerance.upperLimit, 9.0);
+  EXPECT_EQ(document.settings.analysis.standard.Sections, 4);
+}
+
+}  // namespace
+}  // namespace texturon
