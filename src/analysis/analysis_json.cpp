@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "analysis/captions.h"
+#include "analysis/decision.h"
 #include "analysis/edition_json.h"
 #include "analysis/ratio_row_list.h"
 #include "base/charset.h"

@@ -11,6 +11,7 @@
 #include "app/commands.h"
 #include "app/table_text.h"
 #include "base/charset.h"
+#include "base/json_writer.h"
 #include "base/number_text.h"
 #include "parameters/edition2021/edition_list.h"
 #include "platform/platform.h"

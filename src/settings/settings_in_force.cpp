@@ -9,10 +9,26 @@ namespace {
 
 /// Kept in the file, shown or exported, and read by no routine that makes a value.
 constexpr std::string_view kWithoutEffect[] = {
-    "StandardLcCutoff",      "StandardLsCutoff",         "UserLcCutoffMM",        "UserLsCutoffMM",
-    "RsmRzPercent",          "RsmSamplingLengthPercent", "MotifRProfile",         "MotifWProfile",
-    "FreeFormPreviewMaxXMM", "FreeFormPreviewMinXMM",    "FreeFormPreviewMaxYUM", "FreeFormPreviewMinYUM",
-    "SelectionRef%02d",      "HighlightIfOut%02d",
+    "StandardLcCutoff",
+    "StandardLsCutoff",
+    "UserLcCutoffMM",
+    "UserLsCutoffMM",
+    "RsmRzPercent",
+    "RsmSamplingLengthPercent",
+    "MotifRProfile",
+    "MotifWProfile",
+    "FreeFormPreviewMaxXMM",
+    "FreeFormPreviewMinXMM",
+    "FreeFormPreviewMaxYUM",
+    "FreeFormPreviewMinYUM",
+    "SelectionRef%02d",
+    "HighlightIfOut%02d",
+    "Class",
+    "ClassTable",
+    "MostSpacingUM",
+    "MostTipRadiusUM",
+    "Indication",
+    "ShowFeatures",
 };
 
 bool IsForm(const Settings& settings, FormType form) {
@@ -56,6 +72,8 @@ bool ResultsDependOn(const SettingKey& key, const Settings& settings) {
     default:
       break;
   }
+  const bool isOfRows2021 = key.entry.group == SettingGroup::kStandardRows || binding.key == "CoreFilter";
+  if (isOfRows2021 && settings.analysis.standard.Edition == "1997") return false;
   if (binding.section == "ASPHERIC_PARAMETERS") return IsForm(settings, kFormAsphere);
   if (binding.section == "FREE_FORM") return IsForm(settings, kFormFree);
   return HasEffect(key, settings);
