@@ -95,6 +95,7 @@ PYBIND11_MODULE(_engine, module) {
   });
   BindSettings(module);
   BindRecord(module);
+  BindTrials(module);
   BindAnalysis(module);
   BindSteps(module);
 }
