@@ -62,6 +62,13 @@ private:
         return Refuse("settings.in_force: " + Utf8FromWindows1252(*refusal));
       }
     }
+    if (const auto* const features = Of<JsonValue::Array>("request", "features")) {
+      for (const JsonValue& feature : *features) {
+        const auto* const text = feature.As<std::string>();
+        if (text == nullptr) return Refuse("request.features is no list of texts");
+        settings.analysis.standard.features.push_back(Windows1252FromUtf8(*text));
+      }
+    }
     ApplySettings(result_.setup.document, std::move(settings));
   }
 
