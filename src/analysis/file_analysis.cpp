@@ -22,6 +22,9 @@ ColumnValue ColumnOf(const ParameterDef& row, bool metric) {
   column.unit = PrintedUnit(row.quantity.Unit(metric));
   column.outOfTolerance = JudgeRow(row) == Verdict::kFail;
   if (row.valid && std::isfinite(row.value)) column.value = row.quantity.Shown(row.value, metric);
+  const LimitsInForce limits = LimitsOf(row.tolerance);
+  if (limits.lower) column.limits.lower = row.quantity.Shown(*limits.lower, metric);
+  if (limits.upper) column.limits.upper = row.quantity.Shown(*limits.upper, metric);
   return column;
 }
 

@@ -12,6 +12,7 @@
 #include "analysis/document.h"
 #include "analysis/document_export.h"
 #include "formats/profile_reader.h"
+#include "parameters/catalogue.h"
 #include "platform/environment.h"
 
 namespace texturon {
@@ -33,6 +34,7 @@ struct ColumnValue {
   bool outOfTolerance = false;
   std::string text;  ///< the value as tables show it
   std::string unit;
+  LimitsInForce limits;  ///< in the units of the file
 };
 
 /// What one file gave.

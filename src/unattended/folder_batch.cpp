@@ -149,7 +149,7 @@ private:
   }
 
   bool Append(const std::string& header, const std::string& rows, const std::string& lines) {
-    if (rows.empty()) return true;
+    if (rows.empty() || options_.parameterFile.empty()) return true;
     const auto note = [this, &lines](const AppendFile& file) {
       if (!listsRows_) return FileOutcome{};
       const RowsNoted noted = NoteRows(options_.parameterFile, lines, file.size() == 0);
@@ -173,7 +173,7 @@ private:
   }
 
   void FlushRows() {
-    if (outcome_.summary.analysed == 0) return;
+    if (outcome_.summary.analysed == 0 || options_.parameterFile.empty()) return;
     const auto file = WaitForAppendFile(options_.parameterFile, std::chrono::seconds(10));
     const FileOutcome outcome = file->state() == AppendFile::State::kHeld     ? file->Flush()
                                 : file->state() == AppendFile::State::kFailed ? file->outcome()

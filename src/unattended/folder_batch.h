@@ -16,7 +16,7 @@ namespace texturon {
 
 struct FolderBatchOptions {
   std::vector<std::filesystem::path> files;  ///< in the order of the rows
-  std::filesystem::path parameterFile;
+  std::filesystem::path parameterFile;  ///< empty: the rows go to the observer alone
   std::filesystem::path failuresFile;  ///< gets a line "path<tab>reason" a failed file; empty: none
   std::filesystem::path summaryFile;   ///< that the caller will write; empty: none
   std::filesystem::path qdasFile;      ///< the same, for statistics programs

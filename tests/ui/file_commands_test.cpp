@@ -6,6 +6,7 @@
 
 #include "ui/folders/folder_batch_window.h"
 #include "ui/plots/texturon_view.h"
+#include "ui/several/several_window.h"
 #include "ui/tables/texturon_param_view.h"
 #include "ui/window_fixture.h"
 
@@ -149,10 +150,11 @@ TEST_F(FileCommands, CopiesThePanesAsTheyAreSeenAndTheTable) {
   EXPECT_EQ(QApplication::clipboard()->text(), frame_->ParamView().Grid().AsText());
 }
 
-TEST_F(FileCommands, OfSeveralDroppedFilesTheFirstIsOpenedAndAFolderIsABatch) {
+TEST_F(FileCommands, OfSeveralDroppedFilesTheFirstIsOpenedAllAreShownAndAFolderIsABatch) {
   DropOn(*frame_, {Sample("turned.lmt"), Sample("arc.lmt")});
   EXPECT_EQ(Shown(), Sample("turned.lmt"));
   EXPECT_TRUE(frame_->statusBar()->currentMessage().contains("first of 2"));
+  EXPECT_EQ(Child<CSeveralWindow>(*frame_).Count(), 2U);
   DropOn(*frame_, {folder_.path()});
   EXPECT_EQ(Child(Child<CFolderBatchWindow>(*frame_), "folder").text(), FromPath(folder_.path()));
   EXPECT_EQ(Shown(), Sample("turned.lmt"));

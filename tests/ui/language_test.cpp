@@ -111,7 +111,7 @@ TEST_F(InGerman, SentencesOfTheEngineKeepTheirFigures) {
       EXPECT_EQ(german.contains(figure), FromText(english).contains(figure)) << english;
     }
   }
-  EXPECT_EQ(QObject::tr("Opened the first of %n files.", nullptr, 2), "Die erste von 2 Dateien geöffnet.");
+  EXPECT_EQ(QObject::tr("%n to analyse", nullptr, 2), "2 Dateien auszuwerten");
 }
 
 TEST_F(InGerman, TheWindowSpeaksItAndFilesDoNot) {

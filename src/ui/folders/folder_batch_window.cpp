@@ -20,12 +20,16 @@
 #include <algorithm>
 #include <utility>
 
+#include "analysis/file_clash.h"
+#include "base/date_text.h"
 #include "base/number_text.h"
 #include "platform/platform.h"
 #include "settings/settings_text.h"
 #include "ui/colours.h"
 #include "ui/language.h"
 #include "ui/qt_text.h"
+#include "ui/several/process_page.h"
+#include "ui/several/trend_pane.h"
 #include "ui/tables/grid_ctrl.h"
 #include "ui/window/file_dialogs.h"
 #include "unattended/folder_files.h"
@@ -84,19 +88,36 @@ void CBatchResults::Add(std::vector<BatchRow> rows) {
   endInsertRows();
 }
 
-QString CBatchResults::AsText() const {
-  QStringList lines;
-  QStringList cells;
+QList<QStringList> CBatchResults::AllCells() const {
+  QList<QStringList> lines(1);
   for (int column = 0; column < columnCount(); ++column)
-    cells << headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
-  lines << cells.join('\t');
+    lines[0] << headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
   for (int row = 0; row < rowCount(); ++row) {
-    cells.clear();
+    QStringList cells;
     for (int column = 0; column < columnCount(); ++column)
       cells << data(index(row, column), Qt::DisplayRole).toString();
-    lines << cells.join('\t');
+    lines << cells;
   }
-  return lines.join('\n') + '\n';
+  return lines;
+}
+
+QString CBatchResults::AsText() const {
+  QString text;
+  for (const QStringList& cells : AllCells()) text += cells.join('\t') + '\n';
+  return text;
+}
+
+QString CBatchResults::AsCommaList() const {
+  QString text;
+  for (QStringList cells : AllCells()) {
+    for (QString& cell : cells) {
+      if (cell.contains(',') || cell.contains('"') || cell.contains('\n')) {
+        cell = '"' + cell.replace('"', "\"\"") + '"';
+      }
+    }
+    text += cells.join(',') + "\r\n";
+  }
+  return text;
 }
 
 int CBatchResults::rowCount(const QModelIndex& parent) const {
@@ -180,7 +201,8 @@ void CFolderBatchWindow::MakeForm(QLayout& layout) {
   folder_ = addLine(tr("&Folder"), "folder", {},
                     [this](const auto& former) { return AskFolder(this, tr("Folder to analyse"), former); });
   mask_ = addLine(tr("&Mask"), "mask", tr("Empty: every file whose extension has a reader."), nullptr);
-  parameterFile_ = addLine(tr("&Parameter file"), "parameterFile", tr("Gets a row for each file."),
+  parameterFile_ = addLine(tr("&Parameter file"), "parameterFile",
+                           tr("Gets a row for each file. Empty: the results are only shown."),
                            [this](const auto& former) { return AskParameterFile(this, former); });
   jobs_ = new QSpinBox(this);
   jobs_->setRange(1, kMostJobs);
@@ -217,15 +239,24 @@ void CFolderBatchWindow::MakeTables(QLayout& layout) {
   table_->setTabKeyNavigation(false);
   connect(table_, &QTableView::activated, this,
           [this](const QModelIndex& index) { emit OpenRequested(FromPath(results_->Row(index.row()).path)); });
-  summary_ = new CGridCtrl({tr("Parameter"), tr("Files"), tr("Mean"), tr("Standard deviation"), tr("Minimum"),
-                            tr("Maximum"), tr("Unit"), tr("Out of tolerance")},
-                           {1, 2, 3, 4, 5, 7}, tabs_);
+  summaryTitles_ = {tr("Parameter"), tr("Files"),   tr("Mean"), tr("Standard deviation"),
+                    tr("Minimum"),   tr("Maximum"), tr("Unit"), tr("Out of tolerance")};
+  summary_ = new CGridCtrl(summaryTitles_, {1, 2, 3, 4, 5, 7}, tabs_);
+  trend_ = new CTrendPane(tabs_);
+  connect(trend_, &CTrendPane::Activated, this,
+          [this](int file) { emit OpenRequested(FromPath(results_->Row(file).path)); });
   tabs_->addTab(table_, tr("F&iles"));
+  tabs_->addTab(trend_, tr("T&rend"));
   tabs_->addTab(summary_, tr("St&atistics"));
   static_cast<QVBoxLayout&>(layout).addWidget(tabs_, 1);
   auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
   auto* const copy = buttons->addButton(tr("&Copy"), QDialogButtonBox::ActionRole);
   connect(copy, &QPushButton::clicked, this, &CFolderBatchWindow::Copy);
+  save_ = buttons->addButton(tr("Sa&ve..."), QDialogButtonBox::ActionRole);
+  save_->setToolTip(tr(
+      "The table of files as .csv, the trend as .svg or .png, or a page of both charts and the statistics as .pdf."));
+  save_->setEnabled(false);
+  connect(save_, &QPushButton::clicked, this, &CFolderBatchWindow::OnSave);
   for (QAbstractButton* const button : buttons->buttons()) static_cast<QPushButton*>(button)->setAutoDefault(false);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
   auto* const copyKey = new QAction(table_);
@@ -253,8 +284,11 @@ void CFolderBatchWindow::OnStart() {
   };
   const std::filesystem::path parameterFile = ToPath(parameterFile_->text());
   if (folder_->text().isEmpty()) return refuse(tr("Say which folder."), folder_);
-  if (parameterFile.empty()) return refuse(tr("Say where the rows go."), parameterFile_);
-  const std::filesystem::path outputs[] = {parameterFile};
+  if (parameterFile.empty() && resume_->isChecked()) {
+    return refuse(tr("Without a parameter file there are no rows to leave files out by."), parameterFile_);
+  }
+  std::vector<std::filesystem::path> outputs;
+  if (!parameterFile.empty()) outputs.push_back(parameterFile);
   FolderFiles listed = FilesToAnalyse(ToPath(folder_->text()), ToText(mask_->text()), outputs);
   if (!listed.reason.empty()) return refuse(EngineText(FileSentence(ToPath(folder_->text()), listed.reason)), folder_);
   if (listed.files.empty()) return refuse(tr("There is no file to analyse."), mask_);
@@ -263,7 +297,10 @@ void CFolderBatchWindow::OnStart() {
 
 void CFolderBatchWindow::Start(std::vector<std::filesystem::path> files, const std::filesystem::path& parameterFile) {
   results_->Clear();
+  trend_->Clear();
   summary_->Show({});
+  save_->setEnabled(false);
+  folderOfRun_ = folder_->text();
   bar_->setRange(0, static_cast<int>(files.size()));
   bar_->setValue(0);
   state_->setText(tr("%n to analyse", nullptr, static_cast<int>(files.size())));
@@ -311,6 +348,9 @@ void CFolderBatchWindow::Collect() {
     rows.swap(arrived_);
   }
   const bool isFirst = results_->rowCount() == 0 && !rows.empty();
+  std::vector<CTrendPane::File> files;
+  for (const BatchRow& row : rows) files.push_back({row.columns, row.path});
+  if (!files.empty()) trend_->Add(files);
   results_->Add(std::move(rows));
   if (isFirst) {
     table_->resizeColumnsToContents();
@@ -338,6 +378,37 @@ void CFolderBatchWindow::ShowOutcome() {
   bar_->setRange(0, std::max(static_cast<int>(outcome_.total), 1));
   bar_->setValue(outcome_.complete() ? bar_->maximum() : results_->rowCount());
   ShowSummary(summary);
+  save_->setEnabled(summary.analysed > 0);
+}
+
+QString CFolderBatchWindow::SaveAs(const std::filesystem::path& file) {
+  const QString name = FromPath(file);
+  QString reason;
+  RunFiles files{.reads = {}, .writes = {file, ToPath(parameterFile_->text())}};
+  for (int row = 0; row < results_->rowCount(); ++row) files.reads.push_back(results_->Row(row).path);
+  if (const std::string clash = FileClash(files); !clash.empty()) return FromText(clash);
+  if (name.endsWith(".csv", Qt::CaseInsensitive)) {
+    const QByteArray text = results_->AsCommaList().toUtf8();
+    const FileOutcome outcome =
+        ReplaceFile(file, std::string_view(text.constData(), static_cast<std::size_t>(text.size())));
+    return outcome.ok() ? QString() : FromText(FileSentence(file, outcome.reason));
+  }
+  const ProcessPage page{
+      .heading = {folderOfRun_, QString::fromStdString(DateText(doc_.environment().localTime())), state_->text()},
+      .titles = summaryTitles_,
+      .statistics = summary_->Records()};
+  return WriteProcess(name, trend_->Series(), page, reason) ? QString() : reason;
+}
+
+void CFolderBatchWindow::OnSave() {
+  const auto file = AskFileToSave(
+      this, {.title = tr("Save the results"),
+             .filters = "Comma Separated Values (*.csv)|*.csv|PDF (*.pdf)|*.pdf|SVG (*.svg)|*.svg|PNG (*.png)|*.png||",
+             .extension = "csv",
+             .proposal = "batch.csv"});
+  if (!file) return;
+  const QString fault = SaveAs(*file);
+  state_->setText(fault.isEmpty() ? tr("Wrote %1").arg(FromPath(*file)) : fault);
 }
 
 void CFolderBatchWindow::ShowSummary(const BatchSummary& summary) {

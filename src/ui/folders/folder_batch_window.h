@@ -27,6 +27,7 @@ class QTableView;
 namespace texturon {
 
 class CGridCtrl;
+class CTrendPane;
 
 /// One file of a batch.
 struct BatchRow {
@@ -48,6 +49,8 @@ public:
   const BatchRow& Row(int row) const { return rows_[static_cast<std::size_t>(row)]; }
   /// All of it as text with tabs, titles first.
   QString AsText() const;
+  /// The same with commas between the cells, quoted where they hold one.
+  QString AsCommaList() const;
 
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;
@@ -55,6 +58,8 @@ public:
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
 private:
+  QList<QStringList> AllCells() const;
+
   std::vector<BatchRow> rows_;
   std::vector<std::string> titles_;
 };
@@ -70,6 +75,8 @@ public:
   void ChooseFolder(const std::filesystem::path& folder);
   bool IsRunning() const { return worker_.joinable(); }
   const CBatchResults& Results() const { return *results_; }
+  /// Writes the table of files (.csv), the trend (.svg, .png) or a page of all (.pdf). A sentence where that fails.
+  QString SaveAs(const std::filesystem::path& file);
 
 signals:
   void OpenRequested(const QString& file);
@@ -89,6 +96,7 @@ private:
   void ShowOutcome();
   void ShowSummary(const BatchSummary& summary);
   void Copy();
+  void OnSave();
 
   CTexturonDoc& doc_;
   QLineEdit* folder_;
@@ -102,6 +110,10 @@ private:
   QTabWidget* tabs_;
   QTableView* table_;
   CBatchResults* results_;
+  CTrendPane* trend_;
+  QPushButton* save_;
+  QStringList summaryTitles_;
+  QString folderOfRun_;
   CGridCtrl* summary_;
   QTimer timer_;
 

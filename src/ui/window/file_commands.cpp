@@ -24,6 +24,7 @@
 #include "ui/qt_text.h"
 #include "ui/report/report.h"
 #include "ui/report/report_layout_dialog.h"
+#include "ui/several/several_window.h"
 #include "ui/window/autosave.h"
 #include "ui/window/file_dialogs.h"
 #include "ui/window/main_frame.h"
@@ -129,6 +130,38 @@ void CMainFrame::MakeFolderCommands(QMenu& menu) {
       menu,
       {.name = "batchOfAFolder", .text = tr("&Batch of a Folder..."), .tip = tr("Analyses all files of a folder.")},
       [this] { OnBatch({}); });
+  AddCommand(menu,
+             {.name = "severalProfiles",
+              .text = tr("Several P&rofiles..."),
+              .tip = tr("Shows profiles over each other and their parameters side by side.")},
+             [this] { OnSeveral({}); });
+}
+
+void CMainFrame::OnSeveral(const std::vector<std::filesystem::path>& files) {
+  auto* window = findChild<CSeveralWindow*>();
+  if (window == nullptr) {
+    window = new CSeveralWindow(*doc_, this);
+    connect(window, &CSeveralWindow::OpenRequested, this, [this](const QString& file) { OpenLater(ToPath(file)); });
+  }
+  const std::filesystem::path& present = doc_->document().profiles.sourceFile;
+  std::error_code error;
+  if (!files.empty()) {
+    window->AddFiles(files);
+  } else if (window->Count() == 0 && std::filesystem::exists(present, error)) {
+    window->AddFiles({present});
+  }
+  window->show();
+  window->activateWindow();
+}
+
+void CMainFrame::OpenAll(const std::vector<std::filesystem::path>& files) {
+  if (files.empty()) return;
+  OpenLater(files.front());
+  if (files.size() == 1) return;
+  statusBar()->showMessage(
+      tr("Opened the first of %n files; all are in File, Several Profiles.", nullptr, static_cast<int>(files.size())),
+      10'000);
+  doc_->WhenIdle([this, files] { OnSeveral(files); });
 }
 
 void CMainFrame::OnBatch(const std::filesystem::path& folder) {
@@ -205,12 +238,7 @@ void CMainFrame::OnDropped(const QList<QUrl>& urls) {
   if (paths.empty()) return;
   std::error_code error;
   if (std::filesystem::is_directory(paths.front(), error)) return OnBatch(paths.front());
-  if (paths.size() > 1) {
-    const QString text = tr("Opened the first of %n; a folder of files is analysed by File, Batch of a Folder.",
-                            nullptr, static_cast<int>(paths.size()));
-    statusBar()->showMessage(text, 10'000);
-  }
-  OpenLater(paths.front());
+  OpenAll(paths);
 }
 
 void CMainFrame::closeEvent(QCloseEvent* event) {

@@ -34,7 +34,7 @@ QString StartFolder(const std::filesystem::path& proposal) {
   return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
 }
 
-std::optional<std::filesystem::path> Ask(QFileDialog& dialog, const FileQuestion& question) {
+QStringList AskAll(QFileDialog& dialog, const FileQuestion& question) {
   const QStringList filters = QtFilters(question.filters).split(";;");
   dialog.setNameFilters(filters);
   const auto follow = [&dialog, &question](const QString& filter) {
@@ -52,11 +52,15 @@ std::optional<std::filesystem::path> Ask(QFileDialog& dialog, const FileQuestion
   follow(dialog.selectedNameFilter());
   dialog.setDirectory(StartFolder(question.proposal));
   if (question.proposal.has_filename()) dialog.selectFile(FromPath(question.proposal.filename()));
-  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
   // Not the dialog's folder: a name may be typed with another.
-  const QString file = dialog.selectedFiles().constFirst();
-  QSettings().setValue(kFolderKey, QFileInfo(file).absolutePath());
-  return ToPath(file);
+  QSettings().setValue(kFolderKey, QFileInfo(dialog.selectedFiles().constFirst()).absolutePath());
+  return dialog.selectedFiles();
+}
+
+std::optional<std::filesystem::path> Ask(QFileDialog& dialog, const FileQuestion& question) {
+  const QStringList files = AskAll(dialog, question);
+  return files.isEmpty() ? std::nullopt : std::optional(ToPath(files.constFirst()));
 }
 
 }  // namespace
@@ -88,6 +92,15 @@ std::optional<std::filesystem::path> AskFileToOpen(QWidget* parent, const FileQu
   dialog.setAcceptMode(QFileDialog::AcceptOpen);
   dialog.setFileMode(QFileDialog::ExistingFile);
   return Ask(dialog, question);
+}
+
+std::vector<std::filesystem::path> AskFilesToOpen(QWidget* parent, const FileQuestion& question) {
+  QFileDialog dialog(parent, question.title);
+  dialog.setAcceptMode(QFileDialog::AcceptOpen);
+  dialog.setFileMode(QFileDialog::ExistingFiles);
+  std::vector<std::filesystem::path> files;
+  for (const QString& file : AskAll(dialog, question)) files.push_back(ToPath(file));
+  return files;
 }
 
 std::optional<std::filesystem::path> AskFileToSave(QWidget* parent, const FileQuestion& question) {

@@ -5,6 +5,7 @@
 #include <QString>
 #include <filesystem>
 #include <optional>
+#include <vector>
 
 class QWidget;
 
@@ -30,6 +31,8 @@ QString SaveFilters();
 
 /// Nothing where the user has cancelled. The folder is remembered over the end of the program.
 std::optional<std::filesystem::path> AskFileToOpen(QWidget* parent, const FileQuestion& question);
+/// Several at once; none where the user has cancelled.
+std::vector<std::filesystem::path> AskFilesToOpen(QWidget* parent, const FileQuestion& question);
 std::optional<std::filesystem::path> AskFileToSave(QWidget* parent, const FileQuestion& question);
 std::optional<std::filesystem::path> AskFolder(QWidget* parent, const QString& title,
                                                const std::filesystem::path& proposal);

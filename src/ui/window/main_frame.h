@@ -7,6 +7,7 @@
 #include <QUrl>
 #include <functional>
 #include <memory>
+#include <vector>
 
 #include "analysis/document_export.h"
 #include "ui/window/dialog_prompts.h"
@@ -48,6 +49,8 @@ public:
   void UseWorkingSettings(WorkingSettings& store);
   /// The same as soon as nothing is at work and no dialog is open.
   void OpenLater(const std::filesystem::path& path);
+  /// Opens the first of several files and shows all of them over each other.
+  void OpenAll(const std::vector<std::filesystem::path>& files);
 
   /// What is to become of work that no file holds.
   enum class Unsaved { kSave, kDiscard, kCancel };
@@ -106,6 +109,7 @@ private:
   /// Opens the first file; of a folder, the window for its batch.
   void OnDropped(const QList<QUrl>& urls);
   void OnBatch(const std::filesystem::path& folder);
+  void OnSeveral(const std::vector<std::filesystem::path>& files);
   void OnReport();
   void OnPrint(bool previews);
 

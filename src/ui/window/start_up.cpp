@@ -11,6 +11,7 @@
 #include <QStandardPaths>
 #include <QStatusBar>
 #include <iostream>
+#include <vector>
 
 #include "platform/platform.h"
 #include "settings/working_settings.h"
@@ -28,14 +29,10 @@ std::filesystem::path UserFolder() {
   return ToPath(QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation));
 }
 
-/// The first of several files is shown: the window has one profile.
-void OpenFirst(CMainFrame& frame, const QStringList& files) {
-  if (files.isEmpty()) return;
-  frame.OpenLater(ToPath(files.first()));
-  if (files.size() > 1) {
-    frame.statusBar()->showMessage(
-        QObject::tr("Opened the first of %n files.", nullptr, static_cast<int>(files.size())));
-  }
+void OpenAll(CMainFrame& frame, const QStringList& files) {
+  std::vector<std::filesystem::path> paths;
+  for (const QString& file : files) paths.push_back(ToPath(file));
+  frame.OpenAll(paths);
 }
 
 void OpenSample(CMainFrame& frame) {
@@ -61,7 +58,7 @@ int RunFrame(const QStringList& files, const QString& settings, CSingleInstance*
   if (others != nullptr) {
     QObject::connect(others, &CSingleInstance::Arrived, &frame, [&frame](const QStringList& arrived) {
       BringForward(frame);
-      OpenFirst(frame, arrived);
+      OpenAll(frame, arrived);
     });
   }
   QObject::connect(
@@ -76,7 +73,7 @@ int RunFrame(const QStringList& files, const QString& settings, CSingleInstance*
   frame.KeepStateIn(environment.stateFolder);
   if (!settings.isEmpty()) frame.Doc().LoadSettingsFile(ToPath(settings));
   frame.OfferLeftOver();
-  OpenFirst(frame, files);
+  OpenAll(frame, files);
   const int status = QApplication::exec();
   QSettings().setValue(kGeometryKey, frame.saveGeometry());
   if (const std::string failure = store.KeepDisplay(frame.Doc().document().settings.display); !failure.empty()) {

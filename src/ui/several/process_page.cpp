@@ -1,0 +1,168 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#include "ui/several/process_page.h"
+
+#include <QBuffer>
+#include <QFontMetrics>
+#include <QPainter>
+#include <QPdfWriter>
+#include <functional>
+#include <string_view>
+
+#include "platform/platform.h"
+#include "ui/language.h"
+#include "ui/plots/clickable_profile_graph.h"
+#include "ui/qt_text.h"
+#include "ui/report/report.h"
+#include "ui/report/report_pictures.h"
+
+namespace texturon {
+namespace {
+
+constexpr int kMarginMM = 15;
+constexpr QSize kPictureAlone(960, 480);
+constexpr double kTextPoints = 9.0;
+
+/// A plot on white ground.
+class PaperPlot {
+public:
+  PaperPlot(int fontPixels, const std::function<void(QCustomPlot&)>& draw) {
+    plot_.setPalette(QPalette(QColor(Qt::white)));
+    QFont font = plot_.font();
+    font.setPixelSize(fontPixels);
+    plot_.axisRect()->setupFullAxesBox(true);
+    for (QCPAxis* const axis : {plot_.xAxis, plot_.yAxis, plot_.xAxis2, plot_.yAxis2}) {
+      axis->setTickLabelFont(font);
+      axis->setLabelFont(font);
+    }
+    plot_.xAxis->setTicker(MakeTicker());
+    plot_.yAxis->setTicker(MakeTicker());
+    ApplyPalette(plot_);
+    draw(plot_);
+    for (int i = 0; i < plot_.itemCount(); ++i) {
+      if (auto* const label = qobject_cast<QCPItemText*>(plot_.item(i))) label->setFont(font);
+    }
+  }
+  QCustomPlot& operator*() { return plot_; }
+  QCustomPlot* operator->() { return &plot_; }
+
+private:
+  QCustomPlot plot_;
+};
+
+/// Lines and charts one below the other on a page.
+class PageWriter {
+public:
+  explicit PageWriter(QPdfWriter& device) {
+    painter_.begin(&device);
+    painter_.setMode(QCPPainter::pmVectorized);
+    painter_.setMode(QCPPainter::pmNoCaching);
+    QFont font = painter_.font();
+    font.setPointSizeF(kTextPoints);
+    KeepLettersApart(font);
+    painter_.setFont(font);
+    width_ = device.width();
+  }
+
+  void Line(const QString& text, bool isBold = false) {
+    QFont font = painter_.font();
+    font.setBold(isBold);
+    painter_.setFont(font);
+    top_ += LineHeight();
+    painter_.drawText(0, top_, text);
+  }
+
+  void Row(const QStringList& cells, bool isBold) {
+    QFont font = painter_.font();
+    font.setBold(isBold);
+    painter_.setFont(font);
+    top_ += LineHeight();
+    const int step = width_ / static_cast<int>(cells.size());
+    for (int i = 0; i < cells.size(); ++i) {
+      const QRect place(i * step, top_ - LineHeight(), step - LineHeight() / 2, LineHeight());
+      painter_.drawText(place, (i == 0 ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignBottom, cells[i]);
+    }
+  }
+
+  void Chart(int lines, const std::function<void(QCustomPlot&)>& draw) {
+    const int height = lines * LineHeight();
+    top_ += LineHeight();
+    PaperPlot plot(QFontInfo(painter_.font()).pixelSize() * kReportResolution / painter_.device()->logicalDpiY(), draw);
+    painter_.save();
+    painter_.translate(0, top_);
+    plot->toPainter(&painter_, width_, height);
+    painter_.restore();
+    top_ += height;
+  }
+
+  int LineHeight() const { return QFontMetrics(painter_.font(), painter_.device()).height(); }
+  int LinesLeft(const QPdfWriter& device) const { return (device.height() - top_) / LineHeight(); }
+
+private:
+  QCPPainter painter_;
+  int width_ = 0;
+  int top_ = 0;
+};
+
+QByteArray PageOf(const TrendSeries& series, const ProcessPage& page) {
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  buffer.open(QIODevice::WriteOnly);
+  {
+    QPdfWriter device(&buffer);
+    device.setPdfVersion(QPagedPaintDevice::PdfVersion_A1b);
+    device.setResolution(kReportResolution);
+    device.setPageSize(QPageSize(QPageSize::A4));
+    device.setPageMargins(QMarginsF(kMarginMM, kMarginMM, kMarginMM, kMarginMM), QPageLayout::Millimeter);
+    device.setCreator("Texturon");
+    constexpr int kTrendLines = 24;
+    constexpr int kHistogramLines = 14;
+    PageWriter writer(device);
+    writer.Line(series.title, true);
+    for (const QString& line : page.heading) writer.Line(line);
+    writer.Line(CapabilityText(series));
+    writer.Chart(kTrendLines, [&series](QCustomPlot& plot) { DrawTrend(plot, series); });
+    writer.Chart(kHistogramLines, [&series](QCustomPlot& plot) { DrawHistogram(plot, series); });
+    writer.Line({});
+    writer.Row(page.titles, true);
+    for (const CGridCtrl::Record& record : page.statistics) {
+      if (writer.LinesLeft(device) < 2) {
+        writer.Line(QObject::tr("More rows are in the table of the window."));
+        break;
+      }
+      writer.Row(record.cells, false);
+    }
+  }
+  return bytes;
+}
+
+}  // namespace
+
+bool WriteProcess(const QString& file, const TrendSeries& series, const ProcessPage& page, QString& reason) {
+  const EnglishScope english;
+  const auto endsWith = [&file](const char* ending) { return file.endsWith(ending, Qt::CaseInsensitive); };
+  QByteArray bytes;
+  if (endsWith(".pdf")) {
+    bytes = PageOf(series, page);
+  } else {
+    constexpr int kFontPixels = 12;
+    PaperPlot plot(kFontPixels, [&series](QCustomPlot& each) { DrawTrend(each, series); });
+    if (endsWith(".svg")) {
+      bytes = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n" + SvgOf(*plot, kPictureAlone, "t");
+    } else {
+      QBuffer buffer(&bytes);
+      buffer.open(QIODevice::WriteOnly);
+      ImageOf(*plot, kPictureAlone).save(&buffer, "PNG");
+    }
+  }
+  if (bytes.isEmpty()) {
+    reason = QObject::tr("The picture cannot be made.");
+    return false;
+  }
+  const std::string_view content(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+  const FileOutcome outcome = ReplaceFile(ToPath(file), content);
+  if (!outcome.ok()) reason = FromText(FileSentence(ToPath(file), outcome.reason));
+  return outcome.ok();
+}
+
+}  // namespace texturon

@@ -1,0 +1,410 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#include "ui/several/several_window.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QClipboard>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QListWidget>
+#include <QPushButton>
+#include <QSplitter>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <optional>
+
+#include "analysis/acceptance.h"
+#include "analysis/analysis_run.h"
+#include "base/quantity.h"
+#include "platform/platform.h"
+#include "platform/prompts.h"
+#include "ui/colours.h"
+#include "ui/language.h"
+#include "ui/plots/clickable_profile_graph.h"
+#include "ui/qt_text.h"
+#include "ui/tables/grid_ctrl.h"
+#include "ui/window/file_dialogs.h"
+
+namespace texturon {
+namespace {
+
+constexpr std::size_t kMostProfiles = 100;
+constexpr ProfileKind kKinds[] = {ProfileKind::kRoughness, ProfileKind::kPrimary, ProfileKind::kWaviness,
+                                  ProfileKind::kFormSuppressed};
+enum Alignment { kByStart, kByCursor, kByCorrelation };
+
+/// Takes one of several profiles of a file and tells how many there are.
+class ChoosingPrompts : public SilentPrompts {
+public:
+  explicit ChoosingPrompts(std::size_t wanted) : wanted_(wanted) {}
+  std::optional<std::size_t> ChooseFromList(std::string_view /*title*/, std::span<const std::string> lines) override {
+    count = lines.size();
+    return wanted_ < lines.size() ? std::optional(wanted_) : std::nullopt;
+  }
+  std::size_t count = 1;
+
+private:
+  std::size_t wanted_;
+};
+
+/// The wait cursor while it lives.
+class BusyCursor {
+public:
+  BusyCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
+  ~BusyCursor() { QApplication::restoreOverrideCursor(); }
+  BusyCursor(const BusyCursor&) = delete;
+  BusyCursor& operator=(const BusyCursor&) = delete;
+};
+
+}  // namespace
+
+CSeveralWindow::CSeveralWindow(CTexturonDoc& doc, QWidget* parent) : QDialog(parent), doc_(doc) {
+  setWindowTitle(tr("Several Profiles"));
+  setWindowFlag(Qt::WindowMaximizeButtonHint);
+  auto* const outer = new QVBoxLayout(this);
+  outer->addLayout(MakeChoices());
+  auto* const upright = new QSplitter(Qt::Vertical, this);
+  auto* const upper = new QSplitter(upright);
+  list_ = new QListWidget(upper);
+  list_->setObjectName("profiles");
+  list_->setAccessibleName(tr("Profiles"));
+  graph_ = new CClickableProfileGraph(upper);
+  graph_->setAccessibleName(tr("Overlay"));
+  graph_->ShowCursors(true, false);
+  connect(graph_, &CClickableProfileGraph::CursorsMoved, this, &CSeveralWindow::LabelCursors);
+  graph_->ShowXValues(true);
+  upper->addWidget(list_);
+  upper->addWidget(graph_);
+  upper->setStretchFactor(1, 4);
+  tableRoom_ = new QWidget(upright);
+  new QVBoxLayout(tableRoom_);
+  tableRoom_->layout()->setContentsMargins(0, 0, 0, 0);
+  table_ = new CGridCtrl({tr("Parameter")}, {}, tableRoom_);
+  tableRoom_->layout()->addWidget(table_);
+  upright->addWidget(upper);
+  upright->addWidget(tableRoom_);
+  upright->setStretchFactor(0, 2);
+  upright->setStretchFactor(1, 1);
+  outer->addWidget(upright, 1);
+  state_ = new QLabel(this);
+  state_->setObjectName("state");
+  state_->setWordWrap(true);
+  outer->addWidget(state_);
+  auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
+  auto* const copy = buttons->addButton(tr("&Copy"), QDialogButtonBox::ActionRole);
+  connect(copy, &QPushButton::clicked, this, [this] { QApplication::clipboard()->setText(table_->AsText()); });
+  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  outer->addWidget(buttons);
+  for (QPushButton* const button : findChildren<QPushButton*>()) button->setAutoDefault(false);
+  connect(list_, &QListWidget::itemChanged, this, [this](const QListWidgetItem* item) {
+    if (isFilling_) return;
+    entries_[static_cast<std::size_t>(list_->row(item))]->isShown = item->checkState() == Qt::Checked;
+    DrawOverlay();
+  });
+  connect(list_, &QListWidget::itemActivated, this, [this](const QListWidgetItem* item) {
+    emit OpenRequested(FromPath(entries_[static_cast<std::size_t>(list_->row(item))]->document.profiles.sourceFile));
+  });
+  connect(&doc_, &CTexturonDoc::Changed, this, &CSeveralWindow::OnSettingsChanged);
+  ResizeInCharacters(*this, 130, 42);
+  DrawOverlay();
+}
+
+CSeveralWindow::~CSeveralWindow() = default;
+
+QLayout* CSeveralWindow::MakeChoices() {
+  auto* const row = new QHBoxLayout;
+  const auto addButton = [this, row](const QString& text, const auto& act) {
+    auto* const button = new QPushButton(text, this);
+    connect(button, &QPushButton::clicked, this, act);
+    row->addWidget(button);
+    return button;
+  };
+  addButton(tr("&Add..."), [this] {
+    const auto files = AskFilesToOpen(this, {.title = tr("Profiles to add"), .filters = ProfileFilters()});
+    if (!files.empty()) AddFiles(files);
+  });
+  addButton(tr("&Remove"), [this] { RemoveChosen(); });
+  const auto addChoice = [this, row](const QString& title, const QStringList& items, const char* name) {
+    auto* const label = new QLabel(title, this);
+    auto* const box = new QComboBox(this);
+    label->setBuddy(box);
+    box->setObjectName(name);
+    box->addItems(items);
+    row->addWidget(label);
+    row->addWidget(box);
+    return box;
+  };
+  QStringList kinds;
+  for (const ProfileKind kind : kKinds) kinds << EngineText(ProfileTitle(kind));
+  kind_ = addChoice(tr("&Profile:"), kinds, "kind");
+  alignment_ = addChoice(tr("A&ligned by:"), {tr("Start"), tr("Cursor"), tr("Best correlation")}, "alignment");
+  alignHere_ = addButton(tr("Ali&gn Chosen Here"), [this] { AlignChosenHere(); });
+  alignHere_->setToolTip(tr("The place under the first cursor is the one by which the chosen profile is aligned."));
+  const auto addBox = [this, row](const QString& text, const char* name, const QString& tip) {
+    auto* const box = new QCheckBox(text, this);
+    box->setObjectName(name);
+    box->setToolTip(tip);
+    row->addWidget(box);
+    connect(box, &QCheckBox::toggled, this, [this] { DrawOverlay(); });
+    return box;
+  };
+  mean_ = addBox(tr("&Mean"), "mean", tr("The mean of the profiles that are ticked."));
+  band_ = addBox(tr("&Band"), "band", tr("The lowest and highest of them at each place."));
+  difference_ = addBox(tr("&Difference"), "difference", tr("Where two are ticked: the first minus the second."));
+  row->addStretch(1);
+  QStringList rules;
+  for (const AcceptanceRuleName& rule : AcceptanceRules()) rules << FromText(rule.name);
+  rule_ = addChoice(tr("R&ule:"), rules, "rule");
+  rule_->setToolTip(tr("max: no value beyond a limit; 16%: at most that share of them; median: not the median."));
+  connect(kind_, &QComboBox::currentIndexChanged, this, [this] {
+    DrawOverlay();
+    graph_->StartAnew();
+  });
+  connect(alignment_, &QComboBox::currentIndexChanged, this, [this] {
+    DrawOverlay();
+    graph_->StartAnew();
+  });
+  connect(rule_, &QComboBox::currentIndexChanged, this, [this] { ShowTable(); });
+  return row;
+}
+
+void CSeveralWindow::AddFiles(const std::vector<std::filesystem::path>& files) {
+  faults_.clear();
+  {
+    const BusyCursor busy;
+    for (const std::filesystem::path& file : files) AddFile(file);
+  }
+  FillList();
+  DrawOverlay();
+  graph_->StartAnew();
+  graph_->FetchCursors();
+  ShowTable();
+}
+
+void CSeveralWindow::AddFile(const std::filesystem::path& file) {
+  std::size_t count = 1;
+  for (std::size_t i = 0; i < count; ++i) {
+    if (entries_.size() == kMostProfiles) {
+      faults_ << tr("At most %n profiles are shown at once.", nullptr, static_cast<int>(kMostProfiles));
+      return;
+    }
+    ChoosingPrompts prompts(i);
+    auto entry = std::make_unique<Entry>();
+    entry->document = MakeDocument();
+    entry->document.writesTraceFile = false;
+    ApplySettings(entry->document, doc_.document().settings);
+    const RunStep step = RunAnalysis(entry->document, {.path = file}, prompts, doc_.environment());
+    count = prompts.count;
+    if (!step.ok()) {
+      faults_ << EngineText(FileSentence(file, step.Reason()));
+      if (count == 1) return;
+      continue;
+    }
+    entry->name = FromPath(file.filename());
+    if (count > 1) entry->name += QString(" (%1)").arg(i + 1);
+    entries_.push_back(std::move(entry));
+  }
+}
+
+void CSeveralWindow::RemoveChosen() {
+  const int row = list_->currentRow();
+  if (row < 0) return;
+  entries_.erase(entries_.begin() + row);
+  FillList();
+  DrawOverlay();
+  ShowTable();
+}
+
+void CSeveralWindow::AlignChosenHere() {
+  const int row = list_->currentRow();
+  std::vector<std::size_t> shown;
+  const std::vector<OverlaidProfile> overlay = Overlay(shown);
+  const auto at = std::find(shown.begin(), shown.end(), static_cast<std::size_t>(std::max(row, 0)));
+  if (row < 0 || at == shown.end()) {
+    state_->setText(tr("Choose a profile in the list first."));
+    return;
+  }
+  const bool metric = doc_.document().settings.display.Metric;
+  const double placeUM = graph_->UprightCursors().first / (kMillimetresPerMicrometre * kLengthMM.Factor(metric));
+  entries_[*at]->cursorUM = placeUM - overlay[static_cast<std::size_t>(at - shown.begin())].startUM;
+  alignment_->setCurrentIndex(kByCursor);
+  DrawOverlay();
+}
+
+ProfileKind CSeveralWindow::Kind() const {
+  return kKinds[static_cast<std::size_t>(std::max(kind_->currentIndex(), 0))];
+}
+
+QColor CSeveralWindow::ColourOf(std::size_t entry) const {
+  return CurveColour(static_cast<int>(entry % kCurveColours), palette());
+}
+
+std::vector<OverlaidProfile> CSeveralWindow::Overlay(std::vector<std::size_t>& shown) const {
+  std::vector<OverlaidProfile> overlay;
+  std::vector<double> cursors;
+  for (std::size_t i = 0; i < entries_.size(); ++i) {
+    const Entry& entry = *entries_[i];
+    if (!entry.isShown || !entry.document.profiles.Has(Kind())) continue;
+    const Profile profile = entry.document.profiles.View(Kind());
+    if (profile.range.count < 1 || !(profile.spacingUM > 0.0)) continue;
+    overlay.push_back({.heightsUM = profile.Heights(), .spacingUM = profile.spacingUM});
+    cursors.push_back(entry.cursorUM);
+    shown.push_back(i);
+  }
+  switch (alignment_->currentIndex()) {
+    case kByCursor:
+      AlignByCursor(overlay, cursors);
+      break;
+    case kByCorrelation: {
+      const BusyCursor busy;
+      AlignByCorrelation(overlay);
+      break;
+    }
+    default:
+      AlignByStart(overlay);
+  }
+  return overlay;
+}
+
+void CSeveralWindow::FillList() {
+  isFilling_ = true;
+  const int row = list_->currentRow();
+  list_->clear();
+  for (std::size_t i = 0; i < entries_.size(); ++i) {
+    auto* const item = new QListWidgetItem(entries_[i]->name, list_);
+    item->setFlags(item->flags() | Qt::ItemIsUserCheckable);
+    item->setCheckState(entries_[i]->isShown ? Qt::Checked : Qt::Unchecked);
+    item->setToolTip(FromPath(entries_[i]->document.profiles.sourceFile));
+    QPixmap sample(fontMetrics().height(), fontMetrics().height());
+    sample.fill(ColourOf(i));
+    item->setIcon(sample);
+  }
+  list_->setCurrentRow(std::min(std::max(row, 0), list_->count() - 1));
+  isFilling_ = false;
+}
+
+void CSeveralWindow::DrawOverlay() {
+  const bool metric = doc_.document().settings.display.Metric;
+  const double lengthFactor = kMillimetresPerMicrometre * kLengthMM.Factor(metric);
+  const double heightFactor = kHeightUM.Factor(metric);
+  graph_->SetXTitle(metric ? tr("X in mm") : tr("X in inch"));
+  graph_->yAxis->setLabel(tr("height in %1").arg(FromText(kHeightUM.Unit(metric))));
+  std::vector<std::size_t> shown;
+  const std::vector<OverlaidProfile> overlay = Overlay(shown);
+  std::vector<CClickableProfileGraph::Curve> curves;
+  const auto add = [&](const QString& name, const QColor& colour, std::span<const double> heights, double startUM,
+                       double spacingUM, double width, Qt::PenStyle style) {
+    curves.push_back({.name = name,
+                      .colour = colour,
+                      .width = width,
+                      .heights = heights,
+                      .firstX = startUM * lengthFactor,
+                      .step = spacingUM * lengthFactor,
+                      .heightFactor = heightFactor,
+                      .style = style});
+  };
+  for (std::size_t i = 0; i < overlay.size(); ++i) {
+    add(entries_[shown[i]]->name, ColourOf(shown[i]), overlay[i].heightsUM, overlay[i].startUM, overlay[i].spacingUM,
+        0.0, Qt::SolidLine);
+  }
+  drawn_.clear();
+  drawn_.reserve(4);  // the graph looks at them until it is drawn
+  const QColor ink = palette().color(QPalette::Text);
+  const bool wantsBand = mean_->isChecked() || band_->isChecked();
+  if (const auto band = wantsBand ? BandOf(overlay) : std::nullopt) {
+    const auto addBand = [&](const QString& name, const std::vector<double>& heights, double width,
+                             Qt::PenStyle style) {
+      drawn_.push_back(heights);
+      add(name, ink, drawn_.back(), band->mean.startUM, band->mean.spacingUM, width, style);
+    };
+    if (mean_->isChecked()) addBand(tr("mean"), band->mean.heightsUM, 2.0, Qt::SolidLine);
+    if (band_->isChecked()) {
+      addBand(tr("lowest"), band->lowestUM, 0.0, Qt::DotLine);
+      addBand(tr("highest"), band->highestUM, 0.0, Qt::DotLine);
+    }
+  }
+  const bool hasDifference = difference_->isChecked() && overlay.size() == 2;
+  if (const auto difference = hasDifference ? DifferenceOf(overlay[0], overlay[1]) : std::nullopt) {
+    drawn_.push_back(difference->heightsUM);
+    add(tr("difference"), ink, drawn_.back(), difference->startUM, difference->spacingUM, 1.5, Qt::DotLine);
+  }
+  graph_->SetCurves(curves, {});
+  LabelCursors();
+  graph_->replot(QCustomPlot::rpQueuedReplot);
+  QString text = faults_.join(' ');
+  if (difference_->isChecked() && overlay.size() != 2) text += " " + tr("The difference is that of two: tick two.");
+  if (wantsBand && !overlay.empty() && curves.size() == overlay.size()) {
+    text += " " + tr("The profiles have no stretch in common.");
+  }
+  state_->setText(text.trimmed());
+  state_->setVisible(!state_->text().isEmpty());
+}
+
+void CSeveralWindow::LabelCursors() {
+  const bool metric = doc_.document().settings.display.Metric;
+  const auto [first, second] = graph_->UprightCursors();
+  const auto text = [metric](const char* name, double place) {
+    return name + Readable(FromText(LengthText(place / kLengthMM.Factor(metric), metric)));
+  };
+  graph_->SetCursorLabels({text("X1 ", first), text("X2 ", second), QString(), QString()});
+}
+
+void CSeveralWindow::ShowTable() {
+  const bool metric = doc_.document().settings.display.Metric;
+  SeveralResults results;
+  QStringList titles = {tr("Parameter")};
+  for (const auto& entry : entries_) {
+    results.Add(entry->document);
+    titles << entry->name;
+  }
+  titles << tr("Mean") << tr("Standard deviation") << tr("Range") << tr("Unit") << tr("Verdict");
+  QSet<int> numbers;
+  const int figures = static_cast<int>(entries_.size()) + 3;
+  for (int column = 1; column <= figures; ++column) numbers << column;
+  const AcceptanceRule rule = AcceptanceRules()[static_cast<std::size_t>(std::max(rule_->currentIndex(), 0))].rule;
+  QList<CGridCtrl::Record> records;
+  for (const SeveralRow& row : results.Rows(rule)) {
+    QStringList cells = {FromText(row.title + row.label)};
+    for (const auto& value : row.values) cells << Readable(FromText(row.Shown(value, metric)));
+    for (const auto& value : {row.statistics.mean, row.statistics.standardDeviation, row.statistics.Range()}) {
+      cells << Readable(FromText(row.Shown(value, metric)));
+    }
+    cells << Readable(FromText(row.row.quantity.Unit(metric)));
+    cells << (row.acceptance ? EngineText(AcceptanceWord(row.acceptance->verdict)) : QString());
+    const bool isBad = row.acceptance && row.acceptance->verdict == Acceptance::kFail;
+    records << CGridCtrl::Record{
+        .cells = cells, .standsOut = isBad, .tip = row.acceptance ? EngineText(row.acceptance->by) : QString()};
+  }
+  // A table has its columns from the beginning.
+  delete table_;
+  table_ = new CGridCtrl(titles, numbers, tableRoom_);
+  tableRoom_->layout()->addWidget(table_);
+  table_->setAccessibleName(tr("Parameters of the profiles"));
+  table_->Show(records);
+}
+
+void CSeveralWindow::OnSettingsChanged() {
+  const bool isOld = std::any_of(entries_.begin(), entries_.end(), [this](const auto& entry) {
+    return !(entry->document.settings == doc_.document().settings);
+  });
+  if (!isOld) return;
+  faults_.clear();
+  const BusyCursor busy;
+  for (const auto& entry : entries_) {
+    SilentPrompts nobody;
+    ApplySettings(entry->document, doc_.document().settings);
+    const RunStep step = AnalyseRecord(entry->document, nobody, doc_.environment());
+    if (!step.ok()) faults_ << entry->name + " " + EngineText(step.Reason()) + ".";
+  }
+  DrawOverlay();
+  ShowTable();
+}
+
+QString CSeveralWindow::Faults() const {
+  return faults_.join('\n');
+}
+
+}  // namespace texturon

@@ -1,0 +1,174 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#include "ui/several/trend_plots.h"
+
+#include <QObject>
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+#include "base/number_text.h"
+#include "ui/colours.h"
+#include "ui/plots/clickable_profile_graph.h"
+#include "ui/plots/plot_items.h"
+#include "ui/qt_text.h"
+
+namespace texturon {
+namespace {
+
+/// A level that a chart marks.
+struct Level {
+  double value;
+  QString name;
+  QPen pen;
+};
+
+std::vector<Level> LevelsOf(const QCustomPlot& plot, const TrendSeries& series) {
+  const ValueStatistics statistics = StatisticsOf(series.values);
+  const ProcessCapability capability = CapabilityOf(statistics, series.limits.lower, series.limits.upper);
+  const QPen limit(VerdictGround(false), 2.0);
+  const QPen middle(CurveColour(1, plot.palette()), 1.5);
+  const QPen sigma(CurveColour(1, plot.palette()), 1.0, Qt::DashLine);
+  std::vector<Level> levels;
+  const auto add = [&levels](const std::optional<double>& value, const QString& name, const QPen& pen) {
+    if (value) levels.push_back({*value, name, pen});
+  };
+  add(series.limits.lower, QObject::tr("lower limit"), limit);
+  add(series.limits.upper, QObject::tr("upper limit"), limit);
+  add(statistics.mean, QObject::tr("mean"), middle);
+  add(capability.lowerLine,
+      QString::fromUtf8("\u2212"
+                        "3 s"),
+      sigma);
+  add(capability.upperLine, "+3 s", sigma);
+  return levels;
+}
+
+double PlaceOf(const TrendSeries& series, std::size_t i) {
+  return series.timesS.empty() ? static_cast<double>(i + 1) : series.timesS[i];
+}
+
+/// An axis that holds all levels and values with some room.
+void Hold(QCPAxis& axis, const TrendSeries& series, const std::vector<Level>& levels) {
+  constexpr double kRoom = 1.12;
+  QCPRange range;
+  bool isFirst = true;
+  const auto add = [&](double value) {
+    if (isFirst) range = QCPRange(value, value);
+    range.expand(value);
+    isFirst = false;
+  };
+  for (const Level& level : levels) add(level.value);
+  for (const auto& value : series.values) {
+    if (value && std::isfinite(*value)) add(*value);
+  }
+  if (range.size() <= 0.0)
+    range = {range.lower - std::max(std::abs(range.lower) * 0.1, 1e-6),
+             range.upper + std::max(std::abs(range.upper) * 0.1, 1e-6)};
+  axis.setRange(range);
+  axis.scaleRange(kRoom);
+}
+
+QCPGraph& AddPoints(QCustomPlot& plot, const QColor& colour, bool isLine) {
+  constexpr double kPointPixels = 6.0;
+  QCPGraph& graph = *plot.addGraph();
+  graph.setPen(QPen(colour, 1.2));
+  graph.setLineStyle(isLine ? QCPGraph::lsLine : QCPGraph::lsNone);
+  graph.setScatterStyle(QCPScatterStyle(isLine ? QCPScatterStyle::ssDisc : QCPScatterStyle::ssSquare, kPointPixels));
+  return graph;
+}
+
+QString Figure(double value) {
+  constexpr int kDigits = 4;
+  return Readable(QString::number(value, 'g', kDigits));
+}
+
+}  // namespace
+
+void DrawTrend(QCustomPlot& plot, const TrendSeries& series) {
+  ClearDrawing(plot);
+  const std::vector<Level> levels = LevelsOf(plot, series);
+  if (series.timesS.empty()) {
+    plot.xAxis->setTicker(QSharedPointer<QCPAxisTicker>(new QCPAxisTicker));
+    plot.xAxis->setLabel(QObject::tr("number of the file"));
+  } else {
+    const auto ticker = QSharedPointer<QCPAxisTickerDateTime>::create();
+    ticker->setDateTimeFormat("yyyy-MM-dd\nhh:mm:ss");
+    plot.xAxis->setTicker(ticker);
+    plot.xAxis->setLabel(QObject::tr("time of the file"));
+  }
+  plot.yAxis->setLabel(series.title);
+  QCPGraph& curve = AddPoints(plot, CurveColour(0, plot.palette()), true);
+  QCPGraph& out = AddPoints(plot, VerdictGround(false), false);
+  for (std::size_t i = 0; i < series.values.size(); ++i) {
+    const double value = series.values[i].value_or(std::nan(""));  // a gap
+    curve.addData(PlaceOf(series, i), value);
+    if (series.outOfLimit[i] && series.values[i]) out.addData(PlaceOf(series, i), value);
+  }
+  Hold(*plot.yAxis, series, levels);
+  plot.xAxis->rescale();
+  if (plot.xAxis->range().size() <= 0.0)
+    plot.xAxis->setRange(plot.xAxis->range().lower - 0.5, plot.xAxis->range().upper + 0.5);
+  plot.xAxis->scaleRange(1.06);
+  // The names stand in a margin of their own.
+  const QCPRange drawn = plot.xAxis->range();
+  plot.xAxis->setRangeUpper(drawn.upper + 0.12 * drawn.size());
+  for (const Level& level : levels) {
+    AddSegment(plot, drawn.lower, level.value, drawn.upper, level.value, level.pen);
+    AddLabel(plot, drawn.upper, level.value, " " + level.name, Qt::AlignLeft | Qt::AlignVCenter);
+  }
+}
+
+void DrawHistogram(QCustomPlot& plot, const TrendSeries& series) {
+  ClearDrawing(plot);
+  const std::vector<Level> levels = LevelsOf(plot, series);
+  plot.xAxis->setLabel(series.title);
+  plot.yAxis->setLabel(QObject::tr("number of files"));
+  std::size_t most = 1;
+  QColor colour = CurveColour(0, plot.palette());
+  for (const HistogramClass& each : HistogramOf(series.values)) {
+    // A class of equal values is a line, which is given a width to be seen.
+    const double half = each.to > each.from ? 0.0 : std::max(std::abs(each.from) * 0.01, 1e-6);
+    const double from = each.from - half;
+    const double to = each.to + half;
+    const auto top = static_cast<double>(each.count);
+    AddArea(plot, {{from, 0.0}, {from, top}, {to, top}, {to, 0.0}}, Tint(colour, 0.35));
+    AddSegment(plot, from, top, to, top, QPen(colour, 1.2));
+    most = std::max(most, each.count);
+  }
+  Hold(*plot.xAxis, series, levels);
+  plot.yAxis->setRange(0.0, 1.15 * static_cast<double>(most));
+  for (const Level& level : levels) AddNamedLine(plot, level.value, level.name, level.pen);
+}
+
+QString CapabilityText(const TrendSeries& series) {
+  const ValueStatistics statistics = StatisticsOf(series.values);
+  const ProcessCapability capability = CapabilityOf(statistics, series.limits.lower, series.limits.upper);
+  QStringList parts = {QString("n %1").arg(statistics.count)};
+  const auto add = [&parts](const QString& name, const std::optional<double>& value) {
+    if (value) parts << name + " " + Figure(*value);
+  };
+  add(QObject::tr("mean"), statistics.mean);
+  add("s", statistics.standardDeviation);
+  add("Cp", capability.cp);
+  add("Cpk", capability.cpk);
+  return parts.join("    ");
+}
+
+std::optional<std::size_t> ValueAt(const QCustomPlot& plot, const TrendSeries& series, const QPointF& place) {
+  constexpr double kReachPixels = 10.0;
+  std::optional<std::size_t> nearest;
+  double least = kReachPixels;
+  for (std::size_t i = 0; i < series.values.size(); ++i) {
+    if (!series.values[i]) continue;
+    const double x = plot.xAxis->coordToPixel(PlaceOf(series, i)) - place.x();
+    const double y = plot.yAxis->coordToPixel(*series.values[i]) - place.y();
+    const double distance = std::hypot(x, y);
+    if (distance > least) continue;
+    least = distance;
+    nearest = i;
+  }
+  return nearest;
+}
+
+}  // namespace texturon
