@@ -14,6 +14,7 @@
 #include "base/number_text.h"
 #include "parameters/edition2021/edition_list.h"
 #include "platform/platform.h"
+#include "presentation/feature_histogram.h"
 
 namespace texturon {
 namespace {
@@ -142,6 +143,15 @@ void WriteEditionOfRow(JsonWriter& json, const Document& document, const Paramet
   if (!row.difference.empty()) {
     json.Key("difference");
     json.Text(Utf8(row.difference));
+  }
+  if (const auto histogram = HistogramOf(document, row)) {
+    json.Key("histogram");
+    json.BeginObject();
+    json.Key("edges");
+    json.Numbers(histogram->edges);
+    json.Key("counts");
+    json.Integers(histogram->counts);
+    json.EndObject();
   }
 }
 
