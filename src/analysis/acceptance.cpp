@@ -111,6 +111,11 @@ std::span<const AcceptanceRuleName> AcceptanceRules() {
   return kRules;
 }
 
+AcceptanceRule AcceptanceRuleOf(std::int32_t number) {
+  const bool isKnown = number >= 0 && number < static_cast<std::int32_t>(std::size(kRules));
+  return kRules[isKnown ? static_cast<std::size_t>(number) : 0].rule;
+}
+
 std::string_view AcceptanceWord(Acceptance verdict) {
   switch (verdict) {
     case Acceptance::kPass:

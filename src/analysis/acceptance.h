@@ -27,6 +27,9 @@ struct AcceptanceRuleName {
 /// "max", "16%", "median": how commands name the rules.
 std::span<const AcceptanceRuleName> AcceptanceRules();
 
+/// By the number of DECISION.AcceptanceRule.
+AcceptanceRule AcceptanceRuleOf(std::int32_t number);
+
 enum class Acceptance : std::uint8_t { kPass, kFail, kUndecided };
 
 /// PASS, FAIL, UNDECIDED.

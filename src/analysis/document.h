@@ -64,6 +64,12 @@ struct WantedResults {
 
 inline constexpr WantedResults kNoCurves = {.spectrum = false, .heightCurves = false, .coreRoughness = false};
 
+/// Factors between the cut-offs that are meant and those at which the filters of an instrument pass half.
+struct CutoffDeviation {
+  double longWave = 1.0;
+  double shortWave = 1.0;
+};
+
 /// One measured record, the request how to analyse it and the results of the last run, which know the request that they
 /// came from. A value: copying it keeps a former state. It holds no numerics; Compute derives everything else from
 /// `profiles.raw`.
@@ -75,7 +81,8 @@ struct Document {
 
   bool quietMode = false;  ///< nobody watches: no wait cursor, and the messages that say so are not shown
   WantedResults wanted;
-  bool writesTraceFile = true;  ///< the heights given to the profile-element finder go to a side file
+  bool writesTraceFile = true;      ///< the heights given to the profile-element finder go to a side file
+  CutoffDeviation cutoffDeviation;  ///< of trials; sampling lengths and ends go by the cut-offs that are meant
 
   AnalysisResults results;
 

@@ -74,7 +74,8 @@ FileAnalysis ResultsOf(const Document& document, const Environment& environment)
   return {.reason = {},
           .text = ParameterFileTextOf(document, DateText(environment.localTime())),
           .columns = ColumnsOf(document),
-          .qdas = QdasTextOf(document, environment.localTime())};
+          .qdas = QdasTextOf(document, environment.localTime()),
+          .input = document.profiles.input};
 }
 
 std::vector<std::filesystem::path> ProfileFilesOf(const std::filesystem::path& path,

@@ -43,6 +43,7 @@ struct FileAnalysis {
   ParameterFileText text;
   std::vector<ColumnValue> columns;
   std::optional<QdasText> qdas;      ///< for statistics programs; nothing where no row has limits
+  InputMark input;                   ///< of the file's content
   bool outOfMemory = false;          ///< the reason: it may do where less is at work
   std::vector<std::string> remarks;  ///< what was tolerated, guessed, or looks wrong, Windows-1252
 

@@ -39,7 +39,8 @@ void FilterShortWaves(Document& document) {
   const auto source = Part(std::as_const(profiles.formSuppressed), computed);
   const auto target = Part(profiles.primary, computed);
   if (settings.LsCutoffMM > 0.0) {
-    const FilterSetup setup{.spacingUM = profiles.residualSpacingUM, .cutoffMM = settings.LsCutoffMM};
+    const FilterSetup setup{.spacingUM = profiles.residualSpacingUM,
+                            .cutoffMM = settings.LsCutoffMM * document.cutoffDeviation.shortWave};
     const FilterRange valid = ShortWaveFilter(settings).run(source, target, setup);
     if (valid) {
       if (valid->count > 0) profiles.primaryRange = valid->ShiftedBy(computed.first);
@@ -59,8 +60,9 @@ FilterRange FilterPrimary(const Document& document, const FilterRow* filter, std
   if (filter == nullptr) return std::nullopt;
   const std::span<const double> z = Part(profiles.primary, *profiles.primaryRange);
   const std::span<double> w = Part(line, *profiles.primaryRange);
-  FilterSetup setup{
-      .spacingUM = profiles.residualSpacingUM, .cutoffMM = settings.LcCutoffMM, .tension = settings.SplineTension};
+  FilterSetup setup{.spacingUM = profiles.residualSpacingUM,
+                    .cutoffMM = settings.LcCutoffMM * document.cutoffDeviation.longWave,
+                    .tension = settings.SplineTension};
   std::unique_ptr<Progress> progress;
   if (!filter->progressTitle.empty()) {
     progress = prompts.OpenProgress(ProgressTitle(*filter, settings.LcCutoffMM), "");

@@ -1,32 +1,50 @@
 // SPDX-License-Identifier: Apache-2.0
 
+#include <cmath>
 #include <iostream>
 #include <utility>
 #include <vector>
 
+#include "analysis/analysis_json.h"
 #include "analysis/analysis_run.h"
 #include "analysis/document_export.h"
 #include "analysis/pipeline.h"
-#include "app/analysis_json.h"
 #include "app/analysis_table.h"
 #include "app/commands.h"
+#include "app/provenance_output.h"
 #include "app/qdas_output.h"
+#include "app/repeat_command.h"
 #include "app/statistics_output.h"
+#include "app/uncertainty_output.h"
 #include "base/charset.h"
 #include "base/date_text.h"
 #include "export/parameter_file.h"
+#include "platform/interrupt.h"
 #include "platform/platform.h"
 
 namespace texturon {
 namespace {
 
-void Print(const Document& document, const std::string& file, const ConsolePrompts& prompts,
-           const AnalyzeOptions& analyze, bool isFirst) {
+/// What all files of a call are asked for, and what came of them.
+struct Call {
+  const AnalyzeOptions& analyze;
+  RunRequest request;
+  std::optional<UncertaintyRequest> uncertainty;
+  SeveralResults several = {};
+  std::vector<UncertaintyResult> uncertainties = {};  ///< of the files that have one
+};
+
+void Print(const Document& document, const std::string& file, const ConsolePrompts& prompts, const Call& call,
+           const UncertaintyResult* uncertainty, bool isFirst) {
+  const AnalyzeOptions& analyze = call.analyze;
+  const bool isGuarded = uncertainty != nullptr && document.settings.decision.DecisionRule != kDecideSimple;
   switch (analyze.form) {
     case OutputForm::kTable:
       if (analyze.statistics) break;  // one table for all
       if (!isFirst) std::cout << "\n\n";
-      std::cout << AnalysisTable(document, file, analyze.besideInstrument);
+      std::cout << AnalysisTable(document, file,
+                                 {.besideInstrument = analyze.besideInstrument, .verdicts = !isGuarded});
+      if (uncertainty != nullptr) std::cout << UncertaintyTable(document, *call.uncertainty, *uncertainty);
       break;
     case OutputForm::kCsv:
       std::cout << CsvRow(document, file);
@@ -35,7 +53,10 @@ void Print(const Document& document, const std::string& file, const ConsolePromp
       WriteAnalysisJson(std::cout, document, file, prompts.Messages(),
                         {.layout = analyze.files.size() > 1 || analyze.statistics ? JsonWriter::Layout::kOneLine
                                                                                   : JsonWriter::Layout::kIndented,
-                         .withProfiles = analyze.withProfiles});
+                         .withProfiles = analyze.withProfiles,
+                         .request = &call.request,
+                         .uncertaintyRequest = uncertainty != nullptr ? &*call.uncertainty : nullptr,
+                         .uncertainty = uncertainty});
       std::cout << "\n";
       break;
   }
@@ -51,19 +72,50 @@ bool AppendRow(const Document& document, const std::string& appendTo, const Envi
 }
 
 /// What all files come to, after them.
-void PrintStatistics(const SeveralResults& several, const AnalyzeOptions& analyze, bool metric) {
-  const std::vector<SeveralRow> rows = several.Rows(*analyze.statistics);
+void PrintStatistics(const Call& call, const Settings& settings) {
+  const AnalyzeOptions& analyze = call.analyze;
+  const bool metric = settings.display.Metric;
+  const std::vector<SeveralRow> rows =
+      call.several.Rows(analyze.acceptance.value_or(AcceptanceRuleOf(settings.decision.AcceptanceRule)));
+  std::vector<std::optional<MeanUncertainty>> means;
+  for (std::size_t i = 0; i < rows.size() && call.uncertainty; ++i) {
+    means.push_back(UncertaintyOfMean(rows[i], call.uncertainties, i));
+  }
   switch (analyze.form) {
     case OutputForm::kTable:
-      std::cout << StatisticsTable(rows, analyze.files, metric);
+      std::cout << StatisticsTable(rows, analyze.files, metric) << MeanUncertaintyTable(rows, means, metric);
       break;
     case OutputForm::kCsv:
       std::cout << StatisticsCsv(rows, metric);
       break;
     case OutputForm::kJson:
-      WriteStatisticsJson(std::cout, rows);
+      WriteStatisticsJson(std::cout, rows, means);
       std::cout << "\n";
       break;
+  }
+}
+
+/// The budget that the call names. Empty, with a sentence on standard error, where it is none.
+std::optional<UncertaintyRequest> UncertaintyOf(const AnalyzeOptions& analyze) {
+  BudgetRead read = ReadBudget(PathFromSystemText(analyze.budget));
+  if (!read.budget) {
+    ComplainOf(analyze.budget, read.reason);
+    return std::nullopt;
+  }
+  if (analyze.seed != std::trunc(analyze.seed)) throw UsageError{"--seed: not a whole number."};
+  return UncertaintyRequest{.budget = std::move(*read.budget),
+                            .trials = analyze.trials,
+                            .seed = static_cast<std::uint64_t>(analyze.seed),
+                            .interval = FindInterval(analyze.interval).value_or(CoverageInterval::kSymmetric),
+                            .wantsSensitivities = analyze.sensitivities};
+}
+
+/// Puts the rule in force that the call names. Throws where it needs an uncertainty and there is none.
+void ApplyDecisionRule(const AnalyzeOptions& analyze, DecisionSettings& decision) {
+  if (analyze.decisionRule) decision.DecisionRule = *analyze.decisionRule;
+  const bool needsBudget = decision.DecisionRule == kDecideGuarded || decision.DecisionRule == kDecideGuardedFail;
+  if (needsBudget && analyze.budget.empty()) {
+    throw UsageError{"analyze: a guarded decision rule needs an uncertainty: give --budget."};
   }
 }
 
@@ -89,33 +141,48 @@ RunStep AnalyseOne(Document& document, const InputFile& file, const RunSetup& se
 }  // namespace
 
 int RunAnalyze(const AnalyzeOptions& analyze, const CommonOptions& common) {
+  if (!analyze.again.empty()) return RunAgain(analyze, common);
   if (!analyze.indication.empty()) return RunIndicatedAnalysis(analyze, common);
   const std::vector<InputFile> files = InputFiles(analyze.files, common);
   ConsolePrompts prompts({.answersYes = common.answer == "yes", .isQuiet = common.quiet});
   auto setup = PrepareRun(common, prompts);
   if (!setup) return kExitRefused;
+  ApplyDecisionRule(analyze, setup->document.settings.decision);
   // What the output shows.
   setup->document.wanted = {
       .spectrum = analyze.withProfiles, .heightCurves = false, .coreRoughness = analyze.form == OutputForm::kJson};
+  setup->import.marksInput = analyze.form == OutputForm::kJson;
   const Environment environment = SystemEnvironment();
   RunFiles clashing{.reads = PathsOf(files),
                     .writes = {PathFromSystemText(analyze.appendTo), PathFromSystemText(analyze.qdas)}};
+  clashing.reads.push_back(PathFromSystemText(analyze.budget));
   if (WritesTraceFile(setup->document, environment)) clashing.writes.push_back(environment.traceFile);
   RefuseClash(std::move(clashing), common);
+  Call call{.analyze = analyze, .request = RequestOf(common, *setup), .uncertainty = {}};
+  if (!analyze.budget.empty()) {
+    call.uncertainty = UncertaintyOf(analyze);
+    if (!call.uncertainty) return kExitRefused;
+    CatchInterrupts();
+  }
   int status = setup->settingsHadProblems ? kExitRefused : kExitDone;
   if (analyze.form == OutputForm::kCsv) std::cout << CsvHeader(setup->document);
   bool isFirst = true;
-  SeveralResults several;
   for (const InputFile& file : files) {
     Document document = setup->document;
     prompts.BeginFile(file.name);
     const RunStep run = AnalyseOne(document, file, *setup, analyze, prompts, status);
-    run.ok() ? several.Add(document) : several.AddFailed();
+    run.ok() ? call.several.Add(document) : call.several.AddFailed();
     if (!run.loaded) continue;
-    Print(document, file.name, prompts, analyze, isFirst);
+    std::optional<UncertaintyResult> uncertainty;
+    if (call.uncertainty && run.ok()) {
+      uncertainty = FindUncertainty(document, *call.uncertainty, file.name, prompts);
+      if (!uncertainty) return FinishOutput(kExitRefused);
+      call.uncertainties.push_back(*uncertainty);
+    }
+    Print(document, file.name, prompts, call, uncertainty ? &*uncertainty : nullptr, isFirst);
     isFirst = false;
   }
-  if (analyze.statistics) PrintStatistics(several, analyze, setup->document.settings.display.Metric);
+  if (analyze.statistics) PrintStatistics(call, setup->document.settings);
   return FinishOutput(status);
 }
 

@@ -9,6 +9,7 @@
 
 #include "app/batch_progress.h"
 #include "app/commands.h"
+#include "app/provenance_companion.h"
 #include "app/qdas_output.h"
 #include "base/charset.h"
 #include "base/number_text.h"
@@ -41,6 +42,7 @@ std::optional<Paths> FilesOfFolder(const BatchOptions& options) {
   add(options.failuresFile, IsFailuresFile);
   add(options.summaryFile, IsSummaryFile);
   add(options.qdas, IsQdasFile);
+  add(SystemTextFromPath(ProvenanceFileOf(PathFromSystemText(options.parameterFile))), IsProvenanceFile);
   FolderFiles listed = FilesToAnalyse(PathFromSystemText(options.folder), Windows1252FromUtf8(options.mask), outputs);
   if (!listed.reason.empty()) {
     Complain(options.folder + " " + listed.reason + ".");
@@ -75,6 +77,7 @@ void RefuseClashOf(const BatchOptions& options, const CommonOptions& common, con
   for (const std::string& name : {options.parameterFile, options.failuresFile, options.summaryFile, options.qdas}) {
     clashing.writes.push_back(PathFromSystemText(name));
   }
+  clashing.writes.push_back(ProvenanceFileOf(PathFromSystemText(options.parameterFile)));
   if (!options.profilesTo.empty()) {
     for (const std::filesystem::path& file : files) {
       for (std::filesystem::path& profile : ProfileFilesOf(file, PathFromSystemText(options.profilesTo))) {
@@ -160,8 +163,9 @@ int RunBatch(const BatchOptions& options, const CommonOptions& common) {
   if (options.folder.empty() == options.filesFrom.empty()) throw UsageError{"batch: give a folder or --files-from."};
   if (options.jobs && *options.jobs < 1) throw UsageError{"batch: --jobs must be 1 or more."};
   ConsolePrompts prompts({.answersYes = false, .isQuiet = common.quiet});
-  const auto setup = PrepareRun(common, prompts);
+  auto setup = PrepareRun(common, prompts);
   if (!setup) return kExitRefused;
+  setup->import.marksInput = true;
   auto files = options.folder.empty() ? FilesOfList(options.filesFrom) : FilesOfFolder(options);
   if (!files) return kExitRefused;
   if (files->empty()) {
@@ -195,6 +199,8 @@ int RunBatch(const BatchOptions& options, const CommonOptions& common) {
   CatchInterrupts();
   FolderBatchOutcome outcome;
   bool hasLostValues = false;
+  ProvenanceCompanion companion(PathFromSystemText(options.parameterFile), setup->document, RequestOf(common, *setup),
+                                environment);
   {
     BatchProgress progress(!common.quiet);
     const auto remark = [&progress, &common](const std::string& sentence) {
@@ -208,6 +214,7 @@ int RunBatch(const BatchOptions& options, const CommonOptions& common) {
          .failuresFile = PathFromSystemText(options.failuresFile),
          .summaryFile = PathFromSystemText(options.summaryFile),
          .qdasFile = PathFromSystemText(options.qdas),
+         .provenanceFile = companion.Path(),
          .jobs = options.jobs.value_or(static_cast<int>(std::max(1U, std::thread::hardware_concurrency()))),
          .resume = options.resume},
         {.start = setup->document,
@@ -223,14 +230,15 @@ int RunBatch(const BatchOptions& options, const CommonOptions& common) {
          .fileRemarked = remark,
          .remarked = remark,
          .fileDone =
-             [&](const std::filesystem::path& /*path*/, const FileAnalysis& analysis) {
+             [&](const std::filesystem::path& path, const FileAnalysis& analysis) {
+               if (analysis.ok()) companion.Add(path, analysis.input);
                if (analysis.ok() && !AppendQdas(analysis.qdas, options.qdas, InUse::kWait)) hasLostValues = true;
              },
          .advanced = [&progress](std::size_t done, std::size_t total) { progress.Show(done, total); },
          .stops = Interrupted});
   }
   const int status = Report(options, outcome);
-  return setup->settingsHadProblems || hasLostValues ? static_cast<int>(kExitRefused) : status;
+  return setup->settingsHadProblems || hasLostValues || companion.HasFailed() ? static_cast<int>(kExitRefused) : status;
 }
 
 }  // namespace texturon

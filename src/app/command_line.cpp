@@ -12,6 +12,7 @@
 #include "app/command_table.h"
 #include "app/commands.h"
 #include "base/charset.h"
+#include "base/program_version.h"
 #include "platform/interrupt.h"
 #include "platform/platform.h"
 #include "unattended/command_line_run.h"
@@ -59,7 +60,7 @@ int RunProgram(std::span<const std::string> words) {
   if (IsBatchContract(arguments)) return RunTestPlan({arguments.begin(), arguments.end()});
   CLI::App app{"Surface texture analysis of profiles."};
   app.name("texturon");
-  app.set_version_flag("--version", "texturon " TEXTURON_VERSION);
+  app.set_version_flag("--version", "texturon " + std::string(ProgramVersion()));
   try {
     return ParseAndRun(app, arguments);
   } catch (const CLI::ParseError& error) {

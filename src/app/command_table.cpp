@@ -7,7 +7,9 @@
 #include <memory>
 #include <string>
 
+#include "analysis/decision.h"
 #include "app/commands.h"
+#include "app/uncertainty_output.h"
 
 namespace texturon {
 namespace {
@@ -111,6 +113,37 @@ void AddWatchOptions(CLI::App& command, WatchOptions& options) {
       ->type_name("DIR");
 }
 
+void AddUncertainty(CLI::App& command, AnalyzeOptions& options) {
+  CLI::Option* const budget =
+      command.add_option("--budget", options.budget, "budget of the instrument: the uncertainty of every parameter")
+          ->type_name("INI");
+  command.add_option("--trials", options.trials, "analyses of records that are off as the budget says (1000)")
+      ->type_name("N")
+      ->check(CLI::Range(2, kMostTrials))
+      ->needs(budget);
+  command.add_option("--seed", options.seed, "of the random numbers, a whole number (1)")
+      ->type_name("S")
+      ->check(CLI::Range(0.0, kMostSeed))
+      ->needs(budget);
+  command.add_option("--interval", options.interval, "which interval of 95 % of the trials (symmetric)")
+      ->type_name("symmetric|shortest")
+      ->check(CLI::IsMember({"symmetric", "shortest"}))
+      ->needs(budget);
+  command.add_flag("--sensitivities", options.sensitivities, "also what each line of the budget contributes")
+      ->needs(budget);
+  command
+      .add_option(
+          "--decision-rule",
+          [&options](const std::vector<std::string>& words) {
+            for (const DecisionRuleName& rule : DecisionRules()) {
+              if (rule.name == words.front()) options.decisionRule = rule.number;
+            }
+            return options.decisionRule.has_value();
+          },
+          "how an uncertainty enters a verdict (simple, or as the settings say)")
+      ->type_name("simple|guarded|guarded-fail");
+}
+
 void AddAnalyze(CLI::App& command, CommonOptions& common, int& status) {
   const auto options = std::make_shared<AnalyzeOptions>();
   command.add_option("files", options->files, "profile files")->required()->type_name("FILE");
@@ -139,18 +172,46 @@ void AddAnalyze(CLI::App& command, CommonOptions& common, int& status) {
   CLI::Option* const statistics = command.add_flag("--statistics")
                                       ->description("a column a file, then mean, standard deviation, range and verdict")
                                       ->excludes(beside);
-  const auto rule = std::make_shared<std::string>(AcceptanceRules().front().name);
-  command.add_option("--acceptance", *rule, "rule of that verdict (max)")
+  const auto rule = std::make_shared<std::string>();
+  command.add_option("--acceptance", *rule, "rule of that verdict (max, or as the settings say)")
       ->type_name("max|16%|median")
       ->check(CLI::IsMember({"max", "16%", "median"}))
       ->needs(statistics);
+  AddUncertainty(command, *options);
+  command.add_option("--again", options->again, "repeat what an object of --json describes, and compare")
+      ->type_name("RESULT.json")
+      ->excludes(json)
+      ->excludes(csv)
+      ->excludes(statistics);
   command.callback([=, &common, &status] {
+    options->statistics = static_cast<bool>(*statistics);
     for (const AcceptanceRuleName& row : AcceptanceRules()) {
-      if (*statistics && *rule == row.name) options->statistics = row.rule;
+      if (*rule == row.name) options->acceptance = row.rule;
     }
     options->form = *json ? OutputForm::kJson : *csv ? OutputForm::kCsv : OutputForm::kTable;
     status = RunAnalyze(*options, common);
   });
+}
+
+void AddCompare(CLI::App& command, CommonOptions& common, int& status) {
+  const auto options = std::make_shared<CompareOptions>();
+  command.add_option("file", options->file, "profile file; alone: which practice explains its instrument's values")
+      ->type_name("FILE");
+  command.add_option("--a", options->a, "settings of one side, or the name of a practice")->type_name("INI");
+  command.add_option("--b", options->b, "settings of the other")->type_name("INI");
+  command.add_option("--a-set", options->aSet, "one setting of side a; may be repeated")
+      ->type_name("SECTION.KEY=VALUE")
+      ->allow_extra_args(false);
+  command.add_option("--b-set", options->bSet, "one setting of side b; may be repeated")
+      ->type_name("SECTION.KEY=VALUE")
+      ->allow_extra_args(false);
+  CLI::Option* const json = command.add_flag("--json", options->asJson, "one JSON object");
+  command.add_flag("--markdown", options->asMarkdown, "the table for a text")->excludes(json);
+  command.add_flag("--practices", options->listsPractices, "list the practices that have a name");
+  AddFileOptions(command, common);
+  AddStandardInput(command, common);
+  AddComputeOptions(command, common);
+  command.callback([=, &common, &status] { status = RunCompare(*options, common); });
 }
 
 void AddInspect(CLI::App& command, CommonOptions& common, int& status) {
@@ -204,6 +265,14 @@ void AddWatch(CLI::App& command, CommonOptions& common, int& status) {
   command.callback([=, &common, &status] { status = RunWatch(*options, common); });
 }
 
+void AddVerify(CLI::App& command, CommonOptions& /*common*/, int& status) {
+  const auto options = std::make_shared<VerifyOptions>();
+  command.add_flag("--json", options->asJson, "one JSON object with every value");
+  command.add_option("--report", options->report, "write the whole with version, program, machine and date")
+      ->type_name("FILE.md|.html|.json");
+  command.callback([=, &status] { status = RunVerify(*options); });
+}
+
 void AddIndication(CLI::App& command, CommonOptions& /*common*/, int& status) {
   const auto options = std::make_shared<IndicationOptions>();
   command.add_option("text", options->text, "an indication as it stands on a drawing: U Rz 6.3 T16%")
@@ -238,11 +307,13 @@ void AddSettings(CLI::App& command, CommonOptions& /*common*/, int& status) {
 
 constexpr ConsoleCommand kCommands[] = {
     {"analyze", "load, compute and print the parameters", AddAnalyze},
+    {"compare", "what lies between two ways of evaluating a file, step by step", AddCompare},
     {"inspect", "which reader took a file, or why each refused, and what it holds", AddInspect},
     {"export", "write one profile or curve of the analysis of a file", AddExport},
     {"convert", "read any profile file and write another; OUT names the format", AddConvert},
     {"batch", "analyse the files of a folder, one row each in a parameter file", AddBatch},
     {"watch", "analyse what arrives in a folder, hold and delete it", AddWatch},
+    {"verify", "analyse the built-in standards, whose values are known, through every format", AddVerify},
     {"indication", "say what an indication of a drawing asks for", AddIndication},
     {"parameters", "list the parameter catalogue", AddParameters},
     {"formats", "list the file formats", AddFormats},

@@ -18,10 +18,29 @@ struct AnalyzeOptions {
   OutputForm form = OutputForm::kTable;
   bool withProfiles = false;
   bool besideInstrument = false;
-  std::string qdas;  ///< file for statistics programs that gets the values of each file; empty: none
-  std::optional<AcceptanceRule> statistics;  ///< also what all files come to, with verdicts by this rule
+  std::string qdas;    ///< file for statistics programs that gets the values of each file; empty: none
+  std::string again;   ///< result object that is repeated; empty: none
+  std::string budget;  ///< budget of the uncertainties; empty: none
+  int trials = 1000;
+  double seed = 1.0;  ///< a whole number
+  std::string interval = "symmetric";
+  bool sensitivities = false;
+  std::optional<std::int32_t> decisionRule;  ///< before that of the settings
+  bool statistics = false;                   ///< also what all files come to
+  std::optional<AcceptanceRule> acceptance;  ///< rule of its verdicts, before that of the settings
   std::string indication;                    ///< of a drawing: its settings, rows and limits; empty: none
   std::string appendTo;                      ///< parameter file that gets a row a file; empty: none
+};
+
+struct CompareOptions {
+  std::string file;
+  std::string a;  ///< settings file, or name of a practice; empty: the common settings
+  std::string b;
+  std::vector<std::string> aSet;
+  std::vector<std::string> bSet;
+  bool asJson = false;
+  bool asMarkdown = false;
+  bool listsPractices = false;
 };
 
 struct ExportOptions {
@@ -62,6 +81,11 @@ struct WatchOptions {
   std::string qdas;
 };
 
+struct VerifyOptions {
+  bool asJson = false;
+  std::string report;  ///< file that gets the whole; empty: none
+};
+
 struct IndicationOptions {
   std::string text;
   std::string values;      ///< separated by commas; empty: none
@@ -81,6 +105,7 @@ struct SettingsOptions {
 // The commands of the program; command_table lists them. Each writes its result to standard output and returns the
 // exit status.
 int RunAnalyze(const AnalyzeOptions& analyze, const CommonOptions& common);
+int RunCompare(const CompareOptions& options, const CommonOptions& common);
 int RunConvert(const ConvertOptions& convert, const CommonOptions& common);
 int RunBatch(const BatchOptions& options, const CommonOptions& common);
 int RunExport(const ExportOptions& options, const CommonOptions& common);
@@ -91,6 +116,7 @@ std::string ModKindNames();
 /// ".lmt, .sdf, ... or .smd": what convert writes.
 std::string WriterExtensions();
 int RunInspect(const InspectOptions& inspect, const CommonOptions& common);
+int RunVerify(const VerifyOptions& options);
 int RunWatch(const WatchOptions& options, const CommonOptions& common);
 int RunIndication(const IndicationOptions& options);
 /// The analysis of files for the requirements of a drawing, and whether they are kept.

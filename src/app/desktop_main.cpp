@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "base/charset.h"
+#include "base/program_version.h"
 #include "platform/interrupt.h"
 #include "platform/platform.h"
 #include "ui/window/command_icons.h"
@@ -58,7 +59,7 @@ int main(int argc, char** argv) {
   QApplication application(argc, argv);
   QApplication::setApplicationName("Texturon");
   QApplication::setOrganizationName("Texturon");
-  QApplication::setApplicationVersion(TEXTURON_VERSION);
+  QApplication::setApplicationVersion(QString::fromLatin1(texturon::ProgramVersion()));
   QApplication::setWindowIcon(texturon::IconOf(texturon::CommandIcon::kProgram));
   if (isHeadless) return texturon::RunHeadless(QApplication::arguments());
   return texturon::RunWindow(QApplication::arguments());

@@ -11,6 +11,7 @@
 #include "app/commands.h"
 #include "app/table_text.h"
 #include "base/charset.h"
+#include "base/json_writer.h"
 #include "base/number_text.h"
 #include "parameters/edition2021/edition_list.h"
 #include "platform/platform.h"
@@ -121,6 +122,7 @@ void ApplyEditionOptions(const CommonOptions& options, Settings& settings) {
   AddFeatures(options, standard);
 }
 
+<<<<<<< HEAD
 std::string_view EditionTitle(const Document& document) {
   switch (ChosenEdition(document.settings.analysis)) {
     case EditionChoice::k2021:
@@ -155,6 +157,8 @@ void WriteEditionOfRow(JsonWriter& json, const Document& document, const Paramet
   }
 }
 
+=======
+>>>>>>> main
 int PrintEditionParameters(bool asJson) {
   if (asJson) {
     PrintJson();

@@ -5,13 +5,14 @@
 #include <utility>
 #include <vector>
 
+#include "analysis/analysis_json.h"
 #include "analysis/analysis_run.h"
 #include "analysis/document_export.h"
 #include "analysis/pipeline.h"
-#include "app/analysis_json.h"
 #include "app/analysis_table.h"
 #include "app/commands.h"
 #include "app/edition_output.h"
+#include "app/provenance_output.h"
 #include "app/indication_output.h"
 #include "app/qdas_output.h"
 #include "base/charset.h"
@@ -76,8 +77,9 @@ std::optional<double> ValueIn(const Document& document, const Requirement& requi
 
 class IndicatedAnalysis {
 public:
-  IndicatedAnalysis(const AnalyzeOptions& analyze, const RunSetup& setup, const std::vector<Requirement>& requirements)
-      : analyze_(analyze), setup_(setup), groups_(Group(requirements, setup.document)) {
+  IndicatedAnalysis(const AnalyzeOptions& analyze, const RunSetup& setup, const RunRequest& request,
+                    const std::vector<Requirement>& requirements)
+      : analyze_(analyze), setup_(setup), request_(request), groups_(Group(requirements, setup.document)) {
     for (const Requirement& requirement : requirements) judged_.push_back({requirement, ValueSeries()});
   }
 
@@ -129,7 +131,7 @@ private:
   void Show(const Document& document, const InputFile& file, const ConsolePrompts& prompts, bool isOneObject) {
     switch (analyze_.form) {
       case OutputForm::kTable:
-        std::cout << (isFirstShown_ ? "\n\n" : "") << AnalysisTable(document, file.name, false);
+        std::cout << (isFirstShown_ ? "\n\n" : "") << AnalysisTable(document, file.name, {});
         break;
       case OutputForm::kCsv:
         std::cout << CsvHeader(document) << CsvRow(document, file.name);
@@ -137,7 +139,8 @@ private:
       case OutputForm::kJson: {
         AnalysisJsonOptions options{
             .layout = isOneObject ? JsonWriter::Layout::kIndented : JsonWriter::Layout::kOneLine,
-            .withProfiles = analyze_.withProfiles};
+            .withProfiles = analyze_.withProfiles,
+            .request = &request_};
         if (isOneObject) options.more = [this](JsonWriter& json) { WriteRequirements(json, judged_); };
         WriteAnalysisJson(std::cout, document, file.name, prompts.Messages(), options);
         std::cout << "\n";
@@ -171,6 +174,7 @@ private:
 
   const AnalyzeOptions& analyze_;
   const RunSetup& setup_;
+  const RunRequest& request_;
   std::vector<MeasuredTogether> groups_;
   std::vector<JudgedRequirement> judged_;
   bool isFirstShown_ = false;
@@ -215,7 +219,9 @@ int RunIndicatedAnalysis(const AnalyzeOptions& analyze, const CommonOptions& com
   for (Requirement& requirement : requirements) {
     CompleteRequirement(requirement, chosen, common.sections > 0 ? std::optional(common.sections) : std::nullopt);
   }
-  return IndicatedAnalysis(analyze, *setup, requirements).Run(files, prompts);
+  setup->import.marksInput = analyze.form == OutputForm::kJson;
+  const RunRequest request = RequestOf(common, *setup);
+  return IndicatedAnalysis(analyze, *setup, request, requirements).Run(files, prompts);
 }
 
 }  // namespace texturon

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "analysis/indication.h"
-#include "app/json_writer.h"
+#include "base/json_writer.h"
 #include "presentation/requirement_texts.h"
 
 namespace texturon {

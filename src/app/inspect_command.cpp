@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "app/commands.h"
-#include "app/json_writer.h"
 #include "base/charset.h"
+#include "base/json_writer.h"
 #include "base/number_text.h"
 #include "formats/import.h"
 #include "formats/plausibility.h"

@@ -6,10 +6,10 @@
 
 #include "app/commands.h"
 #include "app/edition_output.h"
-#include "app/json_writer.h"
 #include "app/table_text.h"
 #include "base/charset.h"
 #include "base/ini_file.h"
+#include "base/json_writer.h"
 #include "base/number_text.h"
 #include "formats/recognition.h"
 #include "parameters/catalogue.h"

@@ -7,9 +7,9 @@
 #include <ostream>
 #include <string_view>
 
-#include "app/json_writer.h"
 #include "app/table_text.h"
 #include "base/charset.h"
+#include "base/json_writer.h"
 #include "base/number_text.h"
 
 namespace texturon {
@@ -88,7 +88,24 @@ std::string StatisticsCsv(const std::vector<SeveralRow>& rows, bool metric) {
   return out + "\n";
 }
 
-void WriteStatisticsJson(std::ostream& out, const std::vector<SeveralRow>& rows) {
+std::string MeanUncertaintyTable(const std::vector<SeveralRow>& rows,
+                                 const std::vector<std::optional<MeanUncertainty>>& means, bool metric) {
+  if (means.empty()) return {};
+  std::string out = "\nUncertainty of the means:\n" + PadRight("Parameter", 12) + PadLeft("U (k = 2)", 14) +
+                    PadLeft("Type A (1s)", 14) + PadLeft("Type B (1s)", 14) + "  Unit\n";
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    if (!means[i]) continue;
+    const auto& quantity = rows[i].row.quantity;
+    const auto shown = [&](double value) { return PadLeft(SignificantText(quantity.Shown(value, metric), 3), 14); };
+    out += PadRight(Utf8FromWindows1252(rows[i].title), 12) + shown(kCoverageFactor * means[i]->Standard()) +
+           shown(means[i]->typeA) + shown(means[i]->typeB) + "  " +
+           Utf8FromWindows1252(PrintedUnit(quantity.Unit(metric))) + "\n";
+  }
+  return out;
+}
+
+void WriteStatisticsJson(std::ostream& out, const std::vector<SeveralRow>& rows,
+                         const std::vector<std::optional<MeanUncertainty>>& means) {
   JsonWriter json(JsonWriter::Layout::kOneLine, &out);
   const auto number = [&json](std::string_view key, const std::optional<double>& value) {
     json.Key(key);
@@ -97,7 +114,8 @@ void WriteStatisticsJson(std::ostream& out, const std::vector<SeveralRow>& rows)
   json.BeginObject();
   json.Key("statistics");
   json.BeginArray();
-  for (const SeveralRow& row : rows) {
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    const SeveralRow& row = rows[i];
     json.BeginObject();
     json.Key("name");
     json.Text(Utf8FromWindows1252(row.title));
@@ -112,6 +130,15 @@ void WriteStatisticsJson(std::ostream& out, const std::vector<SeveralRow>& rows)
     number("range", row.statistics.Range());
     json.Key("verdict");
     row.acceptance ? json.Text(AcceptanceWord(row.acceptance->verdict)) : json.Null();
+    if (i < means.size() && means[i]) {
+      json.Key("uncertainty");
+      json.BeginObject();
+      number("standard", means[i]->Standard());
+      number("expanded", kCoverageFactor * means[i]->Standard());
+      number("type_a", means[i]->typeA);
+      number("type_b", means[i]->typeB);
+      json.EndObject();
+    }
     json.EndObject();
   }
   json.EndArray();

@@ -3,9 +3,11 @@
 #pragma once
 
 #include <iosfwd>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "app/uncertainty_output.h"
 #include "presentation/several_results.h"
 
 namespace texturon {
@@ -18,6 +20,12 @@ std::string StatisticsTable(const std::vector<SeveralRow>& rows, const std::vect
 std::string StatisticsCsv(const std::vector<SeveralRow>& rows, bool metric);
 
 /// {"statistics": [...]} on one line; a value that is not there, or not finite, is null.
-void WriteStatisticsJson(std::ostream& out, const std::vector<SeveralRow>& rows);
+/// With uncertainties of the means, where there are some: "uncertainty": {"standard", "expanded", "type_a", "type_b"}.
+void WriteStatisticsJson(std::ostream& out, const std::vector<SeveralRow>& rows,
+                         const std::vector<std::optional<MeanUncertainty>>& means = {});
+
+/// A table of those for people; empty without them.
+std::string MeanUncertaintyTable(const std::vector<SeveralRow>& rows,
+                                 const std::vector<std::optional<MeanUncertainty>>& means, bool metric);
 
 }  // namespace texturon

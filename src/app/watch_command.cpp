@@ -5,6 +5,7 @@
 
 #include "analysis/document_export.h"
 #include "app/commands.h"
+#include "app/provenance_companion.h"
 #include "app/qdas_output.h"
 #include "base/charset.h"
 #include "export/parameter_file.h"
@@ -29,8 +30,9 @@ FolderWatchOptions OptionsOf(const WatchOptions& options, const Settings& settin
 
 int RunWatch(const WatchOptions& options, const CommonOptions& common) {
   ConsolePrompts prompts({.answersYes = false, .isQuiet = common.quiet});
-  const auto setup = PrepareRun(common, prompts);
+  auto setup = PrepareRun(common, prompts);
   if (!setup) return kExitRefused;
+  setup->import.marksInput = true;
   FolderWatchOptions watch = OptionsOf(options, setup->document.settings);
   watch.qdasFile = PathFromSystemText(options.qdas);
   const Environment environment = SystemEnvironment();
@@ -38,7 +40,8 @@ int RunWatch(const WatchOptions& options, const CommonOptions& common) {
     ComplainOf(options.qdas, "gets nothing: no row has limits");
     return kExitRefused;
   }
-  RunFiles clashing{.reads = {}, .writes = {watch.parameterFile, watch.holdFolder, watch.qdasFile}};
+  ProvenanceCompanion companion(watch.parameterFile, setup->document, RequestOf(common, *setup), environment);
+  RunFiles clashing{.reads = {}, .writes = {watch.parameterFile, watch.holdFolder, watch.qdasFile, companion.Path()}};
   if (!watch.singleFile.empty()) clashing.reads.push_back(watch.folder / PathFromSystemText(watch.singleFile));
   if (watch.logsEvents) clashing.writes.push_back(environment.workingFolder / EventLog::kName);
   RefuseClash(std::move(clashing), common);
@@ -56,6 +59,7 @@ int RunWatch(const WatchOptions& options, const CommonOptions& common) {
       WatchFolder(watch, {.start = setup->document, .import = setup->import, .invert = setup->invert}, environment,
                   {.analysed =
                        [&](const std::string& file, const FileAnalysis& analysis) {
+                         companion.Add(watch.folder / PathFromSystemText(file), analysis.input);
                          (void)AppendQdas(analysis.qdas, options.qdas, InUse::kWait);
                          if (common.quiet) return;
                          std::cout << EscapedControls(file) << " analysed" << std::endl;
@@ -68,7 +72,7 @@ int RunWatch(const WatchOptions& options, const CommonOptions& common) {
     Complain(Utf8FromWindows1252(reason));
     return kExitRefused;
   }
-  return FinishOutput(setup->settingsHadProblems ? kExitRefused : kExitDone);
+  return FinishOutput(setup->settingsHadProblems || companion.HasFailed() ? kExitRefused : kExitDone);
 }
 
 }  // namespace texturon

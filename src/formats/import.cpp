@@ -10,6 +10,7 @@
 
 #include "base/charset.h"
 #include "base/number_text.h"
+#include "base/sha256.h"
 #include "base/text.h"
 #include "formats/content_kinds.h"
 #include "formats/plausibility.h"
@@ -84,6 +85,14 @@ ImportOutcome ReadByContent(const ReaderInput& input) {
   return outcome;
 }
 
+void MarkInput(std::string_view bytes, ImportedProfile& profile) {
+  profile.input.sha256 = Sha256Of(bytes);
+  profile.input.bytes = bytes.size();
+  if (profile.companion.empty()) return;
+  const FileBytes companion = ReadRegularFile(profile.companion);
+  if (companion.ok()) profile.input.companionSha256 = Sha256Of(companion.bytes);
+}
+
 }  // namespace
 
 ImportOutcome ReadThroughChain(const ExtensionEntry& entry, const ReaderInput& input) {
@@ -118,13 +127,15 @@ ImportOutcome ReadThroughChain(const ExtensionEntry& entry, const ReaderInput& i
   if (input.options.integratesSlopes && !profile.isIntegral) return {.reason = "is no table of slopes"};
   for (const std::string& warning : profile.warnings) input.prompts.Notice(warning);
   if (!outcome.loaded) return outcome;
+  profile.input.reader = outcome.attempts.back().reader;
   for (const std::string& sign : ImplausibleSigns(profile)) input.prompts.Notice(sign);
   return outcome;
 }
 
 ImportOutcome LoadProfileFile(const std::filesystem::path& path, const ImportOptions& options, Prompts& prompts) {
   const ExtensionEntry* const entry = FindExtension(path);
-  const FileBytes file = ReadRegularFile(path, entry != nullptr && entry->isTakenWhole ? 0 : kMostLinesRead);
+  const bool isTakenWhole = options.marksInput || (entry != nullptr && entry->isTakenWhole);
+  const FileBytes file = ReadRegularFile(path, isTakenWhole ? 0 : kMostLinesRead);
   if (!file.ok()) return {.reason = file.reason};
   return LoadProfileBytes(path, file.bytes, options, prompts);
 }
@@ -145,7 +156,9 @@ ImportOutcome LoadProfileBytes(const std::filesystem::path& path, std::string_vi
   try {
     std::string storage;
     const ReaderInput input{path, PlainText(bytes, storage), options, prompts};
-    return entry != nullptr ? ReadThroughChain(*entry, input) : ReadByContent(input);
+    ImportOutcome outcome = entry != nullptr ? ReadThroughChain(*entry, input) : ReadByContent(input);
+    if (outcome.loaded && options.marksInput) MarkInput(bytes, outcome.profile);
+    return outcome;
   } catch (const std::bad_alloc&) {
     return {.reason = std::string(kNoMemory)};
   }
@@ -158,6 +171,7 @@ ProfileSet MakeProfileSet(ImportedProfile&& profile, std::string sourcePath) {
   set.sourcePath = std::move(sourcePath);
   set.tipRadiusMM = profile.tipRadiusMM;
   set.instrumentValues = std::move(profile.instrumentValues);
+  set.input = std::move(profile.input);
   return set;
 }
 

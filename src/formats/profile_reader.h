@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "platform/prompts.h"
+#include "record/input_mark.h"
 #include "record/instrument_value.h"
 
 namespace texturon {
@@ -29,6 +30,7 @@ struct ImportedProfile {
   std::vector<InstrumentValue> instrumentValues;
   bool isIntegral = false;             ///< the heights are the integral of slopes
   std::vector<std::string> decisions;  ///< for people: how a text without a layout of its own was understood
+  InputMark input;                     ///< set by the import, not by a reader
 };
 
 /// What the caller knows beforehand, so that a reader need not ask.
@@ -38,6 +40,7 @@ struct ImportOptions {
   std::optional<double> spacingUM;            ///< preset of a question for the spacing
   bool integratesSlopes = false;              ///< a table of slopes is wanted: heights are their integral
   bool knownExtensionsOnly = false;           ///< a file of another extension is not tried by its content
+  bool marksInput = false;                    ///< the digests of what was read are wanted
 };
 
 /// One file on its way in: its path and all its bytes, with which every reader of a chain works.

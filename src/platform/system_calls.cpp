@@ -28,6 +28,7 @@
 #include <sys/file.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/utsname.h>
 #include <unistd.h>
 #endif
 #ifdef __GLIBC__
@@ -299,6 +300,10 @@ std::filesystem::path ProgramFile() {
   return name;
 }
 
+std::string SystemAndProcessor() {
+  return "Windows x86_64";
+}
+
 std::filesystem::path UserStateFolder() {
   const wchar_t* const value = _wgetenv(L"LOCALAPPDATA");
   const std::filesystem::path path = value == nullptr ? L"" : value;
@@ -470,6 +475,12 @@ bool IsPeerOurs(std::intptr_t socket) {
 std::filesystem::path ProgramFile() {
   std::error_code error;
   return std::filesystem::read_symlink("/proc/self/exe", error);
+}
+
+std::string SystemAndProcessor() {
+  utsname name{};
+  if (uname(&name) != 0) return {};
+  return std::string(name.sysname) + " " + name.release + " " + name.machine;
 }
 
 std::filesystem::path UserStateFolder() {

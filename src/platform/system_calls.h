@@ -64,6 +64,8 @@ bool RenameOver(const std::filesystem::path& from, const std::filesystem::path& 
 /// Returns once the names in the folder of this file are on the disk.
 void FlushFolderOf(const std::filesystem::path& path);
 std::filesystem::path ProgramFile();
+/// System, its release and the processor's kind: "Linux 6.1.0 x86_64".
+std::string SystemAndProcessor();
 /// Where programs of this user keep what outlives a run; empty: nowhere. A path that is not whole does not count.
 std::filesystem::path UserStateFolder();
 /// `mark` is called, by another thread or none, when the user or the system wants the program to end.

@@ -3,6 +3,7 @@
 #include "presentation/instrument_comparison.h"
 
 #include <algorithm>
+#include <cmath>
 #include <optional>
 
 #include "base/number_text.h"
@@ -32,6 +33,21 @@ std::optional<double> Factor(std::string_view from, std::string_view to) {
 }
 
 }  // namespace
+
+std::vector<InstrumentMatch> MatchInstrument(const Document& document) {
+  std::vector<InstrumentMatch> matches;
+  for (const InstrumentValue& value : document.profiles.instrumentValues) {
+    const MasterRow* const known = FindOwnMasterRow(ExternalToCatalogueName(value.name));
+    if (known == nullptr || !std::isfinite(value.value)) continue;
+    if (!Factor(PrintedUnit(known->quantity.metricUnit), value.unit)) continue;
+    InstrumentMatch match{.instrument = value, .here = {}};
+    const ParameterDef* const ours = RowOf(document, value.name);
+    const auto factor = ours != nullptr ? Factor(PrintedUnit(ours->quantity.metricUnit), value.unit) : std::nullopt;
+    if (factor) match.here = ours->value * *factor;
+    matches.push_back(std::move(match));
+  }
+  return matches;
+}
 
 std::vector<ComparedValue> CompareWithInstrument(const Document& document) {
   constexpr int kFigures = 6;

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,6 +18,14 @@ struct ComparedValue {
   std::string here;        ///< empty: not computed, or in a unit that the instrument's does not go with
   std::string difference;  ///< here minus instrument
 };
+
+/// The same as numbers, in the instrument's unit.
+struct InstrumentMatch {
+  InstrumentValue instrument;
+  std::optional<double> here;
+};
+/// Values whose name and unit the catalogue knows; without one here where the row is not selected or not computed.
+std::vector<InstrumentMatch> MatchInstrument(const Document& document);
 
 /// The results that the record's file carries, in its order, beside the selected rows of the same name (names of test
 /// plans count: Rz is RzDIN). Both belong to settings of their own; equal ones are not looked for.

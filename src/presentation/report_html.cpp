@@ -191,8 +191,12 @@ private:
   }
 
   std::string SettingsBlock(const ReportBlock& /*block*/) {
-    if (texts_.changedSettings.empty()) return {};
-    return Title("Settings that differ from the defaults") + Lines(texts_.changedSettings);
+    std::string out;
+    if (!texts_.changedSettings.empty()) {
+      out += Title("Settings that differ from the defaults") + Lines(texts_.changedSettings);
+    }
+    if (!texts_.origin.empty()) out += Title("Where this comes from") + Lines(texts_.origin);
+    return out;
   }
 
   std::string FreeText(const ReportBlock& block) {

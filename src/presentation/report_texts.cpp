@@ -8,6 +8,7 @@
 #include "analysis/captions.h"
 #include "analysis/region_choice.h"
 #include "base/number_text.h"
+#include "base/program_version.h"
 #include "base/quantity.h"
 #include "presentation/profile_marks.h"
 #include "presentation/requirement_texts.h"
@@ -118,6 +119,16 @@ std::vector<ReportLine> ChangedSettings(const Settings& settings) {
   return lines;
 }
 
+std::vector<ReportLine> Origin(const InputMark& input) {
+  if (input.sha256.empty()) return {};
+  std::vector<ReportLine> lines = {{"Program", "Texturon " + std::string(ProgramVersion())},
+                                   {"SHA-256 of the file", input.sha256},
+                                   {"Bytes", IntegerText(static_cast<std::int64_t>(input.bytes))},
+                                   {"Reader", input.reader}};
+  if (!input.companionSha256.empty()) lines.emplace_back("SHA-256 of its second file", input.companionSha256);
+  return lines;
+}
+
 }  // namespace
 
 std::vector<std::string> LimitTitles() {
@@ -135,7 +146,8 @@ ReportTexts MakeReportTexts(const Document& document, std::string_view time) {
                     .identification = document.profiles.identification,
                     .facts = Facts(document, time),
                     .instrumentValues = CompareWithInstrument(document),
-                    .changedSettings = ChangedSettings(document.settings)};
+                    .changedSettings = ChangedSettings(document.settings),
+                    .origin = Origin(document.profiles.input)};
   for (const ShownRow& row : ShownRows(document)) {
     texts.rows.push_back(MakeRow(row, display.Metric));
     if (row.value.empty()) AddReason(texts.reasons, row);

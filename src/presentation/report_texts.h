@@ -43,6 +43,7 @@ struct ReportTexts {
   std::vector<ReportLine> reasons;  ///< rows without a value by name, and why
   std::vector<ComparedValue> instrumentValues;
   std::vector<ReportLine> changedSettings;  ///< settings of the analysis that differ from the defaults
+  std::vector<ReportLine> origin;           ///< program, digest and reader; empty where nobody wanted a digest
 };
 
 /// Titles of the table of rows with limits, and what its last column says of a row.

@@ -10,6 +10,7 @@
 
 #include "base/index_range.h"
 #include "base/units.h"
+#include "record/input_mark.h"
 #include "record/instrument_value.h"
 #include "record/motif.h"
 #include "record/profile.h"
@@ -47,6 +48,7 @@ struct ProfileSet {
   std::string dateTime;
   std::string sourcePath;                         ///< as outputs show it; several files may share the text
   std::filesystem::path sourceFile;               ///< itself
+  InputMark input;                                ///< of that file's content
   double tipRadiusMM = -1.0;                      ///< -1.0 or 0.0: none known
   std::vector<InstrumentValue> instrumentValues;  ///< what the file tells of the instrument's own results
   bool inverted = false;                          ///< `raw` is upside down to what the reader delivered

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "settings/analysis_settings.h"
+#include "settings/decision_settings.h"
 #include "settings/display_settings.h"
 
 namespace texturon {
@@ -28,6 +29,7 @@ struct Settings {
   AnalysisSettings analysis;
   DisplaySettings display;
   AutoLoadingSettings autoLoading;
+  DecisionSettings decision;
 
   friend bool operator==(const Settings&, const Settings&) = default;
 };

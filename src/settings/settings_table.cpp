@@ -141,6 +141,8 @@ constexpr SettingBinding BindVersion() {
 // A field bears its key's name, so that both are written once.
 #define DISPLAY(field) Bind<&Settings::display, &DisplaySettings::field>("DISPLAY", #field)
 #define AUTO_LOADING(field) Bind<&Settings::autoLoading, &AutoLoadingSettings::field>("AUTO_LOADING", #field)
+#define DECISION(field) \
+  Bind<&Settings::decision, &DecisionSettings::field>("DECISION", #field, KeyWritten::kWhereChanged)
 #define ANALYSIS_IN(section, field) Bind<&Settings::analysis, &Analysis::field>(section, #field)
 #define ANALYSIS(field) ANALYSIS_IN("ANALYSIS", field)
 #define RXQ(field) ANALYSIS_IN("RXQ_PARAMETERS", field)
@@ -427,6 +429,10 @@ constexpr auto kTable = std::to_array<SettingKey>({
      "X of a point; the numbers are 0, 2, 4 ..."},
     {BindRow<&Analysis::freeFormPoints, &FreeFormPoint::zUM>("FREE_FORM", "Z%06d(um)", kFreeFormRows), "um",
      "height of a point"},
+    {DECISION(AcceptanceRule), "", "when the values of several profiles keep a limit",
+     "0 none beyond it, 1 at most 16 %, 2 the median"},
+    {DECISION(DecisionRule), "", "how an uncertainty enters a verdict",
+     "0 not at all, 1 limits moved by U both ways and undecided between, 2 the same with undecided as a failure"},
     {STANDARD(Edition, "1997, 2021, both"), "", "edition of the standards that the rows are of: 1997, 2021 or both", "",
      In(kStandard)},
     {STANDARD(ShortWaveFilter, "spline, gaussian"), "", "filter that takes the short waves off: spline or gaussian", "",
@@ -466,6 +472,7 @@ constexpr auto kTable = std::to_array<SettingKey>({
 #undef TOLERANCE
 #undef DISPLAY
 #undef AUTO_LOADING
+#undef DECISION
 #undef ANALYSIS_IN
 #undef ANALYSIS
 #undef RXQ

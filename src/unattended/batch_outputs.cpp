@@ -70,6 +70,16 @@ bool IsSummaryFile(const std::filesystem::path& path) {
   return start && (start->empty() || (start->starts_with("\"Files\", ") && start->find("\r\n\"Failed\", ") < 64));
 }
 
+std::filesystem::path ProvenanceFileOf(const std::filesystem::path& parameterFile) {
+  std::filesystem::path companion = parameterFile;
+  return companion += ".provenance.json";
+}
+
+bool IsProvenanceFile(const std::filesystem::path& path) {
+  const auto start = StartOf(path);
+  return start && (start->empty() || start->starts_with(kProvenanceStart));
+}
+
 bool IsQdasFile(const std::filesystem::path& path) {
   const auto start = StartOf(path);
   return start && (start->empty() || (start->starts_with("K0100 ") && start->find("\r\nK1001/1 ") < 64));

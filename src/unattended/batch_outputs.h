@@ -20,4 +20,10 @@ bool IsFailuresFile(const std::filesystem::path& path);
 bool IsSummaryFile(const std::filesystem::path& path);
 bool IsQdasFile(const std::filesystem::path& path);
 
+/// The file beside a parameter file that tells where its rows come from, what it begins with, and whether one is there
+/// or none.
+std::filesystem::path ProvenanceFileOf(const std::filesystem::path& parameterFile);
+inline constexpr std::string_view kProvenanceStart = "{\"program\": {";
+bool IsProvenanceFile(const std::filesystem::path& path);
+
 }  // namespace texturon

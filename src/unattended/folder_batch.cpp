@@ -204,10 +204,9 @@ std::string NoteOutputs(const FolderBatchOptions& options) {
   if (options.files.empty()) return {};
   const std::filesystem::path folder = options.files.front().parent_path();
   const std::pair<const std::filesystem::path&, OutputList::Kind> outputs[] = {
-      {options.parameterFile, OutputList::Kind::kRows},
-      {options.failuresFile, OutputList::Kind::kFailures},
-      {options.summaryFile, OutputList::Kind::kSummary},
-      {options.qdasFile, OutputList::Kind::kQdas},
+      {options.parameterFile, OutputList::Kind::kRows},        {options.failuresFile, OutputList::Kind::kFailures},
+      {options.summaryFile, OutputList::Kind::kSummary},       {options.qdasFile, OutputList::Kind::kQdas},
+      {options.provenanceFile, OutputList::Kind::kProvenance},
   };
   std::string reason;
   for (const auto& [path, kind] : outputs) {

@@ -16,12 +16,13 @@ namespace texturon {
 
 struct FolderBatchOptions {
   std::vector<std::filesystem::path> files;  ///< in the order of the rows
-  std::filesystem::path parameterFile;  ///< empty: the rows go to the observer alone
-  std::filesystem::path failuresFile;  ///< gets a line "path<tab>reason" a failed file; empty: none
-  std::filesystem::path summaryFile;   ///< that the caller will write; empty: none
-  std::filesystem::path qdasFile;      ///< the same, for statistics programs
-  int jobs = 1;                        ///< fewer where the memory does not hold so many
-  bool resume = false;                 ///< leaves out files that the parameter file has rows of (row_list)
+  std::filesystem::path parameterFile;       ///< empty: the rows go to the observer alone
+  std::filesystem::path failuresFile;        ///< gets a line "path<tab>reason" a failed file; empty: none
+  std::filesystem::path summaryFile;         ///< that the caller will write; empty: none
+  std::filesystem::path qdasFile;            ///< the same, for statistics programs
+  std::filesystem::path provenanceFile;      ///< the same, that tells where the rows come from
+  int jobs = 1;                              ///< fewer where the memory does not hold so many
+  bool resume = false;                       ///< leaves out files that the parameter file has rows of (row_list)
 };
 
 /// Called under one lock, from any thread.

@@ -17,6 +17,7 @@
 #include "platform/append_file.h"
 #include "platform/platform.h"
 #include "settings/settings_text.h"
+#include "unattended/batch_outputs.h"
 #include "unattended/event_log.h"
 #include "unattended/folder_files.h"
 #include "unattended/output_list.h"
@@ -148,7 +149,8 @@ private:
       std::error_code error;
       return !output.empty() && std::filesystem::equivalent(path, output, error);
     };
-    return !isOutput(options_.parameterFile) && !isOutput(options_.qdasFile);
+    return !isOutput(options_.parameterFile) && !isOutput(options_.qdasFile) &&
+           !(isOutput(ProvenanceFileOf(options_.parameterFile)) && IsProvenanceFile(path));
   }
 
   /// Analyses one file and sees it through. False: something stands in the way of all files.

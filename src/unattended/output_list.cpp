@@ -27,6 +27,7 @@ constexpr KindOfFile kKinds[] = {
     {OutputList::Kind::kFailures, "failures\t", IsFailuresFile},
     {OutputList::Kind::kSummary, "summary\t", IsSummaryFile},
     {OutputList::Kind::kQdas, "statistics\t", IsQdasFile},
+    {OutputList::Kind::kProvenance, "provenance\t", IsProvenanceFile},
 };
 
 std::string Marks(std::uint64_t size, std::uint64_t mark) {

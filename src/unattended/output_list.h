@@ -24,7 +24,7 @@ public:
   /// What a batch is about to write there. From any thread. The reason, once, where it cannot be noted: a sentence.
   std::string NoteProfile(const std::filesystem::path& file, std::string_view text);
   /// Files that are known by their kind and beginning: they grow or are made anew.
-  enum class Kind { kRows, kFailures, kSummary, kQdas };
+  enum class Kind { kRows, kFailures, kSummary, kQdas, kProvenance };
   std::string NoteFile(const std::filesystem::path& file, Kind kind);
 
   /// Whether the file of this folder is one that a batch wrote.

@@ -73,8 +73,8 @@ TEST(Indication, MeansWhatTheDrawingSays) {
 
 TEST(Indication, PointsAtWhatItDoesNotUnderstand) {
   const std::pair<const char*, std::size_t> cases[] = {
-      {"", 0},         {"U", 1},           {"Rz", 2},          {"Rz x", 3},     {"Rz 3 foo", 5},
-      {"Rzz 3", 0},    {"Rz 3 | Rb 4", 7}, {"Rz 3 L=x", 5},    {"Rz 3 q=4", 5}, {"0.8-/Rz", 7},
+      {"", 0},         {"U", 1},           {"Rz", 2},        {"Rz x", 3},     {"Rz 3 foo", 5},
+      {"Rzz 3", 0},    {"Rz 3 | Rb 4", 7}, {"Rz 3 L=x", 5},  {"Rz 3 q=4", 5}, {"0.8-/Rz", 7},
       {"0.8/Rz 3", 0}, {"Rmr 4", 0},       {"Rz 3 le=x", 8}, {"N7 x", 3},     {"R: FC; P; None; All; Count 3", 0},
   };
   for (const auto& [text, place] : cases) {

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "app/json_writer.h"
+#include "base/json_writer.h"
 #include "base/number_text.h"
 #include "support/child_process.h"
 #include "support/golden.h"

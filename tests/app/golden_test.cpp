@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "base/program_version.h"
 #include "support/program_run.h"
 #include "support/scratch_folder.h"
 
@@ -29,6 +30,10 @@ std::string Answer(const std::string& call, const ScratchFolder& folder) {
   if (!text.empty() && !text.ends_with('\n')) text += '\n';
   std::istringstream errors(run.error);
   for (std::string line; std::getline(errors, line);) text += "! " + line + "\n";
+  const std::string version = "\"version\": \"" + std::string(ProgramVersion()) + "\"";
+  for (std::size_t at; (at = text.find(version)) != std::string::npos;) {
+    text.replace(at, version.size(), "\"version\": \"VERSION\"");
+  }
   if (run.status != 0) text += "= " + std::to_string(run.status) + "\n";
   return text;
 }

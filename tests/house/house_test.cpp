@@ -33,10 +33,10 @@ std::vector<std::string> LinesOf(const fs::path& path) {
   return lines;
 }
 
-std::vector<fs::path> SourcesBelow(const char* folder) {
+std::vector<fs::path> SourcesBelow(const char* folder, const std::set<fs::path>& extensions = {".cpp", ".h"}) {
   std::vector<fs::path> sources;
   for (const auto& entry : fs::recursive_directory_iterator(kRoot / folder)) {
-    if (entry.path().extension() == ".cpp" || entry.path().extension() == ".h") sources.push_back(entry.path());
+    if (extensions.contains(entry.path().extension())) sources.push_back(entry.path());
   }
   std::sort(sources.begin(), sources.end());
   EXPECT_FALSE(sources.empty()) << folder;
@@ -51,7 +51,7 @@ std::string NameBelowSrc(const fs::path& path) {
 /// The floors from the ground up; two of the same height do not know each other.
 const std::map<std::string, int> kHeights = {{"base", 0},     {"record", 1},       {"platform", 1},   {"signal", 2},
                                              {"settings", 3}, {"formats", 4},      {"parameters", 4}, {"export", 5},
-                                             {"analysis", 6}, {"presentation", 7}, {"unattended", 7}, {"ui", 8},
+                                             {"analysis", 6}, {"presentation", 7}, {"unattended", 7}, {"verification", 7}, {"ui", 8},
                                              {"app", 9}};
 
 /// The floor of a file below src/: its first folder.
@@ -94,19 +94,20 @@ TEST(House, EveryFloorIsATargetOfItsFolder) {
 }
 
 TEST(House, EverySourceSaysItsLicence) {
-  for (const char* folder : {"src", "tests", "bench", "samples", "packaging"}) {
+  for (const char* folder : {"src", "tests", "bench", "samples", "packaging", "python"}) {
     for (const fs::path& path : SourcesBelow(folder)) {
       EXPECT_TRUE(ReadAll(path).starts_with("// SPDX-License-Identifier: Apache-2.0\n")) << path;
     }
+  }
+  for (const fs::path& path : SourcesBelow("python", {".py", ".pyi"})) {
+    EXPECT_TRUE(ReadAll(path).starts_with("# SPDX-License-Identifier: Apache-2.0\n")) << path;
   }
 }
 
 TEST(House, TheTopFolderHoldsOnlyWhatBelongsThere) {
   constexpr std::string_view kNames =
       " bench build CHANGELOG.md cmake CMakeLists.txt CMakePresets.json CONTRIBUTING.md docs LICENSE packaging "
-      "README.md samples scripts "
-      "share src "
-      "tests ";
+      "pyproject.toml python README.md samples scripts setup.py share src tests ";
   for (const auto& entry : fs::directory_iterator(kRoot)) {
     const std::string name = entry.path().filename().string();
     const bool isHidden = name.starts_with('.');  // of git, editors and tools
@@ -230,12 +231,14 @@ TEST(House, EveryFaultToTryStandsOnceInItsFile) {
   EXPECT_GT(faults, 50u);
 }
 
+/// Without blank lines and comments.
 std::size_t LinesOfCode(const char* folder) {
   std::size_t count = 0;
-  for (const fs::path& path : SourcesBelow(folder)) {
+  for (const fs::path& path : SourcesBelow(folder, {".cpp", ".h", ".py", ".pyi"})) {
+    const std::string comment = path.extension().string().starts_with(".py") ? "#" : "//";
     for (const std::string& line : LinesOf(path)) {
       const std::size_t first = line.find_first_not_of(" \t\r");
-      count += first != std::string::npos && line.compare(first, 2, "//") != 0;
+      count += first != std::string::npos && !line.substr(first).starts_with(comment);
     }
   }
   return count;
@@ -243,9 +246,25 @@ std::size_t LinesOfCode(const char* folder) {
 
 TEST(House, TestsAreAThirdOfTheCode) {
   constexpr std::size_t kMostPercent = 34;
-  const std::size_t code = LinesOfCode("src");
-  const std::size_t tests = LinesOfCode("tests");
+  const std::size_t code = LinesOfCode("src") + LinesOfCode("python/engine") + LinesOfCode("python/texturon");
+  const std::size_t tests = LinesOfCode("tests") + LinesOfCode("python/tests");
   EXPECT_LE(100 * tests, kMostPercent * code) << tests << " lines of tests for " << code << " of code";
+}
+
+TEST(House, ThePythonModuleOnlyBinds) {
+  constexpr std::size_t kMostLinesOfTheBinding = 800;
+  const std::size_t binding = LinesOfCode("python/engine");
+  EXPECT_LE(binding, kMostLinesOfTheBinding);
+  EXPECT_LE(2 * LinesOfCode("python/tests"), binding + LinesOfCode("python/texturon"));
+  const std::regex numerics("^#include <(numeric|numbers|complex|valarray|random)>|\\bstd::(sqrt|pow|lerp|abs|fma)\\(");
+  for (const fs::path& path : SourcesBelow("python/engine")) {
+    for (const std::string& line : LinesOf(path)) {
+      EXPECT_FALSE(std::regex_search(line, numerics)) << path << ": " << line;
+      const bool isOwn = line == "#include \"binding.h\"";
+      EXPECT_TRUE(!line.starts_with("#include \"") || isOwn || kHeights.contains(FloorOf(line.substr(10)))) << line;
+      EXPECT_FALSE(line.starts_with("#include \"app/") || line.starts_with("#include \"ui/")) << path << ": " << line;
+    }
+  }
 }
 
 }  // namespace

@@ -100,6 +100,7 @@ TEST(SettingsText, AFileChangesOnlyWhatItHolds) {
   Settings settings = WithDistinctValues();
   Settings expected = settings;
   expected.analysis.LcCutoffMM = 2.5;
+  expected.decision = {};  // in a file only where it was changed
   expected.display.ShowFeatures = false;
   expected.analysis.standard = {};  // written where it was changed: what is left out is the default
   EXPECT_TRUE(LoadSettingsText(IniFile("[ANALYSIS]\nLcCutoffMM=2.5\nLsCutoffMM=\n"), settings).empty());

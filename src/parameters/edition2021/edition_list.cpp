@@ -17,7 +17,11 @@ constexpr int kFeatureDecimals = 4;
 
 bool IsStartingSelection(const std::vector<ParameterSelection>& selection) {
   static const std::vector<ParameterSelection> start = DefaultSelection();
-  return selection == start;
+  // Which row a limit refers to is of no meaning here.
+  return std::equal(selection.begin(), selection.end(), start.begin(), start.end(),
+                    [](const ParameterSelection& a, const ParameterSelection& b) {
+                      return a.name == b.name && a.selected == b.selected && a.tolerance == b.tolerance;
+                    });
 }
 
 /// A name that stands in the older edition too, with why the rows differ.

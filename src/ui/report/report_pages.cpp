@@ -252,15 +252,21 @@ private:
   }
 
   void AddSettings(PageFlow& flow, const ReportBlock& /*block*/) {
-    const auto& settings = texts_.changedSettings;
-    if (settings.empty()) return;
-    PageLines lines{.lineHeight = LineHeight(Font(8.5)), .count = settings.size()};
-    lines.paintHead = [this](const QRect& line) {
-      Text(line, QObject::tr("Settings that differ from the defaults"), Font(9, true));
-    };
-    lines.paintLine = [this, &settings](const QRect& line, std::size_t i) {
-      Text(line.adjusted(0, 0, -line.width() * 2 / 5, 0), FromText(settings[i].first), Font(8.5));
-      Text(line.adjusted(line.width() * 3 / 5 + kGap, 0, 0, 0), FromText(settings[i].second), Font(8.5));
+    AddPairs(flow, QObject::tr("Settings that differ from the defaults"), texts_.changedSettings);
+    AddPairs(flow, QObject::tr("Where this comes from"), texts_.origin);
+  }
+
+  /// What something is, and what it says, a pair a line.
+  void AddPairs(PageFlow& flow, const QString& title, const std::vector<ReportLine>& pairs) {
+    if (pairs.empty()) return;
+    PageLines lines{.lineHeight = LineHeight(Font(8.5)), .count = pairs.size()};
+    lines.paintHead = [this, title](const QRect& line) { Text(line, title, Font(9, true)); };
+    lines.paintLine = [this, &pairs](const QRect& line, std::size_t i) {
+      const int split = line.width() * 3 / 5;
+      const bool isDigest = pairs[i].second.size() > 60;
+      const int from = isDigest ? line.width() / 4 : split;
+      Text(line.adjusted(0, 0, from - line.width(), 0), FromText(pairs[i].first), Font(8.5));
+      Text(line.adjusted(from + kGap, 0, 0, 0), FromText(pairs[i].second), Font(8.5));
     };
     flow.Add(lines);
   }

@@ -5,6 +5,8 @@
 #include <QApplication>
 #include <QBuffer>
 #include <QCommandLineParser>
+#include <QPdfWriter>
+#include <QTextDocument>
 #include <algorithm>
 #include <iostream>
 #include <string_view>
@@ -18,11 +20,12 @@
 #include "ui/report/report.h"
 #include "ui/report/report_pictures.h"
 #include "ui/window/main_frame.h"
+#include "verification/verification_report.h"
 
 namespace texturon {
 namespace {
 
-constexpr std::string_view kOptions[] = {"--report", "--screenshot", "--help", "-h", "--version", "-v"};
+constexpr std::string_view kOptions[] = {"--report", "--screenshot", "--verify", "--help", "-h", "--version", "-v"};
 
 int Refuse(const QString& sentence, int status = 1) {
   std::cerr << "texturon-desktop: " << EscapedControls(sentence.toStdString()) << '\n';
@@ -58,6 +61,35 @@ QString WriteScreenshot(CMainFrame& frame, const QString& file) {
   return outcome.ok() ? QString() : FromText(FileSentence(ToPath(file), outcome.reason));
 }
 
+/// The verification as pages; status 1 also where a standard is missed.
+int WriteVerification(const QString& file) {
+  const Environment environment = SystemEnvironment();
+  const StandardsRead standards = ReadStandards(VerificationFiles());
+  const VerificationFolder folder(environment.temporaryFolder);
+  if (!standards.reason.empty()) return Refuse(FromText(standards.reason));
+  if (folder.Path().empty()) {
+    return Refuse(FromText(FileSentence(environment.temporaryFolder, "holds no folder of ours")));
+  }
+  const std::vector<VerifiedStandard> verified = VerifyStandards(standards.standards, folder.Path());
+  QBuffer bytes;
+  bytes.open(QIODevice::WriteOnly);
+  {
+    QPdfWriter writer(&bytes);
+    writer.setTitle("Verification");
+    writer.setPageSize(QPageSize(QPageSize::A4));
+    writer.setPageOrientation(QPageLayout::Landscape);
+    QTextDocument pages;
+    pages.setDefaultFont(QFont("Sans", 7));
+    pages.setHtml(QString::fromStdString(VerificationHtml(VerificationOrigin(environment), verified)));
+    pages.print(&writer);
+  }
+  const FileOutcome outcome = ReplaceFile(
+      ToPath(file), std::string_view(bytes.data().constData(), static_cast<std::size_t>(bytes.data().size())));
+  if (!outcome.ok()) return Refuse(FromText(FileSentence(ToPath(file), outcome.reason)));
+  const VerificationCount count = CountOf(verified);
+  return count.missed == 0 ? 0 : Refuse(QString::fromStdString(VerificationSentence(count)));
+}
+
 }  // namespace
 
 bool IsHeadless(int argc, char** argv) {
@@ -77,15 +109,22 @@ int RunHeadless(const QStringList& arguments) {
   const QCommandLineOption picture(
       "picture", QObject::tr("Writes one picture of the report, .svg or PNG: %1.").arg(PictureNames()), "NAME");
   const QCommandLineOption screenshot("screenshot", QObject::tr("Writes a PNG of the main window."), "FILE");
+  const QCommandLineOption verify("verify", QObject::tr("Writes what the built-in standards come to, PDF."));
   const QCommandLineOption output("o", QObject::tr("Where to."), "OUT");
   const QCommandLineOption settingsFile("settings", QObject::tr("Settings file to analyse with, also in a window."),
                                         "INI");
   const QCommandLineOption another("new", QObject::tr("Opens a window beside the one that is open already."));
-  parser.addOptions({report, layout, picture, screenshot, output, settingsFile, another});
+  parser.addOptions({report, layout, picture, screenshot, verify, output, settingsFile, another});
   parser.addPositionalArgument("profile", QObject::tr("Profile to open in the window."), "[PROFILE]");
   if (!parser.parse(arguments)) return Refuse(parser.errorText() + ".");
   if (parser.isSet(help)) return Print(parser.helpText());
   if (parser.isSet(version)) return Print("texturon-desktop " + QApplication::applicationVersion() + '\n');
+  if (parser.isSet(verify)) {
+    const bool isAlone = !parser.isSet(report) && !parser.isSet(screenshot) && parser.positionalArguments().isEmpty();
+    if (!isAlone) return Refuse(QObject::tr("--verify stands alone, with -o OUT.pdf."), 2);
+    if (!parser.isSet(output)) return Refuse(QObject::tr("Say with -o where the result goes."));
+    return WriteVerification(parser.value(output));
+  }
   if (parser.isSet(report) == parser.isSet(screenshot) || !parser.positionalArguments().isEmpty()) {
     return Refuse(QObject::tr("Give either --report FILE or --screenshot FILE, and nothing else to open."));
   }

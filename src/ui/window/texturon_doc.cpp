@@ -98,7 +98,9 @@ bool CTexturonDoc::Show(const RecordSource& source) {
     // A reader's own message is part of the sentence that names the file.
     DivertedMessages diverted(prompts_);
     Document next = document_;
-    const RunStep loaded = LoadRecord(next, source, diverted, environment_);
+    RecordSource marked = source;
+    marked.import.marksInput = true;  // a report tells what it was made of
+    const RunStep loaded = LoadRecord(next, marked, diverted, environment_);
     if (!loaded.ok()) {
       const std::string sentence = FileSentence(source.path, loaded.Reason());
       if (loaded.attempts.empty()) {
@@ -127,7 +129,7 @@ std::string CTexturonDoc::OpenUnattended(const std::filesystem::path& path) {
     next.scope.region.reset();
     const bool wasQuiet = std::exchange(next.quietMode, true);
     const bool wroteTrace = std::exchange(next.writesTraceFile, false);
-    const RunStep run = RunAnalysis(next, {.path = path}, nobody, environment_);
+    const RunStep run = RunAnalysis(next, {.path = path, .import = {.marksInput = true}}, nobody, environment_);
     if (!run.ok()) return FileSentence(path, run.Reason());
     next.quietMode = wasQuiet;
     next.writesTraceFile = wroteTrace;

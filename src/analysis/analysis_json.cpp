@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "app/analysis_json.h"
+#include "analysis/analysis_json.h"
 
 #include <algorithm>
 #include <optional>
 #include <utility>
 
 #include "analysis/captions.h"
+#include "analysis/decision.h"
+#include "analysis/edition_json.h"
 #include "analysis/ratio_row_list.h"
-#include "app/edition_output.h"
 #include "base/charset.h"
 #include "base/units.h"
 #include "parameters/catalogue.h"
@@ -19,7 +20,8 @@ namespace {
 
 class AnalysisJsonWriter {
 public:
-  AnalysisJsonWriter(const Document& document, JsonWriter& json) : document_(document), json_(json) {}
+  AnalysisJsonWriter(const Document& document, JsonWriter& json, const UncertaintyResult* uncertainty)
+      : document_(document), json_(json), uncertainty_(uncertainty) {}
 
   void Form() {
     const AnalysisResults& results = document_.results;
@@ -69,8 +71,7 @@ public:
       Bool("valid", row.valid);
       const bool hasLabel = row.edition == Edition::k1997;
       Text("label", hasLabel ? RowLabel(row.name, document_.settings.analysis, document_.settings.display.Metric) : "");
-      VerdictOf(JudgeRow(row));
-      ReasonFor(row);
+      Judge(row);
       WriteEditionOfRow(json_, document_, row);
       json_.EndObject();
     }
@@ -177,11 +178,23 @@ private:
       entry.row.valid ? json_.Number(entry.row.value) : json_.Null();
       Bool("valid", entry.row.valid);
       Text("label", entry.label);
-      VerdictOf(JudgeRow(entry.row));
-      ReasonFor(entry.row);
+      Judge(entry.row);
       json_.EndObject();
     }
     json_.EndArray();
+  }
+
+  /// What comes last of every row, which are taken in the order of ShownRows.
+  void Judge(const ParameterDef& row) {
+    const auto uncertainty = uncertainty_ != nullptr ? uncertainty_->Of(row_) : std::nullopt;
+    const auto decision =
+        Decide(row, uncertainty, uncertainty_ != nullptr ? document_.settings.decision.DecisionRule : kDecideSimple);
+    json_.Key("verdict");
+    decision ? json_.Text(AcceptanceWord(decision->verdict)) : json_.Null();
+    if (decision && decision->conformity) Number("conformity_probability", *decision->conformity);
+    ReasonFor(row);
+    if (uncertainty_ != nullptr) WriteUncertainty(json_, *uncertainty_, row_);
+    ++row_;
   }
 
   void ReasonFor(const ParameterDef& row) {
@@ -189,14 +202,6 @@ private:
     if (!reason.empty()) Text("reason", reason);
   }
 
-  void VerdictOf(std::optional<Verdict> verdict) {
-    json_.Key("verdict");
-    if (!verdict) {
-      json_.Null();
-    } else {
-      json_.Text(*verdict == Verdict::kPass ? "PASS" : "FAIL");
-    }
-  }
   void Range(std::string_view key, const IndexRange& range) {
     const std::int32_t ends[] = {range.first, range.last, range.count};
     json_.Key(key);
@@ -213,6 +218,8 @@ private:
 
   const Document& document_;
   JsonWriter& json_;
+  const UncertaintyResult* uncertainty_;
+  std::size_t row_ = 0;
 };
 
 }  // namespace
@@ -220,7 +227,7 @@ private:
 void WriteAnalysisJson(std::ostream& out, const Document& document, std::string_view file,
                        const std::vector<std::string>& messages, const AnalysisJsonOptions& options) {
   JsonWriter json(options.layout, &out);
-  AnalysisJsonWriter writer(document, json);
+  AnalysisJsonWriter writer(document, json, options.uncertainty);
   json.BeginObject();
   json.Key("file");
   json.Text(file);
@@ -243,6 +250,12 @@ void WriteAnalysisJson(std::ostream& out, const Document& document, std::string_
   json.BeginArray();
   for (const std::string& message : messages) json.Text(Utf8FromWindows1252(message));
   json.EndArray();
+  if (options.request != nullptr) {
+    WriteProgram(json);
+    WriteInput(json, document.profiles.input);
+    WriteRequest(json, document, *options.request);
+  }
+  if (options.uncertaintyRequest != nullptr) WriteUncertaintyBudget(json, *options.uncertaintyRequest);
   if (options.withProfiles) writer.Profiles();
   if (options.more) options.more(json);
   json.EndObject();

@@ -9,13 +9,18 @@
 #include <vector>
 
 #include "analysis/document.h"
-#include "app/json_writer.h"
+#include "analysis/provenance_json.h"
+#include "analysis/uncertainty_json.h"
+#include "base/json_writer.h"
 
 namespace texturon {
 
 struct AnalysisJsonOptions {
   JsonWriter::Layout layout = JsonWriter::Layout::kIndented;
   bool withProfiles = false;
+  const RunRequest* request = nullptr;  ///< how the call asked for it; null: that is left out, with program and input
+  const UncertaintyRequest* uncertaintyRequest = nullptr;  ///< both or none
+  const UncertaintyResult* uncertainty = nullptr;
   std::function<void(JsonWriter&)> more = {};  ///< writes further members at the end
 };
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "app/json_writer.h"
+#include "base/json_writer.h"
 
 #include <cmath>
 #include <ostream>

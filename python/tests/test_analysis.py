@@ -1,0 +1,152 @@
+# SPDX-License-Identifier: Apache-2.0
+import gc
+import math
+import os
+import signal
+import subprocess
+import sys
+import threading
+import time
+
+import numpy as np
+import pytest
+import texturon
+from conftest import SAMPLES, console
+
+GROUND = SAMPLES / "ground.lmt"
+
+# Words of the console, and the same as arguments.
+CALLS = [
+    ("ground.lmt", [], {}),
+    ("turned.lmt", ["--region", "1,0.5,0,2.5", "--exclude", "1200,1300"], {"region": (0.5, 3), "exclude": (1200, 1300)}),
+    (
+        "honed.lmt",
+        ["--set", "ANALYSIS.FilterType=2", "--whole-cutoffs"],
+        {"FilterType": "ISO 13565", "whole_cutoffs": True},
+    ),
+    ("honed.lmt", ["--set", "ANALYSIS.LcCutoffMM=50"], dict(LcCutoffMM=50)),
+    ("honed.lmt", ["--set", "ANALYSIS.LcCutoffMM=0.001"], dict(LcCutoffMM=0.001)),
+    ("arc.lmt", ["--settings", SAMPLES / "production.ini"], dict(settings=SAMPLES / "production.ini")),
+    (
+        "arc.lmt",
+        ["--set", "ANALYSIS.FormRemovalType=2", "--region", "4,1,1,0", "--all-data-for-form", "--imperial"],
+        dict(FormRemovalType="arc", region=(4, 1, 1, 0), all_data_for_form=True, Metric=False),
+    ),
+    ("asphere.lmt", ["--settings", SAMPLES / "asphere.ini"], dict(settings=SAMPLES / "asphere.ini")),
+    ("freeform.lmt", ["--settings", SAMPLES / "freeform.ini"], dict(settings=str(SAMPLES / "freeform.ini"))),
+    (
+        "ground.lmt",
+        ["--set", "ROUGHNESS_BEARING_RATIOS.Selected00=1", "--set", "PRIMARY_HTPS.Selected03=1"],
+        dict(settings={"ROUGHNESS_BEARING_RATIOS.Selected00": True, "PRIMARY_HTPS.Selected03": 1}),
+    ),
+]
+
+
+@pytest.mark.parametrize("name, words, options", CALLS)
+def test_equals_the_console_to_the_last_byte(name, words, options):
+    analysis = texturon.analyze(f"samples/{name}", **options)
+    printed = console("analyze", "--json", "--no-trace", "--profiles", f"samples/{name}", *words)
+    assert analysis.to_json(profiles=True) + "\n" == printed.decode()
+    tree = analysis.to_dict()
+    told = [*tree["parameters"], *tree["material_ratios"], *tree["htps"]]
+    rows = analysis.parameters.table()
+    assert len(told) == len(rows) > 0
+    for row, other in zip(rows, told):
+        assert row.name == other["name"] + (f" {other['row'] + 1}" if "row" in other else "")
+        assert row.value == other["value"] or (other["value"] is None and not math.isfinite(row.value))
+        assert (row.valid, row.verdict, row.label) == (other["valid"], other["verdict"], other["label"])
+        assert row.reason == other.get("reason", "")
+    assert analysis.raw.tolist() == analysis.to_dict(profiles=True)["profiles"]["raw"]
+
+
+def test_arrays_are_views_that_outlive_the_analysis():
+    analysis = texturon.analyze(GROUND)
+    names = ["raw", "form_suppressed", "primary", "waviness", "roughness", "closing", "opening"]
+    views = {name: getattr(analysis, name) for name in names}
+    copies = {name: view.copy() for name, view in views.items()}
+    for name, view in views.items():
+        assert np.shares_memory(view, getattr(analysis, name)) and view.shape == (8000,)
+        with pytest.raises(ValueError):
+            view[0] = 1.0
+        with pytest.raises(ValueError):
+            view.setflags(write=True)
+    del analysis
+    gc.collect()
+    filler = [texturon.analyze(GROUND) for _ in range(5)]
+    assert all(np.array_equal(views[name], copies[name]) for name in names) and filler
+
+
+REFUSED = [
+    (lambda: texturon.analyze("missing.lmt"), FileNotFoundError, "missing.lmt"),
+    (lambda: texturon.analyze("samples"), IsADirectoryError, "samples"),
+    (lambda: texturon.load(SAMPLES / "production.ini"), texturon.ReadError, "no line is a row of numbers"),
+    (lambda: texturon.load(GROUND, profile=0), texturon.Error, "count from 1"),
+    (lambda: texturon.analyze(GROUND, region=(0, 0.001)), texturon.Error, "ground.lmt: not analysed, "),
+    (lambda: texturon.analyze(GROUND, region=(0, np.nan)), texturon.Error, "region"),
+    (lambda: texturon.analyze(GROUND, LcCutofMM=0.8), texturon.UnknownNameError, "did you mean LcCutoffMM"),
+    (lambda: texturon.analyze(GROUND, LcCutoffMM="wide"), texturon.Error, "ANALYSIS.LcCutoffMM"),
+    (lambda: texturon.analyze(GROUND, LcCutoffMM=np.nan), texturon.Error, "ANALYSIS.LcCutoffMM"),
+    (lambda: texturon.analyze(GROUND, parameters=["Rz"]), texturon.UnknownNameError, "RzDIN"),
+    (lambda: texturon.analyze(texturon.Profile([1.0, 2.0], 1.0)), texturon.Error, "the profile: not analysed"),
+    (lambda: texturon.analyze(GROUND).parameters["RA"], KeyError, "Ra"),
+    (lambda: texturon.export(GROUND, "picture"), texturon.Error, "roughness"),
+    (lambda: texturon.convert("samples/ground.lmt", "samples/ground.lmt"), texturon.Error, "ground.lmt"),
+]
+
+
+@pytest.mark.parametrize("call, error, fragment", REFUSED)
+def test_refuses_with_a_sentence(call, error, fragment):
+    with pytest.raises(error) as raised:
+        call()
+    assert fragment in str(raised.value)
+    assert not isinstance(raised.value, texturon.Error) or str(raised.value)[-1] in ".?"
+
+
+def test_the_lock_is_free_while_the_engine_computes():
+    rows = np.tile(texturon.load(GROUND).heights, (40, 1))
+    worker = threading.Thread(target=texturon.robust_filter, args=(rows, 0.5, 0.8))
+    turns = 0
+    worker.start()
+    while worker.is_alive():
+        turns += 1
+        time.sleep(0.001)
+    assert turns > 5
+
+
+def test_an_interrupt_ends_a_long_call():
+    rows = np.random.default_rng(1).standard_normal((80, 100_000))
+    start = time.thread_time()
+    texturon.robust_filter(rows, 0.5, 0.8)
+    whole = time.thread_time() - start
+    threading.Timer(0.2 * whole, os.kill, (os.getpid(), signal.SIGINT)).start()
+    start = time.thread_time()
+    with pytest.raises(KeyboardInterrupt):
+        texturon.robust_filter(rows, 0.5, 0.8)
+    assert time.thread_time() - start < 0.8 * whole
+
+
+LEAKS = """
+import os, sys, texturon
+def resident():
+    with open("/proc/self/statm") as file:
+        return int(file.read().split()[1]) * os.sysconf("SC_PAGE_SIZE")
+def run(times):
+    for _ in range(times):
+        analysis = texturon.analyze("samples/ground.lmt", LcCutoffMM=0.25)
+        kept = analysis.roughness, analysis.parameters, analysis.to_dict(), analysis.spectrum, analysis.bearing_ratio
+        try:
+            texturon.remove_form(analysis.raw, 0.5, "arc", exclude=(0, 8000))
+        except texturon.Error:
+            pass
+run(60)
+before = resident()
+run(int(sys.argv[1]))
+print(resident() - before)
+"""
+
+
+@pytest.mark.skipif(not os.path.exists("/proc/self/statm"), reason="the resident size is read from /proc")
+def test_leaves_no_memory_behind():
+    runs = int(os.environ.get("TEXTURON_LEAK_RUNS", "150"))
+    grown = int(subprocess.run([sys.executable, "-c", LEAKS, str(runs)], stdout=subprocess.PIPE, check=True).stdout)
+    assert grown < 2_000_000

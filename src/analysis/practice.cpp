@@ -1,0 +1,316 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#include "analysis/practice.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "analysis/pipeline.h"
+#include "base/number_text.h"
+#include "base/text.h"
+
+namespace texturon {
+namespace {
+
+/// So many finite numbers between commas; empty for anything else.
+std::optional<std::vector<double>> Numbers(std::string_view text, std::size_t count) {
+  std::vector<double> numbers;
+  while (numbers.size() < count) {
+    const std::size_t comma = std::min(text.find(','), text.size());
+    const std::string_view word = TrimBlanks(text.substr(0, comma));
+    const ParsedDouble number = ParseDouble(word);
+    if (!number.usable() || number.length != word.size()) return std::nullopt;
+    numbers.push_back(number.value);
+    if (comma == text.size()) break;
+    text.remove_prefix(comma + 1);
+  }
+  return numbers.size() == count ? std::optional(numbers) : std::nullopt;
+}
+
+std::optional<double> NumberAboveZero(std::string_view text) {
+  const auto numbers = Numbers(text, 1);
+  return numbers && numbers->front() > 0.0 ? std::optional(numbers->front()) : std::nullopt;
+}
+
+std::optional<bool> FlagOf(std::string_view text) {
+  if (text == "1" || EqualIgnoringCase(text, "true")) return true;
+  if (text == "0" || EqualIgnoringCase(text, "false")) return false;
+  return std::nullopt;
+}
+
+bool SetRegion(Practice& practice, std::string_view text) {
+  practice.scope.region.reset();
+  if (text.empty()) return true;
+  const auto numbers = Numbers(text, 4);
+  if (numbers) {
+    practice.scope.region =
+        RegionChoice{IndexRange::Saturated(std::llround((*numbers)[0])), (*numbers)[1], (*numbers)[2], (*numbers)[3]};
+  }
+  return numbers.has_value();
+}
+
+bool SetExclusion(Practice& practice, std::string_view text) {
+  practice.scope.exclusion.reset();
+  if (text.empty()) return true;
+  const auto numbers = Numbers(text, 2);
+  if (!numbers) return false;
+  practice.scope.exclusion = IndexRange::FromEnds(std::llround((*numbers)[0]), std::llround((*numbers)[1]));
+  if (!practice.scope.region) practice.scope.region = RegionChoice{.mode = kFromStart};
+  return true;
+}
+
+bool SetWholeCutoffsOf(Practice& practice, std::string_view text) {
+  const auto flag = FlagOf(text);
+  if (!flag) return false;
+  const AnalysisSettings& settings = practice.settings.analysis;
+  practice.scope.wholeCutoffs.reset();
+  if (*flag) practice.scope.wholeCutoffs = DiscardSetting{settings.UserDiscardType, settings.UserDiscardLengthMM};
+  return true;
+}
+
+struct ScopeKey {
+  std::string_view key;
+  std::string_view form;
+  bool (*set)(Practice& practice, std::string_view text);
+};
+
+constexpr ScopeKey kScopeKeys[] = {
+    {"SpacingUM", "a number above 0",
+     [](Practice& practice, std::string_view text) {
+       practice.spacingUM = NumberAboveZero(text);
+       return practice.spacingUM.has_value();
+     }},
+    {"HeightFactor", "a number above 0",
+     [](Practice& practice, std::string_view text) {
+       practice.heightFactor = NumberAboveZero(text).value_or(0.0);
+       return practice.heightFactor > 0.0;
+     }},
+    {"Invert", "0 or 1",
+     [](Practice& practice, std::string_view text) {
+       practice.invert = FlagOf(text).value_or(false);
+       return FlagOf(text).has_value();
+     }},
+    {"Region", "of the form MODE,START,END,LENGTH", SetRegion},
+    {"Exclude", "of the form FIRST,LAST", SetExclusion},
+    {"WholeCutoffs", "0 or 1", SetWholeCutoffsOf},
+    {"AllDataForForm", "0 or 1",
+     [](Practice& practice, std::string_view text) {
+       practice.scope.allDataForForm = FlagOf(text).value_or(false);
+       return FlagOf(text).has_value();
+     }},
+};
+
+bool IsOf(const SettingKey& key, std::initializer_list<SettingGroup> groups) {
+  return std::find(groups.begin(), groups.end(), key.entry.group) != groups.end();
+}
+
+using enum SettingGroup;
+
+/// An edition of the standards, or another choice between conventions, is a row before the evaluation rule.
+constexpr PracticeStep kSteps[] = {
+    {"spacing and unit", [](const SettingKey&) { return false; },
+     [](Practice& to, const Practice& from) {
+       to.spacingUM = from.spacingUM;
+       to.heightFactor = from.heightFactor;
+       to.invert = from.invert;
+     }},
+    {"region",
+     [](const SettingKey& key) { return IsOf(key, {kClearAperture}) && key.binding.key != "AsphereSlopeWindowMM"; },
+     [](Practice& to, const Practice& from) { to.scope = from.scope; }},
+    {"form",
+     [](const SettingKey& key) {
+       return IsOf(key, {kForm, kFitPoints}) || key.binding.section == "ASPHERIC_PARAMETERS" ||
+              key.binding.section == "FREE_FORM";
+     },
+     nullptr},
+    {"short-wave filter", [](const SettingKey& key) { return key.binding.key == "LsCutoffMM"; }, nullptr},
+    {"filter kind", [](const SettingKey& key) { return IsOf(key, {kFilter}); }, nullptr},
+    {"cut-off", [](const SettingKey& key) { return key.binding.key == "LcCutoffMM"; }, nullptr},
+    {"discard", [](const SettingKey& key) { return IsOf(key, {kEnds}); }, nullptr},
+    {"evaluation rule",
+     [](const SettingKey& key) {
+       return IsOf(key, {kElementHeights, kElementWidths});
+     },
+     nullptr},
+    {"parameter definition", [](const SettingKey&) { return true; }, nullptr},
+};
+
+bool IsOfResults(const SettingKey& key) {
+  constexpr std::string_view kElsewhere[] = {"TEXTURON", "DISPLAY", "AUTO_LOADING", "DECISION", "PARAMETERS"};
+  const SettingType type = key.binding.type;
+  return type != SettingType::kVersion &&
+         std::find(std::begin(kElsewhere), std::end(kElsewhere), key.binding.section) == std::end(kElsewhere);
+}
+
+std::vector<ParameterSelection> SelectedOf(const Practice& a, const Practice& b) {
+  std::vector<ParameterSelection> rows;
+  for (const Practice* const practice : {&a, &b}) {
+    for (const ParameterSelection& row : practice->settings.analysis.parameters) {
+      const auto isSame = [&row](const ParameterSelection& other) { return EqualIgnoringCase(other.name, row.name); };
+      if (row.selected && std::none_of(rows.begin(), rows.end(), isSame)) rows.push_back(row);
+    }
+  }
+  return rows;
+}
+
+bool IsSame(const Practice& a, const Practice& b) {
+  return a.settings.analysis == b.settings.analysis && a.scope == b.scope && a.spacingUM == b.spacingUM &&
+         a.heightFactor == b.heightFactor && a.invert == b.invert;
+}
+
+class Comparison {
+public:
+  Comparison(const ProfileSet& record, Practice a, Practice b) : record_(record), a_(std::move(a)), b_(std::move(b)) {
+    std::vector<ParameterSelection> rows = SelectedOf(a_, b_);
+    if (rows.size() > kMostParameters) rows.resize(kMostParameters);
+    a_.settings.analysis.parameters = rows;
+    b_.settings.analysis.parameters = std::move(rows);
+    a_.settings.display = b_.settings.display = {};
+  }
+
+  std::vector<ComparedRow> Run() {
+    Document document;
+    const Values a = ValuesBy(a_, &document);
+    std::vector<ComparedRow> rows;
+    for (const ParameterDef& row : document.catalogue.rows)
+      rows.push_back({.name = row.name, .quantity = row.quantity});
+    Put(rows, a, &ComparedRow::a);
+    Practice sofar = a_;
+    Values before = a;
+    for (const PracticeStep& step : kSteps) {
+      const Practice former = sofar;
+      TakeStep(step, sofar, b_);
+      if (IsSame(former, sofar)) continue;
+      Practice single = a_;
+      TakeStep(step, single, b_);
+      const Values after = ValuesBy(sofar);
+      const Values alone = ValuesBy(single);
+      for (std::size_t i = 0; i < rows.size(); ++i) {
+        rows[i].steps.push_back({step.name, Minus(after[i], before[i]), Minus(alone[i], a[i])});
+      }
+      before = after;
+    }
+    Put(rows, before, &ComparedRow::b);
+    return rows;
+  }
+
+private:
+  using Values = std::vector<std::optional<double>>;
+
+  static std::optional<double> Minus(const std::optional<double>& a, const std::optional<double>& b) {
+    return a && b ? std::optional(*a - *b) : std::nullopt;
+  }
+
+  static void Put(std::vector<ComparedRow>& rows, const Values& values, std::optional<double> ComparedRow::*member) {
+    for (std::size_t i = 0; i < rows.size(); ++i) rows[i].*member = values[i];
+  }
+
+  Values ValuesBy(const Practice& practice, Document* keeps = nullptr) const {
+    Document document = MakeDocument();
+    ApplyPractice(practice, record_, document);
+    document.quietMode = true;
+    document.writesTraceFile = false;
+    document.wanted = kNoCurves;
+    SilentPrompts nobody;
+    const bool isDone = Compute(document, nobody, {}) == ComputeOutcome::kDone;
+    Values values;
+    for (const ParameterDef& row : document.catalogue.rows) {
+      const bool isDefined = isDone && row.valid && std::isfinite(row.value);
+      values.push_back(isDefined ? std::optional(row.value) : std::nullopt);
+    }
+    if (keeps != nullptr) *keeps = std::move(document);
+    return values;
+  }
+
+  const ProfileSet& record_;
+  Practice a_;
+  Practice b_;
+};
+
+}  // namespace
+
+std::string SetScope(Practice& practice, std::string_view key, std::string_view value) {
+  for (const ScopeKey& row : kScopeKeys) {
+    if (!EqualIgnoringCase(row.key, key)) continue;
+    if (row.set(practice, value)) return {};
+    return "SCOPE." + std::string(row.key) + ": " + Quoted(value) + " is not " + std::string(row.form);
+  }
+  return "there is no key " + Quoted(key) + " in the section \"SCOPE\"";
+}
+
+std::string TakeScope(const IniFile& file, Practice& practice) {
+  for (const IniEntry& entry : file.Entries()) {
+    if (!EqualIgnoringCase(entry.section, kScopeSection) || entry.shadowed) continue;
+    std::string fault = SetScope(practice, entry.key, entry.value);
+    if (!fault.empty()) return fault;
+  }
+  return {};
+}
+
+void ApplyPractice(const Practice& practice, const ProfileSet& record, Document& document) {
+  ApplySettings(document, practice.settings);
+  document.scope = practice.scope;
+  ProfileSet profiles = MakeProfileSet(record.raw, practice.spacingUM.value_or(record.spacingUM));
+  const double factor = practice.invert ? -practice.heightFactor : practice.heightFactor;
+  if (factor != 1.0) {
+    for (double& height : profiles.raw) height *= factor;
+  }
+  profiles.tipRadiusMM = record.tipRadiusMM;
+  profiles.instrumentValues = record.instrumentValues;
+  SetProfile(document, std::move(profiles));
+}
+
+PracticeTitle TitleOf(const EmbeddedFile& file) {
+  std::string lines[2];
+  std::string_view rest = file.text;
+  for (std::string& line : lines) {
+    const std::size_t end = std::min(rest.find('\n'), rest.size());
+    std::string_view text = TrimBlanks(rest.substr(0, end));
+    if (text.starts_with(';')) line = TrimBlanks(text.substr(1));
+    rest.remove_prefix(std::min(end + 1, rest.size()));
+  }
+  return {lines[0], lines[1]};
+}
+
+std::span<const PracticeStep> PracticeSteps() {
+  return kSteps;
+}
+
+const PracticeStep* StepOf(const SettingKey& key) {
+  if (!IsOfResults(key)) return nullptr;
+  return std::find_if(std::begin(kSteps), std::end(kSteps),
+                      [&key](const PracticeStep& step) { return step.holds(key); });
+}
+
+void TakeStep(const PracticeStep& step, Practice& to, const Practice& from) {
+  for (const SettingKey& key : SettingsTable()) {
+    if (StepOf(key) != &step) continue;
+    const SettingBinding& binding = key.binding;
+    const std::size_t count = binding.isRepeated() ? binding.rows->count(from.settings) : 1;
+    if (binding.isRepeated() && binding.rows->count(to.settings) != count) binding.rows->resize(to.settings, count);
+    for (std::size_t row = 0; row < count; ++row) {
+      binding.set(to.settings, row, binding.get(from.settings, row));
+    }
+  }
+  if (step.takeScope != nullptr) step.takeScope(to, from);
+}
+
+std::optional<double> ComparedRow::Difference() const {
+  return a && b ? std::optional(*b - *a) : std::nullopt;
+}
+
+std::optional<double> ComparedRow::Interaction() const {
+  std::optional<double> rest = Difference();
+  for (const StepChange& step : steps) {
+    if (!rest || !step.alone) return std::nullopt;
+    *rest -= *step.alone;
+  }
+  return rest;
+}
+
+std::vector<ComparedRow> ComparePractices(const ProfileSet& record, const Practice& a, const Practice& b) {
+  return Comparison(record, a, b).Run();
+}
+
+}  // namespace texturon

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "analysis/decision.h"
+#include "analysis/document.h"
+#include "analysis/uncertainty_json.h"
+#include "app/console_prompts.h"
+#include "presentation/several_results.h"
+
+namespace texturon {
+
+/// Tries a document on all cores, with a progress that Ctrl-C ends. Empty, with a sentence on standard error, where
+/// nothing came of it.
+std::optional<UncertaintyResult> FindUncertainty(const Document& document, const UncertaintyRequest& request,
+                                                 const std::string& file, ConsolePrompts& prompts);
+
+/// A table for people, UTF-8: value, U, ends of the interval, bias, verdict and probability of conformity; below it,
+/// where wanted, what each line of the budget contributes.
+std::string UncertaintyTable(const Document& document, const UncertaintyRequest& request,
+                             const UncertaintyResult& result);
+
+/// The uncertainty of a mean over several files: type B, the quadratic mean of the files', and type A, the deviation of
+/// the values over the root of their number.
+struct MeanUncertainty {
+  double typeA = 0.0;
+  double typeB = 0.0;
+
+  double Standard() const;
+};
+std::optional<MeanUncertainty> UncertaintyOfMean(const SeveralRow& row, const std::vector<UncertaintyResult>& files,
+                                                 std::size_t index);
+
+}  // namespace texturon
