@@ -15,7 +15,6 @@
 #include "base/number_text.h"
 #include "parameters/edition2021/edition_list.h"
 #include "platform/platform.h"
-#include "presentation/feature_histogram.h"
 
 namespace texturon {
 namespace {
@@ -122,43 +121,6 @@ void ApplyEditionOptions(const CommonOptions& options, Settings& settings) {
   AddFeatures(options, standard);
 }
 
-<<<<<<< HEAD
-std::string_view EditionTitle(const Document& document) {
-  switch (ChosenEdition(document.settings.analysis)) {
-    case EditionChoice::k2021:
-      return kEdition2021Title;
-    case EditionChoice::kBoth:
-      return "both";
-    case EditionChoice::k1997:
-      break;
-  }
-  return {};
-}
-
-void WriteEditionOfRow(JsonWriter& json, const Document& document, const ParameterDef& row) {
-  const EditionChoice chosen = ChosenEdition(document.settings.analysis);
-  const bool isUsual = chosen == EditionChoice::k2021 ? row.edition == Edition::k2021 : row.edition == Edition::k1997;
-  if (chosen == EditionChoice::kBoth || !isUsual) {
-    json.Key("edition");
-    json.Text(NameOf(row.edition));
-  }
-  if (!row.difference.empty()) {
-    json.Key("difference");
-    json.Text(Utf8(row.difference));
-  }
-  if (const auto histogram = HistogramOf(document, row)) {
-    json.Key("histogram");
-    json.BeginObject();
-    json.Key("edges");
-    json.Numbers(histogram->edges);
-    json.Key("counts");
-    json.Integers(histogram->counts);
-    json.EndObject();
-  }
-}
-
-=======
->>>>>>> main
 int PrintEditionParameters(bool asJson) {
   if (asJson) {
     PrintJson();

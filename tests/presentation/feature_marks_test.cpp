@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "analysis/feature_histogram.h"
 #include "parameters/edition2021/edition_list.h"
-#include "presentation/feature_histogram.h"
 #include "support/near.h"
 
 namespace texturon {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "presentation/feature_histogram.h"
+#include "analysis/feature_histogram.h"
 
 #include <algorithm>
 
