@@ -60,7 +60,7 @@ int RunProgram(std::span<const std::string> words) {
   if (IsBatchContract(arguments)) return RunTestPlan({arguments.begin(), arguments.end()});
   CLI::App app{"Surface texture analysis of profiles."};
   app.name("texturon");
-  app.set_version_flag("--version", "texturon " + std::string(ProgramVersion()));
+  app.set_version_flag("--version", "texturon " + ProgramVersionText());
   try {
     return ParseAndRun(app, arguments);
   } catch (const CLI::ParseError& error) {

@@ -59,7 +59,7 @@ int main(int argc, char** argv) {
   QApplication application(argc, argv);
   QApplication::setApplicationName("Texturon");
   QApplication::setOrganizationName("Texturon");
-  QApplication::setApplicationVersion(QString::fromLatin1(texturon::ProgramVersion()));
+  QApplication::setApplicationVersion(QString::fromStdString(texturon::ProgramVersionText()));
   QApplication::setWindowIcon(texturon::IconOf(texturon::CommandIcon::kProgram));
   if (isHeadless) return texturon::RunHeadless(QApplication::arguments());
   return texturon::RunWindow(QApplication::arguments());

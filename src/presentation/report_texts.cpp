@@ -121,7 +121,7 @@ std::vector<ReportLine> ChangedSettings(const Settings& settings) {
 
 std::vector<ReportLine> Origin(const InputMark& input) {
   if (input.sha256.empty()) return {};
-  std::vector<ReportLine> lines = {{"Program", "Texturon " + std::string(ProgramVersion())},
+  std::vector<ReportLine> lines = {{"Program", "Texturon " + ProgramVersionText()},
                                    {"SHA-256 of the file", input.sha256},
                                    {"Bytes", IntegerText(static_cast<std::int64_t>(input.bytes))},
                                    {"Reader", input.reader}};

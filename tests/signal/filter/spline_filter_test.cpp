@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdint>
 #include <gtest/gtest.h>
+#include <initializer_list>
 #include <limits>
 #include <numbers>
 #include <random>
@@ -131,7 +132,7 @@ TEST(SplineFilter, WeightsOfOneGiveTheSameBits) {
   std::mt19937_64 random(3);
   std::normal_distribution<double> noise;
   for (const double cutoffPerSpacing : {3.0, 5.0, 40.0, 1600.0, 20'000.0}) {
-    for (const std::size_t n : {2, 3, 4, 5, 63, 64, 1000, 30'001}) {
+    for (const std::size_t n : std::initializer_list<std::size_t>{2, 3, 4, 5, 63, 64, 1000, 30'001}) {
       std::vector<double> z(n), even(n), weighted(n);
       for (double& height : z) height = noise(random);
       const std::vector<double> ones(n, 1.0);
