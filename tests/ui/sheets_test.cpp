@@ -51,6 +51,8 @@ SettingValue EnterAnother(const CSettingField& field, const SettingValue& presen
   if (auto* const list = field.findChild<QComboBox*>()) {
     const int index = list->currentIndex() == 0 ? 1 : 0;
     emit list->activated(index);
+    const std::vector<std::string_view> words = WordsOf(key.binding);
+    if (!words.empty()) return std::string(words[static_cast<std::size_t>(index)]);
     return ChoicesOf(key)[static_cast<std::size_t>(index)].value;
   }
   for (const char* const text : {"0.5", "2", "30", "a word"}) {
