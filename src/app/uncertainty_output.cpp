@@ -120,6 +120,11 @@ std::optional<UncertaintyResult> FindUncertainty(const Document& document, const
   return std::nullopt;
 }
 
+void RemarkOnGuardedRule(const Settings& settings, bool isQuiet) {
+  if (isQuiet || settings.decision.DecisionRule == kDecideSimple) return;
+  Complain("the decision rule of the settings needs a budget, which only analyze takes: values are judged alone.");
+}
+
 void WriteUncertainty(JsonWriter& json, const UncertaintyResult& result, std::size_t row) {
   json.Key("uncertainty");
   const auto& uncertainty = result.Of(row);

@@ -41,6 +41,9 @@ struct UncertaintyResult {
 std::optional<UncertaintyResult> FindUncertainty(const Document& document, const UncertaintyRequest& request,
                                                  const std::string& file, ConsolePrompts& prompts);
 
+/// Says on standard error that a guarded rule has nothing to go by in a run without budgets.
+void RemarkOnGuardedRule(const Settings& settings, bool isQuiet);
+
 /// "uncertainty" and, where wanted, "sensitivities" of a row's open object.
 void WriteUncertainty(JsonWriter& json, const UncertaintyResult& result, std::size_t row);
 /// "uncertainty_budget" of the object of a file: enough to have the same trials again.
