@@ -9,6 +9,7 @@
 #include "analysis/pipeline.h"
 #include "base/number_text.h"
 #include "base/text.h"
+#include "settings/settings_text.h"
 
 namespace texturon {
 namespace {
@@ -105,9 +106,12 @@ bool IsOf(const SettingKey& key, std::initializer_list<SettingGroup> groups) {
   return std::find(groups.begin(), groups.end(), key.entry.group) != groups.end();
 }
 
+bool IsKey(const SettingKey& key, std::initializer_list<std::string_view> keys) {
+  return std::find(keys.begin(), keys.end(), key.binding.key) != keys.end();
+}
+
 using enum SettingGroup;
 
-/// An edition of the standards, or another choice between conventions, is a row before the evaluation rule.
 constexpr PracticeStep kSteps[] = {
     {"spacing and unit", [](const SettingKey&) { return false; },
      [](Practice& to, const Practice& from) {
@@ -124,13 +128,21 @@ constexpr PracticeStep kSteps[] = {
               key.binding.section == "FREE_FORM";
      },
      nullptr},
-    {"short-wave filter", [](const SettingKey& key) { return key.binding.key == "LsCutoffMM"; }, nullptr},
-    {"filter kind", [](const SettingKey& key) { return IsOf(key, {kFilter}); }, nullptr},
+    {"short-wave filter",
+     [](const SettingKey& key) {
+       return IsKey(key, {"LsCutoffMM", "ShortWaveFilter"});
+     },
+     nullptr},
+    {"filter kind", [](const SettingKey& key) { return IsOf(key, {kFilter}) || IsKey(key, {"LongWaveFilter"}); },
+     nullptr},
     {"cut-off", [](const SettingKey& key) { return key.binding.key == "LcCutoffMM"; }, nullptr},
     {"discard", [](const SettingKey& key) { return IsOf(key, {kEnds}); }, nullptr},
+    {"edition", [](const SettingKey& key) { return IsKey(key, {"Edition"}); }, nullptr},
     {"evaluation rule",
      [](const SettingKey& key) {
-       return IsOf(key, {kElementHeights, kElementWidths});
+       return IsOf(key, {kElementHeights, kElementWidths}) ||
+              IsKey(key, {"Sections", "EvaluationLengthMM", "CompleteSections", "HillThresholdPercent",
+                          "DaleThresholdPercent", "PruningPercent"});
      },
      nullptr},
     {"parameter definition", [](const SettingKey&) { return true; }, nullptr},
@@ -170,11 +182,18 @@ public:
   }
 
   std::vector<ComparedRow> Run() {
-    Document document;
-    const Values a = ValuesBy(a_, &document);
     std::vector<ComparedRow> rows;
-    for (const ParameterDef& row : document.catalogue.rows)
-      rows.push_back({.name = row.name, .quantity = row.quantity});
+    for (const Practice* const practice : {&a_, &b_}) {
+      Document document = MakeDocument();
+      ApplySettings(document, practice->settings);
+      for (const ParameterDef& row : document.catalogue.rows) {
+        const bool isNew = std::find(names_.begin(), names_.end(), row.name) == names_.end();
+        if (!row.selected || !isNew) continue;
+        names_.push_back(row.name);
+        rows.push_back({.name = row.name, .quantity = row.quantity});
+      }
+    }
+    const Values a = ValuesBy(a_);
     Put(rows, a, &ComparedRow::a);
     Practice sofar = a_;
     Values before = a;
@@ -206,7 +225,8 @@ private:
     for (std::size_t i = 0; i < rows.size(); ++i) rows[i].*member = values[i];
   }
 
-  Values ValuesBy(const Practice& practice, Document* keeps = nullptr) const {
+  /// In the order of the names: another edition has other rows, some under a name that both have.
+  Values ValuesBy(const Practice& practice) const {
     Document document = MakeDocument();
     ApplyPractice(practice, record_, document);
     document.quietMode = true;
@@ -214,18 +234,20 @@ private:
     document.wanted = kNoCurves;
     SilentPrompts nobody;
     const bool isDone = Compute(document, nobody, {}) == ComputeOutcome::kDone;
-    Values values;
-    for (const ParameterDef& row : document.catalogue.rows) {
-      const bool isDefined = isDone && row.valid && std::isfinite(row.value);
-      values.push_back(isDefined ? std::optional(row.value) : std::nullopt);
+    Values values(names_.size());
+    for (std::size_t i = 0; i < names_.size() && isDone; ++i) {
+      const auto row = std::find_if(document.catalogue.rows.begin(), document.catalogue.rows.end(),
+                                    [&](const ParameterDef& other) { return other.name == names_[i]; });
+      const bool isDefined = row != document.catalogue.rows.end() && row->valid && std::isfinite(row->value);
+      if (isDefined) values[i] = row->value;
     }
-    if (keeps != nullptr) *keeps = std::move(document);
     return values;
   }
 
   const ProfileSet& record_;
   Practice a_;
   Practice b_;
+  std::vector<std::string> names_;
 };
 
 }  // namespace
@@ -246,6 +268,18 @@ std::string TakeScope(const IniFile& file, Practice& practice) {
     if (!fault.empty()) return fault;
   }
   return {};
+}
+
+std::string TakePractice(const EmbeddedFile& file, Practice& practice) {
+  const IniFile ini{std::string(file.text)};
+  for (const IniEntry& entry : ini.Entries()) {
+    if (EqualIgnoringCase(entry.section, kScopeSection)) continue;
+    const std::string name = std::string(entry.section) + "." + std::string(entry.key);
+    if (auto refusal = SetOne(practice.settings, name, entry.value)) return *refusal;
+  }
+  // A filter that is chosen by its word would stand before the number.
+  if (ini.Find("ANALYSIS", "FilterType")) practice.settings.analysis.standard.LongWaveFilter = {};
+  return TakeScope(ini, practice);
 }
 
 void ApplyPractice(const Practice& practice, const ProfileSet& record, Document& document) {

@@ -42,6 +42,8 @@ struct PracticeTitle {
   std::string remark;
 };
 PracticeTitle TitleOf(const EmbeddedFile& file);
+/// Changes what such a file is about and nothing else. Why not, a sentence without full stop; empty: done.
+std::string TakePractice(const EmbeddedFile& file, Practice& practice);
 
 /// The steps from one practice to another, in the order of the pipeline.
 struct PracticeStep {

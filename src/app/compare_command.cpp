@@ -42,9 +42,7 @@ std::optional<Practice> PracticeOf(Practice practice, const std::string& name,
   const EmbeddedFile* const built = std::filesystem::exists(path, ignored) ? nullptr : FindPractice(name);
   std::string fault;
   if (built != nullptr) {
-    const IniFile ini{std::string(built->text)};
-    LoadSettingsText(ini, practice.settings);
-    fault = TakeScope(ini, practice);
+    fault = TakePractice(*built, practice);
   } else if (!name.empty()) {
     SilentPrompts nobody;
     const SettingsFileResult loaded = LoadSettings(path, practice.settings, nobody);
@@ -197,11 +195,9 @@ std::vector<TriedPractice> TryPractices(const Practice& base, const ProfileSet& 
   std::vector<TriedPractice> tried;
   for (const EmbeddedFile& file : PracticeFiles()) {
     Practice practice = base;
-    const IniFile ini{std::string(file.text)};
-    LoadSettingsText(ini, practice.settings);
-    (void)TakeScope(ini, practice);
+    (void)TakePractice(file, practice);
     std::vector<double> cutoffs = {practice.settings.analysis.LcCutoffMM};
-    const bool isFree = !ini.Find("ANALYSIS", "LcCutoffMM");
+    const bool isFree = cutoffs.front() == base.settings.analysis.LcCutoffMM;
     for (const double cutoffMM : {0.08, 0.25, 0.8, 2.5, 8.0}) {
       if (isFree && cutoffMM <= record.LengthMM() && cutoffMM != cutoffs.front()) cutoffs.push_back(cutoffMM);
     }

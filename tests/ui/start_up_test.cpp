@@ -44,7 +44,7 @@ protected:
     Run(arguments, environment);
   }
 
-  static constexpr int kPatienceMS = 20'000;
+  static constexpr int kPatienceMS = 60'000;  // the verification waits for the disk four hundred times
 
   int status_ = -1;
   std::string errors_;

@@ -104,10 +104,7 @@ Practice CCompareWindow::PracticeOf(const Side& side) const {
     TakeScope(IniFile(ReadIniFile(side.file).bytes), practice);
   }
   for (const EmbeddedFile& file : PracticeFiles()) {
-    if (file.name != name) continue;
-    const IniFile ini{std::string(file.text)};
-    LoadSettingsText(ini, practice.settings);
-    TakeScope(ini, practice);
+    if (file.name == name) TakePractice(file, practice);
   }
   return practice;
 }
