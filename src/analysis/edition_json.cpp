@@ -2,6 +2,7 @@
 
 #include "analysis/edition_json.h"
 
+#include "analysis/feature_histogram.h"
 #include "base/charset.h"
 #include "parameters/edition2021/edition_list.h"
 
@@ -29,6 +30,15 @@ void WriteEditionOfRow(JsonWriter& json, const Document& document, const Paramet
   if (!row.difference.empty()) {
     json.Key("difference");
     json.Text(Utf8FromWindows1252(row.difference));
+  }
+  if (const auto histogram = HistogramOf(document, row)) {
+    json.Key("histogram");
+    json.BeginObject();
+    json.Key("edges");
+    json.Numbers(histogram->edges);
+    json.Key("counts");
+    json.Integers(histogram->counts);
+    json.EndObject();
   }
 }
 

@@ -266,7 +266,8 @@ private:
     if (!requirement.lengthMM && requirement.sectionMM && requirement.sections) {
       requirement.lengthMM = LengthOfSections(*requirement.sectionMM, *requirement.sections);
     }
-    if (!requirement.lengthMM) requirement.notes.emplace_back("The length of the feature is evaluated.");
+    requirement.notes.emplace_back(requirement.lengthMM ? "Choose a region of this length."
+                                                        : "The length of the feature is evaluated.");
   }
 
   WordList words_;
@@ -369,7 +370,8 @@ void ApplyRequirement(const Requirement& requirement, AnalysisSettings& settings
   settings.LsCutoffMM = requirement.shortIndexUM.value_or(0.0) * kMillimetresPerMicrometre;
   if (requirement.motifMM) settings.MotifAMM = *requirement.motifMM;
   standard.Sections = requirement.sections.value_or(standard.Sections);
-  standard.EvaluationLengthMM = requirement.lengthMM.value_or(0.0);
+  // Primary profile and motifs are evaluated over what is computed over, so a region gives their length.
+  standard.EvaluationLengthMM = requirement.longIndexMM ? requirement.lengthMM.value_or(0.0) : 0.0;
   standard.CompleteSections = true;
   standard.Class = requirement.className;
   standard.Indication = requirement.source;

@@ -172,7 +172,8 @@ private:
     SettleShortIndex();
     if (name_.name.starts_with('P') && !longMM_) {
       requirement_.lengthMM = lengthMM_;
-      if (!lengthMM_) requirement_.notes.emplace_back("The length of the feature is evaluated.");
+      requirement_.notes.emplace_back(lengthMM_ ? "Choose a region of this length."
+                                                : "The length of the feature is evaluated.");
       return;
     }
     requirement_.sectionMM = longMM_;
@@ -187,6 +188,7 @@ private:
     if (longMM_) requirement_.notes.push_back("A is " + ShortestText(*longMM_) + " mm.");
     SettleShortIndex();
     requirement_.lengthMM = lengthMM_;
+    if (lengthMM_) requirement_.notes.emplace_back("Choose a region of this length.");
   }
 
   void SettleShortIndex() {

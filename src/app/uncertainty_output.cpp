@@ -82,6 +82,11 @@ std::optional<UncertaintyResult> FindUncertainty(const Document& document, const
   return std::nullopt;
 }
 
+void RemarkOnGuardedRule(const Settings& settings, bool isQuiet) {
+  if (isQuiet || settings.decision.DecisionRule == kDecideSimple) return;
+  Complain("the decision rule of the settings needs a budget, which only analyze takes: values are judged alone.");
+}
+
 std::string UncertaintyTable(const Document& document, const UncertaintyRequest& request,
                              const UncertaintyResult& result) {
   const bool metric = document.settings.display.Metric;

@@ -13,8 +13,6 @@ constexpr SettingGroupTitles kGroups[] = {
     {kStylus, "Form", "Stylus"},
     {kFilter, "Filters", "Filter"},
     {kEnds, "Filters", "Ends"},
-    {kStandard, "Standard", "Edition"},
-    {kStandardRows, "Standard", "Rows of the edition of 2021"},
     {kLevels, "Levels", "Levels"},
     {kEnvelopes, "Levels", "Envelopes and windows"},
     {kElementHeights, "Percentages", "Profile elements: least height"},
@@ -36,6 +34,8 @@ constexpr SettingGroupTitles kGroups[] = {
     {kReport, "Display", "Report"},
     {kProfileScale, "Scales", "Profile"},
     {kSpectrumScale, "Scales", "Spectrum"},
+    {kStandard, "Standard", "Edition"},
+    {kStandardRows, "Standard", "Rows of the edition of 2021"},
     {kWatchedFiles, "Auto-Loading", "Files"},
     {kAfterLoading, "Auto-Loading", "Afterwards"},
 };

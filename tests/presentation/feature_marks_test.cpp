@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "analysis/feature_histogram.h"
+#include "parameters/edition2021/edition_list.h"
 #include "support/near.h"
 
 namespace texturon {
@@ -36,6 +38,23 @@ TEST(FeatureMarks, StandWhereTheRowsFindThem) {
   EXPECT_EQ(hills.extremes[0].xMM, 2.0) << "the ends of the record are no pits";
   EXPECT_EQ(hills.extremes[0].heightUM, 3.9);
   EXPECT_TRUE(FeatureMarksOf(document, ProfileKind::kRoughness, true).extremes.empty());
+}
+
+TEST(FeatureHistogram, CountsEveryAttributeOnce) {
+  Document document = MakeDocument();
+  ProfileSet& profiles = document.profiles;
+  profiles.primary = {0, 5, 0, 5, 1, 5, 3, 5, 4, 5, 0};
+  profiles.raw = profiles.primary;
+  profiles.pointCount = 11;
+  profiles.spacingUM = profiles.residualSpacingUM = 1.0;
+  profiles.primaryRange = IndexRange::FromEnds(0, 10);
+  const auto histogram = HistogramOf(document, MakeEditionRow("P: FC; D; None; All; HDh; Hist"));  // 5 4 2 1
+  ASSERT_TRUE(histogram);
+  EXPECT_EQ(histogram->counts, (std::vector<std::int32_t>{1, 0, 1, 0, 0, 0, 0, 1, 0, 1}));
+  EXPECT_EQ(histogram->edges.front(), 1.0);
+  EXPECT_EQ(histogram->edges.back(), 5.0);
+  EXPECT_FALSE(HistogramOf(document, MakeEditionRow("P: FC; D; None; All; HDh; Mean")));
+  EXPECT_FALSE(HistogramOf(document, MakeEditionRow("P: FC; D; None; Open -9; HDh; Hist"))) << "none is left";
 }
 
 }  // namespace

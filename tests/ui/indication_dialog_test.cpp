@@ -7,6 +7,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 
+#include "ui/plots/texturon_view.h"
 #include "ui/window_fixture.h"
 
 namespace texturon {
@@ -40,6 +41,9 @@ TEST_F(IndicationDialog, ShowsWhatTheTextMeansAndSetsIt) {
   EXPECT_EQ(document.catalogue.rows[0].tolerance.lowerLimit, 1.0);
   EXPECT_EQ(document.catalogue.rows[0].tolerance.upperLimit, 9.0);
   EXPECT_EQ(document.settings.analysis.standard.Sections, 4);
+  const QString heading = frame_->View().Heading().Text();
+  EXPECT_TRUE(heading.contains("Drawing: U Rz 9 0.8x4: ")) << heading.toStdString();
+  EXPECT_TRUE(heading.contains("conforming (maximum)"));
 }
 
 }  // namespace

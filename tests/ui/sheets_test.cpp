@@ -51,6 +51,8 @@ SettingValue EnterAnother(const CSettingField& field, const SettingValue& presen
   if (auto* const list = field.findChild<QComboBox*>()) {
     const int index = list->currentIndex() == 0 ? 1 : 0;
     emit list->activated(index);
+    const std::vector<std::string_view> words = WordsOf(key.binding);
+    if (!words.empty()) return std::string(words[static_cast<std::size_t>(index)]);
     return ChoicesOf(key)[static_cast<std::size_t>(index)].value;
   }
   for (const char* const text : {"0.5", "2", "30", "a word"}) {
@@ -93,7 +95,9 @@ TEST_F(SettingsSheet, EveryEntryGoesIntoTheAnalysisAndCancelTakesItBack) {
       "AvailableParameters", "Name%02d", "SelectionRef%02d",
       // Always ten rows.
       "PrimaryAvailableBearingRatios", "RoughnessAvailableBearingRatios", "PrimaryAvailableHtps",
-      "RoughnessAvailableHtps"};
+      "RoughnessAvailableHtps",
+      // Rules of the console; the window judges every value alone.
+      "AcceptanceRule", "DecisionRule"};
   for (const SettingKey& key : SettingsTable()) {
     const std::string_view section = key.binding.section;
     if (section == "TEXTURON" || section == "AUTO_LOADING") continue;

@@ -8,6 +8,7 @@
 
 #include "analysis/captions.h"
 #include "analysis/region_choice.h"
+#include "presentation/requirement_texts.h"
 #include "presentation/table_rows.h"
 #include "ui/colours.h"
 #include "ui/language.h"
@@ -58,6 +59,9 @@ void CHeading::Update() {
                                                   profiles.residualSpacingUM, metric)));
   }
   lines_ = QStringList{first, FromText(AnalysisDescription(document)), stretch};
+  for (const JudgedRequirement& judged : RequirementsOf(document)) {
+    lines_ << tr("Drawing: %1").arg(FromText(judged.requirement.source + ": " + RequirementVerdict(document, judged)));
+  }
   for (QString& line : lines_) line = Readable(line);
   Elide();
 }

@@ -279,7 +279,7 @@ CSettingsSheet::CSettingsSheet(CTexturonDoc& doc, QWidget* parent) : CLiveSheet(
   AddPage(new CAspherePage(Working(), doc), tr("Asphere"));
   addFields("Asphere Tables");
   AddPage(new CFreeFormPage(Working(), doc), tr("Free Form"));
-  for (const char* const page : {"Display", "Scales"}) addFields(page);
+  for (const char* const page : {"Display", "Scales", "Standard"}) addFields(page);
 }
 
 void CSettingsSheet::ShowParameter(const QString& name) {

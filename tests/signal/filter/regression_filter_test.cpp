@@ -8,6 +8,7 @@
 #include <random>
 #include <vector>
 
+#include "signal/filter/filter_transmission.h"
 #include "support/dense_solve.h"
 #include "support/near.h"
 #include "support/recording_progress.h"
@@ -80,7 +81,18 @@ TEST(RegressionFilter, SolvesTheEquationsOfEveryPoint) {
   EXPECT_TRUE(AllNear(w, line, 1e-9));
 }
 
-TEST(RegressionFilter, PassesParabolasAndHalfOfAWaveOfTheCutoff) {
+TEST(RegressionFilter, TransmissionIsWhatTheEquationsLeaveOfAWave) {
+  EXPECT_TRUE(Near(RegressionTransmission(0.8, 0.8), 0.5, 1e-14));
+  for (const double wavelength : {0.02, 0.04, 0.1}) {
+    std::vector<double> wave(301);
+    for (int i = 0; i < 301; ++i)
+      wave[static_cast<std::size_t>(i)] = std::cos(2.0 * kPi * (i - 150) * 0.001 / wavelength);
+    const double kept = DirectPass(wave, std::vector<double>(301, 1.0), 0.001, 0.04)[150];
+    EXPECT_TRUE(Near(kept, RegressionTransmission(0.04, wavelength), 1e-10)) << wavelength;
+  }
+}
+
+TEST(RegressionFilter, PassesParabolas) {
   std::vector<double> parabola(4000), w(4000);
   for (std::size_t i = 0; i < 4000; ++i) parabola[i] = 1e-5 * std::pow(static_cast<double>(i) - 1500.0, 2) - 7.0;
   EXPECT_EQ(RobustRegressionFilter(parabola, w, 0.5, 0.25, nullptr).stop, RegressionStop::kNoScale);

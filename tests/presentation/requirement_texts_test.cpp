@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#include "presentation/requirement_texts.h"
+
+#include <gtest/gtest.h>
+
+#include "parameters/edition2021/edition_list.h"
+#include "presentation/report_texts.h"
+
+namespace texturon {
+namespace {
+
+TEST(RequirementTexts, NameTheDrawingWithItsVerdict) {
+  Document document = MakeDocument();
+  Settings settings = document.settings;
+  settings.analysis.standard.Indication = "U Rz 6,3 T16% | L Ra 0.4 | Rk 2 | -0.8/Rk 3";
+  ApplySettings(document, settings);
+  document.catalogue.rows = {MakeEditionRow("Rz"), MakeEditionRow("Ra"), MakeEditionRow("Rk")};
+  for (ParameterDef& row : document.catalogue.rows) row.valid = true;
+  document.catalogue.rows[0].value = 4.0;
+  document.catalogue.rows[1].value = 0.39;
+  std::vector<std::string> lines;
+  for (const auto& [title, text] : MakeReportTexts(document, "now").facts) {
+    if (title == "Drawing") lines.push_back(text);
+  }
+  const std::vector<std::string> expected = {
+      "U Rz 6,3 T16%: 4.0000 \xB5m, conforming (short procedure)", "L Ra 0.4: 0.3900 \xB5m, not conforming (maximum)",
+      "Rk 2: 0.0000 \xB5m, undecided (settings are missing)",
+      "-0.8/Rk 3: undecided (no value)",  // the row of that edition is not there
+  };
+  EXPECT_EQ(lines, expected);
+  settings.analysis.standard.Class = "Sc3";
+  ApplySettings(document, settings);
+  EXPECT_EQ(RequirementsOf(document).at(2).requirement.className, "Sc3") << "the class of the settings completes it";
+}
+
+TEST(RequirementTexts, SayWhatIsTyped) {
+  EXPECT_EQ(IndicationMeaning(" ", BuiltInClasses()), "");
+  EXPECT_EQ(IndicationMeaning("Rz 3 x", BuiltInClasses()), "Character 6: \"x\" is not understood.");
+  EXPECT_EQ(
+      IndicationMeaning("Rk 1.5", BuiltInClasses()),
+      "Rk 1.5\nEdition: ISO 21920-1:2021\nUpper limit: Rk 1.5 \xB5m\nRule: Tmax\nClass: -\nLong-wave index: open\n"
+      "Short-wave index: open\nSections: open of open\nEvaluation length: open\n"
+      "Incomplete: a class (Sc1 to Sc5) or the long-wave index (L=Nic) must be written\n");
+}
+
+}  // namespace
+}  // namespace texturon
