@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
+#include <initializer_list>
 #include <random>
 #include <vector>
 
@@ -15,7 +16,7 @@ namespace {
 TEST(NthSmallest, IsThatOfTheSortedValues) {
   std::mt19937_64 random(7);
   std::normal_distribution<double> noise;
-  for (const std::size_t n : {1, 2, 1000, 32'768, 50'001, 131'072}) {
+  for (const std::size_t n : std::initializer_list<std::size_t>{1, 2, 1000, 32'768, 50'001, 131'072}) {
     for (int kind = 0; kind < 5; ++kind) {
       std::vector<double> values(n);
       for (std::size_t i = 0; i < n; ++i) {
