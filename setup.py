@@ -26,6 +26,7 @@ class BuildEngine(build_ext):
         options = {
             "CMAKE_BUILD_TYPE": "Release",
             "CMAKE_MODULE_LINKER_FLAGS": "-s",
+            "TEXTURON_COMMIT": os.environ.get("TEXTURON_COMMIT", ""),
             "TEXTURON_PYTHON": "ON",
             "TEXTURON_TESTS": "OFF",
             "TEXTURON_DESKTOP": "OFF",

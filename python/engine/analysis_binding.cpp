@@ -13,6 +13,7 @@
 #include "base/charset.h"
 #include "base/number_text.h"
 #include "binding.h"
+#include "parameters/edition2021/edition_list.h"
 #include "platform/platform.h"
 
 namespace texturon::binding {
@@ -21,16 +22,13 @@ namespace {
 struct Analysis {
   Document document;
   std::string file;
+  RunRequest request;
+  std::optional<UncertaintyRequest> trials;  ///< none: uncertainties were not asked for
+  UncertaintyResult uncertainty;
   std::vector<std::string> messages;
   std::vector<std::string> notices;
-};
 
-/// What settings do not carry.
-struct Scope {
-  std::optional<std::tuple<std::int32_t, double, double, double>> region;  ///< mode, start, end, length in mm
-  std::optional<std::pair<std::int32_t, std::int32_t>> exclude;            ///< first and last sample
-  bool wholeCutoffs = false;
-  bool allDataForForm = false;
+  const UncertaintyResult* KnownUncertainty() const { return trials ? &uncertainty : nullptr; }
 };
 
 Document DocumentFor(const Settings& settings, const Scope& scope) {
@@ -48,10 +46,21 @@ Document DocumentFor(const Settings& settings, const Scope& scope) {
   return document;
 }
 
-std::shared_ptr<Analysis> Analyze(const Record& record, const Settings& settings, const Scope& scope) {
+void Try(Analysis& analysis, Interrupts& interrupts, const std::string& name) {
+  if (!analysis.trials) return;
+  std::string reason;
+  const auto advances = [&](int /*percent*/) { return !interrupts.Pressed(); };
+  analysis.uncertainty = TryUncertainty(analysis.document, *analysis.trials, advances, reason);
+  if (!reason.empty()) throw Refusal(name + ": no uncertainty, " + Utf8FromWindows1252(reason) + ".");
+}
+
+std::shared_ptr<Analysis> Analyze(const Record& record, const Settings& settings, const Scope& scope,
+                                  const std::string& settingsFile, const std::optional<UncertaintyRequest>& trials) {
   auto analysis = std::make_shared<Analysis>();
   analysis->document = DocumentFor(settings, scope);
   analysis->file = record.file;
+  analysis->request = {.settingsFile = settingsFile, .import = record.import};
+  analysis->trials = trials;
   CallPrompts prompts;
   WithoutLock(prompts.interrupts(), [&] {
     SetProfile(analysis->document, record.profiles);
@@ -59,6 +68,7 @@ std::shared_ptr<Analysis> Analyze(const Record& record, const Settings& settings
     const std::string name = record.file.empty() ? "the profile" : record.file;
     if (!run.loaded) throw Refusal(name + " " + Utf8FromWindows1252(run.cause) + ".");
     if (!run.ok()) throw Refusal(name + ": not analysed, " + Utf8FromWindows1252(run.cause) + ".");
+    Try(*analysis, prompts.interrupts(), name);
   });
   analysis->messages = record.messages;
   analysis->messages.insert(analysis->messages.end(), prompts.messages().begin(), prompts.messages().end());
@@ -68,15 +78,11 @@ std::shared_ptr<Analysis> Analyze(const Record& record, const Settings& settings
 }
 
 ProfileKind KindOf(const std::string& name) {
-  constexpr std::pair<std::string_view, ProfileKind> kNames[] = {{"raw", ProfileKind::kRaw},
-                                                                 {"form_suppressed", ProfileKind::kFormSuppressed},
-                                                                 {"primary", ProfileKind::kPrimary},
-                                                                 {"waviness", ProfileKind::kWaviness},
-                                                                 {"roughness", ProfileKind::kRoughness},
-                                                                 {"closing", ProfileKind::kClosing},
-                                                                 {"opening", ProfileKind::kOpening}};
-  for (const auto& [known, kind] : kNames) {
-    if (known == name) return kind;
+  int kind = 0;  // in their order
+  for (const std::string_view known :
+       {"raw", "form_suppressed", "primary", "waviness", "roughness", "closing", "opening"}) {
+    if (known == name) return static_cast<ProfileKind>(kind);
+    ++kind;
   }
   throw Refusal("\"" + name + "\" is none of the profiles.");
 }
@@ -90,21 +96,25 @@ py::object SamplesOf(const py::object& self, const std::string& name, bool valid
 
 py::tuple RowOf(const ParameterDef& row, const std::string& name, const std::string& label, bool metric) {
   const std::optional<Verdict> verdict = JudgeRow(row);
-  const py::object judged =
-      verdict ? py::object(py::str(*verdict == Verdict::kPass ? "PASS" : "FAIL")) : py::object(py::none());
+  const char* const word = !verdict ? nullptr : *verdict == Verdict::kPass ? "PASS" : "FAIL";
   return py::make_tuple(Text(name), row.valid ? row.value : std::numeric_limits<double>::quiet_NaN(),
-                        Text(PrintedUnit(row.quantity.metricUnit)), row.valid, Text(ReasonOf(row, metric)), judged,
+                        Text(PrintedUnit(row.quantity.metricUnit)), row.valid, Text(ReasonOf(row, metric)), word,
                         Text(label));
 }
 
-/// Name, value, unit, valid, reason, verdict, label of every row in its order; configurable rows bear their number.
+/// Name, value, unit, valid, reason, verdict without uncertainty, label of every row in its order; configurable rows
+/// bear their number, those of two editions theirs.
 py::list RowsOf(const Analysis& analysis) {
   const Document& document = analysis.document;
+  const AnalysisSettings& settings = document.settings.analysis;
   const bool metric = document.settings.display.Metric;
+  const bool isBoth = ChosenEdition(settings) == EditionChoice::kBoth;
   py::list rows;
   for (const ParameterDef& row : document.catalogue.rows) {
     if (!row.selected) continue;
-    rows.append(RowOf(row, row.name, RowLabel(row.name, document.settings.analysis, metric), metric));
+    const bool hasLabel = row.edition == Edition::k1997;
+    const std::string name = isBoth && !hasLabel ? row.name + "/2021" : row.name;
+    rows.append(RowOf(row, name, hasLabel ? RowLabel(row.name, settings, metric) : "", metric));
   }
   for (const auto& entries : {SelectedMaterialRatios(document), SelectedHtps(document)}) {
     for (const RatioRowEntry& entry : entries) {
@@ -120,7 +130,10 @@ py::bytes JsonOf(const Analysis& analysis, bool withProfiles, bool indented) {
   Interrupts interrupts;
   WithoutLock(interrupts, [&] {
     const AnalysisJsonOptions options{.layout = indented ? JsonWriter::Layout::kIndented : JsonWriter::Layout::kOneLine,
-                                      .withProfiles = withProfiles};
+                                      .withProfiles = withProfiles,
+                                      .request = &analysis.request,
+                                      .uncertaintyRequest = analysis.trials ? &*analysis.trials : nullptr,
+                                      .uncertainty = analysis.KnownUncertainty()};
     if (!withProfiles) {
       WriteAnalysisJson(text, analysis.document, analysis.file, analysis.messages, options);
       return;

@@ -13,6 +13,7 @@
 #include <string_view>
 #include <vector>
 
+#include "formats/profile_reader.h"
 #include "platform/prompts.h"
 #include "record/profile_set.h"
 
@@ -85,14 +86,24 @@ void WithoutLock(Interrupts& interrupts, const Work& work) {
 /// A measured record with what its reading said.
 struct Record {
   ProfileSet profiles;
-  std::string file;  ///< as it was given, in the system's own bytes; empty: none
+  std::string file;      ///< as it was given, in the system's own bytes; empty: none
+  ImportOptions import;  ///< what it was read with
   std::vector<std::string> messages;
   std::vector<std::string> notices;
+};
+
+/// What settings do not carry.
+struct Scope {
+  std::optional<std::tuple<std::int32_t, double, double, double>> region;  ///< mode, start, end, length in mm
+  std::optional<std::pair<std::int32_t, std::int32_t>> exclude;            ///< first and last sample
+  bool wholeCutoffs = false;
+  bool allDataForForm = false;
 };
 
 void BindSettings(py::module_& module);
 void BindRecord(py::module_& module);
 void BindAnalysis(py::module_& module);
 void BindSteps(py::module_& module);
+void BindTrials(py::module_& module);
 
 }  // namespace texturon::binding

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
 #include "base/charset.h"
+#include "base/program_version.h"
 #include "binding.h"
 
 namespace texturon::binding {
@@ -80,7 +81,7 @@ std::unique_ptr<Progress> CallPrompts::OpenProgress(std::string_view /*caption*/
 PYBIND11_MODULE(_engine, module) {
   using namespace texturon::binding;
   module.doc() = "The engine of texturon; its arguments are what the package has checked.";
-  module.attr("__version__") = TEXTURON_VERSION;
+  module.attr("__version__") = std::string(texturon::ProgramVersion());
   module.attr("point_capacity") = texturon::kPointCapacity;
   errorClass = ErrorClass(module, "Error", "What Texturon refuses, in a sentence.", PyExc_ValueError);
   readErrorClass = ErrorClass(module, "ReadError", "A file that is there but cannot be read as a profile.", errorClass);
@@ -95,6 +96,7 @@ PYBIND11_MODULE(_engine, module) {
   });
   BindSettings(module);
   BindRecord(module);
+  BindTrials(module);
   BindAnalysis(module);
   BindSteps(module);
 }

@@ -31,6 +31,8 @@ std::shared_ptr<Record> LoadRecordFrom(const std::string& file, std::optional<st
   source.import.spacingUM = spacingUM;
   source.import.column = column.value_or(1);
   source.import.integratesSlopes = slope;
+  source.import.marksInput = true;
+  record->import = source.import;
   CallPrompts prompts;
   WithoutLock(prompts.interrupts(), [&] {
     Document document;

@@ -10,6 +10,7 @@
 #include "base/text.h"
 #include "binding.h"
 #include "parameters/catalogue.h"
+#include "parameters/edition2021/edition_list.h"
 #include "platform/platform.h"
 #include "settings/settings_file.h"
 #include "settings/settings_table.h"
@@ -100,8 +101,12 @@ void Select(Settings& settings, const std::vector<std::string>& names) {
   settings.analysis.parameters = std::move(wanted);
 }
 
-bool IsKnownParameter(const std::string& name) {
-  return FindMasterRow(Windows1252FromUtf8(name)) != nullptr;
+/// Of the edition in force.
+bool IsKnownParameter(const Settings& settings, const std::string& name) {
+  const EditionChoice edition = ChosenEdition(settings.analysis);
+  const std::string text = Windows1252FromUtf8(name);
+  return (edition != EditionChoice::k2021 && FindMasterRow(text) != nullptr) ||
+         (edition != EditionChoice::k1997 && ParseEditionName(text).fault.empty());
 }
 
 }  // namespace
@@ -116,11 +121,12 @@ void BindSettings(py::module_& module) {
       .def("read", ReadFile)
       .def("write", WriteFile)
       .def("select", Select)
+      .def("is_known_parameter", IsKnownParameter)
       .def("equals", [](const Settings& one, const Settings& other) { return one == other; });
   module.def("places_of", PlacesOf);
-  module.def("is_known_parameter", IsKnownParameter);
   py::list catalogue;
   for (const MasterRow& row : MasterCatalogue()) catalogue.append(Text(row.name));
+  for (const EditionRow& row : EditionTable()) catalogue.append(Text("R" + std::string(row.suffix)));
   module.attr("parameter_names") = py::tuple(catalogue);
 }
 

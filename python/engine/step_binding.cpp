@@ -19,45 +19,30 @@
 namespace texturon::binding {
 namespace {
 
+std::size_t LengthOf(const Heights& heights) {
+  return static_cast<std::size_t>(heights.shape(heights.ndim() - 1));
+}
+
 /// A row of heights, or one after the other of several.
-std::span<const double> RowAt(const Heights& heights, py::ssize_t row) {
-  const auto length = static_cast<std::size_t>(heights.shape(heights.ndim() - 1));
-  return {heights.data() + static_cast<std::size_t>(row) * length, length};
-}
-
-py::ssize_t RowCount(const Heights& heights) {
-  return heights.ndim() == 2 ? heights.shape(0) : 1;
-}
-
-/// An array with `length` columns in place of those of the heights.
-Heights Like(const Heights& heights, std::size_t length) {
-  std::vector<py::ssize_t> shape(heights.shape(), heights.shape() + heights.ndim());
-  shape.back() = static_cast<py::ssize_t>(length);
-  return Heights(shape);
-}
-
-std::span<double> RowOf(Heights& heights, double* data, py::ssize_t row) {
-  const auto length = static_cast<std::size_t>(heights.shape(heights.ndim() - 1));
-  return {data + static_cast<std::size_t>(row) * length, length};
+std::span<const double> RowAt(const Heights& heights, std::size_t row) {
+  return {heights.data() + row * LengthOf(heights), LengthOf(heights)};
 }
 
 /// Calls `step` with each row of the heights and that of a result, which has `length` columns, without Python's lock.
 template <typename Step>
 Heights OverRows(const Heights& heights, std::size_t length, const Step& step) {
-  Heights result = Like(heights, length);
+  std::vector<py::ssize_t> shape(heights.shape(), heights.shape() + heights.ndim());
+  shape.back() = static_cast<py::ssize_t>(length);
+  Heights result(shape);
   double* const data = result.mutable_data();
-  const py::ssize_t rows = RowCount(heights);
+  const std::size_t rows = heights.ndim() == 2 ? static_cast<std::size_t>(heights.shape(0)) : 1;
   CallPrompts prompts;
   WithoutLock(prompts.interrupts(), [&] {
-    for (py::ssize_t row = 0; row < rows && !prompts.interrupts().Pressed(); ++row) {
-      step(RowAt(heights, row), RowOf(result, data, row), prompts);
+    for (std::size_t row = 0; row < rows && !prompts.interrupts().Pressed(); ++row) {
+      step(RowAt(heights, row), std::span(data + row * length, length), prompts);
     }
   });
   return result;
-}
-
-std::size_t LengthOf(const Heights& heights) {
-  return static_cast<std::size_t>(heights.shape(heights.ndim() - 1));
 }
 
 Heights Filtered(const std::string& word, const Heights& heights, double spacingUM, double cutoffMM, double tension) {

@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: Apache-2.0
 import gc
+import json
 import math
 import os
 import signal
@@ -11,9 +12,10 @@ import time
 import numpy as np
 import pytest
 import texturon
-from conftest import SAMPLES, console
+from conftest import ROOT, SAMPLES, console
 
 GROUND = SAMPLES / "ground.lmt"
+BUDGET = ROOT / "tests/golden/files/budget.ini"
 
 # Words of the console, and the same as arguments.
 CALLS = [
@@ -35,6 +37,15 @@ CALLS = [
     ("asphere.lmt", ["--settings", SAMPLES / "asphere.ini"], dict(settings=SAMPLES / "asphere.ini")),
     ("freeform.lmt", ["--settings", SAMPLES / "freeform.ini"], dict(settings=str(SAMPLES / "freeform.ini"))),
     (
+        "arc.lmt",
+        ["--settings", SAMPLES / "production.ini", "--budget", BUDGET, "--set", "DECISION.DecisionRule=1"]
+        + ["--trials", "20", "--seed", "7", "--interval", "shortest", "--sensitivities"],
+        dict(settings=SAMPLES / "production.ini", budget=BUDGET, DecisionRule=1, trials=20, seed=7, interval="shortest")
+        | dict(sensitivities=True),
+    ),
+    ("honed.lmt", ["--edition", "both"], {"Edition": "both"}),
+    ("turned.lmt", ["--set", "STANDARD.Edition=2021"], {"Edition": "2021"}),
+    (
         "ground.lmt",
         ["--set", "ROUGHNESS_BEARING_RATIOS.Selected00=1", "--set", "PRIMARY_HTPS.Selected03=1"],
         dict(settings={"ROUGHNESS_BEARING_RATIOS.Selected00": True, "PRIMARY_HTPS.Selected03": 1}),
@@ -52,10 +63,12 @@ def test_equals_the_console_to_the_last_byte(name, words, options):
     rows = analysis.parameters.table()
     assert len(told) == len(rows) > 0
     for row, other in zip(rows, told):
-        assert row.name == other["name"] + (f" {other['row'] + 1}" if "row" in other else "")
+        of_both = "/2021" if options.get("Edition") == "both" and other.get("edition") == "2021" else ""
+        assert row.name == other["name"] + (f" {other['row'] + 1}" if "row" in other else of_both)
         assert row.value == other["value"] or (other["value"] is None and not math.isfinite(row.value))
         assert (row.valid, row.verdict, row.label) == (other["valid"], other["verdict"], other["label"])
         assert row.reason == other.get("reason", "")
+        assert row.uncertainty == (tuple(other["uncertainty"].values()) if "uncertainty" in other else None)
     assert analysis.raw.tolist() == analysis.to_dict(profiles=True)["profiles"]["raw"]
 
 
@@ -87,8 +100,12 @@ REFUSED = [
     (lambda: texturon.analyze(GROUND, LcCutoffMM="wide"), texturon.Error, "ANALYSIS.LcCutoffMM"),
     (lambda: texturon.analyze(GROUND, LcCutoffMM=np.nan), texturon.Error, "ANALYSIS.LcCutoffMM"),
     (lambda: texturon.analyze(GROUND, parameters=["Rz"]), texturon.UnknownNameError, "RzDIN"),
+    (lambda: texturon.analyze(GROUND, parameters=["Rmrc(5)"]), texturon.UnknownNameError, "Rmrc"),
     (lambda: texturon.analyze(texturon.Profile([1.0, 2.0], 1.0)), texturon.Error, "the profile: not analysed"),
     (lambda: texturon.analyze(GROUND).parameters["RA"], KeyError, "Ra"),
+    (lambda: texturon.analyze(GROUND, budget={"HeightNoise": 1}), texturon.Error, "HeightNoise"),
+    (lambda: texturon.analyze(GROUND, budget=BUDGET, trials=1), texturon.Error, "trials"),
+    (lambda: texturon.compare(GROUND, "robust", "robst"), texturon.Error, "did you mean robust"),
     (lambda: texturon.export(GROUND, "picture"), texturon.Error, "roughness"),
     (lambda: texturon.convert("samples/ground.lmt", "samples/ground.lmt"), texturon.Error, "ground.lmt"),
 ]
@@ -100,6 +117,17 @@ def test_refuses_with_a_sentence(call, error, fragment):
         call()
     assert fragment in str(raised.value)
     assert not isinstance(raised.value, texturon.Error) or str(raised.value)[-1] in ".?"
+
+
+def test_comparisons_are_those_of_the_console():
+    practice, settings = "gaussian-whole-cutoffs", SAMPLES / "production.ini"
+    told = json.loads(console("compare", "--json", "samples/turned.lmt", "--a", practice, "--b", settings))["rows"]
+    rows = texturon.compare("samples/turned.lmt", practice, settings)
+    assert [(row.name, row.unit, row.a, row.b, row.interaction) for row in rows] == [
+        tuple(other[key] for key in ("name", "unit", "a", "b", "interaction")) for other in told
+    ]
+    assert [list(row.steps) for row in rows] == [[tuple(step.values()) for step in other["steps"]] for other in told]
+    assert practice in texturon.practices() and len(texturon.compare(GROUND, None, {}, parameters=["Ra"])) == 1
 
 
 def test_the_lock_is_free_while_the_engine_computes():

@@ -10,8 +10,9 @@ Values are those of `texturon analyze`, to the last bit. What Texturon refuses r
 its sentence.
 """
 
-from ._analysis import Analysis, ParameterRow, Parameters, Range, analyze
+from ._analysis import Analysis, ParameterRow, Parameters, Range, Uncertainty, analyze
 from ._batch import Batch, BatchRow, batch
+from ._compare import ComparedRow, Step, compare, practices
 from ._engine import Error, ReadError, __version__
 from ._files import convert, export, report
 from ._profile import Profile, load
@@ -44,6 +45,7 @@ __all__ = [
     "Batch",
     "BatchRow",
     "BearingRatio",
+    "ComparedRow",
     "Error",
     "FormRemoval",
     "Motif",
@@ -56,12 +58,15 @@ __all__ = [
     "ReadError",
     "Settings",
     "Spectrum",
+    "Step",
+    "Uncertainty",
     "UnknownNameError",
     "__version__",
     "amplitudes",
     "analyze",
     "batch",
     "closing",
+    "compare",
     "convert",
     "export",
     "gaussian_filter",
@@ -70,6 +75,7 @@ __all__ = [
     "material_ratio",
     "motifs",
     "opening",
+    "practices",
     "profile_elements",
     "read_settings",
     "remove_form",

@@ -3,19 +3,37 @@
 
 import html
 import json
+import os
 from functools import cached_property
 from typing import Any, Dict, Iterable, Iterator, List, Mapping, NamedTuple, Optional, Sequence, Tuple, Union
 
 import numpy as np
 
 from . import _engine, _steps
-from ._arguments import Array, Path, nearest, sample_pair
+from ._arguments import Array, Path, input_path, nearest, sample_pair, system_path
 from ._profile import Profile, load, positions_mm
 from ._settings import SettingsLike, Value, settings_of
 
-SCOPE = ("region", "exclude", "whole_cutoffs", "all_data_for_form")
+OPTIONS = (  # of analyze() that are no settings
+    *("region", "exclude", "whole_cutoffs", "all_data_for_form"),
+    *("budget", "trials", "seed", "interval", "sensitivities"),
+)
 _RECORD = ("file", "identification", "date", "spacing_um", "point_count", "tip_radius_mm")
 _ORIGIN = ("program", "input", "settings", "request")
+
+
+class Uncertainty(NamedTuple):
+    """What trials tell of a value, in its unit: deviation, twice that, the interval that holds the share `coverage` of
+    them, their mean minus the value, how many they were, and the share in which the parameter was not defined."""
+
+    standard: float
+    expanded: float
+    coverage: float
+    low: float
+    high: float
+    bias: float
+    trials: int
+    undefined: float
 
 
 class ParameterRow(NamedTuple):
@@ -28,12 +46,13 @@ class ParameterRow(NamedTuple):
     reason: str
     verdict: Optional[str]
     label: str
+    uncertainty: Optional[Uncertainty] = None
 
 
 class Parameters(Mapping[str, float]):
     """The parameters of an analysis by name, in the order of its settings: parameters["Ra"].
 
-    Configurable rows are named with their number: "Rmr 1".
+    Configurable rows are named with their number ("Rmr 1"), with `Edition="both"` rows of the new one with it ("Ra/2021").
     """
 
     def __init__(self, rows: Iterable[ParameterRow]) -> None:
@@ -94,9 +113,10 @@ class Analysis:
     nothing.
     """
 
-    def __init__(self, profile: Profile, engine: _engine.Analysis) -> None:
+    def __init__(self, profile: Profile, engine: _engine.Analysis, has_trials: bool) -> None:
         self.profile = profile
         self._engine = engine
+        self._has_trials = has_trials
 
     def part(self, name: str) -> Array:
         """The valid range alone of a profile by its name: "raw", "form_suppressed", "primary", "roughness" ..."""
@@ -171,7 +191,19 @@ class Analysis:
     @cached_property
     def parameters(self) -> Parameters:
         """The parameters that the settings select."""
-        return Parameters(ParameterRow(*row) for row in self._engine.rows())
+        rows = [ParameterRow(*row) for row in self._engine.rows()]
+        if self._has_trials:
+            told = (*self._tree["parameters"], *self._tree["material_ratios"], *self._tree["htps"])
+            for i, row in enumerate(told):
+                known = row["uncertainty"] and Uncertainty(**row["uncertainty"])
+                rows[i] = rows[i]._replace(verdict=row["verdict"], uncertainty=known)
+        return Parameters(rows)
+
+    @property
+    def sensitivities(self) -> Dict[str, Dict[str, float]]:
+        """What each line of the budget contributes to the uncertainty of each parameter, where that was asked for."""
+        rows = (row for row in self._tree["parameters"] if row.get("sensitivities"))
+        return {row["name"]: {line["line"]: line["contribution"] for line in row["sensitivities"]} for row in rows}
 
     @cached_property
     def _tree(self) -> Dict[str, Any]:
@@ -244,6 +276,24 @@ def _region(region: Sequence[float]) -> Tuple[int, float, float, float]:
     raise _engine.Error("region: must be (start_mm, end_mm) or (mode, start_mm, end_mm, length_mm).")
 
 
+def trials_of(
+    budget: Union[Path, Mapping[str, Union[str, float]]], trials: int, seed: int, interval: str, sensitivities: bool
+) -> _engine.Trials:
+    """Trials by a budget."""
+    if isinstance(budget, Mapping):
+        entries = {key: value if isinstance(value, str) else repr(float(value)) for key, value in budget.items()}
+        request = _engine.trials_of_entries(entries)
+    else:
+        request = _engine.trials_of_file(input_path(budget))
+    if not 2 <= trials <= _engine.most_trials:
+        raise _engine.Error(f"trials: must be 2 to {_engine.most_trials}.")
+    if not 0 <= seed <= 2**53:
+        raise _engine.Error("seed: must be a whole number from 0 to 2^53.")
+    request.trials, request.seed, request.sensitivities = trials, seed, sensitivities
+    request.set_interval(interval)
+    return request
+
+
 def analyze(
     profile: Union[Profile, Path],
     settings: SettingsLike = None,
@@ -253,6 +303,11 @@ def analyze(
     exclude: Optional[Tuple[int, int]] = None,
     whole_cutoffs: bool = False,
     all_data_for_form: bool = False,
+    budget: Union[Path, Mapping[str, Union[str, float]], None] = None,
+    trials: int = 1000,
+    seed: int = 1,
+    interval: str = "symmetric",
+    sensitivities: bool = False,
     **keys: Value,
 ) -> Analysis:
     """Takes the form out of a profile, filters it and computes its parameters, as `texturon analyze` does.
@@ -266,6 +321,10 @@ def analyze(
     exclude: first and last sample of a stretch that no form is fitted to.
     whole_cutoffs: evaluate a whole number of long-wave cutoffs.
     all_data_for_form: fit the form over the whole record, whatever the region.
+    budget: what the measurement is uncertain by (docs/uncertainty.md), a file or its keys and values; every row then
+    has an Uncertainty, of so many `trials` with random numbers of this `seed`, over the "symmetric" or the "shortest"
+    interval.
+    sensitivities: also what each line of the budget contributes.
 
     Python's lock is free meanwhile, so that threads compute side by side; Ctrl+C ends long fits and filters. What the
     console refuses raises texturon.Error with its sentence, a file that is not there OSError.
@@ -278,5 +337,10 @@ def analyze(
     scope.exclude = sample_pair(exclude)
     scope.whole_cutoffs = bool(whole_cutoffs)
     scope.all_data_for_form = bool(all_data_for_form)
+    request = None
+    if budget is not None:
+        request = trials_of(budget, trials, seed, interval, sensitivities)
+    file = system_path(settings) if isinstance(settings, (str, os.PathLike)) else b""
     record = profile if isinstance(profile, Profile) else load(profile)
-    return Analysis(record, _engine.analyze(record._record, made._engine, scope))
+    engine = _engine.analyze(record._record, made._engine, scope, file, request)
+    return Analysis(record, engine, request is not None)

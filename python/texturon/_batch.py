@@ -7,7 +7,7 @@ from concurrent.futures import Future, ThreadPoolExecutor
 from typing import Any, Dict, Iterable, Iterator, List, NamedTuple, Optional, Union
 
 from . import _engine
-from ._analysis import SCOPE, analyze
+from ._analysis import OPTIONS, analyze
 from ._arguments import Path, system_path
 from ._profile import load
 from ._settings import SettingsLike, Value, settings_of
@@ -114,10 +114,10 @@ def batch(
         names = [os.fsdecode(path) for path in _engine.files_of(system_path(paths), mask)]
     else:
         names = [os.fsdecode(path) for path in paths]
-    scope = {name: options.pop(name) for name in SCOPE if name in options}
+    others = {name: options.pop(name) for name in OPTIONS if name in options}
     keys: Dict[str, Value] = options
     made = settings_of(settings, keys)
     if parameters is not None:
         made.select(parameters)
     reading = {"spacing_um": spacing_um, "column": column}
-    return Batch(names, jobs or os.cpu_count() or 1, progress, errors == "raise", reading, {"settings": made, **scope})
+    return Batch(names, jobs or os.cpu_count() or 1, progress, errors == "raise", reading, {"settings": made, **others})

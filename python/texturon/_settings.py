@@ -93,10 +93,13 @@ class Settings:
             self[name] = value
 
     def select(self, parameters: Iterable[str]) -> None:
-        """Asks for these parameters in this order. Rows that are there already keep their limits."""
+        """Asks for these parameters in this order, by their names in the edition in force (`Edition="2021"`).
+
+        Rows that are there already keep their limits.
+        """
         names = [parameters] if isinstance(parameters, str) else list(parameters)
         for name in names:
-            if not _engine.is_known_parameter(name):
+            if not self._engine.is_known_parameter(name):
                 near = nearest(name, _engine.parameter_names)
                 raise UnknownNameError(f"{name}: there is no such parameter{near or '.'}")
         self._engine.select(names)

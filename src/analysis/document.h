@@ -9,6 +9,7 @@
 
 #include "analysis/analysis_request.h"
 #include "analysis/form_table.h"
+#include "analysis/parameter_uncertainty.h"
 #include "parameters/catalogue.h"
 #include "parameters/core_roughness.h"
 #include "parameters/height_curve.h"
@@ -50,6 +51,7 @@ struct AnalysisResults {
   RatioRowResults roughnessMaterialRatios;
   RatioRowResults primaryHtps;
   RatioRowResults roughnessHtps;
+  Uncertainties uncertainties;  ///< of the last trials of these results; empty: not tried
 };
 
 /// Results that take time and that not everybody reads. One that is not wanted is left out, if no row needs it; all

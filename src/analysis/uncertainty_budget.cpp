@@ -9,6 +9,7 @@
 #include "base/ini_file.h"
 #include "base/number_text.h"
 #include "base/text.h"
+#include "parameters/catalogue.h"
 #include "platform/platform.h"
 
 namespace texturon {
@@ -136,10 +137,10 @@ private:
       if (EqualIgnoringCase(key, row.key)) return &budget_.lines[static_cast<std::size_t>(row.item)];
     }
     const std::string_view repeatability = kItems[static_cast<std::size_t>(kRepeatability)].key;
-    if (!StartsWithIgnoringCase(key, std::string(repeatability) + ".") || key.size() < repeatability.size() + 2) {
-      return nullptr;
-    }
-    return &budget_.repeatabilities[std::string(key.substr(repeatability.size() + 1))];
+    if (!StartsWithIgnoringCase(key, std::string(repeatability) + ".")) return nullptr;
+    const std::string name = ExternalToCatalogueName(key.substr(repeatability.size() + 1));
+    const MasterRow* const row = FindOwnMasterRow(name);
+    return row != nullptr ? &budget_.repeatabilities[std::string(row->name)] : nullptr;
   }
 
   UncertaintyBudget budget_;
@@ -164,7 +165,8 @@ bool UncertaintyBudget::Has(BudgetItem item) const {
 }
 
 const BudgetLine& UncertaintyBudget::RepeatabilityOf(const std::string& name) const {
-  const auto own = repeatabilities.find(name);
+  const auto own = std::find_if(repeatabilities.begin(), repeatabilities.end(),
+                                [&name](const auto& entry) { return EqualIgnoringCase(entry.first, name); });
   return own != repeatabilities.end() ? own->second : Of(kRepeatability);
 }
 

@@ -2,7 +2,10 @@
 
 #include "analysis/uncertainty_json.h"
 
+#include <algorithm>
 #include <string_view>
+#include <thread>
+#include <utility>
 
 namespace texturon {
 namespace {
@@ -34,6 +37,24 @@ void WriteSensitivities(JsonWriter& json, const std::vector<Sensitivity>& lines)
 const std::optional<ParameterUncertainty>& UncertaintyResult::Of(std::size_t row) const {
   static const std::optional<ParameterUncertainty> kNone;
   return row < rows.size() ? rows[row] : kNone;
+}
+
+UncertaintyResult TryUncertainty(const Document& document, const UncertaintyRequest& request,
+                                 const std::function<bool(int percent)>& advances, std::string& reason) {
+  const TrialOptions options{.trials = request.trials,
+                             .seed = request.seed,
+                             .interval = request.interval,
+                             .jobs = std::max(1U, std::thread::hardware_concurrency()),
+                             .advances = advances};
+  TrialOutcome trials = RunTrials(document, request.budget, options);
+  UncertaintyResult result{.rows = std::move(trials.rows), .sensitivities = {}};
+  reason = std::move(trials.reason);
+  if (reason.empty() && request.wantsSensitivities) {
+    SensitivityOutcome sensitivities = FindSensitivities(document, request.budget, options);
+    result.sensitivities = std::move(sensitivities.rows);
+    reason = std::move(sensitivities.reason);
+  }
+  return result;
 }
 
 void WriteUncertainty(JsonWriter& json, const UncertaintyResult& result, std::size_t row) {

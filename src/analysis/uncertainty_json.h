@@ -4,9 +4,12 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
+#include <string>
 #include <vector>
 
+#include "analysis/document.h"
 #include "analysis/uncertainty_trials.h"
 #include "base/json_writer.h"
 
@@ -32,6 +35,10 @@ struct UncertaintyResult {
 
   const std::optional<ParameterUncertainty>& Of(std::size_t row) const;
 };
+
+/// Tries a document on all cores. Where nothing comes of it, `reason` is why: a clause, Windows-1252.
+UncertaintyResult TryUncertainty(const Document& document, const UncertaintyRequest& request,
+                                 const std::function<bool(int percent)>& advances, std::string& reason);
 
 /// "uncertainty" and, where wanted, "sensitivities" of a row's open object.
 void WriteUncertainty(JsonWriter& json, const UncertaintyResult& result, std::size_t row);

@@ -10,6 +10,7 @@
 #include <numbers>
 #include <system_error>
 #include <thread>
+#include <tuple>
 #include <utility>
 
 #include "analysis/record_trial.h"
@@ -110,17 +111,27 @@ private:
   std::atomic<bool> failed_ = false;
 };
 
-/// Where the interval begins among sorted values, and how many steps further it ends (JCGM 101:2008, 7.7).
-std::pair<std::size_t, std::size_t> IntervalOf(std::span<const double> sorted, CoverageInterval interval) {
-  const auto count = static_cast<double>(sorted.size());
-  const auto inside = std::min(static_cast<std::size_t>(std::floor(kCoverage * count + 0.5)), sorted.size() - 1);
-  const std::size_t mostFirst = sorted.size() - 1 - inside;
-  if (interval == CoverageInterval::kSymmetric) return {(mostFirst + 1) / 2, inside};
+/// The value at a place among sorted ones, from 1, between two of them where it lies there.
+double AtPlace(std::span<const double> sorted, double place) {
+  const double within = std::clamp(place - 1.0, 0.0, static_cast<double>(sorted.size() - 1));
+  const auto below = std::min(static_cast<std::size_t>(within), sorted.size() - 2);
+  return sorted[below] + (within - static_cast<double>(below)) * (sorted[below + 1] - sorted[below]);
+}
+
+/// Ends of the interval. Between n values there are n + 1 places for another one: an interval from place 0.025 (n + 1)
+/// to 0.975 (n + 1) holds 95 % of what is to come, whatever n.
+std::pair<double, double> IntervalOf(std::span<const double> sorted, CoverageInterval interval) {
+  const double places = static_cast<double>(sorted.size()) + 1.0;
+  if (interval == CoverageInterval::kSymmetric) {
+    const double beyond = 0.5 * (1.0 - kCoverage) * places;
+    return {AtPlace(sorted, beyond), AtPlace(sorted, places - beyond)};
+  }
+  const auto inside = std::min(static_cast<std::size_t>(std::floor(kCoverage * places + 0.5)), sorted.size() - 1);
   std::size_t best = 0;
-  for (std::size_t first = 1; first <= mostFirst; ++first) {
+  for (std::size_t first = 1; first + inside < sorted.size(); ++first) {
     if (sorted[first + inside] - sorted[first] < sorted[best + inside] - sorted[best]) best = first;
   }
-  return {best, inside};
+  return {sorted[best], sorted[best + inside]};
 }
 
 /// The deviations of a line one standard uncertainty up or down.
@@ -188,9 +199,7 @@ std::optional<ParameterUncertainty> UncertaintyOf(std::span<const double> trials
   uncertainty.standard = std::sqrt(squares / (count - 1.0));
   uncertainty.undefined = 1.0 - count / static_cast<double>(trials.size());
   std::sort(sorted.begin(), sorted.end());
-  const auto [first, inside] = IntervalOf(sorted, interval);
-  uncertainty.low = sorted[first];
-  uncertainty.high = sorted[first + inside];
+  std::tie(uncertainty.low, uncertainty.high) = IntervalOf(sorted, interval);
   return uncertainty;
 }
 

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "analysis/document.h"
+#include "analysis/parameter_uncertainty.h"
 #include "analysis/uncertainty_budget.h"
 
 namespace texturon {
@@ -28,7 +29,6 @@ std::string_view IntervalWord(CoverageInterval interval);
 std::optional<CoverageInterval> FindInterval(std::string_view word);
 
 inline constexpr double kCoverage = 0.95;
-inline constexpr double kCoverageFactor = 2.0;
 
 struct TrialOptions {
   int trials = 1000;
@@ -38,22 +38,6 @@ struct TrialOptions {
   /// Called by the calling thread with the share that is done; false: give up.
   std::function<bool(int percent)> advances = {};
 };
-
-/// Of one parameter, in its metric unit.
-struct ParameterUncertainty {
-  double standard = 0.0;  ///< deviation of the trials (n - 1)
-  double low = 0.0;       ///< ends of the interval that holds kCoverage of them
-  double high = 0.0;
-  double bias = 0.0;  ///< mean of the trials minus the value: added noise raises heights and slopes
-  std::size_t trials = 0;
-  double undefined = 0.0;  ///< share of the trials in which the parameter was not defined
-
-  double Expanded() const { return kCoverageFactor * standard; }
-};
-
-/// Of the selected rows, in the order of ShownRows; nothing for a row without a value or with fewer than two trials
-/// that are defined.
-using Uncertainties = std::vector<std::optional<ParameterUncertainty>>;
 
 struct TrialOutcome {
   Uncertainties rows;

@@ -11,6 +11,7 @@
 #include "app/commands.h"
 #include "app/provenance_companion.h"
 #include "app/qdas_output.h"
+#include "app/uncertainty_output.h"
 #include "base/charset.h"
 #include "base/number_text.h"
 #include "export/parameter_file.h"
@@ -166,6 +167,7 @@ int RunBatch(const BatchOptions& options, const CommonOptions& common) {
   auto setup = PrepareRun(common, prompts);
   if (!setup) return kExitRefused;
   setup->import.marksInput = true;
+  RemarkOnGuardedRule(setup->document.settings, common.quiet);
   auto files = options.folder.empty() ? FilesOfList(options.filesFrom) : FilesOfFolder(options);
   if (!files) return kExitRefused;
   if (files->empty()) {

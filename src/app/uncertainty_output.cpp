@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <thread>
 
 #include "app/run_options.h"
 #include "app/table_text.h"
@@ -72,25 +71,20 @@ std::optional<UncertaintyResult> FindUncertainty(const Document& document, const
                                                  const std::string& file, ConsolePrompts& prompts) {
   const auto progress = prompts.OpenProgress("Trials", "Trials");
   int shown = -1;
-  TrialOptions options{.trials = request.trials,
-                       .seed = request.seed,
-                       .interval = request.interval,
-                       .jobs = std::max(1U, std::thread::hardware_concurrency()),
-                       .advances = [&](int percent) {
-                         if (percent != shown && !progress->Advance(shown = percent)) return false;
-                         return !Interrupted();
-                       }};
-  TrialOutcome trials = RunTrials(document, request.budget, options);
-  UncertaintyResult result{.rows = std::move(trials.rows), .sensitivities = {}};
-  std::string reason = std::move(trials.reason);
-  if (reason.empty() && request.wantsSensitivities) {
-    SensitivityOutcome sensitivities = FindSensitivities(document, request.budget, options);
-    result.sensitivities = std::move(sensitivities.rows);
-    reason = std::move(sensitivities.reason);
-  }
+  const auto advances = [&](int percent) {
+    if (percent != shown && !progress->Advance(shown = percent)) return false;
+    return !Interrupted();
+  };
+  std::string reason;
+  UncertaintyResult result = TryUncertainty(document, request, advances, reason);
   if (reason.empty()) return result;
   Complain(file + ": no uncertainty, " + Utf8FromWindows1252(reason) + ".");
   return std::nullopt;
+}
+
+void RemarkOnGuardedRule(const Settings& settings, bool isQuiet) {
+  if (isQuiet || settings.decision.DecisionRule == kDecideSimple) return;
+  Complain("the decision rule of the settings needs a budget, which only analyze takes: values are judged alone.");
 }
 
 std::string UncertaintyTable(const Document& document, const UncertaintyRequest& request,

@@ -19,6 +19,9 @@ namespace texturon {
 std::optional<UncertaintyResult> FindUncertainty(const Document& document, const UncertaintyRequest& request,
                                                  const std::string& file, ConsolePrompts& prompts);
 
+/// Says on standard error that a guarded rule has nothing to go by in a run without budgets.
+void RemarkOnGuardedRule(const Settings& settings, bool isQuiet);
+
 /// A table for people, UTF-8: value, U, ends of the interval, bias, verdict and probability of conformity; below it,
 /// where wanted, what each line of the budget contributes.
 std::string UncertaintyTable(const Document& document, const UncertaintyRequest& request,

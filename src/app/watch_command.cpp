@@ -7,6 +7,7 @@
 #include "app/commands.h"
 #include "app/provenance_companion.h"
 #include "app/qdas_output.h"
+#include "app/uncertainty_output.h"
 #include "base/charset.h"
 #include "export/parameter_file.h"
 #include "platform/interrupt.h"
@@ -33,6 +34,7 @@ int RunWatch(const WatchOptions& options, const CommonOptions& common) {
   auto setup = PrepareRun(common, prompts);
   if (!setup) return kExitRefused;
   setup->import.marksInput = true;
+  RemarkOnGuardedRule(setup->document.settings, common.quiet);
   FolderWatchOptions watch = OptionsOf(options, setup->document.settings);
   watch.qdasFile = PathFromSystemText(options.qdas);
   const Environment environment = SystemEnvironment();

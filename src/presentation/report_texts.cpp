@@ -40,6 +40,9 @@ std::vector<ReportLine> Facts(const Document& document, std::string_view time) {
                                    {"Record", RecordText(profiles, metric)}};
   if (profiles.computeRange) facts.emplace_back("Form", FormDescription(document));
   facts.emplace_back("Filter", FilterDescription(document));
+  if (!document.results.uncertainties.empty()) {
+    facts.emplace_back("Uncertainty", "\xB1 U with k = 2, by trials with the instrument's budget");
+  }
   if (profiles.evaluationRange) {
     facts.emplace_back("Evaluated", DescribeStretch(*profiles.evaluationRange, profiles.spacingUM,
                                                     profiles.residualSpacingUM, metric));
@@ -61,7 +64,7 @@ std::string LimitText(double limit, const ParameterDef& row, bool metric) {
 
 ReportRow MakeRow(const ShownRow& shown, bool metric) {
   ReportRow row{.title = shown.title + shown.label,
-                .value = shown.value,
+                .value = shown.ValueAndUncertainty(),
                 .unit = shown.unit,
                 .verdict = shown.verdict,
                 .isToleranced = shown.row.tolerance.toleranced};

@@ -94,6 +94,12 @@ std::vector<ShownRow> ShownRows(const Document& document) {
       rows.push_back(Show(entry.row, title, entry.label, metric));
     }
   }
+  constexpr int kFigures = 2;
+  const Uncertainties& uncertainties = document.results.uncertainties;
+  for (std::size_t i = 0; i < std::min(rows.size(), uncertainties.size()); ++i) {
+    if (!uncertainties[i] || rows[i].value.empty()) continue;
+    rows[i].expanded = SignificantText(rows[i].row.quantity.Shown(uncertainties[i]->Expanded(), metric), kFigures);
+  }
   return rows;
 }
 

@@ -21,7 +21,11 @@ struct ShownRow {
   std::string unit;
   std::string label;  ///< the setting behind the value; begins with three blanks, empty for most rows
   std::optional<Verdict> verdict;
-  std::string reason;  ///< why there is no value, or none that is finite: a clause
+  std::string reason;         ///< why there is no value, or none that is finite: a clause
+  std::string expanded = {};  ///< expanded uncertainty (k = 2) in the value's unit; empty: not tried
+
+  /// "1.614 \xB1 0.016" in Windows-1252; the value alone where it was not tried.
+  std::string ValueAndUncertainty() const { return expanded.empty() ? value : value + " \xB1 " + expanded; }
 };
 
 /// What a row is. Texts are Windows-1252.

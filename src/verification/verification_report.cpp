@@ -160,7 +160,7 @@ std::string VerificationMarkdown(const OriginLines& origin, std::span<const Veri
 std::string VerificationHtml(const OriginLines& origin, std::span<const VerifiedStandard> verified) {
   std::string out =
       "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n<title>Verification</title>\n<style>body "
-      "{font: 14px sans-serif} table {border-collapse: collapse; margin: 8px 0} td, th {border: 1px solid #888; "
+      "{font: 10pt sans-serif} table {border-collapse: collapse; margin: 8px 0} td, th {border: 1px solid #888; "
       "padding: 2px 6px; text-align: left}</style>\n</head>\n<body>\n<h1>Verification</h1>\n<p>" +
       Html(VerificationSentence(CountOf(verified))) + "</p>\n<table>\n";
   for (const auto& [name, text] : origin) {

@@ -181,10 +181,11 @@ TEST(Uncertainty, IntervalsHoldTheirShare) {
   trials.push_back(NAN);
   const auto symmetric = UncertaintyOf(trials, 0.2, CoverageInterval::kSymmetric);
   const auto shortest = UncertaintyOf(trials, 0.2, CoverageInterval::kShortest);
-  EXPECT_EQ(symmetric->low, trials[25]);
-  EXPECT_EQ(symmetric->high, trials[975]);
+  // Places 25.025 and 975.975 of 1000, from 1.
+  EXPECT_NEAR(symmetric->low, trials[24] + 0.025 * (trials[25] - trials[24]), 1e-12);
+  EXPECT_NEAR(symmetric->high, trials[974] + 0.975 * (trials[975] - trials[974]), 1e-12);
   EXPECT_EQ(shortest->low, trials[0]);
-  EXPECT_EQ(shortest->high, trials[950]);
+  EXPECT_EQ(shortest->high, trials[951]);
   EXPECT_NEAR(symmetric->undefined, 1.0 / 1001.0, 1e-12);
   EXPECT_FALSE(UncertaintyOf(std::vector<double>{1.0, NAN}, 1.0, CoverageInterval::kShortest));
 }
@@ -196,14 +197,16 @@ TEST(UncertaintyBudgets, AreUnderstoodOrRefused) {
   const auto read = [&](const std::string& lines) { return ReadBudget(folder.Write("b.ini", start + lines)); };
   const BudgetRead whole = read(
       "HeightNoiseSpectrumFile=noise.txt\nspacingpercent=0.1\nStraightnessWavelengthMM=3\n"
-      "RepeatabilityPercent.Ra=1.2\nRepeatabilityPercent.Ra.Distribution=uniform\n");
+      "RepeatabilityPercent.ra=1.2\nRepeatabilityPercent.Ra.Distribution=uniform\nRepeatabilityPercent.Rz=1\n");
   ASSERT_TRUE(whole.budget) << whole.reason;
   EXPECT_NEAR(whole.budget->Of(BudgetItem::kNoiseSpectrum).standard, 0.005, 1e-15);
   EXPECT_EQ(whole.budget->RepeatabilityOf("Ra").distribution, Distribution::kUniform);
   EXPECT_EQ(whole.budget->RepeatabilityOf("Rq").standard, 0.0);
+  EXPECT_EQ(whole.budget->RepeatabilityOf("RzDIN").standard, 1.0) << "by its name on drawings";
   EXPECT_EQ(EntriesOf(Budget(EntriesOf(*whole.budget))), EntriesOf(*whole.budget));
   const std::pair<const char*, const char*> refused[] = {
       {"HeightNoise=1\n", "HeightNoise: is no key of a budget"},
+      {"RepeatabilityPercent.Rnone=1\n", "RepeatabilityPercent.Rnone: is no key of a budget"},
       {"HeightNoiseUM=-1\n", "is no number from 0 on"},
       {"HeightNoiseUM=1 um\n", "is no number from 0 on"},
       {"HeightNoiseUM=1\nHeightNoiseUM.Distribution=flat\n", "is none of normal"},

@@ -22,7 +22,10 @@ TEST(Sha256, AgreesWithPublishedDigests) {
       {std::string(64, 'x'), "7ce100971f64e7001e8fe5a51973ecdfe1ced42befe7ee8d5fd6219506b5393c"},
       {std::string(119, 'x'), "000b48d4edf0fa7bee3c6236ecd2785baa5db4eeb8bb54341b029e0d9fa5fb0c"},
   };
-  for (const auto& [bytes, digest] : cases) EXPECT_EQ(Sha256Of(bytes), digest) << bytes.size();
+  for (const auto& [bytes, digest] : cases) {
+    EXPECT_EQ(Sha256Of(bytes), digest) << bytes.size();
+    EXPECT_EQ(Sha256Of(bytes, DigestRoute::kPlain), digest) << bytes.size();
+  }
 }
 
 }  // namespace

@@ -6,7 +6,10 @@
 #include <streambuf>
 
 #include "analysis/document.h"
+#include "analysis/uncertainty_budget.h"
 #include "app/command_line.h"
+#include "app/json_difference.h"
+#include "app/result_request.h"
 #include "base/ini_file.h"
 #include "fuzz/fuzz_targets.h"
 #include "presentation/report_template.h"
@@ -67,6 +70,28 @@ void RunJournal(std::string_view bytes) {
   if (entry) Expect(ParseWatchEntry(WatchEntryText(*entry)).has_value());
 }
 
+/// What a budget becomes is one again.
+void RunBudget(std::string_view bytes) {
+  const IniFile file{std::string(bytes)};
+  BudgetEntries entries;
+  for (const IniEntry& entry : file.Entries()) entries.emplace_back(entry.key, entry.value);
+  const BudgetRead read = MakeBudget(entries);
+  Expect(read.budget.has_value() == read.reason.empty());
+  if (!read.budget) return;
+  const BudgetEntries kept = EntriesOf(*read.budget);
+  const BudgetRead again = MakeBudget(kept);
+  Expect(again.budget.has_value() && EntriesOf(*again.budget) == kept);
+}
+
+/// A value differs from itself nowhere; what it asks for is understood or refused.
+void RunResultObject(std::string_view bytes) {
+  const JsonRead read = ReadJson(bytes);
+  Expect(read.value.has_value() == read.reason.empty());
+  if (!read.value) return;
+  Expect(CompareResults(*read.value, *read.value).differences.empty());
+  (void)RequestOfObject(*read.value);
+}
+
 /// Swallows what a command prints.
 class Silence : public std::streambuf {
 protected:
@@ -85,7 +110,9 @@ void RunConsole(std::string_view bytes) {
     arguments.push_back(text.substr(begin, end - begin));
     begin = end + 1;
   }
-  if (arguments[1].starts_with("watch") || arguments[1].starts_with("batch")) return;
+  if (arguments[1].starts_with("watch") || arguments[1].starts_with("batch") || arguments[1].starts_with("verify")) {
+    return;
+  }
   if (std::any_of(arguments.begin(), arguments.end(), [](const std::string& a) { return a.find("..") != a.npos; }))
     return;
   std::filesystem::current_path(FuzzFolder());
@@ -128,6 +155,18 @@ void AddTextTargets(std::vector<FuzzTarget>& targets) {
                        entry.rowText = "1, 2\r\n";
                        entry.parameterFile = "rows.csv";
                        WriteSeed(folder, "entry", WatchEntryText(entry));
+                     }});
+  targets.push_back({"budget", RunBudget, [](const auto& folder) {
+                       WriteSeed(folder, "lines",
+                                 "[UNCERTAINTY_BUDGET]\nHeightNoiseSpectrum=0.5 0.1, 0.2 0.3\nSpacingPercent=0.1\n"
+                                 "SpacingPercent.Distribution=uniform\nRepeatabilityPercent.Ra=1\nTipRadiusUM=2\n");
+                     }});
+  targets.push_back({"result_object", RunResultObject, [](const auto& folder) {
+                       WriteSeed(
+                           folder, "object",
+                           "{\"parameters\": [{\"name\": \"Ra\", \"value\": 1.5e-3, \"valid\": true}], \"settings\": "
+                           "{\"in_force\": {\"ANALYSIS.LcCutoffMM\": 0.8}}, \"request\": {\"region\": null, "
+                           "\"exclusion\": [1, 2]}, \"uncertainty_budget\": {\"entries\": {}, \"seed\": 1}}");
                      }});
   targets.push_back({"command_line", RunConsole, [](const auto& folder) {
                        std::ofstream(FuzzFolder() / "a.txt") << "1\n2\n3\n2\n1\n2\n3\n2\n1\n2\n";

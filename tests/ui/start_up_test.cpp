@@ -159,6 +159,13 @@ TEST_F(StartUp, ReportAndPictureNeedNoDisplay) {
   }
 }
 
+TEST_F(StartUp, TheVerificationComesAsPages) {
+  RunWithoutDisplay({"--verify", "-o", FromPath(folder_ / "v.pdf")});
+  EXPECT_EQ(std::pair(status_, errors_), std::pair(0, std::string()));
+  EXPECT_TRUE(folder_.Read("v.pdf").starts_with("%PDF-"));
+  EXPECT_GT(QByteArray::fromStdString(folder_.Read("v.pdf")).count("/Type /Page\n"), 5);
+}
+
 TEST_F(StartUp, RefusalsAreOneSentence) {
   const QString good = "ground.lmt";
   const QString out = FromPath(folder_ / "out.pdf");

@@ -118,7 +118,8 @@ void CTexturonParamView::Update() {
                                                              : tr("out of tolerance");
     names_ << FromText(row.row.name);
     records << CGridCtrl::Record{
-        .cells = {FromText(row.title), row.value.empty() ? QString::fromUtf8("\u2013") : FromText(row.value),
+        .cells = {FromText(row.title),
+                  row.value.empty() ? QString::fromUtf8("\u2013") : FromText(row.ValueAndUncertainty()),
                   FromText(row.unit), verdict, FromText(row.label).trimmed()},
         .standsOut = row.verdict == Verdict::kFail && row.row.tolerance.highlightIfOut,
         .tip = TipOf(doc_.document(), row)};

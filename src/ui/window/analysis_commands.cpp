@@ -15,6 +15,8 @@
 #include "ui/sheets/indication_dialog.h"
 #include "ui/sheets/region_dialogs.h"
 #include "ui/sheets/settings_sheet.h"
+#include "ui/trust/compare_window.h"
+#include "ui/trust/uncertainty_window.h"
 #include "ui/window/main_frame.h"
 
 namespace texturon {
@@ -122,6 +124,29 @@ void CMainFrame::MakeStretchCommands(QMenu& menu) {
       [this](bool on) { doc_->UseWholeCutoffs(on); });
 }
 
+template <typename Window>
+void CMainFrame::ShowWindowOfProfile() {
+  auto* window = findChild<Window*>();
+  if (window == nullptr) window = new Window(*doc_, this);
+  window->show();
+  window->activateWindow();
+}
+
+void CMainFrame::MakeTrustCommands(QMenu& menu) {
+  AddCommand(menu,
+             {.name = "uncertainty",
+              .text = tr("&Uncertainty..."),
+              .tip = tr("How sure every value is, by the budget of the instrument, and what contributes to that."),
+              .needsProfile = true},
+             [this] { ShowWindowOfProfile<CUncertaintyWindow>(); });
+  AddCommand(menu,
+             {.name = "comparePractices",
+              .text = tr("Com&pare Settings..."),
+              .tip = tr("What lies between the values by two settings, step by step."),
+              .needsProfile = true},
+             [this] { ShowWindowOfProfile<CCompareWindow>(); });
+}
+
 void CMainFrame::MakeAnalysisMenu() {
   QMenu* const menu = menuBar()->addMenu(tr("&Analysis"));
   MakeStretchCommands(*menu);
@@ -160,6 +185,7 @@ void CMainFrame::MakeAnalysisMenu() {
               .text = tr("&Bearing Ratios and Htp..."),
               .tip = tr("Rows of material ratios and of heights between them.")},
              [this] { ShowSheet<CBearingRatioSheet>(); });
+  MakeTrustCommands(*menu);
   menu->addSeparator();
   AddCommand(
       *menu,

@@ -117,6 +117,9 @@ private:
   void MakeEditMenu();
   void MakeAnalysisMenu();
   void MakeStretchCommands(QMenu& menu);
+  void MakeTrustCommands(QMenu& menu);
+  template <typename Window>
+  void ShowWindowOfProfile();
   /// Shows a sheet, making it where it is asked for the first time.
   template <typename Sheet>
   void ShowSheet();

@@ -233,6 +233,15 @@ void CTexturonDoc::ReplaceAutoLoading(AutoLoadingSettings autoLoading) {
   ChangeInPlace([autoLoading](Document& document) { document.settings.autoLoading = autoLoading; });
 }
 
+void CTexturonDoc::ShowUncertainties(const Document& tried, Uncertainties uncertainties) {
+  if (isBusy_) return;
+  const bool isSame =
+      document_.results.request == tried.results.request && document_.profiles.raw == tried.profiles.raw;
+  if (!isSame) return;
+  document_.results.uncertainties = std::move(uncertainties);
+  emit Changed();
+}
+
 void CTexturonDoc::Invert() {
   Change([](Document& document) { InvertProfile(document.profiles); });
 }

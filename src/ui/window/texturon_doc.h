@@ -71,6 +71,8 @@ public:
   void ReplaceDisplay(DisplaySettings display);
   /// Settings of what is done to files as they come: nothing is computed.
   void ReplaceAutoLoading(AutoLoadingSettings autoLoading);
+  /// Shows them beside the values of the results that were tried; nothing where there are others by now.
+  void ShowUncertainties(const Document& tried, Uncertainties uncertainties);
   void Invert();
   /// Commas become semicolons and double quotes single ones, as in the files.
   void SetIdentification(std::string identification);

@@ -1,0 +1,253 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#include "ui/trust/uncertainty_window.h"
+
+#include <QComboBox>
+#include <QGridLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSplitter>
+#include <QTableWidget>
+#include <QVBoxLayout>
+#include <qcustomplot.h>
+#include <thread>
+
+#include "base/ini_file.h"
+#include "base/number_text.h"
+#include "platform/platform.h"
+#include "presentation/shown_rows.h"
+#include "ui/colours.h"
+#include "ui/language.h"
+#include "ui/qt_text.h"
+#include "ui/window/file_dialogs.h"
+
+namespace texturon {
+namespace {
+
+constexpr const char* kDistributions[] = {"normal", "uniform", "triangular", "arcsine"};
+constexpr std::string_view kSection = "UNCERTAINTY_BUDGET";
+
+QString BudgetFilters() {
+  return QObject::tr("Budgets (*.ini)|*.ini|All Files (*.*)|*.*||");
+}
+
+}  // namespace
+
+CUncertaintyWindow::CUncertaintyWindow(CTexturonDoc& doc, QWidget* parent)
+    : QDialog(parent),
+      doc_(doc),
+      sentence_(new QLabel(this)),
+      table_(new QTableWidget(0, 7, this)),
+      bars_(new QCustomPlot(this)) {
+  setWindowTitle(tr("Uncertainty"));
+  sentence_->setObjectName("uncertaintySentence");
+  sentence_->setWordWrap(true);
+  table_->setAccessibleName(tr("Uncertainty of every parameter"));
+  table_->setHorizontalHeaderLabels(
+      {tr("Parameter"), tr("Value"), tr("U (k = 2)"), tr("Low"), tr("High"), tr("Bias"), tr("Unit")});
+  table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  table_->setSelectionBehavior(QAbstractItemView::SelectRows);
+  table_->setSelectionMode(QAbstractItemView::SingleSelection);
+  table_->verticalHeader()->hide();
+  bars_->setAccessibleName(tr("Contributions of the budget's lines"));
+  bars_->setMinimumHeight(fontMetrics().height() * 12);
+  auto* const results = new QSplitter(Qt::Vertical, this);
+  results->addWidget(table_);
+  results->addWidget(bars_);
+  auto* const layout = new QGridLayout(this);
+  layout->addWidget(MakeBudgetFields(), 0, 0);
+  layout->addWidget(results, 0, 1);
+  layout->addWidget(sentence_, 1, 0, 1, 2);
+  layout->setColumnStretch(1, 1);
+  connect(table_, &QTableWidget::currentCellChanged, this, [this](int row) { DrawContributions(row); });
+  ResizeInCharacters(*this, 150, 40);
+}
+
+QWidget* CUncertaintyWindow::MakeBudgetFields() {
+  auto* const box = new QWidget(this);
+  auto* const grid = new QGridLayout(box);
+  for (const BudgetItemRow& item : BudgetItems()) {
+    if (item.item == BudgetItem::kNoiseSpectrum) continue;
+    AddField(*grid, std::string(item.key), item.meaning, item.unit, true);
+  }
+  AddField(*grid, "StraightnessWavelengthMM", "length of the guide's wave; empty: twice the record", "mm", false);
+  AddField(*grid, "TipRadiusUM", "radius of the tip; empty: as the file states it", "um", false);
+  const auto add = [&](const QString& text, const char* name, int column, const std::function<void()>& act) {
+    auto* const button = new QPushButton(text, box);
+    button->setObjectName(name);
+    button->setAutoDefault(false);
+    grid->addWidget(button, grid->rowCount() - (column > 0 ? 1 : 0), column);
+    connect(button, &QPushButton::clicked, this, act);
+    return button;
+  };
+  add(tr("&Open..."), "openBudget", 0, [this] {
+    if (const auto path = AskFileToOpen(this, {.title = tr("Open Budget"), .filters = BudgetFilters()}))
+      LoadBudget(*path);
+  });
+  add(tr("&Save..."), "saveBudget", 1, [this] { Save(); });
+  add(tr("&Try"), "tryBudget", 2, [this] { Try(); })->setDefault(true);
+  grid->setRowStretch(grid->rowCount(), 1);
+  return box;
+}
+
+void CUncertaintyWindow::AddField(QGridLayout& grid, const std::string& key, std::string_view meaning,
+                                  std::string_view unit, bool hasDistribution) {
+  const int line = grid.rowCount();
+  const QString name = EngineText(meaning);
+  auto* const label = new QLabel(name, this);
+  auto* const value = new QLineEdit(this);
+  value->setObjectName(QString::fromStdString(key));
+  value->setAccessibleName(name);
+  value->setMaximumWidth(fontMetrics().averageCharWidth() * 12);
+  label->setBuddy(value);
+  grid.addWidget(label, line, 0);
+  grid.addWidget(value, line, 1);
+  grid.addWidget(new QLabel(unit == "um" ? QString::fromUtf8("\u00B5m") : FromText(unit), this), line, 2);
+  QComboBox* distribution = nullptr;
+  if (hasDistribution) {
+    distribution = new QComboBox(this);
+    distribution->setAccessibleName(tr("Distribution: %1").arg(name));
+    distribution->addItems({tr("normal"), tr("uniform"), tr("triangular"), tr("arcsine")});
+    grid.addWidget(distribution, line, 3);
+  }
+  fields_.push_back({key, value, distribution});
+}
+
+BudgetEntries CUncertaintyWindow::Entries() const {
+  BudgetEntries entries = others_;
+  for (const Field& field : fields_) {
+    const std::string text = ToText(field.value->text().trimmed());
+    if (text.empty()) continue;
+    entries.emplace_back(field.key, text);
+    if (field.distribution != nullptr && field.distribution->currentIndex() > 0) {
+      entries.emplace_back(field.key + ".Distribution", kDistributions[field.distribution->currentIndex()]);
+    }
+  }
+  return entries;
+}
+
+bool CUncertaintyWindow::Say(const std::string& sentence) {
+  sentence_->setText(EngineText(sentence));
+  return false;
+}
+
+bool CUncertaintyWindow::LoadBudget(const std::filesystem::path& path) {
+  const BudgetRead read = ReadBudget(path);
+  if (!read.budget) return Say(FileSentence(path, read.reason));
+  others_.clear();
+  for (const Field& field : fields_) {
+    field.value->clear();
+    if (field.distribution != nullptr) field.distribution->setCurrentIndex(0);
+  }
+  for (const auto& [key, value] : EntriesOf(*read.budget)) {
+    bool isTaken = false;
+    for (const Field& field : fields_) {
+      if (key == field.key) {
+        field.value->setText(FromText(value));
+        isTaken = true;
+      } else if (field.distribution != nullptr && key == field.key + ".Distribution") {
+        const auto* const found = std::find(std::begin(kDistributions), std::end(kDistributions), value);
+        field.distribution->setCurrentIndex(static_cast<int>(found - std::begin(kDistributions)));
+        isTaken = true;
+      }
+    }
+    if (!isTaken) others_.emplace_back(key, value);
+  }
+  sentence_->setText(FromPath(path));
+  return true;
+}
+
+void CUncertaintyWindow::Save() {
+  const auto path = AskFileToSave(this, {.title = tr("Save Budget"), .filters = BudgetFilters(), .extension = "ini"});
+  if (!path) return;
+  IniFile file;
+  for (const auto& [key, value] : Entries()) file.Set(kSection, key, value);
+  const FileOutcome outcome = ReplaceFile(*path, file.Bytes());
+  sentence_->setText(outcome.ok() ? FromPath(*path) : EngineText(FileSentence(*path, outcome.reason)));
+}
+
+bool CUncertaintyWindow::Try() {
+  const BudgetRead read = MakeBudget(Entries());
+  if (!read.budget) return Say(read.reason);
+  if (doc_.IsBusy() || !doc_.HasProfile()) return false;
+  tried_ = doc_.document();
+  const auto progress = doc_.prompts().OpenProgress(ToText(tr("Trials")), ToText(tr("Trials")));
+  int shown = -1;
+  const TrialOptions options{.jobs = std::max(1U, std::thread::hardware_concurrency()), .advances = [&](int percent) {
+                               return percent == shown || progress->Advance(shown = percent);
+                             }};
+  TrialOutcome trials = RunTrials(tried_, *read.budget, options);
+  if (!trials.reason.empty()) return Say(trials.reason);
+  SensitivityOutcome sensitivities = FindSensitivities(tried_, *read.budget, options);
+  if (!sensitivities.reason.empty()) return Say(sensitivities.reason);
+  uncertainties_ = std::move(trials.rows);
+  sensitivities_ = std::move(sensitivities.rows);
+  sentence_->clear();
+  ShowResults();
+  doc_.ShowUncertainties(tried_, uncertainties_);
+  return true;
+}
+
+void CUncertaintyWindow::ShowResults() {
+  const bool metric = tried_.settings.display.Metric;
+  const std::vector<ShownRow> rows = ShownRows(tried_);
+  table_->setRowCount(0);
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    const int line = table_->rowCount();
+    table_->insertRow(line);
+    QStringList cells{FromText(rows[i].title), rows[i].value.empty() ? QString() : FromText(rows[i].value)};
+    if (i < uncertainties_.size() && uncertainties_[i]) {
+      const ParameterUncertainty& u = *uncertainties_[i];
+      const auto text = [&](double value, int figures) {
+        return Readable(FromText(SignificantText(rows[i].row.quantity.Shown(value, metric), figures)));
+      };
+      cells << text(u.Expanded(), 2) << text(u.low, 5) << text(u.high, 5) << text(u.bias, 2);
+    } else {
+      cells << QString() << QString() << QString() << QString();
+    }
+    cells << Readable(FromText(rows[i].unit));
+    for (int column = 0; column < cells.size(); ++column) {
+      auto* const item = new QTableWidgetItem(cells[column]);
+      if (column > 0 && column < 6) item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+      table_->setItem(line, column, item);
+    }
+  }
+  table_->resizeColumnsToContents();
+  if (table_->rowCount() > 0) table_->setCurrentCell(0, 0);
+  DrawContributions(table_->currentRow());
+}
+
+/// A bar a line of the budget, the longest first from above.
+void CUncertaintyWindow::DrawContributions(int row) {
+  bars_->clearPlottables();
+  const bool isKnown = row >= 0 && static_cast<std::size_t>(row) < sensitivities_.size();
+  const std::vector<ShownRow> rows = ShownRows(tried_);
+  if (!isKnown || static_cast<std::size_t>(row) >= rows.size()) return bars_->replot();
+  const auto index = static_cast<std::size_t>(row);
+  std::vector<Sensitivity> lines = sensitivities_[index];
+  std::stable_sort(lines.begin(), lines.end(),
+                   [](const Sensitivity& a, const Sensitivity& b) { return a.contribution < b.contribution; });
+  auto* const bars = new QCPBars(bars_->yAxis, bars_->xAxis);
+  bars->setBrush(CurveColour(0, palette()));
+  bars->setPen(Qt::NoPen);
+  auto ticker = QSharedPointer<QCPAxisTickerText>::create();
+  const Quantity& quantity = rows[index].row.quantity;
+  double place = 0.0;
+  for (const Sensitivity& line : lines) {
+    if (!std::isfinite(line.contribution)) continue;
+    bars->addData(place, quantity.Shown(line.contribution, tried_.settings.display.Metric));
+    ticker->addTick(place, FromText(BudgetItems()[static_cast<std::size_t>(line.item)].key));
+    place += 1.0;
+  }
+  bars_->yAxis->setTicker(ticker);
+  bars_->xAxis->setLabel(tr("%1: standard uncertainty by each line alone, %2")
+                             .arg(FromText(rows[index].title), Readable(FromText(rows[index].unit))));
+  bars_->rescaleAxes();
+  bars_->xAxis->setRangeLower(0.0);
+  bars_->yAxis->setRange(-0.7, std::max(place, 1.0) - 0.3);
+  bars_->replot();
+}
+
+}  // namespace texturon
