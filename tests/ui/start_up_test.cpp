@@ -44,7 +44,7 @@ protected:
     Run(arguments, environment);
   }
 
-  static constexpr int kPatienceMS = 20'000;
+  static constexpr int kPatienceMS = 90'000;
 
   int status_ = -1;
   std::string errors_;
