@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
+#include <utility>
+
 #include "base/charset.h"
 #include "base/program_version.h"
 #include "binding.h"
@@ -87,7 +89,7 @@ PYBIND11_MODULE(_engine, module) {
   readErrorClass = ErrorClass(module, "ReadError", "A file that is there but cannot be read as a profile.", errorClass);
   py::register_exception_translator([](std::exception_ptr thrown) {
     try {
-      if (thrown) std::rethrow_exception(thrown);
+      if (thrown) std::rethrow_exception(std::move(thrown));
     } catch (const ReadRefusal& refusal) {
       SetError(readErrorClass, refusal.what());
     } catch (const Refusal& refusal) {

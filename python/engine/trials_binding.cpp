@@ -74,7 +74,7 @@ void BindTrials(py::module_& module) {
       .def_readwrite("seed", &UncertaintyRequest::seed)
       .def_readwrite("sensitivities", &UncertaintyRequest::wantsSensitivities)
       .def("set_interval", SetInterval);
-  py::class_<Practice>(module, "Practice");
+  const py::class_<Practice> practice(module, "Practice");
   module.attr("most_trials") = kMostTrials;
   module.def("trials_of_entries", [](const std::map<std::string, std::string>& entries) {
     return TrialsOf(MakeBudget({entries.begin(), entries.end()}), "The budget");

@@ -49,10 +49,10 @@ std::string NameBelowSrc(const fs::path& path) {
 }
 
 /// The floors from the ground up; two of the same height do not know each other.
-const std::map<std::string, int> kHeights = {{"base", 0},     {"record", 1},       {"platform", 1},   {"signal", 2},
-                                             {"settings", 3}, {"formats", 4},      {"parameters", 4}, {"export", 5},
-                                             {"analysis", 6}, {"presentation", 7}, {"unattended", 7}, {"verification", 7}, {"ui", 8},
-                                             {"app", 9}};
+const std::map<std::string, int> kHeights = {
+    {"base", 0},       {"record", 1},       {"platform", 1}, {"signal", 2},   {"settings", 3},
+    {"formats", 4},    {"parameters", 4},   {"export", 5},   {"analysis", 6}, {"presentation", 7},
+    {"unattended", 7}, {"verification", 7}, {"ui", 8},       {"app", 9}};
 
 /// The floor of a file below src/: its first folder.
 std::string FloorOf(const std::string& name) {

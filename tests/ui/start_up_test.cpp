@@ -44,7 +44,7 @@ protected:
     Run(arguments, environment);
   }
 
-  static constexpr int kPatienceMS = 60'000;  // the verification waits for the disk four hundred times
+  static constexpr int kPatienceMS = 90'000;
 
   int status_ = -1;
   std::string errors_;

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "base/elementary.h"
+#include "base/multiversion.h"
 #include "base/units.h"
 #include "signal/all_finite.h"
 #include "signal/fft/plain_spectrum.h"
@@ -24,6 +25,12 @@ namespace {
 
 constexpr std::size_t kMoments = 5;  ///< sums of d s u^j, j = 0 .. 4
 constexpr std::size_t kHeights = 3;  ///< sums of d z s u^j, j = 0 .. 2
+constexpr std::size_t kSums = kMoments + kHeights;
+/// The sums have next to no waves shorter than a third of g cutoffs. Taken at every so many g cutoffs at most, twelve
+/// of them give the polynomial between them to a few 1e-16 of the largest.
+constexpr double kCoarseStep = 0.02;
+constexpr std::size_t kNodes = 12;
+constexpr std::size_t kNodesBefore = kNodes / 2 - 1;
 /// Below this share of the whole weight a pivot of the equations is not trusted to sums by transforms.
 constexpr double kLeastPivot = 1e-6;
 /// Below this one there is no parabola.
@@ -69,7 +76,9 @@ public:
   Kernel(std::size_t n, double spacingUM, double cutoffMM)
       : reach_(ReachOf(n, spacingUM, cutoffMM)),
         step_(kRegressionExtent / kRegressionReach / static_cast<double>(reach_)),
-        plan_(*RealFftPlan::Make(QuickRealLength(n + reach_))) {
+        thinning_(ThinningOf(reach_ < n - 1, step_)),
+        coarsePlan_(*RealFftPlan::Make(QuickRealLength((n + reach_) / thinning_ + 1))),
+        plan_(*RealFftPlan::Make(thinning_ * coarsePlan_.length())) {
     weights_.reserve(reach_ + 1);
     const double stepInReaches = spacingUM * kMillimetresPerMicrometre / (kRegressionReach * cutoffMM);
     double sum = 0.0;
@@ -80,7 +89,8 @@ public:
     }
     for (double& weight : weights_) weight /= sum;
     std::vector<double> wrapped(plan_.length());
-    std::vector<double> re(Lines()), im(Lines());
+    std::vector<double> re(plan_.length() / 2 + 1), im(re.size());
+    const auto share = static_cast<double>(thinning_);
     for (std::size_t j = 0; j < kMoments; ++j) {
       std::fill(wrapped.begin(), wrapped.end(), 0.0);
       for (std::size_t i = 0; i <= reach_; ++i) {
@@ -90,12 +100,18 @@ public:
         wrapped[i] = i > 0 && j % 2 == 1 ? -value : value;
       }
       plan_.Forward(wrapped, re, im);
-      spectra_[j] = j % 2 == 0 ? re : im;  // even weights have a real transform, odd ones an imaginary one
+      const std::vector<double>& part =
+          j % 2 == 0 ? re : im;  // even weights have a real transform, odd an imaginary one
+      for (std::size_t i = 0; i < Lines(); ++i) spectra_[j].push_back(part[i] / share);
     }
   }
 
   const RealFftPlan& Plan() const { return plan_; }
-  std::size_t Lines() const { return plan_.length() / 2 + 1; }
+  /// Of the sums, of which every so many are had.
+  const RealFftPlan& CoarsePlan() const { return coarsePlan_; }
+  std::size_t Thinning() const { return thinning_; }
+  /// Lines of the spectra: those beyond are nothing.
+  std::size_t Lines() const { return coarsePlan_.length() / 2 + 1; }
   std::span<const double> Spectrum(std::size_t power) const { return spectra_[power]; }
 
   /// The sums at a point by definition.
@@ -125,6 +141,12 @@ private:
     const double points = kRegressionExtent * cutoffMM / (spacingUM * kMillimetresPerMicrometre);
     return points < static_cast<double>(n - 1) ? static_cast<std::size_t>(points) : n - 1;
   }
+  /// A power of two. Of weights that a short record cuts off every sum is needed.
+  static std::size_t ThinningOf(bool isWhole, double step) {
+    std::size_t thinning = 1;
+    while (isWhole && 2.0 * static_cast<double>(thinning) * step <= kCoarseStep) thinning *= 2;
+    return thinning;
+  }
   double Distance(std::size_t points) const { return static_cast<double>(points) * step_; }
   static double Power(double u, std::size_t exponent) {
     double power = 1.0;
@@ -134,10 +156,24 @@ private:
 
   std::size_t reach_;
   double step_;
+  std::size_t thinning_;
+  RealFftPlan coarsePlan_;
   RealFftPlan plan_;
   std::vector<double> weights_;
   std::array<std::vector<double>, kMoments> spectra_;
 };
+
+/// out[r] = sum over the nodes of node times weights[node x count + r].
+TEXTURON_MULTIVERSION
+void Interpolate(const double* nodes, const double* weights, std::size_t count, double* out) {
+  for (std::size_t r = 0; r < count; ++r) out[r] = nodes[0] * weights[r];
+  for (std::size_t m = 1; m < kNodes; ++m) {
+    const double node = nodes[m];
+    const double* const row = weights + m * count;
+    TEXTURON_IVDEP
+    for (std::size_t r = 0; r < count; ++r) out[r] += node * row[r];
+  }
+}
 
 /// Passes over one record.
 class Regression {
@@ -146,26 +182,34 @@ public:
       : z_(z),
         kernel_(z.size(), spacingUM, cutoffMM),
         padded_(kernel_.Plan().length()),
-        weightRe_(kernel_.Lines()),
-        weightIm_(kernel_.Lines()),
-        heightRe_(kernel_.Lines()),
-        heightIm_(kernel_.Lines()),
+        weightRe_(kernel_.Plan().length() / 2 + 1),
+        weightIm_(weightRe_.size()),
+        heightRe_(weightRe_.size()),
+        heightIm_(weightRe_.size()),
         productRe_(kernel_.Lines()),
-        productIm_(kernel_.Lines()) {
-    for (auto& sums : sums_) sums.resize(kernel_.Plan().length());
+        productIm_(kernel_.Lines()),
+        column_(kernel_.CoarsePlan().length()),
+        nodeWeights_(kNodes * kernel_.Thinning()) {
+    for (auto& sums : coarse_) sums.resize(column_.size() + kNodes);
+    for (auto& sums : fine_) sums.resize(kernel_.Thinning());
+    for (std::size_t r = 0; r < kernel_.Thinning(); ++r) {
+      const double place = static_cast<double>(r) / static_cast<double>(kernel_.Thinning());
+      for (std::size_t m = 0; m < kNodes; ++m) nodeWeights_[m * kernel_.Thinning() + r] = NodeWeight(m, place);
+    }
   }
 
   /// The mean line for the robust weights d; false where a point has no parabola.
   bool Run(std::span<const double> d, std::span<double> line) {
     Transform([&](std::size_t i) { return d[i]; }, weightRe_, weightIm_);
     Transform([&](std::size_t i) { return d[i] * z_[i]; }, heightRe_, heightIm_);
-    for (std::size_t j = 0; j < kMoments; ++j) Convolve(weightRe_, weightIm_, j, sums_[j]);
-    for (std::size_t j = 0; j < kHeights; ++j) Convolve(heightRe_, heightIm_, j, sums_[kMoments + j]);
+    for (std::size_t j = 0; j < kMoments; ++j) Convolve(weightRe_, weightIm_, j, j);
+    for (std::size_t j = 0; j < kHeights; ++j) Convolve(heightRe_, heightIm_, j, kMoments + j);
     std::size_t terms = 0;
     for (std::size_t k = 0; k < line.size(); ++k) {
-      const PointSums sums{{sums_[0][k], sums_[1][k], sums_[2][k], sums_[3][k], sums_[4][k]},
-                           {sums_[5][k], sums_[6][k], sums_[7][k]}};
-      Solved solved = Solve(sums);
+      const std::size_t r = k % kernel_.Thinning();
+      if (r == 0) Refine(k / kernel_.Thinning());
+      Solved solved = Solve(
+          {{fine_[0][r], fine_[1][r], fine_[2][r], fine_[3][r], fine_[4][r]}, {fine_[5][r], fine_[6][r], fine_[7][r]}});
       if (!(solved.pivot > kLeastPivot)) {
         terms += 2 * kernel_.Reach() + 1;
         if (terms > kMostTerms) return false;
@@ -186,7 +230,30 @@ private:
     kernel_.Plan().Forward(padded_, re, im);
   }
 
-  void Convolve(std::span<const double> re, std::span<const double> im, std::size_t power, std::vector<double>& out) {
+  /// What node m of those at -5 .. 6 counts for the polynomial through them, at a place between 0 and 1.
+  static double NodeWeight(std::size_t m, double place) {
+    double weight = 1.0;
+    for (std::size_t other = 0; other < kNodes; ++other) {
+      if (other == m) continue;
+      const double apart = static_cast<double>(m) - static_cast<double>(other);
+      weight *= (place + static_cast<double>(kNodesBefore) - static_cast<double>(other)) / apart;
+    }
+    return weight;
+  }
+
+  /// The sums at the points from one that they are had of to the next.
+  void Refine(std::size_t cell) {
+    for (std::size_t sum = 0; sum < kSums; ++sum) {
+      const double* const nodes = coarse_[sum].data() + cell;
+      if (kernel_.Thinning() == 1) {
+        fine_[sum][0] = nodes[kNodesBefore];
+      } else {
+        Interpolate(nodes, nodeWeights_.data(), kernel_.Thinning(), fine_[sum].data());
+      }
+    }
+  }
+
+  void Convolve(std::span<const double> re, std::span<const double> im, std::size_t power, std::size_t sum) {
     const std::span<const double> factor = kernel_.Spectrum(power);
     if (power % 2 == 0) {
       for (std::size_t i = 0; i < factor.size(); ++i) {
@@ -199,14 +266,22 @@ private:
         productIm_[i] = re[i] * factor[i];
       }
     }
-    kernel_.Plan().Inverse(productRe_, productIm_, out);
+    kernel_.CoarsePlan().Inverse(productRe_, productIm_, column_);
+    // Beyond both ends it goes on at the other one.
+    const std::size_t length = column_.size();
+    for (std::size_t i = 0; i < length + kNodes; ++i) {
+      coarse_[sum][i] = column_[(i + length - kNodesBefore) % length];
+    }
   }
 
   std::span<const double> z_;
   Kernel kernel_;
   std::vector<double> padded_;
   std::vector<double> weightRe_, weightIm_, heightRe_, heightIm_, productRe_, productIm_;
-  std::array<std::vector<double>, kMoments + kHeights> sums_;
+  std::vector<double> column_;
+  std::array<std::vector<double>, kSums> coarse_;  ///< sum i - 5 of the points that they are had of
+  std::array<std::vector<double>, kSums> fine_;
+  std::vector<double> nodeWeights_;
 };
 
 /// The middle of the amounts of the residuals; the mean of the middle two of an even number.

@@ -81,6 +81,48 @@ TEST(RegressionFilter, SolvesTheEquationsOfEveryPoint) {
   EXPECT_TRUE(AllNear(w, line, 1e-9));
 }
 
+// Cutoffs of so many points that the sums are interpolated; the twin in plain doubles.
+TEST(RegressionFilter, SolvesThemWhereOnlySomeSumsAreTransformed) {
+  const std::size_t n = 1500;
+  std::vector<double> z = Noisy(n, 5);
+  for (std::size_t i = 700; i < 800; ++i) z[i] -= 8.0;
+  const double cutoff = 0.25;  // 250 points
+  const int reach = 625;
+  std::vector<double> gauss;
+  for (int i = 0; i <= reach; ++i)
+    gauss.push_back(std::exp(-kPi * std::pow(i * 0.001 / (0.7309134280946759 * cutoff), 2)));
+  std::vector<double> d(n, 1.0), line(n);
+  for (double former = 0.0;;) {
+    for (int k = 0; k < static_cast<int>(n); ++k) {
+      double m[5] = {}, f[3] = {};
+      for (int l = std::max(0, k - reach); l <= std::min(static_cast<int>(n) - 1, k + reach); ++l) {
+        const auto at = static_cast<std::size_t>(l);
+        const double t = (l - k) / 250.0;
+        double term = d[at] * gauss[static_cast<std::size_t>(std::abs(l - k))];
+        for (int j = 0; j < 5; ++j) {
+          m[j] += term;
+          if (j < 3) f[j] += term * z[at];
+          term *= t;
+        }
+      }
+      const double minor = m[2] * m[4] - m[3] * m[3];
+      const double whole = m[0] * minor - m[1] * (m[1] * m[4] - m[2] * m[3]) + m[2] * (m[1] * m[3] - m[2] * m[2]);
+      line[static_cast<std::size_t>(k)] =
+          (f[0] * minor - f[1] * (m[1] * m[4] - m[2] * m[3]) + f[2] * (m[1] * m[3] - m[2] * m[2])) / whole;
+    }
+    const double c = ScaleOf(z, line);
+    if (std::abs(c - former) < 1e-6 * former) break;
+    former = c;
+    for (std::size_t i = 0; i < n; ++i) {
+      const double r = std::abs(z[i] - line[i]);
+      d[i] = r <= c ? std::pow(1.0 - r * r / (c * c), 2) : 0.0;
+    }
+  }
+  std::vector<double> w(n);
+  EXPECT_EQ(RobustRegressionFilter(z, w, 1.0, cutoff, nullptr).stop, RegressionStop::kConverged);
+  EXPECT_TRUE(AllNear(w, line, 1e-9));
+}
+
 TEST(RegressionFilter, TransmissionIsWhatTheEquationsLeaveOfAWave) {
   EXPECT_TRUE(Near(RegressionTransmission(0.8, 0.8), 0.5, 1e-14));
   for (const double wavelength : {0.02, 0.04, 0.1}) {

@@ -20,7 +20,6 @@
 namespace texturon {
 namespace {
 
-
 double PeakToValley(const std::vector<double>& values) {
   const auto [least, most] = std::minmax_element(values.begin(), values.end());
   return *most - *least;
