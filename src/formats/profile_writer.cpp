@@ -24,7 +24,7 @@ FileOutcome WriteProfileText(std::filesystem::path& path, std::string_view exten
     prompts.ShowMessage("The file " + outcome.reason + ".");
     return outcome;
   }
-  outcome = ReplaceFile(path, format(profile));
+  outcome = ReplaceFile(path, format(profile), profile.flush);
   if (!outcome.ok()) prompts.ShowMessage("Could not write file.");
   return outcome;
 }

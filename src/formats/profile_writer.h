@@ -18,6 +18,7 @@ struct ProfileToWrite {
   double spacingUM = 0.0;
   std::string_view identification;
   std::tm savedAt{};
+  FlushFile flush = FlushFile::kYes;  ///< not needed for a file that is read and removed at once
 };
 
 /// A writer gives `path` its own extension whatever it had and writes there. Shows "Could not write file." when that

@@ -94,7 +94,8 @@ private:
     if (keeping == std::end(kKeeping)) return Fault(writer.extension, "is written, and nobody knows what it keeps.");
     std::filesystem::path path = folder_ / ("standard" + std::string(writer.extension));
     SilentPrompts nobody;
-    const ProfileToWrite profile{heights_, standard_.SpacingUM(), "standard", std::tm{.tm_mday = 1, .tm_year = 126}};
+    const ProfileToWrite profile{heights_, standard_.SpacingUM(), "standard", std::tm{.tm_mday = 1, .tm_year = 126},
+                                 FlushFile::kNo};
     const FileOutcome written = writer.write(path, profile, nobody);
     if (!written.ok()) return Fault(writer.extension, "is not written: " + written.reason + ".");
     ImportOutcome read = LoadProfileFile(path, {}, nobody);
