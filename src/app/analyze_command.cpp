@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include <cmath>
 #include <iostream>
 #include <utility>
 #include <vector>
@@ -102,7 +101,6 @@ std::optional<UncertaintyRequest> UncertaintyOf(const AnalyzeOptions& analyze) {
     ComplainOf(analyze.budget, read.reason);
     return std::nullopt;
   }
-  if (analyze.seed != std::trunc(analyze.seed)) throw UsageError{"--seed: not a whole number."};
   return UncertaintyRequest{.budget = std::move(*read.budget),
                             .trials = analyze.trials,
                             .seed = static_cast<std::uint64_t>(analyze.seed),

@@ -4,12 +4,14 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cmath>
 #include <memory>
 #include <string>
 
 #include "analysis/decision.h"
 #include "app/commands.h"
 #include "app/uncertainty_output.h"
+#include "base/number_text.h"
 
 namespace texturon {
 namespace {
@@ -123,7 +125,13 @@ void AddUncertainty(CLI::App& command, AnalyzeOptions& options) {
       ->needs(budget);
   command.add_option("--seed", options.seed, "of the random numbers, a whole number (1)")
       ->type_name("S")
-      ->check(CLI::Range(0.0, kMostSeed))
+      ->check([](const std::string& text) {
+        const ParsedDouble number = ParseDouble(text);
+        const bool isWhole = number.usable() && number.length == text.size() && number.value >= 0.0 &&
+                             number.value <= kMostSeed && number.value == std::trunc(number.value) &&
+                             text.find_first_not_of("0123456789") == std::string::npos;
+        return isWhole ? std::string() : "is no whole number from 0 to 2^53: " + text;
+      })
       ->needs(budget);
   command.add_option("--interval", options.interval, "which interval of 95 % of the trials (symmetric)")
       ->type_name("symmetric|shortest")
