@@ -88,6 +88,17 @@ def test_both_letters_mu_are_micro():
     assert all(texturon.Profile([1.0, 2.0], 1.0, unit=unit).heights[1] == 2.0 for unit in ("\u00b5m", "\u03bcm"))
 
 
+@pytest.mark.parametrize("points", [16, 17, 8000])
+def test_lines_of_the_spectrum_are_fourier_sums(points):
+    z = GROUND.heights[:points]
+    wavelength, amplitude = texturon.spectrum(z, 0.5)
+    sums = 2.0 * np.abs(np.fft.rfft(z)) / points
+    sums[0] = z.mean()
+    sums[-1] /= 1.0 if points % 2 else np.sqrt(2.0)
+    assert np.allclose(amplitude, sums, rtol=0, atol=1e-13)
+    assert np.allclose(wavelength[1:], 0.001 * len(sums) / np.arange(1, len(sums)))
+
+
 WRONG = [
     (lambda: texturon.Profile([[1.0, 2.0]], 1.0), "1 dimensions"),
     (lambda: texturon.Profile(["a"], 1.0), "real numbers"),

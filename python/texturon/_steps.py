@@ -137,7 +137,9 @@ def spectrum(z: npt.ArrayLike, spacing_um: float) -> Spectrum:
     """Amplitudes (um, mean to peak, a row a profile) of the harmonics with their wavelengths (mm, one for all
     profiles).
 
-    2 |X[k]| / m of the Fourier sums X over m points; entry 0 is the mean with its sign.
+    Line k of K has 2 |X[k]| / m of the Fourier sums X over m points, the last line of an even m that over sqrt(2); its
+    wavelength is 2 K spacing / k, slightly longer than m spacing / k. Line 0 is the mean with its sign, at the
+    wavelength of line 1.
     """
     positive(spacing_um=spacing_um)
     return Spectrum(*_engine.spectrum(finite_rows(z), spacing_um))
