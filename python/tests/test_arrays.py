@@ -1,4 +1,6 @@
 # SPDX-License-Identifier: Apache-2.0
+import copy
+
 import numpy as np
 import pytest
 import texturon
@@ -80,6 +82,7 @@ def test_invalid_points_are_treated_as_the_readers_treat_them():
     with open("gaps.csv", "w") as file:
         file.write("x/um,z/um\n" + "\n".join(lines) + "\n")
     read = texturon.load("gaps.csv")
+    assert copy.deepcopy({"read": read})["read"] is read
     for gaps in (z, np.ma.masked_invalid(z), z.tolist()):
         assert np.allclose(texturon.Profile(gaps, 0.5).heights, read.heights, rtol=0, atol=1e-12)
 

@@ -70,6 +70,7 @@ def test_settings_are_checked_as_they_are_assigned():
         with pytest.raises(texturon.Error):
             setattr(settings, name, value)
     assert not hasattr(settings, "NoSuchKey") and "LcCutoffMM" in dir(settings)
+    assert "LcCutoffMM" in settings and "NoSuchKey" not in settings and list(settings) == settings.keys()
     settings.save("kept.ini")
     again = texturon.read_settings("kept.ini")
     changed = {key for key in settings.keys() if settings[key] != again[key]}  # more digits than a file has

@@ -93,6 +93,9 @@ class Profile:
     def __len__(self) -> int:
         return len(self._record.heights_um)
 
+    def __deepcopy__(self, memo: object) -> "Profile":
+        return self
+
     def __array__(self, dtype: npt.DTypeLike = None) -> "npt.NDArray[Any]":
         return np.asarray(self.heights, dtype)
 

@@ -3,7 +3,7 @@
 
 import os
 import re
-from typing import Any, Callable, Dict, Iterable, List, Mapping, Tuple, Union
+from typing import Any, Callable, Dict, Iterable, Iterator, List, Mapping, Tuple, Union
 
 import numpy as np
 
@@ -91,6 +91,12 @@ class Settings:
     def keys(self) -> List[str]:
         """Every key, with its section: "ANALYSIS.LcCutoffMM"; lists have a key a row."""
         return self._engine.keys()
+
+    def __iter__(self) -> Iterator[str]:
+        return iter(self.keys())
+
+    def __contains__(self, name: object) -> bool:
+        return isinstance(name, str) and len(_engine.places_of(name)) == 1
 
     def update(self, keys: Mapping[str, Value]) -> None:
         """Assigns several; where one is refused those before it are in force."""
