@@ -83,6 +83,8 @@ def test_arrays_are_views_that_outlive_the_analysis():
             view[0] = 1.0
         with pytest.raises(ValueError):
             view.setflags(write=True)
+    for curve in (analysis.spectrum, analysis.bearing_ratio, analysis.amplitudes):
+        assert not any(array.flags.writeable for array in curve)
     del analysis
     gc.collect()
     filler = [texturon.analyze(GROUND) for _ in range(5)]
@@ -93,7 +95,14 @@ REFUSED = [
     (lambda: texturon.analyze("missing.lmt"), FileNotFoundError, "missing.lmt"),
     (lambda: texturon.analyze("samples"), IsADirectoryError, "samples"),
     (lambda: texturon.load(SAMPLES / "production.ini"), texturon.ReadError, "no line is a row of numbers"),
-    (lambda: texturon.load(GROUND, profile=0), texturon.Error, "count from 1"),
+    (lambda: texturon.analyze(np.zeros(99)), TypeError, "texturon.Profile(heights, spacing_um)"),
+    (lambda: texturon.analyze(GROUND, parameters=["Xa"]), texturon.UnknownNameError, "Xa: "),
+    (lambda: texturon.analyze(GROUND, Edition="2021", parameters=["RzDIN"]), texturon.Error, "no such parameter."),
+    (lambda: texturon.analyze(GROUND, exclude=(1,)), texturon.Error, "exclude: "),
+    (lambda: texturon.load(GROUND, spacing_um=-1.0), texturon.Error, "spacing_um: "),
+    (lambda: texturon.load(GROUND, column=0), texturon.Error, "column: "),
+    (lambda: texturon.batch("no-folder"), OSError, "no-folder"),
+    (lambda: texturon.load(GROUND, profile=0), texturon.Error, "profile: must be a whole number"),
     (lambda: texturon.analyze(GROUND, region=(0, 0.001)), texturon.Error, "ground.lmt: not analysed, "),
     (lambda: texturon.analyze(GROUND, region=(0, np.nan)), texturon.Error, "region"),
     (lambda: texturon.analyze(GROUND, LcCutofMM=0.8), texturon.UnknownNameError, "did you mean LcCutoffMM"),
@@ -128,6 +137,12 @@ def test_comparisons_are_those_of_the_console():
     ]
     assert [list(row.steps) for row in rows] == [[tuple(step.values()) for step in other["steps"]] for other in told]
     assert practice in texturon.practices() and len(texturon.compare(GROUND, None, {}, parameters=["Ra"])) == 1
+
+
+def test_small_letters_name_the_same_parameter():
+    settings = SAMPLES / "production.ini"
+    told, other = (texturon.analyze(GROUND, settings, parameters=[name]).parameters.table() for name in ("Ra", "rA"))
+    assert told == other and told[0].verdict
 
 
 def test_the_lock_is_free_while_the_engine_computes():

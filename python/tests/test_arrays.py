@@ -1,4 +1,6 @@
 # SPDX-License-Identifier: Apache-2.0
+import copy
+
 import numpy as np
 import pytest
 import texturon
@@ -80,8 +82,24 @@ def test_invalid_points_are_treated_as_the_readers_treat_them():
     with open("gaps.csv", "w") as file:
         file.write("x/um,z/um\n" + "\n".join(lines) + "\n")
     read = texturon.load("gaps.csv")
+    assert copy.deepcopy({"read": read})["read"] is read
     for gaps in (z, np.ma.masked_invalid(z), z.tolist()):
         assert np.allclose(texturon.Profile(gaps, 0.5).heights, read.heights, rtol=0, atol=1e-12)
+
+
+def test_both_letters_mu_are_micro():
+    assert all(texturon.Profile([1.0, 2.0], 1.0, unit=unit).heights[1] == 2.0 for unit in ("\u00b5m", "\u03bcm"))
+
+
+@pytest.mark.parametrize("points", [16, 17, 8000])
+def test_lines_of_the_spectrum_are_fourier_sums(points):
+    z = GROUND.heights[:points]
+    wavelength, amplitude = texturon.spectrum(z, 0.5)
+    sums = 2.0 * np.abs(np.fft.rfft(z)) / points
+    sums[0] = z.mean()
+    sums[-1] /= 1.0 if points % 2 else np.sqrt(2.0)
+    assert np.allclose(amplitude, sums, rtol=0, atol=1e-13)
+    assert np.allclose(wavelength[1:], 0.001 * len(sums) / np.arange(1, len(sums)))
 
 
 WRONG = [
@@ -93,6 +111,12 @@ WRONG = [
     (lambda: texturon.Profile([1.0], np.inf), "spacing_um"),
     (lambda: texturon.Profile([1.0], 1.0, unit="litre"), "litre"),
     (lambda: texturon.Profile(np.zeros(750_001), 1.0), "750000"),
+    (lambda: texturon.Profile([[1.0], [1.0, 2.0]], 1.0), "heights: "),
+    (lambda: texturon.Profile([1.0], 1.0, unit=3), "unit: "),
+    (lambda: texturon.Profile([1.0], "1"), "spacing_um"),
+    (lambda: texturon.Profile([1.0], 1.0, tip_radius_mm=-0.002), "tip_radius_mm"),
+    (lambda: texturon.spline_filter(GROUND, 0.5, 0.8, tension=2.0), "tension"),
+    (lambda: texturon.profile_elements(GROUND, 0.5, height_um=-1.0), "height_um"),
     (lambda: texturon.gaussian_filter([], 1.0, 1.0), "there are none"),
     (lambda: texturon.gaussian_filter([1.0, np.nan], 1.0, 1.0), "no numbers"),
     (lambda: texturon.gaussian_filter(GROUND, 0.5, 0.001), "third of the cutoff"),
@@ -101,7 +125,7 @@ WRONG = [
     (lambda: texturon.closing(GROUND, 0.5, np.nan), "radius_mm"),
     (lambda: texturon.spectrum([1.0], 0.5), "too short"),
     (lambda: texturon.remove_form([0.0, 0.0], 1.0, "arc"), "cannot be fitted"),
-    (lambda: texturon.remove_form(GROUND, 1.0, "cone"), "FormRemovalType"),
+    (lambda: texturon.remove_form(GROUND, 1.0, "cone"), "7 free form"),
 ]
 
 

@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: Apache-2.0
 import copy
 import os
+import pickle
 import shutil
 from pathlib import Path
 
@@ -37,6 +38,20 @@ def test_exports_are_those_of_the_console():
         assert text.encode("cp1252") == Path("out.csv").read_bytes()
 
 
+def test_what_is_read_is_never_written():
+    analysis = texturon.analyze("samples/ground.lmt", shutil.copy("samples/production.ini", "own.ini"))
+    before = Path("own.ini").read_bytes()
+    for target in ("own.ini", SAMPLES / "ground.lmt"):
+        with pytest.raises(texturon.Error, match="is read"):
+            texturon.export(analysis, "roughness", target)
+    assert Path("own.ini").read_bytes() == before
+    with pytest.raises(texturon.Error, match="LcCutoffMM"):
+        texturon.export(analysis, "roughness", LcCutoffMM=0.25)
+    with pytest.raises(ValueError, match="null byte"):
+        texturon.convert("samples/ground.lmt", "cut\0.sdf")
+    assert not Path("cut").exists()
+
+
 def test_converted_profiles_hold_the_heights():
     written = texturon.convert(texturon.Profile([0.0, 0.125, -2.5] * 100, 0.25, identification="a, b"), "out.sdf")
     assert written == "out.sdf" and np.allclose(texturon.load(written).heights, [0.0, 0.125, -2.5] * 100, atol=1e-6)
@@ -55,12 +70,13 @@ def test_settings_are_checked_as_they_are_assigned():
         with pytest.raises(texturon.Error):
             setattr(settings, name, value)
     assert not hasattr(settings, "NoSuchKey") and "LcCutoffMM" in dir(settings)
+    assert "LcCutoffMM" in settings and "NoSuchKey" not in settings and list(settings) == settings.keys()
     settings.save("kept.ini")
     again = texturon.read_settings("kept.ini")
     changed = {key for key in settings.keys() if settings[key] != again[key]}  # more digits than a file has
     assert changed == {"ASPHERIC_PARAMETERS.C_CurvatureMM", "ASPHERIC_PARAMETERS.E_ConicConstant"}
     assert settings == copy.copy(settings) != texturon.Settings() and again["PARAMETERS.Toleranced00"]
-    assert eval(f"texturon.{settings!r}") == settings
+    assert eval(f"texturon.{settings!r}") == settings == copy.deepcopy(settings) == pickle.loads(pickle.dumps(settings))
     kept = settings.copy()
     settings.select(["Rq", "Ft"])
     assert settings["PARAMETERS.Name01"] == "Ft" and settings["PARAMETERS.Toleranced01"] and kept != settings

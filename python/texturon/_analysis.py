@@ -5,13 +5,13 @@ import html
 import json
 import os
 from functools import cached_property
-from typing import Any, Dict, Iterable, Iterator, List, Mapping, NamedTuple, Optional, Sequence, Tuple, Union
+from typing import Any, Dict, Iterable, Iterator, List, Mapping, NamedTuple, Optional, Sequence, Tuple, TypeVar, Union
 
 import numpy as np
 
 from . import _engine, _steps
 from ._arguments import Array, Path, input_path, nearest, sample_pair, system_path
-from ._profile import Profile, load, positions_mm
+from ._profile import Profile, as_profile, positions_mm
 from ._settings import SettingsLike, Value, settings_of
 
 OPTIONS = (  # of analyze() that are no settings
@@ -106,17 +106,28 @@ class Range(NamedTuple):
         return slice(self.first, self.first + self.points)
 
 
+Curve = TypeVar("Curve", _steps.Spectrum, _steps.BearingRatio, _steps.Amplitudes)
+
+
+def _frozen(curve: Curve) -> Curve:
+    """The curve, which nobody may write into any more."""
+    for array in curve:
+        array.flags.writeable = False
+    return curve
+
+
 class Analysis:
-    """The results of an analysis. Arrays are read-only views without a copy, which outlive the analysis.
+    """The results of an analysis. Arrays are read-only and outlive the analysis; profiles are views without a copy.
 
     Profiles are as long as the record; outside their range (`ranges`) they hold what is left there, which means
     nothing.
     """
 
-    def __init__(self, profile: Profile, engine: _engine.Analysis, has_trials: bool) -> None:
+    def __init__(self, profile: Profile, engine: _engine.Analysis, has_trials: bool, reads: Sequence[bytes]) -> None:
         self.profile = profile
         self._engine = engine
         self._has_trials = has_trials
+        self._reads = reads  # files beside the profile's own
 
     def part(self, name: str) -> Array:
         """The valid range alone of a profile by its name: "raw", "form_suppressed", "primary", "roughness" ..."""
@@ -176,17 +187,17 @@ class Analysis:
     @cached_property
     def spectrum(self) -> _steps.Spectrum:
         """Amplitudes and wavelengths of the form-suppressed profile."""
-        return _steps.spectrum(self.part("form_suppressed"), self.spacing_um)
+        return _frozen(_steps.spectrum(self.part("form_suppressed"), self.spacing_um))
 
     @cached_property
     def bearing_ratio(self) -> _steps.BearingRatio:
         """Material-ratio curve of the roughness profile."""
-        return _steps.material_ratio(self.part("roughness"))
+        return _frozen(_steps.material_ratio(self.part("roughness")))
 
     @cached_property
     def amplitudes(self) -> _steps.Amplitudes:
         """Amplitude distribution of the roughness profile."""
-        return _steps.Amplitudes(*_engine.amplitudes(self.bearing_ratio.height_um))
+        return _frozen(_steps.Amplitudes(*_engine.amplitudes(self.bearing_ratio.height_um)))
 
     @cached_property
     def parameters(self) -> Parameters:
@@ -268,7 +279,10 @@ class Analysis:
 
 def _region(region: Sequence[float]) -> Tuple[int, float, float, float]:
     """Mode and lengths of `texturon --region`; two numbers are start and end."""
-    numbers = [float(number) for number in region]
+    try:
+        numbers = [float(number) for number in region]
+    except (TypeError, ValueError):
+        numbers = []
     if len(numbers) == 2 and np.isfinite(numbers).all():
         return 1, numbers[0], 0.0, numbers[1] - numbers[0]
     if len(numbers) == 4 and np.isfinite(numbers).all() and numbers[0] in range(256):
@@ -340,7 +354,8 @@ def analyze(
     request = None
     if budget is not None:
         request = trials_of(budget, trials, seed, interval, sensitivities)
-    file = system_path(settings) if isinstance(settings, (str, os.PathLike)) else b""
-    record = profile if isinstance(profile, Profile) else load(profile)
+    reads = [system_path(path) for path in (settings, budget) if isinstance(path, (str, os.PathLike))]
+    file = reads[0] if isinstance(settings, (str, os.PathLike)) else b""
+    record = as_profile(profile)
     engine = _engine.analyze(record._record, made._engine, scope, file, request)
-    return Analysis(record, engine, request is not None)
+    return Analysis(record, engine, request is not None, reads)

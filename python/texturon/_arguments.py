@@ -3,6 +3,8 @@
 
 import difflib
 import errno
+import math
+import numbers
 import operator
 import os
 from typing import Any, Iterable, Optional, Sequence, Tuple, Union
@@ -18,7 +20,10 @@ Path = Union[str, "os.PathLike[str]"]
 
 def real_numbers(heights: npt.ArrayLike, ranks: Sequence[int] = (1,)) -> Array:
     """Float64, contiguous, masked points as NaN. Refuses other shapes and what are no real numbers."""
-    array = np.asanyarray(heights)
+    try:
+        array = np.asanyarray(heights)
+    except ValueError as error:
+        raise Error(f"heights: they make no array: {error}") from None
     if array.dtype.kind not in "fiu":
         raise Error(f"heights: real numbers are needed, not {array.dtype}.")
     if array.ndim not in ranks:
@@ -42,34 +47,62 @@ def finite_rows(heights: npt.ArrayLike) -> Array:
     return rows
 
 
-def positive(**numbers: float) -> None:
+def positive(**named: float) -> None:
     """Refuses what is no finite number above 0, by its name."""
-    for name, number in numbers.items():
-        if not (np.isfinite(number) and number > 0.0):
+    for name, number in named.items():
+        if not (isinstance(number, numbers.Real) and math.isfinite(number) and number > 0.0):
             raise Error(f"{name}: must be a finite number above 0, not {number!r}.")
+
+
+def within(least: float, most: float, **named: float) -> None:
+    """Refuses what is no number from `least` to `most`, by its name."""
+    for name, number in named.items():
+        if not (isinstance(number, numbers.Real) and least <= number <= most):
+            raise Error(f"{name}: must be a number from {least:g} to {most:g}, not {number!r}.")
+
+
+def whole(**named: int) -> None:
+    """Refuses what is no whole number from 1 on, by its name."""
+    for name, number in named.items():
+        if not (isinstance(number, numbers.Integral) and 1 <= number < 2**31):
+            raise Error(f"{name}: must be a whole number from 1 on, not {number!r}.")
+
+
+def texts(**named: str) -> None:
+    """Refuses what is no text, by its name."""
+    for name, text in named.items():
+        if not isinstance(text, str):
+            raise Error(f"{name}: must be a text, not {text!r}.")
 
 
 def sample_pair(exclude: Optional[Tuple[int, int]]) -> Optional[Tuple[int, int]]:
     """First and last sample of a stretch."""
     if exclude is None:
         return None
-    first, last = (max(-(2**31), min(operator.index(sample), 2**31 - 1)) for sample in exclude)
+    try:
+        first, last = (max(-(2**31), min(operator.index(sample), 2**31 - 1)) for sample in exclude)
+    except (TypeError, ValueError):
+        raise Error(f"exclude: must be the first and the last sample, not {exclude!r}.") from None
     return first, last
 
 
 def system_path(path: Path) -> bytes:
     """A path in the system's own bytes."""
-    return os.fsencode(path)
+    encoded = os.fsencode(path)
+    if b"\0" in encoded:
+        raise ValueError("embedded null byte")  # as Python's own functions
+    return encoded
 
 
 def input_path(path: Path) -> bytes:
     """The path of a file that is there and may be read; OSError where it is not."""
+    encoded = system_path(path)
     if os.path.isdir(path):
         raise IsADirectoryError(errno.EISDIR, os.strerror(errno.EISDIR), os.fspath(path))
     os.stat(path)
     if not os.access(path, os.R_OK):
         raise PermissionError(errno.EACCES, os.strerror(errno.EACCES), os.fspath(path))
-    return system_path(path)
+    return encoded
 
 
 def nearest(name: str, known: Iterable[str]) -> str:

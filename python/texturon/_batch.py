@@ -8,7 +8,7 @@ from typing import Any, Dict, Iterable, Iterator, List, NamedTuple, Optional, Un
 
 from . import _engine
 from ._analysis import OPTIONS, analyze
-from ._arguments import Path, system_path
+from ._arguments import Path, system_path, whole
 from ._profile import load
 from ._settings import SettingsLike, Value, settings_of
 
@@ -108,9 +108,10 @@ def batch(
     """
     if errors not in ("rows", "raise"):
         raise _engine.Error(f'errors: must be "rows" or "raise", not {errors!r}.')
-    if jobs is not None and jobs < 1:
-        raise _engine.Error("jobs: must be 1 or more.")
+    if jobs is not None:
+        whole(jobs=jobs)
     if isinstance(paths, (str, os.PathLike)):
+        os.scandir(paths).close()  # OSError where it is no folder
         names = [os.fsdecode(path) for path in _engine.files_of(system_path(paths), mask)]
     else:
         names = [os.fsdecode(path) for path in paths]

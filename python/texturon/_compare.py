@@ -6,7 +6,7 @@ from typing import Iterable, List, NamedTuple, Optional, Union
 
 from . import _engine
 from ._arguments import Path, input_path, nearest
-from ._profile import Profile, load
+from ._profile import Profile, as_profile
 from ._settings import SettingsLike, settings_of
 
 
@@ -67,7 +67,7 @@ def compare(
     parameters: names of those wanted; None: those that either selects.
     The changes of the steps add up to the difference. None where a value is missing.
     """
-    names = None if parameters is None else list(parameters)
-    record = profile if isinstance(profile, Profile) else load(profile)
+    names = [parameters] if isinstance(parameters, str) else None if parameters is None else list(parameters)
+    record = as_profile(profile)
     rows = _engine.compare(record._record, _practice(a, names), _practice(b, names))
     return [ComparedRow(*row[:-1], [Step(*step) for step in row[-1]]) for row in rows]

@@ -11,7 +11,7 @@ from typing import Any, Optional, Union
 from . import _engine
 from ._analysis import Analysis, analyze
 from ._arguments import Path, input_path, system_path
-from ._profile import Profile, load
+from ._profile import Profile, as_profile
 from ._settings import SettingsLike, Value, settings_of
 
 
@@ -20,8 +20,7 @@ def convert(source: Union[Profile, Path], target: Path) -> str:
 
     Returns the path that was written. An input is never destroyed.
     """
-    profile = source if isinstance(source, Profile) else load(source)
-    return os.fsdecode(_engine.convert(profile._record, system_path(target)))
+    return os.fsdecode(_engine.convert(as_profile(source)._record, system_path(target)))
 
 
 def export(
@@ -37,9 +36,14 @@ def export(
     source: an analysis, or what analyze() takes, with its options. target: file to write, in Windows-1252; None: none.
     mod: as form data for instruments. Returns the text, with CR LF line ends.
     """
+    if isinstance(source, Analysis) and options:
+        raise _engine.Error(f"{', '.join(options)}: the analysis is made; options are for a profile or a file.")
     analysis = source if isinstance(source, Analysis) else analyze(source, **options)
     text = analysis._engine.export(kind, mod)
     if target is not None:
+        for read in analysis._reads:
+            if os.path.exists(target) and os.path.exists(read) and os.path.samefile(read, target):
+                raise _engine.Error(f"{os.fsdecode(read)} is read and must not be written.")
         _engine.write_text(analysis.profile._record, system_path(target), text)
     return _engine.text_of(text)
 

@@ -2,13 +2,13 @@
 """Profiles: of a file or of an array."""
 
 import os
-from typing import Any, List, Optional
+from typing import Any, List, Optional, Union
 
 import numpy as np
 import numpy.typing as npt
 
 from . import _engine
-from ._arguments import Array, Path, input_path, real_numbers
+from ._arguments import Array, Path, input_path, positive, real_numbers, texts, whole
 
 
 def positions_mm(count: int, spacing_um: float) -> Array:
@@ -41,8 +41,13 @@ class Profile:
         date: str = "",
         tip_radius_mm: Optional[float] = None,
     ) -> None:
+        positive(spacing_um=spacing_um)
+        texts(unit=unit, identification=identification, date=date)
+        if tip_radius_mm is not None:
+            positive(tip_radius_mm=tip_radius_mm)
+        known = unit.replace("\N{GREEK SMALL LETTER MU}", "\N{MICRO SIGN}")
         self._record = _engine.record_of(
-            real_numbers(heights), float(spacing_um), unit, identification, date, tip_radius_mm
+            real_numbers(heights), float(spacing_um), known, identification, date, tip_radius_mm
         )
 
     @property
@@ -88,6 +93,9 @@ class Profile:
     def __len__(self) -> int:
         return len(self._record.heights_um)
 
+    def __deepcopy__(self, memo: object) -> "Profile":
+        return self
+
     def __array__(self, dtype: npt.DTypeLike = None) -> "npt.NDArray[Any]":
         return np.asarray(self.heights, dtype)
 
@@ -112,10 +120,23 @@ def load(
 
     Raises OSError where the file is not there or may not be read, texturon.ReadError where it holds no profile.
     """
-    if profile < 1:
-        raise _engine.Error("profile: they count from 1.")
+    whole(profile=profile)
+    if spacing_um is not None:
+        positive(spacing_um=spacing_um)
+    if column is not None:
+        whole(column=column)
     loaded = Profile.__new__(Profile)
     loaded._record = _engine.load_record(
         input_path(path), profile if profile > 1 else None, spacing_um, column, slope, invert
     )
     return loaded
+
+
+def as_profile(profile: Union[Profile, Path]) -> Profile:
+    """The profile, or that of the file with this path."""
+    if isinstance(profile, Profile):
+        return profile
+    if isinstance(profile, (str, bytes, os.PathLike)):
+        return load(profile)
+    kind = type(profile).__name__
+    raise TypeError(f"profile: a Profile or a path is needed, not {kind}; arrays: texturon.Profile(heights, spacing_um)")

@@ -3,12 +3,12 @@
 
 import os
 import re
-from typing import Any, Dict, Iterable, List, Mapping, Tuple, Union
+from typing import Any, Callable, Dict, Iterable, Iterator, List, Mapping, Tuple, Union
 
 import numpy as np
 
 from . import _engine
-from ._arguments import Path, input_path, nearest, system_path
+from ._arguments import Path, input_path, nearest, system_path, texts
 from ._engine import Error
 
 Value = Union[str, bool, int, float]
@@ -70,7 +70,12 @@ class Settings:
             text = words.get(value.lower(), ends[0] if len(ends) == 1 else value)
         else:
             raise Error(f"{place}: {value!r} is neither a number nor a flag nor a text.")
-        self._engine.set(place, text)
+        try:
+            self._engine.set(place, text)
+        except Error as error:
+            if isinstance(value, str) and choices:
+                raise Error(f"{error} Its values are {choices}.") from None
+            raise
 
     def __getattr__(self, name: str) -> Any:
         if name.startswith("_"):
@@ -87,6 +92,12 @@ class Settings:
         """Every key, with its section: "ANALYSIS.LcCutoffMM"; lists have a key a row."""
         return self._engine.keys()
 
+    def __iter__(self) -> Iterator[str]:
+        return iter(self.keys())
+
+    def __contains__(self, name: object) -> bool:
+        return isinstance(name, str) and len(_engine.places_of(name)) == 1
+
     def update(self, keys: Mapping[str, Value]) -> None:
         """Assigns several; where one is refused those before it are in force."""
         for name, value in keys.items():
@@ -95,13 +106,16 @@ class Settings:
     def select(self, parameters: Iterable[str]) -> None:
         """Asks for these parameters in this order, by their names in the edition in force (`Edition="2021"`).
 
-        Rows that are there already keep their limits.
+        Rows that are there already keep their limits. Capital and small letters are one.
         """
-        names = [parameters] if isinstance(parameters, str) else list(parameters)
-        for name in names:
-            if not self._engine.is_known_parameter(name):
-                near = nearest(name, _engine.parameter_names)
-                raise UnknownNameError(f"{name}: there is no such parameter{near or '.'}")
+        known = {other.lower(): other for other in _engine.parameter_names if self._engine.is_known_parameter(other)}
+        letters = {other[0] for other in known}  # of the profiles; the engine gives others a row without a value
+        names = []
+        for name in [parameters] if isinstance(parameters, str) else parameters:
+            texts(parameters=name)
+            if name[:1].lower() not in letters or not self._engine.is_known_parameter(name):
+                raise UnknownNameError(f"{name}: there is no such parameter{nearest(name, known.values()) or '.'}")
+            names.append(known.get(name.lower(), name))
         self._engine.select(names)
 
     def copy(self) -> "Settings":
@@ -121,11 +135,17 @@ class Settings:
 
     __hash__ = None  # type: ignore[assignment]
 
-    def __repr__(self) -> str:
+    def _changes(self) -> Dict[str, Value]:
+        """What differs from the defaults."""
         usual = Settings()
         known = set(usual.keys())
-        changed = (f"{key!r}: {self[key]!r}" for key in self.keys() if key not in known or self[key] != usual[key])
-        return f"Settings(**{{{', '.join(changed)}}})"
+        return {key: self[key] for key in self.keys() if key not in known or self[key] != usual[key]}
+
+    def __reduce__(self) -> Tuple[Callable[..., "Settings"], Tuple[None, Dict[str, Value]]]:
+        return settings_of, (None, self._changes())  # for pickle and deepcopy
+
+    def __repr__(self) -> str:
+        return f"Settings(**{self._changes()!r})"
 
 
 SettingsLike = Union[Settings, Path, Mapping[str, Value], None]

@@ -11,7 +11,7 @@ from typing import Any, Callable, Dict, List, NamedTuple, Optional, Tuple, Union
 import numpy.typing as npt
 
 from . import _engine
-from ._arguments import Array, finite_rows, positive, sample_pair
+from ._arguments import Array, finite_rows, positive, sample_pair, within
 from ._settings import Settings, Value
 
 
@@ -80,6 +80,7 @@ def _by_row(heights: npt.ArrayLike, step: Callable[[Array], Any]) -> Any:
 
 def _filtered(word: str, z: npt.ArrayLike, spacing_um: float, cutoff_mm: float, tension: float = 0.0) -> Array:
     positive(spacing_um=spacing_um, cutoff_mm=cutoff_mm)
+    within(0.0, 1.0, tension=tension)
     return _engine.filtered(word, finite_rows(z), spacing_um, cutoff_mm, tension)
 
 
@@ -136,7 +137,9 @@ def spectrum(z: npt.ArrayLike, spacing_um: float) -> Spectrum:
     """Amplitudes (um, mean to peak, a row a profile) of the harmonics with their wavelengths (mm, one for all
     profiles).
 
-    2 |X[k]| / m of the Fourier sums X over m points; entry 0 is the mean with its sign.
+    Line k of K has 2 |X[k]| / m of the Fourier sums X over m points, the last line of an even m that over sqrt(2); its
+    wavelength is 2 K spacing / k, slightly longer than m spacing / k. Line 0 is the mean with its sign, at the
+    wavelength of line 1.
     """
     positive(spacing_um=spacing_um)
     return Spectrum(*_engine.spectrum(finite_rows(z), spacing_um))
@@ -184,6 +187,7 @@ def profile_elements(z: npt.ArrayLike, spacing_um: float, height_um: float = 0.0
     element. RSm takes 10 % of Rz and 1 % of the sampling length. A list of lists for a two-dimensional z.
     """
     positive(spacing_um=spacing_um)
+    within(0.0, float("inf"), height_um=height_um, width_um=width_um)
 
     def of_row(row: Array) -> List[ProfileElement]:
         return [ProfileElement(*element) for element in _engine.profile_elements(row, spacing_um, height_um, width_um)]
