@@ -69,6 +69,9 @@ TEST(EditionRows, SectionsOwnHillsByTheirSummit) {
   row.samplingLengthMM = 0.002;
   EXPECT_EQ(*Value("Rzx", row), 8.5) << "0.5 and 9 with the point before";
   EXPECT_EQ(*Value("Rzx(0.001)", row), 8.5);
+  row.settings.standard.Sections = 2;
+  row.settings.standard.EvaluationLengthMM = 0.02;
+  EXPECT_EQ(*Value("Rzx", row), 13.0) << "a section of the stated length";
   EXPECT_EQ(*Value("Rzx(0.01)", row), 13.0);
   EXPECT_FALSE(Value("Rzx(0.02)", row));
 }
