@@ -37,6 +37,10 @@ TEST(Indication, MeansWhatTheDrawingSays) {
        {"2021 U Rz 4 Tmax Sc3 | 0.8 2.5 | 0.8 x 5 = 4", "2021 L Rz 0.1 Tmax Sc3 | 0.8 2.5 | 0.8 x 5 = 4"}},
       {"L Rz 1 | Ra 0.4",
        {"2021 L Rz 1 Tmax Sc3 | 0.8 2.5 | 0.8 x 5 = 4", "2021 U Ra 0.4 Tmax Sc3 | 0.8 2.5 | 0.8 x 5 = 4"}},
+      {"U Rz 4 le=8 | L Rz 1 0.8x3 OR(2)",
+       {"2021 U Rz 4 Tmax Sc3 | 0.8 2.5 | 0.8 x 10 = 8", "2021 L Rz 1 Tmax Sc3 | 0.8 2.5 | 0.8 x 3 = 2.4"}},
+      {"U Rz 4 Sc2 S=0.008 | L Rz 1",
+       {"2021 U Rz 4 Tmax Sc2 | 0.25 8 | 0.25 x 5 = 1.25", "2021 L Rz 1 Tmax Sc2 | 0.25 8 | 0.25 x 5 = 1.25"}},
       {"Rz 4 0.8x3", {"2021 U Rz 4 Tmax Sc3 | 0.8 2.5 | 0.8 x 3 = 2.4"}},
       {"Ra 1.6 le=8", {"2021 U Ra 1.6 Tmax Sc3 | 0.8 2.5 | 0.8 x 10 = 8"}},
       {"Rz 1.6 S=0.008 nsc=4", {"2021 U Rz 1.6 Tmax Sc3 | 0.8 8 | 0.8 x 4 = 3.2"}},
@@ -57,6 +61,9 @@ TEST(Indication, MeansWhatTheDrawingSays) {
       {"0.008-/Ptmax 25", {"2002 U Pt 25 max - | - 8 | - x - = -"}},
       {"0.8-25/Wz3 10", {"2002 U Wz 10 16% - | 25 800 | 25 x 3 = 75 !"}},
       {"0.008-0.5/16/R 10", {"2002 U R 10 16% - | - 8 | - x - = 16"}},
+      {"Rz 6.3 max", {"2002 U Rz 6.3 max - | 0.8 2.5 | 0.8 x 5 = 4"}},
+      {"0.8-8/Wt 10", {"2002 U Wt 10 16% - | 8 800 | 8 x 5 = 40"}},
+      {"-8/Wt 10", {"2002 U Wt 10 16% - | 8 - | 8 x 5 = 40 !"}},
       {"Rk8 1", {"2002 U Rk 1 16% - | - - | - x 8 = - !"}},
       {"N7", {"2002 U Ra 1.6 16% - | 0.8 2.5 | 0.8 x 5 = 4"}},
       {"ISO 1302:2002 Ra 1.6 0.8x3", {"2002 U Ra 1.6 16% - | 0.8 2.5 | 0.8 x 3 = 2.4"}},
@@ -73,9 +80,22 @@ TEST(Indication, MeansWhatTheDrawingSays) {
 
 TEST(Indication, PointsAtWhatItDoesNotUnderstand) {
   const std::pair<const char*, std::size_t> cases[] = {
-      {"", 0},         {"U", 1},           {"Rz", 2},        {"Rz x", 3},     {"Rz 3 foo", 5},
-      {"Rzz 3", 0},    {"Rz 3 | Rb 4", 7}, {"Rz 3 L=x", 5},  {"Rz 3 q=4", 5}, {"0.8-/Rz", 7},
-      {"0.8/Rz 3", 0}, {"Rmr 4", 0},       {"Rz 3 le=x", 8}, {"N7 x", 3},     {"R: FC; P; None; All; Count 3", 0},
+      {"", 0},
+      {"U", 1},
+      {"Rz", 2},
+      {"Rz x", 3},
+      {"Rz 3 foo", 5},
+      {"Rzz 3", 0},
+      {"Rz 3 | Rb 4", 7},
+      {"Rz 3 L=x", 5},
+      {"Rz 3 q=4", 5},
+      {"0.8-/Rz", 7},
+      {"0.8/Rz 3", 0},
+      {"Rmr 4", 0},
+      {"Rz 3 le=x", 8},
+      {"Rz 3 nsc=2.5", 9},
+      {"N7 x", 3},
+      {"R: FC; P; None; All; Count 3", 0},
   };
   for (const auto& [text, place] : cases) {
     const IndicationResult read = ReadIndication(text, BuiltInClasses());
