@@ -322,6 +322,22 @@ void SettleLines(std::vector<NewerLine>& lines, std::vector<Requirement>& requir
   }
 }
 
+/// What is written stands; the primary profile takes no lengths from a class.
+void FillFromClass(const SettingClass& chosen, Requirement& requirement) {
+  if (!requirement.shortIndexUM) requirement.shortIndexUM = chosen.shortIndexUM;
+  requirement.mostSpacingUM = chosen.mostSpacingUM;
+  requirement.mostTipRadiusUM = chosen.mostTipRadiusUM;
+  requirement.className = chosen.name;
+  if (UpperAscii(requirement.rowName.front()) == 'P') return;
+  std::optional<double>& sectionMM = requirement.sectionMM;
+  std::optional<std::int32_t>& count = requirement.sections;
+  std::optional<double>& lengthMM = requirement.lengthMM;
+  if (!requirement.longIndexMM) requirement.longIndexMM = chosen.longIndexMM;
+  if (!sectionMM) sectionMM = lengthMM && count ? *lengthMM / *count : *requirement.longIndexMM;
+  if (!count) count = lengthMM ? std::max(1, RoundToIndex(WholePartsOfLength(*lengthMM, *sectionMM))) : chosen.sections;
+  if (!lengthMM) lengthMM = LengthOfSections(*sectionMM, *count);
+}
+
 }  // namespace
 
 IndicationResult ReadIndication(std::string_view text, const ClassTable& classes) {
@@ -366,13 +382,7 @@ Tolerance ToleranceOf(const Requirement& requirement) {
 void CompleteRequirement(Requirement& requirement, const SettingClass* chosen, std::optional<std::int32_t> sections) {
   const bool lacksSettings = !requirement.missing.empty() && requirement.edition == Edition::k2021;
   if (lacksSettings && chosen != nullptr) {
-    requirement.className = chosen->name;
-    requirement.longIndexMM = requirement.sectionMM = chosen->longIndexMM;
-    requirement.shortIndexUM = chosen->shortIndexUM;
-    requirement.mostSpacingUM = chosen->mostSpacingUM;
-    requirement.mostTipRadiusUM = chosen->mostTipRadiusUM;
-    requirement.sections = chosen->sections;
-    requirement.lengthMM = LengthOfSections(chosen->longIndexMM, chosen->sections);
+    FillFromClass(*chosen, requirement);
     requirement.missing.clear();
     requirement.notes.push_back("The class " + chosen->name + " was given beside the drawing.");
   }

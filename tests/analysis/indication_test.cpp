@@ -78,6 +78,23 @@ TEST(Indication, MeansWhatTheDrawingSays) {
   }
 }
 
+TEST(Indication, IsCompletedByAClassBesideIt) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"Rp 3", "2021 U Rp 3 Tmax Sc2 | 0.25 2.5 | 0.25 x 5 = 1.25"},
+      {"Rp 3 S=0.008 nsc=3", "2021 U Rp 3 Tmax Sc2 | 0.25 8 | 0.25 x 3 = 0.75"},
+      {"Rk 3 le=2", "2021 U Rk 3 Tmax Sc2 | 0.25 2.5 | 0.25 x 8 = 2"},
+      {"Rk 3 le=2 nsc=4", "2021 U Rk 3 Tmax Sc2 | 0.25 2.5 | 0.5 x 4 = 2"},
+      {"Rp 3 L=1.2", "2021 U Rp 3 Tmax Sc2 | 1.2 2.5 | 1.2 x 5 = 6"},
+      {"Pt 3", "2021 U Pt 3 Tmax Sc2 | - 2.5 | - x - = -"},
+      {"Rz 3", "2021 U Rz 3 Tmax Sc3 | 0.8 2.5 | 0.8 x 5 = 4"},
+  };
+  for (const auto& [text, meaning] : cases) {
+    Requirement requirement = ReadIndication(text, BuiltInClasses()).requirements.at(0);
+    CompleteRequirement(requirement, FindClass(BuiltInClasses(), "Sc2"), std::nullopt);
+    EXPECT_EQ(Meaning(requirement), meaning) << text;
+  }
+}
+
 TEST(Indication, PointsAtWhatItDoesNotUnderstand) {
   const std::pair<const char*, std::size_t> cases[] = {
       {"", 0},
