@@ -322,6 +322,13 @@ void SettleLines(std::vector<NewerLine>& lines, std::vector<Requirement>& requir
   }
 }
 
+/// 2.5 for the short-wave index is one in um where mm belong.
+void CheckBand(Requirement& requirement) {
+  if (!requirement.shortIndexUM || !requirement.longIndexMM || !requirement.missing.empty()) return;
+  if (*requirement.shortIndexUM * kMillimetresPerMicrometre < *requirement.longIndexMM) return;
+  requirement.missing = "the short-wave index is not below the long-wave one (both in mm)";
+}
+
 /// What is written stands; the primary profile takes no lengths from a class.
 void FillFromClass(const SettingClass& chosen, Requirement& requirement) {
   if (!requirement.shortIndexUM) requirement.shortIndexUM = chosen.shortIndexUM;
@@ -368,6 +375,7 @@ IndicationResult ReadIndication(std::string_view text, const ClassTable& classes
   }
   if (result.requirements.empty()) result.fault = "nothing stands here";
   SettleLines(newer, result.requirements);
+  for (Requirement& requirement : result.requirements) CheckBand(requirement);
   return result;
 }
 
@@ -384,6 +392,7 @@ void CompleteRequirement(Requirement& requirement, const SettingClass* chosen, s
   if (lacksSettings && chosen != nullptr) {
     FillFromClass(*chosen, requirement);
     requirement.missing.clear();
+    CheckBand(requirement);
     requirement.notes.push_back("The class " + chosen->name + " was given beside the drawing.");
   }
   if (!sections || !requirement.sectionMM) return;
