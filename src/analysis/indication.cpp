@@ -58,13 +58,43 @@ public:
     while (!words_.IsAtEnd()) {
       if (!ReadItem(requirement)) return false;
     }
-    Settle(requirement);
     return true;
+  }
+
+  /// A lower limit beside an upper one of the same parameter is measured in the same way; what it says itself stands.
+  void TakeFrom(const LineReader& upper, double upperLimit) {
+    if (written_.chosen != nullptr || written_.longMM) return;
+    const Written& other = upper.written_;
+    written_.chosen = other.chosen;
+    written_.longMM = other.longMM;
+    if (!written_.shortMM) written_.shortMM = other.shortMM;
+    if (!written_.sectionMM && !written_.sections && !written_.lengthMM) {
+      written_.sectionMM = other.sectionMM;
+      written_.sections = other.sections;
+      written_.lengthMM = other.lengthMM;
+    }
+    upperLimit_ = upperLimit;
+  }
+
+  /// Fills in what the read line leaves open.
+  void Settle(Requirement& requirement) const {
+    requirement.edition = Edition::k2021;
+    const SettingClass* const found = ClassFor(requirement);
+    if (upperLimit_ && found != nullptr) requirement.notes.emplace_back("The class is that of the upper limit.");
+    if (letter_ == 'P') return SettlePrimary(requirement, found);
+    const bool isClassOfIndex = found != nullptr && (!written_.longMM || *written_.longMM == found->longIndexMM);
+    if (found != nullptr) TakeClass(*found, requirement);
+    if (found != nullptr && isClassOfIndex) requirement.className = found->name;
+    if (written_.longMM) requirement.longIndexMM = written_.longMM;
+    if (written_.shortMM) requirement.shortIndexUM = *written_.shortMM * kMicrometresPerMillimetre;
+    SettleLengths(requirement, found);
+    if (letter_ == 'W' && requirement.missing.empty()) {
+      requirement.notes.emplace_back("The long side of the waviness (Nif) is that of the settings.");
+    }
   }
 
   const std::string& Fault() const { return fault_; }
   std::size_t Place() const { return place_; }
-  const Written& WrittenItems() const { return written_; }
 
 private:
   bool Fail(const std::string& fault) {
@@ -167,9 +197,15 @@ private:
       written_.sectionMM = *number;
     else if (key == "le")
       written_.lengthMM = *number;
-    else if (key == "nsc")
+    else if (key == "nsc") {
+      constexpr double kMostSections = 1000.0;
+      if (*number != std::round(*number) || *number > kMostSections) {
+        fault_ = Quoted(value) + " is no number of sections from 1 to 1000";
+        place_ = whole.place + equals + 1;
+        return false;
+      }
       written_.sections = RoundToIndex(*number);
-    else {
+    } else {
       fault_ = Quoted(text.substr(0, equals)) + " is none of S, L, lsc, nsc, le and F";
       place_ = whole.place;
       return false;
@@ -178,7 +214,7 @@ private:
   }
 
   /// The class that settles what is not written; null with what is missing.
-  const SettingClass* ClassFor(Requirement& requirement) {
+  const SettingClass* ClassFor(Requirement& requirement) const {
     if (written_.chosen != nullptr) return written_.chosen;
     if (written_.longMM) {
       const SettingClass* const found = FindClassOfIndex(classes_, *written_.longMM);
@@ -189,30 +225,16 @@ private:
     }
     const bool limitMayDo = row_ != nullptr && !row_->needsClass && (letter_ == 'R' || requirement.name == "Pt");
     const SettingClass* const found =
-        limitMayDo ? FindClassOfLimit(classes_, requirement.name, std::abs(requirement.limit)) : nullptr;
+        limitMayDo ? FindClassOfLimit(classes_, requirement.name, std::abs(upperLimit_.value_or(requirement.limit)))
+                   : nullptr;
     if (found == nullptr) {
       requirement.missing = limitMayDo ? "the limit does not fix the class: the limits of the classes for " +
                                              requirement.name + " are not known; write Sc1 to Sc5 or L=Nic"
                                        : "a class (Sc1 to Sc5) or the long-wave index (L=Nic) must be written";
-    } else if (!requirement.isUpper) {
+    } else if (!requirement.isUpper && !upperLimit_) {
       requirement.notes.emplace_back("The class is taken from the lower limit by the table of upper ones.");
     }
     return found;
-  }
-
-  void Settle(Requirement& requirement) {
-    requirement.edition = Edition::k2021;
-    const SettingClass* const found = ClassFor(requirement);
-    if (letter_ == 'P') return SettlePrimary(requirement, found);
-    const bool isClassOfIndex = found != nullptr && (!written_.longMM || *written_.longMM == found->longIndexMM);
-    if (found != nullptr) TakeClass(*found, requirement);
-    if (found != nullptr && isClassOfIndex) requirement.className = found->name;
-    if (written_.longMM) requirement.longIndexMM = written_.longMM;
-    if (written_.shortMM) requirement.shortIndexUM = *written_.shortMM * kMicrometresPerMillimetre;
-    SettleLengths(requirement, found);
-    if (letter_ == 'W' && requirement.missing.empty()) {
-      requirement.notes.emplace_back("The long side of the waviness (Nif) is that of the settings.");
-    }
   }
 
   static void TakeClass(const SettingClass& found, Requirement& requirement) {
@@ -222,7 +244,7 @@ private:
     requirement.mostTipRadiusUM = found.mostTipRadiusUM;
   }
 
-  void SettleLengths(Requirement& requirement, const SettingClass* found) {
+  void SettleLengths(Requirement& requirement, const SettingClass* found) const {
     constexpr std::int32_t kUsualSections = 5;
     constexpr double kRounding = 1e-9;
     requirement.sectionMM = written_.sectionMM ? written_.sectionMM : requirement.longIndexMM;
@@ -251,7 +273,7 @@ private:
   }
 
   /// The primary profile has no long-wave index; it is evaluated over the length that is stated, or over the feature.
-  void SettlePrimary(Requirement& requirement, const SettingClass* found) {
+  void SettlePrimary(Requirement& requirement, const SettingClass* found) const {
     if (found != nullptr) {
       requirement.className = found->name;
       requirement.shortIndexUM = found->shortIndexUM;
@@ -276,34 +298,58 @@ private:
   char letter_ = 'R';
   const EditionRow* row_ = nullptr;
   int typedFilters_ = 0;
+  std::optional<double> upperLimit_;  // that a lower one goes with
   std::string fault_;
   std::size_t place_ = 0;
 };
 
-/// A lower limit beside an upper one of the same parameter is measured in the same way, unless it says how.
-void JoinSides(std::vector<Requirement>& requirements, const std::vector<bool>& isSettledByItself) {
-  for (std::size_t i = 0; i < requirements.size(); ++i) {
-    Requirement& lower = requirements[i];
-    if (lower.isUpper || lower.edition != Edition::k2021 || isSettledByItself[i]) continue;
-    const auto upper = std::find_if(requirements.begin(), requirements.end(), [&lower](const Requirement& other) {
-      return other.isUpper && other.edition == lower.edition && EqualIgnoringCase(other.rowName, lower.rowName);
-    });
-    if (upper == requirements.end()) continue;
-    Requirement joined = *upper;
-    joined.isUpper = false;
-    joined.limit = lower.limit;
-    joined.rule = lower.rule;
-    joined.ruleText = lower.ruleText;
-    joined.notes.emplace_back("The class is that of the upper limit.");
-    lower = std::move(joined);
+/// A line of the newer style and its requirement.
+struct NewerLine {
+  std::size_t requirement = 0;
+  LineReader reader;
+};
+
+void SettleLines(std::vector<NewerLine>& lines, std::vector<Requirement>& requirements) {
+  for (NewerLine& line : lines) {
+    Requirement& own = requirements[line.requirement];
+    const auto isUpperOf = [&](const NewerLine& other) {
+      const Requirement& upper = requirements[other.requirement];
+      return !own.isUpper && upper.isUpper && EqualIgnoringCase(upper.rowName, own.rowName);
+    };
+    const auto upper = std::find_if(lines.begin(), lines.end(), isUpperOf);
+    if (upper != lines.end()) line.reader.TakeFrom(upper->reader, requirements[upper->requirement].limit);
+    line.reader.Settle(own);
   }
+}
+
+/// 2.5 for the short-wave index is one in um where mm belong.
+void CheckBand(Requirement& requirement) {
+  if (!requirement.shortIndexUM || !requirement.longIndexMM || !requirement.missing.empty()) return;
+  if (*requirement.shortIndexUM * kMillimetresPerMicrometre < *requirement.longIndexMM) return;
+  requirement.missing = "the short-wave index is not below the long-wave one (both in mm)";
+}
+
+/// What is written stands; the primary profile takes no lengths from a class.
+void FillFromClass(const SettingClass& chosen, Requirement& requirement) {
+  if (!requirement.shortIndexUM) requirement.shortIndexUM = chosen.shortIndexUM;
+  requirement.mostSpacingUM = chosen.mostSpacingUM;
+  requirement.mostTipRadiusUM = chosen.mostTipRadiusUM;
+  requirement.className = chosen.name;
+  if (UpperAscii(requirement.rowName.front()) == 'P') return;
+  std::optional<double>& sectionMM = requirement.sectionMM;
+  std::optional<std::int32_t>& count = requirement.sections;
+  std::optional<double>& lengthMM = requirement.lengthMM;
+  if (!requirement.longIndexMM) requirement.longIndexMM = chosen.longIndexMM;
+  if (!sectionMM) sectionMM = lengthMM && count ? *lengthMM / *count : *requirement.longIndexMM;
+  if (!count) count = lengthMM ? std::max(1, RoundToIndex(WholePartsOfLength(*lengthMM, *sectionMM))) : chosen.sections;
+  if (!lengthMM) lengthMM = LengthOfSections(*sectionMM, *count);
 }
 
 }  // namespace
 
 IndicationResult ReadIndication(std::string_view text, const ClassTable& classes) {
   IndicationResult result;
-  std::vector<bool> isSettledByItself;
+  std::vector<NewerLine> newer;
   constexpr std::string_view kEditionMark = "ISO";
   std::optional<Edition> said;
   for (const TextPart& part : LinesOf(text)) {
@@ -317,11 +363,10 @@ IndicationResult ReadIndication(std::string_view text, const ClassTable& classes
       OlderReading older = ReadOlderLine(words);
       if (!older.fault.empty()) return {{}, std::move(older.fault), older.place};
       requirement = std::move(older.requirement);
-      isSettledByItself.push_back(true);
     } else {
       LineReader reader(words, classes);
       if (!reader.Read(requirement)) return {{}, reader.Fault(), reader.Place()};
-      isSettledByItself.push_back(reader.WrittenItems().chosen != nullptr || reader.WrittenItems().longMM.has_value());
+      newer.push_back({result.requirements.size(), std::move(reader)});
     }
     requirement.source = TrimBlanks(part.text);
     const bool saysSo = EqualIgnoringCase(requirement.source.substr(0, kEditionMark.size()), kEditionMark);
@@ -329,7 +374,8 @@ IndicationResult ReadIndication(std::string_view text, const ClassTable& classes
     result.requirements.push_back(std::move(requirement));
   }
   if (result.requirements.empty()) result.fault = "nothing stands here";
-  JoinSides(result.requirements, isSettledByItself);
+  SettleLines(newer, result.requirements);
+  for (Requirement& requirement : result.requirements) CheckBand(requirement);
   return result;
 }
 
@@ -344,14 +390,9 @@ Tolerance ToleranceOf(const Requirement& requirement) {
 void CompleteRequirement(Requirement& requirement, const SettingClass* chosen, std::optional<std::int32_t> sections) {
   const bool lacksSettings = !requirement.missing.empty() && requirement.edition == Edition::k2021;
   if (lacksSettings && chosen != nullptr) {
-    requirement.className = chosen->name;
-    requirement.longIndexMM = requirement.sectionMM = chosen->longIndexMM;
-    requirement.shortIndexUM = chosen->shortIndexUM;
-    requirement.mostSpacingUM = chosen->mostSpacingUM;
-    requirement.mostTipRadiusUM = chosen->mostTipRadiusUM;
-    requirement.sections = chosen->sections;
-    requirement.lengthMM = LengthOfSections(chosen->longIndexMM, chosen->sections);
+    FillFromClass(*chosen, requirement);
     requirement.missing.clear();
+    CheckBand(requirement);
     requirement.notes.push_back("The class " + chosen->name + " was given beside the drawing.");
   }
   if (!sections || !requirement.sectionMM) return;
@@ -367,7 +408,14 @@ void ApplyRequirement(const Requirement& requirement, AnalysisSettings& settings
   settings.FilterType = kFilterGaussian;
   settings.UserDiscardType = kDiscardHalfCutoff;
   if (requirement.longIndexMM) settings.LcCutoffMM = *requirement.longIndexMM;
-  settings.LsCutoffMM = requirement.shortIndexUM.value_or(0.0) * kMillimetresPerMicrometre;
+  const double shortMM = requirement.shortIndexUM.value_or(0.0) * kMillimetresPerMicrometre;
+  // The band of the waviness begins on older drawings at the cut-off that separates it from the roughness.
+  const bool isOlderWaviness = requirement.edition == Edition::k1997 && requirement.rowName.starts_with('W');
+  if (isOlderWaviness && requirement.longIndexMM) {
+    settings.LcCutoffMM = shortMM;
+  } else {
+    settings.LsCutoffMM = shortMM;
+  }
   if (requirement.motifMM) settings.MotifAMM = *requirement.motifMM;
   standard.Sections = requirement.sections.value_or(standard.Sections);
   // Primary profile and motifs are evaluated over what is computed over, so a region gives their length.

@@ -89,6 +89,10 @@ public:
     }
     while (!words_.IsAtEnd()) {
       const Word item = words_.Take();
+      if (item.text == kMaximumWord) {
+        name_.hasMaximum = true;
+        continue;
+      }
       const auto product = ProductOf(item.text);
       if (!product) return {requirement_, Quoted(item.text) + " is not understood", item.place};
       longMM_ = product->first;
@@ -165,7 +169,13 @@ private:
     if (row != nullptr && row->details.family == ParameterFamily::kMotif) return SettleMotifs();
     if (!longMM_ && !name_.name.starts_with('P')) longMM_ = LengthOfLimit(name_.name, requirement_.limit);
     requirement_.longIndexMM = longMM_;
-    if (!shortMM_ && longMM_) {
+    const bool isWaviness = name_.name.starts_with('W');
+    if (isWaviness) {
+      requirement_.notes.emplace_back("The long side of the waviness is that of the form in the settings.");
+      if (!shortMM_ && requirement_.missing.empty()) {
+        requirement_.missing = "the short-wave cut-off of the waviness must be written";
+      }
+    } else if (!shortMM_ && longMM_) {
       const SettingClass* const usual = FindClassOfIndex(BuiltInClasses(), *longMM_);
       if (usual != nullptr) shortMM_ = usual->shortIndexUM * kMillimetresPerMicrometre;
     }
@@ -211,6 +221,9 @@ bool IsOlderStyle(WordList words) {
   if (words.Is("U") || words.Is("L")) words.Take();
   const std::string name = words.TakeName().text;
   if (RoughnessClass(name)) return true;
+  for (WordList rest = words; !rest.IsAtEnd();) {
+    if (rest.Take().text == kMaximumWord) return true;
+  }
   if (ParseEditionName(PointsForCommas(name)).row != nullptr || IsFeatureText(name) ||
       name.find(':') != std::string::npos) {
     return false;

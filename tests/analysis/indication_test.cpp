@@ -37,6 +37,10 @@ TEST(Indication, MeansWhatTheDrawingSays) {
        {"2021 U Rz 4 Tmax Sc3 | 0.8 2.5 | 0.8 x 5 = 4", "2021 L Rz 0.1 Tmax Sc3 | 0.8 2.5 | 0.8 x 5 = 4"}},
       {"L Rz 1 | Ra 0.4",
        {"2021 L Rz 1 Tmax Sc3 | 0.8 2.5 | 0.8 x 5 = 4", "2021 U Ra 0.4 Tmax Sc3 | 0.8 2.5 | 0.8 x 5 = 4"}},
+      {"U Rz 4 le=8 | L Rz 1 0.8x3 OR(2)",
+       {"2021 U Rz 4 Tmax Sc3 | 0.8 2.5 | 0.8 x 10 = 8", "2021 L Rz 1 Tmax Sc3 | 0.8 2.5 | 0.8 x 3 = 2.4"}},
+      {"U Rz 4 Sc2 S=0.008 | L Rz 1",
+       {"2021 U Rz 4 Tmax Sc2 | 0.25 8 | 0.25 x 5 = 1.25", "2021 L Rz 1 Tmax Sc2 | 0.25 8 | 0.25 x 5 = 1.25"}},
       {"Rz 4 0.8x3", {"2021 U Rz 4 Tmax Sc3 | 0.8 2.5 | 0.8 x 3 = 2.4"}},
       {"Ra 1.6 le=8", {"2021 U Ra 1.6 Tmax Sc3 | 0.8 2.5 | 0.8 x 10 = 8"}},
       {"Rz 1.6 S=0.008 nsc=4", {"2021 U Rz 1.6 Tmax Sc3 | 0.8 8 | 0.8 x 4 = 3.2"}},
@@ -47,16 +51,21 @@ TEST(Indication, MeansWhatTheDrawingSays) {
       {"Rsm 0.13 L=0.8", {"2021 U Rsm 0.13 Tmax Sc3 | 0.8 2.5 | 0.8 x 5 = 4"}},
       {"Rsm 0.13 L=1", {"2021 U Rsm 0.13 Tmax - | 1 - | 1 x 5 = 5 !"}},
       {"Rsm 0.13 L=1 S=G0.005", {"2021 U Rsm 0.13 Tmax - | 1 5 | 1 x 5 = 5"}},
+      {"Rz 3 S=2.5", {"2021 U Rz 3 Tmax Sc3 | 0.8 2500 | 0.8 x 5 = 4 !"}},
       {"Rdc(10;80,5) 2 Sc3", {"2021 U Rdc(10;80,5) 2 Tmax Sc3 | 0.8 2.5 | 0.8 x 5 = 4"}},
       {"R: FC; V; Wolfprune 5 %; Bot 5; PVh; Mean 3 Sc2",
        {"2021 U R: FC; V; Wolfprune 5 %; Bot 5; PVh; Mean 3 Tmax Sc2 | 0.25 2.5 | 0.25 x 5 = 1.25"}},
       {"0.0025-0.8/Rz 6.3", {"2002 U Rz 6.3 16% - | 0.8 2.5 | 0.8 x 5 = 4"}},
+      {"0.8-0.0025/Ra 3", {"2002 U Ra 3 16% - | 0.0025 800 | 0.0025 x 5 = 0.0125 !"}},
       {"-0.8/Ra3 3.1", {"2002 U Ra 3.1 16% - | 0.8 2.5 | 0.8 x 3 = 2.4"}},
       {"Rzmax 0.2", {"2002 U Rz 0.2 max - | 0.25 2.5 | 0.25 x 5 = 1.25"}},
       {"L Rz1max 3", {"2002 L Rz 3 max - | 0.8 2.5 | 0.8 x 1 = 0.8"}},
       {"0.008-/Ptmax 25", {"2002 U Pt 25 max - | - 8 | - x - = -"}},
       {"0.8-25/Wz3 10", {"2002 U Wz 10 16% - | 25 800 | 25 x 3 = 75 !"}},
       {"0.008-0.5/16/R 10", {"2002 U R 10 16% - | - 8 | - x - = 16"}},
+      {"Rz 6.3 max", {"2002 U Rz 6.3 max - | 0.8 2.5 | 0.8 x 5 = 4"}},
+      {"0.8-8/Wt 10", {"2002 U Wt 10 16% - | 8 800 | 8 x 5 = 40"}},
+      {"-8/Wt 10", {"2002 U Wt 10 16% - | 8 - | 8 x 5 = 40 !"}},
       {"Rk8 1", {"2002 U Rk 1 16% - | - - | - x 8 = - !"}},
       {"N7", {"2002 U Ra 1.6 16% - | 0.8 2.5 | 0.8 x 5 = 4"}},
       {"ISO 1302:2002 Ra 1.6 0.8x3", {"2002 U Ra 1.6 16% - | 0.8 2.5 | 0.8 x 3 = 2.4"}},
@@ -71,11 +80,41 @@ TEST(Indication, MeansWhatTheDrawingSays) {
   }
 }
 
+TEST(Indication, IsCompletedByAClassBesideIt) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"Rp 3", "2021 U Rp 3 Tmax Sc2 | 0.25 2.5 | 0.25 x 5 = 1.25"},
+      {"Rp 3 S=0.008 nsc=3", "2021 U Rp 3 Tmax Sc2 | 0.25 8 | 0.25 x 3 = 0.75"},
+      {"Rk 3 le=2", "2021 U Rk 3 Tmax Sc2 | 0.25 2.5 | 0.25 x 8 = 2"},
+      {"Rk 3 le=2 nsc=4", "2021 U Rk 3 Tmax Sc2 | 0.25 2.5 | 0.5 x 4 = 2"},
+      {"Rp 3 L=1.2", "2021 U Rp 3 Tmax Sc2 | 1.2 2.5 | 1.2 x 5 = 6"},
+      {"Pt 3", "2021 U Pt 3 Tmax Sc2 | - 2.5 | - x - = -"},
+      {"Rz 3", "2021 U Rz 3 Tmax Sc3 | 0.8 2.5 | 0.8 x 5 = 4"},
+  };
+  for (const auto& [text, meaning] : cases) {
+    Requirement requirement = ReadIndication(text, BuiltInClasses()).requirements.at(0);
+    CompleteRequirement(requirement, FindClass(BuiltInClasses(), "Sc2"), std::nullopt);
+    EXPECT_EQ(Meaning(requirement), meaning) << text;
+  }
+}
+
 TEST(Indication, PointsAtWhatItDoesNotUnderstand) {
   const std::pair<const char*, std::size_t> cases[] = {
-      {"", 0},         {"U", 1},           {"Rz", 2},        {"Rz x", 3},     {"Rz 3 foo", 5},
-      {"Rzz 3", 0},    {"Rz 3 | Rb 4", 7}, {"Rz 3 L=x", 5},  {"Rz 3 q=4", 5}, {"0.8-/Rz", 7},
-      {"0.8/Rz 3", 0}, {"Rmr 4", 0},       {"Rz 3 le=x", 8}, {"N7 x", 3},     {"R: FC; P; None; All; Count 3", 0},
+      {"", 0},
+      {"U", 1},
+      {"Rz", 2},
+      {"Rz x", 3},
+      {"Rz 3 foo", 5},
+      {"Rzz 3", 0},
+      {"Rz 3 | Rb 4", 7},
+      {"Rz 3 L=x", 5},
+      {"Rz 3 q=4", 5},
+      {"0.8-/Rz", 7},
+      {"0.8/Rz 3", 0},
+      {"Rmr 4", 0},
+      {"Rz 3 le=x", 8},
+      {"Rz 3 nsc=2.5", 9},
+      {"N7 x", 3},
+      {"R: FC; P; None; All; Count 3", 0},
   };
   for (const auto& [text, place] : cases) {
     const IndicationResult read = ReadIndication(text, BuiltInClasses());

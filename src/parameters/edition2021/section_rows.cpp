@@ -73,6 +73,13 @@ RowResult Deviation(const EditionInput& row, double CrossingElement::*field, dou
   return std::sqrt(squares / (n - 1.0)) * unit;
 }
 
+/// The section length: that of the stated evaluation length, otherwise that of the profile letter.
+double SectionLengthMM(const EditionInput& row) {
+  const StandardSettings& standard = row.Standard();
+  const bool isStated = standard.EvaluationLengthMM > 0.0 && standard.Sections > 0 && row.profile.Letter() != 'P';
+  return isStated ? standard.EvaluationLengthMM / standard.Sections : row.profile.SamplingLengthMM();
+}
+
 }  // namespace
 
 const Defined<SectionHeights>& SectionHeightsOf(const EditionInput& row) {
@@ -102,7 +109,7 @@ RowResult MeanSectionHeight(const EditionInput& row) {
 
 RowResult GreatestWindowHeight(const EditionInput& row) {
   const std::span<const double> z = row.profile.Heights();
-  const double lengthMM = row.Argument(0, row.profile.SamplingLengthMM());
+  const double lengthMM = row.Argument(0, SectionLengthMM(row));
   const auto steps = StepsInLength(lengthMM, row.profile.SpacingUM());
   if (steps < 1) return NoValue{Why::kShortWindow, {lengthMM, row.profile.SpacingUM()}};
   // A window as long as the record has a step more than that.

@@ -94,9 +94,13 @@ RowResult AutocorrelationLength(const EditionInput& row) {
 RowResult DominantWavelength(const EditionInput& row) {
   const std::vector<double> power = PlainPowerSpectrum(row.profile.Heights());
   if (power.size() < 2) return NoValue{Why::kFewPoints, {2.0, static_cast<double>(row.profile.Heights().size())}};
-  const auto largest = std::max_element(power.begin() + 1, power.end());
-  if (!(*largest > 0.0)) return NoValue{Why::kNoSpacing};
-  return row.LengthMM() / static_cast<double>(largest - power.begin());
+  const double largest = *std::max_element(power.begin() + 1, power.end());
+  if (!(largest > 0.0)) return NoValue{Why::kNoSpacing};
+  // The first of equals: an impulse has as much of every wavelength, but for rounding.
+  constexpr double kRounding = 1e-12;
+  const auto first = std::find_if(power.begin() + 1, power.end(),
+                                  [largest](double amount) { return amount >= largest * (1.0 - kRounding); });
+  return row.LengthMM() / static_cast<double>(first - power.begin());
 }
 
 RowResult SlopeDeviation(const EditionInput& row) {

@@ -69,6 +69,9 @@ TEST(EditionRows, SectionsOwnHillsByTheirSummit) {
   row.samplingLengthMM = 0.002;
   EXPECT_EQ(*Value("Rzx", row), 8.5) << "0.5 and 9 with the point before";
   EXPECT_EQ(*Value("Rzx(0.001)", row), 8.5);
+  row.settings.standard.Sections = 2;
+  row.settings.standard.EvaluationLengthMM = 0.02;
+  EXPECT_EQ(*Value("Rzx", row), 13.0) << "a section of the stated length";
   EXPECT_EQ(*Value("Rzx(0.01)", row), 13.0);
   EXPECT_FALSE(Value("Rzx(0.02)", row));
 }
@@ -140,6 +143,9 @@ TEST(EditionRows, SpatialAndSlopeRowsOfASine) {
   RowCase row{.heights = Sine(4000, wavelength), .spacingMM = 0.001};
   EXPECT_TRUE(Near(*Value("Ral", row), 0.1 * std::acos(0.2) / (2.0 * kPi), 4e-3));
   EXPECT_TRUE(Near(*Value("Rsw", row), 0.1, 1e-12));
+  RowCase impulse{.heights = std::vector<double>(101, -0.01)};
+  impulse.heights[50] = 1.0;
+  EXPECT_TRUE(Near(*Value("Rsw", impulse), 0.101, 1e-12)) << "the first of wavelengths that all have the same";
   EXPECT_FALSE(Value("Ral(-1.5)", row));
   const double slope = 2.0 * kPi / wavelength;  // um by um
   EXPECT_TRUE(Near(*Value("Rdq", row), slope / std::sqrt(2.0), 1e-3));
