@@ -191,9 +191,9 @@ private:
 const JsonValue* JsonValue::Find(std::string_view name) const {
   const Object* const members = As<Object>();
   if (members == nullptr) return nullptr;
-  const auto found =
-      std::find_if(members->rbegin(), members->rend(), [name](const Member& member) { return member.first == name; });
-  return found != members->rend() ? &found->second : nullptr;
+  const auto found = std::find_if(members->rbegin(), members->rend(),
+                                  [name](const JsonMember& member) { return member.name == name; });
+  return found != members->rend() ? &found->value : nullptr;
 }
 
 JsonRead ReadJson(std::string_view& text) {

@@ -6,17 +6,17 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <variant>
 #include <vector>
 
 namespace texturon {
 
+struct JsonMember;
+
 /// A JSON value in memory, for texts of a few hundred kilobytes: objects keep the order of their members.
 struct JsonValue {
   using Array = std::vector<JsonValue>;
-  using Member = std::pair<std::string, JsonValue>;
-  using Object = std::vector<Member>;
+  using Object = std::vector<JsonMember>;
 
   std::variant<std::monostate, bool, double, std::string, Array, Object> content;  ///< monostate: null
 
@@ -33,6 +33,11 @@ struct JsonValue {
     const JsonValue* const value = Find(name);
     return value != nullptr ? value->Find(deeper...) : nullptr;
   }
+};
+
+struct JsonMember {
+  std::string name;
+  JsonValue value;
 };
 
 struct JsonRead {
