@@ -42,7 +42,7 @@ void ProvenanceCompanion::Add(const std::filesystem::path& file, const InputMark
     json.Text(SystemTextFromPath(file));
     WriteInput(json, input);
   });
-  const auto objection = [this](AppendFile& held) {
+  const auto objection = [](AppendFile& held) {
     const bool isOurs = held.size() == 0 || held.Start(kProvenanceStart.size()) == kProvenanceStart;
     return isOurs ? std::string() : std::string("is no companion of a parameter file");
   };

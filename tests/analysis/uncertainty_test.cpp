@@ -57,7 +57,7 @@ TEST(Uncertainty, ScaleFactorsAreExact) {
         document, Budget({{"AmplificationPercent", "0.5"}, {"AmplificationPercent.Distribution", distribution}}), {});
     const double share = gain.rows[0]->standard / document.catalogue.rows[0].value;
     EXPECT_NEAR(share, 0.005, 4.0 * 0.005 / std::sqrt(2000.0)) << distribution;
-    for (const std::size_t row : {1, 2}) {
+    for (const std::size_t row : {std::size_t{1}, std::size_t{2}}) {
       EXPECT_NEAR(gain.rows[row]->standard / document.catalogue.rows[row].value, share, 1e-9 * share) << distribution;
     }
     EXPECT_NEAR(gain.rows[3]->standard, 0.0, 1e-9);
