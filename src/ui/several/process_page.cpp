@@ -80,7 +80,9 @@ public:
     const int step = width_ / static_cast<int>(cells.size());
     for (int i = 0; i < cells.size(); ++i) {
       const QRect place(i * step, top_ - LineHeight(), step - LineHeight() / 2, LineHeight());
-      painter_.drawText(place, (i == 0 ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignBottom, cells[i]);
+      painter_.drawText(place,
+                        static_cast<int>(Qt::AlignBottom) | static_cast<int>(i == 0 ? Qt::AlignLeft : Qt::AlignRight),
+                        cells[i]);
     }
   }
 
