@@ -10,6 +10,7 @@
 
 class QComboBox;
 class QCustomPlot;
+class QGridLayout;
 class QLabel;
 class QLineEdit;
 class QTableWidget;
@@ -37,7 +38,7 @@ private:
   };
 
   QWidget* MakeBudgetFields();
-  void AddField(class QGridLayout& grid, const std::string& key, std::string_view meaning, std::string_view unit,
+  void AddField(QGridLayout& grid, const std::string& key, std::string_view meaning, std::string_view unit,
                 bool hasDistribution);
   BudgetEntries Entries() const;
   void Save();
