@@ -50,12 +50,16 @@ std::vector<JsonValue> ReadObjects(const std::string& file) {
 /// What the object tells is not for the command line to change.
 void RefuseOptions(const AnalyzeOptions& analyze, const CommonOptions& common) {
   const CommonOptions none;
-  const bool isTold = common.settingsFile != none.settingsFile || !common.assignments.empty() ||
-                      common.region != none.region || common.exclude != none.exclude ||
-                      common.spacing != none.spacing || common.answer != none.answer ||
-                      common.profile != none.profile || common.column != none.column || common.wholeCutoffs ||
-                      common.allDataForForm || common.invert || common.slope;
+  const bool isTold =
+      common.settingsFile != none.settingsFile || !common.assignments.empty() || common.region != none.region ||
+      common.exclude != none.exclude || common.spacing != none.spacing || common.answer != none.answer ||
+      common.profile != none.profile || common.column != none.column || common.wholeCutoffs || common.allDataForForm ||
+      common.invert || common.slope || !common.edition.empty() || !common.settingClass.empty() ||
+      !common.classTable.empty() || common.sections > 0 || !common.features.empty() || !analyze.indication.empty();
   if (isTold) throw UsageError{"--again: settings and request are those of " + analyze.again + "."};
+  if (!analyze.appendTo.empty() || !analyze.qdas.empty()) {
+    throw UsageError{"--again: compares, and adds no rows to a file."};
+  }
   if (analyze.files.size() != 1) throw UsageError{"--again: give the one file that the object was made of."};
 }
 
