@@ -34,7 +34,8 @@ int RunWatch(const WatchOptions& options, const CommonOptions& common) {
   auto setup = PrepareRun(common, prompts);
   if (!setup) return kExitRefused;
   setup->import.marksInput = true;
-  RemarkOnGuardedRule(setup->document.settings, common.quiet);
+  std::optional<UncertaintyRequest> uncertainty;
+  if (!TakeBudget(options, setup->document.settings.decision, uncertainty, common.quiet)) return kExitRefused;
   FolderWatchOptions watch = OptionsOf(options, setup->document.settings);
   watch.qdasFile = PathFromSystemText(options.qdas);
   const Environment environment = SystemEnvironment();
@@ -42,8 +43,10 @@ int RunWatch(const WatchOptions& options, const CommonOptions& common) {
     ComplainOf(options.qdas, "gets nothing: no row has limits");
     return kExitRefused;
   }
-  ProvenanceCompanion companion(watch.parameterFile, setup->document, RequestOf(common, *setup), environment);
-  RunFiles clashing{.reads = {}, .writes = {watch.parameterFile, watch.holdFolder, watch.qdasFile, companion.Path()}};
+  ProvenanceCompanion companion(watch.parameterFile, setup->document, RequestOf(common, *setup), environment,
+                                uncertainty ? &*uncertainty : nullptr);
+  RunFiles clashing{.reads = {PathFromSystemText(options.budget)},
+                    .writes = {watch.parameterFile, watch.holdFolder, watch.qdasFile, companion.Path()}};
   if (!watch.singleFile.empty()) clashing.reads.push_back(watch.folder / PathFromSystemText(watch.singleFile));
   if (watch.logsEvents) clashing.writes.push_back(environment.workingFolder / EventLog::kName);
   RefuseClash(std::move(clashing), common);
@@ -58,7 +61,12 @@ int RunWatch(const WatchOptions& options, const CommonOptions& common) {
   }
   CatchInterrupts();
   const std::string reason =
-      WatchFolder(watch, {.start = setup->document, .import = setup->import, .invert = setup->invert}, environment,
+      WatchFolder(watch,
+                  {.start = setup->document,
+                   .import = setup->import,
+                   .invert = setup->invert,
+                   .uncertainty = uncertainty ? &*uncertainty : nullptr},
+                  environment,
                   {.analysed =
                        [&](const std::string& file, const FileAnalysis& analysis) {
                          companion.Add(watch.folder / PathFromSystemText(file), analysis.input);

@@ -201,8 +201,9 @@ private:
     const Columns columns = {{30, false}, {18, true}, {15, true}, {15, true}, {10, false}, {12, false}};
     AddTable(flow, Cells(LimitTitles()), columns, rows.size(), [this, rows, columns](const QRect& line, std::size_t i) {
       const ReportRow& row = *rows[i];
-      const bool fails = row.verdict == Verdict::kFail;
+      const bool fails = row.verdict == Acceptance::kFail;
       if (fails) painter_.fillRect(line, kFailGround);
+      if (row.verdict == Acceptance::kUndecided) painter_.fillRect(line, GroundOf(ReportOutcome::kOpen));
       PaintRow(line, columns,
                {FromText(row.title), ValueOf(row), FromText(row.lower), FromText(row.upper), FromText(row.unit),
                 FromText(VerdictText(row))},

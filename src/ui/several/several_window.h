@@ -55,6 +55,7 @@ private:
 
   QLayout* MakeChoices();
   void AddFile(const std::filesystem::path& file);
+  void NoteDoubt(const QString& name, const QString& reason);
   void RemoveChosen();
   void AlignChosenHere();
   /// The profiles that are ticked, where the choice of alignment puts them.

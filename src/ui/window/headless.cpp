@@ -10,8 +10,10 @@
 #include <algorithm>
 #include <iostream>
 #include <string_view>
+#include <thread>
 
 #include "analysis/file_clash.h"
+#include "analysis/uncertainty_trials.h"
 #include "base/charset.h"
 #include "base/date_text.h"
 #include "formats/companion_file.h"
@@ -91,6 +93,17 @@ int WriteVerification(const QString& file) {
   return count.missed == 0 ? 0 : Refuse(QString::fromStdString(VerificationSentence(count)));
 }
 
+/// Tries the profile with a budget: its values and verdicts then go by what was found. Why not, a sentence.
+QString TryBudget(CTexturonDoc& doc, const std::filesystem::path& file) {
+  const BudgetRead read = ReadBudget(file);
+  if (!read.budget) return FromText(FileSentence(file, read.reason));
+  TrialOutcome trials =
+      RunTrials(doc.document(), *read.budget, {.jobs = std::max(1U, std::thread::hardware_concurrency())});
+  if (!trials.reason.empty()) return FromText("No uncertainty: " + trials.reason + ".");
+  doc.ShowUncertainties(doc.document(), std::move(trials.rows));
+  return {};
+}
+
 }  // namespace
 
 bool IsHeadless(int argc, char** argv) {
@@ -114,8 +127,10 @@ int RunHeadless(const QStringList& arguments) {
   const QCommandLineOption output("o", QObject::tr("Where to."), "OUT");
   const QCommandLineOption settingsFile("settings", QObject::tr("Settings file to analyse with, also in a window."),
                                         "INI");
+  const QCommandLineOption budget("budget", QObject::tr("Budget of the instrument, for uncertainties and verdicts."),
+                                  "INI");
   const QCommandLineOption another("new", QObject::tr("Opens a window beside the one that is open already."));
-  parser.addOptions({report, layout, picture, screenshot, verify, output, settingsFile, another});
+  parser.addOptions({report, layout, picture, screenshot, verify, output, settingsFile, budget, another});
   parser.addPositionalArgument("profile", QObject::tr("Profile to open in the window."), "[PROFILE]");
   if (!parser.parse(arguments)) return Refuse(parser.errorText() + ".");
   if (parser.isSet(help)) return Print(parser.helpText());
@@ -134,8 +149,9 @@ int RunHeadless(const QStringList& arguments) {
   }
   if (!parser.isSet(output)) return Refuse(QObject::tr("Say with -o where the result goes."));
   const QString profile = parser.value(parser.isSet(report) ? report : screenshot);
-  const std::string clash = ClashOf({ToPath(profile), ToPath(parser.value(settingsFile)), ToPath(parser.value(layout))},
-                                    ToPath(parser.value(output)));
+  const std::string clash = ClashOf(
+      {ToPath(profile), ToPath(parser.value(settingsFile)), ToPath(parser.value(layout)), ToPath(parser.value(budget))},
+      ToPath(parser.value(output)));
   if (!clash.empty()) return Refuse(FromText(clash), 2);
   QString reason;
   ReportChoice choice;
@@ -161,6 +177,10 @@ int RunHeadless(const QStringList& arguments) {
   if (parser.isSet(picture)) choice.layout.blocks = {{wanted->kind}};
   if (parser.isSet(report)) doc.SetWanted(&reader, ResultsFor(choice.layout));
   if (!doc.Open(ToPath(profile))) return Refuse(lastMessage());
+  if (parser.isSet(budget)) {
+    reason = TryBudget(doc, ToPath(parser.value(budget)));
+    if (!reason.isEmpty()) return Refuse(reason);
+  }
   if (parser.isSet(screenshot)) {
     reason = WriteScreenshot(frame, parser.value(output));
   } else if (!doc.document().profiles.primaryRange) {
