@@ -5,6 +5,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QTabWidget>
 #include <QTableWidget>
 #include <QTreeWidget>
 
@@ -83,6 +84,23 @@ TEST_F(Trust, VerdictsOfTheWindowFollowTheRule) {
   CSeveralWindow several(Doc(), nullptr);
   several.AddFiles({Sample("turned.lmt")});
   EXPECT_EQ(several.Table().Records().front().cells.last(), "PASS");
+}
+
+TEST_F(Trust, PracticesAreRankedByTheInstrumentsValues) {
+  ASSERT_TRUE(Doc().Open(std::filesystem::path(TEXTURON_SOURCE_DIR) / "tests/golden/files/results.txt"));
+  CCompareWindow window(Doc(), nullptr);
+  auto* const tabs = window.findChild<QTabWidget*>();
+  tabs->setCurrentIndex(1);
+  auto* const practices = window.findChild<QTableWidget*>();
+  ASSERT_GT(practices->rowCount(), 5);
+  EXPECT_EQ(practices->item(0, 2)->text(), "0.42 %") << "as the console has it";
+  EXPECT_EQ(practices->item(0, 3)->text(), "3 of 3");
+  emit practices->cellActivated(0, 0);
+  EXPECT_EQ(tabs->currentIndex(), 0);
+  EXPECT_EQ(window.findChild<QComboBox*>("to")->currentText(), practices->item(0, 0)->text());
+  ASSERT_TRUE(Doc().Open(Sample("turned.lmt")));
+  tabs->setCurrentIndex(1);
+  EXPECT_EQ(practices->rowCount(), 0);
 }
 
 TEST_F(Trust, ComparisonGoesByTheChosenSides) {
