@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "analysis/verdict_trials.h"
+#include "app/commands.h"
 #include "app/run_options.h"
 #include "app/table_text.h"
 #include "base/charset.h"

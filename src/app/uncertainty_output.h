@@ -9,11 +9,13 @@
 #include "analysis/decision.h"
 #include "analysis/document.h"
 #include "analysis/uncertainty_json.h"
-#include "app/commands.h"
 #include "app/console_prompts.h"
 #include "presentation/several_results.h"
 
 namespace texturon {
+
+struct AnalyzeOptions;
+struct BudgetOptions;
 
 /// Tries a document on all cores, with a progress that Ctrl-C ends; its verdicts then go by what was found. Empty, with
 /// a sentence on standard error, where nothing came of it.

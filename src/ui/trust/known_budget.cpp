@@ -11,19 +11,19 @@
 namespace texturon {
 namespace {
 
-constexpr const char* kKey = "trust/budget";
+constexpr const char* kBudgetKey = "trust/budget";
 
 }  // namespace
 
 void KeepBudget(const BudgetEntries& entries) {
   QStringList lines;
   for (const auto& [key, value] : entries) lines << FromText(key + "=" + value);
-  QSettings().setValue(kKey, lines);
+  QSettings().setValue(kBudgetKey, lines);
 }
 
 BudgetEntries KnownBudgetEntries() {
   BudgetEntries entries;
-  for (const QString& line : QSettings().value(kKey).toStringList()) {
+  for (const QString& line : QSettings().value(kBudgetKey).toStringList()) {
     const qsizetype equals = line.indexOf('=');
     if (equals > 0) entries.emplace_back(ToText(line.left(equals)), ToText(line.mid(equals + 1)));
   }
