@@ -35,7 +35,7 @@ QColor VerdictGround(bool isGood) {
 }
 
 QColor UndecidedGround() {
-  return {0x35, 0x55, 0x9C};
+  return {0x6B, 0x3F, 0xA0};
 }
 
 QColor WarningColour(bool onDark) {

@@ -216,12 +216,14 @@ private:
     if (!choice_.layout.Has(ReportBlockKind::kVerdict)) AddTolerancedRows(flow);
     const auto rows = RowsWhere([](const ReportRow& row) { return !row.isToleranced && !row.value.empty(); });
     const Columns columns = {{57, false}, {29, true}, {14, false}};
+    // Values with their uncertainty need the whole width.
+    const int groups = document_.results.uncertainties.empty() ? 2 : 1;
     AddTable(
         flow, {QObject::tr("Parameter"), QObject::tr("Value"), QObject::tr("Unit")}, columns, rows.size(),
         [this, rows, columns](const QRect& line, std::size_t i) {
           PaintRow(line, columns, {FromText(rows[i]->title), ValueOf(*rows[i]), FromText(rows[i]->unit)}, false);
         },
-        2);
+        groups);
     AddNamedLines(flow, QObject::tr("Without a value"), texts_.reasons, 3);
   }
 
