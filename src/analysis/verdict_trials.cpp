@@ -11,9 +11,9 @@ namespace texturon {
 std::string TryForVerdicts(Document& document, const UncertaintyRequest* request, unsigned jobs) {
   if (!LacksUncertainty(document)) return {};
   if (request == nullptr) return "no budget is given";
-  TrialOutcome trials = RunTrials(
-      document, request->budget,
-      {.trials = request->trials, .seed = request->seed, .interval = request->interval, .jobs = jobs});
+  TrialOutcome trials =
+      RunTrials(document, request->budget,
+                {.trials = request->trials, .seed = request->seed, .interval = request->interval, .jobs = jobs});
   if (trials.reason.empty()) document.results.uncertainties = std::move(trials.rows);
   return trials.reason;
 }

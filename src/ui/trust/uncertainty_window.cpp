@@ -98,7 +98,11 @@ void CUncertaintyWindow::AddField(QGridLayout& grid, const std::string& key, std
                                   std::string_view unit, bool hasDistribution) {
   const int line = grid.rowCount();
   const QString name = EngineText(meaning);
+  // Two lines of text leave the results their room.
+  constexpr int kLabelWidth = 32;
   auto* const label = new QLabel(name, this);
+  label->setWordWrap(true);
+  label->setFixedWidth(fontMetrics().averageCharWidth() * kLabelWidth);
   auto* const value = new QLineEdit(this);
   value->setObjectName(QString::fromStdString(key));
   value->setAccessibleName(name);
