@@ -126,12 +126,12 @@ TEST_F(CommandLineRun, ReadsEverySectionAndTellsWhatHasNoEffect) {
                 "[Waviness]\r\nParameters=Wa;Ra\r\nRa_Max=0.1\r\nWavCutOffLength=0.02\r\n[Rk]\r\nParameter=Rk\r\n"))));
 }
 
-// Heights of 1 and -1 um with U = 2 %: limits within that of Pa, Pt and the ratio row are undecided.
+// Heights of 1 and -1 um with U = 2 %: limits that Pt and the row of ratios keep by less are undecided.
 TEST_F(CommandLineRun, JudgesByTheRuleOfThePlan) {
   folder_.Write("b.ini", "[UNCERTAINTY_BUDGET]\r\nAmplificationPercent=1\r\n");
   const std::string plan =
       "[a]\r\nParameters=Pa,Pt,Pq\r\nFormOption=0\r\nMaxHybrids=1\r\nHybrids_0_Type=PHtp\r\nHybrids_0_Val1=10\r\n"
-      "Hybrids_0_Val2=90\r\nPHtp_Checked=1\r\nPHtp_Max=2.01\r\nPa_Checked=1\r\nPa_Max=1.1\r\nPt_Checked=1\r\n"
+      "Hybrids_0_Val2=90\r\nPHtp_Checked=1\r\nPHtp_Max=2.03\r\nPa_Checked=1\r\nPa_Max=1.1\r\nPt_Checked=1\r\n"
       "Pt_Max=2.01\r\nPq_Checked=1\r\nPq_Max=0.9\r\n";
   const auto results = [&](const std::string& keys) {
     const RunOutcome outcome = Run(plan + keys);
