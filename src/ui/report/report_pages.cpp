@@ -227,8 +227,8 @@ private:
   void AddStatistics(PageFlow& flow, const ReportBlock& /*block*/) {
     if (choice_.several.rows.empty()) return;
     const auto lines = StatisticsCells(choice_.several.rows, document_.settings.display.Metric);
-    const Columns columns = {{24, false}, {10, true}, {11, true}, {11, true},
-                             {11, true},  {11, true}, {5, false}, {17, false}};
+    const Columns columns = {{22, false}, {10, true}, {11, true}, {11, true},
+                             {11, true},  {11, true}, {6, false}, {18, false}};
     AddTitle(flow, QObject::tr("Several profiles"));
     AddTable(
         flow, Cells(StatisticsTitles()), columns, lines.size(),
