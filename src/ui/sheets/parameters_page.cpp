@@ -2,7 +2,9 @@
 
 #include "ui/sheets/parameters_page.h"
 
+#include <QGridLayout>
 #include <QHeaderView>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScrollBar>
@@ -84,6 +86,18 @@ CParametersPage::CParametersPage(Settings& settings, QWidget* parent)
   }
   layout->addLayout(buttons);
   layout->addWidget(table_, 1);
+  // What the limits are kept by.
+  auto* const rules = new QGridLayout;
+  for (const std::string_view key : {"DecisionRule", "AcceptanceRule"}) {
+    CSettingField* const field = MakeField("DECISION", key, false);
+    auto* const label = new QLabel(field->Title(), this);
+    label->setBuddy(field->focusProxy());
+    const int row = rules->rowCount();
+    rules->addWidget(label, row, 0);
+    rules->addWidget(field, row, 1);
+  }
+  rules->setColumnStretch(1, 1);
+  layout->addLayout(rules);
   connect(filter_, &QLineEdit::textChanged, this, &CParametersPage::Filter);
   connect(table_, &QTableWidget::itemChanged, this, &CParametersPage::OnItem);
   CParametersPage::Refresh();
@@ -99,6 +113,7 @@ CParametersPage::CParametersPage(Settings& settings, QWidget* parent)
 }
 
 void CParametersPage::Refresh() {
+  CSettingsPage::Refresh();
   const QSignalBlocker quiet(table_);
   const std::vector<ParameterSelection>& rows = settings_.analysis.parameters;
   table_->setRowCount(static_cast<int>(rows.size()));
@@ -152,15 +167,16 @@ void CParametersPage::Reset() {
   const QSignalBlocker quiet(table_);
   for (const auto& [cell, fault] : faults_) Mark(*table_->item(cell.first, cell.second), {});
   faults_.clear();
-  Refresh();
+  CSettingsPage::Reset();
 }
 
 QString CParametersPage::Fault() const {
-  return faults_.empty() ? QString() : faults_.begin()->second;
+  return faults_.empty() ? CSettingsPage::Fault() : faults_.begin()->second;
 }
 
 void CParametersPage::TakeDefaults(const Settings& defaults, Settings& settings) const {
   settings.analysis.parameters = defaults.analysis.parameters;
+  settings.decision = defaults.decision;
 }
 
 void CParametersPage::Mark(QTableWidgetItem& item, const QString& fault) {
@@ -172,7 +188,7 @@ void CParametersPage::Mark(QTableWidgetItem& item, const QString& fault) {
 }
 
 std::vector<const SettingKey*> CParametersPage::Keys() const {
-  std::vector<const SettingKey*> keys;
+  std::vector<const SettingKey*> keys = CSettingsPage::Keys();
   for (int column = 0; column < table_->columnCount(); ++column) {
     if (const SettingKey* const key = KeyOfColumn(column)) keys.push_back(key);
   }

@@ -14,7 +14,7 @@ class QTableWidgetItem;
 
 namespace texturon {
 
-/// The parameters: which are shown, in which order, within which limits.
+/// The parameters: which are shown, in which order, within which limits, and by which rules these are kept.
 class CParametersPage : public CSettingsPage {
   Q_OBJECT
 
