@@ -231,7 +231,7 @@ private:
   /// Texts that are too long for their line go on in further ones without a name.
   std::vector<ReportLine> Wrapped(const std::vector<ReportLine>& texts, int parts) {
     const QFontMetrics metrics(Font(8.5), &device_);
-    const int width = body_.width() - body_.width() / parts;
+    const int width = body_.width() - body_.width() / parts - kColumnGap;
     std::vector<ReportLine> lines;
     for (const auto& [name, text] : texts) {
       lines.emplace_back(name, "");
