@@ -21,10 +21,6 @@ namespace {
 
 constexpr std::string_view kEditions[] = {"1997", "2021", "both"};
 
-std::string Utf8(std::string_view text) {
-  return Utf8FromWindows1252(text);
-}
-
 void SetEdition(const std::string& edition, StandardSettings& standard) {
   if (std::find(std::begin(kEditions), std::end(kEditions), edition) == std::end(kEditions)) {
     throw UsageError{"--edition " + edition + ": is none of 1997, 2021 and both."};
@@ -45,7 +41,7 @@ void AddFeatures(const CommonOptions& options, StandardSettings& standard) {
     const EditionName name = ParseEditionName(Windows1252FromUtf8(text));
     if (!name.feature) {
       const std::string fault = name.fault.empty() ? "is no feature: FC; type; pruning; ..." : name.fault;
-      throw UsageError{"--feature " + text + " " + Utf8(fault) + "."};
+      throw UsageError{"--feature " + text + " " + Utf8FromWindows1252(fault) + "."};
     }
     standard.features.push_back(Windows1252FromUtf8(text));
   }
@@ -67,7 +63,7 @@ void PrintJson() {
   JsonWriter json(JsonWriter::Layout::kIndented, &std::cout);
   const auto text = [&json](std::string_view key, std::string_view value) {
     json.Key(key);
-    json.Text(Utf8(value));
+    json.Text(Utf8FromWindows1252(value));
   };
   json.BeginArray();
   for (const EditionRow& row : EditionTable()) {
@@ -85,7 +81,7 @@ void PrintJson() {
     json.BeginObject();
     text("likeness", LikenessText(row.older.likeness));
     json.Key("name");
-    row.older.name.empty() ? json.Null() : json.Text(Utf8(row.older.name));
+    row.older.name.empty() ? json.Null() : json.Text(Utf8FromWindows1252(row.older.name));
     text("why", row.older.why);
     json.EndObject();
     text("trust", TrustText(row.trust));
@@ -101,7 +97,7 @@ void PrintJson() {
 ClassTable ClassesFrom(const std::string& file) {
   if (file.empty()) return BuiltInClasses();
   ClassTableResult read = ReadClassTable(PathFromSystemText(file));
-  if (!read.reason.empty()) throw UsageError{file + " " + Utf8(read.reason) + "."};
+  if (!read.reason.empty()) throw UsageError{file + " " + Utf8FromWindows1252(read.reason) + "."};
   return std::move(read.classes);
 }
 
@@ -128,8 +124,9 @@ int PrintEditionParameters(bool asJson) {
   }
   std::vector<std::vector<std::string>> rows = {{"NAME", "UNIT", "BEFORE", "TRUST", "DEFINITION"}};
   for (const EditionRow& row : EditionTable()) {
-    rows.push_back({Utf8(WithArguments(row)), Utf8(PrintedUnit(row.quantity.metricUnit)), Utf8(OlderText(row.older)),
-                    Utf8(TrustText(row.trust)), Utf8(row.definition)});
+    rows.push_back({Utf8FromWindows1252(WithArguments(row)), Utf8FromWindows1252(PrintedUnit(row.quantity.metricUnit)),
+                    Utf8FromWindows1252(OlderText(row.older)), Utf8FromWindows1252(TrustText(row.trust)),
+                    Utf8FromWindows1252(row.definition)});
   }
   std::cout << ColumnsText(rows);
   return FinishOutput(kExitDone);

@@ -11,10 +11,6 @@
 namespace texturon {
 namespace {
 
-std::string Utf8(std::string_view text) {
-  return Utf8FromWindows1252(text);
-}
-
 std::string_view EditionWord(const Requirement& requirement) {
   return requirement.edition == Edition::k2021 ? "2021" : "2002";
 }
@@ -27,13 +23,13 @@ std::vector<Requirement> RequirementsOf(const std::string& text, const ClassTabl
   if (read.fault.empty()) return std::move(read.requirements);
   const std::string rest = read.place < bytes.size() ? "at " + Quoted(bytes.substr(read.place)) : "at its end";
   throw UsageError{"indication, character " + IntegerText(static_cast<std::int64_t>(read.place) + 1) + ", " +
-                   Utf8(rest + ": " + read.fault) + "."};
+                   Utf8FromWindows1252(rest + ": " + read.fault) + "."};
 }
 
 void WriteRequirements(JsonWriter& json, const std::vector<JudgedRequirement>& requirements) {
   const auto text = [&json](std::string_view key, std::string_view value) {
     json.Key(key);
-    json.Text(Utf8(value));
+    json.Text(Utf8FromWindows1252(value));
   };
   const auto number = [&json](std::string_view key, const std::optional<double>& value) {
     json.Key(key);
@@ -52,7 +48,7 @@ void WriteRequirements(JsonWriter& json, const std::vector<JudgedRequirement>& r
     text("unit", requirement.unit);
     text("rule", requirement.ruleText);
     json.Key("class");
-    requirement.className.empty() ? json.Null() : json.Text(Utf8(requirement.className));
+    requirement.className.empty() ? json.Null() : json.Text(Utf8FromWindows1252(requirement.className));
     number("nic_mm", requirement.longIndexMM);
     number("nis_um", requirement.shortIndexUM);
     number("section_mm", requirement.sectionMM);
@@ -61,8 +57,8 @@ void WriteRequirements(JsonWriter& json, const std::vector<JudgedRequirement>& r
     number("evaluation_length_mm", requirement.lengthMM);
     json.Key("notes");
     json.BeginArray();
-    if (!requirement.missing.empty()) json.Text(Utf8("Incomplete: " + requirement.missing + "."));
-    for (const std::string& note : requirement.notes) json.Text(Utf8(note));
+    if (!requirement.missing.empty()) json.Text(Utf8FromWindows1252("Incomplete: " + requirement.missing + "."));
+    for (const std::string& note : requirement.notes) json.Text(Utf8FromWindows1252(note));
     json.EndArray();
     if (judged.values) {
       json.Key("values");
@@ -83,8 +79,9 @@ std::string RequirementsText(const std::vector<JudgedRequirement>& requirements)
   std::string out;
   for (const JudgedRequirement& judged : requirements) {
     if (!out.empty()) out += "\n";
-    out += Utf8(judged.requirement.source) + "\n";
-    for (const auto& [title, text] : MeaningOf(judged)) out += "  " + PadRight(title, kTitleWidth) + Utf8(text) + "\n";
+    out += Utf8FromWindows1252(judged.requirement.source) + "\n";
+    for (const auto& [title, text] : MeaningOf(judged))
+      out += "  " + PadRight(title, kTitleWidth) + Utf8FromWindows1252(text) + "\n";
   }
   return out;
 }

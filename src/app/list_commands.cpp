@@ -26,10 +26,6 @@ void PrintColumns(const std::vector<std::vector<std::string>>& rows) {
   std::cout << ColumnsText(rows);
 }
 
-std::string Utf8(std::string_view text) {
-  return Utf8FromWindows1252(text);
-}
-
 int CheckSettingsFile(const std::string& file) {
   const std::filesystem::path path = PathFromSystemText(file);
   const FileBytes bytes = ReadIniFile(path);
@@ -40,7 +36,7 @@ int CheckSettingsFile(const std::string& file) {
   const std::vector<SettingsProblem> problems = CheckSettings(IniFile(bytes.bytes));
   for (const SettingsProblem& problem : problems) {
     std::cout << EscapedControls(file) << ":" << IntegerText(static_cast<std::int64_t>(problem.line)) << ": "
-              << EscapedControls(Utf8(problem.text)) << "\n";
+              << EscapedControls(Utf8FromWindows1252(problem.text)) << "\n";
   }
   if (problems.empty()) std::cout << EscapedControls(file) << ": no problems\n";
   return FinishOutput(problems.empty() ? kExitDone : kExitRefused);
@@ -50,7 +46,7 @@ int PrintParametersJson() {
   JsonWriter json(JsonWriter::Layout::kIndented, &std::cout);
   const auto text = [&json](std::string_view key, std::string_view value) {
     json.Key(key);
-    json.Text(Utf8(value));
+    json.Text(Utf8FromWindows1252(value));
   };
   json.BeginArray();
   for (const MasterRow& row : MasterCatalogue()) {
@@ -66,7 +62,7 @@ int PrintParametersJson() {
     json.Key("settings");
     json.BeginArray();
     for (const SettingKey* const key : SettingsOfRow(row.name)) {
-      json.Text(Utf8(std::string(key->binding.section) + "." + std::string(key->binding.key)));
+      json.Text(Utf8FromWindows1252(std::string(key->binding.section) + "." + std::string(key->binding.key)));
     }
     json.EndArray();
     json.EndObject();
@@ -84,9 +80,10 @@ int RunParameters(const ParametersOptions& options) {
   if (options.asJson) return PrintParametersJson();
   std::vector<std::vector<std::string>> rows = {{"NAME", "UNIT", "IMPERIAL", "FACTOR", "SOURCE", "DEFINITION"}};
   for (const MasterRow& row : MasterCatalogue()) {
-    rows.push_back({Utf8(row.name), Utf8(PrintedUnit(row.quantity.metricUnit)),
-                    Utf8(PrintedUnit(row.quantity.imperialUnit)), ShortestText(row.quantity.imperialFactor),
-                    Utf8(row.source), Utf8(row.definition)});
+    rows.push_back({Utf8FromWindows1252(row.name), Utf8FromWindows1252(PrintedUnit(row.quantity.metricUnit)),
+                    Utf8FromWindows1252(PrintedUnit(row.quantity.imperialUnit)),
+                    ShortestText(row.quantity.imperialFactor), Utf8FromWindows1252(row.source),
+                    Utf8FromWindows1252(row.definition)});
   }
   PrintColumns(rows);
   return FinishOutput(kExitDone);
@@ -97,17 +94,18 @@ int RunFormats() {
   for (const ExtensionEntry& entry : ExtensionTable()) {
     std::string extension(entry.extension);
     for (const ProfileReader& reader : entry.chain) {
-      rows.push_back({extension, Utf8(reader.name), Utf8(WhatItTakes(reader))});
+      rows.push_back({extension, Utf8FromWindows1252(reader.name), Utf8FromWindows1252(WhatItTakes(reader))});
       extension.clear();
     }
     for (const ProfileReader& reader : entry.chosenChain) {
-      rows.push_back({"", Utf8(reader.name), "with --profile: " + Utf8(WhatItTakes(reader))});
+      rows.push_back(
+          {"", Utf8FromWindows1252(reader.name), "with --profile: " + Utf8FromWindows1252(WhatItTakes(reader))});
     }
   }
   PrintColumns(rows);
   std::cout << "\nWritten:\n";
   for (const WriterEntry& writer : WriterTable()) {
-    std::cout << writer.extension << "  " << Utf8(writer.name) << "\n";
+    std::cout << writer.extension << "  " << Utf8FromWindows1252(writer.name) << "\n";
   }
   return FinishOutput(kExitDone);
 }
@@ -116,10 +114,11 @@ int RunSettings(const SettingsOptions& options) {
   if (!options.checkFile.empty()) return CheckSettingsFile(options.checkFile);
   std::vector<std::vector<std::string>> rows = {{"KEY", "TYPE", "UNIT", "DEFAULT", "MEANING"}};
   for (const SettingDescription& setting : DescribeSettings()) {
-    std::string meaning = Utf8(setting.meaning);
-    if (!setting.choices.empty()) meaning += " (" + Utf8(setting.choices) + ")";
-    rows.push_back({Utf8(setting.section) + "." + Utf8(setting.key), Utf8(setting.type), Utf8(setting.unit),
-                    Utf8(setting.defaultText), meaning});
+    std::string meaning = Utf8FromWindows1252(setting.meaning);
+    if (!setting.choices.empty()) meaning += " (" + Utf8FromWindows1252(setting.choices) + ")";
+    rows.push_back({Utf8FromWindows1252(setting.section) + "." + Utf8FromWindows1252(setting.key),
+                    Utf8FromWindows1252(setting.type), Utf8FromWindows1252(setting.unit),
+                    Utf8FromWindows1252(setting.defaultText), meaning});
   }
   PrintColumns(rows);
   return FinishOutput(kExitDone);

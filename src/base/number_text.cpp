@@ -10,6 +10,7 @@
 #include <limits>
 #include <system_error>
 
+#include "base/fixed_decimal.h"
 #include "base/multiversion.h"
 #include "base/shortest_decimal.h"
 
@@ -265,6 +266,10 @@ ParsedMagnitude ParseInteger(std::string_view text) {
 
 void AppendFixed(std::string& out, double value, int decimals, int width, char fill) {
   if (!std::isfinite(value)) return AppendPadded(out, NonFiniteText(value), width);
+  std::array<char, kRoomForFixedDecimal> decimal;
+  if (const std::size_t length = WriteFixedDecimal(value, decimals, decimal.data()); length != 0) {
+    return AppendPadded(out, {decimal.data(), length}, width, fill);
+  }
   NumberBuffer buffer;
   AppendPadded(out, WriteNumber(buffer, value, std::chars_format::fixed, decimals), width, fill);
 }

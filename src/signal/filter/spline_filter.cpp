@@ -165,14 +165,14 @@ public:
     Passed<double> right = CostAfter(n - 2 - half);
     Begin(left, 0);
     Begin(right, n - 1);
-    constants_ = std::make_unique_for_overwrite<double[]>(n);
+    // Until the way back puts the height there, `w` keeps how the slope bends at a point.
     std::size_t slot = 0;
     for (std::size_t k = 1; k <= half; ++k) {
-      constants_[k] = Pass(left, k, steps_[slot]);
-      constants_[n - 1 - k] = Pass(right, n - 1 - k, steps_[slot]);
+      w[k] = Pass(left, k, steps_[slot]);
+      w[n - 1 - k] = Pass(right, n - 1 - k, steps_[slot]);
       if (++slot == stepCount_) slot = repeatsFrom_;
     }
-    if (n % 2 == 1) constants_[half + 1] = Pass(right, half + 1, steps_[slot]);
+    if (n % 2 == 1) w[half + 1] = Pass(right, half + 1, steps_[slot]);
 
     Place onLeft, onRight;
     conditioning = Meet(left, right, equations_.step, equations_.tension, onLeft.height, onLeft.slope);
@@ -250,9 +250,10 @@ private:
   }
 
   void GoBack(Place& at, std::size_t i, const Step& step, std::span<double> w) const {
+    const double constant = w[i];
     at.height = at.height - equations_.step * at.slope;
     w[i] = at.height + reference_;
-    at.slope = at.slope - (step.byHeight * at.height + (step.bySlope * at.slope - constants_[i]));
+    at.slope = at.slope - (step.byHeight * at.height + (step.bySlope * at.slope - constant));
   }
 
   std::span<const double> z_;
@@ -263,7 +264,6 @@ private:
   std::size_t repeatsFrom_ = 0;  // the step that would follow the last is this one
   bool repeats_ = false;
   Passed<double> kept_{};  // cost after that many steps
-  std::unique_ptr<double[]> constants_;
 };
 
 // Below this measure of the middle system doubles are not trusted, since as much of their 16 digits is lost there. Only

@@ -249,14 +249,15 @@ private:
   }
 
   void AddStatistics(PageFlow& flow, const ReportBlock& /*block*/) {
-    if (choice_.several.empty()) return;
-    const auto lines = StatisticsCells(choice_.several, document_.settings.display.Metric);
-    const Columns columns = {{20, false}, {8, true},  {12, true}, {12, true},
-                             {12, true},  {12, true}, {7, false}, {17, false}};
+    if (choice_.several.rows.empty()) return;
+    const auto lines = StatisticsCells(choice_.several.rows, document_.settings.display.Metric);
+    const Columns columns = {{22, false}, {10, true}, {11, true}, {11, true},
+                             {11, true},  {11, true}, {6, false}, {18, false}};
     AddTitle(flow, QObject::tr("Several profiles"));
     AddTable(
         flow, Cells(StatisticsTitles()), columns, lines.size(),
         [this, lines, columns](const QRect& line, std::size_t i) { PaintRow(line, columns, Cells(lines[i]), false); });
+    AddNamedLines(flow, QObject::tr("Profiles"), choice_.several.profiles, 20);
   }
 
   void AddInstrument(PageFlow& flow, const ReportBlock& /*block*/) {

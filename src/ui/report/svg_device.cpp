@@ -12,12 +12,12 @@
 #include <cmath>
 
 #include "base/number_text.h"
+#include "base/units.h"
 
 namespace texturon {
 namespace {
 
 constexpr int kDotsPerInch = 96;
-constexpr double kMillimetresPerInch = 25.4;
 constexpr double kPatternShare = 0.25;
 
 QByteArray Number(double value) {
