@@ -164,6 +164,8 @@ private:
     }
     out += "</div>\n";
     if (!texts_.reasons.empty()) out += Title("Without a value") + Lines(texts_.reasons);
+    if (!texts_.differences.empty())
+      out += Title("Rows of 2021 that differ from those of the same name before") + Lines(texts_.differences);
     return out;
   }
 

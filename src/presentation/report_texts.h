@@ -42,7 +42,8 @@ struct ReportTexts {
   std::string summary;  ///< how many rows are out of tolerance, undecided or without value; empty: no limits
   ReportOutcome outcome = ReportOutcome::kNoLimits;
   std::vector<ReportRow> rows;
-  std::vector<ReportLine> reasons;  ///< rows without a value by name, and why
+  std::vector<ReportLine> reasons;      ///< rows without a value by name, and why
+  std::vector<ReportLine> differences;  ///< rows that mean something else than those of the edition before, and what
   std::vector<ComparedValue> instrumentValues;
   std::vector<ReportLine> changedSettings;  ///< settings of the analysis that differ from the defaults
   std::vector<ReportLine> origin;           ///< program, digest and reader; empty where nobody wanted a digest

@@ -22,6 +22,7 @@ namespace {
 constexpr int kGap = 12;
 constexpr int kLineGap = 4;
 constexpr int kColumnGap = 16;
+constexpr int kPartsOfLines = 3;  // a name has one of them
 constexpr int kGapBetweenTables = 48;
 constexpr int kPlotFont = kReportResolution / 9;
 /// Of the page between head and foot: what a curve needs, and what it takes where there is room.
@@ -224,7 +225,30 @@ private:
           PaintRow(line, columns, {FromText(rows[i]->title), ValueOf(*rows[i]), FromText(rows[i]->unit)}, false);
         },
         groups);
-    AddNamedLines(flow, QObject::tr("Without a value"), texts_.reasons, 3);
+    AddNamedLines(flow, QObject::tr("Without a value"), texts_.reasons, kPartsOfLines);
+    differences_ = Wrapped(texts_.differences, kPartsOfLines);
+    AddNamedLines(flow, QObject::tr("Rows of 2021 that differ from those of the same name before"), differences_,
+                  kPartsOfLines);
+  }
+
+  /// Texts that are too long for their line go on in further ones without a name.
+  std::vector<ReportLine> Wrapped(const std::vector<ReportLine>& texts, int parts) {
+    const QFontMetrics metrics(Font(8.5), &device_);
+    const int width = body_.width() - body_.width() / parts - kColumnGap;
+    std::vector<ReportLine> lines;
+    for (const auto& [name, text] : texts) {
+      lines.emplace_back(name, "");
+      for (const QString& word : FromText(text).split(' ')) {
+        const QString line = FromText(lines.back().second);
+        const QString longer = line.isEmpty() ? word : line + ' ' + word;
+        if (!line.isEmpty() && metrics.horizontalAdvance(longer) > width) {
+          lines.emplace_back("", ToText(word));
+        } else {
+          lines.back().second = ToText(longer);
+        }
+      }
+    }
+    return lines;
   }
 
   void AddStatistics(PageFlow& flow, const ReportBlock& /*block*/) {
@@ -373,6 +397,7 @@ private:
   const Document& document_;
   const ReportChoice& choice_;
   ReportTexts texts_;
+  std::vector<ReportLine> differences_;  ///< in lines of the page
   QCPPainter painter_;
   QRect page_;
   QRect body_;
