@@ -200,7 +200,6 @@ void CParametersPage::Reset() {
   DropFaults();
   note_->setVisible(false);
   CSettingsPage::Reset();
-  Refresh();
 }
 
 void CParametersPage::Take() {
