@@ -4,6 +4,7 @@
 
 #include <string_view>
 
+#include "analysis/edition_json.h"
 #include "base/number_text.h"
 #include "base/quantity.h"
 #include "settings/filter_table.h"
@@ -36,6 +37,18 @@ std::string FilterDescription(const Document& document) {
   const bool metric = document.settings.display.Metric;
   std::string text = FilterLabel(settings) + ", Lc " + LengthText(settings.LcCutoffMM, metric, {4, 5});
   if (const auto& shortMM = document.profiles.shortCutoffMM) text += ", Ls " + LengthText(*shortMM, metric, {4, 5});
+  return text;
+}
+
+std::string EditionDescription(const Document& document) {
+  const AnalysisSettings& settings = document.settings.analysis;
+  const StandardSettings& standard = settings.standard;
+  std::string text(EditionTitle(document));
+  if (text.empty()) return text;
+  if (text == "both") text = "1997 and 2021";
+  if (!standard.Class.empty()) text += ", class " + standard.Class;
+  text += ", " + IntegerText(standard.Sections) + (standard.Sections == 1 ? " section" : " sections");
+  if (const FilterRow* const core = CoreFilter(settings)) text += ", core by " + std::string(core->label);
   return text;
 }
 

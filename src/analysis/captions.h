@@ -21,6 +21,9 @@ std::string FilterLabel(const AnalysisSettings& settings);
 /// lengths in the units shown.
 std::string FilterDescription(const Document& document);
 
+/// "ISO 21920-2:2021, class Sc3, 5 sections, core by Robust Gaussian Regression"; empty for the edition of before.
+std::string EditionDescription(const Document& document);
+
 /// Form caption, filter and cutoffs in one line, for exports and reports.
 std::string AnalysisDescription(const Document& document);
 

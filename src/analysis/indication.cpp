@@ -165,14 +165,29 @@ private:
     if (type != "G") requirement.notes.push_back("Filter type " + type + " is not set here; the default is used.");
   }
 
+  /// "F=LSQ C 8": association, shape and index, with blanks between them.
+  bool ReadForm(std::string value, Requirement& requirement) {
+    words_.Take();
+    const auto isLetters = [](const std::string& word) {
+      return !word.empty() && std::all_of(word.begin(), word.end(), [](char c) { return c >= 'A' && c <= 'Z'; });
+    };
+    const auto take = [&] { value += (value.empty() ? "" : " ") + words_.Take().text; };
+    if (value.empty() && isLetters(words_.Peek())) take();
+    // G, S and the like begin a filter where a number follows.
+    WordList behind = words_;
+    const bool beginsFilter = IsFilterType(behind.Take().text) && NumberOf(behind.Peek());
+    if (isLetters(words_.Peek()) && !beginsFilter) {
+      take();
+      if (NumberOf(words_.Peek())) take();
+    }
+    requirement.notes.push_back("F-operator " + value + " is not set here; the form of the settings is used.");
+    return true;
+  }
+
   bool ReadAssignment(const std::string& text, std::size_t equals, Requirement& requirement) {
     const std::string key = LowerAscii(text.substr(0, equals));
     std::string value = text.substr(equals + 1);
-    if (key == "f") {
-      words_.Take();
-      requirement.notes.push_back("F-operator " + value + " is not set here; the form of the settings is used.");
-      return true;
-    }
+    if (key == "f") return ReadForm(std::move(value), requirement);
     const bool isFilter = key == "s" || key == "l";
     if (isFilter) {
       const std::size_t digit = std::min(value.find_first_of("0123456789.,"), value.size());

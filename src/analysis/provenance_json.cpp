@@ -117,12 +117,6 @@ void WriteRequest(JsonWriter& json, const Document& document, const RunRequest& 
   json.Key("request");
   json.BeginObject();
   WriteScope(json, document.scope);
-  if (const auto& features = document.settings.analysis.standard.features; !features.empty()) {
-    json.Key("features");
-    json.BeginArray();
-    for (const std::string& feature : features) json.Text(Utf8FromWindows1252(feature));
-    json.EndArray();
-  }
   WriteFlag(json, "invert", document.profiles.inverted);
   WriteImport(json, request);
   json.EndObject();

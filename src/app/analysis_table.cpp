@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "analysis/captions.h"
-#include "analysis/edition_json.h"
 #include "analysis/region_choice.h"
 #include "app/table_text.h"
 #include "base/charset.h"
@@ -16,7 +15,6 @@
 #include "parameters/catalogue.h"
 #include "presentation/instrument_comparison.h"
 #include "presentation/shown_rows.h"
-#include "settings/filter_table.h"
 
 namespace texturon {
 namespace {
@@ -40,19 +38,6 @@ std::string CutoffText(const Document& document) {
   return text;
 }
 
-/// The edition of the rows, the class and the filter of the core; empty for the edition of before.
-std::string EditionFact(const Document& document) {
-  const AnalysisSettings& settings = document.settings.analysis;
-  const StandardSettings& standard = settings.standard;
-  std::string text(EditionTitle(document));
-  if (text.empty()) return text;
-  if (text == "both") text = "1997 and 2021";
-  if (!standard.Class.empty()) text += ", class " + standard.Class;
-  text += ", " + IntegerText(standard.Sections) + (standard.Sections == 1 ? " section" : " sections");
-  if (const FilterRow* const core = CoreFilter(settings)) text += ", core by " + std::string(core->label);
-  return text;
-}
-
 void AppendFacts(std::string& out, const Document& document, std::string_view file) {
   const ProfileSet& profiles = document.profiles;
   const bool metric = document.settings.display.Metric;
@@ -73,7 +58,7 @@ void AppendFacts(std::string& out, const Document& document, std::string_view fi
   }
   out += "\n";
   AppendFact(out, "Filter", CutoffText(document));
-  AppendFact(out, "Edition", EditionFact(document));
+  AppendFact(out, "Edition", EditionDescription(document));
   for (const auto& [title, range] : {std::pair("Primary", *profiles.primaryRange),
                                      std::pair("Evaluated", profiles.evaluationRange.value_or(IndexRange{}))}) {
     AppendFact(out, title, DescribeStretch(range, profiles.spacingUM, profiles.residualSpacingUM, metric));

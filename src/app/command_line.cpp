@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "app/command_table.h"
@@ -36,6 +37,16 @@ int RunTestPlan(const std::vector<std::string>& arguments) {
   return kExitRefused;
 }
 
+/// "-/Rz 3" is what a drawing says, and no option as the parser would have it.
+std::vector<std::string> WithTextsLast(std::span<const std::string> arguments) {
+  std::vector<std::string> words(arguments.begin(), arguments.end());
+  if (words.empty() || words.front() != "indication") return words;
+  const auto text = std::stable_partition(words.begin(), words.end(),
+                                          [](const std::string& word) { return !word.starts_with("-/"); });
+  if (text != words.end()) words.insert(text, "--");
+  return words;
+}
+
 /// Parses and runs; throws what CLI11 and the commands throw for a wrong command line.
 int ParseAndRun(CLI::App& app, std::span<const std::string> arguments) {
   CommonOptions common;
@@ -48,7 +59,9 @@ int ParseAndRun(CLI::App& app, std::span<const std::string> arguments) {
     if (isNamed) command.add(*parser, common, status);
   }
   app.require_subcommand(1);
-  app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));  // the last one first
+  std::vector<std::string> words = WithTextsLast(arguments);
+  std::reverse(words.begin(), words.end());  // the last one first
+  app.parse(std::move(words));
   return status;
 }
 

@@ -200,6 +200,16 @@ private:
   bool isUnreadable_ = false;  ///< the file at hand: said once
 };
 
+/// The drawing says which edition a requirement is of, whatever the command line says.
+void TellOtherEdition(const std::vector<Requirement>& requirements, const CommonOptions& common) {
+  if (common.edition.empty() || common.quiet) return;
+  for (const Requirement& requirement : requirements) {
+    if (NameOf(requirement.edition) == common.edition) continue;
+    Complain("--edition " + common.edition + ": " + Utf8FromWindows1252(requirement.source) + " is of the edition of " +
+             std::string(NameOf(requirement.edition)) + ", which is followed.");
+  }
+}
+
 }  // namespace
 
 int RunIndication(const IndicationOptions& options) {
@@ -240,6 +250,7 @@ int RunIndicatedAnalysis(const AnalyzeOptions& analyze, const CommonOptions& com
   for (Requirement& requirement : requirements) {
     CompleteRequirement(requirement, chosen, common.sections > 0 ? std::optional(common.sections) : std::nullopt);
   }
+  TellOtherEdition(requirements, common);
   setup->import.marksInput = analyze.form == OutputForm::kJson;
   std::optional<UncertaintyRequest> uncertainty;
   if (!analyze.budget.empty()) {

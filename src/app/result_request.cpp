@@ -64,6 +64,7 @@ private:
         return Refuse("settings.in_force: " + Utf8FromWindows1252(*refusal));
       }
     }
+    // Objects of before have them here instead of among the settings.
     if (const auto* const features = Of<JsonValue::Array>("request", "features")) {
       for (const JsonValue& feature : *features) {
         const auto* const text = feature.As<std::string>();

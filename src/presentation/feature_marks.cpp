@@ -14,7 +14,9 @@ namespace texturon {
 FeatureMarks FeatureMarksOf(const Document& document, ProfileKind kind, bool ofHills) {
   constexpr std::size_t kMostShown = 5000;
   FeatureMarks marks;
-  if (!document.profiles.Has(kind)) return marks;
+  const bool hasRows =
+      kind == ProfileKind::kPrimary || kind == ProfileKind::kWaviness || kind == ProfileKind::kRoughness;
+  if (!hasRows || !document.profiles.Has(kind)) return marks;
   const Profile profile = document.profiles.View(kind);
   const std::span<const double> z = profile.Heights();
   const StandardSettings& standard = document.settings.analysis.standard;

@@ -29,7 +29,7 @@ struct FeatureMarks {
 };
 
 /// As the feature rows of the edition of 2021 take them: pruned by PruningPercent of the profile's Rz. Of very many
-/// only those that pruning leaves. Empty for a profile that there is not.
+/// only those that pruning leaves. Empty for a profile that there is not, or that no such row is of.
 FeatureMarks FeatureMarksOf(const Document& document, ProfileKind kind, bool ofHills);
 
 }  // namespace texturon

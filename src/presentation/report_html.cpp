@@ -164,21 +164,23 @@ private:
     }
     out += "</div>\n";
     if (!texts_.reasons.empty()) out += Title("Without a value") + Lines(texts_.reasons);
+    if (!texts_.differences.empty())
+      out += Title("Rows of 2021 that differ from those of the same name before") + Lines(texts_.differences);
     return out;
   }
 
   std::string Statistics(const ReportBlock& /*block*/) {
-    if (parts_.several.empty()) return {};
+    if (parts_.several.rows.empty()) return {};
     constexpr std::size_t kFirstNumber = 1;
     constexpr std::size_t kEndOfNumbers = 6;
     std::string out =
         Title("Several profiles") + "<table>\n" + HeadRow(StatisticsTitles(), kFirstNumber, kEndOfNumbers);
-    for (const auto& cells : StatisticsCells(parts_.several, parts_.metric)) {
+    for (const auto& cells : StatisticsCells(parts_.several.rows, parts_.metric)) {
       out += "<tr>";
       for (std::size_t i = 0; i < cells.size(); ++i) out += Cell(cells[i], i >= kFirstNumber && i < kEndOfNumbers);
       out += "</tr>\n";
     }
-    return out + "</table>\n";
+    return out + "</table>\n" + Lines(parts_.several.profiles);
   }
 
   std::string Instrument(const ReportBlock& /*block*/) {

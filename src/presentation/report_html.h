@@ -7,7 +7,6 @@
 
 #include "presentation/report_template.h"
 #include "presentation/report_texts.h"
-#include "presentation/several_results.h"
 
 namespace texturon {
 
@@ -21,7 +20,7 @@ struct ReportPicture {
 /// What a report is made from besides its texts.
 struct ReportParts {
   std::vector<ReportPicture> pictures;  ///< one of a kind; a block without one is left out
-  std::vector<SeveralRow> several;
+  SeveralReport several;
   std::string logo;  ///< address of a picture, "data:..."; empty: none
   bool metric = true;
 };

@@ -11,6 +11,7 @@
 #include "base/number_text.h"
 #include "base/program_version.h"
 #include "base/quantity.h"
+#include "parameters/edition2021/edition_table.h"
 #include "presentation/profile_marks.h"
 #include "presentation/requirement_texts.h"
 #include "settings/setting_choices.h"
@@ -41,6 +42,7 @@ std::vector<ReportLine> Facts(const Document& document, std::string_view time) {
                                    {"Record", RecordText(profiles, metric)}};
   if (profiles.computeRange) facts.emplace_back("Form", FormDescription(document));
   facts.emplace_back("Filter", FilterDescription(document));
+  facts.emplace_back("Edition", EditionDescription(document));
   if (!document.results.uncertainties.empty()) {
     facts.emplace_back("Uncertainty", "\xB1 U with k = 2, by trials with the instrument's budget");
   }
@@ -67,7 +69,7 @@ std::string LimitText(double limit, const ParameterDef& row, bool metric) {
 }
 
 ReportRow MakeRow(const ShownRow& shown, bool metric) {
-  ReportRow row{.title = shown.title + shown.label,
+  ReportRow row{.title = shown.row.difference.empty() ? shown.title + shown.label : shown.title,
                 .value = shown.ValueAndUncertainty(),
                 .unit = shown.unit,
                 .verdict = shown.verdict,
@@ -79,14 +81,14 @@ ReportRow MakeRow(const ShownRow& shown, bool metric) {
   return row;
 }
 
-/// Rows of one reason share a line.
-void AddReason(std::vector<ReportLine>& reasons, const ShownRow& row) {
-  const auto same = std::find_if(reasons.begin(), reasons.end(),
-                                 [&row](const ReportLine& line) { return line.second == row.reason; });
-  if (same == reasons.end()) {
-    reasons.emplace_back(row.title, row.reason);
+/// Rows of which the same is said share a line.
+void AddOf(std::vector<ReportLine>& lines, const std::string& title, std::string_view text) {
+  const auto same =
+      std::find_if(lines.begin(), lines.end(), [text](const ReportLine& line) { return line.second == text; });
+  if (same == lines.end()) {
+    lines.emplace_back(title, text);
   } else {
-    same->first += ", " + row.title;
+    same->first += ", " + title;
   }
 }
 
@@ -104,6 +106,8 @@ void Summarise(ReportTexts& texts) {
   }
   if (failed > 0) {
     texts.summary = Count(failed) + " of " + Count(judged) + " toleranced parameters out of tolerance.";
+  } else if (judged == 1 && undecided == 0) {
+    texts.summary = "The toleranced parameter is within its limits.";
   } else if (judged > 0 && undecided == 0) {
     texts.summary = "All " + Count(judged) + " toleranced parameters are within their limits.";
   }
@@ -171,7 +175,9 @@ ReportTexts MakeReportTexts(const Document& document, std::string_view time) {
                     .origin = Origin(document)};
   for (const ShownRow& row : ShownRows(document)) {
     texts.rows.push_back(MakeRow(row, display.Metric));
-    if (row.value.empty()) AddReason(texts.reasons, row);
+    if (row.value.empty()) AddOf(texts.reasons, row.title, row.reason);
+    const std::string_view difference = row.row.difference;
+    if (!difference.empty() && difference != kSameDefinition) AddOf(texts.differences, row.row.name, difference);
   }
   Summarise(texts);
   return texts;

@@ -11,6 +11,7 @@
 
 #include "analysis/document.h"
 #include "presentation/instrument_comparison.h"
+#include "presentation/several_results.h"
 #include "presentation/shown_rows.h"
 
 namespace texturon {
@@ -41,10 +42,17 @@ struct ReportTexts {
   std::string summary;  ///< how many rows are out of tolerance, undecided or without value; empty: no limits
   ReportOutcome outcome = ReportOutcome::kNoLimits;
   std::vector<ReportRow> rows;
-  std::vector<ReportLine> reasons;  ///< rows without a value by name, and why
+  std::vector<ReportLine> reasons;      ///< rows without a value by name, and why
+  std::vector<ReportLine> differences;  ///< rows that mean something else than those of the edition before, and what
   std::vector<ComparedValue> instrumentValues;
   std::vector<ReportLine> changedSettings;  ///< settings of the analysis that differ from the defaults
   std::vector<ReportLine> origin;           ///< program, digest and reader; empty where nobody wanted a digest
+};
+
+/// What a report tells of several profiles of one surface; without rows, nothing.
+struct SeveralReport {
+  std::vector<SeveralRow> rows;
+  std::vector<ReportLine> profiles;  ///< number and file, in the order of their values
 };
 
 /// Titles of the table of rows with limits, and what its last column says of a row.

@@ -3,7 +3,6 @@
 #include "presentation/requirement_texts.h"
 
 #include "base/number_text.h"
-#include "base/text.h"
 #include "parameters/catalogue.h"
 #include "platform/platform.h"
 
@@ -66,18 +65,8 @@ std::vector<std::pair<std::string, std::string>> MeaningOf(const JudgedRequireme
   return lines;
 }
 
-std::string IndicationMeaning(std::string_view text, const ClassTable& classes) {
-  if (TrimBlanks(text).empty()) return {};
-  const IndicationResult read = ReadIndication(text, classes);
-  if (!read.fault.empty()) {
-    return "Character " + IntegerText(static_cast<std::int64_t>(read.place) + 1) + ": " + read.fault + ".";
-  }
-  std::string meaning;
-  for (const Requirement& requirement : read.requirements) {
-    meaning += (meaning.empty() ? "" : "\n") + requirement.source + "\n";
-    for (const auto& [title, line] : MeaningOf({requirement, std::nullopt})) meaning += title + ": " + line + "\n";
-  }
-  return meaning;
+std::string IndicationFault(const IndicationResult& read) {
+  return "Character " + IntegerText(static_cast<std::int64_t>(read.place) + 1) + ": " + read.fault + ".";
 }
 
 std::vector<JudgedRequirement> RequirementsOf(const Document& document) {

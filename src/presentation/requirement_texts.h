@@ -29,8 +29,8 @@ struct JudgedRequirement {
 /// What a requirement asks for and comes to, a title and a text a line; Windows-1252.
 std::vector<std::pair<std::string, std::string>> MeaningOf(const JudgedRequirement& judged);
 
-/// What a text on a drawing means, for people who are typing it; or the place where it is not understood.
-std::string IndicationMeaning(std::string_view text, const ClassTable& classes);
+/// Where a text is not understood, and why: a sentence.
+std::string IndicationFault(const IndicationResult& read);
 
 /// The requirements of the document's settings with the values of its rows, where they were computed.
 std::vector<JudgedRequirement> RequirementsOf(const Document& document);

@@ -51,6 +51,12 @@ Settings SelectedOnly(Settings settings) {
   return settings;
 }
 
+/// The count of a list without rows, which files leave out too.
+bool IsListLeftOut(const SettingBinding& binding, const Settings& settings) {
+  return binding.type == SettingType::kCount && binding.written == KeyWritten::kWhereChanged &&
+         binding.rows->count(settings) == 0;
+}
+
 }  // namespace
 
 bool ResultsDependOn(const SettingKey& key, const Settings& settings) {
@@ -100,7 +106,7 @@ std::vector<SettingInForce> SettingsInForce(const Settings& settings) {
           inForce.push_back({std::string(binding.section) + "." + KeyOfRow(binding, row), std::move(value)});
         }
       }
-    } else if (ResultsDependOn(table[i], selected)) {
+    } else if (ResultsDependOn(table[i], selected) && !IsListLeftOut(first, selected)) {
       inForce.push_back({std::string(first.section) + "." + std::string(first.key), first.get(selected, 0)});
     }
     i = end;

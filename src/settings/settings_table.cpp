@@ -129,6 +129,31 @@ constexpr SettingBinding BindCoefficient() {
           &kCoefficientRows};
 }
 
+constexpr SettingRows kFeatureRows = {
+    0, kMostFeatures, 1, [](const Settings& settings) { return settings.analysis.standard.features.size(); },
+    [](Settings& settings, std::size_t count) { settings.analysis.standard.features.resize(count); }};
+
+/// As other lists, but written only where there are features.
+constexpr SettingBinding BindFeatureCount() {
+  SettingBinding binding = BindCount<kFeatureRows>("STANDARD", "Features");
+  binding.written = KeyWritten::kWhereChanged;
+  return binding;
+}
+
+constexpr SettingBinding BindFeature() {
+  return {"STANDARD",
+          "Feature%02d",
+          SettingType::kText,
+          [](const Settings& settings, std::size_t row) -> SettingValue {
+            return settings.analysis.standard.features[row];
+          },
+          [](Settings& settings, std::size_t row, const SettingValue& value) {
+            settings.analysis.standard.features[row] = std::get<std::string>(value);
+          },
+          &kFeatureRows,
+          KeyWritten::kWhereChanged};
+}
+
 constexpr SettingBinding BindVersion() {
   return {"TEXTURON",
           "IniVersion",
@@ -467,6 +492,8 @@ constexpr auto kTable = std::to_array<SettingKey>({
     {STANDARD(VolumeLowerPercent), "%", "material ratio q of the volumes", "", In(kStandardRows, kPercent)},
     {Bind<&Settings::display, &DisplaySettings::ShowFeatures>("STANDARD", "ShowFeatures", KeyWritten::kWhereChanged),
      "", "draw hills and dales on the profile", "", In(kStandardRows)},
+    {BindFeatureCount(), "", "feature parameters that follow, at most 100"},
+    {BindFeature(), "", "feature parameter, a row beside those of the list: R: FC; D; Wolfprune 5 %; All; HDh; Mean"},
 });
 
 #undef TOLERANCE

@@ -2,11 +2,14 @@
 
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
 
 namespace texturon {
+
+inline constexpr std::size_t kMostFeatures = 100;
 
 /// What the edition of 2021 asks for beyond the settings of before: section STANDARD of the settings file, written only
 /// where it differs from these defaults.
@@ -32,7 +35,7 @@ struct StandardSettings {
   double VolumeUpperPercent = 10.0;    // p of the volumes
   double VolumeLowerPercent = 80.0;    // q of the volumes
 
-  /// Rows beside those of the list: "P: FC; D; Wolfprune 5 %; All; HDh; Mean". No key holds them.
+  /// Rows beside those of the list: "P: FC; D; Wolfprune 5 %; All; HDh; Mean".
   std::vector<std::string> features;
 
   friend bool operator==(const StandardSettings&, const StandardSettings&) = default;

@@ -12,4 +12,7 @@ namespace texturon {
 /// so that nearly no step depends on a comparison that a processor cannot foresee.
 double NthSmallest(std::span<double> values, std::size_t rank);
 
+/// The middle one of at least one value, the mean of the middle two of an even number; none is NaN. As NthSmallest.
+double Median(std::span<double> values);
+
 }  // namespace texturon

@@ -45,6 +45,8 @@ TEST(Indication, MeansWhatTheDrawingSays) {
       {"Ra 1.6 le=8", {"2021 U Ra 1.6 Tmax Sc3 | 0.8 2.5 | 0.8 x 10 = 8"}},
       {"Rz 1.6 S=0.008 nsc=4", {"2021 U Rz 1.6 Tmax Sc3 | 0.8 8 | 0.8 x 4 = 3.2"}},
       {"Rz 1.6 G 0.008 G 2.5", {"2021 U Rz 1.6 Tmax Sc4 | 2.5 8 | 2.5 x 5 = 12.5"}},
+      {"Rz 4 F=LSQ C 8 Sc2", {"2021 U Rz 4 Tmax Sc2 | 0.25 2.5 | 0.25 x 5 = 1.25"}},
+      {"Rz 4 F=LSQ G 0.008 F= C LSQ", {"2021 U Rz 4 Tmax Sc3 | 0.8 8 | 0.8 x 5 = 4"}},
       {"Rk 1.5 Sc3", {"2021 U Rk 1.5 Tmax Sc3 | 0.8 2.5 | 0.8 x 5 = 4"}},
       {"Rk 1.5", {"2021 U Rk 1.5 Tmax - | - - | - x - = - !"}},
       {"Rq 0.4", {"2021 U Rq 0.4 Tmax - | - - | - x - = - !"}},

@@ -67,6 +67,7 @@ TEST(SettingsInForce, AreEnough) {
   settings.analysis.FormRemovalType = kFormFree;
   settings.analysis.freeFormPoints = {{0, 0}, {1, 2}, {2, 0}};
   settings.decision.DecisionRule = kDecideGuarded;
+  settings.analysis.standard.features = {"P: FC; D; None; All; HDh; Mean", "FC; V; None; All; Count; Sum"};
   Settings again;
   for (const SettingInForce& setting : SettingsInForce(settings)) {
     std::string text;

@@ -2,6 +2,7 @@
 
 #include "presentation/report_texts.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 #include "base/charset.h"
@@ -78,6 +79,25 @@ TEST(ReportTexts, TellWhatIsUndecidedAndWhy) {
             "reaches over a limit.");
   EXPECT_EQ(VerdictText(texts.rows[0]) + VerdictText(texts.rows[1]) + VerdictText(texts.rows[2]), "outundecided");
   EXPECT_EQ(texts.outcome, ReportOutcome::kFail);
+}
+
+TEST(ReportTexts, NameTheEditionAndWhatDiffers) {
+  std::vector<double> heights(2000);
+  for (std::size_t i = 0; i < heights.size(); ++i) heights[i] = 0.1 * static_cast<double>(i % 11) - 0.5;
+  Document document = Loaded(heights, 1.0, [](Settings& settings) {
+    settings.analysis.parameters = {{.name = "Rp"}, {.name = "Ra"}, {.name = "Wp"}};
+    settings.analysis.standard.Edition = "both";
+  });
+  Analyse(document);
+  const ReportTexts texts = MakeReportTexts(document, "now");
+  std::string names;
+  for (const ReportRow& row : texts.rows) names += row.title + " ";
+  EXPECT_EQ(names, "Rp/1997 Rp/2021 Ra/1997 Ra/2021 Wp/1997 Wp/2021 ");
+  const std::vector<ReportLine> differences = {
+      {"Rp, Wp", "now the mean of the sections' largest peak heights; the highest point of all is Rpt"}};
+  EXPECT_EQ(texts.differences, differences);
+  const ReportLine edition{"Edition", "1997 and 2021, 5 sections, core by Robust Gaussian Regression"};
+  EXPECT_EQ(std::count(texts.facts.begin(), texts.facts.end(), edition), 1);
 }
 
 TEST(ShownProfiles, AnyCombinationIsKept) {

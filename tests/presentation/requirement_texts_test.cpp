@@ -35,13 +35,15 @@ TEST(RequirementTexts, NameTheDrawingWithItsVerdict) {
 }
 
 TEST(RequirementTexts, SayWhatIsTyped) {
-  EXPECT_EQ(IndicationMeaning(" ", BuiltInClasses()), "");
-  EXPECT_EQ(IndicationMeaning("Rz 3 x", BuiltInClasses()), "Character 6: \"x\" is not understood.");
-  EXPECT_EQ(
-      IndicationMeaning("Rk 1.5", BuiltInClasses()),
-      "Rk 1.5\nEdition: ISO 21920-1:2021\nUpper limit: Rk 1.5 \xB5m\nRule: Tmax\nClass: -\nLong-wave index: open\n"
-      "Short-wave index: open\nSections: open of open\nEvaluation length: open\n"
-      "Incomplete: a class (Sc1 to Sc5) or the long-wave index (L=Nic) must be written\n");
+  EXPECT_EQ(IndicationFault(ReadIndication("Rz 3 x", BuiltInClasses())), "Character 6: \"x\" is not understood.");
+  const IndicationResult read = ReadIndication("Rk 1.5", BuiltInClasses());
+  std::string meaning;
+  for (const auto& [title, line] : MeaningOf({read.requirements.at(0), std::nullopt}))
+    meaning += title + ": " + line + "\n";
+  EXPECT_EQ(meaning,
+            "Edition: ISO 21920-1:2021\nUpper limit: Rk 1.5 \xB5m\nRule: Tmax\nClass: -\nLong-wave index: open\n"
+            "Short-wave index: open\nSections: open of open\nEvaluation length: open\n"
+            "Incomplete: a class (Sc1 to Sc5) or the long-wave index (L=Nic) must be written\n");
 }
 
 }  // namespace

@@ -53,6 +53,7 @@ Settings WithRows() {
   settings.analysis.parameters.resize(107);
   settings.analysis.asphereCoefficients.resize(4);
   settings.analysis.freeFormPoints.resize(101);
+  settings.analysis.standard.features.resize(3);
   return settings;
 }
 

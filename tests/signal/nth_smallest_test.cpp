@@ -16,7 +16,7 @@ namespace {
 TEST(NthSmallest, IsThatOfTheSortedValues) {
   std::mt19937_64 random(7);
   std::normal_distribution<double> noise;
-  for (const std::size_t n : std::initializer_list<std::size_t>{1, 2, 1000, 32'768, 50'001, 131'072}) {
+  for (const std::size_t n : std::initializer_list<std::size_t>{1, 2, 1000, 5000, 8192, 32'768, 50'001, 131'072}) {
     for (int kind = 0; kind < 5; ++kind) {
       std::vector<double> values(n);
       for (std::size_t i = 0; i < n; ++i) {
@@ -31,6 +31,8 @@ TEST(NthSmallest, IsThatOfTheSortedValues) {
         std::vector<double> scratch = values;
         EXPECT_EQ(NthSmallest(scratch, rank), sorted[rank]) << n << " values of kind " << kind << ", rank " << rank;
       }
+      const double median = n % 2 == 1 ? sorted[n / 2] : 0.5 * (sorted[n / 2 - 1] + sorted[n / 2]);
+      EXPECT_EQ(Median(values), median) << n << " values of kind " << kind;
     }
   }
 }

@@ -7,6 +7,7 @@
 #include <set>
 
 #include "analysis/document_export.h"
+#include "parameters/edition2021/edition_table.h"
 #include "parameters/ratio_rows.h"
 #include "presentation/report_template.h"
 #include "settings/setting_choices.h"
@@ -60,6 +61,11 @@ QStringList TextsOfTables() {
     add(group.title);
   }
   for (const MasterRow& row : MasterCatalogue()) add(row.definition);
+  for (const EditionRow& row : EditionTable()) {
+    add(row.definition);
+    add(row.difference);
+    add(TrustText(row.trust));
+  }
   for (const char* const name : {"Pmr", "RHtp"}) add(FindRatioRowKind(name)->definition);
   for (std::size_t why = 0; why <= static_cast<std::size_t>(Why::kManyValues); ++why) {
     add(ReasonPattern(static_cast<Why>(why)));

@@ -70,6 +70,18 @@ TEST_F(Several, ValuesStandSideBySideWithTheVerdictOfTheRule) {
   EXPECT_EQ(Cell("Verdict"), "FAIL") << "settings of the window are those of the table";
 }
 
+TEST_F(Several, TheReportHasTheStatisticsOfAll) {
+  QString reason;
+  EXPECT_FALSE(window_->WriteReportFile(folder_ / "r.html", reason)) << "nothing to report";
+  window_->AddFiles({Write("a.lmt", 1.0), Write("b.lmt", 1.1), Write("c.lmt", 1.2)});
+  EXPECT_FALSE(window_->WriteReportFile(folder_ / "b.lmt", reason)) << "one of the profiles";
+  ASSERT_TRUE(window_->WriteReportFile(folder_ / "r.html", reason)) << reason.toStdString();
+  const std::string report = folder_.Read("r.html");
+  for (const char* const text : {"FAIL (maximum)", "b.lmt", "c.lmt"}) {
+    EXPECT_NE(report.find(text), std::string::npos) << text;
+  }
+}
+
 TEST_F(Several, MeanBandAndDifferenceAreDrawnOverTheProfiles) {
   window_->AddFiles({Write("a.lmt", 1.0), Write("b.lmt", 3.0)});
   window_->show();

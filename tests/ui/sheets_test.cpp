@@ -165,6 +165,33 @@ TEST_F(SettingsSheet, ParametersAreSelectedOrderedAndToleranced) {
   EXPECT_EQ(records[0].cells[3] + records[1].cells[3], "out of tolerance");
 }
 
+TEST_F(SettingsSheet, RowsAndFeaturesOfTheEditionChosen) {
+  CSettingsSheet& sheet = OpenSettings();
+  auto& table = Child<QTableWidget>(sheet, "parameters");
+  auto& edition = Child<QComboBox>(Field(sheet, "STANDARD.Edition"));
+  const auto show = [&](const char* name) {
+    ChooseFrom(edition, edition.findText(name));
+    sheet.ApplyNow();
+  };
+  const auto rowOf = [&](const QString& name) { return table.findItems(name, Qt::MatchExactly).value(0); };
+  show("both");
+  ASSERT_TRUE(rowOf("Rp (1997, 2021)") && rowOf("Rpt (2021)") && rowOf("RzDIN (1997)"));
+  EXPECT_TRUE(table.item(rowOf("Rp (1997, 2021)")->row(), 7)->text().contains(" 2021: Mean over the sections"));
+  show("2021");
+  ASSERT_TRUE(rowOf("Rpt") && !rowOf("RzDIN"));
+  Child<CParametersPage>(sheet).SelectAll(false);
+  rowOf("Rpt")->setCheckState(Qt::Checked);
+  auto& features = Child<QPlainTextEdit>(sheet, "features");
+  features.setPlainText("R: FC; D; None; All; HDh");
+  EXPECT_TRUE(Fault(sheet).contains("has 5 pieces")) << Fault(sheet).toStdString();
+  features.setPlainText("\nR: FC; D; None; All; HDh; Mean\n");
+  EXPECT_EQ(Fault(sheet), "");
+  sheet.accept();
+  const QList<CGridCtrl::Record>& records = frame_->ParamView().Grid().Records();
+  ASSERT_EQ(records.size(), 2);
+  EXPECT_EQ(records[0].cells[0] + ", " + records[1].cells[0], "Rpt, R: FC; D; None; All; HDh; Mean");
+}
+
 TEST_F(SettingsSheet, WhatIsEnteredIsOneEditAndCancelTakesBackOnlyItsOwn) {
   CSettingsSheet& sheet = OpenSettings();
   const double preset = Analysis().SplineTension;

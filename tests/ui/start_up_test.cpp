@@ -51,6 +51,23 @@ protected:
   std::vector<std::pair<const char*, QByteArray>> former_;
 };
 
+TEST_F(StartUp, AReportIsOfFurtherFilesToo) {
+  const QString output = FromPath(folder_ / "r.html");
+  const auto run = [&](const QStringList& further) {
+    RunWithoutDisplay(QStringList{"--report", "ground.lmt", "-o", output} + further);
+    return status_;
+  };
+  EXPECT_EQ(run({"turned.lmt", "honed.lmt", "--acceptance", "16%"}), 0) << errors_;
+  const std::string report = folder_.Read("r.html");
+  EXPECT_NE(report.find("honed.lmt"), std::string::npos);
+  std::filesystem::remove(folder_ / "r.html");
+  EXPECT_EQ(run({"turned.lmt", "--acceptance", "best"}), 2);
+  EXPECT_EQ(run({"--acceptance", "max"}), 2) << "one profile alone";
+  EXPECT_EQ(run({"nothing.lmt"}), 1);
+  EXPECT_NE(errors_.find("nothing.lmt"), std::string::npos) << errors_;
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "r.html"));
+}
+
 TEST_F(StartUp, ASecondStartHandsItsFilesToTheFirst) {
   CSingleInstance first(CSingleInstance::UsualName());
   ASSERT_FALSE(first.HandOverOrListen({}));

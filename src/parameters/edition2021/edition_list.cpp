@@ -3,6 +3,7 @@
 #include "parameters/edition2021/edition_list.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 
 #include "base/text.h"
@@ -65,13 +66,32 @@ bool IsOfEditionBefore(std::string_view name) {
 }
 
 /// Every row of the edition that needs no argument, in the order of letters and table.
-void AppendAll(ParameterCatalogue& list, const ParameterCatalogue& former) {
+std::vector<std::string> AllNames() {
+  std::vector<std::string> names;
   for (const char letter : kLetters) {
     for (const EditionRow& row : EditionTable()) {
-      const std::string name = letter + std::string(row.suffix);
-      if (row.leastArguments == 0 && !IsIn(list, name, Edition::k2021)) Append(list, MakeEditionRow(name), former);
+      if (row.leastArguments == 0) names.push_back(letter + std::string(row.suffix));
     }
   }
+  return names;
+}
+
+void AppendAll(ParameterCatalogue& list, const ParameterCatalogue& former) {
+  for (const std::string& name : AllNames()) {
+    if (!IsIn(list, name, Edition::k2021)) Append(list, MakeEditionRow(name), former);
+  }
+}
+
+/// Takes rows off the end, until no more than a list holds, where `goes` says so; how many.
+template <typename Goes>
+std::size_t Shorten(std::vector<ParameterSelection>& rows, const Goes& goes) {
+  std::size_t gone = 0;
+  for (std::size_t i = rows.size(); i > 0 && rows.size() > kMostParameters; --i) {
+    if (!goes(rows[i - 1])) continue;
+    rows.erase(rows.begin() + static_cast<std::ptrdiff_t>(i - 1));
+    ++gone;
+  }
+  return gone;
 }
 
 ParameterCatalogue ListOfBoth(const AnalysisSettings& settings, const ParameterCatalogue& former) {
@@ -135,6 +155,38 @@ ParameterCatalogue MakeEditionList(const AnalysisSettings& settings, const Param
   }
   for (const std::string& feature : settings.standard.features) Append(list, MakeEditionRow(feature), former);
   return list;
+}
+
+std::vector<ParameterSelection> OfferedRows(const AnalysisSettings& settings) {
+  const EditionChoice chosen = ChosenEdition(settings);
+  const bool isStart = IsStartingSelection(settings.parameters);
+  std::vector<ParameterSelection> rows;
+  if (chosen != EditionChoice::k2021 || !isStart) rows = settings.parameters;
+  if (chosen == EditionChoice::k1997) return rows;
+  std::size_t place = 0;  // behind the row that stands before in the edition
+  for (const std::string& name : AllNames()) {
+    const auto held = std::find_if(
+        rows.begin(), rows.end(), [&name](const ParameterSelection& row) { return EqualIgnoringCase(row.name, name); });
+    if (held != rows.end()) {
+      place = static_cast<std::size_t>(held - rows.begin()) + 1;
+      continue;
+    }
+    rows.insert(rows.begin() + static_cast<std::ptrdiff_t>(place++), {.name = name, .selected = isStart});
+  }
+  return rows;
+}
+
+std::size_t TakeOfferedRows(std::vector<ParameterSelection> offered, AnalysisSettings& settings) {
+  Shorten(offered, [](const ParameterSelection& row) { return !row.selected; });
+  std::size_t gone = 0;
+  for (const char letter : kLetters) {
+    gone += Shorten(offered, [letter](const ParameterSelection& row) { return row.name.starts_with(letter); });
+  }
+  if (offered.size() != settings.parameters.size()) {
+    for (std::size_t i = 0; i < offered.size(); ++i) offered[i].selectionRef = static_cast<std::int32_t>(i);
+  }
+  settings.parameters = std::move(offered);
+  return gone;
 }
 
 bool NeedsCoreProfile(const ParameterCatalogue& catalogue) {

@@ -2,9 +2,11 @@
 
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "parameters/catalogue.h"
 #include "parameters/edition2021/edition_table.h"
@@ -22,6 +24,14 @@ EditionChoice ChosenEdition(const AnalysisSettings& settings);
 /// that a document starts with stands for every row of P, W and R that needs no argument. Under both, each name stands
 /// for the row of either edition that has it, the one of 1997 first, and the starting selection for all rows of both.
 ParameterCatalogue MakeEditionList(const AnalysisSettings& settings, const ParameterCatalogue& former = {});
+
+/// What may be chosen of the edition in force: the rows of the settings' list and, where the edition of 2021 is shown,
+/// behind each of its rows the next ones that are not in the list. Selected is what is computed.
+std::vector<ParameterSelection> OfferedRows(const AnalysisSettings& settings);
+
+/// Makes a choice among the offered rows the settings' list. A list holds kMostParameters rows: where there are more,
+/// those go first that are not selected, then the last ones of P, of W and of R. How many selected ones went.
+std::size_t TakeOfferedRows(std::vector<ParameterSelection> offered, AnalysisSettings& settings);
 
 /// A row of the edition of 2021 by its name; without unit where the name is not understood.
 ParameterDef MakeEditionRow(std::string_view name);

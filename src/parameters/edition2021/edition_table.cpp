@@ -51,7 +51,6 @@ constexpr EditionRow Row(std::string_view suffix, const RowKind& kind, std::stri
           routine, rest.arguments, rest.leastArguments, rest.ofCore, rest.difference, rest.needsClass};
 }
 
-constexpr std::string_view kSame = "the same definition";
 constexpr std::string_view kSections =
     "hills and dales count once, in the section of their extreme point; a sampling length before counted the flank of "
     "one that its border cuts too";
@@ -63,15 +62,15 @@ constexpr std::string_view kTwoDirections =
 
 constexpr EditionRow kRows[] = {
     Row("a", kHeight, "Mean distance of the points from the mean line.", kTwoSources, {kEqual, "Ra"},
-        AsBefore<ArithmeticMeanDeviation>, {.difference = kSame, .needsClass = false}),
+        AsBefore<ArithmeticMeanDeviation>, {.difference = kSameDefinition, .needsClass = false}),
     Row("q", kHeight, "Root of the mean square distance of the points from the mean line.", kTwoSources, {kEqual, "Rq"},
-        AsBefore<RootMeanSquareDeviation>, {.difference = kSame, .needsClass = false}),
+        AsBefore<RootMeanSquareDeviation>, {.difference = kSameDefinition, .needsClass = false}),
     Row("sk", kNumber, "Skewness of the heights, the mean of z^3 over q^3.", kTwoSources, {kEqual, "Rsk"},
-        AsBefore<Skewness>, {.difference = kSame}),
+        AsBefore<Skewness>, {.difference = kSameDefinition}),
     Row("ku", kNumber, "Kurtosis of the heights, the mean of z^4 over q^4.", kTwoSources, {kEqual, "Rku"},
-        AsBefore<Kurtosis>, {.difference = kSame}),
+        AsBefore<Kurtosis>, {.difference = kSameDefinition}),
     Row("t", kHeight, "Height from the lowest to the highest point of the evaluation length.", kTwoSources,
-        {kEqual, "Rt"}, AsBefore<TotalHeight>, {.difference = kSame, .needsClass = false}),
+        {kEqual, "Rt"}, AsBefore<TotalHeight>, {.difference = kSameDefinition, .needsClass = false}),
     Row("zx", kHeight,
         "Largest height from the lowest to the highest point in a window of one section length, or of l mm, that moves "
         "along the profile.",
@@ -133,11 +132,11 @@ constexpr EditionRow kRows[] = {
     Row("ak2", kHeightPercent, "Area of the dales below the core.", kTwoSources,
         {kNear, "Rvo", "a hundred times it, from the other filter"}, DaleArea, {.ofCore = true}),
     Row("pq", kHeight, "Steepness of the plateau line in the probability plot.", kOneSource, {kEqual, "Rpq"},
-        AsBefore<PlateauDeviation>, {.difference = kSame}),
+        AsBefore<PlateauDeviation>, {.difference = kSameDefinition}),
     Row("vq", kHeight, "Steepness of the valley line in the probability plot.", kOneSource, {kEqual, "Rvq"},
-        AsBefore<ValleyDeviation>, {.difference = kSame}),
+        AsBefore<ValleyDeviation>, {.difference = kSameDefinition}),
     Row("mq", kPercent, "Material ratio at which the two lines of the probability plot cross.", kOneSource,
-        {kEqual, "Rmq"}, AsBefore<PlateauToValleyRatio>, {.difference = kSame}),
+        {kEqual, "Rmq"}, AsBefore<PlateauToValleyRatio>, {.difference = kSameDefinition}),
     Row("vm", kHeight, "Material volume above the height at the material ratio p.", kOneSource, {}, MaterialVolume,
         {.arguments = "p", .leastArguments = 1, .difference = "now a volume; it was the mean of the deepest points"}),
     Row("vv", kHeight, "Void volume below the height at the material ratio p.", kOneSource, {}, VoidVolume,

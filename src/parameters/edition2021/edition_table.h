@@ -39,6 +39,9 @@ struct OlderRow {
   std::string_view why = {};  ///< why it is not the same number, or what else there is to say; a clause
 };
 
+/// What stands as the difference of a row that means what it did before.
+inline constexpr std::string_view kSameDefinition = "the same definition";
+
 /// One row of the edition of 2021. It exists for the profiles P, W and R.
 struct EditionRow {
   std::string_view suffix;

@@ -65,6 +65,8 @@ void MarkStretches(CClickableProfileGraph& graph, const Document& document, doub
 /// Peaks and pits as marks, and the levels of hills and dales as lines; what pruning takes out is faint.
 void DrawFeatures(CClickableProfileGraph& graph, const Document& document, ProfileKind kind) {
   constexpr double kMarkPixels = 7.0;
+  constexpr double kPixelsOfMany = 4.0;
+  constexpr std::size_t kMany = 150;
   constexpr float kFaint = 0.3F;
   const bool metric = document.settings.display.Metric;
   const double heightFactor = kHeightUM.Factor(metric);
@@ -75,13 +77,15 @@ void DrawFeatures(CClickableProfileGraph& graph, const Document& document, Profi
   for (const bool ofHills : {true, false}) {
     const FeatureMarks marks = FeatureMarksOf(document, kind, ofHills);
     const auto shape = ofHills ? QCPScatterStyle::ssTriangle : QCPScatterStyle::ssTriangleInverted;
+    // Many side by side would hide the profile.
+    const double pixels = marks.extremes.size() > kMany ? kPixelsOfMany : kMarkPixels;
     for (const bool isKept : {false, true}) {
       QCPGraph* const points = graph.addGraph();
       points->setName(isKept ? (ofHills ? QObject::tr("hills") : QObject::tr("dales")) : QObject::tr("pruned"));
       points->setLineStyle(QCPGraph::lsNone);
       points->setPen(QPen(isKept ? ink : faint));
-      points->setScatterStyle(QCPScatterStyle(shape, isKept ? QPen(ink) : QPen(faint),
-                                              isKept ? QBrush(ink) : QBrush(Qt::NoBrush), kMarkPixels));
+      points->setScatterStyle(
+          QCPScatterStyle(shape, isKept ? QPen(ink) : QPen(faint), isKept ? QBrush(ink) : QBrush(Qt::NoBrush), pixels));
       if (!isKept && !ofHills) points->removeFromLegend();
       for (const FeatureMark& mark : marks.extremes) {
         if (mark.isKept == isKept) points->addData(mark.xMM * lengthFactor, mark.heightUM * heightFactor);

@@ -5,11 +5,10 @@
 #include <QPagedPaintDevice>
 #include <QString>
 #include <string_view>
-#include <vector>
 
 #include "analysis/document.h"
 #include "presentation/report_template.h"
-#include "presentation/several_results.h"
+#include "presentation/report_texts.h"
 
 namespace texturon {
 
@@ -19,7 +18,7 @@ inline constexpr int kReportResolution = 144;
 /// What a report shows besides the document.
 struct ReportChoice {
   ReportTemplate layout = DefaultReportTemplate();
-  std::vector<SeveralRow> several = {};  ///< of the statistics block; empty: the block is left out
+  SeveralReport several = {};  ///< of the statistics block; without rows the block is left out
 };
 
 /// Draws the report of an analysed document on a printer or into a file, block by block as the template says. The

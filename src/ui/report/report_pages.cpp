@@ -22,6 +22,7 @@ namespace {
 constexpr int kGap = 12;
 constexpr int kLineGap = 4;
 constexpr int kColumnGap = 16;
+constexpr int kPartsOfLines = 3;  // a name has one of them
 constexpr int kGapBetweenTables = 48;
 constexpr int kPlotFont = kReportResolution / 9;
 /// Of the page between head and foot: what a curve needs, and what it takes where there is room.
@@ -224,18 +225,42 @@ private:
           PaintRow(line, columns, {FromText(rows[i]->title), ValueOf(*rows[i]), FromText(rows[i]->unit)}, false);
         },
         groups);
-    AddNamedLines(flow, QObject::tr("Without a value"), texts_.reasons, 3);
+    AddNamedLines(flow, QObject::tr("Without a value"), texts_.reasons, kPartsOfLines);
+    differences_ = Wrapped(texts_.differences, kPartsOfLines);
+    AddNamedLines(flow, QObject::tr("Rows of 2021 that differ from those of the same name before"), differences_,
+                  kPartsOfLines);
+  }
+
+  /// Texts that are too long for their line go on in further ones without a name.
+  std::vector<ReportLine> Wrapped(const std::vector<ReportLine>& texts, int parts) {
+    const QFontMetrics metrics(Font(8.5), &device_);
+    const int width = body_.width() - body_.width() / parts - kColumnGap;
+    std::vector<ReportLine> lines;
+    for (const auto& [name, text] : texts) {
+      lines.emplace_back(name, "");
+      for (const QString& word : FromText(text).split(' ')) {
+        const QString line = FromText(lines.back().second);
+        const QString longer = line.isEmpty() ? word : line + ' ' + word;
+        if (!line.isEmpty() && metrics.horizontalAdvance(longer) > width) {
+          lines.emplace_back("", ToText(word));
+        } else {
+          lines.back().second = ToText(longer);
+        }
+      }
+    }
+    return lines;
   }
 
   void AddStatistics(PageFlow& flow, const ReportBlock& /*block*/) {
-    if (choice_.several.empty()) return;
-    const auto lines = StatisticsCells(choice_.several, document_.settings.display.Metric);
-    const Columns columns = {{20, false}, {8, true},  {12, true}, {12, true},
-                             {12, true},  {12, true}, {7, false}, {17, false}};
+    if (choice_.several.rows.empty()) return;
+    const auto lines = StatisticsCells(choice_.several.rows, document_.settings.display.Metric);
+    const Columns columns = {{22, false}, {10, true}, {11, true}, {11, true},
+                             {11, true},  {11, true}, {6, false}, {18, false}};
     AddTitle(flow, QObject::tr("Several profiles"));
     AddTable(
         flow, Cells(StatisticsTitles()), columns, lines.size(),
         [this, lines, columns](const QRect& line, std::size_t i) { PaintRow(line, columns, Cells(lines[i]), false); });
+    AddNamedLines(flow, QObject::tr("Profiles"), choice_.several.profiles, 20);
   }
 
   void AddInstrument(PageFlow& flow, const ReportBlock& /*block*/) {
@@ -372,6 +397,7 @@ private:
   const Document& document_;
   const ReportChoice& choice_;
   ReportTexts texts_;
+  std::vector<ReportLine> differences_;  ///< in lines of the page
   QCPPainter painter_;
   QRect page_;
   QRect body_;

@@ -19,7 +19,10 @@
 
 #include "analysis/acceptance.h"
 #include "analysis/analysis_run.h"
+#include "analysis/file_clash.h"
 #include "analysis/verdict_trials.h"
+#include "base/date_text.h"
+#include "base/number_text.h"
 #include "base/quantity.h"
 #include "platform/platform.h"
 #include "platform/prompts.h"
@@ -27,6 +30,7 @@
 #include "ui/language.h"
 #include "ui/plots/clickable_profile_graph.h"
 #include "ui/qt_text.h"
+#include "ui/report/report.h"
 #include "ui/tables/grid_ctrl.h"
 #include "ui/trust/known_budget.h"
 #include "ui/window/file_dialogs.h"
@@ -106,6 +110,9 @@ CSeveralWindow::CSeveralWindow(CTexturonDoc& doc, QWidget* parent) : QDialog(par
   auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
   auto* const copy = buttons->addButton(tr("&Copy"), QDialogButtonBox::ActionRole);
   connect(copy, &QPushButton::clicked, this, [this] { QApplication::clipboard()->setText(table_->AsText()); });
+  auto* const report = buttons->addButton(tr("Re&port..."), QDialogButtonBox::ActionRole);
+  report->setToolTip(tr("The report of the chosen profile, with the statistics of all."));
+  connect(report, &QPushButton::clicked, this, [this] { AskForReport(); });
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
   outer->addWidget(buttons);
   for (QPushButton* const button : findChildren<QPushButton*>()) button->setAutoDefault(false);
@@ -235,6 +242,44 @@ void CSeveralWindow::RemoveChosen() {
   FillList();
   DrawOverlay();
   ShowTable();
+}
+
+bool CSeveralWindow::WriteReportFile(const std::filesystem::path& file, QString& reason) const {
+  if (entries_.empty()) {
+    reason = tr("There are no profiles.");
+    return false;
+  }
+  ReportChoice choice{.layout = UsersReportTemplate()};
+  if (!choice.layout.Has(ReportBlockKind::kStatistics)) {
+    reason = tr("The layout of the report has no block for several profiles.");
+    return false;
+  }
+  SeveralResults results;
+  RunFiles files{.reads = {}, .writes = {file}};
+  for (const auto& entry : entries_) {
+    results.Add(entry->document);
+    choice.several.profiles.emplace_back(IntegerText(static_cast<std::int64_t>(results.Count())), ToText(entry->name));
+    files.reads.push_back(entry->document.profiles.sourceFile);
+  }
+  if (const std::string clash = FileClash(files); !clash.empty()) {
+    reason = EngineText(clash);
+    return false;
+  }
+  choice.several.rows = results.Rows(AcceptanceRules()[static_cast<std::size_t>(rule_->currentIndex())].rule,
+                                     doc_.document().settings.decision.DecisionRule);
+  const auto chosen = static_cast<std::size_t>(std::max(list_->currentRow(), 0));
+  return WriteReport(FromPath(file), entries_[chosen]->document, DateText(doc_.environment().localTime()), reason,
+                     choice);
+}
+
+void CSeveralWindow::AskForReport() {
+  const auto file = AskFileToSave(this, {.title = tr("Report"),
+                                         .filters = "PDF (*.pdf)|*.pdf|HTML (*.html)|*.html|All Files (*.*)|*.*||",
+                                         .extension = "pdf",
+                                         .proposal = {}});
+  if (!file) return;
+  QString reason;
+  state_->setText(WriteReportFile(*file, reason) ? tr("Wrote %1").arg(FromPath(*file)) : reason);
 }
 
 void CSeveralWindow::AlignChosenHere() {

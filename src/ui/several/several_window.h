@@ -39,6 +39,9 @@ public:
   std::size_t Count() const { return entries_.size(); }
   CClickableProfileGraph& Graph() { return *graph_; }
   const CGridCtrl& Table() const { return *table_; }
+  /// The report of the profile that is chosen in the list, or of the first, with the statistics of all. False with a
+  /// sentence in `reason`.
+  bool WriteReportFile(const std::filesystem::path& file, QString& reason) const;
   /// What could not be added, a line each; empty: all is there.
   QString Faults() const;
 
@@ -58,6 +61,7 @@ private:
   void NoteDoubt(const QString& name, const QString& reason);
   void RemoveChosen();
   void AlignChosenHere();
+  void AskForReport();
   /// The profiles that are ticked, where the choice of alignment puts them.
   std::vector<OverlaidProfile> Overlay(std::vector<std::size_t>& shown) const;
   void FillList();

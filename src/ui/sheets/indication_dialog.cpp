@@ -8,8 +8,10 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "base/text.h"
 #include "platform/platform.h"
 #include "presentation/requirement_texts.h"
+#include "ui/language.h"
 #include "ui/qt_text.h"
 
 namespace texturon {
@@ -19,6 +21,24 @@ ClassTable ClassesOf(const StandardSettings& standard) {
   ClassTable classes;
   if (!standard.ClassTable.empty()) classes = ReadClassTable(PathFromText(standard.ClassTable)).classes;
   return classes.empty() ? BuiltInClasses() : classes;
+}
+
+/// What the text means, in the language of the window.
+QString MeaningInWords(const IndicationResult& read) {
+  if (!read.fault.empty()) return EngineText(IndicationFault(read));
+  QStringList lines;
+  for (const Requirement& requirement : read.requirements) {
+    if (!lines.isEmpty()) lines << QString();
+    lines << FromText(requirement.source);
+    for (const auto& [title, line] : MeaningOf({requirement, std::nullopt})) {
+      const QStringList parts = FromText(line).split(" of ");
+      const bool isSections = title == "Sections" && parts.size() == 2;
+      const auto part = [&parts](int i) { return EngineText(ToText(parts[i])); };
+      lines << EngineText(title) + ": " +
+                   (isSections ? QObject::tr("%1 of %2").arg(part(0), part(1)) : EngineText(line));
+    }
+  }
+  return lines.join('\n');
 }
 
 }  // namespace
@@ -49,14 +69,15 @@ CIndicationDialog::CIndicationDialog(const Settings& settings, QWidget* parent)
                                 static_cast<QWidget*>(meaning_), static_cast<QWidget*>(buttons)}) {
     column->addWidget(widget);
   }
+  column->setStretchFactor(meaning_, 1);
   Show();
 }
 
 void CIndicationDialog::Show() {
   const std::string text = ToText(text_->toPlainText());
   const ClassTable classes = ClassesOf(former_.analysis.standard);
-  QString meaning = FromText(IndicationMeaning(text, classes));
   const IndicationResult read = ReadIndication(text, classes);
+  QString meaning = TrimBlanks(text).empty() ? QString() : MeaningInWords(read);
   working_ = former_;
   bool isUsable = read.fault.empty();
   bool isTogether = true;
@@ -70,7 +91,7 @@ void CIndicationDialog::Show() {
       isTogether = isTogether && AddRequirement(requirement, working_.analysis);
     }
   }
-  if (!isTogether) meaning += tr("The requirements are measured in different ways; enter one at a time.");
+  if (!isTogether) meaning += "\n\n" + tr("The requirements are measured in different ways; enter one at a time.");
   meaning_->setText(meaning);
   ok_->setEnabled(isUsable && isTogether);
 }

@@ -49,8 +49,10 @@ const SettingKey* KeyOfColumn(int column) {
 
 CParametersPage::CParametersPage(Settings& settings, QWidget* parent)
     : CSettingsPage(settings, parent),
+      shown_(settings),
       table_(new QTableWidget(0, std::size(kColumns), this)),
-      filter_(new QLineEdit(this)) {
+      filter_(new QLineEdit(this)),
+      note_(new QLabel(this)) {
   filter_->setPlaceholderText(tr("Find by name or definition"));
   filter_->setClearButtonEnabled(true);
   filter_->setAccessibleName(filter_->placeholderText());
@@ -86,6 +88,10 @@ CParametersPage::CParametersPage(Settings& settings, QWidget* parent)
   }
   layout->addLayout(buttons);
   layout->addWidget(table_, 1);
+  note_->setObjectName("note");
+  note_->setWordWrap(true);
+  note_->setVisible(false);
+  layout->addWidget(note_);
   // What the limits are kept by.
   auto* const rules = new QGridLayout;
   for (const std::string_view key : {"DecisionRule", "AcceptanceRule"}) {
@@ -115,13 +121,15 @@ CParametersPage::CParametersPage(Settings& settings, QWidget* parent)
 void CParametersPage::Refresh() {
   CSettingsPage::Refresh();
   const QSignalBlocker quiet(table_);
-  const std::vector<ParameterSelection>& rows = settings_.analysis.parameters;
+  const auto isNamed = [](const ParameterSelection& a, const ParameterSelection& b) { return a.name == b.name; };
+  const std::vector<ParameterSelection> before = std::move(shown_.analysis.parameters);
+  shown_.analysis.parameters = OfferedRows(settings_.analysis);
+  const std::vector<ParameterSelection>& rows = shown_.analysis.parameters;
+  // What could not be used belongs to rows that stand elsewhere now.
+  if (!std::equal(before.begin(), before.end(), rows.begin(), rows.end(), isNamed)) DropFaults();
   table_->setRowCount(static_cast<int>(rows.size()));
   for (int row = 0; row < table_->rowCount(); ++row) {
     const std::string& name = rows[static_cast<std::size_t>(row)].name;
-    const bool isNew = ChosenEdition(settings_.analysis) == EditionChoice::k2021;
-    const MasterRow* const master = isNew ? nullptr : FindMasterRow(name);
-    const EditionRow* const edition = isNew ? ParseEditionName(name).row : nullptr;
     for (int column = 0; column < table_->columnCount(); ++column) {
       QTableWidgetItem* item = table_->item(row, column);
       if (item == nullptr) table_->setItem(row, column, item = new QTableWidgetItem);
@@ -129,18 +137,13 @@ void CParametersPage::Refresh() {
       const SettingKey* const key = KeyOfColumn(column);
       Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
       if (key == nullptr) {
-        if (edition != nullptr) {
-          item->setText(Readable(EngineText(column == kUnitColumn ? PrintedUnit(edition->quantity.metricUnit)
-                                                                  : std::string(edition->definition))));
-        } else if (master != nullptr)
-          item->setText(Readable(
-              EngineText(column == kUnitColumn ? PrintedUnit(master->quantity.metricUnit) : master->definition)));
+        item->setText(TextOf(name, column == kUnitColumn));
       } else {
-        const SettingValue value = key->binding.get(settings_, static_cast<std::size_t>(row));
+        const SettingValue value = key->binding.get(shown_, static_cast<std::size_t>(row));
         if (const bool* const flag = std::get_if<bool>(&value)) {
           flags |= Qt::ItemIsUserCheckable;
           item->setCheckState(*flag ? Qt::Checked : Qt::Unchecked);
-          if (column == 0) item->setText(FromText(rows[static_cast<std::size_t>(row)].name));
+          if (column == 0) item->setText(TitleOf(name));
         } else {
           flags |= Qt::ItemIsEditable;
           item->setText(FromText(EntryText(*key, value, true)));
@@ -152,8 +155,32 @@ void CParametersPage::Refresh() {
   }
 }
 
+QString CParametersPage::TitleOf(const std::string& name) const {
+  if (ChosenEdition(settings_.analysis) != EditionChoice::kBoth) return FromText(name);
+  QStringList editions;
+  if (FindMasterRow(name) != nullptr) editions << FromText(NameOf(Edition::k1997));
+  if (ParseEditionName(name).row != nullptr) editions << FromText(NameOf(Edition::k2021));
+  return editions.isEmpty() ? FromText(name) : QString("%1 (%2)").arg(FromText(name), editions.join(", "));
+}
+
+QString CParametersPage::TextOf(const std::string& name, bool isUnit) const {
+  const EditionChoice chosen = ChosenEdition(settings_.analysis);
+  const auto textOf = [isUnit](const auto& row) {
+    return Readable(EngineText(isUnit ? PrintedUnit(row.quantity.metricUnit) : std::string(row.definition)));
+  };
+  const MasterRow* const master = chosen == EditionChoice::k2021 ? nullptr : FindMasterRow(name);
+  const EditionRow* const row = chosen == EditionChoice::k1997 ? nullptr : ParseEditionName(name).row;
+  if (master == nullptr) return row != nullptr ? textOf(*row) : QString();
+  const QString before = textOf(*master);
+  if (row == nullptr) return before;
+  const QString now = textOf(*row);
+  if (now == before) return now;
+  return isUnit ? (before.isEmpty() ? "1" : before) + " / " + (now.isEmpty() ? "1" : now)
+                : QString("1997: %1 2021: %2").arg(before, now);
+}
+
 bool CParametersPage::ShowParameter(const QString& name) {
-  const auto& rows = settings_.analysis.parameters;
+  const auto& rows = shown_.analysis.parameters;
   const auto row = std::find_if(rows.begin(), rows.end(), [&](const auto& each) { return each.name == ToText(name); });
   if (row == rows.end()) return false;
   filter_->clear();
@@ -163,11 +190,23 @@ bool CParametersPage::ShowParameter(const QString& name) {
   return true;
 }
 
-void CParametersPage::Reset() {
-  const QSignalBlocker quiet(table_);
+void CParametersPage::DropFaults() {
   for (const auto& [cell, fault] : faults_) Mark(*table_->item(cell.first, cell.second), {});
   faults_.clear();
+}
+
+void CParametersPage::Reset() {
+  const QSignalBlocker quiet(table_);
+  DropFaults();
+  note_->setVisible(false);
   CSettingsPage::Reset();
+}
+
+void CParametersPage::Take() {
+  const auto gone = static_cast<int>(TakeOfferedRows(shown_.analysis.parameters, settings_.analysis));
+  note_->setText(tr("A list holds 128 parameters; %n more left out. Take others off.", nullptr, gone));
+  note_->setVisible(gone > 0);
+  emit Edited();
 }
 
 QString CParametersPage::Fault() const {
@@ -200,38 +239,37 @@ void CParametersPage::OnItem(QTableWidgetItem* item) {
   if (key == nullptr) return;
   const auto row = static_cast<std::size_t>(item->row());
   if ((item->flags() & Qt::ItemIsUserCheckable) != 0) {
-    key->binding.set(settings_, row, item->checkState() == Qt::Checked);
+    key->binding.set(shown_, row, item->checkState() == Qt::Checked);
   } else {
     const EntryReading entry = ReadEntry(*key, ToText(item->text()), true);
     const QSignalBlocker quiet(table_);
     const std::pair cell(item->row(), item->column());
     faults_.erase(cell);
-    if (!entry.ok()) faults_[cell] = FromText(settings_.analysis.parameters[row].name + ": ") + EngineText(entry.fault);
+    if (!entry.ok()) faults_[cell] = FromText(shown_.analysis.parameters[row].name + ": ") + EngineText(entry.fault);
     Mark(*item, EngineText(entry.fault));
-    if (entry.ok()) key->binding.set(settings_, row, entry.value);
+    if (!entry.ok()) return emit Edited();
+    key->binding.set(shown_, row, entry.value);
   }
-  emit Edited();
+  Take();
 }
 
 void CParametersPage::Move(int by) {
-  std::vector<ParameterSelection>& rows = settings_.analysis.parameters;
+  std::vector<ParameterSelection>& rows = shown_.analysis.parameters;
   const int from = table_->currentRow();
   const int to = from + by;
   if (from < 0 || to < 0 || to >= static_cast<int>(rows.size()) || !faults_.empty()) return;
   std::swap(rows[static_cast<std::size_t>(from)], rows[static_cast<std::size_t>(to)]);
   for (std::size_t i = 0; i < rows.size(); ++i) rows[i].selectionRef = static_cast<std::int32_t>(i);
-  Refresh();
+  Take();
   table_->setCurrentCell(to, std::max(table_->currentColumn(), 0));
-  emit Edited();
 }
 
 void CParametersPage::SelectAll(bool selected) {
   for (int row = 0; row < table_->rowCount(); ++row) {
     // What the search hides stays as it is.
-    if (!table_->isRowHidden(row)) settings_.analysis.parameters[static_cast<std::size_t>(row)].selected = selected;
+    if (!table_->isRowHidden(row)) shown_.analysis.parameters[static_cast<std::size_t>(row)].selected = selected;
   }
-  Refresh();
-  emit Edited();
+  Take();
 }
 
 void CParametersPage::Filter(const QString& text) {

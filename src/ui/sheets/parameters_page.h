@@ -3,18 +3,21 @@
 #pragma once
 
 #include <map>
+#include <string>
 #include <utility>
 #include <vector>
 
 #include "ui/sheets/settings_pages.h"
 
+class QLabel;
 class QLineEdit;
 class QTableWidget;
 class QTableWidgetItem;
 
 namespace texturon {
 
-/// The parameters: which are shown, in which order, within which limits, and by which rules these are kept.
+/// The parameters of the edition in force: which are shown, in which order, within which limits, and by which rules these
+/// are kept.
 class CParametersPage : public CSettingsPage {
   Q_OBJECT
 
@@ -36,10 +39,19 @@ public:
 private:
   void OnItem(QTableWidgetItem* item);
   void Mark(QTableWidgetItem& item, const QString& fault);
+  void DropFaults();
   void Filter(const QString& text);
+  /// Makes what is shown the settings' list.
+  void Take();
+  /// The name, with its editions where rows of both are shown.
+  QString TitleOf(const std::string& name) const;
+  /// Unit or definition, of both editions where they differ.
+  QString TextOf(const std::string& name, bool isUnit) const;
 
+  Settings shown_;  ///< with all rows that are offered
   QTableWidget* table_;
   QLineEdit* filter_;
+  QLabel* note_;
   std::map<std::pair<int, int>, QString> faults_;  ///< by row and column
 };
 

@@ -23,6 +23,7 @@
 #include "ui/sheets/parameters_page.h"
 #include "ui/sheets/presets.h"
 #include "ui/sheets/shape_pages.h"
+#include "ui/sheets/standard_page.h"
 
 namespace texturon {
 namespace {
@@ -280,7 +281,8 @@ CSettingsSheet::CSettingsSheet(CTexturonDoc& doc, QWidget* parent) : CLiveSheet(
   AddPage(new CAspherePage(Working(), doc), tr("Asphere"));
   addFields("Asphere Tables");
   AddPage(new CFreeFormPage(Working(), doc), tr("Free Form"));
-  for (const char* const page : {"Display", "Scales", "Standard"}) addFields(page);
+  for (const char* const page : {"Display", "Scales"}) addFields(page);
+  AddPage(new CStandardPage(Working()), tr("Standard"));
 }
 
 void CSettingsSheet::ShowParameter(const QString& name) {

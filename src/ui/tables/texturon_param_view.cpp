@@ -37,6 +37,10 @@ QString TitleOf(RowGroup group) {
   return QObject::tr("Bearing ratios and Htp");
 }
 
+QString LabelOf(const ShownRow& row) {
+  return EngineText(ToText(FromText(row.label).trimmed()));
+}
+
 /// What the row is, by which standard, why it has no value, and the settings that it depends on.
 QString TipOf(const Document& document, const ShownRow& row) {
   const ParameterExplanation explanation = ExplainRow(document, row.row);
@@ -47,7 +51,7 @@ QString TipOf(const Document& document, const ShownRow& row) {
   if (!row.reason.empty()) lines << CTexturonParamView::tr("No value: %1.").arg(EngineText(row.reason));
   if (!row.doubt.empty()) lines << CTexturonParamView::tr("No plain verdict: %1.").arg(EngineText(row.doubt));
   for (const auto& [meaning, value] : explanation.settings) lines << EngineText(meaning) + ": " + EngineText(value);
-  const QString label = FromText(row.label).trimmed();
+  const QString label = LabelOf(row);
   if (!label.isEmpty()) lines << Readable(label);
   return lines.join('\n');
 }
@@ -122,7 +126,7 @@ void CTexturonParamView::Update() {
     records << CGridCtrl::Record{
         .cells = {FromText(row.title),
                   row.value.empty() ? QString::fromUtf8("\u2013") : FromText(row.ValueAndUncertainty()),
-                  FromText(row.unit), verdict, FromText(row.label).trimmed()},
+                  FromText(row.unit), verdict, LabelOf(row)},
         .standsOut = row.verdict == Acceptance::kFail && row.row.tolerance.highlightIfOut,
         .tip = TipOf(doc_.document(), row),
         .isUndecided = row.verdict == Acceptance::kUndecided};

@@ -12,10 +12,14 @@
 #include <string_view>
 #include <thread>
 
+#include "analysis/acceptance.h"
+#include "analysis/analysis_run.h"
 #include "analysis/file_clash.h"
 #include "analysis/uncertainty_trials.h"
+#include "analysis/verdict_trials.h"
 #include "base/charset.h"
 #include "base/date_text.h"
+#include "base/number_text.h"
 #include "formats/companion_file.h"
 #include "platform/platform.h"
 #include "ui/qt_text.h"
@@ -34,16 +38,63 @@ int Refuse(const QString& sentence, int status = 1) {
   return status;
 }
 
+/// How the command line asks for a rule over several profiles; the settings' own where it does not. Empty: by no name
+/// of a rule.
+std::optional<AcceptanceRule> RuleOf(const QString& name, const Settings& settings) {
+  if (name.isEmpty()) return AcceptanceRuleOf(settings.decision.AcceptanceRule);
+  for (const AcceptanceRuleName& row : AcceptanceRules()) {
+    if (name.toStdString() == row.name) return row.rule;
+  }
+  return std::nullopt;
+}
+
+unsigned AllCores() {
+  return std::max(1U, std::thread::hardware_concurrency());
+}
+
+/// The profile of the report and further ones, by its settings and in this order. Empty, with a sentence, where one of
+/// them gives no result.
+std::optional<SeveralReport> WithFurther(const CTexturonDoc& doc, const QStringList& files, AcceptanceRule rule,
+                                         const UncertaintyRequest* uncertainty, QString& reason) {
+  SeveralResults results;
+  SeveralReport report;
+  const auto add = [&](const Document& document) {
+    results.Add(document);
+    report.profiles.emplace_back(IntegerText(static_cast<std::int64_t>(results.Count())), document.profiles.sourcePath);
+  };
+  add(doc.document());
+  for (const QString& file : files) {
+    SilentPrompts prompts;
+    Document document = MakeDocument();
+    document.writesTraceFile = false;
+    ApplySettings(document, doc.document().settings);
+    const RunStep step = RunAnalysis(document, {.path = ToPath(file)}, prompts, doc.environment());
+    if (!step.ok()) {
+      reason = FromText(FileSentence(ToPath(file), step.Reason()));
+      return std::nullopt;
+    }
+    if (const std::string open = TryForVerdicts(document, uncertainty, AllCores());
+        uncertainty != nullptr && !open.empty()) {
+      reason = FromText(FileSentence(ToPath(file), "has no uncertainty: " + open));
+      return std::nullopt;
+    }
+    add(document);
+  }
+  report.rows = results.Rows(rule, doc.document().settings.decision.DecisionRule);
+  return report;
+}
+
 int Print(const QString& text) {
   std::cout << text.toStdString() << std::flush;
   return std::cout ? 0 : Refuse(QObject::tr("Standard output cannot be written."));
 }
 
-/// Why the output would destroy an input, the first of which is the profile: a sentence; empty: it would not.
-std::string ClashOf(std::vector<std::filesystem::path> inputs, const std::filesystem::path& output) {
-  const auto companion = CompanionOf(inputs.front());
-  RunFiles files{.reads = std::move(inputs), .writes = {output}};
-  if (companion) files.reads.push_back(*companion);
+/// Why the output would destroy an input: a sentence; empty: it would not.
+std::string ClashOf(const std::vector<std::filesystem::path>& inputs, const std::filesystem::path& output) {
+  RunFiles files{.reads = inputs, .writes = {output}};
+  for (const std::filesystem::path& input : inputs) {
+    if (const auto companion = CompanionOf(input)) files.reads.push_back(*companion);
+  }
   return FileClash(files);
 }
 
@@ -94,14 +145,86 @@ int WriteVerification(const QString& file) {
 }
 
 /// Tries the profile with a budget: its values and verdicts then go by what was found. Why not, a sentence.
-QString TryBudget(CTexturonDoc& doc, const std::filesystem::path& file) {
-  const BudgetRead read = ReadBudget(file);
-  if (!read.budget) return FromText(FileSentence(file, read.reason));
-  TrialOutcome trials =
-      RunTrials(doc.document(), *read.budget, {.jobs = std::max(1U, std::thread::hardware_concurrency())});
+QString TryBudget(CTexturonDoc& doc, const UncertaintyBudget& budget) {
+  TrialOutcome trials = RunTrials(doc.document(), budget, {.jobs = AllCores()});
   if (!trials.reason.empty()) return FromText("No uncertainty: " + trials.reason + ".");
   doc.ShowUncertainties(doc.document(), std::move(trials.rows));
   return {};
+}
+
+/// What a run without a window is to make.
+struct HeadlessRequest {
+  QString profile;
+  QStringList further;
+  QString output;
+  QString settingsFile;
+  QString layout;
+  QString picture;
+  QString acceptance;
+  QString budget;
+  bool isScreenshot = false;
+};
+
+/// A screenshot, a picture or a report. Returns the exit status.
+int Make(const HeadlessRequest& wanted) {
+  std::vector<std::filesystem::path> inputs = {ToPath(wanted.profile), ToPath(wanted.settingsFile),
+                                               ToPath(wanted.layout), ToPath(wanted.budget)};
+  for (const QString& file : wanted.further) inputs.push_back(ToPath(file));
+  const std::string clash = ClashOf(inputs, ToPath(wanted.output));
+  if (!clash.empty()) return Refuse(FromText(clash), 2);
+  QString reason;
+  ReportChoice choice;
+  const ReportBlockRow* const block = FindReportBlock(ToText(wanted.picture));
+  if (!wanted.picture.isEmpty() && (block == nullptr || !block->isPicture)) {
+    return Refuse(QObject::tr("%1 is no picture; pictures are %2.").arg(wanted.picture, PictureNames()), 2);
+  }
+  if (!wanted.layout.isEmpty()) {
+    auto read = LoadReportTemplate(wanted.layout, reason);
+    if (!read) return Refuse(reason);
+    choice.layout = std::move(*read);
+  }
+  if (!wanted.further.isEmpty() && !choice.layout.Has(ReportBlockKind::kStatistics)) {
+    return Refuse(QObject::tr("The template has no block \"statistics\" for several profiles."));
+  }
+  CollectingPrompts prompts;
+  Environment environment = SystemEnvironment();
+  environment.traceFile.clear();
+  CMainFrame frame(environment, &prompts);
+  CTexturonDoc& doc = frame.Doc();
+  const auto lastMessage = [&] { return FromText(prompts.messages().back()); };
+  if (!wanted.settingsFile.isEmpty() && !doc.LoadSettingsFile(ToPath(wanted.settingsFile))) {
+    return Refuse(lastMessage());
+  }
+  QObject reader;  // makes the curves of the report with the analysis
+  if (!wanted.picture.isEmpty()) choice.layout.blocks = {{block->kind}};
+  if (!wanted.isScreenshot) doc.SetWanted(&reader, ResultsFor(choice.layout));
+  if (!doc.Open(ToPath(wanted.profile))) return Refuse(lastMessage());
+  std::optional<UncertaintyRequest> uncertainty;
+  if (!wanted.budget.isEmpty()) {
+    BudgetRead read = ReadBudget(ToPath(wanted.budget));
+    if (!read.budget) return Refuse(FromText(FileSentence(ToPath(wanted.budget), read.reason)));
+    uncertainty.emplace(UncertaintyRequest{.budget = std::move(*read.budget)});
+    reason = TryBudget(doc, uncertainty->budget);
+    if (!reason.isEmpty()) return Refuse(reason);
+  }
+  if (wanted.isScreenshot) {
+    reason = WriteScreenshot(frame, wanted.output);
+  } else if (!doc.document().profiles.primaryRange) {
+    // The analysis itself has said why.
+    reason = prompts.messages().empty() ? QObject::tr("The profile cannot be analysed.") : lastMessage();
+  } else if (!wanted.picture.isEmpty()) {
+    WritePicture(wanted.output, doc.document(), block->kind, reason);
+  } else {
+    if (!wanted.further.isEmpty()) {
+      const auto rule = RuleOf(wanted.acceptance, doc.document().settings);
+      if (!rule) return Refuse(QObject::tr("%1 is no rule; rules are max, 16% and median.").arg(wanted.acceptance), 2);
+      auto several = WithFurther(doc, wanted.further, *rule, uncertainty ? &*uncertainty : nullptr, reason);
+      if (!several) return Refuse(reason);
+      choice.several = std::move(*several);
+    }
+    WriteReport(wanted.output, doc.document(), DateText(environment.localTime()), reason, choice);
+  }
+  return reason.isEmpty() ? 0 : Refuse(reason);
 }
 
 }  // namespace
@@ -118,7 +241,13 @@ int RunHeadless(const QStringList& arguments) {
   parser.setApplicationDescription(QObject::tr("Surface texture analysis of profiles."));
   const QCommandLineOption help = parser.addHelpOption();
   const QCommandLineOption version = parser.addVersionOption();
-  const QCommandLineOption report("report", QObject::tr("Writes the report of a profile, PDF or .html."), "FILE");
+  const QCommandLineOption report(
+      "report",
+      QObject::tr("Writes the report of a profile, PDF or .html; with further profiles their statistics, too."),
+      "FILE");
+  const QCommandLineOption acceptance(
+      "acceptance",
+      QObject::tr("Rule of the verdict over several profiles: max, 16% or median (or as the settings say)."), "RULE");
   const QCommandLineOption layout("template", QObject::tr("Template that names the blocks of the report."), "FILE");
   const QCommandLineOption picture(
       "picture", QObject::tr("Writes one picture of the report, .svg or PNG: %1.").arg(PictureNames()), "NAME");
@@ -130,8 +259,9 @@ int RunHeadless(const QStringList& arguments) {
   const QCommandLineOption budget("budget", QObject::tr("Budget of the instrument, for uncertainties and verdicts."),
                                   "INI");
   const QCommandLineOption another("new", QObject::tr("Opens a window beside the one that is open already."));
-  parser.addOptions({report, layout, picture, screenshot, verify, output, settingsFile, budget, another});
-  parser.addPositionalArgument("profile", QObject::tr("Profile to open in the window."), "[PROFILE]");
+  parser.addOptions({report, acceptance, layout, picture, screenshot, verify, output, settingsFile, budget, another});
+  parser.addPositionalArgument("profile", QObject::tr("Profiles to open in the window, or further ones of a report."),
+                               "[PROFILE...]");
   if (!parser.parse(arguments)) return Refuse(parser.errorText() + ".");
   if (parser.isSet(help)) return Print(parser.helpText());
   if (parser.isSet(version)) return Print("texturon-desktop " + QApplication::applicationVersion() + '\n');
@@ -141,57 +271,33 @@ int RunHeadless(const QStringList& arguments) {
     if (!parser.isSet(output)) return Refuse(QObject::tr("Say with -o where the result goes."));
     return WriteVerification(parser.value(output));
   }
-  if (parser.isSet(report) == parser.isSet(screenshot) || !parser.positionalArguments().isEmpty()) {
-    return Refuse(QObject::tr("Give either --report FILE or --screenshot FILE, and nothing else to open."));
+  for (const QCommandLineOption& option : {acceptance, budget, layout, picture, settingsFile}) {
+    if (parser.isSet(option) && parser.value(option).isEmpty()) {
+      return Refuse(QObject::tr("--%1 names nothing.").arg(option.names().first()), 2);
+    }
+  }
+  const QStringList further = parser.positionalArguments();
+  const bool takesFurther = parser.isSet(report) && !parser.isSet(picture);
+  if (parser.isSet(report) == parser.isSet(screenshot) || (!further.isEmpty() && !takesFurther)) {
+    return Refuse(QObject::tr(
+        "Give either --report FILE, with further files or not, or --screenshot FILE; a picture is of one."));
+  }
+  if (parser.isSet(acceptance) && further.isEmpty()) {
+    return Refuse(QObject::tr("--acceptance judges several profiles; give more than one."), 2);
   }
   if (!parser.isSet(report) && (parser.isSet(layout) || parser.isSet(picture))) {
     return Refuse(QObject::tr("--template and --picture belong to --report FILE."), 2);
   }
   if (!parser.isSet(output)) return Refuse(QObject::tr("Say with -o where the result goes."));
-  const QString profile = parser.value(parser.isSet(report) ? report : screenshot);
-  const std::string clash = ClashOf(
-      {ToPath(profile), ToPath(parser.value(settingsFile)), ToPath(parser.value(layout)), ToPath(parser.value(budget))},
-      ToPath(parser.value(output)));
-  if (!clash.empty()) return Refuse(FromText(clash), 2);
-  QString reason;
-  ReportChoice choice;
-  const ReportBlockRow* const wanted = FindReportBlock(ToText(parser.value(picture)));
-  if (parser.isSet(picture) && (wanted == nullptr || !wanted->isPicture)) {
-    return Refuse(QObject::tr("%1 is no picture; pictures are %2.").arg(parser.value(picture), PictureNames()), 2);
-  }
-  if (parser.isSet(layout)) {
-    auto read = LoadReportTemplate(parser.value(layout), reason);
-    if (!read) return Refuse(reason);
-    choice.layout = std::move(*read);
-  }
-  CollectingPrompts prompts;
-  Environment environment = SystemEnvironment();
-  environment.traceFile.clear();
-  CMainFrame frame(environment, &prompts);
-  CTexturonDoc& doc = frame.Doc();
-  const auto lastMessage = [&] { return FromText(prompts.messages().back()); };
-  if (parser.isSet(settingsFile) && !doc.LoadSettingsFile(ToPath(parser.value(settingsFile)))) {
-    return Refuse(lastMessage());
-  }
-  QObject reader;  // makes the curves of the report with the analysis
-  if (parser.isSet(picture)) choice.layout.blocks = {{wanted->kind}};
-  if (parser.isSet(report)) doc.SetWanted(&reader, ResultsFor(choice.layout));
-  if (!doc.Open(ToPath(profile))) return Refuse(lastMessage());
-  if (parser.isSet(budget)) {
-    reason = TryBudget(doc, ToPath(parser.value(budget)));
-    if (!reason.isEmpty()) return Refuse(reason);
-  }
-  if (parser.isSet(screenshot)) {
-    reason = WriteScreenshot(frame, parser.value(output));
-  } else if (!doc.document().profiles.primaryRange) {
-    // The analysis itself has said why.
-    reason = prompts.messages().empty() ? QObject::tr("The profile cannot be analysed.") : lastMessage();
-  } else if (parser.isSet(picture)) {
-    WritePicture(parser.value(output), doc.document(), wanted->kind, reason);
-  } else {
-    WriteReport(parser.value(output), doc.document(), DateText(environment.localTime()), reason, choice);
-  }
-  return reason.isEmpty() ? 0 : Refuse(reason);
+  return Make({.profile = parser.value(parser.isSet(report) ? report : screenshot),
+               .further = further,
+               .output = parser.value(output),
+               .settingsFile = parser.value(settingsFile),
+               .layout = parser.value(layout),
+               .picture = parser.value(picture),
+               .acceptance = parser.value(acceptance),
+               .budget = parser.value(budget),
+               .isScreenshot = parser.isSet(screenshot)});
 }
 
 }  // namespace texturon

@@ -7,7 +7,7 @@
 namespace texturon {
 
 /// Whether these arguments of the program (its name first) ask for something that needs no screen and ends by itself:
-/// --report, --screenshot, --help or --version.
+/// --report, --screenshot, --verify, --help or --version.
 bool IsHeadless(int argc, char** argv);
 
 /// Does what they ask for. Returns the exit status; a refusal is one sentence on standard error and 1.

@@ -81,13 +81,14 @@ TEST(RegressionFilter, SolvesTheEquationsOfEveryPoint) {
   EXPECT_TRUE(AllNear(w, line, 1e-9));
 }
 
-// Cutoffs of so many points that the sums are interpolated; the twin in plain doubles.
-TEST(RegressionFilter, SolvesThemWhereOnlySomeSumsAreTransformed) {
-  const std::size_t n = 1500;
+// Cutoffs of so many points that nodes do, and a stretch without weights, wider than the cutoff, where they do not; the
+// twin in plain doubles.
+TEST(RegressionFilter, SolvesThemBetweenNodes) {
+  const std::size_t n = 2001;
   std::vector<double> z = Noisy(n, 5);
-  for (std::size_t i = 700; i < 800; ++i) z[i] -= 8.0;
-  const double cutoff = 0.25;  // 250 points
-  const int reach = 625;
+  for (std::size_t i = 600; i < 1400; ++i) z[i] += i % 2 == 0 ? 20.0 : -20.0;
+  const double cutoff = 0.28;  // 280 points
+  const int reach = 700;
   std::vector<double> gauss;
   for (int i = 0; i <= reach; ++i)
     gauss.push_back(std::exp(-kPi * std::pow(i * 0.001 / (0.7309134280946759 * cutoff), 2)));
@@ -97,7 +98,7 @@ TEST(RegressionFilter, SolvesThemWhereOnlySomeSumsAreTransformed) {
       double m[5] = {}, f[3] = {};
       for (int l = std::max(0, k - reach); l <= std::min(static_cast<int>(n) - 1, k + reach); ++l) {
         const auto at = static_cast<std::size_t>(l);
-        const double t = (l - k) / 250.0;
+        const double t = (l - k) / 280.0;
         double term = d[at] * gauss[static_cast<std::size_t>(std::abs(l - k))];
         for (int j = 0; j < 5; ++j) {
           m[j] += term;

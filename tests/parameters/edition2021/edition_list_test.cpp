@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#include "parameters/edition2021/edition_list.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+
+namespace texturon {
+namespace {
+
+std::string Names(const std::vector<ParameterSelection>& rows, std::size_t first, std::size_t count) {
+  std::string names;
+  for (std::size_t i = first; i < std::min(rows.size(), first + count); ++i) {
+    names += rows[i].name + (rows[i].selected ? " " : "- ");
+  }
+  return names;
+}
+
+TEST(OfferedRows, AreThoseOfTheEdition) {
+  AnalysisSettings settings;
+  settings.parameters = DefaultSelection();
+  EXPECT_EQ(Names(OfferedRows(settings), 0, 99), Names(settings.parameters, 0, 99));
+  settings.standard.Edition = "2021";
+  std::vector<ParameterSelection> offered = OfferedRows(settings);
+  EXPECT_EQ(Names(offered, 0, 6), "Pa Pq Psk Pku Pt Pzx ");
+  const std::size_t all = offered.size();
+  ASSERT_GT(all, kMostParameters);
+  // One of them taken off: no list holds the rest, and the last of P go.
+  offered[1].selected = false;
+  EXPECT_EQ(TakeOfferedRows(offered, settings), all - 1 - kMostParameters);
+  EXPECT_EQ(settings.parameters.size(), kMostParameters);
+  EXPECT_EQ(settings.parameters.back().name, "R10z");
+  offered = OfferedRows(settings);
+  EXPECT_EQ(offered.size(), all) << "they are still offered, at their place";
+  EXPECT_EQ(Names(offered, 0, 3), "Pa Pq- Psk ");
+  const auto lastOfP = std::find_if(offered.begin(), offered.end(), [](const auto& row) { return row.name == "P10z"; });
+  EXPECT_FALSE(lastOfP == offered.end() || lastOfP->selected);
+  EXPECT_EQ((lastOfP + 1)->name, "Wa");
+  // A few chosen rows keep their order, and the others stand behind their neighbours.
+  settings.parameters = {{.name = "Rz"}, {.name = "Rmr(1.5)"}, {.name = "Ra"}};
+  EXPECT_EQ(TakeOfferedRows(OfferedRows(settings), settings), 0u);
+  EXPECT_EQ(settings.parameters.size(), kMostParameters);
+  const auto z = std::find_if(settings.parameters.begin(), settings.parameters.end(),
+                              [](const ParameterSelection& row) { return row.name == "Rz"; });
+  EXPECT_EQ(Names(settings.parameters, static_cast<std::size_t>(z - settings.parameters.begin()), 2), "Rz Ral- ");
+  settings.standard.Edition = "both";
+  settings.parameters = DefaultSelection();
+  const std::size_t before = settings.parameters.size();
+  EXPECT_GT(OfferedRows(settings).size(), before);
+  for (const ParameterSelection& row : OfferedRows(settings)) EXPECT_TRUE(row.selected) << row.name;
+}
+
+}  // namespace
+}  // namespace texturon
