@@ -75,29 +75,70 @@ std::vector<double> MeasuredBy(int laboratory, const Study& study, const std::ve
   return heights;
 }
 
+/// What one laboratory tells of one parameter.
+struct Told {
+  double value = 0.0;
+  ParameterUncertainty uncertainty;
+
+  bool Holds(double known, double shift) const {
+    return uncertainty.low - shift <= known && known <= uncertainty.high - shift;
+  }
+};
+
+double MeanOf(const std::vector<Told>& told, double (*figure)(const Told&)) {
+  double sum = 0.0;
+  for (const Told& one : told) sum += figure(one);
+  return sum / static_cast<double>(told.size());
+}
+
+double ValueIn(const Told& told) {
+  return told.value;
+}
+
+double BiasIn(const Told& told) {
+  return told.uncertainty.bias;
+}
+
+/// Correlation of the value with the bias that is told of it.
+double CorrelationOf(const std::vector<Told>& told) {
+  const double value = MeanOf(told, ValueIn);
+  const double bias = MeanOf(told, BiasIn);
+  double both = 0.0, values = 0.0, biases = 0.0;
+  for (const Told& one : told) {
+    both += (one.value - value) * (BiasIn(one) - bias);
+    values += (one.value - value) * (one.value - value);
+    biases += (BiasIn(one) - bias) * (BiasIn(one) - bias);
+  }
+  return both / std::sqrt(values * biases);
+}
+
 void Run(const Study& study, const std::vector<std::string>& names) {
   const std::vector<double> surface = Surface();
   const std::vector<double> known = ValuesOf(Analysed(surface, names));
   const UncertaintyBudget budget = MakeBudget(study.budget).budget.value();
-  std::vector<int> plain(names.size()), corrected(names.size());
+  std::vector<std::vector<Told>> told(names.size());
   for (int laboratory = 0; laboratory < kLaboratories; ++laboratory) {
     const Document document = Analysed(MeasuredBy(laboratory, study, surface), names);
+    const std::vector<double> values = ValuesOf(document);
     const TrialOutcome trials = RunTrials(document, budget,
                                           {.trials = kTrials,
                                            .seed = static_cast<std::uint64_t>(1000 + laboratory),
                                            .jobs = std::max(1U, std::thread::hardware_concurrency())});
-    for (std::size_t row = 0; row < names.size(); ++row) {
-      const ParameterUncertainty& u = trials.rows[row].value();
-      // The value lies above the surface's by about as much as the trials lie above the value.
-      const double shift = 2.0 * u.bias;
-      plain[row] += u.low <= known[row] && known[row] <= u.high ? 1 : 0;
-      corrected[row] += u.low - shift <= known[row] && known[row] <= u.high - shift ? 1 : 0;
-    }
+    for (std::size_t row = 0; row < names.size(); ++row) told[row].push_back({values[row], trials.rows[row].value()});
   }
   for (std::size_t row = 0; row < names.size(); ++row) {
+    const double trueBias = MeanOf(told[row], ValueIn) - known[row];
+    int plain = 0, corrected = 0, placed = 0;
+    for (const Told& one : told[row]) {
+      const double bias = BiasIn(one);
+      plain += one.Holds(known[row], 0.0) ? 1 : 0;
+      // The value lies above the surface's by about as much as the trials lie above the value.
+      corrected += one.Holds(known[row], 2.0 * bias) ? 1 : 0;
+      placed += one.Holds(known[row], bias + trueBias) ? 1 : 0;
+    }
     const auto percent = [](int held) { return FixedText(100.0 * held / kLaboratories, 1) + " %"; };
-    std::cout << "| " << study.title << " | " << names[row] << " | " << percent(plain[row]) << " | "
-              << percent(corrected[row]) << " |\n";
+    std::cout << "| " << study.title << " | " << names[row] << " | " << percent(plain) << " | " << percent(corrected)
+              << " | " << percent(placed) << " | " << FixedText(CorrelationOf(told[row]), 2) << " |" << std::endl;
   }
 }
 
@@ -106,7 +147,9 @@ void Run(const Study& study, const std::vector<std::string>& names) {
 
 int main() {
   using texturon::Run;
-  std::cout << "| error | parameter | interval as told | with the bias taken off |\n|---|---|---:|---:|\n";
+  std::cout
+      << "| error | parameter | interval as told | with the bias taken off | with that of all laboratories taken off | "
+         "value and bias |\n|---|---|---:|---:|---:|---:|\n";
   Run({.title = "amplification 1 %", .budget = {{"AmplificationPercent", "1"}}, .gain = 0.01}, {"Ra", "Rq", "Pt"});
   Run({.title = "white noise 0.01 um", .budget = {{"HeightNoiseUM", "0.01"}}, .noise = 0.01}, {"Ra", "Rq", "RzDIN"});
   Run({.title = "white noise 0.05 um", .budget = {{"HeightNoiseUM", "0.05"}}, .noise = 0.05}, {"Ra", "Rq", "RzDIN"});

@@ -8,6 +8,7 @@
 #include "analysis/analysis_json.h"
 #include "analysis/analysis_run.h"
 #include "analysis/curve_step.h"
+#include "analysis/decision.h"
 #include "analysis/document_export.h"
 #include "analysis/ratio_row_list.h"
 #include "base/charset.h"
@@ -52,6 +53,7 @@ void Try(Analysis& analysis, Interrupts& interrupts, const std::string& name) {
   const auto advances = [&](int /*percent*/) { return !interrupts.Pressed(); };
   analysis.uncertainty = TryUncertainty(analysis.document, *analysis.trials, advances, reason);
   if (!reason.empty()) throw Refusal(name + ": no uncertainty, " + Utf8FromWindows1252(reason) + ".");
+  analysis.document.results.uncertainties = analysis.uncertainty.rows;  // what its verdicts go by
 }
 
 std::shared_ptr<Analysis> Analyze(const Record& record, const Settings& settings, const Scope& scope,
@@ -94,15 +96,16 @@ py::object SamplesOf(const py::object& self, const std::string& name, bool valid
   return View(validRangeAlone ? profile.Heights() : profile.samples, self);
 }
 
-py::tuple RowOf(const ParameterDef& row, const std::string& name, const std::string& label, bool metric) {
-  const std::optional<Verdict> verdict = JudgeRow(row);
-  const char* const word = !verdict ? nullptr : *verdict == Verdict::kPass ? "PASS" : "FAIL";
+py::tuple RowOf(const Document& document, std::size_t place, const ParameterDef& row, const std::string& name,
+                const std::string& label) {
+  const auto decision = Decide(document, row, place);
+  const py::object word = decision ? py::object(py::str(std::string(AcceptanceWord(decision->verdict)))) : py::none();
   return py::make_tuple(Text(name), row.valid ? row.value : std::numeric_limits<double>::quiet_NaN(),
-                        Text(PrintedUnit(row.quantity.metricUnit)), row.valid, Text(ReasonOf(row, metric)), word,
-                        Text(label));
+                        Text(PrintedUnit(row.quantity.metricUnit)), row.valid,
+                        Text(ReasonOf(row, document.settings.display.Metric)), word, Text(label));
 }
 
-/// Name, value, unit, valid, reason, verdict without uncertainty, label of every row in its order; configurable rows
+/// Name, value, unit, valid, reason, verdict, label of every row in its order; configurable rows
 /// bear their number, those of two editions theirs.
 py::list RowsOf(const Analysis& analysis) {
   const Document& document = analysis.document;
@@ -114,12 +117,12 @@ py::list RowsOf(const Analysis& analysis) {
     if (!row.selected) continue;
     const bool hasLabel = row.edition == Edition::k1997;
     const std::string name = isBoth && !hasLabel ? row.name + "/2021" : row.name;
-    rows.append(RowOf(row, name, hasLabel ? RowLabel(row.name, settings, metric) : "", metric));
+    rows.append(RowOf(document, rows.size(), row, name, hasLabel ? RowLabel(row.name, settings, metric) : ""));
   }
   for (const auto& entries : {SelectedMaterialRatios(document), SelectedHtps(document)}) {
     for (const RatioRowEntry& entry : entries) {
       const std::string number = IntegerText(static_cast<std::int64_t>(entry.index) + 1);
-      rows.append(RowOf(entry.row, entry.row.name + " " + number, entry.label, metric));
+      rows.append(RowOf(document, rows.size(), entry.row, entry.row.name + " " + number, entry.label));
     }
   }
   return rows;

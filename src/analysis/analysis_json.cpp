@@ -186,9 +186,7 @@ private:
 
   /// What comes last of every row, which are taken in the order of ShownRows.
   void Judge(const ParameterDef& row) {
-    const auto uncertainty = uncertainty_ != nullptr ? uncertainty_->Of(row_) : std::nullopt;
-    const auto decision =
-        Decide(row, uncertainty, uncertainty_ != nullptr ? document_.settings.decision.DecisionRule : kDecideSimple);
+    const auto decision = Decide(document_, row, row_);
     json_.Key("verdict");
     decision ? json_.Text(AcceptanceWord(decision->verdict)) : json_.Null();
     if (decision && decision->conformity) Number("conformity_probability", *decision->conformity);

@@ -9,7 +9,9 @@
 #include <string_view>
 
 #include "analysis/analysis_run.h"
+#include "analysis/decision.h"
 #include "analysis/ratio_row_list.h"
+#include "analysis/verdict_trials.h"
 #include "base/date_text.h"
 #include "platform/platform.h"
 #include "platform/prompts.h"
@@ -17,10 +19,14 @@
 namespace texturon {
 namespace {
 
-ColumnValue ColumnOf(const ParameterDef& row, bool metric) {
+/// `place` is that of the row among ShownRows.
+ColumnValue ColumnOf(const Document& document, const ParameterDef& row, std::size_t place) {
+  const bool metric = document.settings.display.Metric;
   ColumnValue column{.name = row.NameWithEdition(), .text = ShownValue(row, metric)};
   column.unit = PrintedUnit(row.quantity.Unit(metric));
-  column.outOfTolerance = JudgeRow(row) == Verdict::kFail;
+  const auto decision = Decide(document, row, place);
+  column.outOfTolerance = decision && decision->verdict == Acceptance::kFail;
+  column.undecided = decision && decision->verdict == Acceptance::kUndecided;
   if (row.valid && std::isfinite(row.value)) column.value = row.quantity.Shown(row.value, metric);
   const LimitsInForce limits = LimitsOf(row.tolerance);
   if (limits.lower) column.limits.lower = row.quantity.Shown(*limits.lower, metric);
@@ -29,14 +35,13 @@ ColumnValue ColumnOf(const ParameterDef& row, bool metric) {
 }
 
 std::vector<ColumnValue> ColumnsOf(const Document& document) {
-  const bool metric = document.settings.display.Metric;
   std::vector<ColumnValue> columns;
   for (const ParameterDef& row : document.catalogue.rows) {
-    if (row.selected) columns.push_back(ColumnOf(row, metric));
+    if (row.selected) columns.push_back(ColumnOf(document, row, columns.size()));
   }
-  const auto add = [&columns, metric](const std::vector<RatioRowEntry>& entries) {
+  const auto add = [&](const std::vector<RatioRowEntry>& entries) {
     for (const RatioRowEntry& entry : entries) {
-      columns.push_back(ColumnOf(entry.row, metric));
+      columns.push_back(ColumnOf(document, entry.row, columns.size()));
       columns.back().name += entry.label;
     }
   };
@@ -97,8 +102,11 @@ FileAnalysis AnalyseFile(const std::filesystem::path& path, const FileAnalysisOp
     const RunStep run =
         RunAnalysis(document, {.path = path, .import = options.import, .invert = options.invert}, prompts, environment);
     if (!run.ok()) return {.reason = FileSentence(path, run.Reason()), .outOfMemory = run.cause == kNoMemory};
+    const std::string undecided =
+        options.uncertainty != nullptr ? TryForVerdicts(document, options.uncertainty, 1) : std::string();
     analysis = ResultsOf(document, environment);
     analysis.remarks = prompts.notices();
+    if (!undecided.empty()) analysis.remarks.push_back("no uncertainty, " + undecided + ".");
     if (!options.profilesTo.empty()) analysis.reason = WriteProfiles(document, path, options);
   } catch (const std::bad_alloc&) {
     return {.reason = FileSentence(path, kNoMemory), .outOfMemory = true};

@@ -11,6 +11,7 @@
 
 #include "analysis/document.h"
 #include "analysis/document_export.h"
+#include "analysis/uncertainty_json.h"
 #include "formats/profile_reader.h"
 #include "parameters/catalogue.h"
 #include "platform/environment.h"
@@ -25,6 +26,7 @@ struct FileAnalysisOptions {
   std::filesystem::path profilesTo;  ///< folder for the profiles of each file; empty: none
   /// Told of each such profile before it is written, from any thread.
   std::function<void(const std::filesystem::path& target, std::string_view text)> announces;
+  const UncertaintyRequest* uncertainty = nullptr;  ///< for the verdicts of a guarded rule; null: no budget
 };
 
 /// A column of the parameter file with one result.
@@ -32,7 +34,8 @@ struct ColumnValue {
   std::string name;
   std::optional<double> value;  ///< in the units of the file; empty: not computed
   bool outOfTolerance = false;
-  std::string text;  ///< the value as tables show it
+  bool undecided = false;  ///< by a guarded rule
+  std::string text;        ///< the value as tables show it
   std::string unit;
   LimitsInForce limits;  ///< in the units of the file
 };

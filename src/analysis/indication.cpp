@@ -476,8 +476,4 @@ std::string_view ConformityWord(Acceptance verdict) {
   return "undecided";
 }
 
-AcceptanceResult Judge(const Requirement& requirement, std::span<const std::optional<double>> values) {
-  return AcceptLimit(values, requirement.limit, requirement.isUpper, requirement.rule);
-}
-
 }  // namespace texturon

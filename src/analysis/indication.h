@@ -76,7 +76,4 @@ Tolerance ToleranceOf(const Requirement& requirement);
 /// "conforming", "not conforming", "undecided".
 std::string_view ConformityWord(Acceptance verdict);
 
-/// Of values in the order in which they were measured; a requirement that lacks something is undecided.
-AcceptanceResult Judge(const Requirement& requirement, std::span<const std::optional<double>> values);
-
 }  // namespace texturon

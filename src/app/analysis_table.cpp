@@ -79,7 +79,7 @@ void AppendUndefined(std::string& out, const std::vector<std::string>& names) {
   out += line + "\n";
 }
 
-void AppendParameters(std::string& out, const Document& document, bool withVerdicts) {
+void AppendParameters(std::string& out, const Document& document) {
   out += "\n" + PadRight("Parameter", 12) + PadLeft("Value", 16) + "  Unit\n";
   out += std::string(40, '-') + "\n";
   std::vector<std::string> undefined;
@@ -91,7 +91,7 @@ void AppendParameters(std::string& out, const Document& document, bool withVerdi
     }
     std::string line = PadRight(title, 12) + PadLeft(shown.value, 16) + "  " +
                        PadRight(Utf8FromWindows1252(shown.unit), 5) + Utf8FromWindows1252(shown.label);
-    if (withVerdicts && shown.verdict) line += *shown.verdict == Verdict::kPass ? "   PASS" : "   FAIL";
+    if (shown.verdict) line += "   " + std::string(AcceptanceWord(*shown.verdict));
     line.erase(line.find_last_not_of(' ') + 1);
     out += line + "\n";
   }
@@ -129,11 +129,11 @@ std::string CsvCell(std::string_view bytes) {
 
 }  // namespace
 
-std::string AnalysisTable(const Document& document, std::string_view file, const AnalysisTableParts& parts) {
+std::string AnalysisTable(const Document& document, std::string_view file, bool besideInstrument) {
   std::string out;
   AppendFacts(out, document, file);
-  if (document.profiles.primaryRange) AppendParameters(out, document, parts.verdicts);
-  if (parts.besideInstrument) AppendComparison(out, document);
+  if (document.profiles.primaryRange) AppendParameters(out, document);
+  if (besideInstrument) AppendComparison(out, document);
   return out;
 }
 

@@ -10,12 +10,8 @@
 namespace texturon {
 
 /// The result of one file for people, UTF-8: what was measured, what was taken out, and the parameters one a line;
-/// below them on request the instrument's own results beside them. Verdicts of the values alone, or none.
-struct AnalysisTableParts {
-  bool besideInstrument = false;
-  bool verdicts = true;
-};
-std::string AnalysisTable(const Document& document, std::string_view file, const AnalysisTableParts& parts);
+/// below them on request the instrument's own results beside them.
+std::string AnalysisTable(const Document& document, std::string_view file, bool besideInstrument);
 
 /// The results of several files for spreadsheets, UTF-8: titles, units, then one line a file. Values are the shortest
 /// text that reads back to the same double; a row that could not be computed leaves its cell empty.

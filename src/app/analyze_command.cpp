@@ -36,13 +36,11 @@ struct Call {
 void Print(const Document& document, const std::string& file, const ConsolePrompts& prompts, const Call& call,
            const UncertaintyResult* uncertainty, bool isFirst) {
   const AnalyzeOptions& analyze = call.analyze;
-  const bool isGuarded = uncertainty != nullptr && document.settings.decision.DecisionRule != kDecideSimple;
   switch (analyze.form) {
     case OutputForm::kTable:
       if (analyze.statistics) break;  // one table for all
       if (!isFirst) std::cout << "\n\n";
-      std::cout << AnalysisTable(document, file,
-                                 {.besideInstrument = analyze.besideInstrument, .verdicts = !isGuarded});
+      std::cout << AnalysisTable(document, file, analyze.besideInstrument);
       if (uncertainty != nullptr) std::cout << UncertaintyTable(document, *call.uncertainty, *uncertainty);
       break;
     case OutputForm::kCsv:
@@ -74,8 +72,8 @@ bool AppendRow(const Document& document, const std::string& appendTo, const Envi
 void PrintStatistics(const Call& call, const Settings& settings) {
   const AnalyzeOptions& analyze = call.analyze;
   const bool metric = settings.display.Metric;
-  const std::vector<SeveralRow> rows =
-      call.several.Rows(analyze.acceptance.value_or(AcceptanceRuleOf(settings.decision.AcceptanceRule)));
+  const std::vector<SeveralRow> rows = call.several.Rows(
+      analyze.acceptance.value_or(AcceptanceRuleOf(settings.decision.AcceptanceRule)), settings.decision.DecisionRule);
   std::vector<std::optional<MeanUncertainty>> means;
   for (std::size_t i = 0; i < rows.size() && call.uncertainty; ++i) {
     means.push_back(UncertaintyOfMean(rows[i], call.uncertainties, i));
@@ -91,29 +89,6 @@ void PrintStatistics(const Call& call, const Settings& settings) {
       WriteStatisticsJson(std::cout, rows, means);
       std::cout << "\n";
       break;
-  }
-}
-
-/// The budget that the call names. Empty, with a sentence on standard error, where it is none.
-std::optional<UncertaintyRequest> UncertaintyOf(const AnalyzeOptions& analyze) {
-  BudgetRead read = ReadBudget(PathFromSystemText(analyze.budget));
-  if (!read.budget) {
-    ComplainOf(analyze.budget, read.reason);
-    return std::nullopt;
-  }
-  return UncertaintyRequest{.budget = std::move(*read.budget),
-                            .trials = analyze.trials,
-                            .seed = static_cast<std::uint64_t>(analyze.seed),
-                            .interval = FindInterval(analyze.interval).value_or(CoverageInterval::kSymmetric),
-                            .wantsSensitivities = analyze.sensitivities};
-}
-
-/// Puts the rule in force that the call names. Throws where it needs an uncertainty and there is none.
-void ApplyDecisionRule(const AnalyzeOptions& analyze, DecisionSettings& decision) {
-  if (analyze.decisionRule) decision.DecisionRule = *analyze.decisionRule;
-  const bool needsBudget = decision.DecisionRule == kDecideGuarded || decision.DecisionRule == kDecideGuardedFail;
-  if (needsBudget && analyze.budget.empty()) {
-    throw UsageError{"analyze: a guarded decision rule needs an uncertainty: give --budget."};
   }
 }
 
@@ -158,7 +133,7 @@ int RunAnalyze(const AnalyzeOptions& analyze, const CommonOptions& common) {
   RefuseClash(std::move(clashing), common);
   Call call{.analyze = analyze, .request = RequestOf(common, *setup), .uncertainty = {}};
   if (!analyze.budget.empty()) {
-    call.uncertainty = UncertaintyOf(analyze);
+    call.uncertainty = UncertaintyRequestOf(analyze);
     if (!call.uncertainty) return kExitRefused;
     CatchInterrupts();
   }
@@ -169,14 +144,14 @@ int RunAnalyze(const AnalyzeOptions& analyze, const CommonOptions& common) {
     Document document = setup->document;
     prompts.BeginFile(file.name);
     const RunStep run = AnalyseOne(document, file, *setup, analyze, prompts, status);
-    run.ok() ? call.several.Add(document) : call.several.AddFailed();
-    if (!run.loaded) continue;
     std::optional<UncertaintyResult> uncertainty;
     if (call.uncertainty && run.ok()) {
       uncertainty = FindUncertainty(document, *call.uncertainty, file.name, prompts);
       if (!uncertainty) return FinishOutput(kExitRefused);
       call.uncertainties.push_back(*uncertainty);
     }
+    run.ok() ? call.several.Add(document) : call.several.AddFailed();
+    if (!run.loaded) continue;
     Print(document, file.name, prompts, call, uncertainty ? &*uncertainty : nullptr, isFirst);
     isFirst = false;
   }

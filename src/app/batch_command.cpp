@@ -74,7 +74,9 @@ std::optional<Paths> FilesOfList(const std::string& list) {
 /// Throws where a file of the call would destroy another.
 void RefuseClashOf(const BatchOptions& options, const CommonOptions& common, const Paths& files) {
   RunFiles clashing{.reads = files, .writes = {}};
-  clashing.reads.push_back(PathFromSystemText(options.filesFrom));
+  for (const std::string& name : {options.filesFrom, options.budget}) {
+    clashing.reads.push_back(PathFromSystemText(name));
+  }
   for (const std::string& name : {options.parameterFile, options.failuresFile, options.summaryFile, options.qdas}) {
     clashing.writes.push_back(PathFromSystemText(name));
   }
@@ -122,6 +124,7 @@ std::string SummaryTable(const BatchSummary& summary) {
   std::string text = std::string(kNameWidth, ' ');
   for (const char* title : {"files", "mean", "std dev", "minimum", "maximum", "out of tol."})
     text += Padded(title, kWidth);
+  if (summary.leavesUndecided) text += Padded("undecided", kWidth);
   text += "\n";
   for (const ColumnSummary& column : summary.columns) {
     const std::string name = Utf8FromWindows1252(column.name);
@@ -131,6 +134,7 @@ std::string SummaryTable(const BatchSummary& summary) {
       for (const double value : {column.mean, column.StandardDeviation(), column.minimum, column.maximum})
         text += Padded(SummaryFigure(value), kWidth);
       text += Padded(CountText(column.outOfTolerance), kWidth);
+      if (summary.leavesUndecided) text += Padded(CountText(column.undecided), kWidth);
     }
     text += "\n";
   }
@@ -167,7 +171,8 @@ int RunBatch(const BatchOptions& options, const CommonOptions& common) {
   auto setup = PrepareRun(common, prompts);
   if (!setup) return kExitRefused;
   setup->import.marksInput = true;
-  RemarkOnGuardedRule(setup->document.settings, common.quiet);
+  std::optional<UncertaintyRequest> uncertainty;
+  if (!TakeBudget(options, setup->document.settings.decision, uncertainty, common.quiet)) return kExitRefused;
   auto files = options.folder.empty() ? FilesOfList(options.filesFrom) : FilesOfFolder(options);
   if (!files) return kExitRefused;
   if (files->empty()) {
@@ -202,7 +207,7 @@ int RunBatch(const BatchOptions& options, const CommonOptions& common) {
   FolderBatchOutcome outcome;
   bool hasLostValues = false;
   ProvenanceCompanion companion(PathFromSystemText(options.parameterFile), setup->document, RequestOf(common, *setup),
-                                environment);
+                                environment, uncertainty ? &*uncertainty : nullptr);
   {
     BatchProgress progress(!common.quiet);
     const auto remark = [&progress, &common](const std::string& sentence) {
@@ -222,7 +227,8 @@ int RunBatch(const BatchOptions& options, const CommonOptions& common) {
         {.start = setup->document,
          .import = setup->import,
          .invert = setup->invert,
-         .profilesTo = PathFromSystemText(options.profilesTo)},
+         .profilesTo = PathFromSystemText(options.profilesTo),
+         .uncertainty = uncertainty ? &*uncertainty : nullptr},
         environment,
         {.fileFailed =
              [&progress](const std::string& sentence) {

@@ -84,6 +84,39 @@ void AddComputeOptions(CLI::App& command, CommonOptions& options) {
   AddEditionOptions(command, options);
 }
 
+/// The budget and the rule that verdicts go by. Returns the option of the budget.
+CLI::Option* AddBudget(CLI::App& command, BudgetOptions& options, const std::string& meaning) {
+  CLI::Option* const budget = command.add_option("--budget", options.budget, meaning)->type_name("INI");
+  command.add_option("--trials", options.trials, "analyses of records that are off as the budget says (1000)")
+      ->type_name("N")
+      ->check(CLI::Range(2, kMostTrials))
+      ->needs(budget);
+  command.add_option("--seed", options.seed, "of the random numbers, a whole number (1)")
+      ->type_name("S")
+      ->check([](const std::string& text) {
+        const ParsedDouble number = ParseDouble(text);
+        const bool isWhole = number.usable() && number.length == text.size() && number.value >= 0.0 &&
+                             number.value <= kMostSeed && number.value == std::trunc(number.value) &&
+                             text.find_first_not_of("0123456789") == std::string::npos;
+        return isWhole ? std::string() : "is no whole number from 0 to 2^53: " + text;
+      })
+      ->needs(budget);
+  command
+      .add_option(
+          "--decision-rule",
+          [&options](const std::vector<std::string>& words) {
+            for (const DecisionRuleName& rule : DecisionRules()) {
+              if (rule.name == words.front()) options.decisionRule = rule.number;
+            }
+            return options.decisionRule.has_value();
+          },
+          "how an uncertainty enters a verdict (simple, or as the settings say)")
+      ->type_name("simple|guarded|guarded-fail");
+  return budget;
+}
+
+constexpr const char* kBudgetOfVerdicts = "budget of the instrument: what the verdicts of a guarded rule go by";
+
 void AddBatchOptions(CLI::App& command, BatchOptions& options) {
   CLI::Option* folder = command.add_option("folder", options.folder, "folder with profile files")->type_name("FOLDER");
   command.add_option("--mask", options.mask, "which files: * and ? stand for characters (every readable kind)")
@@ -103,6 +136,7 @@ void AddBatchOptions(CLI::App& command, BatchOptions& options) {
   command.add_option("--summary", options.summaryFile, "gets the statistics of every column")->type_name("FILE");
   AddQdas(command, options.qdas);
   command.add_flag("--resume", options.resume, "leave out files that the parameter file has rows of");
+  AddBudget(command, options, kBudgetOfVerdicts);
 }
 
 void AddWatchOptions(CLI::App& command, WatchOptions& options) {
@@ -113,43 +147,18 @@ void AddWatchOptions(CLI::App& command, WatchOptions& options) {
   AddQdas(command, options.qdas);
   command.add_option("--hold", options.holdFolder, "gets a copy of each file, which is then deleted from the folder")
       ->type_name("DIR");
+  AddBudget(command, options, kBudgetOfVerdicts);
 }
 
 void AddUncertainty(CLI::App& command, AnalyzeOptions& options) {
   CLI::Option* const budget =
-      command.add_option("--budget", options.budget, "budget of the instrument: the uncertainty of every parameter")
-          ->type_name("INI");
-  command.add_option("--trials", options.trials, "analyses of records that are off as the budget says (1000)")
-      ->type_name("N")
-      ->check(CLI::Range(2, kMostTrials))
-      ->needs(budget);
-  command.add_option("--seed", options.seed, "of the random numbers, a whole number (1)")
-      ->type_name("S")
-      ->check([](const std::string& text) {
-        const ParsedDouble number = ParseDouble(text);
-        const bool isWhole = number.usable() && number.length == text.size() && number.value >= 0.0 &&
-                             number.value <= kMostSeed && number.value == std::trunc(number.value) &&
-                             text.find_first_not_of("0123456789") == std::string::npos;
-        return isWhole ? std::string() : "is no whole number from 0 to 2^53: " + text;
-      })
-      ->needs(budget);
+      AddBudget(command, options, "budget of the instrument: the uncertainty of every parameter");
   command.add_option("--interval", options.interval, "which interval of 95 % of the trials (symmetric)")
       ->type_name("symmetric|shortest")
       ->check(CLI::IsMember({"symmetric", "shortest"}))
       ->needs(budget);
   command.add_flag("--sensitivities", options.sensitivities, "also what each line of the budget contributes")
       ->needs(budget);
-  command
-      .add_option(
-          "--decision-rule",
-          [&options](const std::vector<std::string>& words) {
-            for (const DecisionRuleName& rule : DecisionRules()) {
-              if (rule.name == words.front()) options.decisionRule = rule.number;
-            }
-            return options.decisionRule.has_value();
-          },
-          "how an uncertainty enters a verdict (simple, or as the settings say)")
-      ->type_name("simple|guarded|guarded-fail");
 }
 
 void AddAnalyze(CLI::App& command, CommonOptions& common, int& status) {

@@ -13,19 +13,23 @@ namespace texturon {
 
 enum class OutputForm { kTable, kCsv, kJson };
 
-struct AnalyzeOptions {
+/// What verdicts go by.
+struct BudgetOptions {
+  std::string budget;  ///< of the uncertainties; empty: none
+  int trials = 1000;
+  double seed = 1.0;                         ///< a whole number
+  std::optional<std::int32_t> decisionRule;  ///< before that of the settings
+};
+
+struct AnalyzeOptions : BudgetOptions {
   std::vector<std::string> files;
   OutputForm form = OutputForm::kTable;
   bool withProfiles = false;
   bool besideInstrument = false;
-  std::string qdas;    ///< file for statistics programs that gets the values of each file; empty: none
-  std::string again;   ///< result object that is repeated; empty: none
-  std::string budget;  ///< budget of the uncertainties; empty: none
-  int trials = 1000;
-  double seed = 1.0;  ///< a whole number
+  std::string qdas;   ///< file for statistics programs that gets the values of each file; empty: none
+  std::string again;  ///< result object that is repeated; empty: none
   std::string interval = "symmetric";
   bool sensitivities = false;
-  std::optional<std::int32_t> decisionRule;  ///< before that of the settings
   bool statistics = false;                   ///< also what all files come to
   std::optional<AcceptanceRule> acceptance;  ///< rule of its verdicts, before that of the settings
   std::string indication;                    ///< of a drawing: its settings, rows and limits; empty: none
@@ -60,7 +64,7 @@ struct InspectOptions {
   bool asJson = false;
 };
 
-struct BatchOptions {
+struct BatchOptions : BudgetOptions {
   std::string folder;
   std::string mask;
   std::string filesFrom;
@@ -73,7 +77,7 @@ struct BatchOptions {
   bool resume = false;
 };
 
-struct WatchOptions {
+struct WatchOptions : BudgetOptions {
   std::string folder;
   std::string mask;
   std::string parameterFile;

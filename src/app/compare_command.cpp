@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 
 #include <algorithm>
-#include <cmath>
 #include <filesystem>
 #include <iostream>
 #include <set>
 #include <utility>
 
-#include "analysis/pipeline.h"
 #include "analysis/practice.h"
 #include "app/commands.h"
 #include "app/table_text.h"
@@ -17,7 +15,7 @@
 #include "base/text.h"
 #include "parameters/catalogue.h"
 #include "platform/platform.h"
-#include "presentation/instrument_comparison.h"
+#include "presentation/practice_ranking.h"
 #include "settings/settings_file.h"
 #include "settings/settings_text.h"
 
@@ -162,55 +160,6 @@ void WriteComparison(const std::string& file, const std::vector<ComparedRow>& ro
   std::cout << "\n";
 }
 
-/// How near one practice comes to the instrument's own values.
-struct TriedPractice {
-  std::string_view name;
-  double cutoffMM = 0.0;
-  double deviation = 0.0;  ///< root mean square of the relative deviations, each at most 1
-  std::vector<InstrumentMatch> matches;
-};
-
-TriedPractice TryPractice(const Practice& practice, std::string_view name, const ProfileSet& record) {
-  Document document = MakeDocument();
-  ApplyPractice(practice, record, document);
-  document.quietMode = true;
-  document.writesTraceFile = false;
-  document.wanted = kNoCurves;
-  SilentPrompts nobody;
-  TriedPractice tried{.name = name, .cutoffMM = practice.settings.analysis.LcCutoffMM};
-  if (Compute(document, nobody, {}) != ComputeOutcome::kDone) return {.name = name, .deviation = 1.0};
-  tried.matches = MatchInstrument(document);
-  double squares = 0.0;
-  for (const InstrumentMatch& match : tried.matches) {
-    const double scale = std::max(std::abs(match.instrument.value), 1e-9);
-    const double off = match.here ? std::min(std::abs(*match.here - match.instrument.value) / scale, 1.0) : 1.0;
-    squares += off * off;
-  }
-  tried.deviation = tried.matches.empty() ? 1.0 : std::sqrt(squares / static_cast<double>(tried.matches.size()));
-  return tried;
-}
-
-/// Every practice with every standard cut-off that the record is long enough for, the nearest first.
-std::vector<TriedPractice> TryPractices(const Practice& base, const ProfileSet& record) {
-  std::vector<TriedPractice> tried;
-  for (const EmbeddedFile& file : PracticeFiles()) {
-    Practice practice = base;
-    (void)TakePractice(file, practice);
-    std::vector<double> cutoffs = {practice.settings.analysis.LcCutoffMM};
-    const bool isFree = cutoffs.front() == base.settings.analysis.LcCutoffMM;
-    for (const double cutoffMM : {0.08, 0.25, 0.8, 2.5, 8.0}) {
-      if (isFree && cutoffMM <= record.LengthMM() && cutoffMM != cutoffs.front()) cutoffs.push_back(cutoffMM);
-    }
-    for (const double cutoffMM : cutoffs) {
-      practice.settings.analysis.LcCutoffMM = cutoffMM;
-      tried.push_back(TryPractice(practice, file.name, record));
-    }
-  }
-  std::stable_sort(tried.begin(), tried.end(),
-                   [](const TriedPractice& x, const TriedPractice& y) { return x.deviation < y.deviation; });
-  return tried;
-}
-
 void WriteTried(const std::string& file, const std::vector<TriedPractice>& tried) {
   JsonWriter json(JsonWriter::Layout::kIndented, &std::cout);
   json.BeginObject();
@@ -250,15 +199,12 @@ void PrintTried(const std::vector<TriedPractice>& tried, bool asMarkdown) {
   std::set<std::string_view> shown;
   for (const TriedPractice& one : tried) {
     if (!shown.insert(one.name).second) continue;  // its best cut-off
-    const auto near = std::count_if(one.matches.begin(), one.matches.end(), [](const InstrumentMatch& match) {
-      return match.here && std::abs(*match.here - match.instrument.value) <= 0.01 * std::abs(match.instrument.value);
-    });
     lines.push_back({std::string(one.name), Utf8FromWindows1252(TitleOf(*FindPractice(one.name)).title),
                      SignificantText(one.cutoffMM, 3) + " mm", FixedText(100.0 * one.deviation, 2) + " %",
-                     IntegerText(near) + " of " + IntegerText(static_cast<std::int64_t>(one.matches.size()))});
+                     IntegerText(static_cast<std::int64_t>(one.Near())) + " of " +
+                         IntegerText(static_cast<std::int64_t>(one.matches.size()))});
   }
   std::cout << TableOf(lines, 3, asMarkdown);
-  constexpr double kExplained = 0.05;
   if (tried.front().deviation > kExplained) std::cout << "\nNone of them comes near the instrument's values.\n";
 }
 

@@ -15,10 +15,12 @@
 #include "app/indication_output.h"
 #include "app/provenance_output.h"
 #include "app/qdas_output.h"
+#include "app/uncertainty_output.h"
 #include "base/charset.h"
 #include "base/date_text.h"
 #include "base/number_text.h"
 #include "export/parameter_file.h"
+#include "platform/interrupt.h"
 #include "platform/platform.h"
 
 namespace texturon {
@@ -67,20 +69,25 @@ std::vector<MeasuredTogether> Group(const std::vector<Requirement>& requirements
   return groups;
 }
 
-/// The value of a requirement's row; nothing where it has none.
-std::optional<double> ValueIn(const Document& document, const Requirement& requirement) {
+/// A requirement's row; null where it has no value.
+const ParameterDef* RowIn(const Document& document, const Requirement& requirement) {
   for (const ParameterDef& row : document.catalogue.rows) {
-    if (row.name == requirement.rowName && row.edition == requirement.edition && row.valid) return row.value;
+    if (row.name == requirement.rowName && row.edition == requirement.edition && row.valid) return &row;
   }
-  return std::nullopt;
+  return nullptr;
 }
 
 class IndicatedAnalysis {
 public:
   IndicatedAnalysis(const AnalyzeOptions& analyze, const RunSetup& setup, const RunRequest& request,
-                    const std::vector<Requirement>& requirements)
-      : analyze_(analyze), setup_(setup), request_(request), groups_(Group(requirements, setup.document)) {
-    for (const Requirement& requirement : requirements) judged_.push_back({requirement, ValueSeries()});
+                    const std::vector<Requirement>& requirements, std::optional<UncertaintyRequest> uncertainty)
+      : analyze_(analyze),
+        setup_(setup),
+        request_(request),
+        uncertaintyRequest_(std::move(uncertainty)),
+        groups_(Group(requirements, setup.document)) {
+    const std::int32_t rule = setup.document.settings.decision.DecisionRule;
+    for (const Requirement& requirement : requirements) judged_.push_back({requirement, ValueSeries(), {}, rule});
   }
 
   int Run(const std::vector<InputFile>& files, ConsolePrompts& prompts) {
@@ -120,18 +127,26 @@ private:
     isUnreadable_ = !isLoaded;
     const RunStep run = isLoaded ? AnalyseRecord(document, prompts, environment) : RunStep{.cause = "not loaded"};
     if (isLoaded && !run.ok()) Complain(file.name + ": not analysed, " + run.cause + ".");
+    uncertainty_.reset();
+    if (run.ok() && uncertaintyRequest_) {
+      uncertainty_ = FindUncertainty(document, *uncertaintyRequest_, file.name, prompts);
+    }
+    const bool isTried = uncertainty_.has_value() == uncertaintyRequest_.has_value();
     for (const std::size_t i : group.requirements) {
-      judged_[i].values->push_back(run.ok() ? ValueIn(document, judged_[i].requirement) : std::nullopt);
+      const ParameterDef* const row = run.ok() ? RowIn(document, judged_[i].requirement) : nullptr;
+      judged_[i].values->push_back(row != nullptr ? std::optional(row->value) : std::nullopt);
+      judged_[i].expanded.push_back(ExpandedOf(document, row));
     }
     if (!isLoaded || !run.loaded) return false;
     Show(document, file, prompts, isOneObject);
-    return run.ok() && PassOn(document, environment);
+    return run.ok() && isTried && PassOn(document, environment);
   }
 
   void Show(const Document& document, const InputFile& file, const ConsolePrompts& prompts, bool isOneObject) {
     switch (analyze_.form) {
       case OutputForm::kTable:
-        std::cout << (isFirstShown_ ? "\n\n" : "") << AnalysisTable(document, file.name, {});
+        std::cout << (isFirstShown_ ? "\n\n" : "") << AnalysisTable(document, file.name, false);
+        if (uncertainty_) std::cout << UncertaintyTable(document, *uncertaintyRequest_, *uncertainty_);
         break;
       case OutputForm::kCsv:
         std::cout << CsvHeader(document) << CsvRow(document, file.name);
@@ -140,7 +155,9 @@ private:
         AnalysisJsonOptions options{
             .layout = isOneObject ? JsonWriter::Layout::kIndented : JsonWriter::Layout::kOneLine,
             .withProfiles = analyze_.withProfiles,
-            .request = &request_};
+            .request = &request_,
+            .uncertaintyRequest = uncertainty_ ? &*uncertaintyRequest_ : nullptr,
+            .uncertainty = uncertainty_ ? &*uncertainty_ : nullptr};
         if (isOneObject) options.more = [this](JsonWriter& json) { WriteRequirements(json, judged_); };
         WriteAnalysisJson(std::cout, document, file.name, prompts.Messages(), options);
         std::cout << "\n";
@@ -175,6 +192,8 @@ private:
   const AnalyzeOptions& analyze_;
   const RunSetup& setup_;
   const RunRequest& request_;
+  const std::optional<UncertaintyRequest> uncertaintyRequest_;
+  std::optional<UncertaintyResult> uncertainty_;  ///< of the analysis at hand
   std::vector<MeasuredTogether> groups_;
   std::vector<JudgedRequirement> judged_;
   bool isFirstShown_ = false;
@@ -219,9 +238,11 @@ int RunIndicatedAnalysis(const AnalyzeOptions& analyze, const CommonOptions& com
   ConsolePrompts prompts({.answersYes = common.answer == "yes", .isQuiet = common.quiet});
   auto setup = PrepareRun(common, prompts);
   if (!setup) return kExitRefused;
+  ApplyDecisionRule(analyze, setup->document.settings.decision);
   RunFiles clashing{.reads = PathsOf(files),
                     .writes = {PathFromSystemText(analyze.appendTo), PathFromSystemText(analyze.qdas)}};
   const Environment environment = SystemEnvironment();
+  clashing.reads.push_back(PathFromSystemText(analyze.budget));
   if (WritesTraceFile(setup->document, environment)) clashing.writes.push_back(environment.traceFile);
   RefuseClash(std::move(clashing), common);
   // What the command line says of class and sections completes what the drawing leaves open.
@@ -231,8 +252,14 @@ int RunIndicatedAnalysis(const AnalyzeOptions& analyze, const CommonOptions& com
   }
   TellOtherEdition(requirements, common);
   setup->import.marksInput = analyze.form == OutputForm::kJson;
+  std::optional<UncertaintyRequest> uncertainty;
+  if (!analyze.budget.empty()) {
+    uncertainty = UncertaintyRequestOf(analyze);
+    if (!uncertainty) return kExitRefused;
+    CatchInterrupts();
+  }
   const RunRequest request = RequestOf(common, *setup);
-  return IndicatedAnalysis(analyze, *setup, request, requirements).Run(files, prompts);
+  return IndicatedAnalysis(analyze, *setup, request, requirements, std::move(uncertainty)).Run(files, prompts);
 }
 
 }  // namespace texturon

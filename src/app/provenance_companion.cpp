@@ -24,7 +24,8 @@ std::string ObjectLine(const Members& members) {
 }  // namespace
 
 ProvenanceCompanion::ProvenanceCompanion(const std::filesystem::path& parameterFile, const Document& start,
-                                         const RunRequest& request, const Environment& environment) {
+                                         const RunRequest& request, const Environment& environment,
+                                         const UncertaintyRequest* uncertainty) {
   if (parameterFile.empty()) return;
   path_ = ProvenanceFileOf(parameterFile);
   runLine_ = ObjectLine([&](JsonWriter& json) {
@@ -32,6 +33,7 @@ ProvenanceCompanion::ProvenanceCompanion(const std::filesystem::path& parameterF
     json.Key("date");
     json.Text(Utf8FromWindows1252(DateText(environment.localTime())));
     WriteRequest(json, start, request);
+    if (uncertainty != nullptr) WriteUncertaintyBudget(json, *uncertainty);
   });
 }
 

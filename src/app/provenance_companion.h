@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <string>
 
+#include "analysis/uncertainty_json.h"
 #include "app/provenance_output.h"
 #include "platform/environment.h"
 #include "record/input_mark.h"
@@ -12,12 +13,12 @@
 namespace texturon {
 
 /// The file beside a parameter file that tells where its rows come from, "rows.csv.provenance.json": an object a line,
-/// one for each run (program, date, settings and request), then one for each of its files (path and input).
+/// one for each run (program, date, settings, request and budget), then one for each of its files (path and input).
 class ProvenanceCompanion {
 public:
-  /// An empty parameter file has none.
+  /// An empty parameter file has none; the budget may be null.
   ProvenanceCompanion(const std::filesystem::path& parameterFile, const Document& start, const RunRequest& request,
-                      const Environment& environment);
+                      const Environment& environment, const UncertaintyRequest* uncertainty);
 
   /// Empty where there is no parameter file.
   const std::filesystem::path& Path() const { return path_; }

@@ -95,6 +95,7 @@ void PrintOrigin(const JsonValue& object, const std::string& file) {
   std::cout << "Object: made by texturon " << (version != nullptr ? EscapedControls(*version) : "(no version)")
             << " of " << (formerFile != nullptr ? EscapedControls(*formerFile) : "(no file)") << "\nHere: texturon "
             << ProgramVersion() << ", " << EscapedControls(file) << "\n";
+  if (object.Find("requirements") != nullptr) std::cout << "What the drawing asks for is not judged again.\n";
 }
 
 /// Analyses and compares; the exit status.
@@ -164,8 +165,12 @@ int RunAgain(const AnalyzeOptions& analyze, const CommonOptions& common) {
   result.setup.document.settings.display.Metric = !common.imperial;
   result.setup.document.quietMode = common.quiet;
   result.setup.document.writesTraceFile = false;
-  result.setup.document.wanted = {
-      .spectrum = object->Find("profiles") != nullptr, .heightCurves = false, .coreRoughness = true};
+  // For a drawing the core roughness is not computed where no row needs it.
+  const JsonValue* const core = object->Find("rk", "valid");
+  const bool hasCore = core != nullptr && core->As<bool>() != nullptr && *core->As<bool>();
+  result.setup.document.wanted = {.spectrum = object->Find("profiles") != nullptr,
+                                  .heightCurves = false,
+                                  .coreRoughness = hasCore || object->Find("requirements") == nullptr};
   return FinishOutput(Repeat(*object, file, prompts, result));
 }
 

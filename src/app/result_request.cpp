@@ -2,6 +2,7 @@
 
 #include "app/result_request.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -54,6 +55,7 @@ private:
     const auto* const inForce = Of<JsonValue::Object>("settings", "in_force");
     if (inForce == nullptr) return Refuse("it has no settings.in_force");
     for (const auto& [name, value] : *inForce) {
+      if (value.IsNull() && TakeOpenLimit(settings, name)) continue;
       std::string text;
       if (const auto* words = value.As<std::string>()) text = Windows1252FromUtf8(*words);
       if (const auto* number = value.As<double>()) text = ShortestText(*number);
@@ -71,6 +73,19 @@ private:
       }
     }
     ApplySettings(result_.setup.document, std::move(settings));
+  }
+
+  /// A limit that a drawing leaves open is infinite, which JSON has as null.
+  static bool TakeOpenLimit(Settings& settings, std::string_view name) {
+    if (name.empty()) return false;
+    const bool isUpper = name.find("UpperTolLimit") != std::string_view::npos;
+    const std::size_t point = std::min(name.find('.'), name.size() - 1);
+    const auto place = FindSetting(name.substr(0, point), name.substr(point + 1));
+    if (!place || !(isUpper || name.find("LowerTolLimit") != std::string_view::npos)) return false;
+    const SettingBinding& binding = place->key->binding;
+    if (!binding.isRepeated() || place->row >= binding.rows->count(settings)) return false;
+    binding.set(settings, place->row, isUpper ? INFINITY : -INFINITY);
+    return true;
   }
 
   void ReadScope() {

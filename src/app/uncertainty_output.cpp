@@ -4,12 +4,16 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
+#include "analysis/verdict_trials.h"
+#include "app/commands.h"
 #include "app/run_options.h"
 #include "app/table_text.h"
 #include "base/charset.h"
 #include "base/number_text.h"
 #include "platform/interrupt.h"
+#include "platform/platform.h"
 #include "presentation/shown_rows.h"
 
 namespace texturon {
@@ -65,9 +69,20 @@ std::string SensitivityTable(const std::vector<ShownRow>& rows, const Uncertaint
   return "\nStandard uncertainty by each line of the budget alone:\n" + Aligned(lines, lines.front().size() - 1);
 }
 
+/// The budget that a call names. Empty, with a sentence on standard error, where it is none.
+std::optional<UncertaintyRequest> ReadBudgetOf(const BudgetOptions& options) {
+  BudgetRead read = ReadBudget(PathFromSystemText(options.budget));
+  if (!read.budget) {
+    ComplainOf(options.budget, read.reason);
+    return std::nullopt;
+  }
+  return UncertaintyRequest{
+      .budget = std::move(*read.budget), .trials = options.trials, .seed = static_cast<std::uint64_t>(options.seed)};
+}
+
 }  // namespace
 
-std::optional<UncertaintyResult> FindUncertainty(const Document& document, const UncertaintyRequest& request,
+std::optional<UncertaintyResult> FindUncertainty(Document& document, const UncertaintyRequest& request,
                                                  const std::string& file, ConsolePrompts& prompts) {
   const auto progress = prompts.OpenProgress("Trials", "Trials");
   int shown = -1;
@@ -77,14 +92,39 @@ std::optional<UncertaintyResult> FindUncertainty(const Document& document, const
   };
   std::string reason;
   UncertaintyResult result = TryUncertainty(document, request, advances, reason);
-  if (reason.empty()) return result;
+  if (reason.empty()) {
+    document.results.uncertainties = result.rows;
+    return result;
+  }
   Complain(file + ": no uncertainty, " + Utf8FromWindows1252(reason) + ".");
   return std::nullopt;
 }
 
-void RemarkOnGuardedRule(const Settings& settings, bool isQuiet) {
-  if (isQuiet || settings.decision.DecisionRule == kDecideSimple) return;
-  Complain("the decision rule of the settings needs a budget, which only analyze takes: values are judged alone.");
+void ApplyDecisionRule(const BudgetOptions& options, DecisionSettings& decision) {
+  if (options.decisionRule) decision.DecisionRule = *options.decisionRule;
+  if (IsGuarded(decision.DecisionRule) && options.budget.empty()) {
+    throw UsageError{"analyze: a guarded decision rule needs an uncertainty: give --budget."};
+  }
+}
+
+std::optional<UncertaintyRequest> UncertaintyRequestOf(const AnalyzeOptions& analyze) {
+  std::optional<UncertaintyRequest> request = ReadBudgetOf(analyze);
+  if (!request) return request;
+  request->interval = FindInterval(analyze.interval).value_or(CoverageInterval::kSymmetric);
+  request->wantsSensitivities = analyze.sensitivities;
+  return request;
+}
+
+bool TakeBudget(const BudgetOptions& options, DecisionSettings& decision, std::optional<UncertaintyRequest>& request,
+                bool isQuiet) {
+  if (options.decisionRule) decision.DecisionRule = *options.decisionRule;
+  if (!options.budget.empty()) {
+    request = ReadBudgetOf(options);
+    if (!request) return false;
+  }
+  const std::string remark = RemarkOnRule(decision, request.has_value());
+  if (!remark.empty() && !isQuiet) Complain(Utf8FromWindows1252(remark));
+  return true;
 }
 
 std::string UncertaintyTable(const Document& document, const UncertaintyRequest& request,
@@ -103,7 +143,7 @@ std::string UncertaintyTable(const Document& document, const UncertaintyRequest&
     lines.push_back({Utf8FromWindows1252(rows[i].title), rows[i].value, shown(uncertainty->Expanded(), 2),
                      shown(uncertainty->low, 5), shown(uncertainty->high, 5), shown(uncertainty->bias, 2),
                      FixedText(100.0 * uncertainty->undefined, 1) + " %", Utf8FromWindows1252(rows[i].unit),
-                     VerdictCell(Decide(rows[i].row, uncertainty, document.settings.decision.DecisionRule))});
+                     VerdictCell(Decide(document, rows[i].row, i))});
   }
   std::string out = "\nUncertainty by " + IntegerText(request.trials) + " trials, seed " +
                     IntegerText(static_cast<std::int64_t>(request.seed)) + "; " +

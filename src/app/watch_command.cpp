@@ -1,14 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
 
+#include <algorithm>
 #include <iostream>
 #include <utility>
 
+#include "analysis/decision.h"
 #include "analysis/document_export.h"
 #include "app/commands.h"
 #include "app/provenance_companion.h"
 #include "app/qdas_output.h"
 #include "app/uncertainty_output.h"
 #include "base/charset.h"
+#include "base/number_text.h"
 #include "export/parameter_file.h"
 #include "platform/interrupt.h"
 #include "platform/platform.h"
@@ -27,6 +30,20 @@ FolderWatchOptions OptionsOf(const WatchOptions& options, const Settings& settin
   return std::move(plan.options);
 }
 
+/// ", 1 out of tolerance, 2 undecided"; what there is none of is left out.
+std::string CountsOf(const FileAnalysis& analysis) {
+  const auto count = [&analysis](bool ColumnValue::*flag) {
+    return std::count_if(analysis.columns.begin(), analysis.columns.end(),
+                         [flag](const ColumnValue& column) { return column.*flag; });
+  };
+  std::string text;
+  for (const auto& [flag, words] : {std::pair(&ColumnValue::outOfTolerance, " out of tolerance"),
+                                    std::pair(&ColumnValue::undecided, " undecided")}) {
+    if (const auto number = count(flag); number > 0) text += ", " + IntegerText(number) + words;
+  }
+  return text;
+}
+
 }  // namespace
 
 int RunWatch(const WatchOptions& options, const CommonOptions& common) {
@@ -34,7 +51,9 @@ int RunWatch(const WatchOptions& options, const CommonOptions& common) {
   auto setup = PrepareRun(common, prompts);
   if (!setup) return kExitRefused;
   setup->import.marksInput = true;
-  RemarkOnGuardedRule(setup->document.settings, common.quiet);
+  std::optional<UncertaintyRequest> uncertainty;
+  if (!TakeBudget(options, setup->document.settings.decision, uncertainty, common.quiet)) return kExitRefused;
+  const bool isGuarded = IsGuarded(setup->document.settings.decision.DecisionRule);
   FolderWatchOptions watch = OptionsOf(options, setup->document.settings);
   watch.qdasFile = PathFromSystemText(options.qdas);
   const Environment environment = SystemEnvironment();
@@ -42,8 +61,10 @@ int RunWatch(const WatchOptions& options, const CommonOptions& common) {
     ComplainOf(options.qdas, "gets nothing: no row has limits");
     return kExitRefused;
   }
-  ProvenanceCompanion companion(watch.parameterFile, setup->document, RequestOf(common, *setup), environment);
-  RunFiles clashing{.reads = {}, .writes = {watch.parameterFile, watch.holdFolder, watch.qdasFile, companion.Path()}};
+  ProvenanceCompanion companion(watch.parameterFile, setup->document, RequestOf(common, *setup), environment,
+                                uncertainty ? &*uncertainty : nullptr);
+  RunFiles clashing{.reads = {PathFromSystemText(options.budget)},
+                    .writes = {watch.parameterFile, watch.holdFolder, watch.qdasFile, companion.Path()}};
   if (!watch.singleFile.empty()) clashing.reads.push_back(watch.folder / PathFromSystemText(watch.singleFile));
   if (watch.logsEvents) clashing.writes.push_back(environment.workingFolder / EventLog::kName);
   RefuseClash(std::move(clashing), common);
@@ -57,19 +78,23 @@ int RunWatch(const WatchOptions& options, const CommonOptions& common) {
     return kExitRefused;
   }
   CatchInterrupts();
-  const std::string reason =
-      WatchFolder(watch, {.start = setup->document, .import = setup->import, .invert = setup->invert}, environment,
-                  {.analysed =
-                       [&](const std::string& file, const FileAnalysis& analysis) {
-                         companion.Add(watch.folder / PathFromSystemText(file), analysis.input);
-                         (void)AppendQdas(analysis.qdas, options.qdas, InUse::kWait);
-                         if (common.quiet) return;
-                         std::cout << EscapedControls(file) << " analysed" << std::endl;
-                         for (const std::string& remark : analysis.remarks)
-                           Complain(file + ": " + Utf8FromWindows1252(remark));
-                       },
-                   .failed = [](const std::string& sentence) { Complain(Utf8FromWindows1252(sentence)); },
-                   .stops = Interrupted});
+  const std::string reason = WatchFolder(
+      watch,
+      {.start = setup->document,
+       .import = setup->import,
+       .invert = setup->invert,
+       .uncertainty = uncertainty ? &*uncertainty : nullptr},
+      environment,
+      {.analysed =
+           [&](const std::string& file, const FileAnalysis& analysis) {
+             companion.Add(watch.folder / PathFromSystemText(file), analysis.input);
+             (void)AppendQdas(analysis.qdas, options.qdas, InUse::kWait);
+             if (common.quiet) return;
+             std::cout << EscapedControls(file) << " analysed" << (isGuarded ? CountsOf(analysis) : "") << std::endl;
+             for (const std::string& remark : analysis.remarks) Complain(file + ": " + Utf8FromWindows1252(remark));
+           },
+       .failed = [](const std::string& sentence) { Complain(Utf8FromWindows1252(sentence)); },
+       .stops = Interrupted});
   if (!reason.empty()) {
     Complain(Utf8FromWindows1252(reason));
     return kExitRefused;

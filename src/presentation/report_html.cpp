@@ -137,7 +137,9 @@ private:
     std::string out = "<table>\n" + HeadRow(LimitTitles(), 1, 4);
     for (const ReportRow& row : texts_.rows) {
       if (!row.isToleranced) continue;
-      out += row.verdict == Verdict::kFail ? "<tr class=\"fail\">" : "<tr>";
+      out += row.verdict == Acceptance::kFail        ? "<tr class=\"fail\">"
+             : row.verdict == Acceptance::kUndecided ? "<tr class=\"open\">"
+                                                     : "<tr>";
       out += Cell(row.title) + Cell(ValueOf(row), true) + Cell(row.lower, true) + Cell(row.upper, true) +
              Cell(row.unit) + Cell(VerdictText(row)) + "</tr>\n";
     }

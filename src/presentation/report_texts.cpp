@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "analysis/captions.h"
+#include "analysis/decision.h"
 #include "analysis/region_choice.h"
 #include "base/number_text.h"
 #include "base/program_version.h"
@@ -45,6 +46,9 @@ std::vector<ReportLine> Facts(const Document& document, std::string_view time) {
   if (!document.results.uncertainties.empty()) {
     facts.emplace_back("Uncertainty", "\xB1 U with k = 2, by trials with the instrument's budget");
   }
+  if (const DecisionRuleName& rule = DecisionRuleOf(document.settings.decision.DecisionRule); IsGuarded(rule.number)) {
+    facts.emplace_back("Decision rule", std::string(rule.name) + ": " + std::string(rule.meaning));
+  }
   if (profiles.evaluationRange) {
     facts.emplace_back("Evaluated", DescribeStretch(*profiles.evaluationRange, profiles.spacingUM,
                                                     profiles.residualSpacingUM, metric));
@@ -69,6 +73,7 @@ ReportRow MakeRow(const ShownRow& shown, bool metric) {
                 .value = shown.ValueAndUncertainty(),
                 .unit = shown.unit,
                 .verdict = shown.verdict,
+                .doubt = shown.doubt,
                 .isToleranced = shown.row.tolerance.toleranced};
   const LimitsInForce limits = LimitsOf(shown.row.tolerance);
   if (limits.lower) row.lower = LimitText(*limits.lower, shown.row, metric);
@@ -91,26 +96,33 @@ void Summarise(ReportTexts& texts) {
   std::size_t judged = 0;
   std::size_t failed = 0;
   std::size_t missing = 0;
+  std::size_t undecided = 0;
+  std::string_view doubt;
   for (const ReportRow& row : texts.rows) {
     if (row.verdict) ++judged;
-    if (row.verdict == Verdict::kFail) ++failed;
+    if (row.verdict == Acceptance::kFail) ++failed;
+    if (row.verdict == Acceptance::kUndecided && undecided++ == 0) doubt = row.doubt;
     if (row.isToleranced && !row.verdict) ++missing;
   }
   if (failed > 0) {
     texts.summary = Count(failed) + " of " + Count(judged) + " toleranced parameters out of tolerance.";
-  } else if (judged == 1) {
+  } else if (judged == 1 && undecided == 0) {
     texts.summary = "The toleranced parameter is within its limits.";
-  } else if (judged > 0) {
+  } else if (judged > 0 && undecided == 0) {
     texts.summary = "All " + Count(judged) + " toleranced parameters are within their limits.";
+  }
+  if (undecided > 0) {
+    texts.summary += (failed > 0 ? " " : "") + Count(undecided) + " of " + Count(judged) +
+                     " toleranced parameters undecided: " + std::string(doubt) + ".";
   }
   if (missing > 0) {
     texts.summary += (judged > 0 ? " " : "") + Count(missing) +
                      (missing == 1 ? " parameter with limits has no value." : " parameters with limits have no value.");
   }
-  texts.outcome = failed > 0    ? ReportOutcome::kFail
-                  : missing > 0 ? ReportOutcome::kOpen
-                  : judged > 0  ? ReportOutcome::kPass
-                                : ReportOutcome::kNoLimits;
+  texts.outcome = failed > 0                ? ReportOutcome::kFail
+                  : missing + undecided > 0 ? ReportOutcome::kOpen
+                  : judged > 0              ? ReportOutcome::kPass
+                                            : ReportOutcome::kNoLimits;
 }
 
 std::vector<ReportLine> ChangedSettings(const Settings& settings) {
@@ -126,13 +138,18 @@ std::vector<ReportLine> ChangedSettings(const Settings& settings) {
   return lines;
 }
 
-std::vector<ReportLine> Origin(const InputMark& input) {
+/// Program, file, and what of the request no settings file carries.
+std::vector<ReportLine> Origin(const Document& document) {
+  const InputMark& input = document.profiles.input;
   if (input.sha256.empty()) return {};
   std::vector<ReportLine> lines = {{"Program", "Texturon " + ProgramVersionText()},
                                    {"SHA-256 of the file", input.sha256},
                                    {"Bytes", IntegerText(static_cast<std::int64_t>(input.bytes))},
                                    {"Reader", input.reader}};
   if (!input.companionSha256.empty()) lines.emplace_back("SHA-256 of its second file", input.companionSha256);
+  if (document.profiles.inverted) lines.emplace_back("Heights", "turned upside down");
+  if (document.scope.wholeCutoffs) lines.emplace_back("Evaluation length", "a whole number of cut-offs");
+  if (document.scope.allDataForForm) lines.emplace_back("Form", "fitted to the whole record");
   return lines;
 }
 
@@ -144,7 +161,8 @@ std::vector<std::string> LimitTitles() {
 
 std::string VerdictText(const ReportRow& row) {
   if (!row.verdict) return row.value.empty() ? "no value" : "";
-  return *row.verdict == Verdict::kPass ? "pass" : "out";
+  constexpr std::string_view kWords[] = {"pass", "out", "undecided"};
+  return std::string(kWords[static_cast<std::size_t>(*row.verdict)]);
 }
 
 ReportTexts MakeReportTexts(const Document& document, std::string_view time) {
@@ -154,7 +172,7 @@ ReportTexts MakeReportTexts(const Document& document, std::string_view time) {
                     .facts = Facts(document, time),
                     .instrumentValues = CompareWithInstrument(document),
                     .changedSettings = ChangedSettings(document.settings),
-                    .origin = Origin(document.profiles.input)};
+                    .origin = Origin(document)};
   for (const ShownRow& row : ShownRows(document)) {
     texts.rows.push_back(MakeRow(row, display.Metric));
     if (row.value.empty()) AddOf(texts.reasons, row.title, row.reason);

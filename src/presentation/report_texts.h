@@ -26,11 +26,12 @@ struct ReportRow {
   std::string unit;
   std::string lower;  ///< limits that count; empty: none
   std::string upper;
-  std::optional<Verdict> verdict;
-  bool isToleranced = false;  ///< also where there is no value to judge
+  std::optional<Acceptance> verdict;
+  std::string_view doubt = {};  ///< what stands between the value and a plain verdict
+  bool isToleranced = false;    ///< also where there is no value to judge
 };
 
-/// What the rows with limits come to; open: none fails, but one has no value.
+/// What the rows with limits come to; open: none fails, but one has no value or is undecided.
 enum class ReportOutcome : std::uint8_t { kNoLimits, kPass, kOpen, kFail };
 
 /// All that a report says in words; texts are Windows-1252. The curves come from the document itself.
@@ -38,7 +39,7 @@ struct ReportTexts {
   std::string company;
   std::string identification;
   std::vector<ReportLine> facts;
-  std::string summary;  ///< how many rows are out of tolerance or without value; empty where none has limits
+  std::string summary;  ///< how many rows are out of tolerance, undecided or without value; empty: no limits
   ReportOutcome outcome = ReportOutcome::kNoLimits;
   std::vector<ReportRow> rows;
   std::vector<ReportLine> reasons;      ///< rows without a value by name, and why

@@ -22,9 +22,21 @@ const ParameterDef* RowOf(const Document& document, const Requirement& requireme
 
 }  // namespace
 
+std::optional<double> ExpandedOf(const Document& document, const ParameterDef* row) {
+  const Uncertainties& known = document.results.uncertainties;
+  std::size_t place = 0;
+  for (const ParameterDef& each : document.catalogue.rows) {
+    if (&each == row) break;
+    place += each.selected ? 1 : 0;
+  }
+  const bool isKnown = row != nullptr && row->selected && place < known.size() && known[place];
+  return isKnown ? std::optional(known[place]->Expanded()) : std::nullopt;
+}
+
 AcceptanceResult JudgedRequirement::Verdict() const {
   if (!requirement.missing.empty()) return {Acceptance::kUndecided, "settings are missing"};
-  return Judge(requirement, values.value_or(ValueSeries()));
+  return DecideLimit(values.value_or(ValueSeries()), expanded,
+                     {requirement.limit, requirement.isUpper, requirement.rule}, decisionRule);
 }
 
 std::vector<std::pair<std::string, std::string>> MeaningOf(const JudgedRequirement& judged) {
@@ -69,7 +81,8 @@ std::vector<JudgedRequirement> RequirementsOf(const Document& document) {
       CompleteRequirement(requirement, FindClass(classes, standard.Class), std::nullopt);
     }
     const ParameterDef* const row = RowOf(document, requirement);
-    judged.push_back({std::move(requirement), ValueSeries{row != nullptr ? std::optional(row->value) : std::nullopt}});
+    judged.push_back({std::move(requirement), ValueSeries{row != nullptr ? std::optional(row->value) : std::nullopt},
+                      ValueSeries{ExpandedOf(document, row)}, document.settings.decision.DecisionRule});
   }
   return judged;
 }

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "analysis/decision.h"
 #include "base/number_text.h"
 #include "presentation/shown_rows.h"
 
@@ -18,6 +19,7 @@ std::string SeveralRow::Shown(const std::optional<double>& value, bool metric) c
 }
 
 void SeveralResults::Add(const Document& document) {
+  std::size_t place = 0;
   for (ShownRow& shown : ShownRows(document)) {
     auto held = std::find_if(rows_.begin(), rows_.end(), [&](const SeveralRow& row) {
       return row.title == shown.title && row.values.size() == count_;
@@ -26,24 +28,32 @@ void SeveralResults::Add(const Document& document) {
       rows_.push_back({.row = shown.row,
                        .title = std::move(shown.title),
                        .label = std::move(shown.label),
-                       .values = ValueSeries(count_)});
+                       .values = ValueSeries(count_),
+                       .expanded = ValueSeries(count_)});
       held = rows_.end() - 1;
     }
     held->values.push_back(shown.row.valid ? std::optional(shown.row.value) : std::nullopt);
+    const Uncertainties& known = document.results.uncertainties;
+    const bool isKnown = place < known.size() && known[place];
+    held->expanded.push_back(isKnown ? std::optional(known[place]->Expanded()) : std::nullopt);
+    ++place;
   }
   AddFailed();
 }
 
 void SeveralResults::AddFailed() {
   ++count_;
-  for (SeveralRow& row : rows_) row.values.resize(count_);
+  for (SeveralRow& row : rows_) {
+    row.values.resize(count_);
+    row.expanded.resize(count_);
+  }
 }
 
-std::vector<SeveralRow> SeveralResults::Rows(AcceptanceRule rule) const {
+std::vector<SeveralRow> SeveralResults::Rows(AcceptanceRule rule, std::int32_t decisionRule) const {
   std::vector<SeveralRow> rows = rows_;
   for (SeveralRow& row : rows) {
     row.statistics = StatisticsOf(row.values);
-    row.acceptance = Accept(row.values, row.row.tolerance, rule);
+    row.acceptance = Decide(row.values, row.expanded, row.row.tolerance, rule, decisionRule);
   }
   return rows;
 }

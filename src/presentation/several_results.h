@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
@@ -17,10 +18,11 @@ namespace texturon {
 
 /// A row over several profiles. Texts are Windows-1252.
 struct SeveralRow {
-  ParameterDef row;    ///< its value is of no meaning here
-  std::string title;   ///< as tables show it
-  std::string label;   ///< the setting behind the value; begins with three blanks, empty for most rows
-  ValueSeries values;  ///< metric, one a profile; a ratio may be infinite or undefined
+  ParameterDef row;           ///< its value is of no meaning here
+  std::string title;          ///< as tables show it
+  std::string label;          ///< the setting behind the value; begins with three blanks, empty for most rows
+  ValueSeries values;         ///< metric, one a profile; a ratio may be infinite or undefined
+  ValueSeries expanded = {};  ///< their expanded uncertainties, where they were tried
   ValueStatistics statistics;
   std::optional<AcceptanceResult> acceptance;
 
@@ -38,7 +40,8 @@ public:
   void AddFailed();
 
   std::size_t Count() const { return count_; }
-  std::vector<SeveralRow> Rows(AcceptanceRule rule) const;
+  /// Verdicts by an acceptance rule and one of DecisionNumber.
+  std::vector<SeveralRow> Rows(AcceptanceRule rule, std::int32_t decisionRule = kDecideSimple) const;
 
 private:
   std::size_t count_ = 0;

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "analysis/decision.h"
 #include "analysis/ratio_row_list.h"
 #include "base/number_text.h"
 #include "parameters/edition2021/edition_list.h"
@@ -15,13 +16,18 @@
 namespace texturon {
 namespace {
 
-ShownRow Show(const ParameterDef& row, std::string title, std::string label, bool metric) {
+/// `place` is that of the row among all.
+ShownRow Show(const Document& document, std::size_t place, const ParameterDef& row, std::string title,
+              std::string label) {
+  const bool metric = document.settings.display.Metric;
+  const auto decision = Decide(document, row, place);
   return {.row = row,
           .title = std::move(title),
           .value = ShownValue(row, metric),
           .unit = PrintedUnit(row.quantity.Unit(metric)),
           .label = std::move(label),
-          .verdict = JudgeRow(row),
+          .verdict = decision ? std::optional(decision->verdict) : std::nullopt,
+          .doubt = decision ? decision->doubt : std::string_view(),
           .reason = ReasonOf(row, metric)};
 }
 
@@ -85,13 +91,13 @@ std::vector<ShownRow> ShownRows(const Document& document) {
   const EditionChoice chosen = ChosenEdition(document.settings.analysis);
   std::vector<ShownRow> rows;
   for (const ParameterDef& row : document.catalogue.rows) {
-    if (row.selected) rows.push_back(Show(row, TitleOf(row, chosen), LabelOf(row, document), metric));
+    if (row.selected) rows.push_back(Show(document, rows.size(), row, TitleOf(row, chosen), LabelOf(row, document)));
   }
   for (const auto& entries : {SelectedMaterialRatios(document), SelectedHtps(document)}) {
     for (const RatioRowEntry& entry : entries) {
       const std::string number = IntegerText(static_cast<std::int64_t>(entry.index) + 1);
       const std::string title = std::string(entry.title) + " " + number;
-      rows.push_back(Show(entry.row, title, entry.label, metric));
+      rows.push_back(Show(document, rows.size(), entry.row, title, entry.label));
     }
   }
   constexpr int kFigures = 2;

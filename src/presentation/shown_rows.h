@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "analysis/acceptance.h"
 #include "analysis/document.h"
 #include "parameters/catalogue.h"
 
@@ -20,7 +21,8 @@ struct ShownRow {
   std::string value;  ///< empty: not computed
   std::string unit;
   std::string label;  ///< the setting behind the value; begins with three blanks, empty for most rows
-  std::optional<Verdict> verdict;
+  std::optional<Acceptance> verdict;
+  std::string_view doubt;     ///< what stands between the value and a plain verdict: a clause; empty: nothing
   std::string reason;         ///< why there is no value, or none that is finite: a clause
   std::string expanded = {};  ///< expanded uncertainty (k = 2) in the value's unit; empty: not tried
 

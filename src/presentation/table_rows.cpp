@@ -63,13 +63,21 @@ TableRows RowsOfTable(const Document& document, const TableChoice& choice) {
 
 VerdictCount CountVerdicts(const Document& document) {
   VerdictCount count;
+  std::optional<std::string> firstUndecided;
   for (const ShownRow& row : ShownRows(document)) {
     if (!row.verdict) continue;
     ++count.judged;
-    if (*row.verdict != Verdict::kFail) continue;
-    ++count.failed;
-    if (!count.firstFailed) count.firstFailed = row.title;
+    if (*row.verdict == Acceptance::kFail) {
+      ++count.failed;
+      if (!count.firstBad) count.firstBad = row.title;
+    } else if (*row.verdict == Acceptance::kUndecided) {
+      if (count.undecided++ == 0) {
+        firstUndecided = row.title;
+        count.doubt = row.doubt;
+      }
+    }
   }
+  if (!count.firstBad) count.firstBad = firstUndecided;
   return count;
 }
 

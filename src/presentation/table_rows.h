@@ -35,11 +35,14 @@ struct TableRows {
 /// stand by groups, and unless all are asked for only those of common use and those with limits are shown.
 TableRows RowsOfTable(const Document& document, const TableChoice& choice);
 
-/// How many of the selected rows have limits, how many of these are out of tolerance, and the first of the latter.
+/// How many of the selected rows have limits, how many of these are out of tolerance or undecided, and the first of
+/// them.
 struct VerdictCount {
   std::size_t judged = 0;
   std::size_t failed = 0;
-  std::optional<std::string> firstFailed;  ///< its title
+  std::size_t undecided = 0;
+  std::optional<std::string> firstBad;  ///< title of the first that failed, else of the first that is undecided
+  std::string_view doubt;               ///< why the first undecided one is: a clause
 };
 VerdictCount CountVerdicts(const Document& document);
 

@@ -457,7 +457,7 @@ constexpr auto kTable = std::to_array<SettingKey>({
     {DECISION(AcceptanceRule), "", "when the values of several profiles keep a limit",
      "0 none beyond it, 1 at most 16 %, 2 the median"},
     {DECISION(DecisionRule), "", "how an uncertainty enters a verdict",
-     "0 not at all, 1 limits moved by U both ways and undecided between, 2 the same with undecided as a failure"},
+     "0 values alone, 1 guarded by U, 2 guarded by U and undecided fails"},
     {STANDARD(Edition, "1997, 2021, both"), "", "edition of the standards that the rows are of: 1997, 2021 or both", "",
      In(kStandard)},
     {STANDARD(ShortWaveFilter, "spline, gaussian"), "", "filter that takes the short waves off: spline or gaussian", "",

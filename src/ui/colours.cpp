@@ -34,6 +34,10 @@ QColor VerdictGround(bool isGood) {
   return isGood ? QColor(0x00, 0x68, 0x4A) : QColor(0xB0, 0x48, 0x00);
 }
 
+QColor UndecidedGround() {
+  return {0x6B, 0x3F, 0xA0};
+}
+
 QColor WarningColour(bool onDark) {
   return onDark ? QColor(0xFF, 0x6B, 0x6B) : QColor(0xC8, 0x00, 0x00);
 }

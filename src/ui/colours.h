@@ -21,6 +21,8 @@ QColor CurveColour(int number, const QPalette& ground);
 
 /// The ground of white words that say whether something is good.
 QColor VerdictGround(bool isGood);
+/// That of what nobody can say.
+QColor UndecidedGround();
 /// Words about entries that cannot be used.
 QColor WarningColour(bool onDark);
 

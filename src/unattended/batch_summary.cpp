@@ -41,6 +41,7 @@ void BatchSummary::Add(std::span<const ColumnValue> values) {
   }
   for (std::size_t i = 0; i < values.size(); ++i) {
     columns[i].outOfTolerance += values[i].outOfTolerance ? 1 : 0;
+    columns[i].undecided += values[i].undecided ? 1 : 0;
     if (values[i].value) AddValue(columns[i], *values[i].value);
   }
 }
@@ -54,14 +55,15 @@ std::string SummaryCsv(const BatchSummary& summary) {
   std::string text = "\"Files\", " + Count(summary.analysed) + "\r\n\"Failed\", " + Count(summary.failed) + "\r\n";
   if (summary.remarked > 0) text += "\"With remarks\", " + Count(summary.remarked) + "\r\n";
   text += "\r\n";
-  text +=
-      "\"Parameter\", \"Count\", \"Mean\", \"Standard deviation\", \"Minimum\", \"Maximum\", \"Out of tolerance\"\r\n";
+  text += "\"Parameter\", \"Count\", \"Mean\", \"Standard deviation\", \"Minimum\", \"Maximum\", \"Out of tolerance\"";
+  text += summary.leavesUndecided ? ", \"Undecided\"\r\n" : "\r\n";
   for (const ColumnSummary& column : summary.columns) {
     text += "\"" + column.name + "\", " + Count(column.count);
     for (const double value : {column.mean, column.StandardDeviation(), column.minimum, column.maximum}) {
       text += column.count == 0 ? std::string(", \" \"") : ", " + ShortestText(value);
     }
-    text += ", " + Count(column.outOfTolerance) + "\r\n";
+    text += ", " + Count(column.outOfTolerance);
+    text += summary.leavesUndecided ? ", " + Count(column.undecided) + "\r\n" : "\r\n";
   }
   return text;
 }

@@ -17,6 +17,7 @@ struct ColumnSummary {
   std::string unit;
   std::size_t count = 0;  ///< files for which it was computed
   std::size_t outOfTolerance = 0;
+  std::size_t undecided = 0;
   double mean = 0.0;
   double squares = 0.0;  ///< sum of squared deviations from the mean
   double minimum = 0.0;
@@ -31,7 +32,8 @@ struct ColumnSummary {
 struct BatchSummary {
   std::size_t analysed = 0;
   std::size_t failed = 0;
-  std::size_t remarked = 0;  ///< analysed, with remarks of the reader
+  std::size_t remarked = 0;      ///< analysed, with remarks of the reader
+  bool leavesUndecided = false;  ///< the decision rule may; else nobody asks how many are
   std::vector<ColumnSummary> columns;
 
   void Add(std::span<const ColumnValue> values);
@@ -41,7 +43,7 @@ struct BatchSummary {
 std::string SummaryFigure(double value);
 
 /// A table for spreadsheets, Windows-1252 with CR LF line ends: "Files" and "Failed", then a line a column with count,
-/// mean, standard deviation, minimum, maximum and number out of tolerance.
+/// mean, standard deviation, minimum, maximum, number out of tolerance and, where the rule leaves some, undecided.
 std::string SummaryCsv(const BatchSummary& summary);
 
 }  // namespace texturon

@@ -4,12 +4,16 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <optional>
 #include <system_error>
+#include <thread>
 #include <utility>
 
 #include "analysis/analysis_run.h"
+#include "analysis/decision.h"
 #include "analysis/file_clash.h"
 #include "analysis/pipeline.h"
+#include "analysis/verdict_trials.h"
 #include "base/date_text.h"
 #include "base/ini_file.h"
 #include "base/number_text.h"
@@ -79,7 +83,10 @@ private:
     document_.quietMode = true;
     SetFiles(pieces);
     RunOutcome outcome;
-    if (clash_.empty()) {
+    if (clash_.empty() && !ReadDecision(plan, planFile)) {
+      FailData();
+      outcome = FailPass();
+    } else if (clash_.empty()) {
       outcome = RunPasses(plan, standard);
     } else {
       reason_ = clash_;
@@ -177,6 +184,34 @@ private:
     return true;
   }
 
+  /// The rule of verdicts and the budget that it goes by; of a plan that names neither, the settings' rule. False, with
+  /// the reason, where the budget is none.
+  bool ReadDecision(PlanKeys& plan, const std::filesystem::path& planFile) {
+    std::int32_t& rule = document_.settings.decision.DecisionRule;
+    if (const auto word = plan.Text("DecisionRule")) {
+      const auto rules = DecisionRules();
+      const auto known = std::find_if(rules.begin(), rules.end(), [&word](const DecisionRuleName& each) {
+        return EqualIgnoringCase(each.name, TrimBlanks(*word));
+      });
+      if (known != rules.end()) rule = known->number;
+      if (known == rules.end()) plan.RemarkReadAs("DecisionRule", DecisionRuleOf(rule).name);
+    }
+    if (const auto name = plan.Text("BudgetFile"); name && !TrimBlanks(*name).empty()) {
+      const std::filesystem::path file = planFile.parent_path() / PathFromText(TrimBlanks(*name));
+      BudgetRead read = ReadBudget(file);
+      if (!read.budget) {
+        reason_ = FileSentence(file, read.reason);
+        return false;
+      }
+      uncertainty_ = {.budget = std::move(*read.budget)};
+    }
+    for (const std::string& remark : plan.TakeRemarks()) Remark("The plan's " + remark);
+    std::string remark = RemarkOnRule(document_.settings.decision, uncertainty_.has_value());
+    if (remark.ends_with('.')) remark.pop_back();
+    if (!remark.empty()) Remark(remark);
+    return true;
+  }
+
   /// What is done otherwise than it was asked, for whoever started the run and for who reads the log.
   void Remark(const std::string& text) {
     LogEvent("WARNING: " + text);
@@ -225,6 +260,11 @@ private:
       return FailData();
     }
     for (const std::string& remark : FilterRemarks(document_, family)) Remark(remark);
+    if (uncertainty_) {
+      const std::string open =
+          TryForVerdicts(document_, &*uncertainty_, std::max(1U, std::thread::hardware_concurrency()));
+      if (!open.empty()) Remark("The " + std::string(PassFamilyOf(family).name) + " pass has no uncertainty: " + open);
+    }
     LogEvent("Writing profiles...");
     if (!WriteProfiles(family)) return FailData();
     AppendPassLines(document_, family, pass, lines_);
@@ -295,6 +335,7 @@ private:
   std::filesystem::path dataFile_;
   std::string extension_;
   ResultLines lines_;
+  std::optional<UncertaintyRequest> uncertainty_;  ///< none: no budget
   std::string reason_;
   std::string clash_;          ///< two files of the run that are one
   bool writesStatus_ = true;   ///< false: the status file is one of them

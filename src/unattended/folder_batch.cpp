@@ -40,6 +40,7 @@ public:
 
   FolderBatchOutcome Run() {
     outcome_.total = files_.size();
+    outcome_.summary.leavesUndecided = analysis_.start.settings.decision.DecisionRule == kDecideGuarded;
     const auto jobs = static_cast<std::size_t>(std::max(options_.jobs, 1));
     std::vector<std::thread> workers;
     workers.reserve(std::min(jobs, files_.size()));

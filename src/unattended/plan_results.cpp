@@ -5,7 +5,9 @@
 #include <algorithm>
 #include <filesystem>
 #include <span>
+#include <utility>
 
+#include "analysis/decision.h"
 #include "base/number_text.h"
 #include "base/units.h"
 #include "parameters/motif_finder.h"
@@ -99,6 +101,27 @@ PlannedValue ValueOf(const Document& document, const PlannedParameter& parameter
   return {row.valid, row.value, std::move(unit)};
 }
 
+/// Where a parameter stands among ShownRows: a plan selects all rows of its list, and of the ten the first ones.
+std::size_t PlaceOf(const Document& document, const PlannedParameter& parameter) {
+  const auto selected = [](const auto& rows) {
+    return static_cast<std::size_t>(
+        std::count_if(rows.begin(), rows.end(), [](const auto& row) { return row.selected; }));
+  };
+  const AnalysisSettings& settings = document.settings.analysis;
+  const std::pair<PlannedSource, std::size_t> lists[] = {
+      {PlannedSource::kCatalogue, selected(document.catalogue.rows)},
+      {PlannedSource::kPrimaryRatio, selected(settings.primaryMaterialRatios)},
+      {PlannedSource::kRoughnessRatio, selected(settings.roughnessMaterialRatios)},
+      {PlannedSource::kPrimaryHtp, selected(settings.primaryHtps)},
+      {PlannedSource::kRoughnessHtp, selected(settings.roughnessHtps)}};
+  std::size_t before = 0;
+  for (const auto& [source, count] : lists) {
+    if (source == parameter.source) break;
+    before += count;
+  }
+  return before + parameter.index;
+}
+
 void AppendParameterLines(const Document& document, const PlannedParameter& parameter,
                           std::vector<std::string>& lines) {
   const PlannedValue planned = ValueOf(document, parameter);
@@ -107,8 +130,9 @@ void AppendParameterLines(const Document& document, const PlannedParameter& para
     lines.push_back(parameter.name + " = ****");
     return;
   }
-  const auto verdict = JudgeValue(planned.value, parameter.tolerance);
-  lines.emplace_back(!verdict ? "Result = ?" : *verdict == Verdict::kPass ? "Result = PASS" : "Result = FAIL");
+  const ParameterDef row{.valid = true, .tolerance = parameter.tolerance, .value = planned.value};
+  const auto decision = Decide(document, row, PlaceOf(document, parameter));
+  lines.push_back("Result = " + (decision ? std::string(AcceptanceWord(decision->verdict)) : "?"));
   lines.push_back(parameter.name + " = " + FixedText(planned.value, 3) + " " + planned.unit);
 }
 

@@ -224,7 +224,8 @@ private:
     rows[*index] = {.selected = true,
                     .meanReferenced = hybrid.relativeToMean,
                     .depthUM = hybrid.first,
-                    .offsetPercent = hybrid.second};
+                    .offsetPercent = hybrid.second,
+                    .tolerance = plan_.parameters.back().tolerance};
   }
 
   void AddHtp(const Hybrid& hybrid, bool isPrimary) {
@@ -232,7 +233,10 @@ private:
     const PlannedSource source = isPrimary ? PlannedSource::kPrimaryHtp : PlannedSource::kRoughnessHtp;
     const auto index = FreeRow(rows, hybrid, isPrimary, source);
     if (!index) return;
-    rows[*index] = {.selected = true, .upperPercent = hybrid.second, .lowerPercent = hybrid.first};
+    rows[*index] = {.selected = true,
+                    .upperPercent = hybrid.second,
+                    .lowerPercent = hybrid.first,
+                    .tolerance = plan_.parameters.back().tolerance};
   }
 
   /// The first unused of the ten rows, which the plan then names; nothing, with a result line that says so, when all

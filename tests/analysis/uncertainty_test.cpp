@@ -9,8 +9,10 @@
 #include <vector>
 
 #include "analysis/decision.h"
+#include "analysis/ratio_row_list.h"
 #include "analysis/record_trial.h"
 #include "analysis/uncertainty_trials.h"
+#include "analysis/verdict_trials.h"
 #include "signal/envelope/tip_trace.h"
 #include "signal/normal_distribution.h"
 #include "support/loaded_document.h"
@@ -253,6 +255,62 @@ TEST(Decisions, FollowTheRule) {
   EXPECT_EQ(Decide(row, known, kDecideGuarded)->verdict, kFail);
   row.valid = false;
   EXPECT_FALSE(Decide(row, known, kDecideGuarded));
+}
+
+// Limits 0 to 10, U = 1 of every value: a rule over several is kept where the values moved towards the limit keep it.
+TEST(Decisions, OverSeveralValuesGoByTheirUncertainties) {
+  using enum Acceptance;
+  Tolerance tolerance{.toleranced = true, .upperLimit = 10.0};
+  const struct {
+    ValueSeries values;
+    AcceptanceRule acceptance;
+    Acceptance guarded;
+    Acceptance simple;
+  } kCases[] = {{{5.0, 9.0}, AcceptanceRule::kMaximum, kPass, kPass},
+                {{5.0, 9.5}, AcceptanceRule::kMaximum, kUndecided, kPass},
+                {{5.0, 11.5}, AcceptanceRule::kMaximum, kFail, kFail},
+                {{5.0, 0.5}, AcceptanceRule::kMaximum, kUndecided, kPass},
+                {{5.0, 9.5, {}}, AcceptanceRule::kMaximum, kUndecided, kUndecided},
+                {{9.5, 5.0, 8.0}, AcceptanceRule::kMedian, kPass, kPass},
+                {{9.5, 9.2, 8.0}, AcceptanceRule::kMedian, kUndecided, kPass},
+                {{6.5}, AcceptanceRule::k16Percent, kUndecided, kPass},
+                {{9.5, 9.5, 8, 8, 8, 8}, AcceptanceRule::k16Percent, kUndecided, kPass},
+                {{9.5, 8, 8, 8, 8, 8, 8}, AcceptanceRule::k16Percent, kPass, kPass}};
+  for (const auto& c : kCases) {
+    tolerance.bilateral = c.acceptance != AcceptanceRule::k16Percent;  // its 70 % are of an upper limit
+    const ValueSeries expanded(c.values.size(), 1.0);
+    const auto decided = [&](std::int32_t rule) {
+      return Decide(c.values, expanded, tolerance, c.acceptance, rule)->verdict;
+    };
+    EXPECT_EQ(decided(kDecideGuarded), c.guarded) << &c - kCases;
+    EXPECT_EQ(decided(kDecideSimple), c.simple) << &c - kCases;
+    const bool isMissing = !c.values.back();
+    EXPECT_EQ(decided(kDecideGuardedFail), c.guarded == kUndecided && !isMissing ? kFail : c.guarded) << &c - kCases;
+  }
+  const auto without = Decide(ValueSeries{5.0}, {}, tolerance, AcceptanceRule::kMaximum, kDecideGuarded);
+  EXPECT_EQ(without->verdict, kUndecided);
+  EXPECT_EQ(without->by, "no uncertainty is known");
+}
+
+// Trials are made where a verdict needs them and nowhere else; a configurable row finds its own place.
+TEST(Decisions, AreTriedForWhereARuleNeedsThem) {
+  Document document = Analysed(Wave(4000, 100), 1.0, {"Pq", "Pt"}, [](AnalysisSettings& settings) {
+    settings.primaryHtps[3] = {.selected = true, .upperPercent = 90.0, .lowerPercent = 10.0};
+    settings.primaryHtps[3].tolerance = {.toleranced = true, .upperLimit = 1.95};
+  });
+  const UncertaintyRequest request{.budget = Budget({{"AmplificationPercent", "1"}}), .trials = 50};
+  EXPECT_EQ(TryForVerdicts(document, &request, 1), "");
+  EXPECT_TRUE(document.results.uncertainties.empty()) << "the rule is simple";
+  document.settings.decision.DecisionRule = kDecideGuarded;
+  EXPECT_NE(TryForVerdicts(document, nullptr, 1), "");
+  EXPECT_EQ(TryForVerdicts(document, &request, 1), "");
+  ASSERT_EQ(document.results.uncertainties.size(), 3u);
+  // 2 cos(18 degrees) = 1.902, U = 0.038.
+  const ParameterDef row = SelectedHtps(document).front().row;
+  EXPECT_NEAR(row.value, 1.902, 0.002);
+  EXPECT_EQ(Decide(document, row, 2)->verdict, Acceptance::kPass);
+  document.settings.analysis.primaryHtps[3].tolerance.upperLimit = 1.93;
+  EXPECT_EQ(Decide(document, SelectedHtps(document).front().row, 2)->verdict, Acceptance::kUndecided);
 }
 
 }  // namespace

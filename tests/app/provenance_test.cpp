@@ -44,6 +44,10 @@ TEST(Provenance, AnObjectIsEnoughToRepeatItsAnalysis) {
       {Sample("honed.lmt"), "--budget", budget, "--trials", "20", "--seed", "7", "--interval", "shortest",
        "--sensitivities"},
       {table, "--spacing", "2.5", "--set", "ANALYSIS.LcCutoffMM=0.08"},
+      {Sample("turned.lmt"), "--edition", "both", "--feature", "P: FC; D; Wolfprune 5 %; All; HDh; Mean"},
+      // An open side of a drawing's limits is infinite.
+      {Sample("turned.lmt"), "--indication", "U Ra 1.6 | L Ra 1", "--sections", "4", "--budget", budget, "--trials",
+       "20", "--decision-rule", "guarded"},
   };
   for (std::vector<std::string> call : calls) {
     const std::string file = call.front();

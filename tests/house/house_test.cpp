@@ -82,6 +82,18 @@ TEST(House, ArrowsPointDown) {
   }
 }
 
+// A verdict that somebody makes by himself would not follow the decision rule.
+TEST(House, VerdictsAreSaidInOnePlace) {
+  const std::regex judges("\\b(JudgeRow|JudgeValue|AcceptLimit|Accept)\\(");
+  for (const char* folder : {"src", "python"}) {
+    for (const fs::path& path : SourcesBelow(folder)) {
+      const std::string name = path.stem().string();
+      if (name == "catalogue" || name == "acceptance" || name == "decision") continue;
+      EXPECT_FALSE(std::regex_search(ReadAll(path), judges)) << path << " judges; analysis/decision does that";
+    }
+  }
+}
+
 TEST(House, EveryFloorIsATargetOfItsFolder) {
   const std::string list = ReadAll(kRoot / "src/CMakeLists.txt");
   for (const auto& entry : fs::directory_iterator(kRoot / "src")) {

@@ -20,7 +20,7 @@ std::string Written(const ReportTexts& texts) {
   }
   for (const ReportRow& row : texts.rows) {
     text += row.title + "|" + row.value + "|" + row.unit + "|" + row.lower + "|" + row.upper + "|";
-    text += !row.verdict ? "\n" : *row.verdict == Verdict::kPass ? "pass\n" : "fail\n";
+    text += !row.verdict ? "\n" : *row.verdict == Acceptance::kPass ? "pass\n" : "fail\n";
   }
   return text;
 }
@@ -56,6 +56,29 @@ TEST(ReportTexts, SayWhatWasAnalysedAndWhatTheVerdictsGoBy) {
   Analyse(document);
   text += "\n" + Written(MakeReportTexts(document, "later"));
   EXPECT_TRUE(MatchesGolden("presentation/report.txt", Utf8FromWindows1252(text)));
+}
+
+// Three rows by a guarded rule: one beyond its limit by more than U, one by less, one without a limit.
+TEST(ReportTexts, TellWhatIsUndecidedAndWhy) {
+  Document document = MakeDocument();
+  document.settings.decision.DecisionRule = kDecideGuarded;
+  document.catalogue.rows.resize(3);
+  for (std::size_t i = 0; i < 3; ++i) {
+    ParameterDef& row = document.catalogue.rows[i];
+    row.valid = true;
+    row.value = i == 0 ? 2.0 : 1.05;
+    row.tolerance = {.toleranced = i < 2, .upperLimit = 1.0};
+  }
+  ReportTexts texts = MakeReportTexts(document, "now");
+  EXPECT_EQ(texts.summary, "2 of 2 toleranced parameters undecided: no uncertainty is known.");
+  EXPECT_EQ(texts.outcome, ReportOutcome::kOpen);
+  document.results.uncertainties = {ParameterUncertainty{.standard = 0.05}, ParameterUncertainty{.standard = 0.05}, {}};
+  texts = MakeReportTexts(document, "now");
+  EXPECT_EQ(texts.summary,
+            "1 of 2 toleranced parameters out of tolerance. 1 of 2 toleranced parameters undecided: the uncertainty "
+            "reaches over a limit.");
+  EXPECT_EQ(VerdictText(texts.rows[0]) + VerdictText(texts.rows[1]) + VerdictText(texts.rows[2]), "outundecided");
+  EXPECT_EQ(texts.outcome, ReportOutcome::kFail);
 }
 
 TEST(ReportTexts, NameTheEditionAndWhatDiffers) {

@@ -33,7 +33,12 @@ TEST(TableRows, StandByGroupsWithTheLimitsFirstWhereThatIsWanted) {
   const VerdictCount count = CountVerdicts(document);
   EXPECT_EQ(count.judged, 3u);
   EXPECT_EQ(count.failed, 1u);
-  EXPECT_EQ(count.firstFailed, "AR");
+  EXPECT_EQ(count.firstBad, "AR");
+  document.settings.decision.DecisionRule = kDecideGuarded;
+  const VerdictCount open = CountVerdicts(document);
+  EXPECT_EQ(open.undecided, 3u);
+  EXPECT_EQ(open.firstBad, "Pt");
+  EXPECT_EQ(open.doubt, "no uncertainty is known");
   // A choice of the user's own is shown as it was made.
   document.catalogue.rows[1].selected = false;
   const TableRows chosen = RowsOfTable(document, {});

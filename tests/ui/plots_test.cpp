@@ -219,7 +219,8 @@ TEST_F(ProfileView, SaysWhatItShows) {
   const auto verdict = [this] { return frame_->View().Heading().Verdict().text(); };
   EXPECT_EQ(verdict(), "No limits set");
   Change([](AnalysisSettings& analysis) {
-    for (const std::size_t row : {0U, 30U}) analysis.parameters[row].tolerance = {.toleranced = true, .upperLimit = 1e9};
+    for (const std::size_t row : {0U, 30U})
+      analysis.parameters[row].tolerance = {.toleranced = true, .upperLimit = 1e9};
     analysis.parameters[20].tolerance = {.toleranced = true, .upperLimit = -1.0};
   });
   EXPECT_TRUE(verdict().endsWith("1 of 3 toleranced parameters out of tolerance")) << verdict().toStdString();

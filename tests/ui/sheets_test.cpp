@@ -95,9 +95,7 @@ TEST_F(SettingsSheet, EveryEntryGoesIntoTheAnalysisAndCancelTakesItBack) {
       "AvailableParameters", "Name%02d", "SelectionRef%02d",
       // Always ten rows.
       "PrimaryAvailableBearingRatios", "RoughnessAvailableBearingRatios", "PrimaryAvailableHtps",
-      "RoughnessAvailableHtps",
-      // Rules of the console; the window judges every value alone.
-      "AcceptanceRule", "DecisionRule"};
+      "RoughnessAvailableHtps"};
   for (const SettingKey& key : SettingsTable()) {
     const std::string_view section = key.binding.section;
     if (section == "TEXTURON" || section == "AUTO_LOADING") continue;

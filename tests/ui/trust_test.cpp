@@ -5,12 +5,18 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QTabWidget>
 #include <QTableWidget>
 #include <QTreeWidget>
 
 #include "presentation/shown_rows.h"
+#include "ui/plots/profile_heading.h"
+#include "ui/plots/texturon_view.h"
 #include "ui/qt_text.h"
+#include "ui/several/several_window.h"
+#include "ui/tables/texturon_param_view.h"
 #include "ui/trust/compare_window.h"
+#include "ui/trust/known_budget.h"
 #include "ui/trust/uncertainty_window.h"
 #include "ui/window_fixture.h"
 
@@ -44,6 +50,57 @@ TEST_F(Trust, UncertaintiesStandBesideTheValues) {
   EXPECT_EQ(table->item(static_cast<int>(index), 2)->text(), Readable(FromText(row->expanded)));
   Doc().ComputeAll();
   EXPECT_TRUE(ShownRows(Doc().document())[index].expanded.empty());
+}
+
+// Undecided in word and colour, with what it needs a click away; decided once there is an uncertainty.
+TEST_F(Trust, VerdictsOfTheWindowFollowTheRule) {
+  ASSERT_TRUE(Doc().Open(Sample("turned.lmt")));
+  Settings settings = InForce().settings;
+  settings.decision.DecisionRule = kDecideGuarded;
+  settings.analysis.parameters.front().tolerance = {.toleranced = true, .upperLimit = 1e6};
+  Doc().ReplaceSettings(settings);
+  const auto verdict = [this] { return frame_->View().Heading().Verdict().text(); };
+  EXPECT_EQ(verdict(), "? 1 of 1 toleranced parameters undecided");
+  const auto cells = [this] { return frame_->ParamView().Grid().Records(); };
+  const auto isOpen = [](const CGridCtrl::Record& record) { return record.isUndecided; };
+  const QList<CGridCtrl::Record> records = cells();
+  const auto open = std::find_if(records.begin(), records.end(), isOpen);
+  ASSERT_NE(open, records.end());
+  EXPECT_EQ(open->cells[3], "undecided");
+  EXPECT_TRUE(open->tip.contains("no uncertainty is known"));
+  EXPECT_FALSE(KnownBudget());
+  frame_->View().Heading().Verdict().click();
+  auto* const window = frame_->findChild<CUncertaintyWindow*>();
+  ASSERT_NE(window, nullptr);
+  window->findChild<QLineEdit*>("AmplificationPercent")->setText("1");
+  ASSERT_TRUE(window->Try());
+  EXPECT_TRUE(verdict().endsWith("1 toleranced parameters within tolerance")) << verdict().toStdString();
+  EXPECT_EQ(KnownBudget()->budget.Of(BudgetItem::kAmplification).standard, 1.0);
+  EXPECT_EQ(CUncertaintyWindow(Doc(), nullptr).findChild<QLineEdit*>("AmplificationPercent")->text(), "1");
+  settings.decision.DecisionRule = kDecideGuardedFail;
+  Doc().ReplaceSettings(settings);
+  EXPECT_TRUE(verdict().endsWith("1 toleranced parameters within tolerance")) << "another rule, the same trials";
+  // Several profiles are judged by the budget that is known now.
+  CSeveralWindow several(Doc(), nullptr);
+  several.AddFiles({Sample("turned.lmt")});
+  EXPECT_EQ(several.Table().Records().front().cells.last(), "PASS");
+}
+
+TEST_F(Trust, PracticesAreRankedByTheInstrumentsValues) {
+  ASSERT_TRUE(Doc().Open(std::filesystem::path(TEXTURON_SOURCE_DIR) / "tests/golden/files/results.txt"));
+  CCompareWindow window(Doc(), nullptr);
+  auto* const tabs = window.findChild<QTabWidget*>();
+  tabs->setCurrentIndex(1);
+  auto* const practices = window.findChild<QTableWidget*>();
+  ASSERT_GT(practices->rowCount(), 5);
+  EXPECT_EQ(practices->item(0, 2)->text(), "0.42 %") << "as the console has it";
+  EXPECT_EQ(practices->item(0, 3)->text(), "3 of 3");
+  emit practices->cellActivated(0, 0);
+  EXPECT_EQ(tabs->currentIndex(), 0);
+  EXPECT_EQ(window.findChild<QComboBox*>("to")->currentText(), practices->item(0, 0)->text());
+  ASSERT_TRUE(Doc().Open(Sample("turned.lmt")));
+  tabs->setCurrentIndex(1);
+  EXPECT_EQ(practices->rowCount(), 0);
 }
 
 TEST_F(Trust, ComparisonGoesByTheChosenSides) {

@@ -126,6 +126,33 @@ TEST_F(CommandLineRun, ReadsEverySectionAndTellsWhatHasNoEffect) {
                 "[Waviness]\r\nParameters=Wa;Ra\r\nRa_Max=0.1\r\nWavCutOffLength=0.02\r\n[Rk]\r\nParameter=Rk\r\n"))));
 }
 
+// Heights of 1 and -1 um with U = 2 %: limits within that of Pa, Pt and the ratio row are undecided.
+TEST_F(CommandLineRun, JudgesByTheRuleOfThePlan) {
+  folder_.Write("b.ini", "[UNCERTAINTY_BUDGET]\r\nAmplificationPercent=1\r\n");
+  const std::string plan =
+      "[a]\r\nParameters=Pa,Pt,Pq\r\nFormOption=0\r\nMaxHybrids=1\r\nHybrids_0_Type=PHtp\r\nHybrids_0_Val1=10\r\n"
+      "Hybrids_0_Val2=90\r\nPHtp_Checked=1\r\nPHtp_Max=2.01\r\nPa_Checked=1\r\nPa_Max=1.1\r\nPt_Checked=1\r\n"
+      "Pt_Max=2.01\r\nPq_Checked=1\r\nPq_Max=0.9\r\n";
+  const auto results = [&](const std::string& keys) {
+    const RunOutcome outcome = Run(plan + keys);
+    std::string text = outcome.done ? "" : outcome.reason;
+    for (const std::string& remark : outcome.remarks) text += remark + "\n";
+    const std::string lines = Results();
+    for (std::size_t at = 0; (at = lines.find("Result = ", at)) != std::string::npos; at += 9) text += lines[at + 9];
+    return text;
+  };
+  EXPECT_EQ(results("DecisionRule=guarded\r\nBudgetFile=b.ini\r\n"), "PUFU");
+  EXPECT_EQ(results("DecisionRule=guarded-fail\r\nBudgetFile=b.ini\r\n"), "PFFF");
+  EXPECT_EQ(results(""), "PPFP");
+  EXPECT_EQ(results("DecisionRule=guarded\r\n"),
+            "The decision rule guarded needs an uncertainty, and there is no budget: no value with limits is "
+            "decided.\nUUUU");
+  EXPECT_TRUE(results("DecisionRule=strict\r\n").starts_with("The plan's DecisionRule=strict is read as simple"));
+  const RunOutcome refused = Run(plan + "BudgetFile=none.ini\r\n");
+  EXPECT_FALSE(refused.done);
+  EXPECT_NE(refused.reason.find("none.ini does not exist"), std::string::npos) << refused.reason;
+}
+
 TEST_F(CommandLineRun, EveryFailureSaysSoAndWritesNoResults) {
   folder_.Write("damaged.lmt", "1");
   folder_.Write("short.lmt", SmallProfile(20, 1.0));

@@ -20,7 +20,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "analysis/decision.h"
 #include "analysis/file_clash.h"
+#include "analysis/verdict_trials.h"
 #include "base/date_text.h"
 #include "base/number_text.h"
 #include "platform/platform.h"
@@ -31,6 +33,7 @@
 #include "ui/several/process_page.h"
 #include "ui/several/trend_pane.h"
 #include "ui/tables/grid_ctrl.h"
+#include "ui/trust/known_budget.h"
 #include "ui/window/file_dialogs.h"
 #include "unattended/folder_files.h"
 
@@ -48,7 +51,12 @@ std::string TitleOf(const ColumnValue& column) {
 QString ToleranceText(const BatchRow& row) {
   const auto out = std::count_if(row.columns.begin(), row.columns.end(),
                                  [](const ColumnValue& column) { return column.outOfTolerance; });
-  return out == 0 ? QObject::tr("analysed") : QObject::tr("%n out of tolerance", nullptr, static_cast<int>(out));
+  const auto open =
+      std::count_if(row.columns.begin(), row.columns.end(), [](const ColumnValue& column) { return column.undecided; });
+  QStringList parts;
+  if (out > 0) parts << QObject::tr("%n out of tolerance", nullptr, static_cast<int>(out));
+  if (open > 0) parts << QObject::tr("%n undecided", nullptr, static_cast<int>(open));
+  return parts.isEmpty() ? QObject::tr("analysed") : parts.join(", ");
 }
 
 QString ResultText(const BatchRow& row) {
@@ -145,9 +153,12 @@ QVariant CBatchResults::data(const QModelIndex& index, int role) const {
     case Qt::TextAlignmentRole:
       return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
     case Qt::BackgroundRole:
+      if (cell.undecided) return UndecidedGround();
       return cell.outOfTolerance ? QVariant(VerdictGround(false)) : QVariant();
     case Qt::ForegroundRole:
-      return cell.outOfTolerance ? QVariant(QColor(Qt::white)) : QVariant();
+      return cell.outOfTolerance || cell.undecided ? QVariant(QColor(Qt::white)) : QVariant();
+    case Qt::ToolTipRole:
+      return cell.undecided ? tr("undecided") : QVariant();
     default:
       return {};
   }
@@ -311,6 +322,12 @@ void CFolderBatchWindow::Start(std::vector<std::filesystem::path> files, const s
   hasEnded_ = false;
   outcome_ = {};
   remarks_.clear();
+  budget_ = KnownBudget();
+  const DecisionSettings& decision = settings_.settings.decision;
+  if (const std::string remark = RemarkOnRule(decision, budget_.has_value());
+      IsGuarded(decision.DecisionRule) && !remark.empty()) {
+    remarks_.push_back(remark);
+  }
   FolderBatchOptions options{.files = std::move(files),
                              .parameterFile = parameterFile,
                              .failuresFile = {},
@@ -323,7 +340,7 @@ void CFolderBatchWindow::Start(std::vector<std::filesystem::path> files, const s
       arrived_.push_back({path, analysis.reason, analysis.columns, analysis.remarks});
     };
     const auto remarked = [this](const std::string& sentence) { remarks_.push_back(sentence); };
-    outcome_ = RunFolderBatch(options, {.start = settings_}, environment,
+    outcome_ = RunFolderBatch(options, {.start = settings_, .uncertainty = budget_ ? &*budget_ : nullptr}, environment,
                               {.fileFailed = {},
                                .fileRemarked = {},
                                .remarked = remarked,
@@ -417,8 +434,11 @@ void CFolderBatchWindow::ShowSummary(const BatchSummary& summary) {
     QStringList cells = {FromText(column.name), QString::number(column.count)};
     const double values[] = {column.mean, column.StandardDeviation(), column.minimum, column.maximum};
     for (const double value : values) cells << (column.count == 0 ? QString() : FromText(SummaryFigure(value)));
-    cells << FromText(column.unit) << QString::number(column.outOfTolerance);
-    records << CGridCtrl::Record{cells, column.outOfTolerance > 0};
+    QString out = QString::number(column.outOfTolerance);
+    if (column.undecided > 0) out += ", " + tr("%n undecided", nullptr, static_cast<int>(column.undecided));
+    cells << FromText(column.unit) << out;
+    records << CGridCtrl::Record{
+        .cells = cells, .standsOut = column.outOfTolerance > 0, .isUndecided = column.undecided > 0};
   }
   summary_->Show(records);
 }

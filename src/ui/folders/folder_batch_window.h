@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <thread>
 #include <vector>
 
@@ -119,6 +120,7 @@ private:
 
   // Of the run at hand.
   Document settings_;
+  std::optional<UncertaintyRequest> budget_;  ///< what the verdicts of a guarded rule go by
   std::thread worker_;
   std::atomic<bool> stops_ = false;
   std::atomic<bool> hasEnded_ = false;

@@ -80,15 +80,22 @@ void CHeading::ShowVerdict() {
     return;
   }
   const bool isBad = count.failed > 0;
+  const bool isOpen = count.undecided > 0;
   const int judged = static_cast<int>(count.judged);
-  QString text = tr("%1 of %n toleranced parameters out of tolerance", nullptr, judged).arg(count.failed);
-  if (!isBad) text = tr("%n toleranced parameters within tolerance", nullptr, judged);
-  verdict_->setText((isBad ? QString::fromUtf8("\u2717 ") : QString::fromUtf8("\u2713 ")) + text);
+  QString text = tr("%n toleranced parameters within tolerance", nullptr, judged);
+  if (isBad) text = tr("%1 of %n toleranced parameters out of tolerance", nullptr, judged).arg(count.failed);
+  if (isBad && isOpen) text += tr(", %1 undecided").arg(count.undecided);
+  if (!isBad && isOpen) text = tr("%1 of %n toleranced parameters undecided", nullptr, judged).arg(count.undecided);
+  QString tip = isBad ? tr("Shows the first row that is out of tolerance.") : QString();
+  if (isOpen) tip = tr("Shows what is undecided: %1.").arg(EngineText(count.doubt));
+  const char* const sign = isBad ? "\u2717 " : isOpen ? "? " : "\u2713 ";
+  verdict_->setText(QString::fromUtf8(sign) + text);
   verdict_->setAccessibleName(text);
-  verdict_->setToolTip(isBad ? tr("Shows the first row that is out of tolerance.") : QString());
-  verdict_->setEnabled(isBad);
+  verdict_->setToolTip(tip);
+  verdict_->setEnabled(isBad || isOpen);
+  const QColor ground = isOpen && !isBad ? UndecidedGround() : VerdictGround(!isBad);
   verdict_->setStyleSheet(QString("QPushButton { background: %1; color: %2; border: none; font-weight: bold; %3}")
-                              .arg(VerdictGround(!isBad).name(), QColor(Qt::white).name(), shape));
+                              .arg(ground.name(), QColor(Qt::white).name(), shape));
 }
 
 void CHeading::changeEvent(QEvent* event) {

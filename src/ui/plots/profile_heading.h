@@ -24,7 +24,7 @@ public:
   QPushButton& Verdict() { return *verdict_; }
 
 signals:
-  /// Asks for the first row that is out of tolerance.
+  /// Asks for the first row that is out of tolerance or undecided, or for what it needs to be decided.
   void VerdictClicked();
 
 protected:

@@ -202,8 +202,9 @@ private:
     const Columns columns = {{30, false}, {18, true}, {15, true}, {15, true}, {10, false}, {12, false}};
     AddTable(flow, Cells(LimitTitles()), columns, rows.size(), [this, rows, columns](const QRect& line, std::size_t i) {
       const ReportRow& row = *rows[i];
-      const bool fails = row.verdict == Verdict::kFail;
+      const bool fails = row.verdict == Acceptance::kFail;
       if (fails) painter_.fillRect(line, kFailGround);
+      if (row.verdict == Acceptance::kUndecided) painter_.fillRect(line, GroundOf(ReportOutcome::kOpen));
       PaintRow(line, columns,
                {FromText(row.title), ValueOf(row), FromText(row.lower), FromText(row.upper), FromText(row.unit),
                 FromText(VerdictText(row))},
@@ -216,12 +217,14 @@ private:
     if (!choice_.layout.Has(ReportBlockKind::kVerdict)) AddTolerancedRows(flow);
     const auto rows = RowsWhere([](const ReportRow& row) { return !row.isToleranced && !row.value.empty(); });
     const Columns columns = {{57, false}, {29, true}, {14, false}};
+    // Values with their uncertainty need the whole width.
+    const int groups = document_.results.uncertainties.empty() ? 2 : 1;
     AddTable(
         flow, {QObject::tr("Parameter"), QObject::tr("Value"), QObject::tr("Unit")}, columns, rows.size(),
         [this, rows, columns](const QRect& line, std::size_t i) {
           PaintRow(line, columns, {FromText(rows[i]->title), ValueOf(*rows[i]), FromText(rows[i]->unit)}, false);
         },
-        2);
+        groups);
     AddNamedLines(flow, QObject::tr("Without a value"), texts_.reasons, kPartsOfLines);
     differences_ = Wrapped(texts_.differences, kPartsOfLines);
     AddNamedLines(flow, QObject::tr("Rows of 2021 that differ from those of the same name before"), differences_,

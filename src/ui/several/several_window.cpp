@@ -15,10 +15,12 @@
 #include <QVBoxLayout>
 #include <algorithm>
 #include <optional>
+#include <thread>
 
 #include "analysis/acceptance.h"
 #include "analysis/analysis_run.h"
 #include "analysis/file_clash.h"
+#include "analysis/verdict_trials.h"
 #include "base/date_text.h"
 #include "base/number_text.h"
 #include "base/quantity.h"
@@ -30,6 +32,7 @@
 #include "ui/qt_text.h"
 #include "ui/report/report.h"
 #include "ui/tables/grid_ctrl.h"
+#include "ui/trust/known_budget.h"
 #include "ui/window/file_dialogs.h"
 
 namespace texturon {
@@ -53,6 +56,13 @@ public:
 private:
   std::size_t wanted_;
 };
+
+/// What a guarded rule goes by. Why there is nothing though there is a budget; else empty.
+QString TryByKnownBudget(Document& document) {
+  const auto budget = KnownBudget();
+  if (!budget) return {};
+  return EngineText(TryForVerdicts(document, &*budget, std::max(1U, std::thread::hardware_concurrency())));
+}
 
 /// The wait cursor while it lives.
 class BusyCursor {
@@ -165,6 +175,10 @@ QLayout* CSeveralWindow::MakeChoices() {
   QStringList rules;
   for (const AcceptanceRuleName& rule : AcceptanceRules()) rules << FromText(rule.name);
   rule_ = addChoice(tr("R&ule:"), rules, "rule");
+  const AcceptanceRule chosen = AcceptanceRuleOf(doc_.document().settings.decision.AcceptanceRule);
+  for (std::size_t i = 0; i < AcceptanceRules().size(); ++i) {
+    if (AcceptanceRules()[i].rule == chosen) rule_->setCurrentIndex(static_cast<int>(i));
+  }
   rule_->setToolTip(tr("max: no value beyond a limit; 16%: at most that share of them; median: not the median."));
   connect(kind_, &QComboBox::currentIndexChanged, this, [this] {
     DrawOverlay();
@@ -212,8 +226,13 @@ void CSeveralWindow::AddFile(const std::filesystem::path& file) {
     }
     entry->name = FromPath(file.filename());
     if (count > 1) entry->name += QString(" (%1)").arg(i + 1);
+    NoteDoubt(entry->name, TryByKnownBudget(entry->document));
     entries_.push_back(std::move(entry));
   }
+}
+
+void CSeveralWindow::NoteDoubt(const QString& name, const QString& reason) {
+  if (!reason.isEmpty()) faults_ << tr("%1 has no uncertainty: %2.").arg(name, reason);
 }
 
 void CSeveralWindow::RemoveChosen() {
@@ -246,7 +265,8 @@ bool CSeveralWindow::WriteReportFile(const std::filesystem::path& file, QString&
     reason = EngineText(clash);
     return false;
   }
-  choice.several.rows = results.Rows(AcceptanceRules()[static_cast<std::size_t>(rule_->currentIndex())].rule);
+  choice.several.rows = results.Rows(AcceptanceRules()[static_cast<std::size_t>(rule_->currentIndex())].rule,
+                                     doc_.document().settings.decision.DecisionRule);
   const auto chosen = static_cast<std::size_t>(std::max(list_->currentRow(), 0));
   return WriteReport(FromPath(file), entries_[chosen]->document, DateText(doc_.environment().localTime()), reason,
                      choice);
@@ -410,7 +430,7 @@ void CSeveralWindow::ShowTable() {
   for (int column = 1; column <= figures; ++column) numbers << column;
   const AcceptanceRule rule = AcceptanceRules()[static_cast<std::size_t>(std::max(rule_->currentIndex(), 0))].rule;
   QList<CGridCtrl::Record> records;
-  for (const SeveralRow& row : results.Rows(rule)) {
+  for (const SeveralRow& row : results.Rows(rule, doc_.document().settings.decision.DecisionRule)) {
     QStringList cells = {FromText(row.title + row.label)};
     for (const auto& value : row.values) cells << Readable(FromText(row.Shown(value, metric)));
     for (const auto& value : {row.statistics.mean, row.statistics.standardDeviation, row.statistics.Range()}) {
@@ -419,8 +439,10 @@ void CSeveralWindow::ShowTable() {
     cells << Readable(FromText(row.row.quantity.Unit(metric)));
     cells << (row.acceptance ? EngineText(AcceptanceWord(row.acceptance->verdict)) : QString());
     const bool isBad = row.acceptance && row.acceptance->verdict == Acceptance::kFail;
-    records << CGridCtrl::Record{
-        .cells = cells, .standsOut = isBad, .tip = row.acceptance ? EngineText(row.acceptance->by) : QString()};
+    records << CGridCtrl::Record{.cells = cells,
+                                 .standsOut = isBad,
+                                 .tip = row.acceptance ? EngineText(row.acceptance->by) : QString(),
+                                 .isUndecided = row.acceptance && row.acceptance->verdict == Acceptance::kUndecided};
   }
   // A table has its columns from the beginning.
   delete table_;
@@ -442,6 +464,7 @@ void CSeveralWindow::OnSettingsChanged() {
     ApplySettings(entry->document, doc_.document().settings);
     const RunStep step = AnalyseRecord(entry->document, nobody, doc_.environment());
     if (!step.ok()) faults_ << entry->name + " " + EngineText(step.Reason()) + ".";
+    if (step.ok()) NoteDoubt(entry->name, TryByKnownBudget(entry->document));
   }
   DrawOverlay();
   ShowTable();

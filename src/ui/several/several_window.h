@@ -58,6 +58,7 @@ private:
 
   QLayout* MakeChoices();
   void AddFile(const std::filesystem::path& file);
+  void NoteDoubt(const QString& name, const QString& reason);
   void RemoveChosen();
   void AlignChosenHere();
   void AskForReport();

@@ -104,7 +104,11 @@ TrendSeries CTrendPane::SeriesOf(const QString& title) const {
     const bool isThere = column != file.columns.end();
     series.values.push_back(isThere ? column->value : std::nullopt);
     series.outOfLimit.push_back(isThere && column->outOfTolerance);
+    series.undecided.push_back(isThere && column->undecided);
     if (isThere) series.limits = column->limits;
+  }
+  if (std::find(series.undecided.begin(), series.undecided.end(), true) == series.undecided.end()) {
+    series.undecided.clear();
   }
   if (order_->currentIndex() == 1) series.timesS = timesS_;
   return series;

@@ -100,10 +100,12 @@ void DrawTrend(QCustomPlot& plot, const TrendSeries& series) {
   plot.yAxis->setLabel(series.title);
   QCPGraph& curve = AddPoints(plot, CurveColour(0, plot.palette()), true);
   QCPGraph& out = AddPoints(plot, VerdictGround(false), false);
+  QCPGraph* const open = series.undecided.empty() ? nullptr : &AddPoints(plot, UndecidedGround(), false);
   for (std::size_t i = 0; i < series.values.size(); ++i) {
     const double value = series.values[i].value_or(std::nan(""));  // a gap
     curve.addData(PlaceOf(series, i), value);
     if (series.outOfLimit[i] && series.values[i]) out.addData(PlaceOf(series, i), value);
+    if (open != nullptr && series.undecided[i] && series.values[i]) open->addData(PlaceOf(series, i), value);
   }
   Hold(*plot.yAxis, series, levels);
   plot.xAxis->rescale();

@@ -17,11 +17,12 @@ struct TrendSeries {
   ValueSeries values;            ///< in the order of the files; nothing for a file that gave none
   std::vector<double> timesS;    ///< as many, seconds since 1970; empty: over the number of the file
   std::vector<bool> outOfLimit;  ///< as many as values
+  std::vector<bool> undecided;   ///< as many; empty: none
   LimitsInForce limits;
 };
 
-/// The values over number or time, those out of tolerance in the colour of that, with lines for limits, mean and mean
-/// plus and minus three standard deviations, named at their right end. Axes hold all of it.
+/// The values over number or time, those out of tolerance or undecided in the colour of that, with lines for limits,
+/// mean and mean plus and minus three standard deviations, named at their right end. Axes hold all of it.
 void DrawTrend(QCustomPlot& plot, const TrendSeries& series);
 
 /// How often the values fall into classes of equal width, with the same limits and lines, upright.

@@ -2,6 +2,7 @@
 
 #include "ui/sheets/parameters_page.h"
 
+#include <QGridLayout>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
@@ -91,6 +92,18 @@ CParametersPage::CParametersPage(Settings& settings, QWidget* parent)
   note_->setWordWrap(true);
   note_->setVisible(false);
   layout->addWidget(note_);
+  // What the limits are kept by.
+  auto* const rules = new QGridLayout;
+  for (const std::string_view key : {"DecisionRule", "AcceptanceRule"}) {
+    CSettingField* const field = MakeField("DECISION", key, false);
+    auto* const label = new QLabel(field->Title(), this);
+    label->setBuddy(field->focusProxy());
+    const int row = rules->rowCount();
+    rules->addWidget(label, row, 0);
+    rules->addWidget(field, row, 1);
+  }
+  rules->setColumnStretch(1, 1);
+  layout->addLayout(rules);
   connect(filter_, &QLineEdit::textChanged, this, &CParametersPage::Filter);
   connect(table_, &QTableWidget::itemChanged, this, &CParametersPage::OnItem);
   CParametersPage::Refresh();
@@ -106,6 +119,7 @@ CParametersPage::CParametersPage(Settings& settings, QWidget* parent)
 }
 
 void CParametersPage::Refresh() {
+  CSettingsPage::Refresh();
   const QSignalBlocker quiet(table_);
   const auto isNamed = [](const ParameterSelection& a, const ParameterSelection& b) { return a.name == b.name; };
   const std::vector<ParameterSelection> before = std::move(shown_.analysis.parameters);
@@ -185,7 +199,7 @@ void CParametersPage::Reset() {
   const QSignalBlocker quiet(table_);
   DropFaults();
   note_->setVisible(false);
-  Refresh();
+  CSettingsPage::Reset();
 }
 
 void CParametersPage::Take() {
@@ -196,11 +210,12 @@ void CParametersPage::Take() {
 }
 
 QString CParametersPage::Fault() const {
-  return faults_.empty() ? QString() : faults_.begin()->second;
+  return faults_.empty() ? CSettingsPage::Fault() : faults_.begin()->second;
 }
 
 void CParametersPage::TakeDefaults(const Settings& defaults, Settings& settings) const {
   settings.analysis.parameters = defaults.analysis.parameters;
+  settings.decision = defaults.decision;
 }
 
 void CParametersPage::Mark(QTableWidgetItem& item, const QString& fault) {
@@ -212,7 +227,7 @@ void CParametersPage::Mark(QTableWidgetItem& item, const QString& fault) {
 }
 
 std::vector<const SettingKey*> CParametersPage::Keys() const {
-  std::vector<const SettingKey*> keys;
+  std::vector<const SettingKey*> keys = CSettingsPage::Keys();
   for (int column = 0; column < table_->columnCount(); ++column) {
     if (const SettingKey* const key = KeyOfColumn(column)) keys.push_back(key);
   }

@@ -16,7 +16,8 @@ class QTableWidgetItem;
 
 namespace texturon {
 
-/// The parameters of the edition in force: which are shown, in which order, within which limits.
+/// The parameters of the edition in force: which are shown, in which order, within which limits, and by which rules these
+/// are kept.
 class CParametersPage : public CSettingsPage {
   Q_OBJECT
 

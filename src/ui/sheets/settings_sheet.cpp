@@ -208,7 +208,8 @@ void CLiveSheet::ApplyNow() {
   delay_.stop();
   if (working_ == doc_.document().settings) return;
   const Settings& inForce = doc_.document().settings;
-  const bool computes = working_.analysis != inForce.analysis || working_.autoLoading != inForce.autoLoading;
+  const bool computes = working_.analysis != inForce.analysis || working_.autoLoading != inForce.autoLoading ||
+                        working_.decision != inForce.decision;
   applies_ = true;
   if (computes) {
     // All that is entered before the sheet closes is one edit.

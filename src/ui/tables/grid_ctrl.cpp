@@ -59,8 +59,8 @@ void CGridCtrl::SetCell(int row, int column, const Record& record, int cell) {
   item->setToolTip(record.tip);
   QFont bold = font();
   bold.setBold(true);
-  if (record.standsOut) {
-    item->setBackground(VerdictGround(false));
+  if (record.standsOut || record.isUndecided) {
+    item->setBackground(record.standsOut ? VerdictGround(false) : UndecidedGround());
     item->setForeground(Qt::white);
     item->setFont(bold);
   }

@@ -21,7 +21,8 @@ public:
     QStringList cells;  ///< as many as there are titles
     bool standsOut = false;
     QString tip = {};
-    bool isHeading = false;  ///< only the first cell counts; is not copied
+    bool isHeading = false;    ///< only the first cell counts; is not copied
+    bool isUndecided = false;  ///< stands out in another colour
   };
 
   /// `numbers`: the columns that hold numbers, from 0.

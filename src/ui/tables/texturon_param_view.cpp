@@ -49,6 +49,7 @@ QString TipOf(const Document& document, const ShownRow& row) {
     if (!text.empty()) lines << EngineText(text);
   }
   if (!row.reason.empty()) lines << CTexturonParamView::tr("No value: %1.").arg(EngineText(row.reason));
+  if (!row.doubt.empty()) lines << CTexturonParamView::tr("No plain verdict: %1.").arg(EngineText(row.doubt));
   for (const auto& [meaning, value] : explanation.settings) lines << EngineText(meaning) + ": " + EngineText(value);
   const QString label = LabelOf(row);
   if (!label.isEmpty()) lines << Readable(label);
@@ -96,10 +97,10 @@ void CTexturonParamView::Choose(const TableChoice& choice) {
   emit ChoiceChanged();
 }
 
-void CTexturonParamView::ShowFirstFailed() {
+void CTexturonParamView::ShowFirstBad() {
   const VerdictCount count = CountVerdicts(doc_.document());
-  if (!count.firstFailed) return;
-  const QString title = FromText(*count.firstFailed);
+  if (!count.firstBad) return;
+  const QString title = FromText(*count.firstBad);
   for (int i = 0; i < grid_->Records().size(); ++i) {
     if (grid_->Records()[i].cells[0] == title) return grid_->Select(i);
   }
@@ -117,16 +118,18 @@ void CTexturonParamView::Update() {
       records << CGridCtrl::Record{.cells = {TitleOf(ofGroup), {}, {}, {}, {}}, .isHeading = true};
       names_ << QString();
     }
-    const QString verdict = !row.verdict                     ? QString()
-                            : *row.verdict == Verdict::kPass ? tr("pass")
-                                                             : tr("out of tolerance");
+    const QString verdict = !row.verdict                             ? QString()
+                            : *row.verdict == Acceptance::kPass      ? tr("pass")
+                            : *row.verdict == Acceptance::kUndecided ? tr("undecided")
+                                                                     : tr("out of tolerance");
     names_ << FromText(row.row.name);
     records << CGridCtrl::Record{
         .cells = {FromText(row.title),
                   row.value.empty() ? QString::fromUtf8("\u2013") : FromText(row.ValueAndUncertainty()),
                   FromText(row.unit), verdict, LabelOf(row)},
-        .standsOut = row.verdict == Verdict::kFail && row.row.tolerance.highlightIfOut,
-        .tip = TipOf(doc_.document(), row)};
+        .standsOut = row.verdict == Acceptance::kFail && row.row.tolerance.highlightIfOut,
+        .tip = TipOf(doc_.document(), row),
+        .isUndecided = row.verdict == Acceptance::kUndecided};
   }
   const auto shown = static_cast<int>(table.rows.size());
   const auto selected = static_cast<int>(table.selected);

@@ -14,8 +14,8 @@ class QToolButton;
 namespace texturon {
 
 /// The parameters of the document as a table, some side by side as the settings say. Rows out of tolerance stand out by
-/// colour and by word. While nobody has chosen among the parameters, the common ones are shown, and all of them by a
-/// click.
+/// colour and by word, undecided ones by another. While nobody has chosen among the parameters, the common ones are
+/// shown, and all of them by a click.
 class CTexturonParamView : public QWidget {
   Q_OBJECT
 
@@ -26,8 +26,8 @@ public:
   const TableChoice& Choice() const { return choice_; }
   /// Kept from one start to the next.
   void Choose(const TableChoice& choice);
-  /// Turns to the first row that is out of tolerance.
-  void ShowFirstFailed();
+  /// Turns to the first row that is out of tolerance, or else undecided.
+  void ShowFirstBad();
 
 signals:
   /// Its settings are asked for; the name is that of the catalogue.

@@ -2,12 +2,17 @@
 
 #include "ui/trust/compare_window.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QGridLayout>
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
+#include <QTabWidget>
+#include <QTableWidget>
 #include <QTreeWidget>
+#include <algorithm>
+#include <utility>
 
 #include "base/number_text.h"
 #include "parameters/catalogue.h"
@@ -31,7 +36,12 @@ QString Figure(const std::optional<double>& value, const Quantity& quantity, boo
 }  // namespace
 
 CCompareWindow::CCompareWindow(CTexturonDoc& doc, QWidget* parent)
-    : QDialog(parent), doc_(doc), sentence_(new QLabel(this)), table_(new QTreeWidget(this)) {
+    : QDialog(parent),
+      doc_(doc),
+      sentence_(new QLabel(this)),
+      tabs_(new QTabWidget(this)),
+      table_(new QTreeWidget),
+      practices_(new QTableWidget(0, 4)) {
   setWindowTitle(tr("Compare Settings"));
   auto* const layout = new QGridLayout(this);
   const QString names[] = {tr("&From"), tr("T&o")};
@@ -52,7 +62,10 @@ CCompareWindow::CCompareWindow(CTexturonDoc& doc, QWidget* parent)
     layout->addWidget(label, i, 0);
     layout->addWidget(side.choice, i, 1);
     layout->addWidget(browse, i, 2);
-    connect(side.choice, &QComboBox::currentIndexChanged, this, [this] { Compare(); });
+    connect(side.choice, &QComboBox::currentIndexChanged, this, [this, &side] {
+      side.cutoffMM.reset();
+      Compare();
+    });
     connect(browse, &QPushButton::clicked, this, [this, i] {
       const auto path = AskFileToOpen(
           this, {.title = tr("Load Settings"), .filters = tr("Settings (*.ini)|*.ini|All Files (*.*)|*.*||")});
@@ -62,11 +75,21 @@ CCompareWindow::CCompareWindow(CTexturonDoc& doc, QWidget* parent)
   table_->setAccessibleName(tr("Steps between the values"));
   table_->setHeaderLabels({tr("Parameter"), tr("Change"), tr("Alone"), tr("Value"), tr("Unit")});
   table_->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-  layout->addWidget(table_, 2, 0, 1, 3);
+  practices_->setAccessibleName(tr("Practices, the nearest to the instrument's values first"));
+  practices_->setHorizontalHeaderLabels({tr("Practice"), tr("Lc"), tr("Off by"), tr("Within 1 %")});
+  practices_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  practices_->setSelectionBehavior(QAbstractItemView::SelectRows);
+  practices_->verticalHeader()->hide();
+  connect(practices_, &QTableWidget::cellActivated, this, [this](int row) { UseTried(row); });
+  tabs_->addTab(table_, tr("The way between them"));
+  tabs_->addTab(practices_, tr("What explains the instrument"));
+  connect(tabs_, &QTabWidget::currentChanged, this, [this] { Rank(); });
+  layout->addWidget(tabs_, 2, 0, 1, 3);
   layout->addWidget(sentence_, 3, 0, 1, 3);
   layout->setColumnStretch(1, 1);
   layout->setRowStretch(2, 1);
   connect(&doc_, &CTexturonDoc::Changed, this, [this] {
+    isRankOld_ = true;
     if (isVisible()) Compare();
   });
   ResizeInCharacters(*this, 90, 40);
@@ -106,12 +129,14 @@ Practice CCompareWindow::PracticeOf(const Side& side) const {
   for (const EmbeddedFile& file : PracticeFiles()) {
     if (file.name == name) TakePractice(file, practice);
   }
+  if (side.cutoffMM) practice.settings.analysis.LcCutoffMM = *side.cutoffMM;
   return practice;
 }
 
 void CCompareWindow::Compare() {
   table_->clear();
   sentence_->clear();
+  Rank();
   if (!doc_.HasProfile()) return;
   const bool metric = doc_.document().settings.display.Metric;
   const auto rows = ComparePractices(doc_.document().profiles, PracticeOf(sides_[0]), PracticeOf(sides_[1]));
@@ -128,6 +153,61 @@ void CCompareWindow::Compare() {
       new QTreeWidgetItem(line, {tr("(interaction)"), QString(), change(row.Interaction()), QString(), unit});
     }
   }
+}
+
+void CCompareWindow::Rank() {
+  if (tabs_->currentWidget() != practices_ || !isRankOld_) return;
+  isRankOld_ = false;
+  tried_.clear();
+  practices_->setRowCount(0);
+  sentence_->clear();
+  const Document& document = doc_.document();
+  if (!doc_.HasProfile() || document.profiles.instrumentValues.empty()) {
+    sentence_->setText(tr("The file brings no values of its instrument."));
+    return;
+  }
+  // Whatever is selected, every value of the instrument is looked for.
+  Practice base{.settings = document.settings, .scope = document.scope};
+  if (base.settings.analysis.standard.Edition == "1997") base.settings.analysis.parameters = DefaultSelection();
+  QApplication::setOverrideCursor(Qt::WaitCursor);
+  for (TriedPractice& one : TryPractices(base, document.profiles)) {
+    const bool isKnown = std::any_of(tried_.begin(), tried_.end(),
+                                     [&one](const TriedPractice& nearer) { return nearer.name == one.name; });
+    if (!isKnown) tried_.push_back(std::move(one));  // with its best cut-off
+  }
+  QApplication::restoreOverrideCursor();
+  practices_->setRowCount(static_cast<int>(tried_.size()));
+  for (std::size_t i = 0; i < tried_.size(); ++i) {
+    const TriedPractice& one = tried_[i];
+    PracticeTitle title;
+    for (const EmbeddedFile& file : PracticeFiles()) {
+      if (file.name == one.name) title = TitleOf(file);
+    }
+    const QString cells[] = {FromText(title.title), FromText(SignificantText(one.cutoffMM, 3) + " mm"),
+                             FromText(FixedText(100.0 * one.deviation, 2) + " %"),
+                             tr("%1 of %2").arg(one.Near()).arg(one.matches.size())};
+    for (int column = 0; column < practices_->columnCount(); ++column) {
+      auto* const item = new QTableWidgetItem(cells[column]);
+      item->setToolTip(FromText(title.remark));
+      if (column > 0) item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+      practices_->setItem(static_cast<int>(i), column, item);
+    }
+  }
+  practices_->resizeColumnsToContents();
+  const bool isExplained = !tried_.empty() && tried_.front().deviation <= kExplained;
+  sentence_->setText(isExplained ? tr("Double-click a practice for the way to it from the settings in force.")
+                                 : tr("None of them comes near the instrument's values."));
+}
+
+void CCompareWindow::UseTried(int row) {
+  const TriedPractice& one = tried_.at(static_cast<std::size_t>(row));
+  const double cutoffMM = one.cutoffMM;
+  sides_[0].choice->setCurrentIndex(0);
+  Side& to = sides_[1];
+  to.choice->setCurrentIndex(to.choice->findData(FromText(one.name)));
+  to.cutoffMM = cutoffMM;
+  tabs_->setCurrentWidget(table_);
+  Compare();
 }
 
 }  // namespace texturon

@@ -21,6 +21,7 @@
 #include "ui/colours.h"
 #include "ui/language.h"
 #include "ui/qt_text.h"
+#include "ui/trust/known_budget.h"
 #include "ui/window/file_dialogs.h"
 
 namespace texturon {
@@ -62,6 +63,7 @@ CUncertaintyWindow::CUncertaintyWindow(CTexturonDoc& doc, QWidget* parent)
   layout->addWidget(sentence_, 1, 0, 1, 2);
   layout->setColumnStretch(1, 1);
   connect(table_, &QTableWidget::currentCellChanged, this, [this](int row) { DrawContributions(row); });
+  ShowEntries(KnownBudgetEntries());
   ResizeInCharacters(*this, 150, 40);
 }
 
@@ -96,7 +98,11 @@ void CUncertaintyWindow::AddField(QGridLayout& grid, const std::string& key, std
                                   std::string_view unit, bool hasDistribution) {
   const int line = grid.rowCount();
   const QString name = EngineText(meaning);
+  // Two lines of text leave the results their room.
+  constexpr int kLabelWidth = 32;
   auto* const label = new QLabel(name, this);
+  label->setWordWrap(true);
+  label->setFixedWidth(fontMetrics().averageCharWidth() * kLabelWidth);
   auto* const value = new QLineEdit(this);
   value->setObjectName(QString::fromStdString(key));
   value->setAccessibleName(name);
@@ -136,12 +142,18 @@ bool CUncertaintyWindow::Say(const std::string& sentence) {
 bool CUncertaintyWindow::LoadBudget(const std::filesystem::path& path) {
   const BudgetRead read = ReadBudget(path);
   if (!read.budget) return Say(FileSentence(path, read.reason));
+  ShowEntries(EntriesOf(*read.budget));
+  sentence_->setText(FromPath(path));
+  return true;
+}
+
+void CUncertaintyWindow::ShowEntries(const BudgetEntries& entries) {
   others_.clear();
   for (const Field& field : fields_) {
     field.value->clear();
     if (field.distribution != nullptr) field.distribution->setCurrentIndex(0);
   }
-  for (const auto& [key, value] : EntriesOf(*read.budget)) {
+  for (const auto& [key, value] : entries) {
     bool isTaken = false;
     for (const Field& field : fields_) {
       if (key == field.key) {
@@ -155,8 +167,6 @@ bool CUncertaintyWindow::LoadBudget(const std::filesystem::path& path) {
     }
     if (!isTaken) others_.emplace_back(key, value);
   }
-  sentence_->setText(FromPath(path));
-  return true;
 }
 
 void CUncertaintyWindow::Save() {
@@ -184,6 +194,7 @@ bool CUncertaintyWindow::Try() {
   if (!sensitivities.reason.empty()) return Say(sensitivities.reason);
   uncertainties_ = std::move(trials.rows);
   sensitivities_ = std::move(sensitivities.rows);
+  KeepBudget(EntriesOf(*read.budget));
   sentence_->clear();
   ShowResults();
   doc_.ShowUncertainties(tried_, uncertainties_);

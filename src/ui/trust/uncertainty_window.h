@@ -41,6 +41,7 @@ private:
   void AddField(QGridLayout& grid, const std::string& key, std::string_view meaning, std::string_view unit,
                 bool hasDistribution);
   BudgetEntries Entries() const;
+  void ShowEntries(const BudgetEntries& entries);
   void Save();
   bool Say(const std::string& sentence);
   void ShowResults();

@@ -7,6 +7,7 @@
 #include <QSplitter>
 #include <tuple>
 
+#include "analysis/decision.h"
 #include "ui/plots/curve_pane.h"
 #include "ui/plots/texturon_view.h"
 #include "ui/tables/texturon_param_view.h"
@@ -51,7 +52,11 @@ void CMainFrame::MakePanes() {
   connect(&view_->Transmission(), &CTransmissionInset::Clicked, this, [this] {
     if (auto* const command = findChild<QAction*>("filterCurve")) command->trigger();
   });
-  connect(&view_->Heading(), &CHeading::VerdictClicked, paramView_, &CTexturonParamView::ShowFirstFailed);
+  connect(&view_->Heading(), &CHeading::VerdictClicked, this, [this] {
+    paramView_->ShowFirstBad();
+    auto* const trials = findChild<QAction*>("uncertainty");
+    if (LacksUncertainty(doc_->document()) && trials != nullptr) trials->trigger();
+  });
   split();
 }
 

@@ -10,10 +10,13 @@
 #include <algorithm>
 #include <iostream>
 #include <string_view>
+#include <thread>
 
 #include "analysis/acceptance.h"
 #include "analysis/analysis_run.h"
 #include "analysis/file_clash.h"
+#include "analysis/uncertainty_trials.h"
+#include "analysis/verdict_trials.h"
 #include "base/charset.h"
 #include "base/date_text.h"
 #include "base/number_text.h"
@@ -45,10 +48,14 @@ std::optional<AcceptanceRule> RuleOf(const QString& name, const Settings& settin
   return std::nullopt;
 }
 
+unsigned AllCores() {
+  return std::max(1U, std::thread::hardware_concurrency());
+}
+
 /// The profile of the report and further ones, by its settings and in this order. Empty, with a sentence, where one of
 /// them gives no result.
 std::optional<SeveralReport> WithFurther(const CTexturonDoc& doc, const QStringList& files, AcceptanceRule rule,
-                                         QString& reason) {
+                                         const UncertaintyRequest* uncertainty, QString& reason) {
   SeveralResults results;
   SeveralReport report;
   const auto add = [&](const Document& document) {
@@ -66,9 +73,14 @@ std::optional<SeveralReport> WithFurther(const CTexturonDoc& doc, const QStringL
       reason = FromText(FileSentence(ToPath(file), step.Reason()));
       return std::nullopt;
     }
+    if (const std::string open = TryForVerdicts(document, uncertainty, AllCores());
+        uncertainty != nullptr && !open.empty()) {
+      reason = FromText(FileSentence(ToPath(file), "has no uncertainty: " + open));
+      return std::nullopt;
+    }
     add(document);
   }
-  report.rows = results.Rows(rule);
+  report.rows = results.Rows(rule, doc.document().settings.decision.DecisionRule);
   return report;
 }
 
@@ -132,6 +144,14 @@ int WriteVerification(const QString& file) {
   return count.missed == 0 ? 0 : Refuse(QString::fromStdString(VerificationSentence(count)));
 }
 
+/// Tries the profile with a budget: its values and verdicts then go by what was found. Why not, a sentence.
+QString TryBudget(CTexturonDoc& doc, const UncertaintyBudget& budget) {
+  TrialOutcome trials = RunTrials(doc.document(), budget, {.jobs = AllCores()});
+  if (!trials.reason.empty()) return FromText("No uncertainty: " + trials.reason + ".");
+  doc.ShowUncertainties(doc.document(), std::move(trials.rows));
+  return {};
+}
+
 /// What a run without a window is to make.
 struct HeadlessRequest {
   QString profile;
@@ -141,13 +161,14 @@ struct HeadlessRequest {
   QString layout;
   QString picture;
   QString acceptance;
+  QString budget;
   bool isScreenshot = false;
 };
 
 /// A screenshot, a picture or a report. Returns the exit status.
 int Make(const HeadlessRequest& wanted) {
   std::vector<std::filesystem::path> inputs = {ToPath(wanted.profile), ToPath(wanted.settingsFile),
-                                               ToPath(wanted.layout)};
+                                               ToPath(wanted.layout), ToPath(wanted.budget)};
   for (const QString& file : wanted.further) inputs.push_back(ToPath(file));
   const std::string clash = ClashOf(inputs, ToPath(wanted.output));
   if (!clash.empty()) return Refuse(FromText(clash), 2);
@@ -178,6 +199,14 @@ int Make(const HeadlessRequest& wanted) {
   if (!wanted.picture.isEmpty()) choice.layout.blocks = {{block->kind}};
   if (!wanted.isScreenshot) doc.SetWanted(&reader, ResultsFor(choice.layout));
   if (!doc.Open(ToPath(wanted.profile))) return Refuse(lastMessage());
+  std::optional<UncertaintyRequest> uncertainty;
+  if (!wanted.budget.isEmpty()) {
+    BudgetRead read = ReadBudget(ToPath(wanted.budget));
+    if (!read.budget) return Refuse(FromText(FileSentence(ToPath(wanted.budget), read.reason)));
+    uncertainty.emplace(UncertaintyRequest{.budget = std::move(*read.budget)});
+    reason = TryBudget(doc, uncertainty->budget);
+    if (!reason.isEmpty()) return Refuse(reason);
+  }
   if (wanted.isScreenshot) {
     reason = WriteScreenshot(frame, wanted.output);
   } else if (!doc.document().profiles.primaryRange) {
@@ -189,7 +218,7 @@ int Make(const HeadlessRequest& wanted) {
     if (!wanted.further.isEmpty()) {
       const auto rule = RuleOf(wanted.acceptance, doc.document().settings);
       if (!rule) return Refuse(QObject::tr("%1 is no rule; rules are max, 16% and median.").arg(wanted.acceptance), 2);
-      auto several = WithFurther(doc, wanted.further, *rule, reason);
+      auto several = WithFurther(doc, wanted.further, *rule, uncertainty ? &*uncertainty : nullptr, reason);
       if (!several) return Refuse(reason);
       choice.several = std::move(*several);
     }
@@ -227,8 +256,10 @@ int RunHeadless(const QStringList& arguments) {
   const QCommandLineOption output("o", QObject::tr("Where to."), "OUT");
   const QCommandLineOption settingsFile("settings", QObject::tr("Settings file to analyse with, also in a window."),
                                         "INI");
+  const QCommandLineOption budget("budget", QObject::tr("Budget of the instrument, for uncertainties and verdicts."),
+                                  "INI");
   const QCommandLineOption another("new", QObject::tr("Opens a window beside the one that is open already."));
-  parser.addOptions({report, acceptance, layout, picture, screenshot, verify, output, settingsFile, another});
+  parser.addOptions({report, acceptance, layout, picture, screenshot, verify, output, settingsFile, budget, another});
   parser.addPositionalArgument("profile", QObject::tr("Profiles to open in the window, or further ones of a report."),
                                "[PROFILE...]");
   if (!parser.parse(arguments)) return Refuse(parser.errorText() + ".");
@@ -240,7 +271,7 @@ int RunHeadless(const QStringList& arguments) {
     if (!parser.isSet(output)) return Refuse(QObject::tr("Say with -o where the result goes."));
     return WriteVerification(parser.value(output));
   }
-  for (const QCommandLineOption& option : {acceptance, layout, picture, settingsFile}) {
+  for (const QCommandLineOption& option : {acceptance, budget, layout, picture, settingsFile}) {
     if (parser.isSet(option) && parser.value(option).isEmpty()) {
       return Refuse(QObject::tr("--%1 names nothing.").arg(option.names().first()), 2);
     }
@@ -265,6 +296,7 @@ int RunHeadless(const QStringList& arguments) {
                .layout = parser.value(layout),
                .picture = parser.value(picture),
                .acceptance = parser.value(acceptance),
+               .budget = parser.value(budget),
                .isScreenshot = parser.isSet(screenshot)});
 }
 

@@ -367,6 +367,11 @@ void CTexturonDoc::Change(const Step& step, const Manner& manner) {
     if (Analyse(next, manner.ifRefused, manner.isLive ? diverted : prompts_)) {
       const bool goesOn = manner.edit == Edit::kGoesOn && editGoesOn_;
       UndoPoint former = UndoPointOf(document_);
+      // Another rule for the same values: what was tried of them holds.
+      const bool isOtherRule = next.settings.decision != document_.settings.decision &&
+                               next.results.request == document_.results.request &&
+                               next.profiles.raw == document_.profiles.raw;
+      if (isOtherRule) next.results.uncertainties = std::move(document_.results.uncertainties);
       document_ = std::move(next);
       if (goesOn) {
         editGoesOn_ = !history_.GoBackIfUndone(UndoPointOf(document_), std::move(former));

@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#pragma once
+
+#include <optional>
+
+#include "analysis/uncertainty_json.h"
+
+namespace texturon {
+
+// The budget of the user's instrument: the one that was tried last in the window, kept from one start to the next.
+// Verdicts of a guarded rule over a folder or over several profiles go by it.
+
+void KeepBudget(const BudgetEntries& entries);
+/// Empty where none was tried.
+BudgetEntries KnownBudgetEntries();
+std::optional<UncertaintyRequest> KnownBudget();
+
+}  // namespace texturon
