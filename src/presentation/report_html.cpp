@@ -180,7 +180,7 @@ private:
       for (std::size_t i = 0; i < cells.size(); ++i) out += Cell(cells[i], i >= kFirstNumber && i < kEndOfNumbers);
       out += "</tr>\n";
     }
-    return out + "</table>\n" + Lines(parts_.several.profiles);
+    return out + "</table>\n" + (parts_.several.profiles.empty() ? std::string() : Lines(parts_.several.profiles));
   }
 
   std::string Instrument(const ReportBlock& /*block*/) {

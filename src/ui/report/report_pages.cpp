@@ -260,7 +260,7 @@ private:
     AddTable(
         flow, Cells(StatisticsTitles()), columns, lines.size(),
         [this, lines, columns](const QRect& line, std::size_t i) { PaintRow(line, columns, Cells(lines[i]), false); });
-    AddNamedLines(flow, QObject::tr("Profiles"), choice_.several.profiles, 20);
+    if (!choice_.several.profiles.empty()) AddNamedLines(flow, QObject::tr("Profiles"), choice_.several.profiles, 20);
   }
 
   void AddInstrument(PageFlow& flow, const ReportBlock& /*block*/) {
