@@ -185,6 +185,7 @@ TEST_F(BatchWindow, JudgesByTheBudgetThatIsKnown) {
   KeepBudget({{"AmplificationPercent", "1"}});
   Click();
   Wait();
+  EXPECT_TRUE(State().contains("AmplificationPercent 1")) << State().toStdString();
   ASSERT_EQ(results.rowCount(), kFiles);
   for (const auto& [row, text] : {std::pair(12, "analysed"), std::pair(13, "1 undecided"), std::pair(17, "1 undecided"),
                                   std::pair(18, "1 out of tolerance")}) {
