@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QByteArray>
+#include <QFont>
 
 #include "ui/colours.h"
 
@@ -23,8 +24,9 @@ void PrepareScreen(bool isHeadless) {
   }
 }
 
-// The system's own style draws many things light whatever the palette says.
+// The name that stands for any plain font is not known there. The system's own style draws many things light whatever the palette says.
 void SuitStyleToScreen() {
+  QFont::insertSubstitutions("sans-serif", {"Segoe UI", "Tahoma", "Arial"});
   if (IsDark(QApplication::palette())) QApplication::setStyle("fusion");
 }
 
