@@ -53,10 +53,10 @@ try_folder() {
   rm -rf "$out"
   mkdir "$out"
   "$wine" "$1/texturon.exe" --version
-  "$wine" "$1/texturon.exe" analyze "$1/samples/ground.lmt" >"$out/analysis.txt"
+  "$wine" "$1/texturon.exe" analyze "Z:$1/samples/ground.lmt" >"$out/analysis.txt"
   grep -E '^ *R[az] ' "$out/analysis.txt" || { echo "The installed program does not analyse." >&2; exit 1; }
   [ "${2:-}" = --console-only ] && return
-  xvfb-run -a "$wine" "$1/texturon-desktop.exe" --report "$1/samples/ground.lmt" -o "$out/report.pdf"
+  xvfb-run -a "$wine" "$1/texturon-desktop.exe" --report "Z:$1/samples/ground.lmt" -o "Z:$out/report.pdf"
   pdftotext "$out/report.pdf" - | grep -q Rz || { echo "The installed program writes no report." >&2; exit 1; }
 }
 

@@ -72,6 +72,7 @@ int RunProgram(std::span<const std::string> words) {
   const std::span<const std::string> arguments = words.subspan(words.empty() ? 0 : 1);
   if (IsBatchContract(arguments)) return RunTestPlan({arguments.begin(), arguments.end()});
   CLI::App app{"Surface texture analysis of profiles."};
+  app.allow_windows_style_options(false);  // "/data/part.lmt" is a file on every system
   app.name("texturon");
   app.set_version_flag("--version", "texturon " + ProgramVersionText());
   try {

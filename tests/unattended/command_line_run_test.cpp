@@ -193,6 +193,7 @@ TEST_F(CommandLineRun, NoEarlierStatusOutlivesItsRunInAFolderThatTakesNoFile) {
 
 // What others may have put under the names that a run chooses.
 TEST_F(CommandLineRun, NamesOfItsOwnNeverLeadElsewhere) {
+  TEXTURON_NEEDS_POSIX();
   namespace fs = std::filesystem;
   fs::create_directory(folder_ / "out");
   for (const bool isHard : {false, true}) {
@@ -223,6 +224,7 @@ TEST_F(CommandLineRun, AStatusThatCannotBeWrittenIsSaidAndResultsStand) {
 }
 
 TEST_F(CommandLineRun, AnOutputThatIsAnInputIsNotWritten) {
+  TEXTURON_NEEDS_POSIX();
   namespace fs = std::filesystem;
   const std::string data = folder_.Read("S1234.prf");
   fs::create_directory(folder_ / "out");

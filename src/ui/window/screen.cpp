@@ -4,6 +4,8 @@
 
 #include <QApplication>
 #include <QByteArray>
+#include <QFont>
+#include <QPalette>
 
 #include "ui/colours.h"
 
@@ -23,9 +25,16 @@ void PrepareScreen(bool isHeadless) {
   }
 }
 
-// The system's own style draws many things light whatever the palette says.
+// The name that stands for any plain font is not known there. The system's own style draws many things light whatever the palette says.
 void SuitStyleToScreen() {
-  if (IsDark(QApplication::palette())) QApplication::setStyle("fusion");
+  QFont::insertSubstitutions("sans-serif", {"Segoe UI", "Tahoma", "Arial"});
+  QPalette palette = QApplication::palette();
+  if (!IsDark(palette)) return;
+  QApplication::setStyle("fusion");
+  // Every other row would be as blue as what is chosen.
+  constexpr int kLighter = 120;
+  palette.setColor(QPalette::AlternateBase, palette.color(QPalette::Base).lighter(kLighter));
+  QApplication::setPalette(palette);
 }
 
 #else

@@ -10,7 +10,7 @@ namespace texturon {
 /// plain screen of 96 dots an inch.
 void PrepareScreen(bool isHeadless);
 
-/// Once it is made: a style that can be dark where the system wants it dark.
+/// Once it is made: a style that can be dark where the system wants it dark, and fonts for pages.
 void SuitStyleToScreen();
 
 }  // namespace texturon
