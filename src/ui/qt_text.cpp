@@ -56,13 +56,15 @@ QString Readable(QString text) {
   const auto isPlain = [](QChar letter) { return letter.isDigit() || letter == '.'; };
   if (std::all_of(text.cbegin(), text.cend(), isPlain)) return text;
   static const QRegularExpression zero("(?<![\\w.\\-])-(?=0(\\.0*)?(?![\\w.]))");
-  static const QRegularExpression exponent("(?<=[0-9])[eE]([+-]?)0*([0-9]+)(?![\\w.])");
+  // Of a whole number only: a digest of hexadecimal digits may end as one with an exponent does.
+  static const QRegularExpression exponent("(?<![\\w.])([0-9]+\\.?[0-9]*)[eE]([+-]?)0*([0-9]+)(?![\\w.])");
   static const QRegularExpression unit("\\b(m|mm|\u00B5m|in|\u00B5in)(-?[2-9])\\b");
   static const QRegularExpression minus("(?<![\\w.\\-])-(?=[0-9])");
   text.replace(zero, "");
   Replace(text, exponent, [](const QRegularExpressionMatch& match) {
-    if (match.captured(2) == "0") return QString();
-    return QString::fromUtf8("\u00B710") + Raised((match.captured(1) == "-" ? "-" : "") + match.captured(2));
+    if (match.captured(3) == "0") return match.captured(1);
+    return match.captured(1) + QString::fromUtf8("\u00B710") +
+           Raised((match.captured(2) == "-" ? "-" : "") + match.captured(3));
   });
   Replace(text, unit,
           [](const QRegularExpressionMatch& match) { return match.captured(1) + Raised(match.captured(2)); });
