@@ -41,6 +41,7 @@ int RunTestPlan(const std::vector<std::string>& arguments) {
 std::vector<std::string> WithTextsLast(std::span<const std::string> arguments) {
   std::vector<std::string> words(arguments.begin(), arguments.end());
   if (words.empty() || words.front() != "indication") return words;
+  if (std::find(words.begin(), words.end(), "--") != words.end()) return words;
   const auto text = std::stable_partition(words.begin(), words.end(),
                                           [](const std::string& word) { return !word.starts_with("-/"); });
   if (text != words.end()) words.insert(text, "--");

@@ -57,8 +57,18 @@ private:
     return true;
   }
 
+  /// Whether what stands before is a number with nothing before it: a digest of hexadecimal digits is none.
+  bool IsBehindNumber() const {
+    std::size_t first = at_;
+    int points = 0;
+    for (; first > 0 && (IsDigit(text_[first - 1]) || text_[first - 1] == '.'); --first) {
+      if (text_[first - 1] == '.') ++points;
+    }
+    return first < at_ && IsDigit(text_[first]) && points < 2 && !(first > 0 && IsWord(text_[first - 1]));
+  }
+
   bool TakeExponent() {
-    if ((text_[at_] != 'e' && text_[at_] != 'E') || !IsDigit(Before())) return false;
+    if ((text_[at_] != 'e' && text_[at_] != 'E') || !IsBehindNumber()) return false;
     std::size_t first = at_ + 1;
     const bool isNegative = At(first) == '-';
     if (isNegative || At(first) == '+') ++first;

@@ -48,6 +48,8 @@ TEST(Provenance, AnObjectIsEnoughToRepeatItsAnalysis) {
       // An open side of a drawing's limits is infinite.
       {Sample("turned.lmt"), "--indication", "L Ra 1", "--sections", "4", "--budget", budget, "--trials", "20",
        "--decision-rule", "guarded"},
+      // Two analyses, and the requirements in an object of their own.
+      {Sample("turned.lmt"), "--indication", "Rz 8 | Ra 3 Sc2", "--sections", "4"},
   };
   for (std::vector<std::string> call : calls) {
     const std::string file = call.front();

@@ -17,6 +17,8 @@ TEST(ReadableText, HasTheSignsOfPrint) {
                                                        {"5.55898e-001", "5.55898\u00B710\u207B\u00B9"},
                                                        {"2e+06 mm", "2\u00B710\u2076 mm"},
                                                        {"1e+00", "1"},
+                                                       {"-1e-3 mm", "\u22121\u00B710\u207B\u00B3 mm"},
+                                                       {"86cb9ec5e400", "86cb9ec5e400"},
                                                        {"Plateau-honed; X-2, m20; mm-", "Plateau-honed; X-2, m20; mm-"},
                                                        {"part-7e5.lmt", "part-7e5.lmt"}};
   for (const auto& [text, shown] : cases) EXPECT_EQ(ReadableText(text), shown) << text;

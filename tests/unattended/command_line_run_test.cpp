@@ -300,6 +300,20 @@ TEST_F(CommandLineRun, NamesOfTheEditionOf2021SayIt) {
   }
 }
 
+TEST_F(CommandLineRun, AnswersForTheFeaturesOfTheSettings) {
+  folder_.Write("program/Texturon.ini",
+                "[STANDARD]\r\nFeatures=2\r\nFeature00=W: FC; D; None; All; Count; Sum\r\n"
+                "Feature01=R: FC; D; None; All; PVh; Mean\r\nCoreFilter=roughness\r\n");
+  ASSERT_TRUE(Run("[a]\r\nEdition=2021\r\nParameters=Ra,Rk\r\nFormOption=0\r\nMaxHybrids=2\r\n"
+                  "Hybrids_0_Type=Rpc\r\nHybrids_0_Val1=0.5\r\nHybrids_1_Type=Rhsc\r\n")
+                  .done);
+  for (const char* const line : {"\r\nRa/2021 = 1.000 um\r\n", "\r\nR: FC; D; None; All; PVh; Mean/2021 = 1.000 um\r\n",
+                                 "WAVINESS : GAUSSIAN/0.8000", "\r\nW: FC; D; None; All; Count; Sum/2021 = ",
+                                 "\r\nRpc = ****\r\n", "\r\nRhsc = ****\r\n", "RK : GAUSSIAN/0.8000"}) {
+    EXPECT_TRUE(Results().find(line) != std::string::npos) << line << Results();
+  }
+}
+
 TEST(TestPlan, SortsNamesIntoFamiliesAndWarnsOfWhatItCannotDo) {
   const IniFile file(
       "[a]\r\nParameters=Rk,Mr1,RSm,Wx,Wa,AW,Fp,CV\r\nRoughFilter=3\r\nRoughCutOffLength=0.25\r\n"
