@@ -19,6 +19,7 @@ constexpr DecisionRuleName kRules[] = {
     {kDecideGuardedFail, "guarded-fail", "limits moved inward by U are kept, all else fails"}};
 
 constexpr std::string_view kNoUncertainty = "no uncertainty is known";
+constexpr std::string_view kSeldomDefined = "more than 5 % of the trials give no value";
 constexpr std::string_view kReaches = "the uncertainty reaches over a limit";
 
 /// By how much a value keeps the nearer limit; below 0: by how much it is beyond it. None without a limit in force.
@@ -71,9 +72,9 @@ std::optional<Decision> Decide(const ParameterDef& row, const std::optional<Para
   if (uncertainty && isFinite) decision.conformity = ConformityOf(row.value, uncertainty->standard, limits);
   const std::optional<double> margin = MarginOf(row.value, limits);
   if (!IsGuarded(rule) || !isFinite || !margin) return decision;
-  if (!uncertainty || std::abs(*margin) < uncertainty->Expanded()) {
+  if (!uncertainty || !uncertainty->IsDefinedOften() || std::abs(*margin) < uncertainty->Expanded()) {
     decision.verdict = InDoubt(rule);
-    decision.doubt = uncertainty ? kReaches : kNoUncertainty;
+    decision.doubt = !uncertainty ? kNoUncertainty : uncertainty->IsDefinedOften() ? kReaches : kSeldomDefined;
   }
   return decision;
 }

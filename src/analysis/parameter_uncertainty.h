@@ -9,6 +9,7 @@
 namespace texturon {
 
 inline constexpr double kCoverageFactor = 2.0;
+inline constexpr double kCoverage = 0.95;
 
 /// Of one parameter, in its metric unit.
 struct ParameterUncertainty {
@@ -20,6 +21,8 @@ struct ParameterUncertainty {
   double undefined = 0.0;  ///< share of the trials in which the parameter was not defined
 
   double Expanded() const { return kCoverageFactor * standard; }
+  /// Whether verdicts may go by it: an interval of 95 % says nothing where more than the rest have no value.
+  bool IsDefinedOften() const { return undefined <= 1.0 - kCoverage; }
 };
 
 /// Of the selected rows, in the order of ShownRows; nothing for a row without a value or with fewer than two trials

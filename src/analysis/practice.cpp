@@ -34,6 +34,11 @@ std::optional<double> NumberAboveZero(std::string_view text) {
   return numbers && numbers->front() > 0.0 ? std::optional(numbers->front()) : std::nullopt;
 }
 
+std::optional<std::int32_t> WholeOf(double number) {
+  if (number != std::trunc(number) || std::abs(number) > 2147483647.0) return std::nullopt;
+  return static_cast<std::int32_t>(number);
+}
+
 std::optional<bool> FlagOf(std::string_view text) {
   if (text == "1" || EqualIgnoringCase(text, "true")) return true;
   if (text == "0" || EqualIgnoringCase(text, "false")) return false;
@@ -44,19 +49,19 @@ bool SetRegion(Practice& practice, std::string_view text) {
   practice.scope.region.reset();
   if (text.empty()) return true;
   const auto numbers = Numbers(text, 4);
-  if (numbers) {
-    practice.scope.region =
-        RegionChoice{IndexRange::Saturated(std::llround((*numbers)[0])), (*numbers)[1], (*numbers)[2], (*numbers)[3]};
-  }
-  return numbers.has_value();
+  const auto mode = numbers ? WholeOf((*numbers)[0]) : std::nullopt;
+  if (mode) practice.scope.region = RegionChoice{*mode, (*numbers)[1], (*numbers)[2], (*numbers)[3]};
+  return mode.has_value();
 }
 
 bool SetExclusion(Practice& practice, std::string_view text) {
   practice.scope.exclusion.reset();
   if (text.empty()) return true;
   const auto numbers = Numbers(text, 2);
-  if (!numbers) return false;
-  practice.scope.exclusion = IndexRange::FromEnds(std::llround((*numbers)[0]), std::llround((*numbers)[1]));
+  const auto first = numbers ? WholeOf((*numbers)[0]) : std::nullopt;
+  const auto last = numbers ? WholeOf((*numbers)[1]) : std::nullopt;
+  if (!first || !last) return false;
+  practice.scope.exclusion = IndexRange::FromEnds(*first, *last);
   if (!practice.scope.region) practice.scope.region = RegionChoice{.mode = kFromStart};
   return true;
 }

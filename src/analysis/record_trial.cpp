@@ -121,8 +121,7 @@ double BudgetDraws::LengthFactorOf(double degrees) {
   return Cos(degrees * std::numbers::pi / 180.0);
 }
 
-double BudgetDraws::RepeatabilityFactor(std::uint64_t trial, const std::string& name, std::uint64_t index) const {
-  const BudgetLine& line = budget_.RepeatabilityOf(name);
+double BudgetDraws::RepeatabilityFactor(std::uint64_t trial, const BudgetLine& line, std::uint64_t index) const {
   if (!(line.standard > 0.0)) return 1.0;
   return 1.0 + kPercent * line.standard * Drawn(Stream(trial, kRepeatabilityLines + index), 0, line.distribution);
 }
@@ -163,8 +162,9 @@ void RecordTrial::MoveTexture(double startMM) {
   const auto count = static_cast<std::size_t>(range.count);
   const std::span<double> heights = std::span(document_.profiles.raw).subspan(first, count);
   const std::span<const double> form = std::span<const double>(form_).subspan(first, count);
-  const double most = static_cast<double>(count);
-  const double points = std::clamp(std::round(startMM * kMicrometresPerMillimetre / spacingUM_), -most, most);
+  // Mirrored again and again, texture repeats after twice its length.
+  const double points =
+      std::remainder(std::round(startMM * kMicrometresPerMillimetre / spacingUM_), 2.0 * static_cast<double>(count));
   scratch_.resize(count);
   for (std::size_t i = 0; i < count; ++i) scratch_[i] = heights[i] - form[i];
   Shift(scratch_, heights, static_cast<std::int64_t>(points));
@@ -209,6 +209,10 @@ void RecordTrial::DrawHeights(const MeasurementDeviation& deviation) {
 }
 
 std::vector<double> RecordTrial::Values(const MeasurementDeviation& deviation) {
+  // No length and no cut-off is 0 or less.
+  if (!(deviation.spacing > 0.0 && deviation.longCutoff > 0.0 && deviation.shortCutoff > 0.0)) {
+    return std::vector<double>(ValuesOf(document_).size(), std::numeric_limits<double>::quiet_NaN());
+  }
   DrawHeights(deviation);
   AnalysisSettings& settings = document_.settings.analysis;
   settings.LcCutoffMM = settings_.LcCutoffMM;

@@ -36,8 +36,8 @@ public:
   MeasurementDeviation Deviation(std::uint64_t trial, std::optional<BudgetItem> alone = {}) const;
   /// What a trace at this angle to the normal of the lay makes of lengths across the lay.
   static double LengthFactorOf(double degrees);
-  /// The factor by which repetition changes a parameter; `index` tells parameters apart.
-  double RepeatabilityFactor(std::uint64_t trial, const std::string& name, std::uint64_t index) const;
+  /// The factor by which repetition changes a parameter with this line; `index` tells parameters apart.
+  double RepeatabilityFactor(std::uint64_t trial, const BudgetLine& line, std::uint64_t index) const;
 
 private:
   CounterRandom Stream(std::uint64_t trial, std::uint64_t line) const { return {seed_, trial, line}; }

@@ -10,6 +10,7 @@
 #include "base/number_text.h"
 #include "base/text.h"
 #include "parameters/catalogue.h"
+#include "parameters/edition2021/edition_table.h"
 #include "platform/platform.h"
 
 namespace texturon {
@@ -18,24 +19,31 @@ namespace {
 using enum BudgetItem;
 
 constexpr std::string_view kSection = "UNCERTAINTY_BUDGET";
+constexpr std::string_view kOf2021 = "/2021";
 constexpr std::string_view kDistributionPart = ".Distribution";
 constexpr std::string_view kSpectrumFile = "HeightNoiseSpectrumFile";
 constexpr std::string_view kStraightnessWave = "StraightnessWavelengthMM";
 constexpr std::string_view kTipRadiusKey = "TipRadiusUM";
 constexpr std::size_t kMostWaves = 1000;
+constexpr double kMostPercent = 100.0;
+constexpr double kMostUM = 1e6;
+constexpr double kMostMM = 1e6;
+constexpr double kMostDegrees = 90.0;
 
 constexpr BudgetItemRow kItems[] = {
-    {kHeightNoise, "HeightNoiseUM", "um", "rms of white height noise"},
-    {kNoiseSpectrum, "HeightNoiseSpectrum", "um", "waves of height noise, each with a phase of chance"},
-    {kAmplification, "AmplificationPercent", "%", "factor of all heights"},
-    {kSpacing, "SpacingPercent", "%", "factor of all lengths along the trace"},
-    {kStraightness, "StraightnessUM", "um", "rms of one wave of the guide, with a phase of chance"},
-    {kTipRadius, "TipRadiusUncertaintyUM", "um", "radius of the tip, whose trace is the surface widened by it"},
-    {kLongCutoff, "LcTolerancePercent", "%", "cut-off at which the long-wave filter passes half"},
-    {kShortCutoff, "LsTolerancePercent", "%", "cut-off at which the short-wave filter passes half"},
-    {kStart, "StartPositionMM", "mm", "place of the trace along itself"},
-    {kOrientation, "OrientationDegrees", "deg", "angle between the trace and the normal of the lay"},
-    {kRepeatability, "RepeatabilityPercent", "%", "what repeated measurements of a parameter scatter by, besides"},
+    {kHeightNoise, "HeightNoiseUM", "um", "rms of white height noise", kMostUM},
+    {kNoiseSpectrum, "HeightNoiseSpectrum", "um", "waves of height noise, each with a phase of chance", kMostUM},
+    {kAmplification, "AmplificationPercent", "%", "factor of all heights", kMostPercent},
+    {kSpacing, "SpacingPercent", "%", "factor of all lengths along the trace", kMostPercent},
+    {kStraightness, "StraightnessUM", "um", "rms of one wave of the guide, with a phase of chance", kMostUM},
+    {kTipRadius, "TipRadiusUncertaintyUM", "um", "radius of the tip, whose trace is the surface widened by it",
+     kMostUM},
+    {kLongCutoff, "LcTolerancePercent", "%", "cut-off at which the long-wave filter passes half", kMostPercent},
+    {kShortCutoff, "LsTolerancePercent", "%", "cut-off at which the short-wave filter passes half", kMostPercent},
+    {kStart, "StartPositionMM", "mm", "place of the trace along itself", kMostMM},
+    {kOrientation, "OrientationDegrees", "deg", "angle between the trace and the normal of the lay", kMostDegrees},
+    {kRepeatability, "RepeatabilityPercent", "%", "what repeated measurements of a parameter scatter by, besides",
+     kMostPercent},
 };
 
 struct DistributionName {
@@ -65,7 +73,7 @@ std::optional<std::vector<NoiseWave>> ReadWaves(std::string_view text, std::stri
     if (blank == std::string_view::npos || waves.size() == kMostWaves) return std::nullopt;
     const auto length = FromZeroOn(pair.substr(0, blank));
     const auto rms = FromZeroOn(TrimBlanks(pair.substr(blank + 1)));
-    if (!length || !rms || *length == 0.0) return std::nullopt;
+    if (!length || !rms || *length == 0.0 || *rms > kMostUM) return std::nullopt;
     waves.push_back({*length, *rms});
   }
   return waves;
@@ -81,7 +89,11 @@ double RmsOf(const std::vector<NoiseWave>& waves) {
 class BudgetMaker {
 public:
   BudgetRead Make(const BudgetEntries& entries) {
-    for (const auto& [key, value] : entries) {
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+      const auto& [key, value] = entries[i];
+      const auto isSame = [&key](const auto& entry) { return EqualIgnoringCase(entry.first, key); };
+      const auto former = entries.begin() + static_cast<std::ptrdiff_t>(i);
+      if (std::any_of(entries.begin(), former, isSame)) return {.budget = {}, .reason = key + ": is given twice"};
       const std::string fault = Take(key, value);
       if (!fault.empty()) return {.budget = {}, .reason = key + ": " + fault};
     }
@@ -117,8 +129,16 @@ private:
     }
     BudgetLine* const line = LineOf(key);
     if (line == nullptr) return "is no key of a budget";
+    if (*number > MostOf(key))
+      return Quoted(value) + " is above " + ShortestText(MostOf(key)) + ", the most that is taken";
     line->standard = *number;
     return {};
+  }
+
+  static double MostOf(std::string_view key) {
+    const auto* const row = std::find_if(std::begin(kItems), std::end(kItems),
+                                         [key](const BudgetItemRow& item) { return EqualIgnoringCase(key, item.key); });
+    return row != std::end(kItems) ? row->most : kMostPercent;  // of the repeatability of one parameter
   }
 
   std::string TakeDistribution(const std::string& key, const std::string& value) {
@@ -138,9 +158,15 @@ private:
     }
     const std::string_view repeatability = kItems[static_cast<std::size_t>(kRepeatability)].key;
     if (!StartsWithIgnoringCase(key, std::string(repeatability) + ".")) return nullptr;
-    const std::string name = ExternalToCatalogueName(key.substr(repeatability.size() + 1));
-    const MasterRow* const row = FindOwnMasterRow(name);
-    return row != nullptr ? &budget_.repeatabilities[std::string(row->name)] : nullptr;
+    const std::string name(key.substr(repeatability.size() + 1));
+    const std::string plain = name.substr(0, name.size() - (name.ends_with(kOf2021) ? kOf2021.size() : 0));
+    const bool isOf2021 = ParseEditionName(plain).fault.empty();
+    const bool isKnown = isOf2021 || FindOwnMasterRow(ExternalToCatalogueName(plain)) != nullptr;
+    if (!isKnown || (plain.size() < name.size() && !isOf2021)) return nullptr;
+    for (auto& [former, line] : budget_.repeatabilities) {
+      if (EqualIgnoringCase(former, name)) return &line;
+    }
+    return &budget_.repeatabilities[name];
   }
 
   UncertaintyBudget budget_;
@@ -164,9 +190,18 @@ bool UncertaintyBudget::Has(BudgetItem item) const {
   return Of(item).standard > 0.0;
 }
 
-const BudgetLine& UncertaintyBudget::RepeatabilityOf(const std::string& name) const {
-  const auto own = std::find_if(repeatabilities.begin(), repeatabilities.end(),
-                                [&name](const auto& entry) { return EqualIgnoringCase(entry.first, name); });
+const BudgetLine& UncertaintyBudget::RepeatabilityOf(const std::string& name, Edition edition) const {
+  const bool isOf2021 = edition == Edition::k2021;
+  const auto find = [this](const auto& holds) {
+    return std::find_if(repeatabilities.begin(), repeatabilities.end(),
+                        [&holds](const auto& entry) { return holds(entry.first); });
+  };
+  const std::string whole = name + std::string(isOf2021 ? kOf2021 : "");
+  auto own = find([&](const std::string& key) { return EqualIgnoringCase(key, whole); });
+  if (own == repeatabilities.end()) {
+    own = find(
+        [&](const std::string& key) { return EqualIgnoringCase(isOf2021 ? key : ExternalToCatalogueName(key), name); });
+  }
   return own != repeatabilities.end() ? own->second : Of(kRepeatability);
 }
 
@@ -180,7 +215,7 @@ BudgetRead ReadBudget(const std::filesystem::path& path) {
   const IniFile ini(TextOfFile(file.bytes, IsUtf8(file.bytes)));
   BudgetEntries entries;
   for (const IniEntry& entry : ini.Entries()) {
-    if (!EqualIgnoringCase(entry.section, kSection) || entry.shadowed) continue;
+    if (!EqualIgnoringCase(entry.section, kSection)) continue;
     if (!EqualIgnoringCase(entry.key, kSpectrumFile)) {
       entries.emplace_back(entry.key, entry.value);
       continue;
@@ -201,6 +236,19 @@ BudgetRead ReadBudget(const std::filesystem::path& path) {
   }
   if (entries.empty()) return {.budget = {}, .reason = "has no section [" + std::string(kSection) + "] with keys"};
   return MakeBudget(entries);
+}
+
+std::vector<std::filesystem::path> FilesOfBudget(const std::filesystem::path& path) {
+  if (path.empty()) return {};
+  std::vector<std::filesystem::path> files = {path};
+  const FileBytes file = ReadRegularFile(path);
+  const IniFile ini(TextOfFile(file.bytes, IsUtf8(file.bytes)));
+  for (const IniEntry& entry : ini.Entries()) {
+    if (EqualIgnoringCase(entry.section, kSection) && EqualIgnoringCase(entry.key, kSpectrumFile)) {
+      files.push_back(path.parent_path() / PathFromText(entry.value));
+    }
+  }
+  return files;
 }
 
 BudgetEntries EntriesOf(const UncertaintyBudget& budget) {

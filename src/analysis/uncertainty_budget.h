@@ -14,6 +14,8 @@
 #include <utility>
 #include <vector>
 
+#include "parameters/catalogue_table.h"
+
 namespace texturon {
 
 /// What may be off in a measurement. Each stands in one line of a budget.
@@ -37,6 +39,7 @@ struct BudgetItemRow {
   std::string_view key;  ///< in budget files
   std::string_view unit;
   std::string_view meaning;
+  double most;  ///< that is taken: beyond it no measurement is left to be tried
 };
 /// In the order of the enumeration.
 std::span<const BudgetItemRow> BudgetItems();
@@ -66,8 +69,8 @@ struct UncertaintyBudget {
 
   const BudgetLine& Of(BudgetItem item) const { return lines[static_cast<std::size_t>(item)]; }
   bool Has(BudgetItem item) const;
-  /// Percent of the value of one parameter.
-  const BudgetLine& RepeatabilityOf(const std::string& name) const;
+  /// Percent of the value of a row: the line of its name with the edition, else of its name, else that of all.
+  const BudgetLine& RepeatabilityOf(const std::string& name, Edition edition) const;
 };
 
 /// Keys and values of a budget.
@@ -78,13 +81,16 @@ struct BudgetRead {
   std::string reason;  ///< why not, going on where the file's name stops; Windows-1252
 };
 
-/// Understands entries or nothing: an unknown key, what is no number from 0 on, or a budget without any line that is
-/// above 0 refuses the whole.
+/// Understands entries or nothing: an unknown key, one that is given twice, what is no number from 0 to the most of its
+/// line, or a budget without any line that is above 0 refuses the whole.
 BudgetRead MakeBudget(const BudgetEntries& entries);
 
 /// Reads the section UNCERTAINTY_BUDGET of an INI file. A spectrum of noise lies in a file of its own, named from the
 /// budget's folder: two numbers a line, wavelength in mm and rms in um; what begins with # or ; is a remark.
 BudgetRead ReadBudget(const std::filesystem::path& path);
+
+/// What ReadBudget of this path would read: the budget and the spectrum that it names. Nothing for an empty path.
+std::vector<std::filesystem::path> FilesOfBudget(const std::filesystem::path& path);
 
 /// The entries that make this budget again, without a file besides.
 BudgetEntries EntriesOf(const UncertaintyBudget& budget);

@@ -24,14 +24,15 @@ using enum BudgetItem;
 
 constexpr std::string_view kStopped = "the trials were stopped";
 
-/// The names of the rows that a repeatability may be told for; configurable rows have none.
-std::vector<std::string> NamesOf(const Document& document, std::size_t count) {
-  std::vector<std::string> names;
+/// What each row repeats by; configurable rows have no line of their own.
+std::vector<const BudgetLine*> RepeatabilitiesOf(const Document& document, const UncertaintyBudget& budget,
+                                                 std::size_t count) {
+  std::vector<const BudgetLine*> lines;
   for (const ParameterDef& row : document.catalogue.rows) {
-    if (row.selected) names.push_back(row.name);
+    if (row.selected) lines.push_back(&budget.RepeatabilityOf(row.name, row.edition));
   }
-  names.resize(count);
-  return names;
+  lines.resize(count, &budget.Of(kRepeatability));
+  return lines;
 }
 
 /// The values of many trials, made by several threads; that of trial t is the same whoever makes it.
@@ -42,7 +43,7 @@ public:
         budget_(budget),
         options_(options),
         value_(ValuesOf(document)),
-        names_(NamesOf(document, value_.size())) {}
+        repeatabilities_(RepeatabilitiesOf(document, budget, value_.size())) {}
 
   /// Empty: done. Otherwise why not.
   std::string Run(int trials, std::optional<BudgetItem> alone = {}) {
@@ -94,7 +95,7 @@ private:
     double* const to = values_.data() + number * value_.size();
     const bool repeats = !alone_ || isRepeatability;
     for (std::size_t row = 0; row < values.size(); ++row) {
-      to[row] = repeats ? values[row] * draws.RepeatabilityFactor(number, names_[row], row) : values[row];
+      to[row] = repeats ? values[row] * draws.RepeatabilityFactor(number, *repeatabilities_[row], row) : values[row];
     }
   }
 
@@ -102,7 +103,7 @@ private:
   const UncertaintyBudget& budget_;
   const TrialOptions& options_;
   const std::vector<double> value_;
-  const std::vector<std::string> names_;
+  const std::vector<const BudgetLine*> repeatabilities_;
   std::optional<BudgetItem> alone_;
   int trials_ = 0;
   std::vector<double> values_;
@@ -160,6 +161,21 @@ MeasurementDeviation DeviationBy(BudgetItem item, double standard) {
       break;
   }
   return deviation;
+}
+
+/// Of the square of a number with mean 0 and deviation 1: the root of its fourth moment minus 1.
+double DeviationOfSquare(Distribution distribution) {
+  switch (distribution) {
+    case Distribution::kUniform:
+      return std::sqrt(0.8);
+    case Distribution::kTriangular:
+      return std::sqrt(1.4);
+    case Distribution::kArcsine:
+      return std::sqrt(0.5);
+    case Distribution::kNormal:
+      break;
+  }
+  return std::numbers::sqrt2;
 }
 
 bool IsOfChance(BudgetItem item) {
@@ -227,12 +243,13 @@ SensitivityOutcome FindSensitivities(const Document& document, const Uncertainty
     const double standard = budget.Of(line.item).standard;
     std::vector<double> contributions(table.Rows());
     if (line.item == kOrientation) {
-      // The cosine's deviation for an angle of mean 0: a square of a normal number has that of the root of 2.
+      // The cosine's deviation for an angle of mean 0.
       MeasurementDeviation turned;
       turned.spacing = BudgetDraws::LengthFactorOf(standard);
       const std::vector<double> values = trial.Values(turned);
       for (std::size_t row = 0; row < values.size(); ++row) {
-        contributions[row] = std::numbers::sqrt2 * std::abs(values[row] - table.Value(row));
+        contributions[row] =
+            DeviationOfSquare(budget.Of(kOrientation).distribution) * std::abs(values[row] - table.Value(row));
       }
     } else if (IsOfChance(line.item)) {
       outcome.reason = table.Run(kTrialsAlone, line.item);

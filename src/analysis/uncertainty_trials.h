@@ -28,8 +28,6 @@ enum class CoverageInterval : std::uint8_t {
 std::string_view IntervalWord(CoverageInterval interval);
 std::optional<CoverageInterval> FindInterval(std::string_view word);
 
-inline constexpr double kCoverage = 0.95;
-
 struct TrialOptions {
   int trials = 1000;
   std::uint64_t seed = 1;
@@ -63,8 +61,8 @@ struct SensitivityOutcome {
 };
 
 /// First order law: half the difference between the values with a line one standard uncertainty up and down. An angle,
-/// which acts by its square, counts by the value at one standard uncertainty times the root of 2; noise and waves of
-/// chance, which have no such derivative, by the deviation of 200 trials with the line alone.
+/// which acts by its square, counts by the value at one standard uncertainty times the deviation of that square; noise
+/// and waves of chance, which have no such derivative, by the deviation of 200 trials with the line alone.
 SensitivityOutcome FindSensitivities(const Document& document, const UncertaintyBudget& budget,
                                      const TrialOptions& options);
 

@@ -128,7 +128,7 @@ int RunAnalyze(const AnalyzeOptions& analyze, const CommonOptions& common) {
   const Environment environment = SystemEnvironment();
   RunFiles clashing{.reads = PathsOf(files),
                     .writes = {PathFromSystemText(analyze.appendTo), PathFromSystemText(analyze.qdas)}};
-  clashing.reads.push_back(PathFromSystemText(analyze.budget));
+  for (auto& file : FilesOfBudget(PathFromSystemText(analyze.budget))) clashing.reads.push_back(std::move(file));
   if (WritesTraceFile(setup->document, environment)) clashing.writes.push_back(environment.traceFile);
   RefuseClash(std::move(clashing), common);
   Call call{.analyze = analyze, .request = RequestOf(common, *setup), .uncertainty = {}};

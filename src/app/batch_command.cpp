@@ -74,9 +74,8 @@ std::optional<Paths> FilesOfList(const std::string& list) {
 /// Throws where a file of the call would destroy another.
 void RefuseClashOf(const BatchOptions& options, const CommonOptions& common, const Paths& files) {
   RunFiles clashing{.reads = files, .writes = {}};
-  for (const std::string& name : {options.filesFrom, options.budget}) {
-    clashing.reads.push_back(PathFromSystemText(name));
-  }
+  clashing.reads.push_back(PathFromSystemText(options.filesFrom));
+  for (auto& file : FilesOfBudget(PathFromSystemText(options.budget))) clashing.reads.push_back(std::move(file));
   for (const std::string& name : {options.parameterFile, options.failuresFile, options.summaryFile, options.qdas}) {
     clashing.writes.push_back(PathFromSystemText(name));
   }

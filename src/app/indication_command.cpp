@@ -243,7 +243,7 @@ int RunIndicatedAnalysis(const AnalyzeOptions& analyze, const CommonOptions& com
   RunFiles clashing{.reads = PathsOf(files),
                     .writes = {PathFromSystemText(analyze.appendTo), PathFromSystemText(analyze.qdas)}};
   const Environment environment = SystemEnvironment();
-  clashing.reads.push_back(PathFromSystemText(analyze.budget));
+  for (auto& file : FilesOfBudget(PathFromSystemText(analyze.budget))) clashing.reads.push_back(std::move(file));
   if (WritesTraceFile(setup->document, environment)) clashing.writes.push_back(environment.traceFile);
   RefuseClash(std::move(clashing), common);
   // What the command line says of class and sections completes what the drawing leaves open.

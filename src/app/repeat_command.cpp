@@ -109,6 +109,9 @@ void PrintOrigin(const FormerResult& former, const std::string& file) {
   std::cout << "Object: made by texturon " << (version != nullptr ? EscapedControls(*version) : "(no version)")
             << " of " << (formerFile != nullptr ? EscapedControls(*formerFile) : "(no file)") << "\nHere: texturon "
             << ProgramVersion() << ", " << EscapedControls(file) << "\n";
+  if (TextAt(object, "input", "sha256") == nullptr) {
+    std::cout << "Whether the file is the same is not known: the object holds no digest of it.\n";
+  }
   if (former.isOfDrawing) std::cout << "What the drawing asks for is not judged again.\n";
 }
 

@@ -63,7 +63,7 @@ int RunWatch(const WatchOptions& options, const CommonOptions& common) {
   }
   ProvenanceCompanion companion(watch.parameterFile, setup->document, RequestOf(common, *setup), environment,
                                 uncertainty ? &*uncertainty : nullptr);
-  RunFiles clashing{.reads = {PathFromSystemText(options.budget)},
+  RunFiles clashing{.reads = FilesOfBudget(PathFromSystemText(options.budget)),
                     .writes = {watch.parameterFile, watch.holdFolder, watch.qdasFile, companion.Path()}};
   if (!watch.singleFile.empty()) clashing.reads.push_back(watch.folder / PathFromSystemText(watch.singleFile));
   if (watch.logsEvents) clashing.writes.push_back(environment.workingFolder / EventLog::kName);

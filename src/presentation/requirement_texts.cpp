@@ -29,7 +29,8 @@ std::optional<double> ExpandedOf(const Document& document, const ParameterDef* r
     if (&each == row) break;
     place += each.selected ? 1 : 0;
   }
-  const bool isKnown = row != nullptr && row->selected && place < known.size() && known[place];
+  const bool isKnown =
+      row != nullptr && row->selected && place < known.size() && known[place] && known[place]->IsDefinedOften();
   return isKnown ? std::optional(known[place]->Expanded()) : std::nullopt;
 }
 

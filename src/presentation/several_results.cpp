@@ -34,7 +34,7 @@ void SeveralResults::Add(const Document& document) {
     }
     held->values.push_back(shown.row.valid ? std::optional(shown.row.value) : std::nullopt);
     const Uncertainties& known = document.results.uncertainties;
-    const bool isKnown = place < known.size() && known[place];
+    const bool isKnown = place < known.size() && known[place] && known[place]->IsDefinedOften();
     held->expanded.push_back(isKnown ? std::optional(known[place]->Expanded()) : std::nullopt);
     ++place;
   }

@@ -104,6 +104,9 @@ private:
       if (piece < pieces.size()) files.reads.push_back(PathFromSystemText(pieces[piece]));
     }
     if (const auto companion = CompanionOf(files.reads.back())) files.reads.push_back(*companion);
+    const std::filesystem::path planFile =
+        kPlanPiece < pieces.size() ? PathFromSystemText(pieces[kPlanPiece]) : std::filesystem::path();
+    for (auto& file : FilesOfBudget(BudgetOf(planFile))) files.reads.push_back(std::move(file));
     const std::filesystem::path log = environment_.workingFolder / EventLog::kName;
     if (!FileClash({files.reads, {log}}).empty()) log_.SwitchOff();
     writesStatus_ = FileClash({files.reads, {StatusFile()}}).empty();
@@ -125,6 +128,20 @@ private:
     }
     if (WritesTraceFile(document_, environment_)) files.writes.push_back(environment_.traceFile);
     clash_ = FileClash(files);
+  }
+
+  /// Beside the plan; empty where it names none.
+  static std::filesystem::path BudgetNamedBy(PlanKeys& plan, const std::filesystem::path& planFile) {
+    const auto name = plan.Text("BudgetFile");
+    if (!name || TrimBlanks(*name).empty()) return {};
+    return planFile.parent_path() / PathFromText(TrimBlanks(*name));
+  }
+  static std::filesystem::path BudgetOf(const std::filesystem::path& planFile) {
+    if (!EqualIgnoringCase(TextFromPath(planFile.extension()), ".INI")) return {};
+    const FileBytes bytes = ReadIniFile(planFile);
+    const IniFile ini(bytes.bytes);
+    PlanKeys plan(ini);
+    return BudgetNamedBy(plan, planFile);
   }
 
   /// With the settings file beside the program, if there is one. What of it was not taken is remarked on.
@@ -196,8 +213,7 @@ private:
       if (known != rules.end()) rule = known->number;
       if (known == rules.end()) plan.RemarkReadAs("DecisionRule", DecisionRuleOf(rule).name);
     }
-    if (const auto name = plan.Text("BudgetFile"); name && !TrimBlanks(*name).empty()) {
-      const std::filesystem::path file = planFile.parent_path() / PathFromText(TrimBlanks(*name));
+    if (const std::filesystem::path file = BudgetNamedBy(plan, planFile); !file.empty()) {
       BudgetRead read = ReadBudget(file);
       if (!read.budget) {
         reason_ = FileSentence(file, read.reason);

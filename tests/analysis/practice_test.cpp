@@ -119,8 +119,13 @@ TEST(Practices, TheirFilesAreUnderstood) {
   }
   EXPECT_EQ(titles.size(), PracticeFiles().size());
   Practice practice = Base();
-  for (const auto& [key, value] :
-       {std::pair("Region", "1,2,3"), {"SpacingUM", "0"}, {"WholeCutoffs", "maybe"}, {"X", "1"}}) {
+  for (const auto& [key, value] : {std::pair("Region", "1,2,3"),
+                                   {"Region", "1e300,0,0,1"},
+                                   {"Region", "0.5,0,0,1"},
+                                   {"Exclude", "1e30,5"},
+                                   {"SpacingUM", "0"},
+                                   {"WholeCutoffs", "maybe"},
+                                   {"X", "1"}}) {
     EXPECT_NE(SetScope(practice, key, value), "") << key;
   }
 }

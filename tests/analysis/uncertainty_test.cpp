@@ -79,8 +79,6 @@ TEST(Uncertainty, ScaleFactorsAreExact) {
   }
 }
 
-// White noise of rms s through the Gaussian filter: the waviness keeps s^2 dx / (sqrt(2) alpha Lc) of its variance, the
-// integral of the transmission's square, and the roughness has 1 - 2 dx / (alpha Lc) + dx / (sqrt(2) alpha Lc) of it.
 // A wave at the cut-off of which the filter leaves one half; a tenth longer it is off by less.
 TEST(Uncertainty, LengthsThatAreOffLeaveTheFiltersWhereTheyAre) {
   const Document document = Analysed(Wave(16000, 800), 1.0, {"Rq"}, [](AnalysisSettings& settings) {
@@ -101,8 +99,27 @@ TEST(Uncertainty, AnotherPlaceHasAnotherTextureOnTheSameForm) {
   const UncertaintyBudget budget = Budget({{"StartPositionMM", "1"}});
   const double moved = RecordTrial(document, budget).Values({.startMM = 1.0}).front();
   EXPECT_NEAR(moved / ValuesOf(document).front(), 1.0, 0.01);
+  // Mirrored twice, or any number of times, it is back.
+  RecordTrial trial(document, budget);
+  EXPECT_EQ(trial.Values({.startMM = 8001.0}).front(), trial.Values({.startMM = 1.0}).front());
+  EXPECT_TRUE(std::isnan(trial.Values({.spacing = 0.0}).front())) << "there is no such record";
+  EXPECT_TRUE(std::isnan(trial.Values({.longCutoff = -0.1}).front()));
 }
 
+// Lengths across the lay are the cosine of the angle, whose square scatters by more or less as its distribution is.
+TEST(Uncertainty, AnglesCountByTheDeviationOfTheirSquare) {
+  const Document document = Analysed(Wave(8000, 100), 0.5, {"Psm"});
+  for (const char* distribution : {"normal", "uniform", "triangular", "arcsine"}) {
+    const UncertaintyBudget budget =
+        Budget({{"OrientationDegrees", "3"}, {"OrientationDegrees.Distribution", distribution}});
+    const double trials = RunTrials(document, budget, {.trials = 4000}).rows[0]->standard;
+    const double firstOrder = FindSensitivities(document, budget, {}).rows[0][0].contribution;
+    EXPECT_NEAR(firstOrder / trials, 1.0, 0.08) << distribution;
+  }
+}
+
+// White noise of rms s through the Gaussian filter: the waviness keeps s^2 dx / (sqrt(2) alpha Lc) of its variance, the
+// integral of the transmission's square, and the roughness has 1 - 2 dx / (alpha Lc) + dx / (sqrt(2) alpha Lc) of it.
 TEST(Uncertainty, WhiteNoiseKeepsWhatTheFilterLeavesOfIt) {
   const double alpha = std::sqrt(std::log(2.0) / kPi);
   const Document document = Analysed(std::vector<double>(8000), 0.5, {"Ra", "Rq", "Wq", "Pq"},
@@ -221,12 +238,19 @@ TEST(UncertaintyBudgets, AreUnderstoodOrRefused) {
   const auto read = [&](const std::string& lines) { return ReadBudget(folder.Write("b.ini", start + lines)); };
   const BudgetRead whole = read(
       "HeightNoiseSpectrumFile=noise.txt\nspacingpercent=0.1\nStraightnessWavelengthMM=3\n"
-      "RepeatabilityPercent.ra=1.2\nRepeatabilityPercent.Ra.Distribution=uniform\nRepeatabilityPercent.Rz=1\n");
+      "RepeatabilityPercent.ra=1.2\nRepeatabilityPercent.Ra.Distribution=uniform\nRepeatabilityPercent.Rz=1\n"
+      "RepeatabilityPercent.Rz/2021=2\nRepeatabilityPercent.Rzx=3\n");
   ASSERT_TRUE(whole.budget) << whole.reason;
   EXPECT_NEAR(whole.budget->Of(BudgetItem::kNoiseSpectrum).standard, 0.005, 1e-15);
-  EXPECT_EQ(whole.budget->RepeatabilityOf("Ra").distribution, Distribution::kUniform);
-  EXPECT_EQ(whole.budget->RepeatabilityOf("Rq").standard, 0.0);
-  EXPECT_EQ(whole.budget->RepeatabilityOf("RzDIN").standard, 1.0) << "by its name on drawings";
+  using enum Edition;
+  EXPECT_EQ(whole.budget->RepeatabilityOf("Ra", k1997).distribution, Distribution::kUniform);
+  EXPECT_EQ(whole.budget->RepeatabilityOf("Ra", k2021).standard, 1.2) << "one line for both editions";
+  EXPECT_EQ(whole.budget->RepeatabilityOf("Rq", k1997).standard, 0.0);
+  EXPECT_EQ(whole.budget->RepeatabilityOf("RzDIN", k1997).standard, 1.0) << "by its name on drawings";
+  EXPECT_EQ(whole.budget->RepeatabilityOf("Rz", k2021).standard, 2.0);
+  EXPECT_EQ(whole.budget->RepeatabilityOf("Rzx", k2021).standard, 3.0);
+  EXPECT_EQ(FilesOfBudget(folder.Write("b.ini", start + "HeightNoiseSpectrumFile=noise.txt\n")).at(1).filename(),
+            "noise.txt");
   EXPECT_EQ(EntriesOf(Budget(EntriesOf(*whole.budget))), EntriesOf(*whole.budget));
   const std::pair<const char*, const char*> refused[] = {
       {"HeightNoise=1\n", "HeightNoise: is no key of a budget"},
@@ -234,6 +258,11 @@ TEST(UncertaintyBudgets, AreUnderstoodOrRefused) {
       {"HeightNoiseUM=-1\n", "is no number from 0 on"},
       {"HeightNoiseUM=1 um\n", "is no number from 0 on"},
       {"HeightNoiseUM=1\nHeightNoiseUM.Distribution=flat\n", "is none of normal"},
+      {"RepeatabilityPercent.R3z/2021=1\n", "R3z/2021: is no key of a budget"},
+      {"HeightNoiseUM=1\nheightnoiseum=2\n", "heightnoiseum: is given twice"},
+      {"SpacingPercent=1e300\n", "is above 100, the most that is taken"},
+      {"RepeatabilityPercent.Ra=101\n", "is above 100"},
+      {"HeightNoiseSpectrum=0.1 1e300\n", "no list of wavelengths"},
       {"HeightNoiseUM=0\n", "no uncertainty above 0"},
       {"HeightNoiseUM=1\nHeightNoiseSpectrumFile=noise.txt\n", "both"},
       {"HeightNoiseSpectrumFile=none.txt\n", "none.txt"},
@@ -273,6 +302,11 @@ TEST(Decisions, FollowTheRule) {
   EXPECT_NEAR(*Decide(row, known, kDecideSimple)->conformity, 0.5, 1e-12);
   row.value = 9.0;
   EXPECT_NEAR(*Decide(row, known, kDecideSimple)->conformity, 0.8413447460685429, 1e-12);
+  row.value = 5.0;
+  const ParameterUncertainty seldom{.standard = 1.0, .trials = 1000, .undefined = 0.06};
+  EXPECT_EQ(Decide(row, seldom, kDecideGuarded)->verdict, kUndecided);
+  EXPECT_EQ(Decide(row, seldom, kDecideGuardedFail)->verdict, kFail);
+  EXPECT_EQ(Decide(row, seldom, kDecideSimple)->verdict, kPass);
   row.value = INFINITY;
   EXPECT_EQ(Decide(row, known, kDecideGuarded)->verdict, kFail);
   row.valid = false;

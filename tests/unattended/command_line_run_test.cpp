@@ -151,6 +151,11 @@ TEST_F(CommandLineRun, JudgesByTheRuleOfThePlan) {
   const RunOutcome refused = Run(plan + "BudgetFile=none.ini\r\n");
   EXPECT_FALSE(refused.done);
   EXPECT_NE(refused.reason.find("none.ini does not exist"), std::string::npos) << refused.reason;
+  folder_.Write("out/RESULTS.S4", "[UNCERTAINTY_BUDGET]\r\nAmplificationPercent=1\r\n");
+  const RunOutcome clash = Run(plan + "BudgetFile=out/RESULTS.S4\r\n");
+  EXPECT_FALSE(clash.done);
+  EXPECT_NE(clash.reason.find("are one file"), std::string::npos) << clash.reason;
+  EXPECT_TRUE(Results().starts_with("[UNCERTAINTY_BUDGET]")) << "the budget is still there";
 }
 
 TEST_F(CommandLineRun, EveryFailureSaysSoAndWritesNoResults) {

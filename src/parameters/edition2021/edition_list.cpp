@@ -19,10 +19,14 @@ constexpr int kFeatureDecimals = 4;
 
 bool IsStartingSelection(const std::vector<ParameterSelection>& selection) {
   static const std::vector<ParameterSelection> start = DefaultSelection();
-  // Which row a limit refers to is of no meaning here.
+  // Which row a limit refers to and how it is shown is of no meaning here.
+  const auto isSame = [](Tolerance a, const Tolerance& b) {
+    a.highlightIfOut = b.highlightIfOut;
+    return a == b;
+  };
   return std::equal(selection.begin(), selection.end(), start.begin(), start.end(),
-                    [](const ParameterSelection& a, const ParameterSelection& b) {
-                      return a.name == b.name && a.selected == b.selected && a.tolerance == b.tolerance;
+                    [&isSame](const ParameterSelection& a, const ParameterSelection& b) {
+                      return a.name == b.name && a.selected == b.selected && isSame(a.tolerance, b.tolerance);
                     });
 }
 

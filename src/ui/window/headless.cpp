@@ -169,7 +169,8 @@ struct HeadlessRequest {
 /// A screenshot, a picture or a report. Returns the exit status.
 int Make(const HeadlessRequest& wanted) {
   std::vector<std::filesystem::path> inputs = {ToPath(wanted.profile), ToPath(wanted.settingsFile),
-                                               ToPath(wanted.layout), ToPath(wanted.budget)};
+                                               ToPath(wanted.layout)};
+  for (auto& file : FilesOfBudget(ToPath(wanted.budget))) inputs.push_back(std::move(file));
   for (const QString& file : wanted.further) inputs.push_back(ToPath(file));
   const std::string clash = ClashOf(inputs, ToPath(wanted.output));
   if (!clash.empty()) return Refuse(FromText(clash), 2);

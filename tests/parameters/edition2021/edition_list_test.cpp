@@ -48,6 +48,9 @@ TEST(OfferedRows, AreThoseOfTheEdition) {
   const std::size_t before = settings.parameters.size();
   EXPECT_GT(OfferedRows(settings).size(), before);
   for (const ParameterSelection& row : OfferedRows(settings)) EXPECT_TRUE(row.selected) << row.name;
+  // How a value beyond its limits is shown chooses no rows.
+  settings.parameters.front().tolerance.highlightIfOut = false;
+  for (const ParameterSelection& row : OfferedRows(settings)) EXPECT_TRUE(row.selected) << row.name;
 }
 
 TEST(EditionList, SaysWhyRowsDifferUnderTheFilterInForce) {
