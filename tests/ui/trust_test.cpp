@@ -60,7 +60,7 @@ TEST_F(Trust, VerdictsOfTheWindowFollowTheRule) {
   settings.analysis.parameters.front().tolerance = {.toleranced = true, .upperLimit = 1e6};
   Doc().ReplaceSettings(settings);
   const auto verdict = [this] { return frame_->View().Heading().Verdict().text(); };
-  EXPECT_EQ(verdict(), "? 1 of 1 toleranced parameters undecided");
+  EXPECT_EQ(verdict(), "? 1 of 1 toleranced parameter undecided");
   const auto cells = [this] { return frame_->ParamView().Grid().Records(); };
   const auto isOpen = [](const CGridCtrl::Record& record) { return record.isUndecided; };
   const QList<CGridCtrl::Record> records = cells();
@@ -74,12 +74,12 @@ TEST_F(Trust, VerdictsOfTheWindowFollowTheRule) {
   ASSERT_NE(window, nullptr);
   window->findChild<QLineEdit*>("AmplificationPercent")->setText("1");
   ASSERT_TRUE(window->Try());
-  EXPECT_TRUE(verdict().endsWith("1 toleranced parameters within tolerance")) << verdict().toStdString();
+  EXPECT_TRUE(verdict().endsWith("1 toleranced parameter within tolerance")) << verdict().toStdString();
   EXPECT_EQ(KnownBudget()->budget.Of(BudgetItem::kAmplification).standard, 1.0);
   EXPECT_EQ(CUncertaintyWindow(Doc(), nullptr).findChild<QLineEdit*>("AmplificationPercent")->text(), "1");
   settings.decision.DecisionRule = kDecideGuardedFail;
   Doc().ReplaceSettings(settings);
-  EXPECT_TRUE(verdict().endsWith("1 toleranced parameters within tolerance")) << "another rule, the same trials";
+  EXPECT_TRUE(verdict().endsWith("1 toleranced parameter within tolerance")) << "another rule, the same trials";
   // Several profiles are judged by the budget that is known now.
   CSeveralWindow several(Doc(), nullptr);
   several.AddFiles({Sample("turned.lmt")});
