@@ -47,6 +47,7 @@ TEST_F(Trust, UncertaintiesStandBesideTheValues) {
   const ParameterUncertainty& u = Doc().document().results.uncertainties.at(index).value();
   EXPECT_NEAR(u.standard / row->row.value, std::sqrt(0.0005), 0.1 * std::sqrt(0.0005));
   EXPECT_EQ(row->ValueAndUncertainty(), row->value + " \xB1 " + row->expanded);
+  EXPECT_EQ(table->currentRow(), static_cast<int>(index)) << "what is looked for first";
   EXPECT_EQ(table->item(static_cast<int>(index), 2)->text(), Readable(FromText(row->expanded)));
   Doc().ComputeAll();
   EXPECT_TRUE(ShownRows(Doc().document())[index].expanded.empty());
@@ -112,6 +113,7 @@ TEST_F(Trust, ComparisonGoesByTheChosenSides) {
   auto* const to = window.findChild<QComboBox*>("to");
   to->setCurrentIndex(to->findData("no-short-wave-filter"));
   ASSERT_EQ(table->topLevelItem(1)->childCount(), 2);
+  EXPECT_NE(table->topLevelItem(0)->text(1), "0") << "what changes stands first";
   EXPECT_EQ(table->topLevelItem(1)->child(0)->text(1), table->topLevelItem(1)->text(1)) << "the only step";
   EXPECT_FALSE(window.UseFile(0, folder_ / "none.ini"));
   EXPECT_TRUE(window.UseFile(0, folder_.Write("lc.ini", "[ANALYSIS]\nLcCutoffMM=0.25\n")));
