@@ -42,7 +42,7 @@ struct AcceptanceResult {
 
 /// Of values in the order in which they were measured. Empty where the row is not toleranced.
 ///
-/// A value is beyond a limit where JudgeValue would fail it. Both limits must be kept; one that is not decides. The 16
+/// A value is beyond a limit where IsWithin says so. Both limits must be kept; one that is not decides. The 16
 /// % rule is kept by the share of all values, or by the short procedure: the first value is at most 70 % of the upper
 /// limit (which must be above 0), or of the first three none, of the first six at most one, of the first twelve at most
 /// two are beyond. Fewer than three values decide by the 70 % alone, or not at all; so does the median. A value that is

@@ -64,10 +64,9 @@ bool IsGuarded(std::int32_t rule) {
 
 std::optional<Decision> Decide(const ParameterDef& row, const std::optional<ParameterUncertainty>& uncertainty,
                                std::int32_t rule) {
-  const std::optional<Verdict> simple = JudgeRow(row);
-  if (!simple) return std::nullopt;
-  Decision decision{*simple == Verdict::kPass ? Acceptance::kPass : Acceptance::kFail, {}};
+  if (!row.valid || !row.tolerance.toleranced) return std::nullopt;
   const LimitsInForce limits = LimitsOf(row.tolerance);
+  Decision decision{IsWithin(row.value, limits) ? Acceptance::kPass : Acceptance::kFail, {}};
   const bool isFinite = std::isfinite(row.value);
   if (uncertainty && isFinite) decision.conformity = ConformityOf(row.value, uncertainty->standard, limits);
   const std::optional<double> margin = MarginOf(row.value, limits);

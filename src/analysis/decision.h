@@ -40,9 +40,9 @@ struct Decision {
 
 /// Of a row's value by a rule of DecisionNumber. Empty where the row has no limits to keep or no value.
 ///
-/// Simple: as JudgeValue. Guarded (ISO 14253-1:2017, with U = 2 u): PASS where the value keeps the limits moved inward
-/// by U, FAIL where it is beyond one moved outward, between them UNDECIDED or, as guarded-fail has it, FAIL. Without
-/// an uncertainty nothing is decided, unless the value is undefined, which fails.
+/// Simple: PASS within the limits. Guarded (ISO 14253-1:2017, with U = 2 u): PASS where the value keeps the limits
+/// moved inward by U, FAIL where it is beyond one moved outward, between them UNDECIDED or, as guarded-fail has it,
+/// FAIL. Without an uncertainty nothing is decided, unless the value is undefined, which fails.
 std::optional<Decision> Decide(const ParameterDef& row, const std::optional<ParameterUncertainty>& uncertainty,
                                std::int32_t rule);
 

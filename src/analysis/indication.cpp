@@ -6,6 +6,7 @@
 #include <cmath>
 #include <iterator>
 #include <limits>
+#include <tuple>
 #include <utility>
 
 #include "analysis/indication_words.h"
@@ -35,6 +36,13 @@ struct RuleWord {
 constexpr RuleWord kRules[] = {
     {"Tmax", AcceptanceRule::kMaximum}, {"T16%", AcceptanceRule::k16Percent}, {"Tmed", AcceptanceRule::kMedian}};
 
+// Items as they are named where they stand twice.
+constexpr std::string_view kShortIndex = "S";
+constexpr std::string_view kLongIndex = "L";
+constexpr std::string_view kSectionLength = "lsc";
+constexpr std::string_view kSectionCount = "nsc";
+constexpr std::string_view kEvaluationLength = "le";
+
 constexpr std::string_view kFilterTypes[] = {"G", "RG", "S", "RS"};
 
 bool IsFilterType(std::string_view word) {
@@ -58,7 +66,7 @@ public:
     while (!words_.IsAtEnd()) {
       if (!ReadItem(requirement)) return false;
     }
-    return true;
+    return AgreeLengths();
   }
 
   /// A lower limit beside an upper one of the same parameter is measured in the same way; what it says itself stands.
@@ -103,6 +111,26 @@ private:
     return false;
   }
 
+  /// Notes that an item is written at the next word; false, with a fault, where it was before.
+  bool IsFirst(std::string_view item) {
+    if (std::find(given_.begin(), given_.end(), item) != given_.end()) {
+      return Fail(std::string(item) + " is written twice");
+    }
+    given_.push_back(item);
+    if (item == kSectionLength || item == kSectionCount || item == kEvaluationLength) lengthsAt_ = words_.Place();
+    return true;
+  }
+
+  /// Sections and evaluation length, if all are written, are the same length.
+  bool AgreeLengths() {
+    constexpr double kRounding = 1e-9;
+    const auto& [section, count, length] = std::tie(written_.sectionMM, written_.sections, written_.lengthMM);
+    if (!section || !count || !length || std::abs(*section * *count - *length) <= kRounding * *length) return true;
+    fault_ = "sections and evaluation length contradict each other";
+    place_ = lengthsAt_;
+    return false;
+  }
+
   bool ReadName(Requirement& requirement) {
     if (words_.IsAtEnd()) return Fail("a parameter is wanted here");
     const Word name = words_.TakeName();
@@ -124,12 +152,14 @@ private:
     const std::string text = words_.Peek();
     for (const RuleWord& rule : kRules) {
       if (!EqualIgnoringCase(rule.word, text)) continue;
+      if (!IsFirst("the rule")) return false;
       requirement.rule = rule.rule;
       requirement.ruleText = rule.word;
       words_.Take();
       return true;
     }
     if (const SettingClass* const found = FindClass(classes_, text)) {
+      if (!IsFirst("the class")) return false;
       written_.chosen = found;
       words_.Take();
       return true;
@@ -142,6 +172,7 @@ private:
       return true;
     }
     if (const auto product = ProductOf(text)) {
+      if (!IsFirst(kSectionLength) || !IsFirst(kSectionCount)) return false;
       written_.sectionMM = product->first;
       written_.sections = product->second;
       words_.Take();
@@ -153,6 +184,7 @@ private:
 
   /// "G 0.8": the short-wave filter first, then the long-wave one.
   bool ReadFilter(Requirement& requirement) {
+    if (!IsFirst(typedFilters_ == 0 ? kShortIndex : kLongIndex)) return false;
     NoteFilterType(words_.Take().text, requirement);
     const auto index = NumberOf(words_.Peek());
     if (!index || !(*index > 0.0)) return Fail("a nesting index in mm is wanted here");
@@ -176,6 +208,7 @@ private:
     // G, S and the like begin a filter where a number follows.
     WordList behind = words_;
     const bool beginsFilter = IsFilterType(behind.Take().text) && NumberOf(behind.Peek());
+    if (value.empty()) return Fail("an association is wanted here");
     if (isLetters(words_.Peek()) && !beginsFilter) {
       take();
       if (NumberOf(words_.Peek())) take();
@@ -189,6 +222,9 @@ private:
     std::string value = text.substr(equals + 1);
     if (key == "f") return ReadForm(std::move(value), requirement);
     const bool isFilter = key == "s" || key == "l";
+    for (const std::string_view item : {kShortIndex, kLongIndex, kSectionLength, kSectionCount, kEvaluationLength}) {
+      if (EqualIgnoringCase(key, item) && !IsFirst(item)) return false;
+    }
     if (isFilter) {
       const std::size_t digit = std::min(value.find_first_of("0123456789.,"), value.size());
       const std::string type = value.substr(0, digit);
@@ -313,7 +349,9 @@ private:
   char letter_ = 'R';
   const EditionRow* row_ = nullptr;
   int typedFilters_ = 0;
-  std::optional<double> upperLimit_;  // that a lower one goes with
+  std::vector<std::string_view> given_;  // items that are written
+  std::size_t lengthsAt_ = 0;            // the last of those on lengths
+  std::optional<double> upperLimit_;     // that a lower one goes with
   std::string fault_;
   std::size_t place_ = 0;
 };

@@ -95,6 +95,9 @@ public:
       }
       const auto product = ProductOf(item.text);
       if (!product) return {requirement_, Quoted(item.text) + " is not understood", item.place};
+      if ((longMM_ && *longMM_ != product->first) || (name_.lengths && *name_.lengths != product->second)) {
+        return {requirement_, Quoted(item.text) + " contradicts what stands before it", item.place};
+      }
       longMM_ = product->first;
       name_.lengths = product->second;
     }
@@ -132,6 +135,8 @@ private:
       name_.hasMaximum = true;
     }
     if (name_.name.empty()) return Fail("a parameter is wanted here", head.place);
+    if (name_.name == "N") return Fail(Quoted(name) + " is none of N1 to N12", head.place);
+    if (name_.lengths && *name_.lengths < 1) return Fail("0 is no number of sampling lengths", head.place);
     return true;
   }
 
@@ -188,6 +193,8 @@ private:
     }
     requirement_.sectionMM = longMM_;
     requirement_.sections = name_.lengths.value_or(kUsualLengths);
+    if (!name_.lengths && lengthMM_ && longMM_)
+      requirement_.sections = std::max(1, RoundToIndex(*lengthMM_ / *longMM_));
     requirement_.lengthMM = lengthMM_;
     if (!lengthMM_ && longMM_) requirement_.lengthMM = LengthOfSections(*longMM_, *requirement_.sections);
     if (!longMM_ && requirement_.missing.empty()) requirement_.missing = "the long-wave cut-off must be written";

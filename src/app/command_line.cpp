@@ -41,6 +41,7 @@ int RunTestPlan(const std::vector<std::string>& arguments) {
 std::vector<std::string> WithTextsLast(std::span<const std::string> arguments) {
   std::vector<std::string> words(arguments.begin(), arguments.end());
   if (words.empty() || words.front() != "indication") return words;
+  if (std::find(words.begin(), words.end(), "--") != words.end()) return words;
   const auto text = std::stable_partition(words.begin(), words.end(),
                                           [](const std::string& word) { return !word.starts_with("-/"); });
   if (text != words.end()) words.insert(text, "--");
@@ -72,6 +73,7 @@ int RunProgram(std::span<const std::string> words) {
   const std::span<const std::string> arguments = words.subspan(words.empty() ? 0 : 1);
   if (IsBatchContract(arguments)) return RunTestPlan({arguments.begin(), arguments.end()});
   CLI::App app{"Surface texture analysis of profiles."};
+  app.allow_windows_style_options(false);  // "/data/part.lmt" is a file on every system
   app.name("texturon");
   app.set_version_flag("--version", "texturon " + ProgramVersionText());
   try {

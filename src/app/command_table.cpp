@@ -181,14 +181,16 @@ void AddAnalyze(CLI::App& command, CommonOptions& common, int& status) {
       .add_option("--append-to", options->appendTo, "add a row a file to a parameter file, which is created if need be")
       ->type_name("CSV");
   AddQdas(command, options->qdas);
-  command
-      .add_option("--indication", options->indication,
-                  "what a drawing asks for: settings, rows, limits and the verdict over the files")
-      ->type_name("TEXT")
-      ->excludes(beside);
+  CLI::Option* const indication =
+      command
+          .add_option("--indication", options->indication,
+                      "what a drawing asks for: settings, rows, limits and the verdict over the files")
+          ->type_name("TEXT")
+          ->excludes(beside);
   CLI::Option* const statistics = command.add_flag("--statistics")
                                       ->description("a column a file, then mean, standard deviation, range and verdict")
-                                      ->excludes(beside);
+                                      ->excludes(beside)
+                                      ->excludes(indication);
   const auto rule = std::make_shared<std::string>();
   command.add_option("--acceptance", *rule, "rule of that verdict (max, or as the settings say)")
       ->type_name("max|16%|median")

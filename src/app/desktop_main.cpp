@@ -14,6 +14,7 @@
 #include "platform/platform.h"
 #include "ui/window/command_icons.h"
 #include "ui/window/headless.h"
+#include "ui/window/screen.h"
 #include "ui/window/start_up.h"
 #include "unattended/command_line_run.h"
 
@@ -21,20 +22,20 @@ namespace {
 
 /// A plan, or three arguments, are a run by test plan: settings, data and a folder. Three profiles, or an option, ask
 /// for a window.
-bool IsTestPlan(int argc, char** argv) {
-  constexpr int kArguments = 4;
-  if (std::any_of(argv + 1, argv + std::max(argc, 1), [](std::string_view text) { return text.starts_with("--"); }))
+bool IsTestPlan(const std::vector<std::string>& arguments) {
+  constexpr std::size_t kArguments = 3;
+  if (std::any_of(arguments.begin(), arguments.end(), [](std::string_view text) { return text.starts_with("--"); }))
     return false;
-  if (argc > 1 && texturon::NamesTestPlan(argv[1])) return true;
-  if (argc != kArguments || argv[1][0] == '-') return false;
+  if (!arguments.empty() && texturon::NamesTestPlan(arguments[0])) return true;
+  if (arguments.size() != kArguments || arguments[0].starts_with('-')) return false;
   std::error_code error;
-  return !std::filesystem::is_regular_file(texturon::PathFromSystemText(argv[3]), error);
+  return !std::filesystem::is_regular_file(texturon::PathFromSystemText(arguments[2]), error);
 }
 
 /// The headless run: needs no screen.
-int RunTestPlan(int argc, char** argv) {
-  const texturon::RunOutcome outcome = texturon::RunCommandLine(
-      texturon::CommandLineText(std::vector<std::string>(argv + 1, argv + argc)), texturon::SystemEnvironment());
+int RunTestPlan(const std::vector<std::string>& arguments) {
+  const texturon::RunOutcome outcome =
+      texturon::RunCommandLine(texturon::CommandLineText(arguments), texturon::SystemEnvironment());
   for (const std::string& remark : outcome.remarks) {
     std::cerr << "texturon-desktop: " << texturon::EscapedControls(texturon::Utf8FromWindows1252(remark)) << '\n';
   }
@@ -49,14 +50,16 @@ int RunTestPlan(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   texturon::LetLargeWritesFail();
-  const bool isHeadless = texturon::IsHeadless(argc, argv);
-  if (!isHeadless && IsTestPlan(argc, argv)) return RunTestPlan(argc, argv);
-  if (isHeadless) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    // Standard error has one sentence or nothing.
-    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
-  }
+  texturon::UseTerminalOfParent();
+  const texturon::CommandWords words(argc, argv);
+  const std::vector<std::string> arguments(words.Texts().begin() + (argc > 0 ? 1 : 0), words.Texts().end());
+  const bool isHeadless = texturon::IsHeadless(arguments);
+  if (!isHeadless && IsTestPlan(arguments)) return RunTestPlan(arguments);
+  // Standard error has one sentence or nothing.
+  if (isHeadless) qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+  texturon::PrepareScreen(isHeadless);
   QApplication application(argc, argv);
+  texturon::SuitStyleToScreen();
   QApplication::setApplicationName("Texturon");
   QApplication::setOrganizationName("Texturon");
   QApplication::setApplicationVersion(QString::fromStdString(texturon::ProgramVersionText()));

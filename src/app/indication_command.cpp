@@ -233,11 +233,12 @@ int RunIndication(const IndicationOptions& options) {
 
 int RunIndicatedAnalysis(const AnalyzeOptions& analyze, const CommonOptions& common) {
   const std::vector<InputFile> files = InputFiles(analyze.files, common);
-  const ClassTable classes = ClassesFrom(common.classTable);
-  std::vector<Requirement> requirements = RequirementsOf(analyze.indication, classes);
   ConsolePrompts prompts({.answersYes = common.answer == "yes", .isQuiet = common.quiet});
   auto setup = PrepareRun(common, prompts);
   if (!setup) return kExitRefused;
+  const std::string& ownTable = setup->document.settings.analysis.standard.ClassTable;
+  const ClassTable classes = ClassesFrom(SystemTextFromPath(PathFromText(ownTable)));
+  std::vector<Requirement> requirements = RequirementsOf(analyze.indication, classes);
   ApplyDecisionRule(analyze, setup->document.settings.decision);
   RunFiles clashing{.reads = PathsOf(files),
                     .writes = {PathFromSystemText(analyze.appendTo), PathFromSystemText(analyze.qdas)}};

@@ -26,14 +26,19 @@ const std::string* TextAt(const JsonValue& object, std::string_view part, std::s
   return value != nullptr ? value->As<std::string>() : nullptr;
 }
 
+struct ResultObjects {
+  std::vector<JsonValue> results;
+  bool areOfDrawing = false;  ///< made for what a drawing asks for
+};
+
 /// The objects of a file, one after another. Empty, with a sentence on standard error, where there is none.
-std::vector<JsonValue> ReadObjects(const std::string& file) {
+ResultObjects ReadObjects(const std::string& file) {
   const FileBytes content = ReadRegularFile(PathFromSystemText(file));
   if (!content.ok()) {
     Complain(file + " " + content.reason + ".");
     return {};
   }
-  std::vector<JsonValue> objects;
+  ResultObjects objects;
   std::string_view rest = content.bytes;
   do {
     JsonRead read = ReadJson(rest);
@@ -41,9 +46,11 @@ std::vector<JsonValue> ReadObjects(const std::string& file) {
       Complain(file + " is not read as JSON: " + read.reason + ".");
       return {};
     }
-    if (read.value->Find("parameters") != nullptr) objects.push_back(std::move(*read.value));
+    // Of several analyses the requirements stand in an object of their own.
+    objects.areOfDrawing = objects.areOfDrawing || read.value->Find("requirements") != nullptr;
+    if (read.value->Find("parameters") != nullptr) objects.results.push_back(std::move(*read.value));
   } while (!rest.empty());
-  if (objects.empty()) Complain(file + " holds no object of analyze --json.");
+  if (objects.results.empty()) Complain(file + " holds no object of analyze --json.");
   return objects;
 }
 
@@ -88,18 +95,25 @@ std::string DifferenceTable(const std::vector<JsonDifference>& differences) {
   return out;
 }
 
-void PrintOrigin(const JsonValue& object, const std::string& file) {
+/// The object that is repeated.
+struct FormerResult {
+  const JsonValue& object;
+  bool isOfDrawing = false;
+};
+
+void PrintOrigin(const FormerResult& former, const std::string& file) {
+  const JsonValue& object = former.object;
   const std::string* const version = TextAt(object, "program", "version");
   const JsonValue* const name = object.Find("file");
   const std::string* const formerFile = name != nullptr ? name->As<std::string>() : nullptr;
   std::cout << "Object: made by texturon " << (version != nullptr ? EscapedControls(*version) : "(no version)")
             << " of " << (formerFile != nullptr ? EscapedControls(*formerFile) : "(no file)") << "\nHere: texturon "
             << ProgramVersion() << ", " << EscapedControls(file) << "\n";
-  if (object.Find("requirements") != nullptr) std::cout << "What the drawing asks for is not judged again.\n";
+  if (former.isOfDrawing) std::cout << "What the drawing asks for is not judged again.\n";
 }
 
 /// Analyses and compares; the exit status.
-int Repeat(const JsonValue& object, const InputFile& file, ConsolePrompts& prompts, ResultRequest& result) {
+int Repeat(const FormerResult& former, const InputFile& file, ConsolePrompts& prompts, ResultRequest& result) {
   const Environment environment = SystemEnvironment();
   Document document = result.setup.document;
   prompts.BeginFile(file.name);
@@ -118,7 +132,7 @@ int Repeat(const JsonValue& object, const InputFile& file, ConsolePrompts& promp
   std::ostringstream text;
   WriteAnalysisJson(text, document, file.name, prompts.Messages(),
                     {.layout = JsonWriter::Layout::kOneLine,
-                     .withProfiles = object.Find("profiles") != nullptr,
+                     .withProfiles = former.object.Find("profiles") != nullptr,
                      .request = &result.request,
                      .uncertaintyRequest = uncertainty ? &*result.uncertainty : nullptr,
                      .uncertainty = uncertainty ? &*uncertainty : nullptr});
@@ -129,8 +143,8 @@ int Repeat(const JsonValue& object, const InputFile& file, ConsolePrompts& promp
     Complain(file.name + ": the result is not read again, " + now.reason + ".");
     return kExitRefused;
   }
-  const JsonComparison comparison = CompareResults(object, *now.value);
-  PrintOrigin(object, file.name);
+  const JsonComparison comparison = CompareResults(former.object, *now.value);
+  PrintOrigin(former, file.name);
   const auto count = [](std::size_t number) { return IntegerText(static_cast<std::int64_t>(number)); };
   if (comparison.differences.empty()) {
     std::cout << "The same: " << count(comparison.figures) << " figures, to the bit.\n";
@@ -146,7 +160,8 @@ int Repeat(const JsonValue& object, const InputFile& file, ConsolePrompts& promp
 
 int RunAgain(const AnalyzeOptions& analyze, const CommonOptions& common) {
   RefuseOptions(analyze, common);
-  const std::vector<JsonValue> objects = ReadObjects(analyze.again);
+  const ResultObjects read = ReadObjects(analyze.again);
+  const std::vector<JsonValue>& objects = read.results;
   if (objects.empty()) return kExitRefused;
   const InputFile file = InputFiles(analyze.files, common).front();
   std::string digest;
@@ -170,8 +185,8 @@ int RunAgain(const AnalyzeOptions& analyze, const CommonOptions& common) {
   const bool hasCore = core != nullptr && core->As<bool>() != nullptr && *core->As<bool>();
   result.setup.document.wanted = {.spectrum = object->Find("profiles") != nullptr,
                                   .heightCurves = false,
-                                  .coreRoughness = hasCore || object->Find("requirements") == nullptr};
-  return FinishOutput(Repeat(*object, file, prompts, result));
+                                  .coreRoughness = hasCore || !read.areOfDrawing};
+  return FinishOutput(Repeat({*object, read.areOfDrawing}, file, prompts, result));
 }
 
 }  // namespace texturon

@@ -5,11 +5,11 @@
 #include <cstring>
 
 // Compiler help for inner loops. A multiversioned function is compiled twice, for the base instruction set and for
-// AVX2, and the loader picks one. Fused multiply-add is left out on purpose: with the same operations in the same order
-// per element every processor gives the same bytes. The loader asks before the thread sanitizer is ready: without it
-// then.
+// AVX2, and the loader picks one, where it is glibc's. Fused multiply-add is left out on purpose: with the same
+// operations in the same order per element every processor gives the same bytes. The loader asks before the thread
+// sanitizer is ready: without it then.
 
-#if defined(__GNUC__) && !defined(__clang__) && defined(__x86_64__) && defined(__linux__) && \
+#if defined(__GNUC__) && !defined(__clang__) && defined(__x86_64__) && defined(__GLIBC__) && \
     !defined(__SANITIZE_THREAD__)
 #define TEXTURON_MULTIVERSION __attribute__((target_clones("avx2", "default")))
 #else

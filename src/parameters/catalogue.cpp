@@ -123,16 +123,8 @@ LimitsInForce LimitsOf(const Tolerance& tolerance) {
           .upper = tolerance.upperLimit};
 }
 
-std::optional<Verdict> JudgeValue(double value, const Tolerance& tolerance) {
-  if (!tolerance.toleranced) return std::nullopt;
-  const LimitsInForce limits = LimitsOf(tolerance);
-  const bool passes = (!limits.upper || value <= *limits.upper) && (!limits.lower || value >= *limits.lower);
-  return passes ? Verdict::kPass : Verdict::kFail;
-}
-
-std::optional<Verdict> JudgeRow(const ParameterDef& row) {
-  if (!row.valid) return std::nullopt;
-  return JudgeValue(row.value, row.tolerance);
+bool IsWithin(double value, const LimitsInForce& limits) {
+  return (!limits.upper || value <= *limits.upper) && (!limits.lower || value >= *limits.lower);
 }
 
 std::string ExternalToCatalogueName(std::string_view external) {

@@ -69,10 +69,9 @@ struct LimitsInForce {
 };
 LimitsInForce LimitsOf(const Tolerance& tolerance);
 
-/// Verdict after these limits: empty where the row is not toleranced. An undefined value (NaN) fails every limit.
-enum class Verdict { kPass, kFail };
-std::optional<Verdict> JudgeValue(double value, const Tolerance& tolerance);
-std::optional<Verdict> JudgeRow(const ParameterDef& row);
+/// Whether a value lies within these limits; an undefined one (NaN) is beyond every limit. What that means for a row is
+/// said by the analysis, which knows the rule.
+bool IsWithin(double value, const LimitsInForce& limits);
 
 // Names as test plans and result files write them. Case counts; a name that is not mapped stands for itself.
 std::string ExternalToCatalogueName(std::string_view external);

@@ -113,6 +113,10 @@ private:
   [[maybe_unused]] unsigned formerCodePage_ = 0;  // of Windows alone
 };
 
+/// Lets a program that has windows write to the terminal that it was started from, where a system keeps such programs
+/// from it. Streams that somebody redirected stay as they are. At the start of a program, before anything is written.
+void UseTerminalOfParent();
+
 std::tm LocalTime(std::time_t time);
 bool ErrorOutputIsTerminal();
 

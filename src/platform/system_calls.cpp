@@ -330,6 +330,14 @@ CommandWords::~CommandWords() {
   if (formerCodePage_ != 0) SetConsoleOutputCP(formerCodePage_);
 }
 
+void UseTerminalOfParent() {
+  const bool hasOutput = GetStdHandle(STD_OUTPUT_HANDLE) != nullptr;
+  const bool hasErrors = GetStdHandle(STD_ERROR_HANDLE) != nullptr;
+  if ((hasOutput && hasErrors) || AttachConsole(ATTACH_PARENT_PROCESS) == 0) return;
+  if (!hasOutput) std::freopen("CONOUT$", "wb", stdout);
+  if (!hasErrors) std::freopen("CONOUT$", "wb", stderr);
+}
+
 #else
 
 namespace {
@@ -502,6 +510,8 @@ void OnRequestToEnd(void (*mark)(int)) {
 CommandWords::CommandWords(int count, char** words) : texts_(words, words + count) {}
 
 CommandWords::~CommandWords() = default;
+
+void UseTerminalOfParent() {}
 
 #endif
 

@@ -7,6 +7,7 @@
 
 #include "base/charset.h"
 #include "base/number_text.h"
+#include "presentation/readable_text.h"
 
 namespace texturon {
 namespace {
@@ -15,7 +16,7 @@ constexpr std::string_view kStyle =
     "body{font:14px/1.4 sans-serif;color:#000;background:#fff;max-width:60em;margin:2em auto;padding:0 1em}"
     "h1{font-size:1.5em;margin:0 0 .5em}h2{font-size:1.05em;margin:1.4em 0 .3em}"
     "table{border-collapse:collapse;width:100%}th,td{text-align:left;padding:.1em .7em .1em 0;vertical-align:top}"
-    "th{border-bottom:1px solid #888}.n{text-align:right;font-variant-numeric:tabular-nums}"
+    "th{border-bottom:1px solid #888}.n{text-align:right;white-space:nowrap;font-variant-numeric:tabular-nums}"
     ".facts th{border:0;width:20%}.two{display:flex;gap:3em;align-items:flex-start}.two table{flex:1}"
     ".fail{background:#fbe3d6;font-weight:bold}.pass{background:#e2f0d9}.open{background:#fff2cc}.verdict{padding:.4em "
     ".7em;font-weight:bold}"
@@ -23,10 +24,10 @@ constexpr std::string_view kStyle =
     "@page{size:A4;margin:15mm}@media print{body{max-width:none;margin:0;padding:0;font-size:9pt}"
     "h2{break-after:avoid}figure,tr{break-inside:avoid}.page{break-before:page}}figure{margin:0}";
 
-/// Windows-1252 as the text of an element or attribute.
-std::string Html(std::string_view text) {
+/// UTF-8 as the text of an element or attribute.
+std::string Escaped(std::string_view text) {
   std::string out;
-  for (const char c : EscapedControls(Utf8FromWindows1252(text))) {
+  for (const char c : EscapedControls(text)) {
     switch (c) {
       case '&':
         out += "&amp;";
@@ -47,8 +48,13 @@ std::string Html(std::string_view text) {
   return out;
 }
 
+/// Windows-1252.
+std::string Html(std::string_view text) {
+  return Escaped(Utf8FromWindows1252(text));
+}
+
 std::string Cell(std::string_view text, bool isNumber = false) {
-  return (isNumber ? "<td class=\"n\">" : "<td>") + Html(text) + "</td>";
+  return (isNumber ? "<td class=\"n\">" : "<td>") + Escaped(ReadableText(Utf8FromWindows1252(text))) + "</td>";
 }
 
 std::string Title(std::string_view text) {

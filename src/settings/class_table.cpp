@@ -35,23 +35,49 @@ void SetLimit(SettingClass& row, std::string_view parameter, double limitUM) {
   row.limits.emplace_back(parameter, limitUM);
 }
 
-/// False for a value that is no number above 0.
-bool TakeEntry(const IniEntry& entry, SettingClass& row) {
+/// Takes a key of a class or the limit of a parameter; what is wrong with it otherwise, a clause.
+std::string_view TakeEntry(const IniEntry& entry, SettingClass& row) {
   const ParsedDouble number = ParseDouble(entry.value);
   if (!number.usable() || number.length == 0 || number.length != entry.value.size() || !(number.value > 0.0)) {
-    return false;
+    return "is no number above 0";
   }
   for (const ClassKey& key : kKeys) {
     if (!EqualIgnoringCase(key.key, entry.key)) continue;
     row.*key.field = number.value;
-    return true;
+    return {};
   }
   if (!EqualIgnoringCase(entry.key, kSectionsKey)) {
+    constexpr std::string_view kLetters = "PWR";
+    if (kLetters.find(UpperAscii(entry.key.front())) == std::string_view::npos) return "is under no key of a class";
     SetLimit(row, entry.key, number.value);
-    return true;
+    return {};
+  }
+  constexpr double kMostSections = 1000.0;
+  if (number.value != std::floor(number.value) || number.value > kMostSections) {
+    return "is no number of sections from 1 to 1000";
   }
   row.sections = RoundToIndex(number.value);
-  return static_cast<double>(row.sections) == number.value;
+  return {};
+}
+
+/// What keeps a class from standing behind those before it, a clause: indices and limits rise from fine to coarse.
+std::string FaultBehind(const ClassTable& before, const SettingClass& row) {
+  if (!(row.longIndexMM > 0.0 && row.shortIndexUM > 0.0)) return "gives no Nic or no Nis for the class " + row.name;
+  if (!(row.shortIndexUM * kMillimetresPerMicrometre < row.longIndexMM)) {
+    return "has a Nis (um) that is not below Nic (mm) in the class " + row.name;
+  }
+  if (!before.empty() && !(row.longIndexMM > before.back().longIndexMM)) {
+    return "has the class " + row.name + " behind " + before.back().name + ", where a larger Nic belongs";
+  }
+  for (const auto& [parameter, limit] : row.limits) {
+    for (const SettingClass& finer : before) {
+      const auto limitBefore = finer.LimitOf(parameter);
+      if (limitBefore && !(limit > *limitBefore)) {
+        return "has a limit of " + parameter + " for " + row.name + " that is not above that for " + finer.name;
+      }
+    }
+  }
+  return {};
 }
 
 }  // namespace
@@ -85,14 +111,14 @@ ClassTableResult ReadClassTable(const std::filesystem::path& path) {
     SettingClass row = known != nullptr ? *known : SettingClass{};
     row.name = header.name;
     for (const IniEntry& entry : file.Entries()) {
-      if (!EqualIgnoringCase(entry.section, header.name) || entry.shadowed || TakeEntry(entry, row)) continue;
+      if (!EqualIgnoringCase(entry.section, header.name) || entry.shadowed) continue;
+      const std::string_view fault = TakeEntry(entry, row);
+      if (fault.empty()) continue;
       return {{},
-              "holds " + Quoted(entry.value) + " for " + std::string(entry.key) + " of " + row.name +
-                  ", which is no number above 0"};
+              "holds " + Quoted(entry.value) + " for " + std::string(entry.key) + " of " + row.name + ", which " +
+                  std::string(fault)};
     }
-    if (!(row.longIndexMM > 0.0 && row.shortIndexUM > 0.0)) {
-      return {{}, "gives no Nic or no Nis for the class " + row.name};
-    }
+    if (std::string fault = FaultBehind(result.classes, row); !fault.empty()) return {{}, std::move(fault)};
     result.classes.push_back(std::move(row));
   }
   if (result.classes.empty()) result.reason = "holds no class";

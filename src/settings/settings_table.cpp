@@ -463,7 +463,8 @@ constexpr auto kTable = std::to_array<SettingKey>({
     {STANDARD(ShortWaveFilter, "spline, gaussian"), "", "filter that takes the short waves off: spline or gaussian", "",
      In(kStandard)},
     {STANDARD(LongWaveFilter, "gaussian, spline, rk, robust, robust-gaussian-2"), "",
-     "filter that separates waviness and roughness, by its word, robust-gaussian-2 among others; empty: by FilterType",
+     "filter that separates waviness and roughness, by its word, robust-gaussian-2 among others; empty: the one chosen "
+     "by number",
      "", In(kStandard)},
     {STANDARD(CoreFilter, "roughness, gaussian, spline, rk, robust, robust-gaussian-2"), "",
      "filter that the core rows of 2021 take their roughness from; roughness: none of their own", "", In(kStandard)},

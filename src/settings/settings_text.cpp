@@ -84,7 +84,8 @@ std::vector<std::string> LoadSettingsText(const IniFile& file, Settings& setting
     const bool isText = binding.type == SettingType::kText;
     if (!isText || IsWordOf(binding, std::get<std::string>(read.value))) binding.set(settings, row, read.value);
     if (const std::string fault = FaultOfSetting(binding, read); !fault.empty()) {
-      remark(fault + "; it is read as " + ShowSetting(binding.type, binding.get(settings, row)));
+      const std::string shown = ShowSetting(binding.type, binding.get(settings, row));
+      remark(fault + "; it is read as " + (shown.empty() ? "nothing" : shown));
     }
   });
   return remarks.Take();

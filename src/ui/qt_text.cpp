@@ -3,13 +3,13 @@
 #include "ui/qt_text.h"
 
 #include <QFontMetrics>
-#include <QRegularExpression>
 #include <QScreen>
 #include <QWidget>
 #include <algorithm>
 
 #include "base/charset.h"
 #include "platform/platform.h"
+#include "presentation/readable_text.h"
 
 namespace texturon {
 
@@ -29,45 +29,11 @@ std::filesystem::path ToPath(const QString& path) {
   return PathFromSystemText(path.toStdString());
 }
 
-namespace {
-
-QString Raised(const QString& digits) {
-  constexpr char16_t kDigits[] = u"\u2070\u00B9\u00B2\u00B3\u2074\u2075\u2076\u2077\u2078\u2079";
-  QString text;
-  for (const QChar digit : digits) text += digit.isDigit() ? QChar(kDigits[digit.digitValue()]) : QChar(0x207B);
-  return text;
-}
-
-/// Replaces every match by what `made` makes of it.
-template <typename Make>
-void Replace(QString& text, const QRegularExpression& pattern, const Make& made) {
-  qsizetype from = 0;
-  for (auto match = pattern.match(text); match.hasMatch(); match = pattern.match(text, from)) {
-    const QString next = made(match);
-    text.replace(match.capturedStart(), match.capturedLength(), next);
-    from = match.capturedStart() + next.size();
-  }
-}
-
-}  // namespace
-
-QString Readable(QString text) {
+QString Readable(const QString& text) {
   // Most numbers of an axis, at every pan.
   const auto isPlain = [](QChar letter) { return letter.isDigit() || letter == '.'; };
   if (std::all_of(text.cbegin(), text.cend(), isPlain)) return text;
-  static const QRegularExpression zero("(?<![\\w.\\-])-(?=0(\\.0*)?(?![\\w.]))");
-  static const QRegularExpression exponent("(?<=[0-9])[eE]([+-]?)0*([0-9]+)(?![\\w.])");
-  static const QRegularExpression unit("\\b(m|mm|\u00B5m|in|\u00B5in)(-?[2-9])\\b");
-  static const QRegularExpression minus("(?<![\\w.\\-])-(?=[0-9])");
-  text.replace(zero, "");
-  Replace(text, exponent, [](const QRegularExpressionMatch& match) {
-    if (match.captured(2) == "0") return QString();
-    return QString::fromUtf8("\u00B710") + Raised((match.captured(1) == "-" ? "-" : "") + match.captured(2));
-  });
-  Replace(text, unit,
-          [](const QRegularExpressionMatch& match) { return match.captured(1) + Raised(match.captured(2)); });
-  text.replace(minus, QString(QChar(0x2212)));
-  return text;
+  return QString::fromStdString(ReadableText(text.toStdString()));
 }
 
 void ResizeInCharacters(QWidget& window, int characters, int lines) {

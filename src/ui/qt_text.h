@@ -20,7 +20,7 @@ std::filesystem::path ToPath(const QString& path);
 
 /// A text of the engine as it is read on a screen: a minus sign for a hyphen before a number, no sign before a zero,
 /// raised figures behind a unit (mm², µm⁻²) and a power of ten for an exponent. Not for what is copied or filed.
-QString Readable(QString text);
+QString Readable(const QString& text);
 
 /// Makes a window so many characters wide and lines high, as far as its screen has room for that.
 void ResizeInCharacters(QWidget& window, int characters, int lines);

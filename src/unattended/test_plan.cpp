@@ -88,8 +88,14 @@ void ReadFilterAndForm(PlanKeys& keys, Family family, Document& document) {
   AnalysisSettings& settings = document.settings.analysis;
   const PassFamily& pass = PassFamilyOf(family);
   settings.standard.LongWaveFilter.clear();
-  if (family == Family::kRk && IsOf2021(settings)) settings.standard.LongWaveFilter = settings.standard.CoreFilter;
   settings.FilterType = family == Family::kRk ? kFilterIso13565 : FilterTypeOf(keys, pass.filterKey);
+  if (family == Family::kRk && IsOf2021(settings)) {
+    if (CoreFilter(settings) != nullptr) {
+      settings.standard.LongWaveFilter = settings.standard.CoreFilter;
+    } else {
+      settings.FilterType = FilterTypeOf(keys, PassFamilyOf(Family::kStandard).filterKey);
+    }
+  }
   settings.LcCutoffMM = CutoffMM(keys, pass.cutoffKey);
   const double ratio = keys.Real(pass.bandwidthRatioKey);
   settings.LsCutoffMM = ratio > 0.0 ? settings.LcCutoffMM / ratio : 0.0;
@@ -159,6 +165,21 @@ public:
     for (std::int32_t i = 0; i < count; ++i) ReadHybrid(std::string(list) + "_" + IntegerText(i));
   }
 
+  /// The feature parameters of the settings. They stand behind the rows of the list, so this comes last.
+  void ReadFeatures() {
+    std::size_t index = settings_.parameters.size();
+    for (const std::string& text : settings_.standard.features) {
+      if (TrimBlanks(text).empty()) continue;
+      const std::size_t own = index++;
+      const EditionName read = ParseEditionName(text);
+      const bool isOfPass = (read.letter == 'W' ? Family::kWaviness : Family::kStandard) == family_;
+      if (!isOfPass || !read.feature) continue;
+      plan_.parameters.push_back({MakeEditionRow(text).NameWithEdition(), ListOf(family_, {&read.letter, 1}),
+                                  PlannedSource::kCatalogue, own, Tolerance{}});
+      ++plan_.detected;
+    }
+  }
+
   PassPlan TakePlan() { return std::move(plan_); }
 
 private:
@@ -206,6 +227,9 @@ private:
     } else if (EqualIgnoringCase(kind, "Htp")) {
       if (!isSupported) return Refuse(hybrid, "WARNING: Only Primary and Roughness Htp's are supported");
       AddHtp(hybrid, isPrimary);
+    } else if (IsOf2021(settings_) && (EqualIgnoringCase(kind, "hsc") || EqualIgnoringCase(kind, "pc"))) {
+      // Its Rpc is no count of peaks, and it has no count of high spots.
+      Refuse(hybrid, "WARNING: Counts at a level are no parameters of the edition of 2021");
     } else if (EqualIgnoringCase(kind, "hsc")) {
       if (!isSupported) return Refuse(hybrid, "WARNING: Only Primary and Roughness hsc's are supported");
       AddLevelRow(hybrid, isPrimary ? "Phsc" : "Rhsc", settings_.*own.highSpotLevelUM);
@@ -320,6 +344,7 @@ std::optional<PassPlan> ReadTestPlan(PlanKeys& keys, Family family, Document& do
   reader.ReadParameters();
   const PassFamily& row = PassFamilyOf(family);
   if (!row.hybridKeys.empty()) reader.ReadHybrids(row.hybridKeys);
+  reader.ReadFeatures();
   PassPlan pass = reader.TakePlan();
   if (family == Family::kWaviness && pass.detected > 0 && !keys.Has("WavFilter")) {
     log("WARNING: Waviness analysis with no filter given");

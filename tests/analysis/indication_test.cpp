@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/number_text.h"
+#include "support/scratch_folder.h"
 
 namespace texturon {
 namespace {
@@ -69,6 +70,8 @@ TEST(Indication, MeansWhatTheDrawingSays) {
       {"0.8-8/Wt 10", {"2002 U Wt 10 16% - | 8 800 | 8 x 5 = 40"}},
       {"-8/Wt 10", {"2002 U Wt 10 16% - | 8 - | 8 x 5 = 40 !"}},
       {"Rk8 1", {"2002 U Rk 1 16% - | - - | - x 8 = - !"}},
+      {"-0.8/8/Ra 3", {"2002 U Ra 3 16% - | 0.8 2.5 | 0.8 x 10 = 8"}},
+      {"-0.8/Ra3 3 0.8x3", {"2002 U Ra 3 16% - | 0.8 2.5 | 0.8 x 3 = 2.4"}},
       {"N7", {"2002 U Ra 1.6 16% - | 0.8 2.5 | 0.8 x 5 = 4"}},
       {"ISO 1302:2002 Ra 1.6 0.8x3", {"2002 U Ra 1.6 16% - | 0.8 2.5 | 0.8 x 3 = 2.4"}},
       {"ISO21920 Rmrk1 10 Sc3", {"2021 U Rmrk1 10 Tmax Sc3 | 0.8 2.5 | 0.8 x 5 = 4"}},
@@ -117,12 +120,37 @@ TEST(Indication, PointsAtWhatItDoesNotUnderstand) {
       {"Rz 3 nsc=2.5", 9},
       {"N7 x", 3},
       {"R: FC; P; None; All; Count 3", 0},
+      {"Rz 3 Tmax T16%", 10},
+      {"Rz 3 Sc2 Sc3", 9},
+      {"Rz 3 L=0.8 G 0.0025 G 2.5", 20},
+      {"Rz 3 le=4 0.8x3", 10},
+      {"Rz 3 0.8x3 nsc=3", 11},
+      {"Rz 3 F=", 7},
+      {"Rz0 3", 0},
+      {"N13", 0},
+      {"-0.8/Ra3 3 2.5x3", 11},
   };
   for (const auto& [text, place] : cases) {
     const IndicationResult read = ReadIndication(text, BuiltInClasses());
     EXPECT_NE(read.fault, "") << text;
     EXPECT_EQ(read.place, place) << text << ": " << read.fault;
     EXPECT_TRUE(read.requirements.empty());
+  }
+}
+
+TEST(ClassTableFile, IsRefusedWhereItIsInNoOrder) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"[Sc3]\nRq=2.5\n[Sc4]\nRq=13\n", ""},
+      {"[Sc4]\nRq=5\n[Sc3]\nRq=1\n", "has the class Sc3 behind Sc4, where a larger Nic belongs"},
+      {"[Sc2]\nRq=3\n[Sc3]\n[Sc4]\nRq=2\n", "has a limit of Rq for Sc4 that is not above that for Sc2"},
+      {"[Sc3]\nNis=900\n", "has a Nis (um) that is not below Nic (mm) in the class Sc3"},
+      {"[Sc3]\nSpaceing=1\n", "holds \"1\" for Spaceing of Sc3, which is under no key of a class"},
+      {"[Sc3]\nSections=2000\n", "holds \"2000\" for Sections of Sc3, which is no number of sections from 1 to 1000"},
+      {"[Sc3]\nRq=2,5\n", "holds \"2,5\" for Rq of Sc3, which is no number above 0"},
+  };
+  const ScratchFolder folder;
+  for (const auto& [text, reason] : cases) {
+    EXPECT_EQ(ReadClassTable(folder.Write("classes.ini", text)).reason, reason) << text;
   }
 }
 

@@ -81,6 +81,28 @@ TEST(Uncertainty, ScaleFactorsAreExact) {
 
 // White noise of rms s through the Gaussian filter: the waviness keeps s^2 dx / (sqrt(2) alpha Lc) of its variance, the
 // integral of the transmission's square, and the roughness has 1 - 2 dx / (alpha Lc) + dx / (sqrt(2) alpha Lc) of it.
+// A wave at the cut-off of which the filter leaves one half; a tenth longer it is off by less.
+TEST(Uncertainty, LengthsThatAreOffLeaveTheFiltersWhereTheyAre) {
+  const Document document = Analysed(Wave(16000, 800), 1.0, {"Rq"}, [](AnalysisSettings& settings) {
+    settings.FilterType = kFilterGaussian;
+    settings.LcCutoffMM = 0.8;
+  });
+  const UncertaintyBudget budget = Budget({{"SpacingPercent", "1"}});
+  const double longer = RecordTrial(document, budget).Values({.spacing = 1.1}).front();
+  EXPECT_NEAR(longer / ValuesOf(document).front(), (1.0 - std::exp2(-1.0 / 1.21)) / 0.5, 1e-3);
+}
+
+// Ten waves further on along a slope the texture is the same.
+TEST(Uncertainty, AnotherPlaceHasAnotherTextureOnTheSameForm) {
+  std::vector<double> heights = Wave(4000, 100);
+  for (std::size_t i = 0; i < heights.size(); ++i) heights[i] += 0.01 * static_cast<double>(i);
+  const Document document =
+      Analysed(heights, 1.0, {"Pa"}, [](AnalysisSettings& settings) { settings.FormRemovalType = kFormLine; });
+  const UncertaintyBudget budget = Budget({{"StartPositionMM", "1"}});
+  const double moved = RecordTrial(document, budget).Values({.startMM = 1.0}).front();
+  EXPECT_NEAR(moved / ValuesOf(document).front(), 1.0, 0.01);
+}
+
 TEST(Uncertainty, WhiteNoiseKeepsWhatTheFilterLeavesOfIt) {
   const double alpha = std::sqrt(std::log(2.0) / kPi);
   const Document document = Analysed(std::vector<double>(8000), 0.5, {"Ra", "Rq", "Wq", "Pq"},

@@ -46,8 +46,10 @@ TEST(Provenance, AnObjectIsEnoughToRepeatItsAnalysis) {
       {table, "--spacing", "2.5", "--set", "ANALYSIS.LcCutoffMM=0.08"},
       {Sample("turned.lmt"), "--edition", "both", "--feature", "P: FC; D; Wolfprune 5 %; All; HDh; Mean"},
       // An open side of a drawing's limits is infinite.
-      {Sample("turned.lmt"), "--indication", "U Ra 1.6 | L Ra 1", "--sections", "4", "--budget", budget, "--trials",
-       "20", "--decision-rule", "guarded"},
+      {Sample("turned.lmt"), "--indication", "L Ra 1", "--sections", "4", "--budget", budget, "--trials", "20",
+       "--decision-rule", "guarded"},
+      // Two analyses, and the requirements in an object of their own.
+      {Sample("turned.lmt"), "--indication", "Rz 8 | Ra 3 Sc2", "--sections", "4"},
   };
   for (std::vector<std::string> call : calls) {
     const std::string file = call.front();

@@ -36,6 +36,9 @@ private:
 };
 
 TEST(Elementary, IsRightToLittleMoreThanHalfAUnitInTheLastPlace) {
+#ifdef _WIN32
+  GTEST_SKIP() << "the library's own functions of wide numbers are no measure there; the bits are those of Linux";
+#endif
   // The other side has 64 bits of mantissa: it adds 0.0005 units itself.
   Draws draw;
   const struct {

@@ -84,7 +84,7 @@ TEST(House, ArrowsPointDown) {
 
 // A verdict that somebody makes by himself would not follow the decision rule.
 TEST(House, VerdictsAreSaidInOnePlace) {
-  const std::regex judges("\\b(JudgeRow|JudgeValue|AcceptLimit|Accept)\\(");
+  const std::regex judges("\\b(IsWithin|AcceptLimit|Accept)\\(");
   for (const char* folder : {"src", "python"}) {
     for (const fs::path& path : SourcesBelow(folder)) {
       const std::string name = path.stem().string();

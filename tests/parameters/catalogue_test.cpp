@@ -56,29 +56,29 @@ TEST(WorkingList, GivesUnknownNamesTheUnitOfTheirSuffix) {
   EXPECT_EQ(MakeWorkingList(std::vector<ParameterSelection>(200)).rows.size(), 128u);
 }
 
-TEST(Verdicts, FollowTheLimits) {
+TEST(Limits, HoldWhatLiesWithin) {
   struct Case {
     bool toleranced, bilateral;
     double lower, upper, value;
-    std::optional<Verdict> verdict;
+    bool isWithin;
   };
   const Case cases[] = {
-      {false, false, 0, 1, 5, std::nullopt},
-      {true, false, 0, 1, 1, Verdict::kPass},
-      {true, false, 0, 1, 1.001, Verdict::kFail},
-      {true, false, 0, 0, 9, Verdict::kPass},
-      {true, true, 0, 0, 9, Verdict::kPass},
-      {true, true, 1, 2, 0.5, Verdict::kFail},
-      {true, true, 1, 2, 2.5, Verdict::kFail},
-      {true, true, 1, 2, 2.0, Verdict::kPass},
-      {true, true, -1, 0, 0.5, Verdict::kFail},
-      {true, true, 0, 1, std::nan(""), Verdict::kFail},
-      {true, false, 0, 1, std::nan(""), Verdict::kFail},
+      {false, false, 0, 1, 5, true},
+      {true, false, 0, 1, 1, true},
+      {true, false, 0, 1, 1.001, false},
+      {true, false, 0, 0, 9, true},
+      {true, true, 0, 0, 9, true},
+      {true, true, 1, 2, 0.5, false},
+      {true, true, 1, 2, 2.5, false},
+      {true, true, 1, 2, 2.0, true},
+      {true, true, -1, 0, 0.5, false},
+      {true, true, 0, 1, std::nan(""), false},
+      {true, false, 0, 1, std::nan(""), false},
   };
   for (const Case& c : cases) {
     const Tolerance tolerance{
         .toleranced = c.toleranced, .bilateral = c.bilateral, .upperLimit = c.upper, .lowerLimit = c.lower};
-    EXPECT_EQ(JudgeValue(c.value, tolerance), c.verdict) << c.value << " in " << c.lower << " to " << c.upper;
+    EXPECT_EQ(IsWithin(c.value, LimitsOf(tolerance)), c.isWithin) << c.value << " in " << c.lower << " to " << c.upper;
   }
 }
 

@@ -35,15 +35,17 @@ TEST(Platform, ReplacesAFileAndLeavesNothingBeside) {
   const fs::path file = folder.Write("a.ini", "a long old content");
   constexpr fs::perms kMode = fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read;
   fs::permissions(file, kMode);
+  const fs::perms mode = fs::status(file).permissions();  // some systems know fewer rights
   ASSERT_TRUE(ReplaceFile(file, "new").ok());
   EXPECT_EQ(folder.Read("a.ini"), "new");
-  EXPECT_EQ(fs::status(file).permissions(), kMode);
+  EXPECT_EQ(fs::status(file).permissions(), mode);
   ASSERT_TRUE(ReplaceFile(folder / "b.ini", "created").ok());
   EXPECT_EQ(folder.Read("b.ini"), "created");
   EXPECT_EQ(folder.FileCount(), 2U);
 }
 
 TEST(Platform, ReplacesTheTargetOfALink) {
+  TEXTURON_NEEDS_POSIX();
   const ScratchFolder folder;
   folder.Write("target", "old");
   fs::create_symlink("target", folder / "middle");
@@ -55,6 +57,7 @@ TEST(Platform, ReplacesTheTargetOfALink) {
 }
 
 TEST(Platform, RefusedReplacementsLeaveEverything) {
+  TEXTURON_NEEDS_POSIX();
   const ScratchFolder folder;
   EXPECT_EQ(ReplaceFile(folder.path(), "x").reason, "is a directory");
   EXPECT_FALSE(ReplaceFile(folder / "none" / "a.ini", "x").ok());
@@ -64,6 +67,7 @@ TEST(Platform, RefusedReplacementsLeaveEverything) {
 }
 
 TEST(Platform, SideFilesFollowNoLink) {
+  TEXTURON_NEEDS_POSIX();
   const ScratchFolder folder;
   const fs::path target = folder.Write("target", "precious");
   fs::create_symlink(target, folder / "link");
@@ -80,6 +84,7 @@ TEST(Platform, SideFilesFollowNoLink) {
 
 // Names that others may have put something under: a link, a second name of a file of ours, a folder.
 TEST(Platform, NamesOfOurOwnNeverLeadElsewhere) {
+  TEXTURON_NEEDS_POSIX();
   const ScratchFolder folder;
   const fs::path target = folder.Write("target", "precious");
   const auto plant = [&] {
@@ -148,7 +153,8 @@ TEST(Platform, PathsAndTextsKeepTheirLetters) {
 
 TEST(Platform, EnvironmentKnowsWhereTheProgramLies) {
   const Environment environment = SystemEnvironment();
-  EXPECT_TRUE(fs::exists(environment.programFolder / "platform_test"));
+  EXPECT_TRUE(fs::exists(environment.programFolder / "platform_test") ||
+              fs::exists(environment.programFolder / "platform_test.exe"));
   EXPECT_TRUE(fs::is_directory(environment.temporaryFolder));
   EXPECT_EQ(environment.workingFolder, fs::current_path());
   EXPECT_GE(environment.localTime().tm_year, 124);

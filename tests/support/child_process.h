@@ -17,8 +17,9 @@ namespace texturon {
 
 #ifdef _WIN32
 
-/// First line of a test that cannot be where a process has no copy of itself, no named pipe or no limit of file sizes.
-#define TEXTURON_NEEDS_POSIX() GTEST_SKIP() << "needs fork, pipes with a name or limits"
+/// First line of a test that cannot be where a process has no copy of itself, no named pipe, no limit of file sizes, or
+/// the library cannot make symbolic links.
+#define TEXTURON_NEEDS_POSIX() GTEST_SKIP() << "needs fork, symbolic links, pipes with a name or limits"
 
 inline int StartChild(const std::function<int()>& /*work*/) {
   return -1;

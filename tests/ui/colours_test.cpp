@@ -72,19 +72,5 @@ TEST(Colours, StandOutFromTheirGroundAndFromEachOther) {
   EXPECT_GE(Contrast(UndecidedGround(), Qt::white), 4.5);
 }
 
-TEST(Signs, AreThoseOfPrint) {
-  const std::pair<const char*, const char*> cases[] = {{"-0.1666", "\u22120.1666"},
-                                                       {"-0.000", "0.000"},
-                                                       {"X1 -0.0001 mm  dX -0", "X1 \u22120.0001 mm  dX 0"},
-                                                       {"mm2", "mm\u00B2"},
-                                                       {"\u00B5m-2", "\u00B5m\u207B\u00B2"},
-                                                       {"5.55898e-001", "5.55898\u00B710\u207B\u00B9"},
-                                                       {"2e+06 mm", "2\u00B710\u2076 mm"},
-                                                       {"1e+00", "1"},
-                                                       {"Plateau-honed; X-2, m20", "Plateau-honed; X-2, m20"},
-                                                       {"part-7e5.lmt", "part-7e5.lmt"}};
-  for (const auto& [text, shown] : cases) EXPECT_EQ(Readable(text).toStdString(), shown) << text;
-}
-
 }  // namespace
 }  // namespace texturon

@@ -4,10 +4,12 @@
 
 #include "platform/append_file.h"
 #include "support/small_profiles.h"
+#include "ui/colours.h"
 #include "ui/folders/auto_loading.h"
 #include "ui/folders/folder_batch_window.h"
 #include "ui/sheets/setting_field.h"
 #include "ui/tables/grid_ctrl.h"
+#include "ui/trust/known_budget.h"
 #include "ui/window_fixture.h"
 
 namespace texturon {
@@ -167,6 +169,30 @@ TEST_F(BatchWindow, ShowsEveryFileInOrderWithVerdictAndStatistics) {
       QString::fromUtf8("File\tResult\tPt / µm\tRa / µm\n000.lmt\tanalysed\t1.0000\t")));
   emit Child<QTableView>(*window_, "files").activated(results.index(3, 0));
   EXPECT_EQ(InForce().profiles.sourcePath, TextFromPath(folder_ / "in/003.lmt"));
+}
+
+// U is 2 % of Pt: from 1.13 to 1.17 it reaches over the limit of 1.15.
+TEST_F(BatchWindow, JudgesByTheBudgetThatIsKnown) {
+  Settings settings = InForce().settings;
+  settings.decision.DecisionRule = kDecideGuarded;
+  Doc().ReplaceSettings(settings);
+  window_->ChooseFolder(folder_ / "in");
+  Click();
+  Wait();
+  EXPECT_TRUE(State().contains("no value with limits is decided")) << State().toStdString();
+  const CBatchResults& results = window_->Results();
+  EXPECT_EQ(results.data(results.index(0, 1), Qt::DisplayRole), "1 undecided");
+  KeepBudget({{"AmplificationPercent", "1"}});
+  Click();
+  Wait();
+  EXPECT_TRUE(State().contains("AmplificationPercent 1")) << State().toStdString();
+  ASSERT_EQ(results.rowCount(), kFiles);
+  for (const auto& [row, text] : {std::pair(12, "analysed"), std::pair(13, "1 undecided"), std::pair(17, "1 undecided"),
+                                  std::pair(18, "1 out of tolerance")}) {
+    EXPECT_EQ(results.data(results.index(row, 1), Qt::DisplayRole), text) << row;
+  }
+  const QColor ground = results.data(results.index(13, 2), Qt::BackgroundRole).value<QColor>();
+  EXPECT_EQ(ground, UndecidedGround());
 }
 
 TEST_F(BatchWindow, GoesOnWhereItWasStopped) {

@@ -126,12 +126,12 @@ TEST_F(CommandLineRun, ReadsEverySectionAndTellsWhatHasNoEffect) {
                 "[Waviness]\r\nParameters=Wa;Ra\r\nRa_Max=0.1\r\nWavCutOffLength=0.02\r\n[Rk]\r\nParameter=Rk\r\n"))));
 }
 
-// Heights of 1 and -1 um with U = 2 %: limits within that of Pa, Pt and the ratio row are undecided.
+// Heights of 1 and -1 um with U = 2 %: limits that Pt and the row of ratios keep by less are undecided.
 TEST_F(CommandLineRun, JudgesByTheRuleOfThePlan) {
   folder_.Write("b.ini", "[UNCERTAINTY_BUDGET]\r\nAmplificationPercent=1\r\n");
   const std::string plan =
       "[a]\r\nParameters=Pa,Pt,Pq\r\nFormOption=0\r\nMaxHybrids=1\r\nHybrids_0_Type=PHtp\r\nHybrids_0_Val1=10\r\n"
-      "Hybrids_0_Val2=90\r\nPHtp_Checked=1\r\nPHtp_Max=2.01\r\nPa_Checked=1\r\nPa_Max=1.1\r\nPt_Checked=1\r\n"
+      "Hybrids_0_Val2=90\r\nPHtp_Checked=1\r\nPHtp_Max=2.03\r\nPa_Checked=1\r\nPa_Max=1.1\r\nPt_Checked=1\r\n"
       "Pt_Max=2.01\r\nPq_Checked=1\r\nPq_Max=0.9\r\n";
   const auto results = [&](const std::string& keys) {
     const RunOutcome outcome = Run(plan + keys);
@@ -193,6 +193,7 @@ TEST_F(CommandLineRun, NoEarlierStatusOutlivesItsRunInAFolderThatTakesNoFile) {
 
 // What others may have put under the names that a run chooses.
 TEST_F(CommandLineRun, NamesOfItsOwnNeverLeadElsewhere) {
+  TEXTURON_NEEDS_POSIX();
   namespace fs = std::filesystem;
   fs::create_directory(folder_ / "out");
   for (const bool isHard : {false, true}) {
@@ -223,6 +224,7 @@ TEST_F(CommandLineRun, AStatusThatCannotBeWrittenIsSaidAndResultsStand) {
 }
 
 TEST_F(CommandLineRun, AnOutputThatIsAnInputIsNotWritten) {
+  TEXTURON_NEEDS_POSIX();
   namespace fs = std::filesystem;
   const std::string data = folder_.Read("S1234.prf");
   fs::create_directory(folder_ / "out");
@@ -294,6 +296,20 @@ TEST_F(CommandLineRun, NamesOfTheEditionOf2021SayIt) {
           .done);
   for (const char* const line : {"Result = FAIL\r\nRp/2021 = 1.000 um\r\n", "\r\nRdc(10;80)/2021 = 2.000 um\r\n",
                                  "\r\nRzz/2021 = ****\r\n", "RK : ROBUST-GAUSSIAN-2/0.8000", "\r\nRk/2021 = "}) {
+    EXPECT_TRUE(Results().find(line) != std::string::npos) << line << Results();
+  }
+}
+
+TEST_F(CommandLineRun, AnswersForTheFeaturesOfTheSettings) {
+  folder_.Write("program/Texturon.ini",
+                "[STANDARD]\r\nFeatures=2\r\nFeature00=W: FC; D; None; All; Count; Sum\r\n"
+                "Feature01=R: FC; D; None; All; PVh; Mean\r\nCoreFilter=roughness\r\n");
+  ASSERT_TRUE(Run("[a]\r\nEdition=2021\r\nParameters=Ra,Rk\r\nFormOption=0\r\nMaxHybrids=2\r\n"
+                  "Hybrids_0_Type=Rpc\r\nHybrids_0_Val1=0.5\r\nHybrids_1_Type=Rhsc\r\n")
+                  .done);
+  for (const char* const line : {"\r\nRa/2021 = 1.000 um\r\n", "\r\nR: FC; D; None; All; PVh; Mean/2021 = 1.000 um\r\n",
+                                 "WAVINESS : GAUSSIAN/0.8000", "\r\nW: FC; D; None; All; Count; Sum/2021 = ",
+                                 "\r\nRpc = ****\r\n", "\r\nRhsc = ****\r\n", "RK : GAUSSIAN/0.8000"}) {
     EXPECT_TRUE(Results().find(line) != std::string::npos) << line << Results();
   }
 }

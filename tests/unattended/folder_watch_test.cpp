@@ -243,6 +243,7 @@ TEST_F(FolderWatch, NamesOfAnyBytesAreRememberedAndOurOwnFilesLeftAlone) {
 }
 
 TEST_F(FolderWatch, TheWatchedFolderIsNoHoldFolder) {
+  TEXTURON_NEEDS_POSIX();
   {
     const AppendFile other(folder_ / "in/.texturon-watch-lock");
     EXPECT_NE(WatchUntil([] { return true; }).find("is watched already"), std::string::npos);
@@ -285,6 +286,7 @@ WatchEntry Planted(const std::filesystem::path& rows) {
 
 // Where others may write, only what is this user's own and of this run is obeyed.
 TEST_F(FolderWatch, ObeysNoBooksThatSomebodyElseMayHavePutThere) {
+  TEXTURON_NEEDS_POSIX();
   const std::string rows = "\"Time\", \"Source\", \"Identification\", \"Settings\"\r\n";
   for (const bool hasState : {false, true}) {
     environment_.stateFolder = hasState ? folder_ / "home/state" : std::filesystem::path();

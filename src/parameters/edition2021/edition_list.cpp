@@ -9,6 +9,7 @@
 #include "base/text.h"
 #include "parameters/edition2021/feature_rows.h"
 #include "parameters/suffix_table.h"
+#include "settings/filter_table.h"
 
 namespace texturon {
 namespace {
@@ -26,8 +27,10 @@ bool IsStartingSelection(const std::vector<ParameterSelection>& selection) {
 }
 
 /// A name that stands in the older edition too, with why the rows differ.
-std::string_view DifferenceOf(const EditionName& name) {
-  return name.row != nullptr && name.arguments.empty() ? name.row->difference : std::string_view();
+std::string_view DifferenceOf(const EditionName& name, const AnalysisSettings& settings) {
+  if (name.row == nullptr || !name.arguments.empty()) return {};
+  const bool isOnRoughness = name.row->ofCore && CoreFilter(settings) == nullptr;
+  return isOnRoughness ? name.row->roughnessDifference : name.row->difference;
 }
 
 void Append(ParameterCatalogue& list, ParameterDef row, const ParameterCatalogue& former) {
@@ -105,7 +108,7 @@ ParameterCatalogue ListOfBoth(const AnalysisSettings& settings, const ParameterC
     }
     if (!isNew) continue;
     ParameterDef row = SelectedRow(selection);
-    if (isOld) row.difference = DifferenceOf(ParseEditionName(selection.name));
+    if (isOld) row.difference = DifferenceOf(ParseEditionName(selection.name), settings);
     Append(list, std::move(row), former);
   }
   if (isAll) AppendAll(list, former);
@@ -153,7 +156,9 @@ ParameterCatalogue MakeEditionList(const AnalysisSettings& settings, const Param
       list = ListOfBoth(settings, former);
       break;
   }
-  for (const std::string& feature : settings.standard.features) Append(list, MakeEditionRow(feature), former);
+  for (const std::string& feature : settings.standard.features) {
+    if (!TrimBlanks(feature).empty()) Append(list, MakeEditionRow(feature), former);
+  }
   return list;
 }
 

@@ -42,13 +42,15 @@ struct Rest {
   std::size_t leastArguments = 0;
   bool ofCore = false;
   std::string_view difference = {};
+  std::string_view roughnessDifference = {};
   bool needsClass = true;
 };
 
 constexpr EditionRow Row(std::string_view suffix, const RowKind& kind, std::string_view definition, Trust trust,
                          const OlderRow& older, EditionRoutine routine, const Rest& rest = {}) {
-  return {suffix,  kind.quantity,  kind.format,         definition,  trust,           older,
-          routine, rest.arguments, rest.leastArguments, rest.ofCore, rest.difference, rest.needsClass};
+  return {suffix,         kind.quantity,  kind.format,         definition,  trust,           older,
+          routine,        rest.arguments, rest.leastArguments, rest.ofCore, rest.difference, rest.roughnessDifference,
+          rest.needsClass};
 }
 
 constexpr std::string_view kSections =
@@ -57,6 +59,7 @@ constexpr std::string_view kSections =
 constexpr std::string_view kOtherFilter = "the roughness comes from the robust regression filter";
 constexpr std::string_view kOtherCurve =
     "the roughness comes from the robust regression filter, and the curve is straight between its points";
+constexpr std::string_view kStraightCurve = "the curve is straight between its points";
 constexpr std::string_view kTwoDirections =
     "thresholds of 10 % of Rp and of Rv in place of those of Rz and of the sampling length, in two directions";
 
@@ -115,11 +118,13 @@ constexpr EditionRow kRows[] = {
     Row("dc", kHeight, "Height between the material ratios p and q.", kTwoSources,
         {kNear, "RHtp", "the rows with two ratios"}, HeightBetweenRatios, {.arguments = "p, q", .leastArguments = 2}),
     Row("k", kHeight, "Height of the core.", kTwoSources, {kEqual, "Rk", kOtherFilter}, CoreHeight,
-        {.ofCore = true, .difference = kOtherFilter}),
+        {.ofCore = true, .difference = kOtherFilter, .roughnessDifference = kSameDefinition}),
     Row("pk", kHeight, "Reduced height of the hills above the core, 2 Rak1 / Rmrk1.", kTwoSources,
-        {kNear, "Rpk", kOtherCurve}, ReducedHillHeight, {.ofCore = true, .difference = kOtherCurve}),
+        {kNear, "Rpk", kOtherCurve}, ReducedHillHeight,
+        {.ofCore = true, .difference = kOtherCurve, .roughnessDifference = kStraightCurve}),
     Row("vk", kHeight, "Reduced depth of the dales below the core, 2 Rak2 / (100 - Rmrk2).", kTwoSources,
-        {kNear, "Rvk", kOtherCurve}, ReducedDaleDepth, {.ofCore = true, .difference = kOtherCurve}),
+        {kNear, "Rvk", kOtherCurve}, ReducedDaleDepth,
+        {.ofCore = true, .difference = kOtherCurve, .roughnessDifference = kStraightCurve}),
     Row("pkx", kHeight, "Height of the highest point above the core.", kTwoSources, {kNear, "Rpk*", kOtherCurve},
         GreatestHillAboveCore, {.ofCore = true}),
     Row("vkx", kHeight, "Depth of the lowest point below the core.", kTwoSources, {kNear, "Rvk*", kOtherCurve},

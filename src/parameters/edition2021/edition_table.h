@@ -56,6 +56,8 @@ struct EditionRow {
   bool ofCore = false;              ///< of the roughness that the filter for the core gives
   /// Why it differs from the row of the same name of the edition before; empty: there is none.
   std::string_view difference = {};
+  /// The same where the core rows are computed on the roughness itself.
+  std::string_view roughnessDifference = {};
   bool needsClass = true;  ///< on a drawing: the limit alone does not fix the settings
 
   std::size_t MostArguments() const;

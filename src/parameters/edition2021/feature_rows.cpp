@@ -140,6 +140,9 @@ const std::vector<Dale>& PrunedDales(const EditionInput& row, const FeatureParam
 
 Defined<std::vector<double>> FeatureAttributes(const EditionInput& row, const FeatureParameter& feature) {
   if (DalesOf(row, feature.ofHills, kNoPruning, 0.0).empty()) return NoValue{Why::kNoFeature};
+  const bool isByRz = feature.pruning && *feature.pruning != FeatureAttribute::kWidth && feature.threshold &&
+                      feature.threshold->isPercent;
+  if (const auto& heights = SectionHeightsOf(row); isByRz && !heights) return heights.Reason();
   const std::vector<Dale>& dales = PrunedDales(row, feature);
   const auto kept = SignificantOnes(row, feature, dales);
   if (!kept) return kept.Reason();

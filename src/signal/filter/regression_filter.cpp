@@ -95,17 +95,15 @@ public:
   bool Run(std::span<const double> d, std::span<double> line) {
     sums_.Make(d, z_);
     SolveNodes(sums_, numerators_.data(), determinants_.data());
+    sums_.Quotients(numerators_, determinants_, line);
     std::size_t terms = 0;
     const std::size_t thinning = sums_.Thinning();
     for (std::size_t first = 0, cell = 0; first < line.size(); first += thinning, ++cell) {
       const std::span<double> out = line.subspan(first, std::min(thinning, line.size() - first));
       const std::size_t node = cell + sums_.NodesBefore();
       const std::size_t next = thinning == 1 ? node : node + 1;
-      if (determinants_[node] > kLeastDeterminant && determinants_[next] > kLeastDeterminant) {
-        sums_.QuotientBetween(numerators_, determinants_, cell, out);
-      } else if (!RunCell(d, cell, out, terms)) {
-        return false;
-      }
+      const bool isTrusted = determinants_[node] > kLeastDeterminant && determinants_[next] > kLeastDeterminant;
+      if (!isTrusted && !RunCell(d, cell, out, terms)) return false;
     }
     return true;
   }
@@ -176,7 +174,7 @@ void Iterate(Regression& regression, std::span<const double> z, std::vector<doub
   int shown = 0;
   result.stop = RegressionStop::kPassLimit;
   while (result.passes < kRegressionPassLimit) {
-    if (!(limit > kRounding * heightRange)) {
+    if (heightRange == 0.0 || !(limit > kRounding * heightRange)) {
       result.stop = RegressionStop::kNoScale;
       return;
     }
@@ -216,13 +214,19 @@ RegressionResult RobustRegressionFilter(std::span<const double> z, std::span<dou
   std::vector<double> centred(z.begin(), z.end());
   for (double& height : centred) height -= mean;
   const auto [lowest, highest] = std::minmax_element(centred.begin(), centred.end());
-  const double heightRange = *highest - *lowest;
+  // Weights and heights are transformed together and must not differ by orders of magnitude. Exact in both directions.
+  constexpr int kMostExponent = 1000;
+  int exponent = 0;
+  std::frexp(*highest - *lowest, &exponent);
+  exponent = std::clamp(exponent, -kMostExponent, kMostExponent);
+  const double heightRange = std::ldexp(*highest - *lowest, -exponent);
+  for (double& height : centred) height = std::ldexp(height, -exponent);
   Regression regression(centred, spacingUM, cutoffMM);
   std::vector<double> line(z.size());
   if (!regression.Run(std::vector<double>(z.size(), 1.0), line)) return result;
   result.range = IndexRange::FromCount(0, static_cast<std::int32_t>(z.size()));
   Iterate(regression, centred, line, heightRange, progress, result);
-  for (std::size_t i = 0; i < z.size(); ++i) w[i] = line[i] + mean;
+  for (std::size_t i = 0; i < z.size(); ++i) w[i] = std::ldexp(line[i], exponent) + mean;
   return result;
 }
 

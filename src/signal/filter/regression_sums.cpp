@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <utility>
 
 #include "base/elementary.h"
 #include "base/four_doubles.h"
@@ -93,6 +94,25 @@ void SpreadCell(const double* d, const double* z, std::size_t count, const doubl
   }
 }
 
+/// out[c] = sum over the nodes of values[c + m] times row[m].
+TEXTURON_MULTIVERSION
+void Correlate(const double* values, const double* row, std::size_t count, double* out) {
+  std::size_t c = 0;
+  for (; c + kFour <= count; c += kFour) {
+    FourDoubles sum = {};
+    for (std::size_t m = 0; m < kNodes; ++m) {
+      FourDoubles four;
+      LoadFour(values + c + m, four);
+      AddProduct(sum, row[m], four);
+    }
+    StoreFour(out + c, sum);
+  }
+  for (; c < count; ++c) {
+    out[c] = 0.0;
+    for (std::size_t m = 0; m < kNodes; ++m) out[c] += row[m] * values[c + m];
+  }
+}
+
 /// The polynomial through sixteen nodes at one point.
 double AtPoint(const double* nodes, const double* row) {
   double sum = 0.0;
@@ -124,8 +144,7 @@ RegressionSums::RegressionSums(std::size_t n, double spacingUM, double cutoffMM)
       thinning_(ThinningOf(n, CutoffPoints(spacingUM, cutoffMM))),
       before_(thinning_ > 1 ? kBefore : 0),
       nodes_(thinning_ > 1 ? (n - 1) / thinning_ + kNodes : n),
-      plan_(*RealFftPlan::Make(
-          QuickRealLength(nodes_ + ExtentOf(nodes_, thinning_, CutoffPoints(spacingUM, cutoffMM))))) {
+      plan_(*FftPlan::Make(QuickRealLength(nodes_ + ExtentOf(nodes_, thinning_, CutoffPoints(spacingUM, cutoffMM))))) {
   const double stepInReaches = 1.0 / (kRegressionReach * CutoffPoints(spacingUM, cutoffMM));
   double sum = 0.0;
   weights_.reserve(reach_ + 1);
@@ -145,66 +164,114 @@ RegressionSums::RegressionSums(std::size_t n, double spacingUM, double cutoffMM)
       }
     }
   }
-  const std::size_t lines = plan_.length() / 2 + 1;
-  for (auto* const spectrum : {&re_[0], &re_[1], &im_[0], &im_[1], &productRe_, &productIm_}) spectrum->resize(lines);
-  for (auto& row : spread_) row.resize(plan_.length());
+  for (Pair* const pair : {&spread_, &weightsSpectrum_, &heightsSpectrum_, &product_}) {
+    pair->re.resize(plan_.length());
+    pair->im.resize(plan_.length());
+  }
   for (auto& row : sums_) row.resize(plan_.length());
-  MakeSpectra(stepInReaches, sum, ExtentOf(nodes_, thinning_, CutoffPoints(spacingUM, cutoffMM)));
+  MakeFactors(stepInReaches, sum, ExtentOf(nodes_, thinning_, CutoffPoints(spacingUM, cutoffMM)));
 }
 
-void RegressionSums::MakeSpectra(double stepInReaches, double weightsSum, std::size_t extent) {
+void RegressionSums::MakeFactors(double stepInReaches, double weightsSum, std::size_t extent) {
   const std::size_t length = plan_.length();
-  std::vector<double> wrapped(length);
-  for (std::size_t j = 0; j < kRegressionMoments; ++j) {
+  const auto n = static_cast<double>(length);  // what a transform there and back leaves
+  const auto wrap = [&](std::size_t power, std::vector<double>& wrapped) {
     std::fill(wrapped.begin(), wrapped.end(), 0.0);
     for (std::size_t i = 0; i <= extent; ++i) {
       const auto points = static_cast<double>(i * thinning_);
       const double x = points * stepInReaches;
-      const double weight = Exp2(-std::numbers::pi * std::numbers::log2e * x * x) / weightsSum;
-      const double value = weight * Power(points * step_, j);
+      const double weight = Exp2(-std::numbers::pi * std::numbers::log2e * x * x) / weightsSum / n;
+      const double value = weight * Power(points * step_, power);
       // The sum at k takes node k + i with the distance +i: a convolution with the mirrored weights.
       if (i > 0) wrapped[length - i] = value;
-      wrapped[i] = i > 0 && j % 2 == 1 ? -value : value;
+      wrapped[i] = i > 0 && power % 2 == 1 ? -value : value;
     }
-    plan_.Forward(wrapped, productRe_, productIm_);
-    spectra_[j] = j % 2 == 0 ? productRe_ : productIm_;  // even weights have a real transform, odd an imaginary one
+  };
+  const auto transform = [&] {
+    plan_.Forward(product_.re, product_.im, product_.re, product_.im);
+    return product_.re;
+  };
+  wrap(0, product_.re);
+  wrap(1, product_.im);
+  factor01_ = transform();
+  wrap(2, product_.re);
+  wrap(3, product_.im);
+  factor23_ = transform();
+  for (auto& [power, factor] : {std::pair(std::size_t{2}, &factor2_), std::pair(std::size_t{4}, &factor4_)}) {
+    wrap(power, product_.re);
+    std::fill(product_.im.begin(), product_.im.end(), 0.0);
+    *factor = transform();
+  }
+}
+
+void RegressionSums::SpreadOnEverySecond(std::span<const double> d, std::span<const double> z) {
+  // The weights are those of the middle between two nodes, the same from either side.
+  const double* const row = nodeWeights_.data() + kNodes;
+  const std::size_t n = d.size();
+  odd_.assign(nodes_ + kNodes, 0.0);
+  for (std::size_t i = 1; i < n; i += 2) odd_[kNodes - 1 + i / 2] = d[i];
+  Correlate(odd_.data(), row, nodes_, spread_.re.data());
+  for (std::size_t i = 1; i < n; i += 2) odd_[kNodes - 1 + i / 2] *= z[i];
+  Correlate(odd_.data(), row, nodes_, spread_.im.data());
+  for (std::size_t i = 0; i < n; i += 2) {
+    spread_.re[kBefore + i / 2] += d[i];
+    spread_.im[kBefore + i / 2] += d[i] * z[i];
   }
 }
 
 void RegressionSums::Spread(std::span<const double> d, std::span<const double> z) {
   const std::size_t n = d.size();
-  for (auto& row : spread_) std::fill(row.begin(), row.end(), 0.0);
+  if (thinning_ == 2) return SpreadOnEverySecond(d, z);
   if (thinning_ == 1) {
     for (std::size_t i = 0; i < n; ++i) {
-      spread_[0][i] = d[i];
-      spread_[1][i] = d[i] * z[i];
+      spread_.re[i] = d[i];
+      spread_.im[i] = d[i] * z[i];
     }
     return;
   }
+  for (auto* const row : {&spread_.re, &spread_.im}) std::fill(row->begin(), row->end(), 0.0);
   for (std::size_t first = 0, cell = 0; first < n; first += thinning_, ++cell) {
     SpreadCell(d.data() + first, z.data() + first, std::min(thinning_, n - first), nodeWeights_.data(),
-               spread_[0].data() + cell, spread_[1].data() + cell);
+               spread_.re.data() + cell, spread_.im.data() + cell);
   }
 }
 
-void RegressionSums::Convolve(bool isOfHeights, std::size_t power, std::vector<double>& sums) {
-  const std::vector<double>& re = re_[isOfHeights ? 1 : 0];
-  const std::vector<double>& im = im_[isOfHeights ? 1 : 0];
-  const std::vector<double>& factor = spectra_[power];
-  for (std::size_t i = 0; i < factor.size(); ++i) {
-    productRe_[i] = power % 2 == 0 ? re[i] * factor[i] : -im[i] * factor[i];
-    productIm_[i] = power % 2 == 0 ? im[i] * factor[i] : re[i] * factor[i];
-  }
-  plan_.Inverse(productRe_, productIm_, sums);
+void RegressionSums::TransformBack(std::size_t realSum, std::size_t imaginarySum) {
+  // With the parts exchanged a transform goes back.
+  plan_.Forward(product_.im, product_.re, sums_[imaginarySum], sums_[realSum]);
 }
 
 void RegressionSums::Make(std::span<const double> d, std::span<const double> z) {
+  const std::size_t length = plan_.length();
   Spread(d, z);
-  for (std::size_t i = 0; i < spread_.size(); ++i) plan_.Forward(spread_[i], re_[i], im_[i]);
-  for (std::size_t sum = 0; sum < kRegressionSums; ++sum) {
-    const bool isOfHeights = sum >= kRegressionMoments;
-    Convolve(isOfHeights, isOfHeights ? sum - kRegressionMoments : sum, sums_[sum]);
+  // Both are real: the halves that are and are not their own mirrored conjugate.
+  plan_.Forward(spread_.re, spread_.im, product_.re, product_.im);
+  auto& [wRe, wIm] = weightsSpectrum_;
+  auto& [hRe, hIm] = heightsSpectrum_;
+  for (std::size_t k = 0; k < length; ++k) {
+    const std::size_t mirrored = k == 0 ? 0 : length - k;
+    wRe[k] = 0.5 * (product_.re[k] + product_.re[mirrored]);
+    wIm[k] = 0.5 * (product_.im[k] - product_.im[mirrored]);
+    hRe[k] = 0.5 * (product_.im[k] + product_.im[mirrored]);
+    hIm[k] = 0.5 * (product_.re[mirrored] - product_.re[k]);
   }
+  const auto multiply = [&](const Pair& spectrum, const std::vector<double>& factor) {
+    for (std::size_t k = 0; k < length; ++k) {
+      product_.re[k] = spectrum.re[k] * factor[k];
+      product_.im[k] = spectrum.im[k] * factor[k];
+    }
+  };
+  multiply(weightsSpectrum_, factor01_);
+  TransformBack(0, 1);
+  multiply(weightsSpectrum_, factor23_);
+  TransformBack(2, 3);
+  multiply(heightsSpectrum_, factor01_);
+  TransformBack(kRegressionMoments, kRegressionMoments + 1);
+  for (std::size_t k = 0; k < length; ++k) {
+    product_.re[k] = wRe[k] * factor4_[k] - hIm[k] * factor2_[k];
+    product_.im[k] = wIm[k] * factor4_[k] + hRe[k] * factor2_[k];
+  }
+  TransformBack(4, kRegressionMoments + 2);
 }
 
 void RegressionSums::Between(std::span<const double> values, std::size_t cell, std::span<double> out) const {
@@ -214,18 +281,27 @@ void RegressionSums::Between(std::span<const double> values, std::size_t cell, s
   }
 }
 
-void RegressionSums::QuotientBetween(std::span<const double> above, std::span<const double> below, std::size_t cell,
-                                     std::span<double> out) const {
-  const double* const numerators = above.data() + cell;
-  const double* const denominators = below.data() + cell;
+void RegressionSums::Quotients(std::span<const double> above, std::span<const double> below, std::span<double> out) {
+  const std::size_t n = out.size();
+  const std::size_t cells = (n - 1) / thinning_ + 1;
   if (thinning_ == 1) {
-    out[0] = numerators[0] / denominators[0];
-  } else if (thinning_ % kFour == 0 && out.size() == thinning_) {
-    InterpolateQuotient(numerators, denominators, nodeWeightsOf_.data(), thinning_, out.data());
+    for (std::size_t i = 0; i < n; ++i) out[i] = above[i] / below[i];
+  } else if (thinning_ == 2) {
+    oddAbove_.resize(cells);
+    oddBelow_.resize(cells);
+    Correlate(above.data(), nodeWeights_.data() + kNodes, cells, oddAbove_.data());
+    Correlate(below.data(), nodeWeights_.data() + kNodes, cells, oddBelow_.data());
+    for (std::size_t i = 0; i < n; i += 2) out[i] = above[kBefore + i / 2] / below[kBefore + i / 2];
+    for (std::size_t i = 1; i < n; i += 2) out[i] = oddAbove_[i / 2] / oddBelow_[i / 2];
   } else {
-    for (std::size_t r = 0; r < out.size(); ++r) {
-      const double* const row = nodeWeights_.data() + r * kNodes;
-      out[r] = AtPoint(numerators, row) / AtPoint(denominators, row);
+    for (std::size_t cell = 0; cell < n / thinning_; ++cell) {
+      InterpolateQuotient(above.data() + cell, below.data() + cell, nodeWeightsOf_.data(), thinning_,
+                          out.data() + cell * thinning_);
+    }
+    for (std::size_t i = n / thinning_ * thinning_; i < n; ++i) {
+      const double* const row = nodeWeights_.data() + i % thinning_ * kNodes;
+      const std::size_t cell = i / thinning_;
+      out[i] = AtPoint(above.data() + cell, row) / AtPoint(below.data() + cell, row);
     }
   }
 }

@@ -7,7 +7,7 @@
 #include <span>
 #include <vector>
 
-#include "signal/fft/real_fft.h"
+#include "signal/fft/fft.h"
 
 namespace texturon {
 
@@ -33,7 +33,7 @@ public:
   std::size_t NodesBefore() const { return before_; }
   std::size_t Nodes() const { return nodes_; }
 
-  /// The sums for the robust weights d and heights z at all nodes.
+  /// The sums for the robust weights d and heights z, both of the order of 1, at all nodes.
   void Make(std::span<const double> d, std::span<const double> z);
   /// Of what Make made.
   std::span<const double> Sum(std::size_t sum) const { return sums_[sum]; }
@@ -41,9 +41,8 @@ public:
   /// out[r] = the polynomial through values at the nodes, r points behind the first one of a cell; no more points than
   /// the cell has.
   void Between(std::span<const double> values, std::size_t cell, std::span<double> out) const;
-  /// The quotient of two such polynomials.
-  void QuotientBetween(std::span<const double> above, std::span<const double> below, std::size_t cell,
-                       std::span<double> out) const;
+  /// The quotients of two such polynomials at all points of the record.
+  void Quotients(std::span<const double> above, std::span<const double> below, std::span<double> out);
 
   /// The sums of a point by definition.
   RegressionPoint AddUp(std::size_t k, std::span<const double> d, std::span<const double> z) const;
@@ -51,9 +50,16 @@ public:
   std::size_t Reach() const { return reach_; }
 
 private:
-  void MakeSpectra(double stepInReaches, double weightsSum, std::size_t extent);
+  /// Real and imaginary parts.
+  struct Pair {
+    std::vector<double> re, im;
+  };
+
+  void MakeFactors(double stepInReaches, double weightsSum, std::size_t extent);
   void Spread(std::span<const double> d, std::span<const double> z);
-  void Convolve(bool isOfHeights, std::size_t power, std::vector<double>& sums);
+  void SpreadOnEverySecond(std::span<const double> d, std::span<const double> z);
+  /// The transform back of product_ is two sums.
+  void TransformBack(std::size_t realSum, std::size_t imaginarySum);
 
   std::size_t reach_;
   double step_;  ///< u from point to point
@@ -63,12 +69,14 @@ private:
   std::vector<double> weights_;
   std::vector<double> nodeWeights_;    ///< a row for every point of a cell
   std::vector<double> nodeWeightsOf_;  ///< a row for every node
-  RealFftPlan plan_;
-  std::array<std::vector<double>, kRegressionMoments> spectra_;
+  FftPlan plan_;
+  // Even weights have real transforms and odd ones imaginary ones: the transform of one plus i times the next is real,
+  // and so two sums come from a product by real numbers and one transform.
+  std::vector<double> factor01_, factor23_, factor2_, factor4_;
   std::array<std::vector<double>, kRegressionSums> sums_;
-  std::array<std::vector<double>, 2> spread_;  ///< weights, and heights times weights, at the nodes
-  std::array<std::vector<double>, 2> re_, im_;
-  std::vector<double> productRe_, productIm_;
+  Pair spread_;  ///< weights, and heights times weights, at the nodes
+  Pair weightsSpectrum_, heightsSpectrum_, product_;
+  std::vector<double> odd_, oddAbove_, oddBelow_;  ///< of the points between nodes
 };
 
 }  // namespace texturon

@@ -391,7 +391,8 @@ void CFolderBatchWindow::ShowOutcome() {
   if (!outcome_.reason.empty()) text += " " + EngineText(outcome_.reason);
   if (!outcome_.next.empty()) text += " " + tr("Stopped before %1.").arg(FromPath(outcome_.next.filename()));
   for (const std::string& remark : remarks_) text += " " + EngineText(remark);
-  state_->setText(text);
+  if (budget_) text += " " + BudgetInUse(settings_.settings.decision);
+  state_->setText(text.trimmed());
   bar_->setRange(0, std::max(static_cast<int>(outcome_.total), 1));
   bar_->setValue(outcome_.complete() ? bar_->maximum() : results_->rowCount());
   ShowSummary(summary);

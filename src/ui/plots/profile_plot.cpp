@@ -76,6 +76,7 @@ void DrawFeatures(CClickableProfileGraph& graph, const Document& document, Profi
   faint.setAlphaF(kFaint);
   for (const bool ofHills : {true, false}) {
     const FeatureMarks marks = FeatureMarksOf(document, kind, ofHills);
+    if (marks.extremes.empty()) continue;  // a profile without such rows has no legend of them
     const auto shape = ofHills ? QCPScatterStyle::ssTriangle : QCPScatterStyle::ssTriangleInverted;
     // Many side by side would hide the profile.
     const double pixels = marks.extremes.size() > kMany ? kPixelsOfMany : kMarkPixels;

@@ -231,6 +231,11 @@ void CSeveralWindow::AddFile(const std::filesystem::path& file) {
   }
 }
 
+void CSeveralWindow::Tell(const QString& sentences) {
+  state_->setText(sentences);
+  state_->setVisible(!sentences.isEmpty());
+}
+
 void CSeveralWindow::NoteDoubt(const QString& name, const QString& reason) {
   if (!reason.isEmpty()) faults_ << tr("%1 has no uncertainty: %2.").arg(name, reason);
 }
@@ -279,7 +284,7 @@ void CSeveralWindow::AskForReport() {
                                          .proposal = {}});
   if (!file) return;
   QString reason;
-  state_->setText(WriteReportFile(*file, reason) ? tr("Wrote %1").arg(FromPath(*file)) : reason);
+  Tell(WriteReportFile(*file, reason) ? tr("Wrote %1").arg(FromPath(*file)) : reason);
 }
 
 void CSeveralWindow::AlignChosenHere() {
@@ -288,7 +293,7 @@ void CSeveralWindow::AlignChosenHere() {
   const std::vector<OverlaidProfile> overlay = Overlay(shown);
   const auto at = std::find(shown.begin(), shown.end(), static_cast<std::size_t>(std::max(row, 0)));
   if (row < 0 || at == shown.end()) {
-    state_->setText(tr("Choose a profile in the list first."));
+    Tell(tr("Choose a profile in the list first."));
     return;
   }
   const bool metric = doc_.document().settings.display.Metric;
@@ -403,8 +408,8 @@ void CSeveralWindow::DrawOverlay() {
   if (wantsBand && !overlay.empty() && curves.size() == overlay.size()) {
     text += " " + tr("The profiles have no stretch in common.");
   }
-  state_->setText(text.trimmed());
-  state_->setVisible(!state_->text().isEmpty());
+  text += " " + BudgetInUse(doc_.document().settings.decision);
+  Tell(text.trimmed());
 }
 
 void CSeveralWindow::LabelCursors() {

@@ -58,6 +58,7 @@ private:
 
   QLayout* MakeChoices();
   void AddFile(const std::filesystem::path& file);
+  void Tell(const QString& sentences);
   void NoteDoubt(const QString& name, const QString& reason);
   void RemoveChosen();
   void AlignChosenHere();

@@ -2,10 +2,12 @@
 
 #include "ui/trust/known_budget.h"
 
+#include <QObject>
 #include <QSettings>
 #include <QStringList>
 #include <utility>
 
+#include "analysis/decision.h"
 #include "ui/qt_text.h"
 
 namespace texturon {
@@ -36,6 +38,13 @@ std::optional<UncertaintyRequest> KnownBudget() {
   BudgetRead read = MakeBudget(entries);
   if (!read.budget) return std::nullopt;
   return UncertaintyRequest{.budget = std::move(*read.budget)};
+}
+
+QString BudgetInUse(const DecisionSettings& decision) {
+  if (!IsGuarded(decision.DecisionRule) || !KnownBudget()) return {};
+  QStringList lines;
+  for (const auto& [key, value] : KnownBudgetEntries()) lines << FromText(key + " " + value);
+  return QObject::tr("Verdicts go by the budget that was tried last: %1.").arg(lines.join(", "));
 }
 
 }  // namespace texturon

@@ -2,9 +2,11 @@
 
 #pragma once
 
+#include <QString>
 #include <optional>
 
 #include "analysis/uncertainty_json.h"
+#include "settings/decision_settings.h"
 
 namespace texturon {
 
@@ -15,5 +17,8 @@ void KeepBudget(const BudgetEntries& entries);
 /// Empty where none was tried.
 BudgetEntries KnownBudgetEntries();
 std::optional<UncertaintyRequest> KnownBudget();
+
+/// Which budget the verdicts of a rule go by: a sentence; empty where the rule needs none or none is known.
+QString BudgetInUse(const DecisionSettings& decision);
 
 }  // namespace texturon

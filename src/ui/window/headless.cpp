@@ -101,6 +101,7 @@ std::string ClashOf(const std::vector<std::filesystem::path>& inputs, const std:
 /// Writes a picture of the window; the sentence that says why not, or nothing.
 QString WriteScreenshot(CMainFrame& frame, const QString& file) {
   // Whatever size the screen in memory has.
+  if (QGuiApplication::platformName() != "offscreen") frame.setAttribute(Qt::WA_DontShowOnScreen);
   frame.resize(1200, 800);
   frame.show();
   // What is laid out once may ask for another round.
@@ -229,8 +230,8 @@ int Make(const HeadlessRequest& wanted) {
 
 }  // namespace
 
-bool IsHeadless(int argc, char** argv) {
-  return std::any_of(argv + 1, argv + std::max(argc, 1), [](std::string_view argument) {
+bool IsHeadless(const std::vector<std::string>& arguments) {
+  return std::any_of(arguments.begin(), arguments.end(), [](std::string_view argument) {
     argument = argument.substr(0, argument.find('='));
     return std::find(std::begin(kOptions), std::end(kOptions), argument) != std::end(kOptions);
   });

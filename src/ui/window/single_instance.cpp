@@ -29,7 +29,9 @@ CSingleInstance::CSingleInstance(const QString& name, QObject* parent) : QObject
 
 QString CSingleInstance::UsualName() {
   const QByteArray session =
-      (QDir::homePath() + '\n' + qEnvironmentVariable("WAYLAND_DISPLAY", qEnvironmentVariable("DISPLAY"))).toUtf8();
+      (QDir::homePath() + '\n' +
+       qEnvironmentVariable("WAYLAND_DISPLAY", qEnvironmentVariable("DISPLAY", qEnvironmentVariable("SESSIONNAME"))))
+          .toUtf8();
   return "texturon-" + QCryptographicHash::hash(session, QCryptographicHash::Sha256).toHex().left(16);
 }
 
@@ -46,7 +48,7 @@ bool CSingleInstance::HandOverOrListen(const QStringList& files) {
   const QString socketName = SocketOf(name_);
   if (socketName.isEmpty()) return false;
   // Of two starts at once one listens before the other asks.
-  QLockFile turn(socketName + ".lock");
+  QLockFile turn(QDir::temp().filePath(socketName + ".lock"));  // a whole path stays one
   turn.tryLock(kPatienceMS);
   const Answer answer = HandOver(socketName, files);
   if (answer == Answer::kNobody) {

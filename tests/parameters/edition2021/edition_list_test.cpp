@@ -50,5 +50,23 @@ TEST(OfferedRows, AreThoseOfTheEdition) {
   for (const ParameterSelection& row : OfferedRows(settings)) EXPECT_TRUE(row.selected) << row.name;
 }
 
+TEST(EditionList, SaysWhyRowsDifferUnderTheFilterInForce) {
+  AnalysisSettings settings;
+  settings.standard.Edition = "both";
+  settings.standard.features = {"", "R: FC; D; None; All; Count; Sum"};
+  settings.parameters = {{.name = "Rk"}, {.name = "Rpk"}};
+  const auto differences = [&settings] {
+    std::string text;
+    for (const ParameterDef& row : MakeEditionList(settings, {}).rows) text += std::string(row.difference) + "|";
+    return text;
+  };
+  EXPECT_EQ(differences(),
+            "|the roughness comes from the robust regression filter|"
+            "|the roughness comes from the robust regression filter, and the curve is straight between its points||")
+      << "an empty feature is no row";
+  settings.standard.CoreFilter = "roughness";
+  EXPECT_EQ(differences(), "|the same definition||the curve is straight between its points||");
+}
+
 }  // namespace
 }  // namespace texturon

@@ -66,6 +66,8 @@ TEST(EditionRows, SectionsOwnHillsByTheirSummit) {
   EXPECT_EQ(*Value("Rvt", row), 4.0);
   row.settings.standard.Sections = 12;
   EXPECT_FALSE(Value("Rz", row));
+  EXPECT_FALSE(Value("Rpd", row)) << "pruned by Rz";
+  EXPECT_TRUE(Value("FC; P; None; All; Count; Sum", row));
   row.samplingLengthMM = 0.002;
   EXPECT_EQ(*Value("Rzx", row), 8.5) << "0.5 and 9 with the point before";
   EXPECT_EQ(*Value("Rzx(0.001)", row), 8.5);
