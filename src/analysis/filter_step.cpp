@@ -140,7 +140,10 @@ bool FilterStep(Document& document, Prompts& prompts) {
 
 std::string MissingSections::Text(bool metric) const {
   return "The record has room for " + IntegerText(found) + " of " + IntegerText(asked) + " sections of " +
-         LengthText(lengthMM, metric) + (found > 0 ? "; ask for that many sections to compute with them." : ".");
+         LengthText(lengthMM, metric) +
+         (found > 0 ? "; ask for " + IntegerText(found) + (found == 1 ? " section, " : " sections, ") +
+                          LengthText(found * lengthMM, metric) + " in all, to compute with them."
+                    : ".");
 }
 
 std::optional<MissingSections> FindMissingSections(const Document& document) {

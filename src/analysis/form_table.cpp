@@ -3,6 +3,7 @@
 #include "analysis/form_table.h"
 
 #include <algorithm>
+#include <cmath>
 #include <numbers>
 #include <utility>
 
@@ -65,8 +66,57 @@ struct Line {
   }
 };
 
+/// Standard deviation of the heights outside the exclusion, about their mean or their least-squares line.
+double Scatter(const FormInput& input, std::span<const double> heights, bool isAboutLine) {
+  double count = 0.0;
+  double meanX = 0.0;
+  double meanZ = 0.0;
+  const auto forEach = [&](const auto& act) {
+    for (std::size_t i = 0; i < heights.size(); ++i) {
+      const auto index = static_cast<std::int32_t>(i);
+      const bool isOut = input.exclusion && index >= input.exclusion->first && index <= input.exclusion->last;
+      if (!isOut) act(static_cast<double>(i), heights[i]);
+    }
+  };
+  forEach([&](double x, double z) {
+    count += 1.0;
+    meanX += (x - meanX) / count;
+    meanZ += (z - meanZ) / count;
+  });
+  double xx = 0.0;
+  double xz = 0.0;
+  if (isAboutLine) {
+    forEach([&](double x, double z) {
+      xx += (x - meanX) * (x - meanX);
+      xz += (x - meanX) * (z - meanZ);
+    });
+  }
+  const double slope = xx > 0.0 ? xz / xx : 0.0;
+  double squares = 0.0;
+  forEach([&](double x, double z) {
+    const double deviation = z - meanZ - slope * (x - meanX);
+    squares += deviation * deviation;
+  });
+  return count > 0.0 ? std::sqrt(squares / count) : 0.0;
+}
+
+/// Roughness draws the algebraic circle towards small radii: on a flat profile it lies farther off than a line does.
+void NoteFlatProfile(const FormTask& task, const ArcFit& fit) {
+  const double left = Scatter(task.input, task.output.residual, false);
+  const double byLine = Scatter(task.input, task.input.heights, true);
+  if (!(left > byLine)) return;
+  constexpr int kFigures = 3;
+  task.prompts.Notice("The arc of " + FixedText(fit.radiusUM * kMillimetresPerMicrometre, 3) + " mm leaves " +
+                      SignificantText(left, kFigures) + " \xB5m rms of the profile, a straight line " +
+                      SignificantText(byLine, kFigures) + " \xB5m: it is too flat for an arc.");
+}
+
 struct Arc {
-  static auto Remove(const FormTask& task) { return FitArc(task.input, task.output); }
+  static auto Remove(const FormTask& task) {
+    auto fit = FitArc(task.input, task.output);
+    if (fit) NoteFlatProfile(task, *fit);
+    return fit;
+  }
   static std::string Caption(const ArcFit& fit, const Settings& settings) {
     return "Form: LS Arc   (Radius: " + Length(fit.radiusUM * kMillimetresPerMicrometre, settings) + ")";
   }

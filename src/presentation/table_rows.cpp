@@ -46,7 +46,7 @@ TableRows RowsOfTable(const Document& document, const TableChoice& choice) {
   for (ShownRow& shown : ShownRows(document)) {
     const bool isRatio = table.selected++ >= ofCatalogue;
     const bool isCommon = std::find(std::begin(kCommon), std::end(kCommon), shown.row.name) != std::end(kCommon);
-    if (table.isGrouped && !choice.showsAll && !isCommon && !isRatio && !shown.verdict) continue;
+    if (table.isGrouped && !choice.showsAll && !isCommon && !isRatio && !shown.row.tolerance.toleranced) continue;
     const RowGroup group = isRatio ? RowGroup::kRatio : GroupOf(shown.row.name);
     table.rows.push_back({std::move(shown), group});
   }
@@ -56,7 +56,7 @@ TableRows RowsOfTable(const Document& document, const TableChoice& choice) {
   }
   if (choice.tolerancedFirst) {
     std::stable_partition(table.rows.begin(), table.rows.end(),
-                          [](const TableRow& row) { return row.shown.verdict.has_value(); });
+                          [](const TableRow& row) { return row.shown.row.tolerance.toleranced; });
   }
   return table;
 }
@@ -64,8 +64,12 @@ TableRows RowsOfTable(const Document& document, const TableChoice& choice) {
 VerdictCount CountVerdicts(const Document& document) {
   VerdictCount count;
   std::optional<std::string> firstUndecided;
+  std::optional<std::string> firstMissing;
   for (const ShownRow& row : ShownRows(document)) {
-    if (!row.verdict) continue;
+    if (!row.verdict) {
+      if (row.row.tolerance.toleranced && count.missing++ == 0) firstMissing = row.title;
+      continue;
+    }
     ++count.judged;
     if (*row.verdict == Acceptance::kFail) {
       ++count.failed;
@@ -77,7 +81,7 @@ VerdictCount CountVerdicts(const Document& document) {
       }
     }
   }
-  if (!count.firstBad) count.firstBad = firstUndecided;
+  if (!count.firstBad) count.firstBad = firstUndecided ? firstUndecided : firstMissing;
   return count;
 }
 

@@ -35,14 +35,16 @@ struct TableRows {
 /// stand by groups, and unless all are asked for only those of common use and those with limits are shown.
 TableRows RowsOfTable(const Document& document, const TableChoice& choice);
 
-/// How many of the selected rows have limits, how many of these are out of tolerance or undecided, and the first of
-/// them.
+/// How many of the selected rows have limits, how many of these are out of tolerance, undecided or without a value, and
+/// the first of them.
 struct VerdictCount {
   std::size_t judged = 0;
   std::size_t failed = 0;
   std::size_t undecided = 0;
-  std::optional<std::string> firstBad;  ///< title of the first that failed, else of the first that is undecided
-  std::string_view doubt;               ///< why the first undecided one is: a clause
+  std::size_t missing = 0;  ///< without a value; not among those judged
+  std::optional<std::string>
+      firstBad;            ///< title of the first that failed, else that is undecided, else without a value
+  std::string_view doubt;  ///< why the first undecided one is: a clause
 };
 VerdictCount CountVerdicts(const Document& document);
 

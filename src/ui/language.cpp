@@ -101,6 +101,7 @@ public:
     if (isOff) return {};
     const QString english = QString::fromUtf8(source);
     const QString word = words_.value(english);
+    if (word.isNull()) return {};
     return english.contains("%n") ? word.section('|', n == 1 ? 0 : 1, n == 1 ? 0 : 1) : word;
   }
 
@@ -162,9 +163,10 @@ void UseLanguage(const QString& code) {
   static QTranslator library;
   QCoreApplication::removeTranslator(&library);
   const auto isCode = [&code](const Language& language) { return code == language.code; };
-  if (std::none_of(std::begin(kLanguages) + 1, std::end(kLanguages), isCode)) return;
-  // The library's own texts, where the system has them; those that matter are among ours.
-  if (library.load("qtbase_" + code, QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+  if (std::none_of(std::begin(kLanguages), std::end(kLanguages), isCode)) return;
+  // The library's own texts, where the system has them; those that matter are among ours. English has its singulars.
+  if (code != kLanguages[0].code &&
+      library.load("qtbase_" + code, QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
     QCoreApplication::installTranslator(&library);
   }
   Words() = std::make_unique<CWords>(code);

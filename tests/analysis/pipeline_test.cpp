@@ -3,6 +3,7 @@
 #include "analysis/pipeline.h"
 
 #include <algorithm>
+#include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
 #include <random>
@@ -46,6 +47,23 @@ protected:
   Environment environment_;
   Document document_ = MakeDocument();
 };
+
+TEST_F(Pipeline, SaysWhereAnArcIsWorseThanALine) {
+  Load(1000);
+  Settings().FormRemovalType = kFormArc;
+  Run();
+  ASSERT_EQ(prompts_.notices.size(), 1u) << "a sloping line with noise";
+  EXPECT_TRUE(prompts_.notices[0].ends_with("it is too flat for an arc.")) << prompts_.notices[0];
+  prompts_.notices.clear();
+  std::vector<double> arc(1000);
+  for (std::size_t i = 0; i < arc.size(); ++i) {
+    const double x = (static_cast<double>(i) - 499.5) * kSpacingUM;
+    arc[i] = std::sqrt(1e8 - x * x) + 0.05 * std::sin(x);
+  }
+  SetProfile(document_, MakeProfileSet(std::move(arc), kSpacingUM));
+  Run();
+  EXPECT_TRUE(prompts_.notices.empty()) << prompts_.notices[0];
+}
 
 TEST_F(Pipeline, ResolvesRegionsAsTheirModeSays) {
   Load(1000);

@@ -39,6 +39,10 @@ TEST(TableRows, StandByGroupsWithTheLimitsFirstWhereThatIsWanted) {
   EXPECT_EQ(open.undecided, 3u);
   EXPECT_EQ(open.firstBad, "Pt");
   EXPECT_EQ(open.doubt, "no uncertainty is known");
+  for (ParameterDef& row : document.catalogue.rows) row.valid = row.valid && row.name == "AR";
+  const VerdictCount missing = CountVerdicts(document);
+  EXPECT_EQ(missing.judged, 1u);
+  EXPECT_EQ(missing.missing, 2u);
   // A choice of the user's own is shown as it was made.
   document.catalogue.rows[1].selected = false;
   const TableRows chosen = RowsOfTable(document, {});

@@ -107,6 +107,11 @@ TEST_F(InGerman, SentencesOfTheEngineKeepTheirFigures) {
        "braucht zwei Punkte mit Materialanteilen von 5 % bis 95 %; dieses Profil hat 1"},
       {"Not exported: there is no Primary Profile.", "Nicht exportiert: es fehlt: Primärprofil."},
       {"/tmp/Depth.lmt does not exist.", "/tmp/Depth.lmt gibt es nicht."},
+      {"The record has room for 4 of 5 sections of 0.8000 mm; ask for 4 sections, 3.2000 mm in all, to compute with "
+       "them.",
+       "Die Aufzeichnung hat Platz f\u00FCr 4 von 5 Abschnitten von 0.8000 mm; mit 4 Abschnitten, zusammen 3.2000 mm, "
+       "wird "
+       "gerechnet."},
       {"nobody has translated 7 of this", "nobody has translated 7 of this"}};
   for (const auto& [english, german] : sentences) EXPECT_EQ(EngineText(english).toStdString(), german);
   for (std::size_t why = 0; why <= static_cast<std::size_t>(Why::kParallelLines); ++why) {

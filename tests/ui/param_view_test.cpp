@@ -3,6 +3,7 @@
 // The table of parameters.
 
 #include "presentation/shown_rows.h"
+#include "ui/plots/texturon_view.h"
 #include "ui/sheets/settings_sheet.h"
 #include "ui/tables/texturon_param_view.h"
 #include "ui/window_fixture.h"
@@ -89,9 +90,22 @@ TEST_F(ParamView, RowsOutOfToleranceStandOut) {
     }
   });
   for (int row = 0; row < Grid().rowCount(); ++row) {
-    const bool isOut = Cells(Grid().RecordAt(row, 0))[0] == "Ra";
-    EXPECT_EQ(Grid().item(row, 0)->background().style() != Qt::NoBrush, isOut) << row;
+    const QStringList& cells = Cells(Grid().RecordAt(row, 0));
+    const bool isOpen = cells[1] == QString::fromUtf8("\u2013");
+    EXPECT_EQ(cells[3] == "no value", isOpen) << row;
+    EXPECT_EQ(Grid().item(row, 0)->background().style() != Qt::NoBrush, isOpen || cells[0] == "Ra") << row;
+    const bool tellsLimit = Grid().item(row, 0)->toolTip().contains(QString::fromUtf8("Upper limit: 0.1000 \u00B5m"));
+    EXPECT_EQ(tellsLimit, cells[0] == "Ra") << row;
   }
+  EXPECT_TRUE(Grid().AsText().contains("Ra7\t\u2013")) << "a limit without a value is seen";
+  // One that can only be without a value.
+  Change([](AnalysisSettings& analysis) {
+    for (ParameterSelection& choice : analysis.parameters) choice.tolerance.toleranced = choice.name == "Ra7";
+  });
+  QPushButton& verdict = frame_->View().Heading().Verdict();
+  EXPECT_EQ(verdict.text(), "? 1 toleranced parameter without a value");
+  verdict.click();
+  EXPECT_EQ(Grid().item(Grid().currentRow(), Grid().currentColumn())->text(), "Ra7");
 }
 
 TEST_F(ParamView, AsksForTheSettingsOfARecord) {

@@ -9,6 +9,7 @@
 #include "ui/plots/texturon_brc_view.h"
 #include "ui/plots/texturon_spect_view.h"
 #include "ui/plots/texturon_view.h"
+#include "ui/sheets/settings_sheet.h"
 #include "ui/tables/texturon_param_view.h"
 #include "ui/window_fixture.h"
 
@@ -218,6 +219,10 @@ TEST_F(ProfileView, SaysWhatItShows) {
   EXPECT_TRUE(heading().endsWith("Evaluated: 8000 points = 4.0000 mm, from 0.0000 mm to 3.9995 mm"));
   const auto verdict = [this] { return frame_->View().Heading().Verdict().text(); };
   EXPECT_EQ(verdict(), "No limits set");
+  frame_->View().Heading().Verdict().click();
+  auto& limits = Child<QTableWidget>(*frame_, "parameters");
+  EXPECT_EQ(limits.item(limits.currentRow(), 0)->text(), "Ra") << "where limits are entered";
+  Child<CSettingsSheet>(*frame_).reject();
   Change([](AnalysisSettings& analysis) {
     for (const std::size_t row : {0U, 30U})
       analysis.parameters[row].tolerance = {.toleranced = true, .upperLimit = 1e9};

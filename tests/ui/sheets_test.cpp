@@ -155,6 +155,11 @@ TEST_F(SettingsSheet, ParametersAreSelectedOrderedAndToleranced) {
   sheet.accept();
   EXPECT_TRUE(sheet.isVisible());
   table.item(rowOf("Ra"), 5)->setText("0.25");
+  table.item(rowOf("Rq"), 4)->setText("1.5");
+  EXPECT_EQ(table.item(rowOf("Rq"), 2)->checkState(), Qt::Checked) << "who types a limit wants it to count";
+  EXPECT_EQ(table.item(rowOf("Rq"), 3)->checkState(), Qt::Checked) << "the lower one counts where both do";
+  EXPECT_EQ(table.item(rowOf("Ra"), 3)->checkState(), Qt::Unchecked);
+  table.item(rowOf("Rq"), 2)->setCheckState(Qt::Unchecked);
   table.setCurrentCell(rowOf("Rq"), 0);
   while (rowOf("Rq") > rowOf("Ra")) page.Move(-1);
   sheet.accept();
@@ -174,6 +179,12 @@ TEST_F(SettingsSheet, RowsAndFeaturesOfTheEditionChosen) {
     sheet.ApplyNow();
   };
   const auto rowOf = [&](const QString& name) { return table.findItems(name, Qt::MatchExactly).value(0); };
+  auto& longWaves = Child<QComboBox>(Field(sheet, "STANDARD.LongWaveFilter"));
+  EXPECT_EQ(longWaves.currentText(), "as on the page Filters");
+  ChooseFrom(longWaves, longWaves.findText("robust Gaussian, second order"));
+  sheet.ApplyNow();
+  EXPECT_EQ(InForce().settings.analysis.standard.LongWaveFilter, "robust-gaussian-2");
+  ChooseFrom(longWaves, 0);
   show("both");
   ASSERT_TRUE(rowOf("Rp (1997, 2021)") && rowOf("Rpt (2021)") && rowOf("RzDIN (1997)"));
   EXPECT_TRUE(table.item(rowOf("Rp (1997, 2021)")->row(), 7)->text().contains(" 2021: Mean over the sections"));

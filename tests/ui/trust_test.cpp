@@ -47,6 +47,7 @@ TEST_F(Trust, UncertaintiesStandBesideTheValues) {
   const ParameterUncertainty& u = Doc().document().results.uncertainties.at(index).value();
   EXPECT_NEAR(u.standard / row->row.value, std::sqrt(0.0005), 0.1 * std::sqrt(0.0005));
   EXPECT_EQ(row->ValueAndUncertainty(), row->value + " \xB1 " + row->expanded);
+  EXPECT_EQ(table->currentRow(), static_cast<int>(index)) << "what is looked for first";
   EXPECT_EQ(table->item(static_cast<int>(index), 2)->text(), Readable(FromText(row->expanded)));
   Doc().ComputeAll();
   EXPECT_TRUE(ShownRows(Doc().document())[index].expanded.empty());
@@ -60,7 +61,7 @@ TEST_F(Trust, VerdictsOfTheWindowFollowTheRule) {
   settings.analysis.parameters.front().tolerance = {.toleranced = true, .upperLimit = 1e6};
   Doc().ReplaceSettings(settings);
   const auto verdict = [this] { return frame_->View().Heading().Verdict().text(); };
-  EXPECT_EQ(verdict(), "? 1 of 1 toleranced parameters undecided");
+  EXPECT_EQ(verdict(), "? 1 of 1 toleranced parameter undecided");
   const auto cells = [this] { return frame_->ParamView().Grid().Records(); };
   const auto isOpen = [](const CGridCtrl::Record& record) { return record.isUndecided; };
   const QList<CGridCtrl::Record> records = cells();
@@ -74,12 +75,12 @@ TEST_F(Trust, VerdictsOfTheWindowFollowTheRule) {
   ASSERT_NE(window, nullptr);
   window->findChild<QLineEdit*>("AmplificationPercent")->setText("1");
   ASSERT_TRUE(window->Try());
-  EXPECT_TRUE(verdict().endsWith("1 toleranced parameters within tolerance")) << verdict().toStdString();
+  EXPECT_TRUE(verdict().endsWith("1 toleranced parameter within tolerance")) << verdict().toStdString();
   EXPECT_EQ(KnownBudget()->budget.Of(BudgetItem::kAmplification).standard, 1.0);
   EXPECT_EQ(CUncertaintyWindow(Doc(), nullptr).findChild<QLineEdit*>("AmplificationPercent")->text(), "1");
   settings.decision.DecisionRule = kDecideGuardedFail;
   Doc().ReplaceSettings(settings);
-  EXPECT_TRUE(verdict().endsWith("1 toleranced parameters within tolerance")) << "another rule, the same trials";
+  EXPECT_TRUE(verdict().endsWith("1 toleranced parameter within tolerance")) << "another rule, the same trials";
   // Several profiles are judged by the budget that is known now.
   CSeveralWindow several(Doc(), nullptr);
   several.AddFiles({Sample("turned.lmt")});
@@ -112,6 +113,7 @@ TEST_F(Trust, ComparisonGoesByTheChosenSides) {
   auto* const to = window.findChild<QComboBox*>("to");
   to->setCurrentIndex(to->findData("no-short-wave-filter"));
   ASSERT_EQ(table->topLevelItem(1)->childCount(), 2);
+  EXPECT_NE(table->topLevelItem(0)->text(1), "0") << "what changes stands first";
   EXPECT_EQ(table->topLevelItem(1)->child(0)->text(1), table->topLevelItem(1)->text(1)) << "the only step";
   EXPECT_FALSE(window.UseFile(0, folder_ / "none.ini"));
   EXPECT_TRUE(window.UseFile(0, folder_.Write("lc.ini", "[ANALYSIS]\nLcCutoffMM=0.25\n")));

@@ -10,6 +10,7 @@
 #include "support/scratch_folder.h"
 #include "support/scripted_prompts.h"
 #include "ui/dialog_driver.h"
+#include "ui/language.h"
 #include "ui/window/main_frame.h"
 
 namespace texturon {
@@ -94,6 +95,7 @@ protected:
   WindowTest() {
     Application();
     QSettings().clear();
+    UseLanguage("en");
     MakeFrame(prompts_);
   }
   /// Shown, with a sample open.

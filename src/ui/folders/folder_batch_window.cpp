@@ -179,7 +179,7 @@ CFolderBatchWindow::CFolderBatchWindow(CTexturonDoc& doc, QWidget* parent) : QDi
   MakeTables(*outer);
   timer_.setInterval(kCollectEveryMS);
   connect(&timer_, &QTimer::timeout, this, &CFolderBatchWindow::Collect);
-  ResizeInCharacters(*this, 120, 36);
+  ResizeInCharacters(*this, 170, 46);
 }
 
 CFolderBatchWindow::~CFolderBatchWindow() {

@@ -3,7 +3,7 @@
 #include "ui/plots/profile_heading.h"
 
 #include <QEvent>
-#include <QHBoxLayout>
+#include <QGridLayout>
 #include <algorithm>
 
 #include "analysis/captions.h"
@@ -21,15 +21,17 @@ CHeading::CHeading(CTexturonDoc& doc, QWidget* parent)
   label_->setTextFormat(Qt::PlainText);
   label_->setTextInteractionFlags(Qt::TextSelectableByMouse);
   label_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  label_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
   label_->setObjectName("heading");
   verdict_->setObjectName("verdict");
   verdict_->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
   verdict_->setCursor(Qt::PointingHandCursor);
-  auto* const layout = new QHBoxLayout(this);
+  // The verdict lies beside the first line alone: the others have the whole width.
+  auto* const layout = new QGridLayout(this);
   const int gap = fontMetrics().averageCharWidth();
   layout->setContentsMargins(gap, 2, gap, 0);
-  layout->addWidget(label_, 1);
-  layout->addWidget(verdict_, 0, Qt::AlignTop);
+  layout->addWidget(label_, 0, 0);
+  layout->addWidget(verdict_, 0, 0, Qt::AlignTop | Qt::AlignRight);
   connect(verdict_, &QPushButton::clicked, this, &CHeading::VerdictClicked);
   connect(&doc_, &CTexturonDoc::Changed, this, &CHeading::Update);
   Update();
@@ -58,7 +60,10 @@ void CHeading::Update() {
                   .arg(EngineText(DescribeStretch(*profiles.evaluationRange, profiles.spacingUM,
                                                   profiles.residualSpacingUM, metric)));
   }
-  lines_ = QStringList{first, FromText(AnalysisDescription(document)), stretch};
+  // Without a form its filter stands alone.
+  QString analysis = FromText(AnalysisDescription(document));
+  if (analysis.startsWith(" / ")) analysis.remove(0, 3);
+  lines_ = QStringList{first, analysis, stretch};
   for (const JudgedRequirement& judged : RequirementsOf(document)) {
     lines_ << tr("Drawing: %1").arg(FromText(judged.requirement.source + ": " + RequirementVerdict(document, judged)));
   }
@@ -70,24 +75,31 @@ void CHeading::ShowVerdict() {
   const VerdictCount count = doc_.HasProfile() ? CountVerdicts(doc_.document()) : VerdictCount();
   verdict_->setVisible(doc_.HasProfile());
   const QString shape = "border-radius: 3px; padding: 3px 8px; ";
-  if (count.judged == 0) {
+  if (count.judged + count.missing == 0) {
     verdict_->setText(tr("No limits set"));
     verdict_->setAccessibleName(verdict_->text());
-    verdict_->setToolTip(tr("Limits are entered on the page Parameters of the settings."));
-    verdict_->setEnabled(false);
+    verdict_->setToolTip(tr("Limits are entered on the page Parameters of the settings. A click opens it."));
+    verdict_->setEnabled(true);
     const QColor ink = palette().color(QPalette::Active, QPalette::WindowText);
     verdict_->setStyleSheet(QString("QPushButton { border: 1px solid %1; color: %1; %2}").arg(ink.name(), shape));
     return;
   }
   const bool isBad = count.failed > 0;
-  const bool isOpen = count.undecided > 0;
+  const bool isOpen = count.undecided + count.missing > 0;
   const int judged = static_cast<int>(count.judged);
   QString text = tr("%n toleranced parameters within tolerance", nullptr, judged);
   if (isBad) text = tr("%1 of %n toleranced parameters out of tolerance", nullptr, judged).arg(count.failed);
-  if (isBad && isOpen) text += tr(", %1 undecided").arg(count.undecided);
-  if (!isBad && isOpen) text = tr("%1 of %n toleranced parameters undecided", nullptr, judged).arg(count.undecided);
-  QString tip = isBad ? tr("Shows the first row that is out of tolerance.") : QString();
-  if (isOpen) tip = tr("Shows what is undecided: %1.").arg(EngineText(count.doubt));
+  if (count.undecided > 0) {
+    text = isBad ? text + tr(", %1 undecided").arg(count.undecided)
+                 : tr("%1 of %n toleranced parameters undecided", nullptr, judged).arg(count.undecided);
+  }
+  if (count.missing > 0) {
+    text = judged > 0 ? text + tr(", %1 without a value").arg(count.missing)
+                      : tr("%n toleranced parameters without a value", nullptr, static_cast<int>(count.missing));
+  }
+  QString tip = count.missing > 0 ? tr("Shows the first row with limits that has no value.") : QString();
+  if (isBad) tip = tr("Shows the first row that is out of tolerance.");
+  if (count.undecided > 0) tip = tr("Shows what is undecided: %1.").arg(EngineText(count.doubt));
   const char* const sign = isBad ? "\u2717 " : isOpen ? "? " : "\u2713 ";
   verdict_->setText(QString::fromUtf8(sign) + text);
   verdict_->setAccessibleName(text);
@@ -110,10 +122,16 @@ void CHeading::resizeEvent(QResizeEvent* event) {
 
 void CHeading::Elide() {
   label_->setToolTip(Text());
-  const int hidden = verdict_->isHidden() ? 0 : verdict_->sizeHint().width() + layout()->spacing();
-  const int width = std::max(contentsRect().width() - 2 * fontMetrics().averageCharWidth() - hidden, 1);
+  const int gap = fontMetrics().averageCharWidth();
+  const bool isAlone = verdict_->isHidden();
+  const QSize badge = isAlone ? QSize() : verdict_->sizeHint();
+  label_->setContentsMargins(0, isAlone ? 0 : std::max(badge.height() - fontMetrics().lineSpacing(), 0), 0, 0);
   QStringList shown;
-  for (const QString& line : lines_) shown << fontMetrics().elidedText(line, Qt::ElideMiddle, width);
+  for (const QString& line : lines_) {
+    const int taken = shown.isEmpty() && !isAlone ? badge.width() + gap : 0;
+    const int width = std::max(contentsRect().width() - 2 * gap - taken, 1);
+    shown << fontMetrics().elidedText(line, Qt::ElideMiddle, width);
+  }
   label_->setText(shown.join('\n'));
 }
 

@@ -24,7 +24,8 @@ public:
   QPushButton& Verdict() { return *verdict_; }
 
 signals:
-  /// Asks for the first row that is out of tolerance or undecided, or for what it needs to be decided.
+  /// Asks for the first row that is out of tolerance, undecided or without a value, for what it needs to be decided, or
+  /// for the place of the limits where there are none.
   void VerdictClicked();
 
 protected:

@@ -435,7 +435,10 @@ void CSeveralWindow::ShowTable() {
   for (int column = 1; column <= figures; ++column) numbers << column;
   const AcceptanceRule rule = AcceptanceRules()[static_cast<std::size_t>(std::max(rule_->currentIndex(), 0))].rule;
   QList<CGridCtrl::Record> records;
-  for (const SeveralRow& row : results.Rows(rule, doc_.document().settings.decision.DecisionRule)) {
+  std::vector<SeveralRow> rows = results.Rows(rule, doc_.document().settings.decision.DecisionRule);
+  // What is judged is not looked for.
+  std::stable_partition(rows.begin(), rows.end(), [](const SeveralRow& row) { return row.acceptance.has_value(); });
+  for (const SeveralRow& row : rows) {
     QStringList cells = {FromText(row.title + row.label)};
     for (const auto& value : row.values) cells << Readable(FromText(row.Shown(value, metric)));
     for (const auto& value : {row.statistics.mean, row.statistics.standardDeviation, row.statistics.Range()}) {

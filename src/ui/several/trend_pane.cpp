@@ -64,7 +64,10 @@ CTrendPane::CTrendPane(QWidget* parent)
   plots->addWidget(chart_);
   plots->addWidget(histogram_);
   plots->setStretchFactor(0, 3);
-  plots->setStretchFactor(1, 1);
+  plots->setStretchFactor(1, 2);
+  // Few enough to stand side by side where it is narrow.
+  constexpr int kHistogramTicks = 3;
+  histogram_->xAxis->ticker()->setTickCount(kHistogramTicks);
   outer->addWidget(plots, 1);
   connect(chart_, &QCustomPlot::mouseRelease, this, [this](const QMouseEvent* event) {
     if (const auto file = ValueAt(*chart_, series_, event->position())) emit Activated(static_cast<int>(*file));

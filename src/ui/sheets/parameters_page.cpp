@@ -35,6 +35,8 @@ constexpr std::string_view kColumns[] = {"Selected%02d",
                                          {}};
 
 constexpr int kUnitColumn = 1;
+constexpr int kTolerancedColumn = 2;
+constexpr int kBothColumn = 3;
 constexpr int kLimitColumn = 4;
 
 const SettingKey* KeyOfColumn(int column) {
@@ -67,6 +69,10 @@ CParametersPage::CParametersPage(Settings& settings, QWidget* parent)
   }
   table_->setObjectName("parameters");
   table_->setHorizontalHeaderLabels(titles);
+  for (int column = 0; column < table_->columnCount(); ++column) {
+    const SettingKey* const key = KeyOfColumn(column);
+    if (key != nullptr) table_->horizontalHeaderItem(column)->setToolTip(EngineText(key->meaning));
+  }
   table_->verticalHeader()->setVisible(false);
   table_->horizontalHeader()->setStretchLastSection(true);
   table_->setSelectionBehavior(QAbstractItemView::SelectRows);
@@ -98,6 +104,7 @@ CParametersPage::CParametersPage(Settings& settings, QWidget* parent)
     CSettingField* const field = MakeField("DECISION", key, false);
     auto* const label = new QLabel(field->Title(), this);
     label->setBuddy(field->focusProxy());
+    label->setWordWrap(true);  // a long one must not make the sheet too wide to stand beside the profile
     const int row = rules->rowCount();
     rules->addWidget(label, row, 0);
     rules->addWidget(field, row, 1);
@@ -249,8 +256,21 @@ void CParametersPage::OnItem(QTableWidgetItem* item) {
     Mark(*item, EngineText(entry.fault));
     if (!entry.ok()) return emit Edited();
     key->binding.set(shown_, row, entry.value);
+    LetCount(*item);
   }
   Take();
+}
+
+void CParametersPage::LetCount(const QTableWidgetItem& limit) {
+  const auto row = static_cast<std::size_t>(limit.row());
+  const bool isLower = limit.column() == kLimitColumn;
+  Tolerance& tolerance = shown_.analysis.parameters[row].tolerance;
+  if ((isLower ? tolerance.lowerLimit : tolerance.upperLimit) == 0.0) return;
+  tolerance.toleranced = true;
+  table_->item(limit.row(), kTolerancedColumn)->setCheckState(Qt::Checked);
+  if (!isLower) return;
+  tolerance.bilateral = true;
+  table_->item(limit.row(), kBothColumn)->setCheckState(Qt::Checked);
 }
 
 void CParametersPage::Move(int by) {

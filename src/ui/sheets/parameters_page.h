@@ -43,6 +43,8 @@ private:
   void Filter(const QString& text);
   /// Makes what is shown the settings' list.
   void Take();
+  /// A limit that has been typed is one to compare with; the lower one counts where both do.
+  void LetCount(const QTableWidgetItem& limit);
   /// The name, with its editions where rows of both are shown.
   QString TitleOf(const std::string& name) const;
   /// Unit or definition, of both editions where they differ.

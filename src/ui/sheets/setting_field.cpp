@@ -8,6 +8,8 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <algorithm>
+#include <utility>
 
 #include "base/quantity.h"
 #include "settings/setting_entry.h"
@@ -28,6 +30,21 @@ public:
     return true;
   }
 };
+
+/// What a word of the file is called in a window: those of the filters as their page has them.
+QString NameOfWord(std::string_view word) {
+  if (word.empty()) return CSettingField::tr("as on the page Filters");
+  const std::pair<std::string_view, QString> names[] = {
+      {"gaussian", CSettingField::tr("Gaussian")},
+      {"spline", CSettingField::tr("spline Gaussian")},
+      {"rk", CSettingField::tr("ISO 13565")},
+      {"robust", CSettingField::tr("robust Gaussian")},
+      {"robust-gaussian-2", CSettingField::tr("robust Gaussian, second order")},
+      {"roughness", CSettingField::tr("none of their own")}};
+  const auto* const name =
+      std::find_if(std::begin(names), std::end(names), [word](const auto& each) { return each.first == word; });
+  return name != std::end(names) ? name->second : FromText(word);
+}
 
 }  // namespace
 
@@ -60,7 +77,7 @@ void CSettingField::MakeEditor() {
     list_ = new QComboBox(this);
     GuardFromWheel(*list_);
     for (const SettingChoice& choice : choices_) list_->addItem(EngineText(choice.name));
-    for (const std::string_view word : WordsOf(place_.key->binding)) list_->addItem(FromText(word));
+    for (const std::string_view word : WordsOf(place_.key->binding)) list_->addItem(NameOfWord(word), FromText(word));
     // Its longest text does not widen the page.
     list_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     list_->setMinimumContentsLength(isCell_ ? 8 : 16);
@@ -116,7 +133,7 @@ void CSettingField::Refresh() {
   const bool metric = settings_.display.Metric;
   if (box_ != nullptr) box_->setChecked(std::get<bool>(value));
   if (list_ != nullptr && choices_.empty()) {
-    list_->setCurrentIndex(list_->findText(FromText(std::get<std::string>(value)), Qt::MatchFixedString));
+    list_->setCurrentIndex(list_->findData(FromText(std::get<std::string>(value)), Qt::UserRole, Qt::MatchFixedString));
   } else if (list_ != nullptr) {
     const auto index = ChoiceOf(choices_, std::get<std::int32_t>(value));
     list_->setCurrentIndex(index ? static_cast<int>(*index) : -1);

@@ -41,6 +41,20 @@ QString LabelOf(const ShownRow& row) {
   return EngineText(ToText(FromText(row.label).trimmed()));
 }
 
+/// The limits in the unit of the row; empty without.
+QString LimitsText(const Document& document, const ShownRow& row) {
+  const LimitsInForce limits = LimitsOf(row.row.tolerance);
+  const auto text = [&](double limit) {
+    const std::string shown =
+        ShownNumber(row.row.quantity, limit, document.settings.display.Metric, row.row.format.decimals);
+    return Readable(FromText(row.unit.empty() ? shown : shown + " " + row.unit));
+  };
+  if (limits.lower && limits.upper)
+    return CTexturonParamView::tr("Limits: %1 to %2").arg(text(*limits.lower), text(*limits.upper));
+  if (limits.upper) return CTexturonParamView::tr("Upper limit: %1").arg(text(*limits.upper));
+  return {};
+}
+
 /// What the row is, by which standard, why it has no value, and the settings that it depends on.
 QString TipOf(const Document& document, const ShownRow& row) {
   const ParameterExplanation explanation = ExplainRow(document, row.row);
@@ -50,6 +64,7 @@ QString TipOf(const Document& document, const ShownRow& row) {
   }
   if (!row.reason.empty()) lines << CTexturonParamView::tr("No value: %1.").arg(EngineText(row.reason));
   if (!row.doubt.empty()) lines << CTexturonParamView::tr("No plain verdict: %1.").arg(EngineText(row.doubt));
+  if (const QString limits = LimitsText(document, row); !limits.isEmpty()) lines << limits;
   for (const auto& [meaning, value] : explanation.settings) lines << EngineText(meaning) + ": " + EngineText(value);
   const QString label = LabelOf(row);
   if (!label.isEmpty()) lines << Readable(label);
@@ -112,13 +127,15 @@ void CTexturonParamView::Update() {
   const TableRows table = doc_.HasProfile() ? RowsOfTable(doc_.document(), choice_) : TableRows();
   std::optional<RowGroup> group;
   for (const auto& [row, ofGroup] : table.rows) {
-    const bool isFirst = choice_.tolerancedFirst && row.verdict.has_value();
+    const bool isFirst = choice_.tolerancedFirst && row.row.tolerance.toleranced;
     if (table.isGrouped && !isFirst && group != ofGroup) {
       group = ofGroup;
       records << CGridCtrl::Record{.cells = {TitleOf(ofGroup), {}, {}, {}, {}}, .isHeading = true};
       names_ << QString();
     }
-    const QString verdict = !row.verdict                             ? QString()
+    const bool lacksValue = !row.verdict && row.row.tolerance.toleranced;
+    const QString verdict = lacksValue                               ? tr("no value")
+                            : !row.verdict                           ? QString()
                             : *row.verdict == Acceptance::kPass      ? tr("pass")
                             : *row.verdict == Acceptance::kUndecided ? tr("undecided")
                                                                      : tr("out of tolerance");
@@ -129,7 +146,7 @@ void CTexturonParamView::Update() {
                   FromText(row.unit), verdict, LabelOf(row)},
         .standsOut = row.verdict == Acceptance::kFail && row.row.tolerance.highlightIfOut,
         .tip = TipOf(doc_.document(), row),
-        .isUndecided = row.verdict == Acceptance::kUndecided};
+        .isUndecided = lacksValue || row.verdict == Acceptance::kUndecided};
   }
   const auto shown = static_cast<int>(table.rows.size());
   const auto selected = static_cast<int>(table.selected);

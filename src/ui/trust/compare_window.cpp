@@ -74,6 +74,8 @@ CCompareWindow::CCompareWindow(CTexturonDoc& doc, QWidget* parent)
   }
   table_->setAccessibleName(tr("Steps between the values"));
   table_->setHeaderLabels({tr("Parameter"), tr("Change"), tr("Alone"), tr("Value"), tr("Unit")});
+  table_->headerItem()->setToolTip(1, tr("What the step adds after those above it"));
+  table_->headerItem()->setToolTip(2, tr("What the step does by itself from the first settings"));
   table_->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
   practices_->setAccessibleName(tr("Practices, the nearest to the instrument's values first"));
   practices_->setHorizontalHeaderLabels({tr("Practice"), tr("Lc"), tr("Off by"), tr("Within 1 %")});
@@ -139,7 +141,11 @@ void CCompareWindow::Compare() {
   Rank();
   if (!doc_.HasProfile()) return;
   const bool metric = doc_.document().settings.display.Metric;
-  const auto rows = ComparePractices(doc_.document().profiles, PracticeOf(sides_[0]), PracticeOf(sides_[1]));
+  auto rows = ComparePractices(doc_.document().profiles, PracticeOf(sides_[0]), PracticeOf(sides_[1]));
+  const bool isSame = std::all_of(rows.begin(), rows.end(), [](const ComparedRow& row) { return row.steps.empty(); });
+  if (isSame && tabs_->currentWidget() == table_) sentence_->setText(tr("Both are the same: choose another for one."));
+  // What changes is not looked for among what does not.
+  std::stable_partition(rows.begin(), rows.end(), [](const ComparedRow& row) { return row.a != row.b; });
   for (const ComparedRow& row : rows) {
     const QString unit = Readable(FromText(PrintedUnit(row.quantity.Unit(metric))));
     const auto value = [&](const std::optional<double>& number) { return Figure(number, row.quantity, metric, 6); };

@@ -11,6 +11,7 @@
 #include <QSplitter>
 #include <QTableWidget>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <qcustomplot.h>
 #include <thread>
 
@@ -32,6 +33,20 @@ constexpr std::string_view kSection = "UNCERTAINTY_BUDGET";
 
 QString BudgetFilters() {
   return QObject::tr("Budgets (*.ini)|*.ini|All Files (*.*)|*.*||");
+}
+
+/// Broken at blanks so that it leaves the bars their room.
+QString InLines(const QString& text) {
+  constexpr qsizetype kLongest = 26;
+  QString lines;
+  qsizetype length = 0;
+  for (const QString& word : text.split(' ')) {
+    const bool isNew = length > 0 && length + word.size() > kLongest;
+    if (length > 0) lines += isNew ? '\n' : ' ';
+    length = (isNew ? 0 : length + 1) + word.size();
+    lines += word;
+  }
+  return lines;
 }
 
 }  // namespace
@@ -64,12 +79,15 @@ CUncertaintyWindow::CUncertaintyWindow(CTexturonDoc& doc, QWidget* parent)
   layout->setColumnStretch(1, 1);
   connect(table_, &QTableWidget::currentCellChanged, this, [this](int row) { DrawContributions(row); });
   ShowEntries(KnownBudgetEntries());
-  ResizeInCharacters(*this, 150, 40);
+  ResizeInCharacters(*this, 195, 46);
 }
 
 QWidget* CUncertaintyWindow::MakeBudgetFields() {
   auto* const box = new QWidget(this);
   auto* const grid = new QGridLayout(box);
+  auto* const what = new QLabel(tr("Standard uncertainties, whatever the distribution; empty: none"), box);
+  what->setWordWrap(true);
+  grid->addWidget(what, 0, 0, 1, 4);
   for (const BudgetItemRow& item : BudgetItems()) {
     if (item.item == BudgetItem::kNoiseSpectrum) continue;
     AddField(*grid, std::string(item.key), item.meaning, item.unit, true);
@@ -110,7 +128,10 @@ void CUncertaintyWindow::AddField(QGridLayout& grid, const std::string& key, std
   label->setBuddy(value);
   grid.addWidget(label, line, 0);
   grid.addWidget(value, line, 1);
-  grid.addWidget(new QLabel(unit == "um" ? QString::fromUtf8("\u00B5m") : FromText(unit), this), line, 2);
+  const QString shownUnit = unit == "um"    ? QString::fromUtf8("\u00B5m")
+                            : unit == "deg" ? QString::fromUtf8("\u00B0")
+                                            : FromText(unit);
+  grid.addWidget(new QLabel(shownUnit, this), line, 2);
   QComboBox* distribution = nullptr;
   if (hasDistribution) {
     distribution = new QComboBox(this);
@@ -208,7 +229,7 @@ void CUncertaintyWindow::ShowResults() {
   for (std::size_t i = 0; i < rows.size(); ++i) {
     const int line = table_->rowCount();
     table_->insertRow(line);
-    QStringList cells{FromText(rows[i].title), rows[i].value.empty() ? QString() : FromText(rows[i].value)};
+    QStringList cells{FromText(rows[i].title), rows[i].value.empty() ? QString() : Readable(FromText(rows[i].value))};
     if (i < uncertainties_.size() && uncertainties_[i]) {
       const ParameterUncertainty& u = *uncertainties_[i];
       const auto text = [&](double value, int figures) {
@@ -226,7 +247,14 @@ void CUncertaintyWindow::ShowResults() {
     }
   }
   table_->resizeColumnsToContents();
-  if (table_->rowCount() > 0) table_->setCurrentCell(0, 0);
+  if (table_->rowCount() > 0) {
+    const auto isJudged = [](const ShownRow& row) { return row.row.tolerance.toleranced; };
+    const auto isCommon = [](const ShownRow& row) { return row.title == "Ra"; };
+    auto first = std::find_if(rows.begin(), rows.end(), isJudged);
+    if (first == rows.end()) first = std::find_if(rows.begin(), rows.end(), isCommon);
+    table_->setCurrentCell(first == rows.end() ? 0 : static_cast<int>(first - rows.begin()), 0);
+    table_->scrollToItem(table_->currentItem(), QAbstractItemView::PositionAtTop);
+  }
   DrawContributions(table_->currentRow());
 }
 
@@ -249,11 +277,11 @@ void CUncertaintyWindow::DrawContributions(int row) {
   for (const Sensitivity& line : lines) {
     if (!std::isfinite(line.contribution)) continue;
     bars->addData(place, quantity.Shown(line.contribution, tried_.settings.display.Metric));
-    ticker->addTick(place, FromText(BudgetItems()[static_cast<std::size_t>(line.item)].key));
+    ticker->addTick(place, InLines(EngineText(BudgetItems()[static_cast<std::size_t>(line.item)].meaning)));
     place += 1.0;
   }
   bars_->yAxis->setTicker(ticker);
-  bars_->xAxis->setLabel(tr("%1: standard uncertainty by each line alone, %2")
+  bars_->xAxis->setLabel(tr("%1: standard uncertainty\nby each line alone, %2")
                              .arg(FromText(rows[index].title), Readable(FromText(rows[index].unit))));
   bars_->rescaleAxes();
   bars_->xAxis->setRangeLower(0.0);

@@ -62,6 +62,14 @@ void CMainFrame::OnParameter(const QString& name) {
   findChild<CSettingsSheet*>()->ShowParameter(name);
 }
 
+void CMainFrame::OpenLimits() {
+  const auto& rows = doc_->document().settings.analysis.parameters;
+  const auto isWanted = [](const ParameterSelection& row) { return row.name == "Ra"; };
+  const auto wanted = std::find_if(rows.begin(), rows.end(), isWanted);
+  if (rows.empty()) return ShowSheet<CSettingsSheet>();
+  OnParameter(FromText(wanted != rows.end() ? wanted->name : rows.front().name));
+}
+
 void CMainFrame::MakeStretchCommands(QMenu& menu) {
   AddCommand(menu,
              {.name = "computeAll",

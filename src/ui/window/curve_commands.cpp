@@ -8,6 +8,7 @@
 #include <tuple>
 
 #include "analysis/decision.h"
+#include "presentation/table_rows.h"
 #include "ui/plots/curve_pane.h"
 #include "ui/plots/texturon_view.h"
 #include "ui/tables/texturon_param_view.h"
@@ -53,6 +54,8 @@ void CMainFrame::MakePanes() {
     if (auto* const command = findChild<QAction*>("filterCurve")) command->trigger();
   });
   connect(&view_->Heading(), &CHeading::VerdictClicked, this, [this] {
+    const VerdictCount count = CountVerdicts(doc_->document());
+    if (count.judged + count.missing == 0) return OpenLimits();
     paramView_->ShowFirstBad();
     auto* const trials = findChild<QAction*>("uncertainty");
     if (LacksUncertainty(doc_->document()) && trials != nullptr) trials->trigger();

@@ -166,7 +166,7 @@ void CMainFrame::OpenAll(const std::vector<std::filesystem::path>& files) {
 
 void CMainFrame::OnBatch(const std::filesystem::path& folder) {
   // Its results would come from settings that nobody could look up.
-  if (!SettleUnsaved(true)) return;
+  if (!SettleUnsaved(true, tr("The batch takes them as they are; saved, they can be looked up later."))) return;
   auto* window = findChild<CFolderBatchWindow*>();
   if (window == nullptr) {
     window = new CFolderBatchWindow(*doc_, this);

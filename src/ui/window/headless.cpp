@@ -246,14 +246,15 @@ int RunHeadless(const QStringList& arguments) {
   const QCommandLineOption report(
       "report",
       QObject::tr("Writes the report of a profile, PDF or .html; with further profiles their statistics, too."),
-      "FILE");
+      "PROFILE");
   const QCommandLineOption acceptance(
       "acceptance",
       QObject::tr("Rule of the verdict over several profiles: max, 16% or median (or as the settings say)."), "RULE");
   const QCommandLineOption layout("template", QObject::tr("Template that names the blocks of the report."), "FILE");
   const QCommandLineOption picture(
       "picture", QObject::tr("Writes one picture of the report, .svg or PNG: %1.").arg(PictureNames()), "NAME");
-  const QCommandLineOption screenshot("screenshot", QObject::tr("Writes a PNG of the main window."), "FILE");
+  const QCommandLineOption screenshot("screenshot", QObject::tr("Writes a PNG of the main window with a profile."),
+                                      "PROFILE");
   const QCommandLineOption verify("verify", QObject::tr("Writes what the built-in standards come to, PDF."));
   const QCommandLineOption output("o", QObject::tr("Where to."), "OUT");
   const QCommandLineOption settingsFile("settings", QObject::tr("Settings file to analyse with, also in a window."),
@@ -282,13 +283,14 @@ int RunHeadless(const QStringList& arguments) {
   const bool takesFurther = parser.isSet(report) && !parser.isSet(picture);
   if (parser.isSet(report) == parser.isSet(screenshot) || (!further.isEmpty() && !takesFurther)) {
     return Refuse(QObject::tr(
-        "Give either --report FILE, with further files or not, or --screenshot FILE; a picture is of one."));
+        "Give either --report PROFILE, with further profiles or not, or --screenshot PROFILE; a picture is of one. "
+        "-o says where the result goes."));
   }
   if (parser.isSet(acceptance) && further.isEmpty()) {
     return Refuse(QObject::tr("--acceptance judges several profiles; give more than one."), 2);
   }
   if (!parser.isSet(report) && (parser.isSet(layout) || parser.isSet(picture))) {
-    return Refuse(QObject::tr("--template and --picture belong to --report FILE."), 2);
+    return Refuse(QObject::tr("--template and --picture belong to --report PROFILE."), 2);
   }
   if (!parser.isSet(output)) return Refuse(QObject::tr("Say with -o where the result goes."));
   return Make({.profile = parser.value(parser.isSet(report) ? report : screenshot),

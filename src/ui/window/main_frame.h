@@ -59,8 +59,8 @@ public:
   /// Asks in place of the window's own box.
   void AskAboutUnsavedBy(UnsavedQuestion question) { unsavedQuestion_ = std::move(question); }
   /// Asks where the record's identification or sign, or with `withSettings` the settings, are in no file, and saves
-  /// them where that is wanted. False: nothing may be lost.
-  bool SettleUnsaved(bool withSettings);
+  /// them where that is wanted. `remark` is a sentence about the settings. False: nothing may be lost.
+  bool SettleUnsaved(bool withSettings, const QString& remark = {});
   /// The session ends: asks where it may, and closes without another word. False: it must not end.
   bool EndSession(bool mayAsk);
   /// Keeps what a crash would lose in a folder of the user's own, until the window has closed.
@@ -127,6 +127,8 @@ private:
   void Dock(CLiveSheet& sheet, bool besideTheProfile);
   /// Opens the sheet in which a row of the table is chosen and toleranced.
   void OnParameter(const QString& name);
+  /// Where limits are entered, at the row that most drawings name.
+  void OpenLimits();
 
   // export_commands.cpp
   void MakeExportMenu();

@@ -14,7 +14,7 @@
 
 namespace texturon {
 
-bool CMainFrame::SettleUnsaved(bool withSettings) {
+bool CMainFrame::SettleUnsaved(bool withSettings, const QString& remark) {
   const QString name = FromPath(doc_->document().profiles.sourceFile.filename());
   QStringList sentences;
   if (doc_->IsRenamed()) sentences << tr("The new identification of %1 is in no file.").arg(name);
@@ -22,6 +22,7 @@ bool CMainFrame::SettleUnsaved(bool withSettings) {
   const bool hasRecord = !sentences.isEmpty();
   const bool hasSettings = withSettings && doc_->HasUnsavedSettings();
   if (hasSettings) sentences << tr("The settings of the analysis or the limits have changed since they were saved.");
+  if (hasSettings && !remark.isEmpty()) sentences << remark;
   if (sentences.isEmpty()) return true;
   Unsaved answer = Unsaved::kCancel;
   if (unsavedQuestion_) {
