@@ -44,6 +44,11 @@ TEST_F(IndicationDialog, ShowsWhatTheTextMeansAndSetsIt) {
   const QString heading = frame_->View().Heading().Text();
   EXPECT_TRUE(heading.contains("Drawing: U Rz 9 0.8x4: ")) << heading.toStdString();
   EXPECT_TRUE(heading.contains("conforming (maximum)"));
+  Settings settings = document.settings;
+  settings.analysis.standard.ClassTable = "nowhere.ini";
+  CIndicationDialog lost(settings);
+  EXPECT_EQ(lost.findChild<QLabel*>("meaning")->text(), "Class table: nowhere.ini does not exist.");
+  EXPECT_FALSE(lost.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->isEnabled());
 }
 
 }  // namespace

@@ -64,6 +64,7 @@ QStringList TextsOfTables() {
   for (const EditionRow& row : EditionTable()) {
     add(row.definition);
     add(row.difference);
+    add(row.roughnessDifference);
     add(TrustText(row.trust));
   }
   for (const char* const name : {"Pmr", "RHtp"}) add(FindRatioRowKind(name)->definition);
@@ -107,6 +108,7 @@ TEST_F(InGerman, SentencesOfTheEngineKeepTheirFigures) {
        "braucht zwei Punkte mit Materialanteilen von 5 % bis 95 %; dieses Profil hat 1"},
       {"Not exported: there is no Primary Profile.", "Nicht exportiert: es fehlt: Primärprofil."},
       {"/tmp/Depth.lmt does not exist.", "/tmp/Depth.lmt gibt es nicht."},
+      {"1.8374 mm, undecided (fewer than three values)", "1.8374 mm, unentschieden (weniger als drei Werte)"},
       {"nobody has translated 7 of this", "nobody has translated 7 of this"}};
   for (const auto& [english, german] : sentences) EXPECT_EQ(EngineText(english).toStdString(), german);
   for (std::size_t why = 0; why <= static_cast<std::size_t>(Why::kParallelLines); ++why) {

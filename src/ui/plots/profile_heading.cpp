@@ -60,7 +60,8 @@ void CHeading::Update() {
   }
   lines_ = QStringList{first, FromText(AnalysisDescription(document)), stretch};
   for (const JudgedRequirement& judged : RequirementsOf(document)) {
-    lines_ << tr("Drawing: %1").arg(FromText(judged.requirement.source + ": " + RequirementVerdict(document, judged)));
+    lines_ << tr("Drawing: %1")
+                  .arg(FromText(judged.requirement.source + ": ") + EngineText(RequirementVerdict(document, judged)));
   }
   for (QString& line : lines_) line = Readable(line);
   Elide();

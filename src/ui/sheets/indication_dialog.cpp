@@ -17,10 +17,10 @@
 namespace texturon {
 namespace {
 
-ClassTable ClassesOf(const StandardSettings& standard) {
-  ClassTable classes;
-  if (!standard.ClassTable.empty()) classes = ReadClassTable(PathFromText(standard.ClassTable)).classes;
-  return classes.empty() ? BuiltInClasses() : classes;
+/// With a reason where the settings name a table that is not read.
+ClassTableResult ClassesOf(const StandardSettings& standard) {
+  if (standard.ClassTable.empty()) return {BuiltInClasses(), {}};
+  return ReadClassTable(PathFromText(standard.ClassTable));
 }
 
 /// What the text means, in the language of the window.
@@ -75,8 +75,14 @@ CIndicationDialog::CIndicationDialog(const Settings& settings, QWidget* parent)
 
 void CIndicationDialog::Show() {
   const std::string text = ToText(text_->toPlainText());
-  const ClassTable classes = ClassesOf(former_.analysis.standard);
-  const IndicationResult read = ReadIndication(text, classes);
+  const StandardSettings& standard = former_.analysis.standard;
+  const ClassTableResult classes = ClassesOf(standard);
+  ok_->setEnabled(false);
+  if (!classes.reason.empty()) {
+    meaning_->setText(tr("Class table: %1 %2.").arg(FromText(standard.ClassTable), EngineText(classes.reason)));
+    return;
+  }
+  const IndicationResult read = ReadIndication(text, classes.classes);
   QString meaning = TrimBlanks(text).empty() ? QString() : MeaningInWords(read);
   working_ = former_;
   bool isUsable = read.fault.empty();
