@@ -8,6 +8,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "base/ini_file.h"
 #include "base/text.h"
 #include "platform/platform.h"
 #include "presentation/requirement_texts.h"
@@ -98,6 +99,9 @@ void CIndicationDialog::Show() {
     }
   }
   if (!isTogether) meaning += "\n\n" + tr("The requirements are measured in different ways; enter one at a time.");
+  if (isUsable && working_.analysis.standard.Indication.size() > kIniValueLength) {
+    meaning += "\n\n" + tr("It is longer than the 63 characters that a settings file keeps.");
+  }
   meaning_->setText(meaning);
   ok_->setEnabled(isUsable && isTogether);
 }
