@@ -26,9 +26,11 @@ TEST_F(IndicationDialog, ShowsWhatTheTextMeansAndSetsIt) {
     const char* says;
     bool isUsable;
   };
-  for (const Case& c : {Case{"", "", false}, Case{"Rz", "Character 3: a limit is wanted here.", false},
-                        Case{"Rk 1.5", "Incomplete: a class", false}, Case{"Rz 4\nRa 1 Sc2", "Class: Sc2", false},
-                        Case{"U Rz 9 0.8x4\nL Rz 1", "Long-wave index: 0.8 mm", true}}) {
+  for (const Case& c :
+       {Case{"", "", false}, Case{"Rz", "Character 3: a limit is wanted here.", false},
+        Case{"Rk 1.5", "Incomplete: a class", false}, Case{"Rz 4\nRa 1 Sc2", "Class: Sc2", false},
+        Case{"U Rz 9 0.8x4 S=0.0025 L=0.8 T16%\nL Rz 0.5 0.8x4 S=0.0025 L=0.8 Tmed", "longer than", true},
+        Case{"U Rz 9 0.8x4\nL Rz 1", "Long-wave index: 0.8 mm", true}}) {
     text.setPlainText(c.text);
     EXPECT_TRUE(meaning.text().contains(c.says)) << meaning.text().toStdString();
     EXPECT_EQ(ok.isEnabled(), c.isUsable) << c.text;
@@ -44,6 +46,11 @@ TEST_F(IndicationDialog, ShowsWhatTheTextMeansAndSetsIt) {
   const QString heading = frame_->View().Heading().Text();
   EXPECT_TRUE(heading.contains("Drawing: U Rz 9 0.8x4: ")) << heading.toStdString();
   EXPECT_TRUE(heading.contains("conforming (maximum)"));
+  Settings settings = document.settings;
+  settings.analysis.standard.ClassTable = "nowhere.ini";
+  CIndicationDialog lost(settings);
+  EXPECT_EQ(lost.findChild<QLabel*>("meaning")->text(), "Class table: nowhere.ini does not exist.");
+  EXPECT_FALSE(lost.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->isEnabled());
 }
 
 }  // namespace

@@ -64,6 +64,7 @@ QStringList TextsOfTables() {
   for (const EditionRow& row : EditionTable()) {
     add(row.definition);
     add(row.difference);
+    add(row.roughnessDifference);
     add(TrustText(row.trust));
   }
   for (const char* const name : {"Pmr", "RHtp"}) add(FindRatioRowKind(name)->definition);
@@ -112,6 +113,7 @@ TEST_F(InGerman, SentencesOfTheEngineKeepTheirFigures) {
        "Die Aufzeichnung hat Platz f\u00FCr 4 von 5 Abschnitten von 0.8000 mm; mit 4 Abschnitten, zusammen 3.2000 mm, "
        "wird "
        "gerechnet."},
+      {"1.8374 mm, undecided (fewer than three values)", "1.8374 mm, unentschieden (weniger als drei Werte)"},
       {"nobody has translated 7 of this", "nobody has translated 7 of this"}};
   for (const auto& [english, german] : sentences) EXPECT_EQ(EngineText(english).toStdString(), german);
   for (std::size_t why = 0; why <= static_cast<std::size_t>(Why::kParallelLines); ++why) {

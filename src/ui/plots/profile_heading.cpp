@@ -65,7 +65,8 @@ void CHeading::Update() {
   if (analysis.startsWith(" / ")) analysis.remove(0, 3);
   lines_ = QStringList{first, analysis, stretch};
   for (const JudgedRequirement& judged : RequirementsOf(document)) {
-    lines_ << tr("Drawing: %1").arg(FromText(judged.requirement.source + ": " + RequirementVerdict(document, judged)));
+    lines_ << tr("Drawing: %1")
+                  .arg(FromText(judged.requirement.source + ": ") + EngineText(RequirementVerdict(document, judged)));
   }
   for (QString& line : lines_) line = Readable(line);
   Elide();

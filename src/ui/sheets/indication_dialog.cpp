@@ -8,6 +8,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "base/ini_file.h"
 #include "base/text.h"
 #include "platform/platform.h"
 #include "presentation/requirement_texts.h"
@@ -17,10 +18,10 @@
 namespace texturon {
 namespace {
 
-ClassTable ClassesOf(const StandardSettings& standard) {
-  ClassTable classes;
-  if (!standard.ClassTable.empty()) classes = ReadClassTable(PathFromText(standard.ClassTable)).classes;
-  return classes.empty() ? BuiltInClasses() : classes;
+/// With a reason where the settings name a table that is not read.
+ClassTableResult ClassesOf(const StandardSettings& standard) {
+  if (standard.ClassTable.empty()) return {BuiltInClasses(), {}};
+  return ReadClassTable(PathFromText(standard.ClassTable));
 }
 
 /// What the text means, in the language of the window.
@@ -75,8 +76,14 @@ CIndicationDialog::CIndicationDialog(const Settings& settings, QWidget* parent)
 
 void CIndicationDialog::Show() {
   const std::string text = ToText(text_->toPlainText());
-  const ClassTable classes = ClassesOf(former_.analysis.standard);
-  const IndicationResult read = ReadIndication(text, classes);
+  const StandardSettings& standard = former_.analysis.standard;
+  const ClassTableResult classes = ClassesOf(standard);
+  ok_->setEnabled(false);
+  if (!classes.reason.empty()) {
+    meaning_->setText(tr("Class table: %1 %2.").arg(FromText(standard.ClassTable), EngineText(classes.reason)));
+    return;
+  }
+  const IndicationResult read = ReadIndication(text, classes.classes);
   QString meaning = TrimBlanks(text).empty() ? QString() : MeaningInWords(read);
   working_ = former_;
   bool isUsable = read.fault.empty();
@@ -92,6 +99,9 @@ void CIndicationDialog::Show() {
     }
   }
   if (!isTogether) meaning += "\n\n" + tr("The requirements are measured in different ways; enter one at a time.");
+  if (isUsable && working_.analysis.standard.Indication.size() > kIniValueLength) {
+    meaning += "\n\n" + tr("It is longer than the 63 characters that a settings file keeps.");
+  }
   meaning_->setText(meaning);
   ok_->setEnabled(isUsable && isTogether);
 }
