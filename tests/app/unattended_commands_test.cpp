@@ -102,7 +102,7 @@ TEST(BatchCommand, TriesWithFewerAtATimeWhatDoesNotFitIntoTheMemory) {
   std::filesystem::create_directory(folder / "in");
   constexpr int kPoints = 100'000;
   for (const char* name : {"in/a.lmt", "in/c.lmt"}) folder.Write(name, SmallProfile(400, 1.0));
-  const std::string large = folder.Write("in/b.lmt", SmallProfile(kPoints, 1.0)).string();
+  const std::string large = folder.Write("in/b.lmt", SmallProfile(kPoints, 1.0)).make_preferred().string();
   const LargestBlock limit(sizeof(double) * kPoints - 1);
   const Outcome run = Texturon({"batch", (folder / "in").string(), "--parameter-file", (folder / "rows.csv").string(),
                                 "--jobs", "4", "--failures", (folder / "failed.txt").string()});

@@ -74,7 +74,7 @@ protected:
     for (std::string line; std::getline(lines, line);) {
       const std::size_t end = line.find(".lmt    \", \"");
       if (end == std::string::npos) continue;
-      const std::size_t begin = line.rfind('/', end) + 1;
+      const std::size_t begin = line.find_last_of("/\\", end) + 1;
       ++rows[line.substr(begin, end - begin)];
       EXPECT_TRUE(line.starts_with('"') && line.ends_with('\r')) << line;
     }
