@@ -112,6 +112,7 @@ TEST(CommandLine, ConvertsAndReadsBack) {
 }
 
 TEST(CommandLine, TakesPathsOfAnyLetters) {
+  TEXTURON_NEEDS_POSIX();
   const ScratchFolder folder;
   const std::string file = folder.Write("n \xC3\xA4.hdr", "IDENT").string();
   const Outcome run = Texturon({"inspect", file});

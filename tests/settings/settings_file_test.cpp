@@ -7,6 +7,7 @@
 #include <string>
 
 #include "settings/working_settings.h"
+#include "support/child_process.h"
 #include "support/scratch_folder.h"
 #include "support/scripted_prompts.h"
 
@@ -92,6 +93,7 @@ TEST(SettingsFile, NothingIsWrittenWhereTheTextStays) {
 
 // The folder's path is so long that the file in it can be opened but no file with a longer name can be made beside it.
 TEST(SettingsFile, AnOldFileThatCannotBeWrittenIsUpgradedInMemory) {
+  TEXTURON_NEEDS_POSIX();
   const ScratchFolder folder;
   constexpr std::size_t kLongestPath = 4095;
   fs::path deep = folder.path();

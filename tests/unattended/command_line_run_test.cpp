@@ -2,6 +2,7 @@
 
 #include "unattended/command_line_run.h"
 
+#include <algorithm>
 #include <ctime>
 #include <filesystem>
 #include <functional>
@@ -82,6 +83,7 @@ protected:
     for (std::size_t at; (at = text.find(folder_.path().string())) != std::string::npos;) {
       text.replace(at, folder_.path().string().size(), "FOLDER");
     }
+    if (std::filesystem::path::preferred_separator != '/') std::replace(text.begin(), text.end(), '\\', '/');
     return text;
   }
 
@@ -353,7 +355,7 @@ TEST(CommandLineArguments, CutsAtEveryQuote) {
   EXPECT_TRUE(CommandLineArguments("").empty());
   EXPECT_EQ(OutputExtension("x/S1234.prf"), "S4");
   EXPECT_EQ(OutputExtension("7.lmt"), "77");
-  EXPECT_EQ(OutputExtension("\u00fc\u6e2c\u5b9a.lmt"), "\u00fc\u5b9a");
+  EXPECT_EQ(OutputExtension(PathFromSystemText("\u00fc\u6e2c\u5b9a.lmt")), "\u00fc\u5b9a");
 }
 
 }  // namespace

@@ -166,6 +166,7 @@ TEST_F(FolderBatch, ResumeBeginsAnewWhereNotEvenTheHeaderIsWhole) {
 }
 
 TEST_F(FolderBatch, AFailureIsOneLineWhateverTheName) {
+  TEXTURON_NEEDS_POSIX();
   options_.files = {folder_ / "in/lost\r\nand\tfound.lmt"};
   EXPECT_EQ(Run().summary.failed, 1U);
   const std::string failures = folder_.Read("failures.txt");
@@ -203,6 +204,7 @@ TEST_F(FolderBatch, TwoRunsAtOnceIntoOneFileLoseAndTearNothing) {
 
 // The source column says "????.lmt" of both names, and nothing of one that a spreadsheet has saved.
 TEST_F(FolderBatch, ResumeGoesByTheFilesThemselves) {
+  TEXTURON_NEEDS_POSIX();
   const std::string first = "in/\u8868\u9762.lmt";
   const std::string second = "in/\u7C97\u3055.lmt";
   folder_.Write(first, SmallProfile(400, 1.0));

@@ -225,6 +225,7 @@ TEST_F(FolderWatch, CompletesWhatWasAtHandAndKeepsWhatCameInItsPlace) {
 }
 
 TEST_F(FolderWatch, NamesOfAnyBytesAreRememberedAndOurOwnFilesLeftAlone) {
+  TEXTURON_NEEDS_POSIX();
   options_.deletes = false;
   options_.logsEvents = true;
   environment_.workingFolder = folder_ / "in";
@@ -258,6 +259,7 @@ TEST_F(FolderWatch, TheWatchedFolderIsNoHoldFolder) {
 }
 
 TEST_F(FolderWatch, AFolderThatGoesAndComesBackIsTakenUpWhereItWasLeft) {
+  TEXTURON_NEEDS_POSIX();
   Put("a.lmt", SmallProfile(400, 1.0));
   // It goes between the row of a file and its copy.
   bool isGone = false;
@@ -402,8 +404,10 @@ TEST(WatchJournal, RowIsCompletedWhateverOfItStands) {
     EXPECT_EQ(entry->file, written.file);
     EXPECT_EQ(entry->stamp, written.stamp);
     folder.Write("rows.csv", after);
-    AppendFile file(folder / "rows.csv");
-    EXPECT_TRUE(EnsureRow(*entry, file).ok());
+    {
+      AppendFile file(folder / "rows.csv");
+      EXPECT_TRUE(EnsureRow(*entry, file).ok());
+    }
     EXPECT_EQ(folder.Read("rows.csv"), completed) << after;
   }
   std::string former = WatchEntryText({});
