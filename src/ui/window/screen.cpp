@@ -25,7 +25,8 @@ void PrepareScreen(bool isHeadless) {
   }
 }
 
-// The name that stands for any plain font is not known there. The system's own style draws many things light whatever the palette says.
+// The name that stands for any plain font is not known there. The system's own style draws many things light whatever
+// the palette says.
 void SuitStyleToScreen() {
   QFont::insertSubstitutions("sans-serif", {"Segoe UI", "Tahoma", "Arial"});
   QPalette palette = QApplication::palette();
