@@ -45,7 +45,7 @@ void ProvenanceCompanion::Add(const std::filesystem::path& file, const InputMark
     WriteInput(json, input);
   });
   const auto objection = [](AppendFile& held) {
-    const bool isOurs = held.size() == 0 || held.Start(kProvenanceStart.size()) == kProvenanceStart;
+    const bool isOurs = held.size() == 0 || held.Read(0, kProvenanceStart.size()) == kProvenanceStart;
     return isOurs ? std::string() : std::string("is no companion of a parameter file");
   };
   const AppendOutcome appended = AppendLines(path_, {}, runLine_ + line, objection, InUse::kWait, Interrupted);

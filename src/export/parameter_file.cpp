@@ -120,7 +120,7 @@ std::optional<std::size_t> CommasOf(std::string_view line) {
 /// Takes off a last row that was written by this program and lost its end, so that the next one does not become part of
 /// it. A row that is whole but for its line end stays, and so does everything in a file of a spreadsheet.
 FileOutcome CutTornRow(AppendFile& file, std::string_view header) {
-  const std::string text = file.Start(static_cast<std::size_t>(file.size()));
+  const std::string text = file.Read(0, static_cast<std::size_t>(file.size()));
   const std::size_t lastEnd = text.rfind('\n');
   if (lastEnd == std::string::npos) return header.starts_with(text) ? file.CutTo(0) : FileOutcome{};
   const std::string_view titles = std::string_view(text).substr(0, text.find('\n'));
@@ -132,7 +132,7 @@ FileOutcome CutTornRow(AppendFile& file, std::string_view header) {
 }  // namespace
 
 std::string NoParameterFile(const AppendFile& file) {
-  return Objection(file.Start(kStart));
+  return Objection(file.Read(0, kStart));
 }
 
 std::string NoParameterFile(const std::filesystem::path& path) {
@@ -142,7 +142,7 @@ std::string NoParameterFile(const std::filesystem::path& path) {
 }
 
 std::string OtherEdition(const AppendFile& file, std::string_view header) {
-  return EditionObjection(file.Start(kLongestTitles), header);
+  return EditionObjection(file.Read(0, kLongestTitles), header);
 }
 
 std::string OtherEdition(const std::filesystem::path& path, std::string_view header) {

@@ -78,7 +78,7 @@ std::string QdasValues(std::span<const QdasCharacteristic> characteristics, cons
 AppendOutcome AppendToQdasFile(const std::filesystem::path& path, const std::string& description,
                                std::string_view values, InUse inUse, const std::function<bool()>& givesUp) {
   const auto objection = [&description](const AppendFile& file) -> std::string {
-    if (file.size() == 0 || file.Start(description.size()) == description) return {};
+    if (file.size() == 0 || file.Read(0, description.size()) == description) return {};
     return "holds other characteristics, or is no file of such results";
   };
   return AppendLines(path, description, values, objection, inUse, givesUp);

@@ -69,18 +69,18 @@ void AppendFile::Open(const std::filesystem::path& path, Name name) {
   endsInsideLine_ = last != '\n';
 }
 
-std::string AppendFile::Start(std::size_t most) const {
-  std::string start(most, '\0');
+std::string AppendFile::Read(std::uint64_t at, std::size_t most) const {
+  std::string bytes(most, '\0');
   std::size_t size = 0;
-  if (SeekTo(handle_, 0) == 0) {
+  if (SeekTo(handle_, static_cast<std::int64_t>(at)) >= 0) {
     while (size < most) {
-      const std::ptrdiff_t got = ReadSome(handle_, start.data() + size, most - size);
+      const std::ptrdiff_t got = ReadSome(handle_, bytes.data() + size, most - size);
       if (got <= 0) break;
       size += static_cast<std::size_t>(got);
     }
   }
-  start.resize(size);
-  return start;
+  bytes.resize(size);
+  return bytes;
 }
 
 FileOutcome AppendFile::Append(std::string_view bytes) {

@@ -36,8 +36,9 @@ public:
   std::uint64_t size() const { return size_; }
   bool endsInsideLine() const { return endsInsideLine_; }
   bool isOurs() const { return isOurs_; }  ///< belongs to this user
-  /// What the file begins with: its first bytes, as many as there are.
-  std::string Start(std::size_t most) const;
+  /// What stands in the file from a place on: so many bytes, or as many as there are. Some systems let nobody read it
+  /// by another way while it is held.
+  std::string Read(std::uint64_t at, std::size_t most) const;
   /// Whether the file that is held still bears its name.
   bool IsAt(const std::filesystem::path& path) const;
 

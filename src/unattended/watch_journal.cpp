@@ -3,7 +3,6 @@
 #include "unattended/watch_journal.h"
 
 #include <charconv>
-#include <fstream>
 
 #include "base/number_text.h"
 
@@ -31,13 +30,6 @@ bool TakeCounted(std::string_view& text, std::string& value) {
   value = text.substr(0, length);
   text.remove_prefix(length + 1);
   return true;
-}
-
-/// What stands in the file from `at` on.
-std::string Tail(const std::filesystem::path& path, std::uint64_t at) {
-  std::ifstream file(path, std::ios::binary);
-  file.seekg(static_cast<std::streamoff>(at));
-  return {std::istreambuf_iterator<char>(file), {}};
 }
 
 /// The row alone: the last line of what was to be added.
@@ -80,7 +72,9 @@ FileOutcome EnsureRow(const WatchEntry& entry, AppendFile& file) {
   if (entry.rowText.empty()) return {};
   FileOutcome outcome;
   if (file.size() > entry.rowAt) {
-    const std::string tail = Tail(PathFromSystemText(entry.parameterFile), entry.rowAt);
+    const auto behind = static_cast<std::size_t>(file.size() - entry.rowAt);
+    const std::string tail = file.Read(entry.rowAt, behind);
+    if (tail.size() != behind) return {"cannot be read"};
     const bool isThere = tail.find(LastLine(entry.rowText)) != std::string::npos;
     if (isThere) return file.Flush();
     if (std::string_view(entry.rowText).starts_with(tail)) outcome = file.CutTo(entry.rowAt);

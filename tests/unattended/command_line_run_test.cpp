@@ -161,6 +161,7 @@ TEST_F(CommandLineRun, JudgesByTheRuleOfThePlan) {
 }
 
 TEST_F(CommandLineRun, EveryFailureSaysSoAndWritesNoResults) {
+  TEXTURON_NEEDS_POSIX();  // the words of the system
   folder_.Write("damaged.lmt", "1");
   folder_.Write("short.lmt", SmallProfile(20, 1.0));
   const std::string plan = "[a]\r\nParameters=Ra\r\n";

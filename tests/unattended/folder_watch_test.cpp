@@ -337,6 +337,7 @@ TEST_F(FolderWatch, KeepsItsBooksInTheStateFolderAndTakesFormerOnesOver) {
   EXPECT_TRUE(IsPrivateFolder(environment_.stateFolder));
   EXPECT_FALSE(std::filesystem::exists(folder_ / "in/.texturon-watch-journal"));
   EXPECT_FALSE(std::filesystem::exists(folder_ / "in/.texturon-watch-done"));
+  if (std::filesystem::path::preferred_separator != '/') return;  // rights that are no file modes
   // A state folder that others can change is none.
   std::filesystem::permissions(environment_.stateFolder, std::filesystem::perms::all);
   EXPECT_EQ(WatchUntil([this] { return !failures_.empty(); }), "");
