@@ -63,6 +63,7 @@ TEST(Import, TakesNamesAndCharacterSetsAsTheyCome) {
   for (const std::string& bytes : {text, little, little.substr(2), big, macintosh}) {
     for (const char* name : {".txt", "Welle \xC3\xBC 3.TXT", "a.b.txt"}) {
       const ImportOutcome outcome = LoadProfileFile(folder.Write(name, bytes), {}, prompts);
+      ASSERT_FALSE(outcome.attempts.empty()) << name << ": " << outcome.reason;
       EXPECT_EQ(outcome.attempts.back().reader, "text with a unit pair") << outcome.reason;
       EXPECT_EQ(outcome.profile.heightsUM, (std::vector<double>{1, 2, 4}));
       EXPECT_TRUE(Near(outcome.profile.spacingUM, 100.0, 1e-12));
