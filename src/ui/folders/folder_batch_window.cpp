@@ -26,6 +26,7 @@
 #include "base/date_text.h"
 #include "base/number_text.h"
 #include "platform/platform.h"
+#include "presentation/table_rows.h"
 #include "settings/settings_text.h"
 #include "ui/colours.h"
 #include "ui/language.h"
@@ -70,6 +71,16 @@ QString ResultTip(const BatchRow& row) {
   QStringList lines(row.reason.empty() ? ToleranceText(row) : EngineText(row.reason));
   for (const std::string& remark : row.remarks) lines << EngineText(remark);
   return lines.join('\n');
+}
+
+/// Puts what stands in the order of the rows into that in which they are looked at.
+template <typename Item>
+void PutInOrder(std::vector<Item>& items, const std::vector<std::size_t>& order) {
+  if (items.size() != order.size()) return;
+  std::vector<Item> ordered;
+  ordered.reserve(items.size());
+  for (const std::size_t place : order) ordered.push_back(std::move(items[place]));
+  items = std::move(ordered);
 }
 
 }  // namespace
@@ -318,6 +329,7 @@ void CFolderBatchWindow::Start(std::vector<std::filesystem::path> files, const s
   start_->setText(tr("&Stop"));
   settings_ = MakeDocument();
   ApplySettings(settings_, doc_.document().settings);
+  order_ = OrderOfInterest(settings_);
   stops_ = false;
   hasEnded_ = false;
   outcome_ = {};
@@ -364,6 +376,7 @@ void CFolderBatchWindow::Collect() {
     const std::lock_guard lock(mutex_);
     rows.swap(arrived_);
   }
+  for (BatchRow& row : rows) PutInOrder(row.columns, order_);
   const bool isFirst = results_->rowCount() == 0 && !rows.empty();
   std::vector<CTrendPane::File> files;
   for (const BatchRow& row : rows) files.push_back({row.columns, row.path});
@@ -431,7 +444,9 @@ void CFolderBatchWindow::OnSave() {
 
 void CFolderBatchWindow::ShowSummary(const BatchSummary& summary) {
   QList<CGridCtrl::Record> records;
-  for (const ColumnSummary& column : summary.columns) {
+  std::vector<ColumnSummary> columns = summary.columns;
+  PutInOrder(columns, order_);
+  for (const ColumnSummary& column : columns) {
     QStringList cells = {FromText(column.name), QString::number(column.count)};
     const double values[] = {column.mean, column.StandardDeviation(), column.minimum, column.maximum};
     for (const double value : values) cells << (column.count == 0 ? QString() : FromText(SummaryFigure(value)));

@@ -19,6 +19,7 @@
 #include "base/number_text.h"
 #include "platform/platform.h"
 #include "presentation/shown_rows.h"
+#include "presentation/table_rows.h"
 #include "ui/colours.h"
 #include "ui/language.h"
 #include "ui/qt_text.h"
@@ -226,7 +227,8 @@ void CUncertaintyWindow::ShowResults() {
   const bool metric = tried_.settings.display.Metric;
   const std::vector<ShownRow> rows = ShownRows(tried_);
   table_->setRowCount(0);
-  for (std::size_t i = 0; i < rows.size(); ++i) {
+  order_ = OrderOfInterest(tried_);
+  for (const std::size_t i : order_) {
     const int line = table_->rowCount();
     table_->insertRow(line);
     QStringList cells{FromText(rows[i].title), rows[i].value.empty() ? QString() : Readable(FromText(rows[i].value))};
@@ -248,11 +250,7 @@ void CUncertaintyWindow::ShowResults() {
   }
   table_->resizeColumnsToContents();
   if (table_->rowCount() > 0) {
-    const auto isJudged = [](const ShownRow& row) { return row.row.tolerance.toleranced; };
-    const auto isCommon = [](const ShownRow& row) { return row.title == "Ra"; };
-    auto first = std::find_if(rows.begin(), rows.end(), isJudged);
-    if (first == rows.end()) first = std::find_if(rows.begin(), rows.end(), isCommon);
-    table_->setCurrentCell(first == rows.end() ? 0 : static_cast<int>(first - rows.begin()), 0);
+    table_->setCurrentCell(0, 0);
     table_->scrollToItem(table_->currentItem(), QAbstractItemView::PositionAtTop);
   }
   DrawContributions(table_->currentRow());
@@ -261,10 +259,10 @@ void CUncertaintyWindow::ShowResults() {
 /// A bar a line of the budget, the longest first from above.
 void CUncertaintyWindow::DrawContributions(int row) {
   bars_->clearPlottables();
-  const bool isKnown = row >= 0 && static_cast<std::size_t>(row) < sensitivities_.size();
   const std::vector<ShownRow> rows = ShownRows(tried_);
-  if (!isKnown || static_cast<std::size_t>(row) >= rows.size()) return bars_->replot();
-  const auto index = static_cast<std::size_t>(row);
+  if (row < 0 || static_cast<std::size_t>(row) >= order_.size()) return bars_->replot();
+  const std::size_t index = order_[static_cast<std::size_t>(row)];
+  if (index >= sensitivities_.size() || index >= rows.size()) return bars_->replot();
   std::vector<Sensitivity> lines = sensitivities_[index];
   std::stable_sort(lines.begin(), lines.end(),
                    [](const Sensitivity& a, const Sensitivity& b) { return a.contribution < b.contribution; });
