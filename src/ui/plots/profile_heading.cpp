@@ -20,6 +20,21 @@ QString DrawingText(std::string_view source, std::string_view verdict) {
   return CHeading::tr("Drawing: %1").arg(FromText(source) + ": " + EngineText(verdict));
 }
 
+/// A line that is too wide as two, broken where a part ends, and only cut where that does not do.
+QString InTwo(const QString& line, int width, const QFontMetrics& metrics) {
+  if (metrics.horizontalAdvance(line) <= width) return line;
+  for (const char* const end : {" / ", ", ", " = ", "   "}) {
+    qsizetype at = line.lastIndexOf(end);
+    while (at > 0 && metrics.horizontalAdvance(line.left(at)) > width) at = line.lastIndexOf(end, at - 1);
+    if (at <= 0) continue;
+    const qsizetype first = line[at] == ',' ? at + 1 : at;
+    QString rest = line.mid(first).trimmed();
+    if (rest.startsWith("/ ")) rest.remove(0, 2);
+    if (metrics.horizontalAdvance(rest) <= width) return line.left(first) + '\n' + rest;
+  }
+  return metrics.elidedText(line, Qt::ElideMiddle, width);
+}
+
 }  // namespace
 
 CHeading::CHeading(CTexturonDoc& doc, QWidget* parent)
@@ -156,7 +171,7 @@ void CHeading::Elide() {
   for (const QString& line : lines_) {
     const int taken = shown.isEmpty() && !isAlone ? badge.width() + gap : 0;
     const int width = std::max(contentsRect().width() - 2 * gap - taken, 1);
-    shown << fontMetrics().elidedText(line, Qt::ElideMiddle, width);
+    shown << InTwo(line, width, fontMetrics());
   }
   label_->setText(shown.join('\n'));
 }

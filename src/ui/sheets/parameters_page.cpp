@@ -55,9 +55,10 @@ CParametersPage::CParametersPage(Settings& settings, QWidget* parent)
       table_(new QTableWidget(0, std::size(kColumns), this)),
       filter_(new QLineEdit(this)),
       note_(new QLabel(this)) {
-  filter_->setPlaceholderText(tr("Find by name or definition"));
+  filter_->setPlaceholderText(tr("Find"));
   filter_->setClearButtonEnabled(true);
-  filter_->setAccessibleName(filter_->placeholderText());
+  filter_->setToolTip(tr("Find by name or definition"));
+  filter_->setAccessibleName(filter_->toolTip());
   table_->setAccessibleName(tr("Parameters"));
   QStringList titles;
   for (int column = 0; column < table_->columnCount(); ++column) {

@@ -137,8 +137,7 @@ CFiltersPage::CFiltersPage(Settings& settings, const CTexturonDoc& doc, QWidget*
     });
     connect(own, &CSettingField::Edited, this, [this] { FollowOwnCutoffs(settings_.analysis); });
     AddRow(*form, texts.first, *list);
-    AddRow(*form, cutoff == Cutoff::kLong ? tr("Your own long-wave cut-off") : tr("Your own short-wave cut-off"), *own)
-        ->setToolTip(own->Tip());
+    AddRow(*form, cutoff == Cutoff::kLong ? tr("Your own Lc") : tr("Your own Ls"), *own)->setToolTip(own->Tip());
   }
   AddProposals(*form);
   static_cast<QVBoxLayout*>(layout())->insertWidget(1, box);

@@ -68,6 +68,8 @@ CUncertaintyWindow::CUncertaintyWindow(CTexturonDoc& doc, QWidget* parent)
   table_->setSelectionBehavior(QAbstractItemView::SelectRows);
   table_->setSelectionMode(QAbstractItemView::SingleSelection);
   table_->verticalHeader()->hide();
+  table_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+  table_->horizontalHeader()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
   bars_->setAccessibleName(tr("Contributions of the budget's lines"));
   bars_->setMinimumHeight(fontMetrics().height() * 12);
   auto* const results = new QSplitter(Qt::Vertical, this);
@@ -80,6 +82,7 @@ CUncertaintyWindow::CUncertaintyWindow(CTexturonDoc& doc, QWidget* parent)
   layout->setColumnStretch(1, 1);
   connect(table_, &QTableWidget::currentCellChanged, this, [this](int row) { DrawContributions(row); });
   ShowEntries(KnownBudgetEntries());
+  DrawContributions(-1);
   ResizeInCharacters(*this, 195, 46);
 }
 
@@ -116,7 +119,8 @@ QWidget* CUncertaintyWindow::MakeBudgetFields() {
 void CUncertaintyWindow::AddField(QGridLayout& grid, const std::string& key, std::string_view meaning,
                                   std::string_view unit, bool hasDistribution) {
   const int line = grid.rowCount();
-  const QString name = EngineText(meaning);
+  QString name = EngineText(meaning);
+  if (!name.isEmpty()) name[0] = name[0].toUpper();
   // Two lines of text leave the results their room.
   constexpr int kLabelWidth = 32;
   auto* const label = new QLabel(name, this);
@@ -248,7 +252,6 @@ void CUncertaintyWindow::ShowResults() {
       table_->setItem(line, column, item);
     }
   }
-  table_->resizeColumnsToContents();
   if (table_->rowCount() > 0) {
     table_->setCurrentCell(0, 0);
     table_->scrollToItem(table_->currentItem(), QAbstractItemView::PositionAtTop);
@@ -259,6 +262,7 @@ void CUncertaintyWindow::ShowResults() {
 /// A bar a line of the budget, the longest first from above.
 void CUncertaintyWindow::DrawContributions(int row) {
   bars_->clearPlottables();
+  bars_->axisRect()->setVisible(row >= 0);  // empty axes would only ask what they are
   const std::vector<ShownRow> rows = ShownRows(tried_);
   if (row < 0 || static_cast<std::size_t>(row) >= order_.size()) return bars_->replot();
   const std::size_t index = order_[static_cast<std::size_t>(row)];
