@@ -113,8 +113,7 @@ QList<QStringList> CBatchResults::AllCells() const {
     lines[0] << headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
   for (int row = 0; row < rowCount(); ++row) {
     QStringList cells;
-    for (int column = 0; column < columnCount(); ++column)
-      cells << data(index(row, column), Qt::DisplayRole).toString();
+    for (int column = 0; column < columnCount(); ++column) cells << data(index(row, column), Qt::EditRole).toString();
     lines << cells;
   }
   return lines;
@@ -152,7 +151,8 @@ QVariant CBatchResults::data(const QModelIndex& index, int role) const {
   const auto column = static_cast<std::size_t>(index.column());
   if (index.column() < kFixedColumns) {
     const bool isName = index.column() == 0;
-    if (role == Qt::DisplayRole) return isName ? FromPath(row.path.filename()) : ResultText(row);
+    if (role == Qt::DisplayRole || role == Qt::EditRole)
+      return isName ? FromPath(row.path.filename()) : ResultText(row);
     if (role == Qt::ToolTipRole) return isName ? FromPath(row.path) : ResultTip(row);
     return {};
   }
@@ -160,7 +160,11 @@ QVariant CBatchResults::data(const QModelIndex& index, int role) const {
   const ColumnValue& cell = row.columns[column - kFixedColumns];
   switch (role) {
     case Qt::DisplayRole:
-      return cell.text.empty() ? QString::fromUtf8("\u2013") : FromText(cell.text);
+    case Qt::EditRole: {
+      // As it is read, and as it is copied and filed.
+      const QString text = cell.text.empty() ? QString::fromUtf8("\u2013") : FromText(cell.text);
+      return role == Qt::DisplayRole ? Readable(text) : text;
+    }
     case Qt::TextAlignmentRole:
       return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
     case Qt::BackgroundRole:

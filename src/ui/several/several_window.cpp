@@ -446,10 +446,13 @@ void CSeveralWindow::ShowTable() {
   });
   for (const SeveralRow& row : rows) {
     QStringList cells = {FromText(row.title + row.label)};
-    for (const auto& value : row.values) cells << Readable(FromText(row.Shown(value, metric)));
-    for (const auto& value : {row.statistics.mean, row.statistics.standardDeviation, row.statistics.Range()}) {
-      cells << Readable(FromText(row.Shown(value, metric)));
-    }
+    const auto add = [&](const std::optional<double>& value) {
+      const std::string text = row.Shown(value, metric);
+      cells << (text.empty() ? QString::fromUtf8("\u2013") : Readable(FromText(text)));
+    };
+    for (const auto& value : row.values) add(value);
+    for (const auto& value : {row.statistics.mean, row.statistics.standardDeviation, row.statistics.Range()})
+      add(value);
     cells << Readable(FromText(row.row.quantity.Unit(metric)));
     cells << (row.acceptance ? EngineText(AcceptanceWord(row.acceptance->verdict)) : QString());
     const bool isBad = row.acceptance && row.acceptance->verdict == Acceptance::kFail;
