@@ -55,6 +55,8 @@ QString WithShortNumbers(const QString& text) {
 QString AsSentence(const QString& remark) {
   QString text = WithShortNumbers(remark);
   static const QRegularExpression file("^\\S*[./\\\\]\\S");
+  static const QRegularExpression micrometres("(?<=\\d) um\\b");
+  text.replace(micrometres, QString::fromUtf8(" \u00B5m"));
   if (!text.isEmpty() && !file.match(text).hasMatch()) text[0] = text[0].toUpper();
   return text.isEmpty() || text.back().isPunct() ? text : text + '.';
 }

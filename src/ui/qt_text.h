@@ -24,8 +24,8 @@ QString Readable(const QString& text);
 
 /// The same with no more than seven figures where a number has nine decimals and more.
 QString WithShortNumbers(const QString& text);
-/// A remark of the engine as a sentence: with a capital, unless it begins with the name of a file, such numbers, and a
-/// full stop.
+/// A remark of the engine as a sentence: with a capital, unless it begins with the name of a file, such numbers, the
+/// sign of micrometres, and a full stop.
 QString AsSentence(const QString& remark);
 
 /// Makes a window so many characters wide and lines high, as far as its screen has room for that.

@@ -210,12 +210,12 @@ TEST(DialogPrompts, QuestionsAndRemarksAreReadable) {
                                 "0.3560493", "Enter it:", "1.5"}));
   const std::pair<const char*, const char*> remarks[] = {
       {"the file states no usable point spacing; 0.35604927721996726 um is taken",
-       "The file states no usable point spacing; 0.3560493 um is taken."},
+       "The file states no usable point spacing; 0.3560493 \u00B5m is taken."},
       {"part.ini: not read", "part.ini: not read."},
       {"The arc fits.", "The arc fits."}};
   for (const auto& [remark, sentence] : remarks) {
     prompts.Notice(remark);
-    EXPECT_EQ(window.statusBar()->currentMessage(), sentence);
+    EXPECT_EQ(window.statusBar()->currentMessage(), QString::fromUtf8(sentence));
   }
 }
 

@@ -167,11 +167,14 @@ void CHeading::Elide() {
   const bool isAlone = verdict_->isHidden();
   const QSize badge = isAlone ? QSize() : verdict_->sizeHint();
   label_->setContentsMargins(0, isAlone ? 0 : std::max(badge.height() - fontMetrics().lineSpacing(), 0), 0, 0);
+  // In a low window a line more would be one of the profile's.
+  constexpr int kLeastLines = 24;
+  const bool hasRoom = parentWidget()->height() > kLeastLines * fontMetrics().lineSpacing();
   QStringList shown;
   for (const QString& line : lines_) {
     const int taken = shown.isEmpty() && !isAlone ? badge.width() + gap : 0;
     const int width = std::max(contentsRect().width() - 2 * gap - taken, 1);
-    shown << InTwo(line, width, fontMetrics());
+    shown << (hasRoom ? InTwo(line, width, fontMetrics()) : fontMetrics().elidedText(line, Qt::ElideMiddle, width));
   }
   label_->setText(shown.join('\n'));
 }
