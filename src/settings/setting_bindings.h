@@ -77,7 +77,8 @@ using Analysis = AnalysisSettings;
 
 inline constexpr SettingRows kParameterRows = RowsOf<&Analysis::parameters>(0, kMostParameters, 1);
 inline constexpr SettingRows kPrimaryRatioRows = RowsOf<&Analysis::primaryMaterialRatios>(kRatioRows, kRatioRows, 1);
-inline constexpr SettingRows kRoughnessRatioRows = RowsOf<&Analysis::roughnessMaterialRatios>(kRatioRows, kRatioRows, 1);
+inline constexpr SettingRows kRoughnessRatioRows =
+    RowsOf<&Analysis::roughnessMaterialRatios>(kRatioRows, kRatioRows, 1);
 inline constexpr SettingRows kPrimaryHtpRows = RowsOf<&Analysis::primaryHtps>(kRatioRows, kRatioRows, 1);
 inline constexpr SettingRows kRoughnessHtpRows = RowsOf<&Analysis::roughnessHtps>(kRatioRows, kRatioRows, 1);
 inline constexpr SettingRows kCoefficientRows = RowsOf<&Analysis::asphereCoefficients>(0, kMostAsphereCoefficients, 2);
