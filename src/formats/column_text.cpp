@@ -209,7 +209,9 @@ ReadResult Finish(const ReaderInput& input, Table& table, ImportedProfile& profi
   std::vector<std::string> titles;
   for (const std::size_t column : heights) {
     const ColumnHeading& named = table.heading.columns[column];
-    if (table.heading.line > 0) titles.push_back(named.name + (named.unit.empty() ? "" : " in " + named.unit));
+    if (table.heading.line == 0) break;
+    const bool tellsUnit = named.unit.empty() || named.name.find(named.unit) != std::string::npos;
+    titles.push_back(named.name + (tellsUnit ? "" : " in " + named.unit));
   }
   const std::size_t zColumn = heights[AskHeightColumn(input, heights.size(), profile, titles) - 1];
   std::string wrong = NoLength(table, zColumn);
