@@ -87,6 +87,10 @@ public:
   /// Fills in what the read line leaves open.
   void Settle(Requirement& requirement) const {
     requirement.edition = Edition::k2021;
+    if (IsOlderSpelling(requirement.name)) {
+      requirement.notes.push_back(requirement.name + " is spelled as on drawings before ISO 21920; read as " +
+                                  requirement.rowName + " of 2021, as the rest of the line is.");
+    }
     const SettingClass* const found = ClassFor(requirement);
     if (upperLimit_ && found != nullptr) requirement.notes.emplace_back("The class is that of the upper limit.");
     if (letter_ == 'P') return SettlePrimary(requirement, found);
@@ -95,9 +99,11 @@ public:
     if (found != nullptr && isClassOfIndex) requirement.className = found->name;
     if (written_.longMM) requirement.longIndexMM = written_.longMM;
     if (written_.shortMM) requirement.shortIndexUM = *written_.shortMM * kMicrometresPerMillimetre;
-    SettleLengths(requirement, found);
-    if (letter_ == 'W' && requirement.missing.empty()) {
-      requirement.notes.emplace_back("The long side of the waviness (Nif) is that of the settings.");
+    if (letter_ != 'W') return SettleLengths(requirement, found);
+    TakeWrittenLengths(requirement);
+    if (requirement.missing.empty()) {
+      requirement.notes.emplace_back(
+          "The waviness begins at the long-wave index (Nic); its long side (Nif) is that of the settings.");
     }
   }
 
@@ -142,6 +148,7 @@ private:
     }
     requirement.name = name.text;
     requirement.rowName = PointsForCommas(name.text);
+    if (IsOlderSpelling(requirement.rowName)) requirement.rowName = read.letter + std::string(read.row->suffix);
     letter_ = read.letter;
     row_ = read.row;
     requirement.unit = PrintedUnit(MakeEditionRow(requirement.rowName).quantity.metricUnit);
@@ -323,6 +330,16 @@ private:
     requirement.notes.emplace_back("The evaluation length is no whole number of sections.");
   }
 
+  /// Sections and lengths of the classes are those of the roughness.
+  void TakeWrittenLengths(Requirement& requirement) const {
+    requirement.sections = written_.sections;
+    requirement.sectionMM = written_.sectionMM;
+    requirement.lengthMM = written_.lengthMM;
+    if (!requirement.lengthMM && requirement.sectionMM && requirement.sections) {
+      requirement.lengthMM = LengthOfSections(*requirement.sectionMM, *requirement.sections);
+    }
+  }
+
   /// The primary profile has no long-wave index; it is evaluated over the length that is stated, or over the feature.
   void SettlePrimary(Requirement& requirement, const SettingClass* found) const {
     if (found != nullptr) {
@@ -333,12 +350,7 @@ private:
     }
     if (written_.shortMM) requirement.shortIndexUM = *written_.shortMM * kMicrometresPerMillimetre;
     requirement.missing = requirement.shortIndexUM ? "" : "the short-wave index (S=Nis) or a class must be written";
-    requirement.sections = written_.sections;
-    requirement.sectionMM = written_.sectionMM;
-    requirement.lengthMM = written_.lengthMM;
-    if (!requirement.lengthMM && requirement.sectionMM && requirement.sections) {
-      requirement.lengthMM = LengthOfSections(*requirement.sectionMM, *requirement.sections);
-    }
+    TakeWrittenLengths(requirement);
     requirement.notes.emplace_back(requirement.lengthMM ? "Choose a region of this length."
                                                         : "The length of the feature is evaluated.");
   }
@@ -388,11 +400,13 @@ void FillFromClass(const SettingClass& chosen, Requirement& requirement) {
   requirement.mostSpacingUM = chosen.mostSpacingUM;
   requirement.mostTipRadiusUM = chosen.mostTipRadiusUM;
   requirement.className = chosen.name;
-  if (UpperAscii(requirement.rowName.front()) == 'P') return;
+  const char letter = UpperAscii(requirement.rowName.front());
+  if (letter == 'P') return;
   std::optional<double>& sectionMM = requirement.sectionMM;
   std::optional<std::int32_t>& count = requirement.sections;
   std::optional<double>& lengthMM = requirement.lengthMM;
   if (!requirement.longIndexMM) requirement.longIndexMM = chosen.longIndexMM;
+  if (letter == 'W') return;
   if (!sectionMM) sectionMM = lengthMM && count ? *lengthMM / *count : *requirement.longIndexMM;
   if (!count) count = lengthMM ? std::max(1, RoundToIndex(WholePartsOfLength(*lengthMM, *sectionMM))) : chosen.sections;
   if (!lengthMM) lengthMM = LengthOfSections(*sectionMM, *count);
@@ -472,7 +486,8 @@ void ApplyRequirement(const Requirement& requirement, AnalysisSettings& settings
   if (requirement.motifMM) settings.MotifAMM = *requirement.motifMM;
   standard.Sections = requirement.sections.value_or(standard.Sections);
   // Primary profile and motifs are evaluated over what is computed over, so a region gives their length.
-  standard.EvaluationLengthMM = requirement.longIndexMM ? requirement.lengthMM.value_or(0.0) : 0.0;
+  const double ownLengthMM = requirement.rowName.starts_with('W') ? standard.EvaluationLengthMM : 0.0;
+  standard.EvaluationLengthMM = requirement.longIndexMM ? requirement.lengthMM.value_or(ownLengthMM) : 0.0;
   standard.CompleteSections = true;
   standard.Class = requirement.className;
   standard.Indication = requirement.source;

@@ -65,6 +65,8 @@ std::optional<std::pair<double, std::int32_t>> ProductOf(std::string_view text);
 /// Decimal commas as points; where semicolons stand between arguments, commas are decimal ones there too.
 std::string PointsForCommas(std::string_view name);
 
+/// True for RSm, RPc and RDq (or of P, W), which only the editions before spell so; the case counts.
+bool IsOlderSpelling(std::string_view name);
 /// True for words in the style of ISO 1302:2002.
 bool IsOlderStyle(WordList words);
 

@@ -161,6 +161,10 @@ private:
 
   void Settle() {
     requirement_.name = name_.name;
+    if (IsOlderSpelling(name_.name)) {
+      requirement_.notes.push_back(name_.name +
+                                   " is spelled as on drawings before ISO 21920 and means the row of then.");
+    }
     const MasterRow* const row = FindOwnMasterRow(EqualIgnoringCase(name_.name, "Rz") ? "RzDIN" : name_.name);
     if (row != nullptr) {
       requirement_.rowName = row->name;
@@ -224,9 +228,19 @@ private:
 
 }  // namespace
 
+bool IsOlderSpelling(std::string_view name) {
+  constexpr std::string_view kSuffixes[] = {"Sm", "Pc", "Dq"};
+  return !name.empty() && (name[0] == 'P' || name[0] == 'W' || name[0] == 'R') &&
+         std::find(std::begin(kSuffixes), std::end(kSuffixes), name.substr(1)) != std::end(kSuffixes);
+}
+
 bool IsOlderStyle(WordList words) {
   if (words.Is("U") || words.Is("L")) words.Take();
   const std::string name = words.TakeName().text;
+  if (IsOlderSpelling(name)) {
+    words.Take();
+    return words.IsAtEnd() || ProductOf(words.Peek()) || words.Is(kMaximumWord);
+  }
   if (RoughnessClass(name)) return true;
   for (WordList rest = words; !rest.IsAtEnd();) {
     if (rest.Take().text == kMaximumWord) return true;

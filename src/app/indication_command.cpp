@@ -19,6 +19,7 @@
 #include "base/charset.h"
 #include "base/date_text.h"
 #include "base/number_text.h"
+#include "base/quantity.h"
 #include "export/parameter_file.h"
 #include "platform/interrupt.h"
 #include "platform/platform.h"
@@ -69,6 +70,25 @@ std::vector<MeasuredTogether> Group(const std::vector<Requirement>& requirements
   return groups;
 }
 
+/// One record measured in several ways as one: the rows of all, told apart by class or cut-off, with all else of the
+/// first.
+Document Together(std::vector<Document> measured) {
+  if (measured.size() == 1) return std::move(measured.front());
+  std::vector<ParameterDef> rows;
+  for (const Document& document : measured) {
+    const AnalysisSettings& settings = document.settings.analysis;
+    const std::string way = settings.standard.Class.empty()
+                                ? "Lc " + LengthText(settings.LcCutoffMM, document.settings.display.Metric)
+                                : settings.standard.Class;
+    for (const ParameterDef& row : document.catalogue.rows) {
+      rows.push_back(row);
+      rows.back().name += " " + way;
+    }
+  }
+  measured.front().catalogue.rows = std::move(rows);
+  return std::move(measured.front());
+}
+
 /// A requirement's row; null where it has no value.
 const ParameterDef* RowIn(const Document& document, const Requirement& requirement) {
   for (const ParameterDef& row : document.catalogue.rows) {
@@ -100,9 +120,13 @@ public:
     const bool isOneObject = files.size() == 1 && groups_.size() == 1;
     for (const InputFile& file : files) {
       isUnreadable_ = false;
+      hasResult_ = false;
+      measured_.clear();
       for (const MeasuredTogether& group : groups_) {
         if (!Measure(file, group, prompts, isOneObject)) status = kExitRefused;
       }
+      const bool isForFiles = hasResult_ && !measured_.empty();
+      if (isForFiles && !PassOn(Together(std::move(measured_)))) status = kExitRefused;
     }
     if (analyze_.form == OutputForm::kJson && !(isOneObject && isFirstShown_)) {
       JsonWriter json(JsonWriter::Layout::kOneLine, &std::cout);
@@ -139,7 +163,10 @@ private:
     }
     if (!isLoaded || !run.loaded) return false;
     Show(document, file, prompts, isOneObject);
-    return run.ok() && isTried && PassOn(document, environment);
+    const bool isDone = run.ok() && isTried;
+    hasResult_ = hasResult_ || isDone;
+    if (!analyze_.appendTo.empty() || !analyze_.qdas.empty()) measured_.push_back(std::move(document));
+    return isDone;
   }
 
   void Show(const Document& document, const InputFile& file, const ConsolePrompts& prompts, bool isOneObject) {
@@ -167,8 +194,9 @@ private:
     isFirstShown_ = true;
   }
 
-  /// Adds the results to files.
-  bool PassOn(const Document& document, const Environment& environment) const {
+  /// Adds the results of a file to files.
+  bool PassOn(const Document& document) const {
+    const Environment environment = SystemEnvironment();
     bool isDone = true;
     if (!analyze_.appendTo.empty()) {
       const ParameterFileText text = ParameterFileTextOf(document, DateText(environment.localTime()));
@@ -197,7 +225,9 @@ private:
   std::vector<MeasuredTogether> groups_;
   std::vector<JudgedRequirement> judged_;
   bool isFirstShown_ = false;
-  bool isUnreadable_ = false;  ///< the file at hand: said once
+  bool isUnreadable_ = false;       ///< the file at hand: said once
+  bool hasResult_ = false;          ///< one way of measuring it at least gave one
+  std::vector<Document> measured_;  ///< it in every way, where files are added to
 };
 
 /// The drawing says which edition a requirement is of, whatever the command line says.

@@ -9,6 +9,8 @@
 #include <string>
 #include <thread>
 
+#include "parameters/edition2021/edition_table.h"
+
 namespace texturon {
 namespace {
 
@@ -46,6 +48,7 @@ std::string Objection(std::string_view start) {
 struct ColumnEditions {
   bool hasOld = false;
   bool hasNew = false;
+  bool hasFeatures = false;  ///< which may stand beside the rows of either
 
   friend bool operator==(const ColumnEditions&, const ColumnEditions&) = default;
 };
@@ -67,6 +70,10 @@ ColumnEditions EditionsOf(std::string_view line) {
     while (!title.empty() && (title.back() == ' ' || title.back() == '"')) title.remove_suffix(1);
     if (column++ < kTitlesBefore || title.empty()) continue;
     const bool isNew = title.ends_with(kNewEnd);
+    if (isNew && ParseEditionName(title.substr(0, title.size() - kNewEnd.size())).feature) {
+      editions.hasFeatures = true;
+      continue;
+    }
     const bool isOfNone = std::find(std::begin(kOfNone), std::end(kOfNone), title) != std::end(kOfNone);
     editions.hasNew = editions.hasNew || isNew;
     editions.hasOld = editions.hasOld || (!isNew && !isOfNone);
@@ -81,10 +88,12 @@ std::string EditionObjection(std::string_view start, std::string_view header) {
   if (end == std::string_view::npos) return {};
   const ColumnEditions held = EditionsOf(start.substr(0, end));
   const ColumnEditions added = EditionsOf(header.substr(0, header.find_first_of("\r\n")));
-  if ((!held.hasNew && !added.hasNew) || held == added) return {};
+  if (held == added || (!held.hasNew && !added.hasNew && held.hasFeatures == added.hasFeatures)) return {};
   const auto named = [](const ColumnEditions& editions) {
-    return editions.hasNew && editions.hasOld ? std::string("both editions")
-                                              : std::string("the edition of ") + (editions.hasNew ? "2021" : "1997");
+    const std::string name = editions.hasNew && editions.hasOld
+                                 ? std::string("both editions")
+                                 : std::string("the edition of ") + (editions.hasNew ? "2021" : "1997");
+    return name + (editions.hasFeatures ? " with features" : "");
   };
   return "has columns of " + named(held) + ", the rows are of " + named(added);
 }

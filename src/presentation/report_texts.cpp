@@ -33,7 +33,7 @@ std::string RecordText(const ProfileSet& profiles, bool metric) {
          Length(profiles.LengthUM(), metric);
 }
 
-std::vector<ReportLine> Facts(const Document& document, std::string_view time) {
+std::vector<ReportLine> Facts(const Document& document, std::string_view time, const SeveralReport& several) {
   const ProfileSet& profiles = document.profiles;
   const bool metric = document.settings.display.Metric;
   std::vector<ReportLine> facts = {{"File", profiles.sourcePath},
@@ -57,7 +57,7 @@ std::vector<ReportLine> Facts(const Document& document, std::string_view time) {
     facts.emplace_back("Not in the form fit",
                        DescribeStretch(*excluded, profiles.spacingUM, profiles.spacingUM, metric));
   }
-  for (const JudgedRequirement& judged : RequirementsOf(document)) {
+  for (const JudgedRequirement& judged : several.rows.empty() ? RequirementsOf(document) : several.requirements) {
     facts.emplace_back("Drawing", judged.requirement.source + ": " + RequirementVerdict(document, judged));
   }
   std::erase_if(facts, [](const ReportLine& line) { return line.second.empty(); });
@@ -181,11 +181,11 @@ std::string VerdictText(const ReportRow& row) {
   return std::string(kWords[static_cast<std::size_t>(*row.verdict)]);
 }
 
-ReportTexts MakeReportTexts(const Document& document, std::string_view time) {
+ReportTexts MakeReportTexts(const Document& document, std::string_view time, const SeveralReport& several) {
   const DisplaySettings& display = document.settings.display;
   ReportTexts texts{.company = display.CompanyName,
                     .identification = document.profiles.identification,
-                    .facts = Facts(document, time),
+                    .facts = Facts(document, time, several),
                     .instrumentValues = CompareWithInstrument(document),
                     .changedSettings = ChangedSettings(document.settings),
                     .origin = Origin(document)};

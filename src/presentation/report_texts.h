@@ -54,7 +54,8 @@ struct ReportTexts {
 /// What a report tells of several profiles of one surface; without rows, nothing.
 struct SeveralReport {
   std::vector<SeveralRow> rows;
-  std::vector<ReportLine> profiles;  ///< number and file, in the order of their values
+  std::vector<ReportLine> profiles;                  ///< number and file, in the order of their values
+  std::vector<JudgedRequirement> requirements = {};  ///< of the drawing, over all of them
 };
 
 /// Titles of the table of rows with limits, and what its last column says of a row.
@@ -62,7 +63,7 @@ std::vector<std::string> LimitTitles();
 std::string VerdictText(const ReportRow& row);
 inline constexpr std::string_view kNoVerdict = "No verdict: no parameter has limits.";
 
-/// `time` as on the handed-in clock.
-ReportTexts MakeReportTexts(const Document& document, std::string_view time);
+/// `time` as on the handed-in clock. The drawing is judged over the several profiles where there are some.
+ReportTexts MakeReportTexts(const Document& document, std::string_view time, const SeveralReport& several = {});
 
 }  // namespace texturon

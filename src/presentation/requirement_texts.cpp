@@ -2,6 +2,8 @@
 
 #include "presentation/requirement_texts.h"
 
+#include <algorithm>
+
 #include "base/number_text.h"
 #include "parameters/catalogue.h"
 #include "platform/platform.h"
@@ -13,11 +15,28 @@ std::string LengthOf(const std::optional<double>& length, std::string_view unit)
   return length ? ShortestText(*length) + " " + std::string(unit) : "open";
 }
 
+/// With or without a value.
 const ParameterDef* RowOf(const Document& document, const Requirement& requirement) {
   for (const ParameterDef& row : document.catalogue.rows) {
-    if (row.name == requirement.rowName && row.edition == requirement.edition && row.valid) return &row;
+    if (row.name == requirement.rowName && row.edition == requirement.edition) return &row;
   }
   return nullptr;
+}
+
+std::string ValuesText(const ParameterDef& row, const JudgedRequirement& judged, bool metric) {
+  std::vector<double> values;
+  for (const auto& value : judged.values.value_or(ValueSeries())) {
+    if (value) values.push_back(*value);
+  }
+  if (values.empty()) return {};
+  const auto [least, greatest] = std::minmax_element(values.begin(), values.end());
+  ParameterDef shown = row;
+  shown.valid = true;
+  shown.value = judged.requirement.isUpper ? *greatest : *least;
+  std::string text = ShownValue(shown, metric) + " " + PrintedUnit(row.quantity.Unit(metric)) + ", ";
+  if (judged.values->size() == 1) return text;
+  text.insert(0, judged.requirement.isUpper ? " values, at most " : " values, at least ");
+  return IntegerText(static_cast<std::int64_t>(values.size())) + text;
 }
 
 }  // namespace
@@ -82,7 +101,8 @@ std::vector<JudgedRequirement> RequirementsOf(const Document& document) {
       CompleteRequirement(requirement, FindClass(classes, standard.Class), std::nullopt);
     }
     const ParameterDef* const row = RowOf(document, requirement);
-    judged.push_back({std::move(requirement), ValueSeries{row != nullptr ? std::optional(row->value) : std::nullopt},
+    const bool hasValue = row != nullptr && row->valid;
+    judged.push_back({std::move(requirement), ValueSeries{hasValue ? std::optional(row->value) : std::nullopt},
                       ValueSeries{ExpandedOf(document, row)}, document.settings.decision.DecisionRule});
   }
   return judged;
@@ -91,9 +111,7 @@ std::vector<JudgedRequirement> RequirementsOf(const Document& document) {
 std::string RequirementVerdict(const Document& document, const JudgedRequirement& judged) {
   const AcceptanceResult verdict = judged.Verdict();
   const ParameterDef* const row = RowOf(document, judged.requirement);
-  const bool metric = document.settings.display.Metric;
-  std::string text =
-      row != nullptr ? ShownValue(*row, metric) + " " + PrintedUnit(row->quantity.Unit(metric)) + ", " : std::string();
+  const std::string text = row != nullptr ? ValuesText(*row, judged, document.settings.display.Metric) : std::string();
   return text + std::string(ConformityWord(verdict.verdict)) + " (" + std::string(verdict.by) + ")";
 }
 

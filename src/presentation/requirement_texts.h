@@ -38,7 +38,8 @@ std::vector<JudgedRequirement> RequirementsOf(const Document& document);
 /// The expanded uncertainty that trials have found of a row of the document's catalogue; nothing where they have none.
 std::optional<double> ExpandedOf(const Document& document, const ParameterDef* row);
 
-/// One line of a report: the value with its unit, the verdict and what decided.
+/// One line of a report: the value with its unit, of several ones how many and the one that is nearest to the limit or
+/// farthest beyond it; the verdict and what decided.
 std::string RequirementVerdict(const Document& document, const JudgedRequirement& judged);
 
 }  // namespace texturon

@@ -38,7 +38,22 @@ void SeveralResults::Add(const Document& document) {
     held->expanded.push_back(isKnown ? std::optional(known[place]->Expanded()) : std::nullopt);
     ++place;
   }
+  AddRequirements(document);
   AddFailed();
+}
+
+void SeveralResults::AddRequirements(const Document& document) {
+  for (JudgedRequirement& judged : RequirementsOf(document)) {
+    auto held = std::find_if(requirements_.begin(), requirements_.end(), [&](const JudgedRequirement& other) {
+      return other.requirement.source == judged.requirement.source && other.values->size() == count_;
+    });
+    if (held == requirements_.end()) {
+      requirements_.push_back({judged.requirement, ValueSeries(count_), ValueSeries(count_), judged.decisionRule});
+      held = requirements_.end() - 1;
+    }
+    held->values->push_back(judged.values->front());
+    held->expanded.push_back(judged.expanded.front());
+  }
 }
 
 void SeveralResults::AddFailed() {
@@ -46,6 +61,10 @@ void SeveralResults::AddFailed() {
   for (SeveralRow& row : rows_) {
     row.values.resize(count_);
     row.expanded.resize(count_);
+  }
+  for (JudgedRequirement& judged : requirements_) {
+    judged.values->resize(count_);
+    judged.expanded.resize(count_);
   }
 }
 

@@ -13,6 +13,7 @@
 #include "analysis/document.h"
 #include "analysis/value_statistics.h"
 #include "parameters/catalogue.h"
+#include "presentation/requirement_texts.h"
 
 namespace texturon {
 
@@ -42,9 +43,14 @@ public:
   std::size_t Count() const { return count_; }
   /// Verdicts by an acceptance rule and one of DecisionNumber.
   std::vector<SeveralRow> Rows(AcceptanceRule rule, std::int32_t decisionRule = kDecideSimple) const;
+  /// What the drawing in the settings asks for, with the values of all profiles; each goes by its own rule.
+  const std::vector<JudgedRequirement>& Requirements() const { return requirements_; }
 
 private:
+  void AddRequirements(const Document& document);
+
   std::size_t count_ = 0;
+  std::vector<JudgedRequirement> requirements_;
   std::vector<SeveralRow> rows_;
 };
 

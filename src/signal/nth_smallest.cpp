@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <memory>
+#include <optional>
 
 namespace texturon {
 namespace {
@@ -24,6 +25,20 @@ Neighbours Select(std::span<double> values, std::size_t rank) {
   return {rank == 0 ? *place : *std::max_element(values.begin(), place), *place};
 }
 
+/// Nothing where the value or the one before it does not lie between the two.
+std::optional<Neighbours> SelectBetween(std::span<const double> values, std::size_t rank, double low, double high) {
+  const auto between = std::make_unique_for_overwrite<double[]>(values.size());
+  std::size_t count = 0;
+  std::size_t below = 0;
+  for (const double value : values) {
+    between[count] = value;
+    count += static_cast<std::size_t>(value >= low) & static_cast<std::size_t>(value <= high);
+    below += static_cast<std::size_t>(value < low);
+  }
+  if (rank < below + std::min<std::size_t>(rank, 1) || rank >= below + count) return std::nullopt;
+  return Select({between.get(), count}, rank - below);
+}
+
 Neighbours SelectOfMany(std::span<double> values, std::size_t rank) {
   const std::size_t n = values.size();
   std::size_t sampled = 256;
@@ -40,22 +55,16 @@ Neighbours SelectOfMany(std::span<double> values, std::size_t rank) {
       static_cast<std::size_t>(static_cast<double>(rank) / static_cast<double>(n) * static_cast<double>(sampled));
   const double low = sample[place - std::min(place, aside)];
   const double high = sample[std::min(place + aside, sampled - 1)];
-
-  const auto between = std::make_unique_for_overwrite<double[]>(n);
-  std::size_t count = 0;
-  std::size_t below = 0;
-  for (const double value : values) {
-    between[count] = value;
-    count += static_cast<std::size_t>(value >= low) & static_cast<std::size_t>(value <= high);
-    below += static_cast<std::size_t>(value < low);
-  }
-  // The one before, too, must be among them.
-  if (rank < below + std::min<std::size_t>(rank, 1) || rank >= below + count) return Select(values, rank);
-  return Select({between.get(), count}, rank - below);
+  const std::optional<Neighbours> found = SelectBetween(values, rank, low, high);
+  return found ? *found : Select(values, rank);
 }
 
 Neighbours At(std::span<double> values, std::size_t rank) {
   return values.size() < kLong ? Select(values, rank) : SelectOfMany(values, rank);
+}
+
+double MiddleOf(const Neighbours& middle, std::size_t n) {
+  return n % 2 == 1 ? middle.value : 0.5 * (middle.before + middle.value);
 }
 
 }  // namespace
@@ -65,8 +74,12 @@ double NthSmallest(std::span<double> values, std::size_t rank) {
 }
 
 double Median(std::span<double> values) {
-  const Neighbours middle = At(values, values.size() / 2);
-  return values.size() % 2 == 1 ? middle.value : 0.5 * (middle.before + middle.value);
+  return MiddleOf(At(values, values.size() / 2), values.size());
+}
+
+double Median(std::span<double> values, double low, double high) {
+  const std::optional<Neighbours> middle = SelectBetween(values, values.size() / 2, low, high);
+  return middle ? MiddleOf(*middle, values.size()) : Median(values);
 }
 
 }  // namespace texturon

@@ -131,6 +131,21 @@ TEST(BatchCommand, AddsValuesForStatisticsPrograms) {
   EXPECT_TRUE(later.out.starts_with("2 analysed, 0 failed\n")) << later.out << later.error;
 }
 
+// What needs several settings is one line a file, too, with all columns in it.
+TEST(AnalyzeCommand, AddsALineAFileForRequirementsOfSeveralClasses) {
+  const ScratchFolder folder;
+  const std::string samples = std::string(TEXTURON_SOURCE_DIR) + "/samples/";
+  const Outcome run = Texturon({"analyze", samples + "honed.lmt", samples + "ground.lmt", "--quiet", "--no-trace",
+                                "--indication", "Rz 8 Sc3 | Ra 1 Sc2 | Rt 9 Sc3", "--qdas", (folder / "r.dfq").string(),
+                                "--append-to", (folder / "r.csv").string()});
+  EXPECT_EQ(run.status, 0) << run.error;
+  const std::string values = folder.Read("r.dfq"), rows = folder.Read("r.csv");
+  EXPECT_TRUE(values.starts_with("K0100 3\r\n")) << values;
+  EXPECT_EQ(std::count(values.begin(), values.end(), '\x0F'), 4) << "two between three values of two files";
+  EXPECT_NE(rows.find(R"("Rz Sc3/2021", "Rt Sc3/2021", "Ra Sc2/2021")"), std::string::npos) << rows;
+  EXPECT_EQ(std::count(rows.begin(), rows.end(), '\n'), 4);
+}
+
 TEST(WatchCommand, EndsInOrderOnASignal) {
   TEXTURON_NEEDS_POSIX();
   const ScratchFolder folder;

@@ -94,7 +94,8 @@ TEST(ReportTexts, NameTheEditionAndWhatDiffers) {
   for (const ReportRow& row : texts.rows) names += row.title + " ";
   EXPECT_EQ(names, "Rp/1997 Rp/2021 Ra/1997 Ra/2021 Wp/1997 Wp/2021 ");
   const std::vector<ReportLine> differences = {
-      {"Rp, Wp", "now the mean of the sections' largest peak heights; the highest point of all is Rpt"}};
+      {"Rp", "now the mean of the sections' largest peak heights; the highest point of all is Rpt"},
+      {"Wp", "now the mean of the sections' largest peak heights; the highest point of all is Wpt"}};
   EXPECT_EQ(texts.differences, differences);
   const ReportLine edition{"Edition", "1997 and 2021, 5 sections, core by Robust Gaussian Regression"};
   EXPECT_EQ(std::count(texts.facts.begin(), texts.facts.end(), edition), 1);

@@ -30,6 +30,19 @@ TEST(RequirementTexts, NameTheDrawingWithItsVerdict) {
       "-0.8/Rk 3: undecided (no value)",  // the row of that edition is not there
   };
   EXPECT_EQ(lines, expected);
+  // Over several profiles the rule is the requirement's: one of seven may be beyond its limit, the highest is told.
+  SeveralResults results;
+  for (const double height : {4.0, 5.0, 5.0, 6.5, 5.0, 5.0, 5.0}) {
+    document.catalogue.rows[0].value = height;
+    results.Add(document);
+  }
+  const SeveralReport several{results.Rows(AcceptanceRule::kMaximum), {}, results.Requirements()};
+  lines.clear();
+  for (const auto& [title, text] : MakeReportTexts(document, "now", several).facts) {
+    if (title == "Drawing") lines.push_back(text);
+  }
+  EXPECT_EQ(lines.at(0), "U Rz 6,3 T16%: 7 values, at most 6.5000 \xB5m, conforming (share)");
+  EXPECT_EQ(lines.at(1), "L Ra 0.4: 7 values, at least 0.3900 \xB5m, not conforming (maximum)");
   settings.analysis.standard.Class = "Sc3";
   ApplySettings(document, settings);
   EXPECT_EQ(RequirementsOf(document).at(2).requirement.className, "Sc3") << "the class of the settings completes it";

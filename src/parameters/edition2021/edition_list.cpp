@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <map>
+#include <string>
 #include <utility>
 
 #include "base/text.h"
@@ -30,11 +32,39 @@ bool IsStartingSelection(const std::vector<ParameterSelection>& selection) {
                     });
 }
 
+/// A text of the table, which names rows of R, for the rows of another letter.
+std::string InLetter(std::string_view text, char letter) {
+  std::string own(text);
+  for (std::size_t i = 0; i + 1 < own.size(); ++i) {
+    const bool isName = own[i] == 'R' && (i == 0 || own[i - 1] == ' ') && own[i + 1] >= 'a' && own[i + 1] <= 'z';
+    if (isName) own[i] = letter;
+  }
+  return own;
+}
+
+/// The differences of all rows, where they can be referred to.
+const std::map<std::pair<char, std::string_view>, std::string>& DifferencesInLetters() {
+  static const auto made = [] {
+    std::map<std::pair<char, std::string_view>, std::string> texts;
+    for (const EditionRow& row : EditionTable()) {
+      for (const char letter : kLetters) {
+        for (const std::string_view text : {row.difference, row.roughnessDifference}) {
+          texts[{letter, text}] = InLetter(text, letter);
+        }
+      }
+    }
+    return texts;
+  }();
+  return made;
+}
+
 /// A name that stands in the older edition too, with why the rows differ.
 std::string_view DifferenceOf(const EditionName& name, const AnalysisSettings& settings) {
   if (name.row == nullptr || !name.arguments.empty()) return {};
-  const bool isOnRoughness = name.row->ofCore && CoreFilter(settings) == nullptr;
-  return isOnRoughness ? name.row->roughnessDifference : name.row->difference;
+  // Only the roughness has a filter of its own for the core.
+  const bool isOnProfile = name.row->ofCore && (name.letter != 'R' || CoreFilter(settings) == nullptr);
+  const std::string_view text = isOnProfile ? name.row->roughnessDifference : name.row->difference;
+  return DifferencesInLetters().at({name.letter, text});
 }
 
 void Append(ParameterCatalogue& list, ParameterDef row, const ParameterCatalogue& former) {

@@ -60,8 +60,9 @@ Solved Solve(const RegressionPoint& s) {
   return solved;
 }
 
+/// How many nodes have a determinant that is not trusted.
 TEXTURON_MULTIVERSION
-void SolveNodes(const RegressionSums& sums, double* numerators, double* determinants) {
+std::size_t SolveNodes(const RegressionSums& sums, double* numerators, double* determinants) {
   const double* const m0 = sums.Sum(0).data();
   const double* const m1 = sums.Sum(1).data();
   const double* const m2 = sums.Sum(2).data();
@@ -71,12 +72,15 @@ void SolveNodes(const RegressionSums& sums, double* numerators, double* determin
   const double* const f1 = sums.Sum(6).data();
   const double* const f2 = sums.Sum(7).data();
   const std::size_t count = sums.Nodes();
+  std::size_t untrusted = 0;
   TEXTURON_IVDEP
   for (std::size_t i = 0; i < count; ++i) {
     const Solved solved = Solve(m0[i], m1[i], m2[i], m3[i], m4[i], f0[i], f1[i], f2[i]);
     numerators[i] = solved.numerator;
     determinants[i] = solved.determinant;
+    untrusted += solved.determinant > kLeastDeterminant ? 0U : 1U;
   }
+  return untrusted;
 }
 
 /// Passes over one record.
@@ -94,16 +98,17 @@ public:
   /// nodes it is at least half the lesser one: both are interpolated instead of the eight sums.
   bool Run(std::span<const double> d, std::span<double> line) {
     sums_.Make(d, z_);
-    SolveNodes(sums_, numerators_.data(), determinants_.data());
+    const std::size_t untrusted = SolveNodes(sums_, numerators_.data(), determinants_.data());
     sums_.Quotients(numerators_, determinants_, line);
+    if (untrusted == 0) return true;
     std::size_t terms = 0;
     const std::size_t thinning = sums_.Thinning();
-    for (std::size_t first = 0, cell = 0; first < line.size(); first += thinning, ++cell) {
-      const std::span<double> out = line.subspan(first, std::min(thinning, line.size() - first));
+    for (std::size_t cell = 0; cell * thinning < line.size(); ++cell) {
       const std::size_t node = cell + sums_.NodesBefore();
       const std::size_t next = thinning == 1 ? node : node + 1;
-      const bool isTrusted = determinants_[node] > kLeastDeterminant && determinants_[next] > kLeastDeterminant;
-      if (!isTrusted && !RunCell(d, cell, out, terms)) return false;
+      if (determinants_[node] > kLeastDeterminant && determinants_[next] > kLeastDeterminant) continue;
+      const std::size_t first = cell * thinning;
+      if (!RunCell(d, cell, line.subspan(first, std::min(thinning, line.size() - first)), terms)) return false;
     }
     return true;
   }
@@ -154,10 +159,25 @@ void Reweight(const double* z, const double* line, std::size_t n, double limit, 
   }
 }
 
-double LimitOf(std::span<const double> z, std::span<const double> line, std::vector<double>& scratch) {
-  Residuals(z.data(), line.data(), z.size(), scratch.data());
-  return kRegressionScaleCoefficient * Median(scratch);
-}
+/// The limit of the weights; as soon as it settles the next one is looked for beside the former.
+class Limit {
+public:
+  double Of(std::span<const double> z, std::span<const double> line, std::vector<double>& scratch) {
+    Residuals(z.data(), line.data(), z.size(), scratch.data());
+    constexpr double kNear = 0.1;
+    constexpr double kChanges = 3.0;
+    const double aside = kChanges * change_;
+    const double median =
+        aside < kNear ? Median(scratch, median_ * (1.0 - aside), median_ * (1.0 + aside)) : Median(scratch);
+    change_ = std::abs(median - median_) / median_;
+    median_ = median;
+    return kRegressionScaleCoefficient * median;
+  }
+
+private:
+  double median_ = 0.0;
+  double change_ = 1.0;
+};
 
 int Percent(double change) {
   if (!(change < 1.0)) return 0;
@@ -170,7 +190,8 @@ void Iterate(Regression& regression, std::span<const double> z, std::vector<doub
              Progress* progress, RegressionResult& result) {
   constexpr double kRounding = 1e-12;
   std::vector<double> weights(z.size()), next(z.size()), scratch(z.size());
-  double limit = LimitOf(z, line, scratch);
+  Limit limitOf;
+  double limit = limitOf.Of(z, line, scratch);
   int shown = 0;
   result.stop = RegressionStop::kPassLimit;
   while (result.passes < kRegressionPassLimit) {
@@ -185,7 +206,7 @@ void Iterate(Regression& regression, std::span<const double> z, std::vector<doub
     }
     line.swap(next);
     ++result.passes;
-    const double former = std::exchange(limit, LimitOf(z, line, scratch));
+    const double former = std::exchange(limit, limitOf.Of(z, line, scratch));
     const double change = std::abs(limit - former) / former;
     shown = std::max(shown, Percent(change));
     const bool isClosed = progress != nullptr && !progress->Advance(shown);

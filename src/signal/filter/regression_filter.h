@@ -43,10 +43,10 @@ struct RegressionResult {
 /// c^2)^2 of the residuals r = z - w of the pass before, 0 beyond c = 4.4478 median |r|. Contract as filter_contract.h;
 /// the sums stop at the ends of the record, so nothing has to be cut off.
 ///
-/// The sums are convolutions (regression_sums.h), and the mean line is the quotient of two polynomials between as few
-/// points as it needs; for cutoffs of 137 points and more a pass counts fewer instructions than ten real transforms of
-/// the padded record. A point with so little weight that rounding would show is added up one by one. Accuracy of a
-/// pass: 1e-9 of the height range against the equations solved point by point. `progress` may be null.
+/// The sums are convolutions (regression_transforms.h), and the mean line is the quotient of two polynomials between as
+/// few points as it needs; from 8 000 points on a pass counts fewer instructions than ten real transforms of the
+/// record, whatever the cutoff. A point with so little weight that rounding would show is added up one by one. Accuracy
+/// of a pass: 1e-9 of the height range against the equations solved point by point. `progress` may be null.
 RegressionResult RobustRegressionFilter(std::span<const double> z, std::span<double> w, double spacingUM,
                                         double cutoffMM, Progress* progress);
 

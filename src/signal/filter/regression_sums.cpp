@@ -5,22 +5,25 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
-#include <utility>
 
 #include "base/elementary.h"
 #include "base/four_doubles.h"
 #include "base/units.h"
-#include "signal/fft/plain_spectrum.h"
 #include "signal/filter/regression_filter.h"
 
 namespace texturon {
 namespace {
 
-/// So many g cutoffs lie between nodes at most. The polynomial through sixteen of them, and that of a product of three
-/// sums, is then right to a few 1e-16 of the largest.
-constexpr double kNodeStep = 0.02;
-constexpr std::size_t kNodes = 16;
-constexpr std::size_t kBefore = kNodes / 2 - 1;
+/// How far nodes may lie apart, in g cutoffs, with so many of them for a polynomial, which is then right to a few 1e-16
+/// of the largest, and that of a product of three sums to a few 1e-15.
+struct NodeChoice {
+  double step;
+  std::size_t taps;
+};
+constexpr NodeChoice kWide = {0.041, 28};
+constexpr NodeChoice kNarrow = {0.02, 16};
+/// From this thinning on, the points between nodes cost more than the nodes: few for each point are better than few.
+constexpr std::size_t kManyPoints = 4;
 constexpr std::size_t kFour = 4;
 /// With fewer cells the nodes beyond the ends would be far from the record in terms of its length.
 constexpr std::size_t kFewestCells = 64;
@@ -34,13 +37,17 @@ std::size_t ReachOf(std::size_t n, double cutoffPoints) {
   return points < static_cast<double>(n - 1) ? static_cast<std::size_t>(points) : n - 1;
 }
 
-std::size_t ThinningOf(std::size_t n, double cutoffPoints) {
+std::size_t ThinningOf(std::size_t n, double cutoffPoints, double step) {
   std::size_t thinning = 1;
-  while (2.0 * static_cast<double>(thinning) <= kNodeStep * kRegressionReach * cutoffPoints &&
+  while (2.0 * static_cast<double>(thinning) <= step * kRegressionReach * cutoffPoints &&
          2 * thinning * kFewestCells <= n) {
     thinning *= 2;
   }
   return thinning;
+}
+
+const NodeChoice& ChoiceFor(std::size_t n, double cutoffPoints) {
+  return ThinningOf(n, cutoffPoints, kNarrow.step) >= kManyPoints ? kNarrow : kWide;
 }
 
 /// Nodes on either side of one that its sum reaches.
@@ -55,85 +62,89 @@ double Power(double u, std::size_t exponent) {
   return power;
 }
 
-/// What node m of those at -7 .. 8 counts for the polynomial through them, at a place between 0 and 1.
-double NodeWeight(std::size_t m, double place) {
+double GaussAt(double points, double cutoffPoints) {
+  const double x = points / (kRegressionReach * cutoffPoints);
+  return Exp2(-std::numbers::pi * std::numbers::log2e * x * x);
+}
+
+std::vector<double> DistanceWeights(std::size_t reach, double cutoffPoints) {
+  std::vector<double> weights;
+  weights.reserve(reach + 1);
+  double sum = 0.0;  // of the points of an endless record
+  for (std::size_t i = 0; i <= reach; ++i) {
+    weights.push_back(GaussAt(static_cast<double>(i), cutoffPoints));
+    sum += (i == 0 ? 1.0 : 2.0) * weights.back();
+  }
+  for (double& weight : weights) weight /= sum;
+  return weights;
+}
+
+/// What node m counts for the polynomial through `taps` of them, at a place between 0 and 1 behind the middle one.
+double NodeWeight(std::size_t m, std::size_t taps, double place) {
   double weight = 1.0;
-  for (std::size_t other = 0; other < kNodes; ++other) {
+  for (std::size_t other = 0; other < taps; ++other) {
     if (other == m) continue;
     const double apart = static_cast<double>(m) - static_cast<double>(other);
-    weight *= (place + static_cast<double>(kBefore) - static_cast<double>(other)) / apart;
+    weight *= (place + static_cast<double>(taps / 2 - 1) - static_cast<double>(other)) / apart;
   }
   return weight;
 }
 
-/// Adds the weights, and the heights times them, of one cell to its nodes: the transpose of interpolation.
 TEXTURON_MULTIVERSION
-void SpreadCell(const double* d, const double* z, std::size_t count, const double* nodeWeights, double* weightNodes,
-                double* heightNodes) {
-  FourDoubles weights[kNodes / kFour], heights[kNodes / kFour];
-  for (std::size_t m = 0; m < kNodes / kFour; ++m) {
-    LoadFour(weightNodes + m * kFour, weights[m]);
-    LoadFour(heightNodes + m * kFour, heights[m]);
-  }
-  for (std::size_t r = 0; r < count; ++r) {
-    const double weight = d[r];
-    const double height = weight * z[r];
-#if defined(__GNUC__) && !defined(__clang__)
-#pragma GCC unroll 4
-#endif
-    for (std::size_t m = 0; m < kNodes / kFour; ++m) {
-      FourDoubles row;
-      LoadFour(nodeWeights + r * kNodes + m * kFour, row);
-      AddProduct(weights[m], weight, row);
-      AddProduct(heights[m], height, row);
-    }
-  }
-  for (std::size_t m = 0; m < kNodes / kFour; ++m) {
-    StoreFour(weightNodes + m * kFour, weights[m]);
-    StoreFour(heightNodes + m * kFour, heights[m]);
+void CopyWithProducts(const double* d, const double* z, std::size_t n, double* copies, double* products) {
+  TEXTURON_IVDEP
+  for (std::size_t i = 0; i < n; ++i) {
+    copies[i] = d[i];
+    products[i] = d[i] * z[i];
   }
 }
 
-/// out[c] = sum over the nodes of values[c + m] times row[m].
 TEXTURON_MULTIVERSION
-void Correlate(const double* values, const double* row, std::size_t count, double* out) {
+void Add(const double* x, std::size_t n, double* sums) {
+  TEXTURON_IVDEP
+  for (std::size_t i = 0; i < n; ++i) sums[i] += x[i];
+}
+
+TEXTURON_MULTIVERSION
+void Divide(const double* above, const double* below, std::size_t n, double* out) {
+  TEXTURON_IVDEP
+  for (std::size_t i = 0; i < n; ++i) out[i] = above[i] / below[i];
+}
+
+enum class Onto : bool { kNothing, kWhatIsThere };
+
+/// out[c] = sum over the row of values[c + m] times row[m], or that onto what is there.
+TEXTURON_MULTIVERSION
+void Correlate(const double* values, std::span<const double> row, Onto onto, std::size_t count, double* out) {
   std::size_t c = 0;
-  for (; c + kFour <= count; c += kFour) {
-    FourDoubles sum = {};
-    for (std::size_t m = 0; m < kNodes; ++m) {
-      FourDoubles four;
+  for (; c + 2 * kFour <= count; c += 2 * kFour) {
+    FourDoubles sum = {}, nextSum = {};
+    if (onto == Onto::kWhatIsThere) {
+      LoadFour(out + c, sum);
+      LoadFour(out + c + kFour, nextSum);
+    }
+    for (std::size_t m = 0; m < row.size(); ++m) {
+      FourDoubles four, next;
       LoadFour(values + c + m, four);
+      LoadFour(values + c + kFour + m, next);
       AddProduct(sum, row[m], four);
+      AddProduct(nextSum, row[m], next);
     }
     StoreFour(out + c, sum);
+    StoreFour(out + c + kFour, nextSum);
   }
   for (; c < count; ++c) {
-    out[c] = 0.0;
-    for (std::size_t m = 0; m < kNodes; ++m) out[c] += row[m] * values[c + m];
+    double sum = onto == Onto::kWhatIsThere ? out[c] : 0.0;
+    for (std::size_t m = 0; m < row.size(); ++m) sum += row[m] * values[c + m];
+    out[c] = sum;
   }
 }
 
-/// The polynomial through sixteen nodes at one point.
-double AtPoint(const double* nodes, const double* row) {
+/// The polynomial through the nodes at one point.
+double AtPoint(const double* nodes, std::span<const double> row) {
   double sum = 0.0;
-  for (std::size_t m = 0; m < kNodes; ++m) sum += nodes[m] * row[m];
+  for (std::size_t m = 0; m < row.size(); ++m) sum += nodes[m] * row[m];
   return sum;
-}
-
-/// The quotient of two polynomials at all points of a cell; `count` is a multiple of four.
-TEXTURON_MULTIVERSION
-void InterpolateQuotient(const double* above, const double* below, const double* rows, std::size_t count, double* out) {
-  for (std::size_t r = 0; r < count; r += kFour) {
-    FourDoubles numerator = {}, denominator = {};
-    for (std::size_t m = 0; m < kNodes; ++m) {
-      FourDoubles row;
-      LoadFour(rows + m * count + r, row);
-      AddProduct(numerator, above[m], row);
-      AddProduct(denominator, below[m], row);
-    }
-    DivideBy(numerator, denominator);
-    StoreFour(out + r, numerator);
-  }
 }
 
 }  // namespace
@@ -141,168 +152,85 @@ void InterpolateQuotient(const double* above, const double* below, const double*
 RegressionSums::RegressionSums(std::size_t n, double spacingUM, double cutoffMM)
     : reach_(ReachOf(n, CutoffPoints(spacingUM, cutoffMM))),
       step_(kRegressionExtent / kRegressionReach / static_cast<double>(reach_)),
-      thinning_(ThinningOf(n, CutoffPoints(spacingUM, cutoffMM))),
-      before_(thinning_ > 1 ? kBefore : 0),
-      nodes_(thinning_ > 1 ? (n - 1) / thinning_ + kNodes : n),
-      plan_(*FftPlan::Make(QuickRealLength(nodes_ + ExtentOf(nodes_, thinning_, CutoffPoints(spacingUM, cutoffMM))))) {
-  const double stepInReaches = 1.0 / (kRegressionReach * CutoffPoints(spacingUM, cutoffMM));
-  double sum = 0.0;
-  weights_.reserve(reach_ + 1);
-  for (std::size_t i = 0; i <= reach_; ++i) {
-    const double x = static_cast<double>(i) * stepInReaches;
-    weights_.push_back(Exp2(-std::numbers::pi * std::numbers::log2e * x * x));
-    sum += (i == 0 ? 1.0 : 2.0) * weights_.back();
+      taps_(ChoiceFor(n, CutoffPoints(spacingUM, cutoffMM)).taps),
+      thinning_(ThinningOf(n, CutoffPoints(spacingUM, cutoffMM), ChoiceFor(n, CutoffPoints(spacingUM, cutoffMM)).step)),
+      before_(thinning_ > 1 ? taps_ / 2 - 1 : 0),
+      cells_((n - 1) / thinning_ + 1),
+      nodes_(thinning_ > 1 ? cells_ - 1 + taps_ : n),
+      weights_(DistanceWeights(reach_, CutoffPoints(spacingUM, cutoffMM))),
+      transforms_(nodes_, FactorsOfNodes(CutoffPoints(spacingUM, cutoffMM))) {
+  if (thinning_ == 1) return;
+  for (std::size_t r = 0; r < thinning_; ++r) {
+    const double place = static_cast<double>(r) / static_cast<double>(thinning_);
+    for (std::size_t m = 0; m < taps_; ++m) nodeWeights_.push_back(NodeWeight(m, taps_, place));
   }
-  for (double& weight : weights_) weight /= sum;
-  if (thinning_ > 1) {
-    nodeWeights_.resize(kNodes * thinning_);
-    nodeWeightsOf_.resize(kNodes * thinning_);
-    for (std::size_t r = 0; r < thinning_; ++r) {
-      const double place = static_cast<double>(r) / static_cast<double>(thinning_);
-      for (std::size_t m = 0; m < kNodes; ++m) {
-        nodeWeights_[r * kNodes + m] = nodeWeightsOf_[m * thinning_ + r] = NodeWeight(m, place);
-      }
-    }
-  }
-  for (Pair* const pair : {&spread_, &weightsSpectrum_, &heightsSpectrum_, &product_}) {
-    pair->re.resize(plan_.length());
-    pair->im.resize(plan_.length());
-  }
-  for (auto& row : sums_) row.resize(plan_.length());
-  MakeFactors(stepInReaches, sum, ExtentOf(nodes_, thinning_, CutoffPoints(spacingUM, cutoffMM)));
+  stride_ = cells_ + 2 * (taps_ - 1);
+  points_.resize(cells_ * thinning_);
+  products_.resize(points_.size());
+  phases_.resize(stride_ * thinning_);
+  quotients_.resize(stride_ * thinning_);
+  divisors_.resize(cells_);
 }
 
-void RegressionSums::MakeFactors(double stepInReaches, double weightsSum, std::size_t extent) {
-  const std::size_t length = plan_.length();
-  const auto n = static_cast<double>(length);  // what a transform there and back leaves
-  const auto wrap = [&](std::size_t power, std::vector<double>& wrapped) {
-    std::fill(wrapped.begin(), wrapped.end(), 0.0);
-    for (std::size_t i = 0; i <= extent; ++i) {
-      const auto points = static_cast<double>(i * thinning_);
-      const double x = points * stepInReaches;
-      const double weight = Exp2(-std::numbers::pi * std::numbers::log2e * x * x) / weightsSum / n;
-      const double value = weight * Power(points * step_, power);
-      // The sum at k takes node k + i with the distance +i: a convolution with the mirrored weights.
-      if (i > 0) wrapped[length - i] = value;
-      wrapped[i] = i > 0 && power % 2 == 1 ? -value : value;
-    }
-  };
-  const auto transform = [&] {
-    plan_.Forward(product_.re, product_.im, product_.re, product_.im);
-    return product_.re;
-  };
-  wrap(0, product_.re);
-  wrap(1, product_.im);
-  factor01_ = transform();
-  wrap(2, product_.re);
-  wrap(3, product_.im);
-  factor23_ = transform();
-  for (auto& [power, factor] : {std::pair(std::size_t{2}, &factor2_), std::pair(std::size_t{4}, &factor4_)}) {
-    wrap(power, product_.re);
-    std::fill(product_.im.begin(), product_.im.end(), 0.0);
-    *factor = transform();
-  }
+std::span<const double> RegressionSums::RowOf(std::size_t point) const {
+  return std::span(nodeWeights_).subspan(point * taps_, taps_);
 }
 
-void RegressionSums::SpreadOnEverySecond(std::span<const double> d, std::span<const double> z) {
-  // The weights are those of the middle between two nodes, the same from either side.
-  const double* const row = nodeWeights_.data() + kNodes;
-  const std::size_t n = d.size();
-  odd_.assign(nodes_ + kNodes, 0.0);
-  for (std::size_t i = 1; i < n; i += 2) odd_[kNodes - 1 + i / 2] = d[i];
-  Correlate(odd_.data(), row, nodes_, spread_.re.data());
-  for (std::size_t i = 1; i < n; i += 2) odd_[kNodes - 1 + i / 2] *= z[i];
-  Correlate(odd_.data(), row, nodes_, spread_.im.data());
-  for (std::size_t i = 0; i < n; i += 2) {
-    spread_.re[kBefore + i / 2] += d[i];
-    spread_.im[kBefore + i / 2] += d[i] * z[i];
+RegressionTransforms::Factors RegressionSums::FactorsOfNodes(double cutoffPoints) const {
+  RegressionTransforms::Factors factors;
+  const std::size_t extent = ExtentOf(nodes_, thinning_, cutoffPoints);
+  for (std::size_t i = 0; i <= extent; ++i) {
+    const auto points = static_cast<double>(i * thinning_);
+    const double weight = GaussAt(points, cutoffPoints) * weights_[0];
+    for (std::size_t j = 0; j < kRegressionMoments; ++j) factors[j].push_back(weight * Power(points * step_, j));
   }
+  return factors;
 }
 
-void RegressionSums::Spread(std::span<const double> d, std::span<const double> z) {
-  const std::size_t n = d.size();
-  if (thinning_ == 2) return SpreadOnEverySecond(d, z);
-  if (thinning_ == 1) {
-    for (std::size_t i = 0; i < n; ++i) {
-      spread_.re[i] = d[i];
-      spread_.im[i] = d[i] * z[i];
-    }
-    return;
+void RegressionSums::Spread(std::span<const double> points, std::span<double> nodes) {
+  // The transpose of interpolation. Point r of a cell has at its node m the weight that point thinning - r has at the
+  // mirrored one.
+  TurnMatrix(points.data(), thinning_, cells_, thinning_, phases_.data() + taps_ - 1, stride_);
+  for (std::size_t r = 1; r < thinning_; ++r) {
+    const Onto onto = r == 1 ? Onto::kNothing : Onto::kWhatIsThere;
+    Correlate(phases_.data() + r * stride_, RowOf(thinning_ - r), onto, nodes_, nodes.data());
   }
-  for (auto* const row : {&spread_.re, &spread_.im}) std::fill(row->begin(), row->end(), 0.0);
-  for (std::size_t first = 0, cell = 0; first < n; first += thinning_, ++cell) {
-    SpreadCell(d.data() + first, z.data() + first, std::min(thinning_, n - first), nodeWeights_.data(),
-               spread_.re.data() + cell, spread_.im.data() + cell);
-  }
-}
-
-void RegressionSums::TransformBack(std::size_t realSum, std::size_t imaginarySum) {
-  // With the parts exchanged a transform goes back.
-  plan_.Forward(product_.im, product_.re, sums_[imaginarySum], sums_[realSum]);
+  Add(phases_.data() + taps_ - 1, cells_, nodes.data() + before_);
 }
 
 void RegressionSums::Make(std::span<const double> d, std::span<const double> z) {
-  const std::size_t length = plan_.length();
-  Spread(d, z);
-  // Both are real: the halves that are and are not their own mirrored conjugate.
-  plan_.Forward(spread_.re, spread_.im, product_.re, product_.im);
-  auto& [wRe, wIm] = weightsSpectrum_;
-  auto& [hRe, hIm] = heightsSpectrum_;
-  for (std::size_t k = 0; k < length; ++k) {
-    const std::size_t mirrored = k == 0 ? 0 : length - k;
-    wRe[k] = 0.5 * (product_.re[k] + product_.re[mirrored]);
-    wIm[k] = 0.5 * (product_.im[k] - product_.im[mirrored]);
-    hRe[k] = 0.5 * (product_.im[k] + product_.im[mirrored]);
-    hIm[k] = 0.5 * (product_.re[mirrored] - product_.re[k]);
+  const std::span<double> weights = transforms_.Weights();
+  const std::span<double> heights = transforms_.Heights();
+  if (thinning_ == 1) {
+    CopyWithProducts(d.data(), z.data(), d.size(), weights.data(), heights.data());
+  } else {
+    CopyWithProducts(d.data(), z.data(), d.size(), points_.data(), products_.data());
+    Spread(points_, weights);
+    Spread(products_, heights);
   }
-  const auto multiply = [&](const Pair& spectrum, const std::vector<double>& factor) {
-    for (std::size_t k = 0; k < length; ++k) {
-      product_.re[k] = spectrum.re[k] * factor[k];
-      product_.im[k] = spectrum.im[k] * factor[k];
-    }
-  };
-  multiply(weightsSpectrum_, factor01_);
-  TransformBack(0, 1);
-  multiply(weightsSpectrum_, factor23_);
-  TransformBack(2, 3);
-  multiply(heightsSpectrum_, factor01_);
-  TransformBack(kRegressionMoments, kRegressionMoments + 1);
-  for (std::size_t k = 0; k < length; ++k) {
-    product_.re[k] = wRe[k] * factor4_[k] - hIm[k] * factor2_[k];
-    product_.im[k] = wIm[k] * factor4_[k] + hRe[k] * factor2_[k];
-  }
-  TransformBack(4, kRegressionMoments + 2);
+  transforms_.Run(sums_);
 }
 
 void RegressionSums::Between(std::span<const double> values, std::size_t cell, std::span<double> out) const {
   const double* const nodes = values.data() + cell;
   for (std::size_t r = 0; r < out.size(); ++r) {
-    out[r] = thinning_ == 1 ? nodes[0] : AtPoint(nodes, nodeWeights_.data() + r * kNodes);
+    out[r] = thinning_ == 1 ? nodes[0] : AtPoint(nodes, RowOf(r));
   }
 }
 
 void RegressionSums::Quotients(std::span<const double> above, std::span<const double> below, std::span<double> out) {
-  const std::size_t n = out.size();
-  const std::size_t cells = (n - 1) / thinning_ + 1;
-  if (thinning_ == 1) {
-    for (std::size_t i = 0; i < n; ++i) out[i] = above[i] / below[i];
-  } else if (thinning_ == 2) {
-    oddAbove_.resize(cells);
-    oddBelow_.resize(cells);
-    Correlate(above.data(), nodeWeights_.data() + kNodes, cells, oddAbove_.data());
-    Correlate(below.data(), nodeWeights_.data() + kNodes, cells, oddBelow_.data());
-    for (std::size_t i = 0; i < n; i += 2) out[i] = above[kBefore + i / 2] / below[kBefore + i / 2];
-    for (std::size_t i = 1; i < n; i += 2) out[i] = oddAbove_[i / 2] / oddBelow_[i / 2];
-  } else {
-    for (std::size_t cell = 0; cell < n / thinning_; ++cell) {
-      InterpolateQuotient(above.data() + cell, below.data() + cell, nodeWeightsOf_.data(), thinning_,
-                          out.data() + cell * thinning_);
-    }
-    for (std::size_t i = n / thinning_ * thinning_; i < n; ++i) {
-      const double* const row = nodeWeights_.data() + i % thinning_ * kNodes;
-      const std::size_t cell = i / thinning_;
-      out[i] = AtPoint(above.data() + cell, row) / AtPoint(below.data() + cell, row);
-    }
+  if (thinning_ == 1) return Divide(above.data(), below.data(), out.size(), out.data());
+  Divide(above.data() + before_, below.data() + before_, cells_, quotients_.data());
+  for (std::size_t r = 1; r < thinning_; ++r) {
+    double* const quotients = quotients_.data() + r * stride_;
+    Correlate(above.data(), RowOf(r), Onto::kNothing, cells_, quotients);
+    Correlate(below.data(), RowOf(r), Onto::kNothing, cells_, divisors_.data());
+    Divide(quotients, divisors_.data(), cells_, quotients);
+  }
+  const std::size_t whole = out.size() / thinning_ / 2 * 2;
+  TurnMatrix(quotients_.data(), stride_, thinning_, whole, out.data(), thinning_);
+  for (std::size_t i = whole * thinning_; i < out.size(); ++i) {
+    out[i] = quotients_[i % thinning_ * stride_ + i / thinning_];
   }
 }
 

@@ -7,13 +7,9 @@
 #include <span>
 #include <vector>
 
-#include "signal/fft/fft.h"
+#include "signal/filter/regression_transforms.h"
 
 namespace texturon {
-
-inline constexpr std::size_t kRegressionMoments = 5;  ///< sums of d s u^j, j = 0 .. 4
-inline constexpr std::size_t kRegressionHeights = 3;  ///< sums of d z s u^j, j = 0 .. 2
-inline constexpr std::size_t kRegressionSums = kRegressionMoments + kRegressionHeights;
 
 /// The sums of one point's equations; u is the distance, about 3 at the farthest, s is scaled so that all of them add
 /// up to 1.
@@ -36,7 +32,7 @@ public:
   /// The sums for the robust weights d and heights z, both of the order of 1, at all nodes.
   void Make(std::span<const double> d, std::span<const double> z);
   /// Of what Make made.
-  std::span<const double> Sum(std::size_t sum) const { return sums_[sum]; }
+  std::span<const double> Sum(std::size_t sum) const { return std::span(sums_[sum]).first(nodes_); }
 
   /// out[r] = the polynomial through values at the nodes, r points behind the first one of a cell; no more points than
   /// the cell has.
@@ -49,34 +45,34 @@ public:
   /// Points on either side that AddUp looks at.
   std::size_t Reach() const { return reach_; }
 
-private:
-  /// Real and imaginary parts.
-  struct Pair {
-    std::vector<double> re, im;
-  };
+  /// Estimated time of the transforms of Make in the units of BatchFft::Cost.
+  double TransformCost() const { return transforms_.Cost(); }
 
-  void MakeFactors(double stepInReaches, double weightsSum, std::size_t extent);
-  void Spread(std::span<const double> d, std::span<const double> z);
-  void SpreadOnEverySecond(std::span<const double> d, std::span<const double> z);
-  /// The transform back of product_ is two sums.
-  void TransformBack(std::size_t realSum, std::size_t imaginarySum);
+private:
+  /// s u^j at the distances of nodes.
+  RegressionTransforms::Factors FactorsOfNodes(double cutoffPoints) const;
+  /// Adds what stands at the points of all cells to the nodes beside them.
+  void Spread(std::span<const double> points, std::span<double> nodes);
+
+  /// What the nodes beside a point of a cell count there.
+  std::span<const double> RowOf(std::size_t point) const;
 
   std::size_t reach_;
-  double step_;  ///< u from point to point
+  double step_;       ///< u from point to point
+  std::size_t taps_;  ///< nodes that a polynomial goes through
   std::size_t thinning_;
   std::size_t before_;
+  std::size_t cells_;
   std::size_t nodes_;
   std::vector<double> weights_;
-  std::vector<double> nodeWeights_;    ///< a row for every point of a cell
-  std::vector<double> nodeWeightsOf_;  ///< a row for every node
-  FftPlan plan_;
-  // Even weights have real transforms and odd ones imaginary ones: the transform of one plus i times the next is real,
-  // and so two sums come from a product by real numbers and one transform.
-  std::vector<double> factor01_, factor23_, factor2_, factor4_;
+  std::vector<double> nodeWeights_;  ///< a row for every point of a cell
+  RegressionTransforms transforms_;
   std::array<std::vector<double>, kRegressionSums> sums_;
-  Pair spread_;  ///< weights, and heights times weights, at the nodes
-  Pair weightsSpectrum_, heightsSpectrum_, product_;
-  std::vector<double> odd_, oddAbove_, oddBelow_;  ///< of the points between nodes
+  std::vector<double> points_, products_;  ///< of whole cells, with zeros behind the record
+  // The first points of all cells, then the second ones ..; beside those that are spread lie zeros as far as nodes
+  // reach.
+  std::size_t stride_ = 0;
+  std::vector<double> phases_, quotients_, divisors_;
 };
 
 }  // namespace texturon

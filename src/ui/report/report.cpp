@@ -67,7 +67,7 @@ QByteArray HtmlReport(const Document& analysed, std::string_view time, const Rep
     parts.pictures.push_back(
         {block.kind, picture.title.toStdString(), SvgOf(*picture.plot, kPictureInFile, prefix).toStdString()});
   }
-  return QByteArray::fromStdString(ReportHtml(choice.layout, MakeReportTexts(document, time), parts));
+  return QByteArray::fromStdString(ReportHtml(choice.layout, MakeReportTexts(document, time, choice.several), parts));
 }
 
 /// Empty when it cannot be drawn.

@@ -57,7 +57,10 @@ QString ValueOf(const ReportRow& row) {
 class ReportPrinter {
 public:
   ReportPrinter(QPagedPaintDevice& device, const Document& document, std::string_view time, const ReportChoice& choice)
-      : device_(device), document_(document), choice_(choice), texts_(MakeReportTexts(document, time)) {}
+      : device_(device),
+        document_(document),
+        choice_(choice),
+        texts_(MakeReportTexts(document, time, choice.several)) {}
 
   int Print() {
     if (!painter_.begin(&device_)) return 0;

@@ -276,6 +276,7 @@ bool CSeveralWindow::WriteReportFile(const std::filesystem::path& file, QString&
   }
   choice.several.rows = results.Rows(AcceptanceRules()[static_cast<std::size_t>(rule_->currentIndex())].rule,
                                      doc_.document().settings.decision.DecisionRule);
+  choice.several.requirements = results.Requirements();
   const auto chosen = static_cast<std::size_t>(std::max(list_->currentRow(), 0));
   return WriteReport(FromPath(file), entries_[chosen]->document, DateText(doc_.environment().localTime()), reason,
                      choice);

@@ -80,6 +80,7 @@ std::optional<SeveralReport> WithFurther(const CTexturonDoc& doc, const QStringL
     }
     add(document);
   }
+  report.requirements = results.Requirements();
   report.rows = results.Rows(rule, doc.document().settings.decision.DecisionRule);
   return report;
 }
