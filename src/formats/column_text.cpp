@@ -206,7 +206,14 @@ ReadResult Finish(const ReaderInput& input, Table& table, ImportedProfile& profi
   if (input.options.integratesSlopes) return FinishSlopes(table, profile);
   if (!table.chosen.wrong.empty()) return Unusable(table.chosen.wrong);
   const std::vector<std::size_t>& heights = table.chosen.heights;
-  const std::size_t zColumn = heights[AskHeightColumn(input, heights.size(), profile) - 1];
+  std::vector<std::string> titles;
+  for (const std::size_t column : heights) {
+    const ColumnHeading& named = table.heading.columns[column];
+    if (table.heading.line == 0) break;
+    const bool tellsUnit = named.unit.empty() || named.name.find(named.unit) != std::string::npos;
+    titles.push_back(named.name + (tellsUnit ? "" : " in " + named.unit));
+  }
+  const std::size_t zColumn = heights[AskHeightColumn(input, heights.size(), profile, titles) - 1];
   std::string wrong = NoLength(table, zColumn);
   if (!wrong.empty()) return Unusable(std::move(wrong));
   if (!table.chosen.x) return FinishWithoutPositions(input, table, zColumn, profile);

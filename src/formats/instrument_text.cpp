@@ -172,7 +172,8 @@ ReadResult ReadTxText(const ReaderInput& input, ImportedProfile& profile) {
   if (profile.heightsUM.empty()) return RefuseAtLine(input, lines.LineNumber(), "Unexpected end of file.");
   if (hasMore) profile.warnings.emplace_back("there are more heights than line 2 says");
   WarnOfCount(*count, profile);
-  if (!AskSpacing(input, *length * kMicrometresPerMillimetre / (*count - 1.0), profile)) {
+  if (!AskSpacing(input, *length * kMicrometresPerMillimetre / (*count - 1.0), profile,
+                  "Proposed is the length on line 1 over the steps between its points.")) {
     return ReadResult::Refused("no point spacing was given");
   }
   if (profile.spacingSource == "assumed") profile.spacingSource = "assumed from the nominal length on line 1";

@@ -7,8 +7,10 @@
 #include <optional>
 
 #include "base/number_text.h"
+#include "base/text.h"
 #include "base/units.h"
 #include "formats/text_lines.h"
+#include "platform/platform.h"
 
 namespace texturon {
 
@@ -16,6 +18,8 @@ namespace {
 
 /// Spacing (um) of a trace whose length the user knows.
 std::optional<double> AskTraceLength(const ReaderInput& input, std::size_t points) {
+  input.prompts.Beside(BesideQuestion(input) + "\n" + IntegerText(static_cast<std::int64_t>(points)) +
+                       " points lie at equal distances along it.");
   const auto answer = input.prompts.AskText("Enter the trace length (mm):", "");
   const auto length = answer ? NumberField(*answer, true) : std::nullopt;
   if (!length || points < 2) return std::nullopt;
@@ -24,8 +28,16 @@ std::optional<double> AskTraceLength(const ReaderInput& input, std::size_t point
 
 }  // namespace
 
-bool AskSpacing(const ReaderInput& input, double presetUM, ImportedProfile& profile) {
+std::string BesideQuestion(const ReaderInput& input) {
+  return "File: " + TextFromPath(input.path.filename());
+}
+
+bool AskSpacing(const ReaderInput& input, double presetUM, ImportedProfile& profile, std::string_view origin) {
   const std::string preset = ShortestText(input.options.spacingUM.value_or(presetUM));
+  std::string beside = BesideQuestion(input) + "\nIt states no usable point spacing for its " +
+                       IntegerText(static_cast<std::int64_t>(profile.heightsUM.size())) + " points.";
+  if (!origin.empty() && !input.options.spacingUM) beside += "\n" + std::string(origin);
+  input.prompts.Beside(beside);
   const auto answer = input.prompts.AskText("Enter the data point spacing (um):", preset);
   const auto spacing = answer ? NumberField(*answer, true) : AskTraceLength(input, profile.heightsUM.size());
   if (!spacing || *spacing <= 0.0 || !std::isfinite(*spacing)) return false;
@@ -37,7 +49,14 @@ bool AskSpacing(const ReaderInput& input, double presetUM, ImportedProfile& prof
   return true;
 }
 
-std::size_t AskColumn(const ReaderInput& input, std::size_t columns, ImportedProfile& profile) {
+std::size_t AskColumn(const ReaderInput& input, std::size_t columns, ImportedProfile& profile,
+                      std::span<const std::string> titles) {
+  std::string listed;
+  for (const std::string& title : titles) {
+    const auto number = static_cast<std::int64_t>(&title - titles.data()) + 1;
+    listed += (listed.empty() ? "" : ", ") + IntegerText(number) + " " + OnOneLine(title);
+  }
+  input.prompts.Beside(BesideQuestion(input) + (listed.empty() ? "" : "\nColumns: " + listed));
   const std::string prompt = "Enter the column number (1:" + IntegerText(static_cast<std::int64_t>(columns)) + "):";
   const auto answer = input.prompts.AskText(prompt, IntegerText(input.options.column));
   const std::int32_t wanted = answer ? ParseInt32(*answer).value : input.options.column;
@@ -46,8 +65,9 @@ std::size_t AskColumn(const ReaderInput& input, std::size_t columns, ImportedPro
   return column;
 }
 
-std::size_t AskHeightColumn(const ReaderInput& input, std::size_t columns, ImportedProfile& profile) {
-  return columns < 2 ? 1 : AskColumn(input, columns, profile);
+std::size_t AskHeightColumn(const ReaderInput& input, std::size_t columns, ImportedProfile& profile,
+                            std::span<const std::string> titles) {
+  return columns < 2 ? 1 : AskColumn(input, columns, profile, titles);
 }
 
 std::string NotReadYet(std::string_view layout) {

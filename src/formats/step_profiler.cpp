@@ -101,8 +101,8 @@ ReadResult ReadTraces(const ReaderInput& input, ImportedProfile& profile) {
 ReadResult ReadStepProfilerText(const ReaderInput& input, ImportedProfile& profile) {
   LineCursor lines(input.bytes);
   double count = 0.0;
-  std::size_t columns = 0;
-  while (columns == 0) {
+  std::vector<std::string> columns;
+  while (columns.empty()) {
     const auto line = lines.Next();
     if (!line || lines.LineNumber() > 10) return ReadResult::NotRecognised("Data, Points and X-Resolution do not come");
     const auto fields = SplitAtAny(*line, " \t");
@@ -114,12 +114,12 @@ ReadResult ReadStepProfilerText(const ReaderInput& input, ImportedProfile& profi
     if (fields[0] == "Points" && hasValue) count = NumberField(fields[1]).value_or(0.0);
     if (fields[0] == "X-Resolution" && hasValue) profile.spacingUM = NumberField(fields[1]).value_or(0.0);
     if (line->starts_with(kPointsKey)) return ReadTraces(input, profile);
-    if (fields[0] == "Raw") columns = fields.size();
+    if (fields[0] == "Raw") columns.assign(fields.begin(), fields.end());
   }
   if (count < 1.0 || profile.spacingUM <= 0.0) {
     return RefuseAtLine(input, lines.LineNumber(), "Points or X-Resolution is missing.");
   }
-  const std::size_t column = AskHeightColumn(input, columns, profile);
+  const std::size_t column = AskHeightColumn(input, columns.size(), profile, columns);
   while (const auto line = lines.Next()) {
     const auto fields = SplitAtAny(*line, " \t");
     if (fields.empty()) continue;

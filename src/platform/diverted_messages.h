@@ -22,6 +22,7 @@ public:
 
   void ShowMessage(std::string_view text) override { messages_.emplace_back(text); }
   void Notice(std::string_view text) override { next_.Notice(text); }
+  void Beside(std::string_view lines) override { next_.Beside(lines); }
   bool AskYesNo(std::string_view question) override { return next_.AskYesNo(question); }
   std::optional<std::string> AskText(std::string_view prompt, std::string_view preset) override {
     return next_.AskText(prompt, preset);

@@ -33,6 +33,9 @@ public:
   virtual void ShowFailure(std::string_view sentence, std::string_view brief, std::string_view details);
   /// A remark of the program's own that no message box shows: a file was tolerated, a value was cut.
   virtual void Notice(std::string_view text) = 0;
+  /// What stands beside the next question, which says no more than it must: the file, the titles of its columns. Lines.
+  /// Who has no room for it leaves it.
+  virtual void Beside(std::string_view /*lines*/) {}
   /// A yes/no question. Who cannot ask answers false.
   virtual bool AskYesNo(std::string_view question) = 0;
   /// One line of text, preset. Empty: cancelled. Who cannot ask gives the preset back.

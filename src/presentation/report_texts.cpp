@@ -125,6 +125,22 @@ void Summarise(ReportTexts& texts) {
                                             : ReportOutcome::kNoLimits;
 }
 
+/// The drawing may ask for more than its rows do: for more profiles, or for settings that nobody has said.
+void SummariseDrawing(const Document& document, ReportTexts& texts) {
+  std::string worst;
+  for (const JudgedRequirement& judged : RequirementsOf(document)) {
+    const AcceptanceResult result = judged.Verdict();
+    if (result.verdict == Acceptance::kPass) continue;
+    const bool isOpen = result.verdict == Acceptance::kUndecided;
+    const ReportOutcome outcome = isOpen ? ReportOutcome::kOpen : ReportOutcome::kFail;
+    if (outcome <= texts.outcome) continue;
+    texts.outcome = outcome;
+    worst = std::string("The drawing is ") + (isOpen ? "undecided" : "not met") + " (" + judged.requirement.source +
+            ": " + std::string(result.by) + ").";
+  }
+  if (!worst.empty()) texts.summary += (texts.summary.empty() ? "" : " ") + worst;
+}
+
 std::vector<ReportLine> ChangedSettings(const Settings& settings) {
   const Settings defaults;
   std::vector<ReportLine> lines;
@@ -180,6 +196,7 @@ ReportTexts MakeReportTexts(const Document& document, std::string_view time, con
     if (!difference.empty() && difference != kSameDefinition) AddOf(texts.differences, row.row.name, difference);
   }
   Summarise(texts);
+  SummariseDrawing(document, texts);
   return texts;
 }
 

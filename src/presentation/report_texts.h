@@ -31,7 +31,7 @@ struct ReportRow {
   bool isToleranced = false;    ///< also where there is no value to judge
 };
 
-/// What the rows with limits come to; open: none fails, but one has no value or is undecided.
+/// What the rows with limits and the drawing come to; open: none fails, but one has no value or is undecided.
 enum class ReportOutcome : std::uint8_t { kNoLimits, kPass, kOpen, kFail };
 
 /// All that a report says in words; texts are Windows-1252. The curves come from the document itself.
@@ -39,7 +39,9 @@ struct ReportTexts {
   std::string company;
   std::string identification;
   std::vector<ReportLine> facts;
-  std::string summary;  ///< how many rows are out of tolerance, undecided or without value; empty: no limits
+  /// How many rows are out of tolerance, undecided or without value, and what the drawing leaves open beyond that;
+  /// empty: no limits.
+  std::string summary;
   ReportOutcome outcome = ReportOutcome::kNoLimits;
   std::vector<ReportRow> rows;
   std::vector<ReportLine> reasons;      ///< rows without a value by name, and why

@@ -83,11 +83,17 @@ struct SettingEntry {
   int rank = 0;  // places in the group, those of one rank in the table's order
   SettingLimits limits = {};
   std::optional<SettingCondition> needs = {};  // it has an effect, and can be entered, only then
-  const char* columnTitle = "";                // of a list shown as a table
+  /// What stands above its column in a list, or before its field where the meaning is too long for that.
+  const char* shortTitle = "";
 
   constexpr SettingEntry Behind(int wantedRank) const {
     SettingEntry entry = *this;
     entry.rank = wantedRank;
+    return entry;
+  }
+  constexpr SettingEntry Titled(const char* title) const {
+    SettingEntry entry = *this;
+    entry.shortTitle = title;
     return entry;
   }
   constexpr SettingEntry While(const SettingBinding& binding, std::int32_t value) const {

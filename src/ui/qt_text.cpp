@@ -3,11 +3,13 @@
 #include "ui/qt_text.h"
 
 #include <QFontMetrics>
+#include <QRegularExpression>
 #include <QScreen>
 #include <QWidget>
 #include <algorithm>
 
 #include "base/charset.h"
+#include "base/number_text.h"
 #include "platform/platform.h"
 #include "presentation/readable_text.h"
 
@@ -34,6 +36,29 @@ QString Readable(const QString& text) {
   const auto isPlain = [](QChar letter) { return letter.isDigit() || letter == '.'; };
   if (std::all_of(text.cbegin(), text.cend(), isPlain)) return text;
   return QString::fromStdString(ReadableText(text.toStdString()));
+}
+
+QString WithShortNumbers(const QString& text) {
+  static const QRegularExpression number(R"((?<![\w.])\d+\.\d{9,}(?![\w.]))");
+  constexpr int kFigures = 7;
+  QString out;
+  qsizetype from = 0;
+  for (auto found = number.globalMatch(text); found.hasNext();) {
+    const auto match = found.next();
+    const double value = ParseDouble(match.captured().toStdString()).value;
+    out += text.mid(from, match.capturedStart() - from) + FromText(SignificantText(value, kFigures));
+    from = match.capturedEnd();
+  }
+  return out + text.mid(from);
+}
+
+QString AsSentence(const QString& remark) {
+  QString text = WithShortNumbers(remark);
+  static const QRegularExpression file("^\\S*[./\\\\]\\S");
+  static const QRegularExpression micrometres("(?<=\\d) um\\b");
+  text.replace(micrometres, QString::fromUtf8(" \u00B5m"));
+  if (!text.isEmpty() && !file.match(text).hasMatch()) text[0] = text[0].toUpper();
+  return text.isEmpty() || text.back().isPunct() ? text : text + '.';
 }
 
 void ResizeInCharacters(QWidget& window, int characters, int lines) {

@@ -22,6 +22,12 @@ std::filesystem::path ToPath(const QString& path);
 /// raised figures behind a unit (mm², µm⁻²) and a power of ten for an exponent. Not for what is copied or filed.
 QString Readable(const QString& text);
 
+/// The same with no more than seven figures where a number has nine decimals and more.
+QString WithShortNumbers(const QString& text);
+/// A remark of the engine as a sentence: with a capital, unless it begins with the name of a file, such numbers, the
+/// sign of micrometres, and a full stop.
+QString AsSentence(const QString& remark);
+
 /// Makes a window so many characters wide and lines high, as far as its screen has room for that.
 void ResizeInCharacters(QWidget& window, int characters, int lines);
 

@@ -124,6 +124,7 @@ std::string Outcome(const ScratchFolder& folder, Case& c) {
   }
   for (std::size_t i = 0; i < c.prompts.questions.size(); ++i)
     text << "  asks: " << c.prompts.questions[i] << " " << c.prompts.presets[i] << "\n";
+  if (!c.prompts.questions.empty()) text << "  beside: " << Printable(c.prompts.beside) << "\n";
   for (const std::string& line : c.prompts.lines) text << "  list: " << Printable(line) << "\n";
   for (const std::string& message : c.prompts.messages) text << "  message: " << Printable(message) << "\n";
   for (const std::string& notice : c.prompts.notices) text << "  notice: " << Printable(notice) << "\n";

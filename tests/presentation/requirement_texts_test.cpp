@@ -6,6 +6,7 @@
 
 #include "parameters/edition2021/edition_list.h"
 #include "presentation/report_texts.h"
+#include "presentation/table_rows.h"
 
 namespace texturon {
 namespace {
@@ -45,6 +46,28 @@ TEST(RequirementTexts, NameTheDrawingWithItsVerdict) {
   settings.analysis.standard.Class = "Sc3";
   ApplySettings(document, settings);
   EXPECT_EQ(RequirementsOf(document).at(2).requirement.className, "Sc3") << "the class of the settings completes it";
+  // The drawing decides where no row has limits, and leaves open what the rows keep.
+  document.catalogue.rows = {MakeEditionRow("Ra")};
+  document.catalogue.rows[0].valid = true;
+  const ReportTexts failed = MakeReportTexts(document, "now");
+  EXPECT_EQ(failed.outcome, ReportOutcome::kFail);
+  EXPECT_EQ(failed.summary, "The drawing is not met (L Ra 0.4: maximum).");
+  EXPECT_EQ(CountVerdicts(document).drawing, Acceptance::kFail);
+  settings.analysis.standard.Indication = "U Rz 5 T16%";
+  ApplySettings(document, settings);
+  document.catalogue.rows = {MakeEditionRow("Rz")};
+  document.catalogue.rows[0].valid = true;
+  document.catalogue.rows[0].value = 4.0;
+  document.catalogue.rows[0].tolerance = {.toleranced = true, .upperLimit = 5.0};
+  const ReportTexts open = MakeReportTexts(document, "now");
+  EXPECT_EQ(open.outcome, ReportOutcome::kOpen) << open.summary;
+  EXPECT_EQ(open.summary,
+            "The toleranced parameter is within its limits. The drawing is undecided (U Rz 5 T16%: fewer than three "
+            "values).");
+  const VerdictCount count = CountVerdicts(document);
+  EXPECT_EQ(count.failed + count.undecided + count.missing, 0u);
+  EXPECT_EQ(count.drawing, Acceptance::kUndecided);
+  EXPECT_EQ(count.firstBad, "Rz") << "a click leads there";
 }
 
 TEST(RequirementTexts, SayWhatIsTyped) {

@@ -18,6 +18,7 @@ public:
   std::vector<std::string> notices;
   std::vector<std::string> questions;
   std::vector<std::string> presets;
+  std::string beside;  ///< the last question
   std::vector<std::string> progressTitles;
   std::optional<std::string> textAnswer;  ///< empty: cancelled
   std::vector<std::string> progressTexts;
@@ -27,6 +28,7 @@ public:
 
   void ShowMessage(std::string_view text) override { messages.emplace_back(text); }
   void Notice(std::string_view text) override { notices.emplace_back(text); }
+  void Beside(std::string_view lines) override { beside = lines; }
   bool AskYesNo(std::string_view question) override {
     questions.emplace_back(question);
     return yes;

@@ -20,7 +20,7 @@ protected:
   FolderWindow() {
     std::filesystem::create_directory(folder_ / "in");
     Change([](AnalysisSettings& analysis) {
-      analysis.parameters = {{.name = "Pt", .tolerance = {.toleranced = true, .upperLimit = 1.15}}, {.name = "Ra"}};
+      analysis.parameters = {{.name = "Ra"}, {.name = "Pt", .tolerance = {.toleranced = true, .upperLimit = 1.15}}};
       analysis.FormRemovalType = kFormNone;
       analysis.LsCutoffMM = 0.0;
     });

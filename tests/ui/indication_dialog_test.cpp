@@ -7,6 +7,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 
+#include "ui/colours.h"
 #include "ui/plots/texturon_view.h"
 #include "ui/window_fixture.h"
 
@@ -46,7 +47,14 @@ TEST_F(IndicationDialog, ShowsWhatTheTextMeansAndSetsIt) {
   const QString heading = frame_->View().Heading().Text();
   EXPECT_TRUE(heading.contains("Drawing: U Rz 9 0.8x4: ")) << heading.toStdString();
   EXPECT_TRUE(heading.contains("conforming (maximum)"));
+  QPushButton& badge = frame_->View().Heading().Verdict();
+  EXPECT_EQ(badge.text(), QString::fromUtf8("\u2713 1 toleranced parameter within tolerance"));
   Settings settings = document.settings;
+  settings.analysis.standard.Indication = "U Rz 9 0.8x4 | Rk 9";
+  Doc().ReplaceSettings(settings);
+  EXPECT_EQ(badge.text(), "? 1 toleranced parameter within tolerance, drawing undecided");
+  EXPECT_TRUE(badge.toolTip().contains("Drawing: Rk 9: undecided (no value)")) << badge.toolTip().toStdString();
+  EXPECT_TRUE(badge.styleSheet().contains(UndecidedGround().name())) << "not green";
   settings.analysis.standard.ClassTable = "nowhere.ini";
   CIndicationDialog lost(settings);
   EXPECT_EQ(lost.findChild<QLabel*>("meaning")->text(), "Class table: nowhere.ini does not exist.");

@@ -52,7 +52,7 @@ QStringList TextsOfTables() {
   const auto add = [&texts](std::string_view text) { texts << FromText(text); };
   for (const SettingKey& key : SettingsTable()) {
     add(key.meaning);
-    add(key.entry.columnTitle);
+    add(key.entry.shortTitle);
     if (key.entry.group == SettingGroup::kNone) continue;
     for (const SettingChoice& choice : ChoicesOf(key)) add(choice.name);
   }

@@ -86,7 +86,7 @@ TEST_F(MainFrame, KeysAndLettersAreUniqueAndInTheHelp) {
   }
   for (const QMenu* const menu : frame_->menuBar()->findChildren<QMenu*>()) {
     QStringList texts;
-    // "&Save" and "&Save Settings" have shared a letter for ever: it goes from one to the other.
+    // "&Save..." and "&Save Settings..." have shared a letter for ever: it goes from one to the other.
     for (const QAction* const action : menu->actions()) texts << action->text().replace("&Save Settings", "");
     ExpectLettersOfTheirOwn(texts);
   }
@@ -191,6 +191,32 @@ TEST_F(MainFrame, NothingTouchesTheDocumentInLongWorkAndAllOfItComesAfterwards) 
   EXPECT_EQ(InForce().settings.analysis.LsCutoffMM, 0.008);
   EXPECT_EQ(InForce().settings.analysis.FilterType, former) << "the settings that came later";
   frame_.reset();
+}
+
+TEST(DialogPrompts, QuestionsAndRemarksAreReadable) {
+  Application();
+  QMainWindow window;
+  DialogPrompts prompts(&window);
+  QStringList shown;
+  const auto accept = [&shown](QWidget& dialog) {
+    shown << Child<QLabel>(dialog).text() << Child(dialog).text();
+    dynamic_cast<QDialog&>(dialog).accept();
+  };
+  const DialogDriver driver({accept, accept});
+  prompts.Beside("File: a.txt\nColumns: 1 Raw, 2 Rough");
+  EXPECT_EQ(prompts.AskText("Enter the data point spacing (um):", "0.35604927721996726"), "0.35604927721996726");
+  EXPECT_EQ(prompts.AskText("Enter it:", "1.5"), "1.5");
+  EXPECT_EQ(shown, QStringList({"File: a.txt\nColumns: 1 Raw, 2 Rough\n\nEnter the data point spacing (um):",
+                                "0.3560493", "Enter it:", "1.5"}));
+  const std::pair<const char*, const char*> remarks[] = {
+      {"the file states no usable point spacing; 0.35604927721996726 um is taken",
+       "The file states no usable point spacing; 0.3560493 \u00B5m is taken."},
+      {"part.ini: not read", "part.ini: not read."},
+      {"The arc fits.", "The arc fits."}};
+  for (const auto& [remark, sentence] : remarks) {
+    prompts.Notice(remark);
+    EXPECT_EQ(window.statusBar()->currentMessage(), QString::fromUtf8(sentence));
+  }
 }
 
 TEST(ProgressWindow, ComesAfterHalfASecond) {

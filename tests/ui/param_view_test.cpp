@@ -108,6 +108,28 @@ TEST_F(ParamView, RowsOutOfToleranceStandOut) {
   EXPECT_EQ(Grid().item(Grid().currentRow(), Grid().currentColumn())->text(), "Ra7");
 }
 
+TEST_F(ParamView, TheRightButtonOffersWhatIsDoneWithARow) {
+  Choose("columns1");
+  QMenu menu;
+  frame_->ParamView().FillMenu(menu, 1);
+  ASSERT_EQ(menu.actions().size(), 5);
+  menu.actions()[0]->trigger();
+  EXPECT_EQ(QApplication::clipboard()->text(), Cells(1).join('\t') + '\n');
+  menu.actions()[1]->trigger();
+  EXPECT_EQ(QApplication::clipboard()->text(), Cells(1)[1]);
+  const DialogDriver driver({[this](QWidget& dialog) {
+    EXPECT_EQ(dynamic_cast<QMessageBox&>(dialog).text(), Grid().Records()[1].tip);
+    dialog.close();
+  }});
+  menu.actions()[4]->trigger();
+  const QSignalSpy asked(&frame_->ParamView(), &CTexturonParamView::ParameterActivated);
+  menu.actions()[3]->trigger();
+  EXPECT_EQ(asked.size(), 1);
+  QMenu ofHeading;
+  frame_->ParamView().FillMenu(ofHeading, 0);
+  EXPECT_FALSE(ofHeading.actions()[3]->isEnabled()) << "a heading has no limits";
+}
+
 TEST_F(ParamView, AsksForTheSettingsOfARecord) {
   ChooseEach();
   const QSignalSpy asked(&frame_->ParamView(), &CTexturonParamView::ParameterActivated);

@@ -207,6 +207,48 @@ TEST_F(ProfileView, ShowsTheFormAndSteepSlopes) {
   EXPECT_TRUE(Graph().graph(2)->name().startsWith(QString::fromUtf8("Raw Data above 5.0\u00B0: ")));
 }
 
+TEST_F(ProfileView, ShowsARecordThatIsTooShortAndSaysWhy) {
+  const std::string short7 =
+      "Lumetrace_Data 1.0\nIDENTIFICATION: seven\nDATE: d\nSPACING_UM: 1\nNUMBER_OF_POINTS: 7\nPROFILE_UM:\n"
+      "1\n2\n1\n2\n3\n2\n1\n";
+  MakeFrame(prompts_);
+  frame_->resize(1200, 800);
+  frame_->show();
+  ASSERT_TRUE(frame_->OpenFile(folder_.Write("seven.lmt", short7)));
+  QTest::qWait(20);
+  const CClickableProfileGraph& graph = frame_->View().Graph();
+  EXPECT_TRUE(frame_->View().Heading().Text().contains("Not evaluated: there are too few points to compute over."))
+      << frame_->View().Heading().Text().toStdString();
+  ASSERT_EQ(graph.graphCount(), 1);
+  EXPECT_EQ(graph.graph(0)->data()->size(), 7);
+  graph.legend->clearItems();
+  frame_->View().Graph().replot();
+  EXPECT_GT(graph.axisRect()->width(), graph.width() / 2) << "also without a legend";
+}
+
+TEST_F(ProfileView, TheRightButtonOffersCommandsAndThePictureIsOfTheView) {
+  QMenu menu;
+  Graph().SetUprightCursors(1.0, 2.0);
+  for (QAction* const action : frame_->findChildren<QAction*>()) {
+    if (action->objectName() == "zoomBetweenXCursors") action->trigger();
+  }
+  EXPECT_EQ(Graph().VisibleX(), QCPRange(1.0, 2.0));
+  Choose("savePicture", {TypeName(folder_ / "view.svg")});
+  const QString svg = QString::fromStdString(folder_.Read("view.svg"));
+  EXPECT_TRUE(svg.contains("1.25") || svg.contains("1.2")) << "numbers of the stretch in view";
+  EXPECT_FALSE(svg.contains(">3.5<")) << "not of the whole";
+}
+
+TEST_F(ProfileView, HillsAndDalesBelongToTheRowsOf2021) {
+  EXPECT_FALSE(Child<QAction>(*frame_, "hillsAndDales").isEnabled());
+  const int before = Graph().graphCount();
+  Change([](AnalysisSettings& analysis) { analysis.standard.Edition = "2021"; });
+  Choose("hillsAndDales");
+  EXPECT_GT(Graph().graphCount(), before);
+  Choose("undo");
+  EXPECT_EQ(Graph().graphCount(), before) << "nothing is left over rows of 1997";
+}
+
 TEST_F(ProfileView, SaysWhatItShows) {
   const auto file = folder_.Write("own.ini", "[ANALYSIS]\r\nLcCutoffMM=0.25\r\n");
   ASSERT_TRUE(Doc().LoadSettingsFile(file));

@@ -60,11 +60,11 @@ TEST_F(Several, ValuesStandSideBySideWithTheVerdictOfTheRule) {
                                                        {"Mean", "1.1000"},  {"Standard deviation", "0.1000"},
                                                        {"Range", "0.2000"}, {"Verdict", "FAIL"}};
   for (const auto& [title, text] : cells) EXPECT_EQ(Cell(title).toStdString(), text) << title;
-  Child<QComboBox>(*window_, "rule").setCurrentText("median");
+  Child<QComboBox>(*window_, "rule").setCurrentText("median rule");
   EXPECT_EQ(Cell("Verdict"), "PASS");
   Child<QListWidget>(*window_, "profiles").setCurrentRow(2);
   Press(*window_, "&Remove");
-  Child<QComboBox>(*window_, "rule").setCurrentText("max");
+  Child<QComboBox>(*window_, "rule").setCurrentText("max rule");
   EXPECT_EQ(Cell("Verdict"), "PASS");
   Change([](AnalysisSettings& analysis) { analysis.parameters.front().tolerance.upperLimit = 1.05; });
   EXPECT_EQ(Cell("Verdict"), "FAIL") << "settings of the window are those of the table";

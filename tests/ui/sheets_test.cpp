@@ -514,5 +514,27 @@ TEST_F(SettingsSheet, WholeCutoffsAreASwitch) {
   EXPECT_EQ(InForce().settings.analysis.UserDiscardType, kDiscardNone) << "as it was before";
 }
 
+/// In English and German: what is longer is in the tip.
+TEST_F(SettingsSheet, LabelsAreShortAndTipsSayTheRest) {
+  for (const char* const language : {"en", "de"}) {
+    UseLanguage(language);
+    CSettingsSheet sheet(Doc(), nullptr);
+    sheet.show();
+    int labels = 0;
+    for (const QLabel* const label : sheet.findChildren<QLabel*>()) {
+      if (label->buddy() == nullptr || !label->wordWrap()) continue;
+      ++labels;
+      constexpr int kMostLines = 2;
+      const int lines = label->heightForWidth(label->width()) / label->fontMetrics().lineSpacing();
+      EXPECT_LE(lines, kMostLines) << label->text().toStdString();
+      const auto* const field = qobject_cast<CSettingField*>(label->buddy()->parent());
+      if (field == nullptr) continue;
+      EXPECT_TRUE(label->toolTip().startsWith(field->Meaning())) << label->text().toStdString();
+    }
+    EXPECT_GT(labels, 80);
+  }
+  UseLanguage("en");
+}
+
 }  // namespace
 }  // namespace texturon

@@ -47,8 +47,9 @@ TEST_F(Trust, UncertaintiesStandBesideTheValues) {
   const ParameterUncertainty& u = Doc().document().results.uncertainties.at(index).value();
   EXPECT_NEAR(u.standard / row->row.value, std::sqrt(0.0005), 0.1 * std::sqrt(0.0005));
   EXPECT_EQ(row->ValueAndUncertainty(), row->value + " \xB1 " + row->expanded);
-  EXPECT_EQ(table->currentRow(), static_cast<int>(index)) << "what is looked for first";
-  EXPECT_EQ(table->item(static_cast<int>(index), 2)->text(), Readable(FromText(row->expanded)));
+  ASSERT_EQ(table->currentRow(), 0);
+  EXPECT_EQ(table->item(0, 0)->text(), "Ra") << "what is looked for first";
+  EXPECT_EQ(table->item(0, 2)->text(), Readable(FromText(row->expanded)));
   Doc().ComputeAll();
   EXPECT_TRUE(ShownRows(Doc().document())[index].expanded.empty());
 }

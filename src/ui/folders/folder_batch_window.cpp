@@ -26,6 +26,7 @@
 #include "base/date_text.h"
 #include "base/number_text.h"
 #include "platform/platform.h"
+#include "presentation/table_rows.h"
 #include "settings/settings_text.h"
 #include "ui/colours.h"
 #include "ui/language.h"
@@ -72,6 +73,16 @@ QString ResultTip(const BatchRow& row) {
   return lines.join('\n');
 }
 
+/// Puts what stands in the order of the rows into that in which they are looked at.
+template <typename Item>
+void PutInOrder(std::vector<Item>& items, const std::vector<std::size_t>& order) {
+  if (items.size() != order.size()) return;
+  std::vector<Item> ordered;
+  ordered.reserve(items.size());
+  for (const std::size_t place : order) ordered.push_back(std::move(items[place]));
+  items = std::move(ordered);
+}
+
 }  // namespace
 
 void CBatchResults::Clear() {
@@ -102,8 +113,7 @@ QList<QStringList> CBatchResults::AllCells() const {
     lines[0] << headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
   for (int row = 0; row < rowCount(); ++row) {
     QStringList cells;
-    for (int column = 0; column < columnCount(); ++column)
-      cells << data(index(row, column), Qt::DisplayRole).toString();
+    for (int column = 0; column < columnCount(); ++column) cells << data(index(row, column), Qt::EditRole).toString();
     lines << cells;
   }
   return lines;
@@ -141,7 +151,8 @@ QVariant CBatchResults::data(const QModelIndex& index, int role) const {
   const auto column = static_cast<std::size_t>(index.column());
   if (index.column() < kFixedColumns) {
     const bool isName = index.column() == 0;
-    if (role == Qt::DisplayRole) return isName ? FromPath(row.path.filename()) : ResultText(row);
+    if (role == Qt::DisplayRole || role == Qt::EditRole)
+      return isName ? FromPath(row.path.filename()) : ResultText(row);
     if (role == Qt::ToolTipRole) return isName ? FromPath(row.path) : ResultTip(row);
     return {};
   }
@@ -149,7 +160,11 @@ QVariant CBatchResults::data(const QModelIndex& index, int role) const {
   const ColumnValue& cell = row.columns[column - kFixedColumns];
   switch (role) {
     case Qt::DisplayRole:
-      return cell.text.empty() ? QString::fromUtf8("\u2013") : FromText(cell.text);
+    case Qt::EditRole: {
+      // As it is read, and as it is copied and filed.
+      const QString text = cell.text.empty() ? QString::fromUtf8("\u2013") : FromText(cell.text);
+      return role == Qt::DisplayRole ? Readable(text) : text;
+    }
     case Qt::TextAlignmentRole:
       return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
     case Qt::BackgroundRole:
@@ -318,6 +333,7 @@ void CFolderBatchWindow::Start(std::vector<std::filesystem::path> files, const s
   start_->setText(tr("&Stop"));
   settings_ = MakeDocument();
   ApplySettings(settings_, doc_.document().settings);
+  order_ = OrderOfInterest(settings_);
   stops_ = false;
   hasEnded_ = false;
   outcome_ = {};
@@ -364,6 +380,7 @@ void CFolderBatchWindow::Collect() {
     const std::lock_guard lock(mutex_);
     rows.swap(arrived_);
   }
+  for (BatchRow& row : rows) PutInOrder(row.columns, order_);
   const bool isFirst = results_->rowCount() == 0 && !rows.empty();
   std::vector<CTrendPane::File> files;
   for (const BatchRow& row : rows) files.push_back({row.columns, row.path});
@@ -431,7 +448,9 @@ void CFolderBatchWindow::OnSave() {
 
 void CFolderBatchWindow::ShowSummary(const BatchSummary& summary) {
   QList<CGridCtrl::Record> records;
-  for (const ColumnSummary& column : summary.columns) {
+  std::vector<ColumnSummary> columns = summary.columns;
+  PutInOrder(columns, order_);
+  for (const ColumnSummary& column : columns) {
     QStringList cells = {FromText(column.name), QString::number(column.count)};
     const double values[] = {column.mean, column.StandardDeviation(), column.minimum, column.maximum};
     for (const double value : values) cells << (column.count == 0 ? QString() : FromText(SummaryFigure(value)));

@@ -120,6 +120,7 @@ private:
 
   // Of the run at hand.
   Document settings_;
+  std::vector<std::size_t> order_;            ///< in which its rows are looked at
   std::optional<UncertaintyRequest> budget_;  ///< what the verdicts of a guarded rule go by
   std::thread worker_;
   std::atomic<bool> stops_ = false;

@@ -569,6 +569,8 @@ void PutLegendAbove(QCustomPlot& plot, int mostInARow) {
   plot.legend->setFillOrder(QCPLayoutGrid::foColumnsFirst);
   plot.legend->setBorderPen(Qt::NoPen);
   plot.legend->setMargins(QMargins(8, 2, 8, 0));
+  // One without names would have the axes below it be as narrow as itself.
+  plot.legend->setMaximumSize(QWIDGETSIZE_MAX / 2, QWIDGETSIZE_MAX);
 }
 
 }  // namespace texturon

@@ -59,12 +59,12 @@ void AddBand(QCustomPlot& plot, double first, double last, const QColor& fill) {
   band->setLayer("grid");
 }
 
-void AddNamedLine(QCustomPlot& plot, double x, const QString& name, const QPen& pen) {
+void AddNamedLine(QCustomPlot& plot, double x, const QString& name, const QPen& pen, Qt::Alignment side) {
   auto* const line = new QCPItemStraightLine(&plot);
   line->point1->setCoords(x, 0.0);
   line->point2->setCoords(x, 1.0);
   line->setPen(pen);
-  AddLabel(plot, x, 0.01, " " + name, Qt::AlignLeft | Qt::AlignTop, LabelPlace::kShareOfY);
+  if (!name.isEmpty()) AddLabel(plot, x, 0.01, " " + name + " ", side | Qt::AlignTop, LabelPlace::kShareOfY);
 }
 
 void SpreadLabels(QCustomPlot& plot) {

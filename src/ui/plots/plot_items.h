@@ -33,8 +33,10 @@ void AddSegment(QCustomPlot& plot, double x0, double y0, double x1, double y1, c
 void AddArea(QCustomPlot& plot, const QList<QPointF>& corners, const QColor& fill);
 /// The stretch of the X axis from one place to another, over the whole height.
 void AddBand(QCustomPlot& plot, double first, double last, const QColor& fill);
-/// An upright line over the whole height with a name at its upper end.
-void AddNamedLine(QCustomPlot& plot, double x, const QString& name, const QPen& pen);
+/// An upright line over the whole height with a name, where it has one, at its upper end: on its right, or on its left
+/// with Qt::AlignRight.
+void AddNamedLine(QCustomPlot& plot, double x, const QString& name, const QPen& pen,
+                  Qt::Alignment side = Qt::AlignLeft);
 /// Moves labels that lie on each other apart, downwards. To be called when the plot has been laid out.
 void SpreadLabels(QCustomPlot& plot);
 /// `anchor` says which side of the text stands at the point. With kShare a place is a share of the axes' rectangle from

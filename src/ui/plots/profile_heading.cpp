@@ -9,12 +9,33 @@
 #include "analysis/captions.h"
 #include "analysis/region_choice.h"
 #include "presentation/requirement_texts.h"
-#include "presentation/table_rows.h"
 #include "ui/colours.h"
 #include "ui/language.h"
 #include "ui/qt_text.h"
 
 namespace texturon {
+namespace {
+
+QString DrawingText(std::string_view source, std::string_view verdict) {
+  return CHeading::tr("Drawing: %1").arg(FromText(source) + ": " + EngineText(verdict));
+}
+
+/// A line that is too wide as two, broken where a part ends, and only cut where that does not do.
+QString InTwo(const QString& line, int width, const QFontMetrics& metrics) {
+  if (metrics.horizontalAdvance(line) <= width) return line;
+  for (const char* const end : {" / ", ", ", " = ", "   "}) {
+    qsizetype at = line.lastIndexOf(end);
+    while (at > 0 && metrics.horizontalAdvance(line.left(at)) > width) at = line.lastIndexOf(end, at - 1);
+    if (at <= 0) continue;
+    const qsizetype first = line[at] == ',' ? at + 1 : at;
+    QString rest = line.mid(first).trimmed();
+    if (rest.startsWith("/ ")) rest.remove(0, 2);
+    if (metrics.horizontalAdvance(rest) <= width) return line.left(first) + '\n' + rest;
+  }
+  return metrics.elidedText(line, Qt::ElideMiddle, width);
+}
+
+}  // namespace
 
 CHeading::CHeading(CTexturonDoc& doc, QWidget* parent)
     : QWidget(parent), doc_(doc), label_(new QLabel(this)), verdict_(new QPushButton(this)) {
@@ -54,7 +75,9 @@ void CHeading::Update() {
     first += "     " + FromPath(file.filename());
   }
   const bool metric = document.settings.display.Metric;
-  QString stretch = tr("Not evaluated: the profile cannot be analysed with these settings.");
+  const std::string& cause = doc_.WhyNotEvaluated();
+  QString stretch = cause.empty() ? tr("Not evaluated: the profile cannot be analysed with these settings.")
+                                  : tr("Not evaluated: %1.").arg(EngineText(cause));
   if (profiles.evaluationRange) {
     stretch = tr("Evaluated: %1")
                   .arg(EngineText(DescribeStretch(*profiles.evaluationRange, profiles.spacingUM,
@@ -65,8 +88,7 @@ void CHeading::Update() {
   if (analysis.startsWith(" / ")) analysis.remove(0, 3);
   lines_ = QStringList{first, analysis, stretch};
   for (const JudgedRequirement& judged : RequirementsOf(document)) {
-    lines_ << tr("Drawing: %1")
-                  .arg(FromText(judged.requirement.source + ": ") + EngineText(RequirementVerdict(document, judged)));
+    lines_ << DrawingText(judged.requirement.source, RequirementVerdict(document, judged));
   }
   for (QString& line : lines_) line = Readable(line);
   Elide();
@@ -76,7 +98,7 @@ void CHeading::ShowVerdict() {
   const VerdictCount count = doc_.HasProfile() ? CountVerdicts(doc_.document()) : VerdictCount();
   verdict_->setVisible(doc_.HasProfile());
   const QString shape = "border-radius: 3px; padding: 3px 8px; ";
-  if (count.judged + count.missing == 0) {
+  if (count.judged + count.missing == 0 && !count.drawing) {
     verdict_->setText(tr("No limits set"));
     verdict_->setAccessibleName(verdict_->text());
     verdict_->setToolTip(tr("Limits are entered on the page Parameters of the settings. A click opens it."));
@@ -85,8 +107,28 @@ void CHeading::ShowVerdict() {
     verdict_->setStyleSheet(QString("QPushButton { border: 1px solid %1; color: %1; %2}").arg(ink.name(), shape));
     return;
   }
+  const bool isDrawingBad = count.drawing == Acceptance::kFail;
+  const bool isDrawingOpen = count.drawing == Acceptance::kUndecided;
+  const bool isBad = count.failed > 0 || isDrawingBad;
+  const bool isOpen = count.undecided + count.missing > 0 || isDrawingOpen;
+  const QString text = VerdictText(count);
+  QString tip = count.missing > 0 ? tr("Shows the first row with limits that has no value.") : QString();
+  if (count.failed > 0) tip = tr("Shows the first row that is out of tolerance.");
+  if (count.undecided > 0) tip = tr("Shows what is undecided: %1.").arg(EngineText(count.doubt));
+  if (isDrawingBad || isDrawingOpen)
+    tip += (tip.isEmpty() ? "" : "\n") + DrawingText(count.drawingSource, count.drawingText);
+  const char* const sign = isBad ? "\u2717 " : isOpen ? "? " : "\u2713 ";
+  verdict_->setText(QString::fromUtf8(sign) + text);
+  verdict_->setAccessibleName(text);
+  verdict_->setToolTip(tip);
+  verdict_->setEnabled(isBad || isOpen);
+  const QColor ground = isOpen && !isBad ? UndecidedGround() : VerdictGround(!isBad);
+  verdict_->setStyleSheet(QString("QPushButton { background: %1; color: %2; border: none; font-weight: bold; %3}")
+                              .arg(ground.name(), QColor(Qt::white).name(), shape));
+}
+
+QString CHeading::VerdictText(const VerdictCount& count) {
   const bool isBad = count.failed > 0;
-  const bool isOpen = count.undecided + count.missing > 0;
   const int judged = static_cast<int>(count.judged);
   QString text = tr("%n toleranced parameters within tolerance", nullptr, judged);
   if (isBad) text = tr("%1 of %n toleranced parameters out of tolerance", nullptr, judged).arg(count.failed);
@@ -98,17 +140,15 @@ void CHeading::ShowVerdict() {
     text = judged > 0 ? text + tr(", %1 without a value").arg(count.missing)
                       : tr("%n toleranced parameters without a value", nullptr, static_cast<int>(count.missing));
   }
-  QString tip = count.missing > 0 ? tr("Shows the first row with limits that has no value.") : QString();
-  if (isBad) tip = tr("Shows the first row that is out of tolerance.");
-  if (count.undecided > 0) tip = tr("Shows what is undecided: %1.").arg(EngineText(count.doubt));
-  const char* const sign = isBad ? "\u2717 " : isOpen ? "? " : "\u2713 ";
-  verdict_->setText(QString::fromUtf8(sign) + text);
-  verdict_->setAccessibleName(text);
-  verdict_->setToolTip(tip);
-  verdict_->setEnabled(isBad || isOpen);
-  const QColor ground = isOpen && !isBad ? UndecidedGround() : VerdictGround(!isBad);
-  verdict_->setStyleSheet(QString("QPushButton { background: %1; color: %2; border: none; font-weight: bold; %3}")
-                              .arg(ground.name(), QColor(Qt::white).name(), shape));
+  // The drawing may ask for more than its rows do: for more profiles, or for settings that nobody has said.
+  if (judged + count.missing == 0) {
+    const QString verdicts[] = {tr("Drawing met"), tr("Drawing not met"), tr("Drawing undecided")};
+    return verdicts[static_cast<std::size_t>(*count.drawing)];
+  }
+  if (count.drawing == Acceptance::kFail) text += tr(", drawing not met");
+  if (count.drawing == Acceptance::kUndecided && count.undecided + count.missing == 0)
+    text += tr(", drawing undecided");
+  return text;
 }
 
 void CHeading::changeEvent(QEvent* event) {
@@ -127,11 +167,14 @@ void CHeading::Elide() {
   const bool isAlone = verdict_->isHidden();
   const QSize badge = isAlone ? QSize() : verdict_->sizeHint();
   label_->setContentsMargins(0, isAlone ? 0 : std::max(badge.height() - fontMetrics().lineSpacing(), 0), 0, 0);
+  // In a low window a line more would be one of the profile's.
+  constexpr int kLeastLines = 24;
+  const bool hasRoom = parentWidget()->height() > kLeastLines * fontMetrics().lineSpacing();
   QStringList shown;
   for (const QString& line : lines_) {
     const int taken = shown.isEmpty() && !isAlone ? badge.width() + gap : 0;
     const int width = std::max(contentsRect().width() - 2 * gap - taken, 1);
-    shown << fontMetrics().elidedText(line, Qt::ElideMiddle, width);
+    shown << (hasRoom ? InTwo(line, width, fontMetrics()) : fontMetrics().elidedText(line, Qt::ElideMiddle, width));
   }
   label_->setText(shown.join('\n'));
 }

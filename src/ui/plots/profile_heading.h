@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QWidget>
 
+#include "presentation/table_rows.h"
 #include "ui/window/texturon_doc.h"
 
 namespace texturon {
@@ -35,6 +36,8 @@ protected:
 private:
   void Update();
   void ShowVerdict();
+  /// What the limits and the drawing come to, in a line. There are limits or a drawing.
+  static QString VerdictText(const VerdictCount& count);
   void Elide();
 
   CTexturonDoc& doc_;

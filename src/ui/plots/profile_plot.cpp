@@ -7,6 +7,7 @@
 
 #include "analysis/captions.h"
 #include "base/quantity.h"
+#include "parameters/edition2021/edition_list.h"
 #include "parameters/local_slopes.h"
 #include "presentation/feature_marks.h"
 #include "presentation/profile_marks.h"
@@ -145,6 +146,11 @@ void DrawProfiles(CClickableProfileGraph& graph, const Document& document, const
     list.Add(document.profiles.View(kind), NameOf(document, kind), CurveColour(kColours[i], graph.palette()),
              kind == ProfileKind::kWaviness ? 2.0 : 0.0);
   }
+  if (list.curves.empty() && !document.profiles.primaryRange && document.profiles.Has(ProfileKind::kRaw)) {
+    // Nothing could be computed: what was measured is seen.
+    list.Add(document.profiles.View(ProfileKind::kRaw), NameOf(document, ProfileKind::kRaw),
+             CurveColour(kColours[0], graph.palette()), 0.0);
+  }
   const Profile form = RemovedForm(document);
   if (shown[kShownForm] && form.range.count > 0) {
     list.Add(form, FromText(FormCaption(document)), graph.palette().color(QPalette::Text), kFormWidth);
@@ -174,7 +180,8 @@ void DrawProfiles(CClickableProfileGraph& graph, const Document& document, const
   const double lastMM = (document.profiles.pointCount - 1) * document.profiles.spacingUM * kMillimetresPerMicrometre;
   if (lastMM > 0.0) whole.record = QCPRange(0.0, kLengthMM.Shown(lastMM, metric));
   graph.SetCurves(list.curves, whole);
-  if (display.ShowFeatures && steepKind) DrawFeatures(graph, document, *steepKind);
+  const bool hasFeatures = ChosenEdition(document.settings.analysis) != EditionChoice::k1997;
+  if (display.ShowFeatures && hasFeatures && steepKind) DrawFeatures(graph, document, *steepKind);
   if (showsAll) graph.StartAnew();
   graph.replot();
 }

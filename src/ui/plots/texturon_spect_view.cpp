@@ -19,7 +19,8 @@ void MarkCutoffs(QCustomPlot& plot, const Document& document, double factor) {
   const AnalysisSettings& settings = document.settings.analysis;
   const QPen pen(CurveColour(1, plot.palette()), 1.0, Qt::DashLine);
   if (settings.LcCutoffMM > 0.0) AddNamedLine(plot, settings.LcCutoffMM * factor, "Lc", pen);
-  if (settings.LsCutoffMM > 0.0) AddNamedLine(plot, settings.LsCutoffMM * factor, "Ls", pen);
+  // At the short end, where the frame is near.
+  if (settings.LsCutoffMM > 0.0) AddNamedLine(plot, settings.LsCutoffMM * factor, "Ls", pen, Qt::AlignRight);
 }
 
 void ScaleAmplitudes(QCustomPlot& plot, const Document& document, double factor) {

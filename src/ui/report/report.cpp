@@ -87,6 +87,25 @@ QByteArray PdfReport(const Document& document, std::string_view time, const Repo
   return bytes.data();
 }
 
+bool IsPictureFile(const QString& file, QString& reason) {
+  if (EndsWith(file, ".svg") || EndsWith(file, ".png")) return true;
+  reason = QObject::tr("A picture is a file .svg or .png, not %1.").arg(file);
+  return false;
+}
+
+bool WritePlot(const QString& file, QCustomPlot& plot, QString& reason) {
+  if (EndsWith(file, ".svg")) {
+    return Write(file, "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n" + SvgOf(plot, kPictureAlone, "c"), reason);
+  }
+  QBuffer bytes;
+  bytes.open(QIODevice::WriteOnly);
+  if (!ImageOf(plot, kPictureAlone).save(&bytes, "PNG")) {
+    reason = QObject::tr("The picture cannot be made.");
+    return false;
+  }
+  return Write(file, bytes.data(), reason);
+}
+
 }  // namespace
 
 int PrintReport(QPagedPaintDevice& device, const Document& document, std::string_view time,
@@ -109,10 +128,7 @@ bool WriteReport(const QString& file, const Document& document, std::string_view
 
 bool WritePicture(const QString& file, const Document& analysed, ReportBlockKind kind, QString& reason) {
   const EnglishScope english;
-  if (!EndsWith(file, ".svg") && !EndsWith(file, ".png")) {
-    reason = QObject::tr("A picture is a file .svg or .png, not %1.").arg(file);
-    return false;
-  }
+  if (!IsPictureFile(file, reason)) return false;
   const ReadyDocument ready(analysed, ResultsFor({.blocks = {{kind}}}));
   const Document& document = *ready;
   const BlockPicture picture = MakePicture(kind, document, kFontAlone);
@@ -120,17 +136,12 @@ bool WritePicture(const QString& file, const Document& analysed, ReportBlockKind
     reason = QObject::tr("The analysis has no such curve: %1.").arg(FromText(ReportBlockOf(kind).meaning));
     return false;
   }
-  if (EndsWith(file, ".svg")) {
-    return Write(file, "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n" + SvgOf(*picture.plot, kPictureAlone, "c"),
-                 reason);
-  }
-  QBuffer bytes;
-  bytes.open(QIODevice::WriteOnly);
-  if (!ImageOf(*picture.plot, kPictureAlone).save(&bytes, "PNG")) {
-    reason = QObject::tr("The picture cannot be made.");
-    return false;
-  }
-  return Write(file, bytes.data(), reason);
+  return WritePlot(file, *picture.plot, reason);
+}
+
+bool WritePicture(const QString& file, const Document& document, const PictureOfView& view, QString& reason) {
+  const EnglishScope english;
+  return IsPictureFile(file, reason) && WritePlot(file, *MakePicture(view, document, kFontAlone), reason);
 }
 
 QString PictureNames() {

@@ -9,6 +9,7 @@
 #include "analysis/document.h"
 #include "presentation/report_template.h"
 #include "presentation/report_texts.h"
+#include "presentation/shown_profiles.h"
 
 namespace texturon {
 
@@ -35,6 +36,17 @@ bool WriteReport(const QString& file, const Document& document, std::string_view
 /// Writes the picture of one block: SVG or PNG, as the name ends in .svg or .png. False with a sentence in `reason`,
 /// also where the document has nothing for it.
 bool WritePicture(const QString& file, const Document& document, ReportBlockKind kind, QString& reason);
+
+/// The profiles as a view shows them.
+struct PictureOfView {
+  ShownProfiles shown{};
+  double firstX = 0.0;  ///< ends of what is in view, in the units shown
+  double lastX = 0.0;
+  double lowest = 0.0;
+  double highest = 0.0;
+};
+/// Writes them on white ground, SVG or PNG by the name. False with a sentence in `reason`.
+bool WritePicture(const QString& file, const Document& document, const PictureOfView& view, QString& reason);
 
 /// Names of the blocks that are pictures, separated by commas.
 QString PictureNames();

@@ -194,6 +194,16 @@ BlockPicture MakePicture(ReportBlockKind kind, const Document& document, int fon
   return picture;
 }
 
+std::unique_ptr<QCustomPlot> MakePicture(const PictureOfView& view, const Document& document, int fontPixels) {
+  auto graph = std::make_unique<CClickableProfileGraph>();
+  PutOnWhite(*graph, fontPixels);
+  DrawProfiles(*graph, document, view.shown, true);
+  graph->ShowX({view.firstX, view.lastX});
+  graph->yAxis->setRange(view.lowest, view.highest);
+  MakeOpaque(*graph);
+  return graph;
+}
+
 QByteArray SvgOf(QCustomPlot& plot, const QSize& size, const QByteArray& idPrefix) {
   CSvgDevice device(size, idPrefix);
   QCPPainter painter;

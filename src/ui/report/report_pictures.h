@@ -11,6 +11,7 @@
 
 #include "analysis/document.h"
 #include "presentation/report_template.h"
+#include "ui/report/report.h"
 
 namespace texturon {
 
@@ -39,6 +40,9 @@ struct BlockPicture {
   QString title;
 };
 BlockPicture MakePicture(ReportBlockKind kind, const Document& document, int fontPixels);
+
+/// The profiles of a view, over the stretch and the heights that it shows. The document must outlive it.
+std::unique_ptr<QCustomPlot> MakePicture(const PictureOfView& view, const Document& document, int fontPixels);
 
 /// A picture as an <svg> element; names in it begin with `idPrefix`.
 QByteArray SvgOf(QCustomPlot& plot, const QSize& size, const QByteArray& idPrefix);

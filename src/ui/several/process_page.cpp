@@ -12,6 +12,7 @@
 #include "platform/platform.h"
 #include "ui/language.h"
 #include "ui/plots/clickable_profile_graph.h"
+#include "ui/plots/plot_items.h"
 #include "ui/qt_text.h"
 #include "ui/report/report.h"
 #include "ui/report/report_pictures.h"
@@ -39,6 +40,7 @@ public:
     plot_.yAxis->setTicker(MakeTicker());
     ApplyPalette(plot_);
     draw(plot_);
+    QObject::connect(&plot_, &QCustomPlot::afterLayout, &plot_, [this] { SpreadLabels(plot_); });
     for (int i = 0; i < plot_.itemCount(); ++i) {
       if (auto* const label = qobject_cast<QCPItemText*>(plot_.item(i))) label->setFont(font);
     }

@@ -26,6 +26,8 @@
 #include "base/quantity.h"
 #include "platform/platform.h"
 #include "platform/prompts.h"
+#include "presentation/table_rows.h"
+#include "settings/setting_choices.h"
 #include "ui/colours.h"
 #include "ui/language.h"
 #include "ui/plots/clickable_profile_graph.h"
@@ -173,13 +175,15 @@ QLayout* CSeveralWindow::MakeChoices() {
   difference_ = addBox(tr("&Difference"), "difference", tr("Where two are ticked: the first minus the second."));
   row->addStretch(1);
   QStringList rules;
-  for (const AcceptanceRuleName& rule : AcceptanceRules()) rules << FromText(rule.name);
+  for (const SettingChoice& choice : ChoicesOf(*FindSetting("DECISION", "AcceptanceRule")->key)) {
+    rules << EngineText(choice.name);
+  }
   rule_ = addChoice(tr("R&ule:"), rules, "rule");
   const AcceptanceRule chosen = AcceptanceRuleOf(doc_.document().settings.decision.AcceptanceRule);
   for (std::size_t i = 0; i < AcceptanceRules().size(); ++i) {
     if (AcceptanceRules()[i].rule == chosen) rule_->setCurrentIndex(static_cast<int>(i));
   }
-  rule_->setToolTip(tr("max: no value beyond a limit; 16%: at most that share of them; median: not the median."));
+  rule_->setToolTip(tr("max: no value beyond a limit; 16 %: at most that share of them; median: not the median."));
   connect(kind_, &QComboBox::currentIndexChanged, this, [this] {
     DrawOverlay();
     graph_->StartAnew();
@@ -437,14 +441,19 @@ void CSeveralWindow::ShowTable() {
   const AcceptanceRule rule = AcceptanceRules()[static_cast<std::size_t>(std::max(rule_->currentIndex(), 0))].rule;
   QList<CGridCtrl::Record> records;
   std::vector<SeveralRow> rows = results.Rows(rule, doc_.document().settings.decision.DecisionRule);
-  // What is judged is not looked for.
-  std::stable_partition(rows.begin(), rows.end(), [](const SeveralRow& row) { return row.acceptance.has_value(); });
+  // What is judged and what is common are not looked for.
+  std::stable_sort(rows.begin(), rows.end(), [](const SeveralRow& one, const SeveralRow& other) {
+    return RankOfInterest(one.row) < RankOfInterest(other.row);
+  });
   for (const SeveralRow& row : rows) {
     QStringList cells = {FromText(row.title + row.label)};
-    for (const auto& value : row.values) cells << Readable(FromText(row.Shown(value, metric)));
-    for (const auto& value : {row.statistics.mean, row.statistics.standardDeviation, row.statistics.Range()}) {
-      cells << Readable(FromText(row.Shown(value, metric)));
-    }
+    const auto add = [&](const std::optional<double>& value) {
+      const std::string text = row.Shown(value, metric);
+      cells << (text.empty() ? QString::fromUtf8("\u2013") : Readable(FromText(text)));
+    };
+    for (const auto& value : row.values) add(value);
+    for (const auto& value : {row.statistics.mean, row.statistics.standardDeviation, row.statistics.Range()})
+      add(value);
     cells << Readable(FromText(row.row.quantity.Unit(metric)));
     cells << (row.acceptance ? EngineText(AcceptanceWord(row.acceptance->verdict)) : QString());
     const bool isBad = row.acceptance && row.acceptance->verdict == Acceptance::kFail;

@@ -29,6 +29,7 @@ QCustomPlot* MakePlot(QWidget* parent) {
   for (QCPAxis* const axis : {plot->xAxis, plot->yAxis}) axis->setTicker(MakeTicker());
   plot->setMinimumSize(plot->fontMetrics().averageCharWidth() * 24, plot->fontMetrics().height() * 8);
   ApplyPalette(*plot);
+  QObject::connect(plot, &QCustomPlot::afterLayout, plot, [plot] { SpreadLabels(*plot); });
   return plot;
 }
 

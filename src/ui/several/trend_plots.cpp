@@ -112,13 +112,18 @@ void DrawTrend(QCustomPlot& plot, const TrendSeries& series) {
   if (plot.xAxis->range().size() <= 0.0)
     plot.xAxis->setRange(plot.xAxis->range().lower - 0.5, plot.xAxis->range().upper + 0.5);
   plot.xAxis->scaleRange(1.06);
-  // The names stand in a margin of their own.
+  // The names stand in a margin of their own, as wide as they are.
   const QCPRange drawn = plot.xAxis->range();
-  plot.xAxis->setRangeUpper(drawn.upper + 0.12 * drawn.size());
+  int widest = 0;
   for (const Level& level : levels) {
     AddSegment(plot, drawn.lower, level.value, drawn.upper, level.value, level.pen);
-    AddLabel(plot, drawn.upper, level.value, " " + level.name, Qt::AlignLeft | Qt::AlignVCenter);
+    QCPItemText& name = *AddLabel(plot, drawn.upper, level.value, " " + level.name, Qt::AlignLeft | Qt::AlignVCenter);
+    name.setClipToAxisRect(false);
+    name.position->setTypeX(QCPItemPosition::ptAxisRectRatio);
+    name.position->setCoords(1.0, level.value);
+    widest = std::max(widest, QFontMetrics(name.font()).horizontalAdvance(name.text() + " "));
   }
+  plot.axisRect()->setMinimumMargins(QMargins(0, 0, widest, 0));
 }
 
 void DrawHistogram(QCustomPlot& plot, const TrendSeries& series) {
@@ -139,8 +144,18 @@ void DrawHistogram(QCustomPlot& plot, const TrendSeries& series) {
     most = std::max(most, each.count);
   }
   Hold(*plot.xAxis, series, levels);
-  plot.yAxis->setRange(0.0, 1.15 * static_cast<double>(most));
-  for (const Level& level : levels) AddNamedLine(plot, level.value, level.name, level.pen);
+  plot.yAxis->setRange(0.0, 1.3 * static_cast<double>(most));
+  // In steps, so that names of lines that lie together can be read, and never beyond the frame.
+  std::vector<Level> sorted = levels;
+  std::sort(sorted.begin(), sorted.end(), [](const Level& a, const Level& b) { return a.value < b.value; });
+  int step = 0;
+  for (const Level& level : sorted) {
+    constexpr double kStep = 0.07;
+    AddNamedLine(plot, level.value, {}, level.pen);
+    const bool isLeft = level.value < plot.xAxis->range().center();
+    AddLabel(plot, level.value, 0.01 + kStep * (step++ % 3), " " + level.name + " ",
+             (isLeft ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignTop, LabelPlace::kShareOfY);
+  }
 }
 
 QString CapabilityText(const TrendSeries& series) {

@@ -55,15 +55,16 @@ CParametersPage::CParametersPage(Settings& settings, QWidget* parent)
       table_(new QTableWidget(0, std::size(kColumns), this)),
       filter_(new QLineEdit(this)),
       note_(new QLabel(this)) {
-  filter_->setPlaceholderText(tr("Find by name or definition"));
+  filter_->setPlaceholderText(tr("Find"));
   filter_->setClearButtonEnabled(true);
-  filter_->setAccessibleName(filter_->placeholderText());
+  filter_->setToolTip(tr("Find by name or definition"));
+  filter_->setAccessibleName(filter_->toolTip());
   table_->setAccessibleName(tr("Parameters"));
   QStringList titles;
   for (int column = 0; column < table_->columnCount(); ++column) {
     const SettingKey* const key = KeyOfColumn(column);
     // In two lines, so that the columns are as narrow as what they hold.
-    titles << (key != nullptr          ? tr(key->entry.columnTitle).replace(' ', '\n')
+    titles << (key != nullptr          ? tr(key->entry.shortTitle).replace(' ', '\n')
                : column == kUnitColumn ? tr("Limits\nin")
                                        : tr("Definition"));
   }
@@ -104,6 +105,7 @@ CParametersPage::CParametersPage(Settings& settings, QWidget* parent)
     CSettingField* const field = MakeField("DECISION", key, false);
     auto* const label = new QLabel(field->Title(), this);
     label->setBuddy(field->focusProxy());
+    label->setToolTip(field->Tip());
     label->setWordWrap(true);  // a long one must not make the sheet too wide to stand beside the profile
     const int row = rules->rowCount();
     rules->addWidget(label, row, 0);

@@ -62,8 +62,8 @@ CSettingField::CSettingField(const SettingPlace& place, Settings& settings, bool
   layout->setContentsMargins(0, 0, 0, 0);
   MakeEditor();
   setFocusProxy(layout->itemAt(0)->widget());
-  focusProxy()->setAccessibleName(Title());
-  focusProxy()->setToolTip(name);
+  focusProxy()->setAccessibleName(Meaning());
+  focusProxy()->setToolTip(Tip());
   Refresh();
 }
 
@@ -114,6 +114,11 @@ void CSettingField::MakeEditor() {
 }
 
 QString CSettingField::Title() const {
+  const QString title = QObject::tr(place_.key->entry.shortTitle);
+  return title.isEmpty() ? Meaning() : title;
+}
+
+QString CSettingField::Meaning() const {
   QString title = EngineText(place_.key->meaning);
   if (!title.isEmpty()) title[0] = title[0].toUpper();
   return title;
@@ -180,7 +185,7 @@ void CSettingField::Mark(const QString& fault) {
   fault_ = fault;
   // Thick border and words, so that nobody depends on the colour.
   line_->setStyleSheet(fault.isEmpty() ? QString() : "QLineEdit { border: 2px solid #D55E00; }");
-  line_->setToolTip(fault.isEmpty() ? objectName() : fault);
+  line_->setToolTip(fault.isEmpty() ? Tip() : fault);
   line_->setAccessibleDescription(fault);
   if (reason_ != nullptr) {
     QPalette colours = palette();

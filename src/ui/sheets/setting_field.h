@@ -29,8 +29,12 @@ public:
   /// Drops an entry that could not be used.
   void Reset();
   const SettingPlace& Place() const { return place_; }
-  /// What the entry is for, beginning with a capital.
+  /// What stands before the entry: its short title where it has one, else its meaning.
   QString Title() const;
+  /// What the entry is for, beginning with a capital.
+  QString Meaning() const;
+  /// The meaning and the key.
+  QString Tip() const { return Meaning() + "\n" + objectName(); }
   /// Why the entry cannot be used; empty: it is in the settings.
   const QString& Fault() const { return fault_; }
 

@@ -24,9 +24,14 @@ namespace {
 
 QString ColumnTitle(const SettingKey& key, bool metric) {
   // In several lines, so that ten rows of nine columns fit a small screen.
-  const QString title = QObject::tr(key.entry.columnTitle).replace(' ', '\n');
+  const QString title = QObject::tr(key.entry.shortTitle).replace(' ', '\n');
   const QString unit = FromText(EntryUnit(key, metric));
   return unit.isEmpty() ? title : QString("%1\n%2").arg(title, unit);
+}
+
+void SortByRank(std::vector<const SettingKey*>& keys) {
+  std::stable_sort(keys.begin(), keys.end(),
+                   [](const SettingKey* a, const SettingKey* b) { return a->entry.rank < b->entry.rank; });
 }
 
 std::vector<const SettingKey*> KeysOf(SettingGroup group) {
@@ -34,8 +39,7 @@ std::vector<const SettingKey*> KeysOf(SettingGroup group) {
   for (const SettingKey& key : SettingsTable()) {
     if (key.entry.group == group) keys.push_back(&key);
   }
-  std::stable_sort(keys.begin(), keys.end(),
-                   [](const SettingKey* a, const SettingKey* b) { return a->entry.rank < b->entry.rank; });
+  SortByRank(keys);
   return keys;
 }
 
@@ -99,7 +103,7 @@ CFieldsPage::CFieldsPage(Settings& settings, std::string_view page, QWidget* par
     auto* const form = new QFormLayout(box);
     for (const SettingKey* const key : KeysOf(group.group)) {
       CSettingField* const field = MakeField(key->binding.section, key->binding.key, false);
-      AddRow(*form, field->Title(), *field);
+      AddRow(*form, field->Title(), *field)->setToolTip(field->Tip());
     }
     layout->addWidget(box);
   }
@@ -133,7 +137,7 @@ CFiltersPage::CFiltersPage(Settings& settings, const CTexturonDoc& doc, QWidget*
     });
     connect(own, &CSettingField::Edited, this, [this] { FollowOwnCutoffs(settings_.analysis); });
     AddRow(*form, texts.first, *list);
-    AddRow(*form, cutoff == Cutoff::kLong ? tr("Your own long-wave cut-off") : tr("Your own short-wave cut-off"), *own);
+    AddRow(*form, cutoff == Cutoff::kLong ? tr("Your own Lc") : tr("Your own Ls"), *own)->setToolTip(own->Tip());
   }
   AddProposals(*form);
   static_cast<QVBoxLayout*>(layout())->insertWidget(1, box);
@@ -213,8 +217,13 @@ CRowsPage::CRowsPage(Settings& settings, std::string_view section, QWidget* pare
   outer->addLayout(grid);
   outer->addStretch(1);
   int column = 1;
+  std::vector<const SettingKey*> keys;
   for (const SettingKey& key : SettingsTable()) {
-    if (key.binding.section != section || !key.binding.isRepeated()) continue;
+    if (key.binding.section == section && key.binding.isRepeated()) keys.push_back(&key);
+  }
+  SortByRank(keys);
+  for (const SettingKey* const each : keys) {
+    const SettingKey& key = *each;
     auto* const title = new QLabel(this);
     titles_.emplace_back(title, &key);
     title->setToolTip(EngineText(key.meaning));

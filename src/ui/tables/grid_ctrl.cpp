@@ -17,6 +17,8 @@ namespace {
 
 /// Columns that every group has.
 constexpr int kAlwaysShown = 2;
+/// Of a last column that is cut.
+constexpr int kFewestCharacters = 12;
 
 }  // namespace
 
@@ -97,6 +99,20 @@ void CGridCtrl::FitInto(int room) {
   int width = LayOut(mostGroups_);
   // Before the table is seen its width means nothing.
   for (int groups = Groups() - 1; groups > 0 && width > room && isVisible(); --groups) width = LayOut(groups);
+  if (width > room && Groups() == 1 && columnCount() > 0 && isVisible()) {
+    // A remark is cut rather than the table moved sideways.
+    const int last = columnCount() - 1;
+    const int less = std::min(width - room, columnWidth(last) - fontMetrics().averageCharWidth() * kFewestCharacters);
+    if (less > 0) setColumnWidth(last, columnWidth(last) - less);
+    if (less > 0) width -= less;
+  }
+  // What was cut for the sake of more groups gets of the room that is left.
+  for (const auto& [column, whole] : cutColumns_) {
+    const int more =
+        std::min(whole - columnWidth(column), std::max(room - width, 0) / static_cast<int>(cutColumns_.size()));
+    setColumnWidth(column, columnWidth(column) + more);
+    width += more;
+  }
   if (width < room) {
     int left = room - width;
     for (int column = columnCount() - 1; column >= 0 && width > 0; --column) {
@@ -119,6 +135,15 @@ int CGridCtrl::LayOut(int groups) {
   const int used = count == 0 ? 1 : (count + rowsOfGroup_ - 1) / rowsOfGroup_;
   for (int group = 0; group < used; ++group) LayOutGroup(group);
   resizeColumnsToContents();
+  cutColumns_.clear();
+  constexpr int kMostCharacters = 36;  // of a remark, which its tip has whole
+  for (int column = 0; column < columnCount() && used > 1; ++column) {
+    const int whole = columnWidth(column);
+    const int most = fontMetrics().averageCharWidth() * kMostCharacters;
+    if (whole <= most) continue;
+    cutColumns_.emplace_back(column, whole);
+    setColumnWidth(column, most);
+  }
   int width = 0;
   for (int column = 0; column < columnCount(); ++column) {
     if (groupOfColumn_[column] < 0) setColumnWidth(column, fontMetrics().averageCharWidth() * 2);

@@ -6,6 +6,8 @@
 #include <QSet>
 #include <QStringList>
 #include <QTableWidget>
+#include <utility>
+#include <vector>
 
 namespace texturon {
 
@@ -64,7 +66,8 @@ private:
   int fittedWidth_ = -1;
   bool isFitting_ = false;
   int rowsOfGroup_ = 0;
-  QList<int> groupOfColumn_;  ///< -1: the gap between two groups
+  std::vector<std::pair<int, int>> cutColumns_;  ///< narrower than what they hold, with the width that would do
+  QList<int> groupOfColumn_;                     ///< -1: the gap between two groups
 };
 
 }  // namespace texturon

@@ -2,8 +2,12 @@
 
 #include "ui/tables/texturon_param_view.h"
 
+#include <QApplication>
+#include <QClipboard>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QMenu>
+#include <QMessageBox>
 #include <QSettings>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -65,7 +69,10 @@ QString TipOf(const Document& document, const ShownRow& row) {
   if (!row.reason.empty()) lines << CTexturonParamView::tr("No value: %1.").arg(EngineText(row.reason));
   if (!row.doubt.empty()) lines << CTexturonParamView::tr("No plain verdict: %1.").arg(EngineText(row.doubt));
   if (const QString limits = LimitsText(document, row); !limits.isEmpty()) lines << limits;
-  for (const auto& [meaning, value] : explanation.settings) lines << EngineText(meaning) + ": " + EngineText(value);
+  for (const auto& [meaning, value] : explanation.settings) {
+    // What a meaning says about its values is nothing beside one of them.
+    lines << EngineText(meaning).section(';', 0, 0) + ": " + EngineText(value);
+  }
   const QString label = LabelOf(row);
   if (!label.isEmpty()) lines << Readable(label);
   return lines.join('\n');
@@ -87,6 +94,7 @@ CTexturonParamView::CTexturonParamView(CTexturonDoc& doc, QWidget* parent)
   auto* const head = new QHBoxLayout;
   head->setContentsMargins(fontMetrics().averageCharWidth(), 0, 0, 0);
   head->addWidget(count_);
+  head->addSpacing(fontMetrics().averageCharWidth());
   head->addWidget(all_);
   head->addStretch(1);
   auto* const layout = new QVBoxLayout(this);
@@ -101,7 +109,37 @@ CTexturonParamView::CTexturonParamView(CTexturonDoc& doc, QWidget* parent)
     choice.showsAll = on;
     Choose(choice);
   });
+  grid_->setContextMenuPolicy(Qt::CustomContextMenu);
+  connect(grid_, &QWidget::customContextMenuRequested, this, [this](const QPoint& place) {
+    QMenu menu(this);
+    FillMenu(menu, grid_->RecordAt(grid_->rowAt(place.y()), grid_->columnAt(place.x())));
+    menu.exec(grid_->viewport()->mapToGlobal(place));
+  });
   Update();
+}
+
+void CTexturonParamView::FillMenu(QMenu& menu, int record) {
+  const auto copy = [](const QString& text) { QApplication::clipboard()->setText(text); };
+  const bool isRow = record >= 0 && record < names_.size() && !names_[record].isEmpty();
+  const auto add = [&](const QString& text, const auto& run) { menu.addAction(text, this, run)->setEnabled(isRow); };
+  const bool hasSeveral = grid_->selectionModel()->selectedIndexes().size() > 1;
+  menu.addAction(tr("Copy &Rows"), this,
+                 [this, copy, hasSeveral, record] {
+                   copy(hasSeveral ? grid_->AsText() : grid_->Records()[record].cells.join('\t') + '\n');
+                 })
+      ->setEnabled(hasSeveral || isRow);
+  add(tr("Copy &Value"), [this, copy, record] { copy(grid_->Records()[record].cells[1]); });
+  menu.addSeparator();
+  add(tr("&Limits of This Row..."), [this, record] { emit ParameterActivated(names_[record]); });
+  add(tr("&Explain..."), [this, record] { Explain(record); });
+}
+
+void CTexturonParamView::Explain(int record) {
+  const CGridCtrl::Record& row = grid_->Records()[record];
+  QMessageBox box(QMessageBox::NoIcon, row.cells[0], row.tip, QMessageBox::Close, this);
+  box.setTextFormat(Qt::PlainText);
+  box.setTextInteractionFlags(Qt::TextSelectableByMouse);
+  box.exec();
 }
 
 void CTexturonParamView::Choose(const TableChoice& choice) {

@@ -9,6 +9,7 @@
 #include "ui/window/texturon_doc.h"
 
 class QLabel;
+class QMenu;
 class QToolButton;
 
 namespace texturon {
@@ -28,6 +29,8 @@ public:
   void Choose(const TableChoice& choice);
   /// Turns to the first row that is out of tolerance, or else undecided.
   void ShowFirstBad();
+  /// The menu of the right button over a record of the grid: its rows and its value to copy, its limits, what it is.
+  void FillMenu(QMenu& menu, int record);
 
 signals:
   /// Its settings are asked for; the name is that of the catalogue.
@@ -36,6 +39,7 @@ signals:
 
 private:
   void Update();
+  void Explain(int record);
 
   CTexturonDoc& doc_;
   TableChoice choice_;

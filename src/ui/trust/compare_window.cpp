@@ -17,6 +17,7 @@
 #include "base/number_text.h"
 #include "parameters/catalogue.h"
 #include "platform/platform.h"
+#include "presentation/table_rows.h"
 #include "settings/settings_file.h"
 #include "settings/settings_text.h"
 #include "ui/language.h"
@@ -145,7 +146,14 @@ void CCompareWindow::Compare() {
   const bool isSame = std::all_of(rows.begin(), rows.end(), [](const ComparedRow& row) { return row.steps.empty(); });
   if (isSame && tabs_->currentWidget() == table_) sentence_->setText(tr("Both are the same: choose another for one."));
   // What changes is not looked for among what does not.
-  std::stable_partition(rows.begin(), rows.end(), [](const ComparedRow& row) { return row.a != row.b; });
+  const auto rankOf = [&known = doc_.document().catalogue.rows](const ComparedRow& row) {
+    const auto found = std::find_if(known.begin(), known.end(), [&row](const ParameterDef& each) {
+      return each.name == row.name || each.NameWithEdition() == row.name;
+    });
+    return std::pair(row.a == row.b, found == known.end() ? 0 : RankOfInterest(*found));
+  };
+  std::stable_sort(rows.begin(), rows.end(),
+                   [&](const ComparedRow& one, const ComparedRow& other) { return rankOf(one) < rankOf(other); });
   for (const ComparedRow& row : rows) {
     const QString unit = Readable(FromText(PrintedUnit(row.quantity.Unit(metric))));
     const auto value = [&](const std::optional<double>& number) { return Figure(number, row.quantity, metric, 6); };

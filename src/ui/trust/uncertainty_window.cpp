@@ -19,6 +19,7 @@
 #include "base/number_text.h"
 #include "platform/platform.h"
 #include "presentation/shown_rows.h"
+#include "presentation/table_rows.h"
 #include "ui/colours.h"
 #include "ui/language.h"
 #include "ui/qt_text.h"
@@ -67,6 +68,8 @@ CUncertaintyWindow::CUncertaintyWindow(CTexturonDoc& doc, QWidget* parent)
   table_->setSelectionBehavior(QAbstractItemView::SelectRows);
   table_->setSelectionMode(QAbstractItemView::SingleSelection);
   table_->verticalHeader()->hide();
+  table_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+  table_->horizontalHeader()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
   bars_->setAccessibleName(tr("Contributions of the budget's lines"));
   bars_->setMinimumHeight(fontMetrics().height() * 12);
   auto* const results = new QSplitter(Qt::Vertical, this);
@@ -79,6 +82,7 @@ CUncertaintyWindow::CUncertaintyWindow(CTexturonDoc& doc, QWidget* parent)
   layout->setColumnStretch(1, 1);
   connect(table_, &QTableWidget::currentCellChanged, this, [this](int row) { DrawContributions(row); });
   ShowEntries(KnownBudgetEntries());
+  DrawContributions(-1);
   ResizeInCharacters(*this, 195, 46);
 }
 
@@ -115,7 +119,8 @@ QWidget* CUncertaintyWindow::MakeBudgetFields() {
 void CUncertaintyWindow::AddField(QGridLayout& grid, const std::string& key, std::string_view meaning,
                                   std::string_view unit, bool hasDistribution) {
   const int line = grid.rowCount();
-  const QString name = EngineText(meaning);
+  QString name = EngineText(meaning);
+  if (!name.isEmpty()) name[0] = name[0].toUpper();
   // Two lines of text leave the results their room.
   constexpr int kLabelWidth = 32;
   auto* const label = new QLabel(name, this);
@@ -226,7 +231,8 @@ void CUncertaintyWindow::ShowResults() {
   const bool metric = tried_.settings.display.Metric;
   const std::vector<ShownRow> rows = ShownRows(tried_);
   table_->setRowCount(0);
-  for (std::size_t i = 0; i < rows.size(); ++i) {
+  order_ = OrderOfInterest(tried_);
+  for (const std::size_t i : order_) {
     const int line = table_->rowCount();
     table_->insertRow(line);
     QStringList cells{FromText(rows[i].title), rows[i].value.empty() ? QString() : Readable(FromText(rows[i].value))};
@@ -246,13 +252,8 @@ void CUncertaintyWindow::ShowResults() {
       table_->setItem(line, column, item);
     }
   }
-  table_->resizeColumnsToContents();
   if (table_->rowCount() > 0) {
-    const auto isJudged = [](const ShownRow& row) { return row.row.tolerance.toleranced; };
-    const auto isCommon = [](const ShownRow& row) { return row.title == "Ra"; };
-    auto first = std::find_if(rows.begin(), rows.end(), isJudged);
-    if (first == rows.end()) first = std::find_if(rows.begin(), rows.end(), isCommon);
-    table_->setCurrentCell(first == rows.end() ? 0 : static_cast<int>(first - rows.begin()), 0);
+    table_->setCurrentCell(0, 0);
     table_->scrollToItem(table_->currentItem(), QAbstractItemView::PositionAtTop);
   }
   DrawContributions(table_->currentRow());
@@ -261,10 +262,11 @@ void CUncertaintyWindow::ShowResults() {
 /// A bar a line of the budget, the longest first from above.
 void CUncertaintyWindow::DrawContributions(int row) {
   bars_->clearPlottables();
-  const bool isKnown = row >= 0 && static_cast<std::size_t>(row) < sensitivities_.size();
+  bars_->axisRect()->setVisible(row >= 0);  // empty axes would only ask what they are
   const std::vector<ShownRow> rows = ShownRows(tried_);
-  if (!isKnown || static_cast<std::size_t>(row) >= rows.size()) return bars_->replot();
-  const auto index = static_cast<std::size_t>(row);
+  if (row < 0 || static_cast<std::size_t>(row) >= order_.size()) return bars_->replot();
+  const std::size_t index = order_[static_cast<std::size_t>(row)];
+  if (index >= sensitivities_.size() || index >= rows.size()) return bars_->replot();
   std::vector<Sensitivity> lines = sensitivities_[index];
   std::stable_sort(lines.begin(), lines.end(),
                    [](const Sensitivity& a, const Sensitivity& b) { return a.contribution < b.contribution; });

@@ -54,6 +54,7 @@ private:
   QTableWidget* table_;
   QCustomPlot* bars_;
   Document tried_;
+  std::vector<std::size_t> order_;  ///< which row of those tried stands in each line of the table
   Uncertainties uncertainties_;
   std::vector<std::vector<Sensitivity>> sensitivities_;
 };

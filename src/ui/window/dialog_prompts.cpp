@@ -14,7 +14,9 @@
 #include <QStatusBar>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <utility>
 
+#include "base/number_text.h"
 #include "ui/language.h"
 #include "ui/qt_text.h"
 
@@ -102,7 +104,15 @@ void DialogPrompts::ShowFailure(std::string_view sentence, std::string_view brie
 
 void DialogPrompts::Notice(std::string_view text) {
   if (auto* const window = qobject_cast<QMainWindow*>(parent_))
-    window->statusBar()->showMessage(EngineText(text), 10'000);
+    window->statusBar()->showMessage(AsSentence(EngineText(text)), 10'000);
+}
+
+QString DialogPrompts::TakeBeside() {
+  QStringList lines;
+  for (const QString& line : FromText(std::exchange(beside_, {})).split('\n', Qt::SkipEmptyParts)) {
+    lines << Readable(EngineText(ToText(line)));
+  }
+  return lines.isEmpty() ? QString() : lines.join('\n') + "\n\n";
 }
 
 bool DialogPrompts::AskYesNo(std::string_view question) {
@@ -114,9 +124,13 @@ bool DialogPrompts::AskYesNo(std::string_view question) {
 std::optional<std::string> DialogPrompts::AskText(std::string_view prompt, std::string_view preset) {
   const AskingScope asking;
   bool accepted = false;
-  const QString text = QInputDialog::getText(parent_, QApplication::applicationDisplayName(), EngineText(prompt),
-                                             QLineEdit::Normal, FromText(preset), &accepted);
+  // A number with all its digits would only be read as noise; left alone it is what it was.
+  const bool isNumber = ParseDouble(preset).usable();
+  const QString shown = isNumber ? WithShortNumbers(FromText(preset)) : FromText(preset);
+  const QString text = QInputDialog::getText(parent_, QApplication::applicationDisplayName(),
+                                             TakeBeside() + EngineText(prompt), QLineEdit::Normal, shown, &accepted);
   if (!accepted) return std::nullopt;
+  if (text == shown) return std::string(preset);
   const std::string kept = ToText(text);
   if (FromText(kept) != text) ShowMessage("Characters that the files cannot hold have become question marks.");
   return kept;
@@ -127,7 +141,7 @@ std::optional<std::size_t> DialogPrompts::ChooseFromList(std::string_view title,
   QDialog dialog(parent_);
   dialog.setWindowTitle(QApplication::applicationDisplayName());
   auto* const layout = new QVBoxLayout(&dialog);
-  auto* const label = new QLabel(EngineText(title), &dialog);
+  auto* const label = new QLabel(TakeBeside() + EngineText(title), &dialog);
   auto* const list = new QListWidget(&dialog);
   label->setBuddy(list);
   list->setMinimumWidth(dialog.fontMetrics().averageCharWidth() * 70);

@@ -4,6 +4,7 @@
 
 #include <QWidget>
 #include <chrono>
+#include <string>
 
 #include "platform/prompts.h"
 
@@ -19,6 +20,7 @@ public:
   void ShowMessage(std::string_view text) override;
   void ShowFailure(std::string_view sentence, std::string_view brief, std::string_view details) override;
   void Notice(std::string_view text) override;
+  void Beside(std::string_view lines) override { beside_ = lines; }
   bool AskYesNo(std::string_view question) override;
   std::optional<std::string> AskText(std::string_view prompt, std::string_view preset) override;
   std::optional<std::size_t> ChooseFromList(std::string_view title, std::span<const std::string> lines) override;
@@ -28,7 +30,11 @@ public:
   void SetBusy(bool busy) override;
 
 private:
+  /// What stands above the next question, with an empty line behind it; once.
+  QString TakeBeside();
+
   QWidget* parent_;
+  std::string beside_;
   std::chrono::milliseconds showAfter_;
 };
 

@@ -12,7 +12,9 @@
 #include "platform/platform.h"
 #include "settings/settings_text.h"
 #include "ui/language.h"
+#include "ui/plots/texturon_view.h"
 #include "ui/qt_text.h"
+#include "ui/report/report.h"
 #include "ui/window/file_dialogs.h"
 #include "ui/window/main_frame.h"
 
@@ -52,6 +54,12 @@ void CMainFrame::MakeExportMenu() {
               .tip = tr("Adds the rows with limits to a file for statistics programs (Q-DAS)."),
               .needsProfile = true},
              [this] { OnExportStatistics(); });
+  AddCommand(*menu,
+             {.name = "savePicture",
+              .text = tr("P&icture of the Profiles..."),
+              .tip = tr("Writes the profiles as they are in view, as SVG or PNG."),
+              .needsProfile = true},
+             [this] { OnSavePicture(); });
   menu->addSeparator();
   QMenu* const profiles = menu->addMenu(tr("Export &Profiles"));
   QMenu* const curves = menu->addMenu(tr("Export &Curves"));
@@ -102,6 +110,26 @@ void CMainFrame::OnExport(const ExportKind& kind) {
     statusBar()->showMessage(tr("Wrote %1").arg(FromPath(*file)), 5'000);
   } else {
     doc_->prompts().ShowMessage(FileSentence(*file, outcome.reason));
+  }
+}
+
+void CMainFrame::OnSavePicture() {
+  const auto file = AskFileToSave(this, {.title = tr("Picture of the Profiles"),
+                                         .filters = "PNG (*.png)|*.png|SVG (*.svg)|*.svg||",
+                                         .extension = "png",
+                                         .proposal = ProposedName(".png")});
+  if (!file) return;
+  const CClickableProfileGraph& graph = view_->Graph();
+  const PictureOfView view{.shown = ShownProfilesOf(doc_->document().settings.display),
+                           .firstX = graph.xAxis->range().lower,
+                           .lastX = graph.xAxis->range().upper,
+                           .lowest = graph.yAxis->range().lower,
+                           .highest = graph.yAxis->range().upper};
+  QString reason;
+  if (WritePicture(FromPath(*file), doc_->document(), view, reason)) {
+    statusBar()->showMessage(tr("Wrote %1").arg(FromPath(*file)), 5'000);
+  } else {
+    doc_->prompts().ShowMessage(ToText(reason));
   }
 }
 

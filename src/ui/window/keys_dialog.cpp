@@ -23,6 +23,7 @@ constexpr std::pair<const char*, const char*> kInGraphs[] = {
     {"Zoom about the pointer along X; the heights; both", "Wheel; Ctrl+Wheel; Shift+Wheel"},
     {"Zoom to what is marked", "Shift+Drag"},
     {"Move what is in view", "Drag"},
+    {"Menu of what is used most", "Right button"},
     {"Show all", "Double click; Home"},
     {"The former view", "Backspace"},
     {"Zoom in; out", "+; -"},

@@ -94,6 +94,12 @@ CMainFrame::CMainFrame(Environment environment, Prompts* prompts) {
     loading->setText(autoLoading_->State());
     loading->setToolTip(autoLoading_->State());
   });
+  view_->Graph().setContextMenuPolicy(Qt::CustomContextMenu);
+  connect(&view_->Graph(), &QWidget::customContextMenuRequested, this, [this](const QPoint& place) {
+    QMenu menu(this);
+    FillProfileMenu(menu);
+    menu.exec(view_->Graph().mapToGlobal(place));
+  });
   connect(view_, &CTexturonView::ReadoutChanged, this, [this] { readout_->setText(view_->Readout()); });
   connect(doc_, &CTexturonDoc::Changed, this, &CMainFrame::UpdateState);
   connect(paramView_, &CTexturonParamView::ParameterActivated, this, &CMainFrame::OnParameter);

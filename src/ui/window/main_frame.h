@@ -136,6 +136,7 @@ private:
   /// Adds a row to the parameter file; `asks`: after asking for one.
   void OnExportParameters(bool asks);
   void OnExportStatistics();
+  void OnSavePicture();
   void OnAutoExport(bool on);
   /// False where the user has cancelled.
   bool AskForParameterFile();
@@ -146,6 +147,8 @@ private:
   void MakeMarksMenu(QMenu& menu);
   void MakeCursorMenu(QMenu& menu);
   void MakeTableMenu(QMenu& menu);
+  /// The menu of the right button over the profiles: commands of the other menus.
+  void FillProfileMenu(QMenu& menu);
   void MakePanes();
   void AddCurveCommands(QMenu& menu);
 

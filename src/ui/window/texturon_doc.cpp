@@ -112,9 +112,11 @@ bool CTexturonDoc::Show(const RecordSource& source) {
     }
     for (const std::string& message : diverted.messages()) prompts_.ShowMessage(message);
     next.scope.region.reset();
-    if (!Analyse(next, IfRefused::kKeep, prompts_)) return false;
+    std::string cause;
+    if (!Analyse(next, IfRefused::kKeep, prompts_, cause)) return false;
     const Settings before = std::move(document_.settings);
     document_ = std::move(next);
+    whyNotEvaluated_ = std::move(cause);
     NoteRecord(before);
   }
   emit Changed();
@@ -135,6 +137,7 @@ std::string CTexturonDoc::OpenUnattended(const std::filesystem::path& path) {
     next.writesTraceFile = wroteTrace;
     const Settings before = std::move(document_.settings);
     document_ = std::move(next);
+    whyNotEvaluated_.clear();
     NoteRecord(before);
   }
   emit Changed();
@@ -331,7 +334,11 @@ void CTexturonDoc::GoTo(const UndoPoint& point) {
     const BusyScope busy(*this);
     Document next = document_;
     RestoreUndoPoint(next, point);
-    if (Analyse(next, IfRefused::kKeep, prompts_)) document_ = std::move(next);
+    std::string cause;
+    if (Analyse(next, IfRefused::kKeep, prompts_, cause)) {
+      document_ = std::move(next);
+      whyNotEvaluated_ = std::move(cause);
+    }
   }
   emit Changed();
 }
@@ -364,7 +371,8 @@ void CTexturonDoc::Change(const Step& step, const Manner& manner) {
     Document next = document_;
     step(next);
     const bool isEdit = UndoPointOf(next) != UndoPointOf(document_);
-    if (Analyse(next, manner.ifRefused, manner.isLive ? diverted : prompts_)) {
+    std::string cause;
+    if (Analyse(next, manner.ifRefused, manner.isLive ? diverted : prompts_, cause)) {
       const bool goesOn = manner.edit == Edit::kGoesOn && editGoesOn_;
       UndoPoint former = UndoPointOf(document_);
       // Another rule for the same values: what was tried of them holds.
@@ -373,6 +381,7 @@ void CTexturonDoc::Change(const Step& step, const Manner& manner) {
                                next.profiles.raw == document_.profiles.raw;
       if (isOtherRule) next.results.uncertainties = std::move(document_.results.uncertainties);
       document_ = std::move(next);
+      whyNotEvaluated_ = std::move(cause);
       if (goesOn) {
         editGoesOn_ = !history_.GoBackIfUndone(UndoPointOf(document_), std::move(former));
       } else {
@@ -394,10 +403,12 @@ void CTexturonDoc::ChangeInPlace(const Step& step) {
   emit Changed();
 }
 
-bool CTexturonDoc::Analyse(Document& copy, IfRefused ifRefused, Prompts& prompts) {
+bool CTexturonDoc::Analyse(Document& copy, IfRefused ifRefused, Prompts& prompts, std::string& cause) {
   if (copy.profiles.IsEmpty()) return true;
   try {
-    return !AnalyseRecord(copy, prompts, environment_).refused || ifRefused == IfRefused::kKeep;
+    RunStep step = AnalyseRecord(copy, prompts, environment_);
+    cause = std::move(step.cause);
+    return !step.refused || ifRefused == IfRefused::kKeep;
   } catch (const std::exception& error) {
     prompts.ShowMessage(std::string("Not analysed: ") + error.what() + ".");
     return false;

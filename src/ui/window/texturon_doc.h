@@ -34,6 +34,8 @@ public:
   Prompts& prompts() const { return prompts_; }
   const Environment& environment() const { return environment_; }
   bool HasProfile() const { return !document_.profiles.IsEmpty(); }
+  /// Why the record in force gave no results at its last analysis: a clause, Windows-1252; empty: it did.
+  const std::string& WhyNotEvaluated() const { return whyNotEvaluated_; }
   /// Whether the record is not as its file has it.
   bool IsModified() const { return IsRenamed() || IsTurned(); }
   bool IsRenamed() const;
@@ -125,8 +127,8 @@ private:
   }
   /// Changes what no result depends on and nobody takes back.
   void ChangeInPlace(const Step& step);
-  /// False where the copy is not to be used; a message has said why.
-  bool Analyse(Document& copy, IfRefused ifRefused, Prompts& prompts);
+  /// False where the copy is not to be used; a message has said why. `cause`: why there are no results of it.
+  bool Analyse(Document& copy, IfRefused ifRefused, Prompts& prompts, std::string& cause);
   void GoTo(const UndoPoint& point);
   void RunWaiting();
   /// The record is as its file has it.
@@ -137,6 +139,7 @@ private:
   Prompts& prompts_;
   Environment environment_;
   Document document_;
+  std::string whyNotEvaluated_;
   EditHistory history_;
   bool editGoesOn_ = false;  ///< the last state of the history is what the edit that may go on has left
   bool isBusy_ = false;

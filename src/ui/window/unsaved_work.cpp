@@ -4,6 +4,7 @@
 
 #include <QGuiApplication>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QStatusBar>
 
 #include "platform/platform.h"
@@ -28,9 +29,12 @@ bool CMainFrame::SettleUnsaved(bool withSettings, const QString& remark) {
   if (unsavedQuestion_) {
     answer = unsavedQuestion_(sentences.join(' '));
   } else {
-    const auto button = QMessageBox::question(this, QGuiApplication::applicationDisplayName(),
-                                              sentences.join("\n\n") + "\n\n" + tr("Save them?"),
-                                              QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
+    QMessageBox box(QMessageBox::Question, QGuiApplication::applicationDisplayName(),
+                    sentences.join("\n\n") + "\n\n" + tr("Save them?"),
+                    QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, this);
+    // Nothing is discarded where the work goes on with what is there.
+    box.button(QMessageBox::Discard)->setText(tr("Do&n't Save"));
+    const int button = box.exec();
     answer = button == QMessageBox::Save      ? Unsaved::kSave
              : button == QMessageBox::Discard ? Unsaved::kDiscard
                                               : Unsaved::kCancel;

@@ -7,9 +7,11 @@
 #include <QClipboard>
 #include <QMenuBar>
 #include <QStatusBar>
+#include <algorithm>
 #include <tuple>
 #include <utility>
 
+#include "parameters/edition2021/edition_list.h"
 #include "presentation/shown_rows.h"
 #include "ui/language.h"
 #include "ui/plots/texturon_view.h"
@@ -74,6 +76,15 @@ void CMainFrame::MakeZoomMenu(QMenu& menu) {
               .needsProfile = true},
              [this] { view_->ShowSamplingLength(); });
   AddCommand(menu,
+             {.name = "zoomBetweenXCursors",
+              .text = tr("Zoom Bet&ween X Cursors"),
+              .tip = tr("The stretch between the upright cursors."),
+              .needsProfile = true},
+             [this] {
+               const auto [first, second] = view_->Graph().UprightCursors();
+               view_->Graph().ShowX({std::min(first, second), std::max(first, second)});
+             });
+  AddCommand(menu,
              {.name = "showAll",
               .text = tr("Show &All"),
               .keys = QKeySequence(Qt::CTRL | Qt::Key_0),
@@ -131,9 +142,15 @@ void CMainFrame::MakeMarksMenu(QMenu& menu) {
       menu,
       {.name = "hillsAndDales",
        .text = tr("&Hills and Dales"),
-       .tip = tr("Draws hills and dales with peaks, pits and levels on the profile; those that pruning takes "
-                 "out are faint.")},
+       .tip = tr("Draws hills and dales with peaks, pits and levels on the profile, while rows of the edition of 2021 "
+                 "are shown; those that pruning takes out are faint.")},
       &DisplaySettings::ShowFeatures);
+  auto* const hills = findChild<QAction*>("hillsAndDales");
+  const auto follow = [this, hills] {
+    hills->setEnabled(ChosenEdition(doc_->document().settings.analysis) != EditionChoice::k1997);
+  };
+  connect(doc_, &CTexturonDoc::Changed, hills, follow);
+  follow();
   AddDisplaySwitch(menu, {.name = "rkLines", .text = tr("&Rk Lines"), .tip = tr("The construction lines of Rk.")},
                    &DisplaySettings::ShowRkLines);
 }
@@ -173,6 +190,27 @@ void CMainFrame::MakeCursorMenu(QMenu& menu) {
               .tip = tr("Puts the cursors where they can be seen."),
               .needsProfile = true},
              [this] { view_->Graph().FetchCursors(); });
+}
+
+void CMainFrame::FillProfileMenu(QMenu& menu) {
+  constexpr const char* kCommands[] = {"showAll",
+                                       "zoomBetweenXCursors",
+                                       "zoomToSamplingLength",
+                                       "zoomBack",
+                                       nullptr,
+                                       "computeBetweenXCursors",
+                                       "computeOnZoom",
+                                       "computeAll",
+                                       nullptr,
+                                       "copyDisplay",
+                                       "savePicture"};
+  for (const char* const name : kCommands) {
+    if (name == nullptr) {
+      menu.addSeparator();
+    } else {
+      menu.addAction(findChild<QAction*>(name));
+    }
+  }
 }
 
 void CMainFrame::MakeTableMenu(QMenu& menu) {
