@@ -57,6 +57,8 @@ struct AnalysisResults {
 /// Results that take time and that not everybody reads. One that is not wanted is left out, if no row needs it; all
 /// others are the same.
 struct WantedResults {
+  bool form = true;           ///< the removed form itself; its figures are told all the same
+  bool envelopes = true;      ///< where rows ask for them; these have their values all the same
   bool spectrum = true;       ///< its amplitudes and wavelengths; whether there is one is told all the same
   bool heightCurves = true;   ///< of primary and roughness
   bool coreRoughness = true;  ///< that of the roughness when no row asks for it

@@ -32,16 +32,24 @@ std::string ProgressTitle(const FilterRow& filter, double cutoffMM) {
   return FixedText(shown, 3) + (inMicrometres ? " \xB5m " : " mm ") + std::string(filter.progressTitle);
 }
 
+/// Room for a mean line over a range. A filter that does not reach all of it finds zeros there.
+void MakeRoomForLine(Samples& line, const ProfileSet& profiles, const IndexRange& range, const FilterRow* filter) {
+  const bool isWritten = filter == nullptr || filter->reachesAll;
+  MakeRoom(line, profiles.pointCount, isWritten ? range : IndexRange{});
+}
+
 void FilterShortWaves(Document& document) {
   ProfileSet& profiles = document.profiles;
   const AnalysisSettings& settings = document.settings.analysis;
   const IndexRange& computed = *profiles.computeRange;
+  const FilterRow* const filter = settings.LsCutoffMM > 0.0 ? &ShortWaveFilter(settings) : nullptr;
+  MakeRoomForLine(profiles.primary, profiles, computed, filter);
   const auto source = Part(std::as_const(profiles.formSuppressed), computed);
   const auto target = Part(profiles.primary, computed);
-  if (settings.LsCutoffMM > 0.0) {
+  if (filter != nullptr) {
     const FilterSetup setup{.spacingUM = profiles.residualSpacingUM,
                             .cutoffMM = settings.LsCutoffMM * document.cutoffDeviation.shortWave};
-    const FilterRange valid = ShortWaveFilter(settings).run(source, target, setup);
+    const FilterRange valid = filter->run(source, target, setup);
     if (valid) {
       if (valid->count > 0) profiles.primaryRange = valid->ShiftedBy(computed.first);
       profiles.shortCutoffMM = settings.LsCutoffMM;
@@ -53,12 +61,12 @@ void FilterShortWaves(Document& document) {
 }
 
 /// The mean line of the primary profile, into `line` over the primary range.
-FilterRange FilterPrimary(const Document& document, const FilterRow* filter, std::vector<double>& line,
-                          Prompts& prompts) {
+FilterRange FilterPrimary(const Document& document, const FilterRow* filter, Samples& line, Prompts& prompts) {
   const ProfileSet& profiles = document.profiles;
   const AnalysisSettings& settings = document.settings.analysis;
   if (filter == nullptr) return std::nullopt;
   const std::span<const double> z = Part(profiles.primary, *profiles.primaryRange);
+  MakeRoomForLine(line, profiles, *profiles.primaryRange, filter);
   const std::span<double> w = Part(line, *profiles.primaryRange);
   FilterSetup setup{.spacingUM = profiles.residualSpacingUM,
                     .cutoffMM = settings.LcCutoffMM * document.cutoffDeviation.longWave,
@@ -92,7 +100,7 @@ IndexRange MiddleOf(const IndexRange& filtered, double spacingUM, const Analysis
 
 void UsePrimaryAsWaviness(ProfileSet& profiles) {
   profiles.waviness = profiles.primary;
-  std::fill(profiles.roughness.begin(), profiles.roughness.end(), 0.0);
+  profiles.roughness.assign(profiles.primary.size(), 0.0);
   profiles.evaluationRange = profiles.primaryRange;
 }
 
@@ -127,6 +135,7 @@ bool FilterStep(Document& document, Prompts& prompts) {
     const IndexRange kept = DiscardEnds(*filtered, profiles.primaryRange->count, spacingUM, settings);
     const IndexRange range = MiddleOf(kept, spacingUM, settings).ShiftedBy(profiles.primaryRange->first);
     profiles.evaluationRange = range;
+    MakeRoom(profiles.roughness, profiles.pointCount, range);
     profiles.longCutoffMM = document.settings.analysis.LcCutoffMM;
     for (auto i = static_cast<std::size_t>(range.first); i <= static_cast<std::size_t>(range.last); ++i) {
       profiles.roughness[i] = profiles.primary[i] - profiles.waviness[i];
@@ -159,11 +168,11 @@ std::optional<MissingSections> FindMissingSections(const Document& document) {
   return MissingSections{standard.Sections, RoundToIndex(present), lengthMM};
 }
 
-std::optional<std::vector<double>> CoreRoughness(const Document& document, Prompts& prompts) {
+std::optional<Samples> CoreRoughness(const Document& document, Prompts& prompts) {
   const FilterRow* const filter = CoreFilter(document.settings.analysis);
   const ProfileSet& profiles = document.profiles;
   if (filter == nullptr || !profiles.primaryRange || !profiles.longCutoffMM) return std::nullopt;
-  std::vector<double> heights(profiles.primary.size());
+  Samples heights;
   if (!FilterPrimary(document, filter, heights, prompts)) return std::nullopt;
   for (std::size_t i = 0; i < heights.size(); ++i) heights[i] = profiles.primary[i] - heights[i];
   return heights;

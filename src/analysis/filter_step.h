@@ -31,6 +31,6 @@ std::optional<MissingSections> FindMissingSections(const Document& document);
 
 /// Primary profile less the mean line of the filter for the core, as long as the record. Nothing where that is the
 /// roughness itself, or where the filter fails.
-std::optional<std::vector<double>> CoreRoughness(const Document& document, Prompts& prompts);
+std::optional<Samples> CoreRoughness(const Document& document, Prompts& prompts);
 
 }  // namespace texturon

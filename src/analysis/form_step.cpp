@@ -47,7 +47,12 @@ void RemoveForm(Document& document, const ComputeRange& compute, Prompts& prompt
       .step = FormThinningStep(settings, compute.range.count, profiles.spacingUM),
       .exclusion = document.scope.allDataForForm ? std::nullopt : RelativeExclusion(compute.exclusion, fitted.first),
       .residual = ResidualKindOf(settings.ResidualType)};
-  const FormOutput output{.form = std::span(profiles.form).subspan(first, count),
+  Samples unread;
+  Samples& form = document.wanted.form ? profiles.form : unread;
+  if (!document.wanted.form) profiles.form.clear();
+  MakeRoom(form, profiles.pointCount, fitted);
+  MakeRoom(profiles.formSuppressed, profiles.pointCount, fitted);
+  const FormOutput output{.form = std::span(form).subspan(first, count),
                           .residual = std::span(profiles.formSuppressed).subspan(first, count)};
 
   results.formRequested = settings.FormRemovalType;

@@ -39,10 +39,10 @@ void WriteTraceFile(std::span<const double> heightsUM, const Environment& enviro
 }
 
 /// Puts an envelope of the evaluation range into its place in the record; without one there is no such profile.
-void KeepEnvelope(std::vector<double>& profile, std::vector<double>&& envelopeUM, const ProfileSet& profiles) {
+void KeepEnvelope(Samples& profile, Samples&& envelopeUM, const ProfileSet& profiles) {
   profile = std::move(envelopeUM);
   if (profile.empty() || profile.size() == profiles.raw.size()) return;
-  std::vector<double> whole(profiles.raw.size());
+  Samples whole(profiles.raw.size(), 0.0);
   std::copy(profile.begin(), profile.end(), whole.begin() + profiles.evaluationRange->first);
   profile = std::move(whole);
 }
@@ -60,7 +60,7 @@ void ComputeSelectedParameters(Document& document, Prompts& prompts, const Envir
     return profiles.Has(kind) ? std::optional(profiles.View(kind)) : std::nullopt;
   };
   const bool coreIsRoughness = CoreFilter(document.settings.analysis) == nullptr;
-  std::optional<std::vector<double>> core;
+  std::optional<Samples> core;
   if (!coreIsRoughness && NeedsCoreProfile(document.catalogue)) core = CoreRoughness(document, prompts);
   std::optional<Profile> coreView;
   if (core) coreView = Profile{ProfileKind::kRoughness, *core, *profiles.evaluationRange, profiles.residualSpacingUM};
@@ -73,6 +73,7 @@ void ComputeSelectedParameters(Document& document, Prompts& prompts, const Envir
                                              .sortedPrimary = results.primaryCurve.heightsUM,
                                              .sortedRoughness = results.roughnessCurve.heightsUM,
                                              .wantsCoreRoughness = document.wanted.coreRoughness,
+                                             .wantsEnvelopes = document.wanted.envelopes,
                                              .coreRoughness = coreView,
                                              .coreIsRoughness = coreIsRoughness,
                                              .wavinessLengthMM = WavinessLengthMM(document.settings.analysis)});
@@ -123,7 +124,9 @@ bool WritesTraceFile(const Document& document, const Environment& environment) {
   return document.writesTraceFile && !environment.traceFile.empty();
 }
 
-ComputeOutcome Compute(Document& document, Prompts& prompts, const Environment& environment) {
+namespace {
+
+ComputeOutcome RunSteps(Document& document, Prompts& prompts, const Environment& environment) {
   if (document.profiles.IsEmpty()) return ComputeOutcome::kNoProfile;
   ApplyWholeCutoffs(document);
   const RangeOrMessage resolved = ResolveComputeRange(document, prompts);
@@ -160,6 +163,14 @@ ComputeOutcome Compute(Document& document, Prompts& prompts, const Environment& 
   ComputeRatioRows(document);
   ComputeMissingCurves(document);
   return ComputeOutcome::kDone;
+}
+
+}  // namespace
+
+ComputeOutcome Compute(Document& document, Prompts& prompts, const Environment& environment) {
+  const ComputeOutcome outcome = RunSteps(document, prompts, environment);
+  if (outcome != ComputeOutcome::kDone) FillEmpty(document.profiles);
+  return outcome;
 }
 
 }  // namespace texturon

@@ -69,7 +69,7 @@ private:
   const AnalysisSettings settings_;  ///< what every trial starts from
   const AnalysisScope scope_;
   const std::vector<double> measured_;
-  const std::vector<double> form_;  ///< that was removed from it
+  const Samples form_;  ///< that was removed from it
   const double spacingUM_;
   std::vector<double> tipSurface_;  ///< under the measured record; empty: the budget has no tip
   std::vector<double> tipTrace_;    ///< of that surface by the tip as it is

@@ -144,6 +144,9 @@ private:
   std::string TakeDistribution(const std::string& key, const std::string& value) {
     BudgetLine* const line = LineOf(key);
     if (line == nullptr) return "is no key of a budget";
+    if (line == &budget_.lines[static_cast<std::size_t>(kNoiseSpectrum)]) {
+      return "the waves of a spectrum have a phase of chance and no distribution";
+    }
     for (const DistributionName& row : kDistributions) {
       if (!EqualIgnoringCase(row.name, value)) continue;
       line->distribution = row.distribution;

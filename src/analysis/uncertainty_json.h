@@ -15,8 +15,8 @@
 
 namespace texturon {
 
-/// A seed is a number that JSON holds exactly.
-inline constexpr double kMostSeed = 9007199254740992.0;
+/// A seed is a number that JSON holds exactly: the next one is what 2^53 + 1 is read as.
+inline constexpr double kMostSeed = 9007199254740991.0;
 inline constexpr int kMostTrials = 1'000'000;
 
 /// What a call wants of uncertainties.

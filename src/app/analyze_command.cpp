@@ -122,8 +122,11 @@ int RunAnalyze(const AnalyzeOptions& analyze, const CommonOptions& common) {
   if (!setup) return kExitRefused;
   ApplyDecisionRule(analyze, setup->document.settings.decision);
   // What the output shows.
-  setup->document.wanted = {
-      .spectrum = analyze.withProfiles, .heightCurves = false, .coreRoughness = analyze.form == OutputForm::kJson};
+  setup->document.wanted = {.form = !analyze.budget.empty(),
+                            .envelopes = analyze.withProfiles,
+                            .spectrum = analyze.withProfiles,
+                            .heightCurves = false,
+                            .coreRoughness = analyze.form == OutputForm::kJson};
   setup->import.marksInput = analyze.form == OutputForm::kJson;
   const Environment environment = SystemEnvironment();
   RunFiles clashing{.reads = PathsOf(files),

@@ -98,7 +98,7 @@ CLI::Option* AddBudget(CLI::App& command, BudgetOptions& options, const std::str
         const bool isWhole = number.usable() && number.length == text.size() && number.value >= 0.0 &&
                              number.value <= kMostSeed && number.value == std::trunc(number.value) &&
                              text.find_first_not_of("0123456789") == std::string::npos;
-        return isWhole ? std::string() : "is no whole number from 0 to 2^53: " + text;
+        return isWhole ? std::string() : "is no whole number below 2^53: " + text;
       })
       ->needs(budget);
   command

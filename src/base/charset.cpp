@@ -107,10 +107,13 @@ char LikenessOf(char32_t codePoint) {
 
 std::size_t FirstAboveAscii(std::string_view text, std::size_t from) {
   constexpr std::uint64_t kHighBits = 0x8080808080808080ULL;
-  for (; from + sizeof(std::uint64_t) <= text.size(); from += sizeof(std::uint64_t)) {
-    std::uint64_t bytes = 0;
-    std::memcpy(&bytes, text.data() + from, sizeof bytes);
-    if ((bytes & kHighBits) != 0) break;
+  using Block = std::array<std::uint64_t, 8>;
+  for (; from + sizeof(Block) <= text.size(); from += sizeof(Block)) {
+    Block block;
+    std::memcpy(block.data(), text.data() + from, sizeof block);
+    std::uint64_t any = 0;
+    for (const std::uint64_t bytes : block) any |= bytes;
+    if ((any & kHighBits) != 0) break;
   }
   while (from < text.size() && static_cast<unsigned char>(text[from]) < 0x80) ++from;
   return from;
@@ -218,6 +221,10 @@ std::string EscapedControls(std::string_view utf8) {
     }
   }
   return shown;
+}
+
+bool IsAscii(std::string_view text) {
+  return FirstAboveAscii(text, 0) == text.size();
 }
 
 bool IsUtf8(std::string_view bytes) {

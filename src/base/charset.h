@@ -21,6 +21,8 @@ std::string Windows1252FromUtf8(std::string_view text);
 /// that are no UTF-8 stay, but for those that a terminal of eight bits would take as control characters.
 std::string EscapedControls(std::string_view utf8);
 
+bool IsAscii(std::string_view text);
+
 /// Whether a file is UTF-8: it begins with the mark of it, or holds letters beyond ASCII, all of them well-formed.
 /// Anything else counts as Windows-1252.
 bool IsUtf8(std::string_view bytes);

@@ -32,6 +32,31 @@ TEXTURON_INLINE void AddProduct(FourDoubles& sum, double factor, const FourDoubl
   for (int i = 0; i < 4; ++i) sum.value[i] += factor * four.value[i];
 #endif
 }
+/// sum += |a - b|.
+TEXTURON_INLINE void AddDistance(FourDoubles& sum, const FourDoubles& a, const FourDoubles& b) {
+#if defined(__GNUC__)
+  const FourDoubles step = a - b;
+  sum += step < 0.0 ? -step : step;
+#else
+  for (int i = 0; i < 4; ++i)
+    sum.value[i] += a.value[i] < b.value[i] ? b.value[i] - a.value[i] : a.value[i] - b.value[i];
+#endif
+}
+/// Lane by lane the larger, the smaller one: `four` keeps its own of equal ones, and where either is no number.
+TEXTURON_INLINE void TakeLarger(FourDoubles& four, const FourDoubles& other) {
+#if defined(__GNUC__)
+  four = four < other ? other : four;
+#else
+  for (int i = 0; i < 4; ++i) four.value[i] = four.value[i] < other.value[i] ? other.value[i] : four.value[i];
+#endif
+}
+TEXTURON_INLINE void TakeSmaller(FourDoubles& four, const FourDoubles& other) {
+#if defined(__GNUC__)
+  four = other < four ? other : four;
+#else
+  for (int i = 0; i < 4; ++i) four.value[i] = other.value[i] < four.value[i] ? other.value[i] : four.value[i];
+#endif
+}
 /// four /= divisor.
 TEXTURON_INLINE void DivideBy(FourDoubles& four, const FourDoubles& divisor) {
 #if defined(__GNUC__)

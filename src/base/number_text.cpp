@@ -166,9 +166,8 @@ TEXTURON_INLINE std::size_t CountWhite(EightBytes bytes) {
   return BytesBefore((~(breaks | blanks) | bytes) & kTopBits);
 }
 
-// The number that the first `count` digits make, 1 to 8 of them: pairs, then fours, then all.
-TEXTURON_INLINE std::uint64_t ValueOfDigits(EightBytes bytes, std::size_t count) {
-  const EightBytes digits = (bytes - kEach * '0') << (8 * (kWord - count));
+// The number that eight digits make, as values: pairs, then fours, then all.
+TEXTURON_INLINE std::uint64_t ValueOfEight(EightBytes digits) {
   const EightBytes pairs = digits * 10 + (digits >> 8);
   constexpr EightBytes kPairs = 0x000000FF000000FF;
   constexpr EightBytes kHundreds = 100 + (EightBytes{1'000'000} << 32);
@@ -176,37 +175,54 @@ TEXTURON_INLINE std::uint64_t ValueOfDigits(EightBytes bytes, std::size_t count)
   return ((pairs & kPairs) * kHundreds + ((pairs >> 16) & kPairs) * kOnes) >> 32;
 }
 
-// What measuring programs write, white space, sign and up to seven digits on each side of the point, without a branch
-// that the numbers decide, and to the same bits. Length 0: another kind of number, or the text is about to end.
-TEXTURON_INLINE ParsedDouble ParsePlainDecimal(std::string_view text) {
-  constexpr std::size_t kMostOfNumber = 1 + (kWord - 1) + 1 + kWord;
+// The values of the first `count` digits, 1 to 8 of them, behind as many zeros as make them eight.
+TEXTURON_INLINE EightBytes LastOfEight(EightBytes bytes, std::size_t count) {
+  return (bytes - kEach * '0') << (8 * (kWord - count));
+}
+
+constexpr std::size_t kMostOfPlain = 1 + (kWord - 1) + 1 + kWord;  // characters that ReadPlain looks at
+
+// A number of what measuring programs write, sign and up to seven digits on each side of the point, without a branch
+// that the numbers decide, and to the same bits. Returns its end; null: another kind of number. What follows, other
+// than a digit, is not looked at.
+TEXTURON_INLINE const char* ReadPlain(const char* at, double& value) {
   static constexpr std::array<double, kWord> kPowers = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7};
   static constexpr std::array<std::uint64_t, kWord> kWholePowers = {1, 10, 100, 1000, 10000, 100000, 1000000, 10000000};
-  if (std::endian::native != std::endian::little || text.size() < kWord + kMostOfNumber) return {};
-  const char* at = text.data();
-  const std::size_t white = CountWhite(LoadEight(at));
-  if (white == kWord) return {};
-  at += white;
   const bool isNegative = *at == '-';
   at += static_cast<std::size_t>(isNegative) | static_cast<std::size_t>(*at == '+');
   const EightBytes whole = LoadEight(at);
   const std::size_t wholeDigits = CountDigits(whole);
-  if (wholeDigits - 1 >= kWord - 1) return {};
+  if (wholeDigits - 1 >= kWord - 1) return nullptr;
   at += wholeDigits;
-  if (*at != '.') return {};
+  if (*at != '.') return nullptr;
   const EightBytes rest = LoadEight(++at);
   const std::size_t decimals = CountDigits(rest);
-  if (decimals - 1 >= kWord - 1) return {};
-  at += decimals;
-  const char lower = static_cast<char>(*at | 0x20);
-  if (*at == '.' || (lower >= 'a' && lower <= 'z')) return {};
-  const std::uint64_t digits =
-      ValueOfDigits(whole, wholeDigits) * kWholePowers[decimals] + ValueOfDigits(rest, decimals);
-  ParsedDouble result;
+  if (decimals - 1 >= kWord - 1) return nullptr;
+  const EightBytes before = LastOfEight(whole, wholeDigits);
+  const EightBytes behind = LastOfEight(rest, decimals);
+  const std::uint64_t digits = wholeDigits + decimals <= kWord
+                                   ? ValueOfEight(before >> (8 * decimals) | behind)
+                                   : ValueOfEight(before) * kWholePowers[decimals] + ValueOfEight(behind);
   const double size = static_cast<double>(static_cast<std::int64_t>(digits)) / kPowers[decimals];
-  result.value =
-      std::bit_cast<double>(std::bit_cast<std::uint64_t>(size) | static_cast<std::uint64_t>(isNegative) << 63);
-  result.length = static_cast<std::size_t>(at - text.data());
+  value = std::bit_cast<double>(std::bit_cast<std::uint64_t>(size) | static_cast<std::uint64_t>(isNegative) << 63);
+  return at + decimals;
+}
+
+// Whether a number may not end before it: it would be of another kind.
+TEXTURON_INLINE bool ContinuesNumber(char c) {
+  const char lower = static_cast<char>(c | 0x20);
+  return c == '.' || (lower >= 'a' && lower <= 'z');
+}
+
+// Length 0: another kind of number, or the text is about to end.
+TEXTURON_INLINE ParsedDouble ParsePlainDecimal(std::string_view text) {
+  if (std::endian::native != std::endian::little || text.size() < kWord + kMostOfPlain) return {};
+  const std::size_t white = CountWhite(LoadEight(text.data()));
+  if (white == kWord) return {};
+  ParsedDouble result;
+  const char* const end = ReadPlain(text.data() + white, result.value);
+  if (end == nullptr || ContinuesNumber(*end)) return {};
+  result.length = static_cast<std::size_t>(end - text.data());
   return result;
 }
 
@@ -359,14 +375,22 @@ ParsedDouble ParseDouble(std::string_view text) {
 }
 
 ParsedDecimals ParsePlainDecimals(std::string_view text, std::span<double> values) {
-  ParsedDecimals parsed;
-  for (; parsed.count < values.size(); ++parsed.count) {
-    const ParsedDouble number = ParsePlainDecimal(text.substr(parsed.length));
-    if (!number.found()) break;
-    values[parsed.count] = number.value;
-    parsed.length += number.length;
+  constexpr std::size_t kLooksAt = kWord + kMostOfPlain + kWord;  // with the characters behind a number
+  if (std::endian::native != std::endian::little || text.size() < kLooksAt) return {};
+  const char* const last = text.data() + (text.size() - kLooksAt);
+  const char* at = text.data();
+  std::size_t white = CountWhite(LoadEight(at));
+  std::size_t count = 0;
+  while (count < values.size() && at <= last && white != kWord) {
+    double value = 0.0;
+    const char* const end = ReadPlain(at + white, value);
+    if (end == nullptr) break;
+    white = CountWhite(LoadEight(end));
+    if (white == 0 && ContinuesNumber(*end)) break;
+    values[count++] = value;
+    at = end;
   }
-  return parsed;
+  return {count, static_cast<std::size_t>(at - text.data())};
 }
 
 ParsedInt32 ParseInt32(std::string_view text) {

@@ -116,7 +116,7 @@ ImportOutcome ReadThroughChain(const ExtensionEntry& entry, const ReaderInput& i
       input.prompts.ShowMessage(nearest->result.reason);
     return outcome;
   }
-  if (IsUtf8(input.bytes)) {
+  if (!(IsAscii(profile.identification) && IsAscii(profile.date)) && IsUtf8(input.bytes)) {
     profile.identification = TextOfFile(profile.identification, true);
     profile.date = TextOfFile(profile.date, true);
   }

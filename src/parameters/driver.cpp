@@ -4,7 +4,10 @@
 
 #include <array>
 #include <cmath>
+#include <cstddef>
+#include <span>
 #include <utility>
+#include <vector>
 
 #include "base/text.h"
 #include "base/units.h"
@@ -35,7 +38,15 @@ public:
     }
   }
 
+  static constexpr std::string_view kLetters = "FPWR";
+
   static bool IsKnown(char letter) { return IndexOf(letter).has_value(); }
+
+  /// Frees all that was made for its rows.
+  void Drop(char letter) {
+    profiles_[*IndexOf(letter)].reset();
+    if (letter == 'R') core_.reset();
+  }
 
   /// Null when the profile does not exist.
   ParameterProfile* Find(char letter) {
@@ -51,7 +62,6 @@ public:
 
 private:
   static std::optional<std::size_t> IndexOf(char letter) {
-    constexpr std::string_view kLetters = "FPWR";
     const std::size_t index = kLetters.find(letter);
     if (index == std::string_view::npos) return std::nullopt;
     return index;
@@ -91,21 +101,98 @@ void Skip(ParameterDef& row, Why why) {
   row.reason = {why};
 }
 
-void ComputeRowOf2021(ParameterDef& row, PassProfiles& profiles, const AnalysisSettings& settings,
-                      DriverReport& report) {
-  const EditionName name = ParseEditionName(row.name);
-  if (!name.fault.empty()) {
-    report.messages.push_back(row.name + (name.isUnknownLetter ? " - Unknown profile" : " - Unknown parameter"));
-    Skip(row, name.isUnknownLetter ? Why::kUnknownLetter : Why::kUnknownName);
-    return;
+bool IsOfCore(const EditionName& name) {
+  return name.letter == 'R' && name.row != nullptr && name.row->ofCore;
+}
+
+/// A selected row and where its value comes from.
+struct RowTask {
+  ParameterDef* row;
+  char letter;  // of the profile
+  RowRoutine routine = nullptr;
+  const SuffixRow* suffix = nullptr;  // none: a motif row, or one of the edition of 2021
+  std::optional<EditionName> name = {};
+};
+
+/// The rows that can be computed, in their order. The others get their reason, and a message where the name is wrong.
+class RowPlan {
+public:
+  RowPlan(ParameterCatalogue& catalogue, PassProfiles& profiles, DriverReport& report)
+      : profiles_(profiles), report_(report) {
+    tasks_.reserve(catalogue.rows.size());
+    for (ParameterDef& row : catalogue.rows) Add(row);
   }
-  const bool isOfCore = name.letter == 'R' && name.row != nullptr && name.row->ofCore;
-  const ParameterProfile* const profile = isOfCore ? profiles.Core() : profiles.Find(name.letter);
-  if (profile == nullptr) {
-    if (isOfCore && profiles.Find('R') != nullptr) Skip(row, Why::kNoCoreProfile);
-    return;
+  std::span<const RowTask> Tasks() const { return tasks_; }
+
+private:
+  void Add(ParameterDef& row) {
+    Skip(row, Why::kNotComputed);
+    if (!row.selected) return;
+    Skip(row, Why::kPlaceholder);
+    if (IsPlaceholder(row.name)) return;
+    Skip(row, Why::kNoProfile);
+    if (row.edition == Edition::k2021) return AddOf2021(row);
+    if (const RowRoutine motifRow = FindWholeName(row.name)) {
+      if (profiles_.Find('P') != nullptr) tasks_.push_back({.row = &row, .letter = 'P', .routine = motifRow});
+      return;
+    }
+    const char letter = UpperAscii(row.name.front());
+    if (!PassProfiles::IsKnown(letter)) return Complain(row, " - Unknown profile", Why::kUnknownLetter);
+    if (profiles_.Find(letter) == nullptr) return;
+    const SuffixRow* const suffix = FindSuffix(std::string_view(row.name).substr(1));
+    if (suffix == nullptr) return Complain(row, " - Unknown parameter", Why::kUnknownName);
+    if (suffix->letters.find(letter) == std::string_view::npos) return Skip(row, Why::kNotOfThisLetter);
+    tasks_.push_back({.row = &row, .letter = letter, .routine = suffix->routine, .suffix = suffix});
   }
-  SetResult(row, ComputeEditionRow(name, {*profile, settings}));
+
+  void AddOf2021(ParameterDef& row) {
+    EditionName name = ParseEditionName(row.name);
+    if (!name.fault.empty()) {
+      return Complain(row, name.isUnknownLetter ? " - Unknown profile" : " - Unknown parameter",
+                      name.isUnknownLetter ? Why::kUnknownLetter : Why::kUnknownName);
+    }
+    const bool hasProfile = profiles_.Find(name.letter) != nullptr;
+    if (IsOfCore(name) && profiles_.Core() == nullptr) {
+      if (hasProfile) Skip(row, Why::kNoCoreProfile);
+      return;
+    }
+    if (!hasProfile && !IsOfCore(name)) return;
+    tasks_.push_back({.row = &row, .letter = name.letter, .name = std::move(name)});
+  }
+
+  void Complain(ParameterDef& row, std::string_view what, Why why) {
+    report_.messages.push_back(row.name + std::string(what));
+    Skip(row, why);
+  }
+
+  PassProfiles& profiles_;
+  DriverReport& report_;
+  std::vector<RowTask> tasks_;
+};
+
+void ComputeRow(const RowTask& task, PassProfiles& profiles, const AnalysisSettings& settings) {
+  if (task.name) {
+    const ParameterProfile& profile = IsOfCore(*task.name) ? *profiles.Core() : *profiles.Find(task.letter);
+    return SetResult(*task.row, ComputeEditionRow(*task.name, {profile, settings}));
+  }
+  const RowInput input{*profiles.Find(task.letter), settings};
+  SetResult(*task.row, task.routine(input), task.suffix != nullptr && task.suffix->mayBeInfinite);
+}
+
+/// What the rows of a letter leave behind besides their values.
+void TakeResults(char letter, ParameterProfile& profile, const DriverInput& input, DriverReport& report) {
+  if (letter == 'P') {
+    if (auto motifs = profile.TakeCached<MotifResult>()) report.motifs = std::move(*motifs);
+  }
+  if (letter == 'W' && input.wantsEnvelopes) {
+    if (auto closing = profile.TakeCached<ClosingOfProfile>()) report.closingUM = std::move(closing->envelopeUM);
+    if (auto opening = profile.TakeCached<OpeningOfProfile>()) report.openingUM = std::move(opening->envelopeUM);
+  }
+  if (letter == 'R') {
+    const bool isMade = profile.FindCached<RkResult>() != nullptr;
+    if (isMade || input.wantsCoreRoughness) report.coreRoughness = CoreRoughnessOf(profile);
+    if (const auto* fit = profile.FindCached<ProbabilityFit>()) report.probability = *fit;
+  }
 }
 
 }  // namespace
@@ -113,56 +200,23 @@ void ComputeRowOf2021(ParameterDef& row, PassProfiles& profiles, const AnalysisS
 DriverReport ComputeParameters(ParameterCatalogue& catalogue, const DriverInput& input) {
   PassProfiles profiles(input);
   DriverReport report;
-  for (ParameterDef& row : catalogue.rows) {
-    Skip(row, Why::kNotComputed);
-    if (!row.selected) continue;
-    Skip(row, Why::kPlaceholder);
-    if (IsPlaceholder(row.name)) continue;
-    Skip(row, Why::kNoProfile);
-    if (row.edition == Edition::k2021) {
-      ComputeRowOf2021(row, profiles, input.settings, report);
-      continue;
-    }
-    if (const RowRoutine motifRow = FindWholeName(row.name)) {
-      const ParameterProfile* primary = profiles.Find('P');
-      if (primary != nullptr) SetResult(row, motifRow({*primary, input.settings}));
-      continue;
-    }
-    const char letter = UpperAscii(row.name.front());
-    if (!PassProfiles::IsKnown(letter)) {
-      report.messages.push_back(row.name + " - Unknown profile");
-      Skip(row, Why::kUnknownLetter);
-      continue;
-    }
-    const ParameterProfile* profile = profiles.Find(letter);
-    if (profile == nullptr) continue;
-    const SuffixRow* suffix = FindSuffix(std::string_view(row.name).substr(1));
-    if (suffix == nullptr) {
-      report.messages.push_back(row.name + " - Unknown parameter");
-      Skip(row, Why::kUnknownName);
-      continue;
-    }
-    if (suffix->letters.find(letter) == std::string_view::npos) {
-      Skip(row, Why::kNotOfThisLetter);
-      continue;
-    }
-    SetResult(row, suffix->routine({*profile, input.settings}), suffix->mayBeInfinite);
-    if (suffix->findsElements && profile->Heights().size() >= 2 &&
-        !profile->SegmentExtremes(profile->SamplingLengthMM()).empty()) {
+  const RowPlan plan(catalogue, profiles, report);
+  std::size_t lastOfElements = 0;
+  // Profile by profile: what one keeps for its rows makes room for the next one's.
+  for (const char letter : PassProfiles::kLetters) {
+    ParameterProfile* const profile = profiles.Find(letter);
+    for (std::size_t i = 0; i < plan.Tasks().size(); ++i) {
+      const RowTask& task = plan.Tasks()[i];
+      if (task.letter != letter) continue;
+      ComputeRow(task, profiles, input.settings);
+      const bool findsElements = task.suffix != nullptr && task.suffix->findsElements;
+      if (!findsElements || profile->Heights().size() < 2) continue;
+      if (profile->SegmentExtremes(profile->SamplingLengthMM()).empty() || i < lastOfElements) continue;
+      lastOfElements = i;
       report.elementHeights = profile->Heights();
     }
-  }
-  if (const ParameterProfile* primary = profiles.Find('P')) {
-    if (const auto* motifs = primary->FindCached<MotifResult>()) report.motifs = *motifs;
-  }
-  if (ParameterProfile* waviness = profiles.Find('W')) {
-    if (auto closing = waviness->TakeCached<ClosingOfProfile>()) report.closingUM = std::move(closing->envelopeUM);
-    if (auto opening = waviness->TakeCached<OpeningOfProfile>()) report.openingUM = std::move(opening->envelopeUM);
-  }
-  if (const ParameterProfile* roughness = profiles.Find('R')) {
-    const bool isMade = roughness->FindCached<RkResult>() != nullptr;
-    if (isMade || input.wantsCoreRoughness) report.coreRoughness = CoreRoughnessOf(*roughness);
-    if (const auto* fit = roughness->FindCached<ProbabilityFit>()) report.probability = *fit;
+    if (profile != nullptr) TakeResults(letter, *profile, input, report);
+    profiles.Drop(letter);
   }
   return report;
 }

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "base/samples.h"
 #include "parameters/catalogue.h"
 #include "parameters/core_roughness.h"
 #include "parameters/motifs.h"
@@ -27,6 +28,7 @@ struct DriverInput {
   std::span<const double> sortedPrimary = {};
   std::span<const double> sortedRoughness = {};
   bool wantsCoreRoughness = true;  ///< also when no row asks for it
+  bool wantsEnvelopes = true;      ///< in the report, where a row asks for them
   /// Roughness that the core rows of the edition of 2021 are of, where that is another than `roughness`.
   std::optional<Profile> coreRoughness = {};
   bool coreIsRoughness = true;                  ///< false: without `coreRoughness` these rows have no profile
@@ -41,16 +43,17 @@ struct DriverReport {
   /// The roughness profile's; as it was made where it is not wanted and no row asks for it.
   RkResult coreRoughness;
   /// Envelopes of the waviness over its range; empty when no row asked for them.
-  std::vector<double> closingUM;
-  std::vector<double> openingUM;
+  Samples closingUM;
+  Samples openingUM;
   /// Of the primary profile, counted from its first point; empty lists when no row asked for them.
   MotifResult motifs;
   /// Of the roughness; empty when no row asked for it.
   std::optional<ProbabilityFit> probability;
 };
 
-/// Computes every selected row of the working list, in its order, and sets each row's value and valid flag. A value
-/// that is not finite is a failure, but for the ratios of the core roughness, which have no guard against a core of 0.
+/// Computes every selected row of the working list, those of one profile after those of another, and sets each row's
+/// value and valid flag. A value that is not finite is a failure, but for the ratios of the core roughness, which have
+/// no guard against a core of 0.
 ///
 /// The first letter of a name chooses the profile (F form-suppressed, P primary, W waviness, R roughness), the rest of
 /// it the routine, both without regard to case. Sampling lengths: a fifth of the evaluation length for F and P, for W

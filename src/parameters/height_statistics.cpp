@@ -7,6 +7,7 @@
 #include <cmath>
 #include <cstddef>
 
+#include "base/four_doubles.h"
 #include "base/multiversion.h"
 
 namespace texturon {
@@ -20,35 +21,25 @@ double Fold(const Lanes& lanes) {
   return (lanes[0] + lanes[1]) + (lanes[2] + lanes[3]);
 }
 
-}  // namespace
-
-HeightExtremes FindExtremes(std::span<const double> heights) {
-  if (heights.empty()) return {};
-  Lanes highest;
-  Lanes lowest;
-  highest.fill(heights[0]);
-  PairOfDoubles high0 = LoadPair(&highest[0]), high1 = high0, low0 = high0, low1 = high0;
-  std::size_t i = 0;
-  for (; i + kLanes <= heights.size(); i += kLanes) {
-    const PairOfDoubles z0 = LoadPair(&heights[i]), z1 = LoadPair(&heights[i + 2]);
-    high0 = LargerOfPairs(high0, z0);
-    high1 = LargerOfPairs(high1, z1);
-    low0 = SmallerOfPairs(low0, z0);
-    low1 = SmallerOfPairs(low1, z1);
+/// The highest and the lowest of every fourth of some heights that can be divided so, from the four first ones on.
+TEXTURON_MULTIVERSION
+void FindExtremesOfFour(std::span<const double> heights, Lanes& highest, Lanes& lowest) {
+  FourDoubles high, low;
+  LoadFour(highest.data(), high);
+  low = high;
+  for (std::size_t i = 0; i < heights.size(); i += kLanes) {
+    FourDoubles z;
+    LoadFour(&heights[i], z);
+    TakeLarger(high, z);
+    TakeSmaller(low, z);
   }
-  StorePair(&highest[0], high0);
-  StorePair(&highest[2], high1);
-  StorePair(&lowest[0], low0);
-  StorePair(&lowest[2], low1);
-  for (; i < heights.size(); ++i) {
-    highest[0] = std::max(highest[0], heights[i]);
-    lowest[0] = std::min(lowest[0], heights[i]);
-  }
-  return {*std::max_element(highest.begin(), highest.end()), *std::min_element(lowest.begin(), lowest.end())};
+  StoreFour(highest.data(), high);
+  StoreFour(lowest.data(), low);
 }
 
-HeightMoments ComputeMoments(std::span<const double> heights) {
-  HeightMoments sums;
+/// Sums over whole lanes; what is left is not looked at.
+TEXTURON_MULTIVERSION
+void AddPowers(std::span<const double> heights, HeightMoments& sums) {
   std::size_t i = 0;
   while (i + kLanes <= heights.size()) {
     Lanes absolute{};
@@ -71,7 +62,28 @@ HeightMoments ComputeMoments(std::span<const double> heights) {
     sums.cube += Fold(cube);
     sums.fourth += Fold(fourth);
   }
-  for (; i < heights.size(); ++i) {
+}
+
+}  // namespace
+
+HeightExtremes FindExtremes(std::span<const double> heights) {
+  if (heights.empty()) return {};
+  Lanes highest;
+  highest.fill(heights[0]);
+  Lanes lowest = highest;
+  const std::size_t inLanes = heights.size() / kLanes * kLanes;
+  if (inLanes > 0) FindExtremesOfFour(heights.first(inLanes), highest, lowest);
+  for (std::size_t i = inLanes; i < heights.size(); ++i) {
+    highest[0] = std::max(highest[0], heights[i]);
+    lowest[0] = std::min(lowest[0], heights[i]);
+  }
+  return {*std::max_element(highest.begin(), highest.end()), *std::min_element(lowest.begin(), lowest.end())};
+}
+
+HeightMoments ComputeMoments(std::span<const double> heights) {
+  HeightMoments sums;
+  AddPowers(heights, sums);
+  for (std::size_t i = heights.size() / kLanes * kLanes; i < heights.size(); ++i) {
     const double z = heights[i];
     sums.absolute += std::abs(z);
     sums.square += z * z;

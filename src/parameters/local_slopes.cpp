@@ -21,10 +21,10 @@ constexpr std::size_t kReach = 3;
 constexpr double kDegrees = 180.0 / std::numbers::pi;
 
 struct SharedSlopes {
-  std::vector<double> values;
+  Samples values;
 };
 
-const std::vector<double>& SlopesOf(const RowInput& row) {
+const Samples& SlopesOf(const RowInput& row) {
   const ParameterProfile& profile = row.profile;
   return profile
       .Cached<SharedSlopes>([&profile] { return SharedSlopes{LocalSlopes(profile.Heights(), profile.SpacingUM())}; })
@@ -75,8 +75,8 @@ std::optional<Middle> MiddleSteepness(std::span<const double> slopes) {
 
 }  // namespace
 
-std::vector<double> LocalSlopes(std::span<const double> z, double spacingUM) {
-  std::vector<double> slopes;
+Samples LocalSlopes(std::span<const double> z, double spacingUM) {
+  Samples slopes;
   if (z.size() < 2 * kReach + 1) return slopes;
   const double divisor = 60.0 * spacingUM;
   slopes.resize(z.size() - 2 * kReach);
@@ -87,7 +87,7 @@ std::vector<double> LocalSlopes(std::span<const double> z, double spacingUM) {
 }
 
 SteepPart FindSteepPart(std::span<const double> heights, double spacingUM, double degrees) {
-  const std::vector<double> slopes = LocalSlopes(heights, spacingUM);
+  const Samples slopes = LocalSlopes(heights, spacingUM);
   SteepPart steep{std::vector<double>(heights.size(), std::numeric_limits<double>::quiet_NaN())};
   const double limit = Tan(degrees / kDegrees);
   std::size_t count = 0;
@@ -101,23 +101,23 @@ SteepPart FindSteepPart(std::span<const double> heights, double spacingUM, doubl
 }
 
 RowResult RootMeanSquareSlope(const RowInput& row) {
-  const std::vector<double>& slopes = SlopesOf(row);
+  const Samples& slopes = SlopesOf(row);
   if (slopes.empty()) return TooFewPoints(row);
   const double sum = LaneSums(slopes.size(), [&](std::size_t i) { return std::array{slopes[i] * slopes[i]}; })[0];
   return Atan(std::sqrt(sum / static_cast<double>(slopes.size()))) * kDegrees;
 }
 
 RowResult MeanAbsoluteSlopeAngle(const RowInput& row) {
-  const std::vector<double>& slopes = SlopesOf(row);
+  const Samples& slopes = SlopesOf(row);
   if (slopes.empty()) return TooFewPoints(row);
-  std::vector<double> angles(slopes.size());
+  Samples angles(slopes.size());
   AtanOfEach(slopes, angles);
   const double sum = LaneSums(slopes.size(), [&](std::size_t i) { return std::array{std::abs(angles[i])}; })[0];
   return sum / static_cast<double>(slopes.size()) * kDegrees;
 }
 
 RowResult MedianAbsoluteSlopeAngle(const RowInput& row) {
-  const std::vector<double>& slopes = SlopesOf(row);
+  const Samples& slopes = SlopesOf(row);
   if (slopes.empty()) return TooFewPoints(row);
   const auto middle = MiddleSteepness(slopes);
   if (!middle) return NoValue{Why::kNotFinite};
@@ -127,7 +127,7 @@ RowResult MedianAbsoluteSlopeAngle(const RowInput& row) {
 }
 
 RowResult SlopeSkewness(const RowInput& row) {
-  const std::vector<double>& slopes = SlopesOf(row);
+  const Samples& slopes = SlopesOf(row);
   if (slopes.empty()) return TooFewPoints(row);
   const auto n = static_cast<double>(slopes.size());
   const double mean = LaneSums(slopes.size(), [&](std::size_t i) { return std::array{slopes[i]}; })[0] / n;

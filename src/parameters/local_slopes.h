@@ -6,6 +6,7 @@
 #include <span>
 #include <vector>
 
+#include "base/samples.h"
 #include "parameters/parameter_profile.h"
 
 // Local slopes by the seven-point formula of ISO 4287,
@@ -15,7 +16,7 @@
 namespace texturon {
 
 /// Slopes in um per um of all points but the three at each end; empty for fewer than seven points.
-std::vector<double> LocalSlopes(std::span<const double> heights, double spacingUM);
+Samples LocalSlopes(std::span<const double> heights, double spacingUM);
 
 /// The steep points of a profile.
 struct SteepPart {

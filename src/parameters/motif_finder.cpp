@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <queue>
+#include <utility>
 
 #include "parameters/peak_to_valley.h"
 #include "parameters/sampling_lengths.h"
@@ -152,84 +152,105 @@ std::vector<Motif> JoinFromLeftToRight(std::span<const Motif> motifs, const Join
   return joined;
 }
 
-/// Joins the pair with the shallowest common peak, again and again. A pair is looked at when it comes into being; it
-/// waits in a queue, and is out of date there once one of its motifs has changed: its left one has another age then.
-/// The pairs of the beginning, nearly all, are put in order once; a heap holds those that come later.
+/// Joins the pair with the shallowest common peak, again and again; of two equally shallow ones the left goes first.
+///
+/// No queue is needed for that. Joining makes dales deeper only, so a common peak never becomes shallower; and a pair
+/// that may not be joined may be so only after a join next to it. Where a pair may be joined and the next such pairs on
+/// both sides have deeper common peaks, neither of its motifs can change before its turn comes: it may be joined at
+/// once. One walk from left to right finds all of them, with a stack of the pairs passed that wait for a shallower one
+/// to come, each shallower than the one below it.
 class ShallowestFirst {
 public:
-  ShallowestFirst(std::span<const Motif> motifs, const JoinRule& rule) : rule_(rule) {
-    nodes_.reserve(motifs.size());
-    for (std::uint32_t i = 0; i < motifs.size(); ++i) nodes_.push_back({motifs[i], i - 1, i + 1, 0});
+  ShallowestFirst(std::vector<Motif>&& motifs, const JoinRule& rule) : rule_(rule), motifs_(std::move(motifs)) {
+    links_.reserve(motifs_.size());
+    for (std::uint32_t i = 0; i < motifs_.size(); ++i) links_.push_back({i - 1, i + 1});
   }
 
   std::vector<Motif> Run() {
-    for (std::uint32_t i = 0; i + 1 < nodes_.size(); ++i) {
-      if (const auto pair = PairFrom(i)) first_.push_back(*pair);
+    if (motifs_.empty()) return {};
+    for (std::uint32_t i = 1; i < motifs_.size(); ++i) {
+      last_ = i;
+      ahead_.push_back(links_[i].previous);
+      LookAhead();
     }
-    std::sort(first_.begin(), first_.end(), [](const Pair& a, const Pair& b) { return b < a; });
-    while (const auto pair = TakeShallowest()) {
-      Node& left = nodes_[pair->left];
-      if (left.age != pair->age) continue;
-      Node& right = nodes_[left.next];
-      left.motif = *rule_.Join(left.motif, right.motif);
-      left.next = right.next;
-      ++right.age;
-      if (left.next < nodes_.size()) nodes_[left.next].previous = pair->left;
-      Renew(pair->left);
-      if (left.previous < nodes_.size()) Renew(left.previous);
+    while (!waiting_.empty()) {
+      JoinLastWaiting();
+      LookAhead();
     }
     std::vector<Motif> motifs;
-    for (std::size_t i = 0; i < nodes_.size(); i = nodes_[i].next) motifs.push_back(nodes_[i].motif);
+    motifs.reserve(motifs_.size() - joins_);
+    for (std::size_t i = 0; i < motifs_.size(); i = links_[i].next) motifs.push_back(motifs_[i]);
     return motifs;
   }
 
 private:
-  struct Node {
-    Motif motif;
-    std::uint32_t previous = 0;  // beyond the nodes: none
-    std::uint32_t next = 0;
-    std::uint32_t age = 0;  // grows whenever the pair with the next one changes
+  struct Link {
+    std::uint32_t previous;  // beyond the motifs: none
+    std::uint32_t next;
   };
   struct Pair {
-    double depth = 0.0;
+    double depth = 0.0;  // at the common peak
     std::uint32_t left = 0;
-    std::uint32_t age = 0;
-    bool operator<(const Pair& other) const {  // the greatest comes first
-      return depth != other.depth ? depth > other.depth : left > other.left;
-    }
   };
 
-  /// The node and its next one, if they may be joined.
-  std::optional<Pair> PairFrom(std::uint32_t left) const {
-    const std::uint32_t right = nodes_[left].next;
-    if (right >= nodes_.size() || !rule_.Join(nodes_[left].motif, nodes_[right].motif)) return std::nullopt;
-    return Pair{JoinRule::DepthAtCommonPeak(nodes_[left].motif, nodes_[right].motif), left, nodes_[left].age};
+  /// Looks at the pairs ahead: they wait, or those that have waited before them are joined.
+  void LookAhead() {
+    while (!ahead_.empty()) {
+      const std::uint32_t i = ahead_.back();
+      const Motif& left = motifs_[i];
+      const Motif& right = motifs_[links_[i].next];
+      if (!rule_.Join(left, right)) {
+        ahead_.pop_back();
+        continue;
+      }
+      const double depth = JoinRule::DepthAtCommonPeak(left, right);
+      if (!waiting_.empty() && waiting_.back().depth <= depth) {
+        JoinLastWaiting();
+      } else {
+        waiting_.push_back({depth, i});
+        ahead_.pop_back();
+      }
+    }
   }
 
-  void Renew(std::uint32_t left) {
-    ++nodes_[left].age;
-    if (const auto pair = PairFrom(left)) later_.push(*pair);
-  }
-
-  std::optional<Pair> TakeShallowest() {
-    if (taken_ < first_.size() && (later_.empty() || later_.top() < first_[taken_])) return first_[taken_++];
-    if (later_.empty()) return std::nullopt;
-    const Pair pair = later_.top();
-    later_.pop();
-    return pair;
+  void JoinLastWaiting() {
+    const std::uint32_t left = waiting_.back().left;
+    waiting_.pop_back();
+    const std::uint32_t right = links_[left].next;
+    motifs_[left] = *rule_.Join(motifs_[left], motifs_[right]);
+    ++joins_;
+    const std::uint32_t next = links_[right].next;
+    links_[left].next = next;
+    if (next < motifs_.size()) links_[next].previous = left;
+    // The pairs on both sides are others now; the left one is looked at first.
+    if (!ahead_.empty() && ahead_.back() == right) {
+      ahead_.back() = left;
+    } else if (next <= last_) {
+      ahead_.push_back(left);
+    }
+    const std::uint32_t previous = links_[left].previous;
+    if (previous >= motifs_.size()) return;
+    if (!waiting_.empty() && waiting_.back().left == previous) waiting_.pop_back();
+    ahead_.push_back(previous);
   }
 
   const JoinRule& rule_;
-  std::vector<Node> nodes_;
-  std::vector<Pair> first_;  // from the shallowest on
-  std::size_t taken_ = 0;
-  std::priority_queue<Pair> later_;
+  std::vector<Motif> motifs_;  // the right one of a joined pair stays where it was, and no link leads to it
+  std::vector<Link> links_;
+  std::vector<Pair> waiting_;         // from left to right
+  std::vector<std::uint32_t> ahead_;  // left motifs of pairs to look at, the leftmost last
+  std::uint32_t last_ = 0;            // the walk has come to this one
+  std::size_t joins_ = 0;
 };
 
 /// Straight lines through some points of a profile, from the first to the last.
 class PolyLine {
 public:
-  explicit PolyLine(std::span<const double> z) : z_(z) {}
+  PolyLine(std::span<const double> z, std::span<const Motif> motifs) : z_(z) {
+    if (!motifs.empty()) {
+      heights_.reserve(static_cast<std::size_t>(motifs.back().lastPeak - motifs.front().firstPeak) + 1);
+    }
+  }
 
   void GoTo(std::int32_t node) {
     const auto to = static_cast<std::size_t>(node);
@@ -253,21 +274,21 @@ private:
 }  // namespace
 
 std::vector<Motif> FindMotifs(std::span<const double> heights, double spacingUM, const MotifLimits& limits) {
-  const std::vector<Motif> motifs = SmallestMotifs(heights, Discrimination(heights, spacingUM, limits));
+  std::vector<Motif> motifs = SmallestMotifs(heights, Discrimination(heights, spacingUM, limits));
   const JoinRule rule(heights, spacingUM, limits);
   if (limits.leftToRightOnly) return JoinFromLeftToRight(motifs, rule);
-  return ShallowestFirst(motifs, rule).Run();
+  return ShallowestFirst(std::move(motifs), rule).Run();
 }
 
 std::vector<double> UpperEnvelope(std::span<const double> heights, std::span<const Motif> motifs) {
-  PolyLine line(heights);
+  PolyLine line(heights, motifs);
   if (!motifs.empty()) line.GoTo(motifs.front().firstPeak);
   for (const Motif& motif : motifs) line.GoTo(motif.lastPeak);
   return line.Result();
 }
 
 std::vector<double> MotifLine(std::span<const double> heights, std::span<const Motif> motifs) {
-  PolyLine line(heights);
+  PolyLine line(heights, motifs);
   if (!motifs.empty()) line.GoTo(motifs.front().firstPeak);
   for (const Motif& motif : motifs) {
     line.GoTo(motif.dale);

@@ -23,7 +23,7 @@ struct MotifLimits {
 /// motif: the common peak is not above both outer ones; the joined motif is not longer than the limit; its T is not
 /// below either's; the smaller depth at the common peak is at most 60 % of its T. Of all pairs that may be joined, the
 /// one whose common peak is shallowest goes first, so that the result does not depend on the direction, until none is
-/// left. n log n in time.
+/// left. Linear in time.
 std::vector<Motif> FindMotifs(std::span<const double> heights, double spacingUM, const MotifLimits& limits);
 
 /// Straight lines from peak to peak over the motifs, sampled at every point from the first peak to the last one: the

@@ -15,7 +15,7 @@ constexpr double kSquareMillimetresPerSquareMicrometre = 1e-6;
 
 /// Either envelope, made on first request.
 template <typename Envelope, typename Make>
-const std::vector<double>& EnvelopeOf(const RowInput& row, const Make& make, double radiusMM) {
+const Samples& EnvelopeOf(const RowInput& row, const Make& make, double radiusMM) {
   const ParameterProfile& profile = row.profile;
   const auto compute = [&] {
     Envelope result;

@@ -7,6 +7,7 @@
 #include <span>
 #include <vector>
 
+#include "base/samples.h"
 #include "parameters/parameter_profile.h"
 
 namespace texturon {
@@ -14,10 +15,10 @@ namespace texturon {
 /// Envelope of a profile's heights for the ball radius of the settings, once a row has asked for it. Empty heights: it
 /// could not be made.
 struct ClosingOfProfile {
-  std::vector<double> envelopeUM;
+  Samples envelopeUM;
 };
 struct OpeningOfProfile {
-  std::vector<double> envelopeUM;
+  Samples envelopeUM;
 };
 
 /// What a walk along a profile under its closing envelope finds. Contacts are points at which the two are equal.

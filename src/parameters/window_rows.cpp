@@ -9,6 +9,7 @@
 #include <numbers>
 
 #include "base/elementary.h"
+#include "base/samples.h"
 #include "base/units.h"
 #include "parameters/swept_windows.h"
 
@@ -121,7 +122,7 @@ struct MeanPeak {
   static Greatest Sweep(const RowInput& row, std::size_t points) {
     const std::span<const double> z = row.profile.Heights();
     const std::size_t each = points / kSeven;
-    std::vector<double> highest(z.size() - each + 1);
+    Samples highest(z.size() - each + 1);
     SweepWindows(
         z.size(), each, [z](std::size_t i, std::size_t) { return z[i]; },
         [](double a, double b) { return a < b ? b : a; },

@@ -2,6 +2,8 @@
 
 #include "record/profile_set.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <utility>
 
 namespace texturon {
@@ -12,7 +14,7 @@ bool ProfileSet::Has(ProfileKind kind) const {
 }
 
 Profile ProfileSet::View(ProfileKind kind) const {
-  const auto derived = [&](const std::vector<double>& samples, const std::optional<IndexRange>& range) {
+  const auto derived = [&](const Samples& samples, const std::optional<IndexRange>& range) {
     return Profile{kind, samples, range.value_or(IndexRange{}), residualSpacingUM};
   };
   switch (kind) {
@@ -40,11 +42,24 @@ ProfileSet MakeProfileSet(std::vector<double> heightsUM, double spacingUM) {
   set.spacingUM = spacingUM;
   set.residualSpacingUM = spacingUM;
   set.raw = std::move(heightsUM);
-  const std::size_t n = set.raw.size();
-  for (std::vector<double>* derived : {&set.form, &set.formSuppressed, &set.primary, &set.waviness, &set.roughness}) {
-    derived->assign(n, 0.0);
-  }
   return set;
+}
+
+void MakeRoom(Samples& derived, std::int32_t pointCount, const IndexRange& written) {
+  const auto count = static_cast<std::size_t>(pointCount);
+  if (derived.size() == count) return;
+  derived.clear();
+  derived.resize(count);
+  const auto before = derived.begin() + written.first;
+  std::fill(derived.begin(), before, 0.0);
+  std::fill(before + written.count, derived.end(), 0.0);
+}
+
+void FillEmpty(ProfileSet& profiles) {
+  for (Samples* derived :
+       {&profiles.form, &profiles.formSuppressed, &profiles.primary, &profiles.waviness, &profiles.roughness}) {
+    if (derived->empty()) derived->assign(profiles.raw.size(), 0.0);
+  }
 }
 
 }  // namespace texturon

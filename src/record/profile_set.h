@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "base/index_range.h"
+#include "base/samples.h"
 #include "base/units.h"
 #include "record/input_mark.h"
 #include "record/instrument_value.h"
@@ -37,8 +38,9 @@ struct Spectrum {
 };
 
 /// The measured record and every profile derived from it. All arrays have pointCount entries and share one index: index
-/// i is the same place of the surface in each. A reader fills the measured part, the pipeline everything else; a
-/// derived profile means something only inside its range, and outside it keeps what it held.
+/// i is the same place of the surface in each. A reader fills the measured part, the pipeline everything else: a
+/// derived array is empty before the first run. A derived profile means something only inside its range, and outside it
+/// keeps what it held, at first zeros.
 struct ProfileSet {
   // Measured.
   std::int32_t pointCount = 0;
@@ -54,13 +56,13 @@ struct ProfileSet {
   bool inverted = false;                          ///< `raw` is upside down to what the reader delivered
 
   // Derived.
-  std::vector<double> form;  ///< the geometry that form removal took out
-  std::vector<double> formSuppressed;
-  std::vector<double> primary;
-  std::vector<double> waviness;
-  std::vector<double> roughness;
-  std::vector<double> closing;  ///< empty until a parameter asks for the envelope
-  std::vector<double> opening;
+  Samples form;  ///< the geometry that form removal took out
+  Samples formSuppressed;
+  Samples primary;
+  Samples waviness;
+  Samples roughness;
+  Samples closing;  ///< empty until a parameter asks for the envelope
+  Samples opening;
   std::vector<Motif> roughnessMotifs;  ///< of the primary profile; empty until a parameter asks for them
   std::vector<Motif> wavinessMotifs;
   double residualSpacingUM = 0.0;          ///< spacing of the derived profiles; perpendicular residuals stretch it
@@ -83,7 +85,14 @@ struct ProfileSet {
   Profile View(ProfileKind kind) const;
 };
 
-/// A record as a reader delivers it: measured part set, derived arrays allocated and zero.
+/// A record as a reader delivers it: measured part set, derived arrays empty.
 ProfileSet MakeProfileSet(std::vector<double> heightsUM, double spacingUM);
+
+/// Gives a derived array its pointCount entries before those of `written` are written. Where it has none yet, what lies
+/// outside becomes zero and what lies inside holds anything.
+void MakeRoom(Samples& derived, std::int32_t pointCount, const IndexRange& written);
+
+/// Zeros for the derived arrays that a run has left empty; not for the envelopes.
+void FillEmpty(ProfileSet& profiles);
 
 }  // namespace texturon

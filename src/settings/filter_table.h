@@ -38,6 +38,7 @@ struct FilterRow {
   double coefficient = 0.0;                  ///< of its weights, shown behind the label; 0: it has none
   std::string_view progressTitle = {};       ///< behind the cutoff, over its progress; empty: it shows none
   bool needsRunIn = true;                    ///< whole cutoffs begin and end with half a cutoff more
+  bool reachesAll = false;                   ///< writes the whole line, not only as far as a transform reaches
   std::string_view transmissionRemark = {};  ///< what the transmission leaves out
   double (*transmission)(const FilterSetup& setup, double wavelengthMM);
   /// By the contract of signal/filter/filter_contract.h.
@@ -65,6 +66,7 @@ inline constexpr auto kFilterTable = std::to_array<FilterRow>({
      .number = kFilterSplineGaussian,
      .choice = "spline Gaussian",
      .label = "Spline Gaussian",
+     .reachesAll = true,
      .transmission = kSplineShare,
      .run =
          [](std::span<const double> z, std::span<double> w, const FilterSetup& setup) {
@@ -85,6 +87,7 @@ inline constexpr auto kFilterTable = std::to_array<FilterRow>({
      .coefficient = kRobustScaleCoefficient,
      .progressTitle = "Robust Filter ...",
      .needsRunIn = false,
+     .reachesAll = true,
      .transmissionRemark = "without robust weights",
      .transmission = kSplineShare,
      .run =
@@ -97,6 +100,7 @@ inline constexpr auto kFilterTable = std::to_array<FilterRow>({
      .coefficient = kRegressionScaleCoefficient,
      .progressTitle = "Robust Filter ...",
      .needsRunIn = false,
+     .reachesAll = true,
      .transmissionRemark = "without robust weights",
      .transmission = [](const FilterSetup& setup,
                         double wavelengthMM) { return RegressionTransmission(setup.cutoffMM, wavelengthMM); },

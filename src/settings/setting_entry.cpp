@@ -32,8 +32,8 @@ Quantity QuantityOf(const SettingKey& key) {
 std::string FaultOfLimits(const SettingKey& key, double value, bool metric) {
   const SettingLimits& limits = key.entry.limits;
   const Quantity quantity = QuantityOf(key);
-  const bool isTooSmall = value < limits.least || (limits.excludesLeast && value == limits.least);
-  if (!isTooSmall && value <= limits.most) return limits.excludesZero && value == 0.0 ? "Must not be 0" : "";
+  if (limits.Hold(value)) return {};
+  if (!limits.isBelow(value) && !limits.isAbove(value)) return "Must not be 0";
   const std::string least = ShortestText(quantity.Shown(limits.least, metric));
   if (limits.most == kNoEnd) return (limits.excludesLeast ? "Must be above " : "Must not be below ") + least;
   return (limits.excludesLeast ? "Must be above " + least + " and at most " : "Must be from " + least + " to ") +
@@ -57,7 +57,7 @@ EntryReading ReadEntry(const SettingKey& key, std::string_view text, bool metric
   const SettingBinding& binding = key.binding;
   const ReadSettingResult read =
       ReadSetting(binding.type, binding.type == SettingType::kText ? text : TrimBlanks(text));
-  EntryReading entry{read.value, FaultOfSetting(binding, read)};
+  EntryReading entry{read.value, FaultOfSetting(key, read)};
   if (!entry.ok()) {
     entry.fault = Quoted(text) + " " + entry.fault;
     return entry;

@@ -43,7 +43,7 @@ std::string FaultOfEntry(const IniEntry& entry, const RowCounts& rowCounts) {
   }
   if (entry.value.size() > kIniValueLength) return " is longer than 63 characters and will be cut";
   if (entry.value.empty()) return {};
-  const std::string fault = FaultOfSetting(binding, ReadSetting(binding.type, entry.value));
+  const std::string fault = FaultOfSetting(*place->key, ReadSetting(binding.type, entry.value));
   return fault.empty() ? fault : ": " + Quoted(entry.value) + " " + fault;
 }
 

@@ -51,8 +51,10 @@ std::vector<SettingDescription> DescribeSettings() {
   std::vector<SettingDescription> rows;
   for (const SettingKey& key : SettingsTable()) {
     const SettingBinding& binding = key.binding;
+    const bool isWrittenAlways = binding.written == KeyWritten::kAlways;
     rows.push_back({binding.section, binding.key, NameOfType(binding.type), DefaultText(binding), key.unit, key.meaning,
-                    key.choices, binding.written == KeyWritten::kAlways});
+                    key.choices, isWrittenAlways,
+                    isWrittenAlways || !key.choices.empty() ? "" : RangeText(key.entry.limits)});
   }
   return rows;
 }
@@ -70,6 +72,7 @@ std::string SettingsMarkdown() {
     if (!row.defaultText.empty()) text.append("`").append(row.defaultText).append("`");
     text.append(" | ").append(row.unit).append(" | ").append(row.meaning);
     if (!row.choices.empty()) text.append(": ").append(row.choices);
+    if (!row.range.empty()) text.append("; ").append(row.range);
     if (!row.isWrittenAlways) text.append("; in the file only where it differs");
     text.append(" |\n");
   }

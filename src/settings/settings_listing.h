@@ -18,6 +18,7 @@ struct SettingDescription {
   std::string_view meaning;
   std::string_view choices;
   bool isWrittenAlways = true;
+  std::string range = {};  // what it can only be: "1 to 1000"; empty where anything is taken
 };
 
 /// Every key in the file's order.

@@ -59,12 +59,16 @@ struct SettingBinding {
   bool isRepeated() const { return rows != nullptr && type != SettingType::kCount; }
 };
 
-/// What may be entered, in the setting's own unit; a file may hold more.
+/// What may be entered, in the setting's own unit; a file may hold more of a key that always stands there.
 struct SettingLimits {
   double least = -std::numeric_limits<double>::infinity();
   double most = std::numeric_limits<double>::infinity();
   bool excludesLeast = false;
   bool excludesZero = false;
+
+  bool isBelow(double value) const { return value < least || (excludesLeast && value == least); }
+  bool isAbove(double value) const { return value > most; }
+  bool Hold(double value) const { return !isBelow(value) && !isAbove(value) && !(excludesZero && value == 0.0); }
 };
 
 /// The number or flag that another setting must have.

@@ -15,20 +15,20 @@ namespace {
 
 constexpr std::size_t kMostRemarks = 20;
 
-// Calls visit(binding, row) for every key as it stands in the file: the keys of a list go row by row.
+// Calls visit(key, row) for every key as it stands in the file: the keys of a list go row by row.
 template <typename Visit>
 void VisitKeys(std::span<const SettingKey> table, const Settings& settings, Visit&& visit) {
   for (std::size_t i = 0; i < table.size();) {
     const SettingBinding& binding = table[i].binding;
     std::size_t end = i + 1;
     if (!binding.isRepeated()) {
-      visit(binding, std::size_t{0});
+      visit(table[i], std::size_t{0});
     } else {
       while (end < table.size() && table[end].binding.isRepeated() && table[end].binding.rows == binding.rows) ++end;
       // Counted here and not before: the visit of the count key may have changed it.
       const std::size_t rows = binding.rows->count(settings);
       for (std::size_t row = 0; row < rows; ++row) {
-        for (std::size_t k = i; k < end; ++k) visit(table[k].binding, row);
+        for (std::size_t k = i; k < end; ++k) visit(table[k], row);
       }
     }
     i = end;
@@ -66,7 +66,8 @@ bool MayBeCut(std::string_view text) {
 
 std::vector<std::string> LoadSettingsText(const IniFile& file, Settings& settings, std::span<const SettingKey> table) {
   Remarks remarks;
-  VisitKeys(table, settings, [&](const SettingBinding& binding, std::size_t row) {
+  VisitKeys(table, settings, [&](const SettingKey& entry, std::size_t row) {
+    const SettingBinding& binding = entry.binding;
     if (binding.type == SettingType::kVersion) return;
     const std::string key = KeyOfRow(binding, row);
     const std::string_view whole = file.Find(binding.section, key).value_or(std::string_view());
@@ -81,9 +82,8 @@ std::vector<std::string> LoadSettingsText(const IniFile& file, Settings& setting
     if (text.size() != whole.size()) remark("is what is left of a longer value");
     const ReadSettingResult read = ReadSetting(binding.type, text);
     if (!read.usable) return remark(std::string(read.fault) + " and is ignored");
-    const bool isText = binding.type == SettingType::kText;
-    if (!isText || IsWordOf(binding, std::get<std::string>(read.value))) binding.set(settings, row, read.value);
-    if (const std::string fault = FaultOfSetting(binding, read); !fault.empty()) {
+    if (CanHave(entry, read.value)) binding.set(settings, row, read.value);
+    if (const std::string fault = FaultOfSetting(entry, read); !fault.empty()) {
       const std::string shown = ShowSetting(binding.type, binding.get(settings, row));
       remark(fault + "; it is read as " + (shown.empty() ? "nothing" : shown));
     }
@@ -93,7 +93,8 @@ std::vector<std::string> LoadSettingsText(const IniFile& file, Settings& setting
 
 void SaveSettingsText(IniFile& file, const Settings& settings, std::string_view onlySection,
                       std::span<const SettingKey> table) {
-  VisitKeys(table, settings, [&](const SettingBinding& binding, std::size_t row) {
+  VisitKeys(table, settings, [&](const SettingKey& entry, std::size_t row) {
+    const SettingBinding& binding = entry.binding;
     const bool isWanted =
         onlySection.empty() || binding.section == onlySection || binding.type == SettingType::kVersion;
     if (!isWanted) return;
@@ -122,7 +123,7 @@ std::optional<std::string> SetOne(Settings& settings, std::string_view name, std
     return fullName + " does not exist: the list has " + IntegerText(rows) + " rows";
   }
   const ReadSettingResult read = ReadSetting(binding.type, value);
-  const std::string fault = FaultOfSetting(binding, read);
+  const std::string fault = FaultOfSetting(*place->key, read);
   if (!fault.empty()) return fullName + ": " + Quoted(value) + " " + fault;
   binding.set(settings, place->row, read.value);
   return std::nullopt;

@@ -86,25 +86,40 @@ ReadSettingResult ReadSetting(SettingType type, std::string_view text) {
   return {};
 }
 
-bool IsWordOf(const SettingBinding& binding, std::string_view text) {
-  const std::vector<std::string_view> words = WordsOf(binding);
-  return words.empty() || text.empty() || std::any_of(words.begin(), words.end(), [text](std::string_view word) {
-           return EqualIgnoringCase(word, text);
-         });
+std::string RangeText(const SettingLimits& limits) {
+  if (!std::isfinite(limits.least)) return {};
+  const std::string least = ShortestText(limits.least);
+  return std::isfinite(limits.most) ? least + " to " + ShortestText(limits.most) : "from " + least + " on";
 }
 
-std::string FaultOfSetting(const SettingBinding& binding, const ReadSettingResult& read) {
-  if (binding.type == SettingType::kText && !IsWordOf(binding, std::get<std::string>(read.value))) {
-    return "is none of " + std::string(binding.words);
+bool CanHave(const SettingKey& key, const SettingValue& value) {
+  if (const auto* text = std::get_if<std::string>(&value)) {
+    const std::vector<std::string_view> words = WordsOf(key.binding);
+    return words.empty() || text->empty() || std::any_of(words.begin(), words.end(), [text](std::string_view word) {
+             return EqualIgnoringCase(word, *text);
+           });
   }
-  if (!read.fault.empty() || binding.type != SettingType::kCount) return std::string(read.fault);
+  if (key.binding.written == KeyWritten::kAlways) return true;
+  if (const auto* number = std::get_if<double>(&value)) return key.entry.limits.Hold(*number);
+  if (const auto* integer = std::get_if<std::int32_t>(&value)) return key.entry.limits.Hold(*integer);
+  return true;
+}
+
+std::string FaultOfSetting(const SettingKey& key, const ReadSettingResult& read) {
+  const SettingBinding& binding = key.binding;
+  if (!read.fault.empty()) return std::string(read.fault);
+  if (!CanHave(key, read.value)) {
+    if (!binding.words.empty()) return "is none of " + std::string(binding.words);
+    return "is out of range: " + RangeText(key.entry.limits);
+  }
+  if (binding.type != SettingType::kCount) return {};
   const SettingRows& rows = *binding.rows;
   const auto count = static_cast<std::int64_t>(std::get<std::int32_t>(read.value));
   const auto least = static_cast<std::int64_t>(rows.least);
   const auto most = static_cast<std::int64_t>(rows.most);
   if (count >= least && count <= most) return {};
-  return std::string("is out of range: ") + (least == most ? "always " : IntegerText(least) + " to ") +
-         IntegerText(most);
+  return "is out of range: " +
+         (least == most ? "always " + IntegerText(least) : IntegerText(least) + " to " + IntegerText(most));
 }
 
 }  // namespace texturon

@@ -27,11 +27,15 @@ struct ReadSettingResult {
 /// for "true" and "yes" in any case and for a number other than 0. What these rules pass over is named in `fault`.
 ReadSettingResult ReadSetting(SettingType type, std::string_view text);
 
-/// True for a text that the key may have.
-bool IsWordOf(const SettingBinding& binding, std::string_view text);
+/// "1 to 1000" or "from 0 on"; empty: any number.
+std::string RangeText(const SettingLimits& limits);
 
-/// What is wrong with a value for this key, going on after its text: the fault of reading it, or a count that its list
-/// cannot have ("is out of range: at most 128"). Empty: nothing.
-std::string FaultOfSetting(const SettingBinding& binding, const ReadSettingResult& read);
+/// True for a value that the key can have: a text is one of its words, and a key that is written only where it was
+/// changed keeps its limits. A file's other numbers are taken as they are.
+bool CanHave(const SettingKey& key, const SettingValue& value);
+
+/// What is wrong with a value for this key, going on after its text: the fault of reading it, a value that it cannot
+/// have, or a count that its list cannot have ("is out of range: 0 to 128"). Empty: nothing.
+std::string FaultOfSetting(const SettingKey& key, const ReadSettingResult& read);
 
 }  // namespace texturon

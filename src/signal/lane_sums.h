@@ -6,13 +6,15 @@
 #include <array>
 #include <cstddef>
 
+#include "base/multiversion.h"
+
 namespace texturon {
 
 /// Several sums over j = 0 .. count - 1 at once: `terms(j)` gives the summands as a std::array. Eight interleaved
 /// partial sums each, folded after every 512 elements, as Mean does: fast, and the rounding error of a million terms
 /// stays of the order of that of a hundred.
 template <typename Terms>
-auto LaneSums(std::size_t count, const Terms& terms) {
+TEXTURON_INLINE auto LaneSums(std::size_t count, const Terms& terms) {
   constexpr std::size_t kLanes = 8;
   constexpr std::size_t kBlock = 512;
   using Sums = decltype(terms(std::size_t{0}));

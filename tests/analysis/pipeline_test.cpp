@@ -184,6 +184,35 @@ TEST_F(Pipeline, ShortensToALengthThatCanBeTransformed) {
   EXPECT_EQ(document_.profiles.spectrum.wavelengthMM[0], 2.0 * 252 * 0.5 * 0.001);
 }
 
+TEST_F(Pipeline, LeavesZerosOutsideTheRangesOfItsFirstRun) {
+  struct Case {
+    std::int32_t filter;
+    double longCutoffMM, shortCutoffMM;
+  };
+  for (const Case& c : {Case{kFilterGaussian, 0.08, 0.0}, Case{kFilterSplineGaussian, 0.08, 0.0025},
+                        Case{kFilterIso13565, 0.08, 0.0025}, Case{kFilterRobustGaussian, 0.08, 0.0},
+                        Case{99, 0.08, 0.0}, Case{kFilterGaussian, 0.001, 0.001}}) {
+    Load(9001);
+    Settings().FilterType = c.filter;
+    Settings().LcCutoffMM = c.longCutoffMM;
+    Settings().LsCutoffMM = c.shortCutoffMM;
+    Settings().UserDiscardType = kDiscardHalfCutoff;
+    document_.scope.region = RegionChoice{.mode = kFromStart, .startMM = 0.5};
+    Document zeros = document_;
+    FillEmpty(zeros.profiles);
+    for (Document* document : {&document_, &zeros}) {
+      ASSERT_EQ(Compute(*document, prompts_, environment_), ComputeOutcome::kDone) << c.filter;
+    }
+    const ProfileSet& p = document_.profiles;
+    EXPECT_EQ(p.primary[p.primaryRange->first - 1], 0.0);
+    EXPECT_EQ(p.form, zeros.profiles.form) << c.filter;
+    EXPECT_EQ(p.formSuppressed, zeros.profiles.formSuppressed) << c.filter;
+    EXPECT_EQ(p.primary, zeros.profiles.primary) << c.filter;
+    EXPECT_EQ(p.waviness, zeros.profiles.waviness) << c.filter;
+    EXPECT_EQ(p.roughness, zeros.profiles.roughness) << c.filter;
+  }
+}
+
 TEST_F(Pipeline, UsesThePrimaryAsWavinessWhenTheFilterFails) {
   Load(1000);
   Settings().LcCutoffMM = 0.001;  // the spacing is half of it, more than a third
@@ -191,7 +220,7 @@ TEST_F(Pipeline, UsesThePrimaryAsWavinessWhenTheFilterFails) {
     document_.quietMode = quiet;
     ASSERT_EQ(Run(), ComputeOutcome::kDone);
     EXPECT_EQ(document_.profiles.waviness, document_.profiles.primary);
-    EXPECT_EQ(document_.profiles.roughness, std::vector<double>(1000, 0.0));
+    EXPECT_EQ(document_.profiles.roughness, Samples(1000, 0.0));
     EXPECT_EQ(document_.profiles.evaluationRange, document_.profiles.primaryRange);
     EXPECT_EQ(prompts_.messages.size(), quiet ? 0u : 1u);
     EXPECT_EQ(prompts_.busyChanges, quiet ? 0 : 2);
@@ -364,6 +393,14 @@ TEST_F(Pipeline, LeavesOutWhatNobodyWantsAndChangesNothingElse) {
     for (std::size_t i = 0; i < whole.catalogue.rows.size(); ++i) {
       EXPECT_EQ(document_.catalogue.rows[i].value, whole.catalogue.rows[i].value) << whole.catalogue.rows[i].name;
     }
+  }
+  const Document with = document_;
+  document_.wanted.form = document_.wanted.envelopes = false;
+  ASSERT_EQ(Run(), ComputeOutcome::kDone);
+  EXPECT_TRUE(document_.profiles.form.empty() && document_.profiles.closing.empty());
+  EXPECT_EQ(document_.profiles.formSuppressed, with.profiles.formSuppressed);
+  for (std::size_t i = 0; i < with.catalogue.rows.size(); ++i) {
+    EXPECT_EQ(document_.catalogue.rows[i].value, with.catalogue.rows[i].value) << with.catalogue.rows[i].name;
   }
   for (ParameterDef& row : document_.catalogue.rows) row.selected = row.name == "Ra";
   ASSERT_EQ(Run(), ComputeOutcome::kDone);

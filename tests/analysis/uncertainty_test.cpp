@@ -263,6 +263,7 @@ TEST(UncertaintyBudgets, AreUnderstoodOrRefused) {
       {"SpacingPercent=1e300\n", "is above 100, the most that is taken"},
       {"RepeatabilityPercent.Ra=101\n", "is above 100"},
       {"HeightNoiseSpectrum=0.1 1e300\n", "no list of wavelengths"},
+      {"HeightNoiseSpectrum=0.1 1\nHeightNoiseSpectrum.Distribution=uniform\n", "no distribution"},
       {"HeightNoiseUM=0\n", "no uncertainty above 0"},
       {"HeightNoiseUM=1\nHeightNoiseSpectrumFile=noise.txt\n", "both"},
       {"HeightNoiseSpectrumFile=none.txt\n", "none.txt"},

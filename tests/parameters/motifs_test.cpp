@@ -2,9 +2,13 @@
 
 #include "parameters/motifs.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <gtest/gtest.h>
+#include <limits>
 #include <numbers>
+#include <random>
 #include <vector>
 
 #include "parameters/motif_finder.h"
@@ -67,6 +71,57 @@ TEST(MotifFinder, JoinsPairsThatMeetAllFourConditions) {
   for (const Case& c : cases) {
     const auto motifs = FindMotifs(Zigzag(c.turns), 1.0, {c.length, c.leftToRight, c.freesShort});
     EXPECT_EQ(Places(motifs), c.expected) << c.what;
+  }
+}
+
+/// The rule taken at its word, motif by motif over all pairs: turning points 10 apart, all far enough from each other.
+std::vector<std::vector<int>> JoinedOneByOne(const std::vector<double>& turns, double length, bool freesShort) {
+  struct Plain {
+    int first, dale, last;
+  };
+  std::vector<Plain> motifs;
+  const auto at = [&turns](int t) { return turns[static_cast<std::size_t>(t)]; };
+  const auto depth = [&](const Plain& m) { return std::min(at(m.first), at(m.last)) - at(m.dale); };
+  for (int t = 1; t + 2 < static_cast<int>(turns.size()); t += 2) motifs.push_back({t, t + 1, t + 2});
+  while (true) {
+    std::size_t shallowest = 0;
+    double least = std::numeric_limits<double>::infinity();
+    for (std::size_t i = 1; i < motifs.size(); ++i) {
+      const Plain &a = motifs[i - 1], &b = motifs[i];
+      const Plain joined = {a.first, at(b.dale) < at(a.dale) ? b.dale : a.dale, b.last};
+      const int points = 10 * (joined.last - joined.first);
+      const double common = at(b.first) - std::max(at(a.dale), at(b.dale));
+      const bool isInEnvelope = at(b.first) <= std::max(at(a.first), at(b.last));
+      if (points > length || !(isInEnvelope || (freesShort && points < 0.5 * length))) continue;
+      if (depth(joined) < std::max(depth(a), depth(b)) || common > 0.6 * depth(joined) || common >= least) continue;
+      shallowest = i;
+      least = common;
+    }
+    if (shallowest == 0) break;
+    Plain& left = motifs[shallowest - 1];
+    const Plain right = motifs[shallowest];
+    left = {left.first, at(right.dale) < at(left.dale) ? right.dale : left.dale, right.last};
+    motifs.erase(motifs.begin() + static_cast<std::ptrdiff_t>(shallowest));
+  }
+  std::vector<std::vector<int>> places;
+  for (const Plain& m : motifs) places.push_back({m.first, m.dale, m.last});
+  return places;
+}
+
+TEST(MotifFinder, JoinsInOneWalkWhatOneByOneGives) {
+  std::mt19937 random(7);  // heights of few values: many common peaks are equally deep
+  for (int k = 0; k < 3000; ++k) {
+    std::vector<double> turns = {-10};
+    while (turns.size() < 60) {
+      turns.push_back(2.0 + static_cast<double>(random() % 7));
+      turns.push_back(-static_cast<double>(random() % 7));
+    }
+    turns.push_back(-10);
+    turns.erase(turns.end() - 2);
+    const double length = 10.0 * static_cast<double>(4 + random() % 40);
+    const bool freesShort = k % 3 == 0;
+    const auto found = Places(FindMotifs(Zigzag(turns), 1.0, {length, false, freesShort}));
+    ASSERT_EQ(found, JoinedOneByOne(turns, length, freesShort)) << k;
   }
 }
 

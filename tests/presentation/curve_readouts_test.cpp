@@ -71,7 +71,7 @@ Document Hills(std::int32_t count) {
   heights[heights.size() / 3 / 10 * 10] = 7.0;
   heights[heights.size() / 2 / 10 * 10 + 5] = -7.0;
   document.profiles = MakeProfileSet(heights, 100.0);
-  document.profiles.primary = heights;
+  document.profiles.primary.assign(heights.begin(), heights.end());
   document.profiles.primaryRange = IndexRange::FromCount(0, count * 10 + 1);
   for (std::int32_t k = 0; k < count; ++k) {
     const auto at = [&](std::int32_t i) { return heights[static_cast<std::size_t>(i)]; };

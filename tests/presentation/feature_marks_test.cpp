@@ -16,7 +16,7 @@ TEST(FeatureMarks, StandWhereTheRowsFindThem) {
   ProfileSet& profiles = document.profiles;
   //                  0   1  2  3   4  5  6   7  8  9
   profiles.primary = {9, -3, 4, 1, 3.9, -4, 3, -1, 2, -2, 0, 0};
-  profiles.raw = profiles.primary;
+  profiles.raw.assign(profiles.primary.begin(), profiles.primary.end());
   profiles.pointCount = 12;
   profiles.spacingUM = profiles.residualSpacingUM = 500.0;
   profiles.primaryRange = IndexRange::FromEnds(1, 9);  // from -3 to -2
@@ -44,7 +44,7 @@ TEST(FeatureHistogram, CountsEveryAttributeOnce) {
   Document document = MakeDocument();
   ProfileSet& profiles = document.profiles;
   profiles.primary = {0, 5, 0, 5, 1, 5, 3, 5, 4, 5, 0};
-  profiles.raw = profiles.primary;
+  profiles.raw.assign(profiles.primary.begin(), profiles.primary.end());
   profiles.pointCount = 11;
   profiles.spacingUM = profiles.residualSpacingUM = 1.0;
   profiles.primaryRange = IndexRange::FromEnds(0, 10);

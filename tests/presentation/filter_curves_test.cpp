@@ -5,6 +5,7 @@
 #include <cmath>
 #include <gtest/gtest.h>
 #include <numbers>
+#include <span>
 
 #include "settings/filter_table.h"
 #include "support/loaded_document.h"
@@ -29,7 +30,7 @@ Document Analysed(double wavelengthMM, std::int32_t filter) {
 }
 
 /// Amplitude of the middle half, which holds whole waves.
-double Amplitude(const std::vector<double>& heights) {
+double Amplitude(std::span<const double> heights) {
   double squares = 0.0;
   for (std::size_t i = 5000; i < 15'000; ++i) squares += heights[i] * heights[i];
   return std::sqrt(squares / 5000.0);

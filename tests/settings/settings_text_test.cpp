@@ -19,7 +19,10 @@ namespace texturon {
 namespace {
 
 // A value of its own for the n-th key, which survives being written and differs from the default.
-SettingValue DistinctValue(const SettingBinding& binding, int n, const SettingValue& former) {
+SettingValue DistinctValue(const SettingKey& key, int n, const SettingValue& former) {
+  const SettingBinding& binding = key.binding;
+  const SettingLimits& limits = key.entry.limits;
+  const bool keepsLimits = binding.written == KeyWritten::kWhereChanged;
   if (!binding.words.empty()) {
     const std::string last(binding.words.substr(binding.words.rfind(' ') + 1));
     return SettingValue(last) != former ? last : std::string(binding.words.substr(0, binding.words.find(',')));
@@ -28,23 +31,24 @@ SettingValue DistinctValue(const SettingBinding& binding, int n, const SettingVa
     case SettingType::kText:
       return "'text' " + IntegerText(n) + " \xB5 ";
     case SettingType::kInteger:
+      if (keepsLimits) return static_cast<std::int32_t>(limits.least) + 1 + n % 2;
       return -1000 - n;
     case SettingType::kFlag:
       return !std::get<bool>(former);
     case SettingType::kCoefficient:
       return -0.25 * n;
     default:
-      return 1000.0 * n + 0.015625;
+      return keepsLimits ? limits.least + 0.001 * n : 1000.0 * n + 0.015625;
   }
 }
 
 // Calls visit(binding, row) for each value of the settings but the counts and the version.
-void VisitValues(const Settings& settings, const std::function<void(const SettingBinding&, std::size_t)>& visit) {
+void VisitValues(const Settings& settings, const std::function<void(const SettingKey&, std::size_t)>& visit) {
   for (const SettingKey& key : SettingsTable()) {
     const SettingBinding& binding = key.binding;
     if (binding.type == SettingType::kCount || binding.type == SettingType::kVersion) continue;
     const std::size_t rows = binding.isRepeated() ? binding.rows->count(settings) : 1;
-    for (std::size_t row = 0; row < rows; ++row) visit(binding, row);
+    for (std::size_t row = 0; row < rows; ++row) visit(key, row);
   }
 }
 
@@ -60,8 +64,8 @@ Settings WithRows() {
 Settings WithDistinctValues() {
   Settings settings = WithRows();
   int n = 0;
-  VisitValues(settings, [&](const SettingBinding& binding, std::size_t row) {
-    binding.set(settings, row, DistinctValue(binding, ++n, binding.get(settings, row)));
+  VisitValues(settings, [&](const SettingKey& key, std::size_t row) {
+    key.binding.set(settings, row, DistinctValue(key, ++n, key.binding.get(settings, row)));
   });
   return settings;
 }
@@ -70,10 +74,11 @@ TEST(SettingsText, EveryKeyStandsForAFieldOfItsOwnAndComesBack) {
   const Settings settings = WithDistinctValues();
   const Settings former = WithRows();
   int n = 0;
-  VisitValues(settings, [&](const SettingBinding& binding, std::size_t row) {
+  VisitValues(settings, [&](const SettingKey& key, std::size_t row) {
+    const SettingBinding& binding = key.binding;
     // Two keys of one field: the second would have overwritten the first, or turned a flag back.
     const SettingValue formerValue = binding.get(former, row);
-    EXPECT_EQ(binding.get(settings, row), DistinctValue(binding, ++n, formerValue)) << binding.key << " " << row;
+    EXPECT_EQ(binding.get(settings, row), DistinctValue(key, ++n, formerValue)) << binding.key << " " << row;
     EXPECT_NE(binding.get(settings, row), formerValue) << binding.key << " row " << row;
   });
 
@@ -209,13 +214,28 @@ TEST(SettingsText, SettingOneKey) {
 
 TEST(SettingsText, SettingOneKeyIsRefused) {
   std::string text;
-  for (const std::string_view call :
-       {"LcCutoffMM=1", "FILTER.LcCutoffMM=1", "ANALYSIS.Lc=1", "DISPLAY.LcCutoffMM=1",
-        "analysis.lccutoffmm=", "ANALYSIS.LcCutoffMM=0.8 mm", "ANALYSIS.LcCutoffMM=inf", "ANALYSIS.FilterType=1.5",
-        "ANALYSIS.FilterType=4294967295", "DISPLAY.Metric=ja", "PARAMETERS.AvailableParameters=129",
-        "PRIMARY_HTPS.PrimaryAvailableHtps=9", "PARAMETERS.Name00=Ra", "PRIMARY_HTPS.Selected10=1",
-        "PRIMARY_HTPS.Selected1=1", "ASPHERIC_PARAMETERS.A3=1", "FREE_FORM.X99999999999999999999(mm)=1",
-        "TEXTURON.IniVersion=2"}) {
+  for (const std::string_view call : {"LcCutoffMM=1",
+                                      "FILTER.LcCutoffMM=1",
+                                      "ANALYSIS.Lc=1",
+                                      "DISPLAY.LcCutoffMM=1",
+                                      "analysis.lccutoffmm=",
+                                      "ANALYSIS.LcCutoffMM=0.8 mm",
+                                      "ANALYSIS.LcCutoffMM=inf",
+                                      "ANALYSIS.FilterType=1.5",
+                                      "ANALYSIS.FilterType=4294967295",
+                                      "DISPLAY.Metric=ja",
+                                      "PARAMETERS.AvailableParameters=129",
+                                      "PRIMARY_HTPS.PrimaryAvailableHtps=9",
+                                      "PARAMETERS.Name00=Ra",
+                                      "PRIMARY_HTPS.Selected10=1",
+                                      "PRIMARY_HTPS.Selected1=1",
+                                      "ASPHERIC_PARAMETERS.A3=1",
+                                      "FREE_FORM.X99999999999999999999(mm)=1",
+                                      "TEXTURON.IniVersion=2",
+                                      "DECISION.DecisionRule=9",
+                                      "STANDARD.Sections=0",
+                                      "STANDARD.AutocorrelationLevel=-1.5",
+                                      "STANDARD.MostSpacingUM=-1"}) {
     const std::size_t equals = call.find('=');
     Settings settings;
     text += SetOne(settings, call.substr(0, equals), call.substr(equals + 1)).value_or("taken") + "\n";
@@ -241,6 +261,19 @@ TEST(SettingsText, AKeyMayStandInAFileOnlyWhereItWasChanged) {
   EXPECT_EQ(file.Find("ANALYSIS", "PolynomialOrder"), "7");
   SaveSettingsText(file, Settings(), {}, table);
   EXPECT_EQ(file.Find("ANALYSIS", "PolynomialOrder"), "1") << "what stands there already follows";
+}
+
+// What a newer key cannot have is told and leaves its default; numbers of older ones are taken as they stand.
+TEST(SettingsText, ANewerKeyKeepsItsLimits) {
+  Settings settings;
+  const IniFile file(
+      "[ANALYSIS]\nFilterType=9\n[DECISION]\nDecisionRule=9\n[STANDARD]\nSections=0\nPruningPercent=7\n");
+  const std::vector<std::string> remarks = LoadSettingsText(file, settings);
+  const std::vector<std::string> expected = {"DECISION.DecisionRule: \"9\" is out of range: 0 to 2; it is read as 0.",
+                                             "STANDARD.Sections: \"0\" is out of range: 1 to 1000; it is read as 5."};
+  EXPECT_EQ(remarks, expected);
+  EXPECT_EQ(settings.analysis.FilterType, 9);
+  EXPECT_EQ(settings.analysis.standard.PruningPercent, 7.0);
 }
 
 // The page is written by hand around the listing.

@@ -48,7 +48,7 @@ struct SlopeSums {
 
 Defined<SlopeSums> SumSlopes(const EditionInput& row) {
   const auto make = [&row]() -> Defined<SlopeSums> {
-    const std::vector<double> slopes = LocalSlopes(row.profile.Heights(), row.profile.SpacingUM());
+    const Samples slopes = LocalSlopes(row.profile.Heights(), row.profile.SpacingUM());
     if (slopes.empty()) {
       return NoValue{Why::kFewPoints,
                      {static_cast<double>(kPointsOfSlope), static_cast<double>(row.profile.Heights().size())}};

@@ -63,8 +63,8 @@ private:
   std::vector<std::uint32_t> contacts_;
 };
 
-/// The lower arc of the disc that rests on the first and the last point of `z`, at the points between them.
-void WriteArc(std::span<const double> z, std::span<double> envelope, double spacing, double radius) {
+/// Lifts the points between the first and the last one to the lower arc of the disc that rests on these two.
+void WriteArc(std::span<double> z, double spacing, double radius) {
   const std::size_t steps = z.size() - 1;
   const double chordX = static_cast<double>(steps) * spacing;
   const double chordZ = z[steps] - z[0];
@@ -76,8 +76,7 @@ void WriteArc(std::span<const double> z, std::span<double> envelope, double spac
   const double centreZ = 0.5 * chordZ + rise * chordX;
   const double square = radius * radius;
   const double firstZ = z[0];
-  const double* const profile = z.data();
-  double* const out = envelope.data();
+  double* const heights = z.data();
   const auto count = static_cast<std::int32_t>(steps);
   const auto write = [&](const auto& arcAt) {
     TEXTURON_IVDEP
@@ -85,7 +84,7 @@ void WriteArc(std::span<const double> z, std::span<double> envelope, double spac
       const double x = static_cast<double>(i) * spacing;
       const double rest = square - (centreX - x) * (centreX - x);
       const double height = firstZ + arcAt(x, std::sqrt(rest > 0.0 ? rest : 0.0));
-      out[i] = height > profile[i] ? height : profile[i];
+      heights[i] = height > heights[i] ? height : heights[i];
     }
   };
   // centreZ - depth, where the centre lies above without the difference of two numbers of the size of r.
@@ -97,18 +96,27 @@ void WriteArc(std::span<const double> z, std::span<double> envelope, double spac
   }
 }
 
+std::vector<std::uint32_t> ContactsOf(std::span<const double> z, double spacing, double radius) {
+  if (z.size() < 3 || !(radius > 0.0)) return {};
+  return ContactScan(z, spacing, radius).Run();
+}
+
+/// Turns the profile into its envelope, in place.
+void WriteArcs(std::span<const std::uint32_t> contacts, std::span<double> profile, double spacing, double radius) {
+  for (std::size_t k = 1; k < contacts.size(); ++k) {
+    const std::size_t first = contacts[k - 1];
+    const std::size_t count = contacts[k] - first + 1;
+    if (count > 2) WriteArc(profile.subspan(first, count), spacing, radius);
+  }
+}
+
 }  // namespace
 
 bool ClosingEnvelope(std::span<const double> z, std::span<double> envelope, double spacingUM, double radiusUM) {
   try {
-    std::vector<std::uint32_t> contacts;
-    if (z.size() >= 3 && radiusUM > 0.0) contacts = ContactScan(z, spacingUM, radiusUM).Run();
+    const std::vector<std::uint32_t> contacts = ContactsOf(z, spacingUM, radiusUM);
     std::copy(z.begin(), z.end(), envelope.begin());
-    for (std::size_t k = 1; k < contacts.size(); ++k) {
-      const std::size_t first = contacts[k - 1];
-      const std::size_t count = contacts[k] - first + 1;
-      if (count > 2) WriteArc(z.subspan(first, count), envelope.subspan(first, count), spacingUM, radiusUM);
-    }
+    WriteArcs(contacts, envelope, spacingUM, radiusUM);
     return true;
   } catch (const std::bad_alloc&) {
     return false;
@@ -117,9 +125,8 @@ bool ClosingEnvelope(std::span<const double> z, std::span<double> envelope, doub
 
 bool OpeningEnvelope(std::span<const double> z, std::span<double> envelope, double spacingUM, double radiusUM) {
   try {
-    std::vector<double> turned(z.size());
-    std::transform(z.begin(), z.end(), turned.begin(), std::negate<>());
-    if (!ClosingEnvelope(turned, envelope, spacingUM, radiusUM)) return false;
+    std::transform(z.begin(), z.end(), envelope.begin(), std::negate<>());
+    WriteArcs(ContactsOf(envelope, spacingUM, radiusUM), envelope, spacingUM, radiusUM);
     std::transform(envelope.begin(), envelope.end(), envelope.begin(), std::negate<>());
     return true;
   } catch (const std::bad_alloc&) {

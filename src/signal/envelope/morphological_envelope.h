@@ -46,7 +46,8 @@ inline bool BallTouches(const BallPoint& a, const BallPoint& b, const BallPoint&
 /// Linear in time. False, and nothing written, when memory for the contacts is lacking.
 bool ClosingEnvelope(std::span<const double> z, std::span<double> envelope, double spacingUM, double radiusUM);
 
-/// Opening envelope, of a disc rolled along the underside: the closing of -z, negated.
+/// Opening envelope, of a disc rolled along the underside: the closing of -z, negated. `envelope` holds anything when
+/// memory is lacking.
 bool OpeningEnvelope(std::span<const double> z, std::span<double> envelope, double spacingUM, double radiusUM);
 
 }  // namespace texturon

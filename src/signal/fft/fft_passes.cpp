@@ -276,19 +276,28 @@ void SeparateRealPair(Rows z, std::size_t rows, Rows second, std::size_t lanes) 
 }
 
 TEXTURON_MULTIVERSION
-void JoinEvenAndOdd(Rows z, std::size_t half, std::size_t first, std::span<const Cplx> turns, Cplx coarse) {
+void TakePairs(const double* x, std::size_t count, Rows out) {
+  double* __restrict re = out.re;
+  double* __restrict im = out.im;
+  for (std::size_t j = 0; j < count; ++j) {
+    re[j] = x[2 * j];
+    im[j] = x[2 * j + 1];
+  }
+}
+
+TEXTURON_MULTIVERSION
+void JoinEvenAndOdd(Rows z, std::size_t half, std::size_t first, ConstRows turns, std::size_t count) {
   double* lowRe = z.re + first;
   double* lowIm = z.im + first;
   double* highRe = z.re + (half - first);
   double* highIm = z.im + (half - first);
-  const Cplx* fine = turns.data();
-  const auto count = static_cast<std::ptrdiff_t>(turns.size());
+  const auto end = static_cast<std::ptrdiff_t>(count);
   TEXTURON_IVDEP
-  for (std::ptrdiff_t i = 0; i < count; ++i) {
+  for (std::ptrdiff_t i = 0; i < end; ++i) {
     const Cplx low = {lowRe[i], lowIm[i]};
     const Cplx high = {highRe[-i], highIm[-i]};
     const Cplx even = {0.5 * (low.re + high.re), 0.5 * (low.im - high.im)};
-    const Cplx odd = Cplx{0.5 * (low.im + high.im), 0.5 * (high.re - low.re)} * (coarse * fine[i]);
+    const Cplx odd = Cplx{0.5 * (low.im + high.im), 0.5 * (high.re - low.re)} * Cplx{turns.re[i], turns.im[i]};
     lowRe[i] = even.re + odd.re;
     lowIm[i] = even.im + odd.im;
     highRe[-i] = even.re - odd.re;
@@ -297,15 +306,49 @@ void JoinEvenAndOdd(Rows z, std::size_t half, std::size_t first, std::span<const
 }
 
 TEXTURON_MULTIVERSION
+void ScaleTurns(std::span<const Cplx> fine, Cplx coarse, Rows out) {
+  for (std::size_t i = 0; i < fine.size(); ++i) {
+    const Cplx turn = coarse * fine[i];
+    out.re[i] = turn.re;
+    out.im[i] = turn.im;
+  }
+}
+
+TEXTURON_MULTIVERSION
+void JoinTurns(ConstRows coarse, ConstRows fine, std::size_t fineRows, std::size_t rows, std::size_t lanes, Rows out) {
+  for (std::size_t k = 0; k < rows; ++k) {
+    const std::size_t c = k / fineRows * coarse.stride;
+    const std::size_t f = k % fineRows * fine.stride;
+    for (std::size_t q = 0; q < lanes; ++q) {
+      const Cplx turn = Cplx{coarse.re[c + q], coarse.im[c + q]} * Cplx{fine.re[f + q], fine.im[f + q]};
+      out.re[k * out.stride + q] = turn.re;
+      out.im[k * out.stride + q] = turn.im;
+    }
+  }
+}
+
+TEXTURON_MULTIVERSION
 void RunTurnTile(const TurnTile& turn) {
   alignas(64) TurnRows re;
   alignas(64) TurnRows im;
   const std::size_t lanes = turn.lanes / kLaneQuantum * kLaneQuantum;
+  const bool isTabled = turn.turns.re != nullptr;
   for (std::size_t k0 = 0; k0 < turn.rows; k0 += turn.block) {
     const std::size_t count = std::min(turn.block, turn.rows - k0);
     for (std::size_t k = 0; k < count; ++k) {
       const double* xr = turn.tile.re + (k0 + k) * turn.tile.stride;
       const double* xi = turn.tile.im + (k0 + k) * turn.tile.stride;
+      if (isTabled) {
+        const double* wr = turn.turns.re + (k0 + k) * turn.turns.stride;
+        const double* wi = turn.turns.im + (k0 + k) * turn.turns.stride;
+        TEXTURON_IVDEP
+        for (std::size_t q = 0; q < lanes; ++q) {
+          const Cplx y = Cplx{xr[q], xi[q]} * Cplx{wr[q], wi[q]};
+          re[k * kMaxLanes + q] = y.re;
+          im[k * kMaxLanes + q] = y.im;
+        }
+        continue;
+      }
       const std::size_t coarse = (k0 + k) / turn.fineRows * turn.coarse.stride;
       const std::size_t fine = (k0 + k) % turn.fineRows * turn.fine.stride;
       const double* ur = turn.coarse.re + coarse;

@@ -66,13 +66,23 @@ void MultiplyRows(ConstRows in, Rows out, std::size_t lanes, std::span<const Cpl
 /// those of `second` the transform of b.
 void SeparateRealPair(Rows z, std::size_t rows, Rows second, std::size_t lanes);
 
+/// x[2 j] + i x[2 j + 1] for j < count, in two parts.
+void TakePairs(const double* x, std::size_t count, Rows out);
+
 /// The last step of a real transform of even length 2 `half` through a complex one of `half` points, for the pairs
-/// (k, half - k) with first <= k < first + turns.size() <= half / 2: turns[i] * coarse = exp(-pi i (first + i) / half).
-void JoinEvenAndOdd(Rows z, std::size_t half, std::size_t first, std::span<const Cplx> turns, Cplx coarse);
+/// (k, half - k) with first <= k < first + count <= half / 2: turns[i] = exp(-pi i (first + i) / half), in two parts.
+void JoinEvenAndOdd(Rows z, std::size_t half, std::size_t first, ConstRows turns, std::size_t count);
+
+/// out[i] = coarse * fine[i], in two parts.
+void ScaleTurns(std::span<const Cplx> fine, Cplx coarse, Rows out);
+
+/// The turns of a tile, out[k][lane] = coarse[k / fineRows][lane] * fine[k % fineRows][lane], `lanes` in each row.
+void JoinTurns(ConstRows coarse, ConstRows fine, std::size_t fineRows, std::size_t rows, std::size_t lanes, Rows out);
 
 /// The step between the two halves of a two-factor transform: a tile of rows [k][lane] is multiplied by
-/// coarse[k / fineRows][lane] * fine[k % fineRows][lane] and stored as rows of blocks, out[k / block][lane][k % block].
-/// Lane counts and rows are multiples of kLaneQuantum; the last block may be narrower than the others.
+/// turns[k][lane], or by what JoinTurns would make of coarse and fine, and stored as rows of blocks,
+/// out[k / block][lane][k % block]. Lane counts and rows are multiples of kLaneQuantum; the last block may be narrower
+/// than the others.
 struct TurnTile {
   ConstRows tile;
   std::size_t rows = 0;
@@ -81,6 +91,7 @@ struct TurnTile {
   std::size_t block = 0;    ///< k values in a block, at most kMaxLanes
   std::size_t outRows = 0;  ///< rows of an output block
   std::size_t outRow = 0;   ///< output row of lane 0
+  ConstRows turns;          ///< null: coarse and fine
   ConstRows coarse;
   ConstRows fine;
   std::size_t fineRows = 0;

@@ -13,6 +13,8 @@ namespace {
 /// Columns that are transformed side by side: two cache lines.
 constexpr std::size_t kBundle = 16;
 static_assert(kBundle <= kMaxLanes && kBundle % kLaneQuantum == 0);
+/// Longest transform whose turns between the halves are kept: they share the second-level cache with the data.
+constexpr std::size_t kMostTabled = 8192;
 
 void CopyRows(ConstRows in, Rows out, std::size_t rows, std::size_t width) {
   for (std::size_t row = 0; row < rows; ++row) {
@@ -72,6 +74,24 @@ SplitFft::SplitFft(const SplitChoice& split) : columns_(split.n1), rows_(split.n
   while (fineRows_ * fineRows_ < n1) fineRows_ *= 2;
   coarse_ = FirstLanes((PaddedLanes(n1) + fineRows_ - 1) / fineRows_, fineRows_);
   fine_ = FirstLanes(fineRows_, 1);
+  if (length() <= kMostTabled) TableTurns();
+}
+
+void SplitFft::TableTurns() {
+  const std::size_t rows = PaddedLanes(columns_.length());
+  const std::size_t size = (rows_.length() + kBundle - 1) / kBundle * rows * kBundle;
+  turns_.re.resize(size);
+  turns_.im.resize(size);
+  LaneTable coarse = coarse_;
+  LaneTable fine = fine_;
+  const Rows movedCoarse{coarse.re.data(), coarse.im.data(), kBundle};
+  const Rows movedFine{fine.re.data(), fine.im.data(), kBundle};
+  for (std::size_t c = 0; c < rows_.length(); c += kBundle) {
+    MoveLanes(coarse_, fineRows_, c, movedCoarse);
+    MoveLanes(fine_, 1, c, movedFine);
+    JoinTurns(movedCoarse, movedFine, fineRows_, rows, kBundle,
+              {turns_.re.data() + c * rows, turns_.im.data() + c * rows, kBundle});
+  }
 }
 
 std::size_t SplitFft::TileSize() const {
@@ -106,8 +126,14 @@ void SplitFft::MoveLanes(const LaneTable& first, std::size_t step, std::size_t c
 }
 
 void SplitFft::Turn(Rows bundle, std::size_t rows, std::size_t width, std::size_t c, const Work& work) const {
-  MoveLanes(coarse_, fineRows_, c, work.coarse);
-  MoveLanes(fine_, 1, c, work.fine);
+  ConstRows turns;
+  if (turns_.re.empty()) {
+    MoveLanes(coarse_, fineRows_, c, work.coarse);
+    MoveLanes(fine_, 1, c, work.fine);
+  } else {
+    const std::size_t at = c * PaddedLanes(columns_.length());
+    turns = {turns_.re.data() + at, turns_.im.data() + at, kBundle};
+  }
   ClearRows(bundle, rows, PaddedLanes(rows));  // they become the unused lanes of the last block
   RunTurnTile({.tile = bundle,
                .rows = PaddedLanes(rows),
@@ -116,6 +142,7 @@ void SplitFft::Turn(Rows bundle, std::size_t rows, std::size_t width, std::size_
                .block = kBundle,
                .outRows = rows_.length(),
                .outRow = c,
+               .turns = turns,
                .coarse = work.coarse,
                .fine = work.fine,
                .fineRows = fineRows_,

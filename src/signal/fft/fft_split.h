@@ -49,6 +49,7 @@ private:
   };
 
   std::size_t TileSize() const;
+  void TableTurns();
   LaneTable FirstLanes(std::size_t rows, std::size_t step) const;
   /// The table's turns times those of the bundle that starts at column c.
   void MoveLanes(const LaneTable& first, std::size_t step, std::size_t c, Rows out) const;
@@ -61,6 +62,7 @@ private:
   std::size_t fineRows_ = 1;  ///< the turn of k is row k / fineRows_ of the coarse times row k % fineRows_ of the fine
   LaneTable coarse_;          ///< of the first bundle, k = 0, fineRows_, ..
   LaneTable fine_;            ///< of the first bundle, k = 0, 1, ..
+  LaneTable turns_;           ///< of all bundles, where the length is short enough for a table; else empty
 };
 
 }  // namespace texturon

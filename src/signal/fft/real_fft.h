@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <optional>
 #include <span>
+#include <vector>
 
 #include "signal/fft/fft.h"
 #include "signal/fft/fft_roots.h"
@@ -34,6 +35,8 @@ private:
   std::size_t length_ = 1;
   FftPlan complex_;  ///< of n / 2 points for even n, else n
   UnitRoots roots_;
+  std::vector<double> turnsRe_;  ///< of even lengths that are short enough for a table: exp(-2 pi i k / n), k from 1 on
+  std::vector<double> turnsIm_;
 };
 
 }  // namespace texturon

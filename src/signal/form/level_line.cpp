@@ -5,6 +5,7 @@
 #include <array>
 #include <cmath>
 
+#include "base/multiversion.h"
 #include "signal/lane_sums.h"
 
 namespace texturon {
@@ -33,15 +34,24 @@ struct StraightPart {
   double slope = 0.0;
 };
 
+// Sums over the points of a run of what lies above the coarse line, and of that times the distance from the middle.
+TEXTURON_MULTIVERSION
+void SumAboveCoarse(const FitRun& run, const LevelLine& line, std::array<double, 2>& sums) {
+  const FitRun own = run;  // copies that stay in registers
+  const LevelLine level = line;
+  sums = LaneSums(own.heights.size(), [&](std::size_t j) {
+    const double index = own.Index(j);
+    const double above = own.heights[j] - level.Coarse(index);
+    return std::array{above, above * ((index - level.origin) - level.meanIndex)};
+  });
+}
+
 // Least squares over what lies above the coarse line.
 StraightPart FindStraightPart(const FitPoints& points, const LevelLine& line) {
   std::array<double, 2> sums{};
   for (const FitRun& run : points.Runs()) {
-    const auto part = LaneSums(run.heights.size(), [&](std::size_t j) {
-      const double index = run.Index(j);
-      const double above = run.heights[j] - line.Coarse(index);
-      return std::array{above, above * ((index - line.origin) - line.meanIndex)};
-    });
+    std::array<double, 2> part;
+    SumAboveCoarse(run, line, part);
     for (std::size_t s = 0; s < sums.size(); ++s) sums[s] += part[s];
   }
   const double slope = sums[1] / line.sumSquares;
