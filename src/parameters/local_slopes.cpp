@@ -6,6 +6,7 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <numbers>
 
@@ -53,8 +54,15 @@ std::optional<Middle> MiddleSteepness(std::span<const double> slopes) {
   const auto cellOf = [hasCells, perSlope](double slope) {
     return hasCells ? static_cast<std::size_t>(std::abs(slope) * perSlope) : std::size_t{0};
   };
-  std::array<std::size_t, kCells> counts{};
-  for (const double slope : slopes) ++counts[cellOf(slope)];
+  // Two tables by turns: a count that was raised just now makes the next one in its cell wait.
+  std::array<std::uint32_t, kCells> counts{};
+  std::array<std::uint32_t, kCells> others{};
+  for (std::size_t i = 0; i + 1 < slopes.size(); i += 2) {
+    ++counts[cellOf(slopes[i])];
+    ++others[cellOf(slopes[i + 1])];
+  }
+  if (slopes.size() % 2 == 1) ++counts[cellOf(slopes.back())];
+  for (std::size_t cell = 0; cell < kCells; ++cell) counts[cell] += others[cell];
   const std::size_t upperRank = slopes.size() / 2;
   const std::size_t lowerRank = upperRank - std::min<std::size_t>(upperRank, 1);
   std::size_t before = 0;
@@ -62,10 +70,14 @@ std::optional<Middle> MiddleSteepness(std::span<const double> slopes) {
   while (before + counts[first] <= lowerRank) before += counts[first++];
   std::size_t last = first;
   for (std::size_t upTo = before + counts[first]; upTo <= upperRank;) upTo += counts[++last];
+  // Those in the cells from first to last, told by their places alone.
+  const double from = hasCells ? static_cast<double>(first) : 0.0;
+  const double to = hasCells ? static_cast<double>(last + 1) : 1.0;
+  const double perPlace = hasCells ? perSlope : 0.0;
   std::vector<double> candidates;
   for (const double slope : slopes) {
-    const std::size_t cell = cellOf(slope);
-    if (cell >= first && cell <= last) candidates.push_back(std::abs(slope));
+    const double place = std::abs(slope) * perPlace;
+    if (place >= from && place < to) candidates.push_back(std::abs(slope));
   }
   const auto upper = candidates.begin() + static_cast<std::ptrdiff_t>(upperRank - before);
   std::nth_element(candidates.begin(), upper, candidates.end());
