@@ -11,6 +11,7 @@
 #include <numbers>
 
 #include "base/elementary.h"
+#include "base/multiversion.h"
 #include "base/units.h"
 #include "signal/all_finite.h"
 #include "signal/lane_sums.h"
@@ -70,14 +71,10 @@ std::optional<Middle> MiddleSteepness(std::span<const double> slopes) {
   while (before + counts[first] <= lowerRank) before += counts[first++];
   std::size_t last = first;
   for (std::size_t upTo = before + counts[first]; upTo <= upperRank;) upTo += counts[++last];
-  // Those in the cells from first to last, told by their places alone.
-  const double from = hasCells ? static_cast<double>(first) : 0.0;
-  const double to = hasCells ? static_cast<double>(last + 1) : 1.0;
-  const double perPlace = hasCells ? perSlope : 0.0;
+  const std::size_t cells = last - first + 1;
   std::vector<double> candidates;
   for (const double slope : slopes) {
-    const double place = std::abs(slope) * perPlace;
-    if (place >= from && place < to) candidates.push_back(std::abs(slope));
+    if (cellOf(slope) - first < cells) candidates.push_back(std::abs(slope));  // one branch, nearly always the same
   }
   const auto upper = candidates.begin() + static_cast<std::ptrdiff_t>(upperRank - before);
   std::nth_element(candidates.begin(), upper, candidates.end());
@@ -87,14 +84,24 @@ std::optional<Middle> MiddleSteepness(std::span<const double> slopes) {
 
 }  // namespace
 
+namespace {
+
+TEXTURON_MULTIVERSION
+void WriteSlopes(const double* z, double divisor, double* slopes, std::size_t count) {
+  TEXTURON_IVDEP
+  for (std::size_t i = 0; i < count; ++i) {
+    slopes[i] = ((z[i + 6] - z[i]) - 9.0 * (z[i + 5] - z[i + 1]) + 45.0 * (z[i + 4] - z[i + 2])) / divisor;
+  }
+}
+
+}  // namespace
+
 Samples LocalSlopes(std::span<const double> z, double spacingUM) {
   Samples slopes;
   if (z.size() < 2 * kReach + 1) return slopes;
   const double divisor = 60.0 * spacingUM;
   slopes.resize(z.size() - 2 * kReach);
-  for (std::size_t i = 0; i < slopes.size(); ++i) {
-    slopes[i] = ((z[i + 6] - z[i]) - 9.0 * (z[i + 5] - z[i + 1]) + 45.0 * (z[i + 4] - z[i + 2])) / divisor;
-  }
+  WriteSlopes(z.data(), divisor, slopes.data(), slopes.size());
   return slopes;
 }
 
