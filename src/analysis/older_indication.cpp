@@ -237,13 +237,13 @@ bool IsOlderSpelling(std::string_view name) {
 bool IsOlderStyle(WordList words) {
   if (words.Is("U") || words.Is("L")) words.Take();
   const std::string name = words.TakeName().text;
-  if (IsOlderSpelling(name)) {
-    words.Take();
-    return words.IsAtEnd() || ProductOf(words.Peek()) || words.Is(kMaximumWord);
-  }
   if (RoughnessClass(name)) return true;
   for (WordList rest = words; !rest.IsAtEnd();) {
     if (rest.Take().text == kMaximumWord) return true;
+  }
+  if (IsOlderSpelling(name)) {
+    words.Take();
+    return words.IsAtEnd() || ProductOf(words.Peek());
   }
   if (ParseEditionName(PointsForCommas(name)).row != nullptr || IsFeatureText(name) ||
       name.find(':') != std::string::npos) {

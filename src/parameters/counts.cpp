@@ -3,7 +3,9 @@
 #include "parameters/counts.h"
 
 #include <cstddef>
+#include <cstdint>
 
+#include "base/multiversion.h"
 #include "parameters/letter_settings.h"
 
 namespace texturon {
@@ -11,11 +13,25 @@ namespace {
 
 constexpr double kPerCentimetre = 10.0;  // of a count per mm
 
+/// How often one of `count` heights comes up to a level or down to it from the other side.
+TEXTURON_MULTIVERSION
+std::int64_t CountArrivals(const double* z, std::size_t count, double level, bool fromBelow) {
+  std::int64_t arrivals = 0;
+  if (fromBelow) {
+    for (std::size_t i = 1; i < count; ++i) {
+      arrivals += static_cast<std::int64_t>(z[i] >= level) & static_cast<std::int64_t>(z[i - 1] < level);
+    }
+  } else {
+    for (std::size_t i = 1; i < count; ++i) {
+      arrivals += static_cast<std::int64_t>(z[i] <= level) & static_cast<std::int64_t>(z[i - 1] > level);
+    }
+  }
+  return arrivals;
+}
+
 std::size_t CountHighSpots(std::span<const double> z, double level) {
   if (z.empty()) return 0;
-  std::size_t count = z[0] > level ? 1 : 0;
-  for (std::size_t i = 1; i < z.size(); ++i) count += static_cast<std::size_t>(z[i] >= level) & (z[i - 1] < level);
-  return count;
+  return (z[0] > level ? 1 : 0) + static_cast<std::size_t>(CountArrivals(z.data(), z.size(), level, true));
 }
 
 std::size_t CountPeaksThroughBand(std::span<const double> z, double half) {
@@ -36,9 +52,7 @@ std::size_t CountPeaksThroughBand(std::span<const double> z, double half) {
 
 std::size_t CountValleys(std::span<const double> z, double level) {
   if (z.empty()) return 0;
-  std::size_t count = z[0] < level ? 1 : 0;
-  for (std::size_t i = 1; i < z.size(); ++i) count += static_cast<std::size_t>(z[i] <= level) & (z[i - 1] > level);
-  return count;
+  return (z[0] < level ? 1 : 0) + static_cast<std::size_t>(CountArrivals(z.data(), z.size(), level, false));
 }
 
 RowResult HighSpotCount(const RowInput& row) {

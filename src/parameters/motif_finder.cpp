@@ -60,10 +60,11 @@ private:
     std::size_t highest = at;
     double top = z_[at];
     for (std::size_t i = at + 1; i < z_.size(); ++i) {
-      if (z_[i] > top) {
-        top = z_[i];
-        highest = i;
-      } else if (top - z_[i] >= least_) {
+      // Without a branch of its own, which noise would decide.
+      const double z = z_[i];
+      highest = z > top ? i : highest;
+      top = std::max(top, z);
+      if (top - z >= least_) {
         if (peak_) {
           motifs_.push_back(MakeMotif(z_, static_cast<std::int32_t>(*peak_), static_cast<std::int32_t>(dale_),
                                       static_cast<std::int32_t>(highest)));
@@ -77,17 +78,19 @@ private:
   }
 
   std::size_t Fall(std::size_t at) {
-    dale_ = at;
+    std::size_t lowest = at;
     double bottom = z_[at];
     for (std::size_t i = at + 1; i < z_.size(); ++i) {
-      if (z_[i] < bottom) {
-        bottom = z_[i];
-        dale_ = i;
-      } else if (z_[i] - bottom >= least_) {
+      const double z = z_[i];
+      lowest = z < bottom ? i : lowest;
+      bottom = std::min(bottom, z);
+      if (z - bottom >= least_) {
+        dale_ = lowest;
         isRising_ = true;
         return i;
       }
     }
+    dale_ = lowest;
     return z_.size();
   }
 

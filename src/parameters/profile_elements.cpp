@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <limits>
 
 namespace texturon {
 namespace {
@@ -38,19 +39,29 @@ public:
   std::vector<ProfileElement> Run() {
     if (StartsRising()) element_ = OpenElement{};
     const double half = half_;
+    // As long as heights stay beyond the threshold nothing but the extent changes: no crossing lies there, unless the
+    // threshold is on the wrong side of 0.
+    const double most = half >= 0.0 ? half : std::numeric_limits<double>::infinity();
     double before = 0.0;
     double extent = 0.0;  // of the last excursion, so far
-    for (std::size_t i = 0; i < heights_.size(); ++i) {
-      const double z = heights_[i];
+    const double* const heights = heights_.data();
+    const std::size_t count = heights_.size();
+    for (std::size_t i = 0; i < count; ++i) {
+      const double z = heights[i];
       if (before < 0.0 && z >= 0.0) CrossUpward(static_cast<double>(i - 1) + before / (before - z));
       before = z;
-      if (z > half && element_) {
+      if (!element_) continue;
+      if (z > half) {
         if (!isAtHill_) extent = SeeHill(extent);
         extent = std::max(extent, z);
+        for (; i + 1 < count && heights[i + 1] > most; ++i) extent = std::max(extent, heights[i + 1]);
+        before = heights[i];
       }
-      if (z < -half && element_) {
+      if (z < -half) {
         if (!isAtDale_) extent = SeeDale(extent);
         extent = std::max(extent, -z);
+        for (; i + 1 < count && heights[i + 1] < -most; ++i) extent = std::max(extent, -heights[i + 1]);
+        before = heights[i];
       }
     }
     if (!excursions_.empty()) excursions_.back().extentUM = extent;

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "base/multiversion.h"
 #include "base/units.h"
 #include "signal/lane_sums.h"
 
@@ -21,6 +22,17 @@ RowResult MeanSquareOverInnerPoints(std::size_t pointCount, const Difference& di
     return {d * d};
   })[0];
   return sum / static_cast<double>(pointCount - 2);
+}
+
+TEXTURON_INLINE std::int64_t IsPeak(const double* z, std::size_t i) {
+  return static_cast<std::int64_t>(z[i] > z[i - 1]) & static_cast<std::int64_t>(z[i] > z[i + 1]);
+}
+
+TEXTURON_MULTIVERSION
+std::int64_t CountPeaks(const double* z, std::size_t pointCount) {
+  std::int64_t count = 0;
+  for (std::size_t i = 1; i < pointCount - 1; ++i) count += IsPeak(z, i);
+  return count;
 }
 
 }  // namespace
@@ -46,16 +58,12 @@ RowResult FourthMoment(const RowInput& row) {
 RowResult MeanPeakSpacing(const RowInput& row) {
   const std::span<const double> z = row.profile.Heights();
   if (z.size() < 3) return NoValue{Why::kFewPeaks, {2.0, 0.0}};
-  const auto isPeak = [&z](std::size_t i) {
-    return static_cast<std::int64_t>(z[i] > z[i - 1]) & static_cast<std::int64_t>(z[i] > z[i + 1]);
-  };
-  std::int64_t count = 0;
-  for (std::size_t i = 1; i < z.size() - 1; ++i) count += isPeak(i);
+  const std::int64_t count = CountPeaks(z.data(), z.size());
   if (count < 2) return NoValue{Why::kFewPeaks, {2.0, static_cast<double>(count)}};
   std::size_t first = 1;
-  while (isPeak(first) == 0) ++first;
+  while (IsPeak(z.data(), first) == 0) ++first;
   std::size_t last = z.size() - 2;
-  while (isPeak(last) == 0) --last;
+  while (IsPeak(z.data(), last) == 0) --last;
   return static_cast<double>(last - first) / static_cast<double>(count - 1) * row.profile.SpacingMM();
 }
 

@@ -136,8 +136,8 @@ TEST(AnalyzeCommand, AddsALineAFileForRequirementsOfSeveralClasses) {
   const ScratchFolder folder;
   const std::string samples = std::string(TEXTURON_SOURCE_DIR) + "/samples/";
   const Outcome run = Texturon({"analyze", samples + "honed.lmt", samples + "ground.lmt", "--quiet", "--no-trace",
-                                "--indication", "Rz 8 Sc3 | Ra 1 Sc2 | Rt 9 Sc3", "--qdas", (folder / "r.dfq").string(),
-                                "--append-to", (folder / "r.csv").string()});
+                                "--sections", "4", "--indication", "Rz 8 Sc3 | Ra 1 Sc2 | Rt 9 Sc3", "--qdas",
+                                (folder / "r.dfq").string(), "--append-to", (folder / "r.csv").string()});
   EXPECT_EQ(run.status, 0) << run.error;
   const std::string values = folder.Read("r.dfq"), rows = folder.Read("r.csv");
   EXPECT_TRUE(values.starts_with("K0100 3\r\n")) << values;

@@ -2,6 +2,7 @@
 
 #include "base/number_text.h"
 
+#include <array>
 #include <bit>
 #include <charconv>
 #include <cmath>
@@ -12,6 +13,7 @@
 #include <limits>
 #include <random>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "support/golden.h"
@@ -105,6 +107,30 @@ TEST(NumberText, Reading) {
   EXPECT_EQ(ParseDouble(std::string(400, '9')).value, kInfinity);
   EXPECT_EQ(ParseDouble("0." + std::string(400, '0') + "1").value, 0.0);
   EXPECT_EQ(ParseDouble("0x." + std::string(400, '0') + "1p500").value, 0.0);
+}
+
+TEST(ParsePlainDecimals, GivesWhatParseDoubleGivesNumberByNumber) {
+  std::mt19937 random(11);
+  constexpr std::string_view kEnds[] = {"\r\n", " ", "\t", ";", "e3 ", ".", "mm ", "        \n"};
+  for (int k = 0; k < 2000; ++k) {
+    std::string text;
+    for (int n = 0; n < 12; ++n) {
+      const double value = (static_cast<double>(random() % 2'000'001) - 1e6) * (k % 4 == 0 ? 1e-5 : 1e-2);
+      text += FixedText(value, k % 3 == 0 ? static_cast<int>(1 + random() % 8) : 6, k % 2 == 0 ? 12 : 0);
+      text += kEnds[k % 5 == 0 ? random() % std::size(kEnds) : 0];
+    }
+    text.append(40, ' ');
+    std::array<double, 9> values{};
+    const ParsedDecimals parsed = ParsePlainDecimals(text, values);
+    std::size_t at = 0;
+    for (std::size_t n = 0; n < parsed.count; ++n) {
+      const ParsedDouble one = ParseDouble(std::string_view(text).substr(at));
+      ASSERT_EQ(one.value, values[n]) << text;
+      at += one.length;
+    }
+    ASSERT_EQ(parsed.length, at) << text;
+    ASSERT_TRUE(parsed.count == values.size() || k % 5 == 0 || k % 3 == 0) << text;
+  }
 }
 
 }  // namespace

@@ -7,47 +7,56 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <new>
-#include <utility>
-#include <vector>
 
 #include "base/multiversion.h"
 
 namespace texturon {
 namespace {
 
-/// Indices of the points on which the disc rests, ascending. Room for all of them is reserved by the constructor.
+/// Indices of the points on which the disc rests, ascending.
 class ContactScan {
 public:
-  ContactScan(std::span<const double> z, double spacing, double radius) : z_(z), spacing_(spacing), radius_(radius) {
-    contacts_.reserve(z.size());
-  }
+  ContactScan(std::span<const double> z, double spacing, double radius)
+      : z_(z),
+        spacing_(spacing),
+        radius_(radius),
+        contacts_(std::make_unique_for_overwrite<std::uint32_t[]>(z.size())) {}
 
-  std::vector<std::uint32_t> Run() {
+  /// They belong to the scan.
+  std::span<const std::uint32_t> Run() {
+    std::uint32_t* const contacts = contacts_.get();
+    std::size_t count = 0;
     std::size_t anchor = 0;
     std::size_t candidate = 1;
     std::size_t next = 2;
     while (next < z_.size()) {
+      if (next - anchor == 2) {
+        const std::size_t end = EndOfHill(next);
+        for (; next < end; ++next) contacts[count++] = static_cast<std::uint32_t>(anchor++);
+        candidate = next - 1;
+        if (next == z_.size()) break;
+      }
       if (Touches(anchor, candidate, next)) {
-        contacts_.push_back(static_cast<std::uint32_t>(anchor));
+        contacts[count++] = static_cast<std::uint32_t>(anchor);
         anchor = candidate;
       } else if (anchor != 0) {
         candidate = anchor;
-        anchor = contacts_.back();
-        contacts_.pop_back();
+        anchor = contacts[--count];
         continue;
       }
       candidate = next;
       ++next;
     }
     const std::size_t last = z_.size() - 1;
-    if (contacts_.empty()) {
-      contacts_.push_back(0);
-    } else if (Touches(contacts_.back(), anchor, last)) {
-      contacts_.push_back(static_cast<std::uint32_t>(anchor));
+    if (count == 0) {
+      contacts[count++] = 0;
+    } else if (Touches(contacts[count - 1], anchor, last)) {
+      contacts[count++] = static_cast<std::uint32_t>(anchor);
     }
-    contacts_.push_back(static_cast<std::uint32_t>(last));
-    return std::move(contacts_);
+    contacts[count++] = static_cast<std::uint32_t>(last);
+    return {contacts, count};
   }
 
 private:
@@ -57,10 +66,29 @@ private:
     return BallTouches({0.0, z_[a]}, {stepsTo(b) * spacing_, z_[b]}, {stepsTo(c) * spacing_, z_[c]}, radius_);
   }
 
+  /// The first point from `next` on for which the one before is not plainly touched between its neighbours: above the
+  /// chord, and in the disc over it. BallTouches, by the same operations, for points one step from each other.
+  std::size_t EndOfHill(std::size_t next) const {
+    const double* const z = z_.data();
+    const double bx = spacing_;
+    const double cx = 2.0 * spacing_;
+    const double diameterSquare = 4.0 * radius_ * radius_;
+    const std::size_t size = z_.size();
+    for (; next < size; ++next) {
+      const double bz = z[next - 1] - z[next - 2];
+      const double cz = z[next] - z[next - 2];
+      const double along = bx * (bx - cx) + bz * (bz - cz);
+      const double above = cx * bz - cz * bx;
+      const bool isTouched = (cx * cx + cz * cz < diameterSquare) & (along <= 0.0) & !(above < 0.0);
+      if (!isTouched) break;
+    }
+    return next;
+  }
+
   std::span<const double> z_;
   double spacing_;
   double radius_;
-  std::vector<std::uint32_t> contacts_;
+  std::unique_ptr<std::uint32_t[]> contacts_;  // room for all points
 };
 
 /// Lifts the points between the first and the last one to the lower arc of the disc that rests on these two.
@@ -96,11 +124,6 @@ void WriteArc(std::span<double> z, double spacing, double radius) {
   }
 }
 
-std::vector<std::uint32_t> ContactsOf(std::span<const double> z, double spacing, double radius) {
-  if (z.size() < 3 || !(radius > 0.0)) return {};
-  return ContactScan(z, spacing, radius).Run();
-}
-
 /// Turns the profile into its envelope, in place.
 void WriteArcs(std::span<const std::uint32_t> contacts, std::span<double> profile, double spacing, double radius) {
   for (std::size_t k = 1; k < contacts.size(); ++k) {
@@ -114,7 +137,12 @@ void WriteArcs(std::span<const std::uint32_t> contacts, std::span<double> profil
 
 bool ClosingEnvelope(std::span<const double> z, std::span<double> envelope, double spacingUM, double radiusUM) {
   try {
-    const std::vector<std::uint32_t> contacts = ContactsOf(z, spacingUM, radiusUM);
+    if (z.size() < 3 || !(radiusUM > 0.0)) {
+      std::copy(z.begin(), z.end(), envelope.begin());
+      return true;
+    }
+    ContactScan scan(z, spacingUM, radiusUM);
+    const std::span<const std::uint32_t> contacts = scan.Run();
     std::copy(z.begin(), z.end(), envelope.begin());
     WriteArcs(contacts, envelope, spacingUM, radiusUM);
     return true;
@@ -126,7 +154,10 @@ bool ClosingEnvelope(std::span<const double> z, std::span<double> envelope, doub
 bool OpeningEnvelope(std::span<const double> z, std::span<double> envelope, double spacingUM, double radiusUM) {
   try {
     std::transform(z.begin(), z.end(), envelope.begin(), std::negate<>());
-    WriteArcs(ContactsOf(envelope, spacingUM, radiusUM), envelope, spacingUM, radiusUM);
+    if (z.size() >= 3 && radiusUM > 0.0) {
+      ContactScan scan(envelope, spacingUM, radiusUM);
+      WriteArcs(scan.Run(), envelope, spacingUM, radiusUM);
+    }
     std::transform(envelope.begin(), envelope.end(), envelope.begin(), std::negate<>());
     return true;
   } catch (const std::bad_alloc&) {
