@@ -33,6 +33,11 @@ std::string RecordText(const ProfileSet& profiles, bool metric) {
          Length(profiles.LengthUM(), metric);
 }
 
+/// The drawing's requirements over all profiles, or by the one of the document.
+std::vector<JudgedRequirement> DrawingOf(const Document& document, const SeveralReport& several) {
+  return several.rows.empty() ? RequirementsOf(document) : several.requirements;
+}
+
 std::vector<ReportLine> Facts(const Document& document, std::string_view time, const SeveralReport& several) {
   const ProfileSet& profiles = document.profiles;
   const bool metric = document.settings.display.Metric;
@@ -57,7 +62,7 @@ std::vector<ReportLine> Facts(const Document& document, std::string_view time, c
     facts.emplace_back("Not in the form fit",
                        DescribeStretch(*excluded, profiles.spacingUM, profiles.spacingUM, metric));
   }
-  for (const JudgedRequirement& judged : several.rows.empty() ? RequirementsOf(document) : several.requirements) {
+  for (const JudgedRequirement& judged : DrawingOf(document, several)) {
     facts.emplace_back("Drawing", judged.requirement.source + ": " + RequirementVerdict(document, judged));
   }
   std::erase_if(facts, [](const ReportLine& line) { return line.second.empty(); });
@@ -126,9 +131,9 @@ void Summarise(ReportTexts& texts) {
 }
 
 /// The drawing may ask for more than its rows do: for more profiles, or for settings that nobody has said.
-void SummariseDrawing(const Document& document, ReportTexts& texts) {
+void SummariseDrawing(const std::vector<JudgedRequirement>& drawing, ReportTexts& texts) {
   std::string worst;
-  for (const JudgedRequirement& judged : RequirementsOf(document)) {
+  for (const JudgedRequirement& judged : drawing) {
     const AcceptanceResult result = judged.Verdict();
     if (result.verdict == Acceptance::kPass) continue;
     const bool isOpen = result.verdict == Acceptance::kUndecided;
@@ -196,7 +201,7 @@ ReportTexts MakeReportTexts(const Document& document, std::string_view time, con
     if (!difference.empty() && difference != kSameDefinition) AddOf(texts.differences, row.row.name, difference);
   }
   Summarise(texts);
-  SummariseDrawing(document, texts);
+  SummariseDrawing(DrawingOf(document, several), texts);
   return texts;
 }
 
