@@ -46,9 +46,10 @@ struct Conic {
   double height, slope, byCurvature, byConic;
 };
 
+template <bool kIsWithin>
 TEXTURON_INLINE Conic ConicAt(double u, const Terms& t) {
   const double square = u * u;
-  const double inside = std::abs(u) <= t.limit ? 1.0 - t.q * square : 1.0;
+  const double inside = kIsWithin || std::abs(u) <= t.limit ? 1.0 - t.q * square : 1.0;
   const double root = std::sqrt(inside > 1e-30 ? inside : 1e-30);  // at the tangent itself the slope stays a number
   const double sum = 1.0 + root;
   const double byCurvature = square / (root * sum);
@@ -56,53 +57,80 @@ TEXTURON_INLINE Conic ConicAt(double u, const Terms& t) {
           t.c * t.c * t.c * square * square / (2.0 * root * sum * sum)};
 }
 
-// Polynomial and its derivative by Horner's rule, coefficient by coefficient over a block.
-TEXTURON_MULTIVERSION
-void EvaluateBlock(const double* u, std::size_t count, const Terms& terms, std::span<const double> coefficients,
-                   double* height, double* slope) {
-  const Terms t = terms;
-  const double* const a = coefficients.data();
-  const std::size_t order = coefficients.size();
-  constexpr std::size_t kTile = 16;
-  std::size_t start = 0;
-  for (; start + kTile <= count; start += kTile) {
+constexpr std::size_t kTile = 16;
+
+// Height and slope from those of the polynomial; known to be within the limit, or anywhere.
+template <bool kIsWithin>
+TEXTURON_INLINE void EndTile(const double* u, std::size_t count, const Terms& t, double* height, double* slope) {
+  TEXTURON_IVDEP
+  for (std::size_t j = 0; j < count; ++j) {
+    const double at = u[j];
+    const Conic conic = ConicAt<kIsWithin>(at, t);
+    const double inner = conic.height + height[j];
+    const double innerSlope = conic.slope + slope[j];
+    if constexpr (kIsWithin) {
+      height[j] = inner;
+      slope[j] = innerSlope;
+    } else {
+      const double left = t.leftHeight + t.leftSlope * (at - t.leftAt);
+      const double right = t.rightHeight + t.rightSlope * (at - t.rightAt);
+      height[j] = at < -t.limit ? left : (at > t.limit ? right : inner);
+      slope[j] = at < -t.limit ? t.leftSlope : (at > t.limit ? t.rightSlope : innerSlope);
+    }
+  }
+}
+
+// Polynomial and its derivative by Horner's rule, coefficient by coefficient over a tile. Every second one of an even
+// asphere is 0.
+template <bool kIsWithin>
+TEXTURON_INLINE void EvaluateTiles(const double* u, std::size_t count, const Terms& t, const double* a,
+                                   std::size_t order, double* height, double* slope) {
+  for (; count >= kTile; count -= kTile, u += kTile, height += kTile, slope += kTile) {
     double sum[kTile] = {};
     double derivative[kTile] = {};
     for (std::size_t k = order; k-- > 0;) {
       const double coefficient = a[k];
+      if (coefficient == 0.0) {
+        for (std::size_t j = 0; j < kTile; ++j) {
+          derivative[j] = derivative[j] * u[j] + sum[j];
+          sum[j] = sum[j] * u[j];
+        }
+        continue;
+      }
       for (std::size_t j = 0; j < kTile; ++j) {
-        const double at = u[start + j];
         const double inner = sum[j] + coefficient;
-        derivative[j] = derivative[j] * at + inner;
-        sum[j] = inner * at;
+        derivative[j] = derivative[j] * u[j] + inner;
+        sum[j] = inner * u[j];
       }
     }
-    TEXTURON_IVDEP
-    for (std::size_t j = 0; j < kTile; ++j) {
-      const double at = u[start + j];
-      const Conic conic = ConicAt(at, t);
-      const double left = t.leftHeight + t.leftSlope * (at - t.leftAt);
-      const double right = t.rightHeight + t.rightSlope * (at - t.rightAt);
-      const double inner = conic.height + sum[j];
-      height[start + j] = at < -t.limit ? left : (at > t.limit ? right : inner);
-      const double innerSlope = conic.slope + derivative[j];
-      slope[start + j] = at < -t.limit ? t.leftSlope : (at > t.limit ? t.rightSlope : innerSlope);
-    }
+    for (std::size_t j = 0; j < kTile; ++j) height[j] = sum[j];
+    for (std::size_t j = 0; j < kTile; ++j) slope[j] = derivative[j];
+    EndTile<kIsWithin>(u, kTile, t, height, slope);
   }
-  for (; start < count; ++start) {
-    const double at = u[start];
+  for (std::size_t j = 0; j < count; ++j) {
     double sum = 0.0;
     double derivative = 0.0;
     for (std::size_t k = order; k-- > 0;) {
       const double inner = sum + a[k];
-      derivative = derivative * at + inner;
-      sum = inner * at;
+      derivative = derivative * u[j] + inner;
+      sum = inner * u[j];
     }
-    const Conic conic = ConicAt(at, t);
-    const double left = t.leftHeight + t.leftSlope * (at - t.leftAt);
-    const double right = t.rightHeight + t.rightSlope * (at - t.rightAt);
-    height[start] = at < -t.limit ? left : (at > t.limit ? right : conic.height + sum);
-    slope[start] = at < -t.limit ? t.leftSlope : (at > t.limit ? t.rightSlope : conic.slope + derivative);
+    height[j] = sum;
+    slope[j] = derivative;
+  }
+  EndTile<kIsWithin>(u, count, t, height, slope);
+}
+
+TEXTURON_MULTIVERSION
+void EvaluateBlock(const double* u, std::size_t count, const Terms& terms, std::span<const double> coefficients,
+                   double* height, double* slope) {
+  const Terms t = terms;
+  std::size_t outside = 0;
+  for (std::size_t i = 0; i < count; ++i) outside += std::abs(u[i]) > t.limit ? 1 : 0;
+  if (outside == 0) {
+    EvaluateTiles<true>(u, count, t, coefficients.data(), coefficients.size(), height, slope);
+  } else {
+    EvaluateTiles<false>(u, count, t, coefficients.data(), coefficients.size(), height, slope);
   }
 }
 
@@ -112,7 +140,7 @@ void EvaluateTermDerivatives(const double* u, std::size_t count, const Terms& te
   const Terms t = terms;
   TEXTURON_IVDEP
   for (std::size_t i = 0; i < count; ++i) {
-    const Conic conic = ConicAt(u[i], t);
+    const Conic conic = ConicAt<false>(u[i], t);
     const bool isInside = std::abs(u[i]) <= t.limit;
     byCurvature[i] = isInside ? conic.byCurvature : 0.0;
     byConic[i] = isInside ? conic.byConic : 0.0;
