@@ -28,6 +28,8 @@ public:
   /// Damped Gauss-Newton (Levenberg, Marquardt) from `parameters` until a step gains less than the last digits or the
   /// limit is reached. The mean merit reached.
   double Descend(ShapeParameters& parameters, int mostSteps);
+  /// Of the parameters where the last Descend ended.
+  const Evaluation& Reached() const { return lastEquations_.evaluation; }
 
   /// Mean merit that remains with the best height and, where `withSlope`, the best shear; sets both in `parameters`.
   double Level(ShapeParameters& parameters, bool withSlope);

@@ -353,12 +353,14 @@ ShapeFit FitShape(const PointsMM& points, Shape& shape, const ShapeFitOptions& o
   const auto best =
       std::min_element(settled.begin(), settled.end(), [](const auto& a, const auto& b) { return a.merit < b.merit; });
   const P parameters = best->parameters;
-  if (settled.size() > 1) {  // the equations are those of the last one
+  const bool isOfLast = settled.size() == 1;  // the equations are those of the last one
+  if (!isOfLast) {
     P again = parameters;
     all.Descend(again, 1);
   }
   fit.covariance = all.Covariance();
-  const auto evaluation = all.Evaluate(parameters);
+  const auto evaluation = isOfLast ? all.Reached() : all.Evaluate(parameters);
+  shape.SetTerms(parameters.values[P::kCurvature], parameters.values[P::kConic]);
   fit.placement = parameters.Place();
   fit.curvature = parameters.values[P::kCurvature];
   fit.conicFactor = parameters.values[P::kConic];
