@@ -23,12 +23,15 @@ LargestBlock::~LargestBlock() {
 
 }  // namespace texturon
 
+// The library's own others call the first of each; a sanitizer's do not, and what they give would come back to us.
 void* operator new(std::size_t size) {
   void* const block = size > texturon::largest ? nullptr : std::malloc(size > 0 ? size : 1);
   if (block == nullptr) throw std::bad_alloc();
   return block;
 }
-// The library's own calls the one above; a sanitizer's does not, and what it gives would come back to us.
+void* operator new[](std::size_t size) {
+  return operator new(size);
+}
 void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
   return size > texturon::largest ? nullptr : std::malloc(size > 0 ? size : 1);
 }
@@ -36,5 +39,11 @@ void operator delete(void* memory) noexcept {
   std::free(memory);
 }
 void operator delete(void* memory, std::size_t /*size*/) noexcept {
+  std::free(memory);
+}
+void operator delete[](void* memory) noexcept {
+  std::free(memory);
+}
+void operator delete[](void* memory, std::size_t /*size*/) noexcept {
   std::free(memory);
 }
