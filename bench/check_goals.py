@@ -176,7 +176,7 @@ def check_programs(report, build, folder):
     took = None
     if desktop.exists():
         os.environ.setdefault("QT_QPA_PLATFORM", "offscreen")
-        took = least([str(desktop), "--report", files["smooth"], "--output", str(folder / "report.pdf")], runs=3)[0]
+        took = least([str(desktop), "--report", files["smooth"], "-o", str(folder / "report.pdf")], runs=3)[0]
     report.line("report as PDF, 750 000 points", took and took / 1e3, 0.4, "s")
 
 
