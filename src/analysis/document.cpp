@@ -34,6 +34,10 @@ void ApplySettings(Document& document, Settings settings) {
 void SetProfile(Document& document, ProfileSet profiles) {
   document.profiles = std::move(profiles);
   document.results = {};
+  for (ParameterDef& row : document.catalogue.rows) {
+    row.valid = false;
+    row.reason = {Why::kNotComputed};
+  }
 }
 
 IndexRange FormRange(const Document& document) {

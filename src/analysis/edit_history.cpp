@@ -19,12 +19,14 @@ UndoPoint TakeLast(std::deque<UndoPoint>& points) {
 UndoPoint UndoPointOf(const Document& document) {
   return {.request = document.Request(),
           .identification = document.profiles.identification,
-          .inverted = document.profiles.inverted};
+          .inverted = document.profiles.inverted,
+          .decision = document.settings.decision};
 }
 
 void RestoreUndoPoint(Document& document, const UndoPoint& point) {
   Settings settings = document.settings;
   settings.analysis = point.request.settings;
+  settings.decision = point.decision;
   ApplySettings(document, std::move(settings));
   document.profiles.identification = point.identification;
   if (document.profiles.inverted != point.inverted) InvertProfile(document.profiles);

@@ -16,6 +16,7 @@ struct UndoPoint {
   AnalysisRequest request;
   std::string identification;
   bool inverted = false;
+  DecisionSettings decision = {};
 
   friend bool operator==(const UndoPoint&, const UndoPoint&) = default;
 };

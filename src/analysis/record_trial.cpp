@@ -134,6 +134,7 @@ RecordTrial::RecordTrial(const Document& analysed, const UncertaintyBudget& budg
       measured_(analysed.profiles.raw),
       form_(analysed.profiles.form),
       spacingUM_(analysed.profiles.spacingUM),
+      formRange_(FormRange(analysed)),
       scratch_(measured_.size()) {
   document_.wanted = kNoCurves;
   document_.quietMode = true;
@@ -157,9 +158,8 @@ void RecordTrial::AddTip(double radiusUM) {
 
 /// The form stays where it is: another place of the same surface has another texture.
 void RecordTrial::MoveTexture(double startMM) {
-  const IndexRange range = FormRange(document_);
-  const auto first = static_cast<std::size_t>(range.first);
-  const auto count = static_cast<std::size_t>(range.count);
+  const auto first = static_cast<std::size_t>(formRange_.first);
+  const auto count = static_cast<std::size_t>(formRange_.count);
   const std::span<double> heights = std::span(document_.profiles.raw).subspan(first, count);
   const std::span<const double> form = std::span<const double>(form_).subspan(first, count);
   // Mirrored again and again, texture repeats after twice its length.
@@ -174,7 +174,7 @@ void RecordTrial::MoveTexture(double startMM) {
 void RecordTrial::DrawHeights(const MeasurementDeviation& deviation) {
   std::vector<double>& raw = document_.profiles.raw;
   raw = measured_;
-  const double lengthUM = document_.profiles.LengthUM();
+  const double lengthUM = LengthOfPoints(document_.profiles.pointCount, spacingUM_);
   if (deviation.tipRadiusUM != 0.0 && !tipSurface_.empty()) {
     AddTip(*TipRadiusOf(document_.profiles, budget_) + deviation.tipRadiusUM);
   }

@@ -71,6 +71,7 @@ private:
   const std::vector<double> measured_;
   const Samples form_;  ///< that was removed from it
   const double spacingUM_;
+  const IndexRange formRange_;      ///< of the analysed record: a trial's own follows its scale
   std::vector<double> tipSurface_;  ///< under the measured record; empty: the budget has no tip
   std::vector<double> tipTrace_;    ///< of that surface by the tip as it is
   std::vector<double> scratch_;

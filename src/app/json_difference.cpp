@@ -11,9 +11,9 @@
 namespace texturon {
 namespace {
 
-constexpr std::string_view kPassedOver[] = {"file",    "requirements", "program",       "settings",
-                                            "request", "messages",     "reader",        "caption",
-                                            "label",   "reason",       "imperial_unit", "imperial_factor"};
+constexpr std::string_view kPassedOver[] = {"file",          "requirements",    "program",   "settings", "request",
+                                            "messages",      "reader",          "caption",   "label",    "reason",
+                                            "imperial_unit", "imperial_factor", "difference"};
 
 bool IsPassedOver(std::string_view name) {
   return std::find(std::begin(kPassedOver), std::end(kPassedOver), name) != std::end(kPassedOver);

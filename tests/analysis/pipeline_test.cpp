@@ -467,5 +467,16 @@ TEST(AnalysisRun, TellsWhyNotAndWhichFilesItTouches) {
   EXPECT_TRUE(std::filesystem::exists(environment.traceFile));
 }
 
+// Where it cannot be analysed, the values of another would stand under its name.
+TEST_F(Pipeline, ANewRecordHasNoValuesOfTheOneBefore) {
+  Load(2000);
+  Compute(document_, prompts_, environment_);
+  const auto& rows = document_.catalogue.rows;
+  const auto hasValue = [](const ParameterDef& row) { return row.valid; };
+  ASSERT_TRUE(std::any_of(rows.begin(), rows.end(), hasValue));
+  Load(2);
+  EXPECT_TRUE(std::none_of(rows.begin(), rows.end(), hasValue));
+}
+
 }  // namespace
 }  // namespace texturon

@@ -194,6 +194,17 @@ TEST(Uncertainty, DoesNotDependOnThreads) {
   EXPECT_EQ(RunTrials(document, budget, {.advances = [](int) { return false; }}).reason, "the trials were stopped");
 }
 
+// Workers take trials as they come.
+TEST(Uncertainty, ATrialDoesNotDependOnTheOneBefore) {
+  const Document document = Analysed(Wave(2000, 40), 1.0, {"Ra", "Pt"});
+  const UncertaintyBudget budget = Budget({{"StraightnessUM", "0.1"}, {"SpacingPercent", "3"}});
+  const MeasurementDeviation deviation{.spacing = 1.02, .straightnessUM = 0.1};
+  const std::vector<double> alone = RecordTrial(document, budget).Values(deviation);
+  RecordTrial trial(document, budget);
+  trial.Values({.spacing = 0.9});
+  EXPECT_EQ(trial.Values(deviation), alone);
+}
+
 // A tip that is not off changes nothing; one that is larger leaves a smaller wave; without a radius nothing is tried.
 TEST(Uncertainty, TheTipActsOnlyByItsDifference) {
   const std::vector<double> wave = Wave(2000, 20);

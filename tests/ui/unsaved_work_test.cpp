@@ -70,6 +70,9 @@ TEST_F(UnsavedWork, OfACrashedWindowIsOfferedAndThatOfAnOpenOneIsNot) {
   Doc().SetIdentification("part 7");
   Doc().Invert();
   Change([](AnalysisSettings& analysis) { analysis.LcCutoffMM = 0.25; });
+  Settings settings = InForce().settings;
+  settings.decision.DecisionRule = kDecideGuardedFail;
+  Doc().ReplaceSettings(settings);
   Doc().ComputeOver(1.0, 3.0);
   const UndoPoint work = UndoPointOf(InForce());
   ASSERT_TRUE(QTest::qWaitFor([&] { return Kept().size() == 1; }, 10'000)) << "by itself";

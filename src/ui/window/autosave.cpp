@@ -138,7 +138,8 @@ std::unique_ptr<QLockFile> TryLock(const std::filesystem::path& state) {
 QByteArray TextOfState(const KeptState& state) {
   return QJsonDocument(QJsonObject{{"version", kVersion},
                                    {"file", Packed(SystemTextFromPath(state.file))},
-                                   {"settings", ObjectOf(Settings{.analysis = state.work.request.settings})},
+                                   {"settings", ObjectOf(Settings{.analysis = state.work.request.settings,
+                                                                  .decision = state.work.decision})},
                                    {"identification", FromText(state.work.identification)},
                                    {"inverted", state.work.inverted},
                                    {"scope", ObjectOf(state.work.request.scope)}})
@@ -153,6 +154,7 @@ std::optional<KeptState> ReadState(const QByteArray& text) {
   state.work.request = {.settings = std::move(settings.analysis), .scope = ScopeOf(object["scope"].toObject())};
   state.work.identification = ToText(object["identification"].toString());
   state.work.inverted = object["inverted"].toBool();
+  state.work.decision = settings.decision;
   return state;
 }
 

@@ -79,6 +79,7 @@ void CMainFrame::OfferLeftOver() {
       // Without the record there are still the settings.
       work = UndoPointOf(doc_->document());
       work.request.settings = state->work.request.settings;
+      work.decision = state->work.decision;
     }
     doc_->Restore(work);
     statusBar()->showMessage(tr("As it was before the program ended; Undo takes the changes back."), 10'000);
