@@ -70,6 +70,16 @@ TEST_F(ProfileView, ComputesAndExcludesBetweenCursors) {
     EXPECT_NEAR(Graph().WholeX().upper, 3.9995, 1e-9) << command;
     EXPECT_EQ(Graph().VisibleX(), Graph().WholeX()) << command;
   }
+  // What was measured beside the stretch is drawn, and joins what was computed.
+  const std::vector<double> beside = HeightsBeside(InForce());
+  ASSERT_EQ(beside.size(), InForce().profiles.raw.size());
+  EXPECT_TRUE(std::isfinite(beside.front()) && std::isfinite(beside.back()) && std::isnan(beside[4000]));
+  for (const std::size_t end : {2000, 6000}) EXPECT_NEAR(beside[end], InForce().profiles.formSuppressed[end], 1e-5);
+  double last = 0.0;
+  for (int i = 0; i < Graph().graphCount(); ++i) {
+    if (!Graph().graph(i)->data()->isEmpty()) last = std::max(last, (Graph().graph(i)->data()->constEnd() - 1)->key);
+  }
+  EXPECT_GT(last, 3.9);
   Choose("computeAll");
   // What is refused changes nothing.
   Graph().SetUprightCursors(1.0, 1.001);

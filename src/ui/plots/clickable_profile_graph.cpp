@@ -44,6 +44,7 @@ void CClickableProfileGraph::SetCurves(std::span<const Curve> curves, const Whol
   for (const Curve& curve : curves) {
     QCPGraph* const graph = addGraph();
     graph->setName(curve.name);
+    if (curve.name.isEmpty()) graph->removeFromLegend();
     graph->setPen(QPen(curve.colour, curve.width, curve.style));
     graph->setAdaptiveSampling(false);
     curves_.push_back(
