@@ -41,8 +41,8 @@ std::string Aligned(const std::vector<std::vector<std::string>>& lines, std::siz
 
 std::string VerdictCell(const std::optional<Decision>& decision) {
   if (!decision) return {};
-  std::string text(AcceptanceWord(decision->verdict));
-  if (decision->conformity) text += " (" + FixedText(100.0 * *decision->conformity, 1) + " % conform)";
+  std::string text(VerdictWord(decision->verdict));
+  if (decision->conformity) text += " (" + FixedText(100.0 * *decision->conformity, 1) + " % within)";
   return text;
 }
 

@@ -88,7 +88,7 @@ std::vector<std::vector<std::string>> StatisticsCells(std::span<const SeveralRow
     const auto extreme = [&](double value) { return s.count > 0 ? std::optional(value) : std::nullopt; };
     std::string verdict;
     if (row.acceptance) {
-      verdict = std::string(AcceptanceWord(row.acceptance->verdict)) + " (" + std::string(row.acceptance->by) + ")";
+      verdict = std::string(VerdictWord(row.acceptance->verdict)) + " (" + std::string(row.acceptance->by) + ")";
     }
     lines.push_back({row.title + row.label, IntegerText(static_cast<std::int64_t>(s.count)), row.Shown(s.mean, metric),
                      row.Shown(s.standardDeviation, metric), row.Shown(extreme(s.least), metric),

@@ -58,16 +58,22 @@ TEST_F(Several, ValuesStandSideBySideWithTheVerdictOfTheRule) {
   EXPECT_TRUE(window_->Faults().contains("bad.lmt")) << window_->Faults().toStdString();
   const std::pair<const char*, const char*> cells[] = {{"a.lmt", "1.0000"}, {"c.lmt", "1.2000"},
                                                        {"Mean", "1.1000"},  {"Standard deviation", "0.1000"},
-                                                       {"Range", "0.2000"}, {"Verdict", "FAIL"}};
+                                                       {"Range", "0.2000"}, {"Verdict", "out of tolerance"}};
   for (const auto& [title, text] : cells) EXPECT_EQ(Cell(title).toStdString(), text) << title;
   Child<QComboBox>(*window_, "rule").setCurrentText("median rule");
-  EXPECT_EQ(Cell("Verdict"), "PASS");
+  EXPECT_EQ(Cell("Verdict"), "within tolerance");
   Child<QListWidget>(*window_, "profiles").setCurrentRow(2);
   Press(*window_, "&Remove");
   Child<QComboBox>(*window_, "rule").setCurrentText("max rule");
-  EXPECT_EQ(Cell("Verdict"), "PASS");
-  Change([](AnalysisSettings& analysis) { analysis.parameters.front().tolerance.upperLimit = 1.05; });
-  EXPECT_EQ(Cell("Verdict"), "FAIL") << "settings of the window are those of the table";
+  EXPECT_EQ(Cell("Verdict"), "within tolerance");
+  auto& drawing = Child<QLabel>(*window_, "drawing");
+  EXPECT_TRUE(drawing.isHidden());
+  Change([](AnalysisSettings& analysis) {
+    analysis.parameters.front().tolerance.upperLimit = 1.05;
+    analysis.standard.Indication = "U Pt 9";
+  });
+  EXPECT_TRUE(drawing.text().startsWith("Drawing: U Pt 9: ")) << drawing.text().toStdString();
+  EXPECT_EQ(Cell("Verdict"), "out of tolerance") << "settings of the window are those of the table";
 }
 
 TEST_F(Several, TheReportHasTheStatisticsOfAll) {
@@ -77,7 +83,7 @@ TEST_F(Several, TheReportHasTheStatisticsOfAll) {
   EXPECT_FALSE(window_->WriteReportFile(folder_ / "b.lmt", reason)) << "one of the profiles";
   ASSERT_TRUE(window_->WriteReportFile(folder_ / "r.html", reason)) << reason.toStdString();
   const std::string report = folder_.Read("r.html");
-  for (const char* const text : {"FAIL (maximum)", "b.lmt", "c.lmt"}) {
+  for (const char* const text : {"out of tolerance (maximum)", "b.lmt", "c.lmt"}) {
     EXPECT_NE(report.find(text), std::string::npos) << text;
   }
 }

@@ -203,6 +203,40 @@ TEST_F(SettingsSheet, RowsAndFeaturesOfTheEditionChosen) {
   EXPECT_EQ(records[0].cells[0] + ", " + records[1].cells[0], "Rpt, R: FC; D; None; All; HDh; Mean");
 }
 
+TEST_F(SettingsSheet, AListFollowsTheEditionAndComesBackWhole) {
+  CSettingsSheet& sheet = OpenSettings();
+  auto& table = Child<QTableWidget>(sheet, "parameters");
+  auto& edition = Child<QComboBox>(Field(sheet, "STANDARD.Edition"));
+  const auto rowOf = [&](const QString& name) { return table.findItems(name, Qt::MatchExactly).value(0); };
+  table.item(rowOf("Rdq")->row(), 5)->setText("9");
+  table.item(rowOf("RzDIN")->row(), 5)->setText("5");
+  rowOf("Pku")->setCheckState(Qt::Unchecked);
+  sheet.accept();
+  const std::vector<ParameterSelection> before = Analysis().parameters;
+  sheet.show();
+  ChooseFrom(edition, edition.findText("2021"));
+  EXPECT_TRUE(Fault(sheet).startsWith("2021: there is no row for ")) << Fault(sheet).toStdString();
+  EXPECT_TRUE(Fault(sheet).contains("the limits of Rdq are left out")) << Fault(sheet).toStdString();
+  sheet.ApplyNow();
+  EXPECT_TRUE(prompts_.messages.empty()) << "no row is unknown";
+  ASSERT_TRUE(rowOf("Rz") && !rowOf("RzDIN"));
+  EXPECT_EQ(rowOf("Rz")->checkState(), Qt::Checked);
+  EXPECT_EQ(table.item(rowOf("Rz")->row(), 5)->text(), "5");
+  // Who only looks at another edition has his own list again.
+  ChooseFrom(edition, edition.findText("1997"));
+  sheet.ApplyNow();
+  EXPECT_EQ(Analysis().parameters, before);
+  ChooseFrom(edition, edition.findText("2021"));
+  sheet.accept();
+  EXPECT_NE(Analysis().parameters, before);
+  Doc().Undo();
+  EXPECT_EQ(Analysis().parameters, before);
+  // A settings file that names an edition, but no rows.
+  ASSERT_TRUE(Doc().LoadSettingsFile(folder_.Write("edition.ini", "[STANDARD]\nEdition=2021\n")));
+  EXPECT_TRUE(std::any_of(Analysis().parameters.begin(), Analysis().parameters.end(),
+                          [](const ParameterSelection& row) { return row.name == "Rz"; }));
+}
+
 TEST_F(SettingsSheet, WhatIsEnteredIsOneEditAndCancelTakesBackOnlyItsOwn) {
   CSettingsSheet& sheet = OpenSettings();
   const double preset = Analysis().SplineTension;

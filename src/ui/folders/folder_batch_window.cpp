@@ -258,6 +258,7 @@ void CFolderBatchWindow::MakeTables(QLayout& layout) {
   results_ = new CBatchResults(this);
   table_ = new QTableView(tabs_);
   table_->setObjectName("files");
+  table_->setAccessibleName(tr("Files"));
   table_->setModel(results_);
   table_->setAlternatingRowColors(true);
   table_->setSelectionBehavior(QAbstractItemView::SelectRows);

@@ -202,7 +202,7 @@ private:
 
   void AddTolerancedRows(PageFlow& flow) {
     const auto rows = RowsWhere([](const ReportRow& row) { return row.isToleranced; });
-    const Columns columns = {{30, false}, {18, true}, {15, true}, {15, true}, {10, false}, {12, false}};
+    const Columns columns = {{26, false}, {18, true}, {14, true}, {14, true}, {8, false}, {20, false}};
     AddTable(flow, Cells(LimitTitles()), columns, rows.size(), [this, rows, columns](const QRect& line, std::size_t i) {
       const ReportRow& row = *rows[i];
       const bool fails = row.verdict == Acceptance::kFail;

@@ -26,6 +26,7 @@
 #include "base/quantity.h"
 #include "platform/platform.h"
 #include "platform/prompts.h"
+#include "presentation/requirement_texts.h"
 #include "presentation/table_rows.h"
 #include "settings/setting_choices.h"
 #include "ui/colours.h"
@@ -105,6 +106,13 @@ CSeveralWindow::CSeveralWindow(CTexturonDoc& doc, QWidget* parent) : QDialog(par
   upright->setStretchFactor(0, 2);
   upright->setStretchFactor(1, 1);
   outer->addWidget(upright, 1);
+  drawing_ = new QLabel(this);
+  drawing_->setObjectName("drawing");
+  drawing_->setWordWrap(true);
+  drawing_->setTextFormat(Qt::PlainText);
+  drawing_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  drawing_->setVisible(false);
+  outer->addWidget(drawing_);
   state_ = new QLabel(this);
   state_->setObjectName("state");
   state_->setWordWrap(true);
@@ -434,6 +442,7 @@ void CSeveralWindow::ShowTable() {
     results.Add(entry->document);
     titles << entry->name;
   }
+  ShowDrawing(results);
   titles << tr("Mean") << tr("Standard deviation") << tr("Range") << tr("Unit") << tr("Verdict");
   QSet<int> numbers;
   const int figures = static_cast<int>(entries_.size()) + 3;
@@ -455,7 +464,7 @@ void CSeveralWindow::ShowTable() {
     for (const auto& value : {row.statistics.mean, row.statistics.standardDeviation, row.statistics.Range()})
       add(value);
     cells << Readable(FromText(row.row.quantity.Unit(metric)));
-    cells << (row.acceptance ? EngineText(AcceptanceWord(row.acceptance->verdict)) : QString());
+    cells << (row.acceptance ? EngineText(VerdictWord(row.acceptance->verdict)) : QString());
     const bool isBad = row.acceptance && row.acceptance->verdict == Acceptance::kFail;
     records << CGridCtrl::Record{.cells = cells,
                                  .standsOut = isBad,
@@ -468,6 +477,16 @@ void CSeveralWindow::ShowTable() {
   tableRoom_->layout()->addWidget(table_);
   table_->setAccessibleName(tr("Parameters of the profiles"));
   table_->Show(records);
+}
+
+void CSeveralWindow::ShowDrawing(const SeveralResults& results) {
+  QStringList lines;
+  for (const JudgedRequirement& judged : results.Requirements()) {
+    const std::string verdict = RequirementVerdict(entries_.front()->document, judged);
+    lines << tr("Drawing: %1").arg(FromText(judged.requirement.source) + ": " + Readable(EngineText(verdict)));
+  }
+  drawing_->setText(lines.join('\n'));
+  drawing_->setVisible(!lines.isEmpty());
 }
 
 void CSeveralWindow::OnSettingsChanged() {

@@ -69,6 +69,8 @@ private:
   void DrawOverlay();
   void LabelCursors();
   void ShowTable();
+  /// What the drawing in the settings comes to over all profiles, a line each.
+  void ShowDrawing(const SeveralResults& results);
   void OnSettingsChanged();
   ProfileKind Kind() const;
   QColor ColourOf(std::size_t entry) const;
@@ -85,6 +87,7 @@ private:
   QPushButton* alignHere_;
   QListWidget* list_;
   CClickableProfileGraph* graph_;
+  QLabel* drawing_;
   QLabel* state_;
   CGridCtrl* table_;
   QWidget* tableRoom_;

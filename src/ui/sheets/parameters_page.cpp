@@ -152,7 +152,10 @@ void CParametersPage::Refresh() {
         if (const bool* const flag = std::get_if<bool>(&value)) {
           flags |= Qt::ItemIsUserCheckable;
           item->setCheckState(*flag ? Qt::Checked : Qt::Unchecked);
-          if (column == 0) item->setText(TitleOf(name));
+          if (column == 0) {
+            item->setText(TitleOf(name));
+            item->setToolTip(item->text());
+          }
         } else {
           flags |= Qt::ItemIsEditable;
           item->setText(FromText(EntryText(*key, value, true)));
@@ -162,6 +165,15 @@ void CParametersPage::Refresh() {
       item->setFlags(flags);
     }
   }
+  FitNames();
+}
+
+void CParametersPage::FitNames() {
+  // A name with its editions is read whole; the definition, which has its tip, gives the room.
+  constexpr int kMostCharacters = 26;
+  const int most = table_->fontMetrics().averageCharWidth() * kMostCharacters;
+  table_->resizeColumnToContents(0);
+  if (table_->columnWidth(0) > most) table_->setColumnWidth(0, most);
 }
 
 QString CParametersPage::TitleOf(const std::string& name) const {

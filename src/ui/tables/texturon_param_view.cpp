@@ -172,11 +172,9 @@ void CTexturonParamView::Update() {
       names_ << QString();
     }
     const bool lacksValue = !row.verdict && row.row.tolerance.toleranced;
-    const QString verdict = lacksValue                               ? tr("no value")
-                            : !row.verdict                           ? QString()
-                            : *row.verdict == Acceptance::kPass      ? tr("pass")
-                            : *row.verdict == Acceptance::kUndecided ? tr("undecided")
-                                                                     : tr("out of tolerance");
+    const QString verdict = lacksValue    ? tr("no value")
+                            : row.verdict ? EngineText(VerdictWord(*row.verdict))
+                                          : QString();
     names_ << FromText(row.row.name);
     records << CGridCtrl::Record{
         .cells = {FromText(row.title),

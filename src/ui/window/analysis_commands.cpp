@@ -30,7 +30,13 @@ void CMainFrame::ShowSheet() {
     connect(sheet, &CLiveSheet::PutBack, this, [this](const QString& titles) {
       constexpr int kShownMS = 15'000;
       const QString again = doc_->CanRedo() ? tr(" Redo brings the changes back.") : QString();
-      statusBar()->showMessage(tr("Put back as it was: %1.").arg(titles) + again, kShownMS);
+      const QString message = tr("Put back as it was: %1.").arg(titles) + again;
+      statusBar()->showMessage(message, kShownMS);
+      // After a redo it would be wrong.
+      const auto drop = [this, message] {
+        if (statusBar()->currentMessage() == message) statusBar()->clearMessage();
+      };
+      connect(doc_, &CTexturonDoc::Changed, statusBar(), drop, Qt::SingleShotConnection);
     });
   }
   sheet->show();
