@@ -14,7 +14,7 @@ std::string CautionOf(const Document& document) {
   const double samplingMM = document.AnalysedBy().LcCutoffMM;
   if (!(lengthMM < samplingMM * kRounding)) return {};
   const bool metric = document.settings.display.Metric;
-  return "The evaluated " + LengthText(lengthMM, metric) + " are shorter than one sampling length of " +
+  return "Less than one sampling length evaluated: " + LengthText(lengthMM, metric) + " of " +
          LengthText(samplingMM, metric) + ".";
 }
 

@@ -92,8 +92,8 @@ TEST(ReportTexts, TellWhatIsUndecidedAndWhy) {
   for (ParameterDef& row : document.catalogue.rows) row.value = 0.5;
   texts = MakeReportTexts(document, "now");
   EXPECT_EQ(texts.summary,
-            "All 2 toleranced parameters are within tolerance. The evaluated 0.5000 mm are shorter than one sampling "
-            "length of 0.8000 mm.");
+            "All 2 toleranced parameters are within tolerance. Less than one sampling length evaluated: 0.5000 mm of "
+            "0.8000 mm.");
   EXPECT_EQ(texts.outcome, ReportOutcome::kOpen);
 }
 

@@ -142,8 +142,8 @@ std::optional<GeometricCircle> FitGeometricCircle(std::span<const double> height
                          .bendUncertainty = std::sqrt(variance) / halfUM};
   // Below this height of the arc are the roundings of the heights.
   constexpr double kLeastArcUM = 1e-7;
-  circle.isBent = std::abs(circle.bend) > 2.0 * circle.bendUncertainty &&
-                  std::abs(circle.bend) * halfUM * halfUM > kLeastArcUM;
+  circle.isBent =
+      std::abs(circle.bend) > 2.0 * circle.bendUncertainty && std::abs(circle.bend) * halfUM * halfUM > kLeastArcUM;
   circle.radiusUM = -0.5 / circle.bend;
   return circle;
 }

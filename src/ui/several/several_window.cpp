@@ -26,6 +26,7 @@
 #include "base/quantity.h"
 #include "platform/platform.h"
 #include "platform/prompts.h"
+#include "presentation/cautions.h"
 #include "presentation/requirement_texts.h"
 #include "presentation/table_rows.h"
 #include "settings/setting_choices.h"
@@ -239,6 +240,7 @@ void CSeveralWindow::AddFile(const std::filesystem::path& file) {
     entry->name = FromPath(file.filename());
     if (count > 1) entry->name += QString(" (%1)").arg(i + 1);
     NoteDoubt(entry->name, TryByKnownBudget(entry->document));
+    NoteCaution(*entry);
     entries_.push_back(std::move(entry));
   }
 }
@@ -250,6 +252,11 @@ void CSeveralWindow::Tell(const QString& sentences) {
 
 void CSeveralWindow::NoteDoubt(const QString& name, const QString& reason) {
   if (!reason.isEmpty()) faults_ << tr("%1 has no uncertainty: %2.").arg(name, reason);
+}
+
+void CSeveralWindow::NoteCaution(const Entry& entry) {
+  const std::string caution = CautionOf(entry.document);
+  if (!caution.empty()) faults_ << entry.name + ": " + EngineText(caution);
 }
 
 void CSeveralWindow::RemoveChosen() {
@@ -501,7 +508,9 @@ void CSeveralWindow::OnSettingsChanged() {
     ApplySettings(entry->document, doc_.document().settings);
     const RunStep step = AnalyseRecord(entry->document, nobody, doc_.environment());
     if (!step.ok()) faults_ << entry->name + " " + EngineText(step.Reason()) + ".";
-    if (step.ok()) NoteDoubt(entry->name, TryByKnownBudget(entry->document));
+    if (!step.ok()) continue;
+    NoteDoubt(entry->name, TryByKnownBudget(entry->document));
+    NoteCaution(*entry);
   }
   DrawOverlay();
   ShowTable();

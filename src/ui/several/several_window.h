@@ -60,6 +60,8 @@ private:
   void AddFile(const std::filesystem::path& file);
   void Tell(const QString& sentences);
   void NoteDoubt(const QString& name, const QString& reason);
+  /// What the verdict must be read with for this profile.
+  void NoteCaution(const Entry& entry);
   void RemoveChosen();
   void AlignChosenHere();
   void AskForReport();

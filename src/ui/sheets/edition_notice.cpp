@@ -26,16 +26,19 @@ QString EditionNotice(const EditionChange& change, const AnalysisSettings& setti
   QStringList clauses;
   if (!change.without.empty()) clauses << QObject::tr("there is no row for %1").arg(Some(change.without));
   if (!change.limitsLost.empty()) {
-    clauses << QObject::tr("the limits of %1 are left out, because the row has another unit now").arg(Some(change.limitsLost));
+    clauses << QObject::tr("the limits of %1 are left out, because the row has another unit now")
+                   .arg(Some(change.limitsLost));
   }
   std::vector<std::string> moved;
   for (const auto& [before, now] : change.limitsMoved) moved.push_back(before + " > " + now);
-  if (!moved.empty()) clauses << QObject::tr("limits went over: %1").arg(Some(moved).replace(">", QString::fromUtf8("\u2192")));
+  if (!moved.empty())
+    clauses << QObject::tr("limits went over: %1").arg(Some(moved).replace(">", QString::fromUtf8("\u2192")));
   if (change.leftOut > 0) {
     clauses << QObject::tr("%n rows are left out, because a list holds 128", nullptr, static_cast<int>(change.leftOut));
   }
   if (clauses.isEmpty()) return {};
-  const QString edition = settings.standard.Edition == "both" ? QObject::tr("Both editions") : FromText(settings.standard.Edition);
+  const QString edition =
+      settings.standard.Edition == "both" ? QObject::tr("Both editions") : FromText(settings.standard.Edition);
   return QObject::tr("%1: %2.").arg(edition, clauses.join("; "));
 }
 

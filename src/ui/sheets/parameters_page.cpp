@@ -178,10 +178,11 @@ void CParametersPage::FitNames() {
 
 QString CParametersPage::TitleOf(const std::string& name) const {
   if (ChosenEdition(settings_.analysis) != EditionChoice::kBoth) return FromText(name);
-  QStringList editions;
-  if (FindMasterRow(name) != nullptr) editions << FromText(NameOf(Edition::k1997));
-  if (ParseEditionName(name).row != nullptr) editions << FromText(NameOf(Edition::k2021));
-  return editions.isEmpty() ? FromText(name) : QString("%1 (%2)").arg(FromText(name), editions.join(", "));
+  const bool isOld = FindMasterRow(name) != nullptr;
+  const bool isNew = ParseEditionName(name).row != nullptr;
+  if (!isOld && !isNew) return FromText(name);
+  const QString edition = isOld && isNew ? tr("both") : FromText(NameOf(isNew ? Edition::k2021 : Edition::k1997));
+  return QString("%1 (%2)").arg(FromText(name), edition);
 }
 
 QString CParametersPage::TextOf(const std::string& name, bool isUnit) const {

@@ -32,9 +32,9 @@ std::string Chosen(const AnalysisSettings& settings) {
 }
 
 TEST(EditionChange, RowsChosenByHandBecomeThoseOfTheEdition) {
-  const std::vector<ParameterSelection> old = {Limited("RzDIN", 5), {.name = "Ra"},       Limited("Rp", 2),
-                                               Limited("Rdq", 9),   Limited("Rvdd", 1),   {.name = "Rvm"},
-                                               {.name = "Rpc"},     {.name = "Psm", .selected = false}};
+  const std::vector<ParameterSelection> old = {
+      Limited("RzDIN", 5), {.name = "Ra"},  Limited("Rp", 2), Limited("Rdq", 9),
+      Limited("Rvdd", 1),  {.name = "Rvm"}, {.name = "Rpc"},  {.name = "Psm", .selected = false}};
   AnalysisSettings settings = Of("2021", old);
   const EditionChange now = TranslateList(EditionChoice::k1997, settings);
   EXPECT_EQ(Chosen(settings), "Rz<5 Ra Rpt<2 Rdq Rv ") << "Rp, Rvm and Rpc mean something else there";
