@@ -120,10 +120,14 @@ TEST(Trend, ShowsWhatAProcessKeeps) {
   files.push_back({{}, "failed.lmt"});
   pane.Add(files);
   // Mean 2, s 1: Cpk = (2.5 - 2) / 3.
-  EXPECT_EQ(Child<QLabel>(pane, "capability").text(), "n 3    mean 2    s 1    Cpk 0.1667");
+  EXPECT_EQ(Child<QLabel>(pane, "capability").text(),
+            QString::fromUtf8("n 3    mean 2 \u00B5m    s 1 \u00B5m    Cpk 0.1667"));
   pane.resize(900, 400);
   pane.show();
   QTest::qWait(20);
+  for (const QCPAxis* const axis : {pane.Chart().xAxis, pane.Histogram().yAxis}) {
+    for (const QString& tick : axis->tickVectorLabels()) EXPECT_FALSE(tick.contains('.')) << "there is no half a file";
+  }
   int opened = -1;
   QObject::connect(&pane, &CTrendPane::Activated, [&opened](int file) { opened = file; });
   const QPointF place(pane.Chart().xAxis->coordToPixel(2.0), pane.Chart().yAxis->coordToPixel(2.0));

@@ -27,7 +27,7 @@ QCustomPlot* MakePlot(QWidget* parent) {
   auto* const plot = new QCustomPlot(parent);
   plot->axisRect()->setupFullAxesBox(true);
   for (QCPAxis* const axis : {plot->xAxis, plot->yAxis}) axis->setTicker(MakeTicker());
-  plot->setMinimumSize(plot->fontMetrics().averageCharWidth() * 24, plot->fontMetrics().height() * 8);
+  plot->setMinimumSize(plot->fontMetrics().averageCharWidth() * 24, plot->fontMetrics().height() * 6);
   ApplyPalette(*plot);
   QObject::connect(plot, &QCustomPlot::afterLayout, plot, [plot] { SpreadLabels(*plot); });
   return plot;
@@ -109,7 +109,9 @@ TrendSeries CTrendPane::SeriesOf(const QString& title) const {
     series.values.push_back(isThere ? column->value : std::nullopt);
     series.outOfLimit.push_back(isThere && column->outOfTolerance);
     series.undecided.push_back(isThere && column->undecided);
-    if (isThere) series.limits = column->limits;
+    if (!isThere) continue;
+    series.limits = column->limits;
+    series.unit = Readable(FromText(column->unit));
   }
   if (std::find(series.undecided.begin(), series.undecided.end(), true) == series.undecided.end()) {
     series.undecided.clear();
