@@ -21,13 +21,13 @@ struct TableChoice {
   bool tolerancedFirst = false;
 };
 
-struct TableRow {
+struct GroupedRow {
   ShownRow shown;
   RowGroup group = RowGroup::kRoughness;
 };
 
 struct TableRows {
-  std::vector<TableRow> rows;
+  std::vector<GroupedRow> rows;
   bool isGrouped = false;    ///< the rows of a group stand together
   std::size_t selected = 0;  ///< rows that there would be with all
 };

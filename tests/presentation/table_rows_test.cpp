@@ -11,7 +11,7 @@ namespace {
 
 std::string Titles(const TableRows& table) {
   std::string titles;
-  for (const TableRow& row : table.rows) titles += row.shown.title + " ";
+  for (const GroupedRow& row : table.rows) titles += row.shown.title + " ";
   return titles;
 }
 
