@@ -129,7 +129,7 @@ CSeveralWindow::CSeveralWindow(CTexturonDoc& doc, QWidget* parent) : QDialog(par
     emit OpenRequested(FromPath(entries_[static_cast<std::size_t>(list_->row(item))]->document.profiles.sourceFile));
   });
   connect(&doc_, &CTexturonDoc::Changed, this, &CSeveralWindow::OnSettingsChanged);
-  ResizeInCharacters(*this, 150, 42);
+  ResizeInCharacters(*this, 185, 42);
   DrawOverlay();
 }
 

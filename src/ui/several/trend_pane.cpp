@@ -124,9 +124,25 @@ void CTrendPane::Draw() {
   series_ = SeriesOf(parameter_->currentText());
   DrawTrend(*chart_, series_);
   DrawHistogram(*histogram_, series_);
+  SpaceTicks();
   capability_->setText(parameter_->count() > 0 ? CapabilityText(series_) : QString());
   chart_->replot(QCustomPlot::rpQueuedReplot);
   histogram_->replot(QCustomPlot::rpQueuedReplot);
+}
+
+void CTrendPane::SpaceTicks() {
+  constexpr int kLinesOfTick = 3;
+  constexpr int kMostTicks = 6;
+  for (QCustomPlot* const plot : {chart_, histogram_}) {
+    const int ticks = plot->height() / (kLinesOfTick * plot->fontMetrics().height());
+    plot->yAxis->ticker()->setTickCount(std::clamp(ticks, 2, kMostTicks));
+  }
+}
+
+void CTrendPane::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  // The plots have their sizes once the splitter has laid them out.
+  QMetaObject::invokeMethod(this, &CTrendPane::Draw, Qt::QueuedConnection);
 }
 
 void CTrendPane::changeEvent(QEvent* event) {

@@ -79,6 +79,7 @@ CCompareWindow::CCompareWindow(CTexturonDoc& doc, QWidget* parent)
   table_->headerItem()->setToolTip(1, tr("What the step adds after those above it"));
   table_->headerItem()->setToolTip(2, tr("What the step does by itself from the first settings"));
   table_->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+  table_->header()->setStretchLastSection(false);
   practices_->setAccessibleName(tr("Practices, the nearest to the instrument's values first"));
   practices_->setHorizontalHeaderLabels({tr("Practice"), tr("Lc"), tr("Off by"), tr("Within 1 %")});
   practices_->setEditTriggers(QAbstractItemView::NoEditTriggers);

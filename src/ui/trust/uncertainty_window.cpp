@@ -27,6 +27,7 @@
 #include "presentation/value_place.h"
 #include "ui/colours.h"
 #include "ui/language.h"
+#include "ui/plots/clickable_profile_graph.h"
 #include "ui/qt_text.h"
 #include "ui/trust/known_budget.h"
 #include "ui/window/file_dialogs.h"
@@ -73,6 +74,7 @@ CUncertaintyWindow::CUncertaintyWindow(CTexturonDoc& doc, QWidget* parent)
   table_->setSelectionBehavior(QAbstractItemView::SelectRows);
   table_->setSelectionMode(QAbstractItemView::SingleSelection);
   table_->verticalHeader()->hide();
+  table_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 4);
   table_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
   table_->horizontalHeader()->setMinimumSectionSize(fontMetrics().averageCharWidth() * 10);
   table_->horizontalHeader()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
@@ -277,8 +279,14 @@ void CUncertaintyWindow::ShowResults() {
   DrawContributions(table_->currentRow());
 }
 
+void CUncertaintyWindow::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::PaletteChange) DrawContributions(table_->currentRow());
+  QDialog::changeEvent(event);
+}
+
 /// A bar a line of the budget, the longest first from above.
 void CUncertaintyWindow::DrawContributions(int row) {
+  ApplyPalette(*bars_);
   bars_->clearPlottables();
   bars_->axisRect()->setVisible(row >= 0);  // empty axes would only ask what they are
   const std::vector<ShownRow> rows = ShownRows(tried_);
