@@ -13,6 +13,7 @@
 #include "base/quantity.h"
 #include "parameters/edition2021/edition_table.h"
 #include "presentation/cautions.h"
+#include "presentation/head_texts.h"
 #include "presentation/profile_marks.h"
 #include "presentation/requirement_texts.h"
 #include "settings/setting_choices.h"
@@ -46,7 +47,7 @@ std::vector<ReportLine> Facts(const Document& document, std::string_view time, c
                                    {"Measured", profiles.dateTime},
                                    {"Analysed", std::string(time)},
                                    {"Record", RecordText(profiles, metric)}};
-  if (profiles.computeRange) facts.emplace_back("Form", FormDescription(document));
+  if (profiles.computeRange) facts.emplace_back("Form", FormForReaders(document));
   facts.emplace_back("Filter", FilterDescription(document));
   facts.emplace_back("Edition", EditionDescription(document));
   if (!document.results.uncertainties.empty()) {
@@ -56,8 +57,7 @@ std::vector<ReportLine> Facts(const Document& document, std::string_view time, c
     facts.emplace_back("Decision rule", std::string(rule.name) + ": " + std::string(rule.meaning));
   }
   if (profiles.evaluationRange) {
-    facts.emplace_back("Evaluated", DescribeStretch(*profiles.evaluationRange, profiles.spacingUM,
-                                                    profiles.residualSpacingUM, metric));
+    facts.emplace_back("Evaluated", EvaluatedForReaders(document));
     facts.emplace_back("Caution", CautionOf(document));
   }
   if (const auto excluded = HeededExclusion(document)) {
@@ -76,7 +76,7 @@ std::string LimitText(double limit, const ParameterDef& row, bool metric) {
 }
 
 ReportRow MakeRow(const ShownRow& shown, bool metric) {
-  ReportRow row{.title = shown.row.difference.empty() ? shown.title + shown.label : shown.title,
+  ReportRow row{.title = shown.row.difference.empty() ? shown.title + LabelForReaders(shown.label) : shown.title,
                 .value = shown.ValueAndUncertainty(),
                 .unit = shown.unit,
                 .verdict = shown.verdict,

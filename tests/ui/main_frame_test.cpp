@@ -230,7 +230,7 @@ TEST(DialogPrompts, QuestionsAndRemarksAreReadable) {
   prompts.Beside("File: a.txt\nColumns: 1 Raw, 2 Rough");
   EXPECT_EQ(prompts.AskText("Enter the data point spacing (um):", "0.35604927721996726"), "0.35604927721996726");
   EXPECT_EQ(prompts.AskText("Enter it:", "1.5"), "1.5");
-  EXPECT_EQ(shown, QStringList({"File: a.txt\nColumns: 1 Raw, 2 Rough\n\nEnter the data point spacing (um):",
+  EXPECT_EQ(shown, QStringList({"File: a.txt\nColumns: 1 Raw, 2 Rough\n\nEnter the data point spacing (\u00B5m):",
                                 "0.3560493", "Enter it:", "1.5"}));
   const std::pair<const char*, const char*> remarks[] = {
       {"the file states no usable point spacing; 0.35604927721996726 um is taken",

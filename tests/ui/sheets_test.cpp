@@ -6,6 +6,7 @@
 
 #include "settings/setting_entry.h"
 #include "settings/settings_text.h"
+#include "support/small_profiles.h"
 #include "ui/sheets/parameters_page.h"
 #include "ui/sheets/presets.h"
 #include "ui/sheets/region_dialogs.h"
@@ -67,22 +68,30 @@ SettingValue EnterAnother(const CSettingField& field, const SettingValue& presen
 }
 
 TEST_F(SettingsSheet, EveryEntryGoesIntoTheAnalysisAndCancelTakesItBack) {
-  Choose("metric");
-  const Settings before = InForce().settings;
+  // A short record and no window that draws it: the analysis runs for every field.
+  Environment environment = SystemEnvironment();
+  environment.traceFile.clear();
+  CTexturonDoc doc(prompts_, environment, nullptr);
+  ASSERT_TRUE(doc.Open(folder_.Write("short.lmt", SmallProfile(100, 1.0))));
+  DisplaySettings inches = doc.document().settings.display;
+  inches.Metric = !inches.Metric;
+  doc.ReplaceDisplay(inches);
+  const Settings before = doc.document().settings;
   std::set<const SettingKey*> reached;
-  CLiveSheet* const sheets[] = {&OpenSettings(), &Open<CBearingRatioSheet>("bearingRatiosAndHtp")};
-  for (CLiveSheet* const sheet : sheets) {
+  CSettingsSheet settingsSheet(doc, nullptr);
+  CBearingRatioSheet ratioSheet(doc, nullptr);
+  for (CLiveSheet* const sheet : {static_cast<CLiveSheet*>(&settingsSheet), static_cast<CLiveSheet*>(&ratioSheet)}) {
     for (const CSettingsPage* const page : sheet->findChildren<CSettingsPage*>()) {
       for (const SettingKey* const key : page->Keys()) reached.insert(key);
-    }
-    for (const CSettingField* const field : sheet->findChildren<CSettingField*>()) {
-      const auto& [key, row] = field->Place();
-      const auto wanted = EnterAnother(*field, key->binding.get(InForce().settings, row));
-      sheet->ApplyNow();
-      EXPECT_EQ(key->binding.get(InForce().settings, row), wanted) << field->objectName().toStdString();
-      sheet->reject();
-      EXPECT_EQ(InForce().settings, before) << field->objectName().toStdString();
-      sheet->show();
+      for (const CSettingField* const field : page->findChildren<CSettingField*>()) {
+        const auto& [key, row] = field->Place();
+        sheet->show();
+        const auto wanted = EnterAnother(*field, key->binding.get(doc.document().settings, row));
+        sheet->ApplyNow();
+        EXPECT_EQ(key->binding.get(doc.document().settings, row), wanted) << field->objectName().toStdString();
+        sheet->reject();
+        EXPECT_EQ(doc.document().settings, before) << field->objectName().toStdString();
+      }
     }
   }
   // Every setting that a person would choose can be reached in some sheet.
@@ -316,19 +325,20 @@ TEST_F(SettingsSheet, EnterIsOkWhereverItIsPressed) {
 }
 
 TEST_F(SettingsSheet, StandsBesideTheProfileAndFitsAnyScreen) {
-  for (const QSize size : {QSize(1366, 700), QSize(683, 360)}) {
+  for (const QSize size : {QSize(1366, 700), QSize(960, 486), QSize(683, 360)}) {
     MakeFrame(prompts_);
     frame_->show();
     frame_->resize(size);
     CSettingsSheet& sheet = OpenSettings();
     auto& panel = dynamic_cast<QDockWidget&>(*sheet.parentWidget());
-    EXPECT_EQ(panel.isFloating(), size.width() < 1000) << "beside the profile where that leaves room for it";
+    EXPECT_EQ(panel.isFloating(), size.width() < 900) << "beside the profile where that leaves room for it";
     for (int page = 0; page < sheet.Pages().count(); ++page) {
       sheet.Pages().setCurrentIndex(page);
       QTest::qWait(1);
       const auto& area = dynamic_cast<const QScrollArea&>(*sheet.Pages().widget(page));
       EXPECT_GE(area.viewport()->width(), area.widget()->minimumSizeHint().width()) << page;
     }
+    EXPECT_EQ(sheet.Pages().List().isVisible(), size.width() > 1000) << "else a box of the pages";
     EXPECT_LE(panel.width(), size.width() - (panel.isFloating() ? 0 : 400)) << size.width();
     EXPECT_LE(frame_->minimumSizeHint().height(), 620) << "with the panel";
     panel.close();

@@ -6,9 +6,8 @@
 #include <QGridLayout>
 #include <algorithm>
 
-#include "analysis/captions.h"
-#include "analysis/region_choice.h"
 #include "presentation/cautions.h"
+#include "presentation/head_texts.h"
 #include "presentation/requirement_texts.h"
 #include "ui/colours.h"
 #include "ui/language.h"
@@ -76,19 +75,11 @@ void CHeading::Update() {
     first += "     " + FromPath(file.filename());
   }
   if (profiles.inverted) first += "     " + tr("inverted");
-  const bool metric = document.settings.display.Metric;
   const std::string& cause = doc_.WhyNotEvaluated();
   QString stretch = cause.empty() ? tr("Not evaluated: the profile cannot be analysed with these settings.")
                                   : tr("Not evaluated: %1.").arg(EngineText(cause));
-  if (profiles.evaluationRange) {
-    stretch = tr("Evaluated: %1")
-                  .arg(EngineText(DescribeStretch(*profiles.evaluationRange, profiles.spacingUM,
-                                                  profiles.residualSpacingUM, metric)));
-  }
-  // Without a form its filter stands alone.
-  QString analysis = FromText(AnalysisDescription(document));
-  if (analysis.startsWith(" / ")) analysis.remove(0, 3);
-  lines_ = QStringList{first, analysis, stretch};
+  if (profiles.evaluationRange) stretch = tr("Evaluated: %1").arg(EngineText(EvaluatedForReaders(document)));
+  lines_ = QStringList{first, FromText(AnalysisForReaders(document)), stretch};
   if (const std::string caution = CautionOf(document); !caution.empty()) lines_ << EngineText(caution);
   for (const JudgedRequirement& judged : RequirementsOf(document)) {
     lines_ << DrawingText(judged.requirement.source, RequirementVerdict(document, judged));

@@ -27,10 +27,12 @@
 #include "platform/platform.h"
 #include "platform/prompts.h"
 #include "presentation/cautions.h"
+#include "presentation/head_texts.h"
 #include "presentation/requirement_texts.h"
 #include "presentation/table_rows.h"
 #include "settings/setting_choices.h"
 #include "ui/colours.h"
+#include "ui/flow_layout.h"
 #include "ui/language.h"
 #include "ui/plots/clickable_profile_graph.h"
 #include "ui/qt_text.h"
@@ -136,14 +138,14 @@ CSeveralWindow::CSeveralWindow(CTexturonDoc& doc, QWidget* parent) : QDialog(par
     emit OpenRequested(FromPath(entries_[static_cast<std::size_t>(list_->row(item))]->document.profiles.sourceFile));
   });
   connect(&doc_, &CTexturonDoc::Changed, this, &CSeveralWindow::OnSettingsChanged);
-  ResizeInCharacters(*this, 130, 42);
+  ResizeInCharacters(*this, 185, 42);
   DrawOverlay();
 }
 
 CSeveralWindow::~CSeveralWindow() = default;
 
 QLayout* CSeveralWindow::MakeChoices() {
-  auto* const row = new QHBoxLayout;
+  auto* const row = new CFlowLayout;
   const auto addButton = [this, row](const QString& text, const auto& act) {
     auto* const button = new QPushButton(text, this);
     connect(button, &QPushButton::clicked, this, act);
@@ -156,13 +158,18 @@ QLayout* CSeveralWindow::MakeChoices() {
   });
   addButton(tr("&Remove"), [this] { RemoveChosen(); });
   const auto addChoice = [this, row](const QString& title, const QStringList& items, const char* name) {
-    auto* const label = new QLabel(title, this);
-    auto* const box = new QComboBox(this);
+    // A name and its box stay together where the row is broken.
+    auto* const both = new QWidget(this);
+    auto* const pair = new QHBoxLayout(both);
+    pair->setContentsMargins(0, 0, 0, 0);
+    auto* const label = new QLabel(title, both);
+    auto* const box = new QComboBox(both);
     label->setBuddy(box);
     box->setObjectName(name);
     box->addItems(items);
-    row->addWidget(label);
-    row->addWidget(box);
+    pair->addWidget(label);
+    pair->addWidget(box);
+    row->addWidget(both);
     return box;
   };
   QStringList kinds;
@@ -182,7 +189,6 @@ QLayout* CSeveralWindow::MakeChoices() {
   mean_ = addBox(tr("&Mean"), "mean", tr("The mean of the profiles that are ticked."));
   band_ = addBox(tr("&Band"), "band", tr("The lowest and highest of them at each place."));
   difference_ = addBox(tr("&Difference"), "difference", tr("Where two are ticked: the first minus the second."));
-  row->addStretch(1);
   QStringList rules;
   for (const SettingChoice& choice : ChoicesOf(*FindSetting("DECISION", "AcceptanceRule")->key)) {
     rules << EngineText(choice.name);
@@ -462,7 +468,13 @@ void CSeveralWindow::ShowTable() {
     return RankOfInterest(one.row) < RankOfInterest(other.row);
   });
   for (const SeveralRow& row : rows) {
-    QStringList cells = {FromText(row.title + row.label)};
+    constexpr std::size_t kLongestInTitle = 28;
+    const std::string label = LabelForReaders(row.label);
+    const bool isLong = label.size() > kLongestInTitle;
+    QStringList cells = {FromText(isLong ? row.title : row.title + label)};
+    QStringList tip;
+    if (isLong) tip << FromText(label).trimmed();
+    if (row.acceptance) tip << EngineText(row.acceptance->by);
     const auto add = [&](const std::optional<double>& value) {
       const std::string text = row.Shown(value, metric);
       cells << (text.empty() ? QString::fromUtf8("\u2013") : Readable(FromText(text)));
@@ -475,7 +487,7 @@ void CSeveralWindow::ShowTable() {
     const bool isBad = row.acceptance && row.acceptance->verdict == Acceptance::kFail;
     records << CGridCtrl::Record{.cells = cells,
                                  .standsOut = isBad,
-                                 .tip = row.acceptance ? EngineText(row.acceptance->by) : QString(),
+                                 .tip = tip.join('\n'),
                                  .isUndecided = row.acceptance && row.acceptance->verdict == Acceptance::kUndecided};
   }
   // A table has its columns from the beginning.

@@ -220,7 +220,7 @@ void CLiveSheet::showEvent(QShowEvent* event) {
   for (CSettingsPage* const page : findChildren<CSettingsPage*>()) page->Reset();
   ShowFault();
   AssignPageLetters();
-  pages_->List().setFocus();
+  pages_->Chooser().setFocus();
 }
 
 void CLiveSheet::OnEdited() {

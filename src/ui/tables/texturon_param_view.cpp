@@ -13,6 +13,7 @@
 #include <QVBoxLayout>
 
 #include "parameters/catalogue.h"
+#include "presentation/head_texts.h"
 #include "presentation/shown_rows.h"
 #include "ui/language.h"
 #include "ui/qt_text.h"
@@ -42,7 +43,7 @@ QString TitleOf(RowGroup group) {
 }
 
 QString LabelOf(const ShownRow& row) {
-  return EngineText(ToText(FromText(row.label).trimmed()));
+  return EngineText(LabelForReaders(ToText(FromText(row.label).trimmed())));
 }
 
 /// The limits in the unit of the row; empty without.
