@@ -91,9 +91,9 @@ endfunction()
 
 # texturon_joined(name): compiles eight sources of a target at a time. Every source of the windows has the same templates
 # of Qt made for it, of the command line those of its parser: that is most of the time which one of them takes. Their
-# file-local names must differ, therefore; builds without precompiled headers compile each by itself.
+# file-local names must differ, therefore; builds without precompiled headers compile each by itself, but for packages.
 function(texturon_joined name)
-  if(NOT CMAKE_DISABLE_PRECOMPILE_HEADERS)
+  if(TEXTURON_JOINED OR NOT CMAKE_DISABLE_PRECOMPILE_HEADERS)
     set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 8)
   endif()
 endfunction()
