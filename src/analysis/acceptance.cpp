@@ -128,6 +128,18 @@ std::string_view AcceptanceWord(Acceptance verdict) {
   return "UNDECIDED";
 }
 
+std::string_view VerdictWord(Acceptance verdict) {
+  switch (verdict) {
+    case Acceptance::kPass:
+      return "within tolerance";
+    case Acceptance::kFail:
+      return "out of tolerance";
+    case Acceptance::kUndecided:
+      break;
+  }
+  return "undecided";
+}
+
 AcceptanceResult AcceptLimit(std::span<const std::optional<double>> values, double limit, bool isUpper,
                              AcceptanceRule rule) {
   const Measured measured(values);

@@ -32,8 +32,10 @@ AcceptanceRule AcceptanceRuleOf(std::int32_t number);
 
 enum class Acceptance : std::uint8_t { kPass, kFail, kUndecided };
 
-/// PASS, FAIL, UNDECIDED.
+/// PASS, FAIL, UNDECIDED: what programs read.
 std::string_view AcceptanceWord(Acceptance verdict);
+/// "within tolerance", "out of tolerance", "undecided": what people read, in every window, table and report.
+std::string_view VerdictWord(Acceptance verdict);
 
 struct AcceptanceResult {
   Acceptance verdict = Acceptance::kUndecided;

@@ -2,6 +2,7 @@
 
 #include "analysis/captions.h"
 
+#include <algorithm>
 #include <string_view>
 
 #include "analysis/edition_json.h"
@@ -21,6 +22,12 @@ std::string FormDescription(const Document& document) {
   constexpr std::string_view kOpening = "Form: ";
   std::string caption = FormCaption(document);
   if (caption.starts_with(kOpening)) caption.erase(0, kOpening.size());
+  // To people -0.000 is 0.000.
+  for (std::size_t at = caption.find(": -0"); at != std::string::npos; at = caption.find(": -0", at + 1)) {
+    const std::size_t sign = at + 2;
+    const std::size_t end = std::min(caption.find_first_not_of("0.", sign + 1), caption.size());
+    if (end == caption.size() || caption[end] == ' ' || caption[end] == ')') caption.erase(sign, 1);
+  }
   return caption;
 }
 

@@ -91,7 +91,7 @@ void AppendParameters(std::string& out, const Document& document) {
     }
     std::string line = PadRight(title, 12) + PadLeft(shown.value, 16) + "  " +
                        PadRight(Utf8FromWindows1252(shown.unit), 5) + Utf8FromWindows1252(shown.label);
-    if (shown.verdict) line += "   " + std::string(AcceptanceWord(*shown.verdict));
+    if (shown.verdict) line += "   " + std::string(VerdictWord(*shown.verdict));
     line.erase(line.find_last_not_of(' ') + 1);
     out += line + "\n";
   }

@@ -26,7 +26,7 @@ std::vector<std::string> TableLine(const SeveralRow& row, bool metric) {
   cells.push_back(Utf8FromWindows1252(PrintedUnit(row.row.quantity.Unit(metric))));
   std::string verdict;
   if (row.acceptance) {
-    verdict = std::string(AcceptanceWord(row.acceptance->verdict)) + " (" + std::string(row.acceptance->by) + ")";
+    verdict = std::string(VerdictWord(row.acceptance->verdict)) + " (" + std::string(row.acceptance->by) + ")";
   }
   cells.push_back(verdict);
   return cells;

@@ -15,6 +15,7 @@
 #include "platform/interrupt.h"
 #include "platform/platform.h"
 #include "presentation/shown_rows.h"
+#include "presentation/value_place.h"
 
 namespace texturon {
 namespace {
@@ -41,8 +42,8 @@ std::string Aligned(const std::vector<std::vector<std::string>>& lines, std::siz
 
 std::string VerdictCell(const std::optional<Decision>& decision) {
   if (!decision) return {};
-  std::string text(AcceptanceWord(decision->verdict));
-  if (decision->conformity) text += " (" + FixedText(100.0 * *decision->conformity, 1) + " % conform)";
+  std::string text(VerdictWord(decision->verdict));
+  if (decision->conformity) text += " (" + FixedText(100.0 * *decision->conformity, 1) + " % within)";
   return text;
 }
 
@@ -136,12 +137,8 @@ std::string UncertaintyTable(const Document& document, const UncertaintyRequest&
   for (std::size_t i = 0; i < rows.size(); ++i) {
     const auto& uncertainty = result.Of(i);
     if (!uncertainty) continue;
-    const Quantity& quantity = rows[i].row.quantity;
-    const auto shown = [&](double value, int figures) {
-      return SignificantText(quantity.Shown(value, metric), figures);
-    };
-    lines.push_back({Utf8FromWindows1252(rows[i].title), rows[i].value, shown(uncertainty->Expanded(), 2),
-                     shown(uncertainty->low, 5), shown(uncertainty->high, 5), shown(uncertainty->bias, 2),
+    const UncertaintyTexts texts = TextsOf(rows[i].row, *uncertainty, metric);
+    lines.push_back({Utf8FromWindows1252(rows[i].title), texts.value, texts.expanded, texts.low, texts.high, texts.bias,
                      FixedText(100.0 * uncertainty->undefined, 1) + " %", Utf8FromWindows1252(rows[i].unit),
                      VerdictCell(Decide(document, rows[i].row, i))});
   }

@@ -10,6 +10,7 @@
 #include "base/elementary.h"
 #include "base/number_text.h"
 #include "base/quantity.h"
+#include "signal/form/geometric_circle.h"
 
 namespace texturon {
 namespace {
@@ -34,38 +35,13 @@ Line FitLine(std::span<const double> heights) {
   return {sum / static_cast<double>(heights.size()), product / square};
 }
 
-/// Radius in the unit of half a length: x^2 + z^2 + a x + b z + c = 0 by least squares. x is symmetric about 0, so that
-/// its odd sums vanish.
-std::optional<double> FitRadius(std::span<const double> heights, double heightFactor) {
-  const double half = 0.5 * static_cast<double>(heights.size() - 1);
-  const double mean = FitLine(heights).mean;
-  double xx = 0.0, xz = 0.0, zz = 0.0, xq = 0.0, zq = 0.0, q = 0.0;
-  const auto count = static_cast<double>(heights.size());
-  for (std::size_t i = 0; i < heights.size(); ++i) {
-    const double x = (static_cast<double>(i) - half) / half;
-    const double z = (heights[i] - mean) * heightFactor;
-    const double squares = x * x + z * z;
-    xx += x * x;
-    xz += x * z;
-    zz += z * z;
-    xq += x * squares;
-    zq += z * squares;
-    q += squares;
-  }
-  // The sums of x and z are 0: c follows by itself, a and b from two equations.
-  const double determinant = xx * zz - xz * xz;
-  if (!(determinant > 1e-12 * xx * std::max(zz, 1e-300))) return std::nullopt;
-  const double a = -(xq * zz - zq * xz) / determinant;
-  const double b = -(zq * xx - xq * xz) / determinant;
-  const double c = -q / count;
-  const double radius = std::sqrt(0.25 * (a * a + b * b) - c);
-  // The centre of a dome lies below.
-  return std::isfinite(radius) ? std::optional(0.5 * b >= 0.0 ? radius : -radius) : std::nullopt;
-}
-
 /// z = u + v x + h d by least squares, d being 1 between the cursors and 0 beside them; h and v.
 std::optional<std::pair<double, double>> FitStep(std::span<const double> heights, std::size_t first, std::size_t last) {
-  if (first == 0 && last + 1 == heights.size()) return std::nullopt;
+  // A few samples that are left beside a stretch that was computed over have no mean line of their own.
+  constexpr std::size_t kLeastBeside = 3;
+  constexpr std::size_t kLeastShare = 20;
+  const std::size_t between = last - first + 1;
+  if (heights.size() - between < std::max(kLeastBeside, between / kLeastShare)) return std::nullopt;
   // Taking the mean of each part out leaves one slope for both.
   std::array<double, 2> count{}, x{}, z{};
   const auto part = [&](std::size_t i) -> std::size_t { return i >= first && i <= last ? 1 : 0; };
@@ -104,8 +80,8 @@ std::optional<CursorMeasures> MeasureBetween(std::span<const double> heightsUM, 
   CursorMeasures measures;
   measures.angleDegrees = Atan(line.slope / halfUM) * 180.0 / std::numbers::pi;
   measures.lineUM = {line.mean - line.slope, line.mean + line.slope};
-  if (const auto radius = FitRadius(between, 1.0 / halfUM))
-    measures.radiusMM = *radius * halfUM * kMillimetresPerMicrometre;
+  const auto circle = FitGeometricCircle(between, spacingUM);
+  if (circle && circle->isBent) measures.radiusMM = circle->radiusUM * kMillimetresPerMicrometre;
   if (const auto step = FitStep(heightsUM, first, last)) {
     const auto [height, slope] = *step;
     measures.stepUM = height;
@@ -130,10 +106,13 @@ std::string MeasureText(const Document& document, ProfileKind kind, const std::p
   if (measures->stepUM) {
     text += "  step " + HeightReadout(*measures->stepUM, metric) + "  distance of the mean lines " +
             HeightReadout(*measures->distanceUM, metric);
+  } else {
+    text += "  no step: it needs the profile beside the cursors, too";
   }
   text += "  angle " + ReadoutText(measures->angleDegrees, 4) + "\xB0  mean line " +
           HeightReadout(measures->lineUM.first, metric) + " to " + HeightReadout(measures->lineUM.second, metric);
-  if (measures->radiusMM) text += "  radius " + LengthReadout(*measures->radiusMM, metric);
+  text += measures->radiusMM ? "  radius " + LengthReadout(*measures->radiusMM, metric)
+                             : "  no radius: the stretch is flat within its roughness";
   return text + "  (" + ProfileTitle(kind) + ")";
 }
 

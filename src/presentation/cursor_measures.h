@@ -16,11 +16,11 @@ struct CursorMeasures {
   /// The stretch between by its own least-squares line: its angle to X, and the height of that line at either cursor.
   double angleDegrees = 0.0;
   std::pair<double, double> lineUM;
-  /// Least-squares circle of the stretch between, by its algebraic equation; negative where it is hollow. Nothing for a
-  /// straight line.
+  /// Least-squares circle of the stretch between, by distances at right angles; negative where it is hollow. Nothing
+  /// where its bend does not stand out of the roughness.
   std::optional<double> radiusMM;
   /// Height of the stretch between above the sides: two parallel least-squares lines, one through it and one through
-  /// both sides. Nothing without sides.
+  /// both sides. Nothing without sides, nor where they have less than a twentieth of the samples between.
   std::optional<double> stepUM;
   /// The distance at right angles of these two lines.
   std::optional<double> distanceUM;

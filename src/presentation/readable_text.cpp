@@ -31,7 +31,7 @@ public:
 
   std::string Run() {
     while (at_ < text_.size()) {
-      if (!TakeSign() && !TakeExponent() && !TakeUnit()) out_ += text_[at_++];
+      if (!TakeSign() && !TakeExponent() && !TakeUnit() && !TakeSpelling()) out_ += text_[at_++];
     }
     return std::move(out_);
   }
@@ -94,6 +94,23 @@ private:
       return true;
     }
     return false;
+  }
+
+  /// Micrometres, and counts for a length, as texts for files spell them.
+  bool TakeSpelling() {
+    constexpr std::pair<std::string_view, std::string_view> kSpellings[] = {
+        {"um by um", "\u00B5m by \u00B5m"}, {"(um)", "(\u00B5m)"}, {"#/cm", "1/cm"}, {"#/in", "1/in"}};
+    for (const auto& [spelled, shown] : kSpellings) {
+      if (text_.substr(at_, spelled.size()) != spelled || IsWord(Before()) || IsWord(At(at_ + spelled.size())))
+        continue;
+      out_ += shown;
+      at_ += spelled.size();
+      return true;
+    }
+    if (text_.substr(at_, 3) != " um" || IsWord(At(at_ + 3)) || !IsDigit(Before())) return false;
+    out_ += " \u00B5m";
+    at_ += 3;
+    return true;
   }
 
   std::string_view text_;

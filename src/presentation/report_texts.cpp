@@ -12,6 +12,8 @@
 #include "base/program_version.h"
 #include "base/quantity.h"
 #include "parameters/edition2021/edition_table.h"
+#include "presentation/cautions.h"
+#include "presentation/head_texts.h"
 #include "presentation/profile_marks.h"
 #include "presentation/requirement_texts.h"
 #include "settings/setting_choices.h"
@@ -45,7 +47,7 @@ std::vector<ReportLine> Facts(const Document& document, std::string_view time, c
                                    {"Measured", profiles.dateTime},
                                    {"Analysed", std::string(time)},
                                    {"Record", RecordText(profiles, metric)}};
-  if (profiles.computeRange) facts.emplace_back("Form", FormDescription(document));
+  if (profiles.computeRange) facts.emplace_back("Form", FormForReaders(document));
   facts.emplace_back("Filter", FilterDescription(document));
   facts.emplace_back("Edition", EditionDescription(document));
   if (!document.results.uncertainties.empty()) {
@@ -55,8 +57,8 @@ std::vector<ReportLine> Facts(const Document& document, std::string_view time, c
     facts.emplace_back("Decision rule", std::string(rule.name) + ": " + std::string(rule.meaning));
   }
   if (profiles.evaluationRange) {
-    facts.emplace_back("Evaluated", DescribeStretch(*profiles.evaluationRange, profiles.spacingUM,
-                                                    profiles.residualSpacingUM, metric));
+    facts.emplace_back("Evaluated", EvaluatedForReaders(document));
+    facts.emplace_back("Caution", CautionOf(document));
   }
   if (const auto excluded = HeededExclusion(document)) {
     facts.emplace_back("Not in the form fit",
@@ -74,7 +76,7 @@ std::string LimitText(double limit, const ParameterDef& row, bool metric) {
 }
 
 ReportRow MakeRow(const ShownRow& shown, bool metric) {
-  ReportRow row{.title = shown.row.difference.empty() ? shown.title + shown.label : shown.title,
+  ReportRow row{.title = shown.row.difference.empty() ? shown.title + LabelForReaders(shown.label) : shown.title,
                 .value = shown.ValueAndUncertainty(),
                 .unit = shown.unit,
                 .verdict = shown.verdict,
@@ -102,19 +104,22 @@ void Summarise(ReportTexts& texts) {
   std::size_t failed = 0;
   std::size_t missing = 0;
   std::size_t undecided = 0;
+  std::size_t doubted = 0;  // by a rule that lets what is undecided fail
   std::string_view doubt;
   for (const ReportRow& row : texts.rows) {
     if (row.verdict) ++judged;
     if (row.verdict == Acceptance::kFail) ++failed;
-    if (row.verdict == Acceptance::kUndecided && undecided++ == 0) doubt = row.doubt;
+    if (row.verdict == Acceptance::kFail && !row.doubt.empty() && doubted++ == 0) doubt = row.doubt;
+    if (row.verdict == Acceptance::kUndecided && undecided++ + doubted == 0) doubt = row.doubt;
     if (row.isToleranced && !row.verdict) ++missing;
   }
   if (failed > 0) {
     texts.summary = Count(failed) + " of " + Count(judged) + " toleranced parameters out of tolerance.";
+    if (doubted > 0) texts.summary += " " + Count(doubted) + " of them undecided: " + std::string(doubt) + ".";
   } else if (judged == 1 && undecided == 0) {
-    texts.summary = "The toleranced parameter is within its limits.";
+    texts.summary = "The toleranced parameter is within tolerance.";
   } else if (judged > 0 && undecided == 0) {
-    texts.summary = "All " + Count(judged) + " toleranced parameters are within their limits.";
+    texts.summary = "All " + Count(judged) + " toleranced parameters are within tolerance.";
   }
   if (undecided > 0) {
     texts.summary += (failed > 0 ? " " : "") + Count(undecided) + " of " + Count(judged) +
@@ -140,10 +145,17 @@ void SummariseDrawing(const std::vector<JudgedRequirement>& drawing, ReportTexts
     const ReportOutcome outcome = isOpen ? ReportOutcome::kOpen : ReportOutcome::kFail;
     if (outcome <= texts.outcome) continue;
     texts.outcome = outcome;
-    worst = std::string("The drawing is ") + (isOpen ? "undecided" : "not met") + " (" + judged.requirement.source +
-            ": " + std::string(result.by) + ").";
+    worst = "Drawing " + std::string(ConformityWord(result.verdict)) + " (" + judged.requirement.source + ": " +
+            std::string(result.by) + ").";
   }
   if (!worst.empty()) texts.summary += (texts.summary.empty() ? "" : " ") + worst;
+}
+
+/// A verdict on too little is none to rely on.
+void SummariseCaution(const std::string& caution, ReportTexts& texts) {
+  if (caution.empty() || texts.summary.empty()) return;
+  texts.summary += " " + caution;
+  if (texts.outcome == ReportOutcome::kPass) texts.outcome = ReportOutcome::kOpen;
 }
 
 std::vector<ReportLine> ChangedSettings(const Settings& settings) {
@@ -182,8 +194,7 @@ std::vector<std::string> LimitTitles() {
 
 std::string VerdictText(const ReportRow& row) {
   if (!row.verdict) return row.value.empty() ? "no value" : "";
-  constexpr std::string_view kWords[] = {"pass", "out", "undecided"};
-  return std::string(kWords[static_cast<std::size_t>(*row.verdict)]);
+  return std::string(VerdictWord(*row.verdict));
 }
 
 ReportTexts MakeReportTexts(const Document& document, std::string_view time, const SeveralReport& several) {
@@ -202,6 +213,7 @@ ReportTexts MakeReportTexts(const Document& document, std::string_view time, con
   }
   Summarise(texts);
   SummariseDrawing(DrawingOf(document, several), texts);
+  SummariseCaution(CautionOf(document), texts);
   return texts;
 }
 

@@ -7,6 +7,7 @@
 
 #include "analysis/decision.h"
 #include "base/number_text.h"
+#include "presentation/head_texts.h"
 #include "presentation/shown_rows.h"
 
 namespace texturon {
@@ -88,11 +89,12 @@ std::vector<std::vector<std::string>> StatisticsCells(std::span<const SeveralRow
     const auto extreme = [&](double value) { return s.count > 0 ? std::optional(value) : std::nullopt; };
     std::string verdict;
     if (row.acceptance) {
-      verdict = std::string(AcceptanceWord(row.acceptance->verdict)) + " (" + std::string(row.acceptance->by) + ")";
+      verdict = std::string(VerdictWord(row.acceptance->verdict)) + " (" + std::string(row.acceptance->by) + ")";
     }
-    lines.push_back({row.title + row.label, IntegerText(static_cast<std::int64_t>(s.count)), row.Shown(s.mean, metric),
-                     row.Shown(s.standardDeviation, metric), row.Shown(extreme(s.least), metric),
-                     row.Shown(extreme(s.greatest), metric), PrintedUnit(row.row.quantity.Unit(metric)), verdict});
+    lines.push_back({row.title + LabelForReaders(row.label), IntegerText(static_cast<std::int64_t>(s.count)),
+                     row.Shown(s.mean, metric), row.Shown(s.standardDeviation, metric),
+                     row.Shown(extreme(s.least), metric), row.Shown(extreme(s.greatest), metric),
+                     PrintedUnit(row.row.quantity.Unit(metric)), verdict});
   }
   return lines;
 }

@@ -2,6 +2,8 @@
 
 #include "presentation/shown_profiles.h"
 
+#include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 
@@ -80,6 +82,28 @@ std::string SteepCaption(ProfileKind kind, double degrees, double percent) {
 Profile RemovedForm(const Document& document) {
   const ProfileSet& profiles = document.profiles;
   return {ProfileKind::kRaw, profiles.form, FormRange(document), profiles.spacingUM};
+}
+
+std::vector<double> HeightsBeside(const Document& document) {
+  const ProfileSet& profiles = document.profiles;
+  const Profile form = RemovedForm(document);
+  const auto& computed = profiles.computeRange;
+  if (!computed || computed->count >= profiles.pointCount || form.range.count < 2) return {};
+  const bool hasForm = form.samples.size() == profiles.raw.size();
+  if (!hasForm || profiles.raw.size() != static_cast<std::size_t>(profiles.pointCount)) return {};
+  // Far enough for a slope, near enough for that of the end.
+  const std::int32_t reach = std::max(form.range.count / 100, 1);
+  const auto at = [&](std::int32_t index) { return form.samples[static_cast<std::size_t>(index)]; };
+  const auto slopeAt = [&](std::int32_t from) { return (at(from + reach) - at(from)) / reach; };
+  const double slopes[] = {slopeAt(form.range.first), slopeAt(form.range.last - reach)};
+  std::vector<double> heights(profiles.raw.size(), std::nan(""));
+  for (std::int32_t i = 0; i < profiles.pointCount; ++i) {
+    if (i > computed->first && i < computed->last) continue;
+    const std::int32_t end = std::clamp(i, form.range.first, form.range.last);
+    const double level = at(end) + (i - end) * slopes[i < form.range.first ? 0 : 1];
+    heights[static_cast<std::size_t>(i)] = profiles.raw[static_cast<std::size_t>(i)] - level;
+  }
+  return heights;
 }
 
 }  // namespace texturon

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "analysis/document.h"
 #include "record/profile.h"
@@ -34,5 +35,9 @@ std::string SteepCaption(ProfileKind kind, double degrees, double percent);
 /// The form that was removed, where it lies in the measured record: over the samples that it was fitted to, at the
 /// measured spacing whatever the residual's is. An empty range before an analysis.
 Profile RemovedForm(const Document& document);
+
+/// What was measured beside the stretch that was computed over, in um above the removed form, which goes on there as
+/// steep as it ends: a height for every point of the record, NaN within the stretch. Empty where nothing lies beside.
+std::vector<double> HeightsBeside(const Document& document);
 
 }  // namespace texturon

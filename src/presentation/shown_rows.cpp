@@ -11,6 +11,7 @@
 #include "parameters/edition2021/edition_list.h"
 #include "parameters/labels.h"
 #include "parameters/row_settings.h"
+#include "presentation/value_place.h"
 #include "settings/setting_choices.h"
 
 namespace texturon {
@@ -100,11 +101,12 @@ std::vector<ShownRow> ShownRows(const Document& document) {
       rows.push_back(Show(document, rows.size(), entry.row, title, entry.label));
     }
   }
-  constexpr int kFigures = 2;
   const Uncertainties& uncertainties = document.results.uncertainties;
   for (std::size_t i = 0; i < std::min(rows.size(), uncertainties.size()); ++i) {
     if (!uncertainties[i] || rows[i].value.empty()) continue;
-    rows[i].expanded = SignificantText(rows[i].row.quantity.Shown(uncertainties[i]->Expanded(), metric), kFigures);
+    UncertaintyTexts texts = TextsOf(rows[i].row, *uncertainties[i], metric);
+    rows[i].expanded = std::move(texts.expanded);
+    rows[i].rounded = std::move(texts.value);
   }
   return rows;
 }

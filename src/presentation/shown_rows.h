@@ -25,9 +25,10 @@ struct ShownRow {
   std::string_view doubt;     ///< what stands between the value and a plain verdict: a clause; empty: nothing
   std::string reason;         ///< why there is no value, or none that is finite: a clause
   std::string expanded = {};  ///< expanded uncertainty (k = 2) in the value's unit; empty: not tried
+  std::string rounded = {};   ///< the value as it stands beside that, down to the same place
 
   /// "1.614 \xB1 0.016" in Windows-1252; the value alone where it was not tried.
-  std::string ValueAndUncertainty() const { return expanded.empty() ? value : value + " \xB1 " + expanded; }
+  std::string ValueAndUncertainty() const { return expanded.empty() ? value : rounded + " \xB1 " + expanded; }
 };
 
 /// What a row is. Texts are Windows-1252.

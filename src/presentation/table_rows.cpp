@@ -105,14 +105,14 @@ std::string OlderName(std::string_view name) {
 }
 
 /// Puts each row of 2021 behind its namesake, or else behind the row whose place it takes, where that is among them.
-void PairEditions(std::vector<TableRow>& rows) {
-  const auto isOlder = [](const TableRow& row) { return row.shown.row.edition == Edition::k1997; };
+void PairEditions(std::vector<ListedRow>& rows) {
+  const auto isOlder = [](const ListedRow& row) { return row.shown.row.edition == Edition::k1997; };
   std::vector<std::vector<std::size_t>> behind(rows.size());
   std::vector<bool> isPaired(rows.size());
   const auto pair = [&](const auto& nameOf) {
     for (std::size_t i = 0; i < rows.size(); ++i) {
       const std::string name = isOlder(rows[i]) || isPaired[i] ? std::string() : nameOf(rows[i].shown.row.name);
-      const auto owner = std::find_if(rows.begin(), rows.end(), [&](const TableRow& row) {
+      const auto owner = std::find_if(rows.begin(), rows.end(), [&](const ListedRow& row) {
         return isOlder(row) && EqualIgnoringCase(row.shown.row.name, name);
       });
       if (name.empty() || owner == rows.end()) continue;
@@ -122,7 +122,7 @@ void PairEditions(std::vector<TableRow>& rows) {
   };
   pair([](const std::string& name) { return name; });
   pair([](const std::string& name) { return OlderName(name); });
-  std::vector<TableRow> paired;
+  std::vector<ListedRow> paired;
   for (std::size_t i = 0; i < rows.size(); ++i) {
     if (isPaired[i]) continue;
     paired.push_back(std::move(rows[i]));
@@ -169,11 +169,11 @@ TableRows RowsOfTable(const Document& document, const TableChoice& choice) {
   if (table.isGrouped) {
     if (ChosenEdition(document.settings.analysis) == EditionChoice::kBoth) PairEditions(table.rows);
     std::stable_sort(table.rows.begin(), table.rows.end(),
-                     [](const TableRow& a, const TableRow& b) { return a.group < b.group; });
+                     [](const ListedRow& a, const ListedRow& b) { return a.group < b.group; });
   }
   if (choice.tolerancedFirst) {
     std::stable_partition(table.rows.begin(), table.rows.end(),
-                          [](const TableRow& row) { return row.shown.row.tolerance.toleranced; });
+                          [](const ListedRow& row) { return row.shown.row.tolerance.toleranced; });
   }
   return table;
 }
@@ -206,11 +206,12 @@ VerdictCount CountVerdicts(const Document& document) {
     ++count.judged;
     if (*row.verdict == Acceptance::kFail) {
       ++count.failed;
+      if (!row.doubt.empty() && count.doubted++ == 0) count.doubt = row.doubt;
       if (!count.firstBad) count.firstBad = row.title;
     } else if (*row.verdict == Acceptance::kUndecided) {
       if (count.undecided++ == 0) {
         firstUndecided = row.title;
-        count.doubt = row.doubt;
+        if (count.doubted == 0) count.doubt = row.doubt;
       }
     }
   }

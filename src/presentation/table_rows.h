@@ -21,13 +21,13 @@ struct TableChoice {
   bool tolerancedFirst = false;
 };
 
-struct TableRow {
+struct ListedRow {
   ShownRow shown;
   RowGroup group = RowGroup::kRoughness;
 };
 
 struct TableRows {
-  std::vector<TableRow> rows;
+  std::vector<ListedRow> rows;
   bool isGrouped = false;    ///< the rows of a group stand together
   std::size_t selected = 0;  ///< rows that there would be with all
 };
@@ -50,10 +50,11 @@ struct VerdictCount {
   std::size_t judged = 0;
   std::size_t failed = 0;
   std::size_t undecided = 0;
+  std::size_t doubted = 0;  ///< of those that failed: what fails only because nothing better is known
   std::size_t missing = 0;  ///< without a value; not among those judged
   std::optional<std::string>
       firstBad;  ///< title of the first that failed, else that is undecided, else without a value, else of the drawing
-  std::string_view doubt;             ///< why the first undecided one is: a clause
+  std::string_view doubt;             ///< why the first undecided or doubted one is: a clause
   std::optional<Acceptance> drawing;  ///< the worst of its requirements; none: there is no drawing
   std::string drawingSource;          ///< that requirement as it stands on the drawing; Windows-1252
   std::string drawingText;            ///< its value, verdict and what decided, likewise

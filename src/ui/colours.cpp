@@ -38,6 +38,10 @@ QColor UndecidedGround() {
   return {0x6B, 0x3F, 0xA0};
 }
 
+QColor CautionGround() {
+  return {0x7A, 0x5A, 0x00};
+}
+
 QColor WarningColour(bool onDark) {
   return onDark ? QColor(0xFF, 0x6B, 0x6B) : QColor(0xC8, 0x00, 0x00);
 }

@@ -23,6 +23,8 @@ QColor CurveColour(int number, const QPalette& ground);
 QColor VerdictGround(bool isGood);
 /// That of what nobody can say.
 QColor UndecidedGround();
+/// That of what is good as far as there is enough to tell.
+QColor CautionGround();
 /// Words about entries that cannot be used.
 QColor WarningColour(bool onDark);
 

@@ -37,8 +37,30 @@ TEST(CursorMeasures, StepAngleAndRadiusAreThoseOfTheShape) {
       Heights([](double x) { return std::cos(x) + (x >= 400 && x <= 1000 ? -2.0 : 0.0); }), 2.0, 200, 500);
   EXPECT_NEAR(*noisy->stepUM, -2.0, 0.02);
   EXPECT_FALSE(MeasureBetween(Heights([](double) { return 1.0; }), 2.0, 0, 999)->stepUM) << "there are no sides";
+  EXPECT_FALSE(MeasureBetween(Heights([](double x) { return x; }), 2.0, 0, 990)->stepUM) << "hardly any";
   EXPECT_FALSE(MeasureBetween(Heights([](double) { return 1.0; }), 2.0, 5, 6));
   EXPECT_FALSE(MeasureBetween({}, 2.0, 0, 0));
+  // An arc of 0.5 um in 2 mm under a texture of 2 um: its circle is found. Under twenty times the texture there is
+  // none.
+  const auto worn = [](double radius, double amplitude) {
+    return MeasureBetween(Heights([=](double x) {
+                            return 0.02 * x - (x - 1000.0) * (x - 1000.0) / (2.0 * radius) +
+                                   amplitude * std::sin(x / 4.1) * std::cos(x / 90.0);
+                          }),
+                          2.0, 0, 999);
+  };
+  ASSERT_TRUE(worn(1e6, 1.0)->radiusMM);
+  EXPECT_NEAR(*worn(1e6, 1.0)->radiusMM, 1000.0, 100.0);
+  EXPECT_FALSE(worn(1e6, 20.0)->radiusMM);
+}
+
+TEST(CursorMeasures, RadiusOfASteepTiltedArcIsThatOfTheCircle) {
+  for (const double radius : {1010.0, 1500.0, 1e5}) {
+    const auto arc = MeasureBetween(
+        Heights([radius](double x) { return -std::sqrt(radius * radius - (x - 990.0) * (x - 990.0)); }), 2.0, 0, 990);
+    ASSERT_TRUE(arc && arc->radiusMM) << radius;
+    EXPECT_NEAR(*arc->radiusMM, -1e-3 * radius, 1e-8 * radius);
+  }
 }
 
 }  // namespace

@@ -77,8 +77,24 @@ TEST(ReportTexts, TellWhatIsUndecidedAndWhy) {
   EXPECT_EQ(texts.summary,
             "1 of 2 toleranced parameters out of tolerance. 1 of 2 toleranced parameters undecided: the uncertainty "
             "reaches over a limit.");
-  EXPECT_EQ(VerdictText(texts.rows[0]) + VerdictText(texts.rows[1]) + VerdictText(texts.rows[2]), "outundecided");
+  EXPECT_EQ(VerdictText(texts.rows[0]) + VerdictText(texts.rows[1]) + VerdictText(texts.rows[2]),
+            "out of toleranceundecided");
   EXPECT_EQ(texts.outcome, ReportOutcome::kFail);
+  // A rule that lets what is undecided fail says that it is.
+  document.settings.decision.DecisionRule = kDecideGuardedFail;
+  document.results.uncertainties.clear();
+  EXPECT_EQ(MakeReportTexts(document, "now").summary,
+            "2 of 2 toleranced parameters out of tolerance. 2 of them undecided: no uncertainty is known.");
+  // Within tolerance, but on less than a sampling length.
+  document.settings.decision.DecisionRule = kDecideSimple;
+  document.profiles.evaluationRange = IndexRange::FromCount(0, 500);
+  document.profiles.residualSpacingUM = 1.0;
+  for (ParameterDef& row : document.catalogue.rows) row.value = 0.5;
+  texts = MakeReportTexts(document, "now");
+  EXPECT_EQ(texts.summary,
+            "All 2 toleranced parameters are within tolerance. Less than one sampling length evaluated: 0.5000 mm of "
+            "0.8000 mm.");
+  EXPECT_EQ(texts.outcome, ReportOutcome::kOpen);
 }
 
 TEST(ReportTexts, NameTheEditionAndWhatDiffers) {

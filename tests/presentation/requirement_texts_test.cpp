@@ -51,7 +51,7 @@ TEST(RequirementTexts, NameTheDrawingWithItsVerdict) {
   document.catalogue.rows[0].valid = true;
   const ReportTexts failed = MakeReportTexts(document, "now");
   EXPECT_EQ(failed.outcome, ReportOutcome::kFail);
-  EXPECT_EQ(failed.summary, "The drawing is not met (L Ra 0.4: maximum).");
+  EXPECT_EQ(failed.summary, "Drawing not conforming (L Ra 0.4: maximum).");
   EXPECT_EQ(CountVerdicts(document).drawing, Acceptance::kFail);
   settings.analysis.standard.Indication = "U Rz 5 T16%";
   ApplySettings(document, settings);
@@ -62,7 +62,7 @@ TEST(RequirementTexts, NameTheDrawingWithItsVerdict) {
   const ReportTexts open = MakeReportTexts(document, "now");
   EXPECT_EQ(open.outcome, ReportOutcome::kOpen) << open.summary;
   EXPECT_EQ(open.summary,
-            "The toleranced parameter is within its limits. The drawing is undecided (U Rz 5 T16%: fewer than three "
+            "The toleranced parameter is within tolerance. Drawing undecided (U Rz 5 T16%: fewer than three "
             "values).");
   const VerdictCount count = CountVerdicts(document);
   EXPECT_EQ(count.failed + count.undecided + count.missing, 0u);

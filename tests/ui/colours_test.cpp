@@ -70,6 +70,7 @@ TEST(Colours, StandOutFromTheirGroundAndFromEachOther) {
   }
   for (const bool isGood : {false, true}) EXPECT_GE(Contrast(VerdictGround(isGood), Qt::white), 4.5);
   EXPECT_GE(Contrast(UndecidedGround(), Qt::white), 4.5);
+  EXPECT_GE(Contrast(CautionGround(), Qt::white), 4.5);
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include "ui/plots/texturon_view.h"
 #include "ui/sheets/settings_sheet.h"
 #include "ui/tables/texturon_param_view.h"
+#include "ui/window/readout_label.h"
 #include "ui/window_fixture.h"
 
 namespace texturon {
@@ -34,10 +35,12 @@ TEST_F(ProfileView, CursorsAreGrabbedAndReadOut) {
   EXPECT_NEAR(Graph().UprightCursors().first, 1.5, 0.01);
   EXPECT_EQ(Graph().UprightCursors().second, second);
   EXPECT_EQ(Graph().VisibleX(), Graph().WholeX()) << "the curves stay when a cursor is grabbed";
-  const auto& readout = Child<QLabel>(*frame_, "readout");
-  EXPECT_TRUE(readout.text().startsWith("X1 1.") && !readout.text().contains("dY")) << readout.text().toStdString();
+  const auto& label = Child<QLabel>(*frame_, "readout");
+  const auto readout = [&label] { return label.toolTip(); };
+  EXPECT_TRUE(readout().startsWith("X1 1.") && !readout().contains("dY")) << readout().toStdString();
   Choose("yCursors");
-  EXPECT_TRUE(readout.text().contains("dY"));
+  EXPECT_TRUE(readout().contains("dY"));
+  EXPECT_LE(label.fontMetrics().horizontalAdvance(label.text()), label.width()) << "nothing is cut";
   QTest::keyClick(&Graph(), Qt::Key_C);
   QTest::keyClick(&Graph(), Qt::Key_Right, Qt::ControlModifier);
   EXPECT_GT(Graph().UprightCursors().second, second) << "by keys";
@@ -48,8 +51,23 @@ TEST_F(ProfileView, CursorsAreGrabbedAndReadOut) {
   Choose("copyMeasures");
   EXPECT_EQ(QApplication::clipboard()->text(), measures.text());
   Choose("xCursors");
-  EXPECT_FALSE(readout.text().contains("X1"));
+  EXPECT_FALSE(readout().contains("X1"));
   EXPECT_TRUE(measures.isHidden());
+}
+
+TEST(Readout, LeavesOutWhatStandsBesideTheCursorsFirst) {
+  const QFontMetrics metrics(Application().font());
+  const QString whole =
+      "X1 1 mm  X2 2 mm  dX 1 mm    Z1 3 um  Z2 4 um  dZ 1 um    slope 2 (Primary)    Y1 1 um  Y2 2 um  dY 1 um";
+  const auto within = [&](const QString& text) {
+    return ShortReadout(whole, metrics.horizontalAdvance(text), metrics);
+  };
+  EXPECT_EQ(within(whole), whole);
+  for (const char* const text :
+       {"X1 1 mm  X2 2 mm  dX 1 mm  Z1 3 um  Z2 4 um  dZ 1 um  slope 2 (Primary)  dY 1 um",
+        "dX 1 mm  Z1 3 um  Z2 4 um  dZ 1 um  slope 2 (Primary)  dY 1 um", "dX 1 mm  dZ 1 um  dY 1 um", "dX 1 mm"}) {
+    EXPECT_EQ(within(text), text);
+  }
 }
 
 TEST_F(ProfileView, ComputesAndExcludesBetweenCursors) {
@@ -70,6 +88,16 @@ TEST_F(ProfileView, ComputesAndExcludesBetweenCursors) {
     EXPECT_NEAR(Graph().WholeX().upper, 3.9995, 1e-9) << command;
     EXPECT_EQ(Graph().VisibleX(), Graph().WholeX()) << command;
   }
+  // What was measured beside the stretch is drawn, and joins what was computed.
+  const std::vector<double> beside = HeightsBeside(InForce());
+  ASSERT_EQ(beside.size(), InForce().profiles.raw.size());
+  EXPECT_TRUE(std::isfinite(beside.front()) && std::isfinite(beside.back()) && std::isnan(beside[4000]));
+  for (const std::size_t end : {2000, 6000}) EXPECT_NEAR(beside[end], InForce().profiles.formSuppressed[end], 1e-5);
+  double last = 0.0;
+  for (int i = 0; i < Graph().graphCount(); ++i) {
+    if (!Graph().graph(i)->data()->isEmpty()) last = std::max(last, (Graph().graph(i)->data()->constEnd() - 1)->key);
+  }
+  EXPECT_GT(last, 3.9);
   Choose("computeAll");
   // What is refused changes nothing.
   Graph().SetUprightCursors(1.0, 1.001);
@@ -258,7 +286,7 @@ TEST_F(ProfileView, SaysWhatItShows) {
   Choose("showFullIniPath");
   EXPECT_TRUE(heading().contains(FromPath(file)));
   EXPECT_LT(frame_->minimumSizeHint().width(), 900) << "a long path does not widen the window";
-  EXPECT_TRUE(heading().endsWith("Evaluated: 8000 points = 4.0000 mm, from 0.0000 mm to 3.9995 mm"));
+  EXPECT_TRUE(heading().endsWith("Evaluated: length 4.0000 mm, 8000 points from 0.0000 mm to 3.9995 mm"));
   const auto verdict = [this] { return frame_->View().Heading().Verdict().text(); };
   EXPECT_EQ(verdict(), "No limits set");
   frame_->View().Heading().Verdict().click();

@@ -55,19 +55,26 @@ TEST_F(Several, ValuesStandSideBySideWithTheVerdictOfTheRule) {
   window_->AddFiles(
       {Write("a.lmt", 1.0), folder_.Write("bad.lmt", "damaged"), Write("b.lmt", 1.1), Write("c.lmt", 1.2)});
   EXPECT_EQ(window_->Count(), 3U);
+  EXPECT_LT(window_->minimumSizeHint().width(), 600) << "its row of choices is broken where a screen is narrow";
   EXPECT_TRUE(window_->Faults().contains("bad.lmt")) << window_->Faults().toStdString();
   const std::pair<const char*, const char*> cells[] = {{"a.lmt", "1.0000"}, {"c.lmt", "1.2000"},
                                                        {"Mean", "1.1000"},  {"Standard deviation", "0.1000"},
-                                                       {"Range", "0.2000"}, {"Verdict", "FAIL"}};
+                                                       {"Range", "0.2000"}, {"Verdict", "out of tolerance"}};
   for (const auto& [title, text] : cells) EXPECT_EQ(Cell(title).toStdString(), text) << title;
   Child<QComboBox>(*window_, "rule").setCurrentText("median rule");
-  EXPECT_EQ(Cell("Verdict"), "PASS");
+  EXPECT_EQ(Cell("Verdict"), "within tolerance");
   Child<QListWidget>(*window_, "profiles").setCurrentRow(2);
   Press(*window_, "&Remove");
   Child<QComboBox>(*window_, "rule").setCurrentText("max rule");
-  EXPECT_EQ(Cell("Verdict"), "PASS");
-  Change([](AnalysisSettings& analysis) { analysis.parameters.front().tolerance.upperLimit = 1.05; });
-  EXPECT_EQ(Cell("Verdict"), "FAIL") << "settings of the window are those of the table";
+  EXPECT_EQ(Cell("Verdict"), "within tolerance");
+  auto& drawing = Child<QLabel>(*window_, "drawing");
+  EXPECT_TRUE(drawing.isHidden());
+  Change([](AnalysisSettings& analysis) {
+    analysis.parameters.front().tolerance.upperLimit = 1.05;
+    analysis.standard.Indication = "U Pt 9";
+  });
+  EXPECT_TRUE(drawing.text().startsWith("Drawing: U Pt 9: ")) << drawing.text().toStdString();
+  EXPECT_EQ(Cell("Verdict"), "out of tolerance") << "settings of the window are those of the table";
 }
 
 TEST_F(Several, TheReportHasTheStatisticsOfAll) {
@@ -77,7 +84,7 @@ TEST_F(Several, TheReportHasTheStatisticsOfAll) {
   EXPECT_FALSE(window_->WriteReportFile(folder_ / "b.lmt", reason)) << "one of the profiles";
   ASSERT_TRUE(window_->WriteReportFile(folder_ / "r.html", reason)) << reason.toStdString();
   const std::string report = folder_.Read("r.html");
-  for (const char* const text : {"FAIL (maximum)", "b.lmt", "c.lmt"}) {
+  for (const char* const text : {"out of tolerance (maximum)", "b.lmt", "c.lmt"}) {
     EXPECT_NE(report.find(text), std::string::npos) << text;
   }
 }
@@ -120,10 +127,14 @@ TEST(Trend, ShowsWhatAProcessKeeps) {
   files.push_back({{}, "failed.lmt"});
   pane.Add(files);
   // Mean 2, s 1: Cpk = (2.5 - 2) / 3.
-  EXPECT_EQ(Child<QLabel>(pane, "capability").text(), "n 3    mean 2    s 1    Cpk 0.1667");
+  EXPECT_EQ(Child<QLabel>(pane, "capability").text(),
+            QString::fromUtf8("n 3    mean 2 \u00B5m    s 1 \u00B5m    Cpk 0.1667"));
   pane.resize(900, 400);
   pane.show();
   QTest::qWait(20);
+  for (const QCPAxis* const axis : {pane.Chart().xAxis, pane.Histogram().yAxis}) {
+    for (const QString& tick : axis->tickVectorLabels()) EXPECT_FALSE(tick.contains('.')) << "there is no half a file";
+  }
   int opened = -1;
   QObject::connect(&pane, &CTrendPane::Activated, [&opened](int file) { opened = file; });
   const QPointF place(pane.Chart().xAxis->coordToPixel(2.0), pane.Chart().yAxis->coordToPixel(2.0));

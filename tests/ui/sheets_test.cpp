@@ -6,6 +6,7 @@
 
 #include "settings/setting_entry.h"
 #include "settings/settings_text.h"
+#include "support/small_profiles.h"
 #include "ui/sheets/parameters_page.h"
 #include "ui/sheets/presets.h"
 #include "ui/sheets/region_dialogs.h"
@@ -67,22 +68,30 @@ SettingValue EnterAnother(const CSettingField& field, const SettingValue& presen
 }
 
 TEST_F(SettingsSheet, EveryEntryGoesIntoTheAnalysisAndCancelTakesItBack) {
-  Choose("metric");
-  const Settings before = InForce().settings;
+  // A short record and no window that draws it: the analysis runs for every field.
+  Environment environment = SystemEnvironment();
+  environment.traceFile.clear();
+  CTexturonDoc doc(prompts_, environment, nullptr);
+  ASSERT_TRUE(doc.Open(folder_.Write("short.lmt", SmallProfile(100, 1.0))));
+  DisplaySettings inches = doc.document().settings.display;
+  inches.Metric = !inches.Metric;
+  doc.ReplaceDisplay(inches);
+  const Settings before = doc.document().settings;
   std::set<const SettingKey*> reached;
-  CLiveSheet* const sheets[] = {&OpenSettings(), &Open<CBearingRatioSheet>("bearingRatiosAndHtp")};
-  for (CLiveSheet* const sheet : sheets) {
+  CSettingsSheet settingsSheet(doc, nullptr);
+  CBearingRatioSheet ratioSheet(doc, nullptr);
+  for (CLiveSheet* const sheet : {static_cast<CLiveSheet*>(&settingsSheet), static_cast<CLiveSheet*>(&ratioSheet)}) {
     for (const CSettingsPage* const page : sheet->findChildren<CSettingsPage*>()) {
       for (const SettingKey* const key : page->Keys()) reached.insert(key);
-    }
-    for (const CSettingField* const field : sheet->findChildren<CSettingField*>()) {
-      const auto& [key, row] = field->Place();
-      const auto wanted = EnterAnother(*field, key->binding.get(InForce().settings, row));
-      sheet->ApplyNow();
-      EXPECT_EQ(key->binding.get(InForce().settings, row), wanted) << field->objectName().toStdString();
-      sheet->reject();
-      EXPECT_EQ(InForce().settings, before) << field->objectName().toStdString();
-      sheet->show();
+      for (const CSettingField* const field : page->findChildren<CSettingField*>()) {
+        const auto& [key, row] = field->Place();
+        sheet->show();
+        const auto wanted = EnterAnother(*field, key->binding.get(doc.document().settings, row));
+        sheet->ApplyNow();
+        EXPECT_EQ(key->binding.get(doc.document().settings, row), wanted) << field->objectName().toStdString();
+        sheet->reject();
+        EXPECT_EQ(doc.document().settings, before) << field->objectName().toStdString();
+      }
     }
   }
   // Every setting that a person would choose can be reached in some sheet.
@@ -186,8 +195,8 @@ TEST_F(SettingsSheet, RowsAndFeaturesOfTheEditionChosen) {
   EXPECT_EQ(InForce().settings.analysis.standard.LongWaveFilter, "robust-gaussian-2");
   ChooseFrom(longWaves, 0);
   show("both");
-  ASSERT_TRUE(rowOf("Rp (1997, 2021)") && rowOf("Rpt (2021)") && rowOf("RzDIN (1997)"));
-  EXPECT_TRUE(table.item(rowOf("Rp (1997, 2021)")->row(), 7)->text().contains(" 2021: Mean over the sections"));
+  ASSERT_TRUE(rowOf("Rp (both)") && rowOf("Rpt (2021)") && rowOf("RzDIN (1997)"));
+  EXPECT_TRUE(table.item(rowOf("Rp (both)")->row(), 7)->text().contains(" 2021: Mean over the sections"));
   show("2021");
   ASSERT_TRUE(rowOf("Rpt") && !rowOf("RzDIN"));
   Child<CParametersPage>(sheet).SelectAll(false);
@@ -201,6 +210,40 @@ TEST_F(SettingsSheet, RowsAndFeaturesOfTheEditionChosen) {
   const QList<CGridCtrl::Record>& records = frame_->ParamView().Grid().Records();
   ASSERT_EQ(records.size(), 2);
   EXPECT_EQ(records[0].cells[0] + ", " + records[1].cells[0], "Rpt, R: FC; D; None; All; HDh; Mean");
+}
+
+TEST_F(SettingsSheet, AListFollowsTheEditionAndComesBackWhole) {
+  CSettingsSheet& sheet = OpenSettings();
+  auto& table = Child<QTableWidget>(sheet, "parameters");
+  auto& edition = Child<QComboBox>(Field(sheet, "STANDARD.Edition"));
+  const auto rowOf = [&](const QString& name) { return table.findItems(name, Qt::MatchExactly).value(0); };
+  table.item(rowOf("Rdq")->row(), 5)->setText("9");
+  table.item(rowOf("RzDIN")->row(), 5)->setText("5");
+  rowOf("Pku")->setCheckState(Qt::Unchecked);
+  sheet.accept();
+  const std::vector<ParameterSelection> before = Analysis().parameters;
+  sheet.show();
+  ChooseFrom(edition, edition.findText("2021"));
+  EXPECT_TRUE(Fault(sheet).startsWith("2021: there is no row for ")) << Fault(sheet).toStdString();
+  EXPECT_TRUE(Fault(sheet).contains("the limits of Rdq are left out")) << Fault(sheet).toStdString();
+  sheet.ApplyNow();
+  EXPECT_TRUE(prompts_.messages.empty()) << "no row is unknown";
+  ASSERT_TRUE(rowOf("Rz") && !rowOf("RzDIN"));
+  EXPECT_EQ(rowOf("Rz")->checkState(), Qt::Checked);
+  EXPECT_EQ(table.item(rowOf("Rz")->row(), 5)->text(), "5");
+  // Who only looks at another edition has his own list again.
+  ChooseFrom(edition, edition.findText("1997"));
+  sheet.ApplyNow();
+  EXPECT_EQ(Analysis().parameters, before);
+  ChooseFrom(edition, edition.findText("2021"));
+  sheet.accept();
+  EXPECT_NE(Analysis().parameters, before);
+  Doc().Undo();
+  EXPECT_EQ(Analysis().parameters, before);
+  // A settings file that names an edition, but no rows.
+  ASSERT_TRUE(Doc().LoadSettingsFile(folder_.Write("edition.ini", "[STANDARD]\nEdition=2021\n")));
+  EXPECT_TRUE(std::any_of(Analysis().parameters.begin(), Analysis().parameters.end(),
+                          [](const ParameterSelection& row) { return row.name == "Rz"; }));
 }
 
 TEST_F(SettingsSheet, WhatIsEnteredIsOneEditAndCancelTakesBackOnlyItsOwn) {
@@ -282,19 +325,20 @@ TEST_F(SettingsSheet, EnterIsOkWhereverItIsPressed) {
 }
 
 TEST_F(SettingsSheet, StandsBesideTheProfileAndFitsAnyScreen) {
-  for (const QSize size : {QSize(1366, 700), QSize(683, 360)}) {
+  for (const QSize size : {QSize(1366, 700), QSize(960, 486), QSize(683, 360)}) {
     MakeFrame(prompts_);
     frame_->show();
     frame_->resize(size);
     CSettingsSheet& sheet = OpenSettings();
     auto& panel = dynamic_cast<QDockWidget&>(*sheet.parentWidget());
-    EXPECT_EQ(panel.isFloating(), size.width() < 1000) << "beside the profile where that leaves room for it";
+    EXPECT_EQ(panel.isFloating(), size.width() < 900) << "beside the profile where that leaves room for it";
     for (int page = 0; page < sheet.Pages().count(); ++page) {
       sheet.Pages().setCurrentIndex(page);
       QTest::qWait(1);
       const auto& area = dynamic_cast<const QScrollArea&>(*sheet.Pages().widget(page));
       EXPECT_GE(area.viewport()->width(), area.widget()->minimumSizeHint().width()) << page;
     }
+    EXPECT_EQ(sheet.Pages().List().isVisible(), size.width() > 1000) << "else a box of the pages";
     EXPECT_LE(panel.width(), size.width() - (panel.isFloating() ? 0 : 400)) << size.width();
     EXPECT_LE(frame_->minimumSizeHint().height(), 620) << "with the panel";
     panel.close();

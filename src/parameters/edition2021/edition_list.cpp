@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <map>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -18,19 +19,6 @@ namespace {
 
 constexpr std::string_view kLetters = "PWR";
 constexpr int kFeatureDecimals = 4;
-
-bool IsStartingSelection(const std::vector<ParameterSelection>& selection) {
-  static const std::vector<ParameterSelection> start = DefaultSelection();
-  // Which row a limit refers to and how it is shown is of no meaning here.
-  const auto isSame = [](Tolerance a, const Tolerance& b) {
-    a.highlightIfOut = b.highlightIfOut;
-    return a == b;
-  };
-  return std::equal(selection.begin(), selection.end(), start.begin(), start.end(),
-                    [&isSame](const ParameterSelection& a, const ParameterSelection& b) {
-                      return a.name == b.name && a.selected == b.selected && isSame(a.tolerance, b.tolerance);
-                    });
-}
 
 /// A text of the table, which names rows of R, for the rows of another letter.
 std::string InLetter(std::string_view text, char letter) {
@@ -92,16 +80,6 @@ bool IsIn(const ParameterCatalogue& list, std::string_view name, Edition edition
   });
 }
 
-bool IsOfEdition(std::string_view name) {
-  return ParseEditionName(name).fault.empty();
-}
-
-bool IsOfEditionBefore(std::string_view name) {
-  if (FindWholeName(name) != nullptr) return true;
-  const SuffixRow* const suffix = name.empty() ? nullptr : FindSuffix(name.substr(1));
-  return suffix != nullptr && ContainsIgnoringCase(suffix->letters, name.substr(0, 1));
-}
-
 /// Every row of the edition that needs no argument, in the order of letters and table.
 std::vector<std::string> AllNames() {
   std::vector<std::string> names;
@@ -113,10 +91,63 @@ std::vector<std::string> AllNames() {
   return names;
 }
 
-void AppendAll(ParameterCatalogue& list, const ParameterCatalogue& former) {
+const ParameterSelection* Find(const std::vector<ParameterSelection>& rows, std::string_view name) {
+  const auto found = std::find_if(rows.begin(), rows.end(),
+                                  [name](const ParameterSelection& row) { return EqualIgnoringCase(row.name, name); });
+  return found != rows.end() ? &*found : nullptr;
+}
+
+/// Puts each row of the edition that is not among them behind the one that stands before it in the edition.
+void OfferMissing(std::vector<ParameterSelection>& rows, bool selected) {
+  std::size_t place = 0;
   for (const std::string& name : AllNames()) {
-    if (!IsIn(list, name, Edition::k2021)) Append(list, MakeEditionRow(name), former);
+    if (const ParameterSelection* const held = Find(rows, name)) {
+      place = static_cast<std::size_t>(held - rows.data()) + 1;
+    } else {
+      rows.insert(rows.begin() + static_cast<std::ptrdiff_t>(place++), {.name = name, .selected = selected});
+    }
   }
+}
+
+/// What a list that stands for all rows stands for: those of the edition with its limits, and behind them what it has
+/// besides. Limits of a row that the edition does not have are not passed over.
+std::vector<ParameterSelection> WholeList(const std::vector<ParameterSelection>& list, EditionChoice chosen) {
+  const std::size_t count = DefaultSelection().size();
+  std::vector<ParameterSelection> rows;
+  if (chosen == EditionChoice::kBoth) rows.assign(list.begin(), list.begin() + static_cast<std::ptrdiff_t>(count));
+  OfferMissing(rows, true);
+  for (ParameterSelection& row : rows) {
+    if (const ParameterSelection* const held = Find(list, row.name)) row.tolerance = held->tolerance;
+  }
+  for (std::size_t i = 0; i < list.size(); ++i) {
+    const bool isWanted = i >= count || list[i].tolerance.toleranced;
+    if (isWanted && Find(rows, list[i].name) == nullptr) rows.push_back(list[i]);
+  }
+  return rows;
+}
+
+/// The list that stands for these rows; nothing where some row of the edition is not selected or stands elsewhere, or
+/// where there are too many others.
+std::optional<std::vector<ParameterSelection>> ListForAll(const std::vector<ParameterSelection>& offered,
+                                                          EditionChoice chosen) {
+  std::vector<ParameterSelection> list = DefaultSelection();
+  const std::vector<ParameterSelection> all = WholeList(list, chosen);
+  const bool isWhole = offered.size() >= all.size() &&
+                       std::equal(all.begin(), all.end(), offered.begin(), [](const auto& row, const auto& own) {
+                         return row.name == own.name && own.selected;
+                       });
+  if (!isWhole) return std::nullopt;
+  for (std::size_t i = 0; i < offered.size(); ++i) {
+    const auto held = std::find_if(list.begin(), list.end(),
+                                   [&](const ParameterSelection& row) { return row.name == offered[i].name; });
+    if (held != list.end()) {
+      held->tolerance = offered[i].tolerance;
+    } else if (i >= all.size() || offered[i].tolerance.toleranced) {
+      list.push_back(offered[i]);
+    }
+  }
+  if (list.size() > kMostParameters) return std::nullopt;
+  return list;
 }
 
 /// Takes rows off the end, until no more than a list holds, where `goes` says so; how many.
@@ -131,9 +162,14 @@ std::size_t Shorten(std::vector<ParameterSelection>& rows, const Goes& goes) {
   return gone;
 }
 
+/// A row that most want to see, or that is judged: such rows go last where a list is too long.
+bool IsOfInterest(const ParameterSelection& row) {
+  return row.tolerance.toleranced || row.name == "Pt" || row.name == "Wt";
+}
+
 ParameterCatalogue ListOfBoth(const AnalysisSettings& settings, const ParameterCatalogue& former) {
   ParameterCatalogue list;
-  const bool isAll = IsStartingSelection(settings.parameters);
+  const bool isAll = StandsForAll(settings.parameters);
   for (const ParameterSelection& selection : settings.parameters) {
     const bool isOld = IsOfEditionBefore(selection.name);
     const bool isNew = IsOfEdition(selection.name);
@@ -145,7 +181,10 @@ ParameterCatalogue ListOfBoth(const AnalysisSettings& settings, const ParameterC
     if (isOld) row.difference = DifferenceOf(ParseEditionName(selection.name), settings);
     Append(list, std::move(row), former);
   }
-  if (isAll) AppendAll(list, former);
+  if (!isAll) return list;
+  for (const std::string& name : AllNames()) {
+    if (!IsIn(list, name, Edition::k2021)) Append(list, MakeEditionRow(name), former);
+  }
   return list;
 }
 
@@ -155,6 +194,14 @@ EditionChoice ChosenEdition(const AnalysisSettings& settings) {
   const std::string& edition = settings.standard.Edition;
   if (EqualIgnoringCase(edition, "2021")) return EditionChoice::k2021;
   return EqualIgnoringCase(edition, "both") ? EditionChoice::kBoth : EditionChoice::k1997;
+}
+
+bool StandsForAll(const std::vector<ParameterSelection>& list) {
+  static const std::vector<ParameterSelection> kStart = DefaultSelection();
+  return list.size() >= kStart.size() && std::equal(kStart.begin(), kStart.end(), list.begin(),
+                                                    [](const ParameterSelection& a, const ParameterSelection& b) {
+                                                      return a.name == b.name && a.selected == b.selected;
+                                                    });
 }
 
 ParameterDef MakeEditionRow(std::string_view name) {
@@ -179,8 +226,10 @@ ParameterCatalogue MakeEditionList(const AnalysisSettings& settings, const Param
       list = MakeWorkingList(settings.parameters, former);
       break;
     case EditionChoice::k2021:
-      if (IsStartingSelection(settings.parameters)) {
-        AppendAll(list, former);
+      if (StandsForAll(settings.parameters)) {
+        for (const auto& row : WholeList(settings.parameters, EditionChoice::k2021)) {
+          Append(list, SelectedRow(row), former);
+        }
       } else {
         const std::size_t count = std::min(settings.parameters.size(), kMostParameters);
         for (std::size_t i = 0; i < count; ++i) Append(list, SelectedRow(settings.parameters[i]), former);
@@ -198,34 +247,43 @@ ParameterCatalogue MakeEditionList(const AnalysisSettings& settings, const Param
 
 std::vector<ParameterSelection> OfferedRows(const AnalysisSettings& settings) {
   const EditionChoice chosen = ChosenEdition(settings);
-  const bool isStart = IsStartingSelection(settings.parameters);
-  std::vector<ParameterSelection> rows;
-  if (chosen != EditionChoice::k2021 || !isStart) rows = settings.parameters;
-  if (chosen == EditionChoice::k1997) return rows;
-  std::size_t place = 0;  // behind the row that stands before in the edition
-  for (const std::string& name : AllNames()) {
-    const auto held = std::find_if(
-        rows.begin(), rows.end(), [&name](const ParameterSelection& row) { return EqualIgnoringCase(row.name, name); });
-    if (held != rows.end()) {
-      place = static_cast<std::size_t>(held - rows.begin()) + 1;
-      continue;
-    }
-    rows.insert(rows.begin() + static_cast<std::ptrdiff_t>(place++), {.name = name, .selected = isStart});
-  }
+  if (chosen == EditionChoice::k1997) return settings.parameters;
+  if (StandsForAll(settings.parameters)) return WholeList(settings.parameters, chosen);
+  std::vector<ParameterSelection> rows = settings.parameters;
+  OfferMissing(rows, false);
   return rows;
 }
 
 std::size_t TakeOfferedRows(std::vector<ParameterSelection> offered, AnalysisSettings& settings) {
+  const EditionChoice chosen = ChosenEdition(settings);
+  if (chosen != EditionChoice::k1997) {
+    if (auto list = ListForAll(offered, chosen)) offered = std::move(*list);
+  }
+  Shorten(offered, [](const ParameterSelection& row) { return !row.selected && !IsOfInterest(row); });
   Shorten(offered, [](const ParameterSelection& row) { return !row.selected; });
   std::size_t gone = 0;
-  for (const char letter : kLetters) {
-    gone += Shorten(offered, [letter](const ParameterSelection& row) { return row.name.starts_with(letter); });
+  for (const bool ofInterest : {false, true}) {
+    for (const char letter : kLetters) {
+      gone += Shorten(offered, [&](const ParameterSelection& row) {
+        return row.name.starts_with(letter) && IsOfInterest(row) == ofInterest;
+      });
+    }
   }
   if (offered.size() != settings.parameters.size()) {
     for (std::size_t i = 0; i < offered.size(); ++i) offered[i].selectionRef = static_cast<std::int32_t>(i);
   }
   settings.parameters = std::move(offered);
   return gone;
+}
+
+bool IsOfEdition(std::string_view name) {
+  return ParseEditionName(name).fault.empty();
+}
+
+bool IsOfEditionBefore(std::string_view name) {
+  if (FindWholeName(name) != nullptr) return true;
+  const SuffixRow* const suffix = name.empty() ? nullptr : FindSuffix(name.substr(1));
+  return suffix != nullptr && ContainsIgnoringCase(suffix->letters, name.substr(0, 1));
 }
 
 bool NeedsCoreProfile(const ParameterCatalogue& catalogue) {

@@ -20,18 +20,28 @@ EditionChoice ChosenEdition(const AnalysisSettings& settings);
 /// The working list of the edition in force, with the features of the settings behind it. Values of rows that stood in
 /// `former` under the same name and edition are kept.
 ///
-/// Under 1997 it is MakeWorkingList. Under 2021 the names of the selection are those of that edition; the selection
-/// that a document starts with stands for every row of P, W and R that needs no argument. Under both, each name stands
-/// for the row of either edition that has it, the one of 1997 first, and the starting selection for all rows of both.
+/// Under 1997 it is MakeWorkingList. Under 2021 the names of the selection are those of that edition; one that begins
+/// with the selection that a document starts with stands for every row of P, W and R that needs no argument, with its
+/// limits and the rows behind. Under both, each name stands for the row of either edition that has it, the one of 1997
+/// first, and a selection that begins so for all rows of both.
 ParameterCatalogue MakeEditionList(const AnalysisSettings& settings, const ParameterCatalogue& former = {});
+
+/// Whether a list begins with the selection that a document starts with and leaves none of it out. Limits choose no
+/// rows, and what stands behind was added by hand.
+bool StandsForAll(const std::vector<ParameterSelection>& list);
 
 /// What may be chosen of the edition in force: the rows of the settings' list and, where the edition of 2021 is shown,
 /// behind each of its rows the next ones that are not in the list. Selected is what is computed.
 std::vector<ParameterSelection> OfferedRows(const AnalysisSettings& settings);
 
-/// Makes a choice among the offered rows the settings' list. A list holds kMostParameters rows: where there are more,
-/// those go first that are not selected, then the last ones of P, of W and of R. How many selected ones went.
+/// Makes a choice among the offered rows the settings' list. All of them with limits need no more room than their
+/// limits. A list holds kMostParameters rows: where there are more, those go first that are not selected, then the last
+/// ones of P, of W and of R without limits. How many selected ones went.
 std::size_t TakeOfferedRows(std::vector<ParameterSelection> offered, AnalysisSettings& settings);
+
+/// Whether a name is one of the edition of 2021, with arguments or a feature too; whether one of the edition before.
+bool IsOfEdition(std::string_view name);
+bool IsOfEditionBefore(std::string_view name);
 
 /// A row of the edition of 2021 by its name; without unit where the name is not understood.
 ParameterDef MakeEditionRow(std::string_view name);

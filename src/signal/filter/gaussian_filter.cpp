@@ -6,9 +6,9 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <vector>
 
 #include "base/elementary.h"
+#include "base/samples.h"
 #include "base/units.h"
 #include "signal/fft/fft.h"
 #include "signal/fft/real_fft.h"
@@ -23,8 +23,8 @@ std::optional<IndexRange> GaussianFilter(std::span<const double> z, std::span<do
   const std::optional<RealFftPlan> plan = RealFftPlan::Make(m);
   if (!plan) return std::nullopt;
 
-  std::vector<double> re(m / 2 + 1);
-  std::vector<double> im(m / 2 + 1);
+  Samples re(m / 2 + 1);
+  Samples im(m / 2 + 1);
   plan->Forward(z.first(m), re, im);
   const double lengthMM = static_cast<double>(m) * (spacingUM * kMillimetresPerMicrometre);
   for (std::size_t k = 1; k < re.size(); ++k) {

@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <vector>
 
+#include "base/samples.h"
 #include "base/units.h"
 #include "signal/filter/gaussian_filter.h"
 #include "signal/mean.h"
@@ -18,7 +18,7 @@ std::optional<IndexRange> Iso13565Filter(std::span<const double> z, std::span<do
   const std::optional<IndexRange> reached = GaussianFilter(z, w, spacingUM, cutoffMM);
   if (!reached) return std::nullopt;
   const auto m = static_cast<std::size_t>(reached->count);
-  std::vector<double> filled(m);
+  Samples filled(m);
   for (std::size_t i = 0; i < m; ++i) filled[i] = std::max(z[i], w[i]);
   if (!GaussianFilter(filled, w, spacingUM, cutoffMM)) return std::nullopt;
 

@@ -6,9 +6,9 @@
 #include <cmath>
 #include <cstddef>
 #include <limits>
-#include <vector>
 
 #include "base/elementary.h"
+#include "base/samples.h"
 #include "signal/filter/spline_filter.h"
 #include "signal/mean.h"
 #include "signal/nth_smallest.h"
@@ -57,7 +57,7 @@ RobustResult RobustSplineFilter(std::span<const double> z, std::span<double> w, 
   }
   const std::size_t n = z.size();
   const double mean = Mean(z);
-  std::vector<double> centred(n), line(n), weights(n), scratch(n);
+  Samples centred(n), line(n), weights(n), scratch(n);
   for (std::size_t i = 0; i < n; ++i) centred[i] = z[i] - mean;
 
   RobustResult result;

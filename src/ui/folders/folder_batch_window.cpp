@@ -26,6 +26,7 @@
 #include "base/date_text.h"
 #include "base/number_text.h"
 #include "platform/platform.h"
+#include "presentation/shown_rows.h"
 #include "presentation/table_rows.h"
 #include "settings/settings_text.h"
 #include "ui/colours.h"
@@ -60,17 +61,32 @@ QString ToleranceText(const BatchRow& row) {
   return parts.isEmpty() ? QObject::tr("analysed") : parts.join(", ");
 }
 
+/// The sentence on a failure without its file, which stands beside it.
+QString ReasonText(const BatchRow& row) {
+  QString text = EngineText(row.reason);
+  const QString path = FromText(TextFromPath(row.path)) + ' ';
+  if (text.startsWith(path)) text.remove(0, path.size());
+  return AsSentence(text);
+}
+
 QString ResultText(const BatchRow& row) {
-  if (!row.reason.empty()) return EngineText(row.reason);
+  if (!row.reason.empty()) return ReasonText(row);
   if (!row.remarks.empty()) return ToleranceText(row) + " - " + EngineText(row.remarks.front());
   return ToleranceText(row);
 }
 
 /// All that there is to say of a file.
 QString ResultTip(const BatchRow& row) {
-  QStringList lines(row.reason.empty() ? ToleranceText(row) : EngineText(row.reason));
+  QStringList lines(row.reason.empty() ? ToleranceText(row) : ReasonText(row));
   for (const std::string& remark : row.remarks) lines << EngineText(remark);
   return lines.join('\n');
+}
+
+/// A figure in the unit shown with the decimals of its row.
+QString Figure(ParameterDef row, double shown, bool metric) {
+  row.valid = true;
+  row.value = shown / row.quantity.Factor(metric);
+  return FromText(ShownValue(row, metric));
 }
 
 /// Puts what stands in the order of the rows into that in which they are looked at.
@@ -234,10 +250,16 @@ void CFolderBatchWindow::MakeForm(QLayout& layout) {
   jobs_->setRange(1, kMostJobs);
   jobs_->setValue(static_cast<int>(std::max(1U, std::thread::hardware_concurrency())));
   jobs_->setMaximumWidth(fontMetrics().averageCharWidth() * 12);
-  form->addRow(tr("Files at a &time"), jobs_);
   resume_ = new QCheckBox(tr("&Leave out files that have a row"), this);
   resume_->setObjectName("resume");
-  form->addRow(resume_);
+  auto* const row = new QHBoxLayout;
+  row->addWidget(jobs_);
+  row->addSpacing(fontMetrics().averageCharWidth() * 2);
+  row->addWidget(resume_);
+  row->addStretch(1);
+  auto* const label = new QLabel(tr("Files at a &time"), this);
+  label->setBuddy(jobs_);
+  form->addRow(label, row);
 }
 
 void CFolderBatchWindow::MakeTables(QLayout& layout) {
@@ -258,6 +280,7 @@ void CFolderBatchWindow::MakeTables(QLayout& layout) {
   results_ = new CBatchResults(this);
   table_ = new QTableView(tabs_);
   table_->setObjectName("files");
+  table_->setAccessibleName(tr("Files"));
   table_->setModel(results_);
   table_->setAlternatingRowColors(true);
   table_->setSelectionBehavior(QAbstractItemView::SelectRows);
@@ -271,7 +294,7 @@ void CFolderBatchWindow::MakeTables(QLayout& layout) {
   trend_ = new CTrendPane(tabs_);
   connect(trend_, &CTrendPane::Activated, this,
           [this](int file) { emit OpenRequested(FromPath(results_->Row(file).path)); });
-  tabs_->addTab(table_, tr("F&iles"));
+  tabs_->addTab(MakeFilesPage(), tr("F&iles"));
   tabs_->addTab(trend_, tr("T&rend"));
   tabs_->addTab(summary_, tr("St&atistics"));
   static_cast<QVBoxLayout&>(layout).addWidget(tabs_, 1);
@@ -291,6 +314,38 @@ void CFolderBatchWindow::MakeTables(QLayout& layout) {
   connect(copyKey, &QAction::triggered, this, &CFolderBatchWindow::Copy);
   table_->addAction(copyKey);
   layout.addWidget(buttons);
+}
+
+QWidget* CFolderBatchWindow::MakeFilesPage() {
+  auto* const page = new QWidget(tabs_);
+  auto* const layout = new QVBoxLayout(page);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(table_, 1);
+  // There from the beginning: the table does not jump when a file is chosen.
+  details_ = new QLabel(page);
+  details_->setObjectName("details");
+  details_->setWordWrap(true);
+  details_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  details_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+  details_->setMinimumHeight(2 * fontMetrics().lineSpacing());
+  details_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  details_->setMargin(fontMetrics().averageCharWidth() / 2);
+  layout->addWidget(details_);
+  connect(table_->selectionModel(), &QItemSelectionModel::currentRowChanged, this, [this](const QModelIndex& index) {
+    details_->setText(index.isValid() ? ResultTip(results_->Row(index.row())) : QString());
+  });
+  return page;
+}
+
+void CFolderBatchWindow::SpreadReasons() {
+  const int columns = results_->columnCount();
+  // Alone, the reasons have the whole width.
+  table_->horizontalHeader()->setStretchLastSection(columns == kFixedColumns);
+  if (columns == kFixedColumns) return;
+  for (; spread_ < results_->rowCount(); ++spread_) {
+    const bool isFailure = !results_->Row(spread_).reason.empty();
+    if (isFailure) table_->setSpan(spread_, 1, 1, columns - 1);
+  }
 }
 
 void CFolderBatchWindow::ChooseFolder(const std::filesystem::path& folder) {
@@ -322,6 +377,9 @@ void CFolderBatchWindow::OnStart() {
 }
 
 void CFolderBatchWindow::Start(std::vector<std::filesystem::path> files, const std::filesystem::path& parameterFile) {
+  table_->clearSpans();
+  spread_ = 0;
+  details_->clear();
   results_->Clear();
   trend_->Clear();
   summary_->Show({});
@@ -385,8 +443,10 @@ void CFolderBatchWindow::Collect() {
   std::vector<CTrendPane::File> files;
   for (const BatchRow& row : rows) files.push_back({row.columns, row.path});
   if (!files.empty()) trend_->Add(files);
+  const bool hadColumns = results_->columnCount() > kFixedColumns;
   results_->Add(std::move(rows));
-  if (isFirst) {
+  SpreadReasons();
+  if (isFirst || (!hadColumns && results_->columnCount() > kFixedColumns)) {
     table_->resizeColumnsToContents();
     // A long reason does not push the parameters out of sight; pointed at, it is shown whole.
     table_->setColumnWidth(1, std::min(table_->columnWidth(1), fontMetrics().averageCharWidth() * 36));
@@ -448,12 +508,21 @@ void CFolderBatchWindow::OnSave() {
 
 void CFolderBatchWindow::ShowSummary(const BatchSummary& summary) {
   QList<CGridCtrl::Record> records;
+  const bool metric = settings_.settings.display.Metric;
+  const std::vector<ShownRow> shown = ShownRows(settings_);
   std::vector<ColumnSummary> columns = summary.columns;
   PutInOrder(columns, order_);
-  for (const ColumnSummary& column : columns) {
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    const ColumnSummary& column = columns[i];
     QStringList cells = {FromText(column.name), QString::number(column.count)};
     const double values[] = {column.mean, column.StandardDeviation(), column.minimum, column.maximum};
-    for (const double value : values) cells << (column.count == 0 ? QString() : FromText(SummaryFigure(value)));
+    for (const double value : values) {
+      const bool hasValue = column.count > 0;
+      // As the values that it is of.
+      cells << (hasValue && columns.size() == order_.size() ? Figure(shown[order_[i]].row, value, metric)
+                : hasValue                                  ? FromText(SummaryFigure(value))
+                                                            : QString());
+    }
     QString out = QString::number(column.outOfTolerance);
     if (column.undecided > 0) out += ", " + tr("%n undecided", nullptr, static_cast<int>(column.undecided));
     cells << FromText(column.unit) << out;

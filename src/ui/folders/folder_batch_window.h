@@ -90,6 +90,10 @@ protected:
 private:
   void MakeForm(QLayout& layout);
   void MakeTables(QLayout& layout);
+  /// The table with what there is to say of the chosen file under it.
+  QWidget* MakeFilesPage();
+  /// A failed file has no values: its reason takes their room.
+  void SpreadReasons();
   void OnStart();
   void Start(std::vector<std::filesystem::path> files, const std::filesystem::path& parameterFile);
   void Stop();
@@ -111,6 +115,8 @@ private:
   QTabWidget* tabs_;
   QTableView* table_;
   CBatchResults* results_;
+  QLabel* details_;
+  int spread_ = 0;  ///< rows that have been looked at for that
   CTrendPane* trend_;
   QPushButton* save_;
   QStringList summaryTitles_;

@@ -24,7 +24,7 @@ QCPRange Centred(double centre, double size) {
 }  // namespace
 
 CClickableProfileGraph::CClickableProfileGraph(QWidget* parent) : QCustomPlot(parent) {
-  setInteractions(QCP::iRangeDrag | QCP::iRangeZoom | QCP::iSelectLegend);
+  setInteractions(QCP::iRangeDrag | QCP::iRangeZoom);
   axisRect()->setupFullAxesBox(true);
   PutLegendAbove(*this, 5);
   setNoAntialiasingOnDrag(true);
@@ -44,6 +44,7 @@ void CClickableProfileGraph::SetCurves(std::span<const Curve> curves, const Whol
   for (const Curve& curve : curves) {
     QCPGraph* const graph = addGraph();
     graph->setName(curve.name);
+    if (curve.name.isEmpty()) graph->removeFromLegend();
     graph->setPen(QPen(curve.colour, curve.width, curve.style));
     graph->setAdaptiveSampling(false);
     curves_.push_back(
@@ -544,6 +545,8 @@ void ApplyPalette(QCustomPlot& plot) {
   const QColor ink = palette.color(QPalette::Text);
   QColor faint = ink;
   faint.setAlphaF(0.2F);
+  QColor zero = ink;
+  zero.setAlpha(55);
   plot.setBackground(palette.color(QPalette::Base));
   plot.legend->setBrush(palette.color(QPalette::Base));
   plot.legend->setTextColor(ink);
@@ -554,6 +557,7 @@ void ApplyPalette(QCustomPlot& plot) {
     axis->setLabelColor(ink);
     axis->setTickLabelColor(ink);
     axis->grid()->setPen(QPen(faint, 0.0, Qt::DotLine));
+    axis->grid()->setZeroLinePen(QPen(zero, 0.0));
   }
 }
 

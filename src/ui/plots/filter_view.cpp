@@ -88,6 +88,8 @@ CTransmissionInset::CTransmissionInset(QWidget* parent) : QCustomPlot(parent) {
   setFocusPolicy(Qt::TabFocus);
   setCursor(Qt::PointingHandCursor);
   setFixedSize(fontMetrics().averageCharWidth() * kWidth, fontMetrics().height() * kHeight);
+  setMinimumWidth(1);  // a narrow view leaves it out
+  setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
   SetUpAxes(*this);
   for (QCPAxis* const axis : {xAxis, yAxis}) axis->setTickLabels(false);
   yAxis->ticker()->setTickCount(2);
@@ -101,11 +103,16 @@ CTransmissionInset::CTransmissionInset(QWidget* parent) : QCustomPlot(parent) {
   hide();
 }
 
+void CTransmissionInset::SetRoom(bool hasRoom) {
+  hasRoom_ = hasRoom;
+  setVisible(hasCurves_ && hasRoom_);
+}
+
 void CTransmissionInset::Show(const Document& document) {
   ApplyPalette(*this);
-  const bool shows = document.settings.display.ShowFilterTrans && DrawFilters(*this, document);
-  setVisible(shows);
-  if (!shows) return;
+  hasCurves_ = document.settings.display.ShowFilterTrans && DrawFilters(*this, document);
+  setVisible(hasCurves_ && hasRoom_);
+  if (!hasCurves_) return;
   const QString unit = FromText(kLengthMM.Unit(document.settings.display.Metric));
   const QString remark = EngineText(FilterCurvesOf(document)->remark);
   setToolTip(tr("How much of each wavelength goes into primary profile, waviness and roughness, from %1 to %2 %3, with "

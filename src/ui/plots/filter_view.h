@@ -29,8 +29,11 @@ class CTransmissionInset : public QCustomPlot {
 public:
   explicit CTransmissionInset(QWidget* parent);
 
-  /// Hides itself where there is nothing to show.
+  /// Hides itself where there is nothing to show, or no room for it.
   void Show(const Document& document);
+  void SetRoom(bool hasRoom);
+
+  QSize sizeHint() const override { return maximumSize(); }
 
 signals:
   void Clicked();
@@ -38,6 +41,10 @@ signals:
 protected:
   void mousePressEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+
+private:
+  bool hasCurves_ = false;
+  bool hasRoom_ = true;
 };
 
 }  // namespace texturon

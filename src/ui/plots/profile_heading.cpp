@@ -6,8 +6,8 @@
 #include <QGridLayout>
 #include <algorithm>
 
-#include "analysis/captions.h"
-#include "analysis/region_choice.h"
+#include "presentation/cautions.h"
+#include "presentation/head_texts.h"
 #include "presentation/requirement_texts.h"
 #include "ui/colours.h"
 #include "ui/language.h"
@@ -74,19 +74,13 @@ void CHeading::Update() {
   } else if (!file.empty()) {
     first += "     " + FromPath(file.filename());
   }
-  const bool metric = document.settings.display.Metric;
+  if (profiles.inverted) first += "     " + tr("inverted");
   const std::string& cause = doc_.WhyNotEvaluated();
   QString stretch = cause.empty() ? tr("Not evaluated: the profile cannot be analysed with these settings.")
                                   : tr("Not evaluated: %1.").arg(EngineText(cause));
-  if (profiles.evaluationRange) {
-    stretch = tr("Evaluated: %1")
-                  .arg(EngineText(DescribeStretch(*profiles.evaluationRange, profiles.spacingUM,
-                                                  profiles.residualSpacingUM, metric)));
-  }
-  // Without a form its filter stands alone.
-  QString analysis = FromText(AnalysisDescription(document));
-  if (analysis.startsWith(" / ")) analysis.remove(0, 3);
-  lines_ = QStringList{first, analysis, stretch};
+  if (profiles.evaluationRange) stretch = tr("Evaluated: %1").arg(EngineText(EvaluatedForReaders(document)));
+  lines_ = QStringList{first, FromText(AnalysisForReaders(document)), stretch};
+  if (const std::string caution = CautionOf(document); !caution.empty()) lines_ << EngineText(caution);
   for (const JudgedRequirement& judged : RequirementsOf(document)) {
     lines_ << DrawingText(judged.requirement.source, RequirementVerdict(document, judged));
   }
@@ -111,18 +105,23 @@ void CHeading::ShowVerdict() {
   const bool isDrawingOpen = count.drawing == Acceptance::kUndecided;
   const bool isBad = count.failed > 0 || isDrawingBad;
   const bool isOpen = count.undecided + count.missing > 0 || isDrawingOpen;
-  const QString text = VerdictText(count);
+  const QString caution = EngineText(CautionOf(doc_.document()));
+  const QString text = VerdictText(count) + (caution.isEmpty() ? QString() : tr(", short profile"));
   QString tip = count.missing > 0 ? tr("Shows the first row with limits that has no value.") : QString();
   if (count.failed > 0) tip = tr("Shows the first row that is out of tolerance.");
-  if (count.undecided > 0) tip = tr("Shows what is undecided: %1.").arg(EngineText(count.doubt));
+  if (count.undecided + count.doubted > 0) tip = tr("Shows what is undecided: %1.").arg(EngineText(count.doubt));
   if (isDrawingBad || isDrawingOpen)
     tip += (tip.isEmpty() ? "" : "\n") + DrawingText(count.drawingSource, count.drawingText);
-  const char* const sign = isBad ? "\u2717 " : isOpen ? "? " : "\u2713 ";
+  if (!caution.isEmpty()) tip += (tip.isEmpty() ? "" : "\n") + caution;
+  const char* const sign = isBad ? "\u2717 " : isOpen ? "? " : caution.isEmpty() ? "\u2713 " : "! ";
   verdict_->setText(QString::fromUtf8(sign) + text);
   verdict_->setAccessibleName(text);
   verdict_->setToolTip(tip);
   verdict_->setEnabled(isBad || isOpen);
-  const QColor ground = isOpen && !isBad ? UndecidedGround() : VerdictGround(!isBad);
+  const QColor ground = isBad               ? VerdictGround(false)
+                        : isOpen            ? UndecidedGround()
+                        : caution.isEmpty() ? VerdictGround(true)
+                                            : CautionGround();
   verdict_->setStyleSheet(QString("QPushButton { background: %1; color: %2; border: none; font-weight: bold; %3}")
                               .arg(ground.name(), QColor(Qt::white).name(), shape));
 }
@@ -132,6 +131,7 @@ QString CHeading::VerdictText(const VerdictCount& count) {
   const int judged = static_cast<int>(count.judged);
   QString text = tr("%n toleranced parameters within tolerance", nullptr, judged);
   if (isBad) text = tr("%1 of %n toleranced parameters out of tolerance", nullptr, judged).arg(count.failed);
+  if (count.doubted > 0) text += " (" + EngineText(count.doubt) + ")";
   if (count.undecided > 0) {
     text = isBad ? text + tr(", %1 undecided").arg(count.undecided)
                  : tr("%1 of %n toleranced parameters undecided", nullptr, judged).arg(count.undecided);
@@ -142,10 +142,10 @@ QString CHeading::VerdictText(const VerdictCount& count) {
   }
   // The drawing may ask for more than its rows do: for more profiles, or for settings that nobody has said.
   if (judged + count.missing == 0) {
-    const QString verdicts[] = {tr("Drawing met"), tr("Drawing not met"), tr("Drawing undecided")};
+    const QString verdicts[] = {tr("Drawing conforming"), tr("Drawing not conforming"), tr("Drawing undecided")};
     return verdicts[static_cast<std::size_t>(*count.drawing)];
   }
-  if (count.drawing == Acceptance::kFail) text += tr(", drawing not met");
+  if (count.drawing == Acceptance::kFail) text += tr(", drawing not conforming");
   if (count.drawing == Acceptance::kUndecided && count.undecided + count.missing == 0)
     text += tr(", drawing undecided");
   return text;

@@ -5,11 +5,11 @@
 #include <cmath>
 #include <vector>
 
-#include "analysis/captions.h"
 #include "base/quantity.h"
 #include "parameters/edition2021/edition_list.h"
 #include "parameters/local_slopes.h"
 #include "presentation/feature_marks.h"
+#include "presentation/head_texts.h"
 #include "presentation/profile_marks.h"
 #include "ui/colours.h"
 #include "ui/language.h"
@@ -124,6 +124,16 @@ public:
                       .heightFactor = heightFactor_});
   }
 
+  /// What was not computed over, paler than any profile and without a name: no scale goes by it.
+  void AddBeside(const Document& document, std::span<const double> heights, const QPalette& palette) {
+    constexpr float kPale = 0.45F;
+    QColor ink = palette.color(QPalette::Text);
+    ink.setAlphaF(kPale);
+    const double step = document.profiles.spacingUM * lengthFactor_;
+    curves.push_back({.colour = ink, .heights = heights, .step = step, .heightFactor = heightFactor_});
+    curves.back().isOverlay = true;
+  }
+
   std::vector<CClickableProfileGraph::Curve> curves;
 
 private:
@@ -151,13 +161,16 @@ void DrawProfiles(CClickableProfileGraph& graph, const Document& document, const
     list.Add(document.profiles.View(ProfileKind::kRaw), NameOf(document, ProfileKind::kRaw),
              CurveColour(kColours[0], graph.palette()), 0.0);
   }
+  // Held until the graph has taken the heights over.
+  const bool showsRecord = shown[static_cast<std::size_t>(ProfileKind::kRaw)] || list.curves.empty();
+  const std::vector<double> beside = showsRecord ? std::vector<double>() : HeightsBeside(document);
+  if (!beside.empty()) list.AddBeside(document, beside, graph.palette());
   const Profile form = RemovedForm(document);
   if (shown[kShownForm] && form.range.count > 0) {
-    list.Add(form, FromText(FormCaption(document)), graph.palette().color(QPalette::Text), kFormWidth);
+    list.Add(form, "Form: " + FromText(FormForReaders(document)), graph.palette().color(QPalette::Text), kFormWidth);
     // So that what it lies on can be seen.
     list.curves.back().style = Qt::DashLine;
   }
-  // Held until the graph has taken the heights over.
   SteepPart steep;
   const auto steepKind = SteepKind(shown);
   if (display.ShowExtremeSlopes && steepKind && document.profiles.Has(*steepKind)) {

@@ -85,6 +85,11 @@ void CTexturonView::SetShown(std::size_t curve, bool shown) {
   doc_.ReplaceDisplay(std::move(display));
 }
 
+void CTexturonView::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  transmission_->SetRoom(width() >= heading_->minimumSizeHint().width() + transmission_->maximumWidth());
+}
+
 bool CTexturonView::eventFilter(QObject* /*watched*/, QEvent* event) {
   if (event->type() == QEvent::PaletteChange) {
     // Whichever gets its palette last.

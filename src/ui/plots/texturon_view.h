@@ -47,6 +47,7 @@ signals:
   void ReadoutChanged();
 
 protected:
+  void resizeEvent(QResizeEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:

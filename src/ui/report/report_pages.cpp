@@ -202,7 +202,7 @@ private:
 
   void AddTolerancedRows(PageFlow& flow) {
     const auto rows = RowsWhere([](const ReportRow& row) { return row.isToleranced; });
-    const Columns columns = {{30, false}, {18, true}, {15, true}, {15, true}, {10, false}, {12, false}};
+    const Columns columns = {{26, false}, {18, true}, {14, true}, {14, true}, {8, false}, {20, false}};
     AddTable(flow, Cells(LimitTitles()), columns, rows.size(), [this, rows, columns](const QRect& line, std::size_t i) {
       const ReportRow& row = *rows[i];
       const bool fails = row.verdict == Acceptance::kFail;
@@ -219,7 +219,7 @@ private:
     AddTitle(flow, QObject::tr("Parameters"));
     if (!choice_.layout.Has(ReportBlockKind::kVerdict)) AddTolerancedRows(flow);
     const auto rows = RowsWhere([](const ReportRow& row) { return !row.isToleranced && !row.value.empty(); });
-    const Columns columns = {{57, false}, {29, true}, {14, false}};
+    const Columns columns = {{60, false}, {26, true}, {14, false}};
     // Values with their uncertainty need the whole width.
     const int groups = document_.results.uncertainties.empty() ? 2 : 1;
     AddTable(
@@ -292,10 +292,11 @@ private:
     if (pairs.empty()) return;
     PageLines lines{.lineHeight = LineHeight(Font(8.5)), .count = pairs.size()};
     lines.paintHead = [this, title](const QRect& line) { Text(line, title, Font(9, true)); };
-    lines.paintLine = [this, &pairs](const QRect& line, std::size_t i) {
-      const int split = line.width() * 3 / 5;
-      const bool isDigest = pairs[i].second.size() > 60;
-      const int from = isDigest ? line.width() / 4 : split;
+    // One column for all of a block: a digest needs most of the width.
+    const bool hasDigest =
+        std::any_of(pairs.begin(), pairs.end(), [](const ReportLine& pair) { return pair.second.size() > 60; });
+    lines.paintLine = [this, &pairs, hasDigest](const QRect& line, std::size_t i) {
+      const int from = hasDigest ? line.width() * 3 / 10 : line.width() * 3 / 5;
       Text(line.adjusted(0, 0, from - line.width(), 0), FromText(pairs[i].first), Font(8.5));
       Text(line.adjusted(from + kGap, 0, 0, 0), FromText(pairs[i].second), Font(8.5));
     };

@@ -41,7 +41,8 @@ QColor OnWhite(const QColor& colour) {
   return QColor::fromRgbF(mixed(colour.redF()), mixed(colour.greenF()), mixed(colour.blueF()));
 }
 
-/// Colours that let the ground through become what is then seen: files that are kept for long know no such ones.
+}  // namespace
+
 void MakeOpaque(QCustomPlot& plot) {
   const auto opaqueBrush = [](QBrush brush) {
     if (brush.style() != Qt::NoBrush) brush.setColor(OnWhite(brush.color()));
@@ -68,6 +69,8 @@ void MakeOpaque(QCustomPlot& plot) {
     plot.plottable(i)->setPen(opaquePen(plot.plottable(i)->pen()));
   }
 }
+
+namespace {
 
 /// What a block draws and what that reads.
 struct PictureRow {
@@ -128,7 +131,7 @@ std::unique_ptr<QCustomPlot> ProfilesOf(const PictureRow& row, const Document& d
   auto graph = std::make_unique<CClickableProfileGraph>();
   PutOnWhite(*graph, fontPixels);
   constexpr int kNumberWidths = 6;  // the same room at the left for numbers of any length
-  graph->axisRect()->setMinimumMargins(QMargins(kNumberWidths * fontPixels, 0, fontPixels, 0));
+  graph->axisRect()->setMinimumMargins(QMargins(kNumberWidths * fontPixels, fontPixels, fontPixels, 0));
   ShownProfiles shown{};
   bool hasAny = false;
   for (const ProfileKind kind : row.profiles) {
@@ -185,6 +188,8 @@ BlockPicture MakePicture(ReportBlockKind kind, const Document& document, int fon
     picture.plot->axisRect()->setupFullAxesBox(true);
     PutOnWhite(*picture.plot, fontPixels);
     row->draw(*picture.plot, document);
+    // Half of a number at the end of an axis stands beyond it.
+    picture.plot->axisRect()->setMinimumMargins(QMargins(0, fontPixels, fontPixels, 0));
     QCustomPlot* const plot = picture.plot.get();
     QObject::connect(plot, &QCustomPlot::afterLayout, plot, [plot] { SpreadLabels(*plot); });
   }

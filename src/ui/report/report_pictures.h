@@ -44,6 +44,10 @@ BlockPicture MakePicture(ReportBlockKind kind, const Document& document, int fon
 /// The profiles of a view, over the stretch and the heights that it shows. The document must outlive it.
 std::unique_ptr<QCustomPlot> MakePicture(const PictureOfView& view, const Document& document, int fontPixels);
 
+/// Gives colours that let the ground through the colour that is then seen on white: files that are kept for long know
+/// no such ones.
+void MakeOpaque(QCustomPlot& plot);
+
 /// A picture as an <svg> element; names in it begin with `idPrefix`.
 QByteArray SvgOf(QCustomPlot& plot, const QSize& size, const QByteArray& idPrefix);
 /// As a picture of dots, each of them 1/96 inch.

@@ -102,6 +102,8 @@ public:
     element += Attribute("font-size", Number(QFontInfo(font).pixelSize()));
     if (font.bold()) element += Attribute("font-weight", "bold");
     // The reader's letters may be wider than those that the layout was made with.
+    // Blanks at its ends count in that length.
+    if (item.text().startsWith(' ') || item.text().endsWith(' ')) element += Attribute("xml:space", "preserve");
     element += Attribute("textLength", Number(item.width())) + Attribute("lengthAdjust", "spacingAndGlyphs");
     element += ColourOf("fill", painter()->pen().color());
     Write(element + ">" + item.text().toHtmlEscaped().toUtf8() + "</text>");

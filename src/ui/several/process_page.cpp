@@ -6,6 +6,7 @@
 #include <QFontMetrics>
 #include <QPainter>
 #include <QPdfWriter>
+#include <algorithm>
 #include <functional>
 #include <string_view>
 
@@ -44,6 +45,7 @@ public:
     for (int i = 0; i < plot_.itemCount(); ++i) {
       if (auto* const label = qobject_cast<QCPItemText*>(plot_.item(i))) label->setFont(font);
     }
+    MakeOpaque(plot_);
   }
   QCustomPlot& operator*() { return plot_; }
   QCustomPlot* operator->() { return &plot_; }
@@ -71,21 +73,27 @@ public:
     font.setBold(isBold);
     painter_.setFont(font);
     top_ += LineHeight();
-    painter_.drawText(0, top_, text);
+    painter_.drawText(0, top_, Fitting(text, width_));
   }
 
-  void Row(const QStringList& cells, bool isBold) {
+  /// A row of the statistics; that of the titles is two lines high.
+  void Row(const QStringList& cells, bool isTitle) {
     QFont font = painter_.font();
-    font.setBold(isBold);
+    font.setBold(isTitle);
     painter_.setFont(font);
-    top_ += LineHeight();
-    const int step = width_ / static_cast<int>(cells.size());
+    const int height = (isTitle ? 2 : 1) * LineHeight();
+    int left = 0;
     for (int i = 0; i < cells.size(); ++i) {
-      const QRect place(i * step, top_ - LineHeight(), step - LineHeight() / 2, LineHeight());
-      painter_.drawText(place,
-                        static_cast<int>(Qt::AlignBottom) | static_cast<int>(i == 0 ? Qt::AlignLeft : Qt::AlignRight),
-                        cells[i]);
+      const int width = width_ * kShares[std::min<std::size_t>(i, std::size(kShares) - 1)] / 100;
+      const QRect place(left, top_, width - LineHeight() / 2, height);
+      const int flags =
+          static_cast<int>(Qt::AlignBottom) |
+          static_cast<int>(kIsText[std::min<std::size_t>(i, std::size(kIsText) - 1)] ? Qt::AlignLeft : Qt::AlignRight) |
+          (isTitle ? static_cast<int>(Qt::TextWordWrap) : 0);
+      painter_.drawText(place, flags, isTitle ? cells[i] : Fitting(cells[i], place.width()));
+      left += width;
     }
+    top_ += height;
   }
 
   void Chart(int lines, const std::function<void(QCustomPlot&)>& draw) {
@@ -103,6 +111,14 @@ public:
   int LinesLeft(const QPdfWriter& device) const { return (device.height() - top_) / LineHeight(); }
 
 private:
+  /// Columns of the statistics in hundredths of the width: parameter, files, four figures, unit, out of tolerance.
+  static constexpr int kShares[] = {27, 8, 12, 12, 12, 12, 6, 11};
+  static constexpr bool kIsText[] = {true, false, false, false, false, false, true, false};
+
+  QString Fitting(const QString& text, int width) const {
+    return QFontMetrics(painter_.font(), painter_.device()).elidedText(Readable(text), Qt::ElideMiddle, width);
+  }
+
   QCPPainter painter_;
   int width_ = 0;
   int top_ = 0;

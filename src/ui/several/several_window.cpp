@@ -26,9 +26,13 @@
 #include "base/quantity.h"
 #include "platform/platform.h"
 #include "platform/prompts.h"
+#include "presentation/cautions.h"
+#include "presentation/head_texts.h"
+#include "presentation/requirement_texts.h"
 #include "presentation/table_rows.h"
 #include "settings/setting_choices.h"
 #include "ui/colours.h"
+#include "ui/flow_layout.h"
 #include "ui/language.h"
 #include "ui/plots/clickable_profile_graph.h"
 #include "ui/qt_text.h"
@@ -105,6 +109,13 @@ CSeveralWindow::CSeveralWindow(CTexturonDoc& doc, QWidget* parent) : QDialog(par
   upright->setStretchFactor(0, 2);
   upright->setStretchFactor(1, 1);
   outer->addWidget(upright, 1);
+  drawing_ = new QLabel(this);
+  drawing_->setObjectName("drawing");
+  drawing_->setWordWrap(true);
+  drawing_->setTextFormat(Qt::PlainText);
+  drawing_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  drawing_->setVisible(false);
+  outer->addWidget(drawing_);
   state_ = new QLabel(this);
   state_->setObjectName("state");
   state_->setWordWrap(true);
@@ -127,14 +138,14 @@ CSeveralWindow::CSeveralWindow(CTexturonDoc& doc, QWidget* parent) : QDialog(par
     emit OpenRequested(FromPath(entries_[static_cast<std::size_t>(list_->row(item))]->document.profiles.sourceFile));
   });
   connect(&doc_, &CTexturonDoc::Changed, this, &CSeveralWindow::OnSettingsChanged);
-  ResizeInCharacters(*this, 130, 42);
+  ResizeInCharacters(*this, 185, 42);
   DrawOverlay();
 }
 
 CSeveralWindow::~CSeveralWindow() = default;
 
 QLayout* CSeveralWindow::MakeChoices() {
-  auto* const row = new QHBoxLayout;
+  auto* const row = new CFlowLayout;
   const auto addButton = [this, row](const QString& text, const auto& act) {
     auto* const button = new QPushButton(text, this);
     connect(button, &QPushButton::clicked, this, act);
@@ -147,13 +158,18 @@ QLayout* CSeveralWindow::MakeChoices() {
   });
   addButton(tr("&Remove"), [this] { RemoveChosen(); });
   const auto addChoice = [this, row](const QString& title, const QStringList& items, const char* name) {
-    auto* const label = new QLabel(title, this);
-    auto* const box = new QComboBox(this);
+    // A name and its box stay together where the row is broken.
+    auto* const both = new QWidget(this);
+    auto* const pair = new QHBoxLayout(both);
+    pair->setContentsMargins(0, 0, 0, 0);
+    auto* const label = new QLabel(title, both);
+    auto* const box = new QComboBox(both);
     label->setBuddy(box);
     box->setObjectName(name);
     box->addItems(items);
-    row->addWidget(label);
-    row->addWidget(box);
+    pair->addWidget(label);
+    pair->addWidget(box);
+    row->addWidget(both);
     return box;
   };
   QStringList kinds;
@@ -173,7 +189,6 @@ QLayout* CSeveralWindow::MakeChoices() {
   mean_ = addBox(tr("&Mean"), "mean", tr("The mean of the profiles that are ticked."));
   band_ = addBox(tr("&Band"), "band", tr("The lowest and highest of them at each place."));
   difference_ = addBox(tr("&Difference"), "difference", tr("Where two are ticked: the first minus the second."));
-  row->addStretch(1);
   QStringList rules;
   for (const SettingChoice& choice : ChoicesOf(*FindSetting("DECISION", "AcceptanceRule")->key)) {
     rules << EngineText(choice.name);
@@ -231,6 +246,7 @@ void CSeveralWindow::AddFile(const std::filesystem::path& file) {
     entry->name = FromPath(file.filename());
     if (count > 1) entry->name += QString(" (%1)").arg(i + 1);
     NoteDoubt(entry->name, TryByKnownBudget(entry->document));
+    NoteCaution(*entry);
     entries_.push_back(std::move(entry));
   }
 }
@@ -242,6 +258,11 @@ void CSeveralWindow::Tell(const QString& sentences) {
 
 void CSeveralWindow::NoteDoubt(const QString& name, const QString& reason) {
   if (!reason.isEmpty()) faults_ << tr("%1 has no uncertainty: %2.").arg(name, reason);
+}
+
+void CSeveralWindow::NoteCaution(const Entry& entry) {
+  const std::string caution = CautionOf(entry.document);
+  if (!caution.empty()) faults_ << entry.name + ": " + EngineText(caution);
 }
 
 void CSeveralWindow::RemoveChosen() {
@@ -434,6 +455,7 @@ void CSeveralWindow::ShowTable() {
     results.Add(entry->document);
     titles << entry->name;
   }
+  ShowDrawing(results);
   titles << tr("Mean") << tr("Standard deviation") << tr("Range") << tr("Unit") << tr("Verdict");
   QSet<int> numbers;
   const int figures = static_cast<int>(entries_.size()) + 3;
@@ -446,7 +468,13 @@ void CSeveralWindow::ShowTable() {
     return RankOfInterest(one.row) < RankOfInterest(other.row);
   });
   for (const SeveralRow& row : rows) {
-    QStringList cells = {FromText(row.title + row.label)};
+    constexpr std::size_t kLongestInTitle = 28;
+    const std::string label = LabelForReaders(row.label);
+    const bool isLong = label.size() > kLongestInTitle;
+    QStringList cells = {FromText(isLong ? row.title : row.title + label)};
+    QStringList tip;
+    if (isLong) tip << FromText(label).trimmed();
+    if (row.acceptance) tip << EngineText(row.acceptance->by);
     const auto add = [&](const std::optional<double>& value) {
       const std::string text = row.Shown(value, metric);
       cells << (text.empty() ? QString::fromUtf8("\u2013") : Readable(FromText(text)));
@@ -455,11 +483,11 @@ void CSeveralWindow::ShowTable() {
     for (const auto& value : {row.statistics.mean, row.statistics.standardDeviation, row.statistics.Range()})
       add(value);
     cells << Readable(FromText(row.row.quantity.Unit(metric)));
-    cells << (row.acceptance ? EngineText(AcceptanceWord(row.acceptance->verdict)) : QString());
+    cells << (row.acceptance ? EngineText(VerdictWord(row.acceptance->verdict)) : QString());
     const bool isBad = row.acceptance && row.acceptance->verdict == Acceptance::kFail;
     records << CGridCtrl::Record{.cells = cells,
                                  .standsOut = isBad,
-                                 .tip = row.acceptance ? EngineText(row.acceptance->by) : QString(),
+                                 .tip = tip.join('\n'),
                                  .isUndecided = row.acceptance && row.acceptance->verdict == Acceptance::kUndecided};
   }
   // A table has its columns from the beginning.
@@ -468,6 +496,16 @@ void CSeveralWindow::ShowTable() {
   tableRoom_->layout()->addWidget(table_);
   table_->setAccessibleName(tr("Parameters of the profiles"));
   table_->Show(records);
+}
+
+void CSeveralWindow::ShowDrawing(const SeveralResults& results) {
+  QStringList lines;
+  for (const JudgedRequirement& judged : results.Requirements()) {
+    const std::string verdict = RequirementVerdict(entries_.front()->document, judged);
+    lines << tr("Drawing: %1").arg(FromText(judged.requirement.source) + ": " + Readable(EngineText(verdict)));
+  }
+  drawing_->setText(lines.join('\n'));
+  drawing_->setVisible(!lines.isEmpty());
 }
 
 void CSeveralWindow::OnSettingsChanged() {
@@ -482,7 +520,9 @@ void CSeveralWindow::OnSettingsChanged() {
     ApplySettings(entry->document, doc_.document().settings);
     const RunStep step = AnalyseRecord(entry->document, nobody, doc_.environment());
     if (!step.ok()) faults_ << entry->name + " " + EngineText(step.Reason()) + ".";
-    if (step.ok()) NoteDoubt(entry->name, TryByKnownBudget(entry->document));
+    if (!step.ok()) continue;
+    NoteDoubt(entry->name, TryByKnownBudget(entry->document));
+    NoteCaution(*entry);
   }
   DrawOverlay();
   ShowTable();

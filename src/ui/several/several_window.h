@@ -60,6 +60,8 @@ private:
   void AddFile(const std::filesystem::path& file);
   void Tell(const QString& sentences);
   void NoteDoubt(const QString& name, const QString& reason);
+  /// What the verdict must be read with for this profile.
+  void NoteCaution(const Entry& entry);
   void RemoveChosen();
   void AlignChosenHere();
   void AskForReport();
@@ -69,6 +71,8 @@ private:
   void DrawOverlay();
   void LabelCursors();
   void ShowTable();
+  /// What the drawing in the settings comes to over all profiles, a line each.
+  void ShowDrawing(const SeveralResults& results);
   void OnSettingsChanged();
   ProfileKind Kind() const;
   QColor ColourOf(std::size_t entry) const;
@@ -85,6 +89,7 @@ private:
   QPushButton* alignHere_;
   QListWidget* list_;
   CClickableProfileGraph* graph_;
+  QLabel* drawing_;
   QLabel* state_;
   CGridCtrl* table_;
   QWidget* tableRoom_;

@@ -27,7 +27,7 @@ QCustomPlot* MakePlot(QWidget* parent) {
   auto* const plot = new QCustomPlot(parent);
   plot->axisRect()->setupFullAxesBox(true);
   for (QCPAxis* const axis : {plot->xAxis, plot->yAxis}) axis->setTicker(MakeTicker());
-  plot->setMinimumSize(plot->fontMetrics().averageCharWidth() * 24, plot->fontMetrics().height() * 8);
+  plot->setMinimumSize(plot->fontMetrics().averageCharWidth() * 24, plot->fontMetrics().height() * 6);
   ApplyPalette(*plot);
   QObject::connect(plot, &QCustomPlot::afterLayout, plot, [plot] { SpreadLabels(*plot); });
   return plot;
@@ -109,7 +109,9 @@ TrendSeries CTrendPane::SeriesOf(const QString& title) const {
     series.values.push_back(isThere ? column->value : std::nullopt);
     series.outOfLimit.push_back(isThere && column->outOfTolerance);
     series.undecided.push_back(isThere && column->undecided);
-    if (isThere) series.limits = column->limits;
+    if (!isThere) continue;
+    series.limits = column->limits;
+    series.unit = Readable(FromText(column->unit));
   }
   if (std::find(series.undecided.begin(), series.undecided.end(), true) == series.undecided.end()) {
     series.undecided.clear();
@@ -122,9 +124,25 @@ void CTrendPane::Draw() {
   series_ = SeriesOf(parameter_->currentText());
   DrawTrend(*chart_, series_);
   DrawHistogram(*histogram_, series_);
+  SpaceTicks();
   capability_->setText(parameter_->count() > 0 ? CapabilityText(series_) : QString());
   chart_->replot(QCustomPlot::rpQueuedReplot);
   histogram_->replot(QCustomPlot::rpQueuedReplot);
+}
+
+void CTrendPane::SpaceTicks() {
+  constexpr int kLinesOfTick = 3;
+  constexpr int kMostTicks = 6;
+  for (QCustomPlot* const plot : {chart_, histogram_}) {
+    const int ticks = plot->height() / (kLinesOfTick * plot->fontMetrics().height());
+    plot->yAxis->ticker()->setTickCount(std::clamp(ticks, 2, kMostTicks));
+  }
+}
+
+void CTrendPane::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  // The plots have their sizes once the splitter has laid them out.
+  QMetaObject::invokeMethod(this, &CTrendPane::Draw, Qt::QueuedConnection);
 }
 
 void CTrendPane::changeEvent(QEvent* event) {

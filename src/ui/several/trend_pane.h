@@ -40,9 +40,12 @@ signals:
 
 protected:
   void changeEvent(QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
 
 private:
   void Draw();
+  /// As many numbers up an axis as have room there.
+  void SpaceTicks();
   TrendSeries SeriesOf(const QString& title) const;
 
   QComboBox* parameter_;

@@ -44,6 +44,15 @@ std::vector<Level> LevelsOf(const QCustomPlot& plot, const TrendSeries& series) 
   return levels;
 }
 
+/// Ticks of what is counted: there is no file 2.5.
+class WholeTicker : public QCPAxisTicker {
+protected:
+  double getTickStep(const QCPRange& range) override {
+    return std::max(1.0, std::round(QCPAxisTicker::getTickStep(range)));
+  }
+  int getSubTickCount(double /*tickStep*/) override { return 0; }
+};
+
 double PlaceOf(const TrendSeries& series, std::size_t i) {
   return series.timesS.empty() ? static_cast<double>(i + 1) : series.timesS[i];
 }
@@ -89,7 +98,7 @@ void DrawTrend(QCustomPlot& plot, const TrendSeries& series) {
   ClearDrawing(plot);
   const std::vector<Level> levels = LevelsOf(plot, series);
   if (series.timesS.empty()) {
-    plot.xAxis->setTicker(QSharedPointer<QCPAxisTicker>(new QCPAxisTicker));
+    plot.xAxis->setTicker(QSharedPointer<WholeTicker>::create());
     plot.xAxis->setLabel(QObject::tr("number of the file"));
   } else {
     const auto ticker = QSharedPointer<QCPAxisTickerDateTime>::create();
@@ -131,6 +140,7 @@ void DrawHistogram(QCustomPlot& plot, const TrendSeries& series) {
   const std::vector<Level> levels = LevelsOf(plot, series);
   plot.xAxis->setLabel(series.title);
   plot.yAxis->setLabel(QObject::tr("number of files"));
+  plot.yAxis->setTicker(QSharedPointer<WholeTicker>::create());
   std::size_t most = 1;
   QColor colour = CurveColour(0, plot.palette());
   for (const HistogramClass& each : HistogramOf(series.values)) {
@@ -162,11 +172,11 @@ QString CapabilityText(const TrendSeries& series) {
   const ValueStatistics statistics = StatisticsOf(series.values);
   const ProcessCapability capability = CapabilityOf(statistics, series.limits.lower, series.limits.upper);
   QStringList parts = {QString("n %1").arg(statistics.count)};
-  const auto add = [&parts](const QString& name, const std::optional<double>& value) {
-    if (value) parts << name + " " + Figure(*value);
+  const auto add = [&parts](const QString& name, const std::optional<double>& value, const QString& unit = {}) {
+    if (value) parts << QString(name + " " + Figure(*value) + " " + unit).trimmed();
   };
-  add(QObject::tr("mean"), statistics.mean);
-  add("s", statistics.standardDeviation);
+  add(QObject::tr("mean"), statistics.mean, series.unit);
+  add("s", statistics.standardDeviation, series.unit);
   add("Cp", capability.cp);
   add("Cpk", capability.cpk);
   return parts.join("    ");

@@ -14,6 +14,7 @@ namespace texturon {
 /// One parameter over the files of a process. Values and limits in the unit shown.
 struct TrendSeries {
   QString title;                 ///< with the unit
+  QString unit;                  ///< alone; empty: none
   ValueSeries values;            ///< in the order of the files; nothing for a file that gave none
   std::vector<double> timesS;    ///< as many, seconds since 1970; empty: over the number of the file
   std::vector<bool> outOfLimit;  ///< as many as values
@@ -28,7 +29,7 @@ void DrawTrend(QCustomPlot& plot, const TrendSeries& series);
 /// How often the values fall into classes of equal width, with the same limits and lines, upright.
 void DrawHistogram(QCustomPlot& plot, const TrendSeries& series);
 
-/// Number, mean, deviation, Cp and Cpk in a line; a figure that there is not is left out.
+/// Number, mean and deviation with their unit, Cp and Cpk in a line; a figure that there is not is left out.
 QString CapabilityText(const TrendSeries& series);
 
 /// The value whose point lies nearest to a place of the plot, in pixels; nothing further away than a few of them.

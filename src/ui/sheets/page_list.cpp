@@ -3,8 +3,8 @@
 #include "ui/sheets/page_list.h"
 
 #include <QAbstractButton>
+#include <QComboBox>
 #include <QGridLayout>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QListWidget>
 #include <QSet>
@@ -59,18 +59,25 @@ void CollectStops(const QLayout& layout, QList<QWidget*>& stops) {
 }  // namespace
 
 CPageList::CPageList(QWidget* parent)
-    : QWidget(parent), list_(new QListWidget(this)), pages_(new QStackedWidget(this)) {
+    : QWidget(parent), list_(new QListWidget(this)), box_(new QComboBox(this)), pages_(new QStackedWidget(this)) {
   list_->setAccessibleName(tr("Pages"));
   list_->setObjectName("pages");
   list_->setSizeAdjustPolicy(QAbstractItemView::AdjustToContents);
   list_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
   list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  auto* const layout = new QHBoxLayout(this);
+  box_->setAccessibleName(tr("Pages"));
+  box_->setMaxVisibleItems(20);
+  auto* const layout = new QGridLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
-  layout->addWidget(list_);
-  layout->addWidget(pages_, 1);
+  layout->addWidget(box_, 0, 0, 1, 2);
+  layout->addWidget(list_, 1, 0);
+  layout->addWidget(pages_, 1, 1);
+  layout->setColumnStretch(1, 1);
+  SetNarrow(false);
+  connect(box_, &QComboBox::currentIndexChanged, list_, [this](int row) { list_->setCurrentRow(row); });
   connect(list_, &QListWidget::currentRowChanged, this, [this](int row) {
     pages_->setCurrentIndex(row);
+    box_->setCurrentIndex(row);
     emit CurrentChanged();
   });
 }
@@ -78,8 +85,23 @@ CPageList::CPageList(QWidget* parent)
 void CPageList::Add(QWidget* page, const QString& title) {
   pages_->addWidget(page);
   list_->addItem(title);
+  box_->addItem(title);
   list_->setFixedWidth(list_->sizeHintForColumn(0) + 3 * fontMetrics().averageCharWidth());
   if (list_->currentRow() < 0) list_->setCurrentRow(0);
+}
+
+void CPageList::SetNarrow(bool narrow) {
+  list_->setVisible(!narrow);
+  box_->setVisible(narrow);
+  // Whoever asks next how wide it must be is told so.
+  for (QWidget* widget = this; widget != nullptr; widget = widget->parentWidget()) {
+    if (widget->layout() != nullptr) widget->layout()->invalidate();
+    widget->updateGeometry();
+  }
+}
+
+QWidget& CPageList::Chooser() {
+  return list_->isHidden() ? static_cast<QWidget&>(*box_) : *list_;
 }
 
 int CPageList::count() const {

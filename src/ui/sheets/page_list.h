@@ -4,12 +4,14 @@
 
 #include <QWidget>
 
+class QComboBox;
 class QListWidget;
 class QStackedWidget;
 
 namespace texturon {
 
-/// Pages of which one is seen, chosen from a list of their titles at the left.
+/// Pages of which one is seen, chosen from a list of their titles at the left, or from a box above them where that
+/// would be too wide.
 class CPageList : public QWidget {
   Q_OBJECT
 
@@ -24,12 +26,16 @@ public:
   void setCurrentIndex(int index);
   QString Title(int index) const;
   QListWidget& List() { return *list_; }
+  void SetNarrow(bool narrow);
+  /// What the pages are chosen with.
+  QWidget& Chooser();
 
 signals:
   void CurrentChanged();
 
 private:
   QListWidget* list_;
+  QComboBox* box_;
   QStackedWidget* pages_;
 };
 

@@ -152,7 +152,10 @@ void CParametersPage::Refresh() {
         if (const bool* const flag = std::get_if<bool>(&value)) {
           flags |= Qt::ItemIsUserCheckable;
           item->setCheckState(*flag ? Qt::Checked : Qt::Unchecked);
-          if (column == 0) item->setText(TitleOf(name));
+          if (column == 0) {
+            item->setText(TitleOf(name));
+            item->setToolTip(item->text());
+          }
         } else {
           flags |= Qt::ItemIsEditable;
           item->setText(FromText(EntryText(*key, value, true)));
@@ -162,14 +165,24 @@ void CParametersPage::Refresh() {
       item->setFlags(flags);
     }
   }
+  FitNames();
+}
+
+void CParametersPage::FitNames() {
+  // A name with its editions is read whole; the definition, which has its tip, gives the room.
+  constexpr int kMostCharacters = 26;
+  const int most = table_->fontMetrics().averageCharWidth() * kMostCharacters;
+  table_->resizeColumnToContents(0);
+  if (table_->columnWidth(0) > most) table_->setColumnWidth(0, most);
 }
 
 QString CParametersPage::TitleOf(const std::string& name) const {
   if (ChosenEdition(settings_.analysis) != EditionChoice::kBoth) return FromText(name);
-  QStringList editions;
-  if (FindMasterRow(name) != nullptr) editions << FromText(NameOf(Edition::k1997));
-  if (ParseEditionName(name).row != nullptr) editions << FromText(NameOf(Edition::k2021));
-  return editions.isEmpty() ? FromText(name) : QString("%1 (%2)").arg(FromText(name), editions.join(", "));
+  const bool isOld = FindMasterRow(name) != nullptr;
+  const bool isNew = ParseEditionName(name).row != nullptr;
+  if (!isOld && !isNew) return FromText(name);
+  const QString edition = isOld && isNew ? tr("both") : FromText(NameOf(isNew ? Edition::k2021 : Edition::k1997));
+  return QString("%1 (%2)").arg(FromText(name), edition);
 }
 
 QString CParametersPage::TextOf(const std::string& name, bool isUnit) const {

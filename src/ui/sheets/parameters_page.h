@@ -45,6 +45,8 @@ private:
   void Take();
   /// A limit that has been typed is one to compare with; the lower one counts where both do.
   void LetCount(const QTableWidgetItem& limit);
+  /// Makes the column of the names as wide as they are.
+  void FitNames();
   /// The name, with its editions where rows of both are shown.
   QString TitleOf(const std::string& name) const;
   /// Unit or definition, of both editions where they differ.

@@ -20,6 +20,7 @@
 #include "settings/settings_changes.h"
 #include "ui/language.h"
 #include "ui/qt_text.h"
+#include "ui/sheets/edition_notice.h"
 #include "ui/sheets/parameters_page.h"
 #include "ui/sheets/presets.h"
 #include "ui/sheets/shape_pages.h"
@@ -133,9 +134,30 @@ void CLiveSheet::TakeDefaults(bool ofAllPages) {
 void CLiveSheet::TakeOver(const Settings& settings) {
   working_ = settings;
   SettleOwnCutoffs(working_.analysis);
+  FollowEdition();
   for (CSettingsPage* const page : findChildren<CSettingsPage*>()) page->Reset();
   ShowFault();
   ApplyNow();
+}
+
+void CLiveSheet::NoteList() {
+  edition_ = ChosenEdition(working_.analysis);
+  list_ = working_.analysis.parameters;
+}
+
+void CLiveSheet::FollowEdition() {
+  std::vector<ParameterSelection>& list = working_.analysis.parameters;
+  editionNotice_.clear();
+  const EditionChoice chosen = ChosenEdition(working_.analysis);
+  if (list != list_) lists_.clear();
+  if (chosen == edition_ || list != list_) return NoteList();
+  lists_[edition_] = list;
+  if (const auto own = lists_.find(chosen); own != lists_.end()) {
+    list = own->second;
+  } else {
+    editionNotice_ = EditionNotice(TranslateList(edition_, working_.analysis), working_.analysis);
+  }
+  NoteList();
 }
 
 void CLiveSheet::setVisible(bool visible) {
@@ -192,13 +214,17 @@ void CLiveSheet::showEvent(QShowEvent* event) {
   seen_ = working_;
   hasEdited_ = false;
   SettleOwnCutoffs(working_.analysis);
+  lists_.clear();
+  editionNotice_.clear();
+  NoteList();
   for (CSettingsPage* const page : findChildren<CSettingsPage*>()) page->Reset();
   ShowFault();
   AssignPageLetters();
-  pages_->List().setFocus();
+  pages_->Chooser().setFocus();
 }
 
 void CLiveSheet::OnEdited() {
+  FollowEdition();
   ShowFault();
   for (CSettingsPage* const page : findChildren<CSettingsPage*>()) page->Refresh();
   delay_.start();
@@ -233,14 +259,15 @@ void CLiveSheet::OnChanged() {
     RepeatChanges(seen_, inForce, working_);
   }
   seen_ = inForce;
+  NoteList();
   for (CSettingsPage* const page : findChildren<CSettingsPage*>()) page->Refresh();
 }
 
 void CLiveSheet::ShowFault() {
-  fault_->clear();
   for (const CSettingsPage* const page : findChildren<CSettingsPage*>()) {
     if (!page->Fault().isEmpty()) return fault_->setText(tr("Not applied: %1.").arg(page->Fault()));
   }
+  fault_->setText(editionNotice_);
 }
 
 void CLiveSheet::keyPressEvent(QKeyEvent* event) {

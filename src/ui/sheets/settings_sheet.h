@@ -4,7 +4,10 @@
 
 #include <QTimer>
 #include <QWidget>
+#include <map>
+#include <vector>
 
+#include "parameters/edition2021/edition_list.h"
 #include "ui/sheets/page_list.h"
 #include "ui/sheets/settings_pages.h"
 #include "ui/window/texturon_doc.h"
@@ -53,6 +56,10 @@ private:
   void SaveAsPreset();
   /// The page's letters must not be those of the window around it.
   void AssignPageLetters();
+  /// Another edition has other names: translates the list of parameters where it is still that of the edition before.
+  /// Gone back to, an edition has its own list again as long as nobody changes the other. Says what could not follow.
+  void FollowEdition();
+  void NoteList();
   /// Shows entries that did not come from a field, and applies them.
   void TakeOver(const Settings& settings);
 
@@ -60,6 +67,10 @@ private:
   Settings working_;
   Settings former_;  ///< to go back to: as it was when the sheet was opened, with what others have changed since
   Settings seen_;    ///< the document's when they were looked at last
+  EditionChoice edition_ = EditionChoice::k1997;  ///< that `list_` was made under
+  std::vector<ParameterSelection> list_;
+  std::map<EditionChoice, std::vector<ParameterSelection>> lists_;  ///< that `list_` was translated from
+  QString editionNotice_;
   bool applies_ = false;
   bool hasEdited_ = false;
   CPageList* pages_;

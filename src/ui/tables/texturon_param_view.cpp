@@ -13,6 +13,7 @@
 #include <QVBoxLayout>
 
 #include "parameters/catalogue.h"
+#include "presentation/head_texts.h"
 #include "presentation/shown_rows.h"
 #include "ui/language.h"
 #include "ui/qt_text.h"
@@ -42,7 +43,7 @@ QString TitleOf(RowGroup group) {
 }
 
 QString LabelOf(const ShownRow& row) {
-  return EngineText(ToText(FromText(row.label).trimmed()));
+  return EngineText(LabelForReaders(ToText(FromText(row.label).trimmed())));
 }
 
 /// The limits in the unit of the row; empty without.
@@ -172,11 +173,9 @@ void CTexturonParamView::Update() {
       names_ << QString();
     }
     const bool lacksValue = !row.verdict && row.row.tolerance.toleranced;
-    const QString verdict = lacksValue                               ? tr("no value")
-                            : !row.verdict                           ? QString()
-                            : *row.verdict == Acceptance::kPass      ? tr("pass")
-                            : *row.verdict == Acceptance::kUndecided ? tr("undecided")
-                                                                     : tr("out of tolerance");
+    const QString verdict = lacksValue    ? tr("no value")
+                            : row.verdict ? EngineText(VerdictWord(*row.verdict))
+                                          : QString();
     names_ << FromText(row.row.name);
     records << CGridCtrl::Record{
         .cells = {FromText(row.title),

@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QDialogButtonBox>
 #include <QGridLayout>
 #include <QHeaderView>
 #include <QLabel>
@@ -78,6 +79,7 @@ CCompareWindow::CCompareWindow(CTexturonDoc& doc, QWidget* parent)
   table_->headerItem()->setToolTip(1, tr("What the step adds after those above it"));
   table_->headerItem()->setToolTip(2, tr("What the step does by itself from the first settings"));
   table_->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+  table_->header()->setStretchLastSection(false);
   practices_->setAccessibleName(tr("Practices, the nearest to the instrument's values first"));
   practices_->setHorizontalHeaderLabels({tr("Practice"), tr("Lc"), tr("Off by"), tr("Within 1 %")});
   practices_->setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -89,13 +91,18 @@ CCompareWindow::CCompareWindow(CTexturonDoc& doc, QWidget* parent)
   connect(tabs_, &QTabWidget::currentChanged, this, [this] { Rank(); });
   layout->addWidget(tabs_, 2, 0, 1, 3);
   layout->addWidget(sentence_, 3, 0, 1, 3);
+  sentence_->setWordWrap(true);
+  auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
+  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  buttons->button(QDialogButtonBox::Close)->setAutoDefault(false);
+  layout->addWidget(buttons, 4, 0, 1, 3);
   layout->setColumnStretch(1, 1);
   layout->setRowStretch(2, 1);
   connect(&doc_, &CTexturonDoc::Changed, this, [this] {
     isRankOld_ = true;
     if (isVisible()) Compare();
   });
-  ResizeInCharacters(*this, 90, 40);
+  ResizeInCharacters(*this, 120, 40);
   Compare();
 }
 
@@ -158,13 +165,18 @@ void CCompareWindow::Compare() {
     const QString unit = Readable(FromText(PrintedUnit(row.quantity.Unit(metric))));
     const auto value = [&](const std::optional<double>& number) { return Figure(number, row.quantity, metric, 6); };
     const auto change = [&](const std::optional<double>& number) { return Figure(number, row.quantity, metric, 3); };
+    const auto align = [](QTreeWidgetItem& item) {
+      for (const int column : {1, 2}) item.setTextAlignment(column, Qt::AlignRight | Qt::AlignVCenter);
+    };
     auto* const line = new QTreeWidgetItem(table_, {FromText(row.name), change(row.Difference()), QString(),
                                                     value(row.a) + QString::fromUtf8(" \u2192 ") + value(row.b), unit});
+    align(*line);
     for (const StepChange& step : row.steps) {
-      new QTreeWidgetItem(line, {EngineText(step.step), change(step.change), change(step.alone), QString(), unit});
+      align(*new QTreeWidgetItem(line,
+                                 {EngineText(step.step), change(step.change), change(step.alone), QString(), unit}));
     }
     if (!row.steps.empty()) {
-      new QTreeWidgetItem(line, {tr("(interaction)"), QString(), change(row.Interaction()), QString(), unit});
+      align(*new QTreeWidgetItem(line, {tr("(interaction)"), QString(), change(row.Interaction()), QString(), unit}));
     }
   }
 }

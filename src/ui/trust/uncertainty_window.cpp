@@ -3,11 +3,15 @@
 #include "ui/trust/uncertainty_window.h"
 
 #include <QComboBox>
+#include <QDialogButtonBox>
 #include <QGridLayout>
+#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSplitter>
 #include <QTableWidget>
 #include <QVBoxLayout>
@@ -20,8 +24,10 @@
 #include "platform/platform.h"
 #include "presentation/shown_rows.h"
 #include "presentation/table_rows.h"
+#include "presentation/value_place.h"
 #include "ui/colours.h"
 #include "ui/language.h"
+#include "ui/plots/clickable_profile_graph.h"
 #include "ui/qt_text.h"
 #include "ui/trust/known_budget.h"
 #include "ui/window/file_dialogs.h"
@@ -68,18 +74,35 @@ CUncertaintyWindow::CUncertaintyWindow(CTexturonDoc& doc, QWidget* parent)
   table_->setSelectionBehavior(QAbstractItemView::SelectRows);
   table_->setSelectionMode(QAbstractItemView::SingleSelection);
   table_->verticalHeader()->hide();
+  table_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 4);
   table_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+  table_->horizontalHeader()->setMinimumSectionSize(fontMetrics().averageCharWidth() * 10);
   table_->horizontalHeader()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
   bars_->setAccessibleName(tr("Contributions of the budget's lines"));
-  bars_->setMinimumHeight(fontMetrics().height() * 12);
+  bars_->setMinimumHeight(fontMetrics().height() * 8);
   auto* const results = new QSplitter(Qt::Vertical, this);
   results->addWidget(table_);
   results->addWidget(bars_);
   auto* const layout = new QGridLayout(this);
-  layout->addWidget(MakeBudgetFields(), 0, 0);
-  layout->addWidget(results, 0, 1);
-  layout->addWidget(sentence_, 1, 0, 1, 2);
-  layout->setColumnStretch(1, 1);
+  // A low screen moves the fields rather than cutting them.
+  auto* const fields = new QScrollArea(this);
+  fields->setWidget(MakeBudgetFields());
+  fields->setWidgetResizable(true);
+  fields->setFrameShape(QFrame::NoFrame);
+  fields->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  fields->setMinimumWidth(fields->widget()->minimumSizeHint().width() +
+                          fields->verticalScrollBar()->sizeHint().width());
+  auto* const beside = new QSplitter(this);
+  beside->addWidget(fields);
+  beside->addWidget(results);
+  beside->setStretchFactor(1, 1);
+  layout->addWidget(beside, 0, 0);
+  layout->addWidget(sentence_, 1, 0);
+  auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
+  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  buttons->button(QDialogButtonBox::Close)->setAutoDefault(false);
+  layout->addWidget(buttons, 2, 0);
+  layout->setRowStretch(0, 1);
   connect(table_, &QTableWidget::currentCellChanged, this, [this](int row) { DrawContributions(row); });
   ShowEntries(KnownBudgetEntries());
   DrawContributions(-1);
@@ -98,20 +121,22 @@ QWidget* CUncertaintyWindow::MakeBudgetFields() {
   }
   AddField(*grid, "StraightnessWavelengthMM", "length of the guide's wave; empty: twice the record", "mm", false);
   AddField(*grid, "TipRadiusUM", "radius of the tip; empty: as the file states it", "um", false);
-  const auto add = [&](const QString& text, const char* name, int column, const std::function<void()>& act) {
+  auto* const buttons = new QHBoxLayout;
+  grid->addLayout(buttons, grid->rowCount(), 0, 1, 4);
+  const auto add = [&](const QString& text, const char* name, const std::function<void()>& act) {
     auto* const button = new QPushButton(text, box);
     button->setObjectName(name);
     button->setAutoDefault(false);
-    grid->addWidget(button, grid->rowCount() - (column > 0 ? 1 : 0), column);
+    buttons->addWidget(button);
     connect(button, &QPushButton::clicked, this, act);
     return button;
   };
-  add(tr("&Open..."), "openBudget", 0, [this] {
+  add(tr("&Open..."), "openBudget", [this] {
     if (const auto path = AskFileToOpen(this, {.title = tr("Open Budget"), .filters = BudgetFilters()}))
       LoadBudget(*path);
   });
-  add(tr("&Save..."), "saveBudget", 1, [this] { Save(); });
-  add(tr("&Try"), "tryBudget", 2, [this] { Try(); })->setDefault(true);
+  add(tr("&Save..."), "saveBudget", [this] { Save(); });
+  add(tr("&Try"), "tryBudget", [this] { Try(); })->setDefault(true);
   grid->setRowStretch(grid->rowCount(), 1);
   return box;
 }
@@ -161,7 +186,7 @@ BudgetEntries CUncertaintyWindow::Entries() const {
 }
 
 bool CUncertaintyWindow::Say(const std::string& sentence) {
-  sentence_->setText(EngineText(sentence));
+  sentence_->setText(AsSentence(EngineText(sentence)));
   return false;
 }
 
@@ -235,17 +260,12 @@ void CUncertaintyWindow::ShowResults() {
   for (const std::size_t i : order_) {
     const int line = table_->rowCount();
     table_->insertRow(line);
-    QStringList cells{FromText(rows[i].title), rows[i].value.empty() ? QString() : Readable(FromText(rows[i].value))};
-    if (i < uncertainties_.size() && uncertainties_[i]) {
-      const ParameterUncertainty& u = *uncertainties_[i];
-      const auto text = [&](double value, int figures) {
-        return Readable(FromText(SignificantText(rows[i].row.quantity.Shown(value, metric), figures)));
-      };
-      cells << text(u.Expanded(), 2) << text(u.low, 5) << text(u.high, 5) << text(u.bias, 2);
-    } else {
-      cells << QString() << QString() << QString() << QString();
+    UncertaintyTexts texts{.value = rows[i].value};
+    if (i < uncertainties_.size() && uncertainties_[i]) texts = TextsOf(rows[i].row, *uncertainties_[i], metric);
+    QStringList cells{FromText(rows[i].title)};
+    for (const std::string& text : {texts.value, texts.expanded, texts.low, texts.high, texts.bias, rows[i].unit}) {
+      cells << Readable(FromText(text));
     }
-    cells << Readable(FromText(rows[i].unit));
     for (int column = 0; column < cells.size(); ++column) {
       auto* const item = new QTableWidgetItem(cells[column]);
       if (column > 0 && column < 6) item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
@@ -259,8 +279,14 @@ void CUncertaintyWindow::ShowResults() {
   DrawContributions(table_->currentRow());
 }
 
+void CUncertaintyWindow::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::PaletteChange) DrawContributions(table_->currentRow());
+  QDialog::changeEvent(event);
+}
+
 /// A bar a line of the budget, the longest first from above.
 void CUncertaintyWindow::DrawContributions(int row) {
+  ApplyPalette(*bars_);
   bars_->clearPlottables();
   bars_->axisRect()->setVisible(row >= 0);  // empty axes would only ask what they are
   const std::vector<ShownRow> rows = ShownRows(tried_);

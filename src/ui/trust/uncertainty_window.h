@@ -30,6 +30,9 @@ public:
   /// Tries the document's profile. False, with a sentence, where nothing came of it.
   bool Try();
 
+protected:
+  void changeEvent(QEvent* event) override;
+
 private:
   struct Field {
     std::string key;

@@ -30,7 +30,13 @@ void CMainFrame::ShowSheet() {
     connect(sheet, &CLiveSheet::PutBack, this, [this](const QString& titles) {
       constexpr int kShownMS = 15'000;
       const QString again = doc_->CanRedo() ? tr(" Redo brings the changes back.") : QString();
-      statusBar()->showMessage(tr("Put back as it was: %1.").arg(titles) + again, kShownMS);
+      const QString message = tr("Put back as it was: %1.").arg(titles) + again;
+      statusBar()->showMessage(message, kShownMS);
+      // After a redo it would be wrong.
+      const auto drop = [this, message] {
+        if (statusBar()->currentMessage() == message) statusBar()->clearMessage();
+      };
+      connect(doc_, &CTexturonDoc::Changed, statusBar(), drop, Qt::SingleShotConnection);
     });
   }
   sheet->show();
@@ -38,18 +44,33 @@ void CMainFrame::ShowSheet() {
 }
 
 void CMainFrame::Dock(CLiveSheet& sheet, bool besideTheProfile) {
+  constexpr double kMostShare = 0.55;
+  constexpr double kMostShareOfNarrow = 0.6;
+  int width = sheet.minimumSizeHint().width();
+  const bool isNarrow = besideTheProfile && width > kMostShare * this->width();
+  if (isNarrow) {
+    // With its pages in a box above them it leaves more of the profile.
+    sheet.Pages().SetNarrow(true);
+    width = sheet.minimumSizeHint().width();
+  }
+  const QRect screen = this->screen()->availableGeometry();
+  const int border = frameGeometry().width() - geometry().width();
+  const int widest = isMaximized() ? this->width() : std::max(this->width(), screen.width() - border);
+  // Where little would be left of the profile it stands in front of it, at the right.
+  const bool isBeside = besideTheProfile && width <= kMostShareOfNarrow * widest;
+  const int wanted = std::min(static_cast<int>(width / kMostShareOfNarrow) + 1, widest);
+  if (isBeside && wanted > this->width()) resize(wanted, height());
+  if (isBeside && geometry().right() > screen.right()) move(screen.left(), y());
   auto* const panel = new QDockWidget(sheet.windowTitle(), this);
   panel->setObjectName(sheet.metaObject()->className());
   panel->setWidget(&sheet);
   panel->installEventFilter(&sheet);
   addDockWidget(Qt::RightDockWidgetArea, panel);
-  const int width = sheet.minimumSizeHint().width();
-  constexpr double kLeastShare = 0.45;
-  // Where little would be left of the profile it stands in front of it.
-  const bool fits = width < (1.0 - kLeastShare) * this->width();
-  panel->setFloating(!besideTheProfile || !fits);
-  const QSize screen = this->screen()->availableSize();
-  if (panel->isFloating()) panel->resize(QSize(width, fontMetrics().height() * 46).boundedTo(screen * 0.9));
+  panel->setFloating(!isBeside);
+  if (!isBeside) {
+    panel->resize(QSize(width, fontMetrics().height() * 46).boundedTo(screen.size() * 0.9));
+    panel->move(std::max(screen.right() - panel->width(), screen.left()), std::max(geometry().top(), screen.top()));
+  }
   panel->hide();
 }
 

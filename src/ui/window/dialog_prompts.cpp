@@ -127,8 +127,9 @@ std::optional<std::string> DialogPrompts::AskText(std::string_view prompt, std::
   // A number with all its digits would only be read as noise; left alone it is what it was.
   const bool isNumber = ParseDouble(preset).usable();
   const QString shown = isNumber ? WithShortNumbers(FromText(preset)) : FromText(preset);
-  const QString text = QInputDialog::getText(parent_, QApplication::applicationDisplayName(),
-                                             TakeBeside() + EngineText(prompt), QLineEdit::Normal, shown, &accepted);
+  const QString text =
+      QInputDialog::getText(parent_, QApplication::applicationDisplayName(),
+                            TakeBeside() + Readable(EngineText(prompt)), QLineEdit::Normal, shown, &accepted);
   if (!accepted) return std::nullopt;
   if (text == shown) return std::string(preset);
   const std::string kept = ToText(text);

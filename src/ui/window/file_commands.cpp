@@ -4,6 +4,9 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QComboBox>
+#include <QGraphicsView>
+#include <QLineEdit>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QPrintDialog>
@@ -320,6 +323,12 @@ void CMainFrame::OnPrint(bool previews) {
   if (previews) {
     QPrintPreviewDialog preview(&printer, this);
     connect(&preview, &QPrintPreviewDialog::paintRequested, this, print);
+    // The library leaves these without a name.
+    for (auto* const field : preview.findChildren<QLineEdit*>()) {
+      const bool isZoom = qobject_cast<QComboBox*>(field->parentWidget()) != nullptr;
+      field->setAccessibleName(isZoom ? tr("Zoom") : tr("Page"));
+    }
+    for (auto* const pages : preview.findChildren<QGraphicsView*>()) pages->setAccessibleName(tr("Pages"));
     preview.exec();
     return;
   }

@@ -55,6 +55,7 @@ CKeysDialog::CKeysDialog(QMainWindow& window) : QDialog(&window) {
   QList<CGridCtrl::Record> records;
   for (const auto& [command, keys] : rows) records << CGridCtrl::Record{{command, keys}};
   auto* const grid = new CGridCtrl({tr("Command"), tr("Keys")}, {}, this);
+  grid->setAccessibleName(tr("Keys and Mouse"));
   grid->Show(records);
   grid->horizontalHeader()->setStretchLastSection(true);
   auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);

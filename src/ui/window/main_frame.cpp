@@ -22,6 +22,7 @@
 #include "ui/tables/texturon_param_view.h"
 #include "ui/window/command_icons.h"
 #include "ui/window/keys_dialog.h"
+#include "ui/window/readout_label.h"
 
 namespace texturon {
 namespace {
@@ -76,7 +77,7 @@ CMainFrame::CMainFrame(Environment environment, Prompts* prompts) {
   MakeAnalysisMenu();
   MakeHelpMenu();
   FillToolBar();
-  readout_ = new QLabel(this);
+  readout_ = new CReadoutLabel(this);
   readout_->setObjectName("readout");
   statusBar()->addPermanentWidget(readout_);
   // A message has the whole line, and is read again by pointing at it.
@@ -100,7 +101,7 @@ CMainFrame::CMainFrame(Environment environment, Prompts* prompts) {
     FillProfileMenu(menu);
     menu.exec(view_->Graph().mapToGlobal(place));
   });
-  connect(view_, &CTexturonView::ReadoutChanged, this, [this] { readout_->setText(view_->Readout()); });
+  connect(view_, &CTexturonView::ReadoutChanged, this, [this] { readout_->SetReadout(view_->Readout()); });
   connect(doc_, &CTexturonDoc::Changed, this, &CMainFrame::UpdateState);
   connect(paramView_, &CTexturonParamView::ParameterActivated, this, &CMainFrame::OnParameter);
   UpdateState();

@@ -23,6 +23,7 @@ class CAutoLoading;
 class CAutosave;
 class CCurvePane;
 class CLiveSheet;
+class CReadoutLabel;
 class CTexturonParamView;
 class CTexturonView;
 class WorkingSettings;
@@ -168,7 +169,7 @@ private:
   CCurvePane* upperCurves_ = nullptr;
   CCurvePane* lowerCurves_ = nullptr;
   QMenu* recentMenu_ = nullptr;
-  QLabel* readout_ = nullptr;
+  CReadoutLabel* readout_ = nullptr;
   QList<QAction*> needProfile_;
   QAction* saveDefaults_ = nullptr;
   WorkingSettings* workingSettings_ = nullptr;

@@ -44,7 +44,14 @@ void PrepareScreen(bool isHeadless) {
   if (isHeadless) qputenv("QT_QPA_PLATFORM", "offscreen");
 }
 
-void SuitStyleToScreen() {}
+// Some desktops hand over a dark palette without the colour of hints in empty fields, which are then dark, too. A
+// middle grey is read on either ground.
+void SuitStyleToScreen() {
+  if (!IsDark(QApplication::palette())) return;
+  QPalette hints;
+  hints.setColor(QPalette::PlaceholderText, QColor(0x8C, 0x8C, 0x8C));
+  QApplication::setPalette(hints);
+}
 
 #endif
 

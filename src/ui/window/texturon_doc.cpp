@@ -17,6 +17,7 @@
 #include "settings/settings_file.h"
 #include "ui/language.h"
 #include "ui/qt_text.h"
+#include "ui/sheets/edition_notice.h"
 
 namespace texturon {
 namespace {
@@ -113,7 +114,13 @@ bool CTexturonDoc::Show(const RecordSource& source) {
     for (const std::string& message : diverted.messages()) prompts_.ShowMessage(message);
     next.scope.region.reset();
     std::string cause;
-    if (!Analyse(next, IfRefused::kKeep, prompts_, cause)) return false;
+    // Several files may be on their way: which of them it is about is told.
+    DivertedMessages ofAnalysis(prompts_);
+    const bool isDone = Analyse(next, IfRefused::kKeep, ofAnalysis, cause);
+    for (const std::string& message : ofAnalysis.messages()) {
+      prompts_.ShowMessage(TextFromPath(source.path.filename()) + ": " + message);
+    }
+    if (!isDone) return false;
     const Settings before = std::move(document_.settings);
     document_ = std::move(next);
     whyNotEvaluated_ = std::move(cause);
@@ -190,6 +197,14 @@ bool CTexturonDoc::LoadSettingsFile(const std::filesystem::path& path) {
   if (!result.ok() || !result.found) {
     prompts_.ShowMessage(FileSentence(path, result.ok() ? "does not exist" : result.reason));
     return false;
+  }
+  // A file without a list goes with that in force, which may have the names of another edition.
+  const AnalysisSettings& former = document_.settings.analysis;
+  EditionChange change;
+  if (settings.analysis.parameters == former.parameters)
+    change = TranslateList(ChosenEdition(former), settings.analysis);
+  if (const QString notice = EditionNotice(change, settings.analysis); !notice.isEmpty()) {
+    prompts_.ShowMessage(ToText(notice));
   }
   settingsFile_ = path;
   ReplaceSettings(std::move(settings));
