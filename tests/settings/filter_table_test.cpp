@@ -22,7 +22,8 @@ TEST(FilterTable, TheRegressionFilterSaysWhyItEndedEarly) {
   EXPECT_EQ(ending([](double i) { return 0.2 * i; }),
             "The robust regression filter ended after 0 passes: half of the points lie on its mean line, so that no "
             "weights can be made of their distances.");
-  const std::string grooved = ending([](double i) { return std::sin(i * i) + (i > 100.0 && i < 260.0 ? 1e3 * std::cos(3.0 * i) : 0.0); });
+  const std::string grooved =
+      ending([](double i) { return std::sin(i * i) + (i > 100.0 && i < 260.0 ? 1e3 * std::cos(3.0 * i) : 0.0); });
   EXPECT_NE(grooved.find("a point has fewer than three points with weight"), std::string::npos) << grooved;
   EXPECT_EQ(ending([](double i) { return std::sin(i * i); }), "");
 }
