@@ -76,7 +76,11 @@ FilterRange FilterPrimary(const Document& document, const FilterRow* filter, Sam
     progress = prompts.OpenProgress(ProgressTitle(*filter, settings.LcCutoffMM), "");
     setup.progress = progress.get();
   }
-  return filter->run(z, w, setup);
+  std::string ending;
+  setup.ending = &ending;
+  const FilterRange filtered = filter->run(z, w, setup);
+  if (!ending.empty()) prompts.Notice(ending);
+  return filtered;
 }
 
 /// Trims both ends by the discard in force, if that takes more than the filter itself did and leaves enough. The

@@ -38,12 +38,8 @@ void SetClass(const CommonOptions& options, AnalysisSettings& settings) {
 
 void AddFeatures(const CommonOptions& options, StandardSettings& standard) {
   for (const std::string& text : options.features) {
-    const EditionName name = ParseEditionName(Windows1252FromUtf8(text));
-    if (!name.feature) {
-      const std::string fault =
-          name.fault.empty() ? "is no feature: FC; type; pruning; significance; attribute; statistic" : name.fault;
-      throw UsageError{"--feature " + text + " " + Utf8FromWindows1252(fault) + "."};
-    }
+    const std::string fault = FaultOfFeature(Windows1252FromUtf8(text));
+    if (!fault.empty()) throw UsageError{"--feature " + text + " " + Utf8FromWindows1252(fault) + "."};
     standard.features.push_back(Windows1252FromUtf8(text));
   }
 }

@@ -13,6 +13,7 @@
 #include "base/number_text.h"
 #include "formats/recognition.h"
 #include "parameters/catalogue.h"
+#include "parameters/edition2021/edition_table.h"
 #include "parameters/row_settings.h"
 #include "platform/platform.h"
 #include "settings/settings_check.h"
@@ -33,7 +34,7 @@ int CheckSettingsFile(const std::string& file) {
     Complain(file + " " + bytes.reason + ".");
     return kExitRefused;
   }
-  const std::vector<SettingsProblem> problems = CheckSettings(IniFile(bytes.bytes));
+  const std::vector<SettingsProblem> problems = CheckSettings(IniFile(bytes.bytes), FaultOfFeature);
   for (const SettingsProblem& problem : problems) {
     std::cout << EscapedControls(file) << ":" << IntegerText(static_cast<std::int64_t>(problem.line)) << ": "
               << EscapedControls(Utf8FromWindows1252(problem.text)) << "\n";

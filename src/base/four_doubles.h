@@ -32,6 +32,43 @@ TEXTURON_INLINE void AddProduct(FourDoubles& sum, double factor, const FourDoubl
   for (int i = 0; i < 4; ++i) sum.value[i] += factor * four.value[i];
 #endif
 }
+TEXTURON_INLINE void MultiplyBy(FourDoubles& four, double factor) {
+#if defined(__GNUC__)
+  four *= factor;
+#else
+  for (int i = 0; i < 4; ++i) four.value[i] *= factor;
+#endif
+}
+/// Counts the values below a limit, lane by lane.
+TEXTURON_INLINE void CountBelow(FourDoubles& counts, const FourDoubles& four, double limit) {
+#if defined(__GNUC__)
+  const FourDoubles one = {1.0, 1.0, 1.0, 1.0}, none = {};
+  counts += four < limit ? one : none;
+#else
+  for (int i = 0; i < 4; ++i) counts.value[i] += four.value[i] < limit ? 1.0 : 0.0;
+#endif
+}
+/// Four rows become four columns.
+TEXTURON_INLINE void TurnFours(FourDoubles& a, FourDoubles& b, FourDoubles& c, FourDoubles& d) {
+#if defined(__GNUC__)
+  const FourDoubles evenAB = __builtin_shufflevector(a, b, 0, 4, 2, 6);
+  const FourDoubles oddAB = __builtin_shufflevector(a, b, 1, 5, 3, 7);
+  const FourDoubles evenCD = __builtin_shufflevector(c, d, 0, 4, 2, 6);
+  const FourDoubles oddCD = __builtin_shufflevector(c, d, 1, 5, 3, 7);
+  a = __builtin_shufflevector(evenAB, evenCD, 0, 1, 4, 5);
+  b = __builtin_shufflevector(oddAB, oddCD, 0, 1, 4, 5);
+  c = __builtin_shufflevector(evenAB, evenCD, 2, 3, 6, 7);
+  d = __builtin_shufflevector(oddAB, oddCD, 2, 3, 6, 7);
+#else
+  const FourDoubles rows[] = {a, b, c, d};
+  for (int i = 0; i < 4; ++i) {
+    a.value[i] = rows[i].value[0];
+    b.value[i] = rows[i].value[1];
+    c.value[i] = rows[i].value[2];
+    d.value[i] = rows[i].value[3];
+  }
+#endif
+}
 /// sum += |a - b|.
 TEXTURON_INLINE void AddDistance(FourDoubles& sum, const FourDoubles& a, const FourDoubles& b) {
 #if defined(__GNUC__)

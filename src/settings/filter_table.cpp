@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "base/number_text.h"
 #include "base/text.h"
 
 namespace texturon {
@@ -15,7 +16,34 @@ const FilterRow* FirstWith(Condition condition) {
   return found == kFilterTable.end() ? nullptr : found;
 }
 
+std::string EndingOf(const RegressionResult& result) {
+  const std::string passes = "The robust regression filter ended after " + IntegerText(result.passes) +
+                             (result.passes == 1 ? " pass: " : " passes: ");
+  switch (result.stop) {
+    case RegressionStop::kNoScale:
+      return passes + "half of the points lie on its mean line, so that no weights can be made of their distances.";
+    case RegressionStop::kSingular:
+      return passes +
+             "a point has fewer than three points with weight within 2.5 cut-offs. The last mean line is used.";
+    case RegressionStop::kTooLong:
+      return passes + "too many points have next to no weight around them. The last mean line is used.";
+    case RegressionStop::kPassLimit:
+      return passes + "the limit of its weights has not settled. The last mean line is used.";
+    case RegressionStop::kConverged:
+    case RegressionStop::kCancelled:
+    case RegressionStop::kFailed:
+      break;
+  }
+  return {};
+}
+
 }  // namespace
+
+FilterRange RunRegression(std::span<const double> z, std::span<double> w, const FilterSetup& setup) {
+  const RegressionResult result = RobustRegressionFilter(z, w, setup.spacingUM, setup.cutoffMM, setup.progress);
+  if (setup.ending != nullptr) *setup.ending = EndingOf(result);
+  return result.range;
+}
 
 const FilterRow* FindFilter(std::int32_t number) {
   return FirstWith([number](const FilterRow& filter) { return filter.number == number; });

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "base/index_range.h"
@@ -26,9 +27,13 @@ struct FilterSetup {
   double cutoffMM = 0.0;
   double tension = kGaussianLikeTension;
   Progress* progress = nullptr;
+  std::string* ending = nullptr;  ///< becomes a sentence where passes ended before they settled
 };
 
 using FilterRange = std::optional<IndexRange>;
+
+/// RobustRegressionFilter for the table.
+FilterRange RunRegression(std::span<const double> z, std::span<double> w, const FilterSetup& setup);
 
 struct FilterRow {
   std::string_view word;                     ///< in plans, in results files, in settings that name a filter by a word
@@ -104,10 +109,7 @@ inline constexpr auto kFilterTable = std::to_array<FilterRow>({
      .transmissionRemark = "without robust weights",
      .transmission = [](const FilterSetup& setup,
                         double wavelengthMM) { return RegressionTransmission(setup.cutoffMM, wavelengthMM); },
-     .run =
-         [](std::span<const double> z, std::span<double> w, const FilterSetup& setup) {
-           return RobustRegressionFilter(z, w, setup.spacingUM, setup.cutoffMM, setup.progress).range;
-         }},
+     .run = RunRegression},
 });
 
 /// Null for a number or word of no filter; words in any case.

@@ -11,6 +11,7 @@
 
 #include "base/number_text.h"
 #include "base/text.h"
+#include "settings/setting_bindings.h"
 #include "settings/settings_table.h"
 #include "settings/settings_value.h"
 
@@ -19,20 +20,22 @@ namespace {
 
 using RowCounts = std::unordered_map<const SettingRows*, std::size_t>;
 
-// The rows that a list has by the file's own count; the most where the file gives none.
+// The rows that a list has by the file's own count; the most, or as many as by default, where the file gives none or
+// one that is not taken.
 std::size_t RowsInFile(const IniFile& file, const SettingRows& rows) {
   for (const SettingKey& key : SettingsTable()) {
     if (key.binding.rows != &rows || key.binding.type != SettingType::kCount) continue;
     const std::string_view text = file.Find(key.binding.section, key.binding.key).value_or(std::string_view());
-    if (text.empty()) return key.binding.written == KeyWritten::kAlways ? rows.most : rows.count(Settings());
-    const auto count = static_cast<std::size_t>(std::max(ParseUnsigned32(text).value, 0));
-    return std::clamp(count, rows.least, rows.most);
+    const ReadSettingResult read = ReadSetting(SettingType::kCount, text);
+    const bool isTaken = !text.empty() && CanHave(key, read.value);
+    if (!isTaken) return key.binding.written == KeyWritten::kAlways ? rows.most : rows.count(Settings());
+    return std::clamp(static_cast<std::size_t>(std::max(std::get<std::int32_t>(read.value), 0)), rows.least, rows.most);
   }
   return rows.most;
 }
 
 // What is wrong with one entry, going on after its name; empty: nothing.
-std::string FaultOfEntry(const IniEntry& entry, const RowCounts& rowCounts) {
+std::string FaultOfEntry(const IniEntry& entry, const RowCounts& rowCounts, TextCheck faultOfFeature) {
   const std::optional<SettingPlace> place = FindSetting(entry.section, entry.key);
   if (!place) return " is no setting";
   if (entry.shadowed) return " occurs again; only the first one is read";
@@ -43,13 +46,14 @@ std::string FaultOfEntry(const IniEntry& entry, const RowCounts& rowCounts) {
   }
   if (entry.value.size() > kIniValueLength) return " is longer than 63 characters and will be cut";
   if (entry.value.empty()) return {};
-  const std::string fault = FaultOfSetting(*place->key, ReadSetting(binding.type, entry.value));
+  std::string fault = FaultOfSetting(*place->key, ReadSetting(binding.type, entry.value));
+  if (fault.empty() && binding.rows == &kFeatureRows && binding.isRepeated()) fault = faultOfFeature(entry.value);
   return fault.empty() ? fault : ": " + Quoted(entry.value) + " " + fault;
 }
 
 }  // namespace
 
-std::vector<SettingsProblem> CheckSettings(const IniFile& file) {
+std::vector<SettingsProblem> CheckSettings(const IniFile& file, TextCheck faultOfFeature) {
   RowCounts rowCounts;
   for (const SettingKey& key : SettingsTable()) {
     const SettingRows* rows = key.binding.rows;
@@ -72,7 +76,7 @@ std::vector<SettingsProblem> CheckSettings(const IniFile& file) {
       problems.push_back({entry.line, Quoted(entry.key) + " stands before any section"});
       continue;
     }
-    const std::string fault = FaultOfEntry(entry, rowCounts);
+    const std::string fault = FaultOfEntry(entry, rowCounts, faultOfFeature);
     if (fault.empty()) continue;
     problems.push_back({entry.line, std::string(entry.section) + "." + std::string(entry.key) + fault});
   }

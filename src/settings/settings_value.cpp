@@ -43,6 +43,10 @@ ReadSettingResult ReadNumber(std::string_view text) {
   return {parsed.value, FaultOfNumber(text, parsed.length)};
 }
 
+bool IsInList(const SettingRows& rows, std::int32_t count) {
+  return count >= static_cast<std::int64_t>(rows.least) && count <= static_cast<std::int64_t>(rows.most);
+}
+
 }  // namespace
 
 std::string WriteSetting(SettingType type, const SettingValue& value) {
@@ -100,6 +104,7 @@ bool CanHave(const SettingKey& key, const SettingValue& value) {
            });
   }
   if (key.binding.written == KeyWritten::kAlways) return true;
+  if (key.binding.type == SettingType::kCount) return IsInList(*key.binding.rows, std::get<std::int32_t>(value));
   if (const auto* number = std::get_if<double>(&value)) return key.entry.limits.Hold(*number);
   if (const auto* integer = std::get_if<std::int32_t>(&value)) return key.entry.limits.Hold(*integer);
   return true;
@@ -108,18 +113,16 @@ bool CanHave(const SettingKey& key, const SettingValue& value) {
 std::string FaultOfSetting(const SettingKey& key, const ReadSettingResult& read) {
   const SettingBinding& binding = key.binding;
   if (!read.fault.empty()) return std::string(read.fault);
-  if (!CanHave(key, read.value)) {
-    if (!binding.words.empty()) return "is none of " + std::string(binding.words);
-    return "is out of range: " + RangeText(key.entry.limits);
+  if (binding.type == SettingType::kCount) {
+    const SettingRows& rows = *binding.rows;
+    if (IsInList(rows, std::get<std::int32_t>(read.value))) return {};
+    const std::string most = IntegerText(static_cast<std::int64_t>(rows.most));
+    const std::string least = IntegerText(static_cast<std::int64_t>(rows.least));
+    return "is out of range: " + (rows.least == rows.most ? "always " + least : least + " to " + most);
   }
-  if (binding.type != SettingType::kCount) return {};
-  const SettingRows& rows = *binding.rows;
-  const auto count = static_cast<std::int64_t>(std::get<std::int32_t>(read.value));
-  const auto least = static_cast<std::int64_t>(rows.least);
-  const auto most = static_cast<std::int64_t>(rows.most);
-  if (count >= least && count <= most) return {};
-  return "is out of range: " +
-         (least == most ? "always " + IntegerText(least) : IntegerText(least) + " to " + IntegerText(most));
+  if (CanHave(key, read.value)) return {};
+  if (!binding.words.empty()) return "is none of " + std::string(binding.words);
+  return "is out of range: " + RangeText(key.entry.limits);
 }
 
 }  // namespace texturon

@@ -4,8 +4,13 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
+#include <limits>
 #include <memory>
 #include <optional>
+
+#include "base/four_doubles.h"
+#include "base/multiversion.h"
 
 namespace texturon {
 namespace {
@@ -25,16 +30,54 @@ Neighbours Select(std::span<double> values, std::size_t rank) {
   return {rank == 0 ? *place : *std::max_element(values.begin(), place), *place};
 }
 
+/// What lies between two values, and below them.
+struct Counts {
+  std::size_t between = 0;
+  std::size_t below = 0;
+};
+
+/// Puts those between into `taken`. Few are: stretches without any are only counted.
+TEXTURON_MULTIVERSION
+Counts TakeBetween(std::span<const double> values, double low, double high, double* taken) {
+  constexpr std::size_t kStretch = 16;
+  const double above = std::nextafter(high, std::numeric_limits<double>::infinity());
+  double allBelow = 0.0;
+  Counts counts;
+  std::size_t i = 0;
+  for (; i + kStretch <= values.size(); i += kStretch) {
+    const double* const stretch = values.data() + i;
+    FourDoubles lanesBelow = {}, lanesUpTo = {};
+    for (std::size_t k = 0; k < kStretch; k += 4) {
+      FourDoubles four;
+      LoadFour(stretch + k, four);
+      CountBelow(lanesBelow, four, low);
+      CountBelow(lanesUpTo, four, above);
+    }
+    double lanes[4];
+    StoreFour(lanes, lanesBelow);
+    const double below = (lanes[0] + lanes[1]) + (lanes[2] + lanes[3]);
+    StoreFour(lanes, lanesUpTo);
+    const double upTo = (lanes[0] + lanes[1]) + (lanes[2] + lanes[3]);
+    allBelow += below;
+    if (below == upTo) continue;
+    for (std::size_t k = 0; k < kStretch; ++k) {
+      taken[counts.between] = stretch[k];
+      counts.between += static_cast<std::size_t>(stretch[k] >= low) & static_cast<std::size_t>(stretch[k] <= high);
+    }
+  }
+  counts.below = static_cast<std::size_t>(allBelow);
+  for (; i < values.size(); ++i) {
+    taken[counts.between] = values[i];
+    counts.between += static_cast<std::size_t>(values[i] >= low) & static_cast<std::size_t>(values[i] <= high);
+    counts.below += static_cast<std::size_t>(values[i] < low);
+  }
+  return counts;
+}
+
 /// Nothing where the value or the one before it does not lie between the two.
 std::optional<Neighbours> SelectBetween(std::span<const double> values, std::size_t rank, double low, double high) {
   const auto between = std::make_unique_for_overwrite<double[]>(values.size());
-  std::size_t count = 0;
-  std::size_t below = 0;
-  for (const double value : values) {
-    between[count] = value;
-    count += static_cast<std::size_t>(value >= low) & static_cast<std::size_t>(value <= high);
-    below += static_cast<std::size_t>(value < low);
-  }
+  const auto [count, below] = TakeBetween(values, low, high, between.get());
   if (rank < below + std::min<std::size_t>(rank, 1) || rank >= below + count) return std::nullopt;
   return Select({between.get(), count}, rank - below);
 }

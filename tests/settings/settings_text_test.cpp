@@ -267,10 +267,11 @@ TEST(SettingsText, AKeyMayStandInAFileOnlyWhereItWasChanged) {
 TEST(SettingsText, ANewerKeyKeepsItsLimits) {
   Settings settings;
   const IniFile file(
-      "[ANALYSIS]\nFilterType=9\n[DECISION]\nDecisionRule=9\n[STANDARD]\nSections=0\nPruningPercent=7\n");
+      "[ANALYSIS]\nFilterType=9\n[DECISION]\nDecisionRule=9\n[STANDARD]\nSections=0\nPruningPercent=7\nFeatures=101\n");
   const std::vector<std::string> remarks = LoadSettingsText(file, settings);
   const std::vector<std::string> expected = {"DECISION.DecisionRule: \"9\" is out of range: 0 to 2; it is read as 0.",
-                                             "STANDARD.Sections: \"0\" is out of range: 1 to 1000; it is read as 5."};
+                                             "STANDARD.Sections: \"0\" is out of range: 1 to 1000; it is read as 5.",
+                                             "STANDARD.Features: \"101\" is out of range: 0 to 100; it is read as 0."};
   EXPECT_EQ(remarks, expected);
   EXPECT_EQ(settings.analysis.FilterType, 9);
   EXPECT_EQ(settings.analysis.standard.PruningPercent, 7.0);

@@ -292,4 +292,10 @@ EditionName ParseEditionName(std::string_view name) {
   return read;
 }
 
+std::string FaultOfFeature(std::string_view text) {
+  const EditionName name = ParseEditionName(text);
+  if (name.feature) return {};
+  return name.fault.empty() ? "is no feature: FC; type; pruning; significance; attribute; statistic" : name.fault;
+}
+
 }  // namespace texturon

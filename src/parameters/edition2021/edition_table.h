@@ -79,4 +79,8 @@ struct EditionName {
 /// Reads "Rz", "Rmr(5,1.2)" or "P: FC; ...", a feature without letter as one of R; case does not count.
 EditionName ParseEditionName(std::string_view name);
 
+/// Why a text of the settings or the command line is no feature parameter, a clause that goes on after it; empty: it
+/// is.
+std::string FaultOfFeature(std::string_view text);
+
 }  // namespace texturon

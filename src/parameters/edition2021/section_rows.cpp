@@ -112,7 +112,7 @@ RowResult GreatestWindowHeight(const EditionInput& row) {
   const double lengthMM = row.Argument(0, SectionLengthMM(row));
   const auto steps = StepsInLength(lengthMM, row.profile.SpacingUM());
   if (steps < 1) return NoValue{Why::kShortWindow, {lengthMM, row.profile.SpacingUM()}};
-  // A window as long as the record has a step more than that.
+  // It spans the length, as that of Wseg, a point more than a section has; one as long as the record has no such point.
   const std::size_t points = static_cast<std::size_t>(steps) + (static_cast<std::size_t>(steps) == z.size() ? 0 : 1);
   if (points > z.size()) return NoValue{Why::kLongWindow, {lengthMM, row.LengthMM()}};
   double greatest = 0.0;

@@ -109,6 +109,12 @@ void BatchFft::Run(ConstRows in, Rows out, std::size_t lanes, std::span<double> 
       pass.steps = steps;
       pass.run = done * lanes;
       pass.twiddles = stage.twiddles.data();
+    } else if (out.stride == lanes && in.stride == lanes) {
+      pass.outRe = out.re;
+      pass.outIm = out.im;
+      pass.outLeg = done * lanes;
+      pass.steps = 1;
+      pass.run = done * lanes;
     } else {  // row by row, because the rows of `out` need not be adjacent
       pass.inStep = in.stride;
       pass.outRe = out.re;

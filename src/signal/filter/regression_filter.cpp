@@ -6,6 +6,7 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -14,25 +15,26 @@
 #include "signal/all_finite.h"
 #include "signal/filter/filter_contract.h"
 #include "signal/filter/regression_sums.h"
+#include "signal/filter/weighted_parabola.h"
 #include "signal/mean.h"
 #include "signal/nth_smallest.h"
 
 namespace texturon {
 namespace {
 
-/// Below this share of the whole weight a pivot of the equations is not trusted to sums by transforms ...
-constexpr double kLeastPivot = 1e-6;
-/// ... nor to the polynomials between nodes a determinant, which is 0.008 where all weights are 1.
-constexpr double kLeastDeterminant = 1e-7;
-/// Below this one there is no parabola.
-constexpr double kSingularPivot = 1e-13;
+/// Below this a pivot of the equations is not trusted to sums by transforms: the whole weight of a point is 1, their
+/// rounding about 1e-16 ...
+constexpr double kLeastPivot = 1e-5;
+/// ... nor to the polynomials between nodes a determinant, which is 0.008 where all weights are 1, 5e-5 at the ends.
+constexpr double kLeastDeterminant = 1e-6;
 
-/// What adding up point by point may cost in a pass, in terms; a record that would need more counts as singular.
-constexpr std::size_t kMostTerms = 1'000'000'000;
+/// What points that are fitted one by one may cost in a pass, in points that count for them; a record that would need
+/// more is not passed again.
+constexpr std::size_t kMostFitted = 1'000'000'000;
 
 /// The value of the fitted parabola at the point itself is the quotient of two determinants.
 struct Solved {
-  double pivot = 0.0;  ///< the least one
+  double pivot = 0.0;  ///< the least one, the last by what it makes of an error in the sums
   double determinant = 0.0;
   double numerator = 0.0;
 
@@ -51,35 +53,43 @@ TEXTURON_INLINE Solved Solve(double m0, double m1, double m2, double m3, double 
   const double p0 = m0 - q02 * m2 - q01 * e01;
   const double g0 = f0 - q02 * f2 - q01 * g1;
   const double others = m4 * p1;
-  return {std::min(std::min(p0, p1), m4), others * p0, others * g0};
+  const double last = p0 / (1.0 + std::abs(q01) + std::abs(q01 * q12 - q02));
+  return {std::min(std::min(last, p1), m4), others * p0, others * g0};
 }
 
+using RegressionPoint = std::array<double, kRegressionSums>;
+
 Solved Solve(const RegressionPoint& s) {
-  Solved solved = Solve(s[0], s[1], s[2], s[3], s[4], s[5], s[6], s[7]);
+  constexpr std::size_t f = kFirstHeight;
+  Solved solved = Solve(s[0], s[1], s[2], s[3], s[kFourthMoment], s[f], s[f + 1], s[f + 2]);
   if (!std::isfinite(solved.Value())) solved.pivot = 0.0;
   return solved;
 }
 
-/// How many nodes have a determinant that is not trusted.
 TEXTURON_MULTIVERSION
-std::size_t SolveNodes(const RegressionSums& sums, double* numerators, double* determinants) {
+void SolveNodes(const RegressionSums& sums, double* numerators, double* determinants) {
   const double* const m0 = sums.Sum(0).data();
   const double* const m1 = sums.Sum(1).data();
   const double* const m2 = sums.Sum(2).data();
   const double* const m3 = sums.Sum(3).data();
-  const double* const m4 = sums.Sum(4).data();
-  const double* const f0 = sums.Sum(5).data();
-  const double* const f1 = sums.Sum(6).data();
-  const double* const f2 = sums.Sum(7).data();
+  const double* const m4 = sums.Sum(kFourthMoment).data();
+  const double* const f0 = sums.Sum(kFirstHeight).data();
+  const double* const f1 = sums.Sum(kFirstHeight + 1).data();
+  const double* const f2 = sums.Sum(kFirstHeight + 2).data();
   const std::size_t count = sums.Nodes();
-  std::size_t untrusted = 0;
   TEXTURON_IVDEP
   for (std::size_t i = 0; i < count; ++i) {
     const Solved solved = Solve(m0[i], m1[i], m2[i], m3[i], m4[i], f0[i], f1[i], f2[i]);
     numerators[i] = solved.numerator;
     determinants[i] = solved.determinant;
-    untrusted += solved.determinant > kLeastDeterminant ? 0U : 1U;
   }
+}
+
+/// How many determinants are not trusted.
+TEXTURON_MULTIVERSION
+std::size_t CountUntrusted(const double* determinants, std::size_t count) {
+  std::size_t untrusted = 0;
+  for (std::size_t i = 0; i < count; ++i) untrusted += determinants[i] > kLeastDeterminant ? 0U : 1U;
   return untrusted;
 }
 
@@ -87,58 +97,65 @@ std::size_t SolveNodes(const RegressionSums& sums, double* numerators, double* d
 class Regression {
 public:
   Regression(std::span<const double> z, double spacingUM, double cutoffMM)
-      : z_(z), sums_(z.size(), spacingUM, cutoffMM), numerators_(sums_.Nodes()), determinants_(sums_.Nodes()) {
+      : z_(z),
+        sums_(z.size(), spacingUM, cutoffMM),
+        numerators_(sums_.PaddedNodes()),
+        determinants_(sums_.PaddedNodes()) {
     for (auto& sum : fine_) sum.resize(sums_.Thinning());
   }
 
-  /// The mean line for the robust weights d; false where a point has no parabola.
+  /// The mean line for the robust weights d; why there is none otherwise.
   ///
   /// The determinant is a sum over three points of their weights times the squares of their distances, which do not
   /// depend on where it is asked for. So it and the numerator are as smooth as a product of three sums, and between two
   /// nodes it is at least half the lesser one: both are interpolated instead of the eight sums.
-  bool Run(std::span<const double> d, std::span<double> line) {
+  std::optional<RegressionStop> Run(std::span<const double> d, std::span<double> line) {
     sums_.Make(d, z_);
-    const std::size_t untrusted = SolveNodes(sums_, numerators_.data(), determinants_.data());
+    SolveNodes(sums_, numerators_.data(), determinants_.data());
     sums_.Quotients(numerators_, determinants_, line);
-    if (untrusted == 0) return true;
-    std::size_t terms = 0;
     const std::size_t thinning = sums_.Thinning();
+    const std::size_t inner = thinning == 1 ? line.size() : (line.size() - 1) / thinning + 2;
+    if (CountUntrusted(determinants_.data() + sums_.NodesBefore(), inner) == 0) return std::nullopt;
+    std::size_t fitted = 0;
     for (std::size_t cell = 0; cell * thinning < line.size(); ++cell) {
       const std::size_t node = cell + sums_.NodesBefore();
       const std::size_t next = thinning == 1 ? node : node + 1;
       if (determinants_[node] > kLeastDeterminant && determinants_[next] > kLeastDeterminant) continue;
       const std::size_t first = cell * thinning;
-      if (!RunCell(d, cell, line.subspan(first, std::min(thinning, line.size() - first)), terms)) return false;
+      const auto stop = RunCell(d, cell, line.subspan(first, std::min(thinning, line.size() - first)), fitted);
+      if (stop) return stop;
     }
-    return true;
+    return std::nullopt;
   }
 
 private:
-  /// With the sums of every point, and of those with little weight added up one by one.
-  bool RunCell(std::span<const double> d, std::size_t cell, std::span<double> out, std::size_t& terms) {
+  /// With the sums of every point, and with the points around those with too little weight for that.
+  std::optional<RegressionStop> RunCell(std::span<const double> d, std::size_t cell, std::span<double> out,
+                                        std::size_t& fitted) {
     for (std::size_t sum = 0; sum < kRegressionSums; ++sum) {
       sums_.Between(sums_.Sum(sum), cell, std::span(fine_[sum]).first(out.size()));
     }
     for (std::size_t r = 0; r < out.size(); ++r) {
       RegressionPoint point;
       for (std::size_t sum = 0; sum < kRegressionSums; ++sum) point[sum] = fine_[sum][r];
-      Solved solved = Solve(point);
-      if (!(solved.pivot > kLeastPivot)) {
-        terms += 2 * sums_.Reach() + 1;
-        if (terms > kMostTerms) return false;
-        point = sums_.AddUp(cell * sums_.Thinning() + r, d, z_);
-        solved = Solve(point);
-        if (!(solved.pivot > kSingularPivot * point[0])) return false;
-      }
+      const Solved solved = Solve(point);
       out[r] = solved.Value();
+      if (solved.pivot > kLeastPivot) continue;
+      sums_.PointsAround(cell * sums_.Thinning() + r, d, z_, around_);
+      fitted += around_.size();
+      if (fitted > kMostFitted) return RegressionStop::kTooLong;
+      const std::optional<double> value = WeightedParabolaAtZero(around_);
+      if (!value) return RegressionStop::kSingular;
+      out[r] = *value;
     }
-    return true;
+    return std::nullopt;
   }
 
   std::span<const double> z_;
   RegressionSums sums_;
   std::vector<double> numerators_, determinants_;
   std::array<std::vector<double>, kRegressionSums> fine_;  ///< of the points of a cell
+  std::vector<WeightedHeight> around_;
 };
 
 TEXTURON_MULTIVERSION
@@ -164,7 +181,7 @@ class Limit {
 public:
   double Of(std::span<const double> z, std::span<const double> line, std::vector<double>& scratch) {
     Residuals(z.data(), line.data(), z.size(), scratch.data());
-    constexpr double kNear = 0.1;
+    constexpr double kNear = 0.3;
     constexpr double kChanges = 3.0;
     const double aside = kChanges * change_;
     const double median =
@@ -200,8 +217,8 @@ void Iterate(Regression& regression, std::span<const double> z, std::vector<doub
       return;
     }
     Reweight(z.data(), line.data(), z.size(), limit, weights.data());
-    if (!regression.Run(weights, next)) {
-      result.stop = RegressionStop::kSingular;
+    if (const auto stop = regression.Run(weights, next)) {
+      result.stop = *stop;
       return;
     }
     line.swap(next);
@@ -244,7 +261,7 @@ RegressionResult RobustRegressionFilter(std::span<const double> z, std::span<dou
   for (double& height : centred) height = std::ldexp(height, -exponent);
   Regression regression(centred, spacingUM, cutoffMM);
   std::vector<double> line(z.size());
-  if (!regression.Run(std::vector<double>(z.size(), 1.0), line)) return result;
+  if (regression.Run(std::vector<double>(z.size(), 1.0), line)) return result;
   result.range = IndexRange::FromCount(0, static_cast<std::int32_t>(z.size()));
   Iterate(regression, centred, line, heightRange, progress, result);
   for (std::size_t i = 0; i < z.size(); ++i) w[i] = std::ldexp(line[i], exponent) + mean;

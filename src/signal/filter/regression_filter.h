@@ -28,7 +28,8 @@ enum class RegressionStop : std::uint8_t {
   kPassLimit,
   kCancelled,  // the progress window was closed: a success with the mean line so far
   kNoScale,    // at least half of the points lie on the mean line to rounding: a success with it
-  kSingular,   // too few points keep weight for another pass: a success with the mean line so far
+  kSingular,   // a point has fewer than three with weight in its reach: a success with the mean line so far
+  kTooLong,    // too many points have so little weight that another pass would take minutes: the same
   kFailed,     // no mean line: spacing, cutoff or heights do not allow the first, unweighted pass
 };
 
@@ -44,9 +45,9 @@ struct RegressionResult {
 /// the sums stop at the ends of the record, so nothing has to be cut off.
 ///
 /// The sums are convolutions (regression_transforms.h), and the mean line is the quotient of two polynomials between as
-/// few points as it needs; from 8 000 points on a pass counts fewer instructions than ten real transforms of the
-/// record, whatever the cutoff. A point with so little weight that rounding would show is added up one by one. Accuracy
-/// of a pass: 1e-9 of the height range against the equations solved point by point. `progress` may be null.
+/// few points as it needs. A point with so little weight, or on so few points, that the rounding of such sums would
+/// show is fitted by itself (weighted_parabola.h). Accuracy of a pass: 1e-9 of the height range against the equations
+/// solved point by point. `progress` may be null.
 RegressionResult RobustRegressionFilter(std::span<const double> z, std::span<double> w, double spacingUM,
                                         double cutoffMM, Progress* progress);
 

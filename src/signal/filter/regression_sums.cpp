@@ -19,11 +19,13 @@ namespace {
 struct NodeChoice {
   double step;
   std::size_t taps;
+  std::size_t spread;  ///< for a single sum
 };
-constexpr NodeChoice kWide = {0.041, 28};
-constexpr NodeChoice kNarrow = {0.02, 16};
-/// From this thinning on, the points between nodes cost more than the nodes: few for each point are better than few.
-constexpr std::size_t kManyPoints = 4;
+constexpr NodeChoice kNodeChoices[] = {
+    {0.02, 16, 16}, {0.041, 28, 22}, {0.055, 40, 28}, {0.06, 48, 30}, {0.068, 64, 34}};
+/// What taps cost, to and from nodes, in the units of BatchFft::Cost, and a node beside its transforms.
+constexpr double kTapCost = 0.52;
+constexpr double kNodeCost = 3.0;
 constexpr std::size_t kFour = 4;
 /// With fewer cells the nodes beyond the ends would be far from the record in terms of its length.
 constexpr std::size_t kFewestCells = 64;
@@ -46,14 +48,35 @@ std::size_t ThinningOf(std::size_t n, double cutoffPoints, double step) {
   return thinning;
 }
 
-const NodeChoice& ChoiceFor(std::size_t n, double cutoffPoints) {
-  return ThinningOf(n, cutoffPoints, kNarrow.step) >= kManyPoints ? kNarrow : kWide;
+std::size_t NodesOf(std::size_t n, const RegressionNodes& form) {
+  return form.thinning > 1 ? (n - 1) / form.thinning + form.taps : n;
 }
 
 /// Nodes on either side of one that its sum reaches.
 std::size_t ExtentOf(std::size_t nodes, std::size_t thinning, double cutoffPoints) {
   const double extent = std::ceil(kRegressionExtent * cutoffPoints / static_cast<double>(thinning));
   return extent < static_cast<double>(nodes - 1) ? static_cast<std::size_t>(extent) : nodes - 1;
+}
+
+double CostOf(std::size_t n, double cutoffPoints, const RegressionNodes& form) {
+  const std::size_t nodes = NodesOf(n, form);
+  const std::size_t taps = nodes * form.spread + n / form.thinning * form.taps;
+  return RegressionTransforms::Cost(nodes, ExtentOf(nodes, form.thinning, cutoffPoints)) +
+         static_cast<double>((form.thinning - 1) * taps) * kTapCost + static_cast<double>(nodes) * kNodeCost;
+}
+
+RegressionNodes ChooseNodes(std::size_t n, double cutoffPoints) {
+  RegressionNodes best;
+  double least = CostOf(n, cutoffPoints, best);
+  for (const NodeChoice& choice : kNodeChoices) {
+    const RegressionNodes form{ThinningOf(n, cutoffPoints, choice.step), choice.taps, choice.spread};
+    if (form.thinning == 1) continue;
+    const double cost = CostOf(n, cutoffPoints, form);
+    if (!(cost < least)) continue;
+    least = cost;
+    best = form;
+  }
+  return best;
 }
 
 double Power(double u, std::size_t exponent) {
@@ -113,31 +136,32 @@ void Divide(const double* above, const double* below, std::size_t n, double* out
 
 enum class Onto : bool { kNothing, kWhatIsThere };
 
-/// out[c] = sum over the row of values[c + m] times row[m], or that onto what is there.
+/// `kFours` times four values of Correlate.
+template <std::size_t kFours>
+TEXTURON_INLINE void CorrelateFours(const double* values, std::span<const double> row, Onto onto, double* out) {
+  FourDoubles sums[kFours] = {};
+  if (onto == Onto::kWhatIsThere) {
+    for (std::size_t i = 0; i < kFours; ++i) LoadFour(out + kFour * i, sums[i]);
+  }
+  for (std::size_t m = 0; m < row.size(); ++m) {
+    for (std::size_t i = 0; i < kFours; ++i) {
+      FourDoubles four;
+      LoadFour(values + kFour * i + m, four);
+      AddProduct(sums[i], row[m], four);
+    }
+  }
+  for (std::size_t i = 0; i < kFours; ++i) StoreFour(out + kFour * i, sums[i]);
+}
+
+/// out[c] = sum over the row of values[c + m] times row[m], or that onto what is there; for a multiple of four, or as
+/// if it were one.
 TEXTURON_MULTIVERSION
 void Correlate(const double* values, std::span<const double> row, Onto onto, std::size_t count, double* out) {
+  constexpr std::size_t kMany = 8, kFew = 3;
   std::size_t c = 0;
-  for (; c + 2 * kFour <= count; c += 2 * kFour) {
-    FourDoubles sum = {}, nextSum = {};
-    if (onto == Onto::kWhatIsThere) {
-      LoadFour(out + c, sum);
-      LoadFour(out + c + kFour, nextSum);
-    }
-    for (std::size_t m = 0; m < row.size(); ++m) {
-      FourDoubles four, next;
-      LoadFour(values + c + m, four);
-      LoadFour(values + c + kFour + m, next);
-      AddProduct(sum, row[m], four);
-      AddProduct(nextSum, row[m], next);
-    }
-    StoreFour(out + c, sum);
-    StoreFour(out + c + kFour, nextSum);
-  }
-  for (; c < count; ++c) {
-    double sum = onto == Onto::kWhatIsThere ? out[c] : 0.0;
-    for (std::size_t m = 0; m < row.size(); ++m) sum += row[m] * values[c + m];
-    out[c] = sum;
-  }
+  for (; c + kMany * kFour <= count; c += kMany * kFour) CorrelateFours<kMany>(values + c, row, onto, out + c);
+  for (; c + kFew * kFour <= count; c += kFew * kFour) CorrelateFours<kFew>(values + c, row, onto, out + c);
+  for (; c < count; c += kFour) CorrelateFours<1>(values + c, row, onto, out + c);
 }
 
 /// The polynomial through the nodes at one point.
@@ -152,35 +176,40 @@ double AtPoint(const double* nodes, std::span<const double> row) {
 RegressionSums::RegressionSums(std::size_t n, double spacingUM, double cutoffMM)
     : reach_(ReachOf(n, CutoffPoints(spacingUM, cutoffMM))),
       step_(kRegressionExtent / kRegressionReach / static_cast<double>(reach_)),
-      taps_(ChoiceFor(n, CutoffPoints(spacingUM, cutoffMM)).taps),
-      thinning_(ThinningOf(n, CutoffPoints(spacingUM, cutoffMM), ChoiceFor(n, CutoffPoints(spacingUM, cutoffMM)).step)),
-      before_(thinning_ > 1 ? taps_ / 2 - 1 : 0),
-      cells_((n - 1) / thinning_ + 1),
-      nodes_(thinning_ > 1 ? cells_ - 1 + taps_ : n),
+      form_(ChooseNodes(n, CutoffPoints(spacingUM, cutoffMM))),
+      before_(form_.thinning > 1 ? form_.taps / 2 - 1 : 0),
+      cells_((n - 1) / form_.thinning + 1),
+      nodes_(NodesOf(n, form_)),
+      cost_(CostOf(n, CutoffPoints(spacingUM, cutoffMM), form_)),
       weights_(DistanceWeights(reach_, CutoffPoints(spacingUM, cutoffMM))),
       transforms_(nodes_, FactorsOfNodes(CutoffPoints(spacingUM, cutoffMM))) {
-  if (thinning_ == 1) return;
-  for (std::size_t r = 0; r < thinning_; ++r) {
-    const double place = static_cast<double>(r) / static_cast<double>(thinning_);
-    for (std::size_t m = 0; m < taps_; ++m) nodeWeights_.push_back(NodeWeight(m, taps_, place));
+  if (form_.thinning == 1) return;
+  for (std::size_t r = 0; r < form_.thinning; ++r) {
+    const double place = static_cast<double>(r) / static_cast<double>(form_.thinning);
+    for (std::size_t m = 0; m < form_.taps; ++m) nodeWeights_.push_back(NodeWeight(m, form_.taps, place));
+    for (std::size_t m = 0; m < form_.spread; ++m) spreadWeights_.push_back(NodeWeight(m, form_.spread, place));
   }
-  stride_ = cells_ + 2 * (taps_ - 1);
-  points_.resize(cells_ * thinning_);
+  stride_ = cells_ + 2 * (form_.taps - 1) + kFour;
+  points_.resize(cells_ * form_.thinning);
   products_.resize(points_.size());
-  phases_.resize(stride_ * thinning_);
-  quotients_.resize(stride_ * thinning_);
-  divisors_.resize(cells_);
+  phases_.resize(stride_ * form_.thinning);
+  quotients_.resize(stride_ * form_.thinning);
+  divisors_.resize(cells_ + kFour);
 }
 
 std::span<const double> RegressionSums::RowOf(std::size_t point) const {
-  return std::span(nodeWeights_).subspan(point * taps_, taps_);
+  return std::span(nodeWeights_).subspan(point * form_.taps, form_.taps);
+}
+
+std::span<const double> RegressionSums::SpreadRowOf(std::size_t point) const {
+  return std::span(spreadWeights_).subspan(point * form_.spread, form_.spread);
 }
 
 RegressionTransforms::Factors RegressionSums::FactorsOfNodes(double cutoffPoints) const {
   RegressionTransforms::Factors factors;
-  const std::size_t extent = ExtentOf(nodes_, thinning_, cutoffPoints);
+  const std::size_t extent = ExtentOf(nodes_, form_.thinning, cutoffPoints);
   for (std::size_t i = 0; i <= extent; ++i) {
-    const auto points = static_cast<double>(i * thinning_);
+    const auto points = static_cast<double>(i * form_.thinning);
     const double weight = GaussAt(points, cutoffPoints) * weights_[0];
     for (std::size_t j = 0; j < kRegressionMoments; ++j) factors[j].push_back(weight * Power(points * step_, j));
   }
@@ -190,66 +219,62 @@ RegressionTransforms::Factors RegressionSums::FactorsOfNodes(double cutoffPoints
 void RegressionSums::Spread(std::span<const double> points, std::span<double> nodes) {
   // The transpose of interpolation. Point r of a cell has at its node m the weight that point thinning - r has at the
   // mirrored one.
-  TurnMatrix(points.data(), thinning_, cells_, thinning_, phases_.data() + taps_ - 1, stride_);
-  for (std::size_t r = 1; r < thinning_; ++r) {
+  TurnMatrix(points.data(), form_.thinning, cells_, form_.thinning, phases_.data() + form_.taps - 1, stride_);
+  const std::size_t aside = (form_.taps - form_.spread) / 2;
+  for (std::size_t r = 1; r < form_.thinning; ++r) {
     const Onto onto = r == 1 ? Onto::kNothing : Onto::kWhatIsThere;
-    Correlate(phases_.data() + r * stride_, RowOf(thinning_ - r), onto, nodes_, nodes.data());
+    Correlate(phases_.data() + r * stride_ + aside, SpreadRowOf(form_.thinning - r), onto, nodes_, nodes.data());
   }
-  Add(phases_.data() + taps_ - 1, cells_, nodes.data() + before_);
+  Add(phases_.data() + form_.taps - 1, cells_, nodes.data() + before_);
 }
 
 void RegressionSums::Make(std::span<const double> d, std::span<const double> z) {
   const std::span<double> weights = transforms_.Weights();
   const std::span<double> heights = transforms_.Heights();
-  if (thinning_ == 1) {
+  if (form_.thinning == 1) {
     CopyWithProducts(d.data(), z.data(), d.size(), weights.data(), heights.data());
   } else {
     CopyWithProducts(d.data(), z.data(), d.size(), points_.data(), products_.data());
     Spread(points_, weights);
     Spread(products_, heights);
   }
-  transforms_.Run(sums_);
+  transforms_.Run();
 }
 
 void RegressionSums::Between(std::span<const double> values, std::size_t cell, std::span<double> out) const {
   const double* const nodes = values.data() + cell;
   for (std::size_t r = 0; r < out.size(); ++r) {
-    out[r] = thinning_ == 1 ? nodes[0] : AtPoint(nodes, RowOf(r));
+    out[r] = form_.thinning == 1 ? nodes[0] : AtPoint(nodes, RowOf(r));
   }
 }
 
 void RegressionSums::Quotients(std::span<const double> above, std::span<const double> below, std::span<double> out) {
-  if (thinning_ == 1) return Divide(above.data(), below.data(), out.size(), out.data());
+  if (form_.thinning == 1) return Divide(above.data(), below.data(), out.size(), out.data());
   Divide(above.data() + before_, below.data() + before_, cells_, quotients_.data());
-  for (std::size_t r = 1; r < thinning_; ++r) {
+  for (std::size_t r = 1; r < form_.thinning; ++r) {
     double* const quotients = quotients_.data() + r * stride_;
     Correlate(above.data(), RowOf(r), Onto::kNothing, cells_, quotients);
     Correlate(below.data(), RowOf(r), Onto::kNothing, cells_, divisors_.data());
     Divide(quotients, divisors_.data(), cells_, quotients);
   }
-  const std::size_t whole = out.size() / thinning_ / 2 * 2;
-  TurnMatrix(quotients_.data(), stride_, thinning_, whole, out.data(), thinning_);
-  for (std::size_t i = whole * thinning_; i < out.size(); ++i) {
-    out[i] = quotients_[i % thinning_ * stride_ + i / thinning_];
+  const std::size_t whole = out.size() / form_.thinning / 2 * 2;
+  TurnMatrix(quotients_.data(), stride_, form_.thinning, whole, out.data(), form_.thinning);
+  for (std::size_t i = whole * form_.thinning; i < out.size(); ++i) {
+    out[i] = quotients_[i % form_.thinning * stride_ + i / form_.thinning];
   }
 }
 
-RegressionPoint RegressionSums::AddUp(std::size_t k, std::span<const double> d, std::span<const double> z) const {
-  RegressionPoint sums{};
+void RegressionSums::PointsAround(std::size_t k, std::span<const double> d, std::span<const double> z,
+                                  std::vector<WeightedHeight>& points) const {
+  points.clear();
   const std::size_t first = k - std::min(k, reach_);
   const std::size_t last = std::min(d.size() - 1, k + reach_);
   for (std::size_t l = first; l <= last; ++l) {
-    if (d[l] == 0.0) continue;
+    if (!(d[l] > 0.0)) continue;
     const std::size_t apart = l > k ? l - k : k - l;
-    const double u = (l > k ? 1.0 : -1.0) * (static_cast<double>(apart) * step_);
-    double term = d[l] * weights_[apart];
-    for (std::size_t j = 0; j < kRegressionMoments; ++j) {
-      sums[j] += term;
-      if (j < kRegressionHeights) sums[kRegressionMoments + j] += term * z[l];
-      term *= u;
-    }
+    const double place = (l > k ? 1.0 : -1.0) * (static_cast<double>(apart) * step_);
+    points.push_back({place, d[l] * weights_[apart], z[l]});
   }
-  return sums;
 }
 
 }  // namespace texturon

@@ -78,6 +78,20 @@ TEST(EditionRows, SectionsOwnHillsByTheirSummit) {
   EXPECT_FALSE(Value("Rzx(0.02)", row));
 }
 
+TEST(EditionRows, TheWindowOfRzxSpansItsLength) {
+  std::mt19937_64 random(4);
+  RowCase row{.heights = std::vector<double>(60)};
+  for (double& height : row.heights) height = static_cast<double>(random() % 100);
+  const std::vector<double>& z = row.heights;
+  for (std::size_t steps = 1; steps <= z.size(); ++steps) {
+    double greatest = 0.0;
+    for (std::size_t i = 0; i < z.size(); ++i) {
+      for (std::size_t j = i; j < z.size() && j <= i + steps; ++j) greatest = std::max(greatest, std::abs(z[i] - z[j]));
+    }
+    EXPECT_EQ(*Value("Rzx(" + std::to_string(static_cast<double>(steps) * 1e-3) + ")", row), greatest) << steps;
+  }
+}
+
 /// Elements by walking point lists, the rules written out for one direction.
 void TwinElements(const std::vector<double>& z, const PartThresholds& thresholds, std::vector<double>& widths,
                   std::vector<double>& heights) {

@@ -10,6 +10,7 @@
 
 #include "signal/filter/filter_transmission.h"
 #include "signal/filter/regression_sums.h"
+#include "signal/filter/weighted_parabola.h"
 #include "support/dense_solve.h"
 #include "support/near.h"
 #include "support/recording_progress.h"
@@ -57,29 +58,69 @@ double ScaleOf(const std::vector<double>& z, const std::vector<double>& line) {
   return 4.4478 * (rest.size() % 2 == 1 ? rest[half] : 0.5 * (rest[half - 1] + rest[half]));
 }
 
+/// The whole filter, its passes by their definition.
+struct Direct {
+  std::vector<double> line;
+  int passes = 0;
+};
+template <typename Pass>
+Direct DirectFilter(const std::vector<double>& z, const Pass& pass) {
+  std::vector<double> d(z.size(), 1.0);
+  Direct direct{pass(d)};
+  for (double former = ScaleOf(z, direct.line);; ++direct.passes) {
+    for (std::size_t i = 0; i < z.size(); ++i) {
+      const double r = std::abs(z[i] - direct.line[i]) / former;
+      d[i] = r <= 1.0 ? std::pow(1.0 - r * r, 2) : 0.0;
+    }
+    direct.line = pass(d);
+    const double c = ScaleOf(z, direct.line);
+    if (std::abs(c - former) < 1e-6 * former) break;
+    former = c;
+  }
+  ++direct.passes;
+  return direct;
+}
+
 TEST(RegressionFilter, SolvesTheEquationsOfEveryPoint) {
   std::vector<double> z = Noisy(500, 1);
   for (std::size_t i = 200; i < 240; ++i) z[i] -= 40.0;  // a groove as wide as the cutoff, which loses its weights
   for (std::size_t i = 0; i < 5; ++i) z[i] += 20.0;      // at the end, too
   const double dx = 0.001, cutoff = 0.04;
-  std::vector<double> d(z.size(), 1.0), line;
-  int passes = -1;
-  for (double former = 0.0;; ++passes) {
-    line = DirectPass(z, d, dx, cutoff);
-    const double c = ScaleOf(z, line);
-    if (std::abs(c - former) < 1e-6 * former) break;
-    former = c;
-    for (std::size_t i = 0; i < z.size(); ++i) {
-      const double r = std::abs(z[i] - line[i]);
-      d[i] = r <= c ? std::pow(1.0 - r * r / (c * c), 2) : 0.0;
-    }
-  }
+  const Direct direct = DirectFilter(z, [&](const auto& d) { return DirectPass(z, d, dx, cutoff); });
   std::vector<double> w(z.size());
   const RegressionResult result = RobustRegressionFilter(z, w, 1.0, cutoff, nullptr);
   EXPECT_EQ(result.stop, RegressionStop::kConverged);
-  EXPECT_EQ(result.passes, passes + 1);
+  EXPECT_EQ(result.passes, direct.passes);
   EXPECT_EQ(result.range, IndexRange::FromCount(0, 500));
-  EXPECT_TRUE(AllNear(w, line, 1e-9));
+  EXPECT_TRUE(AllNear(w, direct.line, 1e-9));
+}
+
+// Weights leave points next to nothing but themselves, or ends nothing near: sums by transforms miss the first three by
+// 3e-6 to 4e-4, and the equations of the others in powers of the distance seem to be singular.
+TEST(RegressionFilter, FitsPointsThatAreNearlyAlone) {
+  for (const unsigned seed : {402U, 414U, 722U, 132U, 246U, 310U, 498U, 890U, 1278U}) {
+    std::mt19937_64 random(seed);
+    std::normal_distribution<double> noise;
+    std::vector<double> z(70), w(70);
+    for (double& height : z) height = (random() % 10 < 3 ? 1.0 : 0.0) + 1e-3 * noise(random);
+    const double cutoff = 0.003 + 0.0003 * (seed % 17);
+    const RegressionResult result = RobustRegressionFilter(z, w, 1.0, cutoff, nullptr);
+    const Direct direct = DirectFilter(z, [&](const auto& d) { return DirectPass(z, d, 0.001, cutoff); });
+    EXPECT_EQ(result.stop, RegressionStop::kConverged) << seed;
+    EXPECT_EQ(result.passes, direct.passes) << seed;
+    EXPECT_TRUE(AllNear(w, direct.line, 1e-9)) << seed;
+  }
+}
+
+TEST(WeightedParabola, HoldsForWeightsOfAnyOrder) {
+  // Through three of them whatever the others weigh; where a fourth pulls, it takes its share.
+  const auto at = [](double place) { return 2.0 - 3.0 * place + 0.5 * place * place; };
+  std::vector<WeightedHeight> points = {{-2.0, 1.0, at(-2.0)}, {1.0, 1e-25, at(1.0)}, {7.0, 1e-40, at(7.0)}};
+  EXPECT_TRUE(Near(WeightedParabolaAtZero(points).value(), 2.0, 1e-14));
+  points.push_back({5.0, 1e-60, 100.0});
+  EXPECT_TRUE(Near(WeightedParabolaAtZero(points).value(), 2.0, 1e-14));
+  points.pop_back();
+  EXPECT_FALSE(WeightedParabolaAtZero(std::span(points).first(2)));
 }
 
 // Cutoffs of so many points that nodes do, and a stretch without weights, wider than the cutoff, where they do not; the
@@ -93,8 +134,8 @@ TEST(RegressionFilter, SolvesThemBetweenNodes) {
   std::vector<double> gauss;
   for (int i = 0; i <= reach; ++i)
     gauss.push_back(std::exp(-kPi * std::pow(i * 0.001 / (0.7309134280946759 * cutoff), 2)));
-  std::vector<double> d(n, 1.0), line(n);
-  for (double former = 0.0;;) {
+  const Direct direct = DirectFilter(z, [&](const std::vector<double>& d) {
+    std::vector<double> line(n);
     for (int k = 0; k < static_cast<int>(n); ++k) {
       double m[5] = {}, f[3] = {};
       for (int l = std::max(0, k - reach); l <= std::min(static_cast<int>(n) - 1, k + reach); ++l) {
@@ -112,17 +153,11 @@ TEST(RegressionFilter, SolvesThemBetweenNodes) {
       line[static_cast<std::size_t>(k)] =
           (f[0] * minor - f[1] * (m[1] * m[4] - m[2] * m[3]) + f[2] * (m[1] * m[3] - m[2] * m[2])) / whole;
     }
-    const double c = ScaleOf(z, line);
-    if (std::abs(c - former) < 1e-6 * former) break;
-    former = c;
-    for (std::size_t i = 0; i < n; ++i) {
-      const double r = std::abs(z[i] - line[i]);
-      d[i] = r <= c ? std::pow(1.0 - r * r / (c * c), 2) : 0.0;
-    }
-  }
+    return line;
+  });
   std::vector<double> w(n);
   EXPECT_EQ(RobustRegressionFilter(z, w, 1.0, cutoff, nullptr).stop, RegressionStop::kConverged);
-  EXPECT_TRUE(AllNear(w, line, 1e-9, 40.0)) << "of the height range";
+  EXPECT_TRUE(AllNear(w, direct.line, 1e-9, 40.0)) << "of the height range";
 }
 
 TEST(RegressionFilter, TransmissionIsWhatTheEquationsLeaveOfAWave) {
@@ -150,13 +185,13 @@ TEST(RegressionFilter, PassesParabolas) {
   EXPECT_TRUE(AllNear(w, parabola, 1e-3, 1.0));
 }
 
-// In the units of BatchFft::Cost, of which one counted 3.1 instructions; a real transform of these lengths counted 29
-// to 32 for each point, so that five of them are what the transforms of a pass come to.
-TEST(RegressionFilter, TransformsAreFewForAnyCutoff) {
-  for (const std::size_t n : {std::size_t{8'000}, std::size_t{100'000}}) {
-    for (double cutoff = 3.0; cutoff < 2000.0; cutoff *= 1.07) {
+// In the units of BatchFft::Cost, of which one counted 3 to 3.6 instructions; a real transform counted 20 to 35 for
+// each point, and what a pass does besides its sums 35 to 60.
+TEST(RegressionFilter, SumsAreCheapForAnyLengthAndCutoff) {
+  for (const std::size_t n : {256, 300, 512, 1000, 2048, 8000, 100'000}) {
+    for (double cutoff = 3.0; cutoff < 4000.0; cutoff *= 1.07) {
       const RegressionSums sums(n, 1.0, cutoff * 1e-3);
-      EXPECT_LT(sums.TransformCost(), 48.0 * static_cast<double>(n)) << n << " points, cutoff of " << cutoff;
+      EXPECT_LT(sums.Cost(), 70.0 * static_cast<double>(n)) << n << " points, cutoff of " << cutoff;
     }
   }
 }
