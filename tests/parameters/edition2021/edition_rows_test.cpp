@@ -6,6 +6,7 @@
 #include <random>
 #include <vector>
 
+#include "base/number_text.h"
 #include "parameters/edition2021/crossing_parts.h"
 #include "parameters/edition2021/edition_list.h"
 #include "parameters/edition2021/material_rows.h"
@@ -88,7 +89,7 @@ TEST(EditionRows, TheWindowOfRzxSpansItsLength) {
     for (std::size_t i = 0; i < z.size(); ++i) {
       for (std::size_t j = i; j < z.size() && j <= i + steps; ++j) greatest = std::max(greatest, std::abs(z[i] - z[j]));
     }
-    EXPECT_EQ(*Value("Rzx(" + std::to_string(static_cast<double>(steps) * 1e-3) + ")", row), greatest) << steps;
+    EXPECT_EQ(*Value("Rzx(" + FixedText(static_cast<double>(steps) * 1e-3, 3) + ")", row), greatest) << steps;
   }
 }
 
