@@ -113,6 +113,10 @@ TEST_F(InGerman, SentencesOfTheEngineKeepTheirFigures) {
        "Die Aufzeichnung hat Platz f\u00FCr 4 von 5 Abschnitten von 0.8000 mm; mit 4 Abschnitten, zusammen 3.2000 mm, "
        "wird "
        "gerechnet."},
+      {"The robust regression filter ended after 12 passes: the limit of its weights has not settled. The last mean "
+       "line is used.",
+       "Das robuste Regressionsfilter endete nach 12 Durchg\u00E4ngen: die Grenze seiner Gewichte hat sich nicht "
+       "eingestellt. Die letzte mittlere Linie wird verwendet."},
       {"1.8374 mm, undecided (fewer than three values)", "1.8374 mm, unentschieden (weniger als drei Werte)"},
       {"nobody has translated 7 of this", "nobody has translated 7 of this"}};
   for (const auto& [english, german] : sentences) EXPECT_EQ(EngineText(english).toStdString(), german);
