@@ -90,7 +90,7 @@ std::string CursorReadout(const Document& document, ProfileKind kind, const Curs
         text += "    " +
                 Pair("Z", HeightReadout(*z1, metric), HeightReadout(*z2, metric), HeightReadout(*z2 - *z1, metric));
       if (z1 && z2 && x1 != x2) text += "    " + SlopeText(*z2 - *z1, x2 - x1);
-      if (z1 && z2) text += " (" + ProfileTitle(kind) + ")";
+      if (z1 && z2) text += "  (" + ProfileTitle(kind) + ")";
     }
   }
   if (places.hasY) {

@@ -67,6 +67,8 @@ Sentence SentenceOf(const QString& english, const QString& other) {
     sentence.letters += between.size();
     if (noun.isEmpty()) {
       pattern += "(.+?)";
+    } else if (noun == "deg") {
+      pattern += QString::fromUtf8("(\\S+\u00B0)");
     } else if (noun == "mm" || noun == "um" || noun == "%") {
       pattern += "(\\S+ \\S+)";
     } else {
@@ -188,6 +190,26 @@ QHash<QString, QString> ReadWords(const QString& code) {
 QString EngineText(std::string_view windows1252) {
   const QString english = FromText(windows1252);
   return Words() == nullptr ? english : Words()->OfEngine(english);
+}
+
+QString EngineReadout(std::string_view windows1252) {
+  static const QRegularExpression gap(" {2,}");
+  const QString english = FromText(windows1252);
+  QString text;
+  const auto add = [&text](const QString& part) {
+    const bool isRemark = part.startsWith('(') && part.endsWith(')');
+    const QString shown = EngineText(ToText(isRemark ? part.sliced(1, part.size() - 2) : part));
+    text += isRemark ? '(' + shown + ')' : shown;
+  };
+  qsizetype from = 0;
+  for (auto gaps = gap.globalMatch(english); gaps.hasNext();) {
+    const auto found = gaps.next();
+    add(english.mid(from, found.capturedStart() - from));
+    text += found.captured();
+    from = found.capturedEnd();
+  }
+  add(english.mid(from));
+  return text;
 }
 
 EnglishScope::EnglishScope() : before_(CWords::isOff) {

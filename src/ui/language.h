@@ -29,13 +29,16 @@ void ChooseLanguage(const QString& code);
 void UseLanguage(const QString& code);
 
 /// English texts and what they are in a language. Where the English has %n, the other has "singular|plural". In texts
-/// of the engine {0}, {1} ... stand for what is put in, {0 mm} for a measure, {0 peak} for a count with its noun, which
-/// the other language gives as {0 singular|plural}.
+/// of the engine {0}, {1} ... stand for what is put in, {0 mm} for a measure, {0 deg} for an angle, {0 peak} for a
+/// count with its noun, which the other language gives as {0 singular|plural}.
 QHash<QString, QString> ReadWords(const QString& code);
 
 /// A text of the engine (Windows-1252) as a window shows it. What is put into its sentences is translated too; what is
 /// not known stays as it is.
 QString EngineText(std::string_view windows1252);
+
+/// A read-out of the engine: its parts, which gaps of two blanks and more stand between, one by one.
+QString EngineReadout(std::string_view windows1252);
 
 /// English while it lives: around what draws or writes a file.
 class EnglishScope {

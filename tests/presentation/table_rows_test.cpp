@@ -75,7 +75,7 @@ TEST(TableRows, OfEveryEditionTheCommonOnesStandFirstAndPairsTogether) {
             "Ra Rq Rsk Rku Rt Rp Rv Rz Rdq Rk Rpk Rvk Rmrk1 Rmrk2 Rsm Pt P: FC; D; Wolfprune 5 %; All; HDh; Mean Wt ");
   const TableRows both = OfEdition("both");
   EXPECT_EQ(Titles(both),
-            "Ra/1997 Ra/2021 Rt/1997 Rt/2021 Rp/1997 Rp/2021 Rv/1997 Rv/2021 Rq/1997 Rq/2021 Rdq/1997 Rdq/2021 "
+            "Ra/1997 Ra/2021 Rt/1997 Rt/2021 Rp/1997 Rp/2021 Rv/1997 Rv/2021 Rq/1997 Rq/2021 Rdq/1997 "
             "Rsk/1997 Rsk/2021 Rku/1997 Rku/2021 RzDIN/1997 Rz/2021 Rsm/1997 Rsm/2021 Rk/1997 Rk/2021 "
             "Rpk/1997 Rpk/2021 Rvk/1997 Rvk/2021 Rmr1/1997 Rmrk1/2021 Rmr2/1997 Rmrk2/2021 "
             "Pt/1997 Pt/2021 Wt/1997 Wt/2021 ");

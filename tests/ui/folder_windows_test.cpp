@@ -154,7 +154,7 @@ TEST_F(BatchWindow, ShowsEveryFileInOrderWithVerdictAndStatistics) {
     if (i == 7) continue;
     // A saw-tooth from 0 to its height: Pt is that height, out of tolerance above 1.15.
     EXPECT_EQ(ToText(cell(i, 2).toString()), FixedText(1.0 + 0.01 * i, 4));
-    EXPECT_EQ(cell(i, 1), i > 15 ? "1 out of tolerance" : "analysed") << i;
+    EXPECT_EQ(cell(i, 1), i > 15 ? "1 out of tolerance" : "within tolerance") << i;
     EXPECT_EQ(cell(i, 2, Qt::BackgroundRole).isValid(), i > 15) << i;
   }
   // The reason first, whole and over the room of the values that there are not.
@@ -172,7 +172,7 @@ TEST_F(BatchWindow, ShowsEveryFileInOrderWithVerdictAndStatistics) {
   EXPECT_EQ(statistics.join(' '), "Pt 29 1.0000 1.2900 14");
   Press(*window_, "&Copy");
   EXPECT_TRUE(QApplication::clipboard()->text().startsWith(
-      QString::fromUtf8("File\tResult\tPt / µm\tRa / µm\n000.lmt\tanalysed\t1.0000\t")));
+      QString::fromUtf8("File\tResult\tPt / µm\tRa / µm\n000.lmt\twithin tolerance\t1.0000\t")));
   emit Child<QTableView>(*window_, "files").activated(results.index(3, 0));
   EXPECT_EQ(InForce().profiles.sourcePath, TextFromPath(folder_ / "in/003.lmt"));
 }
@@ -191,10 +191,10 @@ TEST_F(BatchWindow, JudgesByTheBudgetThatIsKnown) {
   KeepBudget({{"AmplificationPercent", "1"}});
   Click();
   Wait();
-  EXPECT_TRUE(State().contains("AmplificationPercent 1")) << State().toStdString();
+  EXPECT_TRUE(State().contains("factor of all heights 1 %")) << State().toStdString();
   ASSERT_EQ(results.rowCount(), kFiles);
-  for (const auto& [row, text] : {std::pair(12, "analysed"), std::pair(13, "1 undecided"), std::pair(17, "1 undecided"),
-                                  std::pair(18, "1 out of tolerance")}) {
+  for (const auto& [row, text] : {std::pair(12, "within tolerance"), std::pair(13, "1 undecided"),
+                                  std::pair(17, "1 undecided"), std::pair(18, "1 out of tolerance")}) {
     EXPECT_EQ(results.data(results.index(row, 1), Qt::DisplayRole), text) << row;
   }
   const QColor ground = results.data(results.index(13, 2), Qt::BackgroundRole).value<QColor>();

@@ -9,6 +9,9 @@
 #include "analysis/document_export.h"
 #include "parameters/edition2021/edition_table.h"
 #include "parameters/ratio_rows.h"
+#include "presentation/cursor_measures.h"
+#include "presentation/curve_readouts.h"
+#include "presentation/profile_marks.h"
 #include "presentation/report_template.h"
 #include "settings/setting_choices.h"
 #include "ui/qt_text.h"
@@ -129,6 +132,38 @@ TEST_F(InGerman, SentencesOfTheEngineKeepTheirFigures) {
     }
   }
   EXPECT_EQ(QObject::tr("%n to analyse", nullptr, 2), "2 Dateien auszuwerten");
+}
+
+TEST_F(InGerman, ReadOutsHaveNoEnglishWord) {
+  ASSERT_TRUE(Doc().Open(Sample("honed.lmt")));
+  Change([](AnalysisSettings& analysis) { analysis.MotifRProfile = analysis.MotifWProfile = true; });
+  const Document& document = InForce();
+  constexpr ProfileKind kKind = ProfileKind::kPrimary;
+  frame_->show();
+  Choose("splitLowerPane");
+  Choose("bearingRatioCurve");
+  std::vector<std::string> readouts = {BearingReadout(document, 12.0, 0.5), MotifReadout(document)};
+  Choose("spectrumCurve");
+  readouts.push_back(SpectrumReadout(document, 3));
+  for (const bool hasY : {false, true}) {
+    for (const double x2 : {1.0, 4.0}) {
+      const CursorPlaces places{.xMM = {1.0, x2}, .yUM = {-1.0, 1.0}, .hasX = true, .hasY = hasY};
+      readouts.push_back(CursorReadout(document, kKind, places));
+    }
+  }
+  for (const auto& between : {std::pair(1.0, 4.0), std::pair(0.0, 6.0), std::pair(1.0, 1.01)}) {
+    readouts.push_back(MeasureText(document, kKind, between));
+  }
+  static const QRegularExpression word("[a-z]{4,}");
+  for (const std::string& readout : readouts) {
+    const QString german = EngineReadout(readout);
+    EXPECT_FALSE(german.isEmpty());
+    for (auto words = word.globalMatch(FromText(readout)); words.hasNext();) {
+      const QString english = words.next().captured();
+      EXPECT_FALSE(german.contains(QRegularExpression("\\b" + english + "\\b")))
+          << english.toStdString() << ": " << german.toStdString();
+    }
+  }
 }
 
 TEST_F(InGerman, TheWindowSpeaksItAndFilesDoNot) {

@@ -277,6 +277,23 @@ TEST_F(ProfileView, HillsAndDalesBelongToTheRowsOf2021) {
   EXPECT_EQ(Graph().graphCount(), before) << "nothing is left over rows of 1997";
 }
 
+TEST_F(ProfileView, TheHeadingKeepsTheIdentificationAndLeavesOutTheSettingsFileFirst) {
+  ASSERT_TRUE(Doc().LoadSettingsFile(folder_.Write("settings of the line 4.ini", "[ANALYSIS]\r\n")));
+  Choose("showFullIniPath");
+  Change([](AnalysisSettings& analysis) { analysis.parameters[20].tolerance = {.toleranced = true}; });
+  const auto first = [this] { return Child<QLabel>(*frame_, "heading").text().section('\n', 0, 0); };
+  const CHeading& heading = frame_->View().Heading();
+  for (const QSize size : {QSize(1300, 800), QSize(640, 800), QSize(640, 330), QSize(420, 800), QSize(420, 330)}) {
+    frame_->resize(size);
+    QTest::qWait(20);
+    EXPECT_TRUE(first().startsWith("Ground; generated")) << size.width() << ' ' << first().toStdString();
+    EXPECT_TRUE(Child<QLabel>(*frame_, "heading").toolTip().contains("settings of the line 4.ini"));
+    QPushButton& verdict = frame_->View().Heading().Verdict();
+    EXPECT_LE(verdict.geometry().right(), heading.width());
+    EXPECT_GE(verdict.width(), verdict.sizeHint().width()) << "its words are whole";
+  }
+}
+
 TEST_F(ProfileView, SaysWhatItShows) {
   const auto file = folder_.Write("own.ini", "[ANALYSIS]\r\nLcCutoffMM=0.25\r\n");
   ASSERT_TRUE(Doc().LoadSettingsFile(file));

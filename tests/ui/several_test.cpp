@@ -142,6 +142,35 @@ TEST(Trend, ShowsWhatAProcessKeeps) {
   EXPECT_EQ(opened, 1);
 }
 
+TEST(Trend, ShowsInLittleRoomOnlyWhatIsWhole) {
+  Application();
+  CTrendPane pane;
+  std::vector<CTrendPane::File> files;
+  for (const double value : {1.0, 2.0, 3.0, 2.1}) {
+    files.push_back({{{.name = "RzDIN", .value = value, .unit = "\xB5m", .limits = {.upper = 2.5}}}, "a.lmt"});
+  }
+  pane.Add(files);
+  for (const QSize size : {QSize(640, 130), QSize(900, 500)}) {
+    pane.resize(size);
+    pane.show();
+    QTest::qWait(50);
+    for (QCustomPlot* const plot : {&pane.Chart(), &pane.Histogram()}) {
+      plot->replot();
+      plot->replot();
+      EXPECT_EQ(plot->yAxis->label().isEmpty(), size.height() < 200);
+      std::vector<QRectF> names;
+      for (int i = 0; i < plot->itemCount(); ++i) {
+        const auto* const name = qobject_cast<QCPItemText*>(plot->item(i));
+        if (name == nullptr || !name->visible()) continue;
+        const QRectF box(name->topLeft->pixelPosition(), name->bottomRight->pixelPosition());
+        for (const QRectF& other : names) EXPECT_FALSE(other.adjusted(1, 1, -1, -1).intersects(box));
+        names.push_back(box);
+      }
+      EXPECT_GE(names.size(), 1U) << "the limit is named first";
+    }
+  }
+}
+
 class Process : public WindowTest {};
 
 TEST_F(Process, IsShownWithoutAParameterFileAndSaved) {

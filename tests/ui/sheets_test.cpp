@@ -325,7 +325,9 @@ TEST_F(SettingsSheet, EnterIsOkWhereverItIsPressed) {
 }
 
 TEST_F(SettingsSheet, StandsBesideTheProfileAndFitsAnyScreen) {
-  for (const QSize size : {QSize(1366, 700), QSize(960, 486), QSize(683, 360)}) {
+  for (const auto& [size, language] : {std::pair(QSize(1366, 700), "en"), std::pair(QSize(960, 486), "de"),
+                                       std::pair(QSize(960, 486), "en"), std::pair(QSize(683, 360), "en")}) {
+    UseLanguage(language);
     MakeFrame(prompts_);
     frame_->show();
     frame_->resize(size);

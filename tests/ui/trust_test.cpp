@@ -61,14 +61,25 @@ TEST_F(Trust, UncertaintiesStandBesideTheValues) {
 }
 
 // Undecided in word and colour, with what it needs a click away; decided once there is an uncertainty.
+TEST_F(Trust, SentencesOfTheWindowHaveWordsAndNoKeys) {
+  for (const char* const sentence :
+       {"HeightNoiseUM: \"x\" is no number from 0 on", "TipRadiusUncertaintyUM.Distribution: is no distribution",
+        "has both HeightNoiseUM and a spectrum of the noise",
+        "the budget has TipRadiusUncertaintyUM, and neither it (TipRadiusUM) nor the file tells the tip's radius"}) {
+    const QString shown = BudgetSentence(sentence);
+    EXPECT_FALSE(shown.contains("UM")) << shown.toStdString();
+    EXPECT_TRUE(shown.contains("tip") || shown.contains("noise")) << shown.toStdString();
+  }
+}
+
 TEST_F(Trust, VerdictsOfTheWindowFollowTheRule) {
   ASSERT_TRUE(Doc().Open(Sample("turned.lmt")));
   Settings settings = InForce().settings;
   settings.decision.DecisionRule = kDecideGuarded;
   settings.analysis.parameters.front().tolerance = {.toleranced = true, .upperLimit = 1e6};
   Doc().ReplaceSettings(settings);
-  const auto verdict = [this] { return frame_->View().Heading().Verdict().text(); };
-  EXPECT_EQ(verdict(), "? 1 of 1 toleranced parameter undecided");
+  const auto verdict = [this] { return frame_->View().Heading().Verdict().accessibleName(); };
+  EXPECT_EQ(verdict(), "1 of 1 toleranced parameter undecided");
   const auto cells = [this] { return frame_->ParamView().Grid().Records(); };
   const auto isOpen = [](const CGridCtrl::Record& record) { return record.isUndecided; };
   const QList<CGridCtrl::Record> records = cells();

@@ -69,8 +69,15 @@ void Merge(List& list, ParameterSelection row) {
   if (!held->tolerance.toleranced) held->tolerance = row.tolerance;
 }
 
-void Translate(EditionChoice from, EditionChoice to, const ParameterSelection& row, List& list, EditionChange& change) {
+void Translate(EditionChoice from, EditionChoice to, ParameterSelection row, List& list, EditionChange& change) {
   const Names found = NamesUnder(from, to, row.name);
+  // Under both the limits were those of the row of 1997, and they are no others' of another unit.
+  const bool isOfOtherUnit = HasTwoUnits(row.name) && (from == EditionChoice::k2021) != (to == EditionChoice::k2021) &&
+                             found.staysItself && from != EditionChoice::k1997;
+  if (isOfOtherUnit) {
+    if (row.tolerance.toleranced) change.limitsLost.push_back(row.name);
+    row.tolerance = {};
+  }
   if (found.staysItself) Merge(list, row);
   if (found.other.empty()) {
     if (!found.staysItself) change.without.push_back(row.name);

@@ -178,6 +178,8 @@ ParameterCatalogue ListOfBoth(const AnalysisSettings& settings, const ParameterC
     }
     if (!isNew) continue;
     ParameterDef row = SelectedRow(selection);
+    // Nobody can tell 5 degrees from 5.
+    if (HasTwoUnits(selection.name)) row.tolerance = {};
     if (isOld) row.difference = DifferenceOf(ParseEditionName(selection.name), settings);
     Append(list, std::move(row), former);
   }
@@ -202,6 +204,13 @@ bool StandsForAll(const std::vector<ParameterSelection>& list) {
                                                     [](const ParameterSelection& a, const ParameterSelection& b) {
                                                       return a.name == b.name && a.selected == b.selected;
                                                     });
+}
+
+bool HasTwoUnits(std::string_view name) {
+  const MasterRow* const before = FindMasterRow(name);
+  const EditionRow* const now = ParseEditionName(name).row;
+  return before != nullptr && now != nullptr &&
+         PrintedUnit(before->quantity.metricUnit) != PrintedUnit(now->quantity.metricUnit);
 }
 
 ParameterDef MakeEditionRow(std::string_view name) {

@@ -23,7 +23,8 @@ EditionChoice ChosenEdition(const AnalysisSettings& settings);
 /// Under 1997 it is MakeWorkingList. Under 2021 the names of the selection are those of that edition; one that begins
 /// with the selection that a document starts with stands for every row of P, W and R that needs no argument, with its
 /// limits and the rows behind. Under both, each name stands for the row of either edition that has it, the one of 1997
-/// first, and a selection that begins so for all rows of both.
+/// first, and a selection that begins so for all rows of both. Limits are those of either row, but where its unit is
+/// not that of its namesake those of the row of 1997 alone.
 ParameterCatalogue MakeEditionList(const AnalysisSettings& settings, const ParameterCatalogue& former = {});
 
 /// Whether a list begins with the selection that a document starts with and leaves none of it out. Limits choose no
@@ -42,6 +43,9 @@ std::size_t TakeOfferedRows(std::vector<ParameterSelection> offered, AnalysisSet
 /// Whether a name is one of the edition of 2021, with arguments or a feature too; whether one of the edition before.
 bool IsOfEdition(std::string_view name);
 bool IsOfEditionBefore(std::string_view name);
+
+/// Whether both editions have a row of this name, of another unit each: a limit is of one of them.
+bool HasTwoUnits(std::string_view name);
 
 /// A row of the edition of 2021 by its name; without unit where the name is not understood.
 ParameterDef MakeEditionRow(std::string_view name);

@@ -50,15 +50,23 @@ std::string TitleOf(const ColumnValue& column) {
   return column.unit.empty() ? column.name : column.name + " / " + column.unit;
 }
 
+/// What the limits come to, in the words of the main window.
 QString ToleranceText(const BatchRow& row) {
   const auto out = std::count_if(row.columns.begin(), row.columns.end(),
                                  [](const ColumnValue& column) { return column.outOfTolerance; });
   const auto open =
       std::count_if(row.columns.begin(), row.columns.end(), [](const ColumnValue& column) { return column.undecided; });
+  const auto isLimited = [](const ColumnValue& column) { return column.limits.lower || column.limits.upper; };
+  const auto missing = std::count_if(row.columns.begin(), row.columns.end(), [&](const ColumnValue& column) {
+    return isLimited(column) && !column.value && !column.outOfTolerance && !column.undecided;
+  });
   QStringList parts;
   if (out > 0) parts << QObject::tr("%n out of tolerance", nullptr, static_cast<int>(out));
   if (open > 0) parts << QObject::tr("%n undecided", nullptr, static_cast<int>(open));
-  return parts.isEmpty() ? QObject::tr("analysed") : parts.join(", ");
+  if (missing > 0) parts << QObject::tr("%n without a value", nullptr, static_cast<int>(missing));
+  if (!parts.isEmpty()) return parts.join(", ");
+  return std::any_of(row.columns.begin(), row.columns.end(), isLimited) ? QObject::tr("within tolerance")
+                                                                        : QObject::tr("no limits set");
 }
 
 /// The sentence on a failure without its file, which stands beside it.
@@ -481,12 +489,12 @@ QString CFolderBatchWindow::SaveAs(const std::filesystem::path& file) {
   QString reason;
   RunFiles files{.reads = {}, .writes = {file, ToPath(parameterFile_->text())}};
   for (int row = 0; row < results_->rowCount(); ++row) files.reads.push_back(results_->Row(row).path);
-  if (const std::string clash = FileClash(files); !clash.empty()) return FromText(clash);
+  if (const std::string clash = FileClash(files); !clash.empty()) return EngineText(clash);
   if (name.endsWith(".csv", Qt::CaseInsensitive)) {
     const QByteArray text = results_->AsCommaList().toUtf8();
     const FileOutcome outcome =
         ReplaceFile(file, std::string_view(text.constData(), static_cast<std::size_t>(text.size())));
-    return outcome.ok() ? QString() : FromText(FileSentence(file, outcome.reason));
+    return outcome.ok() ? QString() : EngineText(FileSentence(file, outcome.reason));
   }
   const ProcessPage page{
       .heading = {folderOfRun_, QString::fromStdString(DateText(doc_.environment().localTime())), state_->text()},

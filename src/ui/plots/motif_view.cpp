@@ -90,7 +90,7 @@ CMotifView::CMotifView(CTexturonDoc& doc, QWidget* parent)
 
 void CMotifView::Draw() {
   DrawMotifs(Plot(), Doc().document());
-  SetReadout(EngineText(MotifReadout(Doc().document())));
+  SetReadout(EngineReadout(MotifReadout(Doc().document())));
 }
 
 void CMotifView::OnViewChanged() {

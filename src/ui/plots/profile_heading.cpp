@@ -16,6 +16,9 @@
 namespace texturon {
 namespace {
 
+/// Between the parts of the first line.
+const QString kGap(5, ' ');
+
 QString DrawingText(std::string_view source, std::string_view verdict) {
   return CHeading::tr("Drawing: %1").arg(FromText(source) + ": " + EngineText(verdict));
 }
@@ -46,6 +49,7 @@ CHeading::CHeading(CTexturonDoc& doc, QWidget* parent)
   label_->setObjectName("heading");
   verdict_->setObjectName("verdict");
   verdict_->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
+  verdict_->setMinimumWidth(1);  // it says less where there is less room
   verdict_->setCursor(Qt::PointingHandCursor);
   // The verdict lies beside the first line alone: the others have the whole width.
   auto* const layout = new QGridLayout(this);
@@ -62,19 +66,21 @@ void CHeading::Update() {
   const Document& document = doc_.document();
   ShowVerdict();
   if (!doc_.HasProfile()) {
+    identification_.clear();
     lines_ = QStringList{tr("Open a profile, or drop one here.")};
     return Elide();
   }
   const ProfileSet& profiles = document.profiles;
   QString first = FromText(profiles.identification);
   if (first.isEmpty()) first = FromPath(profiles.sourceFile.filename());
+  if (profiles.inverted) first += kGap + tr("inverted");
+  identification_ = Readable(first);
   const std::filesystem::path& file = doc_.settingsFile();
   if (document.settings.display.ShowINIPathInHeading) {
-    first += "     " + (file.empty() ? tr("no settings file") : FromPath(file));
+    first += kGap + (file.empty() ? tr("no settings file") : FromPath(file));
   } else if (!file.empty()) {
-    first += "     " + FromPath(file.filename());
+    first += kGap + FromPath(file.filename());
   }
-  if (profiles.inverted) first += "     " + tr("inverted");
   const std::string& cause = doc_.WhyNotEvaluated();
   QString stretch = cause.empty() ? tr("Not evaluated: the profile cannot be analysed with these settings.")
                                   : tr("Not evaluated: %1.").arg(EngineText(cause));
@@ -93,8 +99,10 @@ void CHeading::ShowVerdict() {
   verdict_->setVisible(doc_.HasProfile());
   const QString shape = "border-radius: 3px; padding: 3px 8px; ";
   if (count.judged + count.missing == 0 && !count.drawing) {
-    verdict_->setText(tr("No limits set"));
-    verdict_->setAccessibleName(verdict_->text());
+    verdictText_ = tr("No limits set");
+    verdictWord_ = verdictText_;
+    verdict_->setText(verdictText_);
+    verdict_->setAccessibleName(verdictText_);
     verdict_->setToolTip(tr("Limits are entered on the page Parameters of the settings. A click opens it."));
     verdict_->setEnabled(true);
     const QColor ink = palette().color(QPalette::Active, QPalette::WindowText);
@@ -114,9 +122,15 @@ void CHeading::ShowVerdict() {
     tip += (tip.isEmpty() ? "" : "\n") + DrawingText(count.drawingSource, count.drawingText);
   if (!caution.isEmpty()) tip += (tip.isEmpty() ? "" : "\n") + caution;
   const char* const sign = isBad ? "\u2717 " : isOpen ? "? " : caution.isEmpty() ? "\u2713 " : "! ";
-  verdict_->setText(QString::fromUtf8(sign) + text);
+  verdictText_ = QString::fromUtf8(sign) + text;
+  verdictWord_ = QString::fromUtf8(sign) + (isBad && count.failed == 0 ? tr("not conforming")
+                                            : isBad                    ? tr("out of tolerance")
+                                            : isOpen                   ? tr("undecided")
+                                            : count.judged > 0         ? tr("within tolerance")
+                                                                       : tr("conforming"));
+  verdict_->setText(verdictText_);
   verdict_->setAccessibleName(text);
-  verdict_->setToolTip(tip);
+  verdict_->setToolTip(tip.isEmpty() ? text : text + '\n' + tip);
   verdict_->setEnabled(isBad || isOpen);
   const QColor ground = isBad               ? VerdictGround(false)
                         : isOpen            ? UndecidedGround()
@@ -153,7 +167,9 @@ QString CHeading::VerdictText(const VerdictCount& count) {
 
 void CHeading::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
-  if (event->type() == QEvent::PaletteChange) ShowVerdict();
+  if (event->type() != QEvent::PaletteChange) return;
+  ShowVerdict();
+  Elide();
 }
 
 void CHeading::resizeEvent(QResizeEvent* event) {
@@ -161,19 +177,63 @@ void CHeading::resizeEvent(QResizeEvent* event) {
   Elide();
 }
 
+QString CHeading::FirstLine(int width) const {
+  const QFontMetrics metrics = fontMetrics();
+  const QString& whole = lines_.front();
+  if (metrics.horizontalAdvance(whole) <= width || identification_.isEmpty()) return whole;
+  const QString file = whole.mid(identification_.size() + kGap.size());
+  // A path that tells neither its beginning nor its end tells nothing.
+  const int room = width - metrics.horizontalAdvance(identification_ + kGap);
+  const QString name = file.section('/', -1);
+  for (const QString& part : {file, name}) {
+    constexpr int kLeastCharacters = 8;
+    const int least = std::min(metrics.horizontalAdvance(name), kLeastCharacters * metrics.averageCharWidth());
+    if (!part.isEmpty() && room >= (part == name ? least : metrics.horizontalAdvance(name) + least)) {
+      return identification_ + kGap + metrics.elidedText(part, Qt::ElideMiddle, room);
+    }
+  }
+  return identification_;
+}
+
+void CHeading::FitVerdict(int width) {
+  verdict_->setText(verdictText_);
+  if (verdict_->sizeHint().width() <= width) return;
+  verdict_->setText(verdictWord_);
+  const int over = verdict_->sizeHint().width() - width;
+  if (over <= 0) return;
+  const int room = verdict_->fontMetrics().horizontalAdvance(verdictWord_) - over;
+  verdict_->setText(verdict_->fontMetrics().elidedText(verdictWord_, Qt::ElideRight, std::max(room, 0)));
+}
+
 void CHeading::Elide() {
   label_->setToolTip(Text());
   const int gap = fontMetrics().averageCharWidth();
-  const bool isAlone = verdict_->isHidden();
-  const QSize badge = isAlone ? QSize() : verdict_->sizeHint();
-  label_->setContentsMargins(0, isAlone ? 0 : std::max(badge.height() - fontMetrics().lineSpacing(), 0), 0, 0);
+  const int whole = std::max(contentsRect().width() - 2 * gap, 1);
   // In a low window a line more would be one of the profile's.
   constexpr int kLeastLines = 24;
   const bool hasRoom = parentWidget()->height() > kLeastLines * fontMetrics().lineSpacing();
+  const bool isAlone = verdict_->isHidden();
+  const int identification = fontMetrics().horizontalAdvance(identification_) + gap;
+  int above = 0;
+  int beside = whole;
+  if (!isAlone) {
+    FitVerdict(whole);
+    bool fits = identification + verdict_->sizeHint().width() <= whole;
+    if (!fits && !hasRoom) {
+      FitVerdict(std::max(whole - identification, 1));
+      fits = verdict_->text() == verdictWord_;
+    }
+    // Where neither would be whole beside the other, the verdict has a line of its own.
+    if (!fits) FitVerdict(whole);
+    const QSize badge = verdict_->sizeHint();
+    above = std::max(badge.height() - (fits ? fontMetrics().lineSpacing() : 0), 0);
+    if (fits) beside = std::max(whole - badge.width() - gap, 1);
+  }
+  label_->setContentsMargins(0, above, 0, 0);
   QStringList shown;
-  for (const QString& line : lines_) {
-    const int taken = shown.isEmpty() && !isAlone ? badge.width() + gap : 0;
-    const int width = std::max(contentsRect().width() - 2 * gap - taken, 1);
+  for (qsizetype i = 0; i < lines_.size(); ++i) {
+    const QString line = i == 0 ? FirstLine(beside) : lines_[i];
+    const int width = i == 0 ? beside : whole;
     shown << (hasRoom ? InTwo(line, width, fontMetrics()) : fontMetrics().elidedText(line, Qt::ElideMiddle, width));
   }
   label_->setText(shown.join('\n'));

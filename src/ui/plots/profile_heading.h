@@ -12,8 +12,8 @@
 namespace texturon {
 
 /// What is shown and whether it is good: identification, form and filter, the stretch that was evaluated, and the
-/// overall verdict by colour and word. Lines are cut short rather than making the window wide; the tool tip has them
-/// whole.
+/// overall verdict by colour and word. Lines are cut short rather than making the window wide, the settings file before
+/// the identification; the tool tip has them whole.
 class CHeading : public QWidget {
   Q_OBJECT
 
@@ -39,11 +39,18 @@ private:
   /// What the limits and the drawing come to, in a line. There are limits or a drawing.
   static QString VerdictText(const VerdictCount& count);
   void Elide();
+  /// The first line, in a width: with as much of the settings file as fits.
+  QString FirstLine(int width) const;
+  /// The verdict in as many words as a width has room for.
+  void FitVerdict(int width);
 
   CTexturonDoc& doc_;
   QLabel* label_;
   QPushButton* verdict_;
   QStringList lines_;
+  QString identification_;  ///< or what stands in its place, with whether the profile is inverted
+  QString verdictText_;
+  QString verdictWord_;  ///< for where there is no room for the text
 };
 
 }  // namespace texturon

@@ -138,7 +138,7 @@ void CTexturonBRCView::OnViewChanged() {
 
 void CTexturonBRCView::Tell() {
   const Document& document = Doc().document();
-  SetReadout(EngineText(BearingReadout(document, cursors_->X(), cursors_->Y() / UnitsOf(document).height)));
+  SetReadout(EngineReadout(BearingReadout(document, cursors_->X(), cursors_->Y() / UnitsOf(document).height)));
 }
 
 }  // namespace texturon

@@ -100,7 +100,7 @@ double CTexturonSpectView::Settle(double place, int steps) const {
 void CTexturonSpectView::Tell() {
   const Document& document = Doc().document();
   const auto harmonic = NearestHarmonic(document.profiles.spectrum, cursors_->X() / UnitsOf(document).length);
-  SetReadout(harmonic ? EngineText(SpectrumReadout(document, *harmonic)) : QString());
+  SetReadout(harmonic ? EngineReadout(SpectrumReadout(document, *harmonic)) : QString());
 }
 
 }  // namespace texturon

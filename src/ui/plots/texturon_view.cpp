@@ -154,14 +154,15 @@ CursorPlaces CTexturonView::Places() const {
 
 QString CTexturonView::Readout() const {
   const Document& document = doc_.document();
-  return Readable(EngineText(CursorReadout(document, ReadKind(ShownProfilesOf(document.settings.display)), Places())));
+  return Readable(
+      EngineReadout(CursorReadout(document, ReadKind(ShownProfilesOf(document.settings.display)), Places())));
 }
 
 QString CTexturonView::Measures() const {
   const Document& document = doc_.document();
   if (!graph_->HasUprightCursors()) return {};
   return Readable(
-      EngineText(MeasureText(document, ReadKind(ShownProfilesOf(document.settings.display)), BetweenCursorsMM())));
+      EngineReadout(MeasureText(document, ReadKind(ShownProfilesOf(document.settings.display)), BetweenCursorsMM())));
 }
 
 void CTexturonView::ShowMeasures(bool shown) {

@@ -29,7 +29,12 @@ QCustomPlot* MakePlot(QWidget* parent) {
   for (QCPAxis* const axis : {plot->xAxis, plot->yAxis}) axis->setTicker(MakeTicker());
   plot->setMinimumSize(plot->fontMetrics().averageCharWidth() * 24, plot->fontMetrics().height() * 6);
   ApplyPalette(*plot);
-  QObject::connect(plot, &QCustomPlot::afterLayout, plot, [plot] { SpreadLabels(*plot); });
+  QObject::connect(plot, &QCustomPlot::afterLayout, plot, [plot] {
+    // In a flat chart names would only push each other away from their lines.
+    constexpr int kFlat = 11;
+    if (plot->height() >= kFlat * plot->fontMetrics().height()) SpreadLabels(*plot);
+    if (FitToRoom(*plot)) plot->replot(QCustomPlot::rpQueuedReplot);
+  });
   return plot;
 }
 

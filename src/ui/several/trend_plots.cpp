@@ -16,11 +16,16 @@
 namespace texturon {
 namespace {
 
+/// Which names go last where there is no room for all.
+constexpr char kRank[] = "rank";
+enum class Rank : int { kLimit, kMean, kSigma };
+
 /// A level that a chart marks.
 struct Level {
   double value;
   QString name;
   QPen pen;
+  Rank rank;
 };
 
 std::vector<Level> LevelsOf(const QCustomPlot& plot, const TrendSeries& series) {
@@ -30,17 +35,17 @@ std::vector<Level> LevelsOf(const QCustomPlot& plot, const TrendSeries& series) 
   const QPen middle(CurveColour(1, plot.palette()), 1.5);
   const QPen sigma(CurveColour(1, plot.palette()), 1.0, Qt::DashLine);
   std::vector<Level> levels;
-  const auto add = [&levels](const std::optional<double>& value, const QString& name, const QPen& pen) {
-    if (value) levels.push_back({*value, name, pen});
+  const auto add = [&levels](const std::optional<double>& value, const QString& name, const QPen& pen, Rank rank) {
+    if (value) levels.push_back({*value, name, pen, rank});
   };
-  add(series.limits.lower, QObject::tr("lower limit"), limit);
-  add(series.limits.upper, QObject::tr("upper limit"), limit);
-  add(statistics.mean, QObject::tr("mean"), middle);
+  add(series.limits.lower, QObject::tr("lower limit"), limit, Rank::kLimit);
+  add(series.limits.upper, QObject::tr("upper limit"), limit, Rank::kLimit);
+  add(statistics.mean, QObject::tr("mean"), middle, Rank::kMean);
   add(capability.lowerLine,
       QString::fromUtf8("\u2212"
                         "3 s"),
-      sigma);
-  add(capability.upperLine, "+3 s", sigma);
+      sigma, Rank::kSigma);
+  add(capability.upperLine, "+3 s", sigma, Rank::kSigma);
   return levels;
 }
 
@@ -128,6 +133,7 @@ void DrawTrend(QCustomPlot& plot, const TrendSeries& series) {
     AddSegment(plot, drawn.lower, level.value, drawn.upper, level.value, level.pen);
     QCPItemText& name = *AddLabel(plot, drawn.upper, level.value, " " + level.name, Qt::AlignLeft | Qt::AlignVCenter);
     name.setClipToAxisRect(false);
+    name.setProperty(kRank, static_cast<int>(level.rank));
     name.position->setTypeX(QCPItemPosition::ptAxisRectRatio);
     name.position->setCoords(1.0, level.value);
     widest = std::max(widest, QFontMetrics(name.font()).horizontalAdvance(name.text() + " "));
@@ -163,9 +169,50 @@ void DrawHistogram(QCustomPlot& plot, const TrendSeries& series) {
     constexpr double kStep = 0.07;
     AddNamedLine(plot, level.value, {}, level.pen);
     const bool isLeft = level.value < plot.xAxis->range().center();
-    AddLabel(plot, level.value, 0.01 + kStep * (step++ % 3), " " + level.name + " ",
-             (isLeft ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignTop, LabelPlace::kShareOfY);
+    QCPItemText& name = *AddLabel(plot, level.value, 0.01 + kStep * (step++ % 3), " " + level.name + " ",
+                                  (isLeft ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignTop, LabelPlace::kShareOfY);
+    name.setProperty(kRank, static_cast<int>(level.rank));
   }
+}
+
+bool FitToRoom(QCustomPlot& plot) {
+  const QFontMetrics metrics(plot.xAxis->labelFont());
+  bool changed = false;
+  // Twice the room of a line for numbers and title is more than a flat plot has.
+  constexpr int kLeastLines = 11;
+  const auto drop = [&](QCPAxis& axis, bool isCut) {
+    if (!isCut || axis.label().isEmpty()) return;
+    axis.setLabel({});
+    changed = true;
+  };
+  const QRect frame = plot.axisRect()->rect();
+  drop(*plot.xAxis, plot.height() < kLeastLines * metrics.height() ||
+                        metrics.horizontalAdvance(plot.xAxis->label()) > frame.width());
+  drop(*plot.yAxis, metrics.horizontalAdvance(plot.yAxis->label()) > frame.height());
+  std::vector<QCPItemText*> names;
+  for (int i = 0; i < plot.itemCount(); ++i) {
+    auto* const name = qobject_cast<QCPItemText*>(plot.item(i));
+    if (name != nullptr && name->visible()) names.push_back(name);
+  }
+  // Limits stand first in the order of the levels of a chart, the mean behind them, in that of a histogram by height.
+  const auto rank = [](const QCPItemText* name) { return name->property(kRank).toInt(); };
+  std::stable_sort(names.begin(), names.end(), [&](auto* a, auto* b) { return rank(a) < rank(b); });
+  std::vector<QRectF> taken;
+  for (QCPItemText* const name : names) {
+    const QRectF box(name->topLeft->pixelPosition(), name->bottomRight->pixelPosition());
+    const bool isClear = std::none_of(
+        taken.begin(), taken.end(), [&](const QRectF& other) { return other.adjusted(1, 1, -1, -1).intersects(box); });
+    // Beside a chart they stand in its margin; in a histogram they lie within the frame.
+    const bool isInside = name->clipToAxisRect() ? QRectF(frame).adjusted(-2, -2, 2, 2).contains(box)
+                                                 : box.top() >= 0 && box.bottom() <= plot.height();
+    if (isClear && isInside) {
+      taken.push_back(box);
+    } else {
+      name->setVisible(false);
+      changed = true;
+    }
+  }
+  return changed;
 }
 
 QString CapabilityText(const TrendSeries& series) {

@@ -29,6 +29,11 @@ void DrawTrend(QCustomPlot& plot, const TrendSeries& series);
 /// How often the values fall into classes of equal width, with the same limits and lines, upright.
 void DrawHistogram(QCustomPlot& plot, const TrendSeries& series);
 
+/// Suits a drawn chart or histogram to little room: titles of axes and names of lines that would be cut or lie on each
+/// other are left out, those of three standard deviations first, then the mean's. To be called when the plot has been
+/// laid out; true where something changed and the plot is to be laid out again.
+bool FitToRoom(QCustomPlot& plot);
+
 /// Number, mean and deviation with their unit, Cp and Cpk in a line; a figure that there is not is left out.
 QString CapabilityText(const TrendSeries& series);
 

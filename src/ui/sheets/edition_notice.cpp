@@ -22,6 +22,17 @@ QString Some(const std::vector<std::string>& names) {
 
 }  // namespace
 
+QString TwoUnitsNotice(const AnalysisSettings& settings) {
+  if (ChosenEdition(settings) != EditionChoice::kBoth) return {};
+  std::vector<std::string> names;
+  for (const ParameterSelection& row : settings.parameters) {
+    if (row.tolerance.toleranced && HasTwoUnits(row.name)) names.push_back(row.name);
+  }
+  if (names.empty()) return {};
+  return QObject::tr("The limits of %1 are those of the row of 1997; that of 2021 has another unit and is not judged.")
+      .arg(Some(names));
+}
+
 QString EditionNotice(const EditionChange& change, const AnalysisSettings& settings) {
   QStringList clauses;
   if (!change.without.empty()) clauses << QObject::tr("there is no row for %1").arg(Some(change.without));

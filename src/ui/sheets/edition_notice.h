@@ -12,4 +12,7 @@ namespace texturon {
 /// lost or moved.
 QString EditionNotice(const EditionChange& change, const AnalysisSettings& settings);
 
+/// Which limits count for the row of 1997 alone, because that of 2021 has another unit; empty where there are none.
+QString TwoUnitsNotice(const AnalysisSettings& settings);
+
 }  // namespace texturon

@@ -20,6 +20,7 @@
 #include "ui/colours.h"
 #include "ui/language.h"
 #include "ui/qt_text.h"
+#include "ui/sheets/edition_notice.h"
 
 namespace texturon {
 namespace {
@@ -119,7 +120,7 @@ CParametersPage::CParametersPage(Settings& settings, QWidget* parent)
   table_->resizeColumnsToContents();
   table_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   // The definition has at least as much as tells what it is about; the whole is its tip.
-  constexpr int kLeastDefinition = 14;
+  constexpr int kLeastDefinition = 12;
   const int last = table_->columnCount() - 1;
   int width =
       table_->fontMetrics().averageCharWidth() * kLeastDefinition + table_->verticalScrollBar()->sizeHint().width();
@@ -166,6 +167,15 @@ void CParametersPage::Refresh() {
     }
   }
   FitNames();
+  ShowNote();
+}
+
+void CParametersPage::ShowNote() {
+  QStringList sentences;
+  if (gone_ > 0) sentences << tr("A list holds 128 parameters; %n more left out. Take others off.", nullptr, gone_);
+  if (const QString notice = TwoUnitsNotice(settings_.analysis); !notice.isEmpty()) sentences << notice;
+  note_->setText(sentences.join(' '));
+  note_->setVisible(!sentences.isEmpty());
 }
 
 void CParametersPage::FitNames() {
@@ -220,14 +230,13 @@ void CParametersPage::DropFaults() {
 void CParametersPage::Reset() {
   const QSignalBlocker quiet(table_);
   DropFaults();
-  note_->setVisible(false);
+  gone_ = 0;
   CSettingsPage::Reset();
 }
 
 void CParametersPage::Take() {
-  const auto gone = static_cast<int>(TakeOfferedRows(shown_.analysis.parameters, settings_.analysis));
-  note_->setText(tr("A list holds 128 parameters; %n more left out. Take others off.", nullptr, gone));
-  note_->setVisible(gone > 0);
+  gone_ = static_cast<int>(TakeOfferedRows(shown_.analysis.parameters, settings_.analysis));
+  ShowNote();
   emit Edited();
 }
 

@@ -47,6 +47,8 @@ private:
   void LetCount(const QTableWidgetItem& limit);
   /// Makes the column of the names as wide as they are.
   void FitNames();
+  /// Below the table: what was left out, and which limits count for one row of two.
+  void ShowNote();
   /// The name, with its editions where rows of both are shown.
   QString TitleOf(const std::string& name) const;
   /// Unit or definition, of both editions where they differ.
@@ -56,6 +58,7 @@ private:
   QTableWidget* table_;
   QLineEdit* filter_;
   QLabel* note_;
+  int gone_ = 0;                                   ///< rows that the list had no room for
   std::map<std::pair<int, int>, QString> faults_;  ///< by row and column
 };
 

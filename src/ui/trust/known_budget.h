@@ -21,4 +21,9 @@ std::optional<UncertaintyRequest> KnownBudget();
 /// Which budget the verdicts of a rule go by: a sentence; empty where the rule needs none or none is known.
 QString BudgetInUse(const DecisionSettings& decision);
 
+/// A sentence of the engine, which names lines of a budget by their keys, with what they mean in their place.
+QString BudgetSentence(std::string_view sentence);
+/// The same of a key.
+QString BudgetWords(std::string_view key);
+
 }  // namespace texturon

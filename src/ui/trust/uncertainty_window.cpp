@@ -186,7 +186,7 @@ BudgetEntries CUncertaintyWindow::Entries() const {
 }
 
 bool CUncertaintyWindow::Say(const std::string& sentence) {
-  sentence_->setText(AsSentence(EngineText(sentence)));
+  sentence_->setText(BudgetSentence(sentence));
   return false;
 }
 

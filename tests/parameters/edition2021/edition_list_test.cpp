@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <gtest/gtest.h>
 
+#include "parameters/edition2021/edition_change.h"
+
 namespace texturon {
 namespace {
 
@@ -51,6 +53,34 @@ TEST(OfferedRows, AreThoseOfTheEdition) {
   // How a value beyond its limits is shown chooses no rows.
   settings.parameters.front().tolerance.highlightIfOut = false;
   for (const ParameterSelection& row : OfferedRows(settings)) EXPECT_TRUE(row.selected) << row.name;
+}
+
+TEST(EditionList, LimitsOfAnotherUnitAreNotThoseOfTheNamesake) {
+  EXPECT_TRUE(HasTwoUnits("Rdq"));
+  EXPECT_FALSE(HasTwoUnits("Ra") || HasTwoUnits("no row"));
+  AnalysisSettings settings;
+  settings.standard.Edition = "both";
+  settings.parameters = {{.name = "Rdq", .tolerance = {.toleranced = true, .upperLimit = 5.0}},
+                         {.name = "Rq", .tolerance = {.toleranced = true, .upperLimit = 5.0}}};
+  for (const ParameterDef& row : MakeEditionList(settings, {}).rows) {
+    EXPECT_EQ(row.tolerance.toleranced, row.name == "Rq" || row.edition == Edition::k1997) << row.name;
+  }
+  // Neither do they come along to where the row is of the other unit.
+  const auto limitsKept = [](const char* from, const char* to) {
+    AnalysisSettings changed;
+    changed.standard.Edition = from;
+    const EditionChoice before = ChosenEdition(changed);
+    changed.standard.Edition = to;
+    changed.parameters = {{.name = "Rdq", .tolerance = {.toleranced = true, .upperLimit = 5.0}}};
+    const EditionChange change = TranslateList(before, changed);
+    const auto held = std::find_if(changed.parameters.begin(), changed.parameters.end(),
+                                   [](const ParameterSelection& row) { return row.name == "Rdq"; });
+    EXPECT_NE(held, changed.parameters.end());
+    EXPECT_NE(held->tolerance.toleranced, !change.limitsLost.empty()) << "what is lost is told";
+    return held->tolerance.toleranced;
+  };
+  EXPECT_TRUE(limitsKept("1997", "both") && limitsKept("both", "1997"));
+  EXPECT_FALSE(limitsKept("2021", "both") || limitsKept("both", "2021"));
 }
 
 TEST(EditionList, SaysWhyRowsDifferUnderTheFilterInForce) {
