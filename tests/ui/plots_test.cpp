@@ -110,6 +110,19 @@ TEST_F(ProfileView, ComputesAndExcludesBetweenCursors) {
                                                          "Cannot exclude with filter-based form removal."}));
 }
 
+TEST_F(ProfileView, ShowAllHasRoomForTheHeightsBesideTheStretch) {
+  ASSERT_TRUE(frame_->OpenFile(Sample("arc.lmt")));
+  Graph().SetUprightCursors(2.0, 3.0);
+  Choose("computeBetweenXCursors");
+  const double lowest = HeightsBeside(InForce()).front();
+  const QCPRange ofTheStretch = Graph().yAxis->range();
+  EXPECT_GT(ofTheStretch.lower, lowest) << "what is computed over fills the view at first";
+  Choose("showAll");
+  EXPECT_LT(Graph().yAxis->range().lower, lowest);
+  Choose("zoomBack");
+  EXPECT_EQ(Graph().yAxis->range(), ofTheStretch);
+}
+
 TEST_F(ProfileView, ZoomsGoBackOneByOne) {
   const QCPRange all = Graph().VisibleX();
   Drag(Graph(), {1.0, 0.5}, {2.0, -0.5}, Qt::ShiftModifier);

@@ -24,9 +24,9 @@ TEST(PageFlow, FillsPagesInOrderAndLetsPiecesGrow) {
     return [&painted, name](const QRect& where) { painted.emplace_back(name, where); };
   };
   PageFlow flow(QRect(0, 10, 100, 100), 5);
-  flow.Add(PagePiece{20, 0, paint("head")});
-  flow.Add(PagePiece{20, 40, paint("a")});
-  flow.Add(PagePiece{20, 22, paint("b")});
+  flow.Add(PagePiece{20, 0, 0, paint("head")});
+  flow.Add(PagePiece{20, 40, 0, paint("a")});
+  flow.Add(PagePiece{20, 22, 0, paint("b")});
   PageLines lines{.lineHeight = 10, .count = 21, .columns = 2, .columnGap = 10};
   lines.paintHead = paint("title");
   lines.paintLine = [&](const QRect& where, std::size_t i) { painted.emplace_back(std::to_string(i), where); };
@@ -47,6 +47,11 @@ TEST(PageFlow, FillsPagesInOrderAndLetsPiecesGrow) {
   painted.clear();
   pages[2]();
   EXPECT_EQ(painted.size(), 2u + 3u) << "two lines at the left, one at the right";
+  painted.clear();
+  flow.Add(PagePiece{.height = 50, .paint = paint("picture")});
+  flow.Add(PagePiece{.height = 20, .below = 30, .paint = paint("title of a table")});
+  flow.TakePages().at(0)();
+  EXPECT_EQ(painted.size(), 1u) << "a title goes with what it stands above";
 }
 
 class Report : public ::testing::Test {

@@ -75,6 +75,8 @@ TEST_F(Several, ValuesStandSideBySideWithTheVerdictOfTheRule) {
   });
   EXPECT_TRUE(drawing.text().startsWith("Drawing: U Pt 9: ")) << drawing.text().toStdString();
   EXPECT_EQ(Cell("Verdict"), "out of tolerance") << "settings of the window are those of the table";
+  Change([](AnalysisSettings& analysis) { analysis.parameters = {{.name = "Rmr1"}}; });
+  EXPECT_EQ(Cell("Unit"), "%");
 }
 
 TEST_F(Several, TheReportHasTheStatisticsOfAll) {

@@ -154,6 +154,11 @@ TEST_F(SettingsSheet, ParametersAreSelectedOrderedAndToleranced) {
   auto& page = Child<CParametersPage>(sheet);
   page.SelectAll(false);
   const auto rowOf = [&](const QString& name) { return table.findItems(name, Qt::MatchExactly).front()->row(); };
+  // Who looks for a name is not shown the definitions that hold its letters.
+  for (const auto& [text, hidesRange] : {std::pair("ra", true), {"range", false}, {"", false}}) {
+    Child<QLineEdit>(page).setText(text);
+    EXPECT_EQ(table.isRowHidden(rowOf("Rt")), hidesRange) << text;
+  }
   for (const auto& [name, column] : {std::pair("Ra", 0), {"Rq", 0}, {"Ra", 2}}) {
     table.item(rowOf(name), column)->setCheckState(Qt::Checked);
   }

@@ -21,6 +21,18 @@ QCPRange Centred(double centre, double size) {
   return {centre - 0.5 * size, centre + 0.5 * size};
 }
 
+/// Over the gaps of an overlay; nothing where it has gaps only.
+std::optional<QCPRange> HeightsOfOverlay(const CClickableProfileGraph::Curve& curve) {
+  std::optional<QCPRange> range;
+  for (const double height : curve.heights) {
+    if (!std::isfinite(height)) continue;
+    const double shown = height * curve.heightFactor;
+    if (!range) range = QCPRange(shown, shown);
+    range->expand(QCPRange(shown, shown));
+  }
+  return range;
+}
+
 }  // namespace
 
 CClickableProfileGraph::CClickableProfileGraph(QWidget* parent) : QCustomPlot(parent) {
@@ -40,6 +52,7 @@ CClickableProfileGraph::CClickableProfileGraph(QWidget* parent) : QCustomPlot(pa
 void CClickableProfileGraph::SetCurves(std::span<const Curve> curves, const WholeView& whole) {
   clearGraphs();
   curves_.clear();
+  outsideY_.reset();
   bool any = false;
   for (const Curve& curve : curves) {
     QCPGraph* const graph = addGraph();
@@ -49,6 +62,7 @@ void CClickableProfileGraph::SetCurves(std::span<const Curve> curves, const Whol
     graph->setAdaptiveSampling(false);
     curves_.push_back(
         {graph, {curve.heights.begin(), curve.heights.end()}, curve.firstX, curve.step, curve.heightFactor});
+    if (curve.isOutside) outsideY_ = HeightsOfOverlay(curve);
     if (curve.isOverlay || curve.heights.empty()) continue;
     const HeightExtremes extremes = FindExtremes(curve.heights);
     const QCPRange x(curve.firstX, curve.firstX + static_cast<double>(curve.heights.size() - 1) * curve.step);
@@ -58,6 +72,7 @@ void CClickableProfileGraph::SetCurves(std::span<const Curve> curves, const Whol
     any = true;
   }
   if (any && whole.record) extentX_ = extentX_.expanded(*whole.record);
+  showsOutside_ = showsOutside_ && outsideY_;
   whole_ = whole;
   fittedFor_ = {};
 }
@@ -147,9 +162,10 @@ void CClickableProfileGraph::Thin() {
 }
 
 QCPRange CClickableProfileGraph::HeightsWithMargin() const {
-  const double size = extentY_.size();
-  if (size > 0.0) return Centred(extentY_.center(), size * (1.0 + 2.0 * kMargin));
-  return Centred(extentY_.center(), std::max(std::abs(extentY_.center()), 1.0));
+  const QCPRange extent = showsOutside_ && outsideY_ ? extentY_.expanded(*outsideY_) : extentY_;
+  const double size = extent.size();
+  if (size > 0.0) return Centred(extent.center(), size * (1.0 + 2.0 * kMargin));
+  return Centred(extent.center(), std::max(std::abs(extent.center()), 1.0));
 }
 
 void CClickableProfileGraph::FitWhole() {
@@ -200,6 +216,7 @@ void CClickableProfileGraph::SetMarks(std::span<const Mark> marks) {
 
 void CClickableProfileGraph::StartAnew() {
   isWhole_ = true;
+  showsOutside_ = false;
   fittedFor_ = {};
   FitWhole();
   back_.clear();
@@ -210,6 +227,7 @@ void CClickableProfileGraph::StartAnew() {
 void CClickableProfileGraph::ShowAll() {
   Remember(Now());
   isWhole_ = true;
+  showsOutside_ = outsideY_.has_value();
   fittedFor_ = {};
   replot();
   emit ViewChanged();
@@ -217,6 +235,7 @@ void CClickableProfileGraph::ShowAll() {
 
 void CClickableProfileGraph::Show(const View& view) {
   isWhole_ = view.isWhole;
+  showsOutside_ = view.hasOutside;
   fittedFor_ = {};
   xAxis->setRange(view.x);
   yAxis->setRange(view.y);

@@ -37,6 +37,7 @@ public:
     double heightFactor = 1.0;  ///< to the units shown
     Qt::PenStyle style = Qt::SolidLine;
     bool isOverlay = false;  ///< lies on another curve: heights that are not a number are gaps, nothing is scaled by it
+    bool isOutside = false;  ///< an overlay of what is not computed over, which Show All has room for
   };
   /// A stretch along X that is set apart behind the curves; a line where both ends are the same.
   struct Mark {
@@ -109,6 +110,7 @@ private:
     QCPRange x;
     QCPRange y;
     bool isWhole = false;
+    bool hasOutside = false;
 
     bool operator==(const View&) const = default;
   };
@@ -121,7 +123,7 @@ private:
   };
   static constexpr std::size_t kNoCursor = 4;
 
-  View Now() const { return {xAxis->range(), yAxis->range(), isWhole_}; }
+  View Now() const { return {xAxis->range(), yAxis->range(), isWhole_, showsOutside_}; }
   void Show(const View& view);
   void Remember(const View& view);
   /// Once for what follows shortly on each other.
@@ -142,6 +144,8 @@ private:
   std::vector<HeldCurve> curves_;
   QCPRange extentX_;
   QCPRange extentY_;
+  std::optional<QCPRange> outsideY_;  ///< heights of the overlays that are outside what is computed over
+  bool showsOutside_ = false;         ///< the whole view has room for these, too: Show All was asked for
   WholeView whole_;
   bool isWhole_ = true;  ///< nobody has zoomed or dragged: the view follows the size of the window
   QSize fittedFor_;      ///< room for the curves when they were last fitted into it; none: fit them anew

@@ -124,7 +124,7 @@ public:
                       .heightFactor = heightFactor_});
   }
 
-  /// What was not computed over, paler than any profile and without a name: no scale goes by it.
+  /// What was not computed over, paler than any profile and without a name: no scale but that of Show All goes by it.
   void AddBeside(const Document& document, std::span<const double> heights, const QPalette& palette) {
     constexpr float kPale = 0.45F;
     QColor ink = palette.color(QPalette::Text);
@@ -132,6 +132,7 @@ public:
     const double step = document.profiles.spacingUM * lengthFactor_;
     curves.push_back({.colour = ink, .heights = heights, .step = step, .heightFactor = heightFactor_});
     curves.back().isOverlay = true;
+    curves.back().isOutside = true;
   }
 
   std::vector<CClickableProfileGraph::Curve> curves;

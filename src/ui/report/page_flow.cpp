@@ -8,7 +8,7 @@
 namespace texturon {
 
 void PageFlow::Add(PagePiece piece) {
-  if (!open_.empty() && piece.height > Room()) EndPage();
+  if (!open_.empty() && piece.height + piece.below > Room()) EndPage();
   used_ += piece.height + gap_;
   open_.push_back(std::move(piece));
 }

@@ -11,7 +11,8 @@ namespace texturon {
 /// A piece of a page: so high, or higher up to `most` where the page has room, and painted into where it comes to lie.
 struct PagePiece {
   int height = 0;
-  int most = 0;  ///< not above height: it does not grow
+  int most = 0;   ///< not above height: it does not grow
+  int below = 0;  ///< what must have room below it on its page
   std::function<void(const QRect&)> paint;
 };
 

@@ -91,9 +91,20 @@ private:
   }
   int LineHeight(const QFont& font) const { return QFontMetrics(font, &device_).height() + kLineGap; }
 
+  /// Smaller letters before any is left out: a number without its middle is another number.
+  QFont Fitting(QFont font, const QString& text, int width) const {
+    constexpr double kSmallestPoints = 6.0;
+    constexpr double kStep = 0.25;
+    while (font.pointSizeF() > kSmallestPoints && QFontMetrics(font, &device_).horizontalAdvance(text) > width)
+      font.setPointSizeF(font.pointSizeF() - kStep);
+    return font;
+  }
+
   void Text(const QRect& where, const QString& text, const QFont& font, int flags = Qt::AlignLeft) {
-    painter_.setFont(font);
-    const QString fitting = QFontMetrics(font, &device_).elidedText(Readable(text), Qt::ElideMiddle, where.width());
+    const QFont fittingFont = Fitting(font, Readable(text), where.width());
+    painter_.setFont(fittingFont);
+    const QString fitting =
+        QFontMetrics(fittingFont, &device_).elidedText(Readable(text), Qt::ElideMiddle, where.width());
     painter_.drawText(where, flags | Qt::AlignVCenter | Qt::TextSingleLine, fitting);
   }
 
@@ -219,7 +230,7 @@ private:
     AddTitle(flow, QObject::tr("Parameters"));
     if (!choice_.layout.Has(ReportBlockKind::kVerdict)) AddTolerancedRows(flow);
     const auto rows = RowsWhere([](const ReportRow& row) { return !row.isToleranced && !row.value.empty(); });
-    const Columns columns = {{60, false}, {26, true}, {14, false}};
+    const Columns columns = {{54, false}, {31, true}, {15, false}};
     // Values with their uncertainty need the whole width.
     const int groups = document_.results.uncertainties.empty() ? 2 : 1;
     AddTable(
@@ -257,8 +268,8 @@ private:
   void AddStatistics(PageFlow& flow, const ReportBlock& /*block*/) {
     if (choice_.several.rows.empty()) return;
     const auto lines = StatisticsCells(choice_.several.rows, document_.settings.display.Metric);
-    const Columns columns = {{22, false}, {10, true}, {11, true}, {11, true},
-                             {11, true},  {11, true}, {6, false}, {18, false}};
+    const Columns columns = {{25, false}, {9, true},  {11, true}, {11, true},
+                             {11, true},  {11, true}, {6, false}, {16, false}};
     AddTitle(flow, QObject::tr("Several profiles"));
     AddTable(
         flow, Cells(StatisticsTitles()), columns, lines.size(),
@@ -318,7 +329,9 @@ private:
   void AddNewPage(PageFlow& flow, const ReportBlock& /*block*/) { flow.EndPage(); }
 
   void AddTitle(PageFlow& flow, const QString& title) {
+    // Never at the foot of a page: the head of a table and three of its lines go with it.
     flow.Add(PagePiece{.height = LineHeight(Font(10)),
+                       .below = kGap + 4 * LineHeight(Font(8.5)),
                        .paint = [this, title](const QRect& where) { Text(where, title, Font(10, true)); }});
   }
 

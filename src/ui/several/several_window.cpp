@@ -482,7 +482,7 @@ void CSeveralWindow::ShowTable() {
     for (const auto& value : row.values) add(value);
     for (const auto& value : {row.statistics.mean, row.statistics.standardDeviation, row.statistics.Range()})
       add(value);
-    cells << Readable(FromText(row.row.quantity.Unit(metric)));
+    cells << Readable(FromText(PrintedUnit(row.row.quantity.Unit(metric))));
     cells << (row.acceptance ? EngineText(VerdictWord(row.acceptance->verdict)) : QString());
     const bool isBad = row.acceptance && row.acceptance->verdict == Acceptance::kFail;
     records << CGridCtrl::Record{.cells = cells,

@@ -317,10 +317,14 @@ void CParametersPage::SelectAll(bool selected) {
 }
 
 void CParametersPage::Filter(const QString& text) {
+  const auto has = [&](int row, int column) {
+    return table_->item(row, column)->text().contains(text, Qt::CaseInsensitive);
+  };
+  // Definitions are looked into where no name has the text: "Ra" is not sought for "range" and "spectral".
+  bool isName = false;
+  for (int row = 0; row < table_->rowCount(); ++row) isName = isName || has(row, 0);
   for (int row = 0; row < table_->rowCount(); ++row) {
-    const bool fits = table_->item(row, 0)->text().contains(text, Qt::CaseInsensitive) ||
-                      table_->item(row, table_->columnCount() - 1)->text().contains(text, Qt::CaseInsensitive);
-    table_->setRowHidden(row, !fits);
+    table_->setRowHidden(row, !has(row, isName ? 0 : table_->columnCount() - 1));
   }
 }
 
