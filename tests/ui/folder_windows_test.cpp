@@ -162,6 +162,11 @@ TEST_F(BatchWindow, ShowsEveryFileInOrderWithVerdictAndStatistics) {
   auto& files = Child<QTableView>(*window_, "files");
   EXPECT_EQ(files.columnSpan(7, 1), results.columnCount() - 1);
   EXPECT_EQ(files.columnSpan(8, 1), 1);
+  window_->resize(1600, 800);
+  window_->show();
+  Click();
+  Wait();
+  EXPECT_GE(files.visualRect(results.index(7, 1)).width(), files.sizeHintForIndex(results.index(7, 1)).width());
   files.selectRow(7);
   EXPECT_EQ(Child<QLabel>(*window_, "details").text(), cell(7, 1).toString());
   EXPECT_EQ(State(), "29 analysed, 1 failed.");

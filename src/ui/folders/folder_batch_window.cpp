@@ -356,6 +356,15 @@ void CFolderBatchWindow::SpreadReasons() {
   }
 }
 
+void CFolderBatchWindow::FitReasons() {
+  table_->resizeColumnToContents(1);
+  // A long reason has what room the parameters leave, and pushes none of them out of sight; pointed at, it is shown
+  // whole.
+  const int others = table_->horizontalHeader()->length() - table_->columnWidth(1);
+  const int room = std::max(table_->viewport()->width() - others, fontMetrics().averageCharWidth() * 36);
+  table_->setColumnWidth(1, std::min(table_->columnWidth(1), room));
+}
+
 void CFolderBatchWindow::ChooseFolder(const std::filesystem::path& folder) {
   if (!IsRunning()) folder_->setText(FromPath(folder));
 }
@@ -456,14 +465,14 @@ void CFolderBatchWindow::Collect() {
   SpreadReasons();
   if (isFirst || (!hadColumns && results_->columnCount() > kFixedColumns)) {
     table_->resizeColumnsToContents();
-    // A long reason does not push the parameters out of sight; pointed at, it is shown whole.
-    table_->setColumnWidth(1, std::min(table_->columnWidth(1), fontMetrics().averageCharWidth() * 36));
+    FitReasons();
   }
   bar_->setValue(results_->rowCount());
   if (!hasEnded) return;
   worker_.join();
   timer_.stop();
   start_->setText(tr("&Start"));
+  FitReasons();
   ShowOutcome();
 }
 

@@ -94,6 +94,7 @@ private:
   QWidget* MakeFilesPage();
   /// A failed file has no values: its reason takes their room.
   void SpreadReasons();
+  void FitReasons();
   void OnStart();
   void Start(std::vector<std::filesystem::path> files, const std::filesystem::path& parameterFile);
   void Stop();
