@@ -91,7 +91,7 @@ public:
   BudgetRead Make(const BudgetEntries& entries) {
     for (std::size_t i = 0; i < entries.size(); ++i) {
       const auto& [key, value] = entries[i];
-      const auto isSame = [&key](const auto& entry) { return EqualIgnoringCase(entry.first, key); };
+      const auto isSame = [&name = key](const auto& entry) { return EqualIgnoringCase(entry.first, name); };
       const auto former = entries.begin() + static_cast<std::ptrdiff_t>(i);
       if (std::any_of(entries.begin(), former, isSame)) return {.budget = {}, .reason = key + ": is given twice"};
       const std::string fault = Take(key, value);

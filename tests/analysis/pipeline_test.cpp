@@ -204,7 +204,7 @@ TEST_F(Pipeline, LeavesZerosOutsideTheRangesOfItsFirstRun) {
       ASSERT_EQ(Compute(*document, prompts_, environment_), ComputeOutcome::kDone) << c.filter;
     }
     const ProfileSet& p = document_.profiles;
-    EXPECT_EQ(p.primary[p.primaryRange->first - 1], 0.0);
+    EXPECT_EQ(p.primary[static_cast<std::size_t>(p.primaryRange->first) - 1], 0.0);
     EXPECT_EQ(p.form, zeros.profiles.form) << c.filter;
     EXPECT_EQ(p.formSuppressed, zeros.profiles.formSuppressed) << c.filter;
     EXPECT_EQ(p.primary, zeros.profiles.primary) << c.filter;

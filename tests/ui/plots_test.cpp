@@ -92,7 +92,7 @@ TEST_F(ProfileView, ComputesAndExcludesBetweenCursors) {
   const std::vector<double> beside = HeightsBeside(InForce());
   ASSERT_EQ(beside.size(), InForce().profiles.raw.size());
   EXPECT_TRUE(std::isfinite(beside.front()) && std::isfinite(beside.back()) && std::isnan(beside[4000]));
-  for (const std::size_t end : {2000, 6000}) EXPECT_NEAR(beside[end], InForce().profiles.formSuppressed[end], 1e-5);
+  for (const std::size_t end : {2000U, 6000U}) EXPECT_NEAR(beside[end], InForce().profiles.formSuppressed[end], 1e-5);
   double last = 0.0;
   for (int i = 0; i < Graph().graphCount(); ++i) {
     if (!Graph().graph(i)->data()->isEmpty()) last = std::max(last, (Graph().graph(i)->data()->constEnd() - 1)->key);

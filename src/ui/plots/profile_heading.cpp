@@ -155,7 +155,7 @@ QString CHeading::VerdictText(const VerdictCount& count) {
                       : tr("%n toleranced parameters without a value", nullptr, static_cast<int>(count.missing));
   }
   // The drawing may ask for more than its rows do: for more profiles, or for settings that nobody has said.
-  if (judged + count.missing == 0) {
+  if (count.judged + count.missing == 0) {
     const QString verdicts[] = {tr("Drawing conforming"), tr("Drawing not conforming"), tr("Drawing undecided")};
     return verdicts[static_cast<std::size_t>(*count.drawing)];
   }

@@ -232,7 +232,7 @@ private:
     const auto rows = RowsWhere([](const ReportRow& row) { return !row.isToleranced && !row.value.empty(); });
     const Columns columns = {{54, false}, {31, true}, {15, false}};
     // Values with their uncertainty need the whole width.
-    const int groups = document_.results.uncertainties.empty() ? 2 : 1;
+    const std::size_t groups = document_.results.uncertainties.empty() ? 2 : 1;
     AddTable(
         flow, {QObject::tr("Parameter"), QObject::tr("Value"), QObject::tr("Unit")}, columns, rows.size(),
         [this, rows, columns](const QRect& line, std::size_t i) {

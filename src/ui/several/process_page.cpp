@@ -84,11 +84,12 @@ public:
     const int height = (isTitle ? 2 : 1) * LineHeight();
     int left = 0;
     for (int i = 0; i < cells.size(); ++i) {
-      const int width = width_ * kShares[std::min<std::size_t>(i, std::size(kShares) - 1)] / 100;
+      const auto column = static_cast<std::size_t>(i);
+      const int width = width_ * kShares[std::min(column, std::size(kShares) - 1)] / 100;
       const QRect place(left, top_, width - LineHeight() / 2, height);
       const int flags =
           static_cast<int>(Qt::AlignBottom) |
-          static_cast<int>(kIsText[std::min<std::size_t>(i, std::size(kIsText) - 1)] ? Qt::AlignLeft : Qt::AlignRight) |
+          static_cast<int>(kIsText[std::min(column, std::size(kIsText) - 1)] ? Qt::AlignLeft : Qt::AlignRight) |
           (isTitle ? static_cast<int>(Qt::TextWordWrap) : 0);
       painter_.drawText(place, flags, isTitle ? cells[i] : Fitting(cells[i], place.width()));
       left += width;
