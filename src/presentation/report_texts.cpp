@@ -47,7 +47,7 @@ std::vector<ReportLine> Facts(const Document& document, std::string_view time, c
                                    {"Measured", profiles.dateTime},
                                    {"Analysed", std::string(time)},
                                    {"Record", RecordText(profiles, metric)}};
-  if (profiles.computeRange) facts.emplace_back("Form", FormForReaders(document));
+  if (profiles.computeRange) facts.emplace_back("Form", FormDescription(document));
   facts.emplace_back("Filter", FilterDescription(document));
   facts.emplace_back("Edition", EditionDescription(document));
   if (!document.results.uncertainties.empty()) {
@@ -76,7 +76,7 @@ std::string LimitText(double limit, const ParameterDef& row, bool metric) {
 }
 
 ReportRow MakeRow(const ShownRow& shown, bool metric) {
-  ReportRow row{.title = shown.row.difference.empty() ? shown.title + LabelForReaders(shown.label) : shown.title,
+  ReportRow row{.title = shown.row.difference.empty() ? shown.title + shown.label : shown.title,
                 .value = shown.ValueAndUncertainty(),
                 .unit = shown.unit,
                 .verdict = shown.verdict,

@@ -7,7 +7,6 @@
 
 #include "analysis/decision.h"
 #include "base/number_text.h"
-#include "presentation/head_texts.h"
 #include "presentation/shown_rows.h"
 
 namespace texturon {
@@ -91,10 +90,9 @@ std::vector<std::vector<std::string>> StatisticsCells(std::span<const SeveralRow
     if (row.acceptance) {
       verdict = std::string(VerdictWord(row.acceptance->verdict)) + " (" + std::string(row.acceptance->by) + ")";
     }
-    lines.push_back({row.title + LabelForReaders(row.label), IntegerText(static_cast<std::int64_t>(s.count)),
-                     row.Shown(s.mean, metric), row.Shown(s.standardDeviation, metric),
-                     row.Shown(extreme(s.least), metric), row.Shown(extreme(s.greatest), metric),
-                     PrintedUnit(row.row.quantity.Unit(metric)), verdict});
+    lines.push_back({row.title + row.label, IntegerText(static_cast<std::int64_t>(s.count)), row.Shown(s.mean, metric),
+                     row.Shown(s.standardDeviation, metric), row.Shown(extreme(s.least), metric),
+                     row.Shown(extreme(s.greatest), metric), PrintedUnit(row.row.quantity.Unit(metric)), verdict});
   }
   return lines;
 }

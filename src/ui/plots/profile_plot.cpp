@@ -5,11 +5,11 @@
 #include <cmath>
 #include <vector>
 
+#include "analysis/captions.h"
 #include "base/quantity.h"
 #include "parameters/edition2021/edition_list.h"
 #include "parameters/local_slopes.h"
 #include "presentation/feature_marks.h"
-#include "presentation/head_texts.h"
 #include "presentation/profile_marks.h"
 #include "ui/colours.h"
 #include "ui/language.h"
@@ -168,7 +168,7 @@ void DrawProfiles(CClickableProfileGraph& graph, const Document& document, const
   if (!beside.empty()) list.AddBeside(document, beside, graph.palette());
   const Profile form = RemovedForm(document);
   if (shown[kShownForm] && form.range.count > 0) {
-    list.Add(form, "Form: " + FromText(FormForReaders(document)), graph.palette().color(QPalette::Text), kFormWidth);
+    list.Add(form, "Form: " + FromText(FormDescription(document)), graph.palette().color(QPalette::Text), kFormWidth);
     // So that what it lies on can be seen.
     list.curves.back().style = Qt::DashLine;
   }

@@ -27,7 +27,6 @@
 #include "platform/platform.h"
 #include "platform/prompts.h"
 #include "presentation/cautions.h"
-#include "presentation/head_texts.h"
 #include "presentation/requirement_texts.h"
 #include "presentation/table_rows.h"
 #include "settings/setting_choices.h"
@@ -469,7 +468,7 @@ void CSeveralWindow::ShowTable() {
   });
   for (const SeveralRow& row : rows) {
     constexpr std::size_t kLongestInTitle = 28;
-    const std::string label = LabelForReaders(row.label);
+    const std::string& label = row.label;
     const bool isLong = label.size() > kLongestInTitle;
     QStringList cells = {FromText(isLong ? row.title : row.title + label)};
     QStringList tip;

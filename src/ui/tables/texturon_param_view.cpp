@@ -13,7 +13,6 @@
 #include <QVBoxLayout>
 
 #include "parameters/catalogue.h"
-#include "presentation/head_texts.h"
 #include "presentation/shown_rows.h"
 #include "ui/language.h"
 #include "ui/qt_text.h"
@@ -43,7 +42,7 @@ QString TitleOf(RowGroup group) {
 }
 
 QString LabelOf(const ShownRow& row) {
-  return EngineText(LabelForReaders(ToText(FromText(row.label).trimmed())));
+  return EngineText(ToText(FromText(row.label).trimmed()));
 }
 
 /// The limits in the unit of the row; empty without.

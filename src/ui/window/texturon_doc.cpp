@@ -114,13 +114,7 @@ bool CTexturonDoc::Show(const RecordSource& source) {
     for (const std::string& message : diverted.messages()) prompts_.ShowMessage(message);
     next.scope.region.reset();
     std::string cause;
-    // Several files may be on their way: which of them it is about is told.
-    DivertedMessages ofAnalysis(prompts_);
-    const bool isDone = Analyse(next, IfRefused::kKeep, ofAnalysis, cause);
-    for (const std::string& message : ofAnalysis.messages()) {
-      prompts_.ShowMessage(TextFromPath(source.path.filename()) + ": " + message);
-    }
-    if (!isDone) return false;
+    if (!Analyse(next, IfRefused::kKeep, prompts_, cause)) return false;
     const Settings before = std::move(document_.settings);
     document_ = std::move(next);
     whyNotEvaluated_ = std::move(cause);
