@@ -491,10 +491,11 @@ void ApplyRequirement(const Requirement& requirement, AnalysisSettings& settings
   const bool isOlderWaviness = requirement.edition == Edition::k1997 && requirement.rowName.starts_with('W');
   if (isOlderWaviness && requirement.longIndexMM) {
     settings.LcCutoffMM = shortMM;
-  } else {
+  } else if (requirement.shortIndexUM) {  // that of motifs may be open
     settings.LsCutoffMM = shortMM;
   }
   if (requirement.motifMM) settings.MotifAMM = *requirement.motifMM;
+  if (requirement.largeMotifMM) settings.MotifBMM = *requirement.largeMotifMM;
   standard.Sections = requirement.sections.value_or(standard.Sections);
   // Primary profile and motifs are evaluated over what is computed over, so a region gives their length.
   const double ownLengthMM = requirement.rowName.starts_with('W') ? standard.EvaluationLengthMM : 0.0;

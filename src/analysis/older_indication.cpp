@@ -219,10 +219,17 @@ private:
     return !longMM_ || !lengthMM_ || std::abs(*longMM_ * lengths - *lengthMM_) <= kRounding * *lengthMM_;
   }
 
+  /// The band of the roughness motifs reaches up to A, that of the waviness motifs from A to B.
   void SettleMotifs() {
-    requirement_.motifMM = longMM_;
-    if (longMM_) requirement_.notes.push_back("A is " + ShortestText(*longMM_) + " mm.");
-    SettleShortIndex();
+    const bool isWaviness = name_.name.find('W') != std::string::npos;
+    requirement_.motifMM = isWaviness ? shortMM_ : longMM_;
+    if (isWaviness) requirement_.largeMotifMM = longMM_;
+    const auto note = [this](const char* letter, const std::optional<double>& lengthMM) {
+      if (lengthMM) requirement_.notes.push_back(std::string(letter) + " is " + ShortestText(*lengthMM) + " mm.");
+    };
+    note("A", requirement_.motifMM);
+    note("B", requirement_.largeMotifMM);
+    if (!isWaviness) SettleShortIndex();
     requirement_.lengthMM = lengthMM_;
     if (lengthMM_) requirement_.notes.emplace_back("Choose a region of this length.");
   }

@@ -145,6 +145,22 @@ TEST(Indication, PointsAtWhatItDoesNotUnderstand) {
   }
 }
 
+TEST(Indication, HasTheBandOfAMotifEndAtAOrB) {
+  const std::pair<const char*, std::vector<std::string>> cases[] = {
+      {"0.008-0.5/16/R 10", {"A is 0.5 mm.", "Choose a region of this length."}},
+      {"0.5-2.5/Wte 10", {"A is 0.5 mm.", "B is 2.5 mm."}},
+      {"-2.5/AW 10", {"B is 2.5 mm."}}};
+  for (const auto& [text, notes] : cases) {
+    const Requirement requirement = ReadIndication(text, BuiltInClasses()).requirements.at(0);
+    EXPECT_EQ(requirement.notes, notes) << text;
+    AnalysisSettings settings;
+    ApplyRequirement(requirement, settings);
+    EXPECT_EQ(settings.MotifAMM, 0.5);
+    EXPECT_EQ(settings.MotifBMM, 2.5);
+    EXPECT_EQ(requirement.shortIndexUM.has_value(), text[2] == '0') << text;
+  }
+}
+
 TEST(Indication, AsksForACountWhereOneBelongs) {
   for (const char* const text : {"Rz 3 nsc=0", "Rz 3 nsc=2.5", "Rz 3 nsc=x"}) {
     const std::string fault = ReadIndication(text, BuiltInClasses()).fault;
