@@ -174,6 +174,10 @@ private:
     const std::size_t equals = text.find('=');
     if (equals != std::string::npos) return ReadAssignment(text, equals, requirement);
     if (text.starts_with("OR(") && text.ends_with(')')) {
+      const auto number = NumberOf(text.substr(3, text.size() - 4));
+      if (!number || !(*number >= 1.0) || *number != std::round(*number)) {
+        return Fail("OR wants the number of an orientation");
+      }
       requirement.notes.push_back("Orientation " + text + " is not judged.");
       words_.Take();
       return true;

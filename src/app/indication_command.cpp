@@ -282,7 +282,7 @@ int RunIndication(const IndicationOptions& options) {
 int RunIndicatedAnalysis(const AnalyzeOptions& analyze, const CommonOptions& common) {
   const std::vector<InputFile> files = InputFiles(analyze.files, common);
   ConsolePrompts prompts({.answersYes = common.answer == "yes", .isQuiet = common.quiet});
-  auto setup = PrepareRun(common, prompts);
+  auto setup = PrepareRun(common, prompts, SectionsOf::kDrawing);
   if (!setup) return kExitRefused;
   const std::string& ownTable = setup->document.settings.analysis.standard.ClassTable;
   const ClassTable classes = ClassesFrom(SystemTextFromPath(PathFromText(ownTable)));

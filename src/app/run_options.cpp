@@ -136,7 +136,7 @@ void ComplainOf(const std::string& file, std::string_view reason) {
   Complain(file + " " + Utf8FromWindows1252(reason) + (reason.ends_with('.') ? "" : "."));
 }
 
-std::optional<RunSetup> PrepareRun(const CommonOptions& options, ConsolePrompts& prompts) {
+std::optional<RunSetup> PrepareRun(const CommonOptions& options, ConsolePrompts& prompts, SectionsOf sections) {
   RunSetup setup;
   setup.document = MakeDocument();
   Settings settings = setup.document.settings;
@@ -145,6 +145,9 @@ std::optional<RunSetup> PrepareRun(const CommonOptions& options, ConsolePrompts&
   }
   ApplyAssignments(options.assignments, settings);
   ApplyEditionOptions(options, settings);
+  if (options.sections > 0 && sections == SectionsOf::kEdition && settings.analysis.standard.Edition == "1997") {
+    prompts.Notice("--sections has no effect under the edition of 1997.");
+  }
   if (options.imperial) settings.display.Metric = false;
   ApplySettings(setup.document, std::move(settings));
   ApplyRunOptions(options, setup);

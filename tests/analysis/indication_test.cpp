@@ -115,6 +115,7 @@ TEST(Indication, PointsAtWhatItDoesNotUnderstand) {
       {"Rz", 2},
       {"Rz x", 3},
       {"Rz 3 foo", 5},
+      {"Rz 3 OR(x)", 5},
       {"Rzz 3", 0},
       {"Rz 3 | Rb 4", 7},
       {"Rz 3 L=x", 5},

@@ -245,8 +245,8 @@ TEST(EditionNames, AreReadOrRefused) {
   for (const char* name :
        {"", "Fa", "Rx", "Rmr", "Rmr(1,2,3)", "Ra(1)", "Rdc(10)", "Rmr(1", "Rmr(x)", "Rmr()",
         "F: FC; P; None; All; Count; Sum", "FC; P; None; All; Count", "FC; Q; None; All; Count; Sum",
-        "FC; P; Wolfprune; All; Count; Sum", "FC; P; VolS 5 %; All; Count; Sum", "FC; P; None; Top 0; Count; Sum",
-        "FC; P; None; Open 120 %; Count; Sum", "FC; P; None; All; Count; Perc"}) {
+        "FC; P; Wolfprune; All; Count; Sum", "FC; P; Wolfprune -1; All; Count; Sum", "FC; P; VolS 5 %; All; Count; Sum",
+        "FC; P; None; Top 0; Count; Sum", "FC; P; None; Open 120 %; Count; Sum", "FC; P; None; All; Count; Perc"}) {
     EXPECT_NE(ParseEditionName(name).fault, "") << name;
   }
   AnalysisSettings settings;
