@@ -110,17 +110,57 @@ TEST_F(ProfileView, ComputesAndExcludesBetweenCursors) {
                                                          "Cannot exclude with filter-based form removal."}));
 }
 
-TEST_F(ProfileView, ShowAllHasRoomForTheHeightsBesideTheStretch) {
+TEST_F(ProfileView, TheHeightsBesideTheStretchStayInViewUnlessTheStretchIsAskedFor) {
   ASSERT_TRUE(frame_->OpenFile(Sample("arc.lmt")));
-  Graph().SetUprightCursors(2.0, 3.0);
-  Choose("computeBetweenXCursors");
-  const double lowest = HeightsBeside(InForce()).front();
-  const QCPRange ofTheStretch = Graph().yAxis->range();
-  EXPECT_GT(ofTheStretch.lower, lowest) << "what is computed over fills the view at first";
+  const auto& command = Child<QAction>(*frame_, "stretchHeights");
+  EXPECT_FALSE(command.isEnabled());
+  const auto compute = [this](double first, double last) {
+    Graph().SetUprightCursors(first, last);
+    Choose("computeBetweenXCursors");
+  };
+  const auto heights = [this] { return Graph().yAxis->range(); };
+  const auto holdsAll = [&] {
+    for (const double height : HeightsBeside(InForce())) {
+      if (!std::isnan(height) && !heights().contains(height)) return false;
+    }
+    const std::span<const double> primary = InForce().profiles.View(ProfileKind::kPrimary).Heights();
+    return std::all_of(primary.begin(), primary.end(), [&](double height) { return heights().contains(height); });
+  };
+  compute(2.0, 2.3);
+  EXPECT_TRUE(holdsAll());
+  EXPECT_TRUE(frame_->statusBar()->currentMessage().contains("Heights of the Stretch (Ctrl+9)")) << "it is a line";
+  const double ofAll = heights().size();
+  Choose("stretchHeights");
+  const std::span<const double> primary = InForce().profiles.View(ProfileKind::kPrimary).Heights();
+  const auto [lowest, highest] = std::minmax_element(primary.begin(), primary.end());
+  EXPECT_NEAR(heights().size(), 1.08 * (*highest - *lowest), 1e-6);
+  EXPECT_EQ(Graph().VisibleX(), Graph().WholeX());
+  Change([](AnalysisSettings& analysis) { analysis.LcCutoffMM = 0.25; });
+  EXPECT_LT(heights().size(), 0.5 * ofAll) << "stays with the stretch";
   Choose("showAll");
-  EXPECT_LT(Graph().yAxis->range().lower, lowest);
+  EXPECT_NEAR(heights().size(), ofAll, 1e-9);
   Choose("zoomBack");
-  EXPECT_EQ(Graph().yAxis->range(), ofTheStretch);
+  EXPECT_LT(heights().size(), 0.5 * ofAll);
+  compute(3.0, 3.5);
+  EXPECT_TRUE(holdsAll()) << "another stretch";
+  Choose("stretchHeights");
+  Choose("undo");
+  EXPECT_TRUE(holdsAll());
+  // A zoom along X stays, its heights hold the record too.
+  Graph().ShowX({1.0, 1.4});
+  Choose("computeOnZoom");
+  EXPECT_EQ(Graph().VisibleX(), QCPRange(1.0, 1.4));
+  EXPECT_TRUE(holdsAll());
+  Choose("showAll");
+  // Roughness ends with the stretch; fixed heights hold.
+  ChangeDisplay([](DisplaySettings& display) { display.ProfileType = 4; });
+  EXPECT_EQ(Graph().graphCount(), 1);
+  EXPECT_FALSE(command.isEnabled());
+  ChangeDisplay([](DisplaySettings& display) { display.ProfileType = 2; });
+  EXPECT_TRUE(command.isEnabled());
+  ChangeDisplay([](DisplaySettings& display) { display.ProfileAutoScale = false; });
+  EXPECT_FALSE(command.isEnabled());
+  EXPECT_EQ(heights().upper, InForce().settings.display.ProfileYMaxUM);
 }
 
 TEST_F(ProfileView, ZoomsGoBackOneByOne) {
