@@ -339,6 +339,9 @@ TEST_F(ProfileView, TheHeadingKeepsTheIdentificationAndLeavesOutTheSettingsFileF
   for (const QSize size : {QSize(1300, 800), QSize(640, 800), QSize(640, 330), QSize(420, 800), QSize(420, 330)}) {
     frame_->resize(size);
     QTest::qWait(20);
+    const QString rest = Child<QLabel>(*frame_, "heading").text().section('\n', 1);
+    EXPECT_TRUE(rest.contains("Form: LS Line") && rest.contains("Evaluated: length") && !rest.contains(QChar(0x2026)))
+        << rest.toStdString();
     EXPECT_TRUE(first().startsWith("Ground; generated")) << size.width() << ' ' << first().toStdString();
     EXPECT_TRUE(Child<QLabel>(*frame_, "heading").toolTip().contains("settings of the line 4.ini"));
     QPushButton& verdict = frame_->View().Heading().Verdict();

@@ -169,6 +169,8 @@ TEST(Trend, ShowsInLittleRoomOnlyWhatIsWhole) {
         names.push_back(box);
       }
       EXPECT_GE(names.size(), 1U) << "the limit is named first";
+      const double bars = plot->yAxis->coordToPixel(2.0);
+      for (const QRectF& name : names) EXPECT_TRUE(plot == &pane.Chart() || name.bottom() < bars + 2.0);
     }
   }
 }

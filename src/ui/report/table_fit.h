@@ -20,9 +20,9 @@ struct FittedTable {
   QList<QStringList> lines;
 };
 
-/// Gives every column the room of its longest cell, with `gap` behind it, in a table `width` wide, whose lines and heads
-/// are written with these letters. Where that is too much, texts of the first and the last column go on in further
-/// lines, whose other cells are empty.
+/// Gives every column the room of its longest cell, with `gap` behind it, in a table `width` wide, whose lines and
+/// heads are written with these letters. Where that is too much, texts of the first and the last column go on in
+/// further lines, whose other cells are empty.
 FittedTable FitTable(const QStringList& titles, const QList<QStringList>& lines, const std::vector<bool>& isNumber,
                      int width, int gap, const QFontMetrics& letters, const QFontMetrics& headLetters);
 
