@@ -223,6 +223,22 @@ TEST_F(ProfileView, ReadoutsKeepOffTheFrame) {
   }
 }
 
+TEST_F(ProfileView, ReadoutsOfTheCursorsDoNotHideEachOther) {
+  for (const int width : {700, 430, 380}) {
+    frame_->resize(width, 800);
+    QTest::qWait(20);
+    Graph().SetUprightCursors(1.0, 3.0);
+    std::vector<QRectF> boxes;
+    for (int i = 0; i < Graph().itemCount(); ++i) {
+      auto* const text = qobject_cast<QCPItemText*>(Graph().item(i));
+      if (text == nullptr || text->layer()->name() != "cursors" || !text->visible()) continue;
+      boxes.emplace_back(text->topLeft->pixelPosition(), text->bottomRight->pixelPosition());
+    }
+    ASSERT_EQ(boxes.size(), 2U) << width;
+    EXPECT_FALSE(boxes[0].intersects(boxes[1])) << width;
+  }
+}
+
 TEST_F(ProfileView, ScalesFollowTheSettings) {
   ChangeDisplay([](DisplaySettings& display) { display.ProfileAutoScale = false; });
   EXPECT_EQ(Graph().yAxis->range().upper, InForce().settings.display.ProfileYMaxUM);

@@ -402,6 +402,7 @@ void CClickableProfileGraph::PlaceLabels() {
   // In a small picture they would hide the curves; the status bar has them too.
   const bool hasRoom = frame.height() > 9 * fontMetrics().height() &&
                        frame.width() > widthOf(labels_[0]->text()) + widthOf(labels_[1]->text());
+  std::array<QCPRange, 2> across;
   for (std::size_t i = 0; i < labels_.size(); ++i) {
     labels_[i]->setVisible(cursors_[i]->visible() && hasRoom);
     if (i < 2) {
@@ -411,7 +412,11 @@ void CClickableProfileGraph::PlaceLabels() {
       const double room = widthOf(labels_[i]->text()) + gap;
       if (isRightOfLine ? pixel + room > frame.right() : pixel - room < frame.left()) isRightOfLine = !isRightOfLine;
       const double beside = isRightOfLine ? std::max(pixel, frame.left() + gap) : std::min(pixel, frame.right() - gap);
-      labels_[i]->position->setCoords(xAxis->pixelToCoord(beside), below);
+      across[i] = isRightOfLine ? QCPRange(beside, beside + room) : QCPRange(beside - room, beside);
+      // Where both stand between the cursors, but not side by side, they stand over each other.
+      const bool isOver = i == 1 && across[1].lower < across[0].upper && across[0].lower < across[1].upper;
+      const double up = isOver ? (sizeOf(labels_[0]->text()).height() + gap) / std::max(frame.height(), 1) : 0.0;
+      labels_[i]->position->setCoords(xAxis->pixelToCoord(beside), below - up);
       labels_[i]->setPositionAlignment(Qt::AlignBottom | (isRightOfLine ? Qt::AlignLeft : Qt::AlignRight));
     } else {
       labels_[i]->position->setCoords(gap / std::max(frame.width(), 1), places_[i]);
