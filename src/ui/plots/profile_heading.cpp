@@ -23,11 +23,15 @@ QString DrawingText(std::string_view source, std::string_view verdict) {
   return CHeading::tr("Drawing: %1").arg(FromText(source) + ": " + EngineText(verdict));
 }
 
+QString WithoutBrackets(QString line) {
+  static const QRegularExpression brackets(" *\\([^()]*\\)");
+  return line.remove(brackets);
+}
+
 /// A line that is too wide without what matters less: what stands in brackets, then its last parts.
 QString WithoutLess(const QString& line, int width, const QFontMetrics& metrics) {
-  static const QRegularExpression brackets(" *\\([^()]*\\)");
   const auto isWide = [&](const QString& text) { return metrics.horizontalAdvance(text) > width; };
-  QString shorter = isWide(line) ? QString(line).remove(brackets) : line;
+  QString shorter = isWide(line) ? WithoutBrackets(line) : line;
   for (qsizetype at = shorter.lastIndexOf(", "); isWide(shorter) && at > 0; at = shorter.lastIndexOf(", ")) {
     shorter.truncate(at);
   }
@@ -47,7 +51,8 @@ QString InTwo(const QString& line, int width, const QFontMetrics& metrics) {
     if (rest.startsWith("/ ")) rest.remove(0, 2);
     if (metrics.horizontalAdvance(rest) <= width) return line.left(first) + '\n' + rest;
   }
-  return WithoutLess(line, width, metrics);
+  const QString plain = WithoutBrackets(line);
+  return plain != line ? InTwo(plain, width, metrics) : WithoutLess(line, width, metrics);
 }
 
 }  // namespace
