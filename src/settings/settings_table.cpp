@@ -218,7 +218,7 @@ constexpr auto kTable = std::to_array<SettingKey>({
     {ANALYSIS(RsmSamplingLengthPercent), "%", "kept in the file; Rsm goes by the least width for Rc", "",
      In(kElementWidths, kPercent).Behind(2).Titled("Rsm (as Rc; only kept)")},
     {ANALYSIS(UserDiscardType), "", "what the long-wave filter discards at each end",
-     "0 nothing, 1 half a cut-off, 2 one cut-off, above 2 the user's own length",
+     "0 Default, 1 1/2 Cutoff, 2 1 Cutoff, above 2 Other Discard Length",
      In(kEnds).Titled("Discarded at each end")},
     {ANALYSIS(UserDiscardLengthMM), "mm", "the user's own length to discard", "",
      In(kEnds, kFromZero).Titled("Your own length")},

@@ -38,7 +38,7 @@ struct Counts {
   std::size_t below = 0;
 };
 
-/// Puts those between into `taken`. Few are: stretches without any are only counted.
+/// Puts those between into `taken`, in any order. Few are: stretches without any are only counted.
 TEXTURON_MULTIVERSION
 Counts TakeBetween(std::span<const double> values, double low, double high, double* taken) {
   const double above = std::nextafter(high, std::numeric_limits<double>::infinity());
@@ -54,16 +54,18 @@ Counts TakeBetween(std::span<const double> values, double low, double high, doub
       CountBelow(lanesBelow, four, low);
       CountBelow(lanesUpTo, four, above);
     }
-    double lanes[4];
-    StoreFour(lanes, lanesBelow);
-    const double below = (lanes[0] + lanes[1]) + (lanes[2] + lanes[3]);
-    StoreFour(lanes, lanesUpTo);
-    const double upTo = (lanes[0] + lanes[1]) + (lanes[2] + lanes[3]);
-    allBelow += below;
-    if (below == upTo) continue;
-    for (std::size_t k = 0; k < kStretch; ++k) {
-      taken[counts.between] = stretch[k];
-      counts.between += static_cast<std::size_t>(stretch[k] >= low) & static_cast<std::size_t>(stretch[k] <= high);
+    double below[4], upTo[4];
+    StoreFour(below, lanesBelow);
+    StoreFour(upTo, lanesUpTo);
+    const double isBelow = (below[0] + below[1]) + (below[2] + below[3]);
+    allBelow += isBelow;
+    if (isBelow == (upTo[0] + upTo[1]) + (upTo[2] + upTo[3])) continue;
+    for (std::size_t lane = 0; lane < 4; ++lane) {
+      if (below[lane] == upTo[lane]) continue;
+      for (std::size_t k = lane; k < kStretch; k += 4) {
+        taken[counts.between] = stretch[k];
+        counts.between += static_cast<std::size_t>(stretch[k] >= low) & static_cast<std::size_t>(stretch[k] <= high);
+      }
     }
   }
   counts.below = static_cast<std::size_t>(allBelow);
