@@ -86,8 +86,12 @@ void SpreadLabels(QCustomPlot& plot) {
       const double y = at.y() - ((anchor & Qt::AlignVCenter) != 0 ? 0.5 * size.height() : 0.0);
       return QRectF(QPointF(x, y), size);
     };
+    // Beside each other they would read as one word.
+    const double gap = QFontMetricsF(label->font()).averageCharWidth();
     const auto hits = [&] {
-      return std::any_of(taken.begin(), taken.end(), [&](const QRectF& box) { return box.intersects(boxAt(place)); });
+      return std::any_of(taken.begin(), taken.end(), [&](const QRectF& box) {
+        return box.intersects(boxAt(place).marginsAdded({gap, 0.0, gap, 0.0}));
+      });
     };
     for (int round = 0; round < 20 && hits(); ++round) place.ry() += 0.5 * size.height();
     taken.push_back(boxAt(place));

@@ -73,7 +73,9 @@ void DrawCore(QCustomPlot& plot, const RkResult& core, double factor) {
                 {core.Mr2, lower, "Mr2", Qt::AlignRight | Qt::AlignTop},
                 {core.Mr1 / 2.0, (upper + 2.0 * peak) / 3.0, " A1", Qt::AlignLeft | Qt::AlignVCenter},
                 {(100.0 + core.Mr2) / 2.0, (lower + valley) / 2.0, "A2", Qt::AlignRight | Qt::AlignVCenter}};
-  for (const auto& label : labels) AddLabel(plot, label.x, label.y, label.text, label.anchor);
+  // Curves that run through them leave them legible.
+  const QColor ground = Tint(plot.palette().color(QPalette::Base), 0.75);
+  for (const auto& label : labels) AddLabel(plot, label.x, label.y, label.text, label.anchor)->setBrush(ground);
 }
 
 }  // namespace
