@@ -428,6 +428,11 @@ TEST_F(SettingsSheet, DefaultsAndPresetsAreOneEdit) {
   choose("Our bores");
   EXPECT_EQ(Analysis().FilterType, kFilterIso13565);
   EXPECT_EQ(Analysis().LcCutoffMM, 0.8);
+  QFile letter(PresetFolder() + "/letter.ini");
+  ASSERT_TRUE(letter.open(QIODevice::WriteOnly) && letter.write("Dear all,\n") > 0);
+  letter.close();
+  choose("letter");
+  EXPECT_TRUE(Child<QLabel>(sheet, "fault").text().endsWith("letter.ini holds no settings."));
   sheet.accept();
   // What the test itself has changed, then what the sheet has.
   Choose("undo");
