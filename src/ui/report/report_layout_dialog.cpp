@@ -148,7 +148,7 @@ void CReportLayoutDialog::LoadFile() {
   if (!file) return;
   QString reason;
   const auto layout = LoadReportTemplate(FromPath(*file), reason);
-  layout ? Show(*layout) : void(QMessageBox::warning(this, windowTitle(), reason));
+  layout ? Show(*layout) : void(QMessageBox::warning(this, windowTitle(), EngineText(ToText(reason))));
 }
 
 bool CReportLayoutDialog::IsWhole() {
@@ -173,7 +173,7 @@ void CReportLayoutDialog::SaveFile() {
       AskFileToSave(this, {.title = tr("Save the report template"), .filters = kTemplateFilters, .extension = "ini"});
   QString reason;
   if (file && !SaveReportTemplate(FromPath(*file), Chosen(), reason)) {
-    QMessageBox::warning(this, windowTitle(), reason);
+    QMessageBox::warning(this, windowTitle(), EngineText(ToText(reason)));
   }
 }
 

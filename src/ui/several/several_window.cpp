@@ -316,7 +316,7 @@ void CSeveralWindow::AskForReport() {
                                          .proposal = {}});
   if (!file) return;
   QString reason;
-  Tell(WriteReportFile(*file, reason) ? tr("Wrote %1").arg(FromPath(*file)) : reason);
+  Tell(WriteReportFile(*file, reason) ? tr("Wrote %1").arg(FromPath(*file)) : EngineText(ToText(reason)));
 }
 
 void CSeveralWindow::AlignChosenHere() {
