@@ -16,6 +16,15 @@ using FourDoubles = double __attribute__((vector_size(32)));
 struct FourDoubles {
   double value[4];
 };
+#define TEXTURON_FOUR_OPERATOR(op)                                                                                   \
+  inline FourDoubles operator op(const FourDoubles& a, const FourDoubles& b) {                                       \
+    return {a.value[0] op b.value[0], a.value[1] op b.value[1], a.value[2] op b.value[2], a.value[3] op b.value[3]}; \
+  }
+TEXTURON_FOUR_OPERATOR(+)
+TEXTURON_FOUR_OPERATOR(-)
+TEXTURON_FOUR_OPERATOR(*)
+TEXTURON_FOUR_OPERATOR(/)
+#undef TEXTURON_FOUR_OPERATOR
 #endif
 
 TEXTURON_INLINE void LoadFour(const double* from, FourDoubles& four) {

@@ -14,7 +14,7 @@ double NthSmallest(std::span<double> values, std::size_t rank);
 
 /// The middle one of at least one value, the mean of the middle two of an even number; none is NaN. As NthSmallest.
 double Median(std::span<double> values);
-/// The same, sooner where it is known to lie between two values; where it does not, all is as without them.
-double Median(std::span<double> values, double low, double high);
+/// The same, sooner where it lies within `aside` of a guess or not far beyond. Any guess that is a number will do.
+double MedianNear(std::span<double> values, double guess, double aside);
 
 }  // namespace texturon

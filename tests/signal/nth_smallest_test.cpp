@@ -32,9 +32,11 @@ TEST(NthSmallest, IsThatOfTheSortedValues) {
         EXPECT_EQ(NthSmallest(scratch, rank), sorted[rank]) << n << " values of kind " << kind << ", rank " << rank;
       }
       const double median = n % 2 == 1 ? sorted[n / 2] : 0.5 * (sorted[n / 2 - 1] + sorted[n / 2]);
-      for (const double guess : {median, 0.0, 2.0 * median}) {
-        std::vector<double> scratch = values;
-        EXPECT_EQ(Median(scratch, 0.9 * guess, 1.1 * guess), median) << n << " values of kind " << kind;
+      for (const double guess : {median, 0.0, 0.8 * median, 2.0 * median, -1e300}) {
+        for (const double aside : {0.1 * guess, 1e-3, 0.0}) {
+          std::vector<double> scratch = values;
+          EXPECT_EQ(MedianNear(scratch, guess, aside), median) << n << " values of kind " << kind << ", " << guess;
+        }
       }
       EXPECT_EQ(Median(values), median) << n << " values of kind " << kind;
     }

@@ -88,7 +88,16 @@ std::size_t BatchFft::ScratchDoubles(std::size_t lanes) const {
   return 2 * SplitDoubles(length_ * lanes) + convolution;
 }
 
-void BatchFft::Run(ConstRows in, Rows out, std::size_t lanes, std::span<double> scratch) const {
+std::size_t BatchFft::OuterRows(std::size_t length, std::size_t least) {
+  std::size_t radix = 0;  // of the first stage
+  VisitRadices(length, [&radix](std::size_t next) { radix = radix == 0 ? next : radix; });
+  if (radix != 4 && radix != 8) return length;
+  const std::size_t leg = length / radix;
+  const std::size_t legs = (least + leg - 1) / leg;
+  return 2 * legs < radix ? legs * leg : length;
+}
+
+void BatchFft::Run(ConstRows in, Rows out, std::size_t lanes, std::span<double> scratch, std::size_t outer) const {
   Rows here = TakeSplit(scratch, length_ * lanes, lanes);
   Rows there = TakeSplit(scratch, length_ * lanes, lanes);
   if (stages_.empty()) {
@@ -101,6 +110,7 @@ void BatchFft::Run(ConstRows in, Rows out, std::size_t lanes, std::span<double> 
     const Stage& stage = stages_[i];
     const std::size_t steps = length_ / done / stage.radix;
     FftPass pass{.inRe = in.re, .inIm = in.im, .inLeg = steps * done * in.stride, .inStep = done * in.stride};
+    if (i == 0 && outer < length_) pass.outer = outer / steps;
     if (i + 1 < stages_.size()) {
       pass.outRe = here.re;
       pass.outIm = here.im;

@@ -29,7 +29,14 @@ public:
 
   /// out[k][lane] = sum over j of in[j][lane] exp(-2 pi i j k / length). `lanes` is a multiple of kLaneQuantum; in, out
   /// and scratch do not overlap.
-  void Run(ConstRows in, Rows out, std::size_t lanes, std::span<double> scratch) const;
+  void Run(ConstRows in, Rows out, std::size_t lanes, std::span<double> scratch) const {
+    Run(in, out, lanes, scratch, length_);
+  }
+
+  /// The same, but only the first and the last `outer` rows are read, those between count as 0. What OuterRows said.
+  void Run(ConstRows in, Rows out, std::size_t lanes, std::span<double> scratch, std::size_t outer) const;
+  /// How many that may be where the first and the last `least` rows are to be read; the length where all must be.
+  static std::size_t OuterRows(std::size_t length, std::size_t least);
 
   /// Estimated time per lane in arbitrary units, to choose between factorisations.
   static double Cost(std::size_t length);

@@ -70,12 +70,9 @@ TEXTURON_INLINE void Butterfly(Legs<5>& a) {
   a = {a[0] + (s1 + s2), m1 + t1, m2 + t2, m2 - t2, m1 - t1};
 }
 
-TEXTURON_INLINE void Butterfly(Legs<8>& a) {
+/// Transforms of eight values from those of every second one.
+TEXTURON_INLINE void JoinEights(const Legs<4>& even, const Legs<4>& odd, Legs<8>& a) {
   constexpr double kHalfRoot = 0.70710678118654752440;
-  Legs<4> even = {a[0], a[2], a[4], a[6]};
-  Legs<4> odd = {a[1], a[3], a[5], a[7]};
-  Butterfly(even);
-  Butterfly(odd);
   const Cplx o1 = {kHalfRoot * (odd[1].re + odd[1].im), kHalfRoot * (odd[1].im - odd[1].re)};
   const Cplx o2 = Quarter(odd[2]);
   const Cplx o3 = {kHalfRoot * (odd[3].im - odd[3].re), -kHalfRoot * (odd[3].re + odd[3].im)};
@@ -83,9 +80,59 @@ TEXTURON_INLINE void Butterfly(Legs<8>& a) {
        even[0] - odd[0], even[1] - o1, even[2] - o2, even[3] - o3};
 }
 
-template <std::size_t R, bool kTwiddled, std::size_t... K>
+TEXTURON_INLINE void Butterfly(Legs<8>& a) {
+  Legs<4> even = {a[0], a[2], a[4], a[6]};
+  Legs<4> odd = {a[1], a[3], a[5], a[7]};
+  Butterfly(even);
+  Butterfly(odd);
+  JoinEights(even, odd, a);
+}
+
+// The same where only the outer ones of the values are not 0.
+
+/// The transform of a, 0, 0, d.
+TEXTURON_INLINE Legs<4> OfEnds(Cplx a, Cplx d) {
+  const Cplx turned = {-d.im, d.re};
+  return {a + d, a + turned, a - d, a - turned};
+}
+
+/// The transform of a, b, 0, d.
+TEXTURON_INLINE Legs<4> OfThree(Cplx a, Cplx b, Cplx d) {
+  const Cplx sum = b + d;
+  const Cplx turned = Quarter(b - d);
+  return {a + sum, a + turned, a - sum, a - turned};
+}
+
+template <std::size_t kOuter, std::size_t R>
+TEXTURON_INLINE void OuterButterfly(Legs<R>& a) {
+  if constexpr (kOuter == 0) {
+    Butterfly(a);
+  } else if constexpr (R == 4) {
+    a = OfEnds(a[0], a[3]);
+  } else if constexpr (kOuter == 3) {
+    const Legs<4> even = OfThree(a[0], a[2], a[6]);
+    const Cplx sum = a[1] + a[5], difference = a[1] - a[5];
+    const Cplx turned = {-a[7].im, a[7].re};
+    JoinEights(even, {sum + a[7], difference + turned, sum - a[7], difference - turned}, a);
+  } else if constexpr (kOuter == 2) {
+    JoinEights(OfEnds(a[0], a[6]), OfEnds(a[1], a[7]), a);
+  } else {
+    constexpr double kHalfRoot = 0.70710678118654752440;
+    const Cplx first = a[0];
+    const Cplx last = a[7];
+    const double difference = kHalfRoot * (last.re - last.im);
+    const double sum = kHalfRoot * (last.re + last.im);
+    const Cplx turn1 = {difference, sum}, turn2 = {-last.im, last.re}, turn3 = {-sum, difference};
+    a = {first + last, first + turn1, first + turn2, first + turn3,
+         first - last, first - turn1, first - turn2, first - turn3};
+  }
+}
+
+/// kRun: so many values as the compiler knows, or 0.
+template <std::size_t R, std::size_t kOuter, std::size_t kRun, bool kTwiddled, std::size_t... K>
 TEXTURON_INLINE void RunPass(const FftPass& pass, std::index_sequence<K...> /*legs*/) {
-  const std::size_t run = pass.run / kLaneQuantum * kLaneQuantum;
+  constexpr std::size_t kRead = kOuter == 0 ? R : kOuter;
+  const std::size_t run = kRun > 0 ? kRun : pass.run / kLaneQuantum * kLaneQuantum;
   for (std::size_t p = 0; p < pass.steps; ++p) {
     const double* __restrict xr = pass.inRe + p * pass.inStep;
     const double* __restrict xi = pass.inIm + p * pass.inStep;
@@ -97,8 +144,9 @@ TEXTURON_INLINE void RunPass(const FftPass& pass, std::index_sequence<K...> /*le
     if constexpr (kTwiddled) ((w[K] = K == 0 ? Cplx{1.0, 0.0} : pass.twiddles[p * (R - 1) + K - 1]), ...);
     TEXTURON_IVDEP
     for (std::size_t q = 0; q < run; ++q) {
-      Legs<R> a = {Cplx{xr[K * inLeg + q], xi[K * inLeg + q]}...};
-      Butterfly(a);
+      Legs<R> a{};
+      ((K < kRead || K >= R - kRead ? void(a[K] = Cplx{xr[K * inLeg + q], xi[K * inLeg + q]}) : void()), ...);
+      OuterButterfly<kOuter>(a);
       if constexpr (kTwiddled) ((K == 0 ? void() : void(a[K] = a[K] * w[K])), ...);
       ((yr[K * outLeg + q] = a[K].re), ...);
       ((yi[K * outLeg + q] = a[K].im), ...);
@@ -106,13 +154,13 @@ TEXTURON_INLINE void RunPass(const FftPass& pass, std::index_sequence<K...> /*le
   }
 }
 
-template <std::size_t R>
+template <std::size_t R, std::size_t kOuter = 0>
 TEXTURON_INLINE void RunPass(const FftPass& pass) {
-  if (pass.twiddles != nullptr) {
-    RunPass<R, true>(pass, std::make_index_sequence<R>{});
-  } else {
-    RunPass<R, false>(pass, std::make_index_sequence<R>{});
-  }
+  constexpr auto kLegs = std::make_index_sequence<R>{};
+  if (pass.twiddles == nullptr) return RunPass<R, kOuter, 0, false>(pass, kLegs);
+  if (pass.run == kLaneQuantum) return RunPass<R, kOuter, kLaneQuantum, true>(pass, kLegs);
+  if (pass.run == 2 * kLaneQuantum) return RunPass<R, kOuter, 2 * kLaneQuantum, true>(pass, kLegs);
+  RunPass<R, kOuter, 0, true>(pass, kLegs);
 }
 
 constexpr std::size_t kTile = 8;
@@ -211,11 +259,13 @@ void RunFixedPass(std::size_t radix, const FftPass& pass) {
     case 3:
       return RunPass<3>(pass);
     case 4:
-      return RunPass<4>(pass);
+      return pass.outer == 1 ? RunPass<4, 1>(pass) : RunPass<4>(pass);
     case 5:
       return RunPass<5>(pass);
     default:
-      return RunPass<8>(pass);
+      if (pass.outer == 1) return RunPass<8, 1>(pass);
+      if (pass.outer == 2) return RunPass<8, 2>(pass);
+      return pass.outer == 3 ? RunPass<8, 3>(pass) : RunPass<8>(pass);
   }
 }
 

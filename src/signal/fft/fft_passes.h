@@ -45,6 +45,8 @@ struct FftPass {
   std::size_t steps = 0;
   std::size_t run = 0;
   const Cplx* twiddles = nullptr;
+  /// Of radix 8, 1 to 3, of radix 4, 1: so many of the first and of the last values are read, those between count as 0.
+  std::size_t outer = 0;
 };
 
 /// True for the radices that RunFixedPass knows: 2, 3, 4, 5, 8.

@@ -3,7 +3,6 @@
 #include "signal/filter/regression_filter.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstddef>
 #include <optional>
@@ -32,116 +31,68 @@ constexpr double kLeastDeterminant = 1e-6;
 /// more is not passed again.
 constexpr std::size_t kMostFitted = 1'000'000'000;
 
-/// The value of the fitted parabola at the point itself is the quotient of two determinants.
-struct Solved {
-  double pivot = 0.0;  ///< the least one, the last by what it makes of an error in the sums
-  double determinant = 0.0;
-  double numerator = 0.0;
-
-  double Value() const { return numerator / determinant; }
-};
-
-/// By elimination from the highest power down, so that the last unknown is the one that is wanted. The matrix is
-/// symmetric and positive, and its entries are of the order of 1.
-TEXTURON_INLINE Solved Solve(double m0, double m1, double m2, double m3, double m4, double f0, double f1, double f2) {
-  const double q12 = m3 / m4;
-  const double q02 = m2 / m4;
-  const double p1 = m2 - q12 * m3;
-  const double e01 = m1 - q02 * m3;
-  const double g1 = f1 - q12 * f2;
-  const double q01 = e01 / p1;
-  const double p0 = m0 - q02 * m2 - q01 * e01;
-  const double g0 = f0 - q02 * f2 - q01 * g1;
-  const double others = m4 * p1;
-  const double last = p0 / (1.0 + std::abs(q01) + std::abs(q01 * q12 - q02));
-  return {std::min(std::min(last, p1), m4), others * p0, others * g0};
-}
-
-using RegressionPoint = std::array<double, kRegressionSums>;
-
-Solved Solve(const RegressionPoint& s) {
-  constexpr std::size_t f = kFirstHeight;
-  Solved solved = Solve(s[0], s[1], s[2], s[3], s[kFourthMoment], s[f], s[f + 1], s[f + 2]);
-  if (!std::isfinite(solved.Value())) solved.pivot = 0.0;
-  return solved;
-}
-
+/// weights = (1 - (z - line)^2 / limit^2)^2 within the limit, products = weights z.
 TEXTURON_MULTIVERSION
-void SolveNodes(const RegressionSums& sums, double* numerators, double* determinants) {
-  const double* const m0 = sums.Sum(0).data();
-  const double* const m1 = sums.Sum(1).data();
-  const double* const m2 = sums.Sum(2).data();
-  const double* const m3 = sums.Sum(3).data();
-  const double* const m4 = sums.Sum(kFourthMoment).data();
-  const double* const f0 = sums.Sum(kFirstHeight).data();
-  const double* const f1 = sums.Sum(kFirstHeight + 1).data();
-  const double* const f2 = sums.Sum(kFirstHeight + 2).data();
-  const std::size_t count = sums.Nodes();
+void Reweight(const double* z, const double* line, std::size_t n, double limit, double* weights, double* products) {
+  const double inverse = 1.0 / limit;
   TEXTURON_IVDEP
-  for (std::size_t i = 0; i < count; ++i) {
-    const Solved solved = Solve(m0[i], m1[i], m2[i], m3[i], m4[i], f0[i], f1[i], f2[i]);
-    numerators[i] = solved.numerator;
-    determinants[i] = solved.determinant;
+  for (std::size_t i = 0; i < n; ++i) {
+    const double ratio = (z[i] - line[i]) * inverse;
+    const double rest = 1.0 - ratio * ratio;
+    const double kept = rest > 0.0 ? rest : 0.0;
+    weights[i] = kept * kept;
+    products[i] = weights[i] * z[i];
   }
-}
-
-/// How many determinants are not trusted.
-TEXTURON_MULTIVERSION
-std::size_t CountUntrusted(const double* determinants, std::size_t count) {
-  std::size_t untrusted = 0;
-  for (std::size_t i = 0; i < count; ++i) untrusted += determinants[i] > kLeastDeterminant ? 0U : 1U;
-  return untrusted;
 }
 
 /// Passes over one record.
 class Regression {
 public:
   Regression(std::span<const double> z, double spacingUM, double cutoffMM)
-      : z_(z),
-        sums_(z.size(), spacingUM, cutoffMM),
-        numerators_(sums_.PaddedNodes()),
-        determinants_(sums_.PaddedNodes()) {
-    for (auto& sum : fine_) sum.resize(sums_.Thinning());
+      : z_(z), sums_(z.size(), spacingUM, cutoffMM), fine_(sums_.Thinning()) {}
+
+  /// The mean line of all points alike; why there is none otherwise.
+  std::optional<RegressionStop> RunUnweighted(std::span<double> line) {
+    std::ranges::fill(sums_.Weights(), 1.0);
+    std::ranges::copy(z_, sums_.Products().begin());
+    return Run(line);
   }
 
-  /// The mean line for the robust weights d; why there is none otherwise.
-  ///
+  /// The same for the weights of the residuals from `former` up to a limit.
+  std::optional<RegressionStop> RunReweighted(std::span<const double> former, double limit, std::span<double> line) {
+    Reweight(z_.data(), former.data(), z_.size(), limit, sums_.Weights().data(), sums_.Products().data());
+    return Run(line);
+  }
+
+private:
   /// The determinant is a sum over three points of their weights times the squares of their distances, which do not
   /// depend on where it is asked for. So it and the numerator are as smooth as a product of three sums, and between two
   /// nodes it is at least half the lesser one: both are interpolated instead of the eight sums.
-  std::optional<RegressionStop> Run(std::span<const double> d, std::span<double> line) {
-    sums_.Make(d, z_);
-    SolveNodes(sums_, numerators_.data(), determinants_.data());
-    sums_.Quotients(numerators_, determinants_, line);
+  std::optional<RegressionStop> Run(std::span<double> line) {
+    sums_.Make();
+    if (sums_.Quotients(kLeastDeterminant, line) == 0) return std::nullopt;
     const std::size_t thinning = sums_.Thinning();
-    const std::size_t inner = thinning == 1 ? line.size() : (line.size() - 1) / thinning + 2;
-    if (CountUntrusted(determinants_.data() + sums_.NodesBefore(), inner) == 0) return std::nullopt;
+    const std::span<const double> determinants = sums_.Determinants();
     std::size_t fitted = 0;
     for (std::size_t cell = 0; cell * thinning < line.size(); ++cell) {
       const std::size_t node = cell + sums_.NodesBefore();
       const std::size_t next = thinning == 1 ? node : node + 1;
-      if (determinants_[node] > kLeastDeterminant && determinants_[next] > kLeastDeterminant) continue;
+      if (determinants[node] > kLeastDeterminant && determinants[next] > kLeastDeterminant) continue;
       const std::size_t first = cell * thinning;
-      const auto stop = RunCell(d, cell, line.subspan(first, std::min(thinning, line.size() - first)), fitted);
+      const auto stop = RunCell(cell, line.subspan(first, std::min(thinning, line.size() - first)), fitted);
       if (stop) return stop;
     }
     return std::nullopt;
   }
 
-private:
   /// With the sums of every point, and with the points around those with too little weight for that.
-  std::optional<RegressionStop> RunCell(std::span<const double> d, std::size_t cell, std::span<double> out,
-                                        std::size_t& fitted) {
-    for (std::size_t sum = 0; sum < kRegressionSums; ++sum) {
-      sums_.Between(sums_.Sum(sum), cell, std::span(fine_[sum]).first(out.size()));
-    }
+  std::optional<RegressionStop> RunCell(std::size_t cell, std::span<double> out, std::size_t& fitted) {
+    sums_.SumsOf(cell, std::span(fine_).first(out.size()));
     for (std::size_t r = 0; r < out.size(); ++r) {
-      RegressionPoint point;
-      for (std::size_t sum = 0; sum < kRegressionSums; ++sum) point[sum] = fine_[sum][r];
-      const Solved solved = Solve(point);
-      out[r] = solved.Value();
-      if (solved.pivot > kLeastPivot) continue;
-      sums_.PointsAround(cell * sums_.Thinning() + r, d, z_, around_);
+      const RegressionSolution solution = SolveRegression(fine_[r]);
+      out[r] = solution.Value();
+      if (std::isfinite(out[r]) && solution.pivot > kLeastPivot) continue;
+      sums_.PointsAround(cell * sums_.Thinning() + r, z_, around_);
       fitted += around_.size();
       if (fitted > kMostFitted) return RegressionStop::kTooLong;
       const std::optional<double> value = WeightedParabolaAtZero(around_);
@@ -153,8 +104,7 @@ private:
 
   std::span<const double> z_;
   RegressionSums sums_;
-  std::vector<double> numerators_, determinants_;
-  std::array<std::vector<double>, kRegressionSums> fine_;  ///< of the points of a cell
+  std::vector<RegressionPoint> fine_;  ///< the sums of the points of a cell
   std::vector<WeightedHeight> around_;
 };
 
@@ -164,36 +114,27 @@ void Residuals(const double* z, const double* line, std::size_t n, double* amoun
   for (std::size_t i = 0; i < n; ++i) amounts[i] = std::abs(z[i] - line[i]);
 }
 
-TEXTURON_MULTIVERSION
-void Reweight(const double* z, const double* line, std::size_t n, double limit, double* weights) {
-  const double inverse = 1.0 / limit;
-  TEXTURON_IVDEP
-  for (std::size_t i = 0; i < n; ++i) {
-    const double ratio = (z[i] - line[i]) * inverse;
-    const double rest = 1.0 - ratio * ratio;
-    const double kept = rest > 0.0 ? rest : 0.0;
-    weights[i] = kept * kept;
-  }
-}
-
-/// The limit of the weights; as soon as it settles the next one is looked for beside the former.
+/// The limit of the weights; every next one is looked for beside the former.
 class Limit {
 public:
   double Of(std::span<const double> z, std::span<const double> line, std::vector<double>& scratch) {
     Residuals(z.data(), line.data(), z.size(), scratch.data());
     constexpr double kNear = 0.3;
-    constexpr double kChanges = 3.0;
-    const double aside = kChanges * change_;
-    const double median =
-        aside < kNear ? Median(scratch, median_ * (1.0 - aside), median_ * (1.0 + aside)) : Median(scratch);
-    change_ = std::abs(median - median_) / median_;
+    constexpr double kChanges = 2.0;
+    constexpr double kPlaces = 12.0;  // of residuals as they usually lie, at least so many
+    const double aside = std::max(kChanges * change_, kPlaces / static_cast<double>(z.size()));
+    const bool isNear = median_ > 0.0 && aside < kNear;
+    const double median = isNear ? MedianNear(scratch, median_, median_ * aside) : Median(scratch);
+    change_ = median_ > 0.0 ? std::abs(median - median_) / median_ : kFirstChange;
     median_ = median;
     return kRegressionScaleCoefficient * median;
   }
 
 private:
+  static constexpr double kFirstChange = 0.04;  // of noise; of others it says where to look
+
   double median_ = 0.0;
-  double change_ = 1.0;
+  double change_ = 0.0;
 };
 
 int Percent(double change) {
@@ -206,7 +147,7 @@ int Percent(double change) {
 void Iterate(Regression& regression, std::span<const double> z, std::vector<double>& line, double heightRange,
              Progress* progress, RegressionResult& result) {
   constexpr double kRounding = 1e-12;
-  std::vector<double> weights(z.size()), next(z.size()), scratch(z.size());
+  std::vector<double> next(z.size()), scratch(z.size());
   Limit limitOf;
   double limit = limitOf.Of(z, line, scratch);
   int shown = 0;
@@ -216,8 +157,7 @@ void Iterate(Regression& regression, std::span<const double> z, std::vector<doub
       result.stop = RegressionStop::kNoScale;
       return;
     }
-    Reweight(z.data(), line.data(), z.size(), limit, weights.data());
-    if (const auto stop = regression.Run(weights, next)) {
+    if (const auto stop = regression.RunReweighted(line, limit, next)) {
       result.stop = *stop;
       return;
     }
@@ -261,7 +201,7 @@ RegressionResult RobustRegressionFilter(std::span<const double> z, std::span<dou
   for (double& height : centred) height = std::ldexp(height, -exponent);
   Regression regression(centred, spacingUM, cutoffMM);
   std::vector<double> line(z.size());
-  if (regression.Run(std::vector<double>(z.size(), 1.0), line)) return result;
+  if (regression.RunUnweighted(line)) return result;
   result.range = IndexRange::FromCount(0, static_cast<std::int32_t>(z.size()));
   Iterate(regression, centred, line, heightRange, progress, result);
   for (std::size_t i = 0; i < z.size(); ++i) w[i] = std::ldexp(line[i], exponent) + mean;

@@ -10,6 +10,7 @@
 #include "base/four_doubles.h"
 #include "base/units.h"
 #include "signal/filter/regression_filter.h"
+#include "signal/filter/regression_rows.h"
 
 namespace texturon {
 namespace {
@@ -22,10 +23,10 @@ struct NodeChoice {
   std::size_t spread;  ///< for a single sum
 };
 constexpr NodeChoice kNodeChoices[] = {
-    {0.02, 16, 16}, {0.041, 28, 22}, {0.055, 40, 28}, {0.06, 48, 30}, {0.068, 64, 34}};
+    {0.02, 16, 16}, {0.0412, 28, 22}, {0.055, 40, 28}, {0.06, 48, 30}, {0.068, 64, 34}};
 /// What taps cost, to and from nodes, in the units of BatchFft::Cost, and a node beside its transforms.
 constexpr double kTapCost = 0.52;
-constexpr double kNodeCost = 3.0;
+constexpr double kNodeCost = 0.5;
 constexpr std::size_t kFour = 4;
 /// With fewer cells the nodes beyond the ends would be far from the record in terms of its length.
 constexpr std::size_t kFewestCells = 64;
@@ -52,10 +53,12 @@ std::size_t NodesOf(std::size_t n, const RegressionNodes& form) {
   return form.thinning > 1 ? (n - 1) / form.thinning + form.taps : n;
 }
 
-/// Nodes on either side of one that its sum reaches.
+/// Nodes on either side of one that its sum reaches. What reaches a little farther than the record is not cut off at
+/// its length, because the spectrum of what is cut off has no end.
 std::size_t ExtentOf(std::size_t nodes, std::size_t thinning, double cutoffPoints) {
+  constexpr double kFarther = 1.25;
   const double extent = std::ceil(kRegressionExtent * cutoffPoints / static_cast<double>(thinning));
-  return extent < static_cast<double>(nodes - 1) ? static_cast<std::size_t>(extent) : nodes - 1;
+  return extent < kFarther * static_cast<double>(nodes) ? static_cast<std::size_t>(extent) : nodes - 1;
 }
 
 double CostOf(std::size_t n, double cutoffPoints, const RegressionNodes& form) {
@@ -114,15 +117,6 @@ double NodeWeight(std::size_t m, std::size_t taps, double place) {
 }
 
 TEXTURON_MULTIVERSION
-void CopyWithProducts(const double* d, const double* z, std::size_t n, double* copies, double* products) {
-  TEXTURON_IVDEP
-  for (std::size_t i = 0; i < n; ++i) {
-    copies[i] = d[i];
-    products[i] = d[i] * z[i];
-  }
-}
-
-TEXTURON_MULTIVERSION
 void Add(const double* x, std::size_t n, double* sums) {
   TEXTURON_IVDEP
   for (std::size_t i = 0; i < n; ++i) sums[i] += x[i];
@@ -132,6 +126,18 @@ TEXTURON_MULTIVERSION
 void Divide(const double* above, const double* below, std::size_t n, double* out) {
   TEXTURON_IVDEP
   for (std::size_t i = 0; i < n; ++i) out[i] = above[i] / below[i];
+}
+
+/// The same; how many of `below` are not above the least one that is trusted.
+TEXTURON_MULTIVERSION
+std::size_t DivideAndCount(const double* above, const double* below, std::size_t n, double least, double* out) {
+  std::size_t count = 0;
+  TEXTURON_IVDEP
+  for (std::size_t i = 0; i < n; ++i) {
+    out[i] = above[i] / below[i];
+    count += below[i] > least ? 0U : 1U;
+  }
+  return count;
 }
 
 enum class Onto : bool { kNothing, kWhatIsThere };
@@ -164,17 +170,11 @@ void Correlate(const double* values, std::span<const double> row, Onto onto, std
   for (; c < count; c += kFour) CorrelateFours<1>(values + c, row, onto, out + c);
 }
 
-/// The polynomial through the nodes at one point.
-double AtPoint(const double* nodes, std::span<const double> row) {
-  double sum = 0.0;
-  for (std::size_t m = 0; m < row.size(); ++m) sum += nodes[m] * row[m];
-  return sum;
-}
-
 }  // namespace
 
 RegressionSums::RegressionSums(std::size_t n, double spacingUM, double cutoffMM)
-    : reach_(ReachOf(n, CutoffPoints(spacingUM, cutoffMM))),
+    : n_(n),
+      reach_(ReachOf(n, CutoffPoints(spacingUM, cutoffMM))),
       step_(kRegressionExtent / kRegressionReach / static_cast<double>(reach_)),
       form_(ChooseNodes(n, CutoffPoints(spacingUM, cutoffMM))),
       before_(form_.thinning > 1 ? form_.taps / 2 - 1 : 0),
@@ -228,29 +228,21 @@ void RegressionSums::Spread(std::span<const double> points, std::span<double> no
   Add(phases_.data() + form_.taps - 1, cells_, nodes.data() + before_);
 }
 
-void RegressionSums::Make(std::span<const double> d, std::span<const double> z) {
-  const std::span<double> weights = transforms_.Weights();
-  const std::span<double> heights = transforms_.Heights();
-  if (form_.thinning == 1) {
-    CopyWithProducts(d.data(), z.data(), d.size(), weights.data(), heights.data());
-  } else {
-    CopyWithProducts(d.data(), z.data(), d.size(), points_.data(), products_.data());
-    Spread(points_, weights);
-    Spread(products_, heights);
+void RegressionSums::Make() {
+  if (form_.thinning > 1) {
+    Spread(points_, transforms_.Weights());
+    Spread(products_, transforms_.Heights());
   }
   transforms_.Run();
 }
 
-void RegressionSums::Between(std::span<const double> values, std::size_t cell, std::span<double> out) const {
-  const double* const nodes = values.data() + cell;
-  for (std::size_t r = 0; r < out.size(); ++r) {
-    out[r] = form_.thinning == 1 ? nodes[0] : AtPoint(nodes, RowOf(r));
-  }
-}
-
-void RegressionSums::Quotients(std::span<const double> above, std::span<const double> below, std::span<double> out) {
-  if (form_.thinning == 1) return Divide(above.data(), below.data(), out.size(), out.data());
-  Divide(above.data() + before_, below.data() + before_, cells_, quotients_.data());
+std::size_t RegressionSums::Quotients(double least, std::span<double> out) {
+  const std::span<const double> above = transforms_.Numerators();
+  const std::span<const double> below = transforms_.Determinants();
+  if (form_.thinning == 1) return DivideAndCount(above.data(), below.data(), out.size(), least, out.data());
+  const std::size_t untrusted =
+      DivideAndCount(above.data() + before_, below.data() + before_, cells_, least, quotients_.data()) +
+      (below[before_ + cells_] > least ? 0U : 1U);
   for (std::size_t r = 1; r < form_.thinning; ++r) {
     double* const quotients = quotients_.data() + r * stride_;
     Correlate(above.data(), RowOf(r), Onto::kNothing, cells_, quotients);
@@ -262,10 +254,26 @@ void RegressionSums::Quotients(std::span<const double> above, std::span<const do
   for (std::size_t i = whole * form_.thinning; i < out.size(); ++i) {
     out[i] = quotients_[i % form_.thinning * stride_ + i / form_.thinning];
   }
+  return untrusted;
 }
 
-void RegressionSums::PointsAround(std::size_t k, std::span<const double> d, std::span<const double> z,
-                                  std::vector<WeightedHeight>& points) const {
+void RegressionSums::SumsOf(std::size_t cell, std::span<RegressionPoint> out) const {
+  if (form_.thinning == 1) {
+    out[0] = transforms_.SumsAt(cell);
+    return;
+  }
+  std::fill(out.begin(), out.end(), RegressionPoint{});
+  for (std::size_t m = 0; m < form_.taps; ++m) {
+    const RegressionPoint node = transforms_.SumsAt(cell + m);
+    for (std::size_t r = 0; r < out.size(); ++r) {
+      const double weight = RowOf(r)[m];
+      for (std::size_t sum = 0; sum < kRegressionSums; ++sum) out[r][sum] += weight * node[sum];
+    }
+  }
+}
+
+void RegressionSums::PointsAround(std::size_t k, std::span<const double> z, std::vector<WeightedHeight>& points) {
+  const std::span<const double> d = Weights();
   points.clear();
   const std::size_t first = k - std::min(k, reach_);
   const std::size_t last = std::min(d.size() - 1, k + reach_);

@@ -29,27 +29,31 @@ public:
 
   /// Points from node to node.
   std::size_t Thinning() const { return form_.thinning; }
-  /// The cell after point i x Thinning() is between nodes i + kBefore and i + kBefore + 1 of Sum(), i + 1 without
-  /// thinning.
+  /// The cell after point i x Thinning() is between nodes i + NodesBefore() and the next one; without thinning its
+  /// node is i.
   std::size_t NodesBefore() const { return before_; }
-  std::size_t Nodes() const { return nodes_; }
-  /// With what Quotients reads behind them.
-  std::size_t PaddedNodes() const { return nodes_ + kLaneQuantum; }
 
-  /// The sums for the robust weights d and heights z, both of the order of 1, at all nodes.
-  void Make(std::span<const double> d, std::span<const double> z);
-  /// Of what Make made.
-  std::span<const double> Sum(std::size_t sum) const { return transforms_.Sum(sum); }
+  // Where the caller leaves the robust weights d of all points and d z, both of the order of 1; they stay as they are.
 
-  /// out[r] = the polynomial through values at the nodes, r points behind the first one of a cell; no more points than
-  /// the cell has.
-  void Between(std::span<const double> values, std::size_t cell, std::span<double> out) const;
-  /// The quotients of two such polynomials at all points of the record. Some more values follow those of the nodes.
-  void Quotients(std::span<const double> above, std::span<const double> below, std::span<double> out);
+  std::span<double> Weights() { return (form_.thinning == 1 ? transforms_.Weights() : std::span(points_)).first(n_); }
+  std::span<double> Products() {
+    return (form_.thinning == 1 ? transforms_.Heights() : std::span(products_)).first(n_);
+  }
 
-  /// The points that count at point k, with their weights and their distances in u from it.
-  void PointsAround(std::size_t k, std::span<const double> d, std::span<const double> z,
-                    std::vector<WeightedHeight>& points) const;
+  /// The sums of what stands there at all nodes, and their solutions.
+  void Make();
+  // Of what Make made:
+
+  std::span<const double> Determinants() const { return transforms_.Determinants().first(nodes_); }
+  /// The quotients of the polynomials through the numerators and the determinants, at all points of the record. How
+  /// many determinants at the nodes beside them are not above `least`.
+  std::size_t Quotients(double least, std::span<double> out);
+  /// out[r] = the polynomials through all sums at the nodes, r points behind the first one of a cell; no more points
+  /// than the cell has.
+  void SumsOf(std::size_t cell, std::span<RegressionPoint> out) const;
+
+  /// The points of heights z that count at point k, with their weights and their distances in u from it.
+  void PointsAround(std::size_t k, std::span<const double> z, std::vector<WeightedHeight>& points);
 
   /// Estimated time of Make, and of what is done between nodes, in the units of BatchFft::Cost.
   double Cost() const { return cost_; }
@@ -64,6 +68,7 @@ private:
   std::span<const double> RowOf(std::size_t point) const;
   std::span<const double> SpreadRowOf(std::size_t point) const;
 
+  std::size_t n_;
   std::size_t reach_;
   double step_;  ///< u from point to point
   RegressionNodes form_;

@@ -3,9 +3,11 @@
 #include "signal/fft/fft.h"
 
 #include <array>
+#include <cmath>
 #include <gtest/gtest.h>
 #include <vector>
 
+#include "signal/fft/fft_batch.h"
 #include "support/naive_transform.h"
 
 namespace texturon {
@@ -34,6 +36,33 @@ TEST(Fft, MatchesTheDefinitionAtEveryShortLength) {
     ASSERT_TRUE(InverseFft(y.re, y.im, y.re, y.im));  // in place
     EXPECT_LT(RelativeRms(y, x), 2.0 * AllowedLoss(n)) << n;
   }
+}
+
+/// What is not read holds no number.
+TEST(Fft, OfTheOuterRowsAloneIsThatWithZerosBetween) {
+  constexpr std::size_t kLanes = kLaneQuantum;
+  for (const std::size_t n : {4U, 8U, 12U, 16U, 24U, 40U, 48U, 64U, 96U, 144U, 320U, 15U, 30U}) {
+    const BatchFft plan(n);
+    for (std::size_t least = 1; least <= n / 2; ++least) {
+      const std::size_t outer = BatchFft::OuterRows(n, least);
+      ASSERT_TRUE(outer >= least && outer <= n);
+      const Signal x = RandomSignal(n * kLanes);
+      Signal zeros = x, gaps = x, expected = x, y = x;
+      for (std::size_t i = outer * kLanes; i + outer * kLanes < n * kLanes; ++i) {
+        zeros.re[i] = zeros.im[i] = 0.0;
+        gaps.re[i] = gaps.im[i] = NAN;
+      }
+      std::vector<double> scratch(plan.ScratchDoubles(kLanes) + kLanes);
+      plan.Run({zeros.re.data(), zeros.im.data(), kLanes}, {expected.re.data(), expected.im.data(), kLanes}, kLanes,
+               scratch);
+      plan.Run({gaps.re.data(), gaps.im.data(), kLanes}, {y.re.data(), y.im.data(), kLanes}, kLanes, scratch, outer);
+      EXPECT_TRUE(RelativeRms(y, expected) < 1e-15) << n << ": " << outer;
+    }
+  }
+  EXPECT_EQ(BatchFft::OuterRows(320, 40), 40U);
+  EXPECT_EQ(BatchFft::OuterRows(320, 41), 80U);
+  EXPECT_EQ(BatchFft::OuterRows(320, 81), 120U);
+  EXPECT_EQ(BatchFft::OuterRows(16, 4), 4U) << "fours first";
 }
 
 // Smooth, odd, prime times little, two and three long primes (a convolution inside a longer bundle needs the third).
