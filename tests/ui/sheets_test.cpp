@@ -344,6 +344,10 @@ TEST_F(SettingsSheet, StandsBesideTheProfileAndFitsAnyScreen) {
       QTest::qWait(1);
       const auto& area = dynamic_cast<const QScrollArea&>(*sheet.Pages().widget(page));
       EXPECT_GE(area.viewport()->width(), area.widget()->minimumSizeHint().width()) << page;
+      for (const QLineEdit* const line : area.findChildren<QLineEdit*>()) {
+        const int length = line->fontMetrics().horizontalAdvance(line->text());
+        EXPECT_TRUE(!line->isVisible() || length < line->width()) << line->text().toStdString() << " is cut";
+      }
     }
     EXPECT_EQ(sheet.Pages().List().isVisible(), size.width() > 1000) << "else a box of the pages";
     EXPECT_LE(panel.width(), size.width() - (panel.isFloating() ? 0 : 400)) << size.width();
