@@ -53,7 +53,7 @@ Heights Filtered(const std::string& word, const Heights& heights, double spacing
         z, w, {.spacingUM = spacingUM, .cutoffMM = cutoffMM, .tension = tension, .progress = progress.get()});
     if (!valid) {
       throw Refusal(
-          "The " + std::string(filter.choice) +
+          "The " + std::string(filter.label) +
           " filter gives no mean line: spacing and cutoff must be above 0, the spacing at most a third of the "
           "cutoff, the profile long enough.");
     }

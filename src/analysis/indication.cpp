@@ -174,6 +174,10 @@ private:
     const std::size_t equals = text.find('=');
     if (equals != std::string::npos) return ReadAssignment(text, equals, requirement);
     if (text.starts_with("OR(") && text.ends_with(')')) {
+      const auto number = NumberOf(text.substr(3, text.size() - 4));
+      if (!number || !(*number >= 1.0) || *number != std::round(*number)) {
+        return Fail("OR wants the number of an orientation");
+      }
       requirement.notes.push_back("Orientation " + text + " is not judged.");
       words_.Take();
       return true;
@@ -242,8 +246,10 @@ private:
     const Word whole = words_.Take();
     if (isFilter && value.empty()) value = words_.Take().text;
     const auto number = NumberOf(value);
+    constexpr std::string_view kNoCount = " is no number of sections from 1 to 1000";
     if (!number || !(*number > 0.0)) {
-      fault_ = Quoted(value) + " is no length above 0";
+      fault_ = Quoted(value);
+      fault_ += key == "nsc" ? kNoCount : " is no length above 0";
       place_ = whole.place + equals + 1;
       return false;
     }
@@ -258,7 +264,7 @@ private:
     else if (key == "nsc") {
       constexpr double kMostSections = 1000.0;
       if (*number != std::round(*number) || *number > kMostSections) {
-        fault_ = Quoted(value) + " is no number of sections from 1 to 1000";
+        fault_ = Quoted(value).append(kNoCount);
         place_ = whole.place + equals + 1;
         return false;
       }
@@ -269,6 +275,16 @@ private:
       return false;
     }
     return true;
+  }
+
+  /// Why the limit of a parameter, which might have, does not fix the class.
+  std::string WhyNoClass(const std::string& name) const {
+    const bool isKnown = std::any_of(classes_.begin(), classes_.end(),
+                                     [&name](const SettingClass& row) { return row.LimitOf(name).has_value(); });
+    return "the limit does not fix the class: " +
+           (isKnown ? "it is above those of the classes for " + name
+                    : "the limits of the classes for " + name + " are not known") +
+           "; write Sc1 to Sc5 or L=Nic";
   }
 
   /// The class that settles what is not written; null with what is missing.
@@ -286,8 +302,7 @@ private:
         limitMayDo ? FindClassOfLimit(classes_, requirement.name, std::abs(upperLimit_.value_or(requirement.limit)))
                    : nullptr;
     if (found == nullptr) {
-      requirement.missing = limitMayDo ? "the limit does not fix the class: the limits of the classes for " +
-                                             requirement.name + " are not known; write Sc1 to Sc5 or L=Nic"
+      requirement.missing = limitMayDo ? WhyNoClass(requirement.name)
                                        : "a class (Sc1 to Sc5) or the long-wave index (L=Nic) must be written";
     } else if (!requirement.isUpper && !upperLimit_) {
       requirement.notes.emplace_back("The class is taken from the lower limit by the table of upper ones.");
@@ -480,10 +495,11 @@ void ApplyRequirement(const Requirement& requirement, AnalysisSettings& settings
   const bool isOlderWaviness = requirement.edition == Edition::k1997 && requirement.rowName.starts_with('W');
   if (isOlderWaviness && requirement.longIndexMM) {
     settings.LcCutoffMM = shortMM;
-  } else {
+  } else if (requirement.shortIndexUM) {  // that of motifs may be open
     settings.LsCutoffMM = shortMM;
   }
   if (requirement.motifMM) settings.MotifAMM = *requirement.motifMM;
+  if (requirement.largeMotifMM) settings.MotifBMM = *requirement.largeMotifMM;
   standard.Sections = requirement.sections.value_or(standard.Sections);
   // Primary profile and motifs are evaluated over what is computed over, so a region gives their length.
   const double ownLengthMM = requirement.rowName.starts_with('W') ? standard.EvaluationLengthMM : 0.0;

@@ -32,11 +32,12 @@ struct Requirement {
   std::optional<double> shortIndexUM;
   std::optional<double> sectionMM;
   std::optional<std::int32_t> sections;
-  std::optional<double> lengthMM;  ///< of the evaluation
-  std::optional<double> motifMM;   ///< A of motif parameters
-  std::string missing;             ///< what a measurement lacks, a clause; empty: nothing
-  std::vector<std::string> notes;  ///< sentences
-  double mostSpacingUM = 0.0;      ///< 0: not settled
+  std::optional<double> lengthMM;      ///< of the evaluation
+  std::optional<double> motifMM;       ///< A of motif parameters
+  std::optional<double> largeMotifMM;  ///< B of those of the waviness
+  std::string missing;                 ///< what a measurement lacks, a clause; empty: nothing
+  std::vector<std::string> notes;      ///< sentences
+  double mostSpacingUM = 0.0;          ///< 0: not settled
   double mostTipRadiusUM = 0.0;
 };
 

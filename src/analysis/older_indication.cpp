@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 
 #include "analysis/indication_words.h"
@@ -102,6 +103,9 @@ public:
       name_.lengths = product->second;
     }
     Settle();
+    if (name_.lengths && !AgreesWithLength(*name_.lengths)) {
+      return {requirement_, "sampling lengths and evaluation length contradict each other", headAt_};
+    }
     return {requirement_, {}, 0};
   }
 
@@ -115,6 +119,7 @@ private:
   /// "[short]-[long]/[le/]name".
   bool ReadHead() {
     const Word head = words_.Take();
+    headAt_ = head.place;
     std::string_view rest = head.text;
     std::vector<std::string_view> parts;
     for (std::size_t slash = rest.find('/'); slash != std::string_view::npos; slash = rest.find('/')) {
@@ -197,17 +202,34 @@ private:
     }
     requirement_.sectionMM = longMM_;
     requirement_.sections = name_.lengths.value_or(kUsualLengths);
-    if (!name_.lengths && lengthMM_ && longMM_)
-      requirement_.sections = std::max(1, RoundToIndex(*lengthMM_ / *longMM_));
+    if (!name_.lengths && lengthMM_ && longMM_) {
+      requirement_.sections = std::max(1, RoundToIndex(WholePartsOfLength(*lengthMM_, *longMM_)));
+      if (!AgreesWithLength(*requirement_.sections)) {
+        requirement_.notes.emplace_back("The evaluation length is no whole number of sections.");
+      }
+    }
     requirement_.lengthMM = lengthMM_;
     if (!lengthMM_ && longMM_) requirement_.lengthMM = LengthOfSections(*longMM_, *requirement_.sections);
     if (!longMM_ && requirement_.missing.empty()) requirement_.missing = "the long-wave cut-off must be written";
   }
 
+  /// Whether so many sampling lengths are the evaluation length, if both lengths are settled.
+  bool AgreesWithLength(std::int32_t lengths) const {
+    constexpr double kRounding = 1e-9;
+    return !longMM_ || !lengthMM_ || std::abs(*longMM_ * lengths - *lengthMM_) <= kRounding * *lengthMM_;
+  }
+
+  /// The band of the roughness motifs reaches up to A, that of the waviness motifs from A to B.
   void SettleMotifs() {
-    requirement_.motifMM = longMM_;
-    if (longMM_) requirement_.notes.push_back("A is " + ShortestText(*longMM_) + " mm.");
-    SettleShortIndex();
+    const bool isWaviness = name_.name.find('W') != std::string::npos;
+    requirement_.motifMM = isWaviness ? shortMM_ : longMM_;
+    if (isWaviness) requirement_.largeMotifMM = longMM_;
+    const auto note = [this](const char* letter, const std::optional<double>& lengthMM) {
+      if (lengthMM) requirement_.notes.push_back(std::string(letter) + " is " + ShortestText(*lengthMM) + " mm.");
+    };
+    note("A", requirement_.motifMM);
+    note("B", requirement_.largeMotifMM);
+    if (!isWaviness) SettleShortIndex();
     requirement_.lengthMM = lengthMM_;
     if (lengthMM_) requirement_.notes.emplace_back("Choose a region of this length.");
   }
@@ -222,6 +244,7 @@ private:
   std::optional<double> shortMM_;
   std::optional<double> longMM_;
   std::optional<double> lengthMM_;
+  std::size_t headAt_ = 0;
   std::string fault_;
   std::size_t place_ = 0;
 };

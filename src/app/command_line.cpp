@@ -48,6 +48,16 @@ std::vector<std::string> WithTextsLast(std::span<const std::string> arguments) {
   return words;
 }
 
+/// An option with nothing in it, as a script with an unset variable writes it, is no option left out.
+void RefuseEmptyValues(CLI::App& parser) {
+  const auto takesValue = [](const CLI::Option* option) {
+    return !option->get_lnames().empty() && option->get_expected_max() > 0;
+  };
+  for (CLI::Option* const option : parser.get_options(takesValue)) {
+    option->check([](const std::string& text) { return std::string(text.empty() ? "is empty" : ""); });
+  }
+}
+
 /// Parses and runs; throws what CLI11 and the commands throw for a wrong command line.
 int ParseAndRun(CLI::App& app, std::span<const std::string> arguments) {
   CommonOptions common;
@@ -57,7 +67,9 @@ int ParseAndRun(CLI::App& app, std::span<const std::string> arguments) {
   for (const ConsoleCommand& command : CommandTable()) {
     CLI::App* const parser = app.add_subcommand(std::string(command.name), std::string(command.about));
     const bool isNamed = std::find(arguments.begin(), arguments.end(), command.name) != arguments.end();
-    if (isNamed) command.add(*parser, common, status);
+    if (!isNamed) continue;
+    command.add(*parser, common, status);
+    RefuseEmptyValues(*parser);
   }
   app.require_subcommand(1);
   std::vector<std::string> words = WithTextsLast(arguments);

@@ -101,7 +101,11 @@ ClassTable ClassesFrom(const std::string& file) {
 void ApplyEditionOptions(const CommonOptions& options, Settings& settings) {
   StandardSettings& standard = settings.analysis.standard;
   if (!options.edition.empty()) SetEdition(options.edition, standard);
-  if (!options.classTable.empty()) standard.ClassTable = TextFromPath(PathFromSystemText(options.classTable));
+  if (!options.classTable.empty()) {
+    // Also where nothing asks for a class: a table that is named is one.
+    ClassesFrom(options.classTable);
+    standard.ClassTable = TextFromPath(PathFromSystemText(options.classTable));
+  }
   if (!options.settingClass.empty()) {
     if (options.edition == "1997") throw UsageError{"--class is of the edition of 2021, --edition says 1997."};
     SetClass(options, settings.analysis);

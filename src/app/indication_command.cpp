@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
 #include <algorithm>
+#include <cmath>
 #include <iostream>
 #include <utility>
 #include <vector>
@@ -20,6 +21,7 @@
 #include "base/date_text.h"
 #include "base/number_text.h"
 #include "base/quantity.h"
+#include "base/units.h"
 #include "export/parameter_file.h"
 #include "platform/interrupt.h"
 #include "platform/platform.h"
@@ -151,6 +153,7 @@ private:
     isUnreadable_ = !isLoaded;
     const RunStep run = isLoaded ? AnalyseRecord(document, prompts, environment) : RunStep{.cause = "not loaded"};
     if (isLoaded && !run.ok()) Complain(file.name + ": not analysed, " + run.cause + ".");
+    if (run.ok()) TellOtherLengths(document, group, prompts);
     uncertainty_.reset();
     if (run.ok() && uncertaintyRequest_) {
       uncertainty_ = FindUncertainty(document, *uncertaintyRequest_, file.name, prompts);
@@ -167,6 +170,21 @@ private:
     hasResult_ = hasResult_ || isDone;
     if (!analyze_.appendTo.empty() || !analyze_.qdas.empty()) measured_.push_back(std::move(document));
     return isDone;
+  }
+
+  /// Primary profile and motifs have the length of what is computed over, whatever the drawing says.
+  void TellOtherLengths(const Document& document, const MeasuredTogether& group, ConsolePrompts& prompts) const {
+    const ProfileSet& profiles = document.profiles;
+    const bool metric = document.settings.display.Metric;
+    const double stepMM = profiles.residualSpacingUM * kMillimetresPerMicrometre;
+    const double lengthMM = LengthOfPoints(profiles.View(ProfileKind::kPrimary).range.count, stepMM);
+    for (const std::size_t i : group.requirements) {
+      const Requirement& requirement = judged_[i].requirement;
+      if (!requirement.lengthMM || requirement.longIndexMM) continue;
+      if (std::abs(lengthMM - *requirement.lengthMM) <= 2.0 * stepMM) continue;
+      prompts.Notice(requirement.source + ": evaluated over " + LengthText(lengthMM, metric) + " in place of " +
+                     LengthText(*requirement.lengthMM, metric) + ".");
+    }
   }
 
   void Show(const Document& document, const InputFile& file, const ConsolePrompts& prompts, bool isOneObject) {
@@ -264,7 +282,7 @@ int RunIndication(const IndicationOptions& options) {
 int RunIndicatedAnalysis(const AnalyzeOptions& analyze, const CommonOptions& common) {
   const std::vector<InputFile> files = InputFiles(analyze.files, common);
   ConsolePrompts prompts({.answersYes = common.answer == "yes", .isQuiet = common.quiet});
-  auto setup = PrepareRun(common, prompts);
+  auto setup = PrepareRun(common, prompts, SectionsOf::kDrawing);
   if (!setup) return kExitRefused;
   const std::string& ownTable = setup->document.settings.analysis.standard.ClassTable;
   const ClassTable classes = ClassesFrom(SystemTextFromPath(PathFromText(ownTable)));

@@ -11,6 +11,7 @@
 
 #include "analysis/analysis_run.h"
 #include "analysis/file_clash.h"
+#include "analysis/form_table.h"
 #include "app/edition_output.h"
 #include "base/charset.h"
 #include "base/number_text.h"
@@ -94,6 +95,9 @@ void ApplyRunOptions(const CommonOptions& options, RunSetup& setup) {
     const auto first = ends ? WholeIndex((*ends)[0]) : std::nullopt;
     const auto last = ends ? WholeIndex((*ends)[1]) : std::nullopt;
     if (!first || !last) throw UsageError{"--exclude " + options.exclude + ": not of the form FIRST,LAST."};
+    if (*first > *last) throw UsageError{"--exclude " + options.exclude + ": the first sample comes first."};
+    const std::string_view refusal = RequestedForm(document.settings.analysis).exclusionRefusal;
+    if (!refusal.empty()) throw UsageError{"--exclude " + options.exclude + ": " + std::string(refusal)};
     ExcludeFromForm(document, *first, *last);
   }
   if (!options.spacing.empty()) {
@@ -132,7 +136,7 @@ void ComplainOf(const std::string& file, std::string_view reason) {
   Complain(file + " " + Utf8FromWindows1252(reason) + (reason.ends_with('.') ? "" : "."));
 }
 
-std::optional<RunSetup> PrepareRun(const CommonOptions& options, ConsolePrompts& prompts) {
+std::optional<RunSetup> PrepareRun(const CommonOptions& options, ConsolePrompts& prompts, SectionsOf sections) {
   RunSetup setup;
   setup.document = MakeDocument();
   Settings settings = setup.document.settings;
@@ -141,6 +145,9 @@ std::optional<RunSetup> PrepareRun(const CommonOptions& options, ConsolePrompts&
   }
   ApplyAssignments(options.assignments, settings);
   ApplyEditionOptions(options, settings);
+  if (options.sections > 0 && sections == SectionsOf::kEdition && settings.analysis.standard.Edition == "1997") {
+    prompts.Notice("--sections has no effect under the edition of 1997.");
+  }
   if (options.imperial) settings.display.Metric = false;
   ApplySettings(setup.document, std::move(settings));
   ApplyRunOptions(options, setup);

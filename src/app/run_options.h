@@ -74,10 +74,14 @@ struct RunSetup {
   bool settingsHadProblems = false;  ///< the settings file held values that do not parse: the exit status says so
 };
 
+/// What --sections is for: the edition of 2021, or what a drawing leaves open in either.
+enum class SectionsOf : bool { kEdition, kDrawing };
+
 /// Builds the start of a run from the options: defaults, settings file, assignments, then what the settings file cannot
 /// carry. Throws UsageError for a wrong option; empty, with one sentence on standard error, for a settings file that
 /// cannot be read.
-std::optional<RunSetup> PrepareRun(const CommonOptions& options, ConsolePrompts& prompts);
+std::optional<RunSetup> PrepareRun(const CommonOptions& options, ConsolePrompts& prompts,
+                                   SectionsOf sections = SectionsOf::kEdition);
 
 /// Throws UsageError where a run would destroy a file: `files` beside the settings file and the companions of what is
 /// read. Before anything is read or written.

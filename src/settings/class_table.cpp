@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 #include "base/ini_file.h"
 #include "base/number_text.h"
@@ -30,6 +31,13 @@ constexpr ClassKey kKeys[] = {{"Nic", &SettingClass::longIndexMM},
                               {"TipRadius", &SettingClass::mostTipRadiusUM}};
 constexpr std::string_view kSectionsKey = "Sections";
 
+/// Whether the limit of a parameter may fix its class; for all others a drawing names class or index.
+bool FixesClass(std::string_view parameter) {
+  constexpr std::string_view kParameters[] = {"Ra", "Rq", "Rz", "Rp", "Rv", "Rzx", "Rt", "Pt"};
+  return std::any_of(std::begin(kParameters), std::end(kParameters),
+                     [parameter](std::string_view each) { return EqualIgnoringCase(each, parameter); });
+}
+
 void SetLimit(SettingClass& row, std::string_view parameter, double limitUM) {
   std::erase_if(row.limits, [parameter](const auto& limit) { return EqualIgnoringCase(limit.first, parameter); });
   row.limits.emplace_back(parameter, limitUM);
@@ -47,8 +55,7 @@ std::string_view TakeEntry(const IniEntry& entry, SettingClass& row) {
     return {};
   }
   if (!EqualIgnoringCase(entry.key, kSectionsKey)) {
-    constexpr std::string_view kLetters = "PWR";
-    if (kLetters.find(UpperAscii(entry.key.front())) == std::string_view::npos) return "is under no key of a class";
+    if (!FixesClass(entry.key)) return "is under no key of a class";
     SetLimit(row, entry.key, number.value);
     return {};
   }
@@ -105,13 +112,17 @@ ClassTableResult ReadClassTable(const std::filesystem::path& path) {
   if (!bytes.ok()) return {{}, bytes.reason};
   const IniFile file(bytes.bytes);
   ClassTableResult result;
-  for (const IniSectionHeader& header : file.Sections()) {
-    if (header.shadowed) continue;
+  const std::vector<IniSectionHeader> headers = file.Sections();
+  for (const IniSectionHeader& header : headers) {
+    if (header.shadowed) return {{}, "has the class " + std::string(header.name) + " twice"};
+  }
+  for (const IniSectionHeader& header : headers) {
     const SettingClass* const known = FindClass(BuiltInClasses(), header.name);
     SettingClass row = known != nullptr ? *known : SettingClass{};
     row.name = header.name;
     for (const IniEntry& entry : file.Entries()) {
-      if (!EqualIgnoringCase(entry.section, header.name) || entry.shadowed) continue;
+      if (!EqualIgnoringCase(entry.section, header.name)) continue;
+      if (entry.shadowed) return {{}, "has " + std::string(entry.key) + " in " + row.name + " twice"};
       const std::string_view fault = TakeEntry(entry, row);
       if (fault.empty()) continue;
       return {{},

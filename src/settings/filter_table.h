@@ -38,7 +38,7 @@ FilterRange RunRegression(std::span<const double> z, std::span<double> w, const 
 struct FilterRow {
   std::string_view word;                     ///< in plans, in results files, in settings that name a filter by a word
   std::optional<std::int32_t> number = {};   ///< of FilterType; none: it is chosen by its word alone
-  std::string_view choice;                   ///< beside its number in lists of choices
+  std::string_view choice = {};              ///< beside its number in lists of choices: its name in captions
   std::string_view label;                    ///< in captions
   double coefficient = 0.0;                  ///< of its weights, shown behind the label; 0: it has none
   std::string_view progressTitle = {};       ///< behind the cutoff, over its progress; empty: it shows none
@@ -69,7 +69,7 @@ inline constexpr auto kFilterTable = std::to_array<FilterRow>({
                const FilterSetup& setup) { return GaussianFilter(z, w, setup.spacingUM, setup.cutoffMM); }},
     {.word = "SPLINE",
      .number = kFilterSplineGaussian,
-     .choice = "spline Gaussian",
+     .choice = "Spline Gaussian",
      .label = "Spline Gaussian",
      .reachesAll = true,
      .transmission = kSplineShare,
@@ -87,7 +87,7 @@ inline constexpr auto kFilterTable = std::to_array<FilterRow>({
                const FilterSetup& setup) { return Iso13565Filter(z, w, setup.spacingUM, setup.cutoffMM); }},
     {.word = "ROBUST",
      .number = kFilterRobustGaussian,
-     .choice = "robust Gaussian",
+     .choice = "Robust Gaussian (coef: 4.45)",
      .label = "Robust Gaussian",
      .coefficient = kRobustScaleCoefficient,
      .progressTitle = "Robust Filter ...",
@@ -100,7 +100,6 @@ inline constexpr auto kFilterTable = std::to_array<FilterRow>({
            return RobustSplineFilter(z, w, setup.spacingUM, setup.cutoffMM, setup.tension, setup.progress).range;
          }},
     {.word = "ROBUST-GAUSSIAN-2",
-     .choice = "robust Gaussian regression of second order",
      .label = "Robust Gaussian Regression",
      .coefficient = kRegressionScaleCoefficient,
      .progressTitle = "Robust Filter ...",
@@ -123,7 +122,7 @@ const FilterRow& ShortWaveFilter(const AnalysisSettings& settings);
 /// The long-wave filter of the core roughness of the edition of 2021; null where that is the roughness's own.
 const FilterRow* CoreFilter(const AnalysisSettings& settings);
 
-/// The filters' numbers as a setting's choices, "0 Gaussian, 1 spline Gaussian ...", and what comes after them.
+/// The filters' numbers as a setting's choices, "0 Gaussian, 1 Spline Gaussian ...", and what comes after them.
 class FilterChoices {
 public:
   explicit constexpr FilterChoices(std::string_view rest = {}) {

@@ -25,7 +25,7 @@ std::vector<SettingChoice> ChoicesOf(const SettingKey& key);
 /// Index of the choice that a number falls under. Empty: none.
 std::optional<std::size_t> ChoiceOf(const std::vector<SettingChoice>& choices, std::int32_t value);
 
-/// A value as people read it, with its unit: "0.8 mm", "spline Gaussian", "yes".
+/// A value as people read it, with its unit: "0.8 mm", "Spline Gaussian", "yes".
 std::string DescribeValue(const SettingKey& key, const SettingValue& value);
 
 }  // namespace texturon

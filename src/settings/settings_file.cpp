@@ -88,7 +88,7 @@ SettingsFileResult LoadSettings(const std::filesystem::path& path, Settings& set
     }
   }
   std::vector<std::string> remarks = LoadSettingsText(file, settings);
-  if (!read.bytes.empty() && !HasKnownSection(file)) remarks.emplace_back("holds no section of the settings");
+  if (!read.bytes.empty() && !HasKnownSection(file)) remarks.emplace_back("no section of the settings stands in it.");
   for (const std::string& remark : remarks) prompts.Notice(TextFromPath(path) + ": " + remark);
   return {.understoodAll = remarks.empty()};
 }

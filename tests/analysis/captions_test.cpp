@@ -50,6 +50,20 @@ TEST(FormTable, HoldsTheFormsThatTheSettingsOffer) {
   for (const SettingChoice& choice : offered) EXPECT_NE(FindForm(choice.value), nullptr) << choice.name;
 }
 
+// As the captions have them: who looks for a filter looks for one name.
+TEST(SettingChoices, NameFiltersAndDiscardsAsTheSystemDoes) {
+  AnalysisSettings settings;
+  for (const SettingChoice& choice : ChoicesOf(*FindSetting("ANALYSIS", "FilterType")->key)) {
+    settings.FilterType = choice.value;
+    EXPECT_EQ(choice.name, FilterLabel(settings));
+  }
+  std::string discards;
+  for (const SettingChoice& choice : ChoicesOf(*FindSetting("ANALYSIS", "UserDiscardType")->key)) {
+    discards += IntegerText(choice.value) + " " + choice.name + "; ";
+  }
+  EXPECT_EQ(discards, "0 Default; 1 1/2 Cutoff; 2 1 Cutoff; 3 Other Discard Length; ");
+}
+
 // How regions resolve is in the tests of the pipeline.
 TEST(RegionChoice, ReadsTheLengthsThatMoveIt) {
   constexpr RegionChoice kBase{.startMM = 1.0, .endOffsetMM = 2.0, .lengthMM = 3.0};

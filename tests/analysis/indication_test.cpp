@@ -76,6 +76,7 @@ TEST(Indication, MeansWhatTheDrawingSays) {
       {"-8/Wt 10", {"2002 U Wt 10 16% - | 8 - | 8 x 5 = 40 !"}},
       {"Rk8 1", {"2002 U Rk 1 16% - | - - | - x 8 = - !"}},
       {"-0.8/8/Ra 3", {"2002 U Ra 3 16% - | 0.8 2.5 | 0.8 x 10 = 8"}},
+      {"-0.8/3/Ra 3", {"2002 U Ra 3 16% - | 0.8 2.5 | 0.8 x 3 = 3"}},
       {"-0.8/Ra3 3 0.8x3", {"2002 U Ra 3 16% - | 0.8 2.5 | 0.8 x 3 = 2.4"}},
       {"N7", {"2002 U Ra 1.6 16% - | 0.8 2.5 | 0.8 x 5 = 4"}},
       {"ISO 1302:2002 Ra 1.6 0.8x3", {"2002 U Ra 1.6 16% - | 0.8 2.5 | 0.8 x 3 = 2.4"}},
@@ -114,6 +115,7 @@ TEST(Indication, PointsAtWhatItDoesNotUnderstand) {
       {"Rz", 2},
       {"Rz x", 3},
       {"Rz 3 foo", 5},
+      {"Rz 3 OR(x)", 5},
       {"Rzz 3", 0},
       {"Rz 3 | Rb 4", 7},
       {"Rz 3 L=x", 5},
@@ -134,12 +136,36 @@ TEST(Indication, PointsAtWhatItDoesNotUnderstand) {
       {"Rz0 3", 0},
       {"N13", 0},
       {"-0.8/Ra3 3 2.5x3", 11},
+      {"U -0.8/8/Ra3 3", 2},
   };
   for (const auto& [text, place] : cases) {
     const IndicationResult read = ReadIndication(text, BuiltInClasses());
     EXPECT_NE(read.fault, "") << text;
     EXPECT_EQ(read.place, place) << text << ": " << read.fault;
     EXPECT_TRUE(read.requirements.empty());
+  }
+}
+
+TEST(Indication, HasTheBandOfAMotifEndAtAOrB) {
+  const std::pair<const char*, std::vector<std::string>> cases[] = {
+      {"0.008-0.5/16/R 10", {"A is 0.5 mm.", "Choose a region of this length."}},
+      {"0.5-2.5/Wte 10", {"A is 0.5 mm.", "B is 2.5 mm."}},
+      {"-2.5/AW 10", {"B is 2.5 mm."}}};
+  for (const auto& [text, notes] : cases) {
+    const Requirement requirement = ReadIndication(text, BuiltInClasses()).requirements.at(0);
+    EXPECT_EQ(requirement.notes, notes) << text;
+    AnalysisSettings settings;
+    ApplyRequirement(requirement, settings);
+    EXPECT_EQ(settings.MotifAMM, 0.5);
+    EXPECT_EQ(settings.MotifBMM, 2.5);
+    EXPECT_EQ(requirement.shortIndexUM.has_value(), text[2] == '0') << text;
+  }
+}
+
+TEST(Indication, AsksForACountWhereOneBelongs) {
+  for (const char* const text : {"Rz 3 nsc=0", "Rz 3 nsc=2.5", "Rz 3 nsc=x"}) {
+    const std::string fault = ReadIndication(text, BuiltInClasses()).fault;
+    EXPECT_NE(fault.find("is no number of sections from 1 to 1000"), std::string::npos) << fault;
   }
 }
 
@@ -150,6 +176,9 @@ TEST(ClassTableFile, IsRefusedWhereItIsInNoOrder) {
       {"[Sc2]\nRq=3\n[Sc3]\n[Sc4]\nRq=2\n", "has a limit of Rq for Sc4 that is not above that for Sc2"},
       {"[Sc3]\nNis=900\n", "has a Nis (um) that is not below Nic (mm) in the class Sc3"},
       {"[Sc3]\nSpaceing=1\n", "holds \"1\" for Spaceing of Sc3, which is under no key of a class"},
+      {"[Sc3]\nRzz=9\n", "holds \"9\" for Rzz of Sc3, which is under no key of a class"},
+      {"[Sc3]\nRz=9\nRz=8\n", "has Rz in Sc3 twice"},
+      {"[Sc3]\n[Sc3]\n", "has the class Sc3 twice"},
       {"[Sc3]\nSections=2000\n", "holds \"2000\" for Sections of Sc3, which is no number of sections from 1 to 1000"},
       {"[Sc3]\nRq=2,5\n", "holds \"2,5\" for Rq of Sc3, which is no number above 0"},
   };
@@ -157,6 +186,16 @@ TEST(ClassTableFile, IsRefusedWhereItIsInNoOrder) {
   for (const auto& [text, reason] : cases) {
     EXPECT_EQ(ReadClassTable(folder.Write("classes.ini", text)).reason, reason) << text;
   }
+}
+
+TEST(Indication, SaysWhyALimitFixesNoClass) {
+  ClassTable classes(BuiltInClasses().begin(), BuiltInClasses().begin() + 2);
+  const auto missing = [&classes](const char* text) {
+    return ReadIndication(text, classes).requirements.at(0).missing;
+  };
+  EXPECT_NE(missing("Rz 3").find("it is above those of the classes for Rz;"), std::string::npos) << missing("Rz 3");
+  EXPECT_NE(missing("Rq 3").find("for Rq are not known;"), std::string::npos) << missing("Rq 3");
+  EXPECT_EQ(missing("Rz 0.8"), "");
 }
 
 TEST(Indication, JudgesByItsRule) {

@@ -44,6 +44,16 @@ TEST(CommandLine, GivesProfilesAndTheValuesMadeOfThem) {
   EXPECT_TRUE(Near(rk["upper_line"].get<double>() - rk["lower_line"].get<double>(), rk["Rk"].get<double>(), 1e-12));
 }
 
+// As a script with an unset variable writes it: what was asked for is not quietly left out.
+TEST(CommandLine, RefusesAnEmptyValue) {
+  for (const char* const option : {"--settings", "--region", "--class", "--indication", "--append-to", "--set"}) {
+    const Outcome run = Texturon({"analyze", Sample("ground.lmt"), option, ""});
+    EXPECT_EQ(run.status, 2) << option;
+    EXPECT_TRUE(run.error.starts_with(std::string(option) + ": is empty")) << run.error;
+    EXPECT_EQ(run.out, "");
+  }
+}
+
 TEST(CommandLine, TellsWhatEachParameterIs) {
   const json rows = json::parse(Texturon({"parameters", "--json"}).out);
   const json analysis = json::parse(Texturon({"analyze", "--json", "--no-trace", Sample("turned.lmt")}).out);

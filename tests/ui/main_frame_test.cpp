@@ -86,7 +86,7 @@ TEST_F(MainFrame, KeysAndLettersAreUniqueAndInTheHelp) {
   }
   for (const QMenu* const menu : frame_->menuBar()->findChildren<QMenu*>()) {
     QStringList texts;
-    // "&Save..." and "&Save Settings..." have shared a letter for ever: it goes from one to the other.
+    // "&Save" and "&Save Settings" have shared a letter for ever: it goes from one to the other.
     for (const QAction* const action : menu->actions()) texts << action->text().replace("&Save Settings", "");
     ExpectLettersOfTheirOwn(texts);
   }

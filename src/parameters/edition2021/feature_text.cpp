@@ -89,7 +89,7 @@ bool ReadPruning(std::string_view text, FeatureParameter& feature) {
   feature.threshold = ParseLevel(piece.rest, isLength ? "mm" : "um");
   const bool mayBePercent =
       feature.pruning == FeatureAttribute::kWidth || feature.pruning == FeatureAttribute::kLocalDepth;
-  return feature.threshold && (mayBePercent || !feature.threshold->isPercent);
+  return feature.threshold && feature.threshold->value >= 0.0 && (mayBePercent || !feature.threshold->isPercent);
 }
 
 bool ReadSignificance(std::string_view text, FeatureParameter& feature) {

@@ -48,6 +48,16 @@ double LowerPercent(const EditionInput& row, std::size_t argument) {
   return row.Argument(argument, row.Standard().VolumeLowerPercent);
 }
 
+/// What one volume has between the two ratios, of which the first is the smaller.
+RowResult CoreVolume(const EditionInput& row, bool isVoid) {
+  const double p = UpperPercent(row);
+  const double q = LowerPercent(row, 1);
+  const RowResult upper = Volume(row, p, isVoid);
+  const RowResult lower = Volume(row, q, isVoid);
+  if (upper && lower && !(p < q)) return NoValue{Why::kRatiosReversed, {p, q}};
+  return isVoid ? Less(upper, lower) : Less(lower, upper);
+}
+
 /// Number of points above a height, and the ratio (%) at which the curve passes it behind the last of them.
 struct Passing {
   std::size_t above = 0;
@@ -137,11 +147,11 @@ RowResult PeakMaterialVolume(const EditionInput& row) {
 }
 
 RowResult CoreMaterialVolume(const EditionInput& row) {
-  return Less(Volume(row, LowerPercent(row, 1), false), Volume(row, UpperPercent(row), false));
+  return CoreVolume(row, false);
 }
 
 RowResult CoreVoidVolume(const EditionInput& row) {
-  return Less(Volume(row, UpperPercent(row), true), Volume(row, LowerPercent(row, 1), true));
+  return CoreVolume(row, true);
 }
 
 RowResult ValleyVoidVolume(const EditionInput& row) {

@@ -36,9 +36,9 @@ QString NameOfWord(std::string_view word) {
   if (word.empty()) return CSettingField::tr("as on the page Filters");
   const std::pair<std::string_view, QString> names[] = {
       {"gaussian", CSettingField::tr("Gaussian")},
-      {"spline", CSettingField::tr("spline Gaussian")},
+      {"spline", CSettingField::tr("Spline Gaussian")},
       {"rk", CSettingField::tr("ISO 13565")},
-      {"robust", CSettingField::tr("robust Gaussian")},
+      {"robust", CSettingField::tr("Robust Gaussian (coef: 4.45)")},
       {"robust-gaussian-2", CSettingField::tr("robust Gaussian, second order")},
       {"roughness", CSettingField::tr("none of their own")}};
   const auto* const name =

@@ -133,7 +133,7 @@ void CMainFrame::MakeStretchCommands(QMenu& menu) {
              });
   AddCommand(menu,
              {.name = "computeOverClearAperture",
-              .text = tr("Compute over C&lear Aperture..."),
+              .text = tr("Compute over C&lear Aperture"),
               .keys = QKeySequence(Qt::SHIFT | Qt::Key_F6),
               .tip = tr("Analyses an asphere over its clear aperture."),
               .needsProfile = true},

@@ -50,24 +50,22 @@ void CMainFrame::MakeFileMenu() {
   connect(recentMenu_, &QMenu::aboutToShow, this, &CMainFrame::ShowRecentFiles);
   AddCommand(*menu,
              {.name = "save",
-              .text = tr("&Save..."),
+              .text = tr("&Save"),
               .keys = QKeySequence::Save,
               .tip = tr("Writes the measured profile to a file."),
               .needsProfile = true},
              [this] { OnSave(); });
   menu->addSeparator();
+  AddCommand(*menu,
+             {.name = "loadSettings", .text = tr("&Load Settings"), .tip = tr("Loads settings from an existing file.")},
+             [this] {
+               const auto file = AskFileToOpen(this, {.title = tr("Load Settings"), .filters = kSettingsFilters});
+               if (file) doc_->LoadSettingsFile(*file);
+             });
   AddCommand(
       *menu,
-      {.name = "loadSettings", .text = tr("&Load Settings..."), .tip = tr("Loads settings from an existing file.")},
-      [this] {
-        const auto file = AskFileToOpen(this, {.title = tr("Load Settings"), .filters = kSettingsFilters});
-        if (file) doc_->LoadSettingsFile(*file);
-      });
-  AddCommand(*menu,
-             {.name = "saveSettings",
-              .text = tr("&Save Settings..."),
-              .tip = tr("Saves the current configuration to a file.")},
-             [this] { OnSaveSettings(); });
+      {.name = "saveSettings", .text = tr("&Save Settings"), .tip = tr("Saves the current configuration to a file.")},
+      [this] { OnSaveSettings(); });
   saveDefaults_ = AddCommand(*menu,
                              {.name = "saveSettingsAsDefault",
                               .text = tr("Save Settings as Defa&ult"),

@@ -196,7 +196,8 @@ TEST(EditionRows, ReadTheMaterialRatioCurve) {
       {"Rvmp", 0.0},     {"Rvmc", 2.1 - 0.0}, {"Rvvv", 0.5},          {"Rvvc", 4.4 - 0.5},
   };
   for (const auto& [name, value] : cases) EXPECT_TRUE(Near(*Value(name, row), value, 1e-12)) << name;
-  for (const char* name : {"Rcm(-1)", "Rmc(101)", "Rdc(80,10)", "Rdc(10,10)", "Rmr(-5,1)"}) {
+  for (const char* name :
+       {"Rcm(-1)", "Rmc(101)", "Rdc(80,10)", "Rdc(10,10)", "Rmr(-5,1)", "Rvmc(80,10)", "Rvvc(10,10)"}) {
     EXPECT_FALSE(Value(name, row)) << name;
   }
   // 64.4 % of 250 are 161, though the product is a little more.
@@ -244,8 +245,8 @@ TEST(EditionNames, AreReadOrRefused) {
   for (const char* name :
        {"", "Fa", "Rx", "Rmr", "Rmr(1,2,3)", "Ra(1)", "Rdc(10)", "Rmr(1", "Rmr(x)", "Rmr()",
         "F: FC; P; None; All; Count; Sum", "FC; P; None; All; Count", "FC; Q; None; All; Count; Sum",
-        "FC; P; Wolfprune; All; Count; Sum", "FC; P; VolS 5 %; All; Count; Sum", "FC; P; None; Top 0; Count; Sum",
-        "FC; P; None; Open 120 %; Count; Sum", "FC; P; None; All; Count; Perc"}) {
+        "FC; P; Wolfprune; All; Count; Sum", "FC; P; Wolfprune -1; All; Count; Sum", "FC; P; VolS 5 %; All; Count; Sum",
+        "FC; P; None; Top 0; Count; Sum", "FC; P; None; Open 120 %; Count; Sum", "FC; P; None; All; Count; Perc"}) {
     EXPECT_NE(ParseEditionName(name).fault, "") << name;
   }
   AnalysisSettings settings;
