@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "base/number_text.h"
-#include "formats/reader_questions.h"
 
 namespace texturon {
 
@@ -28,7 +27,6 @@ std::optional<std::int64_t> ChooseProfile(const ReaderInput& input, std::int64_t
   for (std::int64_t i = 0; i < std::min(count, kMostListed); ++i) {
     lines.push_back(ProfileListLine(i + 1, nameOf(i), date));
   }
-  input.prompts.Beside(BesideQuestion(input));
   const auto answer = input.prompts.ChooseFromList(title, lines);
   if (!answer || *answer >= lines.size()) {
     reason = "none of its profiles was chosen";

@@ -81,7 +81,10 @@ std::optional<CursorMeasures> MeasureBetween(std::span<const double> heightsUM, 
   measures.angleDegrees = Atan(line.slope / halfUM) * 180.0 / std::numbers::pi;
   measures.lineUM = {line.mean - line.slope, line.mean + line.slope};
   const auto circle = FitGeometricCircle(between, spacingUM);
-  if (circle && circle->isBent) measures.radiusMM = circle->radiusUM * kMillimetresPerMicrometre;
+  if (circle && circle->isBent) {
+    if (circle->isRound) measures.radiusMM = circle->radiusUM * kMillimetresPerMicrometre;
+    if (!circle->isRound) measures.shareOfCircle = circle->share;
+  }
   if (const auto step = FitStep(heightsUM, first, last)) {
     const auto [height, slope] = *step;
     measures.stepUM = height;
@@ -111,8 +114,14 @@ std::string MeasureText(const Document& document, ProfileKind kind, const std::p
   }
   text += "  angle " + ReadoutText(measures->angleDegrees, 4) + "\xB0  mean line " +
           HeightReadout(measures->lineUM.first, metric) + " to " + HeightReadout(measures->lineUM.second, metric);
-  text += measures->radiusMM ? "  radius " + LengthReadout(*measures->radiusMM, metric)
-                             : "  no radius: the stretch is flat within its roughness";
+  if (measures->radiusMM) {
+    text += "  radius " + LengthReadout(*measures->radiusMM, metric);
+  } else if (measures->shareOfCircle) {
+    text += "  no radius: a circle is only " + FixedText(100.0 * std::max(*measures->shareOfCircle, 0.0), 0) +
+            " % of the shape";
+  } else {
+    text += "  no radius: the stretch is flat within its roughness";
+  }
   return text + "  (" + ProfileTitle(kind) + ")";
 }
 

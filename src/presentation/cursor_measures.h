@@ -17,8 +17,10 @@ struct CursorMeasures {
   double angleDegrees = 0.0;
   std::pair<double, double> lineUM;
   /// Least-squares circle of the stretch between, by distances at right angles; negative where it is hollow. Nothing
-  /// where its bend does not stand out of the roughness.
+  /// where its bend does not stand out of the roughness, or where a circle does not describe it.
   std::optional<double> radiusMM;
+  /// Where it is bent but no circle: how much of its shape a circle is, 0 to 1 (GeometricCircle::share).
+  std::optional<double> shareOfCircle;
   /// Height of the stretch between above the sides: two parallel least-squares lines, one through it and one through
   /// both sides. Nothing without sides, nor where they have less than a twentieth of the samples between.
   std::optional<double> stepUM;

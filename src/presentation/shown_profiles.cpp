@@ -84,11 +84,22 @@ Profile RemovedForm(const Document& document) {
   return {ProfileKind::kRaw, profiles.form, FormRange(document), profiles.spacingUM};
 }
 
+bool IsOverStretch(const Document& document) {
+  const auto& computed = document.profiles.computeRange;
+  return computed && computed->count < document.profiles.pointCount;
+}
+
+bool HasHeightsBeside(const ShownProfiles& shown) {
+  const auto isShown = [&](ProfileKind kind) { return shown[static_cast<std::size_t>(kind)]; };
+  return !isShown(ProfileKind::kRaw) && (isShown(ProfileKind::kPrimary) || isShown(ProfileKind::kFormSuppressed) ||
+                                         isShown(ProfileKind::kClosing) || isShown(ProfileKind::kOpening));
+}
+
 std::vector<double> HeightsBeside(const Document& document) {
   const ProfileSet& profiles = document.profiles;
   const Profile form = RemovedForm(document);
   const auto& computed = profiles.computeRange;
-  if (!computed || computed->count >= profiles.pointCount || form.range.count < 2) return {};
+  if (!IsOverStretch(document) || form.range.count < 2) return {};
   const bool hasForm = form.samples.size() == profiles.raw.size();
   if (!hasForm || profiles.raw.size() != static_cast<std::size_t>(profiles.pointCount)) return {};
   // Far enough for a slope, near enough for that of the end.

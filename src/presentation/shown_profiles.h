@@ -36,6 +36,13 @@ std::string SteepCaption(ProfileKind kind, double degrees, double percent);
 /// measured spacing whatever the residual's is. An empty range before an analysis.
 Profile RemovedForm(const Document& document);
 
+/// Whether less than the record is computed over.
+bool IsOverStretch(const Document& document);
+
+/// Whether the record beside such a stretch is drawn: where profiles are shown that it joins. Waviness and roughness
+/// end with the stretch, and raw data goes on by itself.
+bool HasHeightsBeside(const ShownProfiles& shown);
+
 /// What was measured beside the stretch that was computed over, in um above the removed form, which goes on there as
 /// steep as it ends: a height for every point of the record, NaN within the stretch. Empty where nothing lies beside.
 std::vector<double> HeightsBeside(const Document& document);

@@ -111,4 +111,11 @@ std::vector<ShownRow> ShownRows(const Document& document) {
   return rows;
 }
 
+std::string OtherName(const MasterRow& row) {
+  const std::string_view name = row.details.planName;
+  // A star that is spelt out is no name of its own.
+  if (name.empty() || name.find('_') != std::string_view::npos) return {};
+  return "Also called " + std::string(name) + ".";
+}
+
 }  // namespace texturon

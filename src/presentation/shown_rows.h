@@ -51,4 +51,7 @@ std::int32_t ColumnsOfTable(const DisplaySettings& display);
 /// The selected rows of the working list, then the configurable ones.
 std::vector<ShownRow> ShownRows(const Document& document);
 
+/// "Also called Rz.": by the name that drawings and test plans have for a row. Empty where that is the row's own.
+std::string OtherName(const MasterRow& row);
+
 }  // namespace texturon

@@ -2,10 +2,15 @@
 
 #include "presentation/cursor_measures.h"
 
+#include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <functional>
 #include <gtest/gtest.h>
 #include <vector>
+
+#include "base/counter_random.h"
+#include "formats/import.h"
 
 namespace texturon {
 namespace {
@@ -61,6 +66,55 @@ TEST(CursorMeasures, RadiusOfASteepTiltedArcIsThatOfTheCircle) {
     ASSERT_TRUE(arc && arc->radiusMM) << radius;
     EXPECT_NEAR(*arc->radiusMM, -1e-3 * radius, 1e-8 * radius);
   }
+}
+
+TEST(CursorMeasures, ThereIsARadiusWhereACircleDescribesTheStretch) {
+  constexpr std::size_t kCount = 4000;
+  constexpr double kStepUM = 1.0;
+  const CounterRandom random(7, 0, 0);
+  const auto heightsOf = [&](const std::function<double(double)>& of, double noise) {
+    std::vector<double> heights(kCount);
+    for (std::size_t i = 0; i < kCount; ++i) {
+      heights[i] = of(static_cast<double>(i) * kStepUM - 2000.0) + noise * (random.Uniform(i) - 0.5);
+    }
+    return heights;
+  };
+  const auto sphere = [](double x) { return std::sqrt(1e10 - x * x) - 1e5 + 0.01 * x; };
+  const auto step = [](double x) { return std::abs(x) < 1300.0 ? 3.0 : 0.0; };
+  const auto trapezium = [](double x) { return std::min(10.0 - std::abs(x) / 200.0, 7.0); };
+  struct Case {
+    const char* name;
+    std::vector<double> heights;
+    double spacingUM;
+    double radiusMM;  ///< 0: none
+    bool isBent;
+  };
+  const auto sample = [](const char* name) {
+    SilentPrompts nobody;
+    return LoadProfileFile(std::filesystem::path(TEXTURON_SOURCE_DIR) / "samples" / name, {}, nobody).profile.heightsUM;
+  };
+  const std::vector<double> ground = sample("ground.lmt");
+  const Case cases[] = {
+      {"sphere", heightsOf(sphere, 0.0), kStepUM, 100.0, true},
+      {"sphere with noise", heightsOf(sphere, 2.0), kStepUM, 100.0, true},
+      {"arc with grooves", sample("arc.lmt"), 0.5, 12.0, true},
+      {"step", heightsOf(step, 0.0), kStepUM, 0.0, true},
+      {"step with noise", heightsOf(step, 0.1), kStepUM, 0.0, true},
+      {"trapezium", heightsOf(trapezium, 0.1), kStepUM, 0.0, true},
+      {"roof", heightsOf([](double x) { return -std::abs(x); }, 1.0), kStepUM, 0.0, true},
+      {"waves of a ground surface", {ground.begin() + 2000, ground.begin() + 6000}, 0.5, 0.0, true},
+      {"tilted", heightsOf([](double x) { return 0.1 * x; }, 1.0), kStepUM, 0.0, false},
+      {"flat", heightsOf([](double) { return 0.0; }, 1.0), kStepUM, 0.0, false},
+  };
+  for (const Case& shape : cases) {
+    const auto measures = MeasureBetween(shape.heights, shape.spacingUM, 0, shape.heights.size() - 1);
+    ASSERT_TRUE(measures) << shape.name;
+    EXPECT_EQ(measures->radiusMM || measures->shareOfCircle, shape.isBent) << shape.name;
+    EXPECT_NEAR(measures->radiusMM.value_or(0.0), shape.radiusMM, 0.015 * shape.radiusMM) << shape.name;
+  }
+  // A bend of 1 um under noise of 2 um: what is left is the noise's.
+  const auto flat = MeasureBetween(heightsOf([](double x) { return -x * x / 4e6; }, 2.0), kStepUM, 0, kCount - 1);
+  EXPECT_NEAR(flat->radiusMM.value_or(0.0), 2000.0, 150.0);
 }
 
 }  // namespace

@@ -112,6 +112,18 @@ TEST_F(AutoLoading, WhatCannotBeDoneIsToldAndSwitchedOff) {
   EXPECT_EQ(InForce().settings.autoLoading.AutoLoadFolder, "/in");
 }
 
+TEST_F(AutoLoading, WithoutAFolderTheSheetAsksForIt) {
+  Choose("autoLoading");
+  EXPECT_FALSE(Child<QAction>(*frame_, "autoLoading").isChecked());
+  auto& sheet = Child<CAutoLoadingSheet>(*frame_);
+  EXPECT_TRUE(sheet.isVisible() && prompts_.messages.empty());
+  EXPECT_TRUE(Child<QLabel>(sheet, "fault").text().contains("no folder is given"));
+  Type(Child(Child<CSettingField>(sheet, "AUTO_LOADING.AutoLoadFolder")), "/in");
+  sheet.accept();
+  EXPECT_TRUE(InForce().settings.autoLoading.IsAutoLoading);
+  EXPECT_TRUE(Child<QAction>(*frame_, "autoLoading").isChecked());
+}
+
 class BatchWindow : public FolderWindow {
 protected:
   static constexpr int kFiles = 30;

@@ -222,7 +222,9 @@ TEST(DialogPrompts, QuestionsAndRemarksAreReadable) {
   QMainWindow window;
   DialogPrompts prompts(&window);
   QStringList shown;
-  const auto accept = [&shown](QWidget& dialog) {
+  QStringList titles;
+  const auto accept = [&](QWidget& dialog) {
+    titles << dialog.windowTitle();
     shown << Child<QLabel>(dialog).text() << Child(dialog).text();
     dynamic_cast<QDialog&>(dialog).accept();
   };
@@ -230,6 +232,7 @@ TEST(DialogPrompts, QuestionsAndRemarksAreReadable) {
   prompts.Beside("File: a.txt\nColumns: 1 Raw, 2 Rough");
   EXPECT_EQ(prompts.AskText("Enter the data point spacing (um):", "0.35604927721996726"), "0.35604927721996726");
   EXPECT_EQ(prompts.AskText("Enter it:", "1.5"), "1.5");
+  EXPECT_TRUE(titles[0].endsWith(" \u2013 Point Spacing") && titles[1].endsWith("Question")) << titles[0].toStdString();
   EXPECT_EQ(shown, QStringList({"File: a.txt\nColumns: 1 Raw, 2 Rough\n\nEnter the data point spacing (\u00B5m):",
                                 "0.3560493", "Enter it:", "1.5"}));
   const std::pair<const char*, const char*> remarks[] = {

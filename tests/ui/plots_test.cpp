@@ -110,17 +110,57 @@ TEST_F(ProfileView, ComputesAndExcludesBetweenCursors) {
                                                          "Cannot exclude with filter-based form removal."}));
 }
 
-TEST_F(ProfileView, ShowAllHasRoomForTheHeightsBesideTheStretch) {
+TEST_F(ProfileView, TheHeightsBesideTheStretchStayInViewUnlessTheStretchIsAskedFor) {
   ASSERT_TRUE(frame_->OpenFile(Sample("arc.lmt")));
-  Graph().SetUprightCursors(2.0, 3.0);
-  Choose("computeBetweenXCursors");
-  const double lowest = HeightsBeside(InForce()).front();
-  const QCPRange ofTheStretch = Graph().yAxis->range();
-  EXPECT_GT(ofTheStretch.lower, lowest) << "what is computed over fills the view at first";
+  const auto& command = Child<QAction>(*frame_, "stretchHeights");
+  EXPECT_FALSE(command.isEnabled());
+  const auto compute = [this](double first, double last) {
+    Graph().SetUprightCursors(first, last);
+    Choose("computeBetweenXCursors");
+  };
+  const auto heights = [this] { return Graph().yAxis->range(); };
+  const auto holdsAll = [&] {
+    for (const double height : HeightsBeside(InForce())) {
+      if (!std::isnan(height) && !heights().contains(height)) return false;
+    }
+    const std::span<const double> primary = InForce().profiles.View(ProfileKind::kPrimary).Heights();
+    return std::all_of(primary.begin(), primary.end(), [&](double height) { return heights().contains(height); });
+  };
+  compute(2.0, 2.3);
+  EXPECT_TRUE(holdsAll());
+  EXPECT_TRUE(frame_->statusBar()->currentMessage().contains("Heights of the Stretch (Ctrl+9)")) << "it is a line";
+  const double ofAll = heights().size();
+  Choose("stretchHeights");
+  const std::span<const double> primary = InForce().profiles.View(ProfileKind::kPrimary).Heights();
+  const auto [lowest, highest] = std::minmax_element(primary.begin(), primary.end());
+  EXPECT_NEAR(heights().size(), 1.08 * (*highest - *lowest), 1e-6);
+  EXPECT_EQ(Graph().VisibleX(), Graph().WholeX());
+  Change([](AnalysisSettings& analysis) { analysis.LcCutoffMM = 0.25; });
+  EXPECT_LT(heights().size(), 0.5 * ofAll) << "stays with the stretch";
   Choose("showAll");
-  EXPECT_LT(Graph().yAxis->range().lower, lowest);
+  EXPECT_NEAR(heights().size(), ofAll, 1e-9);
   Choose("zoomBack");
-  EXPECT_EQ(Graph().yAxis->range(), ofTheStretch);
+  EXPECT_LT(heights().size(), 0.5 * ofAll);
+  compute(3.0, 3.5);
+  EXPECT_TRUE(holdsAll()) << "another stretch";
+  Choose("stretchHeights");
+  Choose("undo");
+  EXPECT_TRUE(holdsAll());
+  // A zoom along X stays, its heights hold the record too.
+  Graph().ShowX({1.0, 1.4});
+  Choose("computeOnZoom");
+  EXPECT_EQ(Graph().VisibleX(), QCPRange(1.0, 1.4));
+  EXPECT_TRUE(holdsAll());
+  Choose("showAll");
+  // Roughness ends with the stretch; fixed heights hold.
+  ChangeDisplay([](DisplaySettings& display) { display.ProfileType = 4; });
+  EXPECT_EQ(Graph().graphCount(), 1);
+  EXPECT_FALSE(command.isEnabled());
+  ChangeDisplay([](DisplaySettings& display) { display.ProfileType = 2; });
+  EXPECT_TRUE(command.isEnabled());
+  ChangeDisplay([](DisplaySettings& display) { display.ProfileAutoScale = false; });
+  EXPECT_FALSE(command.isEnabled());
+  EXPECT_EQ(heights().upper, InForce().settings.display.ProfileYMaxUM);
 }
 
 TEST_F(ProfileView, ZoomsGoBackOneByOne) {
@@ -180,6 +220,22 @@ TEST_F(ProfileView, ReadoutsKeepOffTheFrame) {
       const QRectF box(text->topLeft->pixelPosition(), text->bottomRight->pixelPosition());
       EXPECT_TRUE(QRectF(inner).adjusted(-1, -1, 1, 1).contains(box)) << x << " " << text->text().toStdString();
     }
+  }
+}
+
+TEST_F(ProfileView, ReadoutsOfTheCursorsDoNotHideEachOther) {
+  for (const int width : {700, 430, 380}) {
+    frame_->resize(width, 800);
+    QTest::qWait(20);
+    Graph().SetUprightCursors(1.0, 3.0);
+    std::vector<QRectF> boxes;
+    for (int i = 0; i < Graph().itemCount(); ++i) {
+      auto* const text = qobject_cast<QCPItemText*>(Graph().item(i));
+      if (text == nullptr || text->layer()->name() != "cursors" || !text->visible()) continue;
+      boxes.emplace_back(text->topLeft->pixelPosition(), text->bottomRight->pixelPosition());
+    }
+    ASSERT_EQ(boxes.size(), 2U) << width;
+    EXPECT_FALSE(boxes[0].intersects(boxes[1])) << width;
   }
 }
 
@@ -299,6 +355,9 @@ TEST_F(ProfileView, TheHeadingKeepsTheIdentificationAndLeavesOutTheSettingsFileF
   for (const QSize size : {QSize(1300, 800), QSize(640, 800), QSize(640, 330), QSize(420, 800), QSize(420, 330)}) {
     frame_->resize(size);
     QTest::qWait(20);
+    const QString rest = Child<QLabel>(*frame_, "heading").text().section('\n', 1);
+    EXPECT_TRUE(rest.contains("Form: LS Line") && rest.contains("Evaluated: length") && !rest.contains(QChar(0x2026)))
+        << rest.toStdString();
     EXPECT_TRUE(first().startsWith("Ground; generated")) << size.width() << ' ' << first().toStdString();
     EXPECT_TRUE(Child<QLabel>(*frame_, "heading").toolTip().contains("settings of the line 4.ini"));
     QPushButton& verdict = frame_->View().Heading().Verdict();

@@ -13,6 +13,7 @@
 #include "ui/qt_text.h"
 #include "ui/report/page_flow.h"
 #include "ui/report/report_layout_dialog.h"
+#include "ui/report/table_fit.h"
 #include "ui/window_fixture.h"
 
 namespace texturon {
@@ -146,6 +147,30 @@ TEST_F(Report, TheLayoutIsChosenInItsDialog) {
   Press(dialog, "&Defaults");
   EXPECT_EQ(dialog.Chosen(), DefaultReportTemplate());
   ASSERT_TRUE(KeepUsersReportTemplate(dialog.Chosen(), reason_));
+}
+
+TEST(TableFit, NumbersAreWholeAndTextsGoOnInFurtherLines) {
+  Application();
+  const QFontMetrics letters{QApplication::font()};
+  const QString number = "1.53794e+003";
+  const QList<QStringList> lines = {{"Ra", "4", number, "um", ""},
+                                    {"Wvoid   (Radius: 1.00 m)", "4", "0.1", "", "out of tolerance (maximum)"}};
+  constexpr int kGap = 8;
+  for (const int width : {900, 290}) {
+    const FittedTable table = FitTable({"Parameter", "n", "Mean", "Unit", "Verdict"}, lines, std::vector<bool>(5),
+                                       width, kGap, letters, letters);
+    QStringList joined(2);
+    for (const QStringList& line : table.lines) {
+      for (qsizetype i = 0; i < line.size(); ++i) {
+        const double room = table.columns[static_cast<std::size_t>(i)].width / 100.0 * width - kGap;
+        EXPECT_LE(letters.horizontalAdvance(Readable(line[i])), room) << width << line[i].toStdString();
+      }
+      joined[0] += QString(line.front()).remove(' ');
+      joined[1] += QString(line.back()).remove(' ');
+    }
+    EXPECT_EQ(joined, QStringList({"RaWvoid(Radius:1.00m)", "outoftolerance(maximum)"}));
+    EXPECT_EQ(table.lines.size() > 2, width == 290);
+  }
 }
 
 }  // namespace

@@ -102,7 +102,7 @@ TEST_F(Several, MeanBandAndDifferenceAreDrawnOverTheProfiles) {
   window_->Graph().replot();
   // Saw-teeth in step: the mean is one of 2, the band their own extremes, the difference one of 2 again.
   const std::pair<const char*, double> curves[] = {
-      {"a.lmt", 1.0}, {"b.lmt", 3.0}, {"mean", 2.0}, {"highest", 2.0}, {"difference", 2.0}};
+      {"a.lmt", 1.0}, {"b.lmt", 3.0}, {"mean", 2.0}, {"highest", 2.0}, {"difference: a.lmt \u2212 b.lmt", 2.0}};
   for (const auto& [name, height] : curves) EXPECT_NEAR(HeightsOf(name).size(), height, 0.01) << name;
   EXPECT_EQ(State(), "");
   Child<QListWidget>(*window_, "profiles").item(1)->setCheckState(Qt::Unchecked);
@@ -172,6 +172,8 @@ TEST(Trend, ShowsInLittleRoomOnlyWhatIsWhole) {
         names.push_back(box);
       }
       EXPECT_GE(names.size(), 1U) << "the limit is named first";
+      const double bars = plot->yAxis->coordToPixel(2.0);
+      for (const QRectF& name : names) EXPECT_TRUE(plot == &pane.Chart() || name.bottom() < bars + 2.0);
     }
   }
 }

@@ -168,7 +168,17 @@ TEST_F(SettingsSheet, ParametersAreSelectedOrderedAndToleranced) {
   EXPECT_EQ(table.item(rowOf("Ra"), 5)->text(), "a quarter") << "a wrong entry is held while others apply";
   sheet.accept();
   EXPECT_TRUE(sheet.isVisible());
+  auto& leader = Child<QPushButton>(sheet, "leadToFault");
+  Child<QLineEdit>(page).setText("Wt");
+  EXPECT_TRUE(table.isRowHidden(rowOf("Ra")) && leader.isVisible());
+  leader.click();
+  EXPECT_TRUE(!table.isRowHidden(rowOf("Ra")) && table.currentRow() == rowOf("Ra") && table.currentColumn() == 5);
   table.item(rowOf("Ra"), 5)->setText("0.25");
+  EXPECT_FALSE(leader.isVisible());
+  Child<QLineEdit>(page).setText("Rz");
+  EXPECT_EQ(table.currentRow(), rowOf("RzDIN")) << "which drawings call Rz";
+  EXPECT_TRUE(table.item(rowOf("RzDIN"), table.columnCount() - 1)->text().endsWith("Also called Rz."));
+  Child<QLineEdit>(page).clear();
   table.item(rowOf("Rq"), 4)->setText("1.5");
   EXPECT_EQ(table.item(rowOf("Rq"), 2)->checkState(), Qt::Checked) << "who types a limit wants it to count";
   EXPECT_EQ(table.item(rowOf("Rq"), 3)->checkState(), Qt::Checked) << "the lower one counts where both do";

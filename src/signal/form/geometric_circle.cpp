@@ -24,6 +24,51 @@ struct Points {
   std::vector<double> x, z;
 };
 
+/// Beside a value of the equation: the distance of the point is twice the value over one and this.
+double RootAt(double a, double value) {
+  return std::sqrt(std::max(1.0 + 4.0 * a * value, std::numeric_limits<double>::min()));
+}
+
+/// Of the means of equal parts of the distances: their squares, each as often as it has points, and how much of them
+/// the deviations within the parts make, as many of which count as cross the mean of their part.
+struct PartMeans {
+  double squares = 0.0;
+  double ofRoughness = 0.0;
+};
+
+PartMeans MeansOfParts(const Points& points, const Three& at) {
+  constexpr std::size_t kParts = 16;
+  const auto [a, t, d] = at;
+  const double e = std::sqrt(1.0 + 4.0 * a * d);
+  const double cosine = Cos(t);
+  const double sine = Sin(t);
+  const std::size_t count = points.x.size();
+  const std::size_t parts = std::min(kParts, count);
+  PartMeans means;
+  double within = 0.0;
+  double crossings = 1.0;
+  std::vector<double> distances;
+  for (std::size_t part = 0; part < parts; ++part) {
+    distances.clear();
+    double mean = 0.0;
+    for (std::size_t i = part * count / parts; i < (part + 1) * count / parts; ++i) {
+      const double x = points.x[i];
+      const double z = points.z[i];
+      const double value = a * (x * x + z * z) + e * (x * cosine + z * sine) + d;
+      distances.push_back(2.0 * value / (1.0 + RootAt(a, value)));
+      mean += distances.back();
+    }
+    mean /= static_cast<double>(distances.size());
+    means.squares += mean * mean * static_cast<double>(distances.size());
+    for (std::size_t i = 0; i < distances.size(); ++i) {
+      within += (distances[i] - mean) * (distances[i] - mean);
+      if (i > 0 && (distances[i] < mean) != (distances[i - 1] < mean)) crossings += 1.0;
+    }
+  }
+  means.ofRoughness = within * static_cast<double>(parts) / crossings;
+  return means;
+}
+
 struct Sums {
   Equations matrix{};
   Three right{};
@@ -46,7 +91,7 @@ Sums SumsAt(const Points& points, const Three& at) {
     const double z = points.z[i];
     const double along = x * cosine + z * sine;
     const double value = a * (x * x + z * z) + e * along + d;
-    const double root = std::sqrt(std::max(1.0 + 4.0 * a * value, std::numeric_limits<double>::min()));
+    const double root = RootAt(a, value);
     const double distance = 2.0 * value / (1.0 + root);
     const Three slope = {(x * x + z * z + 2.0 * d / e * along - distance * distance) / root,
                          e * (z * cosine - x * sine) / root, (1.0 + 2.0 * a / e * along) / root};
@@ -113,7 +158,8 @@ std::optional<GeometricCircle> FitGeometricCircle(std::span<const double> height
   const double half = 0.5 * static_cast<double>(heightsUM.size() - 1);
   const double halfUM = half * spacingUM;
   const Points points = PointsOf(heightsUM, halfUM, half);
-  Three place = LineThrough(points);
+  const Three line = LineThrough(points);
+  Three place = line;
   Sums sums = SumsAt(points, place);
   double damping = 1e-4;
   bool hasEnded = false;
@@ -145,6 +191,14 @@ std::optional<GeometricCircle> FitGeometricCircle(std::span<const double> height
   circle.isBent =
       std::abs(circle.bend) > 2.0 * circle.bendUncertainty && std::abs(circle.bend) * halfUM * halfUM > kLeastArcUM;
   circle.radiusUM = -0.5 / circle.bend;
+  // What a trapezium leaves to a circle at most is 0.988.
+  constexpr double kRound = 0.99;
+  constexpr double kRoundWithin = 0.95;
+  constexpr double kMuchRoughness = 3.0;
+  const PartMeans left = MeansOfParts(points, place);
+  circle.share = 1.0 - left.squares / MeansOfParts(points, line).squares;
+  circle.isRound =
+      circle.share >= kRound || (circle.share >= kRoundWithin && left.squares <= kMuchRoughness * left.ofRoughness);
   return circle;
 }
 

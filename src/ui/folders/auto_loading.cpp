@@ -157,6 +157,18 @@ void CAutoLoadingSheet::showEvent(QShowEvent* event) {
   fault_->clear();
 }
 
+void CAutoLoadingSheet::AskForWhatIsMissing() {
+  AutoLoadingSettings& loading = working_.autoLoading;
+  loading.IsAutoLoading = true;
+  // A folder is what is usually watched.
+  loading.AutoLoadFromGroup = loading.AutoLoadFromGroup || loading.AutoLoadFile.empty();
+  page_->Refresh();
+  const std::string reason = PlanWatch(working_).reason;
+  if (!reason.empty()) fault_->setText(tr("Files are not loaded yet: %1.").arg(EngineText(reason)));
+  if (loading.AutoLoadFromGroup && loading.AutoLoadFolder.empty())
+    page_->findChild<CSettingField*>("AUTO_LOADING.AutoLoadFolder")->setFocus();
+}
+
 void CAutoLoadingSheet::accept() {
   const QString fault = page_->Fault();
   const std::string reason = working_.autoLoading.IsAutoLoading ? PlanWatch(working_).reason : std::string();

@@ -63,6 +63,8 @@ class CAutoLoadingSheet : public QDialog {
 public:
   CAutoLoadingSheet(CTexturonDoc& doc, QWidget* parent);
 
+  /// For who has turned it on before it could be done: says what is missing, and OK turns it on.
+  void AskForWhatIsMissing();
   void accept() override;
 
 protected:

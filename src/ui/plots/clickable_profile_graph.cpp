@@ -7,6 +7,7 @@
 
 #include "parameters/height_statistics.h"
 #include "signal/envelope/column_envelope.h"
+#include "ui/plots/plot_axes.h"
 #include "ui/qt_text.h"
 
 namespace texturon {
@@ -19,6 +20,11 @@ constexpr double kMargin = 0.04;
 
 QCPRange Centred(double centre, double size) {
   return {centre - 0.5 * size, centre + 0.5 * size};
+}
+
+QCPRange HeightsOf(std::span<const double> heights, double factor) {
+  const HeightExtremes extremes = FindExtremes(heights);
+  return {extremes.lowest * factor, extremes.highest * factor};
 }
 
 /// Over the gaps of an overlay; nothing where it has gaps only.
@@ -52,8 +58,8 @@ CClickableProfileGraph::CClickableProfileGraph(QWidget* parent) : QCustomPlot(pa
 void CClickableProfileGraph::SetCurves(std::span<const Curve> curves, const WholeView& whole) {
   clearGraphs();
   curves_.clear();
-  outsideY_.reset();
   bool any = false;
+  std::optional<QCPRange> outside;
   for (const Curve& curve : curves) {
     QCPGraph* const graph = addGraph();
     graph->setName(curve.name);
@@ -62,18 +68,20 @@ void CClickableProfileGraph::SetCurves(std::span<const Curve> curves, const Whol
     graph->setAdaptiveSampling(false);
     curves_.push_back(
         {graph, {curve.heights.begin(), curve.heights.end()}, curve.firstX, curve.step, curve.heightFactor});
-    if (curve.isOutside) outsideY_ = HeightsOfOverlay(curve);
+    if (curve.isOutside) outside = HeightsOfOverlay(curve);
     if (curve.isOverlay || curve.heights.empty()) continue;
-    const HeightExtremes extremes = FindExtremes(curve.heights);
     const QCPRange x(curve.firstX, curve.firstX + static_cast<double>(curve.heights.size() - 1) * curve.step);
-    const QCPRange y(extremes.lowest * curve.heightFactor, extremes.highest * curve.heightFactor);
+    const QCPRange y = HeightsOf(curve.heights, curve.heightFactor);
+    const QCPRange ofStretch = curve.ofStretch.empty() ? y : HeightsOf(curve.ofStretch, curve.heightFactor);
     extentX_ = any ? extentX_.expanded(x) : x;
     extentY_ = any ? extentY_.expanded(y) : y;
+    stretchY_ = any ? stretchY_.expanded(ofStretch) : ofStretch;
     any = true;
   }
   if (any && whole.record) extentX_ = extentX_.expanded(*whole.record);
-  showsOutside_ = showsOutside_ && outsideY_;
+  if (any && outside) extentY_ = extentY_.expanded(*outside);
   whole_ = whole;
+  showsStretch_ = showsStretch_ && HasStretchHeights();
   fittedFor_ = {};
 }
 
@@ -162,7 +170,7 @@ void CClickableProfileGraph::Thin() {
 }
 
 QCPRange CClickableProfileGraph::HeightsWithMargin() const {
-  const QCPRange extent = showsOutside_ && outsideY_ ? extentY_.expanded(*outsideY_) : extentY_;
+  const QCPRange extent = WholeHeights();
   const double size = extent.size();
   if (size > 0.0) return Centred(extent.center(), size * (1.0 + 2.0 * kMargin));
   return Centred(extent.center(), std::max(std::abs(extent.center()), 1.0));
@@ -216,7 +224,7 @@ void CClickableProfileGraph::SetMarks(std::span<const Mark> marks) {
 
 void CClickableProfileGraph::StartAnew() {
   isWhole_ = true;
-  showsOutside_ = false;
+  showsStretch_ = false;
   fittedFor_ = {};
   FitWhole();
   back_.clear();
@@ -227,15 +235,48 @@ void CClickableProfileGraph::StartAnew() {
 void CClickableProfileGraph::ShowAll() {
   Remember(Now());
   isWhole_ = true;
-  showsOutside_ = outsideY_.has_value();
+  showsStretch_ = false;
   fittedFor_ = {};
   replot();
   emit ViewChanged();
 }
 
+bool CClickableProfileGraph::HasStretchHeights() const {
+  return whole_.isOverStretch && !whole_.heights && stretchY_ != extentY_;
+}
+
+bool CClickableProfileGraph::IsStretchFlat() const {
+  constexpr double kHardlySeen = 0.05;
+  return HasStretchHeights() && stretchY_.size() < kHardlySeen * extentY_.size();
+}
+
+void CClickableProfileGraph::ShowStretchHeights() {
+  if (!HasStretchHeights()) return;
+  const View before = Now();
+  Remember(before);
+  isWhole_ = before.isWhole;
+  showsStretch_ = true;
+  fittedFor_ = {};
+  // A zoom along X stays.
+  if (!isWhole_) yAxis->setRange(HeightsWithMargin());
+  replot();
+}
+
+void CClickableProfileGraph::HoldHeights() {
+  const View before = Now();
+  showsStretch_ = false;
+  if (isWhole_ && !before.isOfStretch) return;
+  const bool isHeld = yAxis->range().contains(extentY_.lower) && yAxis->range().contains(extentY_.upper);
+  if (whole_.heights || (!isWhole_ && isHeld)) return;
+  Remember(before);
+  isWhole_ = before.isWhole;
+  fittedFor_ = {};
+  if (!isWhole_) yAxis->setRange(HeightsWithMargin());
+}
+
 void CClickableProfileGraph::Show(const View& view) {
   isWhole_ = view.isWhole;
-  showsOutside_ = view.hasOutside;
+  showsStretch_ = view.isOfStretch;
   fittedFor_ = {};
   xAxis->setRange(view.x);
   yAxis->setRange(view.y);
@@ -361,6 +402,7 @@ void CClickableProfileGraph::PlaceLabels() {
   // In a small picture they would hide the curves; the status bar has them too.
   const bool hasRoom = frame.height() > 9 * fontMetrics().height() &&
                        frame.width() > widthOf(labels_[0]->text()) + widthOf(labels_[1]->text());
+  std::array<QCPRange, 2> across;
   for (std::size_t i = 0; i < labels_.size(); ++i) {
     labels_[i]->setVisible(cursors_[i]->visible() && hasRoom);
     if (i < 2) {
@@ -370,7 +412,11 @@ void CClickableProfileGraph::PlaceLabels() {
       const double room = widthOf(labels_[i]->text()) + gap;
       if (isRightOfLine ? pixel + room > frame.right() : pixel - room < frame.left()) isRightOfLine = !isRightOfLine;
       const double beside = isRightOfLine ? std::max(pixel, frame.left() + gap) : std::min(pixel, frame.right() - gap);
-      labels_[i]->position->setCoords(xAxis->pixelToCoord(beside), below);
+      across[i] = isRightOfLine ? QCPRange(beside, beside + room) : QCPRange(beside - room, beside);
+      // Where both stand between the cursors, but not side by side, they stand over each other.
+      const bool isOver = i == 1 && across[1].lower < across[0].upper && across[0].lower < across[1].upper;
+      const double up = isOver ? (sizeOf(labels_[0]->text()).height() + gap) / std::max(frame.height(), 1) : 0.0;
+      labels_[i]->position->setCoords(xAxis->pixelToCoord(beside), below - up);
       labels_[i]->setPositionAlignment(Qt::AlignBottom | (isRightOfLine ? Qt::AlignLeft : Qt::AlignRight));
     } else {
       labels_[i]->position->setCoords(gap / std::max(frame.width(), 1), places_[i]);
@@ -387,7 +433,7 @@ void CClickableProfileGraph::ShowCursors(bool upright, bool level) {
 }
 
 void CClickableProfileGraph::FetchCursors() {
-  const QCPRange all[] = {extentX_, extentY_};
+  const QCPRange all[] = {extentX_, WholeHeights()};
   for (std::size_t i = 0; i < places_.size(); ++i) {
     QCPRange range = all[i / 2];
     const QCPRange seen = (i < 2 ? xAxis : yAxis)->range();
@@ -491,6 +537,11 @@ void CClickableProfileGraph::wheelEvent(QWheelEvent* event) {
   QCustomPlot::wheelEvent(event);
 }
 
+Qt::Orientations WheelZoom(Qt::KeyboardModifiers keys) {
+  if (keys.testFlag(Qt::ShiftModifier)) return Qt::Horizontal | Qt::Vertical;
+  return keys.testFlag(Qt::ControlModifier) ? Qt::Vertical : Qt::Horizontal;
+}
+
 void CClickableProfileGraph::keyPressEvent(QKeyEvent* event) {
   constexpr double kZoomStep = 0.8;
   const bool isUpright = active_ < 2;
@@ -528,72 +579,6 @@ void CClickableProfileGraph::keyPressEvent(QKeyEvent* event) {
       break;
   }
   QCustomPlot::keyPressEvent(event);
-}
-
-namespace {
-
-class ReadableTicker : public QCPAxisTicker {
-protected:
-  QString getTickLabel(double tick, const QLocale& locale, QChar format, int precision) override {
-    return Readable(QCPAxisTicker::getTickLabel(tick, locale, format, precision));
-  }
-};
-
-}  // namespace
-
-Qt::Orientations WheelZoom(Qt::KeyboardModifiers keys) {
-  if (keys.testFlag(Qt::ShiftModifier)) return Qt::Horizontal | Qt::Vertical;
-  return keys.testFlag(Qt::ControlModifier) ? Qt::Vertical : Qt::Horizontal;
-}
-
-void FitTicks(QCustomPlot& plot) {
-  constexpr int kUsual = 5;
-  const int fitting = plot.axisRect()->height() / (2 * plot.fontMetrics().height());
-  const int count = std::clamp(fitting, 1, kUsual);
-  if (plot.yAxis->ticker()->tickCount() == count) return;
-  plot.yAxis->ticker()->setTickCount(count);
-  plot.replot(QCustomPlot::rpQueuedReplot);
-}
-
-QSharedPointer<QCPAxisTicker> MakeTicker() {
-  return QSharedPointer<ReadableTicker>::create();
-}
-
-void ApplyPalette(QCustomPlot& plot) {
-  const QPalette palette = plot.palette();
-  const QColor ink = palette.color(QPalette::Text);
-  QColor faint = ink;
-  faint.setAlphaF(0.2F);
-  QColor zero = ink;
-  zero.setAlpha(55);
-  plot.setBackground(palette.color(QPalette::Base));
-  plot.legend->setBrush(palette.color(QPalette::Base));
-  plot.legend->setTextColor(ink);
-  for (QCPAxis* const axis : {plot.xAxis, plot.yAxis, plot.xAxis2, plot.yAxis2}) {
-    for (const auto setPen : {&QCPAxis::setBasePen, &QCPAxis::setTickPen, &QCPAxis::setSubTickPen}) {
-      (axis->*setPen)(QPen(ink));
-    }
-    axis->setLabelColor(ink);
-    axis->setTickLabelColor(ink);
-    axis->grid()->setPen(QPen(faint, 0.0, Qt::DotLine));
-    axis->grid()->setZeroLinePen(QPen(zero, 0.0));
-  }
-}
-
-void PutLegendAbove(QCustomPlot& plot, int mostInARow) {
-  plot.legend->setVisible(true);
-  if (plot.legend->layout() == plot.plotLayout()) return;
-  plot.axisRect()->insetLayout()->take(plot.legend);
-  plot.plotLayout()->insertRow(0);
-  plot.plotLayout()->addElement(0, 0, plot.legend);
-  plot.plotLayout()->setRowStretchFactor(0, 0.001);
-  plot.plotLayout()->setRowSpacing(0);
-  plot.legend->setWrap(mostInARow);
-  plot.legend->setFillOrder(QCPLayoutGrid::foColumnsFirst);
-  plot.legend->setBorderPen(Qt::NoPen);
-  plot.legend->setMargins(QMargins(8, 2, 8, 0));
-  // One without names would have the axes below it be as narrow as itself.
-  plot.legend->setMaximumSize(QWIDGETSIZE_MAX / 2, QWIDGETSIZE_MAX);
 }
 
 }  // namespace texturon

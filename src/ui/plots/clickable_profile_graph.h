@@ -37,7 +37,8 @@ public:
     double heightFactor = 1.0;  ///< to the units shown
     Qt::PenStyle style = Qt::SolidLine;
     bool isOverlay = false;  ///< lies on another curve: heights that are not a number are gaps, nothing is scaled by it
-    bool isOutside = false;  ///< an overlay of what is not computed over, which Show All has room for
+    bool isOutside = false;  ///< an overlay of what is not computed over, which the whole view has room for, too
+    std::span<const double> ofStretch = {};  ///< heights of what is computed over, where these are not all
   };
   /// A stretch along X that is set apart behind the curves; a line where both ends are the same.
   struct Mark {
@@ -48,6 +49,7 @@ public:
   /// What showing all means.
   struct WholeView {
     std::optional<QCPRange> record;   ///< along X, where that is more than the curves
+    bool isOverStretch = false;       ///< part of the record is computed over, the rest is beside it
     std::optional<QCPRange> heights;  ///< fixed ends of the Y axis
     double heightsInLength = 1.0;     ///< how many units of height are one of length
     bool hasEqualScales = false;      ///< the same scale for both axes, where the curves then fill enough of the
@@ -62,6 +64,14 @@ public:
   /// Shows all and, unlike ShowAll, forgets the views before.
   void StartAnew();
   void ShowAll();
+  /// Gives the heights of the stretch that is computed over the whole room, until all is shown or HoldHeights called.
+  void ShowStretchHeights();
+  /// Whether these are others than those of the whole record, and nothing fixes the heights.
+  bool HasStretchHeights() const;
+  /// Whether hardly anything is seen of them beside the rest.
+  bool IsStretchFlat() const;
+  /// For another stretch that was computed over: all of the record's heights are in view, along X it stays.
+  void HoldHeights();
   /// The view before the last zoom or drag.
   void GoBack();
   /// The view that GoBack left.
@@ -110,7 +120,7 @@ private:
     QCPRange x;
     QCPRange y;
     bool isWhole = false;
-    bool hasOutside = false;
+    bool isOfStretch = false;
 
     bool operator==(const View&) const = default;
   };
@@ -123,13 +133,15 @@ private:
   };
   static constexpr std::size_t kNoCursor = 4;
 
-  View Now() const { return {xAxis->range(), yAxis->range(), isWhole_, showsOutside_}; }
+  View Now() const { return {xAxis->range(), yAxis->range(), isWhole_, showsStretch_}; }
   void Show(const View& view);
   void Remember(const View& view);
   /// Once for what follows shortly on each other.
   void RememberOnce();
   void FitWhole();
-  /// Ends of the Y axis that hold the curves and a little more.
+  /// Heights that the whole view shows.
+  const QCPRange& WholeHeights() const { return showsStretch_ ? stretchY_ : extentY_; }
+  /// Ends of the Y axis that hold these and a little more.
   QCPRange HeightsWithMargin() const;
   void OnLayout();
   void LabelEnds();
@@ -143,9 +155,9 @@ private:
 
   std::vector<HeldCurve> curves_;
   QCPRange extentX_;
-  QCPRange extentY_;
-  std::optional<QCPRange> outsideY_;  ///< heights of the overlays that are outside what is computed over
-  bool showsOutside_ = false;         ///< the whole view has room for these, too: Show All was asked for
+  QCPRange extentY_;           ///< of the whole record
+  QCPRange stretchY_;          ///< of what is computed over
+  bool showsStretch_ = false;  ///< the whole view has the heights of the stretch alone
   WholeView whole_;
   bool isWhole_ = true;  ///< nobody has zoomed or dragged: the view follows the size of the window
   QSize fittedFor_;      ///< room for the curves when they were last fitted into it; none: fit them anew
@@ -167,18 +179,5 @@ private:
 
 /// Along which axes the wheel zooms while these keys are held.
 Qt::Orientations WheelZoom(Qt::KeyboardModifiers keys);
-
-/// Of an axis whose numbers are written as everywhere on the screen.
-QSharedPointer<QCPAxisTicker> MakeTicker();
-
-/// As many numbers up the axis as stand clear of each other; draws again where that is another number of them. To be
-/// called when the plot has been laid out.
-void FitTicks(QCustomPlot& plot);
-
-/// Takes axes, grid and ground from the palette in force.
-void ApplyPalette(QCustomPlot& plot);
-
-/// Puts the legend in a row above the axes, where it hides no curve.
-void PutLegendAbove(QCustomPlot& plot, int mostInARow);
 
 }  // namespace texturon

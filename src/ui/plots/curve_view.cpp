@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 
 #include "ui/plots/clickable_profile_graph.h"
+#include "ui/plots/plot_axes.h"
 #include "ui/qt_text.h"
 
 namespace texturon {

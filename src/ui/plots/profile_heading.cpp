@@ -23,7 +23,23 @@ QString DrawingText(std::string_view source, std::string_view verdict) {
   return CHeading::tr("Drawing: %1").arg(FromText(source) + ": " + EngineText(verdict));
 }
 
-/// A line that is too wide as two, broken where a part ends, and only cut where that does not do.
+QString WithoutBrackets(QString line) {
+  static const QRegularExpression brackets(" *\\([^()]*\\)");
+  return line.remove(brackets);
+}
+
+/// A line that is too wide without what matters less: what stands in brackets, then its last parts.
+QString WithoutLess(const QString& line, int width, const QFontMetrics& metrics) {
+  const auto isWide = [&](const QString& text) { return metrics.horizontalAdvance(text) > width; };
+  QString shorter = isWide(line) ? WithoutBrackets(line) : line;
+  for (qsizetype at = shorter.lastIndexOf(", "); isWide(shorter) && at > 0; at = shorter.lastIndexOf(", ")) {
+    shorter.truncate(at);
+  }
+  if (isWide(shorter)) shorter = shorter.section(" / ", 0, 0);
+  return metrics.elidedText(shorter, Qt::ElideRight, width);
+}
+
+/// A line that is too wide as two, broken where a part ends, and only shortened where that does not do.
 QString InTwo(const QString& line, int width, const QFontMetrics& metrics) {
   if (metrics.horizontalAdvance(line) <= width) return line;
   for (const char* const end : {" / ", ", ", " = ", "   "}) {
@@ -35,7 +51,8 @@ QString InTwo(const QString& line, int width, const QFontMetrics& metrics) {
     if (rest.startsWith("/ ")) rest.remove(0, 2);
     if (metrics.horizontalAdvance(rest) <= width) return line.left(first) + '\n' + rest;
   }
-  return metrics.elidedText(line, Qt::ElideMiddle, width);
+  const QString plain = WithoutBrackets(line);
+  return plain != line ? InTwo(plain, width, metrics) : WithoutLess(line, width, metrics);
 }
 
 }  // namespace
@@ -238,7 +255,9 @@ void CHeading::Elide() {
   for (qsizetype i = 0; i < lines_.size(); ++i) {
     const QString line = i == 0 ? FirstLine(beside) : lines_[i];
     const int width = i == 0 ? beside : whole;
-    shown << (hasRoom ? InTwo(line, width, fontMetrics()) : fontMetrics().elidedText(line, Qt::ElideMiddle, width));
+    shown << (hasRoom  ? InTwo(line, width, fontMetrics())
+              : i == 0 ? fontMetrics().elidedText(line, Qt::ElideMiddle, width)
+                       : WithoutLess(line, width, fontMetrics()));
   }
   label_->setText(shown.join('\n'));
 }

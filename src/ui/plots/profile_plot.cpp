@@ -2,6 +2,7 @@
 
 #include "ui/plots/profile_plot.h"
 
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
@@ -13,6 +14,7 @@
 #include "presentation/profile_marks.h"
 #include "ui/colours.h"
 #include "ui/language.h"
+#include "ui/plots/plot_axes.h"
 #include "ui/qt_text.h"
 
 namespace texturon {
@@ -106,8 +108,10 @@ void DrawFeatures(CClickableProfileGraph& graph, const Document& document, Profi
 
 class CurveList {
 public:
-  explicit CurveList(bool metric)
-      : heightFactor_(kHeightUM.Factor(metric)), lengthFactor_(kMillimetresPerMicrometre * kLengthMM.Factor(metric)) {}
+  explicit CurveList(const Document& document)
+      : computed_(document.profiles.computeRange),
+        heightFactor_(kHeightUM.Factor(document.settings.display.Metric)),
+        lengthFactor_(kMillimetresPerMicrometre * kLengthMM.Factor(document.settings.display.Metric)) {}
 
   void Add(const Profile& profile, const QString& name, const QColor& colour, double width) {
     Add(profile, profile.Heights(), name, colour, width);
@@ -121,10 +125,11 @@ public:
                       .heights = heights,
                       .firstX = profile.range.first * profile.spacingUM * lengthFactor_,
                       .step = profile.spacingUM * lengthFactor_,
-                      .heightFactor = heightFactor_});
+                      .heightFactor = heightFactor_,
+                      .ofStretch = Computed(profile.range, heights)});
   }
 
-  /// What was not computed over, paler than any profile and without a name: no scale but that of Show All goes by it.
+  /// What was not computed over, paler than any profile and without a name: the scale of the whole view goes by it.
   void AddBeside(const Document& document, std::span<const double> heights, const QPalette& palette) {
     constexpr float kPale = 0.45F;
     QColor ink = palette.color(QPalette::Text);
@@ -138,19 +143,28 @@ public:
   std::vector<CClickableProfileGraph::Curve> curves;
 
 private:
+  /// Those of a range's heights that are computed over, empty where that is all or none.
+  std::span<const double> Computed(const IndexRange& range, std::span<const double> heights) const {
+    const std::int32_t first = std::max(computed_ ? computed_->first : range.first, range.first);
+    const std::int32_t last = std::min(computed_ ? computed_->last : range.last, range.last);
+    if (last < first || last - first + 1 == range.count) return {};
+    return heights.subspan(static_cast<std::size_t>(first - range.first), static_cast<std::size_t>(last - first + 1));
+  }
+
+  std::optional<IndexRange> computed_;
   double heightFactor_;
   double lengthFactor_;
 };
 
 }  // namespace
 
-void DrawProfiles(CClickableProfileGraph& graph, const Document& document, const ShownProfiles& shown, bool showsAll) {
+void DrawProfiles(CClickableProfileGraph& graph, const Document& document, const ShownProfiles& shown, ViewAfter view) {
   const DisplaySettings& display = document.settings.display;
   const bool metric = display.Metric;
   const double heightFactor = kHeightUM.Factor(metric);
   graph.SetXTitle(metric ? QObject::tr("X in mm") : QObject::tr("X in inch"));
   graph.yAxis->setLabel(QObject::tr("height in %1").arg(FromText(kHeightUM.Unit(metric))));
-  CurveList list(metric);
+  CurveList list(document);
   for (std::size_t i = 0; i < kShownForm; ++i) {
     const auto kind = static_cast<ProfileKind>(i);
     if (!shown[i] || !document.profiles.Has(kind)) continue;
@@ -163,8 +177,8 @@ void DrawProfiles(CClickableProfileGraph& graph, const Document& document, const
              CurveColour(kColours[0], graph.palette()), 0.0);
   }
   // Held until the graph has taken the heights over.
-  const bool showsRecord = shown[static_cast<std::size_t>(ProfileKind::kRaw)] || list.curves.empty();
-  const std::vector<double> beside = showsRecord ? std::vector<double>() : HeightsBeside(document);
+  const bool hasRest = HasHeightsBeside(shown) && !list.curves.empty();
+  const std::vector<double> beside = hasRest ? HeightsBeside(document) : std::vector<double>();
   if (!beside.empty()) list.AddBeside(document, beside, graph.palette());
   const Profile form = RemovedForm(document);
   if (shown[kShownForm] && form.range.count > 0) {
@@ -193,10 +207,12 @@ void DrawProfiles(CClickableProfileGraph& graph, const Document& document, const
   // What was not computed over stays in view.
   const double lastMM = (document.profiles.pointCount - 1) * document.profiles.spacingUM * kMillimetresPerMicrometre;
   if (lastMM > 0.0) whole.record = QCPRange(0.0, kLengthMM.Shown(lastMM, metric));
+  whole.isOverStretch = IsOverStretch(document);
   graph.SetCurves(list.curves, whole);
   const bool hasFeatures = ChosenEdition(document.settings.analysis) != EditionChoice::k1997;
   if (display.ShowFeatures && hasFeatures && steepKind) DrawFeatures(graph, document, *steepKind);
-  if (showsAll) graph.StartAnew();
+  if (view == ViewAfter::kWhole) graph.StartAnew();
+  if (view == ViewAfter::kSameWithRest) graph.HoldHeights();
   graph.replot();
 }
 

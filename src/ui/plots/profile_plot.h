@@ -8,8 +8,14 @@
 
 namespace texturon {
 
-/// Draws profiles of a document over each other, with their axes; the profile view and the report use it. The stretch
-/// in view stays unless `showsAll`.
-void DrawProfiles(CClickableProfileGraph& graph, const Document& document, const ShownProfiles& shown, bool showsAll);
+/// What is in view after curves were drawn.
+enum class ViewAfter {
+  kSame,          ///< what was
+  kSameWithRest,  ///< along X what was, with all heights of the record
+  kWhole,
+};
+
+/// Draws profiles of a document over each other, with their axes; the profile view and the report use it.
+void DrawProfiles(CClickableProfileGraph& graph, const Document& document, const ShownProfiles& shown, ViewAfter view);
 
 }  // namespace texturon

@@ -8,7 +8,7 @@
 #include "presentation/curve_readouts.h"
 #include "ui/colours.h"
 #include "ui/language.h"
-#include "ui/plots/clickable_profile_graph.h"
+#include "ui/plots/plot_axes.h"
 #include "ui/plots/plot_cursors.h"
 #include "ui/plots/plot_items.h"
 #include "ui/qt_text.h"

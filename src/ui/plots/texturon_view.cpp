@@ -14,6 +14,7 @@
 #include "base/quantity.h"
 #include "presentation/cursor_measures.h"
 #include "ui/language.h"
+#include "ui/plots/plot_axes.h"
 #include "ui/plots/profile_plot.h"
 #include "ui/qt_text.h"
 
@@ -116,12 +117,17 @@ void CTexturonView::Update() {
   shownBasis_ = std::move(basis);
   transmission_->Show(document);
   graph_->ShowXValues(display.ShowXAxisValues);
-  DrawProfiles(*graph_, document, shown, !isSame);
+  const std::optional<IndexRange> former = stretch_;
+  stretch_ = IsOverStretch(document) ? document.profiles.computeRange : std::nullopt;
+  const bool isOtherStretch = stretch_ && (!isSameRecord || stretch_ != former);
+  const ViewAfter kept = isOtherStretch ? ViewAfter::kSameWithRest : ViewAfter::kSame;
+  DrawProfiles(*graph_, document, shown, isSame ? kept : ViewAfter::kWhole);
   if (!isSameRecord) graph_->FetchCursors();
   const bool any = doc_.HasProfile();
   graph_->ShowCursors(any && (display.CursorDisplayType & kUprightCursors) != 0,
                       any && (display.CursorDisplayType & kLevelCursors) != 0);
   ShowScroll();
+  if (isOtherStretch && graph_->IsStretchFlat()) emit StretchIsFlat();
 }
 
 void CTexturonView::ShowScroll() {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QWidget>
+#include <optional>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -45,6 +46,8 @@ public:
 
 signals:
   void ReadoutChanged();
+  /// The stretch that came is hardly seen beside the rest of the record.
+  void StretchIsFlat();
 
 protected:
   void resizeEvent(QResizeEvent* event) override;
@@ -68,6 +71,7 @@ private:
   using Basis = std::tuple<std::filesystem::path, bool, ShownProfiles, bool, double, double, bool>;
 
   Basis shownBasis_;
+  std::optional<IndexRange> stretch_;  ///< that was computed over, where it is not the whole record
 };
 
 }  // namespace texturon

@@ -15,6 +15,7 @@
 #include "ui/qt_text.h"
 #include "ui/report/page_flow.h"
 #include "ui/report/report_pictures.h"
+#include "ui/report/table_fit.h"
 
 namespace texturon {
 namespace {
@@ -36,12 +37,7 @@ QColor GroundOf(ReportOutcome outcome) {
   return QColor::fromRgb(kGrounds[static_cast<std::size_t>(outcome)]);
 }
 
-/// A column of a table: share of the width in hundredths, and whether it holds numbers.
-struct Column {
-  int width;
-  bool isNumber;
-};
-using Columns = std::vector<Column>;
+using Columns = std::vector<TableColumn>;
 
 QStringList Cells(const std::vector<std::string>& texts) {
   QStringList cells;
@@ -89,7 +85,8 @@ private:
     KeepLettersApart(font);
     return font;
   }
-  int LineHeight(const QFont& font) const { return QFontMetrics(font, &device_).height() + kLineGap; }
+  QFontMetrics MetricsOf(const QFont& font) const { return {font, &device_}; }
+  int LineHeight(const QFont& font) const { return MetricsOf(font).height() + kLineGap; }
 
   /// Smaller letters before any is left out: a number without its middle is another number.
   QFont Fitting(QFont font, const QString& text, int width) const {
@@ -267,13 +264,17 @@ private:
 
   void AddStatistics(PageFlow& flow, const ReportBlock& /*block*/) {
     if (choice_.several.rows.empty()) return;
-    const auto lines = StatisticsCells(choice_.several.rows, document_.settings.display.Metric);
-    const Columns columns = {{25, false}, {9, true},  {11, true}, {11, true},
-                             {11, true},  {11, true}, {6, false}, {16, false}};
+    QList<QStringList> cells;
+    for (const auto& line : StatisticsCells(choice_.several.rows, document_.settings.display.Metric))
+      cells << Cells(line);
+    const QStringList titles = Cells(StatisticsTitles());
+    const FittedTable table = FitTable(titles, cells, {false, true, true, true, true, true, false, false},
+                                       body_.width(), kColumnGap, MetricsOf(Font(8.5)), MetricsOf(Font(8.5, true)));
     AddTitle(flow, QObject::tr("Several profiles"));
-    AddTable(
-        flow, Cells(StatisticsTitles()), columns, lines.size(),
-        [this, lines, columns](const QRect& line, std::size_t i) { PaintRow(line, columns, Cells(lines[i]), false); });
+    AddTable(flow, titles, table.columns, static_cast<std::size_t>(table.lines.size()),
+             [this, table](const QRect& line, std::size_t i) {
+               PaintRow(line, table.columns, table.lines[static_cast<qsizetype>(i)], false);
+             });
     if (!choice_.several.profiles.empty()) AddNamedLines(flow, QObject::tr("Profiles"), choice_.several.profiles, 20);
   }
 
@@ -359,7 +360,7 @@ private:
   void PaintRow(const QRect& line, const Columns& columns, const QStringList& cells, bool bold) {
     int left = line.left();
     for (std::size_t i = 0; i < columns.size(); ++i) {
-      const int width = line.width() * columns[i].width / 100;
+      const int width = static_cast<int>(line.width() * columns[i].width / 100.0);
       Text(QRect(left, line.top(), width - kColumnGap, line.height()), cells[static_cast<int>(i)], Font(8.5, bold),
            columns[i].isNumber ? Qt::AlignRight : Qt::AlignLeft);
       left += width;

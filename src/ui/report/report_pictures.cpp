@@ -9,6 +9,7 @@
 #include "presentation/curve_readouts.h"
 #include "ui/plots/clickable_profile_graph.h"
 #include "ui/plots/motif_view.h"
+#include "ui/plots/plot_axes.h"
 #include "ui/plots/plot_items.h"
 #include "ui/plots/probability_graph.h"
 #include "ui/plots/profile_plot.h"
@@ -140,8 +141,10 @@ std::unique_ptr<QCustomPlot> ProfilesOf(const PictureRow& row, const Document& d
     hasAny |= document.profiles.Has(kind);
   }
   if (!hasAny) return nullptr;
-  DrawProfiles(*graph, document, shown, true);
+  DrawProfiles(*graph, document, shown, ViewAfter::kWhole);
   if (row.kind != ReportBlockKind::kRecord && document.profiles.primaryRange) {
+    // The rest of the record is not in the picture, so its heights are not either.
+    graph->ShowStretchHeights();
     const Profile primary = document.profiles.View(ProfileKind::kPrimary);
     const double perPoint = primary.spacingUM * kMillimetresPerMicrometre * UnitsOf(document).length;
     graph->ShowX({primary.range.first * perPoint, primary.range.last * perPoint});
@@ -203,7 +206,7 @@ BlockPicture MakePicture(ReportBlockKind kind, const Document& document, int fon
 std::unique_ptr<QCustomPlot> MakePicture(const PictureOfView& view, const Document& document, int fontPixels) {
   auto graph = std::make_unique<CClickableProfileGraph>();
   PutOnWhite(*graph, fontPixels);
-  DrawProfiles(*graph, document, view.shown, true);
+  DrawProfiles(*graph, document, view.shown, ViewAfter::kWhole);
   graph->ShowX({view.firstX, view.lastX});
   graph->yAxis->setRange(view.lowest, view.highest);
   MakeOpaque(*graph);

@@ -12,7 +12,7 @@
 
 #include "platform/platform.h"
 #include "ui/language.h"
-#include "ui/plots/clickable_profile_graph.h"
+#include "ui/plots/plot_axes.h"
 #include "ui/plots/plot_items.h"
 #include "ui/qt_text.h"
 #include "ui/report/report.h"

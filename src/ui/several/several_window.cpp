@@ -430,7 +430,14 @@ void CSeveralWindow::DrawOverlay() {
   const bool hasDifference = difference_->isChecked() && overlay.size() == 2;
   if (const auto difference = hasDifference ? DifferenceOf(overlay[0], overlay[1]) : std::nullopt) {
     drawn_.push_back(difference->heightsUM);
-    add(tr("difference"), ink, drawn_.back(), difference->startUM, difference->spacingUM, 1.5, Qt::DotLine);
+    // Which from which, where a difference of names is not lost at their ends.
+    constexpr int kMostLetters = 24;
+    const QFontMetrics metrics = graph_->fontMetrics();
+    const auto nameOf = [&](std::size_t i) {
+      return metrics.elidedText(entries_[shown[i]]->name, Qt::ElideMiddle, kMostLetters * metrics.averageCharWidth());
+    };
+    add(tr("difference: %1 %2 %3").arg(nameOf(0), QChar(0x2212), nameOf(1)), ink, drawn_.back(), difference->startUM,
+        difference->spacingUM, 1.5, Qt::DotLine);
   }
   graph_->SetCurves(curves, {});
   LabelCursors();

@@ -11,7 +11,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "ui/plots/clickable_profile_graph.h"
+#include "ui/plots/plot_axes.h"
 #include "ui/plots/plot_items.h"
 #include "ui/qt_text.h"
 

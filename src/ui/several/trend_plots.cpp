@@ -18,6 +18,12 @@ namespace {
 
 /// Which names go last where there is no room for all.
 constexpr char kRank[] = "rank";
+/// The most files of a class of a histogram.
+constexpr char kMostFiles[] = "mostFiles";
+/// Names of lines stand in steps below the top of a histogram, as shares of its height.
+constexpr double kFirstStep = 0.01;
+constexpr double kStep = 0.07;
+constexpr int kSteps = 3;
 enum class Rank : int { kLimit, kMean, kSigma };
 
 /// A level that a chart marks.
@@ -161,15 +167,15 @@ void DrawHistogram(QCustomPlot& plot, const TrendSeries& series) {
   }
   Hold(*plot.xAxis, series, levels);
   plot.yAxis->setRange(0.0, 1.3 * static_cast<double>(most));
+  plot.setProperty(kMostFiles, static_cast<int>(most));
   // In steps, so that names of lines that lie together can be read, and never beyond the frame.
   std::vector<Level> sorted = levels;
   std::sort(sorted.begin(), sorted.end(), [](const Level& a, const Level& b) { return a.value < b.value; });
   int step = 0;
   for (const Level& level : sorted) {
-    constexpr double kStep = 0.07;
     AddNamedLine(plot, level.value, {}, level.pen);
     const bool isLeft = level.value < plot.xAxis->range().center();
-    QCPItemText& name = *AddLabel(plot, level.value, 0.01 + kStep * (step++ % 3), " " + level.name + " ",
+    QCPItemText& name = *AddLabel(plot, level.value, kFirstStep + kStep * (step++ % kSteps), " " + level.name + " ",
                                   (isLeft ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignTop, LabelPlace::kShareOfY);
     name.setProperty(kRank, static_cast<int>(level.rank));
   }
@@ -189,6 +195,13 @@ bool FitToRoom(QCustomPlot& plot) {
   drop(*plot.xAxis, plot.height() < kLeastLines * metrics.height() ||
                         metrics.horizontalAdvance(plot.xAxis->label()) > frame.width());
   drop(*plot.yAxis, metrics.horizontalAdvance(plot.yAxis->label()) > frame.height());
+  // The bars of a histogram end below the names, also where a line of them is much of the height.
+  if (const int most = plot.property(kMostFiles).toInt(); most > 0) {
+    const double line = 1.2 * plot.fontMetrics().height() / std::max(frame.height(), 1);
+    const double top = most / (1.0 - std::clamp(kFirstStep + kStep * (kSteps - 1) + line, 0.23, 0.6));
+    changed = changed || std::abs(plot.yAxis->range().upper - top) > 1e-3 * top;
+    plot.yAxis->setRange(0.0, top);
+  }
   std::vector<QCPItemText*> names;
   for (int i = 0; i < plot.itemCount(); ++i) {
     auto* const name = qobject_cast<QCPItemText*>(plot.item(i));

@@ -16,6 +16,7 @@
 
 #include "parameters/catalogue.h"
 #include "parameters/edition2021/edition_list.h"
+#include "presentation/shown_rows.h"
 #include "settings/setting_entry.h"
 #include "ui/colours.h"
 #include "ui/language.h"
@@ -201,10 +202,11 @@ QString CParametersPage::TextOf(const std::string& name, bool isUnit) const {
     return Readable(EngineText(isUnit ? PrintedUnit(row.quantity.metricUnit) : std::string(row.definition)));
   };
   const MasterRow* const master = chosen == EditionChoice::k2021 ? nullptr : FindMasterRow(name);
+  const QString alias = master != nullptr && !isUnit ? EngineText(OtherName(*master)) : QString();
   const EditionRow* const row = chosen == EditionChoice::k1997 ? nullptr : ParseEditionName(name).row;
   if (master == nullptr) return row != nullptr ? textOf(*row) : QString();
   const QString before = textOf(*master);
-  if (row == nullptr) return before;
+  if (row == nullptr) return alias.isEmpty() ? before : before + ' ' + alias;
   const QString now = textOf(*row);
   if (now == before) return now;
   return isUnit ? (before.isEmpty() ? "1" : before) + " / " + (now.isEmpty() ? "1" : now)
@@ -242,6 +244,16 @@ void CParametersPage::Take() {
 
 QString CParametersPage::Fault() const {
   return faults_.empty() ? CSettingsPage::Fault() : faults_.begin()->second;
+}
+
+void CParametersPage::LeadToFault() {
+  if (faults_.empty()) return CSettingsPage::LeadToFault();
+  const auto [row, column] = faults_.begin()->first;
+  // What Find has put away is seen again.
+  filter_->clear();
+  table_->setCurrentCell(row, column, QItemSelectionModel::NoUpdate);
+  table_->scrollToItem(table_->item(row, column), QAbstractItemView::PositionAtCenter);
+  table_->setFocus();
 }
 
 void CParametersPage::TakeDefaults(const Settings& defaults, Settings& settings) const {
@@ -326,6 +338,17 @@ void CParametersPage::Filter(const QString& text) {
   for (int row = 0; row < table_->rowCount(); ++row) {
     table_->setRowHidden(row, !has(row, isName ? 0 : table_->columnCount() - 1));
   }
+  // Who looks for a row by its other name is led to it.
+  const auto& rows = shown_.analysis.parameters;
+  const auto named = std::find_if(rows.begin(), rows.end(), [&](const auto& each) {
+    const MasterRow* const master = FindMasterRow(each.name);
+    return master != nullptr && !text.isEmpty() && FromText(master->details.planName) == text;
+  });
+  if (named == rows.end()) return;
+  const auto row = static_cast<int>(named - rows.begin());
+  table_->setRowHidden(row, false);
+  table_->setCurrentCell(row, 0);
+  table_->scrollToItem(table_->item(row, 0));
 }
 
 }  // namespace texturon

@@ -27,6 +27,7 @@ public:
   void Refresh() override;
   void Reset() override;
   QString Fault() const override;
+  void LeadToFault() override;
   void TakeDefaults(const Settings& defaults, Settings& settings) const override;
   std::vector<const SettingKey*> Keys() const override;
   /// Moves the current row up (-1) or down (1).

@@ -73,6 +73,12 @@ QString CSettingsPage::Fault() const {
   return {};
 }
 
+void CSettingsPage::LeadToFault() {
+  for (CSettingField* const field : fields_) {
+    if (!field->Fault().isEmpty()) return field->setFocus();
+  }
+}
+
 std::vector<const SettingKey*> CSettingsPage::Keys() const {
   std::vector<const SettingKey*> keys;
   for (const CSettingField* const field : fields_) keys.push_back(field->Place().key);

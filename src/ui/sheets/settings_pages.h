@@ -29,6 +29,8 @@ public:
   virtual void Reset();
   /// The first entry that cannot be used, with the reason; empty: none.
   virtual QString Fault() const;
+  /// Puts the cursor into that entry, wherever on the page it is.
+  virtual void LeadToFault();
   /// Puts the page's own entries of `defaults` into `settings`.
   virtual void TakeDefaults(const Settings& defaults, Settings& settings) const;
   /// The keys that can be set here.

@@ -59,14 +59,23 @@ CLiveSheet::CLiveSheet(CTexturonDoc& doc, const QString& title, QWidget* parent)
       working_(doc.document().settings),
       former_(working_),
       pages_(new CPageList(this)),
-      fault_(new QLabel(this)) {
+      fault_(new QLabel(this)),
+      leader_(new QPushButton(tr("Show"), this)) {
   setWindowTitle(title);
   fault_->setObjectName("fault");
   fault_->setWordWrap(true);
   auto* const layout = new QVBoxLayout(this);
   layout->addWidget(pages_, 1);
-  layout->addWidget(fault_);
+  auto* const fault = new QHBoxLayout;
+  fault->addWidget(fault_, 1);
+  fault->addWidget(leader_, 0, Qt::AlignTop);
+  layout->addLayout(fault);
   layout->addWidget(MakeFoot());
+  leader_->setObjectName("leadToFault");
+  leader_->setAutoDefault(false);
+  leader_->setToolTip(tr("Leads to the entry that is not applied."));
+  leader_->hide();
+  connect(leader_, &QPushButton::clicked, this, &CLiveSheet::LeadToFault);
   delay_.setSingleShot(true);
   delay_.setInterval(kDelayMS);
   connect(&delay_, &QTimer::timeout, this, &CLiveSheet::ApplyNow);
@@ -263,7 +272,21 @@ void CLiveSheet::OnChanged() {
   for (CSettingsPage* const page : findChildren<CSettingsPage*>()) page->Refresh();
 }
 
+bool CLiveSheet::LeadToFault() {
+  for (int i = 0; i < pages_->count(); ++i) {
+    auto* const page = pages_->widget(i)->findChild<CSettingsPage*>();
+    if (page->Fault().isEmpty()) continue;
+    pages_->setCurrentIndex(i);
+    page->LeadToFault();
+    return true;
+  }
+  return false;
+}
+
 void CLiveSheet::ShowFault() {
+  const auto pages = findChildren<CSettingsPage*>();
+  leader_->setVisible(
+      std::any_of(pages.begin(), pages.end(), [](const auto* page) { return !page->Fault().isEmpty(); }));
   for (const CSettingsPage* const page : findChildren<CSettingsPage*>()) {
     if (!page->Fault().isEmpty()) return fault_->setText(tr("Not applied: %1.").arg(page->Fault()));
   }
@@ -282,9 +305,7 @@ void CLiveSheet::keyPressEvent(QKeyEvent* event) {
 
 void CLiveSheet::accept() {
   // What could not be used is shown rather than lost.
-  for (int i = 0; i < pages_->count(); ++i) {
-    if (!pages_->widget(i)->findChild<CSettingsPage*>()->Fault().isEmpty()) return pages_->setCurrentIndex(i);
-  }
+  if (LeadToFault()) return;
   ApplyNow();
   setVisible(false);
 }

@@ -14,6 +14,7 @@
 
 class QLabel;
 class QMenu;
+class QPushButton;
 
 namespace texturon {
 
@@ -51,6 +52,8 @@ private:
   void OnEdited();
   void OnChanged();
   void ShowFault();
+  /// To the first entry that cannot be used; false: there is none.
+  bool LeadToFault();
   QWidget* MakeFoot();
   void FillPresets(QMenu& menu);
   void SaveAsPreset();
@@ -75,6 +78,7 @@ private:
   bool hasEdited_ = false;
   CPageList* pages_;
   QLabel* fault_;
+  QPushButton* leader_;  ///< to what is not applied
   QTimer delay_;
 };
 

@@ -12,7 +12,7 @@
 #include <algorithm>
 
 #include "ui/colours.h"
-#include "ui/plots/clickable_profile_graph.h"
+#include "ui/plots/plot_axes.h"
 #include "ui/plots/plot_items.h"
 
 namespace texturon {

@@ -66,6 +66,10 @@ QString TipOf(const Document& document, const ShownRow& row) {
   for (const std::string& text : {explanation.definition, explanation.source}) {
     if (!text.empty()) lines << EngineText(text);
   }
+  const bool isOld = row.row.edition == Edition::k1997;
+  const MasterRow* const master = isOld ? FindMasterRow(row.row.name) : nullptr;
+  const std::string name = master != nullptr ? OtherName(*master) : std::string();
+  if (!name.empty()) lines << EngineText(name);
   if (!row.reason.empty()) lines << CTexturonParamView::tr("No value: %1.").arg(EngineText(row.reason));
   if (!row.doubt.empty()) lines << CTexturonParamView::tr("No plain verdict: %1.").arg(EngineText(row.doubt));
   if (const QString limits = LimitsText(document, row); !limits.isEmpty()) lines << limits;

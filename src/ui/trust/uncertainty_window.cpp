@@ -27,7 +27,7 @@
 #include "presentation/value_place.h"
 #include "ui/colours.h"
 #include "ui/language.h"
-#include "ui/plots/clickable_profile_graph.h"
+#include "ui/plots/plot_axes.h"
 #include "ui/qt_text.h"
 #include "ui/trust/known_budget.h"
 #include "ui/window/file_dialogs.h"

@@ -20,6 +20,7 @@ enum class CommandIcon {
   kComputeCursors,
   kSettings,
   kShowAll,
+  kStretchHeights,
   kZoomBack,
   kUprightCursors,
   kLevelCursors,

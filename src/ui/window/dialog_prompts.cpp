@@ -78,6 +78,25 @@ private:
   bool hasCursor_ = false;
 };
 
+/// Of the window of a question: the program, and what is asked about.
+QString TitleOf(std::string_view question) {
+  const std::pair<std::string_view, QString> subjects[] = {
+      {"Enter the new identification", QObject::tr("Identification")},
+      {"Enter the data point spacing", QObject::tr("Point Spacing")},
+      {"Enter the trace length", QObject::tr("Trace Length")},
+      {"Enter the column number", QObject::tr("Column")},
+      {"Name of the preset", QObject::tr("Keep as Preset")},
+      {"Input File", QObject::tr("Choose a Profile")},
+      {"Replace it?", QObject::tr("Replace a File")},
+      {"Export anyway?", QObject::tr("Export")},
+      {"geometry selected", QObject::tr("Sign of the Radius")},
+      {"The program ended while", QObject::tr("Unsaved Changes")}};
+  const auto subject = std::find_if(std::begin(subjects), std::end(subjects), [question](const auto& each) {
+    return question.find(each.first) != std::string_view::npos;
+  });
+  return QuestionTitle(subject != std::end(subjects) ? subject->second : QObject::tr("Question"));
+}
+
 /// The ordinary cursor while something is asked in the middle of a computation.
 class AskingScope {
 public:
@@ -88,6 +107,10 @@ public:
 };
 
 }  // namespace
+
+QString QuestionTitle(const QString& subject) {
+  return QApplication::applicationDisplayName() + QString::fromUtf8(" \u2013 ") + subject;
+}
 
 void DialogPrompts::ShowMessage(std::string_view text) {
   const AskingScope asking;
@@ -117,8 +140,7 @@ QString DialogPrompts::TakeBeside() {
 
 bool DialogPrompts::AskYesNo(std::string_view question) {
   const AskingScope asking;
-  return QMessageBox::question(parent_, QApplication::applicationDisplayName(), EngineText(question)) ==
-         QMessageBox::Yes;
+  return QMessageBox::question(parent_, TitleOf(question), EngineText(question)) == QMessageBox::Yes;
 }
 
 std::optional<std::string> DialogPrompts::AskText(std::string_view prompt, std::string_view preset) {
@@ -127,9 +149,8 @@ std::optional<std::string> DialogPrompts::AskText(std::string_view prompt, std::
   // A number with all its digits would only be read as noise; left alone it is what it was.
   const bool isNumber = ParseDouble(preset).usable();
   const QString shown = isNumber ? WithShortNumbers(FromText(preset)) : FromText(preset);
-  const QString text =
-      QInputDialog::getText(parent_, QApplication::applicationDisplayName(),
-                            TakeBeside() + Readable(EngineText(prompt)), QLineEdit::Normal, shown, &accepted);
+  const QString text = QInputDialog::getText(parent_, TitleOf(prompt), TakeBeside() + Readable(EngineText(prompt)),
+                                             QLineEdit::Normal, shown, &accepted);
   if (!accepted) return std::nullopt;
   if (text == shown) return std::string(preset);
   const std::string kept = ToText(text);
@@ -140,7 +161,7 @@ std::optional<std::string> DialogPrompts::AskText(std::string_view prompt, std::
 std::optional<std::size_t> DialogPrompts::ChooseFromList(std::string_view title, std::span<const std::string> lines) {
   const AskingScope asking;
   QDialog dialog(parent_);
-  dialog.setWindowTitle(QApplication::applicationDisplayName());
+  dialog.setWindowTitle(TitleOf(title));
   auto* const layout = new QVBoxLayout(&dialog);
   auto* const label = new QLabel(TakeBeside() + EngineText(title), &dialog);
   auto* const list = new QListWidget(&dialog);

@@ -10,6 +10,9 @@
 
 namespace texturon {
 
+/// "Texturon - Identification", with a dash.
+QString QuestionTitle(const QString& subject);
+
 /// What the engine shows and asks, as dialogs over the main window.
 class DialogPrompts : public Prompts {
 public:

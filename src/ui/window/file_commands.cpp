@@ -117,18 +117,17 @@ void CMainFrame::MakeFolderCommands(QMenu& menu) {
       [this](bool on) {
         AutoLoadingSettings settings = doc_->document().settings.autoLoading;
         settings.IsAutoLoading = on;
-        doc_->ReplaceAutoLoading(std::move(settings));
+        Settings wanted = doc_->document().settings;
+        wanted.autoLoading = settings;
+        if (!on || PlanWatch(wanted).reason.empty()) return doc_->ReplaceAutoLoading(std::move(settings));
+        findChild<QAction*>("autoLoading")->setChecked(false);
+        ShowAutoLoadingSheet().AskForWhatIsMissing();
       });
   AddCommand(menu,
              {.name = "autoLoadingSettings",
               .text = tr("Auto-Loading Settin&gs..."),
               .tip = tr("Which folder, and what becomes of the files.")},
-             [this] {
-               auto* sheet = findChild<CAutoLoadingSheet*>();
-               if (sheet == nullptr) sheet = new CAutoLoadingSheet(*doc_, this);
-               sheet->show();
-               sheet->activateWindow();
-             });
+             [this] { ShowAutoLoadingSheet(); });
   AddCommand(
       menu,
       {.name = "batchOfAFolder", .text = tr("&Batch of a Folder..."), .tip = tr("Analyses all files of a folder.")},
@@ -138,6 +137,14 @@ void CMainFrame::MakeFolderCommands(QMenu& menu) {
               .text = tr("Several P&rofiles..."),
               .tip = tr("Shows profiles over each other and their parameters side by side.")},
              [this] { OnSeveral({}); });
+}
+
+CAutoLoadingSheet& CMainFrame::ShowAutoLoadingSheet() {
+  auto* sheet = findChild<CAutoLoadingSheet*>();
+  if (sheet == nullptr) sheet = new CAutoLoadingSheet(*doc_, this);
+  sheet->show();
+  sheet->activateWindow();
+  return *sheet;
 }
 
 void CMainFrame::OnSeveral(const std::vector<std::filesystem::path>& files) {

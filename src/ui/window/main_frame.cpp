@@ -48,6 +48,7 @@ constexpr ToolButton kToolButtons[] = {
     {"settings", CommandIcon::kSettings},
     {nullptr},
     {"showAll", CommandIcon::kShowAll},
+    {"stretchHeights", CommandIcon::kStretchHeights},
     {"zoomBack", CommandIcon::kZoomBack},
     {"xCursors", CommandIcon::kUprightCursors},
     {"yCursors", CommandIcon::kLevelCursors},

@@ -20,6 +20,7 @@ class QMenu;
 namespace texturon {
 
 class CAutoLoading;
+class CAutoLoadingSheet;
 class CAutosave;
 class CCurvePane;
 class CLiveSheet;
@@ -96,6 +97,7 @@ private:
   // file_commands.cpp
   void MakeFileMenu();
   void MakeFolderCommands(QMenu& menu);
+  CAutoLoadingSheet& ShowAutoLoadingSheet();
   /// The files opened last, newest first.
   void ShowRecentFiles();
   /// Opens one of them, or takes it from the list where it is gone.

@@ -11,6 +11,7 @@
 #include "settings/working_settings.h"
 #include "ui/qt_text.h"
 #include "ui/window/autosave.h"
+#include "ui/window/dialog_prompts.h"
 #include "ui/window/main_frame.h"
 
 namespace texturon {
@@ -29,7 +30,7 @@ bool CMainFrame::SettleUnsaved(bool withSettings, const QString& remark) {
   if (unsavedQuestion_) {
     answer = unsavedQuestion_(sentences.join(' '));
   } else {
-    QMessageBox box(QMessageBox::Question, QGuiApplication::applicationDisplayName(),
+    QMessageBox box(QMessageBox::Question, QuestionTitle(tr("Unsaved Changes")),
                     sentences.join("\n\n") + "\n\n" + tr("Save them?"),
                     QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, this);
     // Nothing is discarded where the work goes on with what is there.
@@ -69,11 +70,9 @@ void CMainFrame::OfferLeftOver() {
     const auto state = autosave_->TakeLeftOver();
     if (!state) return;
     const QString name = state->file.empty() ? tr("the sample") : FromPath(state->file);
-    const QString question =
-        tr("The program ended while %1 or its settings had changes that were not saved. Shall they be as "
-           "they were?")
-            .arg(name);
-    if (!doc_->prompts().AskYesNo(ToText(question))) continue;
+    const std::string question = "The program ended while " + ToText(name) +
+                                 " or its settings had changes that were not saved. Shall they be as they were?";
+    if (!doc_->prompts().AskYesNo(question)) continue;
     UndoPoint work = state->work;
     if ((!state->file.empty() && !doc_->Open(state->file)) || !doc_->HasProfile()) {
       // Without the record there are still the settings.

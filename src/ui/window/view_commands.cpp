@@ -88,9 +88,24 @@ void CMainFrame::MakeZoomMenu(QMenu& menu) {
              {.name = "showAll",
               .text = tr("Show &All"),
               .keys = QKeySequence(Qt::CTRL | Qt::Key_0),
-              .tip = tr("The whole profile."),
+              .tip = tr("The whole record, also where less is computed over."),
               .needsProfile = true},
              [this] { view_->Graph().ShowAll(); });
+  QAction* const stretch =
+      AddCommand(menu,
+                 {.name = "stretchHeights",
+                  .text = tr("Heights of the &Stretch"),
+                  .keys = QKeySequence(Qt::CTRL | Qt::Key_9),
+                  .tip = tr("The heights of what is computed over have the room, those beside it do not count.")},
+                 [this] { view_->Graph().ShowStretchHeights(); });
+  stretch->setEnabled(false);
+  connect(&view_->Graph(), &QCustomPlot::afterReplot, stretch,
+          [this, stretch] { stretch->setEnabled(doc_->HasProfile() && view_->Graph().HasStretchHeights()); });
+  connect(view_, &CTexturonView::StretchIsFlat, this, [this, stretch] {
+    statusBar()->showMessage(tr("The record beside the stretch is much higher than it is: %1 (%2) shows the stretch.")
+                                 .arg(stretch->text().remove('&'), stretch->shortcut().toString()),
+                             10'000);
+  });
   menu.addSeparator();
   QAction* const equal = AddAction(menu, {.name = "aspectRatio",
                                           .text = tr("1:1 Aspe&ct Ratio"),
@@ -194,6 +209,7 @@ void CMainFrame::MakeCursorMenu(QMenu& menu) {
 
 void CMainFrame::FillProfileMenu(QMenu& menu) {
   constexpr const char* kCommands[] = {"showAll",
+                                       "stretchHeights",
                                        "zoomBetweenXCursors",
                                        "zoomToSamplingLength",
                                        "zoomBack",
