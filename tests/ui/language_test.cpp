@@ -93,6 +93,9 @@ TEST(Language, HasEveryTextWithAllThatIsPutIn) {
   for (const QString& text : sources + TextsOfTables()) {
     EXPECT_TRUE(text.isEmpty() || german.contains(text)) << "no German for: " << text.toStdString();
   }
+  QFile file(":/translations/de.txt");
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  EXPECT_EQ(file.readAll().count('\t'), german.size()) << "a text has one translation";
   for (auto word = german.cbegin(); word != german.cend(); ++word) {
     const bool isCounted = word.key().contains("%n");
     for (const QString& form : isCounted ? word->split('|') : QStringList{*word}) {
