@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "analysis/analysis_run.h"
+#include "analysis/cautions.h"
 #include "analysis/decision.h"
 #include "analysis/ratio_row_list.h"
 #include "analysis/verdict_trials.h"
@@ -106,6 +107,7 @@ FileAnalysis AnalyseFile(const std::filesystem::path& path, const FileAnalysisOp
         options.uncertainty != nullptr ? TryForVerdicts(document, options.uncertainty, 1) : std::string();
     analysis = ResultsOf(document, environment);
     analysis.remarks = prompts.notices();
+    for (const Caution& caution : CautionsOf(document)) analysis.remarks.push_back(caution.sentence);
     if (!undecided.empty()) analysis.remarks.push_back("no uncertainty, " + undecided + ".");
     if (!options.profilesTo.empty()) analysis.reason = WriteProfiles(document, path, options);
   } catch (const std::bad_alloc&) {

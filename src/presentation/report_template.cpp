@@ -163,6 +163,21 @@ private:
   std::string reason_;
 };
 
+/// The first line in which a character has become a question mark; 0: none.
+std::size_t LineOfLoss(std::string_view bytes, std::string_view text) {
+  std::size_t line = 1;
+  while (!bytes.empty() || !text.empty()) {
+    const auto take = [](std::string_view& rest) {
+      const std::string_view taken = rest.substr(0, rest.find('\n'));
+      rest.remove_prefix(std::min(taken.size() + 1, rest.size()));
+      return std::count(taken.begin(), taken.end(), '?');
+    };
+    if (take(bytes) != take(text)) return line;
+    ++line;
+  }
+  return 0;
+}
+
 }  // namespace
 
 std::span<const ReportBlockRow> ReportBlocks() {
@@ -206,8 +221,13 @@ std::string ReportTemplateText(const ReportTemplate& report) {
 }
 
 ReportTemplateRead ReadReportTemplate(std::string_view bytes) {
-  const IniFile file(TextOfFile(bytes, IsUtf8(bytes)));
-  return TemplateReader(file).Result();
+  const std::string text = TextOfFile(bytes, IsUtf8(bytes));
+  if (const std::size_t line = LineOfLoss(bytes, text); line != 0) {
+    return {.report = {},
+            .reason = "line " + IntegerText(static_cast<std::int64_t>(line)) +
+                      ": holds a character that a report cannot have, none of Windows-1252"};
+  }
+  return TemplateReader(IniFile(text)).Result();
 }
 
 }  // namespace texturon

@@ -6,13 +6,13 @@
 #include <cstdint>
 
 #include "analysis/captions.h"
+#include "analysis/cautions.h"
 #include "analysis/decision.h"
 #include "analysis/region_choice.h"
 #include "base/number_text.h"
 #include "base/program_version.h"
 #include "base/quantity.h"
 #include "parameters/edition2021/edition_table.h"
-#include "presentation/cautions.h"
 #include "presentation/head_texts.h"
 #include "presentation/profile_marks.h"
 #include "presentation/requirement_texts.h"
@@ -58,7 +58,7 @@ std::vector<ReportLine> Facts(const Document& document, std::string_view time, c
   }
   if (profiles.evaluationRange) {
     facts.emplace_back("Evaluated", EvaluatedForReaders(document));
-    facts.emplace_back("Caution", CautionOf(document));
+    for (const Caution& caution : CautionsOf(document)) facts.emplace_back("Caution", caution.sentence);
   }
   if (const auto excluded = HeededExclusion(document)) {
     facts.emplace_back("Not in the form fit",
@@ -151,10 +151,10 @@ void SummariseDrawing(const std::vector<JudgedRequirement>& drawing, ReportTexts
   if (!worst.empty()) texts.summary += (texts.summary.empty() ? "" : " ") + worst;
 }
 
-/// A verdict on too little is none to rely on.
-void SummariseCaution(const std::string& caution, ReportTexts& texts) {
-  if (caution.empty() || texts.summary.empty()) return;
-  texts.summary += " " + caution;
+/// A verdict on too little, or on a profile with its form, is none to rely on.
+void SummariseCautions(const std::vector<Caution>& cautions, ReportTexts& texts) {
+  if (cautions.empty() || texts.summary.empty()) return;
+  for (const Caution& caution : cautions) texts.summary += " " + caution.sentence;
   if (texts.outcome == ReportOutcome::kPass) texts.outcome = ReportOutcome::kOpen;
 }
 
@@ -213,7 +213,7 @@ ReportTexts MakeReportTexts(const Document& document, std::string_view time, con
   }
   Summarise(texts);
   SummariseDrawing(DrawingOf(document, several), texts);
-  SummariseCaution(CautionOf(document), texts);
+  SummariseCautions(CautionsOf(document), texts);
   return texts;
 }
 

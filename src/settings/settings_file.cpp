@@ -31,12 +31,6 @@ std::string UpgradeLine(std::string line, std::int64_t& nextReference) {
   return line.replace(at, kUnnumbered.size(), "SelectionRef" + IntegerText(nextReference++, 2, '0') + "=");
 }
 
-bool HasKnownSection(const IniFile& file) {
-  const std::vector<IniSectionHeader> sections = file.Sections();
-  return std::any_of(sections.begin(), sections.end(),
-                     [](const IniSectionHeader& section) { return IsSettingsSection(section.name); });
-}
-
 // A pipe or a device is left alone: writing to it would wait for a reader or go nowhere.
 FileOutcome ReplaceRegularFile(const std::filesystem::path& path, std::string_view bytes) {
   std::error_code error;
@@ -45,6 +39,12 @@ FileOutcome ReplaceRegularFile(const std::filesystem::path& path, std::string_vi
 }
 
 }  // namespace
+
+bool HasKnownSection(const IniFile& file) {
+  const std::vector<IniSectionHeader> sections = file.Sections();
+  return std::any_of(sections.begin(), sections.end(),
+                     [](const IniSectionHeader& section) { return IsSettingsSection(section.name); });
+}
 
 std::string UpgradeSettingsText(const std::string& text) {
   std::string upgraded;

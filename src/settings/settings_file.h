@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/ini_file.h"
 #include "platform/platform.h"
 #include "platform/prompts.h"
 #include "settings/settings.h"
@@ -25,6 +26,9 @@ struct SettingsFileResult {
 
 /// Reads an INI file; one in UTF-16 as Windows-1252.
 FileBytes ReadIniFile(const std::filesystem::path& path);
+
+/// Whether a file has a section of the settings at all.
+bool HasKnownSection(const IniFile& file);
 
 /// Reads a settings file into the settings as LoadSettingsText does; its remarks go to `prompts` as notices. A file of
 /// a layout before 2 is upgraded first, on the disk too where that changes its text; where it cannot be written, the

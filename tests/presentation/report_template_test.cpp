@@ -48,6 +48,8 @@ TEST(ReportTemplate, IsRefusedWithTheFirstLineThatIsNotUnderstood) {
       {"[REPORT]\nBlock=head\nhead\n", "line 2: \"Block\" " + std::string(kKeys)},
       {"[REPORT]\nhead\nBlock=head\n", "line 2: is neither a section nor KEY=VALUE"},
       {"[REPORT]\nBlock01=head\nText01=x\n", "line 3: Text01 belongs to no block of free text"},
+      {"[REPORT]\nBlock01=text\nText01=Ra? \xE2\x89\xA4 3\n",
+       "line 3: holds a character that a report cannot have, none of Windows-1252"},
       {"Block01=head\n", "line 1: \"Block01\" stands before [REPORT]"},
       {"[ANALYSIS]\nFilterType=1\n", "line 1: \"ANALYSIS\" is no section of a template; the only one is [REPORT]"},
   };

@@ -95,6 +95,15 @@ TEST(ReportTexts, TellWhatIsUndecidedAndWhy) {
             "All 2 toleranced parameters are within tolerance. Less than one sampling length evaluated: 0.5000 mm of "
             "0.8000 mm.");
   EXPECT_EQ(texts.outcome, ReportOutcome::kOpen);
+  // Or on a profile that still has its form.
+  document.profiles.evaluationRange = IndexRange::FromCount(0, 2000);
+  document.results.formRequested = kFormFree;
+  texts = MakeReportTexts(document, "now");
+  EXPECT_TRUE(
+      texts.summary.ends_with("tolerance. The form asked for (free form) could not be fitted: the mean is taken "
+                              "out in its place."))
+      << texts.summary;
+  EXPECT_EQ(texts.outcome, ReportOutcome::kOpen);
 }
 
 TEST(ReportTexts, NameTheEditionAndWhatDiffers) {

@@ -93,6 +93,9 @@ TEST(Language, HasEveryTextWithAllThatIsPutIn) {
   for (const QString& text : sources + TextsOfTables()) {
     EXPECT_TRUE(text.isEmpty() || german.contains(text)) << "no German for: " << text.toStdString();
   }
+  QFile file(":/translations/de.txt");
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  EXPECT_EQ(file.readAll().count('\t'), german.size()) << "a text has one translation";
   for (auto word = german.cbegin(); word != german.cend(); ++word) {
     const bool isCounted = word.key().contains("%n");
     for (const QString& form : isCounted ? word->split('|') : QStringList{*word}) {
@@ -111,6 +114,14 @@ TEST_F(InGerman, SentencesOfTheEngineKeepTheirFigures) {
        "braucht zwei Punkte mit Materialanteilen von 5 % bis 95 %; dieses Profil hat 1"},
       {"Not exported: there is no Primary Profile.", "Nicht exportiert: es fehlt: Primärprofil."},
       {"/tmp/Depth.lmt does not exist.", "/tmp/Depth.lmt gibt es nicht."},
+      {"/tmp/a b.pdf cannot be written: no file can be created in its folder (permission denied).",
+       "/tmp/a b.pdf kann nicht geschrieben werden: in seinem Ordner l\u00E4sst sich keine Datei anlegen (keine "
+       "Berechtigung)."},
+      {"/tmp/half.lmt is refused by the reader of the native format: line 6: Unexpected end of file.",
+       "/tmp/half.lmt wird vom Leser f\u00FCr \u201Enative format\u201C abgelehnt: Zeile 6: Unerwartetes Ende der "
+       "Datei."},
+      {"The form asked for (free form) could not be fitted: the mean is taken out in its place.",
+       "Die verlangte Form (Freiform) lie\u00DF sich nicht anpassen: Stattdessen ist der Mittelwert abgezogen."},
       {"The record has room for 4 of 5 sections of 0.8000 mm; ask for 4 sections, 3.2000 mm in all, to compute with "
        "them.",
        "Die Aufzeichnung hat Platz f\u00FCr 4 von 5 Abschnitten von 0.8000 mm; mit 4 Abschnitten, zusammen 3.2000 mm, "
@@ -132,6 +143,9 @@ TEST_F(InGerman, SentencesOfTheEngineKeepTheirFigures) {
     }
   }
   EXPECT_EQ(QObject::tr("%n to analyse", nullptr, 2), "2 Dateien auszuwerten");
+  // The library's own texts, also where the system has no translation of them.
+  EXPECT_EQ(QCoreApplication::translate("QFileDialog", "Look in:"), "Suchen in:");
+  EXPECT_EQ(QKeySequence("Ctrl+Shift+B").toString(QKeySequence::NativeText), "Strg+Umschalt+B");
 }
 
 TEST_F(InGerman, ReadOutsHaveNoEnglishWord) {

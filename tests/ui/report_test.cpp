@@ -113,6 +113,10 @@ TEST_F(Report, FollowsItsTemplate) {
   EXPECT_FALSE(LoadReportTemplate(Path("bad.ini"), reason_));
   EXPECT_TRUE(reason_.contains("bad.ini line 2: \"rouhgness\" is no block")) << reason_.toStdString();
   EXPECT_FALSE(LoadReportTemplate(Path("none.ini"), reason_));
+  EXPECT_EQ(MissingLogo(document_, DefaultReportTemplate()), "");
+  document_.settings.display.LogoFile = TextFromPath(folder_ / "bad.ini");
+  EXPECT_TRUE(MissingLogo(document_, DefaultReportTemplate()).contains("bad.ini is no picture"));
+  EXPECT_EQ(MissingLogo(document_, *layout), "") << "it has no head";
 }
 
 TEST_F(Report, TheLayoutIsChosenInItsDialog) {

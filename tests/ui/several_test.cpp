@@ -6,6 +6,7 @@
 
 #include "support/small_profiles.h"
 #include "ui/folders/folder_batch_window.h"
+#include "ui/language.h"
 #include "ui/plots/clickable_profile_graph.h"
 #include "ui/several/several_window.h"
 #include "ui/several/trend_pane.h"
@@ -57,6 +58,8 @@ TEST_F(Several, ValuesStandSideBySideWithTheVerdictOfTheRule) {
   EXPECT_EQ(window_->Count(), 3U);
   EXPECT_LT(window_->minimumSizeHint().width(), 600) << "its row of choices is broken where a screen is narrow";
   EXPECT_TRUE(window_->Faults().contains("bad.lmt")) << window_->Faults().toStdString();
+  window_->AddFiles({std::filesystem::path(TEXTURON_SOURCE_DIR) / "tests/golden/files/formats/grid.sdf"});
+  EXPECT_EQ(window_->Faults().count("grid.sdf"), 1) << "for both of its profiles: " << window_->Faults().toStdString();
   const std::pair<const char*, const char*> cells[] = {{"a.lmt", "1.0000"}, {"c.lmt", "1.2000"},
                                                        {"Mean", "1.1000"},  {"Standard deviation", "0.1000"},
                                                        {"Range", "0.2000"}, {"Verdict", "out of tolerance"}};
@@ -181,7 +184,7 @@ TEST_F(Process, IsShownWithoutAParameterFileAndSaved) {
   Change([](AnalysisSettings& analysis) { analysis.parameters = {{.name = "Pt"}}; });
   std::filesystem::create_directory(folder_ / "in");
   for (int i = 0; i < 4; ++i) {
-    folder_.Write("in/" + std::to_string(i) + ".lmt", SmallProfile(400, 1.0 + 0.1 * i));
+    folder_.Write("in/" + std::to_string(i) + ".lmt", SmallProfile(i < 3 ? 400 : 60, 1.0 + 0.1 * i));
   }
   Choose("batchOfAFolder");
   auto& window = Child<CFolderBatchWindow>(*frame_);
@@ -191,12 +194,22 @@ TEST_F(Process, IsShownWithoutAParameterFileAndSaved) {
   ASSERT_TRUE(QTest::qWaitFor([&window] { return !window.IsRunning(); }, 30'000));
   EXPECT_EQ(window.Results().rowCount(), 4);
   EXPECT_EQ(Child<CTrendPane>(window).Series().values.size(), 4U);
+  // Files are English, whatever the window speaks.
+  UseLanguage("de");
+  const CBatchResults& results = window.Results();
+  EXPECT_EQ(results.data(results.index(3, 1), Qt::DisplayRole).toString().section(" - ", 1),
+            "Weniger als eine Einzelmessstrecke ausgewertet: 0.6000 mm von 0.8000 mm.");
   const std::pair<const char*, const char*> files[] = {
       {"out.csv", "File,Result,Pt"}, {"out.pdf", "%PDF-1.4"}, {"out.svg", "<?xml"}, {"out.png", "\x89PNG"}};
   for (const auto& [name, start] : files) {
     EXPECT_EQ(window.SaveAs(folder_ / name), "") << name;
     EXPECT_TRUE(folder_.Read(name).starts_with(start)) << name;
   }
+  EXPECT_NE(folder_.Read("out.csv").find(" - Less than one sampling length evaluated"), std::string::npos);
+  Child<QLabel>(window, "state").setText("out.csv geschrieben");
+  EXPECT_EQ(window.Page().heading.last(), "4 analysed, 0 failed, 1 with remarks.");
+  EXPECT_EQ(window.Page().titles.first(), "Parameter");
+  UseLanguage("en");
   EXPECT_TRUE(window.SaveAs(folder_ / "in/2.lmt").contains("2.lmt")) << "a measurement is not written over";
   EXPECT_EQ(folder_.Read("in/2.lmt"), SmallProfile(400, 1.2));
 }

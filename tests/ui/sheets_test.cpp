@@ -354,6 +354,10 @@ TEST_F(SettingsSheet, StandsBesideTheProfileAndFitsAnyScreen) {
       QTest::qWait(1);
       const auto& area = dynamic_cast<const QScrollArea&>(*sheet.Pages().widget(page));
       EXPECT_GE(area.viewport()->width(), area.widget()->minimumSizeHint().width()) << page;
+      for (const QLineEdit* const line : area.findChildren<QLineEdit*>()) {
+        const int length = line->fontMetrics().horizontalAdvance(line->text());
+        EXPECT_TRUE(!line->isVisible() || length < line->width()) << line->text().toStdString() << " is cut";
+      }
     }
     EXPECT_EQ(sheet.Pages().List().isVisible(), size.width() > 1000) << "else a box of the pages";
     EXPECT_LE(panel.width(), size.width() - (panel.isFloating() ? 0 : 400)) << size.width();
@@ -438,6 +442,11 @@ TEST_F(SettingsSheet, DefaultsAndPresetsAreOneEdit) {
   choose("Our bores");
   EXPECT_EQ(Analysis().FilterType, kFilterIso13565);
   EXPECT_EQ(Analysis().LcCutoffMM, 0.8);
+  QFile letter(PresetFolder() + "/letter.ini");
+  ASSERT_TRUE(letter.open(QIODevice::WriteOnly) && letter.write("Dear all,\n") > 0);
+  letter.close();
+  choose("letter");
+  EXPECT_TRUE(Child<QLabel>(sheet, "fault").text().endsWith("letter.ini holds no settings."));
   sheet.accept();
   // What the test itself has changed, then what the sheet has.
   Choose("undo");

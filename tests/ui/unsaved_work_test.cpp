@@ -103,6 +103,18 @@ TEST_F(UnsavedWork, OfACrashedWindowIsOfferedAndThatOfAnOpenOneIsNot) {
   EXPECT_TRUE(Kept().isEmpty()) << "a clean end leaves nothing";
 }
 
+TEST_F(UnsavedWork, ThatCannotBeKeptIsToldOnce) {
+  folder_.Write("state", "no folder");
+  frame_->KeepStateIn(folder_ / "state");
+  for (const char* const name : {"part 7", "part 8"}) {
+    Doc().SetIdentification(name);
+    Child<CAutosave>(*frame_).SaveNow();
+  }
+  ASSERT_EQ(prompts_.notices.size(), 1u);
+  EXPECT_TRUE(prompts_.notices[0].starts_with("What is not saved would be lost")) << prompts_.notices[0];
+  Doc().SetIdentification("Ground; generated");
+}
+
 TEST_F(UnsavedWork, AnotherStartMayComeInAnyMomentOfAFit) {
   ASSERT_TRUE(QDir().mkpath(FromPath(folder_ / "run")));
   std::filesystem::permissions(folder_ / "run", std::filesystem::perms::owner_all);

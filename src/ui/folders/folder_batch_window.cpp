@@ -32,9 +32,7 @@
 #include "ui/colours.h"
 #include "ui/language.h"
 #include "ui/qt_text.h"
-#include "ui/several/process_page.h"
 #include "ui/several/trend_pane.h"
-#include "ui/tables/grid_ctrl.h"
 #include "ui/trust/known_budget.h"
 #include "ui/window/file_dialogs.h"
 #include "unattended/folder_files.h"
@@ -97,6 +95,11 @@ QString Figure(ParameterDef row, double shown, bool metric) {
   return FromText(ShownValue(row, metric));
 }
 
+QStringList SummaryTitles() {
+  return {QObject::tr("Parameter"), QObject::tr("Files"),   QObject::tr("Mean"), QObject::tr("Standard deviation"),
+          QObject::tr("Minimum"),   QObject::tr("Maximum"), QObject::tr("Unit"), QObject::tr("Out of tolerance")};
+}
+
 /// Puts what stands in the order of the rows into that in which they are looked at.
 template <typename Item>
 void PutInOrder(std::vector<Item>& items, const std::vector<std::size_t>& order) {
@@ -150,6 +153,7 @@ QString CBatchResults::AsText() const {
 }
 
 QString CBatchResults::AsCommaList() const {
+  const EnglishScope english;
   QString text;
   for (QStringList cells : AllCells()) {
     for (QString& cell : cells) {
@@ -296,9 +300,7 @@ void CFolderBatchWindow::MakeTables(QLayout& layout) {
   table_->setTabKeyNavigation(false);
   connect(table_, &QTableView::activated, this,
           [this](const QModelIndex& index) { emit OpenRequested(FromPath(results_->Row(index.row()).path)); });
-  summaryTitles_ = {tr("Parameter"), tr("Files"),   tr("Mean"), tr("Standard deviation"),
-                    tr("Minimum"),   tr("Maximum"), tr("Unit"), tr("Out of tolerance")};
-  summary_ = new CGridCtrl(summaryTitles_, {1, 2, 3, 4, 5, 7}, tabs_);
+  summary_ = new CGridCtrl(SummaryTitles(), {1, 2, 3, 4, 5, 7}, tabs_);
   trend_ = new CTrendPane(tabs_);
   connect(trend_, &CTrendPane::Activated, this,
           [this](int file) { emit OpenRequested(FromPath(results_->Row(file).path)); });
@@ -476,7 +478,7 @@ void CFolderBatchWindow::Collect() {
   ShowOutcome();
 }
 
-void CFolderBatchWindow::ShowOutcome() {
+QString CFolderBatchWindow::OutcomeText() const {
   const BatchSummary& summary = outcome_.summary;
   QString text = tr("%1 analysed, %2 failed").arg(summary.analysed).arg(summary.failed);
   if (summary.remarked > 0) text += tr(", %1 with remarks").arg(summary.remarked);
@@ -486,11 +488,23 @@ void CFolderBatchWindow::ShowOutcome() {
   if (!outcome_.next.empty()) text += " " + tr("Stopped before %1.").arg(FromPath(outcome_.next.filename()));
   for (const std::string& remark : remarks_) text += " " + EngineText(remark);
   if (budget_) text += " " + BudgetInUse(settings_.settings.decision);
-  state_->setText(text.trimmed());
+  return text.trimmed();
+}
+
+void CFolderBatchWindow::ShowOutcome() {
+  const BatchSummary& summary = outcome_.summary;
+  state_->setText(OutcomeText());
   bar_->setRange(0, std::max(static_cast<int>(outcome_.total), 1));
   bar_->setValue(outcome_.complete() ? bar_->maximum() : results_->rowCount());
-  ShowSummary(summary);
+  summary_->Show(SummaryRecords());
   save_->setEnabled(summary.analysed > 0);
+}
+
+ProcessPage CFolderBatchWindow::Page() const {
+  const EnglishScope english;
+  return {.heading = {folderOfRun_, QString::fromStdString(DateText(doc_.environment().localTime())), OutcomeText()},
+          .titles = SummaryTitles(),
+          .statistics = SummaryRecords()};
 }
 
 QString CFolderBatchWindow::SaveAs(const std::filesystem::path& file) {
@@ -505,11 +519,7 @@ QString CFolderBatchWindow::SaveAs(const std::filesystem::path& file) {
         ReplaceFile(file, std::string_view(text.constData(), static_cast<std::size_t>(text.size())));
     return outcome.ok() ? QString() : EngineText(FileSentence(file, outcome.reason));
   }
-  const ProcessPage page{
-      .heading = {folderOfRun_, QString::fromStdString(DateText(doc_.environment().localTime())), state_->text()},
-      .titles = summaryTitles_,
-      .statistics = summary_->Records()};
-  return WriteProcess(name, trend_->Series(), page, reason) ? QString() : reason;
+  return WriteProcess(name, trend_->Series(), Page(), reason) ? QString() : EngineText(ToText(reason));
 }
 
 void CFolderBatchWindow::OnSave() {
@@ -523,11 +533,11 @@ void CFolderBatchWindow::OnSave() {
   state_->setText(fault.isEmpty() ? tr("Wrote %1").arg(FromPath(*file)) : fault);
 }
 
-void CFolderBatchWindow::ShowSummary(const BatchSummary& summary) {
+QList<CGridCtrl::Record> CFolderBatchWindow::SummaryRecords() const {
   QList<CGridCtrl::Record> records;
   const bool metric = settings_.settings.display.Metric;
   const std::vector<ShownRow> shown = ShownRows(settings_);
-  std::vector<ColumnSummary> columns = summary.columns;
+  std::vector<ColumnSummary> columns = outcome_.summary.columns;
   PutInOrder(columns, order_);
   for (std::size_t i = 0; i < columns.size(); ++i) {
     const ColumnSummary& column = columns[i];
@@ -546,7 +556,7 @@ void CFolderBatchWindow::ShowSummary(const BatchSummary& summary) {
     records << CGridCtrl::Record{
         .cells = cells, .standsOut = column.outOfTolerance > 0, .isUndecided = column.undecided > 0};
   }
-  summary_->Show(records);
+  return records;
 }
 
 void CFolderBatchWindow::Copy() {

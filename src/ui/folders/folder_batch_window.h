@@ -13,6 +13,8 @@
 #include <thread>
 #include <vector>
 
+#include "ui/several/process_page.h"
+#include "ui/tables/grid_ctrl.h"
 #include "ui/window/texturon_doc.h"
 #include "unattended/folder_batch.h"
 
@@ -27,7 +29,6 @@ class QTableView;
 
 namespace texturon {
 
-class CGridCtrl;
 class CTrendPane;
 
 /// One file of a batch.
@@ -35,7 +36,7 @@ struct BatchRow {
   std::filesystem::path path;
   std::string reason;  ///< why it gave nothing
   std::vector<ColumnValue> columns;
-  std::vector<std::string> remarks;  ///< of the reader
+  std::vector<std::string> remarks;  ///< of the reader, and cautions
 };
 
 /// The files of a batch with their verdicts and parameters.
@@ -50,7 +51,7 @@ public:
   const BatchRow& Row(int row) const { return rows_[static_cast<std::size_t>(row)]; }
   /// All of it as text with tabs, titles first.
   QString AsText() const;
-  /// The same with commas between the cells, quoted where they hold one.
+  /// The same for a file, in English: with commas between the cells, quoted where they hold one.
   QString AsCommaList() const;
 
   int rowCount(const QModelIndex& parent = {}) const override;
@@ -78,6 +79,8 @@ public:
   const CBatchResults& Results() const { return *results_; }
   /// Writes the table of files (.csv), the trend (.svg, .png) or a page of all (.pdf). A sentence where that fails.
   QString SaveAs(const std::filesystem::path& file);
+  /// What the page holds besides its charts: of the run, in English.
+  ProcessPage Page() const;
 
 signals:
   void OpenRequested(const QString& file);
@@ -100,7 +103,8 @@ private:
   void Stop();
   void Collect();
   void ShowOutcome();
-  void ShowSummary(const BatchSummary& summary);
+  QString OutcomeText() const;
+  QList<CGridCtrl::Record> SummaryRecords() const;
   void Copy();
   void OnSave();
 
@@ -120,7 +124,6 @@ private:
   int spread_ = 0;  ///< rows that have been looked at for that
   CTrendPane* trend_;
   QPushButton* save_;
-  QStringList summaryTitles_;
   QString folderOfRun_;
   CGridCtrl* summary_;
   QTimer timer_;

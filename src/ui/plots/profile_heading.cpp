@@ -6,7 +6,7 @@
 #include <QGridLayout>
 #include <algorithm>
 
-#include "presentation/cautions.h"
+#include "analysis/cautions.h"
 #include "presentation/head_texts.h"
 #include "presentation/requirement_texts.h"
 #include "ui/colours.h"
@@ -103,7 +103,7 @@ void CHeading::Update() {
                                   : tr("Not evaluated: %1.").arg(EngineText(cause));
   if (profiles.evaluationRange) stretch = tr("Evaluated: %1").arg(EngineText(EvaluatedForReaders(document)));
   lines_ = QStringList{first, FromText(AnalysisForReaders(document)), stretch};
-  if (const std::string caution = CautionOf(document); !caution.empty()) lines_ << EngineText(caution);
+  for (const Caution& caution : CautionsOf(document)) lines_ << EngineText(caution.sentence);
   for (const JudgedRequirement& judged : RequirementsOf(document)) {
     lines_ << DrawingText(judged.requirement.source, RequirementVerdict(document, judged));
   }
@@ -130,15 +130,19 @@ void CHeading::ShowVerdict() {
   const bool isDrawingOpen = count.drawing == Acceptance::kUndecided;
   const bool isBad = count.failed > 0 || isDrawingBad;
   const bool isOpen = count.undecided + count.missing > 0 || isDrawingOpen;
-  const QString caution = EngineText(CautionOf(doc_.document()));
-  const QString text = VerdictText(count) + (caution.isEmpty() ? QString() : tr(", short profile"));
+  QStringList cautions;
+  QString text = VerdictText(count);
+  for (const Caution& caution : CautionsOf(doc_.document())) {
+    cautions << EngineText(caution.sentence);
+    text += EngineText(caution.brief);
+  }
   QString tip = count.missing > 0 ? tr("Shows the first row with limits that has no value.") : QString();
   if (count.failed > 0) tip = tr("Shows the first row that is out of tolerance.");
   if (count.undecided + count.doubted > 0) tip = tr("Shows what is undecided: %1.").arg(EngineText(count.doubt));
   if (isDrawingBad || isDrawingOpen)
     tip += (tip.isEmpty() ? "" : "\n") + DrawingText(count.drawingSource, count.drawingText);
-  if (!caution.isEmpty()) tip += (tip.isEmpty() ? "" : "\n") + caution;
-  const char* const sign = isBad ? "\u2717 " : isOpen ? "? " : caution.isEmpty() ? "\u2713 " : "! ";
+  for (const QString& caution : cautions) tip += (tip.isEmpty() ? "" : "\n") + caution;
+  const char* const sign = isBad ? "\u2717 " : isOpen ? "? " : cautions.isEmpty() ? "\u2713 " : "! ";
   verdictText_ = QString::fromUtf8(sign) + text;
   verdictWord_ = QString::fromUtf8(sign) + (isBad && count.failed == 0 ? tr("not conforming")
                                             : isBad                    ? tr("out of tolerance")
@@ -149,10 +153,10 @@ void CHeading::ShowVerdict() {
   verdict_->setAccessibleName(text);
   verdict_->setToolTip(tip.isEmpty() ? text : text + '\n' + tip);
   verdict_->setEnabled(isBad || isOpen);
-  const QColor ground = isBad               ? VerdictGround(false)
-                        : isOpen            ? UndecidedGround()
-                        : caution.isEmpty() ? VerdictGround(true)
-                                            : CautionGround();
+  const QColor ground = isBad                ? VerdictGround(false)
+                        : isOpen             ? UndecidedGround()
+                        : cautions.isEmpty() ? VerdictGround(true)
+                                             : CautionGround();
   verdict_->setStyleSheet(QString("QPushButton { background: %1; color: %2; border: none; font-weight: bold; %3}")
                               .arg(ground.name(), QColor(Qt::white).name(), shape));
 }

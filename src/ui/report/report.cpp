@@ -45,7 +45,7 @@ bool EndsWith(const QString& file, const char* extension) {
 
 /// A picture file as an address that needs no file.
 std::string LogoAddress(const Document& document) {
-  const QImage logo(FromPath(PathFromText(document.settings.display.LogoFile)));
+  const QImage logo = LogoOf(document);
   if (logo.isNull()) return {};
   QBuffer bytes;
   bytes.open(QIODevice::WriteOnly);
@@ -112,6 +112,12 @@ int PrintReport(QPagedPaintDevice& device, const Document& document, std::string
                 const ReportChoice& choice) {
   const ReadyDocument ready(document, ResultsFor(choice.layout));
   return PrintReportPages(device, *ready, time, choice);
+}
+
+QString MissingLogo(const Document& document, const ReportTemplate& layout) {
+  const std::string& file = document.settings.display.LogoFile;
+  if (file.empty() || !layout.Has(ReportBlockKind::kHead) || !LogoOf(document).isNull()) return {};
+  return QObject::tr("The report has no logo: %1 is no picture that can be read.").arg(FromPath(PathFromText(file)));
 }
 
 bool WriteReport(const QString& file, const Document& document, std::string_view time, QString& reason,

@@ -33,6 +33,10 @@ int PrintReport(QPagedPaintDevice& device, const Document& document, std::string
 bool WriteReport(const QString& file, const Document& document, std::string_view time, QString& reason,
                  const ReportChoice& choice = {});
 
+/// A sentence where the settings name a picture for the head of a report that cannot be read: it is left out. Else
+/// empty.
+QString MissingLogo(const Document& document, const ReportTemplate& layout);
+
 /// Writes the picture of one block: SVG or PNG, as the name ends in .svg or .png. False with a sentence in `reason`,
 /// also where the document has nothing for it.
 bool WritePicture(const QString& file, const Document& document, ReportBlockKind kind, QString& reason);

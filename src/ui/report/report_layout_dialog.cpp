@@ -148,15 +148,32 @@ void CReportLayoutDialog::LoadFile() {
   if (!file) return;
   QString reason;
   const auto layout = LoadReportTemplate(FromPath(*file), reason);
-  layout ? Show(*layout) : void(QMessageBox::warning(this, windowTitle(), reason));
+  layout ? Show(*layout) : void(QMessageBox::warning(this, windowTitle(), EngineText(ToText(reason))));
+}
+
+bool CReportLayoutDialog::IsWhole() {
+  const auto isKept = [](const QString& text) { return FromText(ToText(text)) == text; };
+  bool isWhole = isKept(title_->text());
+  for (int row = 0; row < blocks_->count(); ++row) {
+    isWhole = isWhole && isKept(blocks_->item(row)->data(kTextRole).toString());
+  }
+  if (isWhole) return true;
+  Show(Chosen());
+  QMessageBox::warning(this, windowTitle(), tr("Characters that the files cannot hold have become question marks."));
+  return false;
+}
+
+void CReportLayoutDialog::accept() {
+  if (IsWhole()) QDialog::accept();
 }
 
 void CReportLayoutDialog::SaveFile() {
+  if (!IsWhole()) return;
   const auto file =
       AskFileToSave(this, {.title = tr("Save the report template"), .filters = kTemplateFilters, .extension = "ini"});
   QString reason;
   if (file && !SaveReportTemplate(FromPath(*file), Chosen(), reason)) {
-    QMessageBox::warning(this, windowTitle(), reason);
+    QMessageBox::warning(this, windowTitle(), EngineText(ToText(reason)));
   }
 }
 

@@ -23,7 +23,11 @@ public:
 
   ReportTemplate Chosen() const;
 
+  /// Asks to look again where a character has become a question mark.
+  void accept() override;
+
 private:
+  bool IsWhole();
   void Show(const ReportTemplate& layout);
   QListWidgetItem* Append(const ReportBlock& block, int row);
   void Add();

@@ -154,7 +154,7 @@ private:
   }
 
   void AddHead(PageFlow& flow, const ReportBlock& /*block*/) {
-    const QImage logo(FromPath(PathFromText(document_.settings.display.LogoFile)));
+    const QImage logo = LogoOf(document_);
     const int height = (logo.isNull() ? 1 : 2) * LineHeight(Font(16));
     flow.Add(
         PagePiece{.height = height, .paint = [this, logo](const QRect& where) {

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "analysis/curve_step.h"
+#include "platform/platform.h"
 #include "presentation/curve_readouts.h"
 #include "ui/plots/clickable_profile_graph.h"
 #include "ui/plots/motif_view.h"
@@ -230,6 +231,11 @@ QImage ImageOf(QCustomPlot& plot, const QSize& size) {
   painter.setMode(QCPPainter::pmNoCaching);
   plot.toPainter(&painter, size.width(), size.height());
   return image;
+}
+
+QImage LogoOf(const Document& document) {
+  const std::string& file = document.settings.display.LogoFile;
+  return file.empty() ? QImage() : QImage(FromPath(PathFromText(file)));
 }
 
 }  // namespace texturon

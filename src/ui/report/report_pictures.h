@@ -44,6 +44,9 @@ BlockPicture MakePicture(ReportBlockKind kind, const Document& document, int fon
 /// The profiles of a view, over the stretch and the heights that it shows. The document must outlive it.
 std::unique_ptr<QCustomPlot> MakePicture(const PictureOfView& view, const Document& document, int fontPixels);
 
+/// The picture at the head of reports; null where the settings name none or it cannot be read.
+QImage LogoOf(const Document& document);
+
 /// Gives colours that let the ground through the colour that is then seen on white: files that are kept for long know
 /// no such ones.
 void MakeOpaque(QCustomPlot& plot);

@@ -14,11 +14,13 @@
 #include <QSplitter>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <map>
 #include <optional>
 #include <thread>
 
 #include "analysis/acceptance.h"
 #include "analysis/analysis_run.h"
+#include "analysis/cautions.h"
 #include "analysis/file_clash.h"
 #include "analysis/verdict_trials.h"
 #include "base/date_text.h"
@@ -26,7 +28,6 @@
 #include "base/quantity.h"
 #include "platform/platform.h"
 #include "platform/prompts.h"
-#include "presentation/cautions.h"
 #include "presentation/requirement_texts.h"
 #include "presentation/table_rows.h"
 #include "settings/setting_choices.h"
@@ -225,10 +226,11 @@ void CSeveralWindow::AddFiles(const std::vector<std::filesystem::path>& files) {
 
 void CSeveralWindow::AddFile(const std::filesystem::path& file) {
   std::size_t count = 1;
+  std::map<std::string, QStringList> failed;  // the numbers of the profiles by the reason
   for (std::size_t i = 0; i < count; ++i) {
     if (entries_.size() == kMostProfiles) {
       faults_ << tr("At most %n profiles are shown at once.", nullptr, static_cast<int>(kMostProfiles));
-      return;
+      break;
     }
     ChoosingPrompts prompts(i);
     auto entry = std::make_unique<Entry>();
@@ -238,8 +240,7 @@ void CSeveralWindow::AddFile(const std::filesystem::path& file) {
     const RunStep step = RunAnalysis(entry->document, {.path = file}, prompts, doc_.environment());
     count = prompts.count;
     if (!step.ok()) {
-      faults_ << EngineText(FileSentence(file, step.Reason()));
-      if (count == 1) return;
+      failed[step.Reason()] << QString::number(i + 1);
       continue;
     }
     entry->name = FromPath(file.filename());
@@ -247,6 +248,11 @@ void CSeveralWindow::AddFile(const std::filesystem::path& file) {
     NoteDoubt(entry->name, TryByKnownBudget(entry->document));
     NoteCaution(*entry);
     entries_.push_back(std::move(entry));
+  }
+  for (const auto& [reason, numbers] : failed) {
+    const bool isAll = static_cast<std::size_t>(numbers.size()) == count;
+    const QString which = isAll ? QString() : QString(" (%1)").arg(numbers.join(", "));
+    faults_ << EngineText(FileSentence(ToPath(FromPath(file) + which), reason));
   }
 }
 
@@ -260,8 +266,9 @@ void CSeveralWindow::NoteDoubt(const QString& name, const QString& reason) {
 }
 
 void CSeveralWindow::NoteCaution(const Entry& entry) {
-  const std::string caution = CautionOf(entry.document);
-  if (!caution.empty()) faults_ << entry.name + ": " + EngineText(caution);
+  for (const Caution& caution : CautionsOf(entry.document)) {
+    faults_ << entry.name + ": " + EngineText(caution.sentence);
+  }
 }
 
 void CSeveralWindow::RemoveChosen() {
@@ -309,7 +316,7 @@ void CSeveralWindow::AskForReport() {
                                          .proposal = {}});
   if (!file) return;
   QString reason;
-  Tell(WriteReportFile(*file, reason) ? tr("Wrote %1").arg(FromPath(*file)) : reason);
+  Tell(WriteReportFile(*file, reason) ? tr("Wrote %1").arg(FromPath(*file)) : EngineText(ToText(reason)));
 }
 
 void CSeveralWindow::AlignChosenHere() {

@@ -36,7 +36,7 @@ QString MeaningInWords(const IndicationResult& read) {
       const bool isSections = title == "Sections" && parts.size() == 2;
       const auto part = [&parts](int i) { return EngineText(ToText(parts[i])); };
       lines << EngineText(title) + ": " +
-                   (isSections ? QObject::tr("%1 of %2").arg(part(0), part(1)) : EngineText(line));
+                   (isSections ? QObject::tr("%1 of %2 each").arg(part(0), part(1)) : EngineText(line));
     }
   }
   return lines.join('\n');

@@ -54,9 +54,10 @@ QList<Preset> ListPresets() {
 
 bool ApplyPreset(const Preset& preset, Settings& settings) {
   const QByteArray bytes = BytesOf(preset.file);
-  if (bytes.isEmpty()) return false;
+  const IniFile file(bytes.toStdString());
+  if (!HasKnownSection(file)) return false;
   const DisplaySettings display = settings.display;
-  LoadSettingsText(IniFile(bytes.toStdString()), settings);
+  LoadSettingsText(file, settings);
   // How the window looks is no matter of a process.
   settings.display = display;
   return true;

@@ -96,6 +96,9 @@ void CSettingField::MakeEditor() {
     const int character = line_->fontMetrics().averageCharWidth();
     if (!isText && isCell_) line_->setMaximumWidth(character * 15);
     line_->setMinimumWidth(character * (isCell_ ? 7 : 12));
+    // Of a radius in whole numbers all digits are taken.
+    constexpr const char* kLongest = "-0.021008403361344536";
+    if (IsCurvature()) line_->setMinimumWidth(line_->fontMetrics().horizontalAdvance(kLongest) + 2 * character);
     row->addWidget(line_, 2);
     connect(line_, &QLineEdit::textEdited, this, &CSettingField::Take);
     connect(line_, &QLineEdit::editingFinished, this, [this] { before_.reset(); });
@@ -124,11 +127,16 @@ QString CSettingField::Meaning() const {
   return title;
 }
 
+bool CSettingField::IsCurvature() const {
+  return place_.key->unit == kCurvaturePerMM.metricUnit;
+}
+
 QString CSettingField::RadiusText(const SettingValue& value, bool metric) const {
-  if (place_.key->unit != kCurvaturePerMM.metricUnit) return {};
+  if (!IsCurvature()) return {};
   const double curvature = std::get<double>(value);
-  if (curvature == 0.0) return tr(", no radius: flat");
-  return tr(", radius %1").arg(Readable(FromText(LengthText(1.0 / curvature, metric))));
+  // Below the unit: the entry has many digits.
+  if (curvature == 0.0) return tr(",\nno radius: flat");
+  return tr(",\nradius %1").arg(Readable(FromText(LengthText(1.0 / curvature, metric))));
 }
 
 void CSettingField::Refresh() {

@@ -43,7 +43,8 @@ signals:
 
 private:
   void MakeEditor();
-  /// Behind the unit of a curvature, the radius that it stands for.
+  bool IsCurvature() const;
+  /// Below the unit of a curvature, the radius that it stands for.
   QString RadiusText(const SettingValue& value, bool metric) const;
   void Take(const QString& text);
   void Put(const SettingValue& value);

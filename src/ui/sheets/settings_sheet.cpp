@@ -115,7 +115,7 @@ void CLiveSheet::FillPresets(QMenu& menu) {
     action->setToolTip(preset.remark.isEmpty() ? preset.file : preset.remark);
     connect(action, &QAction::triggered, this, [this, preset] {
       Settings settings = working_;
-      if (!ApplyPreset(preset, settings)) return fault_->setText(tr("%1 cannot be read.").arg(preset.file));
+      if (!ApplyPreset(preset, settings)) return fault_->setText(tr("%1 holds no settings.").arg(preset.file));
       TakeOver(settings);
     });
   }

@@ -160,10 +160,9 @@ std::optional<KeptState> ReadState(const QByteArray& text) {
 
 CAutosave::CAutosave(CTexturonDoc& doc, std::filesystem::path folder, QObject* parent)
     : QObject(parent), doc_(doc), folder_(std::move(folder)) {
-  if (!folder_.empty() && !MakePrivateFolder(folder_)) folder_.clear();
   if (folder_.empty()) return;
   own_ = folder_ / (QUuid::createUuid().toString(QUuid::WithoutBraces).toStdString() + ".json");
-  lock_ = TryLock(own_);
+  if (MakePrivateFolder(folder_)) lock_ = TryLock(own_);
   delay_.setSingleShot(true);
   delay_.setInterval(kDelayMS);
   connect(&delay_, &QTimer::timeout, this, &CAutosave::SaveNow);
@@ -183,9 +182,9 @@ void CAutosave::LeaveIt() {
 
 void CAutosave::SaveNow() {
   delay_.stop();
-  if (lock_ == nullptr) return;
   const Document& document = doc_.document();
   if (!doc_.IsModified() && !doc_.HasUnsavedSettings()) return Remove();
+  if (lock_ == nullptr) return Tell(FileSentence(folder_, "is no folder that this user alone can write to"));
   std::error_code error;
   const std::filesystem::path& file = document.profiles.sourceFile;
   const bool isThere = std::filesystem::exists(file, error);
@@ -193,7 +192,14 @@ void CAutosave::SaveNow() {
       TextOfState({.file = isThere ? std::filesystem::absolute(file, error) : std::filesystem::path(),
                    .work = UndoPointOf(document)});
   // Not flushed: it is for a program that ends, not for a computer that does.
-  isKept_ = ReplaceSideFile(own_, text.toStdString(), FlushFile::kNo).ok();
+  const FileOutcome outcome = ReplaceSideFile(own_, text.toStdString(), FlushFile::kNo);
+  isKept_ = outcome.ok();
+  if (!isKept_) Tell(FileSentence(own_, outcome.reason));
+}
+
+void CAutosave::Tell(const std::string& reason) {
+  if (std::exchange(isTold_, true)) return;
+  doc_.prompts().Notice("What is not saved would be lost if the program broke off: " + reason);
 }
 
 void CAutosave::Remove() {
@@ -203,8 +209,9 @@ void CAutosave::Remove() {
 }
 
 std::optional<KeptState> CAutosave::TakeLeftOver() {
+  // What lies in a folder of others may be theirs.
+  if (lock_ == nullptr) return std::nullopt;
   const QDir folder(FromPath(folder_));
-  if (folder_.empty()) return std::nullopt;
   for (const QString& name : folder.entryList({"*.json"}, QDir::Files, QDir::Time)) {
     const std::filesystem::path path = ToPath(folder.filePath(name));
     if (path == own_) continue;

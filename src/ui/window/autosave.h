@@ -43,6 +43,8 @@ public:
 
 private:
   void Remove();
+  /// Says once that nothing is kept, and why.
+  void Tell(const std::string& reason);
 
   CTexturonDoc& doc_;
   std::filesystem::path folder_;
@@ -50,6 +52,7 @@ private:
   std::unique_ptr<QLockFile> lock_;
   QTimer delay_;
   bool isKept_ = false;
+  bool isTold_ = false;
   bool stays_ = false;
 };
 

@@ -307,8 +307,11 @@ void CMainFrame::OnReport() {
   if (!file) return;
   QString reason;
   const std::string time = DateText(doc_->environment().localTime());
-  if (WriteReport(FromPath(*file), doc_->document(), time, reason, {.layout = UsersReportTemplate()})) {
+  const ReportChoice choice{.layout = UsersReportTemplate()};
+  if (WriteReport(FromPath(*file), doc_->document(), time, reason, choice)) {
     statusBar()->showMessage(tr("Wrote %1").arg(FromPath(*file)), 5'000);
+    const QString fault = MissingLogo(doc_->document(), choice.layout);
+    if (!fault.isEmpty()) doc_->prompts().ShowMessage(ToText(fault));
   } else {
     doc_->prompts().ShowMessage(ToText(reason));
   }

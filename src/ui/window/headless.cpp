@@ -225,7 +225,10 @@ int Make(const HeadlessRequest& wanted) {
       if (!several) return Refuse(reason);
       choice.several = std::move(*several);
     }
-    WriteReport(wanted.output, doc.document(), DateText(environment.localTime()), reason, choice);
+    const bool isWritten =
+        WriteReport(wanted.output, doc.document(), DateText(environment.localTime()), reason, choice);
+    const QString fault = MissingLogo(doc.document(), choice.layout);
+    if (isWritten && !fault.isEmpty()) Refuse(fault, 0);
   }
   return reason.isEmpty() ? 0 : Refuse(reason);
 }

@@ -63,7 +63,7 @@ CKeysDialog::CKeysDialog(QMainWindow& window) : QDialog(&window) {
   auto* const layout = new QVBoxLayout(this);
   layout->addWidget(grid);
   layout->addWidget(buttons);
-  ResizeInCharacters(*this, 90, 32);
+  ResizeInCharacters(*this, 104, 32);
 }
 
 }  // namespace texturon
