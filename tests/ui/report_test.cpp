@@ -143,9 +143,12 @@ TEST_F(Report, TheLayoutIsChosenInItsDialog) {
       .blocks = {{ReportBlockKind::kText, "one\ntwo"}, {ReportBlockKind::kHead}, {ReportBlockKind::kNewPage}}};
   EXPECT_EQ(chosen, wanted);
   ASSERT_TRUE(KeepUsersReportTemplate(chosen, reason_)) << reason_.toStdString();
-  EXPECT_EQ(UsersReportTemplate(), wanted);
+  EXPECT_EQ(UsersReportTemplate(reason_), wanted);
   Press(dialog, "&Defaults");
   EXPECT_EQ(dialog.Chosen(), DefaultReportTemplate());
+  ASSERT_TRUE(KeepUsersReportTemplate({.blocks = {{ReportBlockKind::kText, "\xE2\x89\xA4"}}}, reason_));
+  EXPECT_EQ(UsersReportTemplate(reason_), DefaultReportTemplate());
+  EXPECT_TRUE(reason_.contains("Report.ini")) << "told";
   ASSERT_TRUE(KeepUsersReportTemplate(dialog.Chosen(), reason_));
 }
 

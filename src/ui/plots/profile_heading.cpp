@@ -4,6 +4,7 @@
 
 #include <QEvent>
 #include <QGridLayout>
+#include <QRegularExpression>
 #include <algorithm>
 
 #include "analysis/cautions.h"

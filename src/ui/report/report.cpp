@@ -173,9 +173,9 @@ bool SaveReportTemplate(const QString& file, const ReportTemplate& layout, QStri
   return Write(file, QByteArray::fromStdString(ReportTemplateText(layout)), reason);
 }
 
-ReportTemplate UsersReportTemplate() {
-  QString reason;
-  return LoadReportTemplate(UsersTemplateFile(), reason).value_or(DefaultReportTemplate());
+ReportTemplate UsersReportTemplate(QString& fault) {
+  if (!QFileInfo::exists(UsersTemplateFile())) return DefaultReportTemplate();
+  return LoadReportTemplate(UsersTemplateFile(), fault).value_or(DefaultReportTemplate());
 }
 
 bool KeepUsersReportTemplate(const ReportTemplate& layout, QString& reason) {

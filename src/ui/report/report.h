@@ -60,9 +60,9 @@ std::optional<ReportTemplate> LoadReportTemplate(const QString& file, QString& r
 /// False with a sentence in `reason`.
 bool SaveReportTemplate(const QString& file, const ReportTemplate& layout, QString& reason);
 
-/// The user's own template, kept beside the user's settings; without one, or with one that is not understood, the
-/// default.
-ReportTemplate UsersReportTemplate();
+/// The user's own template, kept beside the user's settings; without one the default, and with one that cannot be read
+/// or is not understood, too, with a sentence in `fault`.
+ReportTemplate UsersReportTemplate(QString& fault);
 /// Keeps it. False with a sentence in `reason`.
 bool KeepUsersReportTemplate(const ReportTemplate& layout, QString& reason);
 

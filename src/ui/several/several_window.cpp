@@ -285,7 +285,12 @@ bool CSeveralWindow::WriteReportFile(const std::filesystem::path& file, QString&
     reason = tr("There are no profiles.");
     return false;
   }
-  ReportChoice choice{.layout = UsersReportTemplate()};
+  QString fault;
+  ReportChoice choice{.layout = UsersReportTemplate(fault)};
+  if (!fault.isEmpty()) {
+    reason = fault;
+    return false;
+  }
   if (!choice.layout.Has(ReportBlockKind::kStatistics)) {
     reason = tr("The layout of the report has no block for several profiles.");
     return false;

@@ -86,7 +86,7 @@ void CMainFrame::MakeFileMenu() {
               .text = tr("Report La&yout..."),
               .tip = tr("Chooses and orders the blocks of the report.")},
              [this] {
-               CReportLayoutDialog dialog(UsersReportTemplate(), this);
+               CReportLayoutDialog dialog(LayoutOfReports(), this);
                QString reason;
                if (dialog.exec() == QDialog::Accepted && !KeepUsersReportTemplate(dialog.Chosen(), reason)) {
                  doc_->prompts().ShowMessage(ToText(reason));
@@ -299,6 +299,13 @@ std::filesystem::path CMainFrame::ProposedName(const std::string& ending) const 
   return name;
 }
 
+ReportTemplate CMainFrame::LayoutOfReports() {
+  QString fault;
+  ReportTemplate layout = UsersReportTemplate(fault);
+  if (!fault.isEmpty()) doc_->prompts().ShowMessage(ToText(fault + ' ' + tr("The layout is the default one.")));
+  return layout;
+}
+
 void CMainFrame::OnReport() {
   const auto file = AskFileToSave(this, {.title = tr("Report"),
                                          .filters = "PDF (*.pdf)|*.pdf|HTML (*.html)|*.html|All Files (*.*)|*.*||",
@@ -307,7 +314,7 @@ void CMainFrame::OnReport() {
   if (!file) return;
   QString reason;
   const std::string time = DateText(doc_->environment().localTime());
-  const ReportChoice choice{.layout = UsersReportTemplate()};
+  const ReportChoice choice{.layout = LayoutOfReports()};
   if (WriteReport(FromPath(*file), doc_->document(), time, reason, choice)) {
     statusBar()->showMessage(tr("Wrote %1").arg(FromPath(*file)), 5'000);
     const QString fault = MissingLogo(doc_->document(), choice.layout);
@@ -321,9 +328,9 @@ void CMainFrame::OnPrint(bool previews) {
   QPrinter printer;
   printer.setResolution(kReportResolution);
   printer.setDocName(windowTitle());
-  const auto print = [this](QPrinter* target) {
+  const ReportChoice choice{.layout = LayoutOfReports()};
+  const auto print = [this, choice](QPrinter* target) {
     const EnglishScope english;
-    const ReportChoice choice{.layout = UsersReportTemplate()};
     if (PrintReport(*target, doc_->document(), DateText(doc_->environment().localTime()), choice) == 0) {
       doc_->prompts().ShowMessage("The printer cannot be used.");
     }

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "analysis/document_export.h"
+#include "presentation/report_template.h"
 #include "ui/window/dialog_prompts.h"
 #include "ui/window/texturon_doc.h"
 
@@ -113,6 +114,8 @@ private:
   void OnDropped(const QList<QUrl>& urls);
   void OnBatch(const std::filesystem::path& folder);
   void OnSeveral(const std::vector<std::filesystem::path>& files);
+  /// The user's own; the default, and a message, where that is not understood.
+  ReportTemplate LayoutOfReports();
   void OnReport();
   void OnPrint(bool previews);
 
