@@ -245,8 +245,7 @@ void CSeveralWindow::AddFile(const std::filesystem::path& file) {
     }
     entry->name = FromPath(file.filename());
     if (count > 1) entry->name += QString(" (%1)").arg(i + 1);
-    NoteDoubt(entry->name, TryByKnownBudget(entry->document));
-    NoteCaution(*entry);
+    NoteRemarks(*entry);
     entries_.push_back(std::move(entry));
   }
   for (const auto& [reason, numbers] : failed) {
@@ -261,13 +260,12 @@ void CSeveralWindow::Tell(const QString& sentences) {
   state_->setVisible(!sentences.isEmpty());
 }
 
-void CSeveralWindow::NoteDoubt(const QString& name, const QString& reason) {
-  if (!reason.isEmpty()) faults_ << tr("%1 has no uncertainty: %2.").arg(name, reason);
-}
-
-void CSeveralWindow::NoteCaution(const Entry& entry) {
+void CSeveralWindow::NoteRemarks(Entry& entry) {
+  entry.remarks.clear();
+  const QString doubt = TryByKnownBudget(entry.document);
+  if (!doubt.isEmpty()) entry.remarks << tr("%1 has no uncertainty: %2.").arg(entry.name, doubt);
   for (const Caution& caution : CautionsOf(entry.document)) {
-    faults_ << entry.name + ": " + EngineText(caution.sentence);
+    entry.remarks << entry.name + ": " + EngineText(caution.sentence);
   }
 }
 
@@ -447,7 +445,7 @@ void CSeveralWindow::DrawOverlay() {
   graph_->SetCurves(curves, {});
   LabelCursors();
   graph_->replot(QCustomPlot::rpQueuedReplot);
-  QString text = faults_.join(' ');
+  QString text = Faults().replace('\n', ' ');
   if (difference_->isChecked() && overlay.size() != 2) text += " " + tr("The difference is that of two: tick two.");
   if (wantsBand && !overlay.empty() && curves.size() == overlay.size()) {
     text += " " + tr("The profiles have no stretch in common.");
@@ -539,15 +537,16 @@ void CSeveralWindow::OnSettingsChanged() {
     const RunStep step = AnalyseRecord(entry->document, nobody, doc_.environment());
     if (!step.ok()) faults_ << entry->name + " " + EngineText(step.Reason()) + ".";
     if (!step.ok()) continue;
-    NoteDoubt(entry->name, TryByKnownBudget(entry->document));
-    NoteCaution(*entry);
+    NoteRemarks(*entry);
   }
   DrawOverlay();
   ShowTable();
 }
 
 QString CSeveralWindow::Faults() const {
-  return faults_.join('\n');
+  QStringList all = faults_;
+  for (const auto& entry : entries_) all += entry->remarks;
+  return all.join('\n');
 }
 
 }  // namespace texturon

@@ -54,14 +54,14 @@ private:
     QString name;
     double cursorUM = 0.0;  ///< from its first point
     bool isShown = true;
+    QStringList remarks;  ///< what its verdict must be read with
   };
 
   QLayout* MakeChoices();
   void AddFile(const std::filesystem::path& file);
   void Tell(const QString& sentences);
-  void NoteDoubt(const QString& name, const QString& reason);
-  /// What the verdict must be read with for this profile.
-  void NoteCaution(const Entry& entry);
+  /// Tries a profile's budget and notes its remarks anew.
+  void NoteRemarks(Entry& entry);
   void RemoveChosen();
   void AlignChosenHere();
   void AskForReport();
@@ -79,7 +79,7 @@ private:
 
   CTexturonDoc& doc_;
   std::vector<std::unique_ptr<Entry>> entries_;
-  QStringList faults_;
+  QStringList faults_;  ///< of the last files that were added, or of the last settings
   QComboBox* kind_;
   QComboBox* alignment_;
   QComboBox* rule_;

@@ -70,7 +70,7 @@ double PlaceOf(const TrendSeries& series, std::size_t i) {
 
 /// An axis that holds all levels and values with some room.
 void Hold(QCPAxis& axis, const TrendSeries& series, const std::vector<Level>& levels) {
-  constexpr double kRoom = 1.12;
+  constexpr double kRoom = 1.2;  // the names of the outermost levels stay clear of what stands below the axis
   QCPRange range;
   bool isFirst = true;
   const auto add = [&](double value) {
