@@ -512,8 +512,8 @@ void ApplyRequirement(const Requirement& requirement, AnalysisSettings& settings
   settings.parameters = {{.name = requirement.rowName, .tolerance = ToleranceOf(requirement)}};
 }
 
-bool AddRequirement(const Requirement& requirement, AnalysisSettings& settings) {
-  AnalysisSettings own = settings;
+bool AddRequirement(const Requirement& requirement, const AnalysisSettings& start, AnalysisSettings& settings) {
+  AnalysisSettings own = start;
   ApplyRequirement(requirement, own);
   const ParameterSelection row = own.parameters.front();
   const std::string indication = settings.standard.Indication + " | " + own.standard.Indication;

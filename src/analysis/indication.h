@@ -68,8 +68,9 @@ void CompleteRequirement(Requirement& requirement, const SettingClass* chosen, s
 void ApplyRequirement(const Requirement& requirement, AnalysisSettings& settings);
 
 /// Adds a requirement to settings that those of another one are in force in: its row, or its limit to the row that is
-/// there. False, with nothing changed, where it is measured in another way.
-bool AddRequirement(const Requirement& requirement, AnalysisSettings& settings);
+/// there. False, with nothing changed, where it is measured in another way; what it leaves open is as in `start`, the
+/// settings before any requirement.
+bool AddRequirement(const Requirement& requirement, const AnalysisSettings& start, AnalysisSettings& settings);
 
 /// The limits as a row has them; an open side is infinite.
 Tolerance ToleranceOf(const Requirement& requirement);

@@ -181,7 +181,11 @@ private:
     requirement_.rule = name_.hasMaximum ? AcceptanceRule::kMaximum : AcceptanceRule::k16Percent;
     requirement_.ruleText = name_.hasMaximum ? "max" : "16%";
     if (row != nullptr && row->details.family == ParameterFamily::kMotif) return SettleMotifs();
-    if (!longMM_ && !name_.name.starts_with('P')) longMM_ = LengthOfLimit(name_.name, requirement_.limit);
+    if (!longMM_ && !name_.name.starts_with('P')) {
+      // Sampling lengths that are counted in an evaluation length are known, others those for the limit.
+      longMM_ =
+          lengthMM_ && name_.lengths ? *lengthMM_ / *name_.lengths : LengthOfLimit(name_.name, requirement_.limit);
+    }
     requirement_.longIndexMM = longMM_;
     const bool isWaviness = name_.name.starts_with('W');
     if (isWaviness) {
@@ -229,6 +233,9 @@ private:
     };
     note("A", requirement_.motifMM);
     note("B", requirement_.largeMotifMM);
+    if (shortMM_ && longMM_ && *shortMM_ >= *longMM_ && requirement_.missing.empty()) {
+      requirement_.missing = "the short-wave index is not below the long-wave one (both in mm)";
+    }
     if (!isWaviness) SettleShortIndex();
     requirement_.lengthMM = lengthMM_;
     if (lengthMM_) requirement_.notes.emplace_back("Choose a region of this length.");

@@ -48,6 +48,15 @@ std::vector<std::string> WithTextsLast(std::span<const std::string> arguments) {
   return words;
 }
 
+/// "--settings=" with nothing behind it; the parser would take the next word.
+void RefuseEmptyAssignments(std::span<const std::string> words) {
+  for (const std::string& word : words) {
+    if (word == "--") return;
+    if (!word.starts_with("--") || word.find('=') != word.size() - 1) continue;
+    throw UsageError{word + ": is empty."};
+  }
+}
+
 /// An option with nothing in it, as a script with an unset variable writes it, is no option left out.
 void RefuseEmptyValues(CLI::App& parser) {
   const auto takesValue = [](const CLI::Option* option) {
@@ -72,6 +81,7 @@ int ParseAndRun(CLI::App& app, std::span<const std::string> arguments) {
     RefuseEmptyValues(*parser);
   }
   app.require_subcommand(1);
+  RefuseEmptyAssignments(arguments);
   std::vector<std::string> words = WithTextsLast(arguments);
   std::reverse(words.begin(), words.end());  // the last one first
   app.parse(std::move(words));

@@ -58,7 +58,7 @@ std::vector<MeasuredTogether> Group(const std::vector<Requirement>& requirements
     Settings settings;
     auto group = std::find_if(groups.begin(), groups.end(), [&](const MeasuredTogether& other) {
       settings = other.start.settings;
-      return AddRequirement(requirements[i], settings.analysis);
+      return AddRequirement(requirements[i], start.settings.analysis, settings.analysis);
     });
     if (group == groups.end()) {
       groups.push_back({.start = start, .requirements = {}});

@@ -32,7 +32,7 @@ struct ColumnSummary {
 struct BatchSummary {
   std::size_t analysed = 0;
   std::size_t failed = 0;
-  std::size_t remarked = 0;      ///< analysed, with remarks of the reader
+  std::size_t remarked = 0;      ///< analysed, with remarks of the reader or cautions
   bool leavesUndecided = false;  ///< the decision rule may; else nobody asks how many are
   std::vector<ColumnSummary> columns;
 

@@ -77,6 +77,7 @@ TEST(Indication, MeansWhatTheDrawingSays) {
       {"Rk8 1", {"2002 U Rk 1 16% - | - - | - x 8 = - !"}},
       {"-0.8/8/Ra 3", {"2002 U Ra 3 16% - | 0.8 2.5 | 0.8 x 10 = 8"}},
       {"-0.8/3/Ra 3", {"2002 U Ra 3 16% - | 0.8 2.5 | 0.8 x 3 = 3"}},
+      {"-/4/Ra5 3", {"2002 U Ra 3 16% - | 0.8 2.5 | 0.8 x 5 = 4"}},
       {"-0.8/Ra3 3 0.8x3", {"2002 U Ra 3 16% - | 0.8 2.5 | 0.8 x 3 = 2.4"}},
       {"N7", {"2002 U Ra 1.6 16% - | 0.8 2.5 | 0.8 x 5 = 4"}},
       {"ISO 1302:2002 Ra 1.6 0.8x3", {"2002 U Ra 1.6 16% - | 0.8 2.5 | 0.8 x 3 = 2.4"}},
@@ -160,6 +161,19 @@ TEST(Indication, HasTheBandOfAMotifEndAtAOrB) {
     EXPECT_EQ(settings.MotifBMM, 2.5);
     EXPECT_EQ(requirement.shortIndexUM.has_value(), text[2] == '0') << text;
   }
+}
+
+TEST(Indication, LeavesOpenWhatTheSettingsSay) {
+  const auto lines = ReadIndication("0,08-0,5/R 10 | W 10 | W 5", BuiltInClasses()).requirements;
+  const AnalysisSettings start;
+  AnalysisSettings settings = start;
+  ApplyRequirement(lines.at(0), settings);
+  EXPECT_FALSE(AddRequirement(lines.at(1), start, settings)) << "its own short wave limit is that of the settings";
+  settings = start;
+  ApplyRequirement(lines.at(1), settings);
+  EXPECT_FALSE(AddRequirement(lines.at(0), start, settings));
+  EXPECT_TRUE(AddRequirement(lines.at(2), start, settings));
+  EXPECT_NE(ReadIndication("2,5-0,5/W 10", BuiltInClasses()).requirements.at(0).missing, "") << "A above B";
 }
 
 TEST(Indication, AsksForACountWhereOneBelongs) {

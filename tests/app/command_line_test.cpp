@@ -52,6 +52,8 @@ TEST(CommandLine, RefusesAnEmptyValue) {
     EXPECT_TRUE(run.error.starts_with(std::string(option) + ": is empty")) << run.error;
     EXPECT_EQ(run.out, "");
   }
+  const Outcome run = Texturon({"analyze", "--settings=", Sample("turned.lmt"), Sample("ground.lmt")});
+  EXPECT_EQ(run.status, 2) << "the next word is not its value";
 }
 
 TEST(CommandLine, TellsWhatEachParameterIs) {

@@ -85,7 +85,7 @@ TEST(ReportHtml, IsThisFile) {
   layout.blocks.push_back({ReportBlockKind::kText, "one <\n& two"});
   const ReportParts parts{.pictures = {{ReportBlockKind::kRoughness, "Roughness", "<svg>r</svg>\n"},
                                        {ReportBlockKind::kMotifs, "M", "<svg/>"}},
-                          .several = several.Rows(AcceptanceRule::kMaximum),
+                          .several = {several.Rows(AcceptanceRule::kMaximum)},
                           .logo = "data:image/png;base64,AA=="};
   const std::string html = ReportHtml(layout, MakeReportTexts(document, "now"), parts);
   EXPECT_TRUE(MatchesGolden("presentation/report.html", html));

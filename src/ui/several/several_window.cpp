@@ -533,6 +533,7 @@ void CSeveralWindow::OnSettingsChanged() {
   const BusyCursor busy;
   for (const auto& entry : entries_) {
     SilentPrompts nobody;
+    entry->remarks.clear();
     ApplySettings(entry->document, doc_.document().settings);
     const RunStep step = AnalyseRecord(entry->document, nobody, doc_.environment());
     if (!step.ok()) faults_ << entry->name + " " + EngineText(step.Reason()) + ".";

@@ -95,7 +95,7 @@ void CIndicationDialog::Show() {
     if (i == 0) {
       ApplyRequirement(requirement, working_.analysis);
     } else {
-      isTogether = isTogether && AddRequirement(requirement, working_.analysis);
+      isTogether = isTogether && AddRequirement(requirement, former_.analysis, working_.analysis);
     }
   }
   if (!isTogether) meaning += "\n\n" + tr("The requirements are measured in different ways; enter one at a time.");

@@ -302,7 +302,8 @@ std::filesystem::path CMainFrame::ProposedName(const std::string& ending) const 
 ReportTemplate CMainFrame::LayoutOfReports() {
   QString fault;
   ReportTemplate layout = UsersReportTemplate(fault);
-  if (!fault.isEmpty()) doc_->prompts().ShowMessage(ToText(fault + ' ' + tr("The layout is the default one.")));
+  if (!fault.isEmpty())
+    doc_->prompts().ShowMessage(ToText(EngineText(ToText(fault)) + ' ' + tr("The layout is the default one.")));
   return layout;
 }
 

@@ -102,9 +102,10 @@ void CMainFrame::MakeZoomMenu(QMenu& menu) {
   connect(&view_->Graph(), &QCustomPlot::afterReplot, stretch,
           [this, stretch] { stretch->setEnabled(doc_->HasProfile() && view_->Graph().HasStretchHeights()); });
   connect(view_, &CTexturonView::StretchIsFlat, this, [this, stretch] {
-    statusBar()->showMessage(tr("The record beside the stretch is much higher than it is: %1 (%2) shows the stretch.")
-                                 .arg(stretch->text().remove('&'), stretch->shortcut().toString()),
-                             10'000);
+    statusBar()->showMessage(
+        tr("The record beside the stretch is much higher than it is: %1 (%2) shows the stretch.")
+            .arg(stretch->text().remove('&'), stretch->shortcut().toString(QKeySequence::NativeText)),
+        10'000);
   });
   menu.addSeparator();
   QAction* const equal = AddAction(menu, {.name = "aspectRatio",
