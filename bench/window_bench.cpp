@@ -71,7 +71,7 @@ BENCHMARK_DEFINE_F(WindowFixture, PanLongestRecord)(benchmark::State& state) {
   CClickableProfileGraph graph;
   graph.resize(1200, 500);
   graph.show();
-  DrawProfiles(graph, document, ShownProfilesOf(document.settings.display), true);
+  DrawProfiles(graph, document, ShownProfilesOf(document.settings.display), ViewAfter::kWhole);
   QApplication::processEvents();
   const double length = graph.xAxis->range().size();
   graph.ShowX({0.0, length / static_cast<double>(state.range(0))});
